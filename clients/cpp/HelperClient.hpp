@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+/// Calls the helper over its named connection. Starts one when none is registered, gives every call a time limit, and
+/// replaces a helper that died or hangs, so that a bad document costs one request. Used from one thread at a time.
+class HelperClient {
+ public:
+  struct Options {
+    /// Nil: the name that the helper registers.
+    NSString name;
+    /// For one call: request and reply together.
+    double timeoutSeconds = 15.0;
+    /// Whether a helper is started when none is registered.
+    bool startsHelper = true;
+    /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
+    bool endsHungHelper = true;
+    /// The helper program. Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or in
+    /// ../libexec/quiverleaf.
+    std::string helperPath;
+  };
+
+  enum class Status {
+    answered,     ///< `result` is the answer.
+    nil,          ///< The operation answered nil.
+    exception,    ///< The operation raised; `exceptionName` and `exceptionReason` say what.
+    timedOut,     ///< No reply within the time limit.
+    died,         ///< The helper ended, or closed the connection, before it replied.
+    unreachable,  ///< No helper is registered and none could be started; `message` says why.
+    invalid       ///< The request cannot be sent; `message` says why.
+  };
+
+  struct Answer {
+    Status status = Status::unreachable;
+    id result;
+    NSString exceptionName;
+    NSString exceptionReason;
+    std::string message;
+  };
+
+  HelperClient();
+  explicit HelperClient(Options options);
+
+  /// Calls an operation by its full selector; `arguments` are keyed by its keywords, and those that are nil left out.
+  Answer call(const NSString &selector, const NSDictionary &arguments);
+
+  Answer metaDataForFile(const NSString &path);
+  Answer searchableTextOfWebArchive(const NSString &path);
+  Answer attributedStringWithPDF(bool attributed, const NSData &pdf);
+  Answer attributedStringWithContentsOfFile(const NSString &path);
+  Answer writeRTFDData(const NSData &rtfd, const NSString &toFile);
+  Answer RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest);
+  Answer PDFImageRepOfFile(const NSString &path);
+  Answer posterImageForMovieWithFile(const NSString &path);
+  Answer imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
+
+  /// The process number of the helper, started if need be; 0 when there is none.
+  int helperProcessIdentifier();
+  /// Ends the helper that is registered (without starting one) and waits until it is gone. False when there is none.
+  bool stopHelper();
+
+ private:
+  Options options_;
+  FileDescriptor socket_;
+  std::int64_t serial_ = 0;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSArray.hpp"
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+NSArray::NSArray(std::initializer_list<id> elements) : elements_(std::make_shared<std::vector<id>>(elements)) {}
+
+NSArray::NSArray(std::vector<id> elements)
+    : elements_(std::make_shared<std::vector<id>>(std::move(elements))) {}
+
+NSArray NSArray::array() {
+  return NSArray(std::vector<id>());
+}
+
+std::uint32_t NSArray::count() const noexcept {
+  return elements_ ? static_cast<std::uint32_t>(elements_->size()) : 0;
+}
+
+const id &NSArray::operator[](std::uint32_t index) const noexcept {
+  return (*elements_)[index];
+}
+
+const id *NSArray::begin() const noexcept {
+  return elements_ ? elements_->data() : nullptr;
+}
+
+const id *NSArray::end() const noexcept {
+  return elements_ ? elements_->data() + elements_->size() : nullptr;
+}
+
+void NSArray::addObject(id object) {
+  own().push_back(std::move(object));
+}
+
+void NSArray::removeObjectAtIndex(std::uint32_t index) {
+  auto &elements = own();
+  elements.erase(elements.begin() + index);
+}
+
+void NSArray::reserve(std::uint32_t count) {
+  own().reserve(count);
+}
+
+std::vector<id> &NSArray::own() {
+  if (!elements_)
+    elements_ = std::make_shared<std::vector<id>>();
+  else if (elements_.use_count() > 1)
+    elements_ = std::make_shared<std::vector<id>>(*elements_);
+  return *elements_;
+}
+
+bool operator==(const NSArray &a, const NSArray &b) {
+  return a.elements_ == b.elements_ || (a.elements_ && b.elements_ && *a.elements_ == *b.elements_);
+}
+
+}  // namespace nimbo

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <vector>
+
+namespace nimbo {
+
+class id;
+
+/// An ordered list of property-list values: a handle whose copies share their storage until one of them is
+/// changed. A default-made one is nil: it tests false, has no elements and equals only nil; the first change
+/// makes it an array.
+class NSArray {
+ public:
+  NSArray() noexcept = default;
+  NSArray(std::initializer_list<id> elements);
+  explicit NSArray(std::vector<id> elements);
+  /// An empty array, which is not nil.
+  static NSArray array();
+
+  std::uint32_t count() const noexcept;
+  /// `index` must be below the count.
+  const id &operator[](std::uint32_t index) const noexcept;
+  const id *begin() const noexcept;
+  const id *end() const noexcept;
+
+  void addObject(id object);
+  void removeObjectAtIndex(std::uint32_t index);
+  void reserve(std::uint32_t count);
+
+  explicit operator bool() const noexcept { return elements_ != nullptr; }
+  /// Equal elements in the same order; nil equals only nil.
+  friend bool operator==(const NSArray &a, const NSArray &b);
+
+ private:
+  std::vector<id> &own();
+
+  std::shared_ptr<std::vector<id>> elements_;
+};
+
+}  // namespace nimbo

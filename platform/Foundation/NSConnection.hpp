@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+/// What a connection publishes: an object that answers selectors. An exception that it lets out goes back to the caller as
+/// a remote exception; nil is the answer nil.
+class NSConnectionRootObject {
+ public:
+  virtual ~NSConnectionRootObject();
+  virtual id perform(const NSString &selector, const NSDictionary &arguments) = 0;
+};
+
+/// The serving side of a named connection. It is an input source of its thread's run loop from its making on, registered
+/// or not. One request is served at a time, each to its end, in the order of arrival over all clients.
+class NSConnection {
+ public:
+  /// The process's own connection, made on first use; lives as long as the process.
+  static NSConnection &defaultConnection();
+
+  NSConnection();
+  ~NSConnection();
+  NSConnection(const NSConnection &) = delete;
+  NSConnection &operator=(const NSConnection &) = delete;
+
+  /// Borrowed; must live as long as the connection. Without one every request is answered by an exception.
+  void setRootObject(NSConnectionRootObject *rootObject);
+  /// Makes this process the one that answers under `name`. False when another living process does, or when the runtime
+  /// folder cannot be used.
+  bool registerName(const NSString &name);
+  /// Whether requests of other clients wait while one is served. Requests never nest here, so this is always so; kept for
+  /// callers that state it.
+  void setIndependentConversationQueueing(bool queueing);
+  /// How long a client may take to complete a request that it has begun, and to take in any part of a reply, before its
+  /// connection is ended. Both are 15 seconds at first.
+  void setRequestTimeout(double seconds);
+  void setReplyTimeout(double seconds);
+
+ private:
+  class Server;
+  std::unique_ptr<Server> server_;
+};
+
+}  // namespace nimbo

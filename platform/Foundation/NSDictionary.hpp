@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+class id;
+
+/// Property-list values under string keys, in the order in which the keys were first set: a handle whose copies
+/// share their storage until one of them is changed. A default-made one is nil: it tests false, has no entries
+/// and equals only nil; the first change makes it a dictionary. Nil values are never stored.
+class NSDictionary {
+ public:
+  using Entry = std::pair<NSString, id>;
+
+  NSDictionary() noexcept = default;
+  /// Entries whose value is nil are left out; of entries with the same key the last one counts.
+  NSDictionary(std::initializer_list<Entry> entries);
+  /// An empty dictionary, which is not nil.
+  static NSDictionary dictionary();
+
+  std::uint32_t count() const noexcept;
+  /// The value under `key`, or nil; borrowed until the dictionary is changed.
+  const id &objectForKey(const NSString &key) const noexcept;
+  std::vector<NSString> allKeys() const;
+  const Entry *begin() const noexcept;
+  const Entry *end() const noexcept;
+
+  /// Sets or replaces; a replaced entry keeps its place. Nothing happens when the value or the key is nil.
+  void setObject(id object, const NSString &key);
+  void removeObjectForKey(const NSString &key);
+  void addEntriesFromDictionary(const NSDictionary &other);
+
+  explicit operator bool() const noexcept { return storage_ != nullptr; }
+  /// The same keys with equal values, in any order; nil equals only nil.
+  friend bool operator==(const NSDictionary &a, const NSDictionary &b);
+
+ private:
+  struct Storage;
+  Storage &own();
+
+  std::shared_ptr<Storage> storage_;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// What platform adapters and importers raise: a name that programs test and a reason that people read.
+class NSException : public std::exception {
+ public:
+  NSException(NSString name, NSString reason);
+  ~NSException() override;
+
+  const NSString &name() const noexcept { return name_; }
+  const NSString &reason() const noexcept { return reason_; }
+  /// "name: reason" in UTF-8.
+  const char *what() const noexcept override { return what_.c_str(); }
+
+ private:
+  NSString name_;
+  NSString reason_;
+  std::string what_;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// Owned UTF-16 units that grow and are edited in place; never nil. Moving it into an `NSString` hands the
+/// storage over without a copy. A length above `NSNotFound` raises `std::length_error`.
+class NSMutableString {
+ public:
+  NSMutableString() noexcept = default;
+  explicit NSMutableString(const NSString &string) { appendString(string); }
+  NSMutableString(const NSMutableString &) = delete;
+  NSMutableString &operator=(const NSMutableString &) = delete;
+  NSMutableString(NSMutableString &&other) noexcept { swap(other); }
+  NSMutableString &operator=(NSMutableString &&other) noexcept {
+    swap(other);
+    return *this;
+  }
+  ~NSMutableString() { destroy(storage_); }
+
+  std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
+  const unichar *characters() const noexcept { return storage_ ? storage_->units() : nullptr; }
+  unichar *mutableCharacters() noexcept { return storage_ ? storage_->units() : nullptr; }
+  std::u16string_view view() const noexcept { return {characters(), length()}; }
+
+  /// Makes room for `capacity` units in all.
+  void reserve(std::uint32_t capacity);
+  /// Cuts the string, or lengthens it by units whose values are whatever the caller then writes.
+  void setLength(std::uint32_t length);
+
+  void appendCharacter(unichar unit) { *extend(1) = unit; }
+  /// `units` may point into this string.
+  void appendCharacters(const unichar *units, std::uint32_t length);
+  void appendString(const NSString &string) { appendCharacters(string.characters(), string.length()); }
+  /// `range` is cut to the string's bounds; `units` must not point into this string.
+  void replaceCharactersInRange(NSRange range, std::u16string_view units);
+  void deleteCharactersInRange(NSRange range) { replaceCharactersInRange(range, {}); }
+
+  /// The units as an immutable string, without a copy; this object is empty afterwards. An empty one gives the
+  /// shared empty string. Unused capacity of more than half is given back.
+  NSString string() &&;
+
+  void swap(NSMutableString &other) noexcept {
+    std::swap(storage_, other.storage_);
+    std::swap(capacity_, other.capacity_);
+  }
+
+ private:
+  friend class NSString;
+
+  static void destroy(detail::StringStorage *storage) noexcept;
+  unichar *extend(std::uint32_t count);
+  void reallocate(std::uint32_t capacity);
+
+  detail::StringStorage *storage_ = nullptr;
+  std::uint32_t capacity_ = 0;
+};
+
+}  // namespace nimbo

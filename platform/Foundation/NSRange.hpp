@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+namespace nimbo {
+
+/// One UTF-16 code unit. Surrogates are units like any other.
+using unichar = char16_t;
+
+/// "No such index": what searches answer, and the greatest length a string or data object may have.
+inline constexpr std::uint32_t NSNotFound = 0x7fffffff;
+
+/// A run of elements: `location` is the index of the first, `length` counts them.
+struct NSRange {
+  std::uint32_t location = 0;
+  std::uint32_t length = 0;
+
+  friend bool operator==(const NSRange &, const NSRange &) = default;
+};
+
+}  // namespace nimbo

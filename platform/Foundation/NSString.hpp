@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Foundation/NSRange.hpp"
+
+namespace nimbo {
+
+namespace detail {
+
+/// The head of a string's storage; the units follow it directly.
+struct StringStorage {
+  /// Set in `references` of storage that lives as long as the process and is never counted.
+  static constexpr std::uint32_t kImmortal = 0x80000000;
+
+  std::atomic<std::uint32_t> references;
+  std::uint32_t length;
+
+  unichar *units() { return reinterpret_cast<unichar *>(this + 1); }
+};
+
+template <std::size_t N>
+struct StringLiteral {
+  char16_t units[N];
+  consteval StringLiteral(const char16_t (&text)[N]) {
+    for (std::size_t i = 0; i < N; ++i) units[i] = text[i];
+  }
+};
+
+template <std::size_t N>
+struct LiteralStorage {
+  StringStorage head;
+  char16_t units[N];
+};
+
+template <StringLiteral Text>
+inline constinit LiteralStorage<sizeof(Text.units) / sizeof(char16_t)> literalStorage = [] {
+  constexpr std::size_t count = sizeof(Text.units) / sizeof(char16_t);
+  return [&]<std::size_t... I>(std::index_sequence<I...>) {
+    return LiteralStorage<count>{{StringStorage::kImmortal, count - 1}, {Text.units[I]...}};
+  }
+  (std::make_index_sequence<count>());
+}();
+
+}  // namespace detail
+
+/// An immutable UTF-16 string: a handle, one pointer wide, to shared storage. A default-made one is nil: it
+/// tests false, has length 0 and equals only nil. Nil, empty and "the same storage" (`identicalTo`) can be told
+/// apart. Copying a handle counts a reference atomically; strings may be read from any thread.
+class NSString {
+ public:
+  constexpr NSString() noexcept = default;
+  NSString(const NSString &other) noexcept : storage_(other.storage_) { retain(); }
+  NSString(NSString &&other) noexcept : storage_(other.storage_) { other.storage_ = nullptr; }
+  NSString &operator=(const NSString &other) noexcept {
+    NSString copy(other);
+    swap(copy);
+    return *this;
+  }
+  NSString &operator=(NSString &&other) noexcept {
+    swap(other);
+    return *this;
+  }
+  ~NSString() { release(); }
+
+  /// The shared empty string.
+  static NSString string() noexcept;
+  /// A copy of `length` units; the shared empty string for length 0.
+  static NSString stringWithCharacters(const unichar *units, std::uint32_t length);
+  static NSString stringWithCharacters(std::u16string_view units);
+  /// Nil when the bytes are not valid UTF-8 or more than `NSNotFound`.
+  static NSString stringWithUTF8String(std::string_view bytes);
+  /// As above, but each invalid sequence becomes U+FFFD.
+  static NSString stringWithLossyUTF8String(std::string_view bytes);
+  /// A file name as the system gives it. Each byte that is not part of valid UTF-8 becomes the lone surrogate
+  /// U+DC00 + byte, which `fileSystemRepresentation` turns back, so that every name survives.
+  static NSString stringWithFileSystemRepresentation(std::string_view bytes);
+
+  std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
+  /// The units, `length()` of them, not terminated; borrowed from this string. Null when nil.
+  const unichar *characters() const noexcept { return storage_ ? storage_->units() : nullptr; }
+  std::u16string_view view() const noexcept { return {characters(), length()}; }
+  /// `index` must be below the length.
+  unichar characterAtIndex(std::uint32_t index) const noexcept { return storage_->units()[index]; }
+
+  /// The units of `range`, which is cut to the string's bounds; the receiver itself when it is the whole
+  /// string.
+  NSString substringWithRange(NSRange range) const;
+
+  /// UTF-8; lone surrogates become U+FFFD. Empty when nil.
+  std::string UTF8String() const;
+  /// The bytes for the system's file calls: the reverse of `stringWithFileSystemRepresentation`. Nothing when
+  /// nil, empty, when it holds U+0000 or a lone surrogate that stands for no byte.
+  std::optional<std::string> fileSystemRepresentation() const;
+
+  explicit operator bool() const noexcept { return storage_ != nullptr; }
+  /// Whether both are the same storage (or both nil).
+  bool identicalTo(const NSString &other) const noexcept { return storage_ == other.storage_; }
+  /// Equal units; nil equals only nil.
+  friend bool operator==(const NSString &a, const NSString &b) noexcept {
+    return a.storage_ == b.storage_ || (a.storage_ && b.storage_ && a.view() == b.view());
+  }
+  std::size_t hash() const noexcept { return std::hash<std::u16string_view>()(view()); }
+
+  void swap(NSString &other) noexcept { std::swap(storage_, other.storage_); }
+
+ private:
+  friend class NSMutableString;
+  template <detail::StringLiteral Text>
+  friend NSString operator""_ns();
+
+  /// Takes over one reference.
+  explicit NSString(detail::StringStorage *storage) noexcept : storage_(storage) {}
+
+  void retain() noexcept {
+    if (storage_ && !(storage_->references.load(std::memory_order_relaxed) & detail::StringStorage::kImmortal))
+      storage_->references.fetch_add(1, std::memory_order_relaxed);
+  }
+  void release() noexcept;
+
+  detail::StringStorage *storage_ = nullptr;
+};
+
+/// A literal's storage is made at compile time: `u"text"_ns` neither allocates nor counts.
+template <detail::StringLiteral Text>
+NSString operator""_ns() {
+  return NSString(&detail::literalStorage<Text>.head);
+}
+
+struct NSStringHash {
+  std::size_t operator()(const NSString &string) const noexcept { return string.hash(); }
+};
+
+}  // namespace nimbo

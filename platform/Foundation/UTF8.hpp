@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace nimbo {
+
+constexpr bool isSurrogate(char16_t unit) {
+  return (unit & 0xf800) == 0xd800;
+}
+constexpr bool isHighSurrogate(char16_t unit) {
+  return (unit & 0xfc00) == 0xd800;
+}
+constexpr bool isLowSurrogate(char16_t unit) {
+  return (unit & 0xfc00) == 0xdc00;
+}
+
+/// Writes a scalar value as UTF-8 and returns the number of bytes, 1 to 4; `out` must have room for them.
+constexpr std::size_t putUTF8(char32_t character, char *out) {
+  if (character < 0x80) {
+    out[0] = static_cast<char>(character);
+    return 1;
+  }
+  const std::size_t count = character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
+  constexpr unsigned char kLead[] = {0, 0, 0xc0, 0xe0, 0xf0};
+  for (std::size_t i = count - 1; i > 0; --i, character >>= 6)
+    out[i] = static_cast<char>(0x80 | (character & 0x3f));
+  out[0] = static_cast<char>(kLead[count] | character);
+  return count;
+}
+
+/// The length, 1 to 4, of the valid UTF-8 sequence that `bytes` begins with; 0 when it begins with none
+/// (Unicode 15, table 3-7: no overlong forms, no surrogates, nothing above U+10FFFF).
+constexpr std::size_t utf8SequenceLength(std::string_view bytes) {
+  if (bytes.empty()) return 0;
+  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+  const unsigned char lead = byte(0);
+  if (lead < 0x80) return 1;
+  const std::size_t count = lead < 0xc2 ? 0 : lead < 0xe0 ? 2 : lead < 0xf0 ? 3 : lead < 0xf5 ? 4 : 0;
+  if (count == 0 || bytes.size() < count) return 0;
+  const unsigned char low = lead == 0xe0 ? 0xa0 : lead == 0xf0 ? 0x90 : 0x80;
+  const unsigned char high = lead == 0xed ? 0x9f : lead == 0xf4 ? 0x8f : 0xbf;
+  if (byte(1) < low || byte(1) > high) return 0;
+  for (std::size_t i = 2; i < count; ++i)
+    if ((byte(i) & 0xc0) != 0x80) return 0;
+  return count;
+}
+
+}  // namespace nimbo

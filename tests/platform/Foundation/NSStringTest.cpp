@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+namespace {
+
+TEST(NSString, TellsNilEmptyAndSameStorageApart) {
+  const NSString nil;
+  const NSString empty = NSString::string();
+  EXPECT_FALSE(nil);
+  EXPECT_TRUE(empty);
+  EXPECT_FALSE(nil == empty);
+  EXPECT_TRUE(NSString::stringWithUTF8String("").identicalTo(empty));
+  const NSString a = u"text"_ns;
+  const NSString b = NSString::stringWithUTF8String("text");
+  EXPECT_EQ(a, b);
+  EXPECT_EQ(a.hash(), b.hash());
+  EXPECT_FALSE(a.identicalTo(b));
+  EXPECT_TRUE(a.identicalTo(a.substringWithRange({0, 99})));
+}
+
+TEST(NSString, ConvertsUTF8AtTheEdges) {
+  struct Case {
+    std::string_view bytes;
+    bool valid;
+    std::u16string_view lossy;
+    std::string_view back;
+  };
+  const Case cases[] = {
+      {"a\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80", true, u"aä€😀", "a\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80"},
+      {{"\0x", 2}, true, {u"\0x", 2}, {"\0x", 2}},
+      {"\xff", false, u"�", "\xef\xbf\xbd"},
+      {"a\xc0\x80", false, u"a��", "a\xef\xbf\xbd\xef\xbf\xbd"},
+      {"\xed\xa0\x80", false, u"���", "\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd"},
+      {"x\xe2\x82", false, u"x�", "x\xef\xbf\xbd"},
+  };
+  for (const Case &c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.bytes));
+    EXPECT_EQ(static_cast<bool>(NSString::stringWithUTF8String(c.bytes)), c.valid);
+    const NSString lossy = NSString::stringWithLossyUTF8String(c.bytes);
+    EXPECT_EQ(lossy.view(), c.lossy);
+    EXPECT_EQ(lossy.UTF8String(), c.back);
+  }
+  const unichar alone[] = {u'a', 0xd83d, u'b', 0xde00};
+  EXPECT_EQ(NSString::stringWithCharacters(alone, 4).UTF8String(),
+            "a\xef\xbf\xbd"
+            "b\xef\xbf\xbd");
+}
+
+TEST(NSString, EveryFileNameSurvives) {
+  for (const std::string_view name :
+       {std::string_view("plain"), std::string_view("caf\xc3\xa9 \xf0\x9f\x98\x80"),
+        std::string_view("bad\xff\xfe.pdf"), std::string_view("\xed\xb2\x80"),
+        std::string_view("cut\xe2\x82")}) {
+    const auto back = NSString::stringWithFileSystemRepresentation(name).fileSystemRepresentation();
+    ASSERT_TRUE(back) << testing::PrintToString(name);
+    EXPECT_EQ(*back, name);
+  }
+  EXPECT_FALSE(NSString().fileSystemRepresentation());
+  EXPECT_FALSE(u""_ns.fileSystemRepresentation());
+  EXPECT_FALSE(NSString::stringWithCharacters({u"a\0b", 3}).fileSystemRepresentation());
+  const unichar high[] = {0xd83d};
+  EXPECT_FALSE(NSString::stringWithCharacters(high, 1).fileSystemRepresentation());
+}
+
+TEST(NSMutableString, EditsInPlaceAndHandsItsStorageOver) {
+  NSMutableString text(u"hello"_ns);
+  text.appendCharacter(u'!');
+  text.appendCharacters(text.characters(), 5);  // from itself, across a reallocation
+  EXPECT_EQ(text.view(), u"hello!hello");
+  text.replaceCharactersInRange({5, 1}, u", ");
+  EXPECT_EQ(text.view(), u"hello, hello");
+  text.deleteCharactersInRange({0, 7});
+  EXPECT_EQ(text.view(), u"hello");
+  text.replaceCharactersInRange({99, 99}, u"?");
+  EXPECT_EQ(text.view(), u"hello?");
+  text.appendString(NSString::stringWithCharacters(std::u16string(20, u'x')));
+  const unichar *storage = text.characters();
+  const NSString moved = std::move(text).string();
+  EXPECT_EQ(moved.characters(), storage);
+  EXPECT_EQ(text.length(), 0u);
+  EXPECT_TRUE(std::move(text).string().identicalTo(NSString::string()));
+}
+
+TEST(NSMutableString, RefusesMoreThanAStringMayHold) {
+  NSMutableString text(u"x"_ns);
+  EXPECT_THROW(text.setLength(NSNotFound + 1), std::length_error);
+  EXPECT_THROW(text.reserve(0xffffffff), std::length_error);
+  EXPECT_EQ(text.view(), u"x");
+}
+
+}  // namespace
+}  // namespace nimbo
