@@ -12,3 +12,4 @@ pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
 # MuPDF's own pkg-config file names the wrong libraries.
 add_library(MuPDF INTERFACE)
 target_link_libraries(MuPDF INTERFACE mupdf mupdf-third mujs gumbo openjp2 jbig2dec jpeg freetype harfbuzz z m)
+find_package(nlohmann_json 3.11 REQUIRED)

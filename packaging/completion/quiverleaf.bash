@@ -1,0 +1,25 @@
+# SPDX-License-Identifier: Apache-2.0
+# Completion of the quiverleaf command for bash.
+_quiverleaf() {
+  local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+  local commands='metadata pdf ping stop help version'
+  local options='--no-start --timeout --pretty --plist --help --version'
+  for ((i = 1; i < COMP_CWORD; i++)); do
+    if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
+      command=${COMP_WORDS[i]}
+      break
+    fi
+  done
+  [[ $command == pdf ]] && options+=' --attributed'
+  if [[ $previous == --timeout ]]; then
+    COMPREPLY=()
+  elif [[ $word == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+  elif [[ -z $command || $command == help ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
+  elif [[ $command == metadata || $command == pdf ]]; then
+    compopt -o filenames
+    mapfile -t COMPREPLY < <(compgen -f -- "$word")
+  fi
+}
+complete -F _quiverleaf quiverleaf

@@ -1,0 +1,277 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""The Python client: its property lists, its agreement with the contract, its manners with a bad and with the real helper."""
+
+import concurrent.futures
+import datetime
+import os
+import pathlib
+import plistlib
+import random
+import re
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+from unittest import mock
+
+import documents
+from quiverleaf import CONNECTION_NAME, OPERATIONS, Helper, client, plist
+from quiverleaf import HelperDied, HelperTimeout, HelperUnreachable, RemoteException
+
+TOP = pathlib.Path(__file__).resolve().parents[2]
+FAKE_HELPER = pathlib.Path(__file__).with_name("fake_helper.py")
+REAL_HELPER = os.environ["QUIVERLEAF_HELPER"]
+
+SAMPLE = {
+    "integers": [0, 1, 255, 256, 65535, 65536, 1 << 32, (1 << 63) - 1, -1, -(1 << 63)],
+    "reals": [0.0, -1.5, 1e300],
+    "booleans": [True, False],
+    "data": [b"", b"\x00\xff" * 200],
+    "strings": ["", "plain", "caf\u00e9", "\U0001f600", "long " * 5000, "with \x00 inside"],
+    "nested": {"a": {"b": [[], {}]}},
+}
+
+
+def raw_list(*objects, top=0, offsets=None):
+    """A property list of objects that are given as bytes, with one-byte references."""
+    body = b"bplist00" + b"".join(objects)
+    offsets = offsets or [8 + sum(map(len, objects[:index])) for index in range(len(objects))]
+    table = b"".join(struct.pack(">I", offset) for offset in offsets)
+    return body + table + struct.pack(">6xBBQQQ", 4, 1, len(offsets), top, len(body))
+
+
+class PropertyListTest(unittest.TestCase):
+    def test_agrees_with_the_standard_library(self):
+        self.assertEqual(plistlib.loads(plist.dumps(SAMPLE)), SAMPLE)
+        self.assertEqual(plist.loads(plistlib.dumps(SAMPLE, fmt=plistlib.FMT_BINARY)), SAMPLE)
+        naive = datetime.datetime(1999, 12, 31, 23, 59, 58, 500000)
+        aware = naive.replace(tzinfo=datetime.timezone.utc)
+        self.assertEqual(plist.loads(plistlib.dumps(naive, fmt=plistlib.FMT_BINARY)), aware)
+        for moment in (naive, aware, aware.astimezone(datetime.timezone(datetime.timedelta(hours=5)))):
+            self.assertEqual(plistlib.loads(plist.dumps(moment)), naive)
+
+    def test_keeps_what_the_standard_library_cannot(self):
+        value = {"null": None, "surrogates": "\ud800 \udcff x", "list": [None, "\udc80"]}
+        self.assertEqual(plist.loads(plist.dumps(value)), value)
+
+    def test_refuses_values_that_no_list_can_hold(self):
+        endless = []
+        endless.append(endless)
+        for value in (object(), {1: 2}, 1 << 63, endless, {"a": {1, 2}}):
+            with self.subTest(value=type(value)), self.assertRaises(plist.PropertyListError):
+                plist.dumps(value)
+
+    def test_refuses_hostile_bytes(self):
+        text = b"\x51x"
+        nested = [b"\xa1" + bytes([index + 1]) for index in range(200)] + [text]
+        doubling = [b"\xa2" + bytes([index + 1] * 2) for index in range(60)] + [text]
+        cases = {
+            "itself": raw_list(b"\xa1\x00"),
+            "a circle": raw_list(b"\xa1\x01", b"\xa1\x00"),
+            "reference outside": raw_list(b"\xa1\x07"),
+            "top outside": raw_list(text, top=9),
+            "count beyond the data": raw_list(b"\xaf\x13" + b"\x7f" * 8),
+            "text beyond the data": raw_list(b"\x5f\x12\x7f\xff\xff\xff"),
+            "length that is no integer": raw_list(b"\x5f\x51"),
+            "key that is no string": raw_list(b"\xd1\x01\x01", b"\x10\x01"),
+            "unknown kind": raw_list(b"\x70"),
+            "unfolds without end": raw_list(*doubling),
+            "objects that overlap": raw_list(b"\xa3\x01\x02\x03", b"\x4f\x10\x40" + bytes(64), offsets=[8, 12, 12, 12]),
+            "no list": b"hello",
+            "nothing": b"",
+        }
+        for name, data in cases.items():
+            with self.subTest(name), self.assertRaises(plist.PropertyListError):
+                plist.loads(data)
+        self.assertIsNotNone(plist.loads(raw_list(*nested)))
+
+    def test_limits_depth_without_recursion(self):
+        def nest(depth):
+            value = "x"
+            for _ in range(depth):
+                value = [value]
+            return value
+
+        deep = nest(plist.MAXIMUM_DEPTH - 1)
+        self.assertEqual(plist.loads(plist.dumps(deep)), deep)
+        with self.assertRaises(plist.PropertyListError):
+            plist.dumps(nest(plist.MAXIMUM_DEPTH))
+        with mock.patch.object(plist, "MAXIMUM_DEPTH", 10_000):
+            too_deep = plist.dumps(nest(plist.MAXIMUM_DEPTH - 1))
+        with self.assertRaises(plist.PropertyListError):
+            plist.loads(too_deep)
+
+    def test_survives_damage_everywhere(self):
+        whole = plist.dumps({key: value for key, value in SAMPLE.items() if key != "strings"})
+        chance = random.Random(7)
+        damaged = [whole[:length] for length in range(len(whole))]
+        for _ in range(5000):
+            one = bytearray(whole)
+            for _ in range(chance.randint(1, 4)):
+                one[chance.randrange(8, len(one))] = chance.randrange(256)
+            damaged.append(bytes(one))
+        refused = 0
+        for data in damaged:
+            try:
+                plist.loads(data)
+            except plist.PropertyListError:
+                refused += 1
+        self.assertGreaterEqual(refused, len(whole))
+
+
+class ContractTest(unittest.TestCase):
+    def test_agrees_with_the_helper(self):
+        header = (TOP / "helper" / "NimboImExport.hpp").read_text("utf-8")
+        self.assertEqual(CONNECTION_NAME, re.search(r'kHelperConnectionName = u"([^"]+)"', header)[1])
+        operations = {
+            selector: re.findall(r'u"(\w+)", RemoteKind', arguments)
+            for selector, arguments in re.findall(r'\{u"([\w:]+:)",\s*\{\{(.*?)\}\}\s*,\s*RemoteKind', header, re.DOTALL)
+        }
+        self.assertEqual(set(OPERATIONS), set(operations))
+
+        calls = {}
+        helper = Helper()
+        helper.call = lambda selector, arguments: calls.__setitem__(selector, list(arguments))
+        helper.metaDataForFile("f")
+        helper.searchableTextOfWebArchive("f")
+        helper.attributedStringWithPDF(True, b"")
+        helper.attributedStringWithContentsOfFile("f")
+        helper.writeRTFDData(b"", "f")
+        helper.RTFDWithHTML(b"")
+        helper.PDFImageRepOfFile("f")
+        helper.posterImageForMovieWithFile("f")
+        helper.imageWithContentsOfFile("f")
+        self.assertEqual(calls, operations)
+
+
+class HelperTestCase(unittest.TestCase):
+    """Gives each test a runtime folder of its own and ends what it started."""
+
+    helper_program = REAL_HELPER
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = folder.name
+        settings = {
+            "QUIVERLEAF_RUNTIME_DIR": self.folder,
+            "QUIVERLEAF_HELPER": str(self.helper_program),
+            "PYTHONPATH": os.pathsep.join(sys.path),
+        }
+        patch = mock.patch.dict(os.environ, settings)
+        patch.start()
+        self.addCleanup(patch.stop)
+        self.addCleanup(lambda: Helper().stop())
+        self.helper = Helper()
+        self.addCleanup(self.helper.close)
+
+
+class BadHelperTest(HelperTestCase):
+    helper_program = FAKE_HELPER
+
+    def test_values_cross_both_ways(self):
+        value = {"text": "\udcff\ud800", "data": bytes(1 << 20), "number": -1, "nothing": None}
+        answer = self.helper.call("echo:", value)
+        del value["nothing"]
+        self.assertEqual(answer, value)
+        self.assertEqual(self.helper.call("trickle:", {"a": "b" * 500}), {"a": "b" * 500})
+        self.assertIsNone(self.helper.call("nil:", {}))
+
+    def test_names_that_are_not_utf8(self):
+        for name in (b"/tmp/caf\xe9.pdf", b"/tmp/\xff\xc3\xa9"):
+            sent = self.helper.metaDataForFile(name)["metaDataForFile"]
+            self.assertEqual(sent.encode("utf-8", "surrogateescape"), name)
+        self.assertEqual(self.helper.metaDataForFile("x/../y")["metaDataForFile"], os.getcwd() + "/x/../y")
+
+    def test_exceptions_come_back(self):
+        with self.assertRaises(RemoteException) as raised:
+            self.helper.call("raise:", {})
+        self.assertEqual((raised.exception.name, raised.exception.reason), ("NSRangeException", "too far"))
+        self.assertEqual(self.helper.call("echo:", {}), {})
+
+    def test_a_helper_that_fails_costs_one_call(self):
+        cases = {
+            "die:": HelperDied,
+            "hang:": HelperTimeout,
+            "close:": HelperDied,
+            "garbage:": HelperDied,
+            "stray:": HelperDied,
+            "huge:": HelperDied,
+        }
+        for selector, error in cases.items():
+            with self.subTest(selector):
+                before = self.helper.ping()
+                self.helper.timeout = 0.3 if selector == "hang:" else 15
+                with self.assertRaises(error):
+                    self.helper.call(selector, {})
+                self.helper.timeout = 15
+                self.assertEqual(self.helper.call("echo:", {"a": 1}), {"a": 1})
+                self.assertEqual(self.helper.ping() == before, selector not in ("die:", "hang:"))
+
+    def test_a_helper_that_ended_between_calls_is_replaced(self):
+        before = self.helper.ping()
+        self.assertTrue(Helper().stop())
+        self.assertEqual(self.helper.call("echo:", {}), {})
+        self.assertNotEqual(self.helper.ping(), before)
+        self.assertTrue(self.helper.stop())
+        self.assertFalse(self.helper.stop())
+
+    def test_clients_start_one_helper_together(self):
+        def ping(_):
+            with Helper() as helper:
+                return helper.ping()
+
+        with concurrent.futures.ThreadPoolExecutor(6) as pool:
+            self.assertEqual(len(set(pool.map(ping, range(6)))), 1)
+
+    def test_no_helper_can_be_reached(self):
+        with self.assertRaises(HelperUnreachable):
+            Helper(starts_helper=False).ping()
+        with self.assertRaises(HelperUnreachable):
+            Helper(path="/nonexistent").ping()
+        with mock.patch.dict(os.environ, {"FAKE_HELPER_DOES": "end"}), self.assertRaisesRegex(HelperUnreachable, "status 7"):
+            self.helper.ping()
+        os.chmod(self.folder, 0o777)
+        with self.assertRaisesRegex(HelperUnreachable, "others may write"):
+            self.helper.ping()
+        os.chmod(self.folder, 0o700)
+
+    def test_arguments_that_are_too_large(self):
+        with mock.patch.object(client, "MAXIMUM_MESSAGE_BYTES", 1000), self.assertRaises(ValueError):
+            self.helper.call("echo:", {"a": bytes(1000)})
+
+
+class RealHelperTest(HelperTestCase):
+    def test_pdf(self):
+        pages = ("The first page", "The second page")
+        answer = self.helper.attributedStringWithPDF(False, documents.pdf(pages, title="A title"))
+        self.assertEqual((answer["PageCount"], answer["Title"]), (2, "A title"))
+        for page in pages:
+            self.assertIn(page, answer["String"])
+        self.assertIs(self.helper.attributedStringWithPDF(False, documents.pdf(locked=True))["Locked"], True)
+        self.assertIsNone(self.helper.attributedStringWithPDF(False, b"no PDF"))
+
+    def test_metadata(self):
+        path = os.path.join(os.fsencode(self.folder), b"caf\xe9.txt")
+        with open(path, "wb") as file:
+            file.write(b"Some words in a file")
+        self.assertIn("Some words", self.helper.metaDataForFile(path)["kMDItemTextContent"])
+        self.assertIsNone(self.helper.metaDataForFile(path + b".missing"))
+
+    def test_unknown_operations_are_refused(self):
+        with self.assertRaises(RemoteException):
+            self.helper.call("noSuchOperation:", {"noSuchOperation": "x"})
+        self.assertGreater(self.helper.ping(), 0)
+
+    def test_the_example(self):
+        path = pathlib.Path(self.folder) / "sample.pdf"
+        path.write_bytes(documents.pdf(("Words of an example",)))
+        example = TOP / "clients" / "python" / "example.py"
+        done = subprocess.run([sys.executable, example, path], capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stdout), (0, "1 pages\nWords of an example\n"), done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()

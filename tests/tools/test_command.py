@@ -1,0 +1,176 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""The quiverleaf command as a person and a script use it, with the real helper."""
+
+import json
+import os
+import pathlib
+import plistlib
+import subprocess
+import tempfile
+import unittest
+
+import documents
+
+COMMAND = os.environ["QUIVERLEAF_COMMAND"]
+FAKE_HELPER = pathlib.Path(__file__).resolve().parents[1] / "clients" / "fake_helper.py"
+
+
+class CommandTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        runtime = self.folder / "runtime"
+        self.environment = {**os.environ, "QUIVERLEAF_RUNTIME_DIR": str(runtime)}
+        self.environment.pop("QUIVERLEAF_HELPER", None)
+        self.addCleanup(self.run_command, "stop")
+
+    def run_command(self, *arguments, environment=None, **options):
+        options = {"capture_output": True, "timeout": 60, "cwd": self.folder, **options}
+        return subprocess.run([COMMAND, *arguments], env=environment or self.environment, check=False, **options)
+
+    def file(self, name, content):
+        path = os.path.join(os.fsencode(self.folder), os.fsencode(name))
+        with open(path, "wb") as stream:
+            stream.write(content)
+        return path
+
+    def answer(self, *arguments, **options):
+        done = self.run_command(*arguments, **options)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        return json.loads(done.stdout)
+
+    def assert_fails(self, code, message, *arguments, **options):
+        """The command fails with one line on standard error and nothing on standard output."""
+        done = self.run_command(*arguments, **options)
+        self.assertEqual(done.returncode, code, done.stderr)
+        self.assertRegex(done.stderr.decode("utf-8", "replace"), rf"\Aquiverleaf: [^\n]*{message}[^\n]*\n\Z")
+        self.assertFalse(done.stdout)
+
+    def test_pdf_in_all_forms(self):
+        data = documents.pdf(("First page", "Second page"), title="A title")
+        self.file("a.pdf", data)
+        answer = self.answer("pdf", "a.pdf")
+        self.assertEqual((answer["PageCount"], answer["Title"]), (2, "A title"))
+        self.assertIn("Second page", answer["String"])
+        self.assertEqual(self.answer("pdf", "-", input=data), answer)
+        self.assertEqual(self.answer("--pretty", "pdf", "a.pdf", "--timeout", "10"), answer)
+        self.assertEqual(self.answer("pdf", "--attributed", "a.pdf")["PageCount"], 2)
+        self.assertIn(b'\n  "PageCount": 2', self.run_command("pdf", "--pretty", "a.pdf").stdout)
+        self.assertEqual(plistlib.loads(self.run_command("pdf", "--plist", "a.pdf").stdout), answer)
+
+    def test_a_locked_pdf_is_an_answer(self):
+        self.file("locked.pdf", documents.pdf(locked=True))
+        done = self.run_command("pdf", "locked.pdf")
+        answer = json.loads(done.stdout)
+        self.assertEqual((done.returncode, answer["Locked"], "String" in answer), (0, True, False))
+        self.assertRegex(done.stderr, rb"\Aquiverleaf: locked\.pdf: is locked[^\n]*\n\Z")
+
+    def test_metadata_of_files_with_any_name(self):
+        for name in ("plain.txt", "\u00fcber.txt", b"caf\xe9 \xff.txt", "-dash.txt"):
+            with self.subTest(name):
+                self.file(name, b"Some words in a file")
+                answer = self.answer("metadata", "--", name)
+                self.assertIn("Some words", answer["kMDItemTextContent"])
+
+    def test_files_that_give_no_answer(self):
+        self.file("empty", b"")
+        self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
+        self.file("text.pdf", b"no PDF at all")
+        self.file("strange.qqq", os.urandom(64))
+        os.mkfifo(self.folder / "fifo")
+        (self.folder / "loop").symlink_to("loop")
+        large = self.folder / "large"
+        large.touch()
+        os.truncate(large, 1 << 30)
+        cases = [
+            ("metadata", "missing", "missing: no such file"),
+            ("metadata", ".", "is a folder"),
+            ("metadata", "empty", "is empty"),
+            ("metadata", "fifo", "is not a regular file"),
+            ("metadata", "loop", "cannot be read: Too many levels"),
+            ("metadata", "strange.qqq", "no importer takes a file of this type .*qqq"),
+            ("pdf", "missing", "no such file"),
+            ("pdf", "missing\nline", "missing.line: no such file"),
+            ("pdf", "text.pdf/x", "no such file"),
+            ("pdf", ".", "is a folder"),
+            ("pdf", "empty", "is empty"),
+            ("pdf", "text.pdf", "is not a PDF"),
+            ("pdf", "cut.pdf", "is a damaged PDF"),
+            ("pdf", "large", "is larger than"),
+            ("pdf", "/proc/self/mem", "cannot be read"),
+        ]
+        for command, name, message in cases:
+            with self.subTest(command=command, name=name):
+                self.assert_fails(3, message, command, name)
+
+    def test_wrong_command_lines(self):
+        cases = [
+            ("no command",),
+            ("unknown command 'frobnicate'", "frobnicate"),
+            ("metadata needs FILE", "metadata"),
+            ("not standard input", "metadata", "-"),
+            ("'b' is too much", "pdf", "a", "b"),
+            ("empty", "pdf", ""),
+            ("unknown option '--colour'", "pdf", "--colour", "a"),
+            ("unknown option '--attributed'", "metadata", "--attributed", "a"),
+            ("unknown option '-x'", "pdf", "-x", "a"),
+            ("'--timeout' needs a value", "ping", "--timeout"),
+            *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
+            ("unknown command 'x'", "help", "x"),
+        ]
+        for message, *arguments in cases:
+            with self.subTest(arguments):
+                self.assert_fails(1, message, *arguments)
+
+    def test_help_names_every_command_and_option(self):
+        overview = self.run_command("help").stdout.decode()
+        self.assertEqual(self.run_command("--help").stdout.decode(), overview)
+        for name in ("metadata", "pdf", "ping", "stop", "help", "version"):
+            self.assertIn(f"\n  {name}", overview)
+            self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
+        self.assertIn("--attributed", self.run_command("help", "pdf").stdout.decode())
+        self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")
+
+    def test_ping_and_stop(self):
+        self.assert_fails(2, "no helper", "ping", "--no-start")
+        self.assert_fails(2, "no helper", "stop")
+        self.assert_fails(2, "", "metadata", "--no-start", "/etc/hostname")
+        answer = self.answer("ping")
+        self.assertEqual(answer["Name"], "QuiverleafHelper_2.0pb8build4")
+        self.assertEqual(os.readlink(f"/proc/{answer['ProcessIdentifier']}/exe").rpartition("/")[2], "quiverleaf-helper")
+        self.assertEqual(self.answer("ping", "--no-start"), answer)
+        done = self.run_command("stop")
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
+        self.assert_fails(2, "no helper", "ping", "--no-start")
+
+    def test_output_that_cannot_be_written(self):
+        self.file("a.pdf", documents.pdf())
+        for arguments in (["pdf", "a.pdf"], ["help"], ["--version"]):
+            with self.subTest(arguments), open("/dev/full", "wb") as full:
+                self.assert_fails(6, "No space left", *arguments, capture_output=False, stdout=full, stderr=subprocess.PIPE)
+        reader, writer = os.pipe()
+        os.close(reader)
+        self.assert_fails(6, "Broken pipe", "pdf", "a.pdf", capture_output=False, stdout=writer, stderr=subprocess.PIPE)
+        os.close(writer)
+        closed = ["sh", "-c", '"$0" pdf a.pdf >&-', COMMAND]
+        done = subprocess.run(closed, env=self.environment, cwd=self.folder, stderr=subprocess.PIPE, check=False)
+        self.assertEqual((done.returncode, done.stderr.count(b"\n")), (6, 1))
+
+    def test_a_helper_that_cannot_be_started_hangs_or_dies(self):
+        self.file("a.pdf", documents.pdf())
+        for program in ("/nonexistent", "/bin/false"):
+            with self.subTest(program):
+                environment = {**self.environment, "QUIVERLEAF_HELPER": program}
+                self.assert_fails(2, "", "pdf", "a.pdf", environment=environment)
+        for failing, code in (("hang", 4), ("die", 5), ("raise", 3)):
+            with self.subTest(failing):
+                environment = {**self.environment, "QUIVERLEAF_HELPER": str(FAKE_HELPER), "FAKE_HELPER_DOES": f"{failing}:"}
+                message = "NSRangeException: too far" if failing == "raise" else "a.pdf: "
+                self.assert_fails(code, message, "pdf", "--timeout", "1", "a.pdf", environment=environment)
+                self.run_command("stop")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/HelpCommands.hpp"
+
+namespace nimbo {
+
+namespace {
+
+constexpr std::size_t kSummaryColumn = 24;
+
+std::string row(std::string name, const char *summary) {
+  name.insert(0, "  ");
+  name.append(name.size() < kSummaryColumn ? kSummaryColumn - name.size() : 1, ' ');
+  return name + summary + "\n";
+}
+
+std::string rows(std::span<const CommandOption> options) {
+  std::string text;
+  for (const CommandOption &option : options) {
+    const std::string value = option.valueName ? std::string(" ") + option.valueName : "";
+    text += row("--" + (option.name + value), option.summary);
+  }
+  return text;
+}
+
+std::string commandWithOperands(const Command &command) {
+  return *command.operands ? std::string(command.name) + " " + command.operands : command.name;
+}
+
+}  // namespace
+
+std::string helpText(std::span<const Command> commands) {
+  std::string text =
+      "Usage: quiverleaf COMMAND [OPTION...] [FILE]\n\n"
+      "Asks the Quiverleaf helper about documents and prints its answers as JSON.\n\nCommands:\n";
+  for (const Command &command : commands) text += row(commandWithOperands(command), command.summary);
+  text += "\nOptions:\n" + rows(commonOptions()) +
+          "\nExit status: 0 answered, 1 usage, 2 no helper, 3 no answer for this file, 4 timed out,\n"
+          "5 the helper died, 6 the result could not be written.\n";
+  return text;
+}
+
+std::string helpText(const Command &command) {
+  std::string text = "Usage: quiverleaf " + std::string(command.name) + " [OPTION...]";
+  if (*command.operands) text += std::string(" ") + command.operands;
+  text += std::string("\n\n") + command.description + "\n\nOptions:\n" + rows(command.options) +
+          rows(commonOptions());
+  return text;
+}
+
+std::string versionText() {
+  return "quiverleaf " QUIVERLEAF_VERSION "\n";
+}
+
+}  // namespace nimbo

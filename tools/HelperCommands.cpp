@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/HelperCommands.hpp"
+
+#include "clients/cpp/HelperClient.hpp"
+#include "helper/NimboImExport.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/FailureReason.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+using Operands = std::vector<std::string>;
+
+HelperClient clientWithOptions(const CommandOptions &options) {
+  HelperClient::Options clientOptions;
+  clientOptions.timeoutSeconds = options.timeoutSeconds;
+  clientOptions.startsHelper = !options.noStart;
+  return HelperClient(std::move(clientOptions));
+}
+
+/// Writes the result, or the line that says why there is none, and gives the exit code. `reasonForNil` is asked
+/// only when the answer is nil.
+template <class Reason>
+int report(const HelperClient::Answer &answer, const std::string &file, const CommandOptions &options,
+           Reason reasonForNil) {
+  using Status = HelperClient::Status;
+  switch (answer.status) {
+    case Status::answered:
+      writeResult(answer.result, options);
+      return kExitAnswered;
+    case Status::nil:
+      writeMessage(file + ": " + reasonForNil());
+      return kExitNil;
+    case Status::exception:
+      writeMessage(answer.exceptionName.UTF8String() + ": " + answer.exceptionReason.UTF8String());
+      return kExitNil;
+    case Status::timedOut:
+      writeMessage(file + ": no answer within the time limit");
+      return kExitTimedOut;
+    case Status::died:
+      writeMessage(file + ": the helper died over it");
+      return kExitDied;
+    case Status::invalid:
+      writeMessage(file + ": " + answer.message);
+      return kExitNil;
+    case Status::unreachable:
+      break;
+  }
+  writeMessage(answer.message);
+  return kExitUnreachable;
+}
+
+int runMetadata(const CommandOptions &options, const Operands &operands) {
+  const std::string &file = operands.front();
+  if (file == "-") throw UsageError("metadata needs a file with a name, not standard input");
+  const std::string path = absolutePath(file);
+  const auto answer =
+      clientWithOptions(options).metaDataForFile(NSString::stringWithFileSystemRepresentation(path));
+  return report(answer, file, options, [&] { return reasonForNoMetadata(path); });
+}
+
+int runPDF(const CommandOptions &options, const Operands &operands) {
+  const std::string file = operands.front() == "-" ? "standard input" : operands.front();
+  NSData pdf;
+  try {
+    pdf = readInput(operands.front());
+  } catch (const InputError &error) {
+    writeMessage(file + ": " + error.what());
+    return kExitNil;
+  }
+  const auto answer = clientWithOptions(options).attributedStringWithPDF(options.attributed, pdf);
+  const int code = report(answer, file, options, [&] { return reasonForNoPDF(pdf.view()); });
+  if (answer.result.dictionary().objectForKey(u"Locked"_ns).boolean().value_or(false))
+    writeMessage(file + ": is locked; its text needs a password");
+  return code;
+}
+
+int runPing(const CommandOptions &options, const Operands &) {
+  const int process = clientWithOptions(options).helperProcessIdentifier();
+  if (process == 0) {
+    writeMessage(options.noStart ? "no helper is registered"
+                                 : "no helper is registered and none could be started");
+    return kExitUnreachable;
+  }
+  writeResult(NSDictionary{{u"ProcessIdentifier"_ns, process},
+                           {u"Name"_ns, NSString::stringWithCharacters(kHelperConnectionName)}},
+              options);
+  return kExitAnswered;
+}
+
+int runStop(const CommandOptions &options, const Operands &) {
+  if (clientWithOptions(options).stopHelper()) return kExitAnswered;
+  writeMessage("no helper is registered");
+  return kExitUnreachable;
+}
+
+}  // namespace
+
+const std::vector<Command> &helperCommands() {
+  static const std::vector<Command> commands = {
+      {"metadata",
+       "FILE",
+       "the metadata and the text of a file",
+       "Prints the attributes that the metadata importer for the file's type found, by their kMDItem names.\n"
+       "The text of the document is kMDItemTextContent.",
+       {},
+       1,
+       1,
+       runMetadata},
+      {"pdf",
+       "FILE",
+       "the text, page count and document attributes of a PDF",
+       "Prints \"String\" (the text), \"PageCount\" and the attributes of the document. FILE \"-\" is standard "
+       "input.\n"
+       "A document that needs a password answers \"Locked\" instead of a text.",
+       {{"attributed", &CommandOptions::attributed, nullptr, "ask for attributed text"}},
+       1,
+       1,
+       runPDF},
+      {"ping",
+       "",
+       "the helper's process, started if need be",
+       "Prints the process number of the helper and the name under which it answers.",
+       {},
+       0,
+       0,
+       runPing},
+      {"stop",
+       "",
+       "end the helper",
+       "Ends the helper that is registered, and waits until it is gone.",
+       {},
+       0,
+       0,
+       runStop},
+  };
+  return commands;
+}
+
+}  // namespace nimbo

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+
+#include "platform/Foundation/NSData.hpp"
+
+namespace nimbo {
+
+/// The most that is read of a file that goes to the helper as data; a message leaves room for no more.
+inline constexpr std::size_t kMaximumInputBytes = (512u << 20) - 4096;
+
+/// A file that cannot be read; the text says why in a few words.
+class InputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// All bytes of a file, a pipe or a device, or of standard input when `path` is "-". Raises `InputError`, also
+/// when there are more than `kMaximumInputBytes`.
+NSData readInput(const std::string &path);
+
+/// `path` as seen from any working folder, links in it untouched; raises `InputError` when the working folder
+/// is gone.
+std::string absolutePath(const std::string &path);
+
+}  // namespace nimbo

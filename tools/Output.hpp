@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "platform/Foundation/id.hpp"
+#include "tools/CommandLine.hpp"
+
+namespace nimbo {
+
+/// A result that could not be written; the text says why in one line.
+class OutputError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The value as JSON in UTF-8, on one line or indented by two blanks. Dates are ISO 8601 strings, data is
+/// base64; what JSON cannot hold (nil, the null object, numbers that are not finite, dates outside the years 0
+/// to 9999) is null.
+std::string JSONFromValue(const id &value, bool pretty);
+
+/// Gives standard streams that are closed a descriptor that cannot be used, so that no file or socket takes
+/// their place and is written to by mistake.
+void reserveStandardStreams();
+
+/// Writes the whole text to standard output. Raises `OutputError`, also when the reader has gone away.
+void writeOutput(std::string_view text);
+/// Writes a result and a line feed, as JSON or as an XML property list. Raises `OutputError`.
+void writeResult(const id &value, const CommandOptions &options);
+/// Writes "quiverleaf: MESSAGE" to standard error; control characters become '?', so that it is one line.
+void writeMessage(std::string_view message);
+
+}  // namespace nimbo
