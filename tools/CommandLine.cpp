@@ -46,11 +46,13 @@ std::vector<std::string> readOptions(const std::vector<std::string> &arguments,
                                      CommandOptions *options) {
   constexpr int kFirstValue = 256;
   std::vector<option> table;
+  table.reserve(accepted.size() + 1);
   for (const CommandOption &one : accepted)
     table.push_back({one.name, one.valueName ? required_argument : no_argument, nullptr,
                      kFirstValue + static_cast<int>(table.size())});
   table.push_back({});
   std::vector<char *> words;
+  words.reserve(arguments.size() + 1);
   for (const std::string &argument : arguments) words.push_back(const_cast<char *>(argument.c_str()));
   const int count = static_cast<int>(words.size());
   words.push_back(nullptr);

@@ -58,6 +58,7 @@ def main():
         os.unlink(path)
     listener = socket.socket(socket.AF_UNIX)
     listener.bind(path)
+    os.chmod(path, 0o600)
     listener.listen()
     while True:
         connection, _ = listener.accept()

@@ -237,6 +237,8 @@ class BadHelperTest(HelperTestCase):
         with self.assertRaisesRegex(HelperUnreachable, "others may write"):
             self.helper.ping()
         os.chmod(self.folder, 0o700)
+        with mock.patch.dict(os.environ, {"QUIVERLEAF_RUNTIME_DIR": "relative"}), self.assertRaises(HelperUnreachable):
+            self.helper.ping()
 
     def test_arguments_that_are_too_large(self):
         with mock.patch.object(client, "MAXIMUM_MESSAGE_BYTES", 1000), self.assertRaises(ValueError):

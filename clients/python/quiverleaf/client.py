@@ -26,8 +26,9 @@ OPERATIONS = (
 )
 
 MAXIMUM_MESSAGE_BYTES = 512 << 20
-START_SECONDS = 10.0
+START_SECONDS = 5.0
 END_SECONDS = 2.0
+DEATH_SECONDS = 1.0  # For the remains of a helper that closed a connection to be gone.
 
 _LENGTH = struct.Struct(">I")
 _READ_BYTES = 1 << 20
@@ -143,16 +144,17 @@ class Helper:
         deadline = time.monotonic() + self.timeout
         try:
             self._wait_until(deadline)
-            self._connection.sendall(_LENGTH.pack(len(body)))
+            self._connection.socket.sendall(_LENGTH.pack(len(body)))
             self._wait_until(deadline)
-            self._connection.sendall(body)
+            self._connection.socket.sendall(body)
             reply = self._read_reply(deadline)
         except (TimeoutError, socket.timeout):
             if self._ends_hung_helper:
-                runtime.end_process(self._connection, END_SECONDS, signal.SIGKILL)
+                self._connection.end_process(END_SECONDS, signal.SIGKILL)
             self.close()
             raise HelperTimeout(f"no answer to {selector} within {self.timeout:g} seconds") from None
         except (OSError, EOFError, plist.PropertyListError) as error:
+            self._connection.wait_until_ended(DEATH_SECONDS)
             self.close()
             raise HelperDied(f"the helper ended before it answered {selector}") from error
         except BaseException:
@@ -166,7 +168,7 @@ class Helper:
     def ping(self):
         """The helper's process number; a helper is started if need be. Raises HelperUnreachable."""
         self._connect()
-        return runtime.peer_process(self._connection)
+        return self._connection.process
 
     def stop(self):
         """Ends the helper that is registered and waits until it is gone. False when there is none."""
@@ -175,18 +177,20 @@ class Helper:
             connection = runtime.connect(folder, self._name, self.timeout)
         if not connection:
             return False
-        with connection:
-            return runtime.end_process(connection, END_SECONDS)
+        with contextlib.closing(connection):
+            return connection.end_process(END_SECONDS)
 
     def _connect(self):
-        if self._connection and runtime.is_closed(self._connection):
+        if self._connection and self._connection.is_stale():
             self.close()
         if self._connection:
             return
         try:
             with _folder() as folder:
                 self._connection = runtime.connect(folder, self._name, self.timeout) or self._start(folder)
-        except OSError as error:
+        except BlockingIOError:
+            raise HelperTimeout(f"the helper takes no connection for {self.timeout:g} seconds") from None
+        except (OSError, ValueError) as error:
             raise HelperUnreachable(str(error)) from error
 
     def _start(self, folder):
@@ -202,7 +206,7 @@ class Helper:
         remaining = deadline - time.monotonic()
         if remaining <= 0:
             raise TimeoutError
-        self._connection.settimeout(remaining)
+        self._connection.socket.settimeout(remaining)
 
     def _read_reply(self, deadline):
         length = _LENGTH.unpack(self._read(_LENGTH.size, deadline))[0]
@@ -219,7 +223,7 @@ class Helper:
         data = bytearray()
         while len(data) < count:
             self._wait_until(deadline)
-            part = self._connection.recv(min(count - len(data), _READ_BYTES))
+            part = self._connection.socket.recv(min(count - len(data), _READ_BYTES))
             if not part:
                 raise EOFError("the connection was closed")
             data += part

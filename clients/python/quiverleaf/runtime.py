@@ -11,7 +11,6 @@ import socket
 import stat
 import struct
 import subprocess
-import tempfile
 import threading
 import time
 
@@ -22,78 +21,92 @@ _PEER = struct.Struct("iII")
 def open_folder():
     """A descriptor of the runtime folder, which is made when missing. Raises OSError when it is not safe to use."""
     path = os.environ.get("QUIVERLEAF_RUNTIME_DIR") or os.environ.get("XDG_RUNTIME_DIR")
+    flags = os.O_PATH | os.O_DIRECTORY | os.O_CLOEXEC
     if not path:
-        path = os.path.join(tempfile.gettempdir(), f"quiverleaf-{os.getuid()}")
+        path = os.path.join(os.environ.get("TMPDIR") or "/tmp", f"quiverleaf-{os.geteuid()}")
+        flags |= os.O_NOFOLLOW  # Anybody may put a link into the temporary folder.
+    if not os.path.isabs(path):
+        raise ValueError(f"the runtime folder {path} is a relative path")
     with contextlib.suppress(FileExistsError):
         os.mkdir(path, 0o700)
-    folder = os.open(path, os.O_PATH | os.O_DIRECTORY | os.O_CLOEXEC)
+    folder = os.open(path, flags)
     status = os.fstat(folder)
-    if status.st_uid != os.getuid() or status.st_mode & (stat.S_IWGRP | stat.S_IWOTH):
+    if status.st_uid != os.geteuid() or status.st_mode & (stat.S_IWGRP | stat.S_IWOTH):
         os.close(folder)
         raise PermissionError(f"the runtime folder {path} belongs to another user, or others may write to it")
     return folder
 
 
+class Connection:
+    """A socket and the process at its other end: its number, and a descriptor that never means a later process."""
+
+    def __init__(self, connected):
+        self.socket = connected
+        self.process, user, _ = _PEER.unpack(connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))
+        if user != os.geteuid():
+            raise PermissionError(f"process {self.process} of another user answers under the name")
+        try:
+            self._handle = os.pidfd_open(self.process)
+        except ProcessLookupError:
+            raise ConnectionRefusedError from None
+        # While the connection stands, the number has not been given to another process.
+        if self.is_stale():
+            os.close(self._handle)
+            raise ConnectionRefusedError
+
+    def close(self):
+        self.socket.close()
+        os.close(self._handle)
+
+    def is_stale(self):
+        """Whether the other side has ended the connection, or sent what nobody asked for."""
+        state = select.poll()
+        state.register(self.socket, select.POLLIN)
+        return bool(state.poll(0))
+
+    def wait_until_ended(self, seconds):
+        """Waits for the end of the process; false when it still runs after that time."""
+        ended = select.poll()
+        ended.register(self._handle, select.POLLIN)
+        return bool(ended.poll(seconds * 1000))
+
+    def end_process(self, seconds, first_signal=signal.SIGTERM):
+        """Ends the process, in the end by force, and waits until it is gone. False when it is not."""
+        for number in (first_signal, signal.SIGKILL):
+            with contextlib.suppress(ProcessLookupError):
+                signal.pidfd_send_signal(self._handle, number)
+            if self.wait_until_ended(seconds):
+                return True
+        return False
+
+
 def connect(folder, name, seconds):
-    """A socket to the process that serves `name`, or None when there is none. Raises OSError."""
+    """The connection to the process that serves `name`, or None when there is none.
+
+    Raises BlockingIOError when it takes no connection for that time, and other OSErrors.
+    """
     deadline = time.monotonic() + seconds
-    connection = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM | socket.SOCK_CLOEXEC)
-    connection.setblocking(False)
+    connected = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM | socket.SOCK_CLOEXEC)
+    connected.setblocking(False)
     try:
+        status = os.stat(name, dir_fd=folder, follow_symlinks=False)
+        if status.st_mode != stat.S_IFSOCK | 0o600 or status.st_uid != os.geteuid():
+            raise PermissionError(f"{name} is no socket of this user alone")
         while True:
             try:
                 # Through the descriptor, since a socket's path may only be about a hundred bytes long.
-                connection.connect(f"/proc/self/fd/{folder}/{name}")
-                break
+                connected.connect(f"/proc/self/fd/{folder}/{name}")
+                return Connection(connected)
             except BlockingIOError:  # The helper is so busy that its queue is full.
                 if time.monotonic() >= deadline:
                     raise
                 time.sleep(_POLL_SECONDS)
-        process, user, _ = _PEER.unpack(connection.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))
-        if user != os.getuid():
-            raise PermissionError(f"process {process} of another user answers under the name {name}")
     except (FileNotFoundError, ConnectionRefusedError):
-        connection.close()
+        connected.close()
         return None
     except BaseException:
-        connection.close()
+        connected.close()
         raise
-    return connection
-
-
-def peer_process(connection):
-    """The number of the process that serves the connection."""
-    return _PEER.unpack(connection.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))[0]
-
-
-def is_closed(connection):
-    """Whether the other side has ended the connection."""
-    return bool(select.select([connection], [], [], 0)[0])
-
-
-def end_process(connection, seconds, first_signal=signal.SIGTERM):
-    """Ends the process behind a connection, in the end by force, and waits until it is gone. False when it is not."""
-    process = peer_process(connection)
-    try:
-        handle = os.pidfd_open(process)
-    except ProcessLookupError:
-        return True
-    try:
-        # While the connection stands, the number has not been given to another process.
-        hangup = select.poll()
-        hangup.register(connection, 0)
-        if hangup.poll(0):
-            return True
-        gone = select.poll()
-        gone.register(handle, select.POLLIN)
-        for number in (first_signal, signal.SIGKILL):
-            with contextlib.suppress(ProcessLookupError):
-                signal.pidfd_send_signal(handle, number)
-            if gone.poll(seconds * 1000):
-                return True
-        return False
-    finally:
-        os.close(handle)
 
 
 @contextlib.contextmanager
@@ -140,8 +153,8 @@ def start_helper(path, folder, name, deadline):
     while True:
         connection = connect(folder, name, deadline - time.monotonic())
         if connection:
-            if peer_process(connection) != process.pid:
-                process.terminate()
+            if connection.process != process.pid:
+                process.kill()  # Another helper was first; this one would idle for ever.
             return connection
         if process.returncode is not None:
             raise ChildProcessError(f"{path} ended with status {process.returncode} before it answered")
