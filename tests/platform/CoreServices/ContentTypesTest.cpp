@@ -33,7 +33,9 @@ TEST(ContentTypes, GoesByTheName) {
   check({
       {"a.pdf", "", "com.adobe.pdf"},
       {"A.PDF", "plain text", "com.adobe.pdf"},
-      {"b\xe4" "d.docx", "", "org.openxmlformats.wordprocessingml.document"},
+      {"b\xe4"
+       "d.docx",
+       "", "org.openxmlformats.wordprocessingml.document"},
       {"a.chm", "", "com.microsoft.chm-archive"},
       {"a.eml", "", "com.apple.mail.email"},
       {"a.msg", "", "com.microsoft.outlook.msg"},
@@ -63,7 +65,7 @@ TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
       {"text", "Plain text, nothing else.\n", "public.plain-text"},
       {"mail", std::string(kMail), "com.apple.mail.email"},
       {"1700000000.1.host:2,S", std::string(kMail), "com.apple.mail.email"},
-      {"no mail", "From: here\nto: there we went\nand: on\nand on\n", "public.plain-text"},
+      {"no mail", "Note: here\nFrom: there\nto: where we went\nand on\n", "public.plain-text"},
       {"page", "<!DOCTYPE html>\n<html><head><title>t</title></head></html>\n", "public.html"},
       {"script", "#!/usr/bin/python3\nimport sys\nprint(sys.argv)\n", "public.python-script"},
       {"chm", std::string("ITSF\3\0\0\0\x60\0\0\0\1\0\0\0", 16), "com.microsoft.chm-archive"},
