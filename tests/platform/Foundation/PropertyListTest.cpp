@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Foundation/BinaryPropertyListWriter.hpp"
+#include "platform/Foundation/NSPropertyListSerialization.hpp"
+
+namespace nimbo {
+namespace {
+
+using enum NSPropertyListFormat;
+using PropertyList = NSPropertyListSerialization;
+using namespace std::string_literals;
+
+NSData dataOf(std::string_view bytes) {
+  return NSData::dataWithBytes(bytes.data(), bytes.size());
+}
+
+/// Reads `bytes` and expects them to be in `expected` form.
+id readAs(NSPropertyListFormat expected, std::string_view bytes) {
+  NSPropertyListFormat format{};
+  NSString error;
+  id result = PropertyList::propertyListFromData(dataOf(bytes), &format, &error);
+  EXPECT_TRUE(result) << error.UTF8String() << "\n" << bytes;
+  EXPECT_TRUE(!result || format == expected) << bytes;
+  return result;
+}
+
+/// The reason why `bytes` are no property list.
+std::string refusal(std::string_view bytes) {
+  NSString error;
+  EXPECT_FALSE(PropertyList::propertyListFromData(dataOf(bytes), nullptr, &error)) << bytes;
+  EXPECT_EQ(error.UTF8String().find('\n'), std::string::npos);
+  return error.UTF8String();
+}
+
+std::string refusalToWrite(const id &value, NSPropertyListFormat format) {
+  NSString error;
+  EXPECT_FALSE(PropertyList::dataWithPropertyList(value, format, &error));
+  return error.UTF8String();
+}
+
+id roundTrip(const id &value, NSPropertyListFormat format) {
+  NSString error;
+  const NSData data = PropertyList::dataWithPropertyList(value, format, &error);
+  EXPECT_TRUE(data) << error.UTF8String();
+  return readAs(format, data.view());
+}
+
+id nested(std::uint32_t depth, id value) {
+  for (std::uint32_t i = 0; i < depth; ++i)
+    value = i % 2 ? id(NSArray{value}) : id(NSDictionary{{u"k"_ns, value}});
+  return value;
+}
+
+/// A binary property list of these objects, object 0 on top, with offsets and references of one byte.
+std::string binaryOf(const std::vector<std::string> &objects) {
+  std::string bytes = "bplist00", table;
+  for (const auto &object : objects) {
+    table += static_cast<char>(bytes.size());
+    bytes += object;
+  }
+  const auto tableOffset = static_cast<char>(bytes.size());
+  const auto count = static_cast<char>(objects.size());
+  return bytes + table + "\0\0\0\0\0\0\1\1"s + "\0\0\0\0\0\0\0"s + count + std::string(8, '\0') +
+         "\0\0\0\0\0\0\0"s + tableOffset;
+}
+
+std::string xmlOf(const std::string &content) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">" + content + "</plist>";
+}
+
+TEST(PropertyList, EveryValueSurvivesBothWays) {
+  std::vector<id> counts, keys;
+  for (const std::uint32_t length : {0u, 14u, 15u, 255u, 256u, 65535u, 65536u}) {
+    const std::u16string units(length, u'x');
+    counts.push_back(NSString::stringWithCharacters(units));
+    counts.push_back(NSString::stringWithCharacters(units + u"\u20ac"));
+    counts.push_back(dataOf(std::string(length, '\xfe')));
+    counts.push_back(NSArray(std::vector<id>(length, true)));
+  }
+  NSDictionary many;
+  for (int i = 300; i > 0; --i)
+    many.setObject(NSDictionary{{u"same"_ns, i}}, NSString::stringWithUTF8String(std::to_string(i)));
+  std::vector<id> numbers;
+  for (int shift = 0; shift < 64; ++shift)
+    for (const std::int64_t near : {-1, 0, 1}) {
+      const std::uint64_t power = (std::uint64_t(1) << shift) + static_cast<std::uint64_t>(near);
+      numbers.push_back(static_cast<std::int64_t>(power));
+      numbers.push_back(static_cast<std::int64_t>(0 - power));
+      numbers.push_back(std::ldexp(1.0 / 3.0, shift));
+    }
+  const double infinity = std::numeric_limits<double>::infinity();
+  const id all = NSArray{NSArray(counts),
+                         many,
+                         NSArray(numbers),
+                         NSArray{infinity, -infinity, 5e-324, -0.0, false},
+                         NSArray{NSDate{0}, NSDate{-3600}, NSDate{1e9}},
+                         u"& < > \" ' ]]> \t\n\r \U0001f600 \u00e9"_ns,
+                         u"  "_ns,
+                         NSDictionary::dictionary(),
+                         nested(PropertyList::kMaximumDepth - 2, 1)};
+  for (const auto format : {binary, xml}) {
+    const id back = roundTrip(all, format);
+    EXPECT_EQ(back, all);
+    EXPECT_EQ(back.array()[1].dictionary().allKeys(), many.allKeys());
+    EXPECT_TRUE(std::isnan(*roundTrip(std::nan(""), format).real()));
+  }
+}
+
+TEST(PropertyList, OnlyTheBinaryFormHoldsEveryUnit) {
+  const NSString every = NSString::stringWithCharacters(u"a\0\x1f\xd800\xffff\xdc00z"_ns.view());
+  EXPECT_EQ(roundTrip(NSDictionary{{every, every}}, binary), id(NSDictionary{{every, every}}));
+  EXPECT_EQ(roundTrip(every, xml).string(), u"a\ufffd\ufffd\ufffd\ufffd\ufffdz"_ns);
+  EXPECT_TRUE(roundTrip(NSArray{NSNull()}, binary).array()[0].isNull());
+  EXPECT_EQ(refusalToWrite(NSArray{NSNull()}, xml), "XML cannot hold null");
+  EXPECT_EQ(roundTrip(NSDate{0.75}, binary).date(), NSDate{0.75});
+  EXPECT_EQ(roundTrip(NSDate{-0.25}, xml).date(), NSDate{-1});
+}
+
+TEST(PropertyList, RefusesToWriteWhatCannotBeRead) {
+  id doubled = 1;
+  for (int i = 0; i < 40; ++i) doubled = NSArray{doubled, doubled};
+  for (const auto format : {binary, xml}) {
+    EXPECT_EQ(refusalToWrite(id(), format), "nil is no property list");
+    EXPECT_EQ(refusalToWrite(NSArray{1, id()}, format), "nil is no property list");
+    EXPECT_EQ(refusalToWrite(nested(PropertyList::kMaximumDepth + 1, 1), format), "nested too deeply");
+    EXPECT_EQ(refusalToWrite(doubled, format), "too many values");
+  }
+  EXPECT_EQ(refusalToWrite(NSDate{1e12}, xml), "a date outside the years 0 to 9999");
+  EXPECT_EQ(refusalToWrite(1, openStep), "the old-style form is not written");
+}
+
+TEST(BinaryPropertyList, SharesDataAndLeavesRoomForAHeader) {
+  auto written = binaryDataWithPropertyList(NSArray{dataOf("payload")}, 4);
+  std::copy_n("head", 4, written.bytes.get());
+  const NSData message = std::move(written).data();
+  EXPECT_TRUE(message.view().starts_with("headbplist00"));
+  const NSData body = message.subdataWithRange({4, NSNotFound});
+  const NSData payload = PropertyList::propertyListFromData(body).array()[0].data();
+  EXPECT_EQ(payload.view(), "payload");
+  EXPECT_EQ(payload.bytes(), message.bytes() + message.view().find("payload"));
+}
+
+TEST(BinaryPropertyList, ReadsWhatOthersWrite) {
+  const std::string zeros(8, '\0'), ones(8, '\xff');
+  EXPECT_EQ(readAs(binary, binaryOf({"\x22\x3f\x80\x00\x00"s})), id(1.0));
+  EXPECT_EQ(readAs(binary, binaryOf({"\x11\xff\xfe"s})), id(0xfffe));
+  EXPECT_EQ(readAs(binary, binaryOf({"\x14" + zeros + zeros})), id(0));
+  EXPECT_EQ(readAs(binary, binaryOf({"\x14" + ones + ones})), id(-1));
+  const id shared = readAs(binary, binaryOf({"\xa3\1\1\2"s, "\xa1\2"s, "\x51s"s}));
+  EXPECT_EQ(shared, id(NSArray{NSArray{u"s"_ns}, NSArray{u"s"_ns}, u"s"_ns}));
+}
+
+TEST(BinaryPropertyList, RefusesHostileInput) {
+  const std::string ones(8, '\xff');
+  const std::string good = binaryOf({"\xa2\1\1"s, "\x51s"s});
+  const auto patched = [&](std::size_t fromEnd, const std::string &bytes) {
+    return std::string(good).replace(good.size() - fromEnd, bytes.size(), bytes);
+  };
+  const std::string tooShort = "too short for a binary property list",
+                    sizes = "impossible offset or reference size",
+                    offset = "an object's offset is outside the data",
+                    beyond = "an object goes beyond the data";
+  std::vector<std::string> unfolding;
+  for (int i = 1; i < 40; ++i) unfolding.push_back("\xa2"s + char(i) + char(i));
+  unfolding.push_back("\x09");
+  for (const auto &[bytes, reason] : std::vector<std::pair<std::string, std::string>>{
+           {"bplist00", tooShort},
+           {good.substr(0, 40), tooShort},
+           {patched(26, "\0"s), sizes},
+           {patched(26, "\x9"), sizes},
+           {patched(25, "\0"s), sizes},
+           {patched(25, "\xff"), sizes},
+           {patched(24, ones), "more objects than the offset table holds"},
+           {patched(16, ones), "a reference to an object that is not there"},
+           {patched(8, ones), "the offset table is outside the data"},
+           {patched(8, std::string(8, '\0')), "the offset table is outside the data"},
+           {patched(34, "\x7"), offset},
+           {patched(33, "\x10"), offset},
+           {binaryOf({"\xa1\5"s}), "a reference to an object that is not there"},
+           {binaryOf({"\xa1\0"s}), "nested too deeply"},
+           {binaryOf({"\xd1\1\0"s, "\x51k"s}), "nested too deeply"},
+           {binaryOf({"\xd1\1\1"s, "\x08"s}), "a dictionary key that is no string"},
+           {binaryOf(unfolding), "too many values"},
+           {binaryOf({"\xaf\x13" + ones}), "too many values"},
+           {binaryOf({"\xdf\x12\0\x10\0\0"s}), beyond},
+           {binaryOf({"\xaf\x14" + ones + ones}), "a count that is no integer"},
+           {binaryOf({"\x4f\x13" + ones}), beyond},
+           {binaryOf({"\x5f\x13" + ones}), beyond},
+           {binaryOf({"\x6f\x13\x80\0\0\0\0\0\0\1"s}), beyond},
+           {binaryOf({"\x62xyz"s}), beyond},
+           {binaryOf({"\xa3\1\2\3"s, "\x5a"s, "\x59"s,
+                      "\x58"
+                      "1234567890"s}),
+            "objects overlap"},
+           {binaryOf({"\x51\x80"s}), "an ASCII string that is not ASCII"},
+           {binaryOf({"\x72xy"s}), "an object of an unknown kind"},
+           {binaryOf({"\x0f"s}), "an object of an unknown kind"},
+           {binaryOf({"\x80\1"s}), "UID objects are not supported"},
+           {binaryOf({"\xc1\0"s}), "set objects are not supported"},
+           {binaryOf({"\x14\0\0\0\0\0\0\0\0"s + ones}), "integer out of range"},
+           {binaryOf({"\x15" + ones + ones + ones + ones}), "an integer of an unknown size"},
+       })
+    EXPECT_EQ(refusal(bytes), reason) << testing::PrintToString(bytes);
+}
+
+TEST(BinaryPropertyList, TruncatedOrDamagedAnywhereNeverCrashes) {
+  const NSData data = PropertyList::dataWithPropertyList(
+      NSDictionary{{u"text"_ns, u"\u20acuro"_ns}, {u"list"_ns, NSArray{1, 2.5, NSDate{1}, dataOf("abc")}}},
+      binary);
+  for (std::size_t length = 8; length < data.length(); ++length) {
+    EXPECT_FALSE(PropertyList::propertyListFromData(dataOf(data.view().substr(0, length)))) << length;
+    for (const int change : {0x01, 0x10, 0x80, 0xff}) {
+      std::string damaged(data.view());
+      damaged[length] = static_cast<char>(damaged[length] ^ change);
+      const id result = PropertyList::propertyListFromData(dataOf(damaged));
+      EXPECT_TRUE(!result || PropertyList::dataWithPropertyList(result, binary));
+    }
+  }
+}
+
+TEST(XMLPropertyList, ReadsEveryNotation) {
+  std::string utf16 = "\xff\xfe";
+  for (const char c : "<plist><true/></plist>"s) utf16 += {c, '\0'};
+  for (const auto &[bytes, value] : std::vector<std::pair<std::string, id>>{
+           {xmlOf("<integer> -0x10 </integer>"), -16},
+           {xmlOf("<integer>+7</integer>"), 7},
+           {xmlOf("<integer>-9223372036854775808</integer>"), std::numeric_limits<std::int64_t>::min()},
+           {xmlOf("<real>+1e3</real>"), 1000.0},
+           {xmlOf("<real>-Infinity</real>"), -std::numeric_limits<double>::infinity()},
+           {xmlOf("<date>2001-01-01T00:00:01.5Z</date>"), NSDate{1.5}},
+           {xmlOf("<data>\n\t YW\tJj\n\tZA== </data>"), dataOf("abcd")},
+           {xmlOf("<data/>"), NSData::data()},
+           {xmlOf("<string>a<![CDATA[<b>&amp;]]>&#x20ac;<!-- no -->\r\nc</string>"), u"a<b>&amp;\u20ac\nc"_ns},
+           {xmlOf("<string/>"), NSString::string()},
+           {xmlOf("<!-- c --><dict> <key>k</key> <array> </array> </dict>"),
+            NSDictionary{{u"k"_ns, NSArray::array()}}},
+           {"\xef\xbb\xbf \n<!DOCTYPE plist [<!ENTITY e \"x\">]><plist><string>&e;</string></plist>",
+            u"&e;"_ns},
+           {"<plist><true/></plist>", true},
+           {utf16, true},
+       })
+    EXPECT_EQ(readAs(xml, bytes), value) << bytes;
+}
+
+TEST(XMLPropertyList, RefusesBadInput) {
+  std::string deep;
+  for (std::uint32_t i = 0; i < 20 * PropertyList::kMaximumDepth; ++i) deep += "<array>";
+  for (const auto &[bytes, reason] : std::vector<std::pair<std::string, std::string>>{
+           {"<?xml version=\"1.0\"?>\n<dict/>", "line 2: no plist element"},
+           {xmlOf(""), "line 2: an empty plist"},
+           {xmlOf("\n<true/>\n<true/>"), "line 4: more than one value"},
+           {xmlOf("<dict><key>a</key></dict>"), "line 2: a key without a value"},
+           {xmlOf("<dict><true/></dict>"), "line 2: a value without a key"},
+           {xmlOf("<array>x<true/></array>"), "line 2: text outside of a value"},
+           {xmlOf("<set/>"), "line 2: an unknown element"},
+           {xmlOf("<string>a<true/></string>"), "line 2: an element inside of text"},
+           {xmlOf("<string>\xff</string>"), "line 2: invalid UTF-8"},
+           {xmlOf("<integer>9223372036854775808</integer>"), "line 2: integer out of range"},
+           {xmlOf("<integer>-0x8000000000000001</integer>"), "line 2: integer out of range"},
+           {xmlOf("<integer>1.5</integer>"), "line 2: not an integer"},
+           {xmlOf("<integer>-</integer>"), "line 2: not an integer"},
+           {xmlOf("<real>1,5</real>"), "line 2: not a real"},
+           {xmlOf("<date>2001-02-29T00:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-01-01T24:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-01-01</date>"), "line 2: not a date"},
+           {xmlOf("<data>YWJ</data>"), "line 2: not base64"},
+           {xmlOf("<data>YWI=YWI=</data>"), "line 2: not base64"},
+           {xmlOf("<data>YW-j</data>"), "line 2: not base64"},
+           {"<plist>\n<true>", "line 2: Start-end tags mismatch"},
+           {"<plist>" + deep, "line 1: Start-end tags mismatch"},
+       })
+    EXPECT_EQ(refusal(bytes), reason) << bytes;
+  for (std::uint32_t i = 0; i < 20 * PropertyList::kMaximumDepth; ++i) deep += "</array>";
+  EXPECT_EQ(refusal(xmlOf(deep)), "nested too deeply");
+  EXPECT_EQ(refusal("<?xml" + std::string(2 * PropertyList::kMaximumObjects, '<')), "too many values");
+}
+
+TEST(TextPropertyList, ReadsEveryNotation) {
+  const id list = readAs(openStep, R"(// importers
+(
+    "/Library/Spot light/A.mdimporter",
+    /System/B-1_2.mdimporter, 'it"s' /* ) */,
+    { bare = 12.5; "a b" = (); empty = {}; }, < 0fbd 7 7 >,<>,
+)  // end)");
+  EXPECT_EQ(list,
+            id(NSArray{u"/Library/Spot light/A.mdimporter"_ns, u"/System/B-1_2.mdimporter"_ns, u"it\"s"_ns,
+                       NSDictionary{{u"bare"_ns, u"12.5"_ns},
+                                    {u"a b"_ns, NSArray::array()},
+                                    {u"empty"_ns, NSDictionary::dictionary()}},
+                       dataOf("\x0f\xbd\x77"), NSData::data()}));
+  EXPECT_EQ(readAs(openStep, R"("\n\t\r\a\b\f\v\\\"\'\101\3514\0\U20ac\ud83d\q\Ud83d" )").string(),
+            NSString::stringWithCharacters(u"\n\t\r\a\b\f\v\\\"'A\u00e9"
+                                           u"4\0\u20acud83dq\xd83d"_ns.view()));
+  EXPECT_EQ(readAs(openStep, "\xef\xbb\xbf\"\xe2\x82\xac\n//\"").string(), u"\u20ac\n//"_ns);
+  EXPECT_EQ(readAs(openStep, "http://host/path").string(), u"http://host/path"_ns);
+}
+
+TEST(TextPropertyList, RefusalsNameTheLine) {
+  const std::string deep(PropertyList::kMaximumDepth + 1, '(');
+  for (const auto &[bytes, reason] : std::vector<std::pair<std::string, std::string>>{
+           {"", "line 1: unexpected end"},
+           {"\n  // only\n", "line 3: unexpected end"},
+           {"(a\n b)", "line 2: expected ',' or ')' in an array"},
+           {"(a,\n", "line 2: unexpected end"},
+           {"(a,,b)", "line 1: unexpected character"},
+           {"{a\n; }", "line 2: expected '=' after a key"},
+           {"{a=b}", "line 1: expected ';' after a value"},
+           {"{(a)=b;}", "line 1: unexpected character"},
+           {"a\nb", "line 2: more text after the property list"},
+           {"\n\"a\\\"", "line 2: a string without an end"},
+           {"\"\\", "line 1: a string without an end"},
+           {"\"\\Ug\"", "line 1: an escape without digits"},
+           {"\"\\400\"", "line 1: an octal escape out of range"},
+           {"<0f0>", "line 1: expected pairs of hexadecimal digits and '>' in data"},
+           {"<0", "line 1: expected pairs of hexadecimal digits and '>' in data"},
+           {"/* a", "line 1: a comment without an end"},
+           {"(a,\n\xc0)", "line 2: invalid UTF-8"},
+           {"caf\xc3\xa9", "line 1: more text after the property list"},
+           {deep, "nested too deeply"},
+       })
+    EXPECT_EQ(refusal(bytes), reason) << bytes;
+}
+
+}  // namespace
+}  // namespace nimbo
