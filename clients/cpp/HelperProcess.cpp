@@ -6,7 +6,6 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -21,6 +20,10 @@
 #include <vector>
 
 #include "platform/Foundation/NSConnectionName.hpp"
+
+extern "C" {
+#include <sys/pidfd.h>  // Without this linkage of its own in Debian 12.
+}
 
 namespace nimbo {
 namespace {
