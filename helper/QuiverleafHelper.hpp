@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <utility>
+
 #include "Classes/MetaDataImporter.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 
@@ -10,6 +12,10 @@ namespace nimbo {
 /// list of importers. A nil answer means failure. See `NimboImExport.hpp` for the kinds of arguments and results.
 class QuiverleafHelper : public NSConnectionRootObject {
  public:
+  /// The importers are looked for on the first request that needs them.
+  explicit QuiverleafHelper(MetaDataImporterLocations importers = MetaDataImporterLocations::standardLocations())
+      : _mdimporter(std::move(importers)) {}
+
   /// Raises NSInvalidArgumentException for a selector or an argument that is not in the contract.
   id perform(const NSString &selector, const NSDictionary &arguments) override;
 

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "helper/QuiverleafHelper.hpp"
+
+#include <gtest/gtest.h>
+
+#include "helper/NimboImExport.hpp"
+#include "platform/Foundation/NSException.hpp"
+#include "tests/ImporterBundle.hpp"
+#include "tests/PDFSamples.hpp"
+
+namespace nimbo {
+namespace {
+
+/// A helper whose only importer takes PDFs and sets an attribute of every kind, a text among them.
+class QuiverleafHelperTest : public testing::Test {
+ protected:
+  QuiverleafHelperTest() {
+    ImporterBundle{{"com.adobe.pdf"}, TEST_PLUGIN, {"makeEveryKindImporter"}}.writeTo(folder,
+                                                                                     "shipped/PDF.mdimporter");
+    path = folder.write("a.pdf", "%PDF-1.4");
+  }
+
+  MetaDataImporterLocations locations() {
+    MetaDataImporterLocations result;
+    result.importerTool = folder.string("no tool");
+    result.shippedImporterFolder = folder.string("shipped");
+    return result;
+  }
+  NSDictionary facts(const char *sample, const NSString &file = NSString(), bool size = false) {
+    return helper._attributedStringWithPDF(false, samplePDF(sample), file, size);
+  }
+  /// What an importer stores is told from the PDF's own text by this.
+  static constexpr std::u16string_view kImporterText = u"b\u00e4\ufffd";
+
+  TemporaryFolder folder;
+  NSString path;
+  QuiverleafHelper helper{locations()};
+};
+
+TEST_F(QuiverleafHelperTest, DropsNullsFromMetaData) {
+  const NSDictionary metaData = helper.metaDataForFile(path);
+  EXPECT_EQ(metaData.objectForKey(u"real"_ns).real(), 2.5);
+  EXPECT_FALSE(metaData.objectForKey(u"null"_ns));
+  EXPECT_FALSE(helper.metaDataForFile(folder.write("a.txt", "text"))) << "no importer for the type";
+  EXPECT_FALSE(helper.metaDataForFile(NSString()));
+}
+
+TEST_F(QuiverleafHelperTest, ReadsThePagesWithoutAFile) {
+  const NSDictionary answer = helper.attributedStringWithPDF(false, samplePDF("columns.pdf"));
+  EXPECT_EQ(answer.objectForKey(u"PageCount"_ns).integer(), 2);
+  EXPECT_TRUE(answer.objectForKey(u"String"_ns).string().view().starts_with(u"A catalogue of documents"));
+  EXPECT_FALSE(answer.objectForKey(u"Size"_ns));
+  EXPECT_FALSE(helper.attributedStringWithPDF(false, NSData()));
+  EXPECT_FALSE(helper.attributedStringWithPDF(false, dataOfString("no PDF")));
+}
+
+TEST_F(QuiverleafHelperTest, LocksAndEmptyDocumentsHaveNoText) {
+  for (const bool attributed : {false, true}) {
+    const NSDictionary locked = helper.attributedStringWithPDF(attributed, samplePDF("locked.pdf"));
+    EXPECT_EQ(locked, (NSDictionary{{u"Locked"_ns, true}, {u"PageCount"_ns, 1}}));
+  }
+  const NSDictionary empty = facts("no-pages.pdf", NSString(), true);
+  EXPECT_EQ(empty.objectForKey(u"PageCount"_ns).integer(), 0);
+  EXPECT_FALSE(empty.objectForKey(u"String"_ns));
+  EXPECT_FALSE(empty.objectForKey(u"Size"_ns));
+}
+
+TEST_F(QuiverleafHelperTest, AsksTheImporterFirstUnlessGhostscriptMadeThePDF) {
+  const auto text = [&](const char *sample, const NSString &file) {
+    return facts(sample, file).objectForKey(u"String"_ns).string();
+  };
+  EXPECT_EQ(text("columns.pdf", path).view(), kImporterText);
+  EXPECT_TRUE(text("columns.pdf", folder.write("no.importer", "x")).view().starts_with(u"A catalogue"));
+  EXPECT_EQ(facts("metadata.pdf").objectForKey(u"Producer"_ns).string(), u"Ghostscript 9.99"_ns);
+  EXPECT_EQ(text("metadata.pdf", path), NSString::string());
+}
+
+TEST_F(QuiverleafHelperTest, AddsTheSizeOfTheFirstPage) {
+  const NSDictionary answer = facts("columns.pdf", NSString(), true);
+  EXPECT_EQ(answer.objectForKey(u"Size"_ns).string(), u"{420, 300}"_ns);
+  EXPECT_EQ(answer.objectForKey(u"PixelSize"_ns), answer.objectForKey(u"Size"_ns));
+  EXPECT_EQ(answer.objectForKey(u"Alpha"_ns).boolean(), false);
+}
+
+TEST_F(QuiverleafHelperTest, AnswersTheContractAndNothingElse) {
+  for (const RemoteOperation &operation : NimboImExport) {
+    const NSString selector = NSString::stringWithCharacters(operation.selector);
+    EXPECT_FALSE(helper.perform(selector, NSDictionary())) << selector.UTF8String();
+    EXPECT_THROW(helper.perform(selector, {{u"other"_ns, 1}}), NSException);
+    for (const RemoteArgument &argument : operation.arguments) {
+      if (argument.keyword.empty()) continue;
+      const id wrong = argument.kind == RemoteKind::data ? id(u"text"_ns) : id(NSData::data());
+      EXPECT_THROW(helper.perform(selector, {{NSString::stringWithCharacters(argument.keyword), wrong}}), NSException);
+    }
+  }
+  EXPECT_THROW(helper.perform(u"metaDataForFile"_ns, NSDictionary()), NSException);
+  EXPECT_THROW(helper.perform(u"metaDataForFile:"_ns, {{NSString::string(), path}}), NSException);
+  EXPECT_EQ(helper.perform(u"metaDataForFile:"_ns, {{u"metaDataForFile"_ns, path}}), helper.metaDataForFile(path));
+  EXPECT_EQ(helper.perform(u"attributed:stringWithPDF:"_ns,
+                           {{u"attributed"_ns, 0}, {u"stringWithPDF"_ns, samplePDF("columns.pdf")}}),
+            facts("columns.pdf"));
+}
+
+}  // namespace
+}  // namespace nimbo
