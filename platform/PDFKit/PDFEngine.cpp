@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/PDFKit/PDFEngine.hpp"
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -36,6 +34,10 @@ std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint3
 
 }  // namespace
 
+PDFBudget::~PDFBudget() {
+  while (blocks_.next != &blocks_) release(this, blocks_.next + 1);
+}
+
 void PDFBudget::beginStep(double seconds) {
   timedOut_ = false;
   deadline_ =
@@ -52,25 +54,46 @@ bool PDFBudget::allows(std::size_t size, std::size_t replaced) {
   return !timedOut_ && size <= limit_ && used_ - replaced <= limit_ - size;
 }
 
+void *PDFBudget::enter(Block *block, std::size_t size) {
+  block->size = size;
+  block->previous = &blocks_;
+  block->next = blocks_.next;
+  block->next->previous = block;
+  blocks_.next = block;
+  used_ += size;
+  return block + 1;
+}
+
+void PDFBudget::remove(Block *block) {
+  block->previous->next = block->next;
+  block->next->previous = block->previous;
+  used_ -= block->size;
+}
+
 void *PDFBudget::allocate(void *self, std::size_t size) {
   auto &budget = *static_cast<PDFBudget *>(self);
   if (!budget.allows(size, 0)) return nullptr;
-  void *const block = std::malloc(size);
-  if (block) budget.used_ += malloc_usable_size(block);
-  return block;
+  void *const memory = std::malloc(sizeof(Block) + size);
+  return memory ? budget.enter(new (memory) Block, size) : nullptr;
 }
 
-void *PDFBudget::reallocate(void *self, void *block, std::size_t size) {
+void *PDFBudget::reallocate(void *self, void *bytes, std::size_t size) {
+  if (!bytes) return allocate(self, size);
   auto &budget = *static_cast<PDFBudget *>(self);
-  const std::size_t replaced = malloc_usable_size(block);
-  if (!budget.allows(size, replaced)) return nullptr;
-  void *const moved = std::realloc(block, size);
-  if (moved) budget.used_ += malloc_usable_size(moved) - replaced;
-  return moved;
+  Block *const block = static_cast<Block *>(bytes) - 1;
+  const std::size_t oldSize = block->size;
+  if (!budget.allows(size, oldSize)) return nullptr;
+  budget.remove(block);
+  void *const memory = std::realloc(block, sizeof(Block) + size);
+  if (memory) return budget.enter(static_cast<Block *>(memory), size);
+  budget.enter(block, oldSize);
+  return nullptr;
 }
 
-void PDFBudget::release(void *self, void *block) {
-  static_cast<PDFBudget *>(self)->used_ -= malloc_usable_size(block);
+void PDFBudget::release(void *self, void *bytes) {
+  if (!bytes) return;
+  Block *const block = static_cast<Block *>(bytes) - 1;
+  static_cast<PDFBudget *>(self)->remove(block);
   std::free(block);
 }
 

@@ -4,7 +4,10 @@
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <type_traits>
 
@@ -15,11 +18,15 @@
 namespace nimbo::detail {
 
 /// The allocator that MuPDF uses for one document. It refuses what goes beyond the limit, and everything once
-/// the time of a step is over: MuPDF then unwinds from wherever it is, inside a decoder too.
+/// the time of a step is over: MuPDF then unwinds from wherever it is, inside a decoder too. It knows all its
+/// blocks and frees those that are left in the end, since MuPDF loses some: a whole font for each document with
+/// a divided word, and what its errors jump over.
 class PDFBudget {
  public:
   explicit PDFBudget(std::size_t memoryBytes)
-      : limit_(memoryBytes), functions_{this, allocate, reallocate, release} {}
+      : limit_(std::min<std::size_t>(memoryBytes, PTRDIFF_MAX)),
+        functions_{this, allocate, reallocate, release} {}
+  ~PDFBudget();
   PDFBudget(const PDFBudget &) = delete;
   PDFBudget &operator=(const PDFBudget &) = delete;
 
@@ -31,17 +38,27 @@ class PDFBudget {
  private:
   using Clock = std::chrono::steady_clock;
 
+  /// Stands before the bytes that MuPDF gets, in a ring of all blocks.
+  struct alignas(std::max_align_t) Block {
+    Block *previous = this;
+    Block *next = this;
+    std::size_t size = 0;
+  };
+
   static void *allocate(void *self, std::size_t size);
-  static void *reallocate(void *self, void *block, std::size_t size);
-  static void release(void *self, void *block);
+  static void *reallocate(void *self, void *bytes, std::size_t size);
+  static void release(void *self, void *bytes);
   /// Whether `size` bytes may be taken in place of `replaced` ones.
   bool allows(std::size_t size, std::size_t replaced);
+  void *enter(Block *block, std::size_t size);
+  void remove(Block *block);
 
   const std::size_t limit_;
   std::size_t used_ = 0;
   std::optional<Clock::time_point> deadline_;
   unsigned calls_ = 0;
   bool timedOut_ = false;
+  Block blocks_;
   const fz_alloc_context functions_;
 };
 
