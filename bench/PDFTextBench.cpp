@@ -8,6 +8,7 @@
 
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <chrono>
@@ -25,6 +26,7 @@ using namespace nimbo;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kStoreBytes = std::size_t{16} << 20;
+constexpr rlim_t kAddressSpaceBytes = rlim_t{1} << 30;
 
 void writePageByMuPDF(fz_context *context, pdf_document *document, int index, fz_output *output) {
   pdf_page *page = nullptr;
@@ -136,6 +138,9 @@ double median(std::vector<double> values) {
 
 int main(int argc, char **argv) {
   if (argc < 2) return std::fputs("usage: bench-pdf-text FOLDER [ROUNDS]\n", stderr), 1;
+  // MuPDF by itself would take gigabytes and minutes for a bomb.
+  const rlimit limit = {kAddressSpaceBytes, kAddressSpaceBytes};
+  setrlimit(RLIMIT_AS, &limit);
   const int rounds = argc > 2 ? std::max(1, std::atoi(argv[2])) : 9;
   std::vector<NSData> documents;
   int different = 0;
@@ -144,7 +149,6 @@ int main(int argc, char **argv) {
     const NSData data =
         NSData::dataWithContentsOfFile(NSString::stringWithFileSystemRepresentation(entry.path().native()));
     if (!data) continue;
-    // MuPDF by itself may take minutes over a bomb, which has no text for PDFDocument.
     const std::u16string words = wordsByPDFDocument(data);
     if (words.empty()) continue;
     documents.push_back(data);
