@@ -20,7 +20,7 @@ struct PDFLimits {
   std::size_t memoryBytes = std::size_t{512} << 20;
   /// For opening, and for each page. Watched whenever the engine asks for memory, so a step that needs none can
   /// overrun it.
-  double stepSeconds = 10;
+  double stepSeconds = 6;
   std::uint32_t pages = 100'000;
   /// After so many pages in a row that cannot be read, the rest is not tried any more.
   std::uint32_t pageErrorsInARow = 16;
