@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Foundation/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/PropertyListLimits.hpp"
 
 namespace nimbo {
@@ -89,7 +90,7 @@ class Writer {
     if (length > NSNotFound) fail("larger than data can be");
 
     BinaryPropertyListBytes result;
-    result.bytes.reset(static_cast<std::uint8_t *>(std::malloc(length)));
+    result.bytes.reset(static_cast<std::uint8_t *>(allocateBytes(length)));
     result.length = static_cast<std::uint32_t>(length);
     if (!result.bytes) throw std::bad_alloc();
     start_ = at_ = result.bytes.get() + headerLength;
