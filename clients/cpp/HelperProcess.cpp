@@ -8,6 +8,10 @@
 #include <sys/file.h>
 #include <sys/wait.h>
 
+extern "C" {  // glibc 2.36 forgets it.
+#include <sys/pidfd.h>
+}
+
 #include <algorithm>
 #include <cerrno>
 #include <climits>

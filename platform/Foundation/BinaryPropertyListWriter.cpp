@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Foundation/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/PropertyListLimits.hpp"
 
 namespace nimbo {
@@ -90,7 +91,7 @@ class Writer {
     const std::uint64_t length = tableOffset + objectCount * offsetSize_ + kTrailerLength;
     if (length > NSNotFound) fail("larger than data can be");
 
-    std::unique_ptr<void, decltype(&std::free)> bytes(std::malloc(length), &std::free);
+    std::unique_ptr<void, decltype(&std::free)> bytes(allocateBytes(length), &std::free);
     if (!bytes) throw std::bad_alloc();
     start_ = at_ = static_cast<std::uint8_t *>(bytes.get());
     nextNote_ = notes_.data();

@@ -10,6 +10,8 @@
 #include <new>
 #include <utility>
 
+#include "platform/Foundation/LargeBytes.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -75,10 +77,10 @@ bool ConnectionChannel::consume(const std::uint8_t *bytes, std::size_t count, st
 void ConnectionChannel::growBody(std::size_t room) {
   if (capacity_ - length_ >= room) return;
   const std::size_t capacity = std::min(announced_, std::max(length_ + room, length_ * 2));
-  void *larger = std::realloc(body_.get(), capacity);
+  auto *larger = static_cast<std::uint8_t *>(allocateBytes(capacity));
   if (!larger) throw std::bad_alloc();
-  (void)body_.release();
-  body_.reset(static_cast<std::uint8_t *>(larger));
+  if (length_ > 0) std::memcpy(larger, body_.get(), length_);
+  body_.reset(larger);
   capacity_ = capacity;
 }
 

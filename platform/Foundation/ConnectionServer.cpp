@@ -43,7 +43,7 @@ ConnectionReply exceptionReply(std::int64_t serial, NSString name, NSString reas
 gboolean ConnectionServer::prepareSource(GSource *source, gint *timeout) {
   ConnectionServer &server = *reinterpret_cast<Source *>(source)->server;
   *timeout = -1;
-  return server.nextRequest() != server.queue_.end();
+  return !server.isServing_ && server.nextRequest() != server.queue_.end();
 }
 
 gboolean ConnectionServer::dispatchSource(GSource *source, GSourceFunc, gpointer) {
@@ -58,6 +58,9 @@ ConnectionServer::ConnectionServer()
   source_ = g_source_new(&functions, sizeof(Source));
   reinterpret_cast<Source *>(source_)->server = this;
   g_source_set_static_name(source_, "NSConnection");
+  // GLib would take the sockets of a source that may not recurse out of its poll, and put them back, around
+  // each turn.
+  g_source_set_can_recurse(source_, TRUE);
   g_source_attach(source_, g_main_context_get_thread_default());
 }
 
@@ -87,13 +90,15 @@ void ConnectionServer::setReplyTimeout(double seconds) {
   replyTimeout_ = microseconds(seconds);
 }
 
+/// An operation that runs the run loop comes back here: then clients are attended to, but none is served.
 void ConnectionServer::takeTurn() {
   if (listenerTag_ && g_source_query_unix_fd(source_, listenerTag_)) acceptClients();
-  for (const auto &client : clients_) attend(*client);
-  serveNextRequest();
+  for (const auto &client : clients_)
+    if (!client->isEnded) attend(*client);
+  if (!isServing_) serveNextRequest();
   for (const auto &client : clients_)
     if (!client->isEnded) updateAwaited(*client);
-  removeEndedClients();
+  if (!isServing_) removeEndedClients();
   updateReadyTime();
 }
 
@@ -178,7 +183,10 @@ void ConnectionServer::serveNextRequest() {
     NSLog("A connection was ended: no memory for its request");
   }
   if (!isGood) return end(client);
-  reply(client, perform(request));
+  isServing_ = true;
+  const ConnectionReply answer = perform(request);
+  isServing_ = false;
+  if (!client.isEnded) reply(client, answer);
 }
 
 ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
@@ -250,18 +258,22 @@ void ConnectionServer::awaitConnections(bool awaits) {
   if (awaits) listenerTag_ = g_source_add_unix_fd(source_, listener_.get(), G_IO_IN);
 }
 
-/// Lets the loop come back when the next client may have to be ended.
+/// Lets the loop come back when the next client may have to be ended. Since GLib is woken by each change, a
+/// deadline that moves away is left to pass once.
 void ConnectionServer::updateReadyTime() {
   const Moment now = g_get_monotonic_time();
   if (acceptAgain_ != kNever && acceptAgain_ <= now) {
     acceptAgain_ = kNever;
     awaitConnections(true);
   }
-  Moment ready = acceptAgain_;
+  Moment next = acceptAgain_;
   for (const auto &client : clients_)
     for (const Moment deadline : {client->requestDeadline, client->replyDeadline})
-      if (deadline != kNever && (ready == kNever || deadline < ready)) ready = deadline;
-  g_source_set_ready_time(source_, ready);
+      if (!client->isEnded && deadline != kNever && (next == kNever || deadline < next)) next = deadline;
+  const Moment set = g_source_get_ready_time(source_);
+  const bool isSooner = next != kNever && (set == kNever || next < set);
+  const bool hasPassed = set != kNever && set <= now;
+  if (isSooner || hasPassed) g_source_set_ready_time(source_, next);
 }
 
 }  // namespace nimbo

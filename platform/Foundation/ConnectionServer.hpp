@@ -91,6 +91,7 @@ class ConnectionServer {
   Moment acceptAgain_ = kNever;
   std::vector<std::unique_ptr<Client>> clients_;
   std::deque<QueuedRequest> queue_;
+  bool isServing_ = false;
   /// The bytes of all requests that are under way or queued.
   std::size_t bufferedBytes_ = 0;
 };

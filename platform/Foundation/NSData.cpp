@@ -14,6 +14,7 @@
 #include <new>
 
 #include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/LargeBytes.hpp"
 
 namespace nimbo {
 namespace {
@@ -62,7 +63,7 @@ NSData NSData::data() {
 NSData NSData::dataWithBytes(const void *bytes, std::size_t length) {
   if (length > NSNotFound) return NSData();
   if (length == 0) return data();
-  void *copy = std::malloc(length);
+  void *copy = allocateBytes(length);
   if (!copy) throw std::bad_alloc();
   std::memcpy(copy, bytes, length);
   return dataWithMallocedBytes(copy, length);

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+
+namespace nimbo {
+
+/// From this size on the first touch of fresh memory, page by page, takes longer than filling it.
+inline constexpr std::size_t kLargeBytes = 4u << 20;
+
+/// Memory for bytes, to be freed with `free`. Where it is large the system is asked to back it with large
+/// pages, which take a fifth of the time. Null when there is none.
+void *allocateBytes(std::size_t length);
+
+}  // namespace nimbo
