@@ -6,8 +6,6 @@ if(QUIVERLEAF_WERROR)
 endif()
 if(QUIVERLEAF_SANITIZE)
   add_compile_options(-fsanitize=${QUIVERLEAF_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  # GCC finds uninitialized values in instrumented code that are none.
-  add_compile_options(-Wno-maybe-uninitialized)
   add_link_options(-fsanitize=${QUIVERLEAF_SANITIZE})
 endif()
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
