@@ -45,25 +45,6 @@ TEST(NSStringCase, LowersByUnicode) {
   EXPECT_TRUE(lowercaseString(lower).identicalTo(lower));
 }
 
-TEST(NSFileManager, ListsEveryNameIncludingThoseThatAreNotUTF8) {
-  const TemporaryFolder folder;
-  for (const char *name : {".hidden", "plain",
-                           "b\xe4"
-                           "d\xff",
-                           "\xc3\xa4"})
-    folder.write(name, "");
-  auto names = NSFileManager::contentsOfDirectoryAtPath(folder.string(""));
-  ASSERT_TRUE(names);
-  EXPECT_EQ(names->size(), 4u);
-  for (const NSString &name : *names)
-    EXPECT_TRUE(NSFileManager::fileExistsAtPath(stringByAppendingPathComponent(folder.string(""), name)));
-  EXPECT_FALSE(NSFileManager::contentsOfDirectoryAtPath(folder.string("plain")));
-  EXPECT_FALSE(NSFileManager::contentsOfDirectoryAtPath(NSString()));
-  bool isDirectory = true;
-  EXPECT_TRUE(NSFileManager::fileExistsAtPath(folder.string("plain"), &isDirectory));
-  EXPECT_FALSE(isDirectory);
-}
-
 TEST(NSBundle, ReadsItsInformationAndRefusesExecutablesElsewhere) {
   const TemporaryFolder folder;
   const std::pair<std::string_view, std::string_view> cases[] = {
