@@ -93,8 +93,9 @@ std::string magicType(const std::string &head) {
   struct Close {
     void operator()(magic_set *set) const { magic_close(set); }
   };
+  // Not compound files: it takes the type of a document that is embedded in them for theirs.
   static const std::unique_ptr<magic_set, Close> database = [] {
-    std::unique_ptr<magic_set, Close> set(magic_open(MAGIC_MIME_TYPE | MAGIC_NO_CHECK_COMPRESS));
+    std::unique_ptr<magic_set, Close> set(magic_open(MAGIC_MIME_TYPE | MAGIC_NO_CHECK_COMPRESS | MAGIC_NO_CHECK_CDF));
     if (set && magic_load(set.get(), nullptr) != 0) set.reset();
     return set;
   }();

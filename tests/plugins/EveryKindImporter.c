@@ -5,19 +5,18 @@
 
 /* Sets an attribute of every kind, and tries what must be refused. */
 
-static int32_t query(void *self, const uint8_t *interfaceID, void **interface);
-static uint32_t addReference(void *self);
-static uint32_t release(void *self);
-static MDImporterBoolean import(void *self, MDImporterAttributes *attributes,
-                                const MDImporterString *contentType, const MDImporterString *path);
-
-static const MDImporterInterfaceStruct functions = {NULL, query, addReference, release, import};
-
 /* One object for all, which counts so that the test sees whether every reference was given back. */
-static struct {
-  const MDImporterInterfaceStruct *functions;
-  uint32_t references;
-} importer = {&functions, 0};
+static uint32_t references = 0;
+
+static uint32_t addReference(void *self) {
+  (void)self;
+  return ++references;
+}
+
+static uint32_t release(void *self) {
+  (void)self;
+  return --references;
+}
 
 static int32_t query(void *self, const uint8_t *interfaceID, void **interface) {
   *interface = NULL;
@@ -25,16 +24,6 @@ static int32_t query(void *self, const uint8_t *interfaceID, void **interface) {
   addReference(self);
   *interface = self;
   return 0;
-}
-
-static uint32_t addReference(void *self) {
-  (void)self;
-  return ++importer.references;
-}
-
-static uint32_t release(void *self) {
-  (void)self;
-  return --importer.references;
 }
 
 static MDImporterBoolean import(void *self, MDImporterAttributes *attributes,
@@ -46,7 +35,7 @@ static MDImporterBoolean import(void *self, MDImporterAttributes *attributes,
   int i;
   (void)self;
   if (set->size < sizeof *set) return 0;
-  set->setInteger(attributes, "references", importer.references);
+  set->setInteger(attributes, "references", references);
   set->setUTF8String(attributes, "path", path->bytes, strlen(path->bytes));
   set->setCharacters(attributes, "pathCharacters", path->characters, path->length);
   set->setCharacters(attributes, "contentType", contentType->characters, contentType->length);
@@ -85,9 +74,12 @@ static MDImporterBoolean import(void *self, MDImporterAttributes *attributes,
   return 0;
 }
 
+static const MDImporterInterfaceStruct functions = {NULL, query, addReference, release, import};
+static const MDImporterInterfaceStruct *importer = &functions;
+
 void *makeEveryKindImporter(void *allocator, const uint8_t *typeID);
 void *makeEveryKindImporter(void *allocator, const uint8_t *typeID) {
   if (allocator || memcmp(typeID, kMDImporterTypeID, kMDImporterIdentifierLength) != 0) return NULL;
-  addReference(&importer);
+  addReference(NULL);
   return &importer;
 }
