@@ -164,7 +164,6 @@ class Description {
 };
 
 NSString typeForMIMEType(std::string_view type) {
-  if (type == "image/x-ms-bmp") return u"com.microsoft.bmp"_ns;
   if (type == "image/x-photoshop") return u"com.adobe.photoshop-image"_ns;
   if (type == "image/jp2") return u"public.jpeg-2000"_ns;
   return {};

@@ -28,6 +28,9 @@ struct ImageHeader {
 /// The header as libvips reads it; formats whose loaders are not meant for untrusted files count as unknown.
 ImageHeader readHeaderWithVips(const ImageInput &input);
 
+/// The header of a Windows bitmap, which libvips does not read by itself.
+ImageHeader readHeaderOfBMP(const ImageInput &input);
+
 /// Adds what Exiv2 finds: Exif, IPTC and XMP. Of formats that libvips leaves unknown it gives type and size
 /// too.
 void addMetadataWithExiv2(const ImageInput &input, ImageHeader &header);
