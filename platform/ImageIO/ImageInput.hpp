@@ -20,9 +20,6 @@ struct ImageHeader {
   std::uint32_t count = 1;
   /// By the names of `CGImageSource::properties`.
   NSDictionary properties;
-  /// Metadata as it stands in the file, for formats that only this reader understands; nil when there is none.
-  NSData exif;
-  NSData xmp;
 };
 
 /// The header as libvips reads it; formats whose loaders are not meant for untrusted files count as unknown.
