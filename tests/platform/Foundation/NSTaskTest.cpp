@@ -36,7 +36,7 @@ TEST(NSTask, GivesTheProgramAnEmptyInputAndPlainSignals) {
 }
 
 TEST(NSTask, DoesNotWaitForWhatTheProgramLeavesRunning) {
-  NSTask task = shell(u"sleep 30 & echo last >&2");
+  NSTask task = shell(u"sleep 30 >/dev/null & echo last >&2");
   task.timeLimitSeconds = 20;
   const auto result = task.run();
   ASSERT_TRUE(result);
