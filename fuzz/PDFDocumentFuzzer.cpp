@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <cstddef>
+#include <cstdint>
+
+#include "helper/PDFDocument+Conversion.hpp"
+#include "platform/PDFKit/PDFDate.hpp"
+
+/// Everything that is asked of a PDF, and its bytes as a date, which they are too rarely inside one.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t length) {
+  using namespace nimbo;
+  dateWithPDFDateString(NSString::stringWithLossyUTF8String({reinterpret_cast<const char *>(bytes), length}));
+  const PDFLimits limits{.memoryBytes = std::size_t{128} << 20, .stepSeconds = 2, .pages = 32};
+  const auto document = PDFDocument::documentWithData(NSData::dataWithBytes(bytes, length), limits);
+  if (!document) return 0;
+  document->documentAttributes();
+  for (std::uint32_t index = 0; index < document->pageCount(); ++index) {
+    document->pageAtIndex(index).boundsForBox(PDFDisplayBox::cropBox);
+    document->pageAtIndex(index).rotation();
+  }
+  if (!document->isLocked()) fixedAndNormalizedStringUsingTimeout(*document, 2);
+  return 0;
+}
