@@ -2,7 +2,9 @@
 #include "platform/Foundation/BinaryPropertyListWriter.hpp"
 
 #include <bit>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -76,7 +78,7 @@ class KeyTable {
 /// of the walk.
 class Writer {
  public:
-  BinaryPropertyListBytes write(const id &propertyList, std::uint32_t headerLength) {
+  NSData write(const id &propertyList) {
     notes_.reserve(32);
     limits_.countValues(1);
     measure(propertyList, 0);
@@ -85,14 +87,12 @@ class Writer {
     referenceSize_ = sizeOfNumber(objectCount - 1);
     const std::uint64_t tableOffset = kMagic.size() + objectBytes_ + references_ * referenceSize_;
     offsetSize_ = sizeOfNumber(tableOffset);
-    const std::uint64_t length = headerLength + tableOffset + objectCount * offsetSize_ + kTrailerLength;
+    const std::uint64_t length = tableOffset + objectCount * offsetSize_ + kTrailerLength;
     if (length > NSNotFound) fail("larger than data can be");
 
-    BinaryPropertyListBytes result;
-    result.bytes.reset(static_cast<std::uint8_t *>(std::malloc(length)));
-    result.length = static_cast<std::uint32_t>(length);
-    if (!result.bytes) throw std::bad_alloc();
-    start_ = at_ = result.bytes.get() + headerLength;
+    std::unique_ptr<void, decltype(&std::free)> bytes(std::malloc(length), &std::free);
+    if (!bytes) throw std::bad_alloc();
+    start_ = at_ = static_cast<std::uint8_t *>(bytes.get());
     nextNote_ = notes_.data();
     nextOffset_ = start_ + tableOffset;
     put(kMagic.data(), kMagic.size());
@@ -102,7 +102,7 @@ class Writer {
     }
     writeObject(propertyList);
     putTrailer(start_ + tableOffset + objectCount * offsetSize_, objectCount, tableOffset);
-    return result;
+    return NSData::dataWithMallocedBytes(bytes.release(), length);
   }
 
  private:
@@ -229,11 +229,17 @@ class Writer {
   }
   void putString(const NSString &string, bool ascii) {
     putMarker(ascii ? kASCIIString : kUTF16String, string.length());
+    // A local position: the compiler would have to store `at_` after each byte, which might be part of it.
+    std::uint8_t *at = at_;
     if (ascii) {
-      for (const unichar unit : string.view()) putByte(static_cast<std::uint8_t>(unit));
+      for (const unichar unit : string.view()) *at++ = static_cast<std::uint8_t>(unit);
     } else {
-      for (const unichar unit : string.view()) putNumber(unit, 2);
+      for (const unichar unit : string.view()) {
+        *at++ = static_cast<std::uint8_t>(unit >> 8);
+        *at++ = static_cast<std::uint8_t>(unit);
+      }
     }
+    at_ = at;
   }
   void putTrailer(std::uint8_t *trailer, std::uint64_t objectCount, std::uint64_t tableOffset) const {
     std::memset(trailer, 0, kTrailerLength);
@@ -265,8 +271,8 @@ class Writer {
 
 }  // namespace
 
-BinaryPropertyListBytes binaryDataWithPropertyList(const id &propertyList, std::uint32_t headerLength) {
-  return Writer().write(propertyList, headerLength);
+NSData binaryDataWithPropertyList(const id &propertyList) {
+  return Writer().write(propertyList);
 }
 
 }  // namespace nimbo

@@ -41,7 +41,7 @@ id read(const NSData &data, NSPropertyListFormat format) {
 NSData write(const id &propertyList, NSPropertyListFormat format) {
   switch (format) {
     case NSPropertyListFormat::binary:
-      return binaryDataWithPropertyList(propertyList).data();
+      return binaryDataWithPropertyList(propertyList);
     case NSPropertyListFormat::xml:
       return XMLDataWithPropertyList(propertyList);
     case NSPropertyListFormat::openStep:

@@ -20,9 +20,10 @@ struct NSPropertyListSerialization {
   /// form share `data`'s storage.
   static id propertyListFromData(const NSData &data, NSPropertyListFormat *format = nullptr, NSString *error = nullptr);
 
-  /// Writes the binary or the XML form. Nil when `propertyList` is nil or holds nil, exceeds the limits above, or the form
-  /// cannot hold it: the old-style form is read only, and XML has no null. `*error` then says why in one line. In XML,
-  /// units that XML cannot hold become U+FFFD and dates lose their fractions of a second; the binary form keeps all.
+  /// Writes the binary or the XML form. Nil when `propertyList` is nil or holds nil, exceeds the limits above, or the
+  /// form cannot hold it: the old-style form is read only, and XML has no null. `*error` then says why in one line. In
+  /// XML, units that XML cannot hold become U+FFFD and dates lose their fractions of a second; the binary form keeps
+  /// all.
   static NSData dataWithPropertyList(const id &propertyList, NSPropertyListFormat format, NSString *error = nullptr);
 };
 

@@ -42,7 +42,7 @@ def same(a, b):
 
 def main():
     rng = random.Random(2001)
-    lists = [value(rng, 0) for _ in range(40)]
+    lists = [value(rng, 0) for _ in range(20)]
     lists.append({str(i): {"key": i, "text": "x" * i} for i in range(700)})
     for original in lists:
         theirs = {form: plistlib.dumps(original, fmt=form, sort_keys=False) for form in (BINARY, XML)}
