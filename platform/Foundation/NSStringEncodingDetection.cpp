@@ -248,7 +248,7 @@ DetectedString stringWithByteOrderMark(std::string_view bytes) {
   if (bytes.starts_with("\xef\xbb\xbf"sv)) {
     bytes.remove_prefix(3);
     const UTF8Statistics statistics = statisticsOfUTF8(bytes);
-    if (isTooMuch(statistics.controls + statistics.invalidBytes, bytes.size())) return {};
+    if (isTooMuch(statistics.controls, bytes.size())) return {};
     bytes.remove_suffix(statistics.cutBytes);
     return {NSString::stringWithLossyUTF8String(bytes), u"UTF-8"_ns, statistics.invalidBytes > 0};
   }

@@ -19,6 +19,7 @@ bool isRegularFile(const std::string &name) {
 
 std::unique_ptr<CGImageSource> CGImageSource::sourceWithInput(const detail::ImageInput &input) {
   detail::ImageHeader header = detail::readHeaderWithVips(input);
+  if (!header.type) header = detail::readHeaderOfBMP(input);
   detail::addMetadataWithExiv2(input, header);
   if (!header.type) return nullptr;
   std::unique_ptr<CGImageSource> source(new CGImageSource);

@@ -164,9 +164,11 @@ class Description {
 };
 
 NSString typeForMIMEType(std::string_view type) {
-  if (type == "image/x-ms-bmp") return u"com.microsoft.bmp"_ns;
   if (type == "image/x-photoshop") return u"com.adobe.photoshop-image"_ns;
   if (type == "image/jp2") return u"public.jpeg-2000"_ns;
+  if (type == "image/heic") return u"public.heic"_ns;
+  if (type == "image/heif") return u"public.heif"_ns;
+  if (type == "image/avif") return u"public.avif"_ns;
   return {};
 }
 
@@ -191,36 +193,15 @@ void addMetadataOfFile(const ImageInput &input, ImageHeader &header) {
   properties.setObject(Description(image->iptcData(), image->xmpData()).dictionary(), u"{IPTC}"_ns);
 }
 
-/// For formats that Exiv2 does not open: from the blocks that libvips found.
-void addMetadataOfBlocks(const ImageHeader &found, NSDictionary &properties) {
-  std::string_view exif = found.exif.view();
-  constexpr std::string_view kMark("Exif\0\0", 6);
-  if (exif.starts_with(kMark)) exif.remove_prefix(kMark.size());
-  if (!exif.empty()) {
-    Exiv2::ExifData data;
-    Exiv2::ExifParser::decode(data, reinterpret_cast<const Exiv2::byte *>(exif.data()),
-                              static_cast<std::uint32_t>(exif.size()));
-    addExif(data, properties);
-  }
-  if (found.xmp.length() > 0) {
-    Exiv2::XmpData data;
-    Exiv2::XmpParser::decode(data, std::string(found.xmp.view()));
-    properties.setObject(Description(Exiv2::IptcData(), data).dictionary(), u"{IPTC}"_ns);
-  }
-}
-
 }  // namespace
 
 void addMetadataWithExiv2(const ImageInput &input, ImageHeader &header) {
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+  Exiv2::enableBMFF();
   try {
     addMetadataOfFile(input, header);
   } catch (const std::exception &) {
-    try {
-      addMetadataOfBlocks(header, header.properties);
-    } catch (const std::exception &) {
-      // Damaged metadata is metadata that is not there.
-    }
+    // Damaged metadata is metadata that is not there.
   }
   removeEmptyDictionaries(header.properties);
 }

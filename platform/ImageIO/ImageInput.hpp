@@ -20,13 +20,13 @@ struct ImageHeader {
   std::uint32_t count = 1;
   /// By the names of `CGImageSource::properties`.
   NSDictionary properties;
-  /// Metadata as it stands in the file, for formats that only this reader understands; nil when there is none.
-  NSData exif;
-  NSData xmp;
 };
 
 /// The header as libvips reads it; formats whose loaders are not meant for untrusted files count as unknown.
 ImageHeader readHeaderWithVips(const ImageInput &input);
+
+/// The header of a Windows bitmap, which libvips does not read by itself.
+ImageHeader readHeaderOfBMP(const ImageInput &input);
 
 /// Adds what Exiv2 finds: Exif, IPTC and XMP. Of formats that libvips leaves unknown it gives type and size
 /// too.

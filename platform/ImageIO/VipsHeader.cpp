@@ -79,8 +79,8 @@ NSString colorModelOfImage(VipsImage *image) {
 }
 
 int depthOfImage(VipsImage *image) {
-  // The same fact by the name of the release and of the format.
-  for (const char *name : {"bits-per-sample", "heif-bitdepth", "palette-bit-depth"}) {
+  // The same fact under the name of a later and of this release.
+  for (const char *name : {"bits-per-sample", "heif-bitdepth"}) {
     int bits = 0;
     if (vips_image_get_typeof(image, name) && vips_image_get_int(image, name, &bits) == 0 && bits > 0)
       return bits;
@@ -94,12 +94,14 @@ double dotsPerInch(double pixelsPerMillimeter) {
   return std::round(pixelsPerMillimeter * kMillimetersPerInch * 1000) / 1000;
 }
 
-/// Nil when the image has none.
-NSData blobOfImage(VipsImage *image, const char *name) {
+/// Nil when the image has no profile, or it has no name.
+NSString profileNameOfImage(VipsImage *image) {
   const void *bytes = nullptr;
   std::size_t length = 0;
-  if (!vips_image_get_typeof(image, name) || vips_image_get_blob(image, name, &bytes, &length)) return {};
-  return NSData::dataWithBytes(bytes, length);
+  if (!vips_image_get_typeof(image, VIPS_META_ICC_NAME) ||
+      vips_image_get_blob(image, VIPS_META_ICC_NAME, &bytes, &length))
+    return {};
+  return descriptionOfICCProfile({static_cast<const std::uint8_t *>(bytes), length});
 }
 
 ImageHeader headerOfImage(VipsImage *image) {
@@ -116,10 +118,7 @@ ImageHeader headerOfImage(VipsImage *image) {
   properties.setObject(colorModelOfImage(image), u"ColorModel"_ns);
   properties.setObject(vips_image_hasalpha(image) != 0, u"HasAlpha"_ns);
   properties.setObject(vips_image_get_orientation(image), u"Orientation"_ns);
-  const NSData profile = blobOfImage(image, VIPS_META_ICC_NAME);
-  properties.setObject(descriptionOfICCProfile(profile.span()), u"ProfileName"_ns);
-  header.exif = blobOfImage(image, VIPS_META_EXIF_NAME);
-  header.xmp = blobOfImage(image, VIPS_META_XMP_NAME);
+  properties.setObject(profileNameOfImage(image), u"ProfileName"_ns);
   return header;
 }
 

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "importers/ImporterPlugIn.hpp"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "Classes/MDImporterAttributeDictionary.hpp"
+#include "platform/Foundation/NSException.hpp"
+
+namespace nimbo {
+namespace {
+
+/// The component object as callers see it.
+class Importer {
+ public:
+  explicit Importer(ImportFunction function)
+      : object_(static_cast<MDImporterInterfaceStruct **>(makeMetaDataImporter(kMDImporterTypeID, function))) {}
+  ~Importer() { EXPECT_EQ((*object_)->Release(object_), 0u); }
+  Importer(const Importer &) = delete;
+  Importer &operator=(const Importer &) = delete;
+
+  const MDImporterInterfaceStruct &functions() const { return **object_; }
+  void *object() const { return object_; }
+
+  MDImporterBoolean import(MDImporterAttributes *attributes) const {
+    const MDImporterString path = {u"/leaf", 5, "/leaf"};
+    return functions().ImporterImportData(object_, attributes, &path, &path);
+  }
+
+ private:
+  MDImporterInterfaceStruct **object_;
+};
+
+TEST(ImporterPlugIn, IsAComponentObject) {
+  EXPECT_EQ(makeMetaDataImporter(kMDImporterInterfaceID, nullptr), nullptr);
+  const Importer importer([](const NSString &, Attributes &) {});
+  void *other = &other;
+  EXPECT_NE(importer.functions().QueryInterface(importer.object(), kMDImporterTypeID, &other), 0);
+  EXPECT_EQ(other, nullptr);
+  EXPECT_EQ(importer.functions().QueryInterface(importer.object(), kMDImporterInterfaceID, &other), 0);
+  ASSERT_EQ(other, importer.object());
+  EXPECT_EQ(importer.functions().AddRef(other), 3u);
+  EXPECT_EQ(importer.functions().Release(other), 2u);
+  EXPECT_EQ(importer.functions().Release(other), 1u);
+}
+
+TEST(ImporterPlugIn, OnlyNSExceptionsLeaveIt) {
+  MDImporterAttributeDictionary dictionary;
+  const Importer standard([](const NSString &, Attributes &) { throw std::runtime_error("damaged"); });
+  EXPECT_EQ(standard.import(&dictionary), 0);
+  const Importer other([](const NSString &, Attributes &) { throw 1; });
+  EXPECT_EQ(other.import(&dictionary), 0);
+  const Importer platform([](const NSString &path, Attributes &) { throw NSException(u"Damaged"_ns, path); });
+  EXPECT_THROW(platform.import(&dictionary), NSException);
+}
+
+TEST(ImporterPlugIn, AttributesKeepTheirTypes) {
+  static const NSDictionary wanted = {
+      {u"boolean"_ns, true},
+      {u"integer"_ns, -7},
+      {u"real"_ns, 0.5},
+      {u"date"_ns, NSDate{1.5}},
+      {u"string"_ns, NSString::stringWithCharacters(u"a\xd800 leaf")},
+      {u"empty"_ns, u""_ns},
+      {u"data"_ns, NSData::dataWithBytes("\0\1", 2)},
+      {u"array"_ns, NSArray{u"leaf"_ns, 2, 0.5, false, NSDate{3}, NSData::dataWithBytes("x", 1)}},
+      {u"nothing"_ns, NSArray::array()},
+  };
+  const Importer importer([](const NSString &, Attributes &attributes) {
+    for (const auto &[name, value] : wanted) attributes.set(name.UTF8String().c_str(), value);
+    attributes.set("nil", id());
+    attributes.set("dictionary", wanted);
+    attributes.setArrayOf("none", u""_ns);
+  });
+  MDImporterAttributeDictionary dictionary;
+  EXPECT_NE(importer.import(&dictionary), 0);
+  EXPECT_EQ(dictionary.dictionary, wanted);
+}
+
+}  // namespace
+}  // namespace nimbo
