@@ -25,10 +25,6 @@ extern "C" {  // glibc 2.36 forgets it.
 
 #include "platform/Foundation/NSConnectionName.hpp"
 
-extern "C" {
-#include <sys/pidfd.h>  // Without this linkage of its own in Debian 12.
-}
-
 namespace nimbo {
 namespace {
 
