@@ -42,17 +42,18 @@ struct CompoundKind {
   std::string_view type;
 };
 
+/// In lower case: the names in a compound file differ in more than case.
 constexpr CompoundKind kCompoundKinds[] = {
-    {u"WordDocument", "application/msword"},
-    {u"Workbook", "application/vnd.ms-excel"},
-    {u"Book", "application/vnd.ms-excel"},
-    {u"PowerPoint Document", "application/vnd.ms-powerpoint"},
-    {u"VisioDocument", "application/vnd.visio"},
+    {u"worddocument", "application/msword"},
+    {u"workbook", "application/vnd.ms-excel"},
+    {u"book", "application/vnd.ms-excel"},
+    {u"powerpoint document", "application/vnd.ms-powerpoint"},
+    {u"visiodocument", "application/vnd.visio"},
     {u"__properties_version1.0", "application/vnd.ms-outlook"},
-    {u"Quill", "application/vnd.ms-publisher"},
-    {u"HwpSummaryInformation", "application/x-hwp"},
-    {u"\5HwpSummaryInformation", "application/x-hwp"},
-    {u"MatOST", "application/vnd.ms-works"},
+    {u"quill", "application/vnd.ms-publisher"},
+    {u"hwpsummaryinformation", "application/x-hwp"},
+    {u"\5hwpsummaryinformation", "application/x-hwp"},
+    {u"matost", "application/vnd.ms-works"},
 };
 
 /// The type of the first kind of `kinds` whose entry is among `names`; empty when there is none.
@@ -80,7 +81,10 @@ std::string containerMIMEType(const RandomAccessFile &file) {
     if (type.empty()) type = firstKind(kZipKinds, zip->names);
     return std::string(type.empty() ? "application/zip" : type);
   }
-  if (const auto names = readCompoundFileRoot(file)) {
+  if (auto names = readCompoundFileRoot(file)) {
+    for (std::u16string &name : *names)
+      for (char16_t &unit : name)
+        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit - u'A' + u'a');
     const std::string_view type = firstKind(kCompoundKinds, *names);
     return std::string(type.empty() ? "application/x-ole-storage" : type);
   }

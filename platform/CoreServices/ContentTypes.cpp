@@ -39,8 +39,8 @@ constexpr Parent kFamilies[] = {
     {"font/", "public.font"},   {"model/", "public.3d-content"}, {"text/", "public.text"},
 };
 
-/// What GIO and libmagic answer when they do not know, and what GIO makes of endings that say nothing of the content:
-/// unfinished and spare copies, and a number, which it takes for a section of the manual.
+/// What GIO and libmagic answer when they do not know, and what GIO makes of endings that say nothing of the
+/// content: unfinished and spare copies, and a number, which it takes for a section of the manual.
 constexpr std::string_view kTypesThatSayNothing[] = {
     "",
     "application/octet-stream",
@@ -95,7 +95,8 @@ std::string magicType(const std::string &head) {
   };
   // Not compound files: it takes the type of a document that is embedded in them for theirs.
   static const std::unique_ptr<magic_set, Close> database = [] {
-    std::unique_ptr<magic_set, Close> set(magic_open(MAGIC_MIME_TYPE | MAGIC_NO_CHECK_COMPRESS | MAGIC_NO_CHECK_CDF));
+    std::unique_ptr<magic_set, Close> set(
+        magic_open(MAGIC_MIME_TYPE | MAGIC_NO_CHECK_COMPRESS | MAGIC_NO_CHECK_CDF));
     if (set && magic_load(set.get(), nullptr) != 0) set.reset();
     return set;
   }();
