@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/LargeBytes.hpp"
 
+#include <malloc.h>
 #include <sys/mman.h>
 
 #include <cstdlib>
@@ -19,6 +20,11 @@ void *allocateBytes(std::size_t length) {
   // A wish: a system without large pages answers an error, and all works as well.
   ::madvise(bytes, length, MADV_HUGEPAGE);
   return bytes;
+}
+
+void returnLargeBytesWhenFreed() {
+  ::mallopt(M_MMAP_THRESHOLD, static_cast<int>(kLargeBytes));
+  ::mallopt(M_TRIM_THRESHOLD, static_cast<int>(kLargeBytes));
 }
 
 }  // namespace nimbo

@@ -12,4 +12,8 @@ inline constexpr std::size_t kLargeBytes = 4u << 20;
 /// pages, which take a fifth of the time. Null when there is none.
 void *allocateBytes(std::size_t length);
 
+/// Lets the memory of large bytes go back to the system whenever they are freed, in this process from now on.
+/// Else `malloc` keeps up to 64 MiB for later, which is a lot for a process that lives for ever.
+void returnLargeBytesWhenFreed();
+
 }  // namespace nimbo

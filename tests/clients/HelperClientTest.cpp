@@ -190,16 +190,15 @@ TEST_F(HelperClientTest, StopsAndStartsAndLeavesNothing) {
 }
 
 TEST_F(HelperClientTest, LargeDataCrossesAndItsMemoryComesBack) {
-  constexpr std::uint32_t kBytes = 64u << 20;
   HelperClient client;
   const int helper = client.helperProcessIdentifier();
   client.call(u"nil"_ns, {});
   const long pages = residentPages(helper);
   const long open = descriptors(std::to_string(helper));
-  {
-    const NSData data = NSData::dataWithMallocedBytes(std::calloc(kBytes, 1), kBytes);
-    EXPECT_EQ(client.call(u"length:"_ns, {{u"length"_ns, data}}).result, id(kBytes));
-    EXPECT_EQ(client.call(u"bytes:"_ns, {{u"bytes"_ns, kBytes}}).result, id(data));
+  for (const std::uint32_t bytes : {3u << 20, 24u << 20, 64u << 20, 24u << 20}) {
+    const NSData data = NSData::dataWithMallocedBytes(std::calloc(bytes, 1), bytes);
+    EXPECT_EQ(client.call(u"length:"_ns, {{u"length"_ns, data}}).result, id(bytes));
+    EXPECT_EQ(client.call(u"bytes:"_ns, {{u"bytes"_ns, bytes}}).result, id(data));
   }
 #ifdef __SANITIZE_ADDRESS__
   constexpr long kAllowedPages = (512 << 20) / 4096;  // The sanitizer keeps freed memory for a while.
