@@ -2,19 +2,20 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
-#include "platform/Foundation/FileDescriptor.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
 
-/// Calls the helper over its named connection. Starts one when none is registered, gives every call a time limit, and
-/// replaces a helper that died or hangs, so that a bad document costs one request. Used from one thread at a time.
+/// Calls the helper over its named connection. Starts one when none is registered, gives every call a time
+/// limit, and replaces a helper that died or hangs, so that a bad document costs one request. Used from one
+/// thread at a time.
 class HelperClient {
  public:
   struct Options {
-    /// Nil: the name that the helper registers.
+    /// Nil: the name of the helper's contract. A helper program that is started has to register under it.
     NSString name;
     /// For one call: request and reply together.
     double timeoutSeconds = 15.0;
@@ -22,7 +23,8 @@ class HelperClient {
     bool startsHelper = true;
     /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
     bool endsHungHelper = true;
-    /// The helper program. Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or in
+    /// The helper program. Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or
+    /// in
     /// ../libexec/quiverleaf.
     std::string helperPath;
   };
@@ -47,8 +49,13 @@ class HelperClient {
 
   HelperClient();
   explicit HelperClient(Options options);
+  /// A helper that it started lives on.
+  ~HelperClient();
+  HelperClient(HelperClient &&) noexcept;
+  HelperClient &operator=(HelperClient &&) noexcept;
 
-  /// Calls an operation by its full selector; `arguments` are keyed by its keywords, and those that are nil left out.
+  /// Calls an operation by its full selector; `arguments` are keyed by its keywords, and those that are nil
+  /// left out.
   Answer call(const NSString &selector, const NSDictionary &arguments);
 
   Answer metaDataForFile(const NSString &path);
@@ -63,12 +70,20 @@ class HelperClient {
 
   /// The process number of the helper, started if need be; 0 when there is none.
   int helperProcessIdentifier();
-  /// Ends the helper that is registered (without starting one) and waits until it is gone. False when there is none.
+  /// Ends the helper that is registered (without starting one) and waits until it is gone. False when there is
+  /// none.
   bool stopHelper();
 
  private:
+  struct Session;
+
+  bool connect(bool startsHelper, Answer *failure);
+  Answer awaitReply(std::int64_t serial);
+  Answer endTimedOut();
+  Answer endDied(std::string message);
+
   Options options_;
-  FileDescriptor socket_;
+  std::unique_ptr<Session> session_;
   std::int64_t serial_ = 0;
 };
 

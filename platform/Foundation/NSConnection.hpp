@@ -7,16 +7,19 @@
 
 namespace nimbo {
 
-/// What a connection publishes: an object that answers selectors. An exception that it lets out goes back to the caller as
-/// a remote exception; nil is the answer nil.
+class ConnectionServer;
+
+/// What a connection publishes: an object that answers selectors. An exception that it lets out goes back to
+/// the caller as a remote exception; nil is the answer nil.
 class NSConnectionRootObject {
  public:
   virtual ~NSConnectionRootObject();
   virtual id perform(const NSString &selector, const NSDictionary &arguments) = 0;
 };
 
-/// The serving side of a named connection. It is an input source of its thread's run loop from its making on, registered
-/// or not. One request is served at a time, each to its end, in the order of arrival over all clients.
+/// The serving side of a named connection. It is an input source of its thread's run loop from its making on,
+/// registered or not. One request is served at a time, each to its end, in the order of arrival over all
+/// clients.
 class NSConnection {
  public:
   /// The process's own connection, made on first use; lives as long as the process.
@@ -29,20 +32,19 @@ class NSConnection {
 
   /// Borrowed; must live as long as the connection. Without one every request is answered by an exception.
   void setRootObject(NSConnectionRootObject *rootObject);
-  /// Makes this process the one that answers under `name`. False when another living process does, or when the runtime
-  /// folder cannot be used.
+  /// Makes this process the one that answers under `name`. False when another living process does, or when the
+  /// runtime folder cannot be used.
   bool registerName(const NSString &name);
-  /// Whether requests of other clients wait while one is served. Requests never nest here, so this is always so; kept for
-  /// callers that state it.
+  /// Whether requests of other clients wait while one is served. Requests never nest here, so this is always
+  /// so; kept for callers that state it.
   void setIndependentConversationQueueing(bool queueing);
-  /// How long a client may take to complete a request that it has begun, and to take in any part of a reply, before its
-  /// connection is ended. Both are 15 seconds at first.
+  /// How long a request that a client has begun, and a reply that it has not taken in whole, may stand still
+  /// before its connection is ended. Both are 15 seconds at first.
   void setRequestTimeout(double seconds);
   void setReplyTimeout(double seconds);
 
  private:
-  class Server;
-  std::unique_ptr<Server> server_;
+  std::unique_ptr<ConnectionServer> server_;
 };
 
 }  // namespace nimbo

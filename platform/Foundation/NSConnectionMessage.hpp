@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <string>
-#include <vector>
 
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
 
-/// The messages of a named connection. Each is a 4-byte big-endian length, which counts the bytes after it, and a binary
-/// property list:
+/// The messages of a named connection. Each is a 4-byte big-endian length, which counts the bytes after it, and
+/// a binary property list:
 ///
 ///   request  {"Request": serial, "Selector": full selector, "Arguments": {keyword: value, ...}}
 ///   reply    {"Reply": serial, "Result": value}       without "Result" when the answer is nil
@@ -37,16 +36,19 @@ struct ConnectionReply {
   NSString exceptionReason;
 };
 
-/// The whole message, length included. Nil when a value cannot be written as a property list or the message would be too
-/// large; `*error` then says why.
+/// The property list of a message, without its length. Nil when a value cannot be written, an argument is of a
+/// kind that does not cross, the selector is missing, or the message would be too large; `*error` then says
+/// why.
 NSData encodeMessage(const ConnectionRequest &request, NSString *error = nullptr);
 NSData encodeMessage(const ConnectionReply &reply, NSString *error = nullptr);
 
-/// The length that the first `kMessageLengthBytes` bytes of a message announce.
+/// The bytes that announce a property list of that length, and the length that they announce.
+std::array<std::uint8_t, kMessageLengthBytes> encodeMessageLength(std::uint32_t length);
 std::uint32_t decodeMessageLength(const std::uint8_t *bytes);
 
 /// Reads the property list of a message, without its length. Data objects in the result share `body`.
-/// False when it is malformed: no property list, an unknown key's kind, a missing serial or selector.
+/// False when it is malformed: no property list, a value of another kind than its key takes, a missing serial
+/// or selector. Keys that are not known are passed over.
 bool decodeMessage(const NSData &body, ConnectionRequest *request);
 bool decodeMessage(const NSData &body, ConnectionReply *reply);
 

@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "clients/cpp/HelperProcess.hpp"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/file.h>
+#include <sys/pidfd.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "platform/Foundation/NSConnectionName.hpp"
+
+namespace nimbo {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Seconds = std::chrono::duration<double>;
+using Moment = std::chrono::time_point<Clock, Seconds>;
+
+/// For a helper to start and register; a client that waits for another one to do this waits as long.
+constexpr Seconds kStartLimit{5};
+constexpr Seconds kKillLimit{5};
+constexpr std::chrono::milliseconds kRetryInterval{5};
+constexpr const char *kHelperProgram = "quiverleaf-helper";
+
+/// The children that `startHelper` made and whose exit status has not been taken. They outlive the client that
+/// started them, so whoever looks next takes it.
+class Children {
+ public:
+  void add(pid_t child) {
+    const std::lock_guard guard(mutex_);
+    children_.push_back(child);
+  }
+  void reap() {
+    const std::lock_guard guard(mutex_);
+    std::erase_if(children_, [](pid_t child) {
+      const pid_t ended = ::waitpid(child, nullptr, WNOHANG);
+      return ended == child || (ended < 0 && errno == ECHILD);
+    });
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<pid_t> children_;
+};
+
+Children &children() {
+  static Children list;
+  return list;
+}
+
+bool isExecutable(const std::string &path) {
+  return ::access(path.c_str(), X_OK) == 0;
+}
+
+class SpawnSettings {
+ public:
+  SpawnSettings() {
+    ::posix_spawn_file_actions_init(&actions);
+    ::posix_spawnattr_init(&attributes);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+      ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+    // What the client left open for its own children is not the helper's, and would never be closed.
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+    ::posix_spawn_file_actions_addchdir_np(&actions, "/");
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::posix_spawnattr_setsigmask(&attributes, &signals);
+    ::sigfillset(&signals);
+    ::posix_spawnattr_setsigdefault(&attributes, &signals);
+    ::posix_spawnattr_setflags(&attributes,
+                               POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  }
+  SpawnSettings(const SpawnSettings &) = delete;
+  SpawnSettings &operator=(const SpawnSettings &) = delete;
+  ~SpawnSettings() {
+    ::posix_spawnattr_destroy(&attributes);
+    ::posix_spawn_file_actions_destroy(&actions);
+  }
+
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+};
+
+HelperProcess spawn(const std::string &path, std::string *message) {
+  std::error_code error;
+  std::string program = std::filesystem::absolute(path, error).string();
+  char *arguments[] = {program.data(), nullptr};
+  const SpawnSettings settings;
+  pid_t child = 0;
+  const int failure =
+      ::posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes, arguments, environ);
+  if (failure != 0) {
+    *message = "Cannot start " + program + ": " + std::strerror(failure);
+    return {};
+  }
+  children().add(child);
+  HelperProcess process = {child, FileDescriptor(::pidfd_open(child, 0))};
+  if (!process) *message = program + " ended before it answered";
+  return process;
+}
+
+FileDescriptor takeStartLock(const NSString &name, Moment deadline, std::string *message) {
+  NSString error;
+  const FileDescriptor folder = openConnectionFolder(&error);
+  const auto fileName = name.fileSystemRepresentation();
+  FileDescriptor lock;
+  if (folder && fileName)
+    lock = FileDescriptor(::openat(folder.get(), (*fileName + ".start").c_str(),
+                                   O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!lock) {
+    *message = error ? error.UTF8String() : "The name cannot be the name of a socket";
+    return lock;
+  }
+  while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (Clock::now() >= deadline) {
+      *message = "Another client has been starting a helper for too long";
+      return FileDescriptor();
+    }
+    std::this_thread::sleep_for(kRetryInterval);
+  }
+  return lock;
+}
+
+}  // namespace
+
+bool HelperProcess::waitUntilEnded(Seconds limit) const {
+  const Moment deadline = Clock::now() + limit;
+  pollfd ended = {handle.get(), POLLIN, 0};
+  while (ended.revents == 0) {
+    const double left = std::chrono::duration<double, std::milli>(deadline - Clock::now()).count();
+    const int result = ::poll(&ended, 1, static_cast<int>(std::clamp(std::ceil(left), 0.0, double{INT_MAX})));
+    if (result == 0 || (result < 0 && errno != EINTR)) return false;
+  }
+  children().reap();
+  return true;
+}
+
+void HelperProcess::sendSignal(int signal) const {
+  ::pidfd_send_signal(handle.get(), signal, nullptr, 0);
+}
+
+void HelperProcess::endByForce() const {
+  sendSignal(SIGKILL);
+  waitUntilEnded(kKillLimit);
+}
+
+bool isConnectionStale(const FileDescriptor &socket) {
+  pollfd state = {socket.get(), POLLIN, 0};
+  return ::poll(&state, 1, 0) != 0;
+}
+
+HelperConnection connectToHelper(const NSString &name, Seconds limit, bool *isBusy) {
+  HelperConnection connection;
+  connection.socket = connectToConnectionName(name, limit.count(), isBusy);
+  if (!connection) return connection;
+  const int number = peerProcessIdentifier(connection.socket);
+  connection.process = {number, FileDescriptor(::pidfd_open(number, 0))};
+  // While the connection stands the number has not been given to another process.
+  if (!connection.process || isConnectionStale(connection.socket)) return {};
+  return connection;
+}
+
+HelperConnection startHelper(const NSString &name, const std::string &path, std::string *message) {
+  const Moment deadline = Clock::now() + kStartLimit;
+  children().reap();
+  const FileDescriptor lock = takeStartLock(name, deadline, message);
+  if (!lock) return {};
+  HelperConnection connection = connectToHelper(name, Seconds::zero());
+  if (connection) return connection;
+  const HelperProcess child = spawn(path, message);
+  if (!child) return {};
+  for (;;) {
+    connection = connectToHelper(name, deadline - Clock::now());
+    if (connection) {
+      // Somebody else's helper was first; ours would idle for ever.
+      if (connection.process.number != child.number) child.endByForce();
+      return connection;
+    }
+    if (child.waitUntilEnded(kRetryInterval)) {
+      *message = path + " ended before it answered";
+      return {};
+    }
+    if (Clock::now() >= deadline) {
+      child.endByForce();
+      *message = path + " does not answer";
+      return {};
+    }
+  }
+}
+
+std::string findHelperProgram() {
+  if (const char *named = std::getenv("QUIVERLEAF_HELPER"); named && *named) return named;
+  std::error_code error;
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+  for (const auto &path : {folder / kHelperProgram, folder / "../libexec/quiverleaf" / kHelperProgram})
+    if (!error && isExecutable(path)) return path.lexically_normal();
+  return {};
+}
+
+}  // namespace nimbo

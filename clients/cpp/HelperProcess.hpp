@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <string>
+
+#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// A process by its number and by a descriptor (pidfd), which never means a later process of the same number.
+struct HelperProcess {
+  pid_t number = 0;
+  FileDescriptor handle;
+
+  explicit operator bool() const noexcept { return static_cast<bool>(handle); }
+  /// Waits until the process has ended, and takes its exit status when it is a child that `startHelper` made.
+  /// False when it still runs after that time.
+  bool waitUntilEnded(std::chrono::duration<double> limit) const;
+  /// Sends a signal. Nothing happens when the process has ended.
+  void sendSignal(int signal) const;
+  /// Kills it and waits until it has ended.
+  void endByForce() const;
+};
+
+/// A connection and the process at its other end.
+struct HelperConnection {
+  FileDescriptor socket;
+  HelperProcess process;
+
+  explicit operator bool() const noexcept { return static_cast<bool>(socket); }
+};
+
+/// Whether the other side has closed the connection, or sent what nobody asked for.
+bool isConnectionStale(const FileDescriptor &socket);
+
+/// A connection to the helper that is registered under `name`. None when there is none; `*isBusy` is set when
+/// there is one that takes no connection for that time.
+HelperConnection connectToHelper(const NSString &name, std::chrono::duration<double> limit,
+                                 bool *isBusy = nullptr);
+
+/// Starts the helper program at `path`, which has to register under `name`, in a session of its own, with
+/// standard streams on /dev/null, and waits until it answers. Of several clients that do so at once one starts
+/// a helper, and all connect to it. Nothing when that fails; `*message` then says why.
+HelperConnection startHelper(const NSString &name, const std::string &path, std::string *message);
+
+/// The helper program: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or in
+/// ../libexec/quiverleaf. Empty when there is none.
+std::string findHelperProgram();
+
+}  // namespace nimbo

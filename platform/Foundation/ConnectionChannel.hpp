@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <deque>
+#include <memory>
+#include <vector>
+
+#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/NSConnectionMessage.hpp"
+#include "platform/Foundation/NSData.hpp"
+
+namespace nimbo {
+
+/// One end of a connection: cuts what arrives on a non-blocking stream socket into messages and writes messages
+/// out as far as the socket takes them. It never waits. Memory follows what has arrived, never what a length
+/// announces.
+class ConnectionChannel {
+ public:
+  explicit ConnectionChannel(FileDescriptor socket) : socket_(std::move(socket)) {}
+
+  const FileDescriptor &socket() const noexcept { return socket_; }
+
+  /// Reads what is there until a message is complete, or `kReceiveBytesPerTurn` have come, and appends the
+  /// property lists of complete messages. False when the stream has ended, is broken, or announces an empty or
+  /// too large message; what was appended is whole all the same. Throws std::bad_alloc.
+  bool receive(std::vector<NSData> *bodies);
+  /// The bytes of a message that is not complete yet.
+  std::size_t incompleteBytes() const noexcept { return headerLength_ + length_; }
+
+  /// Queues a message behind those that are still on their way, and writes what the socket takes. False when
+  /// the other side is gone.
+  bool send(NSData body);
+  bool flush();
+  /// The bytes that are still to be written.
+  std::size_t pendingBytes() const noexcept { return pendingBytes_; }
+
+ private:
+  struct Outgoing {
+    std::array<std::uint8_t, kMessageLengthBytes> header;
+    NSData body;
+    std::size_t written = 0;
+  };
+
+  bool consume(const std::uint8_t *bytes, std::size_t count, std::vector<NSData> *bodies);
+  void growBody(std::size_t room);
+  void finishBody(std::vector<NSData> *bodies);
+
+  FileDescriptor socket_;
+  std::array<std::uint8_t, kMessageLengthBytes> header_ = {};
+  std::size_t headerLength_ = 0;
+  /// The message under way, once its header is complete: `length_` of `announced_` bytes have come.
+  std::unique_ptr<std::uint8_t, decltype(&std::free)> body_{nullptr, &std::free};
+  std::size_t announced_ = 0;
+  std::size_t capacity_ = 0;
+  std::size_t length_ = 0;
+  std::deque<Outgoing> outgoing_;
+  std::size_t pendingBytes_ = 0;
+};
+
+}  // namespace nimbo

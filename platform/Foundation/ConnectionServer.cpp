@@ -1,0 +1,267 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/ConnectionServer.hpp"
+
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+#include <utility>
+
+#include "platform/Foundation/NSConnectionName.hpp"
+#include "platform/Foundation/NSException.hpp"
+#include "platform/Foundation/NSLog.hpp"
+
+namespace nimbo {
+namespace {
+
+constexpr double kDefaultTimeoutSeconds = 15.0;
+/// Clients beyond this are turned away.
+constexpr std::size_t kMaximumConnections = 256;
+/// A client with this many requests in the queue is not read from.
+constexpr std::size_t kMaximumQueuedRequests = 16;
+/// A client that has more than this to take in is not served.
+constexpr std::size_t kMaximumPendingReplyBytes = 1u << 20;
+/// The client whose request would take the requests of all beyond this is ended.
+constexpr std::size_t kMaximumBufferedBytes = std::size_t{1} << 30;
+constexpr std::int64_t kMicrosecondsPerSecond = 1'000'000;
+constexpr std::int64_t kAcceptPauseMicroseconds = kMicrosecondsPerSecond;
+
+constexpr auto kGenericException = u"NSGenericException";
+
+std::int64_t microseconds(double seconds) {
+  constexpr double kLongestSeconds = 1e9;
+  return static_cast<std::int64_t>(std::clamp(seconds, 0.0, kLongestSeconds) * kMicrosecondsPerSecond);
+}
+
+ConnectionReply exceptionReply(std::int64_t serial, NSString name, NSString reason) {
+  return {serial, id(), std::move(name), std::move(reason)};
+}
+
+}  // namespace
+
+gboolean ConnectionServer::prepareSource(GSource *source, gint *timeout) {
+  ConnectionServer &server = *reinterpret_cast<Source *>(source)->server;
+  *timeout = -1;
+  return server.nextRequest() != server.queue_.end();
+}
+
+gboolean ConnectionServer::dispatchSource(GSource *source, GSourceFunc, gpointer) {
+  reinterpret_cast<Source *>(source)->server->takeTurn();
+  return G_SOURCE_CONTINUE;
+}
+
+ConnectionServer::ConnectionServer()
+    : requestTimeout_(microseconds(kDefaultTimeoutSeconds)),
+      replyTimeout_(microseconds(kDefaultTimeoutSeconds)) {
+  static GSourceFuncs functions = {prepareSource, nullptr, dispatchSource, nullptr, nullptr, nullptr};
+  source_ = g_source_new(&functions, sizeof(Source));
+  reinterpret_cast<Source *>(source_)->server = this;
+  g_source_set_static_name(source_, "NSConnection");
+  g_source_attach(source_, g_main_context_get_thread_default());
+}
+
+ConnectionServer::~ConnectionServer() {
+  g_source_destroy(source_);
+  g_source_unref(source_);
+}
+
+bool ConnectionServer::registerName(const NSString &name) {
+  if (listener_ && name == name_) return true;
+  FileDescriptor lock;
+  FileDescriptor listener = listenOnConnectionName(name, &lock);
+  if (!listener) return false;
+  awaitConnections(false);
+  name_ = name;
+  lock_ = std::move(lock);
+  listener_ = std::move(listener);
+  awaitConnections(true);
+  return true;
+}
+
+void ConnectionServer::setRequestTimeout(double seconds) {
+  requestTimeout_ = microseconds(seconds);
+}
+
+void ConnectionServer::setReplyTimeout(double seconds) {
+  replyTimeout_ = microseconds(seconds);
+}
+
+void ConnectionServer::takeTurn() {
+  if (listenerTag_ && g_source_query_unix_fd(source_, listenerTag_)) acceptClients();
+  for (const auto &client : clients_) attend(*client);
+  serveNextRequest();
+  for (const auto &client : clients_)
+    if (!client->isEnded) updateAwaited(*client);
+  removeEndedClients();
+  updateReadyTime();
+}
+
+void ConnectionServer::acceptClients() {
+  for (;;) {
+    FileDescriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+    if (!socket) {
+      if (errno == EINTR || errno == ECONNABORTED) continue;
+      if (errno == EAGAIN) return;
+      // Out of descriptors or memory: the socket stays readable, and without a pause the loop would spin.
+      awaitConnections(false);
+      acceptAgain_ = g_get_monotonic_time() + kAcceptPauseMicroseconds;
+      return;
+    }
+    if (clients_.size() >= kMaximumConnections || peerProcessIdentifier(socket) == 0) continue;
+    auto client = std::make_unique<Client>(std::move(socket));
+    client->awaited = G_IO_IN;
+    client->tag = g_source_add_unix_fd(source_, client->channel.socket().get(), G_IO_IN);
+    clients_.push_back(std::move(client));
+  }
+}
+
+/// Does what a client's socket is ready for, then ends the client when it has stood still for too long. A long
+/// request may have kept the server from seeing that it did not: hence this order.
+void ConnectionServer::attend(Client &client) {
+  const GIOCondition ready = g_source_query_unix_fd(source_, client.tag);
+  if (ready & G_IO_OUT) flush(client);
+  if ((ready & G_IO_IN) && !client.isEnded) receive(client);
+  // A client that is gone does not wait for its answers.
+  if (ready & (G_IO_HUP | G_IO_ERR | G_IO_NVAL)) end(client);
+  const Moment now = g_get_monotonic_time();
+  if ((client.requestDeadline != kNever && client.requestDeadline <= now) ||
+      (client.replyDeadline != kNever && client.replyDeadline <= now))
+    end(client);
+}
+
+void ConnectionServer::receive(Client &client) {
+  std::vector<NSData> bodies;
+  bool isGood = false;
+  bufferedBytes_ -= client.channel.incompleteBytes();
+  try {
+    isGood = client.channel.receive(&bodies);
+  } catch (const std::bad_alloc &) {
+    NSLog("A connection was ended: no memory for its request");
+  }
+  bufferedBytes_ += client.channel.incompleteBytes();
+  for (NSData &body : bodies) {
+    bufferedBytes_ += body.length();
+    queue_.push_back({&client, std::move(body)});
+    ++client.queuedRequests;
+  }
+  if (!isGood || bufferedBytes_ > kMaximumBufferedBytes) return end(client);
+  client.requestDeadline =
+      client.channel.incompleteBytes() > 0 ? g_get_monotonic_time() + requestTimeout_ : kNever;
+}
+
+void ConnectionServer::flush(Client &client) {
+  if (!client.channel.flush()) return end(client);
+  client.replyDeadline = client.channel.pendingBytes() > 0 ? g_get_monotonic_time() + replyTimeout_ : kNever;
+}
+
+/// The first request in the queue whose client may be served.
+std::deque<ConnectionServer::QueuedRequest>::iterator ConnectionServer::nextRequest() {
+  return std::find_if(queue_.begin(), queue_.end(), [](const QueuedRequest &request) {
+    return request.client->channel.pendingBytes() <= kMaximumPendingReplyBytes;
+  });
+}
+
+void ConnectionServer::serveNextRequest() {
+  const auto next = nextRequest();
+  if (next == queue_.end()) return;
+  Client &client = *next->client;
+  const NSData body = std::move(next->body);
+  queue_.erase(next);
+  --client.queuedRequests;
+  bufferedBytes_ -= body.length();
+  ConnectionRequest request;
+  bool isGood = false;
+  try {
+    isGood = decodeMessage(body, &request);
+  } catch (const std::bad_alloc &) {
+    NSLog("A connection was ended: no memory for its request");
+  }
+  if (!isGood) return end(client);
+  reply(client, perform(request));
+}
+
+ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
+  const NSString generic = NSString::stringWithCharacters(kGenericException);
+  if (!rootObject_) return exceptionReply(request.serial, generic, u"The connection has no root object"_ns);
+  try {
+    return {request.serial, rootObject_->perform(request.selector, request.arguments), NSString(), NSString()};
+  } catch (const NSException &exception) {
+    return exceptionReply(request.serial, exception.name() ? exception.name() : generic, exception.reason());
+  } catch (const std::exception &exception) {
+    return exceptionReply(request.serial, generic, NSString::stringWithLossyUTF8String(exception.what()));
+  } catch (...) {
+    return exceptionReply(request.serial, generic, u"Unknown exception"_ns);
+  }
+}
+
+void ConnectionServer::reply(Client &client, const ConnectionReply &reply) {
+  NSString error;
+  NSData body;
+  try {
+    body = encodeMessage(reply, &error);
+  } catch (const std::bad_alloc &) {
+    error = u"No memory for the answer"_ns;
+  }
+  if (!body)
+    body = encodeMessage(
+        exceptionReply(reply.serial, NSString::stringWithCharacters(kGenericException), std::move(error)));
+  const bool wasIdle = client.channel.pendingBytes() == 0;
+  if (!client.channel.send(std::move(body))) return end(client);
+  if (wasIdle && client.channel.pendingBytes() > 0)
+    client.replyDeadline = g_get_monotonic_time() + replyTimeout_;
+}
+
+/// Ends a connection: its socket is not looked at any more and its requests are dropped; the rest goes with
+/// `removeEndedClients`.
+void ConnectionServer::end(Client &client) {
+  if (client.isEnded) return;
+  client.isEnded = true;
+  g_source_remove_unix_fd(source_, client.tag);
+  bufferedBytes_ -= client.channel.incompleteBytes();
+  std::erase_if(queue_, [&](const QueuedRequest &request) {
+    if (request.client != &client) return false;
+    bufferedBytes_ -= request.body.length();
+    return true;
+  });
+}
+
+void ConnectionServer::removeEndedClients() {
+  std::erase_if(clients_, [](const auto &client) { return client->isEnded; });
+}
+
+/// Tells GLib what a client's socket is waited for. Only when that changed, since each time costs a turn of the
+/// loop.
+void ConnectionServer::updateAwaited(Client &client) {
+  const bool reads = client.queuedRequests < kMaximumQueuedRequests;
+  const bool writes = client.channel.pendingBytes() > 0;
+  const auto awaited = static_cast<GIOCondition>((reads ? G_IO_IN : 0) | (writes ? G_IO_OUT : 0));
+  if (awaited == client.awaited) return;
+  // While it is not read from, a request that stands still is not the client's fault.
+  if (!reads) client.requestDeadline = kNever;
+  if (reads && !(client.awaited & G_IO_IN) && client.channel.incompleteBytes() > 0)
+    client.requestDeadline = g_get_monotonic_time() + requestTimeout_;
+  g_source_modify_unix_fd(source_, client.tag, awaited);
+  client.awaited = awaited;
+}
+
+void ConnectionServer::awaitConnections(bool awaits) {
+  if (listenerTag_) g_source_remove_unix_fd(source_, std::exchange(listenerTag_, nullptr));
+  if (awaits) listenerTag_ = g_source_add_unix_fd(source_, listener_.get(), G_IO_IN);
+}
+
+/// Lets the loop come back when the next client may have to be ended.
+void ConnectionServer::updateReadyTime() {
+  const Moment now = g_get_monotonic_time();
+  if (acceptAgain_ != kNever && acceptAgain_ <= now) {
+    acceptAgain_ = kNever;
+    awaitConnections(true);
+  }
+  Moment ready = acceptAgain_;
+  for (const auto &client : clients_)
+    for (const Moment deadline : {client->requestDeadline, client->replyDeadline})
+      if (deadline != kNever && (ready == kNever || deadline < ready)) ready = deadline;
+  g_source_set_ready_time(source_, ready);
+}
+
+}  // namespace nimbo

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSConnectionName.hpp"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace nimbo {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr mode_t kSocketMode = 0600;
+constexpr int kListenBacklog = 64;
+constexpr std::chrono::milliseconds kRetryInterval{5};
+/// How long to wait for a lock whose owner answers nobody: it is just starting or just ending.
+constexpr std::chrono::seconds kLockWait{1};
+
+FileDescriptor failed(NSString *error, const std::string &reason) {
+  if (error) *error = NSString::stringWithLossyUTF8String(reason);
+  return FileDescriptor();
+}
+
+FileDescriptor failedCall(NSString *error, const std::string &what) {
+  return failed(error, what + ": " + std::strerror(errno));
+}
+
+const char *environmentValue(const char *name) {
+  const char *value = std::getenv(name);
+  return value && *value ? value : nullptr;
+}
+
+/// The name as a file name; nothing when it cannot be one.
+std::optional<std::string> fileNameOfConnection(const NSString &name) {
+  auto fileName = name.fileSystemRepresentation();
+  if (!fileName || *fileName == "." || *fileName == ".." || fileName->find('/') != std::string::npos)
+    return std::nullopt;
+  return fileName;
+}
+
+/// The address of a socket in a folder. It goes through the folder's descriptor, since an address holds only
+/// about a hundred bytes, and so that the folder cannot be exchanged after it was checked.
+bool makeAddress(const FileDescriptor &folder, const std::string &fileName, sockaddr_un *address) {
+  const std::string path = "/proc/self/fd/" + std::to_string(folder.get()) + "/" + fileName;
+  if (path.size() >= sizeof address->sun_path) return false;
+  *address = {};
+  address->sun_family = AF_UNIX;
+  std::memcpy(address->sun_path, path.data(), path.size());
+  return true;
+}
+
+FileDescriptor makeSocket() {
+  return FileDescriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+}
+
+int connectTo(const FileDescriptor &socket, const sockaddr_un &address) {
+  return ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
+}
+
+/// Whether a process listens there. One that is too busy to take a connection does.
+bool isServed(const sockaddr_un &address) {
+  const FileDescriptor probe = makeSocket();
+  return probe && (connectTo(probe, address) == 0 || errno == EAGAIN);
+}
+
+/// Takes the lock of a name, unless a living process has it.
+bool takeLock(const FileDescriptor &lock, const sockaddr_un &address) {
+  const auto deadline = Clock::now() + kLockWait;
+  while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno == EINTR) continue;
+    if (errno != EWOULDBLOCK || isServed(address) || Clock::now() >= deadline) return false;
+    std::this_thread::sleep_for(kRetryInterval);
+  }
+  return true;
+}
+
+}  // namespace
+
+FileDescriptor openConnectionFolder(NSString *error) {
+  std::string path;
+  int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+  if (const char *own = environmentValue("QUIVERLEAF_RUNTIME_DIR")) {
+    path = own;
+  } else if (const char *session = environmentValue("XDG_RUNTIME_DIR")) {
+    path = session;
+  } else {
+    const char *temporary = environmentValue("TMPDIR");
+    path = std::string(temporary ? temporary : "/tmp") + "/quiverleaf-" + std::to_string(::geteuid());
+    // Anybody may put a link into the temporary folder.
+    flags |= O_NOFOLLOW;
+  }
+  if (path.front() != '/') return failed(error, "The runtime folder " + path + " is a relative path");
+  if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST)
+    return failedCall(error, "Cannot make the runtime folder " + path);
+  FileDescriptor folder(::open(path.c_str(), flags));
+  struct stat info = {};
+  if (!folder || ::fstat(folder.get(), &info) != 0)
+    return failedCall(error, "Cannot open the runtime folder " + path);
+  if (info.st_uid != ::geteuid() || (info.st_mode & (S_IWGRP | S_IWOTH)))
+    return failed(error, "The runtime folder " + path + " belongs to another user, or others may write to it");
+  return folder;
+}
+
+FileDescriptor listenOnConnectionName(const NSString &name, FileDescriptor *lock, NSString *error) {
+  const FileDescriptor folder = openConnectionFolder(error);
+  if (!folder) return FileDescriptor();
+  const auto fileName = fileNameOfConnection(name);
+  sockaddr_un address;
+  if (!fileName || !makeAddress(folder, *fileName, &address))
+    return failed(error, "The name cannot be the name of a socket");
+  FileDescriptor ownLock(
+      ::openat(folder.get(), (*fileName + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (!ownLock) return failedCall(error, "Cannot open the lock of the name");
+  // The lock file may have been removed by somebody while its owner lives: who listens keeps the name in any
+  // case.
+  if (!takeLock(ownLock, address) || isServed(address)) return failed(error, "Another process serves the name");
+
+  struct stat info = {};
+  if (::fstatat(folder.get(), fileName->c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (!S_ISSOCK(info.st_mode)) return failed(error, "A file that is no socket has the name");
+    if (::unlinkat(folder.get(), fileName->c_str(), 0) != 0)
+      return failedCall(error, "Cannot remove the stale socket");
+  }
+  FileDescriptor socket = makeSocket();
+  // Nobody can connect before it listens, and by then the mode is right.
+  if (!socket || ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
+      ::fchmodat(folder.get(), fileName->c_str(), kSocketMode, 0) != 0 ||
+      ::listen(socket.get(), kListenBacklog) != 0)
+    return failedCall(error, "Cannot listen under the name");
+  *lock = std::move(ownLock);
+  return socket;
+}
+
+FileDescriptor connectToConnectionName(const NSString &name, double timeoutSeconds, bool *isBusy) {
+  if (isBusy) *isBusy = false;
+  const FileDescriptor folder = openConnectionFolder();
+  const auto fileName = fileNameOfConnection(name);
+  sockaddr_un address;
+  if (!folder || !fileName || !makeAddress(folder, *fileName, &address)) return FileDescriptor();
+  struct stat info = {};
+  if (::fstatat(folder.get(), fileName->c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISSOCK(info.st_mode) ||
+      info.st_uid != ::geteuid() || (info.st_mode & 07777) != kSocketMode)
+    return FileDescriptor();
+
+  FileDescriptor socket = makeSocket();
+  if (!socket) return FileDescriptor();
+  const auto deadline = Clock::now() + std::chrono::duration<double>(timeoutSeconds);
+  while (connectTo(socket, address) != 0) {
+    if (errno == EINTR) continue;
+    if (errno != EAGAIN) return FileDescriptor();
+    if (Clock::now() >= deadline) {
+      if (isBusy) *isBusy = true;
+      return FileDescriptor();
+    }
+    std::this_thread::sleep_for(kRetryInterval);
+  }
+  return peerProcessIdentifier(socket) != 0 ? std::move(socket) : FileDescriptor();
+}
+
+int peerProcessIdentifier(const FileDescriptor &socket) {
+  ucred peer = {};
+  socklen_t length = sizeof peer;
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &peer, &length) != 0 || peer.uid != ::geteuid())
+    return 0;
+  return peer.pid;
+}
+
+}  // namespace nimbo

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSDate.hpp"
+
+struct _GMainContext;
+
+namespace nimbo {
+
+/// Waits for a thread's input sources and serves them. One with nothing to do sleeps.
+class NSRunLoop {
+ public:
+  /// The calling thread's own; lives as long as the thread.
+  static NSRunLoop &currentRunLoop();
+
+  ~NSRunLoop();
+  NSRunLoop(const NSRunLoop &) = delete;
+  NSRunLoop &operator=(const NSRunLoop &) = delete;
+
+  /// Serves input sources for ever, those that are added later too.
+  [[noreturn]] void run();
+  /// Serves input sources until that moment; what is being served then is served to its end.
+  void runUntilDate(NSDate limitDate);
+
+ private:
+  NSRunLoop();
+
+  _GMainContext *context_;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "clients/cpp/HelperClient.hpp"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <set>
+#include <thread>
+#include <vector>
+
+#include "tests/clients/HelperFixture.hpp"
+
+namespace nimbo {
+namespace {
+
+using Status = HelperClient::Status;
+
+class HelperClientTest : public HelperFixture {
+ protected:
+  static HelperClient clientWithTimeout(double seconds, bool endsHungHelper = true) {
+    HelperClient::Options options;
+    options.timeoutSeconds = seconds;
+    options.endsHungHelper = endsHungHelper;
+    return HelperClient(options);
+  }
+  static HelperClient::Answer sleepFor(HelperClient &client, double seconds) {
+    return client.call(u"sleep:"_ns, {{u"sleep"_ns, seconds}});
+  }
+};
+
+TEST_F(HelperClientTest, TellsApartHowACallEnds) {
+  const struct {
+    NSString selector;
+    Status status;
+    NSString exceptionName;
+    NSString exceptionReason;
+  } cases[] = {
+      {u"anything"_ns, Status::answered, {}, {}},
+      {u"nil"_ns, Status::nil, {}, {}},
+      {u"raise"_ns, Status::exception, u"TestException"_ns, u"as it was told"_ns},
+      {u"exhaust"_ns, Status::exception, u"NSGenericException"_ns, u"std::bad_alloc"_ns},
+      {u"throwNumber"_ns, Status::exception, u"NSGenericException"_ns, u"Unknown exception"_ns},
+      {u"crash"_ns, Status::died, {}, {}},
+      {NSString(), Status::invalid, {}, {}},
+  };
+  HelperClient client;
+  for (const auto &[selector, status, exceptionName, exceptionReason] : cases) {
+    const auto answer = client.call(selector, {});
+    EXPECT_EQ(answer.status, status) << selector.UTF8String() << ": " << answer.message;
+    EXPECT_EQ(answer.exceptionName, exceptionName) << selector.UTF8String();
+    EXPECT_EQ(answer.exceptionReason, exceptionReason) << selector.UTF8String();
+  }
+  EXPECT_EQ(client.call(u"unwritable"_ns, {}).exceptionName, u"NSGenericException"_ns);
+  EXPECT_EQ(client.call(u"list:"_ns, {{u"list"_ns, NSArray{1}}}).status, Status::invalid);
+}
+
+TEST_F(HelperClientTest, SendsWhatTheContractSays) {
+  HelperClient client;
+  const NSData data = NSData::dataWithBytes("\0bytes", 6);
+  const NSString text = u"text"_ns;
+  const HelperClient::Answer answers[] = {
+      client.metaDataForFile(text),
+      client.searchableTextOfWebArchive(text),
+      client.attributedStringWithPDF(true, data),
+      client.attributedStringWithContentsOfFile(text),
+      client.writeRTFDData(data, text),
+      client.RTFDWithHTML(data, text, true),
+      client.PDFImageRepOfFile(text),
+      client.posterImageForMovieWithFile(text),
+      client.imageWithContentsOfFile(text, true, true),
+  };
+  ASSERT_EQ(std::size(answers), NimboImExport.size());
+  for (std::size_t i = 0; i < NimboImExport.size(); ++i) {
+    NSDictionary expected = NSDictionary::dictionary();
+    for (const auto &[keyword, kind] : NimboImExport[i].arguments) {
+      if (keyword.empty()) continue;
+      const id value = kind == RemoteKind::data ? id(data) : kind == RemoteKind::boolean ? id(true) : id(text);
+      expected.setObject(value, NSString::stringWithCharacters(keyword));
+    }
+    const NSDictionary sent = answers[i].result.dictionary();
+    EXPECT_EQ(sent.objectForKey(u"Selector"_ns).string().view(), NimboImExport[i].selector);
+    EXPECT_EQ(sent.objectForKey(u"Arguments"_ns), id(expected)) << i;
+  }
+  const auto withoutBase = client.RTFDWithHTML(data, NSString(), false).result.dictionary();
+  EXPECT_EQ(withoutBase.objectForKey(u"Arguments"_ns).dictionary().count(), 2u);
+}
+
+TEST_F(HelperClientTest, AHungHelperCostsOneRequest) {
+  HelperClient client = clientWithTimeout(0.2);
+  const int hung = client.helperProcessIdentifier();
+  EXPECT_EQ(sleepFor(client, 30).status, Status::timedOut);
+  EXPECT_NE(::kill(hung, 0), 0);
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+  EXPECT_NE(client.helperProcessIdentifier(), hung);
+
+  // One that takes nothing of a large request hangs, too.
+  ::kill(client.helperProcessIdentifier(), SIGSTOP);
+  const NSData large = NSData::dataWithMallocedBytes(std::calloc(8 << 20, 1), 8 << 20);
+  EXPECT_EQ(client.call(u"length:"_ns, {{u"length"_ns, large}}).status, Status::timedOut);
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+}
+
+TEST_F(HelperClientTest, ALateReplyIsNotMistaken) {
+  HelperClient client = clientWithTimeout(0.1, false);
+  const int helper = client.helperProcessIdentifier();
+  EXPECT_EQ(sleepFor(client, 0.15).status, Status::timedOut);
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+  EXPECT_EQ(client.helperProcessIdentifier(), helper);
+}
+
+TEST_F(HelperClientTest, ACrashCostsExactlyOneRequest) {
+  HelperClient client;
+  std::vector<Status> statuses;
+  for (int i = 0; i < 30; ++i) {
+    // Between two calls a death costs nothing.
+    if (i == 20) ::kill(client.helperProcessIdentifier(), SIGKILL);
+    statuses.push_back(client.call(i == 10 ? u"crash"_ns : u"nil"_ns, {}).status);
+  }
+  for (std::size_t i = 0; i < statuses.size(); ++i)
+    EXPECT_EQ(statuses[i], i == 10 ? Status::died : Status::nil) << i;
+  EXPECT_EQ(startedHelpers(), 3);
+}
+
+TEST_F(HelperClientTest, AKillDuringARequestCostsThatRequest) {
+  HelperClient client;
+  HelperClient waiting;
+  const int helper = client.helperProcessIdentifier();
+  std::thread killer([helper] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    ::kill(helper, SIGKILL);
+  });
+  EXPECT_EQ(sleepFor(client, 30).status, Status::died);
+  killer.join();
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+  EXPECT_EQ(waiting.call(u"nil"_ns, {}).status, Status::nil);
+}
+
+TEST_F(HelperClientTest, ClientsThatStartAtOnceMakeOneHelper) {
+  constexpr int kClients = 5;
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  for (int i = 0; i < kClients; ++i) {
+    if (::fork() == 0) {
+      const int helper = HelperClient().helperProcessIdentifier();
+      ::_exit(::write(ends[1], &helper, sizeof helper) == sizeof helper ? 0 : 1);
+    }
+  }
+  std::set<int> helpers;
+  for (int i = 0; i < kClients; ++i) {
+    int helper = 0;
+    ASSERT_EQ(::read(ends[0], &helper, sizeof helper), static_cast<ssize_t>(sizeof helper));
+    helpers.insert(helper);
+    ::wait(nullptr);
+  }
+  ::close(ends[0]);
+  ::close(ends[1]);
+  EXPECT_EQ(helpers.size(), 1u);
+  EXPECT_FALSE(helpers.contains(0));
+  EXPECT_EQ(startedHelpers(), 1);
+}
+
+TEST_F(HelperClientTest, StopsAndStartsAndLeavesNothing) {
+  HelperClient client;
+  const long before = descriptors("self");
+  EXPECT_FALSE(client.stopHelper());
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+    EXPECT_TRUE(client.stopHelper());
+  }
+  EXPECT_EQ(descriptors("self"), before);
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child was not reaped";
+
+  HelperClient::Options options;
+  options.startsHelper = false;
+  EXPECT_EQ(HelperClient(options).call(u"nil"_ns, {}).status, Status::unreachable);
+  options.startsHelper = true;
+  for (const char *path : {"/nowhere/helper", "/bin/true"}) {
+    options.helperPath = path;
+    const auto answer = HelperClient(options).call(u"nil"_ns, {});
+    EXPECT_EQ(answer.status, Status::unreachable);
+    EXPECT_NE(answer.message.find(path), std::string::npos) << answer.message;
+  }
+  EXPECT_EQ(descriptors("self"), before);
+}
+
+TEST_F(HelperClientTest, LargeDataCrossesAndItsMemoryComesBack) {
+  constexpr std::uint32_t kBytes = 64u << 20;
+  constexpr long kAllowedPages = (8 << 20) / 4096;
+  HelperClient client;
+  const int helper = client.helperProcessIdentifier();
+  client.call(u"nil"_ns, {});
+  const long pages = residentPages(helper);
+  const long open = descriptors(std::to_string(helper));
+  {
+    const NSData data = NSData::dataWithMallocedBytes(std::calloc(kBytes, 1), kBytes);
+    EXPECT_EQ(client.call(u"length:"_ns, {{u"length"_ns, data}}).result, id(kBytes));
+    EXPECT_EQ(client.call(u"bytes:"_ns, {{u"bytes"_ns, kBytes}}).result, id(data));
+  }
+#ifndef __SANITIZE_ADDRESS__  // The sanitizer keeps freed memory.
+  EXPECT_LT(residentPages(helper), pages + kAllowedPages);
+#endif
+  EXPECT_EQ(descriptors(std::to_string(helper)), open);
+  EXPECT_EQ(client.helperProcessIdentifier(), helper);
+}
+
+}  // namespace
+}  // namespace nimbo

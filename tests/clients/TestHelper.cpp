@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: Apache-2.0
+// A helper for the tests: its operations answer, fail, hang and die on demand. It leaves a file "started.PID"
+// in the runtime folder, so that a test can count the helpers that were started.
+#include <fcntl.h>
+#include <signal.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <map>
+#include <new>
+#include <string>
+#include <thread>
+
+#include "helper/NimboImExport.hpp"
+#include "platform/Foundation/NSConnection.hpp"
+#include "platform/Foundation/NSConnectionName.hpp"
+#include "platform/Foundation/NSException.hpp"
+#include "platform/Foundation/NSRunLoop.hpp"
+
+using namespace nimbo;
+
+namespace {
+
+class TestRoot final : public NSConnectionRootObject {
+ public:
+  id perform(const NSString &selector, const NSDictionary &arguments) override {
+    const std::string operation = selector.UTF8String();
+    const id &value = arguments.objectForKey(selector.substringWithRange({0, selector.length() - 1}));
+    if (operation == "nil") return id();
+    if (operation == "raise") throw NSException(u"TestException"_ns, u"as it was told"_ns);
+    if (operation == "exhaust") throw std::bad_alloc();
+    if (operation == "throwNumber") throw 42;
+    if (operation == "crash") ::kill(::getpid(), SIGKILL);
+    if (operation == "unwritable") return nested(2000);
+    if (operation == "sleep:") std::this_thread::sleep_for(std::chrono::duration<double>(*value.real()));
+    if (operation == "length:") return value.data().length();
+    if (operation == "bytes:")
+      return NSData::dataWithMallocedBytes(std::calloc(*value.integer(), 1), *value.integer());
+    if (operation == "note:") notes_.addObject(value);
+    if (operation == "notes") return notes_;
+    return NSDictionary{{u"Selector"_ns, selector}, {u"Arguments"_ns, arguments}};
+  }
+
+ private:
+  static id nested(int depth) {
+    NSArray list = NSArray::array();
+    for (; depth > 0; --depth) list = NSArray{list};
+    return list;
+  }
+
+  NSArray notes_ = NSArray::array();
+};
+
+}  // namespace
+
+int main() {
+  const std::string mark = "started." + std::to_string(::getpid());
+  FileDescriptor(::openat(openConnectionFolder().get(), mark.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+  NSConnection &connection = NSConnection::defaultConnection();
+  TestRoot root;
+  connection.setRootObject(&root);
+  connection.registerName(NSString::stringWithCharacters(kHelperConnectionName));
+  if (const char *seconds = std::getenv("TEST_HELPER_TIMEOUT")) {
+    connection.setRequestTimeout(std::atof(seconds));
+    connection.setReplyTimeout(std::atof(seconds));
+  }
+  NSRunLoop::currentRunLoop().run();
+}

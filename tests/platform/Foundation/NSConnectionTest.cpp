@@ -1,0 +1,344 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSConnection.hpp"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/Foundation/NSConnectionMessage.hpp"
+#include "platform/Foundation/NSConnectionName.hpp"
+#include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "tests/clients/HelperFixture.hpp"
+
+namespace nimbo {
+namespace {
+
+std::string message(const NSData &body) {
+  const auto length = encodeMessageLength(body.length());
+  return std::string(length.begin(), length.end()).append(body.view());
+}
+
+std::string request(const NSString &selector, const NSDictionary &arguments = {}, std::int64_t serial = 1) {
+  return message(encodeMessage(ConnectionRequest{serial, selector, arguments}));
+}
+
+std::string propertyList(const id &value) {
+  return message(NSPropertyListSerialization::dataWithPropertyList(value, NSPropertyListFormat::binary));
+}
+
+std::string note(int number, std::int64_t serial = 1) {
+  return request(u"note:"_ns, {{u"note"_ns, number}}, serial);
+}
+
+/// A client that writes what it likes.
+class RawClient {
+ public:
+  static constexpr int kWaitMilliseconds = 20'000;
+
+  RawClient() : socket_(connectToConnectionName(NSString::stringWithCharacters(kHelperConnectionName))) {
+    ::fcntl(socket_.get(), F_SETFL, 0);
+  }
+
+  bool send(std::string_view bytes) {
+    return ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
+           static_cast<ssize_t>(bytes.size());
+  }
+  /// Nothing when the connection ends first.
+  std::optional<ConnectionReply> reply() {
+    std::uint8_t length[kMessageLengthBytes];
+    if (!read(length, sizeof length)) return std::nullopt;
+    std::vector<std::uint8_t> bytes(decodeMessageLength(length));
+    ConnectionReply result;
+    if (!read(bytes.data(), bytes.size()) ||
+        !decodeMessage(NSData::dataWithBytes(bytes.data(), bytes.size()), &result))
+      return std::nullopt;
+    return result;
+  }
+  /// Waits until the other side closes. False when it still stands after a long time.
+  bool isEnded() {
+    pollfd state = {socket_.get(), 0, 0};
+    return ::poll(&state, 1, kWaitMilliseconds) == 1 && (state.revents & POLLHUP);
+  }
+  bool answers() { return send(request(u"nil"_ns)) && reply(); }
+  void close() { socket_.close(); }
+
+ private:
+  bool read(std::uint8_t *bytes, std::size_t count) {
+    for (std::size_t got = 0; got < count;) {
+      pollfd state = {socket_.get(), POLLIN, 0};
+      if (::poll(&state, 1, kWaitMilliseconds) != 1) return false;
+      const ssize_t part = ::recv(socket_.get(), bytes + got, count - got, 0);
+      if (part <= 0) return false;
+      got += static_cast<std::size_t>(part);
+    }
+    return true;
+  }
+
+  FileDescriptor socket_;
+};
+
+class NSConnectionTest : public HelperFixture {
+ protected:
+  int startHelper(const char *timeout = "15") {
+    ::setenv("TEST_HELPER_TIMEOUT", timeout, 1);
+    return HelperClient().helperProcessIdentifier();
+  }
+};
+
+TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
+  const NSDictionary arguments = {{u"flag"_ns, true},
+                                  {u"count"_ns, -7},
+                                  {u"ratio"_ns, 0.5},
+                                  {u"text"_ns, u"\xd800"_ns},
+                                  {u"data"_ns, NSData::data()}};
+  ConnectionRequest decoded;
+  ASSERT_TRUE(decodeMessage(encodeMessage(ConnectionRequest{INT64_MAX, u"a:b:"_ns, arguments}), &decoded));
+  EXPECT_EQ(decoded.serial, INT64_MAX);
+  EXPECT_EQ(decoded.selector, u"a:b:"_ns);
+  EXPECT_EQ(decoded.arguments, arguments);
+
+  for (const ConnectionReply &reply :
+       {ConnectionReply{1, id(), {}, {}}, ConnectionReply{-2, NSArray{NSNull()}, {}, {}},
+        ConnectionReply{3, id(), u"Name"_ns, NSString::string()}}) {
+    ConnectionReply copy;
+    ASSERT_TRUE(decodeMessage(encodeMessage(reply), &copy));
+    EXPECT_EQ(copy.serial, reply.serial);
+    EXPECT_EQ(copy.result, reply.result);
+    EXPECT_EQ(copy.exceptionName, reply.exceptionName);
+    EXPECT_EQ(copy.exceptionReason, reply.exceptionReason);
+  }
+}
+
+TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
+  const std::string cases[] = {
+      std::string(4, '\0'),
+      std::string(4, '\xff'),
+      std::string("\x20\0\0\1", 4) + "beyond the largest message",
+      std::string("\0\0\0\x07garbage", 11),
+      std::string("\0\0\0\x42", 4) + std::string("bplist00").append(58, '\xff'),
+      message(NSPropertyListSerialization::dataWithPropertyList(
+          NSDictionary{{u"Request"_ns, 1}, {u"Selector"_ns, u"nil"_ns}}, NSPropertyListFormat::xml)),
+      propertyList(NSArray{1}),
+      propertyList(NSDictionary::dictionary()),
+      propertyList(NSDictionary{{u"Request"_ns, 1}}),
+      propertyList(NSDictionary{{u"Selector"_ns, u"nil"_ns}}),
+      propertyList(NSDictionary{{u"Request"_ns, u"1"_ns}, {u"Selector"_ns, u"nil"_ns}}),
+      propertyList(
+          NSDictionary{{u"Request"_ns, 1}, {u"Selector"_ns, u"nil"_ns}, {u"Arguments"_ns, u"none"_ns}}),
+      propertyList(NSDictionary{{u"Request"_ns, 1},
+                                {u"Selector"_ns, u"nil"_ns},
+                                {u"Arguments"_ns, NSDictionary{{u"list"_ns, NSArray::array()}}}}),
+  };
+  const int helper = startHelper();
+  RawClient good;
+  ASSERT_TRUE(good.answers());
+  const long open = descriptors(std::to_string(helper));
+  for (const std::string &bytes : cases) {
+    RawClient bad;
+    EXPECT_TRUE(bad.send(bytes));
+    EXPECT_TRUE(bad.isEnded()) << testing::PrintToString(bytes);
+    EXPECT_TRUE(good.answers());
+  }
+  EXPECT_EQ(descriptors(std::to_string(helper)), open);
+}
+
+TEST_F(NSConnectionTest, MessagesMayComeInAnyPieces) {
+  startHelper();
+  RawClient client;
+  std::string bytes;
+  for (int serial = 1; serial <= 3; ++serial) bytes += request(u"echo:"_ns, {{u"echo"_ns, serial}}, serial);
+  for (const std::size_t piece : {std::size_t{1}, std::size_t{3}, bytes.size() / 2 + 1, bytes.size()}) {
+    for (std::size_t i = 0; i < bytes.size(); i += piece) ASSERT_TRUE(client.send(bytes.substr(i, piece)));
+    for (int serial = 1; serial <= 3; ++serial) {
+      const auto reply = client.reply();
+      ASSERT_TRUE(reply);
+      EXPECT_EQ(reply->serial, serial);
+    }
+  }
+}
+
+TEST_F(NSConnectionTest, HalfAMessageThatStandsStillEndsItsConnection) {
+  startHelper("0.2");
+  RawClient idle, halfLength, halfBody, moving;
+  const std::string whole = request(u"nil"_ns);
+  halfLength.send(whole.substr(0, 2));
+  halfBody.send(whole.substr(0, whole.size() / 2));
+  // Together longer than the limit, but never still for so long.
+  for (std::size_t i = 0; i < 6; ++i) {
+    moving.send(whole.substr(i, 1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  }
+  EXPECT_TRUE(halfLength.isEnded());
+  EXPECT_TRUE(halfBody.isEnded());
+  moving.send(whole.substr(6));
+  EXPECT_TRUE(moving.reply());
+  EXPECT_TRUE(idle.answers());
+}
+
+TEST_F(NSConnectionTest, ALongRequestOfAnotherIsNoStandstill) {
+  startHelper("0.1");
+  RawClient slow, other;
+  const std::string whole = request(u"nil"_ns);
+  other.send(whole.substr(0, 9));
+  slow.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.3}}));
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  other.send(whole.substr(9));
+  EXPECT_TRUE(other.reply());
+}
+
+TEST_F(NSConnectionTest, AClientThatNeverReadsHoldsUpNobody) {
+  const int helper = startHelper("0.5");
+  RawClient good;
+  ASSERT_TRUE(good.answers());
+  const long pages = residentPages(helper);
+  RawClient deaf;
+  for (int i = 0; i < 200; ++i) ASSERT_TRUE(deaf.send(request(u"bytes:"_ns, {{u"bytes"_ns, 2 << 20}})));
+  for (int i = 0; i < 20; ++i) EXPECT_TRUE(good.answers());
+  EXPECT_LT(residentPages(helper), pages + (32 << 20) / 4096) << "replies pile up";
+  EXPECT_TRUE(deaf.isEnded());
+  EXPECT_TRUE(good.answers());
+}
+
+TEST_F(NSConnectionTest, ManyRequestsAheadAreAllAnsweredInOrder) {
+  startHelper();
+  RawClient client;
+  constexpr int kRequests = 3000;
+  std::thread writer([&client] {
+    for (int serial = 0; serial < kRequests; ++serial) client.send(request(u"nil"_ns, {}, serial));
+  });
+  for (int serial = 0; serial < kRequests; ++serial) {
+    const auto reply = client.reply();
+    ASSERT_TRUE(reply);
+    ASSERT_EQ(reply->serial, serial);
+  }
+  writer.join();
+}
+
+TEST_F(NSConnectionTest, ServesClientsInOrderAndDropsThoseThatLeave) {
+  startHelper();
+  RawClient first, second, third, gone, last;
+  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.2}}) + note(1, 2));
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  second.send(note(2) + note(3));
+  third.send(note(4));
+  gone.send(note(5));
+  gone.close();
+  last.send(request(u"notes"_ns));
+  const auto notes = last.reply();
+  ASSERT_TRUE(notes);
+  EXPECT_EQ(notes->result, id(NSArray{1, 2, 3, 4}));
+}
+
+TEST_F(NSConnectionTest, TurnsAwayClientsBeyondTheLimit) {
+  const int helper = startHelper();
+  RawClient first;
+  ASSERT_TRUE(first.answers());
+  const long open = descriptors(std::to_string(helper));
+  {
+    std::vector<std::unique_ptr<RawClient>> clients;
+    do {
+      clients.push_back(std::make_unique<RawClient>());
+    } while (clients.size() < 1000 && clients.back()->answers());
+    EXPECT_LT(clients.size(), 1000u);
+    EXPECT_GT(clients.size(), 100u);
+    EXPECT_TRUE(clients.front()->answers());
+  }
+  EXPECT_TRUE(first.answers());
+  EXPECT_EQ(descriptors(std::to_string(helper)), open);
+  EXPECT_TRUE(RawClient().answers());
+}
+
+TEST_F(NSConnectionTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
+  const int helper = startHelper();
+  NSConnection second;
+  EXPECT_FALSE(second.registerName(name()));
+  // Whoever listens is alive, even when somebody has removed its lock.
+  std::filesystem::remove(file(".lock"));
+  EXPECT_FALSE(second.registerName(name()));
+  EXPECT_TRUE(RawClient().answers());
+
+  ::kill(helper, SIGKILL);
+  ::waitpid(helper, nullptr, 0);
+  EXPECT_TRUE(std::filesystem::is_socket(file()));
+  EXPECT_FALSE(connectToConnectionName(name()));
+  EXPECT_TRUE(second.registerName(name()));
+  EXPECT_TRUE(second.registerName(name()));
+  EXPECT_TRUE(connectToConnectionName(name()));
+}
+
+TEST_F(NSConnectionTest, NamesAndFoldersThatCannotBeTrustedAreRefused) {
+  FileDescriptor lock;
+  for (const NSString &bad : {NSString(), u""_ns, u"."_ns, u".."_ns, u"a/b"_ns, u"a\0b"_ns})
+    EXPECT_FALSE(listenOnConnectionName(bad, &lock));
+  std::ofstream(file()) << "precious";
+  EXPECT_FALSE(listenOnConnectionName(name(), &lock));
+  EXPECT_TRUE(std::filesystem::is_regular_file(file()));
+  std::filesystem::remove(file());
+
+  const FileDescriptor listener = listenOnConnectionName(name(), &lock);
+  struct stat info = {};
+  ASSERT_EQ(::stat(file().c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0600u);
+  EXPECT_EQ(peerProcessIdentifier(connectToConnectionName(name())), ::getpid());
+  ::chmod(file().c_str(), 0666);
+  EXPECT_FALSE(connectToConnectionName(name()));
+  ::chmod(file().c_str(), 0600);
+  // Once the listener takes no more, a client waits no longer than its limit.
+  bool isBusy = false;
+  std::vector<FileDescriptor> waiting;
+  while (!isBusy && waiting.size() < 1000) {
+    waiting.push_back(connectToConnectionName(name(), 0.01, &isBusy));
+    ASSERT_EQ(isBusy, !waiting.back());
+  }
+  EXPECT_TRUE(isBusy);
+
+  ::chmod(folder.c_str(), 0777);
+  EXPECT_FALSE(openConnectionFolder());
+  ::chmod(folder.c_str(), 0700);
+  ::setenv("QUIVERLEAF_RUNTIME_DIR", "relative", 1);
+  EXPECT_FALSE(openConnectionFolder());
+  // Longer than a socket's address may be.
+  ::setenv("QUIVERLEAF_RUNTIME_DIR", (folder / std::string(150, 'x')).c_str(), 1);
+  const FileDescriptor deep = listenOnConnectionName(name(), &lock);
+  EXPECT_TRUE(deep);
+  EXPECT_TRUE(connectToConnectionName(name()));
+}
+
+TEST_F(NSConnectionTest, OtherUsersAreTurnedAway) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can become another user";
+  startHelper();
+  ::chmod(folder.c_str(), 0755);
+  const FileDescriptor place = openConnectionFolder();
+  ::chmod(file().c_str(), 0666);
+  const pid_t other = ::fork();
+  if (other == 0) {
+    sockaddr_un address = {AF_UNIX, {}};
+    const std::string path = "/proc/self/fd/" + std::to_string(place.get()) + "/" + name().UTF8String();
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    char byte;
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    if (::setuid(65534) != 0 || ::connect(socket, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
+      ::_exit(2);
+    ::_exit(::recv(socket, &byte, 1, 0) == 0 ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(other, &status, 0);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  ::chmod(file().c_str(), 0600);
+  EXPECT_TRUE(RawClient().answers());
+}
+
+}  // namespace
+}  // namespace nimbo
