@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/Foundation/id.hpp"
@@ -16,17 +16,21 @@ struct MetaDataImporterLocations {
   /// Folders of applications that may bring importers along, and folders of importers: user, local, system.
   std::vector<NSString> applicationFolders;
   std::vector<NSString> importerFolders;
-  /// The folder of the importers that come with this program; ranks behind the system's.
+  /// The folder of the importers that come with this program; ranks behind the system's, and is always read.
   NSString shippedImporterFolder;
 
-  /// The defaults, as far as the user defaults do not name others.
+  /// The given ones, as far as the user defaults do not name others: "MDImporterTool" (string),
+  /// "MDImporterApplicationFolders" and "MDImporterFolders" (arrays of strings), "MDImporterShippedFolder"
+  /// (string). A leading "~" is the home folder, except in the names of application folders. The shipped
+  /// importers lie in the folder "importers" beside the running program.
   static MetaDataImporterLocations standardLocations();
 };
 
 /// Reads the metadata and the text of files through importer plug-ins, which run in this process.
 class MetaDataImporter {
  public:
-  explicit MetaDataImporter(MetaDataImporterLocations locations = MetaDataImporterLocations::standardLocations());
+  explicit MetaDataImporter(
+      MetaDataImporterLocations locations = MetaDataImporterLocations::standardLocations());
   ~MetaDataImporter();
   MetaDataImporter(const MetaDataImporter &) = delete;
   MetaDataImporter &operator=(const MetaDataImporter &) = delete;
@@ -34,9 +38,9 @@ class MetaDataImporter {
   /// The shared instance, made on first use.
   static MetaDataImporter &sharedImporter();
 
-  /// The attributes that the first importer for the file's content type filled in, by their kMDItem names; as far as it
-  /// came when it raised an exception. Nil when the file cannot be found, no importer declares its type, or the importer
-  /// cannot be loaded.
+  /// The attributes that the first importer for the file's content type filled in, by their kMDItem names; as
+  /// far as it came when it raised an exception. Nil when the file cannot be found, no importer declares its
+  /// type, or the importer cannot be loaded.
   NSDictionary metaDataOfFileAtPath(const NSString &path);
   /// The attribute "kMDItemTextContent" when it is a string, else nil.
   NSString textContentOfFileAtPath(const NSString &path);
@@ -45,8 +49,15 @@ class MetaDataImporter {
   void loadMDImporters();
 
  private:
+  void learnContentTypes(const NSString &importer);
+
+  static MetaDataImporter *shared_;
+
   MetaDataImporterLocations locations_;
+  /// Full paths of importer bundles; the first that declares a type is used for it.
   std::optional<std::vector<NSString>> MDImporterArray;
+  /// The content types, lower-cased, that each importer declares.
+  std::optional<std::unordered_map<NSString, std::vector<NSString>, NSStringHash>> contentTypesForMDImporter;
 };
 
 }  // namespace nimbo

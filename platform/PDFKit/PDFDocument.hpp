@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -13,15 +14,31 @@ namespace detail {
 class PDFEngine;
 }
 
+/// What one document may cost; whatever is beyond counts as damaged.
+struct PDFLimits {
+  /// Held by the engine for the document at a time, without the document's own bytes.
+  std::size_t memoryBytes = std::size_t{512} << 20;
+  /// For opening, and for each page. Watched whenever the engine asks for memory, so a step that needs none can
+  /// overrun it.
+  double stepSeconds = 10;
+  std::uint32_t pages = 100'000;
+  /// After so many pages in a row that cannot be read, the rest is not tried any more.
+  std::uint32_t pageErrorsInARow = 16;
+};
+
 /// The boxes of a page; numbered as the platform numbers them.
 enum class PDFDisplayBox { mediaBox = 0, cropBox = 1 };
 
 /// One page of a document; borrowed from it, and valid as long as it.
 class PDFPage {
  public:
-  /// The page's text in reading order, lines ended by line feeds; nil when the page has none or cannot be read.
+  /// The page's text in reading order, lines ended by line feeds, blocks of lines parted by an empty line.
+  /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Nil when the page has no
+  /// text or cannot be read.
   NSString string() const;
-  /// In points, lower left corner and size, before rotation; {612, 792} at the origin when the page names none.
+  /// In points (the page's own unit is taken into account), lower left corner and size, before rotation. The
+  /// crop box is cut to the media box, and is the media box when the page names none; without a media box,
+  /// {612, 792} at the origin.
   NSRect boundsForBox(PDFDisplayBox box) const;
   /// Clockwise degrees at which the page is shown: 0, 90, 180 or 270.
   int rotation() const;
@@ -34,25 +51,27 @@ class PDFPage {
   std::uint32_t index_;
 };
 
-/// A PDF in memory. Used from one thread at a time; memory and time that a document may take are bounded, and whatever is
-/// beyond the bounds counts as damaged.
+/// A PDF in memory. Used from one thread at a time.
 class PDFDocument {
  public:
   /// Null when the data is no PDF that can be opened. A document that is open but locked is not null.
-  static std::unique_ptr<PDFDocument> documentWithData(const NSData &data);
+  static std::unique_ptr<PDFDocument> documentWithData(const NSData &data,
+                                                       const PDFLimits &limits = PDFLimits());
   ~PDFDocument();
   PDFDocument(const PDFDocument &) = delete;
   PDFDocument &operator=(const PDFDocument &) = delete;
 
-  /// "Title", "Author", "Subject", "Keywords" (array of strings), "Creator", "Producer" (strings), "CreationDate" and
-  /// "ModDate" (dates), as far as the document has them; nil when it has no such information.
+  /// "Title", "Author", "Subject", "Keywords" (array of strings), "Creator", "Producer" (strings),
+  /// "CreationDate" and "ModDate" (dates), as far as the document has them and they can be read; nil when there
+  /// are none, or while locked.
   NSDictionary documentAttributes() const;
   bool isEncrypted() const;
   /// Whether the text needs a password that has not been given.
   bool isLocked() const;
   int majorVersion() const;
   int minorVersion() const;
-  /// At most `kMaximumPages`, whatever the document claims.
+  /// Never more than the limit nor than the document has objects, whatever it claims; 0 when a locked document
+  /// hides it.
   std::uint32_t pageCount() const;
   /// `index` must be below the page count.
   PDFPage pageAtIndex(std::uint32_t index) const;

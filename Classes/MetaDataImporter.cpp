@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/MetaDataImporter.hpp"
+
+#include <algorithm>
+#include <string>
+
+#include "Classes/MDImporterAttributeDictionary.hpp"
+#include "Classes/MDImporterListing.hpp"
+#include "platform/CoreServices/CFPlugIn.hpp"
+#include "platform/CoreServices/ContentTypes.hpp"
+#include "platform/Foundation/NSBundle.hpp"
+#include "platform/Foundation/NSException.hpp"
+#include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/NSLog.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
+
+namespace nimbo {
+namespace {
+
+/// Importers of the CHM format declare this type, which only ever stood for the file name extension.
+constexpr std::u16string_view kDynamicTypeOfCHM = u"dyn.ah62d4rv4ge80g4dr";
+
+CFUUIDBytes uuid(const std::uint8_t (&bytes)[kMDImporterIdentifierLength]) {
+  return std::to_array(bytes);
+}
+
+/// Calls the importer behind `interface`; an exception that importers may raise is logged and ends the import.
+void importData(const CFPlugInInstance &interface, MDImporterAttributeDictionary &attributes,
+                const NSString &contentType, const NSString &path) {
+  const std::string contentTypeBytes = contentType.UTF8String();
+  const std::string pathBytes = path.fileSystemRepresentation().value_or(std::string());
+  const MDImporterString lentContentType = {contentType.characters(), contentType.length(),
+                                            contentTypeBytes.c_str()};
+  const MDImporterString lentPath = {path.characters(), path.length(), pathBytes.c_str()};
+  const auto *functions = *static_cast<const MDImporterInterfaceStruct **>(interface.get());
+  try {
+    functions->ImporterImportData(interface.get(), &attributes, &lentContentType, &lentPath);
+  } catch (const NSException &exception) {
+    NSLog("metaDataOfFileAtPath: (MetaDataImporter):\n" + exception.name().UTF8String() + "\n" +
+          exception.reason().UTF8String());
+  }
+}
+
+}  // namespace
+
+MetaDataImporter *MetaDataImporter::shared_ = nullptr;
+
+MetaDataImporterLocations MetaDataImporterLocations::standardLocations() {
+  const NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
+  const auto string = [&](const NSString &key, NSString standard) {
+    NSString value = defaults.stringForKey(key);
+    return stringByExpandingTildeInPath(value ? value : standard);
+  };
+  const auto strings = [&](const NSString &key, std::vector<NSString> standard) {
+    return defaults.stringArrayForKey(key).value_or(std::move(standard));
+  };
+  MetaDataImporterLocations locations;
+  locations.importerTool = string(u"MDImporterTool"_ns, u"/usr/bin/mdimport"_ns);
+  locations.applicationFolders =
+      strings(u"MDImporterApplicationFolders"_ns,
+              {u"~/Applications"_ns, u"/Applications"_ns, u"/Developer/Applications"_ns});
+  locations.importerFolders =
+      strings(u"MDImporterFolders"_ns,
+              {u"~/Library/Spotlight"_ns, u"/Library/Spotlight"_ns, u"/System/Library/Spotlight"_ns});
+  for (NSString &folder : locations.importerFolders) folder = stringByExpandingTildeInPath(folder);
+  locations.shippedImporterFolder =
+      string(u"MDImporterShippedFolder"_ns,
+             stringByAppendingPathComponent(NSBundle::mainBundle().bundlePath(), u"importers"_ns));
+  return locations;
+}
+
+MetaDataImporter::MetaDataImporter(MetaDataImporterLocations locations) : locations_(std::move(locations)) {}
+
+MetaDataImporter::~MetaDataImporter() {
+  if (shared_ == this) shared_ = nullptr;
+}
+
+MetaDataImporter &MetaDataImporter::sharedImporter() {
+  if (!shared_) shared_ = new MetaDataImporter;
+  return *shared_;
+}
+
+void MetaDataImporter::learnContentTypes(const NSString &importer) {
+  const NSArray documentTypes =
+      NSBundle(importer).objectForInfoDictionaryKey(u"CFBundleDocumentTypes"_ns).array();
+  for (const id &element : documentTypes) {
+    const NSDictionary documentType = element.dictionary();
+    const NSArray contentTypes = documentType.objectForKey(u"LSItemContentTypes"_ns).array();
+    if (documentType.objectForKey(u"CFBundleTypeRole"_ns).string() != u"MDImporter"_ns || !contentTypes)
+      continue;
+    std::vector<NSString> &declared = (*contentTypesForMDImporter)[importer];
+    for (const id &contentType : contentTypes) {
+      const NSString type = lowercaseString(contentType.string());
+      if (type) declared.push_back(type.view() == kDynamicTypeOfCHM ? u"com.microsoft.chm-archive"_ns : type);
+    }
+  }
+}
+
+void MetaDataImporter::loadMDImporters() {
+  MDImporterArray = listMDImporters(locations_);
+  contentTypesForMDImporter.emplace();
+  for (const NSString &importer : *MDImporterArray) learnContentTypes(importer);
+}
+
+NSDictionary MetaDataImporter::metaDataOfFileAtPath(const NSString &path) {
+  if (!contentTypesForMDImporter) loadMDImporters();
+  if (!NSFileManager::fileExistsAtPath(path)) return NSDictionary();
+  const NSString contentType = lowercaseString(LSCopyItemContentType(path));
+  if (!contentType) return NSDictionary();
+  const auto importer = std::ranges::find_if(*MDImporterArray, [&](const NSString &candidate) {
+    const auto declared = contentTypesForMDImporter->find(candidate);
+    return declared != contentTypesForMDImporter->end() &&
+           std::ranges::find(declared->second, contentType) != declared->second.end();
+  });
+  if (importer == MDImporterArray->end()) return NSDictionary();
+
+  const auto plugIn = CFPlugInCreate(*importer);
+  if (!plugIn) return NSDictionary();
+  const CFUUIDBytes type = uuid(kMDImporterTypeID);
+  for (const CFUUIDBytes &factory : CFPlugInFindFactoriesForPlugInTypeInPlugIn(type, *plugIn)) {
+    const CFPlugInInstance interface =
+        CFPlugInInstanceCreate(*plugIn, factory, type).QueryInterface(uuid(kMDImporterInterfaceID));
+    if (!interface) continue;
+    MDImporterAttributeDictionary attributes;
+    importData(interface, attributes, contentType, path);
+    return attributes.dictionary;
+  }
+  return NSDictionary();
+}
+
+NSString MetaDataImporter::textContentOfFileAtPath(const NSString &path) {
+  return metaDataOfFileAtPath(path).objectForKey(u"kMDItemTextContent"_ns).string();
+}
+
+}  // namespace nimbo

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/PDFKit/PDFDocument.hpp"
+
+namespace nimbo {
+inline namespace Conversion {
+
+/// The document's text for searching: each page that has any, cleaned by `fixAndNormalizeString`, and a line
+/// feed after it. A page that cannot be read contributes nothing. Nil when the document has no pages.
+NSString fixedAndNormalizedString(PDFDocument &document);
+
+/// As above, but stops after a page when another one as slow as it would end after `timeoutSeconds`, and
+/// answers what it has got; the first page is always read. No time limit when `timeoutSeconds` is not above 0.
+NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double timeoutSeconds);
+
+}  // namespace Conversion
+}  // namespace nimbo

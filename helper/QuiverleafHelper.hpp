@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Classes/MetaDataImporter.hpp"
+#include "platform/Foundation/NSConnection.hpp"
+
+namespace nimbo {
+
+/// The root object: the operations of `NimboImExport`. Each reads its inputs, builds a result and keeps nothing but the
+/// list of importers. A nil answer means failure. See `NimboImExport.hpp` for the kinds of arguments and results.
+class QuiverleafHelper : public NSConnectionRootObject {
+ public:
+  /// Raises NSInvalidArgumentException for a selector or an argument that is not in the contract.
+  id perform(const NSString &selector, const NSDictionary &arguments) override;
+
+  /// The file's metadata attributes by their kMDItem names, without null values.
+  NSDictionary metaDataForFile(const NSString &path);
+  /// The text and facts of a PDF: `_attributedStringWithPDF` without a file and without the size.
+  NSDictionary attributedStringWithPDF(bool attributed, const NSData &pdf);
+
+  // Documents other than PDF are not converted: these answer nil.
+  NSDictionary searchableTextOfWebArchive(const NSString &path);
+  NSDictionary attributedStringWithContentsOfFile(const NSString &path);
+  id writeRTFDData(const NSData &rtfd, const NSString &toFile);
+  NSData RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest);
+  NSData PDFImageRepOfFile(const NSString &path);
+  NSDictionary posterImageForMovieWithFile(const NSString &path);
+  NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
+
+  /// The PDF worker. With `file`, the metadata importers are asked for its text first, unless Ghostscript made the PDF:
+  /// its text is better read here. Answers
+  ///   "Locked"     true, only when the text needs a password; there is no "String" then
+  ///   "String"     the text of all pages, cleaned; missing when there are no pages, or when attributed text is asked for,
+  ///                which this helper does not make
+  ///   "PageCount"  an integer
+  ///   the document's own attributes, which replace those above of the same name
+  ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as text, twice,
+  ///                and false
+  /// Nil when there is no data or it is no PDF. Lets exceptions out.
+  NSDictionary _attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file, bool size);
+
+ private:
+  NSString textOfPDF(class PDFDocument &document, const NSDictionary &attributes, const NSString &file);
+
+  MetaDataImporter _mdimporter;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreServices/CFPlugIn.hpp"
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
+#include <unordered_set>
+
+#include "platform/Foundation/NSBundle.hpp"
+#include "platform/Foundation/NSLog.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+
+namespace nimbo {
+namespace {
+
+using FactoryFunction = void *(*)(void *allocator, const std::uint8_t *typeID);
+
+const IUnknownVTbl &functionsOf(void *object) {
+  return **static_cast<const IUnknownVTbl **>(object);
+}
+
+/// The value under a key that is a UUID, in whatever case it is written; nil when there is none.
+id objectForUUID(const NSDictionary &dictionary, const CFUUIDBytes &uuid) {
+  for (const auto &[key, value] : dictionary)
+    if (CFUUIDCreateFromString(key) == uuid) return value;
+  return id();
+}
+
+/// Why the file or folder must not be trusted; empty when it may.
+std::string reasonForDistrust(const NSString &path, mode_t kind) {
+  const auto name = path.fileSystemRepresentation();
+  struct stat info = {};
+  if (!name || ::lstat(name->c_str(), &info) != 0) return "is missing";
+  if ((info.st_mode & S_IFMT) != kind)
+    return S_ISLNK(info.st_mode) ? "is a symbolic link" : "is of the wrong kind";
+  if (info.st_uid != 0 && info.st_uid != ::geteuid()) return "belongs to another user";
+  if (info.st_mode & (S_IWGRP | S_IWOTH)) return "is writable by others than its owner";
+  return std::string();
+}
+
+void logRefusalOnce(const NSString &bundlePath, const std::string &reason) {
+  static std::unordered_set<NSString, NSStringHash> logged;
+  if (logged.insert(bundlePath).second)
+    NSLog("The plug-in " + bundlePath.UTF8String() + " is not loaded: " + reason);
+}
+
+}  // namespace
+
+std::optional<CFUUIDBytes> CFUUIDCreateFromString(const NSString &string) {
+  constexpr std::u16string_view kPattern = u"xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+  const std::u16string_view text = string.view();
+  if (text.size() != kPattern.size()) return std::nullopt;
+  CFUUIDBytes bytes = {};
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t c = text[i];
+    if (kPattern[i] == u'-') {
+      if (c != u'-') return std::nullopt;
+      continue;
+    }
+    const int digit = c >= u'0' && c <= u'9'   ? c - u'0'
+                      : c >= u'a' && c <= u'f' ? c - u'a' + 10
+                      : c >= u'A' && c <= u'F' ? c - u'A' + 10
+                                               : -1;
+    if (digit < 0) return std::nullopt;
+    bytes[digits / 2] = static_cast<std::uint8_t>(bytes[digits / 2] << 4 | digit);
+    ++digits;
+  }
+  return bytes;
+}
+
+void CFPlugInInstance::Release::operator()(void *object) const noexcept {
+  functionsOf(object).Release(object);
+}
+
+CFPlugInInstance CFPlugInInstance::QueryInterface(const CFUUIDBytes &interfaceID) const {
+  void *interface = nullptr;
+  if (!object_ || functionsOf(get()).QueryInterface(get(), interfaceID.data(), &interface) != 0)
+    return CFPlugInInstance();
+  return CFPlugInInstance(interface);
+}
+
+void CFPlugIn::Close::operator()(void *library) const noexcept {
+  ::dlclose(library);
+}
+
+std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath) {
+  const NSBundle bundle(bundlePath);
+  const NSString contents = stringByAppendingPathComponent(bundlePath, u"Contents"_ns);
+  const std::pair<NSString, mode_t> trusted[] = {
+      // With a slash at its end a symbolic link would be followed.
+      {stringByAppendingPathComponent(bundlePath, NSString::string()), S_IFDIR},
+      {contents, S_IFDIR},
+      {stringByAppendingPathComponent(contents, u"Info.plist"_ns), S_IFREG},
+      {stringByAppendingPathComponent(contents, u"Linux"_ns), S_IFDIR},
+  };
+  std::string reason;
+  for (const auto &[path, kind] : trusted) {
+    reason = reasonForDistrust(path, kind);
+    if (!reason.empty()) {
+      logRefusalOnce(bundlePath, path.UTF8String() + " " + reason);
+      return std::nullopt;
+    }
+  }
+  NSDictionary info = bundle.infoDictionary();
+  const NSString executable = bundle.executablePath();
+  reason = executable ? reasonForDistrust(executable, S_IFREG) : "is not named";
+  if (!reason.empty()) {
+    logRefusalOnce(bundlePath, "its library " + executable.UTF8String() + " " + reason);
+    return std::nullopt;
+  }
+  std::unique_ptr<void, CFPlugIn::Close> library(
+      ::dlopen(executable.fileSystemRepresentation()->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE));
+  if (!library) {
+    const char *error = ::dlerror();
+    logRefusalOnce(bundlePath, error ? error : "unknown error");
+    return std::nullopt;
+  }
+  return CFPlugIn(std::move(info), std::move(library));
+}
+
+std::vector<CFUUIDBytes> CFPlugInFindFactoriesForPlugInTypeInPlugIn(const CFUUIDBytes &type,
+                                                                    const CFPlugIn &plugIn) {
+  std::vector<CFUUIDBytes> factories;
+  const NSDictionary types = plugIn.info_.objectForKey(u"CFPlugInTypes"_ns).dictionary();
+  const NSArray named = objectForUUID(types, type).array();
+  for (const id &element : named)
+    if (const auto factory = CFUUIDCreateFromString(element.string())) factories.push_back(*factory);
+  return factories;
+}
+
+CFPlugInInstance CFPlugInInstanceCreate(const CFPlugIn &plugIn, const CFUUIDBytes &factory,
+                                        const CFUUIDBytes &type) {
+  const NSDictionary factories = plugIn.info_.objectForKey(u"CFPlugInFactories"_ns).dictionary();
+  const NSString name = objectForUUID(factories, factory).string();
+  if (name.length() == 0) return CFPlugInInstance();
+  const auto function =
+      reinterpret_cast<FactoryFunction>(::dlsym(plugIn.library_.get(), name.UTF8String().c_str()));
+  return function ? CFPlugInInstance(function(nullptr, type.data())) : CFPlugInInstance();
+}
+
+}  // namespace nimbo

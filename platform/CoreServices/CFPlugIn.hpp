@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+/// A UUID, its bytes in the order in which they are written.
+using CFUUIDBytes = std::array<std::uint8_t, 16>;
+
+/// Reads "8B08C4BF-415B-11D8-B3F9-0003936726FC", in either case; nothing when it is no UUID.
+std::optional<CFUUIDBytes> CFUUIDCreateFromString(const NSString &string);
+
+/// What the function table of every plug-in object begins with.
+struct IUnknownVTbl {
+  void *reserved;
+  std::int32_t (*QueryInterface)(void *thisInterface, const std::uint8_t *interfaceID, void **interface);
+  std::uint32_t (*AddRef)(void *thisInterface);
+  std::uint32_t (*Release)(void *thisInterface);
+};
+
+/// One reference to an object of a plug-in, released with this handle; tests false when there is none.
+class CFPlugInInstance {
+ public:
+  CFPlugInInstance() noexcept = default;
+  /// Takes over one reference.
+  explicit CFPlugInInstance(void *object) noexcept : object_(object) {}
+
+  void *get() const noexcept { return object_.get(); }
+  explicit operator bool() const noexcept { return object_ != nullptr; }
+  /// The object under another interface; none when it does not have that.
+  CFPlugInInstance QueryInterface(const CFUUIDBytes &interfaceID) const;
+
+ private:
+  struct Release {
+    void operator()(void *object) const noexcept;
+  };
+  std::unique_ptr<void, Release> object_;
+};
+
+/// A loaded plug-in bundle. Its code stays loaded for the life of the process: objects that it made, exceptions
+/// that it threw and functions that it registered elsewhere may outlive every handle.
+class CFPlugIn {
+ private:
+  friend std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath);
+  friend std::vector<CFUUIDBytes> CFPlugInFindFactoriesForPlugInTypeInPlugIn(const CFUUIDBytes &type,
+                                                                             const CFPlugIn &plugIn);
+  friend CFPlugInInstance CFPlugInInstanceCreate(const CFPlugIn &plugIn, const CFUUIDBytes &factory,
+                                                 const CFUUIDBytes &type);
+
+  struct Close {
+    void operator()(void *library) const noexcept;
+  };
+  CFPlugIn(NSDictionary info, std::unique_ptr<void, Close> library)
+      : info_(std::move(info)), library_(std::move(library)) {}
+
+  NSDictionary info_;
+  std::unique_ptr<void, Close> library_;
+};
+
+/// Loads a bundle. Nothing when it cannot be loaded, or must not be: the bundle, its folders "Contents" and
+/// "Contents/Linux", its information file and its library must belong to root or the user, be no symbolic
+/// links, and not be writable by group or others. The reason is logged, once for each bundle.
+std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath);
+
+/// The factories that the bundle's CFPlugInTypes names for a type, in its order.
+std::vector<CFUUIDBytes> CFPlugInFindFactoriesForPlugInTypeInPlugIn(const CFUUIDBytes &type,
+                                                                    const CFPlugIn &plugIn);
+
+/// Calls a factory of the bundle's CFPlugInFactories. None when that is missing or makes no object of the type.
+CFPlugInInstance CFPlugInInstanceCreate(const CFPlugIn &plugIn, const CFUUIDBytes &factory,
+                                        const CFUUIDBytes &type);
+
+}  // namespace nimbo

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreServices/ContentTypeTable.hpp"
+
+#include <algorithm>
+#include <string>
+
+namespace nimbo {
+namespace {
+
+struct Row {
+  std::string_view key;
+  std::string_view contentType;
+};
+
+constexpr Row kRows[] = {
+#include "ContentTypes.inc"
+};
+
+// Strictly ascending: sorted, and no key twice.
+static_assert(std::ranges::adjacent_find(kRows, std::ranges::greater_equal(), &Row::key) == std::end(kRows));
+
+}  // namespace
+
+std::string_view contentTypeForKey(std::string_view key) {
+  std::string folded(key);
+  for (char &c : folded)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  const Row *row = std::ranges::lower_bound(kRows, std::string_view(folded), {}, &Row::key);
+  return row != std::end(kRows) && row->key == folded ? row->contentType : std::string_view();
+}
+
+}  // namespace nimbo

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreServices/ContentTypes.hpp"
+
+#include <fcntl.h>
+#include <gio/gio.h>
+#include <magic.h>
+#include <sys/stat.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/CoreServices/ContainerMIMEType.hpp"
+#include "platform/CoreServices/ContentTypeTable.hpp"
+#include "platform/CoreServices/RandomAccessFile.hpp"
+#include "platform/Foundation/FileDescriptor.hpp"
+
+namespace nimbo {
+namespace {
+
+constexpr std::string_view kAnyData = "public.data";
+
+struct Parent {
+  const char *type;
+  std::string_view contentType;
+};
+
+/// What a type without an identifier of its own is when it derives from one of these.
+constexpr Parent kParents[] = {
+    {"text/html", "public.html"},
+    {"application/xml", "public.xml"},
+    {"application/json", "public.json"},
+};
+
+/// What it is, at last, by the first part of its name.
+constexpr Parent kFamilies[] = {
+    {"image/", "public.image"}, {"audio/", "public.audio"},      {"video/", "public.movie"},
+    {"font/", "public.font"},   {"model/", "public.3d-content"}, {"text/", "public.text"},
+};
+
+/// What GIO and libmagic answer when they do not know.
+bool saysNothing(std::string_view type) {
+  return type.empty() || type == "application/octet-stream" || type == "application/x-zerosize" ||
+         type == "inode/x-empty" || type == "application/x-trash" || type == "application/x-partial-download";
+}
+
+/// What many documents look like that are something more special.
+bool isBroad(std::string_view type) {
+  return saysNothing(type) || type == "text/plain" || type == "application/zip" ||
+         type == "application/x-ole-storage";
+}
+
+/// The identifier for a MIME type, through the types that it derives from if need be; empty when there is none.
+std::string_view contentTypeForMIMEType(const std::string &type) {
+  if (saysNothing(type)) return std::string_view();
+  if (const std::string_view own = contentTypeForKey(type); !own.empty()) return own;
+  for (const Parent &parent : kParents)
+    if (g_content_type_is_a(type.c_str(), parent.type)) return parent.contentType;
+  if (g_content_type_is_a(type.c_str(), "text/plain"))
+    return type.starts_with("text/x-") ? "public.source-code" : "public.plain-text";
+  for (const Parent &family : kFamilies)
+    if (type.starts_with(family.type)) return family.contentType;
+  return std::string_view();
+}
+
+/// GIO's guess; `name` or `head` may be absent. `*uncertain` gets whether several types fit.
+std::string guessType(const char *name, const std::string *head, bool *uncertain = nullptr) {
+  gboolean isUncertain = FALSE;
+  const auto *bytes = head ? reinterpret_cast<const guchar *>(head->data()) : nullptr;
+  const std::unique_ptr<char, decltype(&g_free)> type(
+      g_content_type_guess(name, bytes, head ? head->size() : 0, &isUncertain), &g_free);
+  if (uncertain) *uncertain = isUncertain;
+  return type.get();
+}
+
+/// libmagic's guess; empty when it cannot tell or its database cannot be loaded.
+std::string magicType(const std::string &head) {
+  struct Close {
+    void operator()(magic_set *set) const { magic_close(set); }
+  };
+  static const std::unique_ptr<magic_set, Close> database = [] {
+    std::unique_ptr<magic_set, Close> set(magic_open(MAGIC_MIME_TYPE | MAGIC_NO_CHECK_COMPRESS));
+    if (set && magic_load(set.get(), nullptr) != 0) set.reset();
+    return set;
+  }();
+  const char *type = database ? magic_buffer(database.get(), head.data(), head.size()) : nullptr;
+  return type ? type : std::string();
+}
+
+/// The row of the table for the extension of a file's name, or of a folder's.
+std::string_view contentTypeForExtension(std::string_view name, bool isFolder) {
+  const std::size_t stop = name.rfind('.');
+  if (stop == std::string_view::npos || stop == 0) return std::string_view();
+  return contentTypeForKey(std::string(name.substr(stop)) + (isFolder ? "/" : ""));
+}
+
+std::string_view contentTypeForContent(const std::string &path, const char *ambiguousName) {
+  // O_NONBLOCK: what is a FIFO by now must not be waited for.
+  const FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat info = {};
+  if (!descriptor || ::fstat(descriptor.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::string_view();
+  const RandomAccessFile file{descriptor.get(), static_cast<std::uint64_t>(info.st_size)};
+  const std::string head = file.read(0, kContentTypeHeadBytes);
+  if (head.empty()) return std::string_view();
+  if (ambiguousName) return contentTypeForMIMEType(guessType(ambiguousName, &head));
+
+  std::string type = containerMIMEType(file);
+  if (type.empty()) type = guessType(nullptr, &head);
+  const std::string_view contentType = contentTypeForMIMEType(type);
+  if (!isBroad(type) && !contentType.empty()) return contentType;
+  // GIO's broad answer stands unless libmagic knows something that has a name of its own.
+  const std::string_view special = contentTypeForKey(magicType(head));
+  return special.empty() ? contentType : special;
+}
+
+}  // namespace
+
+NSString LSCopyItemContentType(const NSString &path) {
+  const auto bytes = path.fileSystemRepresentation();
+  struct stat info = {};
+  if (!bytes || ::stat(bytes->c_str(), &info) != 0) return NSString();
+  std::string name = *bytes;
+  while (name.size() > 1 && name.ends_with('/')) name.pop_back();
+  name.erase(0, name.rfind('/') + 1);
+
+  const auto answer = [](std::string_view contentType) { return NSString::stringWithUTF8String(contentType); };
+  const bool isFolder = S_ISDIR(info.st_mode);
+  if (!isFolder && !S_ISREG(info.st_mode)) return answer("public.item");
+  const std::string_view byExtension = contentTypeForExtension(name, isFolder);
+  if (!byExtension.empty()) return answer(byExtension);
+  if (isFolder) return answer("public.folder");
+
+  bool uncertain = false;
+  const std::string type = guessType(name.c_str(), nullptr, &uncertain);
+  const std::string_view byName = contentTypeForMIMEType(type);
+  if (!byName.empty() && !uncertain) return answer(byName);
+  const std::string_view byContent = contentTypeForContent(*bytes, byName.empty() ? nullptr : name.c_str());
+  return answer(!byContent.empty() ? byContent : !byName.empty() ? byName : kAnyData);
+}
+
+}  // namespace nimbo

@@ -1,0 +1,22 @@
+# Writes the rows of ContentTypes.tsv as elements of a C++ array, sorted by key in lower case.
+# cmake -DINPUT=... -DOUTPUT=... -P EmbedContentTypes.cmake
+file(STRINGS "${INPUT}" lines)
+set(rows)
+foreach(line IN LISTS lines)
+  if(line MATCHES "^#" OR line STREQUAL "")
+    continue()
+  endif()
+  if(NOT line MATCHES "^([^\t]+)\t([^\t]+)$")
+    message(FATAL_ERROR "${INPUT}: not a key, a tab and an identifier: ${line}")
+  endif()
+  string(TOLOWER "${CMAKE_MATCH_1}" key)
+  list(APPEND rows "${key}\t${CMAKE_MATCH_2}")
+endforeach()
+# A tab sorts before every character of a key, so that this is the order of the keys.
+list(SORT rows)
+set(text)
+foreach(row IN LISTS rows)
+  string(REPLACE "\t" "\", \"" row "${row}")
+  string(APPEND text "{\"${row}\"},\n")
+endforeach()
+file(WRITE "${OUTPUT}" "${text}")

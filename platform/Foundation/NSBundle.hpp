@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+/// A folder that holds a program or a library with its information: NAME/Contents/Info.plist and, for this
+/// system, NAME/Contents/Linux/EXECUTABLE.
+class NSBundle {
+ public:
+  /// A larger information file is not read.
+  static constexpr std::uint32_t kMaximumInfoBytes = 1 << 20;
+
+  explicit NSBundle(NSString path) : path_(std::move(path)) {}
+  /// The folder in which the running program's file lies.
+  static NSBundle mainBundle();
+
+  const NSString &bundlePath() const { return path_; }
+  /// The content of Info.plist, read on every call. Nil when there is none that can be read, or it is no
+  /// dictionary.
+  NSDictionary infoDictionary() const;
+  id objectForInfoDictionaryKey(const NSString &key) const;
+  /// Where the file that CFBundleExecutable names should be. Nil when that is missing or no plain file name.
+  NSString executablePath() const;
+
+ private:
+  NSString path_;
+};
+
+}  // namespace nimbo

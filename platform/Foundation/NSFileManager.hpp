@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// The file system. Symbolic links are followed; no path is ever opened for more than a listing.
+struct NSFileManager {
+  /// Whether something stands at `path`; `*isDirectory` gets whether that is a folder.
+  static bool fileExistsAtPath(const NSString &path, bool *isDirectory = nullptr);
+
+  /// The names of a folder's entries, hidden ones included, "." and ".." not. They come in the order in which
+  /// the file system lists them, which is no order that means anything but stays the same while the folder is
+  /// not changed. Nothing when the folder cannot be read.
+  static std::optional<std::vector<NSString>> contentsOfDirectoryAtPath(const NSString &path);
+};
+
+}  // namespace nimbo

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSTask.hpp"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/pidfd.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cmath>
+#include <cstring>
+#include <string>
+
+#include "platform/Foundation/FileDescriptor.hpp"
+
+namespace nimbo {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A child process, leader of a process group of its own; it is killed with the group and reaped when nobody
+/// has waited.
+class Child {
+ public:
+  Child() = default;
+  Child(const Child &) = delete;
+  Child &operator=(const Child &) = delete;
+  ~Child() {
+    if (pid_ <= 0) return;
+    ::kill(-pid_, SIGKILL);
+    wait();
+  }
+
+  /// 0, or the error's number.
+  int start(const std::string &program, const std::vector<std::string> &arguments, int standardError);
+  /// Readable when the process has ended.
+  int descriptor() const { return descriptor_.get(); }
+  int wait() {
+    int status = 0;
+    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+    }
+    pid_ = 0;
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+  }
+
+ private:
+  pid_t pid_ = 0;
+  FileDescriptor descriptor_;
+};
+
+int Child::start(const std::string &program, const std::vector<std::string> &arguments, int standardError) {
+  std::vector<char *> argv = {const_cast<char *>(program.c_str())};
+  for (const std::string &argument : arguments) argv.push_back(const_cast<char *>(argument.c_str()));
+  argv.push_back(nullptr);
+
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+  if (const int failure = ::posix_spawn_file_actions_init(&actions)) return failure;
+  if (const int failure = ::posix_spawnattr_init(&attributes)) {
+    ::posix_spawn_file_actions_destroy(&actions);
+    return failure;
+  }
+  sigset_t none;
+  sigset_t all;
+  ::sigemptyset(&none);
+  ::sigfillset(&all);
+  ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  ::posix_spawn_file_actions_adddup2(&actions, standardError, STDERR_FILENO);
+  ::posix_spawnattr_setpgroup(&attributes, 0);
+  ::posix_spawnattr_setsigmask(&attributes, &none);
+  ::posix_spawnattr_setsigdefault(&attributes, &all);
+  ::posix_spawnattr_setflags(&attributes,
+                             POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+  const int failure = ::posix_spawn(&pid_, program.c_str(), &actions, &attributes, argv.data(), environ);
+  ::posix_spawnattr_destroy(&attributes);
+  ::posix_spawn_file_actions_destroy(&actions);
+  if (failure) {
+    pid_ = 0;
+    return failure;
+  }
+  descriptor_ = FileDescriptor(::pidfd_open(pid_, 0));
+  return descriptor_ ? 0 : errno;
+}
+
+enum class Reading { waiting, ended, tooMuch };
+
+/// Takes what the pipe has now, without waiting.
+Reading readAvailable(int pipe, std::string &output, std::size_t limit) {
+  std::array<char, 16384> buffer;
+  for (;;) {
+    const ssize_t got = ::read(pipe, buffer.data(), buffer.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return errno == EAGAIN ? Reading::waiting : Reading::ended;
+    if (got == 0) return Reading::ended;
+    if (output.size() + static_cast<std::size_t>(got) > limit) return Reading::tooMuch;
+    output.append(buffer.data(), static_cast<std::size_t>(got));
+  }
+}
+
+}  // namespace
+
+std::optional<NSTask::Result> NSTask::run(NSString *error) const {
+  const auto fail = [&](const std::string &reason) {
+    if (error) *error = NSString::stringWithLossyUTF8String(reason);
+    return std::nullopt;
+  };
+  const auto program = launchPath.fileSystemRepresentation();
+  if (!program || program->front() != '/') return fail("no absolute path of a program");
+  std::vector<std::string> texts;
+  for (const NSString &argument : arguments) {
+    const auto text = argument.fileSystemRepresentation();
+    if (!text && argument.length() != 0) return fail("an argument that no program can be given");
+    texts.push_back(text.value_or(std::string()));
+  }
+
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return fail(std::strerror(errno));
+  FileDescriptor readEnd(ends[0]);
+  FileDescriptor writeEnd(ends[1]);
+  if (::fcntl(readEnd.get(), F_SETFL, O_NONBLOCK) != 0) return fail(std::strerror(errno));
+  Child child;
+  if (const int failure = child.start(*program, texts, writeEnd.get())) return fail(std::strerror(failure));
+  writeEnd.close();
+
+  const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                           std::chrono::duration<double>(timeLimitSeconds));
+  std::string output;
+  for (bool ended = false; !ended;) {
+    const double left = std::chrono::duration<double, std::milli>(deadline - Clock::now()).count();
+    if (left <= 0) return fail("took longer than its time limit");
+    struct pollfd waited[2] = {{child.descriptor(), POLLIN, 0}, {readEnd.get(), POLLIN, 0}};
+    if (::poll(waited, 2, static_cast<int>(std::ceil(left))) < 0 && errno != EINTR)
+      return fail(std::strerror(errno));
+    // Whether it has ended is looked at before the pipe is read: what it wrote last is then not missed.
+    ended = waited[0].revents != 0;
+    if (!readEnd) continue;
+    switch (readAvailable(readEnd.get(), output, maximumOutputBytes)) {
+      case Reading::waiting:
+        break;
+      case Reading::ended:
+        readEnd.close();
+        break;
+      case Reading::tooMuch:
+        return fail("wrote more than its output limit");
+    }
+  }
+  const int status = child.wait();
+  return Result{status, NSData::dataWithBytes(output.data(), output.size())};
+}
+
+}  // namespace nimbo

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/Foundation/NSData.hpp"
+
+namespace nimbo {
+
+/// A program that is run to its end. Its standard input is empty, its standard output is this process's own,
+/// and its standard error is collected while it runs, so that a full pipe never stops it.
+struct NSTask {
+  static constexpr double kTimeLimitSeconds = 5.0;
+  static constexpr std::uint32_t kMaximumOutputBytes = 16 << 20;
+
+  struct Result {
+    /// The exit code, or 128 + the number of the signal that ended the program.
+    int terminationStatus = 0;
+    NSData standardError;
+  };
+
+  /// An absolute path; the search path is not used.
+  NSString launchPath;
+  std::vector<NSString> arguments;
+  double timeLimitSeconds = kTimeLimitSeconds;
+  std::uint32_t maximumOutputBytes = kMaximumOutputBytes;
+
+  /// Runs the program and waits for it to exit; what it leaves running, and does not belong to its process
+  /// group any more, is not waited for. Nothing when it cannot be started, or does not keep within its limits:
+  /// it is then killed with its process group, and `*error` says why.
+  std::optional<Result> run(NSString *error = nullptr) const;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <optional>
+
+#include "platform/Foundation/NSDate.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// The moment that a PDF date string names: "D:YYYYMMDDHHmmSS+HH'mm'", where everything after the year may be
+/// missing. Without a zone it is UTC. Also read: no "D:", separators as in "2001-02-03T04:05:06" or "2001/2/3
+/// 4:05", fractions of seconds (dropped). Nothing for anything else and for dates and times that do not exist.
+std::optional<NSDate> dateWithPDFDateString(const NSString &string);
+
+}  // namespace nimbo

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/PDFKit/PDFEngine.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+namespace nimbo::detail {
+
+namespace {
+
+/// The clock is read once in so many calls of the allocator.
+constexpr unsigned kCallsBetweenClockReads = 64;
+
+void saysNothing(void *, const char *) {}
+
+/// Throws as MuPDF does. A document that claims more pages than it has objects has those that can be found.
+std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint32_t maximum) {
+  const int limit = static_cast<int>(std::min<std::uint32_t>(maximum, NSNotFound));
+  const int claimed = pdf_count_pages(context, document);
+  const int objects = pdf_xref_len(context, document);
+  if (claimed <= objects) return static_cast<std::uint32_t>(std::clamp(claimed, 0, limit));
+  int found = 0;
+  fz_var(found);
+  fz_try(context) {
+    for (; found < std::min(objects, limit); ++found) pdf_lookup_page_obj(context, document, found);
+  }
+  fz_catch(context) {
+    // That was the last one.
+  }
+  return static_cast<std::uint32_t>(found);
+}
+
+}  // namespace
+
+PDFBudget::~PDFBudget() {
+  while (blocks_.next != &blocks_) release(this, blocks_.next + 1);
+}
+
+void PDFBudget::beginStep(double seconds) {
+  timedOut_ = false;
+  deadline_ =
+      Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+bool PDFBudget::endStep() {
+  deadline_.reset();
+  return std::exchange(timedOut_, false);
+}
+
+bool PDFBudget::allows(std::size_t size, std::size_t replaced) {
+  if (deadline_ && ++calls_ % kCallsBetweenClockReads == 0 && Clock::now() >= *deadline_) timedOut_ = true;
+  return !timedOut_ && size <= limit_ && used_ - replaced <= limit_ - size;
+}
+
+void *PDFBudget::enter(Block *block, std::size_t size) {
+  block->size = size;
+  block->previous = &blocks_;
+  block->next = blocks_.next;
+  block->next->previous = block;
+  blocks_.next = block;
+  used_ += size;
+  return block + 1;
+}
+
+void PDFBudget::remove(Block *block) {
+  block->previous->next = block->next;
+  block->next->previous = block->previous;
+  used_ -= block->size;
+}
+
+void *PDFBudget::allocate(void *self, std::size_t size) {
+  auto &budget = *static_cast<PDFBudget *>(self);
+  if (!budget.allows(size, 0)) return nullptr;
+  void *const memory = std::malloc(sizeof(Block) + size);
+  return memory ? budget.enter(new (memory) Block, size) : nullptr;
+}
+
+void *PDFBudget::reallocate(void *self, void *bytes, std::size_t size) {
+  if (!bytes) return allocate(self, size);
+  auto &budget = *static_cast<PDFBudget *>(self);
+  Block *const block = static_cast<Block *>(bytes) - 1;
+  const std::size_t oldSize = block->size;
+  if (!budget.allows(size, oldSize)) return nullptr;
+  budget.remove(block);
+  void *const memory = std::realloc(block, sizeof(Block) + size);
+  if (memory) return budget.enter(static_cast<Block *>(memory), size);
+  budget.enter(block, oldSize);
+  return nullptr;
+}
+
+void PDFBudget::release(void *self, void *bytes) {
+  if (!bytes) return;
+  Block *const block = static_cast<Block *>(bytes) - 1;
+  static_cast<PDFBudget *>(self)->remove(block);
+  std::free(block);
+}
+
+PDFEngine::PDFEngine(const NSData &data, const PDFLimits &limits)
+    : limits_(limits), data_(data), budget_(limits.memoryBytes) {
+  context_ = fz_new_context(budget_.functions(), nullptr, kStoreBytes);
+  if (!context_) throw std::bad_alloc();
+  fz_set_warning_callback(context_, saysNothing, nullptr);
+  fz_set_error_callback(context_, saysNothing, nullptr);
+  try {
+    open();
+  } catch (...) {
+    close();
+    throw;
+  }
+}
+
+PDFEngine::~PDFEngine() {
+  close();
+}
+
+void PDFEngine::open() {
+  run([this](fz_context *context) {
+    // The reader of PDF alone: the general one would take pictures, books and web pages too.
+    fz_stream *stream = fz_open_memory(context, data_.bytes(), data_.length());
+    fz_try(context) document_ = pdf_open_document_with_stream(context, stream);
+    fz_always(context) fz_drop_stream(context, stream);
+    fz_catch(context) fz_rethrow(context);
+    locked_ = pdf_needs_password(context, document_);
+    version_ = pdf_version(context, document_);
+  });
+  try {
+    run([this](fz_context *context) { pageCount_ = countPages(context, document_, limits_.pages); });
+  } catch (const NSException &) {
+    if (!locked_) throw;
+  }
+}
+
+void PDFEngine::close() {
+  pdf_drop_document(context_, document_);
+  fz_drop_context(context_);
+}
+
+void PDFEngine::raise(bool late) const {
+  if (late) throw NSException(u"PDFTimeout"_ns, u"reading the PDF takes too long"_ns);
+  throw NSException(u"PDFDamaged"_ns, NSString::stringWithLossyUTF8String(fz_caught_message(context_)));
+}
+
+}  // namespace nimbo::detail

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <mupdf/fitz.h>
+#include <mupdf/pdf.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <type_traits>
+
+#include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/NSException.hpp"
+#include "platform/PDFKit/PDFDocument.hpp"
+
+namespace nimbo::detail {
+
+/// The allocator that MuPDF uses for one document. It refuses what goes beyond the limit, and everything once
+/// the time of a step is over: MuPDF then unwinds from wherever it is, inside a decoder too. It knows all its
+/// blocks and frees those that are left in the end, since MuPDF loses some: a whole font for each document with
+/// a divided word, and what its errors jump over.
+class PDFBudget {
+ public:
+  explicit PDFBudget(std::size_t memoryBytes)
+      : limit_(std::min(memoryBytes, kMaximumBytes)), functions_{this, allocate, reallocate, release} {}
+  ~PDFBudget();
+  PDFBudget(const PDFBudget &) = delete;
+  PDFBudget &operator=(const PDFBudget &) = delete;
+
+  const fz_alloc_context *functions() const { return &functions_; }
+  void beginStep(double seconds);
+  /// Whether the step took too long.
+  bool endStep();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  /// Stands before the bytes that MuPDF gets, in a ring of all blocks.
+  struct alignas(std::max_align_t) Block {
+    Block *previous = this;
+    Block *next = this;
+    std::size_t size = 0;
+  };
+
+  static void *allocate(void *self, std::size_t size);
+  static void *reallocate(void *self, void *bytes, std::size_t size);
+  static void release(void *self, void *bytes);
+  /// Whether `size` bytes may be taken in place of `replaced` ones.
+  bool allows(std::size_t size, std::size_t replaced);
+  void *enter(Block *block, std::size_t size);
+  void remove(Block *block);
+
+  const std::size_t limit_;
+  std::size_t used_ = 0;
+  std::optional<Clock::time_point> deadline_;
+  unsigned calls_ = 0;
+  bool timedOut_ = false;
+  Block blocks_;
+  const fz_alloc_context functions_;
+};
+
+/// A document inside MuPDF, in a context of its own, so that one document can neither harm nor slow another.
+class PDFEngine {
+ public:
+  /// What MuPDF keeps of decoded fonts, objects and the like.
+  static constexpr std::size_t kStoreBytes = std::size_t{16} << 20;
+
+  /// Raises when the data is no PDF that can be opened.
+  PDFEngine(const NSData &data, const PDFLimits &limits);
+  ~PDFEngine();
+  PDFEngine(const PDFEngine &) = delete;
+  PDFEngine &operator=(const PDFEngine &) = delete;
+
+  fz_context *context() const { return context_; }
+  pdf_document *document() const { return document_; }
+  const PDFLimits &limits() const { return limits_; }
+  bool isLocked() const { return locked_; }
+  /// Ten times the major version and the minor one.
+  int version() const { return version_; }
+  std::uint32_t pageCount() const { return pageCount_; }
+
+  /// Runs `work` (called with the context) as one step, and raises when MuPDF fails or the step takes too long.
+  /// A failure jumps over destructors: `work` may hold, make and capture plain data only, and must not throw.
+  template <class Work>
+  void run(Work &&work);
+
+  /// Whether pages are still worth trying; each page that was tried is reported.
+  bool triesPages() const { return pageErrors_ < limits_.pageErrorsInARow; }
+  void pageWasRead(bool read) { pageErrors_ = read ? 0 : pageErrors_ + 1; }
+
+ private:
+  void open();
+  void close();
+  [[noreturn]] void raise(bool late) const;
+
+  const PDFLimits limits_;
+  /// Read by MuPDF until the document is closed.
+  const NSData data_;
+  PDFBudget budget_;
+  fz_context *context_ = nullptr;
+  pdf_document *document_ = nullptr;
+  bool locked_ = false;
+  int version_ = 0;
+  std::uint32_t pageCount_ = 0;
+  unsigned pageErrors_ = 0;
+};
+
+template <class Work>
+[[gnu::noinline]] void PDFEngine::run(Work &&work) {
+  static_assert(std::is_trivially_destructible_v<std::remove_reference_t<Work>>);
+  budget_.beginStep(limits_.stepSeconds);
+  volatile bool failed = false;
+  fz_try(context_) work(context_);
+  fz_catch(context_) failed = true;
+  // MuPDF gets over some failures by itself and may take half a result for a whole one.
+  const bool late = budget_.endStep();
+  if (failed || late) raise(late);
+}
+
+}  // namespace nimbo::detail

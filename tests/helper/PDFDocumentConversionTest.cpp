@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "helper/PDFDocument+Conversion.hpp"
+
+#include <gtest/gtest.h>
+
+#include "tests/PDFSamples.hpp"
+
+namespace nimbo {
+namespace {
+
+NSString textOfSample(const char *name, double timeoutSeconds) {
+  const auto document = PDFDocument::documentWithData(samplePDF(name));
+  EXPECT_TRUE(document) << name;
+  return document ? fixedAndNormalizedStringUsingTimeout(*document, timeoutSeconds) : NSString();
+}
+
+TEST(PDFDocumentConversion, CleansAndJoinsThePages) {
+  const NSString firstPage =
+      u"A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
+      u"The second column\nof the first page\nknows \u201cquotes\u201d.\n\n"_ns;
+  const NSString bothPages =
+      u"A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
+      u"The second column\nof the first page\nknows \u201cquotes\u201d.\n\n"
+      u"Page two: Caf\u00e9 Zo\u00eb   \nends here.\n\n"_ns;
+  EXPECT_EQ(textOfSample("columns.pdf", 0), bothPages);
+  EXPECT_EQ(textOfSample("columns.pdf", -1), bothPages);
+  EXPECT_EQ(textOfSample("columns.pdf", 3600), bothPages);
+  EXPECT_EQ(textOfSample("columns.pdf", 1e-9), firstPage);
+}
+
+TEST(PDFDocumentConversion, TellsNoPagesFromNoText) {
+  EXPECT_FALSE(textOfSample("no-pages.pdf", 0));
+  EXPECT_TRUE(textOfSample("boxes.pdf", 60).identicalTo(NSString::string()));
+}
+
+}  // namespace
+}  // namespace nimbo

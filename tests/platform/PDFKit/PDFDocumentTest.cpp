@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/PDFKit/PDFDocument.hpp"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "tests/PDFSamples.hpp"
+
+namespace nimbo {
+namespace {
+
+std::unique_ptr<PDFDocument> openSample(const char *name) {
+  const NSData data = samplePDF(name);
+  EXPECT_TRUE(data) << name;
+  return PDFDocument::documentWithData(data);
+}
+
+const std::string kCatalog = "<</Type /Catalog /Pages 2 0 R>>";
+const std::string kFont = "<</Type /Font /Subtype /Type1 /BaseFont /Helvetica>>";
+
+TEST(PDFDocument, GivesTextInReadingOrder) {
+  for (const char *name : {"columns.pdf", "object-streams.pdf", "owner-password.pdf"}) {
+    SCOPED_TRACE(name);
+    const auto document = openSample(name);
+    ASSERT_TRUE(document);
+    ASSERT_EQ(document->pageCount(), 2u);
+    EXPECT_EQ(document->pageAtIndex(0).string(),
+              u"A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
+              u"The second column\nof the first page\nknows \u201cquotes\u201d.\n"_ns);
+    EXPECT_EQ(document->pageAtIndex(1).string(), u"Page two: Cafe\u0301 Zoe\u0308 \U0001d538\nends here.\n"_ns);
+    EXPECT_EQ(document->majorVersion() * 10 + document->minorVersion(), 15);
+  }
+}
+
+TEST(PDFDocument, TellsLockedFromEncrypted) {
+  const struct {
+    const char *name;
+    bool encrypted, locked;
+    std::uint32_t pages;
+  } cases[] = {
+      {"columns.pdf", false, false, 2}, {"owner-password.pdf", true, false, 2}, {"locked.pdf", true, true, 1}};
+  for (const auto &c : cases) {
+    const auto document = openSample(c.name);
+    ASSERT_TRUE(document) << c.name;
+    EXPECT_EQ(document->isEncrypted(), c.encrypted) << c.name;
+    EXPECT_EQ(document->isLocked(), c.locked) << c.name;
+    EXPECT_EQ(document->pageCount(), c.pages) << c.name;
+    EXPECT_EQ(static_cast<bool>(document->documentAttributes()), !c.locked) << c.name;
+  }
+}
+
+TEST(PDFDocument, ReadsItsInformation) {
+  const NSDictionary expected{
+      {u"Title"_ns, u"Žluťoučký \U0001d11e kůň"_ns},
+      {u"Author"_ns, u"Ren\u00e9e\u2122"_ns},
+      {u"Subject"_ns, u"na\u00efve"_ns},
+      {u"Keywords"_ns, NSArray{u"alpha"_ns, u"beta gamma"_ns, u"delta"_ns}},
+      {u"Producer"_ns, u"Ghostscript 9.99"_ns},
+      {u"CreationDate"_ns, NSDate::dateWithUTC(2001, 2, 3, 2, 35, 6)},
+  };
+  EXPECT_EQ(openSample("metadata.pdf")->documentAttributes(), expected);
+  EXPECT_FALSE(openSample("boxes.pdf")->documentAttributes());
+}
+
+TEST(PDFDocument, GivesBoxesAndRotation) {
+  const struct {
+    NSRect media, crop;
+    int rotation;
+  } expected[] = {
+      {{{10, 20}, {300, 400}}, {{10, 100}, {100, 320}}, 90},
+      {{{0, 0}, {500, 750}}, {{0, 0}, {500, 750}}, 270},
+      {{{0, 0}, {612, 792}}, {{0, 0}, {612, 792}}, 0},
+      {{{0, 0}, {612, 792}}, {{0, 0}, {612, 792}}, 270},
+  };
+  const auto document = openSample("boxes.pdf");
+  ASSERT_EQ(document->pageCount(), std::size(expected));
+  for (std::uint32_t i = 0; i < std::size(expected); ++i) {
+    const PDFPage page = document->pageAtIndex(i);
+    EXPECT_EQ(page.boundsForBox(PDFDisplayBox::mediaBox), expected[i].media) << i;
+    EXPECT_EQ(page.boundsForBox(PDFDisplayBox::cropBox), expected[i].crop) << i;
+    EXPECT_EQ(page.rotation(), expected[i].rotation) << i;
+    EXPECT_FALSE(page.string()) << i;
+  }
+}
+
+TEST(PDFDocument, CountsThePagesThatAreThere) {
+  EXPECT_EQ(openSample("no-pages.pdf")->pageCount(), 0u);
+  const auto huge = openSample("huge-count.pdf");
+  EXPECT_EQ(huge->pageCount(), 2u);
+  EXPECT_EQ(huge->pageAtIndex(1).string(), u"Few pages\n"_ns);
+  EXPECT_FALSE(huge->pageAtIndex(2).string());
+  EXPECT_EQ(huge->pageAtIndex(2).boundsForBox(PDFDisplayBox::mediaBox), (NSRect{{0, 0}, {612, 792}}));
+}
+
+TEST(PDFDocument, GetsThroughAFormThatDrawsItself) {
+  EXPECT_EQ(openSample("recursion.pdf")->pageAtIndex(0).string(), u"before\n\nwithin\n\nafter\n"_ns);
+}
+
+/// Shows annotations and filled forms too. Glyphs without a meaning are blanks, and no text when there is
+/// nothing else.
+TEST(PDFDocument, TakesWhatAReaderSees) {
+  const std::string field =
+      "<</Type /Annot /Subtype /Widget /FT /Tx /T (a) /V (x) /Rect [20 20 180 40] /AP <</N 6 0 R>>>>";
+  const std::string unknownGlyphs =
+      "<</Type /Font /Subtype /Type0 /BaseFont /Odd /Encoding /Identity-H /DescendantFonts [<</Type /Font "
+      "/Subtype /CIDFontType2 /BaseFont /Odd /CIDSystemInfo <</Registry (Adobe) /Ordering (Identity) "
+      "/Supplement 0>> "
+      "/FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 4>>>>]>>";
+  const std::string resources = "/Resources <</Font <</F 5 0 R /G 7 0 R>>>>";
+  const auto document = PDFDocument::documentWithData(PDFOfObjects({
+      kCatalog,
+      "<</Type /Pages /Kids [3 0 R 9 0 R] /Count 2 /MediaBox [0 0 200 200] " + resources + ">>",
+      "<</Type /Page /Parent 2 0 R /Contents 4 0 R /Annots [" + field + "]>>",
+      PDFStream("", "BT /F 12 Tf 20 150 Td (of) Tj /G 12 Tf <00100011> Tj /F 12 Tf (ce) Tj ET"),
+      kFont,
+      PDFStream("/Type /XObject /Subtype /Form /BBox [0 0 160 20] " + resources,
+                "BT /F 12 Tf 2 5 Td (filled) Tj ET"),
+      unknownGlyphs,
+      PDFStream("", "BT /G 12 Tf 20 150 Td <00100011> Tj 0 -20 Td <0012> Tj ET"),
+      "<</Type /Page /Parent 2 0 R /Contents 8 0 R>>",
+  }));
+  ASSERT_TRUE(document);
+  EXPECT_EQ(document->pageAtIndex(0).string(), u"of ce\n\nfilled\n"_ns);
+  EXPECT_FALSE(document->pageAtIndex(1).string());
+}
+
+/// Pages "good" and "bomb" as `kinds` says ('g', 'b'). A bomb is ten forms, each of which draws the next ten
+/// times.
+NSData documentOfBombs(const std::string &kinds, const std::string &leaf) {
+  std::string kids;
+  for (const char kind : kinds) kids += kind == 'g' ? "3 0 R " : "4 0 R ";
+  const auto page = [](int contents) {
+    return "<</Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents " + std::to_string(contents) +
+           " 0 R /Resources <</Font <</F 6 0 R>> /XObject <</X 7 0 R>>>>>>";
+  };
+  const auto form = [](int number) {
+    std::string draws;
+    for (int i = 0; i < 10; ++i) draws += "/X Do ";
+    return PDFStream("/Type /XObject /Subtype /Form /BBox [0 0 200 200] /Resources <</XObject <</X " +
+                         std::to_string(number + 1) + " 0 R>>>>",
+                     draws);
+  };
+  return PDFOfObjects(
+      {kCatalog, "<</Type /Pages /Kids [" + kids + "] /Count " + std::to_string(kinds.size()) + ">>", page(5),
+       page(17), PDFStream("", "BT /F 12 Tf 20 20 Td (good) Tj ET"), kFont, form(7), form(8), form(9), form(10),
+       form(11), form(12), form(13), form(14), form(15),
+       PDFStream("/Type /XObject /Subtype /Form /BBox [0 0 200 200] /Resources <</Font <</F 6 0 R>>>>", leaf),
+       PDFStream("", "/X Do")});
+}
+
+TEST(PDFDocument, GivesUpPagesThatCostTooMuch) {
+  const char *const text = "BT /F 12 Tf 20 20 Td (much text in every leaf) Tj ET";
+  const struct {
+    const char *what;
+    const char *leaf;
+    const char *kinds;
+    PDFLimits limits;
+    std::vector<bool> readable;
+  } cases[] = {
+      {"time", "0 0 1 1 re f", "bg", {.stepSeconds = 0.3}, {false, true}},
+      {"memory", text, "bg", {.memoryBytes = 8 << 20}, {false, true}},
+      {"errors in a row",
+       text,
+       "bgbbg",
+       {.memoryBytes = 8 << 20, .pageErrorsInARow = 2},
+       {false, true, false, false, false}},
+      {"pages", text, "gggg", {.pages = 3}, {true, true, true}},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.what);
+    const auto document = PDFDocument::documentWithData(documentOfBombs(c.kinds, c.leaf), c.limits);
+    ASSERT_TRUE(document);
+    ASSERT_EQ(document->pageCount(), c.readable.size());
+    for (std::uint32_t i = 0; i < c.readable.size(); ++i)
+      EXPECT_EQ(document->pageAtIndex(i).string(), c.readable[i] ? u"good\n"_ns : NSString()) << i;
+  }
+  std::vector<std::string> manyObjects(2000, kFont);
+  manyObjects[0] = kCatalog;
+  manyObjects[1] = "<</Type /Pages /Kids [] /Count 0>>";
+  EXPECT_TRUE(PDFDocument::documentWithData(PDFOfObjects(manyObjects)));
+  EXPECT_FALSE(PDFDocument::documentWithData(PDFOfObjects(manyObjects), {.stepSeconds = 0}));
+}
+
+TEST(PDFDocument, RefusesOtherKindsOfData) {
+  const std::string cases[] = {
+      "",
+      "%PDF-1.7",
+      "not a document at all",
+      "<!DOCTYPE html><html><body><p>Text</p></body></html>",
+      "<?xml version=\"1.0\"?><svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\"/>",
+      std::string("PK\3\4\24\0\0\0\0\0\0\0\0\0\0\0\0\0\24\0\0\0\24\0\0\0\10\0\0\0mimetypeapplication/epub+zip",
+                  58),
+      "\x89PNG\r\n\x1a\n",
+      "P1 2 2 1 0 0 1\n",
+  };
+  for (const std::string &bytes : cases)
+    EXPECT_FALSE(PDFDocument::documentWithData(dataOfString(bytes))) << bytes;
+  EXPECT_FALSE(PDFDocument::documentWithData(NSData()));
+}
+
+/// Whatever a damaged document still gives, nothing is raised and nothing leaks.
+TEST(PDFDocument, SurvivesDamage) {
+  int readable = 0;
+  for (const char *name : {"columns.pdf", "object-streams.pdf", "owner-password.pdf", "locked.pdf",
+                           "metadata.pdf", "boxes.pdf", "recursion.pdf"}) {
+    const NSData whole = samplePDF(name);
+    for (std::uint32_t step = 0; step < 48; ++step) {
+      std::string bytes(whole.view());
+      if (step % 2)
+        bytes.resize(bytes.size() * step / 48);
+      else
+        for (std::size_t i = step * 7; i < bytes.size(); i += 997)
+          bytes[i] = static_cast<char>(bytes[i] ^ 0x15);
+      const auto document = PDFDocument::documentWithData(dataOfString(bytes));
+      if (!document) continue;
+      document->documentAttributes();
+      for (std::uint32_t page = 0; page < document->pageCount(); ++page) {
+        readable += document->pageAtIndex(page).string().length() > 0;
+        document->pageAtIndex(page).boundsForBox(PDFDisplayBox::cropBox);
+      }
+    }
+  }
+  EXPECT_GT(readable, 0);
+  const std::string junkInFront = std::string(500, 'x') + std::string(samplePDF("columns.pdf").view());
+  EXPECT_EQ(PDFDocument::documentWithData(dataOfString(junkInFront))->pageCount(), 2u);
+}
+
+}  // namespace
+}  // namespace nimbo
