@@ -8,13 +8,18 @@
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/NSTask.hpp"
 
 namespace nimbo {
 namespace {
 
+/// Information files write this flag as a boolean, a number or one of the words that mean yes.
 bool isDynamicallyRegistered(const NSString &importer) {
-  return NSBundle(importer).objectForInfoDictionaryKey(u"CFPlugInDynamicRegistration"_ns).boolean() == true;
+  const id flag = NSBundle(importer).objectForInfoDictionaryKey(u"CFPlugInDynamicRegistration"_ns);
+  const NSString word = lowercaseString(flag.string());
+  return flag.boolean() == true || flag.integer().value_or(0) != 0 || word.view() == u"yes" ||
+         word.view() == u"true" || word.view() == u"1";
 }
 
 /// The property list inside the tool's output: what begins with the first "(" at the end of a line.

@@ -1,5 +1,6 @@
 # Warnings, sanitizers, and where programs look for the project's libraries.
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor $<$<COMPILE_LANGUAGE:CXX>:-Wextra-semi>)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow
+  "$<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Wextra-semi>")
 if(QUIVERLEAF_WERROR)
   add_compile_options(-Werror)
 endif()

@@ -91,7 +91,7 @@ std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath) {
   const NSBundle bundle(bundlePath);
   const NSString contents = stringByAppendingPathComponent(bundlePath, u"Contents"_ns);
   const std::pair<NSString, mode_t> trusted[] = {
-      // With a slash at its end a symbolic link would be followed.
+      // Without slashes at its end, with which a symbolic link would be followed.
       {stringByAppendingPathComponent(bundlePath, NSString::string()), S_IFDIR},
       {contents, S_IFDIR},
       {stringByAppendingPathComponent(contents, u"Info.plist"_ns), S_IFREG},

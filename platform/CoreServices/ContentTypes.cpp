@@ -6,13 +6,14 @@
 #include <magic.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "platform/CoreServices/ContainerMIMEType.hpp"
 #include "platform/CoreServices/ContentTypeTable.hpp"
 #include "platform/CoreServices/RandomAccessFile.hpp"
+#include "platform/CoreServices/Signatures.hpp"
 #include "platform/Foundation/FileDescriptor.hpp"
 
 namespace nimbo {
@@ -38,16 +39,30 @@ constexpr Parent kFamilies[] = {
     {"font/", "public.font"},   {"model/", "public.3d-content"}, {"text/", "public.text"},
 };
 
-/// What GIO and libmagic answer when they do not know.
+/// What GIO and libmagic answer when they do not know, and what GIO makes of endings that say nothing of the content:
+/// unfinished and spare copies, and a number, which it takes for a section of the manual.
+constexpr std::string_view kTypesThatSayNothing[] = {
+    "",
+    "application/octet-stream",
+    "application/x-zerosize",
+    "inode/x-empty",
+    "application/x-partial-download",
+    "application/x-trash",
+    "application/x-troff-man",
+};
+
 bool saysNothing(std::string_view type) {
-  return type.empty() || type == "application/octet-stream" || type == "application/x-zerosize" ||
-         type == "inode/x-empty" || type == "application/x-trash" || type == "application/x-partial-download";
+  return std::ranges::find(kTypesThatSayNothing, type) != std::end(kTypesThatSayNothing);
 }
 
-/// What many documents look like that are something more special.
+/// What GIO takes many files for that are something more special, or something else.
+constexpr std::string_view kBroadTypes[] = {
+    "text/plain",    "application/zip", "application/x-ole-storage", "image/heif",
+    "text/x-matlab",  // Anything that begins with "%".
+};
+
 bool isBroad(std::string_view type) {
-  return saysNothing(type) || type == "text/plain" || type == "application/zip" ||
-         type == "application/x-ole-storage";
+  return saysNothing(type) || std::ranges::find(kBroadTypes, type) != std::end(kBroadTypes);
 }
 
 /// The identifier for a MIME type, through the types that it derives from if need be; empty when there is none.
@@ -108,6 +123,8 @@ std::string_view contentTypeForContent(const std::string &path, const char *ambi
   if (type.empty()) type = guessType(nullptr, &head);
   const std::string_view contentType = contentTypeForMIMEType(type);
   if (!isBroad(type) && !contentType.empty()) return contentType;
+  if (beginsLikePDF(head)) return contentTypeForKey("application/pdf");
+  if (beginsLikeMail(head)) return contentTypeForKey("message/rfc822");
   // GIO's broad answer stands unless libmagic knows something that has a name of its own.
   const std::string_view special = contentTypeForKey(magicType(head));
   return special.empty() ? contentType : special;

@@ -5,7 +5,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -83,7 +83,8 @@ int Child::start(const std::string &program, const std::vector<std::string> &arg
     pid_ = 0;
     return failure;
   }
-  descriptor_ = FileDescriptor(::pidfd_open(pid_, 0));
+  // The C library's own declaration of it is not usable from C++.
+  descriptor_ = FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid_, 0)));
   return descriptor_ ? 0 : errno;
 }
 

@@ -23,13 +23,12 @@ struct NSTask {
 
   /// An absolute path; the search path is not used.
   NSString launchPath;
-  std::vector<NSString> arguments;
+  std::vector<NSString> arguments = {};
   double timeLimitSeconds = kTimeLimitSeconds;
   std::uint32_t maximumOutputBytes = kMaximumOutputBytes;
 
-  /// Runs the program and waits for it to exit; what it leaves running, and does not belong to its process
-  /// group any more, is not waited for. Nothing when it cannot be started, or does not keep within its limits:
-  /// it is then killed with its process group, and `*error` says why.
+  /// Runs the program and waits for it to exit, but not for what it leaves running. Nothing when it cannot be
+  /// started, or does not keep within its limits; it is then killed with its process group. `*error` says why.
   std::optional<Result> run(NSString *error = nullptr) const;
 };
 

@@ -24,7 +24,8 @@ namespace nimbo::detail {
 class PDFBudget {
  public:
   explicit PDFBudget(std::size_t memoryBytes)
-      : limit_(std::min(memoryBytes, kMaximumBytes)), functions_{this, allocate, reallocate, release} {}
+      : limit_(std::min<std::size_t>(memoryBytes, PTRDIFF_MAX)),
+        functions_{this, allocate, reallocate, release} {}
   ~PDFBudget();
   PDFBudget(const PDFBudget &) = delete;
   PDFBudget &operator=(const PDFBudget &) = delete;

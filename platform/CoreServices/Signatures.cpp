@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreServices/Signatures.hpp"
+
+#include <algorithm>
+
+namespace nimbo {
+namespace {
+
+constexpr std::size_t kPDFHeaderBytes = 1024;
+constexpr std::string_view kMailFields[] = {"date",     "delivered-to", "from",    "message-id", "mime-version",
+                                            "received", "return-path",  "subject", "to"};
+constexpr int kMailFieldsNeeded = 2;
+
+char lowerCase(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool isMailField(std::string_view name) {
+  return std::ranges::any_of(
+      kMailFields, [&](std::string_view field) { return std::ranges::equal(name, field, {}, lowerCase); });
+}
+
+}  // namespace
+
+bool beginsLikePDF(std::string_view head) {
+  return head.substr(0, kPDFHeaderBytes).find("%PDF-") != std::string_view::npos;
+}
+
+bool beginsLikeMail(std::string_view head) {
+  int found = 0;
+  while (!head.empty()) {
+    const std::size_t end = head.find('\n');
+    std::string_view line = head.substr(0, end);
+    head.remove_prefix(end == std::string_view::npos ? head.size() : end + 1);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (line.empty()) break;
+    if (line.front() == ' ' || line.front() == '\t') continue;
+    const std::string_view name = line.substr(0, line.find(':'));
+    if (name.size() == line.size() || name.empty() ||
+        !std::ranges::all_of(name, [](char c) { return c > ' ' && c < 0x7f; }))
+      return false;
+    if (isMailField(name)) ++found;
+  }
+  return found >= kMailFieldsNeeded;
+}
+
+}  // namespace nimbo

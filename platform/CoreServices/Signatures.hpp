@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+
+namespace nimbo {
+
+/// Readers of PDF accept the header anywhere in the first 1024 bytes, which the databases of signatures do not.
+bool beginsLikePDF(std::string_view head);
+
+/// Whether the text begins with the header of a mail, whichever field comes first: nothing but header fields up
+/// to an empty line (or the end of what is there), two of them fields that mails have. The databases know a few
+/// first fields only.
+bool beginsLikeMail(std::string_view head);
+
+}  // namespace nimbo

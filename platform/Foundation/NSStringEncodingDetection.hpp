@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// Text whose encoding nobody named, decoded.
+struct DetectedString {
+  /// The text without a byte order mark, its line endings as they were; nil when the bytes are not text.
+  NSString string;
+  /// The IANA name of the encoding, as "UTF-8" or "windows-1252" ("US-ASCII" when there is nothing else); nil
+  /// when the text is. All the bytes are possible in this encoding, but for what the next field says.
+  NSString encodingName;
+  /// Whether some damaged sequences became U+FFFD: only in UTF-8 that is valid for by far the greater part, and
+  /// behind a byte order mark.
+  bool usedLossyConversion = false;
+};
+
+/// Decodes text by its byte order mark, else by the pattern of its zero bytes (UTF-16, UTF-32), else as UTF-8,
+/// else by the statistics of its letters, else as windows-1252, else as macintosh or IBM850. Bytes with more
+/// than a few control characters are not text. `isCut` says that the bytes are the beginning of longer ones; a
+/// character that the cut divides is dropped. No bytes are the empty string.
+DetectedString stringWithDetectedEncoding(std::string_view bytes, bool isCut = false);
+
+}  // namespace nimbo

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+namespace detail {
+struct ImageInput;
+}
+
+/// An image file and what its header and its metadata say; no pixel is decoded. Used from one thread at a time.
+class CGImageSource {
+ public:
+  /// Null when there is no such regular file, or no image of a known kind that it could begin with.
+  static std::unique_ptr<CGImageSource> sourceWithContentsOfFile(const NSString &path);
+  static std::unique_ptr<CGImageSource> sourceWithData(const NSData &data);
+
+  /// The number of images (pages, frames) that the file says it has, at least 1.
+  std::uint32_t count() const { return count_; }
+  /// The uniform type identifier of the file's format, as "public.jpeg"; never nil.
+  const NSString &type() const { return type_; }
+  /// The facts of the first image under the platform's names, as far as they are known:
+  /// "PixelWidth", "PixelHeight" (integers, as stored, before the orientation is applied; always there);
+  /// "DPIWidth", "DPIHeight" (reals; 72 when the file does not say); "Depth" (integer, bits of one sample);
+  /// "ColorModel" ("RGB", "Gray", "CMYK" or "Lab"); "HasAlpha" (boolean); "Orientation" (integer 1 to 8, of
+  /// Exif); "ProfileName" (string); and the dictionaries "{Exif}", "{TIFF}", "{GPS}" and "{IPTC}". Exif
+  /// rationals are reals, dates the strings that stand in the file; "Latitude", "Longitude" (degrees) and
+  /// "Altitude" (metres) have no sign, which stands in "LatitudeRef" ("N", "S"), "LongitudeRef" ("E", "W") and
+  /// "AltitudeRef" (1 is below the sea). What only XMP says about title, authors, keywords and copyright stands
+  /// in "{IPTC}" too.
+  const NSDictionary &properties() const { return properties_; }
+
+ private:
+  CGImageSource() = default;
+  static std::unique_ptr<CGImageSource> sourceWithInput(const detail::ImageInput &input);
+
+  std::uint32_t count_ = 1;
+  NSString type_;
+  NSDictionary properties_;
+};
+
+}  // namespace nimbo

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo::detail {
+
+/// Where an image is read from: the file of that name, or the data when the name is empty.
+struct ImageInput {
+  std::string fileName;
+  NSData data;
+};
+
+/// What a reader found out about an image.
+struct ImageHeader {
+  /// Nil when the reader does not know the format.
+  NSString type;
+  std::uint32_t count = 1;
+  /// By the names of `CGImageSource::properties`.
+  NSDictionary properties;
+  /// Metadata as it stands in the file, for formats that only this reader understands; nil when there is none.
+  NSData exif;
+  NSData xmp;
+};
+
+/// The header as libvips reads it; formats whose loaders are not meant for untrusted files count as unknown.
+ImageHeader readHeaderWithVips(const ImageInput &input);
+
+/// Adds what Exiv2 finds: Exif, IPTC and XMP. Of formats that libvips leaves unknown it gives type and size
+/// too.
+void addMetadataWithExiv2(const ImageInput &input, ImageHeader &header);
+
+}  // namespace nimbo::detail

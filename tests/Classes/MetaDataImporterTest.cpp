@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/MetaDataImporter.hpp"
+
+#include <gtest/gtest.h>
+
+#include "Classes/MDImporterListing.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+#include "tests/ImporterBundle.hpp"
+
+namespace nimbo {
+namespace {
+
+/// A system with folders of its own, none of which is there yet, and a tool that prints what a test lets it.
+class MetaDataImporterTest : public testing::Test {
+ protected:
+  MetaDataImporterTest() {
+    locations.importerTool = folder.string("no tool");
+    locations.applicationFolders = {folder.string("Applications"), folder.string("Developer")};
+    locations.importerFolders = {folder.string("home"), folder.string("local"), folder.string("system")};
+    locations.shippedImporterFolder = folder.string("shipped");
+  }
+
+  /// A bundle around a function of the odd test plug-in.
+  NSString add(const std::string &path, const std::string &type, std::vector<std::string> factories,
+               const std::string &dynamic = "<false/>") {
+    return ImporterBundle{{type}, ODD_TEST_PLUGIN, std::move(factories), dynamic}.writeTo(folder,
+                                                                                          path + ".mdimporter");
+  }
+  /// Makes the tool print a text; "@" in it stands for this test's folder.
+  void toolPrints(std::string output) {
+    for (std::size_t at; (at = output.find('@')) != std::string::npos;)
+      output.replace(at, 1, folder.path().native());
+    folder.write("output", output);
+    locations.importerTool =
+        folder.write("tool", "#!/bin/sh\n[ \"$*\" = -L ] && cat \"$(dirname \"$0\")/output\" >&2\n");
+    std::filesystem::permissions(folder.path() / "tool", std::filesystem::perms(0755));
+  }
+  /// The importers in their order, without this test's folder and the ending.
+  std::vector<std::string> listed() {
+    std::vector<std::string> names;
+    for (const NSString &path : listMDImporters(locations)) {
+      const std::string name = path.UTF8String().substr(folder.path().native().size() + 1);
+      names.push_back(name.substr(0, name.find(".mdimporter")));
+    }
+    return names;
+  }
+
+  TemporaryFolder folder;
+  MetaDataImporterLocations locations;
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(MetaDataImporterTest, OrdersWhatTheToolLists) {
+  for (const char *name : {"app/1", "home/1", "home/2", "local/1", "local/2", "system/1", "system/2", "app/2"})
+    add(name, "public.data", {});
+  add("home/dynamic", "public.data", {}, "<true/>");
+  add("app/dynamic", "public.data", {}, "<string>YES</string>");
+  add("shipped/1", "public.data", {});
+  add("shipped/dynamic", "public.data", {}, "<integer>1</integer>");
+  const std::string list =
+      "(\n \"@/app/1.mdimporter\", \"@/app/dynamic.mdimporter\", \"@/system/1.mdimporter\", "
+      "\"@/home/1.mdimporter\",\n"
+      " \"@/shipped/1.mdimporter\", \"@/local/1.mdimporter\", \"@/home/dynamic.mdimporter\", "
+      "\"@/home/2.mdimporter\",\n"
+      " \"@/system/2.mdimporter\", \"@/local/2.mdimporter\", \"@/app/2.mdimporter\"\n)\n";
+  toolPrints("Paths: id(501) (these are all: \xc3\xa4) " + list);
+  EXPECT_EQ(listed(), (Names{"home/2", "home/1", "local/2", "local/1", "system/2", "system/1", "shipped/1",
+                             "app/1", "app/2"}));
+}
+
+TEST_F(MetaDataImporterTest, ScansTheFoldersWhenThereIsNoList) {
+  for (const char *name :
+       {"home/1", "local/1", "system/1", "shipped/1", "Applications/x/Contents/Library/Spotlight/1",
+        "Developer/x/Contents/Library/Spotlight/1", "home/sub/not"})
+    add(name, "public.data", {});
+  add("local/dynamic", "public.data", {}, "<true/>");
+  std::filesystem::rename(folder.path() / "home/1.mdimporter", folder.path() / "home/1.mdIMPORTER");
+  folder.write("local/other.txt", "");
+  const Names all = {"Applications/x/Contents/Library/Spotlight/1",
+                     "Developer/x/Contents/Library/Spotlight/1",
+                     "home/1.mdIMPORTER",
+                     "local/1",
+                     "system/1",
+                     "shipped/1"};
+  EXPECT_EQ(listed(), all) << "no tool";
+  for (const char *output : {"", "no list", "( \"@/app/1.mdimporter\" )", "(\n)", "(\n \"@/app/1.mdimporter\"",
+                             "(\n \"@/app/\xc3\xa4.mdimporter\"\n)"}) {
+    toolPrints(output);
+    EXPECT_EQ(listed(), all) << output;
+  }
+  toolPrints("(\n \"@/app/1.mdimporter\"\n) \xff");
+  EXPECT_EQ(listed(), Names{}) << "not UTF-8: nothing, and nothing else is tried";
+}
+
+TEST_F(MetaDataImporterTest, DoesNotFindTheApplicationsBelowATilde) {
+  // The folder is listed below the home folder, its entries are then looked for below the text "~".
+  const std::string relative = "Apps/x/Contents/Library/Spotlight/1";
+  add("home folder/" + relative, "public.data", {});
+  const char *home = ::getenv("HOME");
+  const std::string before = home ? home : "";
+  ::setenv("HOME", (folder.path() / "home folder").c_str(), 1);
+  locations.applicationFolders = {u"~/Apps"_ns};
+  const Names tilde = listed();
+  locations.applicationFolders = {stringByExpandingTildeInPath(u"~/Apps"_ns)};
+  const Names expanded = listed();
+  home ? ::setenv("HOME", before.c_str(), 1) : ::unsetenv("HOME");
+  EXPECT_EQ(tilde, Names{});
+  EXPECT_EQ(expanded, Names{"home folder/" + relative});
+}
+
+TEST_F(MetaDataImporterTest, TakesTheFirstImporterThatDeclaresTheType) {
+  add("home/a", "COM.Adobe.PDF", {"makeA"});
+  add("local/b", "com.adobe.pdf", {"makeB"});
+  add("system/c", "dyn.AH62d4rv4ge80g4dr", {"makeC"});
+  add("shipped/d", "public.plain-text", {"makeNothing", "makeStranger", "missing", "makeD", "makeA"});
+  MetaDataImporter importer(locations);
+  const auto asked = [&](const char *name) {
+    return importer.metaDataOfFileAtPath(folder.write(name, ""))
+        .objectForKey(u"importer"_ns)
+        .string()
+        .UTF8String();
+  };
+  EXPECT_EQ(asked("x.pdf"), "A");
+  EXPECT_EQ(asked("x.chm"), "C");
+  EXPECT_EQ(asked("x.txt"), "D") << "the first factory that offers the interface";
+  EXPECT_FALSE(importer.metaDataOfFileAtPath(folder.write("x.png", ""))) << "declared for editing only";
+  EXPECT_FALSE(importer.metaDataOfFileAtPath(folder.string("missing.pdf")));
+  EXPECT_FALSE(importer.metaDataOfFileAtPath(NSString()));
+  // The list is made once; one that cannot be loaded now does not let the next one in.
+  std::filesystem::permissions(folder.path() / "home/a.mdimporter", std::filesystem::perms(0777));
+  EXPECT_FALSE(importer.metaDataOfFileAtPath(folder.string("x.pdf")));
+}
+
+TEST_F(MetaDataImporterTest, TakesEveryKindOfValue) {
+  ImporterBundle{{"com.adobe.pdf"}, TEST_PLUGIN, {"makeEveryKindImporter"}}.writeTo(folder,
+                                                                                    "home/c.mdimporter");
+  MetaDataImporter importer(locations);
+  const NSString path = folder.write("n\xff\xc3\xa4me.pdf", "");
+  for (int round = 0; round < 2; ++round) {
+    const NSDictionary attributes = importer.metaDataOfFileAtPath(path);
+    const NSDictionary expected = {
+        {u"references"_ns, 1},  // The interface alone; the instance is released before.
+        {u"path"_ns, NSString::stringWithLossyUTF8String(*path.fileSystemRepresentation())},
+        {u"pathCharacters"_ns, path},
+        {u"contentType"_ns, u"com.adobe.pdf"_ns},
+        {u"kMDItemTextContent"_ns, u"b\u00e4\ufffd"_ns},
+        {u"characters"_ns, NSString::stringWithCharacters({u"u\0\xd800", 3})},
+        {u"real"_ns, 2.5},
+        {u"boolean"_ns, true},
+        {u"date"_ns, NSDate::dateWithTimeIntervalSince1970(0)},
+        {u"data"_ns, NSData::dataWithBytes("\0\1", 2)},
+        {u"null"_ns, NSNull()},
+        {u"empty"_ns, NSArray::array()},
+        {u"array"_ns, NSArray{NSNull(), true, -5, 0.5, NSDate{1}, u"text"_ns, u"u"_ns, NSData::data(),
+                              NSArray{NSNull(), true, -5}}},
+        {u"refused"_ns, 6},
+    };
+    for (const auto &[key, value] : expected)
+      EXPECT_EQ(attributes.objectForKey(key), value) << key.UTF8String();
+    EXPECT_EQ(attributes.count(), expected.count());
+  }
+  EXPECT_EQ(importer.textContentOfFileAtPath(path), u"b\u00e4\ufffd"_ns);
+}
+
+TEST_F(MetaDataImporterTest, KeepsWhatCameBeforeAnExceptionAndPassesOthersOn) {
+  add("home/raiser", "com.adobe.pdf", {"makeRaiser", "makeA"});
+  add("home/thrower", "public.plain-text", {"makeThrower"});
+  add("home/data", "public.html", {"makeDataText"});
+  MetaDataImporter importer(locations);
+  EXPECT_EQ(importer.metaDataOfFileAtPath(folder.write("x.pdf", "")), (NSDictionary{{u"before"_ns, 1}}));
+  EXPECT_THROW(importer.metaDataOfFileAtPath(folder.write("x.txt", "")), int);
+  const NSString page = folder.write("x.html", "");
+  EXPECT_EQ(importer.metaDataOfFileAtPath(page).count(), 1u);
+  EXPECT_FALSE(importer.textContentOfFileAtPath(page)) << "the text is no string";
+}
+
+}  // namespace
+}  // namespace nimbo

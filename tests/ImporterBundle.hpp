@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/TemporaryFolder.hpp"
+
+namespace nimbo {
+
+/// A bundle around one of the test plug-ins.
+struct ImporterBundle {
+  std::vector<std::string> contentTypes;
+  /// The library, and the functions in it that its factories are.
+  std::filesystem::path library;
+  std::vector<std::string> factories;
+  std::string dynamicRegistration = "<false/>";
+  std::string executable = "library.so";
+
+  /// Makes it at `name` in `folder`, safe to load, and answers its path.
+  NSString writeTo(const TemporaryFolder &folder, const std::string &name) const {
+    std::string named;
+    std::string functions;
+    std::string types;
+    for (std::size_t i = 0; i < factories.size(); ++i) {
+      const std::string uuid = "0a0b0c0d-0000-4000-8000-00000000000" + std::to_string(i);
+      named += "<string>" + uuid + "</string>";
+      functions += "<key>" + uuid + "</key><string>" + factories[i] + "</string>";
+    }
+    for (const std::string &type : contentTypes) types += "<string>" + type + "</string>";
+    folder.write(
+        name + "/Contents/Info.plist",
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict>"
+        "<key>CFBundleExecutable</key><string>" +
+            executable +
+            "</string>"
+            "<key>CFPlugInDynamicRegistration</key>" +
+            dynamicRegistration +
+            "<key>CFPlugInTypes</key><dict><key>8B08C4BF-415B-11D8-B3F9-0003936726FC</key><array>" + named +
+            "</array></dict><key>CFPlugInFactories</key><dict>" + functions +
+            "</dict>"
+            "<key>CFBundleDocumentTypes</key><array><dict><key>CFBundleTypeRole</key><string>Editor</string>"
+            "<key>LSItemContentTypes</key><array><string>public.png</string></array></dict>"
+            "<dict><key>CFBundleTypeRole</key><string>MDImporter</string>"
+            "<key>LSItemContentTypes</key><array>" +
+            types + "</array></dict></array></dict></plist>");
+    const std::filesystem::path bundle = folder.path() / name;
+    const std::filesystem::path code = bundle / "Contents/Linux";
+    std::filesystem::create_directory(code);
+    std::filesystem::copy_file(library, code / "library.so");
+    for (const auto &path :
+         {bundle, bundle / "Contents", bundle / "Contents/Info.plist", code, code / "library.so"})
+      std::filesystem::permissions(path, std::filesystem::perms(0755));
+    return folder.string(name);
+  }
+};
+
+}  // namespace nimbo

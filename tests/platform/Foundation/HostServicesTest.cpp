@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/Foundation/NSBundle.hpp"
+#include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
+#include "tests/TemporaryFolder.hpp"
+
+namespace nimbo {
+namespace {
+
+NSString text(std::string_view utf8) {
+  return NSString::stringWithUTF8String(utf8);
+}
+
+TEST(NSPathUtilities, TakesPathsApartAndJoinsThem) {
+  const std::pair<std::string_view, std::string_view> extensions[] = {
+      {"/a/b.txt", "txt"},     {"b.tar.gz", "gz"}, {"/a.b/c", ""}, {".hidden", ""},
+      {"/x/.hidden.Md", "Md"}, {"name.", ""},      {"", ""},       {"a.rtfd/", "rtfd"},
+  };
+  for (const auto &[path, extension] : extensions)
+    EXPECT_EQ(pathExtension(text(path)).UTF8String(), extension) << path;
+  const std::string_view joined[][3] = {
+      {"/a", "b", "/a/b"}, {"/a/", "/b", "/a/b"}, {"/", "b", "/b"}, {"", "b", "b"}, {"/a//", "", "/a"},
+  };
+  for (const auto &[path, component, whole] : joined)
+    EXPECT_EQ(stringByAppendingPathComponent(text(path), text(component)).UTF8String(), whole);
+}
+
+TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
+  const std::string home = NSHomeDirectory().UTF8String();
+  EXPECT_EQ(stringByExpandingTildeInPath(u"~/x"_ns).UTF8String(), home + "/x");
+  EXPECT_EQ(stringByExpandingTildeInPath(u"~"_ns).UTF8String(), home);
+  for (const NSString &path : {u"~somebody/x"_ns, u"/a/~/b"_ns, NSString::string()})
+    EXPECT_TRUE(stringByExpandingTildeInPath(path).identicalTo(path));
+}
+
+TEST(NSStringCase, LowersByUnicode) {
+  EXPECT_EQ(lowercaseString(u"COM.Adobe.PDF"_ns), u"com.adobe.pdf"_ns);
+  EXPECT_EQ(lowercaseString(u"\u0130\u0130"_ns), u"i\u0307i\u0307"_ns);  // Lower case is longer.
+  const NSString lower = u"public.\u00e4"_ns;
+  EXPECT_TRUE(lowercaseString(lower).identicalTo(lower));
+}
+
+TEST(NSFileManager, ListsEveryNameIncludingThoseThatAreNotUTF8) {
+  const TemporaryFolder folder;
+  for (const char *name : {".hidden", "plain", "b\xe4" "d\xff", "\xc3\xa4"}) folder.write(name, "");
+  auto names = NSFileManager::contentsOfDirectoryAtPath(folder.string(""));
+  ASSERT_TRUE(names);
+  EXPECT_EQ(names->size(), 4u);
+  for (const NSString &name : *names)
+    EXPECT_TRUE(NSFileManager::fileExistsAtPath(stringByAppendingPathComponent(folder.string(""), name)));
+  EXPECT_FALSE(NSFileManager::contentsOfDirectoryAtPath(folder.string("plain")));
+  EXPECT_FALSE(NSFileManager::contentsOfDirectoryAtPath(NSString()));
+  bool isDirectory = true;
+  EXPECT_TRUE(NSFileManager::fileExistsAtPath(folder.string("plain"), &isDirectory));
+  EXPECT_FALSE(isDirectory);
+}
+
+TEST(NSBundle, ReadsItsInformationAndRefusesExecutablesElsewhere) {
+  const TemporaryFolder folder;
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"code.so", "/Contents/Linux/code.so"}, {"../../code.so", ""}, {"/bin/sh", ""}, {"..", ""}, {"", ""},
+  };
+  for (const auto &[executable, path] : cases) {
+    folder.write("x.bundle/Contents/Info.plist",
+                 "{ CFBundleExecutable = \"" + std::string(executable) + "\"; Other = (a); }");
+    const NSBundle bundle(folder.string("x.bundle"));
+    EXPECT_EQ(bundle.objectForInfoDictionaryKey(u"Other"_ns), id(NSArray{u"a"_ns}));
+    const std::string expected = path.empty() ? "" : folder.string("x.bundle").UTF8String() + std::string(path);
+    EXPECT_EQ(bundle.executablePath().UTF8String(), expected);
+  }
+  folder.write("x.bundle/Contents/Info.plist",
+               "{ Other = \"" + std::string(NSBundle::kMaximumInfoBytes, 'x') + "\"; }");
+  EXPECT_FALSE(NSBundle(folder.string("x.bundle")).infoDictionary());
+  EXPECT_FALSE(NSBundle(folder.string("none")).infoDictionary());
+  EXPECT_TRUE(NSFileManager::fileExistsAtPath(
+      stringByAppendingPathComponent(NSBundle::mainBundle().bundlePath(), u"test-foundation"_ns)));
+}
+
+TEST(NSUserDefaults, PrefersTheFileToWhatIsRegistered) {
+  const TemporaryFolder folder;
+  NSUserDefaults defaults(folder.write("d.plist", "{ a = file; list = (x, y); mixed = (x, (y)); }"));
+  defaults.registerDefaults({{u"a"_ns, u"registered"_ns}, {u"b"_ns, 1}});
+  defaults.registerDefaults({{u"b"_ns, 2}});
+  EXPECT_EQ(defaults.stringForKey(u"a"_ns), u"file"_ns);
+  EXPECT_EQ(defaults.objectForKey(u"b"_ns), id(2));
+  EXPECT_FALSE(defaults.stringForKey(u"b"_ns));
+  EXPECT_FALSE(defaults.objectForKey(u"c"_ns));
+  EXPECT_EQ(defaults.stringArrayForKey(u"list"_ns), (std::vector<NSString>{u"x"_ns, u"y"_ns}));
+  EXPECT_FALSE(defaults.stringArrayForKey(u"mixed"_ns));
+  for (const NSString &path :
+       {folder.write("bad.plist", "{ a = "), folder.write("list", "(a)"), folder.string("no")})
+    EXPECT_FALSE(NSUserDefaults(path).objectForKey(u"a"_ns));
+}
+
+}  // namespace
+}  // namespace nimbo
