@@ -7,6 +7,12 @@ endif()
 if(QUIVERLEAF_SANITIZE)
   add_compile_options(-fsanitize=${QUIVERLEAF_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUIVERLEAF_SANITIZE})
+  # GCC takes a std::variant for uninitialized between what the sanitizers insert.
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+endif()
+if(QUIVERLEAF_FUZZ)
+  # The fuzzing engine is led by the coverage of the libraries, too.
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 find_program(CCACHE ccache)

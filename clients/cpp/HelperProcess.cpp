@@ -6,8 +6,11 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
+
+extern "C" {  // glibc 2.36 forgets it.
+#include <sys/pidfd.h>
+}
 
 #include <algorithm>
 #include <cerrno>

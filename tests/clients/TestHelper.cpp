@@ -6,8 +6,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <functional>
-#include <map>
 #include <new>
 #include <string>
 #include <thread>

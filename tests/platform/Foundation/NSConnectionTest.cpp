@@ -143,13 +143,14 @@ TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
   };
   const int helper = startHelper();
   RawClient good;
-  ASSERT_TRUE(good.answers());
+  // The second answer comes after the connection of the client that started the helper is closed.
+  ASSERT_TRUE(good.answers() && good.answers());
   const long open = descriptors(std::to_string(helper));
   for (const std::string &bytes : cases) {
     RawClient bad;
     EXPECT_TRUE(bad.send(bytes));
     EXPECT_TRUE(bad.isEnded()) << testing::PrintToString(bytes);
-    EXPECT_TRUE(good.answers());
+    EXPECT_TRUE(good.answers() && good.answers());
   }
   EXPECT_EQ(descriptors(std::to_string(helper)), open);
 }
@@ -244,7 +245,7 @@ TEST_F(NSConnectionTest, ServesClientsInOrderAndDropsThoseThatLeave) {
 TEST_F(NSConnectionTest, TurnsAwayClientsBeyondTheLimit) {
   const int helper = startHelper();
   RawClient first;
-  ASSERT_TRUE(first.answers());
+  ASSERT_TRUE(first.answers() && first.answers());
   const long open = descriptors(std::to_string(helper));
   {
     std::vector<std::unique_ptr<RawClient>> clients;
@@ -255,7 +256,7 @@ TEST_F(NSConnectionTest, TurnsAwayClientsBeyondTheLimit) {
     EXPECT_GT(clients.size(), 100u);
     EXPECT_TRUE(clients.front()->answers());
   }
-  EXPECT_TRUE(first.answers());
+  EXPECT_TRUE(first.answers() && first.answers());
   EXPECT_EQ(descriptors(std::to_string(helper)), open);
   EXPECT_TRUE(RawClient().answers());
 }
