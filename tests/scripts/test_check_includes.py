@@ -22,6 +22,10 @@ HOUSE = {
     "helper/NimboImExport.hpp": '#include "platform/Foundation/NSString.hpp"\n',
     "helper/Root.cpp": '#include "helper/NimboImExport.hpp"\n',
     "tools/Ask.cpp": '#include "helper/NimboImExport.hpp"\n#include <nlohmann/json.hpp>\n',
+    "platform/CoreServices/Table.cpp": '#include "Table.inc"\n',
+    "tests/Fixture.hpp": "#include <gtest/gtest.h>\n",
+    "tests/Classes/TextTest.cpp": '#include "tests/Fixture.hpp"\n',
+    "bench/PageBench.cpp": "#include <mupdf/fitz.h>\n",
     "tests/platform/PDFKit/PageTest.cpp": '#include <gtest/gtest.h>\n#include "platform/PDFKit/Engine.hpp"\n',
 }
 
