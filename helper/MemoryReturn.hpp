@@ -3,8 +3,8 @@
 
 namespace nimbo {
 
-/// Stands around one request: at its end the memory that the request used and freed goes back to the system, so that one
-/// large document does not leave a large process behind.
+/// Stands around one request: at its end the memory that the request used and freed goes back to the system, so
+/// that one large document does not leave a large process behind.
 class MemoryReturn {
  public:
   MemoryReturn() = default;

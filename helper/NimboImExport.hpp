@@ -8,8 +8,8 @@
 
 namespace nimbo {
 
-/// The contract between the helper and its callers: the name under which the helper registers, and the operations that
-/// its root object answers. clients/ is written against this file.
+/// The contract between the helper and its callers: the name under which the helper registers, and the
+/// operations that its root object answers. clients/ is written against this file.
 inline constexpr std::u16string_view kHelperConnectionName = u"QuiverleafHelper_2.0pb8build4";
 
 enum class RemoteKind { string, data, boolean, url, dictionary };
@@ -19,8 +19,9 @@ struct RemoteArgument {
   RemoteKind kind = RemoteKind::string;
 };
 
-/// An operation: the selector's keywords with the kinds of their arguments, and the kind of its result. Every argument may
-/// be absent (nil; a boolean is then NO), every result may be nil. A URL crosses as its absolute string.
+/// An operation: the selector's keywords with the kinds of their arguments, and the kind of its result. Every
+/// argument may be absent (nil; a boolean is then NO), every result may be nil. A URL crosses as its absolute
+/// string.
 struct RemoteOperation {
   std::u16string_view selector;
   std::array<RemoteArgument, 3> arguments;

@@ -25,8 +25,8 @@ NSDictionary QuiverleafHelper::attributedStringWithPDF(bool attributed, const NS
   return _attributedStringWithPDF(attributed, pdf, NSString(), false);
 }
 
-NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file,
-                                                        bool size) {
+NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const NSData &pdf,
+                                                        const NSString &file, bool size) {
   const std::unique_ptr<PDFDocument> document = pdf ? PDFDocument::documentWithData(pdf) : nullptr;
   if (!document) return NSDictionary();
   const NSDictionary attributes = document->documentAttributes();
@@ -47,7 +47,8 @@ NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const N
   return result;
 }
 
-NSString QuiverleafHelper::textOfPDF(PDFDocument &document, const NSDictionary &attributes, const NSString &file) {
+NSString QuiverleafHelper::textOfPDF(PDFDocument &document, const NSDictionary &attributes,
+                                     const NSString &file) {
   if (file && mayAskImporterForText(attributes)) {
     if (const NSString text = _mdimporter.textContentOfFileAtPath(file)) return fixedAndNormalizedString(text);
   }

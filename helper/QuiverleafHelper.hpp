@@ -8,12 +8,14 @@
 
 namespace nimbo {
 
-/// The root object: the operations of `NimboImExport`. Each reads its inputs, builds a result and keeps nothing but the
-/// list of importers. A nil answer means failure. See `NimboImExport.hpp` for the kinds of arguments and results.
+/// The root object: the operations of `NimboImExport`. Each reads its inputs, builds a result and keeps nothing
+/// but the list of importers. A nil answer means failure. See `NimboImExport.hpp` for the kinds of arguments
+/// and results.
 class QuiverleafHelper : public NSConnectionRootObject {
  public:
   /// The importers are looked for on the first request that needs them.
-  explicit QuiverleafHelper(MetaDataImporterLocations importers = MetaDataImporterLocations::standardLocations())
+  explicit QuiverleafHelper(
+      MetaDataImporterLocations importers = MetaDataImporterLocations::standardLocations())
       : _mdimporter(std::move(importers)) {}
 
   /// Raises NSInvalidArgumentException for a selector or an argument that is not in the contract.
@@ -33,14 +35,16 @@ class QuiverleafHelper : public NSConnectionRootObject {
   NSDictionary posterImageForMovieWithFile(const NSString &path);
   NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
 
-  /// The PDF worker. With `file`, the metadata importers are asked for its text first, unless Ghostscript made the PDF:
-  /// its text is better read here. Answers
+  /// The PDF worker. With `file`, the metadata importers are asked for its text first, unless Ghostscript made
+  /// the PDF: its text is better read here. Answers
   ///   "Locked"     true, only when the text needs a password; there is no "String" then
-  ///   "String"     the text of all pages, cleaned; missing when there are no pages, or when attributed text is asked for,
+  ///   "String"     the text of all pages, cleaned; missing when there are no pages, or when attributed text is
+  ///   asked for,
   ///                which this helper does not make
   ///   "PageCount"  an integer
   ///   the document's own attributes, which replace those above of the same name
-  ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as text, twice,
+  ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as
+  ///   text, twice,
   ///                and false
   /// Nil when there is no data or it is no PDF. Lets exceptions out.
   NSDictionary _attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file, bool size);

@@ -37,7 +37,8 @@ bool isOfKind(const id &value, RemoteKind kind) {
 /// The arguments of a request that has passed the check: of the kind that the contract says, or nil.
 class Arguments {
  public:
-  Arguments(const RemoteOperation &operation, const NSDictionary &values) : operation_(operation), values_(values) {
+  Arguments(const RemoteOperation &operation, const NSDictionary &values)
+      : operation_(operation), values_(values) {
     for (const auto &[keyword, value] : values) {
       const auto argument = std::find_if(operation.arguments.begin(), operation.arguments.end(),
                                          [&](const RemoteArgument &a) { return a.keyword == keyword.view(); });
@@ -69,10 +70,16 @@ using Handler = id (*)(QuiverleafHelper &, const Arguments &);
 constexpr Handler kHandlers[] = {
     [](QuiverleafHelper &h, const Arguments &a) -> id { return h.metaDataForFile(a.string(0)); },
     [](QuiverleafHelper &h, const Arguments &a) -> id { return h.searchableTextOfWebArchive(a.string(0)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.attributedStringWithPDF(a.boolean(0), a.data(1)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.attributedStringWithContentsOfFile(a.string(0)); },
+    [](QuiverleafHelper &h, const Arguments &a) -> id {
+      return h.attributedStringWithPDF(a.boolean(0), a.data(1));
+    },
+    [](QuiverleafHelper &h, const Arguments &a) -> id {
+      return h.attributedStringWithContentsOfFile(a.string(0));
+    },
     [](QuiverleafHelper &h, const Arguments &a) -> id { return h.writeRTFDData(a.data(0), a.string(1)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.RTFDWithHTML(a.data(0), a.string(1), a.boolean(2)); },
+    [](QuiverleafHelper &h, const Arguments &a) -> id {
+      return h.RTFDWithHTML(a.data(0), a.string(1), a.boolean(2));
+    },
     [](QuiverleafHelper &h, const Arguments &a) -> id { return h.PDFImageRepOfFile(a.string(0)); },
     [](QuiverleafHelper &h, const Arguments &a) -> id { return h.posterImageForMovieWithFile(a.string(0)); },
     [](QuiverleafHelper &h, const Arguments &a) -> id {
@@ -84,9 +91,8 @@ static_assert(std::size(kHandlers) == NimboImExport.size());
 }  // namespace
 
 id QuiverleafHelper::perform(const NSString &selector, const NSDictionary &arguments) {
-  const auto operation = std::find_if(NimboImExport.begin(), NimboImExport.end(), [&](const RemoteOperation &o) {
-    return o.selector == selector.view();
-  });
+  const auto operation = std::find_if(NimboImExport.begin(), NimboImExport.end(),
+                                      [&](const RemoteOperation &o) { return o.selector == selector.view(); });
   if (operation == NimboImExport.end()) raiseInvalidArgument(u"unrecognized selector: ", selector);
   const MemoryReturn memoryReturn;
   return kHandlers[operation - NimboImExport.begin()](*this, Arguments(*operation, arguments));

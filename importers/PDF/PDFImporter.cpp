@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::uint32_t kMaximumCopiedLengthInBytes = 64u << 20;
 /// For opening and for all the text, well below what callers wait; the pages that are not read by then are left
 /// out.
-constexpr double kTextSeconds = 10;
+constexpr double kTextSeconds = 6;
 /// For opening, and for one page.
 constexpr double kStepSeconds = 4;
 /// Pages after this much text are left out.

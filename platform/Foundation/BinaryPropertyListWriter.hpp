@@ -5,8 +5,9 @@
 
 namespace nimbo {
 
-/// Writes a property list in the binary form. Raises `PropertyListError`, also when there would be more than `NSNotFound`
-/// bytes. Each byte is written once, into memory of the final size. Equal dictionary keys are written once.
+/// Writes a property list in the binary form. Raises `PropertyListError`, also when there would be more than
+/// `NSNotFound` bytes. Each byte is written once, into memory of the final size. Equal dictionary keys are
+/// written once.
 NSData binaryDataWithPropertyList(const id &propertyList);
 
 }  // namespace nimbo

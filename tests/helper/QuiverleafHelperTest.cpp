@@ -16,7 +16,7 @@ class QuiverleafHelperTest : public testing::Test {
  protected:
   QuiverleafHelperTest() {
     ImporterBundle{{"com.adobe.pdf"}, TEST_PLUGIN, {"makeEveryKindImporter"}}.writeTo(folder,
-                                                                                     "shipped/PDF.mdimporter");
+                                                                                      "shipped/PDF.mdimporter");
     path = folder.write("a.pdf", "%PDF-1.4");
   }
 
@@ -90,12 +90,14 @@ TEST_F(QuiverleafHelperTest, AnswersTheContractAndNothingElse) {
     for (const RemoteArgument &argument : operation.arguments) {
       if (argument.keyword.empty()) continue;
       const id wrong = argument.kind == RemoteKind::data ? id(u"text"_ns) : id(NSData::data());
-      EXPECT_THROW(helper.perform(selector, {{NSString::stringWithCharacters(argument.keyword), wrong}}), NSException);
+      EXPECT_THROW(helper.perform(selector, {{NSString::stringWithCharacters(argument.keyword), wrong}}),
+                   NSException);
     }
   }
   EXPECT_THROW(helper.perform(u"metaDataForFile"_ns, NSDictionary()), NSException);
   EXPECT_THROW(helper.perform(u"metaDataForFile:"_ns, {{NSString::string(), path}}), NSException);
-  EXPECT_EQ(helper.perform(u"metaDataForFile:"_ns, {{u"metaDataForFile"_ns, path}}), helper.metaDataForFile(path));
+  EXPECT_EQ(helper.perform(u"metaDataForFile:"_ns, {{u"metaDataForFile"_ns, path}}),
+            helper.metaDataForFile(path));
   EXPECT_EQ(helper.perform(u"attributed:stringWithPDF:"_ns,
                            {{u"attributed"_ns, 0}, {u"stringWithPDF"_ns, samplePDF("columns.pdf")}}),
             facts("columns.pdf"));
