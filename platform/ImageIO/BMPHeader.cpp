@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
+#include <string>
+#include <string_view>
 
 #include "platform/ImageIO/ImageInput.hpp"
 
@@ -17,23 +17,9 @@ constexpr std::uint32_t kInformationHeaderLength = 40;
 constexpr double kInchesPerMeter = 39.3701;
 constexpr double kDefaultDPI = 72;
 
-using Bytes = std::array<std::uint8_t, kHeaderLength>;
-
-/// Zeros stand for what is missing.
-Bytes firstBytes(const ImageInput &input) {
-  Bytes bytes{};
-  if (input.fileName.empty()) {
-    input.data.view().copy(reinterpret_cast<char *>(bytes.data()), bytes.size());
-  } else {
-    std::ifstream(input.fileName, std::ios::binary)
-        .read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  }
-  return bytes;
-}
-
-std::uint32_t littleEndianAt(const Bytes &bytes, std::size_t offset, std::size_t length) {
+std::uint32_t littleEndianAt(std::string_view bytes, std::size_t offset, std::size_t length) {
   std::uint32_t value = 0;
-  for (std::size_t i = length; i-- > 0;) value = value << 8 | bytes[offset + i];
+  for (std::size_t i = length; i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes[offset + i]);
   return value;
 }
 
@@ -44,8 +30,10 @@ double dotsPerInch(std::uint32_t dotsPerMeter) {
 }  // namespace
 
 ImageHeader readHeaderOfBMP(const ImageInput &input) {
-  const Bytes bytes = firstBytes(input);
-  if (bytes[0] != 'B' || bytes[1] != 'M') return {};
+  std::string bytes = input.firstBytes();
+  if (!bytes.starts_with("BM")) return {};
+  // Zeros stand for what is missing.
+  bytes.resize(kHeaderLength);
   const std::uint32_t length = littleEndianAt(bytes, 14, 4);
   const bool isCore = length == kCoreHeaderLength;
   if (!isCore && length < kInformationHeaderLength) return {};

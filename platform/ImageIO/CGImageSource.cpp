@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include <fstream>
 #include <utility>
 
 #include "platform/ImageIO/ImageInput.hpp"
@@ -16,6 +17,15 @@ bool isRegularFile(const std::string &name) {
 }
 
 }  // namespace
+
+std::string detail::ImageInput::firstBytes() const {
+  if (fileName.empty()) return std::string(data.view().substr(0, kFirstBytesLength));
+  std::string bytes(kFirstBytesLength, '\0');
+  std::ifstream file(fileName, std::ios::binary);
+  file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(file.gcount()));
+  return bytes;
+}
 
 std::unique_ptr<CGImageSource> CGImageSource::sourceWithInput(const detail::ImageInput &input) {
   detail::ImageHeader header = detail::readHeaderWithVips(input);

@@ -11,6 +11,10 @@ namespace nimbo::detail {
 struct ImageInput {
   std::string fileName;
   NSData data;
+
+  /// At most so many bytes, enough to tell the formats apart.
+  static constexpr std::size_t kFirstBytesLength = 64;
+  std::string firstBytes() const;
 };
 
 /// What a reader found out about an image.
@@ -22,7 +26,7 @@ struct ImageHeader {
   NSDictionary properties;
 };
 
-/// The header as libvips reads it; formats whose loaders are not meant for untrusted files count as unknown.
+/// The header as libvips reads it; formats whose loaders are not meant for untrusted files are unknown.
 ImageHeader readHeaderWithVips(const ImageInput &input);
 
 /// The header of a Windows bitmap, which libvips does not read by itself.

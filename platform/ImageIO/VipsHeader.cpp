@@ -37,24 +37,41 @@ bool startVips() {
   return started;
 }
 
-/// Nil for what libvips loads besides images, as matrices of numbers.
-NSString typeOfImage(VipsImage *image) {
-  const char *loader = nullptr;
-  if (!vips_image_get_typeof(image, VIPS_META_LOADER) ||
-      vips_image_get_string(image, VIPS_META_LOADER, &loader))
-    return {};
-  const std::string_view name = loader;
-  if (name.starts_with("jpegload")) return u"public.jpeg"_ns;
-  if (name.starts_with("pngload")) return u"public.png"_ns;
-  if (name.starts_with("tiffload")) return u"public.tiff"_ns;
-  if (name.starts_with("gifload")) return u"com.compuserve.gif"_ns;
-  if (name.starts_with("webpload")) return u"org.webmproject.webp"_ns;
-  if (!name.starts_with("heifload")) return {};
+/// A format by the bytes that it begins with. libvips is never asked to find out by itself: it would try every
+/// loader, and one of them does not come to an end on some compressed files.
+struct Format {
+  std::string_view signature;
+  std::size_t offset;
+  NSString type;
+  int (*load)(VipsSource *, VipsImage **, ...);
+};
+
+/// Null when the bytes begin no format of ours.
+const Format *formatOfBytes(std::string_view bytes) {
+  using namespace std::literals;
+  static const Format kFormats[] = {
+      {"\xff\xd8\xff"sv, 0, u"public.jpeg"_ns, vips_jpegload_source},
+      {"\x89PNG\r\n\x1a\n"sv, 0, u"public.png"_ns, vips_pngload_source},
+      {"II*\0"sv, 0, u"public.tiff"_ns, vips_tiffload_source},
+      {"MM\0*"sv, 0, u"public.tiff"_ns, vips_tiffload_source},
+      {"II+\0"sv, 0, u"public.tiff"_ns, vips_tiffload_source},
+      {"MM\0+"sv, 0, u"public.tiff"_ns, vips_tiffload_source},
+      {"GIF8"sv, 0, u"com.compuserve.gif"_ns, vips_gifload_source},
+      {"WEBP"sv, 8, u"org.webmproject.webp"_ns, vips_webpload_source},
+      {"ftyp"sv, 4, u"public.heif"_ns, vips_heifload_source},
+  };
+  for (const Format &format : kFormats)
+    if (bytes.substr(std::min(format.offset, bytes.size())).starts_with(format.signature)) return &format;
+  return nullptr;
+}
+
+/// The type of a HEIF file by its compression; else `type`.
+NSString typeOfImage(VipsImage *image, const NSString &type) {
   const char *compression = "";
   if (vips_image_get_typeof(image, "heif-compression"))
     vips_image_get_string(image, "heif-compression", &compression);
   if (compression == std::string_view("hevc")) return u"public.heic"_ns;
-  return compression == std::string_view("av1") ? u"public.avif"_ns : u"public.heif"_ns;
+  return compression == std::string_view("av1") ? u"public.avif"_ns : type;
 }
 
 NSString colorModelOfImage(VipsImage *image) {
@@ -104,10 +121,9 @@ NSString profileNameOfImage(VipsImage *image) {
   return descriptionOfICCProfile({static_cast<const std::uint8_t *>(bytes), length});
 }
 
-ImageHeader headerOfImage(VipsImage *image) {
+ImageHeader headerOfImage(VipsImage *image, const Format &format) {
   ImageHeader header;
-  header.type = typeOfImage(image);
-  if (!header.type) return header;
+  header.type = typeOfImage(image, format.type);
   header.count = static_cast<std::uint32_t>(std::max(1, vips_image_get_n_pages(image)));
   NSDictionary &properties = header.properties;
   properties.setObject(vips_image_get_width(image), u"PixelWidth"_ns);
@@ -125,15 +141,16 @@ ImageHeader headerOfImage(VipsImage *image) {
 }  // namespace
 
 ImageHeader readHeaderWithVips(const ImageInput &input) {
-  if (!startVips()) return {};
+  const Format *format = formatOfBytes(input.firstBytes());
+  if (!format || !startVips()) return {};
   ImageHeader header;
   const std::unique_ptr<VipsSource, Unreference> source(
       input.fileName.empty() ? vips_source_new_from_memory(input.data.bytes(), input.data.length())
                              : vips_source_new_from_file(input.fileName.c_str()));
-  if (source) {
-    const std::unique_ptr<VipsImage, Unreference> image(
-        vips_image_new_from_source(source.get(), "", "access", VIPS_ACCESS_SEQUENTIAL, nullptr));
-    if (image) header = headerOfImage(image.get());
+  VipsImage *loaded = nullptr;
+  if (source && format->load(source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr) == 0) {
+    const std::unique_ptr<VipsImage, Unreference> image(loaded);
+    header = headerOfImage(image.get(), *format);
   }
   vips_error_clear();
   return header;
