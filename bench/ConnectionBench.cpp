@@ -153,9 +153,8 @@ void measure() {
   // Written to, since pages that are not stand all on the one page of zeros, which is read for nothing.
   const NSData data = NSData::dataWithBytes(std::string(kLargeBytes, 'x').data(), kLargeBytes);
   const NSDictionary large = {{u"metaDataForFile"_ns, data}};
-  const NSData body = encodeMessage(ConnectionRequest{1, selector, small});
-  std::string bytes(kMessageLengthBytes, '\0');
-  bytes += body.view();
+  std::string bytes;
+  for (const NSData &piece : encodeMessage(ConnectionRequest{1, selector, small})) bytes += piece.view();
   const BarePeer echo(bytes.size(), false);
   const BarePeer sink(0, true);
 

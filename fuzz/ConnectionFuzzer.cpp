@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "platform/Foundation/ConnectionChannel.hpp"
@@ -34,6 +35,14 @@ bool cut(const std::uint8_t *bytes, std::size_t count, std::vector<NSData> *bodi
     count -= length;
   }
   return true;
+}
+
+/// The body of a message that has been written in pieces.
+NSData bodyOf(const std::vector<NSData> &pieces) {
+  std::string bytes;
+  for (const NSData &piece : pieces) bytes += piece.view();
+  require(bytes.size() > kMessageLengthBytes);
+  return NSData::dataWithBytes(bytes.data() + kMessageLengthBytes, bytes.size() - kMessageLengthBytes);
 }
 
 }  // namespace
@@ -63,11 +72,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t cou
     // What is read as a message can be written, and reads the same again.
     ConnectionRequest request, sameRequest;
     if (decodeMessage(body, &request)) {
-      require(decodeMessage(encodeMessage(request), &sameRequest));
+      require(decodeMessage(bodyOf(encodeMessage(request)), &sameRequest));
       require(request.serial == sameRequest.serial && request.selector == sameRequest.selector);
     }
     ConnectionReply reply, sameReply;
-    if (decodeMessage(body, &reply)) require(decodeMessage(encodeMessage(reply), &sameReply));
+    if (decodeMessage(body, &reply)) require(decodeMessage(bodyOf(encodeMessage(reply)), &sameReply));
   }
   return 0;
 }

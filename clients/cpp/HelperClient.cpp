@@ -112,13 +112,13 @@ bool HelperClient::connect(bool startsHelper, Answer *failed) {
 Answer HelperClient::call(const NSString &selector, const NSDictionary &arguments) {
   NSString error;
   const ConnectionRequest request = {++serial_, selector, arguments};
-  const NSData body = encodeMessage(request, &error);
-  if (!body) return failure(Status::invalid, error.UTF8String());
+  const std::vector<NSData> pieces = encodeMessage(request, &error);
+  if (pieces.empty()) return failure(Status::invalid, error.UTF8String());
   for (int attempt = 1;; ++attempt) {
     Answer failed;
     if (!connect(options_.startsHelper, &failed)) return failed;
     session_->deadline = Clock::now() + Seconds(options_.timeoutSeconds);
-    if (session_->channel.send(body)) {
+    if (session_->channel.send(pieces)) {
       try {
         return awaitReply(request.serial);
       } catch (...) {
@@ -128,7 +128,7 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
     }
     // The helper ended since the last call. Only when it cannot have seen any of the request is that sent
     // again.
-    if (session_->channel.pendingBytes() < kMessageLengthBytes + body.length() || attempt == kAttempts)
+    if (session_->channel.pendingBytes() < lengthOfPieces(pieces) || attempt == kAttempts)
       return endDied("The helper closed the connection");
     endDied({});
   }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "platform/Foundation/BinaryPropertyListFormat.hpp"
@@ -16,6 +17,9 @@ namespace nimbo {
 namespace {
 
 using namespace BinaryPropertyList;
+
+/// Data of this size and more is a piece of its own when there are pieces.
+constexpr std::uint32_t kSeparatePieceBytes = 64u << 10;
 
 [[noreturn]] void fail(const char *reason) {
   throw PropertyListError{reason};
@@ -79,6 +83,9 @@ class KeyTable {
 /// of the walk.
 class Writer {
  public:
+  explicit Writer(bool inPieces) : inPieces_(inPieces) {}
+
+  /// All bytes but those of the pieces of their own.
   NSData write(const id &propertyList) {
     notes_.reserve(32);
     limits_.countValues(1);
@@ -91,19 +98,32 @@ class Writer {
     const std::uint64_t length = tableOffset + objectCount * offsetSize_ + kTrailerLength;
     if (length > NSNotFound) fail("larger than data can be");
 
-    std::unique_ptr<void, decltype(&std::free)> bytes(allocateBytes(length), &std::free);
+    std::unique_ptr<void, decltype(&std::free)> bytes(allocateBytes(length - separateBytes_), &std::free);
     if (!bytes) throw std::bad_alloc();
     start_ = at_ = static_cast<std::uint8_t *>(bytes.get());
     nextNote_ = notes_.data();
-    nextOffset_ = start_ + tableOffset;
+    nextOffset_ = start_ + tableOffset - separateBytes_;
     put(kMagic.data(), kMagic.size());
     for (const NSString *key : keys_.keys()) {
       beginObject();
       putString(*key, isASCII(key->view()));
     }
     writeObject(propertyList);
-    putTrailer(start_ + tableOffset + objectCount * offsetSize_, objectCount, tableOffset);
-    return NSData::dataWithMallocedBytes(bytes.release(), length);
+    putTrailer(nextOffset_, objectCount, tableOffset);
+    return NSData::dataWithMallocedBytes(bytes.release(), length - separateBytes_);
+  }
+
+  std::vector<NSData> writePieces(const id &propertyList) {
+    const NSData rest = write(propertyList);
+    std::vector<NSData> pieces;
+    std::uint32_t begin = 0;
+    for (const auto &[location, data] : separatePieces_) {
+      pieces.push_back(rest.subdataWithRange({begin, location - begin}));
+      pieces.push_back(data);
+      begin = location;
+    }
+    pieces.push_back(rest.subdataWithRange({begin, rest.length() - begin}));
+    return pieces;
   }
 
  private:
@@ -123,6 +143,7 @@ class Writer {
   void measureValue(NSDate, std::uint32_t) { objectBytes_ += 1 + 8; }
   void measureValue(const NSData &data, std::uint32_t) {
     objectBytes_ += sizeOfMarker(data.length()) + data.length();
+    if (isPiece(data)) separateBytes_ += data.length();
   }
   void measureValue(const NSString &string, std::uint32_t) {
     const bool ascii = isASCII(string.view());
@@ -175,7 +196,9 @@ class Writer {
   }
   void writeValue(const NSData &data) {
     putMarker(kData, data.length());
-    put(data.bytes(), data.length());
+    if (!isPiece(data)) return put(data.bytes(), data.length());
+    separatePieces_.emplace_back(static_cast<std::uint32_t>(at_ - start_), data);
+    skippedBytes_ += data.length();
   }
   void writeValue(const NSString &string) { putString(string, *nextNote_++ != 0); }
   void writeValue(const NSArray &array) {
@@ -192,7 +215,7 @@ class Writer {
 
   /// Enters the place as the next object's into the offset table and returns the object's number.
   std::uint64_t beginObject() {
-    putNumberAt(nextOffset_, static_cast<std::uint64_t>(at_ - start_), offsetSize_);
+    putNumberAt(nextOffset_, static_cast<std::uint64_t>(at_ - start_) + skippedBytes_, offsetSize_);
     nextOffset_ += offsetSize_;
     return nextNumber_++;
   }
@@ -251,6 +274,9 @@ class Writer {
     putNumberAt(trailer + kTrailerTableOffset, tableOffset, 8);
   }
 
+  bool isPiece(const NSData &data) const { return inPieces_ && data.length() >= kSeparatePieceBytes; }
+
+  const bool inPieces_;
   PropertyListLimits limits_;
   KeyTable keys_;
   /// What the measuring walk leaves for the writing one, in the order of the walk: for each dictionary the
@@ -260,6 +286,8 @@ class Writer {
   std::uint64_t references_ = 0;
   /// Of all objects, without the references.
   std::uint64_t objectBytes_ = 0;
+  /// Of all pieces of their own.
+  std::uint64_t separateBytes_ = 0;
 
   std::size_t referenceSize_ = 0;
   std::size_t offsetSize_ = 0;
@@ -268,12 +296,19 @@ class Writer {
   std::uint8_t *nextOffset_ = nullptr;
   std::uint64_t nextNumber_ = 0;
   const std::uint32_t *nextNote_ = nullptr;
+  /// The pieces of their own so far, each with its place among the other bytes, and their bytes.
+  std::vector<std::pair<std::uint32_t, NSData>> separatePieces_;
+  std::uint64_t skippedBytes_ = 0;
 };
 
 }  // namespace
 
 NSData binaryDataWithPropertyList(const id &propertyList) {
-  return Writer().write(propertyList);
+  return Writer(false).write(propertyList);
+}
+
+std::vector<NSData> binaryPiecesWithPropertyList(const id &propertyList) {
+  return Writer(true).writePieces(propertyList);
 }
 
 }  // namespace nimbo

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <utility>
 
@@ -19,6 +20,8 @@ constexpr std::size_t kReceiveBytesPerTurn = 4u << 20;
 /// Messages up to this size go through a buffer on the stack, so that one read takes a small message whole;
 /// more than that is read straight to its place.
 constexpr std::size_t kStackBufferBytes = 64u << 10;
+
+constexpr std::size_t kPiecesPerWrite = 16;
 
 }  // namespace
 
@@ -76,7 +79,7 @@ bool ConnectionChannel::consume(const std::uint8_t *bytes, std::size_t count, st
 /// Makes room for that many more bytes of the message, or more in proportion to what it has got so far.
 void ConnectionChannel::growBody(std::size_t room) {
   if (capacity_ - length_ >= room) return;
-  const std::size_t capacity = std::min(announced_, std::max(length_ + room, length_ * 2));
+  const std::size_t capacity = std::min(announced_, std::max(length_ + room, length_ * 4));
   auto *larger = static_cast<std::uint8_t *>(allocateBytes(capacity));
   if (!larger) throw std::bad_alloc();
   if (length_ > 0) std::memcpy(larger, body_.get(), length_);
@@ -89,34 +92,45 @@ void ConnectionChannel::finishBody(std::vector<NSData> *bodies) {
   headerLength_ = announced_ = capacity_ = length_ = 0;
 }
 
-bool ConnectionChannel::send(NSData body) {
-  pendingBytes_ += kMessageLengthBytes + body.length();
-  const auto header = encodeMessageLength(body.length());
-  outgoing_.push_back({header, std::move(body)});
-  return outgoing_.size() > 1 || flush();
+bool ConnectionChannel::send(std::vector<NSData> pieces) {
+  const bool waits = !outgoing_.empty();
+  pendingBytes_ += lengthOfPieces(pieces);
+  outgoing_.insert(outgoing_.end(), std::make_move_iterator(pieces.begin()),
+                   std::make_move_iterator(pieces.end()));
+  return waits || flush();
 }
 
 bool ConnectionChannel::flush() {
   while (!outgoing_.empty()) {
-    Outgoing &message = outgoing_.front();
-    const std::size_t size = kMessageLengthBytes + message.body.length();
-    const std::size_t ofHeader = std::min(message.written, kMessageLengthBytes);
-    const std::size_t ofBody = message.written - ofHeader;
-    iovec parts[2] = {
-        {message.header.data() + ofHeader, kMessageLengthBytes - ofHeader},
-        {const_cast<std::uint8_t *>(message.body.bytes()) + ofBody, message.body.length() - ofBody}};
+    std::array<iovec, kPiecesPerWrite> parts;
+    const std::size_t count = std::min(outgoing_.size(), parts.size());
+    std::size_t asked = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::uint32_t written = i == 0 ? writtenOfFirst_ : 0;
+      parts[i] = {const_cast<std::uint8_t *>(outgoing_[i].bytes()) + written, outgoing_[i].length() - written};
+      asked += parts[i].iov_len;
+    }
     msghdr header = {};
-    header.msg_iov = parts;
-    header.msg_iovlen = 2;
-    const ssize_t sent = ::sendmsg(socket_.get(), &header, MSG_NOSIGNAL | MSG_DONTWAIT);
-    if (sent < 0 && errno == EINTR) continue;
-    if (sent < 0) return errno == EAGAIN;
-    message.written += static_cast<std::size_t>(sent);
-    pendingBytes_ -= static_cast<std::size_t>(sent);
-    if (message.written < size) return true;
-    outgoing_.pop_front();
+    header.msg_iov = parts.data();
+    header.msg_iovlen = count;
+    const ssize_t result = ::sendmsg(socket_.get(), &header, MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (result < 0 && errno == EINTR) continue;
+    if (result < 0) return errno == EAGAIN;
+    const auto sent = static_cast<std::size_t>(result);
+    pendingBytes_ -= sent;
+    removeOutgoing(sent);
+    if (sent < asked) return true;
   }
   return true;
+}
+
+void ConnectionChannel::removeOutgoing(std::size_t sent) {
+  sent += writtenOfFirst_;
+  while (!outgoing_.empty() && sent >= outgoing_.front().length()) {
+    sent -= outgoing_.front().length();
+    outgoing_.pop_front();
+  }
+  writtenOfFirst_ = static_cast<std::uint32_t>(sent);
 }
 
 }  // namespace nimbo

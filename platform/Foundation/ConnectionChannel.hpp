@@ -31,22 +31,17 @@ class ConnectionChannel {
   /// The bytes of a message that is not complete yet.
   std::size_t incompleteBytes() const noexcept { return headerLength_ + length_; }
 
-  /// Queues a message behind those that are still on their way, and writes what the socket takes. False when
-  /// the other side is gone.
-  bool send(NSData body);
+  /// Queues a message, length included, behind those that are still on their way, and writes what the socket
+  /// takes. False when the other side is gone.
+  bool send(std::vector<NSData> pieces);
   bool flush();
   /// The bytes that are still to be written.
   std::size_t pendingBytes() const noexcept { return pendingBytes_; }
 
  private:
-  struct Outgoing {
-    std::array<std::uint8_t, kMessageLengthBytes> header;
-    NSData body;
-    std::size_t written = 0;
-  };
-
   bool consume(const std::uint8_t *bytes, std::size_t count, std::vector<NSData> *bodies);
   void growBody(std::size_t room);
+  void removeOutgoing(std::size_t sent);
   void finishBody(std::vector<NSData> *bodies);
 
   FileDescriptor socket_;
@@ -57,7 +52,9 @@ class ConnectionChannel {
   std::size_t announced_ = 0;
   std::size_t capacity_ = 0;
   std::size_t length_ = 0;
-  std::deque<Outgoing> outgoing_;
+  /// The pieces of messages that are still to be written, and how much of the first has been.
+  std::deque<NSData> outgoing_;
+  std::uint32_t writtenOfFirst_ = 0;
   std::size_t pendingBytes_ = 0;
 };
 

@@ -207,17 +207,17 @@ ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
 
 void ConnectionServer::reply(Client &client, const ConnectionReply &reply) {
   NSString error;
-  NSData body;
+  std::vector<NSData> pieces;
   try {
-    body = encodeMessage(reply, &error);
+    pieces = encodeMessage(reply, &error);
   } catch (const std::bad_alloc &) {
     error = u"No memory for the answer"_ns;
   }
-  if (!body)
-    body = encodeMessage(
+  if (pieces.empty())
+    pieces = encodeMessage(
         exceptionReply(reply.serial, NSString::stringWithCharacters(kGenericException), std::move(error)));
   const bool wasIdle = client.channel.pendingBytes() == 0;
-  if (!client.channel.send(std::move(body))) return end(client);
+  if (!client.channel.send(std::move(pieces))) return end(client);
   if (wasIdle && client.channel.pendingBytes() > 0)
     client.replyDeadline = g_get_monotonic_time() + replyTimeout_;
 }

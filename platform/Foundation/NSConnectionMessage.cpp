@@ -1,18 +1,32 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSConnectionMessage.hpp"
 
+#include <numeric>
 #include <utility>
 
+#include "platform/Foundation/BinaryPropertyListWriter.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/PropertyListLimits.hpp"
 
 namespace nimbo {
 namespace {
 
-NSData encode(const NSDictionary &message, NSString *error) {
-  NSData body = NSPropertyListSerialization::dataWithPropertyList(message, NSPropertyListFormat::binary, error);
-  if (body.length() <= kMaximumMessageBytes) return body;
-  if (error) *error = u"The message is too large"_ns;
-  return NSData();
+using Pieces = std::vector<NSData>;
+
+Pieces encode(const NSDictionary &message, NSString *error) {
+  try {
+    Pieces pieces = binaryPiecesWithPropertyList(message);
+    const std::size_t length = lengthOfPieces(pieces);
+    if (length > kMaximumMessageBytes) throw PropertyListError{"The message is too large"};
+    const std::uint8_t announced[kMessageLengthBytes] = {
+        static_cast<std::uint8_t>(length >> 24), static_cast<std::uint8_t>(length >> 16),
+        static_cast<std::uint8_t>(length >> 8), static_cast<std::uint8_t>(length)};
+    pieces.insert(pieces.begin(), NSData::dataWithBytes(announced, sizeof announced));
+    return pieces;
+  } catch (const PropertyListError &failure) {
+    if (error) *error = NSString::stringWithLossyUTF8String(failure.reason);
+    return {};
+  }
 }
 
 NSDictionary decode(const NSData &body) {
@@ -33,11 +47,11 @@ bool crossAsArguments(const NSDictionary &arguments) {
 
 }  // namespace
 
-NSData encodeMessage(const ConnectionRequest &request, NSString *error) {
+std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error) {
   if (!request.selector || !crossAsArguments(request.arguments)) {
     if (error)
       *error = u"A request needs a selector, and arguments that are booleans, numbers, strings or data"_ns;
-    return NSData();
+    return {};
   }
   return encode({{u"Request"_ns, request.serial},
                  {u"Selector"_ns, request.selector},
@@ -45,7 +59,7 @@ NSData encodeMessage(const ConnectionRequest &request, NSString *error) {
                 error);
 }
 
-NSData encodeMessage(const ConnectionReply &reply, NSString *error) {
+std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error) {
   NSDictionary message{{u"Reply"_ns, reply.serial}};
   if (!reply.exceptionName) {
     message.setObject(reply.result, u"Result"_ns);
@@ -56,9 +70,9 @@ NSData encodeMessage(const ConnectionReply &reply, NSString *error) {
   return encode(message, error);
 }
 
-std::array<std::uint8_t, kMessageLengthBytes> encodeMessageLength(std::uint32_t length) {
-  return {static_cast<std::uint8_t>(length >> 24), static_cast<std::uint8_t>(length >> 16),
-          static_cast<std::uint8_t>(length >> 8), static_cast<std::uint8_t>(length)};
+std::size_t lengthOfPieces(const std::vector<NSData> &pieces) {
+  return std::accumulate(pieces.begin(), pieces.end(), std::size_t{0},
+                         [](std::size_t sum, const NSData &piece) { return sum + piece.length(); });
 }
 
 std::uint32_t decodeMessageLength(const std::uint8_t *bytes) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "platform/Foundation/id.hpp"
 
@@ -36,14 +36,14 @@ struct ConnectionReply {
   NSString exceptionReason;
 };
 
-/// The property list of a message, without its length. Nil when a value cannot be written, an argument is of a
-/// kind that does not cross, the selector is missing, or the message would be too large; `*error` then says
-/// why.
-NSData encodeMessage(const ConnectionRequest &request, NSString *error = nullptr);
-NSData encodeMessage(const ConnectionReply &reply, NSString *error = nullptr);
+/// The whole message, length included, in pieces to be sent one after the other; large data is not copied.
+/// Empty when a value cannot be written, an argument is of a kind that does not cross, the selector is missing,
+/// or the message would be too large; `*error` then says why.
+std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error = nullptr);
+std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error = nullptr);
+std::size_t lengthOfPieces(const std::vector<NSData> &pieces);
 
-/// The bytes that announce a property list of that length, and the length that they announce.
-std::array<std::uint8_t, kMessageLengthBytes> encodeMessageLength(std::uint32_t length);
+/// The length that the first `kMessageLengthBytes` bytes of a message announce.
 std::uint32_t decodeMessageLength(const std::uint8_t *bytes);
 
 /// Reads the property list of a message, without its length. Data objects in the result share `body`.

@@ -25,13 +25,25 @@
 namespace nimbo {
 namespace {
 
+std::string joined(const std::vector<NSData> &pieces) {
+  std::string bytes;
+  for (const NSData &piece : pieces) bytes += piece.view();
+  return bytes;
+}
+
+NSData bodyOf(const std::vector<NSData> &pieces) {
+  const std::string bytes = joined(pieces).substr(kMessageLengthBytes);
+  return NSData::dataWithBytes(bytes.data(), bytes.size());
+}
+
 std::string message(const NSData &body) {
-  const auto length = encodeMessageLength(body.length());
-  return std::string(length.begin(), length.end()).append(body.view());
+  std::string bytes;
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(body.length() >> shift);
+  return bytes.append(body.view());
 }
 
 std::string request(const NSString &selector, const NSDictionary &arguments = {}, std::int64_t serial = 1) {
-  return message(encodeMessage(ConnectionRequest{serial, selector, arguments}));
+  return joined(encodeMessage(ConnectionRequest{serial, selector, arguments}));
 }
 
 std::string propertyList(const id &value) {
@@ -98,13 +110,20 @@ class NSConnectionTest : public HelperFixture {
 };
 
 TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
-  const NSDictionary arguments = {{u"flag"_ns, true},
-                                  {u"count"_ns, -7},
-                                  {u"ratio"_ns, 0.5},
-                                  {u"text"_ns, u"\xd800"_ns},
-                                  {u"data"_ns, NSData::data()}};
+  NSDictionary arguments = {{u"flag"_ns, true},
+                            {u"count"_ns, -7},
+                            {u"ratio"_ns, 0.5},
+                            {u"text"_ns, u"\xd800"_ns},
+                            {u"data"_ns, NSData::data()}};
+  // Large data, which is not copied into the message, among other values.
+  for (const NSString &key : {u"large"_ns, u"after"_ns, u"larger"_ns}) {
+    const std::string bytes(100'000u + key.length(), static_cast<char>(key.length()));
+    arguments.setObject(NSData::dataWithBytes(bytes.data(), bytes.size()), key);
+    arguments.setObject(key, key.substringWithRange({1, 3}));
+  }
   ConnectionRequest decoded;
-  ASSERT_TRUE(decodeMessage(encodeMessage(ConnectionRequest{INT64_MAX, u"a:b:"_ns, arguments}), &decoded));
+  ASSERT_TRUE(
+      decodeMessage(bodyOf(encodeMessage(ConnectionRequest{INT64_MAX, u"a:b:"_ns, arguments})), &decoded));
   EXPECT_EQ(decoded.serial, INT64_MAX);
   EXPECT_EQ(decoded.selector, u"a:b:"_ns);
   EXPECT_EQ(decoded.arguments, arguments);
@@ -113,7 +132,7 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
        {ConnectionReply{1, id(), {}, {}}, ConnectionReply{-2, NSArray{NSNull()}, {}, {}},
         ConnectionReply{3, id(), u"Name"_ns, NSString::string()}}) {
     ConnectionReply copy;
-    ASSERT_TRUE(decodeMessage(encodeMessage(reply), &copy));
+    ASSERT_TRUE(decodeMessage(bodyOf(encodeMessage(reply)), &copy));
     EXPECT_EQ(copy.serial, reply.serial);
     EXPECT_EQ(copy.result, reply.result);
     EXPECT_EQ(copy.exceptionName, reply.exceptionName);
