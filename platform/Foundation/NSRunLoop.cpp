@@ -13,14 +13,8 @@ NSRunLoop &NSRunLoop::currentRunLoop() {
   return loop;
 }
 
-NSRunLoop::NSRunLoop() : context_(g_main_context_ref_thread_default()) {}
-
-NSRunLoop::~NSRunLoop() {
-  g_main_context_unref(context_);
-}
-
 void NSRunLoop::run() {
-  for (;;) g_main_context_iteration(context_, TRUE);
+  for (;;) g_main_context_iteration(g_main_context_get_thread_default(), TRUE);
 }
 
 void NSRunLoop::runUntilDate(NSDate limitDate) {
@@ -28,6 +22,7 @@ void NSRunLoop::runUntilDate(NSDate limitDate) {
   const double seconds =
       limitDate.timeIntervalSinceReferenceDate - NSDate::date().timeIntervalSinceReferenceDate;
   const double milliseconds = std::clamp(std::ceil(seconds * 1000), 0.0, kLongestMilliseconds);
+  GMainContext *context = g_main_context_get_thread_default();
   bool isOver = false;
   GSource *timer = g_timeout_source_new(static_cast<guint>(milliseconds));
   const auto end = [](gpointer flag) -> gboolean {
@@ -35,8 +30,8 @@ void NSRunLoop::runUntilDate(NSDate limitDate) {
     return G_SOURCE_REMOVE;
   };
   g_source_set_callback(timer, end, &isOver, nullptr);
-  g_source_attach(timer, context_);
-  while (!isOver) g_main_context_iteration(context_, TRUE);
+  g_source_attach(timer, context);
+  while (!isOver) g_main_context_iteration(context, TRUE);
   g_source_unref(timer);
 }
 

@@ -3,17 +3,14 @@
 
 #include "platform/Foundation/NSDate.hpp"
 
-struct _GMainContext;
-
 namespace nimbo {
 
 /// Waits for a thread's input sources and serves them. One with nothing to do sleeps.
 class NSRunLoop {
  public:
-  /// The calling thread's own; lives as long as the thread.
+  /// The calling thread's own.
   static NSRunLoop &currentRunLoop();
 
-  ~NSRunLoop();
   NSRunLoop(const NSRunLoop &) = delete;
   NSRunLoop &operator=(const NSRunLoop &) = delete;
 
@@ -23,9 +20,7 @@ class NSRunLoop {
   void runUntilDate(NSDate limitDate);
 
  private:
-  NSRunLoop();
-
-  _GMainContext *context_;
+  NSRunLoop() = default;
 };
 
 }  // namespace nimbo

@@ -32,6 +32,10 @@ class TestRoot final : public NSConnectionRootObject {
     if (operation == "crash") ::kill(::getpid(), SIGKILL);
     if (operation == "unwritable") return nested(2000);
     if (operation == "sleep:") std::this_thread::sleep_for(std::chrono::duration<double>(*value.real()));
+    if (operation == "runLoop:") {
+      const NSDate end{NSDate::date().timeIntervalSinceReferenceDate + *value.real()};
+      NSRunLoop::currentRunLoop().runUntilDate(end);
+    }
     if (operation == "length:") return value.data().length();
     if (operation == "bytes:")
       return NSData::dataWithMallocedBytes(std::calloc(*value.integer(), 1), *value.integer());

@@ -261,6 +261,20 @@ TEST_F(NSConnectionTest, ServesClientsInOrderAndDropsThoseThatLeave) {
   EXPECT_EQ(notes->result, id(NSArray{1, 2, 3, 4}));
 }
 
+TEST_F(NSConnectionTest, AnOperationThatRunsTheRunLoopIsNotNested) {
+  startHelper();
+  RawClient first, leaving, second;
+  leaving.send(request(u"runLoop:"_ns, {{u"runLoop"_ns, 0.2}}));
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  second.send(note(1));
+  leaving.close();
+  first.send(request(u"runLoop:"_ns, {{u"runLoop"_ns, 0.1}}) + note(2, 2));
+  EXPECT_EQ(first.reply()->serial, 1);
+  EXPECT_EQ(first.reply()->serial, 2);
+  first.send(request(u"notes"_ns));
+  EXPECT_EQ(first.reply()->result, id(NSArray{1, 2}));
+}
+
 TEST_F(NSConnectionTest, TurnsAwayClientsBeyondTheLimit) {
   const int helper = startHelper();
   RawClient first;
