@@ -7,6 +7,7 @@ pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(MAGIC REQUIRED IMPORTED_TARGET libmagic)
 pkg_check_modules(VIPS REQUIRED IMPORTED_TARGET vips)
 pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
+pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2)
 
 # MuPDF's own pkg-config file names the wrong libraries.
 add_library(MuPDF INTERFACE)

@@ -7,8 +7,6 @@
 #include <fstream>
 #include <string>
 
-#include "platform/ImageIO/ICCProfile.hpp"
-
 namespace nimbo {
 namespace {
 
@@ -110,26 +108,6 @@ TEST(CGImageSource, SurvivesDamage) {
     }
     EXPECT_TRUE(CGImageSource::sourceWithData(whole)) << name;
   }
-}
-
-TEST(ICCProfile, FindsTheDescription) {
-  const std::string head(128, '\0');
-  const std::string entry = "\0\0\0\1desc\0\0\0\x90\0\0\0\x40"s;
-  const std::string text = "desc\0\0\0\0\0\0\0\5sRGB\0"s;
-  const std::string localized =
-      "mluc\0\0\0\0\0\0\0\2\0\0\0\x0c"
-      "deDE\0\0\0\4\0\0\0\x28"
-      "enUS\0\0\0\4\0\0\0\x2c"
-      "\0B\0l\0L\0f"s;
-  const auto description = [](const std::string &bytes) {
-    return detail::descriptionOfICCProfile(dataWithBytes(bytes).span());
-  };
-  EXPECT_EQ(description(head + entry + text), u"sRGB"_ns);
-  EXPECT_EQ(description(head + entry + localized), u"Lf"_ns);
-  const std::string profile = head + entry + localized;
-  for (std::size_t length = 0; length < profile.size(); ++length)
-    EXPECT_FALSE(description(profile.substr(0, length)) == u"Lf"_ns) << length;
-  EXPECT_FALSE(description(head + "\xff\xff\xff\xff" + "desc\xff\xff\xff\xf0\xff\xff\xff\xf0"));
 }
 
 }  // namespace
