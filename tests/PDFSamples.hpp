@@ -8,7 +8,7 @@
 
 namespace nimbo {
 
-/// A PDF of the tests' data folder; made by tests/data/make-pdfs.py.
+/// A PDF of the tests' data folder; made by scripts/make-test-pdfs.
 inline NSData samplePDF(const char *name) {
   return NSData::dataWithContentsOfFile(
       NSString::stringWithUTF8String(std::string(QUIVERLEAF_TEST_DATA "/pdf/") + name));
