@@ -2,6 +2,7 @@
 // The named connection against a bare Unix socket, each between two processes, in turns in one run: the round
 // trip of a small request against the same bytes echoed, and 64 MiB of data one way against the same bytes
 // written and acknowledged. Answers are checked before anything is timed. Prints medians and ratios.
+#include <sched.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -37,12 +38,23 @@ constexpr std::size_t kSinkBytes = 1u << 20;
   std::exit(1);
 }
 
+int servingProcessor = 0;
+
+/// Keeps this process on one processor.
+void stayOn(int processor) {
+  cpu_set_t set;
+  CPU_ZERO(&set);
+  CPU_SET(processor, &set);
+  if (::sched_setaffinity(0, sizeof set, &set) != 0) fail("sched_setaffinity");
+}
+
 /// Runs `serve` in a child that ends with this process.
 pid_t serveInChild(const std::function<void()> &serve) {
   const pid_t child = ::fork();
   if (child < 0) fail("fork");
   if (child > 0) return child;
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+  stayOn(servingProcessor);
   serve();
   ::_exit(0);
 }
@@ -180,17 +192,22 @@ void measure() {
   callLarge();
   sinkLarge();
 
-  std::printf("small request: %zu bytes\n", bytes.size());
-  report("small round trip", compare(kRoundTrips, callSmall, echoSmall));
+  report("round trip of a path", compare(kRoundTrips, callSmall, echoSmall));
   report("64 MiB one way", compare(kLargeTransfers, callLarge, sinkLarge));
 }
 
-}  // namespace
+std::vector<int> processors() {
+  cpu_set_t set;
+  if (::sched_getaffinity(0, sizeof set, &set) != 0) fail("sched_getaffinity");
+  std::vector<int> result;
+  for (int processor = 0; processor < CPU_SETSIZE; ++processor)
+    if (CPU_ISSET(processor, &set)) result.push_back(processor);
+  return result;
+}
 
-int main() {
-  std::string folder = std::filesystem::temp_directory_path() / "connection-bench.XXXXXX";
-  if (!::mkdtemp(folder.data())) fail("mkdtemp");
-  ::setenv("QUIVERLEAF_RUNTIME_DIR", folder.c_str(), 1);
+/// Measures against a helper of its own, with all serving processes on that processor.
+void measureOn(int processor) {
+  servingProcessor = processor;
   int ready[2];
   if (::pipe(ready) != 0) fail("pipe");
   const pid_t helper = serveInChild([&] {
@@ -204,8 +221,26 @@ int main() {
   });
   char byte;
   readAll(ready[0], &byte, 1);
+  ::close(ready[0]);
+  ::close(ready[1]);
   measure();
   ::kill(helper, SIGKILL);
   ::waitpid(helper, nullptr, 0);
+}
+
+}  // namespace
+
+int main() {
+  std::string folder = std::filesystem::temp_directory_path() / "connection-bench.XXXXXX";
+  if (!::mkdtemp(folder.data())) fail("mkdtemp");
+  ::setenv("QUIVERLEAF_RUNTIME_DIR", folder.c_str(), 1);
+  const std::vector<int> available = processors();
+  stayOn(available.front());
+  std::printf("both sides on one processor\n");
+  measureOn(available.front());
+  if (available.size() > 1) {
+    std::printf("on two processors\n");
+    measureOn(available.back());
+  }
   std::filesystem::remove_all(folder);
 }

@@ -57,8 +57,9 @@ class TestRoot final : public NSConnectionRootObject {
 }  // namespace
 
 int main() {
-  const std::string mark = "started." + std::to_string(::getpid());
-  FileDescriptor(::openat(openConnectionFolder().get(), mark.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+  const std::string name = "started." + std::to_string(::getpid());
+  const FileDescriptor mark(
+      ::openat(openConnectionFolder().get(), name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
   NSConnection &connection = NSConnection::defaultConnection();
   TestRoot root;
   connection.setRootObject(&root);

@@ -263,7 +263,8 @@ TEST_F(NSConnectionTest, ServesClientsInOrderAndDropsThoseThatLeave) {
 
 TEST_F(NSConnectionTest, AnOperationThatRunsTheRunLoopIsNotNested) {
   startHelper();
-  RawClient first, leaving, second;
+  // What comes in one turn counts in the order of the connections.
+  RawClient second, first, leaving;
   leaving.send(request(u"runLoop:"_ns, {{u"runLoop"_ns, 0.2}}));
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   second.send(note(1));
