@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
+#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 
 /// Serves the named connection for ever. A process whose name is taken stays unreachable.
 int main() {
   using namespace nimbo;
+  returnLargeBytesWhenFreed();
   NSConnection &connection = NSConnection::defaultConnection();
   QuiverleafHelper rootObject;
   connection.setRootObject(&rootObject);

@@ -8,7 +8,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/NSConnectionName.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
@@ -55,7 +54,6 @@ gboolean ConnectionServer::dispatchSource(GSource *source, GSourceFunc, gpointer
 ConnectionServer::ConnectionServer()
     : requestTimeout_(microseconds(kDefaultTimeoutSeconds)),
       replyTimeout_(microseconds(kDefaultTimeoutSeconds)) {
-  returnLargeBytesWhenFreed();
   static GSourceFuncs functions = {prepareSource, nullptr, dispatchSource, nullptr, nullptr, nullptr};
   source_ = g_source_new(&functions, sizeof(Source));
   reinterpret_cast<Source *>(source_)->server = this;

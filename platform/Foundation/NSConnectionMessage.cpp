@@ -4,8 +4,9 @@
 #include <numeric>
 #include <utility>
 
+#include "platform/Foundation/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/BinaryPropertyListReader.hpp"
 #include "platform/Foundation/BinaryPropertyListWriter.hpp"
-#include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/PropertyListLimits.hpp"
 
 namespace nimbo {
@@ -29,10 +30,14 @@ Pieces encode(const NSDictionary &message, NSString *error) {
   }
 }
 
+/// Nil when the body is anything but a binary property list with a dictionary; no other form is looked into.
 NSDictionary decode(const NSData &body) {
-  NSPropertyListFormat format = NSPropertyListFormat::xml;
-  const id message = NSPropertyListSerialization::propertyListFromData(body, &format);
-  return format == NSPropertyListFormat::binary ? message.dictionary() : NSDictionary();
+  if (!body.view().starts_with(BinaryPropertyList::kMagic)) return NSDictionary();
+  try {
+    return propertyListFromBinaryData(body).dictionary();
+  } catch (const PropertyListError &) {
+    return NSDictionary();
+  }
 }
 
 bool crossesAsArgument(const id &value) {

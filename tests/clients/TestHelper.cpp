@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "helper/NimboImExport.hpp"
+#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSConnectionName.hpp"
 #include "platform/Foundation/NSException.hpp"
@@ -57,6 +58,7 @@ class TestRoot final : public NSConnectionRootObject {
 }  // namespace
 
 int main() {
+  returnLargeBytesWhenFreed();
   const std::string name = "started." + std::to_string(::getpid());
   const FileDescriptor mark(
       ::openat(openConnectionFolder().get(), name.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
