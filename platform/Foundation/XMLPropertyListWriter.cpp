@@ -27,6 +27,8 @@ constexpr std::string_view kReplacementCharacter = "\xef\xbf\xbd";
 constexpr std::size_t kBase64Column = 76;
 constexpr std::size_t kLeastBase64Line = 16;
 
+/// Writes directly: pugixml's own writer leaves carriage returns as they are, and readers make line feeds of
+/// them.
 class Writer {
  public:
   NSData write(const id &propertyList) {
