@@ -17,6 +17,8 @@ namespace nimbo {
 namespace {
 
 constexpr std::size_t kReceiveBytesPerTurn = 4u << 20;
+/// A message of which this much has come is taken at its word.
+constexpr std::size_t kLargeMessageBytes = 1u << 20;
 /// Messages up to this size go through a buffer on the stack, so that one read takes a small message whole;
 /// more than that is read straight to its place.
 constexpr std::size_t kStackBufferBytes = 64u << 10;
@@ -76,10 +78,13 @@ bool ConnectionChannel::consume(const std::uint8_t *bytes, std::size_t count, st
   return true;
 }
 
-/// Makes room for that many more bytes of the message, or more in proportion to what it has got so far.
+/// Makes room for that many more bytes of the message, or more in proportion to what it has got so far. A
+/// message that has shown itself to be large gets room for all of it: what has not come is not touched, and so
+/// takes no memory.
 void ConnectionChannel::growBody(std::size_t room) {
   if (capacity_ - length_ >= room) return;
-  const std::size_t capacity = std::min(announced_, std::max(length_ + room, length_ * 4));
+  const std::size_t capacity =
+      length_ >= kLargeMessageBytes ? announced_ : std::min(announced_, std::max(length_ + room, length_ * 4));
   auto *larger = static_cast<std::uint8_t *>(allocateBytes(capacity));
   if (!larger) throw std::bad_alloc();
   if (length_ > 0) std::memcpy(larger, body_.get(), length_);
