@@ -40,6 +40,11 @@ std::string reasonForNoMetadata(const std::string &path) {
                            : "no importer takes a file of this type (" + extension + ")";
 }
 
+std::string reasonForEmptyMetadata(const std::string &path) {
+  const std::string reason = reasonFileIsUnreadable(path);
+  return reason.empty() ? "its importer found nothing in it; it may be damaged" : reason;
+}
+
 std::string reasonForNoPDF(std::string_view bytes) {
   if (bytes.empty()) return "is empty";
   const bool hasHeader = bytes.substr(0, kPDFHeaderSearchBytes).find("%PDF-") != std::string_view::npos;

@@ -13,6 +13,9 @@ std::string reasonFileIsUnreadable(const std::string &path);
 /// Why there is no metadata for a file.
 std::string reasonForNoMetadata(const std::string &path);
 
+/// Why the metadata of a file, though there is an importer for it, is empty.
+std::string reasonForEmptyMetadata(const std::string &path);
+
 /// Why bytes gave no PDF document.
 std::string reasonForNoPDF(std::string_view bytes);
 

@@ -59,7 +59,10 @@ int runMetadata(const CommandOptions &options, const Operands &operands) {
   const std::string path = absolutePath(file);
   const auto answer =
       clientWithOptions(options).metaDataForFile(NSString::stringWithFileSystemRepresentation(path));
-  return report(answer, file, options, [&] { return reasonForNoMetadata(path); });
+  const int code = report(answer, file, options, [&] { return reasonForNoMetadata(path); });
+  const NSDictionary attributes = answer.result.dictionary();
+  if (attributes && attributes.count() == 0) writeMessage(file + ": " + reasonForEmptyMetadata(path));
+  return code;
 }
 
 int runPDF(const CommandOptions &options, const Operands &operands) {

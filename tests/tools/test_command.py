@@ -105,6 +105,15 @@ class CommandTest(unittest.TestCase):
             with self.subTest(command=command, name=name):
                 self.assert_fails(3, message, command, name)
 
+    def test_an_empty_answer_says_why(self):
+        self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
+        self.file("empty.pdf", b"")
+        for name, message in (("cut.pdf", b"may be damaged"), ("empty.pdf", b"is empty")):
+            with self.subTest(name):
+                done = self.run_command("metadata", name)
+                self.assertEqual((done.returncode, json.loads(done.stdout)), (0, {}))
+                self.assertRegex(done.stderr, rb"\Aquiverleaf: " + name.encode() + rb": [^\n]*" + message + rb"\n\Z")
+
     def test_wrong_command_lines(self):
         cases = [
             ("no command",),
