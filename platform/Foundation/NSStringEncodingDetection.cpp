@@ -62,13 +62,13 @@ enum class Strictness { strict, lenient };
 /// A unit or a byte that is left over at the end is dropped. Nil when it is no text.
 DetectedString stringWithUTF16(std::string_view bytes, std::endian order, Strictness strictness) {
   NSMutableString units;
-  units.setLength(static_cast<std::uint32_t>(bytes.size() / 2));
-  unichar *out = units.mutableCharacters();
+  units.reserve(static_cast<std::uint32_t>(bytes.size() / 2));
   std::size_t controls = 0;
   std::size_t lone = 0;
   bool afterHigh = false;
   for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const unichar unit = *out++ = unitAt<char16_t>(bytes.data() + i, order);
+    const auto unit = unitAt<char16_t>(bytes.data() + i, order);
+    units.appendCharacter(unit);
     const bool completes = afterHigh && isLowSurrogate(unit);
     if (afterHigh != completes || (isLowSurrogate(unit) && !completes)) ++lone;
     afterHigh = isHighSurrogate(unit);
@@ -174,7 +174,8 @@ NSString stringWithConverter(std::string_view bytes, const char *encodingName, b
     units.setLength(length + kBlockLength);
     UChar *target = units.mutableCharacters() + length;
     status = U_ZERO_ERROR;
-    ucnv_toUnicode(converter.get(), &target, target + kBlockLength, &source, end, nullptr, !isCut, &status);
+    ucnv_toUnicode(converter.get(), &target, target + kBlockLength, &source, end, nullptr,
+                   static_cast<UBool>(!isCut), &status);
     units.setLength(static_cast<std::uint32_t>(target - units.mutableCharacters()));
   } while (status == U_BUFFER_OVERFLOW_ERROR);
   if (U_FAILURE(status)) return {};

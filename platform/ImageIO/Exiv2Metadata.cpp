@@ -124,7 +124,7 @@ class Description {
 
   NSDictionary dictionary() const {
     NSDictionary result;
-    const auto setString = [&](NSString name, const char *iptcKey, const char *xmpKey) {
+    const auto setString = [&](const NSString &name, const char *iptcKey, const char *xmpKey) {
       if (const NSArray found = texts(iptcKey, xmpKey)) result.setObject(found[0], name);
     };
     setString(u"ObjectName"_ns, "Iptc.Application2.ObjectName", "Xmp.dc.title");

@@ -35,7 +35,7 @@ std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint3
 }  // namespace
 
 PDFBudget::~PDFBudget() {
-  while (blocks_.next != &blocks_) release(this, blocks_.next + 1);
+  for (Block *block = blocks_.next; block != &blocks_;) std::free(std::exchange(block, block->next));
 }
 
 void PDFBudget::beginStep(double seconds) {

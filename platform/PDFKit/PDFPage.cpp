@@ -119,7 +119,7 @@ NSString PDFPage::string() const {
     return {};
   }
   engine_->pageWasRead(true);
-  return stringOfPage(*text.page);
+  return text.page ? stringOfPage(*text.page) : NSString();
 }
 
 NSRect PDFPage::boundsForBox(PDFDisplayBox box) const {

@@ -7,6 +7,7 @@
 
 extern "C" {
 
+// The linker fixes these names. NOLINTBEGIN(bugprone-reserved-identifier)
 jpeg_error_mgr *__real_jpeg_std_error(jpeg_error_mgr *manager);
 
 jpeg_error_mgr *__wrap_jpeg_std_error(jpeg_error_mgr *manager) {
@@ -14,5 +15,6 @@ jpeg_error_mgr *__wrap_jpeg_std_error(jpeg_error_mgr *manager) {
   standard->output_message = [](j_common_ptr) {};
   return standard;
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 }  // extern "C"
