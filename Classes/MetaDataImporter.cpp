@@ -49,7 +49,7 @@ MetaDataImporter *MetaDataImporter::shared_ = nullptr;
 
 MetaDataImporterLocations MetaDataImporterLocations::standardLocations() {
   const NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
-  const auto string = [&](const NSString &key, NSString standard) {
+  const auto string = [&](const NSString &key, const NSString &standard) {
     NSString value = defaults.stringForKey(key);
     return stringByExpandingTildeInPath(value ? value : standard);
   };

@@ -39,12 +39,13 @@ class Arguments {
  public:
   Arguments(const RemoteOperation &operation, const NSDictionary &values)
       : operation_(operation), values_(values) {
-    for (const auto &[keyword, value] : values) {
+    for (const NSDictionary::Entry &entry : values) {
+      const NSString &keyword = entry.first;
       const auto argument = std::find_if(operation.arguments.begin(), operation.arguments.end(),
                                          [&](const RemoteArgument &a) { return a.keyword == keyword.view(); });
       if (argument == operation.arguments.end() || keyword.length() == 0)
         raiseInvalidArgument(u"unknown argument: ", keyword);
-      if (!isOfKind(value, argument->kind)) raiseInvalidArgument(u"wrong kind of argument: ", keyword);
+      if (!isOfKind(entry.second, argument->kind)) raiseInvalidArgument(u"wrong kind of argument: ", keyword);
     }
   }
 

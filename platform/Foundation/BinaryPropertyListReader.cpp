@@ -177,8 +177,8 @@ class Reader {
     result.reserve(length);
     result.setLength(length);
     unichar *units = result.mutableCharacters();
-    for (std::uint32_t i = 0; i < length; ++i)
-      units[i] = static_cast<unichar>(bytes[2 * i] << 8 | bytes[2 * i + 1]);
+    for (std::uint32_t i = 0; i < length; ++i, bytes += 2)
+      units[i] = static_cast<unichar>(bytes[0] << 8 | bytes[1]);
     return std::move(result).string();
   }
 

@@ -73,7 +73,7 @@ NSData NSData::dataWithMallocedBytes(void *bytes, std::size_t length) {
   std::unique_ptr<void, decltype(&std::free)> owner(bytes, &std::free);
   if (length > NSNotFound) return NSData();
   auto *storage = new MallocedStorage(static_cast<std::uint8_t *>(bytes), static_cast<std::uint32_t>(length));
-  owner.release();
+  (void)owner.release();
   return NSData(storage);
 }
 

@@ -42,6 +42,8 @@ class NSData {
     return *this;
   }
   ~NSData() {
+    // The analyzer does not see that the last reference is the last.
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete)
     if (storage_ && storage_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) delete storage_;
   }
 

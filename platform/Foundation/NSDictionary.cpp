@@ -87,8 +87,8 @@ void NSDictionary::removeObjectForKey(const NSString &key) {
 }
 
 void NSDictionary::addEntriesFromDictionary(const NSDictionary &other) {
-  const NSDictionary source = other;
-  for (const auto &[key, value] : source) setObject(value, key);
+  if (storage_ == other.storage_) return;
+  for (const auto &[key, value] : other) setObject(value, key);
 }
 
 NSDictionary::Storage &NSDictionary::own() {
