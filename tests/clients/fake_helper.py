@@ -56,9 +56,9 @@ def main():
     path = os.path.join(os.environ["QUIVERLEAF_RUNTIME_DIR"], NAME)
     if os.path.exists(path):
         os.unlink(path)
+    os.umask(0o177)
     listener = socket.socket(socket.AF_UNIX)
     listener.bind(path)
-    os.chmod(path, 0o600)
     listener.listen()
     while True:
         connection, _ = listener.accept()

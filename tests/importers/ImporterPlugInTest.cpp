@@ -40,8 +40,6 @@ TEST(ImporterPlugIn, IsAComponentObject) {
   EXPECT_EQ(other, nullptr);
   EXPECT_EQ(importer.functions().QueryInterface(importer.object(), kMDImporterInterfaceID, &other), 0);
   ASSERT_EQ(other, importer.object());
-  EXPECT_EQ(importer.functions().AddRef(other), 3u);
-  EXPECT_EQ(importer.functions().Release(other), 2u);
   EXPECT_EQ(importer.functions().Release(other), 1u);
 }
 
@@ -59,11 +57,8 @@ TEST(ImporterPlugIn, AttributesKeepTheirTypes) {
   static const NSDictionary wanted = {
       {u"boolean"_ns, true},
       {u"integer"_ns, -7},
-      {u"real"_ns, 0.5},
-      {u"date"_ns, NSDate{1.5}},
       {u"string"_ns, NSString::stringWithCharacters(u"a\xd800 leaf")},
       {u"empty"_ns, u""_ns},
-      {u"data"_ns, NSData::dataWithBytes("\0\1", 2)},
       {u"array"_ns, NSArray{u"leaf"_ns, 2, 0.5, false, NSDate{3}, NSData::dataWithBytes("x", 1)}},
       {u"nothing"_ns, NSArray::array()},
   };

@@ -45,12 +45,10 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
       {"\xfe\xff" + wide(line, 2, true) + "x", "UTF-16BE", u"Köcher, 2 Stück\r\n"},
       {"\xff\xfe\0\0"s + wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
       {"\0\0\xfe\xff"s + wide(U"\U0001f343", 4, true), "UTF-32BE", u"🍃"},
-      {"\xff\xfe", "UTF-16LE", u""},
       // Zero patterns, without a mark.
       {wide(line, 2, false), "UTF-16LE", u"Köcher, 2 Stück\r\n"},
       {wide(U"Лист, 2 листа\n", 2, true), "UTF-16BE", u"Лист, 2 листа\n"},
       {wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
-      {wide(line, 4, true), "UTF-32BE", u"Köcher, 2 Stück\r\n"},
       // UTF-8: short, cut, with a little damage.
       {"\xc3\xb6", "UTF-8", u"ö"},
       {"caf\xc3\xa9 \xe2\x82", "UTF-8", u"café "},
@@ -110,8 +108,7 @@ TEST(NSStringEncodingDetection, EveryCutOfTextKeepsItsEncoding) {
   }
 }
 
-TEST(NSStringEncodingDetection, OneOddByteFarBehindIsDecodedToo) {
-  // Far beyond what the statistics look at.
+TEST(NSStringEncodingDetection, AnOddByteBeyondWhatTheStatisticsReadIsDecodedToo) {
   std::string bytes(300'000, 'x');
   for (std::size_t i = 79; i < bytes.size(); i += 80) bytes[i] = '\n';
   bytes += "caf\xe9\n";
