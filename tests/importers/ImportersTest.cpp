@@ -168,9 +168,12 @@ TEST_F(Importers, DamagedFiles) {
     const std::string whole = contentsOfExample(name);
     const std::string copy = std::string("damaged-") + name;
     EXPECT_FALSE(metaDataOf(copy, "").objectForKey(u"kMDItemPixelWidth"_ns));
-    for (std::size_t cut = 1; cut < 12; ++cut) {
-      const std::size_t middle = whole.size() * cut / 12;
+    for (std::size_t cut = 1; cut < 24; ++cut) {
+      const std::size_t middle = whole.size() * cut / 24;
       metaDataOf(copy, whole.substr(0, middle));
+      std::string changed = whole;
+      changed[middle] = static_cast<char>(~changed[middle]);
+      metaDataOf(copy, changed);
       std::string holed = whole;
       holed.replace(middle, holed.size() / 20, holed.size() / 20, '\0');
       metaDataOf(copy, holed);

@@ -64,18 +64,10 @@ TEST(CGImageSource, TakesNoNameForAnythingButAFile) {
   std::filesystem::current_path(before);
 }
 
-/// What it reads from a file it reads from memory; what is damaged may give something or nothing.
-TEST(CGImageSource, SurvivesDamage) {
+TEST(CGImageSource, ReadsFromMemoryWhatItReadsFromTheFile) {
   for (const char *name : {"leaf.jpg", "leaf.png"}) {
-    const NSData whole = NSData::dataWithContentsOfFile(example(name));
-    for (std::uint32_t length = 1; length < whole.length(); length += 1 + length / 16) {
-      CGImageSource::sourceWithData(dataWithBytes(whole.view().substr(0, length)));
-      std::string changed(whole.view());
-      changed[length] = static_cast<char>(~changed[length]);
-      CGImageSource::sourceWithData(dataWithBytes(changed));
-    }
     const auto file = CGImageSource::sourceWithContentsOfFile(example(name));
-    const auto data = CGImageSource::sourceWithData(whole);
+    const auto data = CGImageSource::sourceWithData(NSData::dataWithContentsOfFile(example(name)));
     ASSERT_TRUE(file && data) << name;
     EXPECT_EQ(file->properties(), data->properties()) << name;
     EXPECT_EQ(file->type(), data->type()) << name;

@@ -97,8 +97,7 @@ TEST(PDFDocument, TakesWhatAReaderSees) {
       "<</Type /Annot /Subtype /Widget /FT /Tx /T (a) /V (x) /Rect [20 20 180 40] /AP <</N 6 0 R>>>>";
   const std::string unknownGlyphs =
       "<</Type /Font /Subtype /Type0 /BaseFont /Odd /Encoding /Identity-H /DescendantFonts [<</Type /Font "
-      "/Subtype /CIDFontType2 /BaseFont /Odd /CIDSystemInfo <</Registry (Adobe) /Ordering (Identity) "
-      "/Supplement 0>> "
+      "/Subtype /CIDFontType2 /BaseFont /Odd /CIDSystemInfo <</Registry (Adobe) /Ordering (Identity)>> "
       "/FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 4>>>>]>>";
   const std::string resources = "/Resources <</Font <</F 5 0 R /G 7 0 R>>>>";
   const auto document = PDFDocument::documentWithData(PDFOfObjects({
@@ -168,9 +167,8 @@ TEST(PDFDocument, GivesUpPagesThatCostTooMuch) {
     for (std::uint32_t i = 0; i < c.readable.size(); ++i)
       EXPECT_EQ(document->pageAtIndex(i).string(), c.readable[i] ? u"good\n"_ns : NSString()) << i;
   }
-  std::vector<std::string> manyObjects(2000, kFont);
-  manyObjects[0] = kCatalog;
-  manyObjects[1] = "<</Type /Pages /Kids [] /Count 0>>";
+  std::vector<std::string> manyObjects = {kCatalog, "<</Type /Pages /Kids [] /Count 0>>"};
+  manyObjects.resize(2000, kFont);
   EXPECT_TRUE(PDFDocument::documentWithData(PDFOfObjects(manyObjects)));
   EXPECT_FALSE(PDFDocument::documentWithData(PDFOfObjects(manyObjects), {.stepSeconds = 0}));
 }
