@@ -210,14 +210,6 @@ class BadHelperTest(HelperTestCase):
 
 
 class RealHelperTest(HelperTestCase):
-    def test_metadata_and_a_locked_pdf(self):
-        path = os.path.join(os.fsencode(self.folder), b"caf\xe9.txt")
-        with open(path, "wb") as file:
-            file.write(b"Some words in a file")
-        self.assertIn("Some words", self.helper.metaDataForFile(path)["kMDItemTextContent"])
-        self.assertIsNone(self.helper.metaDataForFile(path + b".missing"))
-        self.assertIs(self.helper.attributedStringWithPDF(False, documents.pdf(locked=True))["Locked"], True)
-
     def test_the_example(self):
         path = pathlib.Path(self.folder) / "sample.pdf"
         path.write_bytes(documents.pdf(("Words of an example",)))

@@ -40,10 +40,8 @@ TEST(ContentTypes, GoesByTheName) {
       {"a.tar.gz", "", "org.gnu.gnu-zip-tar-archive"},
       {"a.cpp", "", "public.c-plus-plus-source"},
       {"a.html", "<?xml version=\"1.0\"?><html xmlns=\"http://www.w3.org/1999/xhtml\"/>", "public.html"},
-      {"a.webarchive", "bplist00", "com.apple.webarchive"},
       {"a.erl", "", "public.source-code"},  // A type of its own that derives from plain text.
       {"a.wsdl.fo", "", "public.xml"},
-      {"a.skencil.sk", "", "public.image"},
   });
 }
 
