@@ -70,6 +70,7 @@ class PropertyListTest(unittest.TestCase):
             "reference outside": raw_list(b"\xa1\x07"),
             "top outside": raw_list(text, top=9),
             "count beyond the data": raw_list(b"\xaf\x13" + b"\x7f" * 8),
+            "text beyond the data": raw_list(b"\x5f\x12\x7f\xff\xff\xff"),
             "length that is no integer": raw_list(b"\x5f\x51"),
             "key that is no string": raw_list(b"\xd1\x01\x01", b"\x10\x01"),
             "unknown kind": raw_list(b"\x70"),

@@ -84,8 +84,8 @@ TEST(PDFDocument, TakesWhatAReaderSees) {
       "<</Type /Annot /Subtype /Widget /FT /Tx /T (a) /V (x) /Rect [20 20 180 40] /AP <</N 6 0 R>>>>";
   const std::string unknownGlyphs =
       "<</Type /Font /Subtype /Type0 /BaseFont /Odd /Encoding /Identity-H /DescendantFonts [<</Type /Font "
-      "/Subtype /CIDFontType2 /BaseFont /Odd /CIDSystemInfo <</Registry (Adobe) /Ordering (Identity)>> "
-      "/FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 4>>>>]>>";
+      "/Subtype /CIDFontType2 /BaseFont /Odd /CIDSystemInfo <</Registry (Adobe) /Ordering (Identity) "
+      "/Supplement 0>> /FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 4>>>>]>>";
   const std::string resources = "/Resources <</Font <</F 5 0 R /G 7 0 R>>>>";
   const auto document = PDFDocument::documentWithData(PDFOfObjects({
       kCatalog,
