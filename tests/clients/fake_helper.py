@@ -15,20 +15,10 @@ NAME = "QuiverleafHelper_2.0pb8build4"
 DOES = os.environ.get("FAKE_HELPER_DOES")
 
 
-def receive(connection, count):
-    data = b""
-    while len(data) < count:
-        part = connection.recv(count - len(data))
-        if not part:
-            raise EOFError
-        data += part
-    return data
-
-
 def serve(connection):
-    while True:
-        length = struct.unpack(">I", receive(connection, 4))[0]
-        request = plist.loads(receive(connection, length))
+    stream = connection.makefile("rb")
+    while length := stream.read(4):
+        request = plist.loads(stream.read(struct.unpack(">I", length)[0]))
         selector = DOES or request["Selector"]
         reply = {"Reply": request["Request"], "Result": request["Arguments"]}
         if selector == "die:":
@@ -56,16 +46,16 @@ def main():
     path = os.path.join(os.environ["QUIVERLEAF_RUNTIME_DIR"], NAME)
     if os.path.exists(path):
         os.unlink(path)
+    os.umask(0o177)
     listener = socket.socket(socket.AF_UNIX)
     listener.bind(path)
-    os.chmod(path, 0o600)
     listener.listen()
     while True:
         connection, _ = listener.accept()
         with connection:
             try:
                 serve(connection)
-            except (EOFError, OSError):
+            except OSError:
                 continue
 
 

@@ -15,17 +15,13 @@ NSString textOfSample(const char *name, double timeoutSeconds) {
 }
 
 TEST(PDFDocumentConversion, CleansAndJoinsThePages) {
-  const NSString firstPage =
-      u"A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
-      u"The second column\nof the first page\nknows \u201cquotes\u201d.\n\n"_ns;
-  const NSString bothPages =
-      u"A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
-      u"The second column\nof the first page\nknows \u201cquotes\u201d.\n\n"
-      u"Page two: Caf\u00e9 Zo\u00eb   \nends here.\n\n"_ns;
-  EXPECT_EQ(textOfSample("columns.pdf", 0), bothPages);
-  EXPECT_EQ(textOfSample("columns.pdf", -1), bothPages);
-  EXPECT_EQ(textOfSample("columns.pdf", 3600), bothPages);
-  EXPECT_EQ(textOfSample("columns.pdf", 1e-9), firstPage);
+  const std::string firstPage =
+      "A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
+      "The second column\nof the first page\nknows \u201cquotes\u201d.\n\n";
+  const std::string bothPages = firstPage + "Page two: Caf\u00e9 Zo\u00eb   \nends here.\n\n";
+  for (const double timeout : {0.0, -1.0, 3600.0})
+    EXPECT_EQ(textOfSample("columns.pdf", timeout).UTF8String(), bothPages) << timeout;
+  EXPECT_EQ(textOfSample("columns.pdf", 1e-9).UTF8String(), firstPage);
 }
 
 TEST(PDFDocumentConversion, TellsNoPagesFromNoText) {

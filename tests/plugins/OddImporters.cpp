@@ -19,8 +19,7 @@ std::int32_t offerInterface(void *self, const std::uint8_t *interfaceID, void **
   return known ? 0 : -1;
 }
 
-std::int32_t offerNothing(void *, const std::uint8_t *, void **interface) {
-  *interface = nullptr;
+std::int32_t offerNothing(void *, const std::uint8_t *, void **) {
   return -1;
 }
 

@@ -12,9 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr fs::perms kGroupWrites = fs::perms::group_write;
-constexpr fs::perms kOthersWrite = fs::perms::others_write;
-
 TEST(CFPlugIn, ReadsUUIDs) {
   const auto uuid = CFUUIDCreateFromString(u"8b08C4BF-415B-11D8-B3F9-0003936726FC"_ns);
   ASSERT_TRUE(uuid);
@@ -26,46 +23,31 @@ TEST(CFPlugIn, ReadsUUIDs) {
     EXPECT_FALSE(CFUUIDCreateFromString(text)) << text.UTF8String();
 }
 
+/// The bundle as it was made, or after `tamper` of what is at `path` in it.
+bool loads(const fs::path &path = {}, const std::function<void(const fs::path &)> &tamper = {}) {
+  const TemporaryFolder folder;
+  const NSString bundle =
+      ImporterBundle{{}, TEST_PLUGIN, {"makeEveryKindImporter"}}.writeTo(folder, "x.mdimporter");
+  if (tamper) tamper(path.empty() ? folder.path() / "x.mdimporter" : folder.path() / "x.mdimporter" / path);
+  const bool result = CFPlugInCreate(bundle).has_value();
+  EXPECT_EQ(CFPlugInCreate(folder.string("x.mdimporter/")).has_value(), result) << path << ", slash at the end";
+  return result;
+}
+
 TEST(CFPlugIn, LoadsOnlyWhatNobodyElseCanChange) {
-  const auto makeLink = [](const fs::path &path) {
-    fs::rename(path, path.native() + ".moved");
-    fs::create_symlink(path.native() + ".moved", path);
-  };
-  const auto widen = [](fs::perms who) {
-    return [who](const fs::path &path) { fs::permissions(path, who, fs::perm_options::add); };
-  };
-  const struct {
-    const char *what;
-    const char *path;
-    std::function<void(const fs::path &)> tamper;
-    bool loads;
-  } cases[] = {
-      {"nothing", "", [](const fs::path &) {}, true},
-      {"bundle, group", "", widen(kGroupWrites), false},
-      {"bundle, others", "", widen(kOthersWrite), false},
-      {"bundle, link", "", makeLink, false},
-      {"contents, others", "Contents", widen(kOthersWrite), false},
-      {"contents, link", "Contents", makeLink, false},
-      {"information, group", "Contents/Info.plist", widen(kGroupWrites), false},
-      {"information, link", "Contents/Info.plist", makeLink, false},
-      {"information, missing", "Contents/Info.plist", [](const fs::path &path) { fs::remove(path); }, false},
-      {"code folder, group", "Contents/Linux", widen(kGroupWrites), false},
-      {"code folder, link", "Contents/Linux", makeLink, false},
-      {"library, others", "Contents/Linux/library.so", widen(kOthersWrite), false},
-      {"library, link", "Contents/Linux/library.so", makeLink, false},
-      {"library, no code", "Contents/Linux/library.so", [](const fs::path &path) { fs::resize_file(path, 99); },
-       false},
-  };
-  for (const auto &[what, path, tamper, loads] : cases) {
-    const TemporaryFolder folder;
-    const NSString bundle =
-        ImporterBundle{{}, TEST_PLUGIN, {"makeEveryKindImporter"}}.writeTo(folder, "x.mdimporter");
-    const fs::path whole = folder.path() / "x.mdimporter";
-    tamper(*path ? whole / path : whole);
-    EXPECT_EQ(CFPlugInCreate(bundle).has_value(), loads) << what;
-    EXPECT_EQ(CFPlugInCreate(folder.string("x.mdimporter/")).has_value(), loads)
-        << what << ", slash at the end";
+  EXPECT_TRUE(loads());
+  for (const char *path :
+       {"", "Contents", "Contents/Info.plist", "Contents/Linux", "Contents/Linux/library.so"}) {
+    for (const fs::perms who : {fs::perms::group_write, fs::perms::others_write})
+      EXPECT_FALSE(loads(path, [who](const fs::path &it) { fs::permissions(it, who, fs::perm_options::add); }))
+          << path;
+    EXPECT_FALSE(loads(path, [](const fs::path &it) {
+      fs::rename(it, it.native() + ".moved");
+      fs::create_symlink(it.native() + ".moved", it);
+    })) << path;
   }
+  EXPECT_FALSE(loads("Contents/Info.plist", [](const fs::path &it) { fs::remove(it); }));
+  EXPECT_FALSE(loads("Contents/Linux/library.so", [](const fs::path &it) { fs::resize_file(it, 99); }));
   const TemporaryFolder folder;
   ImporterBundle outside = {{}, TEST_PLUGIN, {}, "<false/>", "../../../library.so"};
   EXPECT_FALSE(CFPlugInCreate(outside.writeTo(folder, "x.mdimporter")));

@@ -33,45 +33,32 @@ void check(const std::vector<Case> &cases) {
 
 TEST(ContentTypes, GoesByTheName) {
   check({
-      {"a.pdf", "", "com.adobe.pdf"},
       {"A.PDF", "plain text", "com.adobe.pdf"},
       {"b\xe4"
        "d.docx",
        "", "org.openxmlformats.wordprocessingml.document"},
-      {"a.chm", "", "com.microsoft.chm-archive"},
-      {"a.eml", "", "com.apple.mail.email"},
-      {"a.msg", "", "com.microsoft.outlook.msg"},
       {"a.tar.gz", "", "org.gnu.gnu-zip-tar-archive"},
       {"a.cpp", "", "public.c-plus-plus-source"},
-      {"a.xlsm", "", "org.openxmlformats.spreadsheetml.sheet.macroenabled"},
       {"a.html", "<?xml version=\"1.0\"?><html xmlns=\"http://www.w3.org/1999/xhtml\"/>", "public.html"},
-      {"a.webarchive", "bplist00", "com.apple.webarchive"},
       {"a.erl", "", "public.source-code"},  // A type of its own that derives from plain text.
-      {"a.owl", "<rdf/>", "org.w3.rdf+xml"},
       {"a.wsdl.fo", "", "public.xml"},
-      {"a.skencil.sk", "", "public.image"},
   });
 }
 
 TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
   check({
       {"pdf", std::string(kPDF), "com.adobe.pdf"},
-      {"a.unknown", std::string(kPDF), "com.adobe.pdf"},
       {"a.pdf.part", std::string(kPDF), "com.adobe.pdf"},
-      {"archived.0", std::string(kPDF), "com.adobe.pdf"},
       {"archived.1", std::string(kPDF), "com.adobe.pdf"},
       {"junk before", "\n\n\n\x01\x02junk\n" + std::string(kPDF), "com.adobe.pdf"},
       {"manual.1", ".\\\" comment\n.TH TEST 1\n.SH NAME\n", "public.plain-text"},
       {"empty", "", "public.data"},
       {"bytes", std::string("\0\1\2\3\xfe\xff", 6), "public.data"},
       {"text", "Plain text, nothing else.\n", "public.plain-text"},
-      {"mail", std::string(kMail), "com.apple.mail.email"},
       {"1700000000.1.host:2,S", std::string(kMail), "com.apple.mail.email"},
       {"no mail", "Note: here\nFrom: there\nto: where we went\nand on\n", "public.plain-text"},
-      {"page", "<!DOCTYPE html>\n<html><head><title>t</title></head></html>\n", "public.html"},
       {"script", "#!/usr/bin/python3\nimport sys\nprint(sys.argv)\n", "public.python-script"},
       {"chm", std::string("ITSF\3\0\0\0\x60\0\0\0\1\0\0\0", 16), "com.microsoft.chm-archive"},
-      {"png", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16), "public.png"},
       {"heic",
        std::string("\0\0\0\x18"
                    "ftypheic\0\0\0\0mif1heic",
@@ -150,17 +137,12 @@ TEST(ContentTypes, KnowsFoldersAndLeavesDevicesAlone) {
   const auto type = [&](std::string_view name) {
     return LSCopyItemContentType(folder.string(name)).UTF8String();
   };
-  for (const char *name : {"plain", "a.txt", "a.rtfd", ".rtfd"})
-    std::filesystem::create_directory(folder.path() / name);
-  EXPECT_EQ(type("plain"), "public.folder");
+  for (const char *name : {"a.txt", "a.rtfd", ".rtfd"}) std::filesystem::create_directory(folder.path() / name);
   EXPECT_EQ(type("a.txt/"), "public.folder");
-  EXPECT_EQ(type("a.rtfd"), "com.apple.rtfd");
   EXPECT_EQ(type("a.rtfd/"), "com.apple.rtfd");
   EXPECT_EQ(type(".rtfd"), "public.folder");
 
-  ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
   ASSERT_EQ(::mkfifo((folder.path() / "fifo.pdf").c_str(), 0600), 0);
-  EXPECT_EQ(type("fifo"), "public.item");
   EXPECT_EQ(type("fifo.pdf"), "public.item");
   EXPECT_EQ(LSCopyItemContentType(u"/dev/zero"_ns), u"public.item"_ns);
 

@@ -41,18 +41,14 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
       {"plain\r\ntext\f\x1b[1mbold\x1a", "US-ASCII", u"plain\r\ntext\f\x1b[1mbold\x1a"},
       // Marks.
       {"\xef\xbb\xbfK\xc3\xb6\xff.", "UTF-8", u"Kö�.", false, true},
-      {"\xff\xfe" + wide(line, 2, false), "UTF-16LE", u"Köcher, 2 Stück\r\n"},
       {"\xfe\xff" + wide(line, 2, true) + "x", "UTF-16BE", u"Köcher, 2 Stück\r\n"},
       {"\xff\xfe\0\0"s + wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
       {"\0\0\xfe\xff"s + wide(U"\U0001f343", 4, true), "UTF-32BE", u"🍃"},
-      {"\xff\xfe", "UTF-16LE", u""},
       // Zero patterns, without a mark.
       {wide(line, 2, false), "UTF-16LE", u"Köcher, 2 Stück\r\n"},
       {wide(U"Лист, 2 листа\n", 2, true), "UTF-16BE", u"Лист, 2 листа\n"},
       {wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
-      {wide(line, 4, true), "UTF-32BE", u"Köcher, 2 Stück\r\n"},
       // UTF-8: short, cut, with a little damage.
-      {"\xc3\xb6", "UTF-8", u"ö"},
       {"caf\xc3\xa9 \xe2\x82", "UTF-8", u"café "},
       {"cafe \xe2\x82", "UTF-8", u"cafe ", true},
       {"\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xc3\xa4\xc3\xb6 \xe9!", "UTF-8",
@@ -97,7 +93,6 @@ TEST(NSStringEncodingDetection, BinaryDataIsNoText) {
     EXPECT_FALSE(found.string);
     EXPECT_FALSE(found.encodingName);
   }
-  // But text with a few stray bytes is.
   EXPECT_TRUE(detect(std::string(200, 'x') + '\0').string);
 }
 
@@ -110,8 +105,7 @@ TEST(NSStringEncodingDetection, EveryCutOfTextKeepsItsEncoding) {
   }
 }
 
-TEST(NSStringEncodingDetection, OneOddByteFarBehindIsDecodedToo) {
-  // Far beyond what the statistics look at.
+TEST(NSStringEncodingDetection, AnOddByteBeyondWhatTheStatisticsReadIsDecodedToo) {
   std::string bytes(300'000, 'x');
   for (std::size_t i = 79; i < bytes.size(); i += 80) bytes[i] = '\n';
   bytes += "caf\xe9\n";

@@ -44,17 +44,12 @@ TEST(NSString, ConvertsUTF8AtTheEdges) {
     EXPECT_EQ(lossy.view(), c.lossy);
     EXPECT_EQ(lossy.UTF8String(), c.back);
   }
-  const unichar alone[] = {u'a', 0xd83d, u'b', 0xde00};
-  EXPECT_EQ(NSString::stringWithCharacters(alone, 4).UTF8String(),
-            "a\xef\xbf\xbd"
-            "b\xef\xbf\xbd");
+  EXPECT_EQ(NSString::stringWithCharacters(u"a\xd83d-\xde00").UTF8String(), "a\xef\xbf\xbd-\xef\xbf\xbd");
 }
 
 TEST(NSString, EveryFileNameSurvives) {
   for (const std::string_view name :
-       {std::string_view("plain"), std::string_view("caf\xc3\xa9 \xf0\x9f\x98\x80"),
-        std::string_view("bad\xff\xfe.pdf"), std::string_view("\xed\xb2\x80"),
-        std::string_view("cut\xe2\x82")}) {
+       {"plain", "caf\xc3\xa9 \xf0\x9f\x98\x80", "bad\xff\xfe.pdf", "\xed\xb2\x80", "cut\xe2\x82"}) {
     const auto back = NSString::stringWithFileSystemRepresentation(name).fileSystemRepresentation();
     ASSERT_TRUE(back) << testing::PrintToString(name);
     EXPECT_EQ(*back, name);
@@ -62,8 +57,7 @@ TEST(NSString, EveryFileNameSurvives) {
   EXPECT_FALSE(NSString().fileSystemRepresentation());
   EXPECT_FALSE(u""_ns.fileSystemRepresentation());
   EXPECT_FALSE(NSString::stringWithCharacters({u"a\0b", 3}).fileSystemRepresentation());
-  const unichar high[] = {0xd83d};
-  EXPECT_FALSE(NSString::stringWithCharacters(high, 1).fileSystemRepresentation());
+  EXPECT_FALSE(NSString::stringWithCharacters(u"\xd83d").fileSystemRepresentation());
 }
 
 TEST(NSMutableString, EditsInPlaceAndHandsItsStorageOver) {

@@ -36,9 +36,7 @@ TEST(NSTask, GivesTheProgramAnEmptyInputAndPlainSignals) {
 }
 
 TEST(NSTask, DoesNotWaitForWhatTheProgramLeavesRunning) {
-  NSTask task = shell(u"sleep 30 >/dev/null & echo last >&2");
-  task.timeLimitSeconds = 20;
-  const auto result = task.run();
+  const auto result = shell(u"sleep 90 >/dev/null & echo last >&2").run();
   ASSERT_TRUE(result);
   EXPECT_EQ(result->standardError.view(), "last\n");
 }
@@ -56,7 +54,6 @@ TEST(NSTask, FailsWithAReasonAndKeepsNothingOpen) {
       {loud, "output limit"},
       {NSTask{.launchPath = u"/nowhere/at/all"_ns}, "No such file"},
       {NSTask{.launchPath = u"sh"_ns}, "absolute"},
-      {NSTask{.launchPath = NSString()}, "absolute"},
       {NSTask{.launchPath = u"/bin/true"_ns, .arguments = {u"a\0b"_ns}}, "argument"},
   };
   const std::ptrdiff_t before = openDescriptors();
