@@ -132,9 +132,9 @@ FileDescriptor listenOnConnectionName(const NSString &name, FileDescriptor *lock
       return failedCall(error, "Cannot remove the stale socket");
   }
   FileDescriptor socket = makeSocket();
-  // Nobody can connect before it listens, and by then the mode is right.
-  if (!socket || ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
-      ::fchmodat(folder.get(), fileName->c_str(), kSocketMode, 0) != 0 ||
+  // The socket's file is made with the mode that the socket has: at no moment do clients see another.
+  if (!socket || ::fchmod(socket.get(), kSocketMode) != 0 ||
+      ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
       ::listen(socket.get(), kListenBacklog) != 0)
     return failedCall(error, "Cannot listen under the name");
   *lock = std::move(ownLock);

@@ -1,0 +1,58 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""The script that checks the include lines finds what it is there to find."""
+
+import importlib.machinery
+import importlib.util
+import pathlib
+import unittest
+
+SCRIPT = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "check-includes"
+loader = importlib.machinery.SourceFileLoader("check_includes", str(SCRIPT))
+check_includes = importlib.util.module_from_spec(importlib.util.spec_from_loader("check_includes", loader))
+loader.exec_module(check_includes)
+
+HOUSE = {
+    "platform/Foundation/NSString.hpp": "#include <string>\n#include <sys/stat.h>\n",
+    "platform/CoreServices/Types.cpp": '#include <gio/gio.h>\n#include "platform/Foundation/NSString.hpp"\n',
+    "platform/PDFKit/Engine.hpp": "#include <mupdf/fitz.h>\n",
+    "platform/PDFKit/Page.hpp": '#include "platform/PDFKit/Engine.hpp"\n',
+    "platform/PDFKit/Page.cpp": '#include "platform/PDFKit/Page.hpp"\n',
+    "Classes/Text.cpp": '#include "platform/Foundation/NSString.hpp"\n',
+    "helper/NimboImExport.hpp": '#include "platform/Foundation/NSString.hpp"\n',
+    "helper/Root.cpp": '#include "helper/NimboImExport.hpp"\n',
+    "tools/Ask.cpp": '#include "helper/NimboImExport.hpp"\n#include <nlohmann/json.hpp>\n',
+    "platform/CoreServices/Table.cpp": '#include "Table.inc"\n',
+    "tests/Fixture.hpp": "#include <gtest/gtest.h>\n",
+    "tests/Classes/TextTest.cpp": '#include "tests/Fixture.hpp"\n',
+    "bench/PageBench.cpp": "#include <mupdf/fitz.h>\n",
+    "tests/platform/PDFKit/PageTest.cpp": '#include <gtest/gtest.h>\n#include "platform/PDFKit/Engine.hpp"\n',
+}
+
+WRONG = {
+    "platform/Foundation/Up.cpp": ('#include "platform/PDFKit/Page.hpp"', "platform/Foundation/ must not know"),
+    "platform/ImageIO/Up.cpp": ('  #  include "Classes/Text.hpp"', "platform/ must not know"),
+    "Classes/Up.cpp": ('#include "helper/NimboImExport.hpp"', "Classes/ must not know"),
+    "tools/Root.cpp": ('#include "helper/Root.hpp"', "tools/ must not know"),
+    "Classes/Lower.cpp": ("#include <unicode/uchar.h>", "belongs to platform/Foundation and"),
+    "helper/Draw.cpp": ('#include "mupdf/fitz.h"', "belongs to platform/PDFKit"),
+    "helper/Page.cpp": ('#include "platform/PDFKit/Page.hpp"', "is private to platform/PDFKit"),
+    "tests/helper/PageTest.cpp": ("#include <mupdf/fitz.h>", "belongs to platform/PDFKit"),
+    "helper/New.cpp": ("#include <newlib/new.h>", "stands in no table"),
+}
+
+
+class CheckIncludesTest(unittest.TestCase):
+    def test_a_house_in_order(self):
+        self.assertEqual(check_includes.check(HOUSE), [])
+
+    def test_each_fault_is_found(self):
+        for path, (line, message) in WRONG.items():
+            with self.subTest(path):
+                faults = check_includes.check({**HOUSE, path: f"// one\n{line}\n"})
+                self.assertEqual(len(faults), 1, faults)
+                self.assertRegex(faults[0], rf"^{path}:2: .*{message}")
+
+
+if __name__ == "__main__":
+    unittest.main()
