@@ -171,7 +171,8 @@ class CommandTest(unittest.TestCase):
         for program, failing, code, message in cases:
             with self.subTest(program=program, failing=failing):
                 environment = {**self.environment, "QUIVERLEAF_HELPER": str(program), "FAKE_HELPER_DOES": failing}
-                self.assert_fails(code, message, "pdf", "--timeout", "1", "a.pdf", environment=environment)
+                seconds = "1" if failing == "hang:" else "15"
+                self.assert_fails(code, message, "pdf", "--timeout", seconds, "a.pdf", environment=environment)
                 self.run_command("stop")
 
 
