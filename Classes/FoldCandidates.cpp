@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/FoldCandidates.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+#include <vector>
+
+#include "Classes/CharacterTables.hpp"
+
+namespace nimbo::detail {
+
+namespace {
+
+struct LowercaseForm {
+  unichar upper, lower;
+};
+
+/// The entries of `upperCharsTable` that are not their unit, by uppercase unit.
+const std::vector<LowercaseForm> &lowercaseForms() {
+  static const std::vector<LowercaseForm> forms = [] {
+    const unichar *const upper = initUpperCharsTable();
+    std::vector<LowercaseForm> found;
+    for (std::uint32_t c = 0; c < kCharsTableEntries; ++c) {
+      if (upper[c] != c) found.push_back({upper[c], static_cast<unichar>(c)});
+    }
+    std::ranges::stable_sort(found, {}, &LowercaseForm::upper);
+    return found;
+  }();
+  return forms;
+}
+
+}  // namespace
+
+UnicharChoice foldCandidates(unichar upper) {
+  if (toUpper(upper) != upper) return {};
+  UnicharChoice choice = UnicharChoice::only(upper);
+  for (const LowercaseForm &form :
+       std::ranges::equal_range(lowercaseForms(), upper, {}, &LowercaseForm::upper)) {
+    if (choice.count == UnicharChoice::kMaxCount) throw std::length_error("foldCandidates");
+    choice.units[choice.count++] = form.lower;
+  }
+  return choice;
+}
+
+}  // namespace nimbo::detail
