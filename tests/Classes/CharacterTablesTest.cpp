@@ -2,55 +2,36 @@
 #include "Classes/CharacterTables.hpp"
 
 #include <gtest/gtest.h>
-#include <unicode/normalizer2.h>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
 
+#include <algorithm>
 #include <iterator>
-#include <string>
 #include <thread>
 #include <vector>
 
+#include "Classes/FoldCandidates.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "platform/Foundation/NSCharacterSet.hpp"
+#include "platform/Foundation/NSUnicharMapping.hpp"
 
 namespace nimbo {
 namespace {
 
-/// A mapped string as an entry: its unit when it is one, else the unit it was made from.
-unichar entryOf(const icu::UnicodeString &mapped, unichar c) {
-  return mapped.length() == 1 ? mapped.charAt(0) : c;
-}
-
-icu::UnicodeString withoutMarks(unichar c) {
-  UErrorCode status = U_ZERO_ERROR;
-  const icu::UnicodeString decomposed =
-      icu::Normalizer2::getNFDInstance(status)->normalize(icu::UnicodeString(char16_t{c}), status);
-  icu::UnicodeString rest;
-  for (std::int32_t i = 0; i < decomposed.length(); i = decomposed.moveIndex32(i, 1)) {
-    const std::int8_t type = u_charType(decomposed.char32At(i));
-    const bool isMark =
-        type == U_NON_SPACING_MARK || type == U_COMBINING_SPACING_MARK || type == U_ENCLOSING_MARK;
-    if (!isMark) rest.append(decomposed.char32At(i));
-  }
-  return rest;
-}
-
-TEST(CharacterTables, AgreeWithUnicodeForEachUnit) {
-  const icu::Locale root = icu::Locale::getRoot();
+TEST(CharacterTables, FoldOnlyTheirLetters) {
+  const NSCharacterSet letters = NSCharacterSet::letterCharacterSet();
+  const NSCharacterSet lowercase = NSCharacterSet::lowercaseLetterCharacterSet();
+  const NSCharacterSet uppercase = NSCharacterSet::uppercaseLetterCharacterSet();
   for (std::uint32_t code = 0; code <= 0xffff; ++code) {
     const auto c = static_cast<unichar>(code);
-    const auto type = static_cast<UCharCategory>(u_charType(c));
-    const icu::UnicodeString unit(char16_t{c});
-    const bool isMark = type >= U_NON_SPACING_MARK && type <= U_COMBINING_SPACING_MARK;
-
-    const unichar upper = type == U_LOWERCASE_LETTER ? entryOf(icu::UnicodeString(unit).toUpper(root), c) : c;
-    const unichar lower = type == U_UPPERCASE_LETTER ? entryOf(icu::UnicodeString(unit).toLower(root), c) : c;
-    const unichar plain = u_isalpha(c) || isMark ? entryOf(withoutMarks(c), c) : c;
-    ASSERT_EQ(toUpper(c), upper) << std::hex << code;
-    ASSERT_EQ(toLower(c), lower) << std::hex << code;
+    const bool hasLower = uppercase.characterIsMember(c) && !isTitlecaseUnichar(c);
+    ASSERT_EQ(toUpper(c), lowercase.characterIsMember(c) ? uppercaseUnichar(c) : c) << std::hex << code;
+    ASSERT_EQ(toLower(c), hasLower ? lowercaseUnichar(c) : c) << std::hex << code;
+    const unichar plain = letters.characterIsMember(c) ? unicharByFoldingDiacritics(c) : c;
     ASSERT_EQ(umlautsToAscii(c), plain) << std::hex << code;
     ASSERT_EQ(umlautsToUpperAscii(c), toUpper(plain)) << std::hex << code;
     ASSERT_EQ(umlautsToLowerAscii(c), toLower(plain)) << std::hex << code;
+    // A choice of units stands for the table in searches.
+    const detail::UnicharChoice choice = detail::foldCandidates(toUpper(c));
+    ASSERT_EQ(std::count(choice.units.begin(), choice.units.begin() + choice.count, c), 1) << std::hex << code;
   }
 }
 
