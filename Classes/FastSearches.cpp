@@ -38,34 +38,49 @@ class Needle {
   const unichar *firstMatch(const unichar *h, std::uint32_t lenH) const {
     if (length_ == 0 || length_ > lenH) return nullptr;
     const std::uint32_t places = lenH - length_ + 1;
-    const std::size_t place =
-        length_ == 1 ? detail::findOneOfChoice(h, places, choiceAt(0))
-                     : detail::findEnds(h, places, {choiceAt(0), choiceAt(length_ - 1), length_ - 1},
-                                        {foldTable_ ? middleMatchesFolded : middleMatches, this});
+    const std::size_t place = length_ == 1 ? detail::findOneOfChoice(h, places, choiceAt(0)) : find(h, places);
     return place < places ? h + place : nullptr;
   }
 
  private:
+  /// Where a needle begins, as seen from its first anchor.
+  struct Candidate {
+    const Needle &needle;
+    std::uint32_t firstAnchor;
+  };
+
+  std::size_t find(const unichar *h, std::uint32_t places) const {
+    // The outermost units that one comparison finds; the ends, when there are none.
+    std::uint32_t first = 0, second = length_ - 1;
+    while (first < length_ && !choiceAt(first).isSimple()) ++first;
+    if (first == length_) first = 0;
+    while (second > first && !choiceAt(second).isSimple()) --second;
+    if (second == first) second = length_ - 1;
+    const Candidate candidate{*this, first};
+    return detail::findAnchors(h + first, places, {choiceAt(first), choiceAt(second), second - first},
+                               {foldTable_ ? matchesFolded : matchesExactly, &candidate});
+  }
+
   UnicharChoice choiceAt(std::uint32_t index) const {
     const unichar c = unicharOf(elements_[index]);
     return foldTable_ ? detail::foldCandidates(foldTable_[c]) : UnicharChoice::only(c);
   }
 
-  // Both compare what stands between the first and the last element.
-
-  static bool middleMatches(const void *context, const unichar *place) {
-    const Needle &needle = *static_cast<const Needle *>(context);
-    for (std::uint32_t i = 1; i + 1 < needle.length_; ++i) {
-      if (place[i] != unicharOf(needle.elements_[i])) return false;
+  static bool matchesExactly(const void *context, const unichar *place) {
+    const auto &[needle, firstAnchor] = *static_cast<const Candidate *>(context);
+    const unichar *const h = place - firstAnchor;
+    for (std::uint32_t i = 0; i < needle.length_; ++i) {
+      if (h[i] != unicharOf(needle.elements_[i])) return false;
     }
     return true;
   }
 
-  static bool middleMatchesFolded(const void *context, const unichar *place) {
-    const Needle &needle = *static_cast<const Needle *>(context);
+  static bool matchesFolded(const void *context, const unichar *place) {
+    const auto &[needle, firstAnchor] = *static_cast<const Candidate *>(context);
+    const unichar *const h = place - firstAnchor;
     const unichar *const table = needle.foldTable_;
-    for (std::uint32_t i = 1; i + 1 < needle.length_; ++i) {
-      if (table[place[i]] != table[unicharOf(needle.elements_[i])]) return false;
+    for (std::uint32_t i = 0; i < needle.length_; ++i) {
+      if (table[h[i]] != table[unicharOf(needle.elements_[i])]) return false;
     }
     return true;
   }

@@ -2,6 +2,7 @@
 #include "Classes/FoldCandidates.hpp"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <vector>
 
@@ -29,9 +30,7 @@ const std::vector<LowercaseForm> &lowercaseForms() {
   return forms;
 }
 
-}  // namespace
-
-UnicharChoice foldCandidates(unichar upper) {
+UnicharChoice makeCandidates(unichar upper) {
   if (toUpper(upper) != upper) return {};
   UnicharChoice choice = UnicharChoice::only(upper);
   for (const LowercaseForm &form :
@@ -40,6 +39,20 @@ UnicharChoice foldCandidates(unichar upper) {
     choice.units[choice.count++] = form.lower;
   }
   return choice;
+}
+
+/// Those of the units that most searches are for.
+using AsciiCandidates = std::array<UnicharChoice, 0x80>;
+
+}  // namespace
+
+UnicharChoice foldCandidates(unichar upper) {
+  static const AsciiCandidates ascii = [] {
+    AsciiCandidates made;
+    for (std::size_t c = 0; c < made.size(); ++c) made[c] = makeCandidates(static_cast<unichar>(c));
+    return made;
+  }();
+  return upper < ascii.size() ? ascii[upper] : makeCandidates(upper);
 }
 
 }  // namespace nimbo::detail

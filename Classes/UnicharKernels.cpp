@@ -29,63 +29,78 @@ HWY_INLINE Vector broadcast(unichar c) {
   return hn::Set(Tag(), static_cast<std::uint16_t>(c));
 }
 
-/// Which lanes are one of the first `Count` of four units.
-template <int Count>
+/// How the units of a choice are looked for. Each kind can do what those before it do.
+enum class Kind { kOne, kOneBit, kAny };
+
+Kind kindOf(const UnicharChoice &choice) {
+  if (choice.count == 1) return Kind::kOne;
+  return choice.isSimple() ? Kind::kOneBit : Kind::kAny;
+}
+
+/// What `isOneOf` takes: the units; for two that differ in one bit, the one that has it and the bit.
+template <Kind K>
+std::array<unichar, 4> comparands(const UnicharChoice &choice) {
+  if constexpr (K != Kind::kOneBit) return choice.units;
+  const unichar bit = choice.difference();
+  return {static_cast<unichar>(choice.units[0] | bit), bit};
+}
+
+/// Which lanes are a unit of the choice with these comparands.
+template <Kind K>
 HWY_INLINE Mask isOneOf(Vector v, Vector c0, Vector c1, Vector c2, Vector c3) {
+  if constexpr (K == Kind::kOneBit) return hn::Eq(hn::Or(v, c1), c0);
   const Mask m0 = hn::Eq(v, c0);
-  if constexpr (Count == 1) return m0;
-  const Mask m01 = hn::Or(m0, hn::Eq(v, c1));
-  if constexpr (Count == 2) return m01;
-  return hn::Or(m01, hn::Or(hn::Eq(v, c2), hn::Eq(v, c3)));
+  if constexpr (K == Kind::kOne) return m0;
+  return hn::Or(hn::Or(m0, hn::Eq(v, c1)), hn::Or(hn::Eq(v, c2), hn::Eq(v, c3)));
 }
 
 HWY_INLINE bool isOneOf(unichar c, const UnicharChoice &choice) {
   return (c == choice.units[0]) | (c == choice.units[1]) | (c == choice.units[2]) | (c == choice.units[3]);
 }
 
-template <int Count>
+template <Kind K>
 HWY_ATTR std::size_t find(const unichar *units, std::size_t length, const UnicharChoice &choice) {
   const Tag d;
   const std::size_t n = hn::Lanes(d);
-  const Vector c0 = broadcast(choice.units[0]), c1 = broadcast(choice.units[1]);
-  const Vector c2 = broadcast(choice.units[2]), c3 = broadcast(choice.units[3]);
+  const std::array<unichar, 4> c = comparands<K>(choice);
+  const Vector c0 = broadcast(c[0]), c1 = broadcast(c[1]), c2 = broadcast(c[2]), c3 = broadcast(c[3]);
   std::size_t i = 0;
   for (; i + kUnrolled * n <= length; i += kUnrolled * n) {
-    const Mask m0 = isOneOf<Count>(load(units + i), c0, c1, c2, c3);
-    const Mask m1 = isOneOf<Count>(load(units + i + n), c0, c1, c2, c3);
-    const Mask m2 = isOneOf<Count>(load(units + i + 2 * n), c0, c1, c2, c3);
-    const Mask m3 = isOneOf<Count>(load(units + i + 3 * n), c0, c1, c2, c3);
+    const Mask m0 = isOneOf<K>(load(units + i), c0, c1, c2, c3);
+    const Mask m1 = isOneOf<K>(load(units + i + n), c0, c1, c2, c3);
+    const Mask m2 = isOneOf<K>(load(units + i + 2 * n), c0, c1, c2, c3);
+    const Mask m3 = isOneOf<K>(load(units + i + 3 * n), c0, c1, c2, c3);
     if (!hn::AllFalse(d, hn::Or(hn::Or(m0, m1), hn::Or(m2, m3)))) break;
   }
   for (; i + n <= length; i += n) {
-    const std::intptr_t at = hn::FindFirstTrue(d, isOneOf<Count>(load(units + i), c0, c1, c2, c3));
+    const std::intptr_t at = hn::FindFirstTrue(d, isOneOf<K>(load(units + i), c0, c1, c2, c3));
     if (at >= 0) return i + static_cast<std::size_t>(at);
   }
   if (i < length && length >= n) {
     i = length - n;
-    const std::intptr_t at = hn::FindFirstTrue(d, isOneOf<Count>(load(units + i), c0, c1, c2, c3));
+    const std::intptr_t at = hn::FindFirstTrue(d, isOneOf<K>(load(units + i), c0, c1, c2, c3));
     return at >= 0 ? i + static_cast<std::size_t>(at) : length;
   }
   while (i < length && !isOneOf(units[i], choice)) ++i;
   return i;
 }
 
-template <int Count>
+template <Kind K>
 HWY_ATTR std::size_t findLast(const unichar *units, std::size_t length, const UnicharChoice &choice) {
   const Tag d;
   const std::size_t n = hn::Lanes(d);
-  const Vector c0 = broadcast(choice.units[0]), c1 = broadcast(choice.units[1]);
-  const Vector c2 = broadcast(choice.units[2]), c3 = broadcast(choice.units[3]);
+  const std::array<unichar, 4> c = comparands<K>(choice);
+  const Vector c0 = broadcast(c[0]), c1 = broadcast(c[1]), c2 = broadcast(c[2]), c3 = broadcast(c[3]);
   std::size_t end = length;
   for (; end >= kUnrolled * n; end -= kUnrolled * n) {
-    const Mask m0 = isOneOf<Count>(load(units + end - n), c0, c1, c2, c3);
-    const Mask m1 = isOneOf<Count>(load(units + end - 2 * n), c0, c1, c2, c3);
-    const Mask m2 = isOneOf<Count>(load(units + end - 3 * n), c0, c1, c2, c3);
-    const Mask m3 = isOneOf<Count>(load(units + end - 4 * n), c0, c1, c2, c3);
+    const Mask m0 = isOneOf<K>(load(units + end - n), c0, c1, c2, c3);
+    const Mask m1 = isOneOf<K>(load(units + end - 2 * n), c0, c1, c2, c3);
+    const Mask m2 = isOneOf<K>(load(units + end - 3 * n), c0, c1, c2, c3);
+    const Mask m3 = isOneOf<K>(load(units + end - 4 * n), c0, c1, c2, c3);
     if (!hn::AllFalse(d, hn::Or(hn::Or(m0, m1), hn::Or(m2, m3)))) break;
   }
   while (end >= n) {
-    if (!hn::AllFalse(d, isOneOf<Count>(load(units + end - n), c0, c1, c2, c3))) break;
+    if (!hn::AllFalse(d, isOneOf<K>(load(units + end - n), c0, c1, c2, c3))) break;
     end -= n;
   }
   while (end > 0 && !isOneOf(units[end - 1], choice)) --end;
@@ -109,23 +124,23 @@ HWY_INLINE Vector countUp(Vector counts, Mask mask) {
   return hn::Sub(counts, hn::VecFromMask(Tag(), mask));
 }
 
-template <int Count>
+template <Kind K>
 HWY_ATTR std::size_t count(const unichar *units, std::size_t length, const UnicharChoice &choice) {
   const Tag d;
   const std::size_t n = hn::Lanes(d);
-  const Vector c0 = broadcast(choice.units[0]), c1 = broadcast(choice.units[1]);
-  const Vector c2 = broadcast(choice.units[2]), c3 = broadcast(choice.units[3]);
+  const std::array<unichar, 4> c = comparands<K>(choice);
+  const Vector c0 = broadcast(c[0]), c1 = broadcast(c[1]), c2 = broadcast(c[2]), c3 = broadcast(c[3]);
   std::size_t total = 0;
   std::size_t i = 0;
   while (i + n <= length) {
     Vector even = hn::Zero(d), odd = hn::Zero(d);
     const std::size_t blockEnd = i + std::min(length - i, kMaxLaneCount * n);
     for (; i + 2 * n <= blockEnd; i += 2 * n) {
-      even = countUp(even, isOneOf<Count>(load(units + i), c0, c1, c2, c3));
-      odd = countUp(odd, isOneOf<Count>(load(units + i + n), c0, c1, c2, c3));
+      even = countUp(even, isOneOf<K>(load(units + i), c0, c1, c2, c3));
+      odd = countUp(odd, isOneOf<K>(load(units + i + n), c0, c1, c2, c3));
     }
     if (i + n <= blockEnd) {
-      even = countUp(even, isOneOf<Count>(load(units + i), c0, c1, c2, c3));
+      even = countUp(even, isOneOf<K>(load(units + i), c0, c1, c2, c3));
       i += n;
     }
     total += sumOfLanes(even) + sumOfLanes(odd);
@@ -178,36 +193,50 @@ HWY_ATTR bool areAllAscii(const unichar *units, std::size_t length) {
   return rest < 0x80;
 }
 
-template <int Count>
-HWY_ATTR std::size_t findPlace(const unichar *units, std::size_t places, const UnicharEnds &ends,
+/// Which of the positions from `place` on both anchors fit.
+template <Kind K>
+HWY_INLINE Mask anchorsFit(const unichar *place, std::size_t distance, Vector f0, Vector f1, Vector f2,
+                           Vector f3, Vector s0, Vector s1, Vector s2, Vector s3) {
+  return hn::And(isOneOf<K>(load(place), f0, f1, f2, f3), isOneOf<K>(load(place + distance), s0, s1, s2, s3));
+}
+
+template <Kind K>
+HWY_ATTR std::size_t findPlace(const unichar *units, std::size_t places, const UnicharAnchors &anchors,
                                const UnicharVerifier &verifier) {
   const Tag d;
   const std::size_t n = hn::Lanes(d);
-  const auto &first = ends.first.units, &last = ends.last.units;
-  const Vector f0 = broadcast(first[0]), f1 = broadcast(first[1]);
-  const Vector f2 = broadcast(first[2]), f3 = broadcast(first[3]);
-  const Vector l0 = broadcast(last[0]), l1 = broadcast(last[1]);
-  const Vector l2 = broadcast(last[2]), l3 = broadcast(last[3]);
+  const std::size_t distance = anchors.distance;
+  const std::array<unichar, 4> f = comparands<K>(anchors.first), s = comparands<K>(anchors.second);
+  const Vector f0 = broadcast(f[0]), f1 = broadcast(f[1]), f2 = broadcast(f[2]), f3 = broadcast(f[3]);
+  const Vector s0 = broadcast(s[0]), s1 = broadcast(s[1]), s2 = broadcast(s[2]), s3 = broadcast(s[3]);
   std::size_t i = 0;
-  // The last round lies over the one before it, so that its vectors end with the run.
   while (i < places && places >= n) {
-    const std::size_t start = std::min(i, places - n);
-    const unichar *const place = units + start;
-    Mask fits = hn::And(isOneOf<Count>(load(place), f0, f1, f2, f3),
-                        isOneOf<Count>(load(place + ends.distance), l0, l1, l2, l3));
-    if (HWY_UNLIKELY(!hn::AllFalse(d, fits))) {
+    for (; i + kUnrolled * n <= places; i += kUnrolled * n) {
+      const unichar *const place = units + i;
+      const Mask m0 = anchorsFit<K>(place, distance, f0, f1, f2, f3, s0, s1, s2, s3);
+      const Mask m1 = anchorsFit<K>(place + n, distance, f0, f1, f2, f3, s0, s1, s2, s3);
+      const Mask m2 = anchorsFit<K>(place + 2 * n, distance, f0, f1, f2, f3, s0, s1, s2, s3);
+      const Mask m3 = anchorsFit<K>(place + 3 * n, distance, f0, f1, f2, f3, s0, s1, s2, s3);
+      if (!hn::AllFalse(d, hn::Or(hn::Or(m0, m1), hn::Or(m2, m3)))) break;
+    }
+    const std::size_t blockEnd = std::min(places, i + kUnrolled * n);
+    while (i < blockEnd) {
+      // The last vector lies over the one before it, so that it ends with the run.
+      const std::size_t start = std::min(i, places - n);
+      Mask fits = anchorsFit<K>(units + start, distance, f0, f1, f2, f3, s0, s1, s2, s3);
       fits = hn::AndNot(hn::FirstN(d, i - start), fits);
       for (;;) {
         const std::intptr_t lane = hn::FindFirstTrue(d, fits);
         if (lane < 0) break;
-        if (verifier.matches(verifier.context, place + lane)) return start + static_cast<std::size_t>(lane);
+        const std::size_t place = start + static_cast<std::size_t>(lane);
+        if (verifier.matches(verifier.context, units + place)) return place;
         fits = hn::AndNot(hn::FirstN(d, static_cast<std::size_t>(lane) + 1), fits);
       }
+      i = start + n;
     }
-    i = start + n;
   }
   for (; i < places; ++i) {
-    if (isOneOf(units[i], ends.first) && isOneOf(units[i + ends.distance], ends.last) &&
+    if (isOneOf(units[i], anchors.first) && isOneOf(units[i + distance], anchors.second) &&
         verifier.matches(verifier.context, units + i)) {
       return i;
     }
@@ -216,25 +245,52 @@ HWY_ATTR std::size_t findPlace(const unichar *units, std::size_t places, const U
 }
 
 std::size_t findInChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  if (choice.count == 1) return find<1>(units, length, choice);
-  return choice.count == 2 ? find<2>(units, length, choice) : find<4>(units, length, choice);
+  switch (kindOf(choice)) {
+    case Kind::kOne:
+      return find<Kind::kOne>(units, length, choice);
+    case Kind::kOneBit:
+      return find<Kind::kOneBit>(units, length, choice);
+    case Kind::kAny:
+      break;
+  }
+  return find<Kind::kAny>(units, length, choice);
 }
 
 std::size_t findLastInChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  if (choice.count == 1) return findLast<1>(units, length, choice);
-  return choice.count == 2 ? findLast<2>(units, length, choice) : findLast<4>(units, length, choice);
+  switch (kindOf(choice)) {
+    case Kind::kOne:
+      return findLast<Kind::kOne>(units, length, choice);
+    case Kind::kOneBit:
+      return findLast<Kind::kOneBit>(units, length, choice);
+    case Kind::kAny:
+      break;
+  }
+  return findLast<Kind::kAny>(units, length, choice);
 }
 
 std::size_t countInChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  if (choice.count == 1) return count<1>(units, length, choice);
-  return choice.count == 2 ? count<2>(units, length, choice) : count<4>(units, length, choice);
+  switch (kindOf(choice)) {
+    case Kind::kOne:
+      return count<Kind::kOne>(units, length, choice);
+    case Kind::kOneBit:
+      return count<Kind::kOneBit>(units, length, choice);
+    case Kind::kAny:
+      break;
+  }
+  return count<Kind::kAny>(units, length, choice);
 }
 
-std::size_t findPlaceOfEnds(const unichar *units, std::size_t places, const UnicharEnds &ends,
-                            const UnicharVerifier &verifier) {
-  const std::uint32_t count = std::max(ends.first.count, ends.last.count);
-  if (count == 1) return findPlace<1>(units, places, ends, verifier);
-  return count == 2 ? findPlace<2>(units, places, ends, verifier) : findPlace<4>(units, places, ends, verifier);
+std::size_t findPlaceOfAnchors(const unichar *units, std::size_t places, const UnicharAnchors &anchors,
+                               const UnicharVerifier &verifier) {
+  switch (std::max(kindOf(anchors.first), kindOf(anchors.second))) {
+    case Kind::kOne:
+      return findPlace<Kind::kOne>(units, places, anchors, verifier);
+    case Kind::kOneBit:
+      return findPlace<Kind::kOneBit>(units, places, anchors, verifier);
+    case Kind::kAny:
+      break;
+  }
+  return findPlace<Kind::kAny>(units, places, anchors, verifier);
 }
 
 }  // namespace HWY_NAMESPACE
@@ -250,7 +306,7 @@ HWY_EXPORT(findLastInChoice);
 HWY_EXPORT(countInChoice);
 HWY_EXPORT(countTwo);
 HWY_EXPORT(areAllAscii);
-HWY_EXPORT(findPlaceOfEnds);
+HWY_EXPORT(findPlaceOfAnchors);
 
 std::size_t findOneOfChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
   return HWY_DYNAMIC_DISPATCH(findInChoice)(units, length, choice);
@@ -273,9 +329,9 @@ bool areAllUnicharsAscii(const unichar *units, std::size_t length) {
   return HWY_DYNAMIC_DISPATCH(areAllAscii)(units, length);
 }
 
-std::size_t findEnds(const unichar *units, std::size_t places, const UnicharEnds &ends,
-                     const UnicharVerifier &verifier) {
-  return HWY_DYNAMIC_DISPATCH(findPlaceOfEnds)(units, places, ends, verifier);
+std::size_t findAnchors(const unichar *units, std::size_t places, const UnicharAnchors &anchors,
+                        const UnicharVerifier &verifier) {
+  return HWY_DYNAMIC_DISPATCH(findPlaceOfAnchors)(units, places, anchors, verifier);
 }
 
 }  // namespace nimbo::detail

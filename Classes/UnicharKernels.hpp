@@ -5,6 +5,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -20,6 +21,11 @@ struct UnicharChoice {
   std::array<unichar, kMaxCount> units{};
 
   static UnicharChoice only(unichar c) { return {1, {c, c, c, c}}; }
+
+  /// The bits in which the first two differ.
+  unichar difference() const { return units[0] ^ units[1]; }
+  /// Whether one comparison finds them all: a single unit, or two that differ in one bit, as "A" and "a" do.
+  bool isSimple() const { return count == 1 || (count == 2 && std::has_single_bit(unsigned{difference()})); }
 };
 
 /// The index of the first and of the last unit of the choice, which is not empty; `length` when there is none.
@@ -30,21 +36,21 @@ void countTwoUnichars(const unichar *units, std::size_t length, unichar first, u
                       std::size_t *firstCount, std::size_t *secondCount);
 bool areAllUnicharsAscii(const unichar *units, std::size_t length);
 
-/// The ends of a run that is searched for: the first unit, and the one `distance` units behind it.
-struct UnicharEnds {
-  UnicharChoice first, last;
+/// Two units of a run that is searched for: the second stands `distance` units behind the first.
+struct UnicharAnchors {
+  UnicharChoice first, second;
   std::size_t distance = 0;
 };
 
-/// Decides about a place where both ends fit.
+/// Decides about a place where both anchors fit.
 struct UnicharVerifier {
   bool (*matches)(const void *context, const unichar *place);
   const void *context;
 };
 
-/// The first of the `places` positions from `units` on where both ends fit and the verifier agrees; `places`
-/// when there is none. `places + ends.distance` units are read.
-std::size_t findEnds(const unichar *units, std::size_t places, const UnicharEnds &ends,
-                     const UnicharVerifier &verifier);
+/// The first of the `places` positions from `units` on where both anchors fit and the verifier agrees; `places`
+/// when there is none. `places + anchors.distance` units are read.
+std::size_t findAnchors(const unichar *units, std::size_t places, const UnicharAnchors &anchors,
+                        const UnicharVerifier &verifier);
 
 }  // namespace nimbo::detail
