@@ -221,10 +221,10 @@ HWY_ATTR std::size_t findPlace(const unichar *units, std::size_t places, const U
     }
     const std::size_t blockEnd = std::min(places, i + kUnrolled * n);
     while (i < blockEnd) {
-      // The last vector lies over the one before it, so that it ends with the run.
+      // The last vector lies over the one before it, so that it ends with the run. What did not match
+      // there does not match again.
       const std::size_t start = std::min(i, places - n);
       Mask fits = anchorsFit<K>(units + start, distance, f0, f1, f2, f3, s0, s1, s2, s3);
-      fits = hn::AndNot(hn::FirstN(d, i - start), fits);
       for (;;) {
         const std::intptr_t lane = hn::FindFirstTrue(d, fits);
         if (lane < 0) break;
