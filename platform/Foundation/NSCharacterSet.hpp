@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "platform/Foundation/NSRange.hpp"
+
+namespace nimbo {
+
+/// A set of the code units U+0000 to U+FFFF. The platform's sets are made from Unicode's general categories at
+/// each call, which takes about a millisecond: keep what you need. Surrogates are in none of them.
+class NSCharacterSet {
+ public:
+  static constexpr std::size_t kBitmapBytes = 8192;
+  /// Code unit `c` is a member when bit `c & 7` of byte `c >> 3` is set.
+  using BitmapRepresentation = std::array<std::uint8_t, kBitmapBytes>;
+
+  /// Letters and marks: L* and M*.
+  static NSCharacterSet letterCharacterSet();
+  /// Ll.
+  static NSCharacterSet lowercaseLetterCharacterSet();
+  /// Lu and Lt.
+  static NSCharacterSet uppercaseLetterCharacterSet();
+  /// Nd.
+  static NSCharacterSet decimalDigitCharacterSet();
+  /// L*, M* and N*.
+  static NSCharacterSet alphanumericCharacterSet();
+  /// Zs and U+0009.
+  static NSCharacterSet whitespaceCharacterSet();
+  /// Z*, U+0009 to U+000D and U+0085.
+  static NSCharacterSet whitespaceAndNewlineCharacterSet();
+
+  bool characterIsMember(unichar c) const noexcept { return bitmap_[c >> 3] >> (c & 7) & 1; }
+  const BitmapRepresentation &bitmapRepresentation() const noexcept { return bitmap_; }
+
+ private:
+  NSCharacterSet() = default;
+  static NSCharacterSet setOfCategories(std::uint32_t categories);
+  void addCharacter(unichar c) noexcept {
+    bitmap_[c >> 3] = static_cast<std::uint8_t>(bitmap_[c >> 3] | 1u << (c & 7));
+  }
+
+  BitmapRepresentation bitmap_{};
+};
+
+inline namespace Bitmap {
+
+/// The first of the `kBitmapBytes` bytes of the set's bitmap; borrowed from the set.
+inline const std::uint8_t *bitmap(const NSCharacterSet &set) noexcept {
+  return set.bitmapRepresentation().data();
+}
+
+}  // namespace Bitmap
+}  // namespace nimbo
