@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSCharacterSet.hpp"
+
+#include <unicode/uchar.h>
+
+namespace nimbo {
+
+NSCharacterSet NSCharacterSet::setOfCategories(std::uint32_t categories) {
+  NSCharacterSet set;
+  for (std::uint32_t c = 0; c <= 0xffff; ++c) {
+    if (U_GET_GC_MASK(static_cast<UChar32>(c)) & categories) set.addCharacter(static_cast<unichar>(c));
+  }
+  return set;
+}
+
+NSCharacterSet NSCharacterSet::letterCharacterSet() {
+  return setOfCategories(U_GC_L_MASK | U_GC_M_MASK);
+}
+
+NSCharacterSet NSCharacterSet::lowercaseLetterCharacterSet() {
+  return setOfCategories(U_GC_LL_MASK);
+}
+
+NSCharacterSet NSCharacterSet::uppercaseLetterCharacterSet() {
+  return setOfCategories(U_GC_LU_MASK | U_GC_LT_MASK);
+}
+
+NSCharacterSet NSCharacterSet::decimalDigitCharacterSet() {
+  return setOfCategories(U_GC_ND_MASK);
+}
+
+NSCharacterSet NSCharacterSet::alphanumericCharacterSet() {
+  return setOfCategories(U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK);
+}
+
+NSCharacterSet NSCharacterSet::whitespaceCharacterSet() {
+  NSCharacterSet set = setOfCategories(U_GC_ZS_MASK);
+  set.addCharacter(u'\t');
+  return set;
+}
+
+NSCharacterSet NSCharacterSet::whitespaceAndNewlineCharacterSet() {
+  NSCharacterSet set = setOfCategories(U_GC_Z_MASK);
+  for (const unichar c : {u'\t', u'\n', u'\v', u'\f', u'\r', u'\u0085'}) set.addCharacter(c);
+  return set;
+}
+
+}  // namespace nimbo

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/CharacterTables.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <thread>
+#include <vector>
+
+#include "Classes/FoldCandidates.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "platform/Foundation/NSCharacterSet.hpp"
+#include "platform/Foundation/NSUnicharMapping.hpp"
+
+namespace nimbo {
+namespace {
+
+TEST(CharacterTables, FoldOnlyTheirLetters) {
+  const NSCharacterSet letters = NSCharacterSet::letterCharacterSet();
+  const NSCharacterSet lowercase = NSCharacterSet::lowercaseLetterCharacterSet();
+  const NSCharacterSet uppercase = NSCharacterSet::uppercaseLetterCharacterSet();
+  for (std::uint32_t code = 0; code <= 0xffff; ++code) {
+    const auto c = static_cast<unichar>(code);
+    const bool hasLower = uppercase.characterIsMember(c) && !isTitlecaseUnichar(c);
+    ASSERT_EQ(toUpper(c), lowercase.characterIsMember(c) ? uppercaseUnichar(c) : c) << std::hex << code;
+    ASSERT_EQ(toLower(c), hasLower ? lowercaseUnichar(c) : c) << std::hex << code;
+    const unichar plain = letters.characterIsMember(c) ? unicharByFoldingDiacritics(c) : c;
+    ASSERT_EQ(umlautsToAscii(c), plain) << std::hex << code;
+    ASSERT_EQ(umlautsToUpperAscii(c), toUpper(plain)) << std::hex << code;
+    ASSERT_EQ(umlautsToLowerAscii(c), toLower(plain)) << std::hex << code;
+    // A choice of units stands for the table in searches.
+    const detail::UnicharChoice choice = detail::foldCandidates(toUpper(c));
+    ASSERT_EQ(std::count(choice.units.begin(), choice.units.begin() + choice.count, c), 1) << std::hex << code;
+  }
+}
+
+TEST(CharacterTables, FoldKnownLetters) {
+  const struct {
+    unichar c, upper, lower, plain, ascii, lowerAscii, upperAscii;
+  } cases[] = {
+      {u'A', u'A', u'a', u'A', u'A', u'a', u'A'},
+      {u'z', u'Z', u'z', u'z', u'z', u'z', u'Z'},
+      {u'[', u'[', u'[', u'[', u'[', u'[', u'['},
+      {u'@', u'@', u'@', u'@', u'@', u'@', u'@'},
+      {u'\x7f', u'\x7f', u'\x7f', u'\x7f', u'\x7f', u'\x7f', u'\x7f'},
+      {u'é', u'É', u'é', u'e', u'e', u'e', u'E'},
+      {u'Ä', u'Ä', u'ä', u'A', u'A', u'a', u'A'},
+      {u'ß', u'ß', u'ß', u'ß', u' ', u' ', u' '},
+      {u'ł', u'Ł', u'ł', u'ł', u' ', u' ', u' '},
+      {u'ø', u'Ø', u'ø', u'ø', u' ', u' ', u' '},
+      {u'€', u'€', u'€', u'€', u' ', u' ', u' '},
+      {u'ÿ', u'Ÿ', u'ÿ', u'y', u'y', u'y', u'Y'},
+      {u'ſ', u'S', u'ſ', u'ſ', u' ', u' ', u' '},
+      {u'ı', u'I', u'ı', u'ı', u' ', u' ', u' '},
+      // Lower case has two units; the umlauts table has a say before.
+      {u'\u0130', u'\u0130', u'\u0130', u'I', u'I', u'i', u'I'},
+      {u'\u212b', u'\u212b', u'å', u'A', u'A', u'a', u'A'},
+      // Letters in titlecase, numbers and symbols with case.
+      {u'ǅ', u'ǅ', u'ǅ', u'ǅ', u' ', u' ', u' '},
+      {u'ⅷ', u'ⅷ', u'ⅷ', u'ⅷ', u' ', u' ', u' '},
+      {u'ⓐ', u'ⓐ', u'ⓐ', u'ⓐ', u' ', u' ', u' '},
+      {u'が', u'が', u'が', u'か', u' ', u' ', u' '},
+      {u'\u0301', u'\u0301', u'\u0301', u'\u0301', u' ', u' ', u' '},
+      {u'한', u'한', u'한', u'한', u' ', u' ', u' '},
+      {0xd800, 0xd800, 0xd800, 0xd800, u' ', u' ', u' '},
+      {0xffff, 0xffff, 0xffff, 0xffff, u' ', u' ', u' '},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(static_cast<unsigned>(c.c));
+    EXPECT_EQ(toUpper(c.c), c.upper);
+    EXPECT_EQ(toLower(c.c), c.lower);
+    EXPECT_EQ(umlautsToAscii(c.c), c.plain);
+    EXPECT_EQ(toAscii(c.c), c.ascii);
+    EXPECT_EQ(toLowerAscii(c.c), c.lowerAscii);
+    EXPECT_EQ(toUpperAscii(c.c), c.upperAscii);
+  }
+  EXPECT_EQ(umlautsToUpperAscii(u'é'), u'E');
+  EXPECT_EQ(umlautsToLowerAscii(u'Ł'), u'ł');
+}
+
+TEST(CharacterTables, AreMadeOnceForAllThreads) {
+  using Make = const unichar *();
+  Make *const inits[] = {initUmlautsCharsTable, initUpperCharsTable, initLowerCharsTable,
+                         initUpperUmlautsCharsTable, initLowerUmlautsCharsTable};
+  Make *const methods[] = {umlautsCharsTable, upperCharsTable, lowerCharsTable, upperUmlautsCharsTable,
+                           lowerUmlautsCharsTable};
+  std::vector<const unichar *> seen(8 * std::size(inits));
+  std::vector<std::thread> threads;
+  for (std::size_t t = 0; t < 8; ++t) {
+    threads.emplace_back([&, t] {
+      for (std::size_t i = 0; i < std::size(inits); ++i) {
+        // Half of them from the combined tables on, which make the others.
+        const std::size_t table = t % 2 ? std::size(inits) - 1 - i : i;
+        seen[t * std::size(inits) + table] = inits[table]();
+      }
+    });
+  }
+  for (std::thread &thread : threads) thread.join();
+  for (std::size_t i = 0; i < seen.size(); ++i) {
+    EXPECT_EQ(seen[i], seen[i % std::size(inits)]);
+    EXPECT_EQ(seen[i], methods[i % std::size(inits)]());
+    EXPECT_EQ(seen[i][0xffff], 0xffff);
+  }
+}
+
+}  // namespace
+}  // namespace nimbo
