@@ -34,7 +34,8 @@ NSString stringWithFormat(const NSString &format, std::initializer_list<NSString
 void replaceString(NSMutableString &string, const NSString &replaced, const NSString &withString,
                    bool caseSensitive) {
   NSMutableString result;
-  if (replaceOccurrences(string.view(), replaced, withString, caseSensitive, result)) string = std::move(result);
+  if (replaceOccurrences(string.view(), replaced, withString, caseSensitive, result))
+    string = std::move(result);
 }
 
 void replaceStringWithFormat(NSMutableString &string, const NSString &replaced, const NSString &format,

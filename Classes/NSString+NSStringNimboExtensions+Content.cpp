@@ -75,8 +75,8 @@ std::uint32_t countNumbers(const NSString &string) {
 
 bool containsNumberWithNDigits(const NSString &string, std::int32_t n) {
   return n >= 1 && visitNumbers(string.view(), [=](std::u16string_view digits) {
-    return digits.size() >= static_cast<std::uint32_t>(n);
-  });
+           return digits.size() >= static_cast<std::uint32_t>(n);
+         });
 }
 
 bool containsCharacters(const NSString &string, const NSString &characters) {

@@ -49,8 +49,7 @@ NSString stringByRemovingMultipleFeeds(const NSString &string) {
 }
 
 NSString stringByRemovingMultipleSpacesAndFeeds(const NSString &string, bool andFeeds) {
-  return stringByEditing(string,
-                         [=](NSMutableString &copy) { removeMultipleSpacesAndFeeds(copy, andFeeds); });
+  return stringByEditing(string, [=](NSMutableString &copy) { removeMultipleSpacesAndFeeds(copy, andFeeds); });
 }
 
 NSString stringByRemovingDigits(const NSString &string) {

@@ -20,8 +20,7 @@ NSString stringByReplacingString(const NSString &string, const NSString &replace
 NSString stringByReplacingCharacter(const NSString &string, unichar character, unichar withCharacter,
                                     bool caseSensitive) {
   const IsReplaced isReplaced(character, withCharacter, caseSensitive);
-  return stringByMappingUnits(string,
-                              [&](unichar c) { return isReplaced(c) ? withCharacter : c; });
+  return stringByMappingUnits(string, [&](unichar c) { return isReplaced(c) ? withCharacter : c; });
 }
 
 }  // namespace NSStringNimboExtensions

@@ -8,8 +8,8 @@
 
 namespace nimbo {
 
-// Each kind of edit stands here once: a worker on a mutable string, and beside it the form for an immutable one,
-// which answers the string itself when the edit changes nothing.
+// Each kind of edit stands here once: a worker on a mutable string, and beside it the form for an immutable
+// one, which answers the string itself when the edit changes nothing.
 
 /// Edits a copy by `edit(NSMutableString &)`.
 template <class Edit>
@@ -51,8 +51,7 @@ NSString stringByRemovingUnits(const NSString &string, Predicate isRemoved) {
   if (std::none_of(units.begin(), units.end(), isRemoved)) return string;
   NSMutableString copy;
   copy.setLength(string.length());
-  unichar *const end =
-      std::remove_copy_if(units.begin(), units.end(), copy.mutableCharacters(), isRemoved);
+  unichar *const end = std::remove_copy_if(units.begin(), units.end(), copy.mutableCharacters(), isRemoved);
   copy.setLength(static_cast<std::uint32_t>(end - copy.mutableCharacters()));
   return std::move(copy).string();
 }

@@ -13,8 +13,7 @@ bool replaceOccurrences(std::u16string_view units, const NSString &replaced, con
   const unichar *position = units.data();
   const unichar *const end = position + units.size();
   const auto lengthUntil = [&](const unichar *to) { return static_cast<std::uint32_t>(to - position); };
-  const unichar *found =
-      search(position, lengthUntil(end), replaced.characters(), replaced.length());
+  const unichar *found = search(position, lengthUntil(end), replaced.characters(), replaced.length());
   if (!found) return false;
   if (withString.length() <= replaced.length()) result.reserve(lengthUntil(end));
   for (; found; found = search(position, lengthUntil(end), replaced.characters(), replaced.length())) {

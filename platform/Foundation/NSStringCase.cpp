@@ -30,8 +30,9 @@ NSMutableString mapped(std::u16string_view source, Map map) {
 }
 
 NSMutableString lowercased(std::u16string_view source) {
-  return mapped(source, [](unichar *to, std::int32_t capacity, const unichar *from, std::int32_t length,
-                           UErrorCode *status) { return u_strToLower(to, capacity, from, length, "", status); });
+  return mapped(source,
+                [](unichar *to, std::int32_t capacity, const unichar *from, std::int32_t length,
+                   UErrorCode *status) { return u_strToLower(to, capacity, from, length, "", status); });
 }
 
 }  // namespace

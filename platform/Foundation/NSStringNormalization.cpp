@@ -22,10 +22,14 @@ const UNormalizer2 *normalizer(NormalizerMaker *make) {
 
 const UNormalizer2 *normalizerOfForm(CFStringNormalizationForm form) {
   switch (form) {
-    case kCFStringNormalizationFormD: return normalizer(unorm2_getNFDInstance);
-    case kCFStringNormalizationFormKD: return normalizer(unorm2_getNFKDInstance);
-    case kCFStringNormalizationFormKC: return normalizer(unorm2_getNFKCInstance);
-    case kCFStringNormalizationFormC: break;
+    case kCFStringNormalizationFormD:
+      return normalizer(unorm2_getNFDInstance);
+    case kCFStringNormalizationFormKD:
+      return normalizer(unorm2_getNFKDInstance);
+    case kCFStringNormalizationFormKC:
+      return normalizer(unorm2_getNFKCInstance);
+    case kCFStringNormalizationFormC:
+      break;
   }
   static const UNormalizer2 *const composer = normalizer(unorm2_getNFCInstance);
   return composer;

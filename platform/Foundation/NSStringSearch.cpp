@@ -76,7 +76,8 @@ bool isInsidePair(std::u16string_view string, std::size_t position) {
 }
 
 /// As `rangeOfString`, with the location counted in `part`.
-std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_view find, std::uint32_t options) {
+std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_view find,
+                                     std::uint32_t options) {
   const std::u16string foldedFind = folded(find);
   const bool backwards = options & NSBackwardsSearch;
   const bool anchored = options & NSAnchoredSearch;
@@ -113,8 +114,8 @@ NSRange rangeOfString(std::u16string_view string, std::u16string_view find, std:
                       NSRange range) {
   if (find.empty() || range.location >= string.size()) return {NSNotFound, 0};
   const std::u16string_view part = string.substr(range.location, range.length);
-  const std::optional<NSRange> found =
-      options & NSCaseInsensitiveSearch ? rangeOfFolded(part, find, options) : rangeOfUnits(part, find, options);
+  const std::optional<NSRange> found = options & NSCaseInsensitiveSearch ? rangeOfFolded(part, find, options)
+                                                                         : rangeOfUnits(part, find, options);
   return found ? NSRange{range.location + found->location, found->length} : NSRange{NSNotFound, 0};
 }
 
