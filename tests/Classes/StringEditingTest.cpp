@@ -162,6 +162,15 @@ TEST(StringEditing, CountsTabStopsFromTheLastFeed) {
   EXPECT_EQ(text.view(), u"a\tb  \n\tc d");
   decodeTabs(text, 2);
   EXPECT_EQ(text.view(), u"a b  \n  c d");
+  const struct {
+    std::uint32_t width, encodedLength;
+  } widths[] = {
+      {0, 600}, {1, 600}, {kMaximumTabWidth, 2 + 600 % kMaximumTabWidth}, {kMaximumTabWidth + 1, 600}};
+  for (const auto &[width, encodedLength] : widths) {
+    NSMutableString spaces(exactString(std::u16string(600, u' ')));
+    encodeTabs(spaces, width);
+    EXPECT_EQ(spaces.length(), encodedLength) << width;
+  }
 }
 
 }  // namespace
