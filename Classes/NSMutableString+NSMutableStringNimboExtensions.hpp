@@ -1,14 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/Foundation/NSMutableString.hpp"
-
-namespace nimbo {
-inline namespace NSMutableStringNimboExtensions {
-
-/// Cleans text of unsure origin in place: each unit that is a surrogate (of a pair too) or in the private range
-/// U+F400 to U+F8FF becomes a space; then the string is brought into NFC.
-void fixAndNormalizeString(NSMutableString &string);
-
-}  // namespace NSMutableStringNimboExtensions
-}  // namespace nimbo
+#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Editing.hpp"
+#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Normalizing.hpp"
+#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Removing.hpp"
+#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Replacing.hpp"
+#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Trimming.hpp"

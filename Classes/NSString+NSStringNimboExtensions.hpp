@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/Foundation/NSString.hpp"
-
-namespace nimbo {
-inline namespace NSStringNimboExtensions {
-
-/// A copy cleaned as `fixAndNormalizeString` does; the receiver itself when it is nil or empty.
-NSString fixedAndNormalizedString(const NSString &string);
-
-}  // namespace NSStringNimboExtensions
-}  // namespace nimbo
+#include "Classes/NSString+NSStringNimboExtensions+Case.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Comparing.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+ConfigurationText.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Content.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+LinesAndWords.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Normalizing.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Removing.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Replacing.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Trimming.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Values.hpp"

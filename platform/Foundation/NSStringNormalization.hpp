@@ -5,6 +5,17 @@
 
 namespace nimbo {
 
+/// The forms of Unicode: D and C of canonical, KD and KC of compatible equivalents; C and KC composed.
+enum CFStringNormalizationForm {
+  kCFStringNormalizationFormD,
+  kCFStringNormalizationFormKD,
+  kCFStringNormalizationFormC,
+  kCFStringNormalizationFormKC,
+};
+
+/// Brings the string into the form, in place. Lone surrogates stay.
+void CFStringNormalize(NSMutableString &string, CFStringNormalizationForm form);
+
 /// Whether the string is certainly in Unicode normalization form C (NFC). False also when that takes a closer
 /// look.
 bool isQuicklyPrecomposed(std::u16string_view units);

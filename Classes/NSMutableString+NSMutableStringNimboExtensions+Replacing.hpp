@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <initializer_list>
+
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+inline namespace NSMutableStringNimboExtensions {
+
+/// Replaces every occurrence of `replaced`, from left to right; without regard to case by `upperCharsTable`.
+/// Changes nothing when either string is nil or `replaced` is empty.
+void replaceString(NSMutableString &string, const NSString &replaced, const NSString &withString,
+                   bool caseSensitive = true);
+/// The replacement is `format`, in which each "%@" stands for the next of the arguments (for nothing when it is
+/// nil or there are no more) and "%%" for one "%".
+void replaceStringWithFormat(NSMutableString &string, const NSString &replaced, const NSString &format,
+                             std::initializer_list<NSString> arguments);
+
+/// Replaces a unit. Letters are always replaced exactly: the case is disregarded only for characters that have
+/// none.
+void replaceCharacter(NSMutableString &string, unichar character, unichar withCharacter,
+                      bool caseSensitive = true);
+
+}  // namespace NSMutableStringNimboExtensions
+}  // namespace nimbo

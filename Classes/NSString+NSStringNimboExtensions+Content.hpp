@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+/// Whether all units are below 128. True of an empty string, false of nil.
+bool isAsciiString(const NSString &string);
+/// Whether a unit has a form without diacritics (`umlautsCharsTable`). False when nil or empty.
+bool isUmlautedString(const NSString &string);
+/// Whether there is an uppercase letter and no lowercase one, or the other way round; units that are neither do
+/// not matter. False when nil or empty.
+bool isUpperCaseString(const NSString &string);
+bool isLowerCaseString(const NSString &string);
+
+/// Numbers are the longest runs of ASCII digits. Whether one has this value ("a007" contains 7, not 0), and how
+/// many there are.
+bool containsNumber(const NSString &string, std::uint64_t number);
+std::uint32_t countNumbers(const NSString &string);
+/// Whether `n` ASCII digits stand one after the other. False when `n` is below 1.
+bool containsNumberWithNDigits(const NSString &string, std::int32_t n);
+
+/// Whether one of the units of `characters` stands in the string; false when either is nil or empty.
+bool containsCharacters(const NSString &string, const NSString &characters);
+
+/// Whether all units of the run are in the white set; true for none.
+bool onlyWhiteCharacters(const unichar *characters, std::uint32_t length);
+
+/// Counts the "<" and the ">" and stores the counts where the pointers are not null. Whether there is a "<" and
+/// the counts are equal.
+bool countLTGT(const NSString &string, std::uint32_t *lt, std::uint32_t *gt);
+
+/// Whether the string begins as two words written as one: a capital, small letters, a capital, a small letter.
+/// "HelloWorld" does, "HeLLo" does not.
+bool isMashedWordString(const NSString &string);
+bool isMashedWord(const NSString &string);
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
+
+#include <algorithm>
+
+#include "Classes/CharacterTables.hpp"
+#include "Classes/UnicharSearches.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+namespace {
+
+using Search = std::uint32_t (*)(const unichar *units, std::uint32_t length, unichar c);
+
+/// Calls the search that the character needs with the units from `startAt` on, of which there must be some.
+std::uint32_t searchFrom(const NSString &string, std::uint32_t startAt, unichar character, bool caseInsensitive,
+                         Search exact, Search noCase) {
+  const unichar upper = toUpper(character);
+  const bool hasCase = upper != toLower(character);
+  const Search search = hasCase && caseInsensitive ? noCase : exact;
+  return search(string.characters() + startAt, string.length() - startAt, hasCase ? upper : character);
+}
+
+std::uint32_t indexFrom(std::uint32_t startAt, std::uint32_t found) {
+  return found == NSNotFound ? NSNotFound : startAt + found;
+}
+
+}  // namespace
+
+std::uint32_t findCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+  return findCharacter(string, character, 0, caseInsensitive);
+}
+
+std::uint32_t findCharacter(const NSString &string, unichar character, std::uint32_t startAt,
+                            bool caseInsensitive) {
+  if (startAt >= string.length()) return NSNotFound;
+  return indexFrom(startAt,
+                   searchFrom(string, startAt, character, caseInsensitive, findUnichar, findUnicharNoCase));
+}
+
+bool containsCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+  return containsCharacter(string, character, 0, caseInsensitive);
+}
+
+bool containsCharacter(const NSString &string, unichar character, std::uint32_t startAt, bool caseInsensitive) {
+  return findCharacter(string, character, startAt, caseInsensitive) != NSNotFound;
+}
+
+std::uint32_t countCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+  return countCharacter(string, character, 0, caseInsensitive);
+}
+
+std::uint32_t countCharacter(const NSString &string, unichar character, std::uint32_t startAt,
+                             bool caseInsensitive) {
+  if (startAt >= string.length()) return 0;
+  return searchFrom(string, startAt, character, caseInsensitive, countUnichar, countUnicharNoCase);
+}
+
+std::uint32_t findLastCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+  return findLastCharacter(string, character, 0, caseInsensitive);
+}
+
+std::uint32_t findLastCharacter(const NSString &string, unichar character, std::int32_t startAt,
+                                bool caseInsensitive) {
+  const auto start = static_cast<std::uint32_t>(std::max(startAt, 0));
+  if (start >= string.length()) return NSNotFound;
+  return indexFrom(
+      start, searchFrom(string, start, character, caseInsensitive, findLastUnichar, findLastUnicharNoCase));
+}
+
+std::uint32_t findOneOf(const NSString &string, const NSString &characters, bool caseInsensitive) {
+  return findOneOf(string, characters, 0, caseInsensitive);
+}
+
+std::uint32_t findOneOf(const NSString &string, const NSString &characters, std::uint32_t startAt,
+                        bool caseInsensitive) {
+  if (startAt >= string.length() || characters.length() == 0) return NSNotFound;
+  const std::u16string_view units = string.view(), wanted = characters.view();
+  const unichar *const table = initUpperCharsTable();
+  const auto matches = [=](unichar a, unichar b) { return caseInsensitive ? table[a] == table[b] : a == b; };
+  const auto found =
+      std::find_first_of(units.begin() + startAt, units.end(), wanted.begin(), wanted.end(), matches);
+  return found == units.end() ? NSNotFound : static_cast<std::uint32_t>(found - units.begin());
+}
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vector>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+/// The text between line breaks (any feed; CR LF is one). A break at the end begins no further line; an empty
+/// or nil string has none.
+std::vector<NSString> lines(const NSString &string);
+std::uint32_t numberOfLines(const NSString &string);
+/// The string itself when it has no line break.
+NSString firstLine(const NSString &string);
+bool hasFeedOfLine(const NSString &string);
+/// The first line break, CR LF in one; empty when there is none, nil for nil.
+NSString feedOfLine(const NSString &string);
+
+// The ranges are {NSNotFound, 0} when nothing stands at the index or the index is not below the length; the
+// strings are then empty (nil for nil).
+
+/// The run of units of the alphaNum set around the index.
+NSRange getWordRangeAtIndex(const NSString &string, std::uint32_t index);
+NSString getWordAtIndex(const NSString &string, std::uint32_t index);
+/// The word at index 0: empty when the string begins with another unit.
+NSString firstWord(const NSString &string);
+/// The word at NSNotFound, which is always empty.
+NSString lastWord(const NSString &string);
+
+/// The run of units around the index that are none of `separators`. Nothing when these are nil; the whole
+/// string when they are empty.
+NSRange getSubstringRangeAtIndex(const NSString &string, std::uint32_t index, const NSString &separators);
+NSString getSubstringAtIndex(const NSString &string, std::uint32_t index, const NSString &separators);
+
+/// What looks like a link around the index: up to white characters, "<" or ">", without punctuation at its end.
+/// At an "@" it is a mail address, which ends at brackets, quotation marks and the like too.
+NSRange getLinkRangeAtIndex(const NSString &string, std::uint32_t index);
+NSString getLinkAtIndex(const NSString &string, std::uint32_t index);
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+NSStringNimboExtensions+Replacing.hpp"
+
+#include <utility>
+
+#include "Classes/UnitEditing.hpp"
+#include "Classes/UnitReplacing.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+NSString stringByReplacingString(const NSString &string, const NSString &replaced, const NSString &withString,
+                                 bool caseSensitive) {
+  NSMutableString result;
+  return replaceOccurrences(string.view(), replaced, withString, caseSensitive, result)
+             ? std::move(result).string()
+             : string;
+}
+
+NSString stringByReplacingCharacter(const NSString &string, unichar character, unichar withCharacter,
+                                    bool caseSensitive) {
+  const IsReplaced isReplaced(character, withCharacter, caseSensitive);
+  return stringByMappingUnits(string, [&](unichar c) { return isReplaced(c) ? withCharacter : c; });
+}
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+NSStringNimboExtensions+Values.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "Classes/FastComparisons.hpp"
+#include "Classes/LineIteration.hpp"
+#include "Classes/UnitEditing.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+namespace {
+
+constexpr std::int32_t kLettersInAlphabet = 26;
+
+bool isEqualNoCase(const NSString &a, const NSString &b) {
+  return a.length() == b.length() &&
+         fastCaseInsensitiveCompareUnichars(a.characters(), a.length(), b.characters(), b.length()) == 0;
+}
+
+/// Whether the text begins as a whole number that is not 0.
+bool beginsWithNumberNotZero(std::u16string_view units) {
+  auto position = std::find_if_not(units.begin(), units.end(), isWhite());
+  if (position != units.end() && (*position == u'-' || *position == u'+')) ++position;
+  position = std::find_if_not(position, units.end(), IsUnit{u'0'});
+  return position != units.end() && *position >= u'1' && *position <= u'9';
+}
+
+constexpr unichar rotated(unichar c, std::int32_t places, unichar first) {
+  return static_cast<unichar>(first + (c - first + places) % kLettersInAlphabet);
+}
+
+void appendHexadecimal(NSMutableString &result, unichar unit) {
+  constexpr char16_t kDigits[] = u"0123456789abcdef";
+  for (int shift = 12; shift >= 0; shift -= 4) result.appendCharacter(kDigits[unit >> shift & 0xf]);
+}
+
+void appendDecimal(NSMutableString &result, std::uint32_t number) {
+  char digits[10];
+  const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+  for (const char *digit = digits; digit != end; ++digit) result.appendCharacter(static_cast<unichar>(*digit));
+}
+
+/// Joins the lines of a mailing, one at a time.
+class MailingReformatter {
+ public:
+  void addLine(std::u16string_view line) {
+    const auto length = static_cast<std::uint32_t>(line.size());
+    const NSRange kept = trimmedRange(line, {0, length}, isWhite_, Ends::kRight);
+    line = line.substr(0, kept.length);
+    if (line.empty()) {
+      if (result_.length() > 0) pendingFeeds_ = 2;
+      canGoOn_ = false;
+      return;
+    }
+    const bool isQuoted = line.front() == u'>';
+    const bool isItem = isWhite_(line.front()) || line.front() == u'-' || line.front() == u'*';
+    if (canGoOn_ && !isQuoted && !isItem)
+      result_.appendCharacter(u' ');
+    else
+      for (; pendingFeeds_ > 0; --pendingFeeds_) result_.appendCharacter(u'\n');
+    result_.appendCharacters(line.data(), static_cast<std::uint32_t>(line.size()));
+    pendingFeeds_ = 1;
+    canGoOn_ = !isQuoted;
+  }
+
+  NSMutableString takeResult() { return std::move(result_); }
+
+ private:
+  NSMutableString result_;
+  const IsPartOfSet isWhite_ = isWhite();
+  int pendingFeeds_ = 0;
+  /// Whether the last line is one that the next may continue.
+  bool canGoOn_ = false;
+};
+
+}  // namespace
+
+bool boolValue(const NSString &string) {
+  return beginsWithNumberNotZero(string.view()) ||
+         typedValueForKeys(string, {u"on"_ns, u"yes"_ns, u"true"_ns}) != NSNotFound;
+}
+
+std::uint32_t typedValueForKeys(const NSString &string, std::initializer_list<NSString> keys) {
+  if (!string) return NSNotFound;
+  std::uint32_t position = 0;
+  for (const NSString &key : keys) {
+    if (!key) break;
+    if (isEqualNoCase(string, key)) return position;
+    ++position;
+  }
+  return NSNotFound;
+}
+
+NSString stringByRotating(const NSString &string, std::int32_t n) {
+  const std::int32_t places = (n % kLettersInAlphabet + kLettersInAlphabet) % kLettersInAlphabet;
+  if (places == 0) return string;
+  return stringByMappingUnits(string, [places](unichar c) {
+    if (c >= u'a' && c <= u'z') return rotated(c, places, u'a');
+    if (c >= u'A' && c <= u'Z') return rotated(c, places, u'A');
+    return c;
+  });
+}
+
+NSString stringByRotating13(const NSString &string) {
+  return stringByRotating(string, 13);
+}
+
+NSString reformattedMailing(const NSString &string) {
+  return stringByEditing(string, [](NSMutableString &copy) {
+    MailingReformatter reformatter;
+    visitLines(copy.view(), [&](std::u16string_view line) { reformatter.addLine(line); });
+    copy = reformatter.takeResult();
+  });
+}
+
+std::uint32_t getChars(const NSString &string, std::span<char> chars) {
+  const std::u16string_view units = string.view().substr(0, chars.size());
+  std::transform(units.begin(), units.end(), chars.begin(),
+                 [](unichar c) { return c > 0xff ? '?' : static_cast<char>(c); });
+  return static_cast<std::uint32_t>(units.size());
+}
+
+NSString string(const NSString &string) {
+  return string;
+}
+
+NSString dump(const NSString &string) {
+  if (!string) return string;
+  NSMutableString result;
+  for (std::uint32_t i = 0; i < string.length(); ++i) {
+    const unichar unit = string.characterAtIndex(i);
+    appendDecimal(result, i);
+    result.appendString(u": "_ns);
+    appendHexadecimal(result, unit);
+    if (unit > u' ' && unit < 0x7f) {
+      result.appendCharacter(u' ');
+      result.appendCharacter(unit);
+    }
+    result.appendCharacter(u'\n');
+  }
+  return std::move(result).string();
+}
+
+NSString dumpAsArray(const NSString &string) {
+  if (!string) return string;
+  NSMutableString result;
+  result.appendCharacter(u'{');
+  for (std::uint32_t i = 0; i < string.length(); ++i) {
+    result.appendString(i == 0 ? u"0x"_ns : u", 0x"_ns);
+    appendHexadecimal(result, string.characterAtIndex(i));
+  }
+  result.appendCharacter(u'}');
+  return std::move(result).string();
+}
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

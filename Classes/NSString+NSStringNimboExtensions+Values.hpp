@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <initializer_list>
+#include <span>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+/// Whether the string begins as a whole number other than 0 (behind white characters, with or without a sign)
+/// or is "on", "yes" or "true", without regard to case.
+bool boolValue(const NSString &string);
+
+/// The position of the first key that equals the string without regard to case (`upperCharsTable`), or
+/// NSNotFound. A nil key ends the list.
+std::uint32_t typedValueForKeys(const NSString &string, std::initializer_list<NSString> keys);
+
+/// Each ASCII letter moved `n` places forward in its alphabet, from its end on to its beginning; backward when
+/// `n` is negative. The string itself when that changes nothing.
+NSString stringByRotating(const NSString &string, std::int32_t n);
+NSString stringByRotating13(const NSString &string);
+
+/// A mailing with its lines joined to paragraphs. A line goes on in the next one, with one space, unless one of
+/// them is blank or quoted (">") or the next begins with a white character, "-" or "*". Lines lose the white
+/// characters at their ends; line feeds stand between what remains, at most two together. The string itself
+/// when that changes nothing.
+NSString reformattedMailing(const NSString &string);
+
+/// Copies the units to `chars`, as many as fit, and answers how many. A unit above U+00FF becomes "?".
+std::uint32_t getChars(const NSString &string, std::span<char> chars);
+
+/// The string itself.
+NSString string(const NSString &string);
+
+/// The units for a person to read: a line for each with its index, its value in hexadecimal digits and, when it
+/// is printable ASCII, itself, as "3: 0041 A"; or in one line as an array of C, "{0x0041, 0x0042}". Nil for
+/// nil.
+NSString dump(const NSString &string);
+NSString dumpAsArray(const NSString &string);
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Classes/CharacterSetRep.hpp"
+
+namespace nimbo {
+
+/// The units that end a line or stand between pieces of text: form feed, line feed, carriage return, the line
+/// and the paragraph separator, end of text, attachment, byte order mark.
+constexpr bool isFeed(unichar c) {
+  return c == 0x000a || c == 0x000d || c == 0x000c || c == 0x0003 || c == 0x2028 || c == 0x2029 ||
+         c == 0xfffc || c == 0xfeff;
+}
+
+/// How many units the line break at index `at` has: 2 for CR LF, 1 for another feed, 0 for none.
+constexpr std::uint32_t lengthOfFeed(std::u16string_view units, std::size_t at) {
+  if (at >= units.size() || !isFeed(units[at])) return 0;
+  return units[at] == u'\r' && at + 1 < units.size() && units[at + 1] == u'\n' ? 2 : 1;
+}
+
+/// A predicate: membership in a set, which must not be null.
+struct IsPartOfSet {
+  const CharacterSetRep *set;
+  bool operator()(unichar c) const noexcept { return set->contains(c); }
+};
+
+inline IsPartOfSet isWhite() {
+  return {whiteCharacterSetRep()};
+}
+
+inline IsPartOfSet isDigit() {
+  return {digitCharacterSetRep()};
+}
+
+/// The white set when feeds count too, else the space set.
+inline IsPartOfSet isSpace(bool andFeeds) {
+  return {andFeeds ? whiteCharacterSetRep() : spaceCharacterSetRep()};
+}
+
+/// A predicate: whether a unit is one of those of a string, which it borrows.
+struct IsUnitOf {
+  std::u16string_view units;
+  bool operator()(unichar c) const noexcept { return units.find(c) != units.npos; }
+};
+
+/// A predicate: one unit.
+struct IsUnit {
+  unichar unit;
+  constexpr bool operator()(unichar c) const noexcept { return c == unit; }
+};
+
+}  // namespace nimbo

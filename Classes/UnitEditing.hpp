@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+
+// Each kind of edit stands here once: a worker on a mutable string, and beside it the form for an immutable
+// one, which answers the string itself when the edit changes nothing.
+
+/// Edits a copy by `edit(NSMutableString &)`.
+template <class Edit>
+NSString stringByEditing(const NSString &string, Edit edit) {
+  if (string.length() == 0) return string;
+  NSMutableString copy(string);
+  edit(copy);
+  return copy.view() == string.view() ? string : std::move(copy).string();
+}
+
+/// Maps each unit by `map(unichar)`.
+template <class Map>
+void mapUnits(NSMutableString &string, Map map) {
+  unichar *const units = string.mutableCharacters();
+  std::transform(units, units + string.length(), units, map);
+}
+
+template <class Map>
+NSString stringByMappingUnits(const NSString &string, Map map) {
+  const std::u16string_view units = string.view();
+  if (std::all_of(units.begin(), units.end(), [&](unichar c) { return map(c) == c; })) return string;
+  NSMutableString copy;
+  copy.setLength(string.length());
+  std::transform(units.begin(), units.end(), copy.mutableCharacters(), map);
+  return std::move(copy).string();
+}
+
+/// Removes the units for which `isRemoved(unichar)` holds.
+template <class Predicate>
+void removeUnits(NSMutableString &string, Predicate isRemoved) {
+  unichar *const units = string.mutableCharacters();
+  unichar *const end = std::remove_if(units, units + string.length(), isRemoved);
+  string.setLength(static_cast<std::uint32_t>(end - units));
+}
+
+template <class Predicate>
+NSString stringByRemovingUnits(const NSString &string, Predicate isRemoved) {
+  const std::u16string_view units = string.view();
+  if (std::none_of(units.begin(), units.end(), isRemoved)) return string;
+  NSMutableString copy;
+  copy.setLength(string.length());
+  unichar *const end = std::remove_copy_if(units.begin(), units.end(), copy.mutableCharacters(), isRemoved);
+  copy.setLength(static_cast<std::uint32_t>(end - copy.mutableCharacters()));
+  return std::move(copy).string();
+}
+
+/// Which ends are trimmed.
+enum class Ends { kBoth, kLeft, kRight };
+
+/// What is left of `range`, which must lie inside `units`, without the units at its ends for which
+/// `isTrimmed(unichar)` holds.
+template <class Predicate>
+NSRange trimmedRange(std::u16string_view units, NSRange range, Predicate isTrimmed, Ends ends = Ends::kBoth) {
+  std::uint32_t start = range.location, end = range.location + range.length;
+  if (ends != Ends::kRight)
+    while (start < end && isTrimmed(units[start])) ++start;
+  if (ends != Ends::kLeft)
+    while (start < end && isTrimmed(units[end - 1])) --end;
+  return {start, end - start};
+}
+
+template <class Predicate>
+NSString stringByTrimmingUnits(const NSString &string, Predicate isTrimmed, Ends ends = Ends::kBoth) {
+  return string.substringWithRange(trimmedRange(string.view(), {0, string.length()}, isTrimmed, ends));
+}
+
+template <class Predicate>
+void trimUnits(NSMutableString &string, Predicate isTrimmed, Ends ends = Ends::kBoth) {
+  const NSRange kept = trimmedRange(string.view(), {0, string.length()}, isTrimmed, ends);
+  string.setLength(kept.location + kept.length);
+  string.deleteCharactersInRange({0, kept.location});
+}
+
+}  // namespace nimbo

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/UnitReplacing.hpp"
+
+#include "Classes/CharacterTables.hpp"
+#include "Classes/FastSearches.hpp"
+
+namespace nimbo {
+
+bool replaceOccurrences(std::u16string_view units, const NSString &replaced, const NSString &withString,
+                        bool caseSensitive, NSMutableString &result) {
+  if (!withString) return false;
+  const auto search = caseSensitive ? fastContainsUnichars : fastCaseInsensitiveContainsUnichars;
+  const unichar *position = units.data();
+  const unichar *const end = position + units.size();
+  const auto lengthUntil = [&](const unichar *to) { return static_cast<std::uint32_t>(to - position); };
+  const unichar *found = search(position, lengthUntil(end), replaced.characters(), replaced.length());
+  if (!found) return false;
+  if (withString.length() <= replaced.length()) result.reserve(lengthUntil(end));
+  for (; found; found = search(position, lengthUntil(end), replaced.characters(), replaced.length())) {
+    result.appendCharacters(position, lengthUntil(found));
+    result.appendString(withString);
+    position = found + replaced.length();
+  }
+  result.appendCharacters(position, lengthUntil(end));
+  return true;
+}
+
+IsReplaced::IsReplaced(unichar character, unichar withCharacter, bool caseSensitive)
+    : character_(character), isSame_(character == withCharacter) {
+  if (!caseSensitive && toUpper(character) == toLower(character)) {
+    character_ = toUpper(character);
+    table_ = initUpperCharsTable();
+  }
+}
+
+}  // namespace nimbo
