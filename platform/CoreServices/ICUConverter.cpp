@@ -3,7 +3,9 @@
 #include <unicode/ucnv_cb.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 #include "platform/CoreServices/TextConverters.hpp"
 #include "platform/Foundation/NSRange.hpp"
@@ -29,6 +31,28 @@ OSStatus statusOf(UErrorCode status) {
   }
 }
 
+// ICU's tables for DOS come from mainframes' and turn three controls in a circle: the end mark of DOS, 0x1a,
+// would be U+001C. Texts have them in their places.
+constexpr UChar kTurned[] = {0x1a, 0x1c, 0x7f};
+
+bool turnsControls(const char *name) {
+  UErrorCode status = U_ZERO_ERROR;
+  const Converter converter(ucnv_open(name, &status), &ucnv_close);
+  UChar unit = 0;
+  ucnv_toUChars(converter.get(), &unit, 1, "\x1a", 1, &status);
+  return unit == kTurned[1];
+}
+
+/// Turns the three controls by so many places.
+void turnControls(std::span<UChar> units, std::size_t places) {
+  for (UChar &unit : units)
+    for (std::size_t i = 0; i < std::size(kTurned); ++i) {
+      if (unit != kTurned[i]) continue;
+      unit = kTurned[(i + places) % std::size(kTurned)];
+      break;
+    }
+}
+
 /// Codes that the table gives no meaning become U+FFFD; impossible ones stay errors.
 void substituteUnassigned(const void *usedFallbacks, UConverterToUnicodeArgs *arguments, const char *,
                           std::int32_t, UConverterCallbackReason reason, UErrorCode *status) {
@@ -45,7 +69,7 @@ void stopAtError(const void *, UConverterFromUnicodeArgs *, const UChar *, std::
 
 class ICUToUTF16 final : public TECConverter {
  public:
-  explicit ICUToUTF16(Converter converter) : converter_(std::move(converter)) {
+  ICUToUTF16(Converter converter, bool turns) : converter_(std::move(converter)), turns_(turns) {
     UErrorCode status = U_ZERO_ERROR;
     ucnv_setToUCallBack(converter_.get(), substituteUnassigned, &usedFallbacks_, nullptr, nullptr, &status);
   }
@@ -67,25 +91,16 @@ class ICUToUTF16 final : public TECConverter {
     usedFallbacks_ = false;
     ucnv_toUnicode(converter_.get(), &to, target + output.size() / sizeof(UChar), &source, end, nullptr, flush,
                    &status);
+    if (turns_) turnControls({target, to}, 2);
     TECResult result{statusOf(status), static_cast<std::size_t>(source - begin),
                      static_cast<std::size_t>(to - target) * sizeof(UChar)};
-    if (U_SUCCESS(status) && !flush && isWithinCharacter()) result.status = kTECPartialCharErr;
-    if (result.status != noErr && result.status != kTECOutputBufferFullStatus)
+    if (result.status == kTextMalformedInputErr)
       result.consumedBytes -= std::min(result.consumedBytes, bytesOfLastError());
+    // ICU keeps the first bytes of a divided character until the others come.
+    if (result.status == noErr && ucnv_toUCountPending(converter_.get(), &status) > 0)
+      result.status = kTECPartialCharErr;
     if (result.status == noErr && usedFallbacks_) result.status = kTECUsedFallbacksStatus;
     return result;
-  }
-
-  /// Whether the input ended within a character. Ending the text takes its bytes out of ICU; the shift state
-  /// stays, because it ends with an error.
-  bool isWithinCharacter() {
-    UErrorCode status = U_ZERO_ERROR;
-    if (ucnv_toUCountPending(converter_.get(), &status) <= 0) return false;
-    UChar unit;
-    UChar *to = &unit;
-    const char *source = "";
-    ucnv_toUnicode(converter_.get(), &to, &unit + 1, &source, source, nullptr, true, &status);
-    return status == U_TRUNCATED_CHAR_FOUND;
   }
 
   std::size_t bytesOfLastError() {
@@ -97,12 +112,13 @@ class ICUToUTF16 final : public TECConverter {
   }
 
   const Converter converter_;
+  const bool turns_;
   bool usedFallbacks_ = false;
 };
 
 class UTF16ToICU final : public TECConverter {
  public:
-  explicit UTF16ToICU(Converter converter) : converter_(std::move(converter)) {
+  UTF16ToICU(Converter converter, bool turns) : converter_(std::move(converter)), turns_(turns) {
     UErrorCode status = U_ZERO_ERROR;
     ucnv_setFromUCallBack(converter_.get(), stopAtError, nullptr, nullptr, nullptr, &status);
   }
@@ -115,13 +131,20 @@ class UTF16ToICU final : public TECConverter {
 
  private:
   TECResult convert(std::span<const std::uint8_t> input, std::span<std::uint8_t> output, bool flush) {
-    const auto *const begin = reinterpret_cast<const UChar *>(input.data());
+    const std::size_t count = input.size() / sizeof(UChar);
+    const auto *begin = reinterpret_cast<const UChar *>(input.data());
+    std::vector<UChar> turned;
+    if (turns_) {
+      turned.assign(begin, begin + count);
+      turnControls(turned, 1);
+      begin = turned.data();
+    }
     const UChar *source = begin;
     auto *const target = reinterpret_cast<char *>(output.data());
     char *to = target;
     UErrorCode status = U_ZERO_ERROR;
-    ucnv_fromUnicode(converter_.get(), &to, target + output.size(), &source,
-                     begin + input.size() / sizeof(UChar), nullptr, flush, &status);
+    ucnv_fromUnicode(converter_.get(), &to, target + output.size(), &source, begin + count, nullptr, flush,
+                     &status);
     TECResult result{statusOf(status), static_cast<std::size_t>(source - begin) * sizeof(UChar),
                      static_cast<std::size_t>(to - target)};
     if (result.status == noErr && input.size() % sizeof(UChar) != 0) result.status = kTECPartialCharErr;
@@ -129,6 +152,7 @@ class UTF16ToICU final : public TECConverter {
   }
 
   const Converter converter_;
+  const bool turns_;
 };
 
 }  // namespace
@@ -137,8 +161,10 @@ std::unique_ptr<TECConverter> makeICUConverter(const char *name, ConversionDirec
   UErrorCode status = U_ZERO_ERROR;
   Converter converter(ucnv_open(name, &status), &ucnv_close);
   if (U_FAILURE(status)) return nullptr;
-  if (direction == ConversionDirection::toUnicode) return std::make_unique<ICUToUTF16>(std::move(converter));
-  return std::make_unique<UTF16ToICU>(std::move(converter));
+  const bool turns = turnsControls(name);
+  if (direction == ConversionDirection::toUnicode)
+    return std::make_unique<ICUToUTF16>(std::move(converter), turns);
+  return std::make_unique<UTF16ToICU>(std::move(converter), turns);
 }
 
 }  // namespace nimbo

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <numeric>
 #include <utility>
 
 #include "platform/CoreServices/SingleByteTables.hpp"
@@ -11,8 +12,18 @@
 namespace nimbo {
 namespace {
 
-constexpr std::size_t kHighHalf = 0x80;
+constexpr std::size_t kBytes = 256;
+constexpr std::size_t kHighHalf = 128;
 constexpr unichar kNoCharacter = 0xfffd;
+
+std::array<unichar, kBytes> charactersOf(const SingleByteTable &table) {
+  std::array<unichar, kBytes> characters;
+  std::iota(characters.begin(), characters.begin() + kHighHalf, unichar{0});
+  std::copy_n(table.highHalf, kHighHalf, characters.begin() + kHighHalf);
+  characters['\\'] = table.backslash;
+  characters['~'] = table.tilde;
+  return characters;
+}
 
 class SingleByteConverter : public TECConverter {
  public:
@@ -22,13 +33,13 @@ class SingleByteConverter : public TECConverter {
 
 class SingleByteToUTF16 final : public SingleByteConverter {
  public:
-  explicit SingleByteToUTF16(const char16_t *table) : table_(table) {}
+  explicit SingleByteToUTF16(const SingleByteTable &table) : characters_(charactersOf(table)) {}
 
   TECResult convertText(std::span<const std::uint8_t> input, std::span<std::uint8_t> output) override {
     const std::size_t count = std::min(input.size(), output.size() / sizeof(unichar));
     bool usedFallbacks = false;
     for (std::size_t i = 0; i < count; ++i) {
-      const unichar unit = input[i] < kHighHalf ? unichar{input[i]} : table_[input[i] - kHighHalf];
+      const unichar unit = characters_[input[i]];
       usedFallbacks |= unit == kNoCharacter;
       std::memcpy(output.data() + i * sizeof unit, &unit, sizeof unit);
     }
@@ -39,14 +50,14 @@ class SingleByteToUTF16 final : public SingleByteConverter {
   }
 
  private:
-  const char16_t *const table_;
+  const std::array<unichar, kBytes> characters_;
 };
 
 class UTF16ToSingleByte final : public SingleByteConverter {
  public:
-  explicit UTF16ToSingleByte(const char16_t *table) {
-    for (std::size_t i = 0; i < kHighHalf; ++i)
-      bytes_[i] = {table[i], static_cast<std::uint8_t>(kHighHalf + i)};
+  explicit UTF16ToSingleByte(const SingleByteTable &table) {
+    const auto characters = charactersOf(table);
+    for (std::size_t i = 0; i < kBytes; ++i) bytes_[i] = {characters[i], static_cast<std::uint8_t>(i)};
     std::ranges::sort(bytes_);
   }
 
@@ -56,10 +67,6 @@ class UTF16ToSingleByte final : public SingleByteConverter {
       if (i == output.size()) return {kTECOutputBufferFullStatus, i * sizeof(unichar), i};
       unichar unit;
       std::memcpy(&unit, input.data() + i * sizeof unit, sizeof unit);
-      if (unit < kHighHalf) {
-        output[i] = static_cast<std::uint8_t>(unit);
-        continue;
-      }
       const auto found = std::ranges::lower_bound(bytes_, unit, {}, &Entry::first);
       if (unit == kNoCharacter || found == bytes_.end() || found->first != unit)
         return {kTECUnmappableElementErr, i * sizeof(unichar), i};
@@ -72,14 +79,14 @@ class UTF16ToSingleByte final : public SingleByteConverter {
  private:
   using Entry = std::pair<unichar, std::uint8_t>;
   /// Ascending; of bytes with the same character the lowest is first.
-  std::array<Entry, kHighHalf> bytes_;
+  std::array<Entry, kBytes> bytes_;
 };
 
 }  // namespace
 
 std::unique_ptr<TECConverter> makeSingleByteConverter(const char *name, ConversionDirection direction) {
-  const char16_t *table = singleByteTable(name);
-  if (!table) return nullptr;
+  const SingleByteTable table = singleByteTable(name);
+  if (!table.highHalf) return nullptr;
   if (direction == ConversionDirection::toUnicode) return std::make_unique<SingleByteToUTF16>(table);
   return std::make_unique<UTF16ToSingleByte>(table);
 }

@@ -7,9 +7,9 @@ namespace {
 /// The characters of the bytes 0x80 to 0xff, sixteen a line; the literal's end adds one unit.
 using HighHalf = char16_t[129];
 
-// After the Unicode Consortium's mapping tables (VENDORS/APPLE, VENDORS/NEXT, ISO8859/8859-16); Kamenicky
-// after DOS code page 895. Bytes that stand for a sequence of characters are left out in Hebrew; in Thai they
-// give the letter without the hint for its shape.
+// After the Unicode Consortium's mapping tables (VENDORS/APPLE, VENDORS/NEXT, ISO8859/8859-16,
+// EASTASIA/JIS/JIS0201); Kamenicky after DOS code page 895. Bytes that stand for a sequence of characters are
+// left out in Hebrew; in Thai they give the letter without the hint for its shape.
 // clang-format off
 constexpr HighHalf kMacArabic =
     u"Ä\u00a0ÇÉÑÖÜáàâä\u06ba«çéè"
@@ -101,6 +101,16 @@ constexpr HighHalf kISOLatin10 =
     u"àáâăäćæçèéêëìíîï"
     u"đńòóôőöśűùúûüęțÿ";
 
+constexpr HighHalf kJISX0201 =
+    u"\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd"
+    u"\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd"
+    u"\ufffd｡｢｣､･ｦｧｨｩｪｫｬｭｮｯ"
+    u"ｰｱｲｳｴｵｶｷｸｹｺｻｼｽｾｿ"
+    u"ﾀﾁﾂﾃﾄﾅﾆﾇﾈﾉﾊﾋﾌﾍﾎﾏ"
+    u"ﾐﾑﾒﾓﾔﾕﾖﾗﾘﾙﾚﾛﾜﾝ\uff9e\uff9f"
+    u"\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd"
+    u"\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd\ufffd";
+
 constexpr HighHalf kKamenicky =
     u"ČüéďäĎŤčěĚĹÍľĺÄÁ"
     u"ÉžŽôöÓůÚýÖÜŠĽÝŘť"
@@ -114,22 +124,24 @@ constexpr HighHalf kKamenicky =
 
 struct Row {
   std::string_view name;
-  const HighHalf &characters;
+  SingleByteTable table;
 };
 
 constexpr Row kRows[] = {
-    {"ISOLatin10", kISOLatin10},       {"Kamenicky", kKamenicky},     {"MacArabic", kMacArabic},
-    {"MacCroatian", kMacCroatian},     {"MacFarsi", kMacFarsi},       {"MacHebrew", kMacHebrew},
-    {"MacIcelandic", kMacIcelandic},   {"MacRomanian", kMacRomanian}, {"MacThai", kMacThai},
-    {"NextStepLatin", kNextStepLatin},
+    {"ISOLatin10", {kISOLatin10}},       {"JIS_X0201", {kJISX0201, u'\u00a5', u'\u203e'}},
+    {"Kamenicky", {kKamenicky}},         {"MacArabic", {kMacArabic}},
+    {"MacCroatian", {kMacCroatian}},     {"MacFarsi", {kMacFarsi}},
+    {"MacHebrew", {kMacHebrew}},         {"MacIcelandic", {kMacIcelandic}},
+    {"MacRomanian", {kMacRomanian}},     {"MacThai", {kMacThai}},
+    {"NextStepLatin", {kNextStepLatin}},
 };
 
 }  // namespace
 
-const char16_t *singleByteTable(std::string_view name) {
+SingleByteTable singleByteTable(std::string_view name) {
   for (const Row &row : kRows)
-    if (row.name == name) return row.characters;
-  return nullptr;
+    if (row.name == name) return row.table;
+  return {};
 }
 
 }  // namespace nimbo

@@ -42,10 +42,10 @@ class TECConverter {
  public:
   virtual ~TECConverter() = default;
 
-  /// Goes on with the text. Bytes of a character that the input's end divides are not consumed
-  /// (`kTECPartialCharErr`): give them again, with those that follow. Buffers of
-  /// UTF-16 stand at even addresses. After `kTECOutputBufferFullStatus` go on with
-  /// what was not consumed, even if that is nothing. The buffers must not overlap.
+  /// Goes on with the text. Give what was not consumed again, with what follows: after `kTECPartialCharErr`,
+  /// when the input ends within a character (whose first bytes may be kept here, or be left unconsumed), and
+  /// after `kTECOutputBufferFullStatus`, even if nothing is left. The buffers must not overlap; those of UTF-16
+  /// stand at even addresses.
   virtual TECResult convertText(std::span<const std::uint8_t> input, std::span<std::uint8_t> output) = 0;
 
   /// Ends the text: writes what is held back, as the escape sequence that leads back to the initial state.
