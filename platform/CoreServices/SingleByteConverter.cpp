@@ -58,7 +58,8 @@ class UTF16ToSingleByte final : public SingleByteConverter {
   explicit UTF16ToSingleByte(const SingleByteTable &table) {
     const auto characters = charactersOf(table);
     for (std::size_t i = 0; i < kBytes; ++i) bytes_[i] = {characters[i], static_cast<std::uint8_t>(i)};
-    std::ranges::sort(bytes_);
+    std::ranges::sort(bytes_, {},
+                      [](const Entry &entry) { return std::pair(entry.first, rank(entry.second)); });
   }
 
   TECResult convertText(std::span<const std::uint8_t> input, std::span<std::uint8_t> output) override {
@@ -78,7 +79,11 @@ class UTF16ToSingleByte final : public SingleByteConverter {
 
  private:
   using Entry = std::pair<unichar, std::uint8_t>;
-  /// Ascending; of bytes with the same character the lowest is first.
+  /// Of bytes with the same character, ASCII goes first, then the highest: shapes of letters stand below the
+  /// plain ones.
+  static std::size_t rank(std::uint8_t byte) { return byte < kHighHalf ? 0 : kBytes - byte; }
+
+  /// Ascending by character; of those with the same, the byte to write is first.
   std::array<Entry, kBytes> bytes_;
 };
 

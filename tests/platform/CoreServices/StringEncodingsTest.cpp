@@ -262,6 +262,13 @@ TEST(StringEncodings, Numbers) {
     EXPECT_EQ(CFStringConvertIANACharSetNameToEncoding(name), encoding) << name.UTF8String();
 }
 
+TEST(StringEncodings, OneByteOfSeveralWithTheSameCharacterIsWritten) {
+  EXPECT_EQ(decode("\x83\xe8", kCFStringEncodingMacThai), u"\u0e48\u0e48"_ns);
+  EXPECT_EQ(dataUsingEncoding(u"\u0e48"_ns, 0x80000000 | kCFStringEncodingMacThai).view(), "\xe8");
+  EXPECT_EQ(decode("+\xab", kCFStringEncodingMacArabic), u"++"_ns);
+  EXPECT_EQ(dataUsingEncoding(u"+"_ns, 0x80000000 | kCFStringEncodingMacArabic).view(), "+");
+}
+
 TEST(StringEncodings, Smallest) {
   const std::pair<NSString, NSStringEncoding> cases[] = {{u"abc"_ns, NSASCIIStringEncoding},
                                                          {u""_ns, NSASCIIStringEncoding},
