@@ -25,9 +25,9 @@ OSStatus convertUTF8ToUnicode(const char *bytes, std::uint32_t byteCount, unicha
 
 /// Converts bytes of any encoding with a converter of their own; safe from any thread. When no converter can be
 /// made, the answer is that status, which is neither 0 nor 1; else 1 for success and 0 for failure, which is
-/// bytes that are impossible in the encoding, a divided character at the end, or too little room (a unit more than the
-/// text has, where an escape sequence ends it). Codes that
-/// have no meaning become U+FFFD. A byte order mark that decides the order of bytes is not part of the output.
+/// bytes that are impossible in the encoding, a divided character at the end, or too little room (a unit more
+/// than the text has, where an escape sequence ends it). Codes that have no meaning become U+FFFD. A byte order
+/// mark that decides the order of bytes is not part of the output.
 /// `*outCount` gets the units of output, 0 unless the conversion succeeded.
 OSStatus convertEncodingToUnicode(const char *bytes, std::uint32_t byteCount, CFStringEncoding encoding,
                                   unichar *out, std::uint32_t outCapacityUnits, std::uint32_t *outCount);
