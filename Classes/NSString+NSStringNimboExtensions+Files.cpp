@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+NSStringNimboExtensions+Files.hpp"
+
+#include <cstring>
+#include <string_view>
+
+#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/Foundation/NSDataWriting.hpp"
+#include "platform/Foundation/NSStringEncodingDetection.hpp"
+
+namespace nimbo {
+namespace {
+
+constexpr std::int32_t kLowestDetectedEncoding = -16;
+constexpr auto kUnknownEncoding = static_cast<NSStringEncoding>(-1);
+
+NSStringEncoding theDefaultEncoding = NSUTF8StringEncoding;
+
+bool isToBeDetected(NSStringEncoding encoding) {
+  const auto number = static_cast<std::int32_t>(encoding);
+  return number >= kLowestDetectedEncoding && number <= 0;
+}
+
+/// Reads what detection does not take for text.
+NSString stringWithLegacyReader(const NSData &data) {
+  const std::string_view bytes = data.view();
+  if (bytes.starts_with("\xfe\xff") || bytes.starts_with("\xff\xfe"))
+    if (NSString string = initWithData(data, NSUnicodeStringEncoding)) return string;
+  if (NSString string = initWithData(data, NSUTF8StringEncoding)) return string;
+  return initWithData(data, NSMacOSRomanStringEncoding);
+}
+
+bool writeAndReport(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding,
+                    NSStringEncoding *usedEncoding) {
+  if (usedEncoding) *usedEncoding = encoding;
+  const NSData data = dataUsingEncoding(string, encoding);
+  return data && writeDataToFile(data, path, atomically);
+}
+
+}  // namespace
+
+inline namespace NSStringNimboExtensions {
+
+NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding) {
+  return bytes ? stringWithData(NSData::dataWithBytes(bytes, length), encoding) : NSString();
+}
+
+NSString stringWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding) {
+  return bytes ? stringWithData(NSData::dataWithBytes(bytes, std::strlen(bytes)), encoding) : NSString();
+}
+
+NSString stringWithData(const NSData &data, NSStringEncoding encoding) {
+  return initWithData(data, encoding);
+}
+
+NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
+                                  NSStringEncoding *usedEncoding) {
+  NSStringEncoding used = encoding;
+  const NSData data = NSData::dataWithContentsOfFile(path);
+  NSString string;
+  if (!isToBeDetected(encoding)) {
+    string = initWithData(data, encoding);
+  } else {
+    used = kUnknownEncoding;
+    if (const DetectedString found = data ? stringWithDetectedEncoding(data.view()) : DetectedString();
+        found.string) {
+      string = found.string;
+      used = CFStringConvertEncodingToNSStringEncoding(
+          CFStringConvertIANACharSetNameToEncoding(found.encodingName));
+    } else if (data) {
+      string = stringWithLegacyReader(data);
+    }
+  }
+  if (usedEncoding) *usedEncoding = used;
+  return string;
+}
+
+bool writeToFile(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding) {
+  return writeAndReport(string, path, atomically, encoding, nullptr);
+}
+
+bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, bool atomically,
+                                     NSStringEncoding *usedEncoding) {
+  return writeAndReport(string, path, atomically, defaultEncoding(), usedEncoding);
+}
+
+bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, bool atomically,
+                                      NSStringEncoding *usedEncoding) {
+  return writeAndReport(string, path, atomically, smallestEncoding(string), usedEncoding);
+}
+
+bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, bool atomically,
+                                     NSStringEncoding *usedEncoding) {
+  return writeAndReport(string, path, atomically, fastestEncoding(string), usedEncoding);
+}
+
+NSStringEncoding defaultEncoding() {
+  return theDefaultEncoding;
+}
+
+void setDefaultEncoding(NSStringEncoding encoding) {
+  theDefaultEncoding = encoding;
+}
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboExtensions {
+
+// Creation. Each function stands for the class form and the "initWith" form of its name. Nil when the bytes are
+// not text in the encoding to the last one, or null.
+
+/// Text of `length` bytes.
+NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding);
+/// Text that ends before the first zero byte.
+NSString stringWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding);
+NSString stringWithData(const NSData &data, NSStringEncoding encoding);
+
+/// The text of a file. An encoding from -16 to 0 stands for "find out": the encoding is detected, and
+/// `*usedEncoding` gets it; bytes that are no text are then read as UTF-16 behind a byte order mark, else as
+/// UTF-8, else as Mac Roman, and `*usedEncoding` is -1. Any other encoding is used as given, and reported. Nil
+/// when the file cannot be read, too; `usedEncoding` may be null.
+NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
+                                  NSStringEncoding *usedEncoding = nullptr);
+
+// Writing. Atomically means that the file appears whole or stays as it was. False, and no file is touched, when
+// the encoding lacks a character of the string; false, too, when the file cannot be written. `*usedEncoding`,
+// which may be null, gets the encoding that was tried.
+
+bool writeToFile(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding);
+/// In `defaultEncoding`.
+bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, bool atomically,
+                                     NSStringEncoding *usedEncoding = nullptr);
+/// In the encoding of the fewest bytes.
+bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, bool atomically,
+                                      NSStringEncoding *usedEncoding = nullptr);
+/// In the encoding that needs the least conversion.
+bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, bool atomically,
+                                     NSStringEncoding *usedEncoding = nullptr);
+
+/// The process's encoding for writing, at first UTF-8. Not guarded: set it before there are other threads.
+NSStringEncoding defaultEncoding();
+void setDefaultEncoding(NSStringEncoding encoding);
+
+}  // namespace NSStringNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/Foundation/NSRange.hpp"
+
+namespace nimbo {
+
+/// UTF-16 in the order of this machine, and UTF-8; set by `initUnicodeConverters`.
+extern CFStringEncoding ucs2Encoding;
+extern CFStringEncoding utf8Encoding;
+
+/// Makes the two shared converters, once. They live as long as the process.
+void initUnicodeConverters();
+
+/// Convert with the shared converters, for which `initUnicodeConverters` must have run; not from two threads at
+/// once. The answer is the converter's status, 0 when everything is converted; the length of the output is not
+/// told.
+OSStatus convertUnicodeToUTF8(const unichar *units, std::uint32_t count, char *out,
+                              std::uint32_t outCapacityBytes);
+OSStatus convertUTF8ToUnicode(const char *bytes, std::uint32_t byteCount, unichar *out,
+                              std::uint32_t outCapacityUnits);
+
+/// Converts bytes of any encoding with a converter of their own; safe from any thread. When no converter can be
+/// made, the answer is that status, which is neither 0 nor 1; else 1 for success and 0 for failure, which is
+/// bytes that are impossible in the encoding, a divided character at the end, or too little room (a unit more
+/// than the text has, where an escape sequence ends it). Codes that have no meaning become U+FFFD. A byte order
+/// mark that decides the order of bytes is not part of the output.
+/// `*outCount` gets the units of output, 0 unless the conversion succeeded.
+OSStatus convertEncodingToUnicode(const char *bytes, std::uint32_t byteCount, CFStringEncoding encoding,
+                                  unichar *out, std::uint32_t outCapacityUnits, std::uint32_t *outCount);
+
+}  // namespace nimbo

@@ -1,0 +1,18 @@
+# Writes the rows of StringEncodings.tsv as elements of a C++ array.
+# cmake -DINPUT=... -DOUTPUT=... -P EmbedStringEncodings.cmake
+file(STRINGS "${INPUT}" lines)
+set(text)
+foreach(line IN LISTS lines)
+  if(line MATCHES "^#" OR line STREQUAL "")
+    continue()
+  endif()
+  if(NOT line MATCHES "^([^\t]+)\t([^\t]+)\t([^\t]+)\t([^\t]+)$")
+    message(FATAL_ERROR "${INPUT}: not four columns: ${line}")
+  endif()
+  set(converter "${CMAKE_MATCH_4}")
+  if(converter STREQUAL "-")
+    set(converter "")
+  endif()
+  string(APPEND text "{${CMAKE_MATCH_1}, ${CMAKE_MATCH_2}, \"${CMAKE_MATCH_3}\", \"${converter}\"},\n")
+endforeach()
+file(WRITE "${OUTPUT}" "${text}")

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSDataWriting.hpp"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <random>
+#include <span>
+#include <string>
+
+#include "platform/Foundation/FileDescriptor.hpp"
+
+namespace nimbo {
+namespace {
+
+constexpr int kTemporaryNames = 100;
+constexpr mode_t kNewFileMode = 0666;
+
+bool writeAll(int file, std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(file, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+/// The file that `path` leads to through symbolic links; `path` itself when there is none yet.
+std::string resolved(const std::string &path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+  return real ? std::string(real.get()) : path;
+}
+
+/// A new file beside `path`. Its name is short, so that a long one leaves room for it.
+FileDescriptor openTemporaryFile(const std::string &path, std::string *name) {
+  const std::string folder = path.substr(0, path.rfind('/') + 1);
+  std::random_device random;
+  for (int i = 0; i < kTemporaryNames; ++i) {
+    *name = folder + ".quiverleaf-" + std::to_string(random());
+    FileDescriptor file(::open(name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+    if (file || errno != EEXIST) return file;
+  }
+  return FileDescriptor();
+}
+
+bool replaceFile(const NSData &data, const std::string &path) {
+  std::string temporary;
+  const FileDescriptor file = openTemporaryFile(path, &temporary);
+  if (!file) return false;
+  struct stat old = {};
+  const bool keepsMode = ::stat(path.c_str(), &old) == 0;
+  const bool isDone = (!keepsMode || ::fchmod(file.get(), old.st_mode & 07777) == 0) &&
+                      writeAll(file.get(), data.span()) && ::fsync(file.get()) == 0 &&
+                      ::rename(temporary.c_str(), path.c_str()) == 0;
+  if (!isDone) ::unlink(temporary.c_str());
+  return isDone;
+}
+
+}  // namespace
+
+bool writeDataToFile(const NSData &data, const NSString &path, bool atomically) {
+  const auto name = path.fileSystemRepresentation();
+  if (!data || !name) return false;
+  if (atomically) return replaceFile(data, resolved(*name));
+  const FileDescriptor file(::open(name->c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
+  return file && writeAll(file.get(), data.span());
+}
+
+}  // namespace nimbo

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// Writes all bytes to the file at `path`. Atomically: to a new file beside it that then takes its place, with
+/// the old file's permissions; on failure the old file is as it was. What a symbolic link leads to is replaced,
+/// not the link. Otherwise: over the old content; on failure the file may have any part of the bytes. False
+/// when the data is nil or the file cannot be written whole.
+bool writeDataToFile(const NSData &data, const NSString &path, bool atomically);
+
+}  // namespace nimbo

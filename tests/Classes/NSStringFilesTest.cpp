@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "Classes/NSString+NSStringNimboExtensions+Files.hpp"
+#include "tests/TemporaryFolder.hpp"
+
+using namespace std::literals;
+
+namespace nimbo {
+namespace {
+
+constexpr auto kDetected = static_cast<NSStringEncoding>(-1);
+
+std::size_t entriesOf(const std::filesystem::path &folder) {
+  return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder), {}));
+}
+
+TEST(NSStringFiles, Creation) {
+  EXPECT_EQ(stringWithCString("a\xe4"
+                              "b",
+                              2, NSISOLatin1StringEncoding),
+            u"aä"_ns);
+  EXPECT_EQ(stringWithNullTerminatedCString("\xe4", NSISOLatin1StringEncoding), u"ä"_ns);
+  EXPECT_FALSE(stringWithCString("\xe4", 1, NSUTF8StringEncoding));
+  EXPECT_FALSE(stringWithNullTerminatedCString(nullptr, NSUTF8StringEncoding));
+}
+
+TEST(NSStringFiles, ReadingWithDetection) {
+  const TemporaryFolder folder;
+  struct Case {
+    std::string_view bytes;
+    std::int32_t encoding;
+    NSString text;
+    NSStringEncoding used;
+  };
+  const Case cases[] = {
+      {"plain", 0, u"plain"_ns, NSASCIIStringEncoding},
+      {"gr\xc3\xbc\xc3\x9f", -16, u"grüß"_ns, NSUTF8StringEncoding},
+      {"\xff\xfe"
+       "a\0"sv,
+       -1, u"a"_ns, NSUTF16LittleEndianStringEncoding},
+      {"gr\xc3\xbc\xc3\x9f", NSISOLatin1StringEncoding, u"grÃ¼Ã\x9f"_ns, NSISOLatin1StringEncoding},
+      {"\xff", NSUTF8StringEncoding, NSString(), NSUTF8StringEncoding},
+      // No text: read by force.
+      {"\0\1\2\3\x8a"sv, -16, u"\0\1\2\3ä"_ns, kDetected},
+      {"a", -17, NSString(), static_cast<NSStringEncoding>(-17)},
+  };
+  for (const Case &each : cases) {
+    NSStringEncoding used = 99;
+    const NSString path = folder.write("file", each.bytes);
+    EXPECT_EQ(stringWithContentsOfFile(path, static_cast<NSStringEncoding>(each.encoding), &used), each.text);
+    EXPECT_EQ(used, each.used) << each.encoding;
+  }
+  NSStringEncoding used = 99;
+  EXPECT_FALSE(stringWithContentsOfFile(folder.string("missing"), 0, &used));
+  EXPECT_EQ(used, kDetected);
+}
+
+TEST(NSStringFiles, WritingInEveryForm) {
+  const TemporaryFolder folder;
+  const NSString path = folder.string("file");
+  for (const bool atomically : {true, false}) {
+    NSStringEncoding used = 0;
+    EXPECT_TRUE(writeToFileUsingSmallestEncoding(u"ä"_ns, path, atomically, &used));
+    EXPECT_EQ(used, NSISOLatin1StringEncoding);
+    EXPECT_EQ(NSData::dataWithContentsOfFile(path).view(), "\xe4");
+    EXPECT_TRUE(writeToFileUsingDefaultEncoding(u"ä"_ns, path, atomically, &used));
+    EXPECT_EQ(used, NSUTF8StringEncoding);
+    EXPECT_EQ(NSData::dataWithContentsOfFile(path).view(), "\xc3\xa4");
+    EXPECT_TRUE(writeToFileUsingFastestEncoding(u"ä\xd800"_ns, path, atomically, &used));
+    EXPECT_EQ(stringWithContentsOfFile(path, used), u"ä\xd800"_ns);
+    // What cannot be encoded leaves the file alone.
+    EXPECT_TRUE(writeToFile(u"old"_ns, path, atomically, NSASCIIStringEncoding));
+    EXPECT_FALSE(writeToFile(u"ä"_ns, path, atomically, NSASCIIStringEncoding));
+    EXPECT_FALSE(writeToFile(NSString(), path, atomically, NSASCIIStringEncoding));
+    EXPECT_EQ(stringWithContentsOfFile(path, NSASCIIStringEncoding), u"old"_ns);
+    EXPECT_FALSE(writeToFile(u"a"_ns, folder.string("no/file"), atomically, NSASCIIStringEncoding));
+    EXPECT_EQ(entriesOf(folder.path()), 1u);
+  }
+  setDefaultEncoding(NSASCIIStringEncoding);
+  EXPECT_FALSE(writeToFileUsingDefaultEncoding(u"ä"_ns, path, true));
+  setDefaultEncoding(NSUTF8StringEncoding);
+}
+
+TEST(NSStringFiles, AtomicallyMeansWholeOrNotAtAll) {
+  const TemporaryFolder folder;
+  const NSString path = folder.write("file", "old");
+  const std::string name = *path.fileSystemRepresentation();
+  ::chmod(name.c_str(), 0640);
+  std::filesystem::create_symlink("file", folder.path() / "link");
+  EXPECT_TRUE(writeToFile(u"new"_ns, folder.string("link"), true, NSASCIIStringEncoding));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.path() / "link"));
+  EXPECT_EQ(stringWithContentsOfFile(path, NSASCIIStringEncoding), u"new"_ns);
+  struct stat info = {};
+  ASSERT_EQ(::stat(name.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0640u);
+
+  // A disk that takes only a part: files may grow to four bytes.
+  rlimit old = {};
+  ::getrlimit(RLIMIT_FSIZE, &old);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small = {4, old.rlim_max};
+  ::setrlimit(RLIMIT_FSIZE, &small);
+  const bool isWritten = writeToFile(u"much longer"_ns, path, true, NSASCIIStringEncoding);
+  ::setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_FALSE(isWritten);
+  EXPECT_EQ(stringWithContentsOfFile(path, NSASCIIStringEncoding), u"new"_ns);
+  EXPECT_EQ(entriesOf(folder.path()), 2u);
+}
+
+}  // namespace
+}  // namespace nimbo
