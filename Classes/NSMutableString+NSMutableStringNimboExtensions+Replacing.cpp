@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "Classes/FastSearches.hpp"
 #include "Classes/UnitReplacing.hpp"
 
 namespace nimbo {
