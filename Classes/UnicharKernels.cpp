@@ -2,6 +2,7 @@
 #include "Classes/UnicharKernels.hpp"
 
 #include <algorithm>
+#include <type_traits>
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
@@ -258,79 +259,37 @@ HWY_ATTR std::size_t findPlace(D d, const unichar *units, std::size_t places, co
   return places;
 }
 
-template <class D>
-HWY_ATTR std::size_t findByKind(D d, const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  switch (kindOf(choice)) {
-    case Kind::kOne:
-      return find<Kind::kOne>(d, units, length, choice);
-    case Kind::kOneBit:
-      return find<Kind::kOneBit>(d, units, length, choice);
-    case Kind::kAny:
-      break;
-  }
-  return find<Kind::kAny>(d, units, length, choice);
-}
-
-template <class D>
-HWY_ATTR std::size_t findLastByKind(D d, const unichar *units, std::size_t length,
-                                    const UnicharChoice &choice) {
-  switch (kindOf(choice)) {
-    case Kind::kOne:
-      return findLast<Kind::kOne>(d, units, length, choice);
-    case Kind::kOneBit:
-      return findLast<Kind::kOneBit>(d, units, length, choice);
-    case Kind::kAny:
-      break;
-  }
-  return findLast<Kind::kAny>(d, units, length, choice);
-}
-
-template <class D>
-HWY_ATTR std::size_t countByKind(D d, const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  switch (kindOf(choice)) {
-    case Kind::kOne:
-      return count<Kind::kOne>(d, units, length, choice);
-    case Kind::kOneBit:
-      return count<Kind::kOneBit>(d, units, length, choice);
-    case Kind::kAny:
-      break;
-  }
-  return count<Kind::kAny>(d, units, length, choice);
-}
-
-template <class D>
-HWY_ATTR std::size_t findPlaceByKind(D d, const unichar *units, std::size_t places,
-                                     const UnicharAnchors &anchors, const UnicharVerifier &verifier) {
-  switch (std::max(kindOf(anchors.first), kindOf(anchors.second))) {
-    case Kind::kOne:
-      return findPlace<Kind::kOne>(d, units, places, anchors, verifier);
-    case Kind::kOneBit:
-      return findPlace<Kind::kOneBit>(d, units, places, anchors, verifier);
-    case Kind::kAny:
-      break;
-  }
-  return findPlace<Kind::kAny>(d, units, places, anchors, verifier);
+/// Calls `function` with the vectors that fit the length and with the kind, as types.
+template <class Function>
+std::size_t choose(std::size_t length, Kind kind, Function function) {
+  const auto withVectors = [&](auto d) {
+    if (kind == Kind::kOne) return function(d, std::integral_constant<Kind, Kind::kOne>());
+    if (kind == Kind::kOneBit) return function(d, std::integral_constant<Kind, Kind::kOneBit>());
+    return function(d, std::integral_constant<Kind, Kind::kAny>());
+  };
+  if (fillsWide(length)) return withVectors(Wide());
+  return withVectors(Narrow());
 }
 
 std::size_t findInChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  return fillsWide(length) ? findByKind(Wide(), units, length, choice)
-                           : findByKind(Narrow(), units, length, choice);
+  return choose(length, kindOf(choice),
+                [&](auto d, auto kind) { return find<kind()>(d, units, length, choice); });
 }
 
 std::size_t findLastInChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  return fillsWide(length) ? findLastByKind(Wide(), units, length, choice)
-                           : findLastByKind(Narrow(), units, length, choice);
+  return choose(length, kindOf(choice),
+                [&](auto d, auto kind) { return findLast<kind()>(d, units, length, choice); });
 }
 
 std::size_t countInChoice(const unichar *units, std::size_t length, const UnicharChoice &choice) {
-  return fillsWide(length) ? countByKind(Wide(), units, length, choice)
-                           : countByKind(Narrow(), units, length, choice);
+  return choose(length, kindOf(choice),
+                [&](auto d, auto kind) { return count<kind()>(d, units, length, choice); });
 }
 
 std::size_t findPlaceOfAnchors(const unichar *units, std::size_t places, const UnicharAnchors &anchors,
                                const UnicharVerifier &verifier) {
-  return fillsWide(places) ? findPlaceByKind(Wide(), units, places, anchors, verifier)
-                           : findPlaceByKind(Narrow(), units, places, anchors, verifier);
+  return choose(places, std::max(kindOf(anchors.first), kindOf(anchors.second)),
+                [&](auto d, auto kind) { return findPlace<kind()>(d, units, places, anchors, verifier); });
 }
 
 void countBoth(const unichar *units, std::size_t length, unichar first, unichar second, std::size_t *firstCount,
@@ -340,7 +299,8 @@ void countBoth(const unichar *units, std::size_t length, unichar first, unichar 
 }
 
 bool isAscii(const unichar *units, std::size_t length) {
-  return fillsWide(length) ? areAllAscii(Wide(), units, length) : areAllAscii(Narrow(), units, length);
+  if (fillsWide(length)) return areAllAscii(Wide(), units, length);
+  return areAllAscii(Narrow(), units, length);
 }
 
 }  // namespace HWY_NAMESPACE
