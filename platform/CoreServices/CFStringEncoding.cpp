@@ -98,15 +98,15 @@ CFStringEncoding encodingWithByteOrderMark(CFStringEncoding encoding, std::strin
   using namespace std::literals;
   *markLength = 0;
   struct Mark {
-    CFStringEncoding encoding;
     std::string_view bytes;
+    CFStringEncoding encoding;
     CFStringEncoding found;
   };
   static constexpr Mark kMarks[] = {
-      {kCFStringEncodingUnicode, "\xfe\xff"sv, kCFStringEncodingUTF16BE},
-      {kCFStringEncodingUnicode, "\xff\xfe"sv, kCFStringEncodingUTF16LE},
-      {kCFStringEncodingUTF32, "\0\0\xfe\xff"sv, kCFStringEncodingUTF32BE},
-      {kCFStringEncodingUTF32, "\xff\xfe\0\0"sv, kCFStringEncodingUTF32LE},
+      {"\xfe\xff"sv, kCFStringEncodingUnicode, kCFStringEncodingUTF16BE},
+      {"\xff\xfe"sv, kCFStringEncodingUnicode, kCFStringEncodingUTF16LE},
+      {"\0\0\xfe\xff"sv, kCFStringEncodingUTF32, kCFStringEncodingUTF32BE},
+      {"\xff\xfe\0\0"sv, kCFStringEncodingUTF32, kCFStringEncodingUTF32LE},
   };
   for (const Mark &mark : kMarks) {
     if (mark.encoding != encoding || !bytes.starts_with(mark.bytes)) continue;

@@ -89,8 +89,8 @@ class ICUToUTF16 final : public TECConverter {
     UChar *to = target;
     UErrorCode status = U_ZERO_ERROR;
     usedFallbacks_ = false;
-    ucnv_toUnicode(converter_.get(), &to, target + output.size() / sizeof(UChar), &source, end, nullptr, flush,
-                   &status);
+    ucnv_toUnicode(converter_.get(), &to, target + output.size() / sizeof(UChar), &source, end, nullptr,
+                   static_cast<UBool>(flush), &status);
     if (turns_) turnControls({target, to}, 2);
     TECResult result{statusOf(status), static_cast<std::size_t>(source - begin),
                      static_cast<std::size_t>(to - target) * sizeof(UChar)};
@@ -143,8 +143,8 @@ class UTF16ToICU final : public TECConverter {
     auto *const target = reinterpret_cast<char *>(output.data());
     char *to = target;
     UErrorCode status = U_ZERO_ERROR;
-    ucnv_fromUnicode(converter_.get(), &to, target + output.size(), &source, begin + count, nullptr, flush,
-                     &status);
+    ucnv_fromUnicode(converter_.get(), &to, target + output.size(), &source, begin + count, nullptr,
+                     static_cast<UBool>(flush), &status);
     TECResult result{statusOf(status), static_cast<std::size_t>(source - begin) * sizeof(UChar),
                      static_cast<std::size_t>(to - target)};
     if (result.status == noErr && input.size() % sizeof(UChar) != 0) result.status = kTECPartialCharErr;
