@@ -144,7 +144,7 @@ TEST_F(Importers, CameraDates) {
   const std::size_t place = photo.find(date);
   const std::size_t offset = photo.find("+02:00");
   ASSERT_TRUE(place != photo.npos && offset != photo.npos);
-  ::setenv("TZ", "XXX+3", 1);
+  ::setenv("TZ", "TST+3", 1);
   ::tzset();
   const auto dateOf = [&](std::string_view newDate, std::string_view newOffset) {
     std::string changed = photo;
