@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/TagScanner.hpp"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "Classes/CharacterTables.hpp"
+#include "Classes/TagScan.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// The longest string that is copied for a scan: one more unit, and its size in bytes would not fit 31 bits.
+constexpr std::uint32_t kMaximumCopiedLength = 0x3fffffff;
+
+}  // namespace
+
+bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, bool isMutable) {
+  const std::uint32_t length = string.length();
+  if (length == 0) return false;
+  initLowerCharsTable();
+  initUpperCharsTable();
+
+  const unichar *characters = string.characters();
+  std::unique_ptr<unichar[]> copy;
+  if (isMutable) {
+    if (length > kMaximumCopiedLength) return false;
+    copy.reset(new (std::nothrow) unichar[length]);
+    if (!copy) return false;
+    std::copy_n(characters, length, copy.get());
+    characters = copy.get();
+  }
+  scanTags(characters, length, [&](const ScannedTag &tag) {
+    return handler(string, characters, tag.nameLocation, tag.nameLength, tag.tagLocation, tag.tagLength,
+                   tag.textLocation, tag.kind, context);
+  });
+  return true;
+}
+
+}  // namespace nimbo
