@@ -14,7 +14,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <functional>
 #include <limits>
 #include <span>
@@ -75,17 +74,18 @@ __attribute__((target_clones("avx512f", "avx2", "default")))
 #endif
 inline std::uint64_t
 sumOfWords(const std::byte *bytes, std::size_t count) {
-  typedef std::uint64_t Words __attribute__((vector_size(64)));
-  constexpr std::size_t kUnrolled = 4;
-  Words sums[kUnrolled] = {};
-  for (; count >= sizeof sums; bytes += sizeof sums, count -= sizeof sums) {
-    Words words[kUnrolled];
-    std::memcpy(words, bytes, sizeof words);
-    for (std::size_t i = 0; i < kUnrolled; ++i) sums[i] += words[i];
+  typedef std::uint64_t Words __attribute__((vector_size(64), aligned(1), may_alias));
+  Words sum0{}, sum1{}, sum2{}, sum3{};
+  for (; count >= 4 * sizeof(Words); bytes += 4 * sizeof(Words), count -= 4 * sizeof(Words)) {
+    const auto *const words = reinterpret_cast<const Words *>(bytes);
+    sum0 += words[0];
+    sum1 += words[1];
+    sum2 += words[2];
+    sum3 += words[3];
   }
   std::uint64_t sum = 0;
-  for (const Words &lanes : sums)
-    for (std::size_t i = 0; i < sizeof lanes / sizeof lanes[0]; ++i) sum += lanes[i];
+  const Words sums = sum0 + sum1 + sum2 + sum3;
+  for (std::size_t i = 0; i < sizeof sums / sizeof sums[0]; ++i) sum += sums[i];
   for (std::size_t i = 0; i < count; ++i) sum += static_cast<std::uint64_t>(bytes[i]);
   return sum;
 }
