@@ -20,10 +20,6 @@
 #include <string_view>
 #include <vector>
 
-#if defined(__x86_64__)
-#include <x86intrin.h>
-#endif
-
 namespace nimbo::bench {
 
 using Clock = std::chrono::steady_clock;
@@ -56,11 +52,11 @@ inline double cyclesPerSecond() {
 #if defined(__x86_64__)
   static const double rate = [] {
     constexpr double kSeconds = 0.05;
-    const std::uint64_t start = __rdtsc();
+    const std::uint64_t start = __builtin_ia32_rdtsc();
     const double seconds = secondsOf([begin = Clock::now()] {
       while (std::chrono::duration<double>(Clock::now() - begin).count() < kSeconds) continue;
     });
-    return static_cast<double>(__rdtsc() - start) / seconds;
+    return static_cast<double>(__builtin_ia32_rdtsc() - start) / seconds;
   }();
   return rate;
 #else
