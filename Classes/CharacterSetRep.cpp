@@ -10,9 +10,7 @@ namespace {
 
 CharacterSetRep copyOf(const NSCharacterSet &set, std::initializer_list<unichar> more = {}) {
   CharacterSetRep rep{set.bitmapRepresentation()};
-  for (const unichar c : more) {
-    rep.bytes[c >> 3] = static_cast<std::uint8_t>(rep.bytes[c >> 3] | 1u << (c & 7));
-  }
+  for (const unichar c : more) rep.insert(c);
   return rep;
 }
 

@@ -12,6 +12,7 @@ struct CharacterSetRep {
   NSCharacterSet::BitmapRepresentation bytes;
 
   bool contains(unichar c) const noexcept { return bytes[c >> 3] >> (c & 7) & 1; }
+  void insert(unichar c) noexcept { bytes[c >> 3] = static_cast<std::uint8_t>(bytes[c >> 3] | 1u << (c & 7)); }
 };
 
 const CharacterSetRep *emptyCharacterSetRep();

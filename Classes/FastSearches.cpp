@@ -6,16 +6,31 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 #include "Classes/CharacterTables.hpp"
 #include "Classes/FoldCandidates.hpp"
+#include "Classes/LinearSearch.hpp"
 #include "Classes/UnicharSearches.hpp"
 
 namespace nimbo {
 
 namespace {
 
+using detail::LinearSearch;
+using detail::UnicharAnchors;
 using detail::UnicharChoice;
+
+/// What it costs to look closely at a place where both anchors fit, in units compared.
+constexpr std::size_t kVerifyingCost = 8;
+/// How many units may be compared in vain: so many, and one more for each unit that was passed.
+constexpr std::size_t kVainUnits = 512;
+/// How many units a linear search then walks before the anchors are tried again: so many, or this multiple of
+/// the needle's length, so that what is looked at twice stays a part of the whole.
+constexpr std::size_t kLinearUnits = 16384;
+constexpr std::size_t kLinearNeedles = 4;
 
 /// Folded copies of strings up to this length need no heap.
 constexpr std::uint32_t kStackUnits = 256;
@@ -43,22 +58,47 @@ class Needle {
   }
 
  private:
-  /// Where a needle begins, as seen from its first anchor.
-  struct Candidate {
+  /// Two anchors, and what was compared in vain where they fit.
+  struct Attempt {
     const Needle &needle;
-    std::uint32_t firstAnchor;
+    std::size_t firstAnchor;
+    const unichar *start;
+    std::size_t vainUnits = 0;
+    bool isTooDense = false;
   };
 
-  std::size_t find(const unichar *h, std::uint32_t places) const {
+  std::size_t find(const unichar *h, std::size_t places) const {
     // The outermost units that one comparison finds; the ends, when there are none.
     std::uint32_t first = 0, second = length_ - 1;
     while (first < length_ && !choiceAt(first).isSimple()) ++first;
     if (first == length_) first = 0;
     while (second > first && !choiceAt(second).isSimple()) --second;
     if (second == first) second = length_ - 1;
-    const Candidate candidate{*this, first};
-    return detail::findAnchors(h + first, places, {choiceAt(first), choiceAt(second), second - first},
-                               {foldTable_ ? matchesFolded : matchesExactly, &candidate});
+    const UnicharAnchors anchors{choiceAt(first), choiceAt(second), second - first};
+
+    std::optional<LinearSearch> linearSearch;
+    for (std::size_t from = 0;;) {
+      Attempt attempt{*this, first, h + from};
+      from += detail::findAnchors(h + from + first, places - from, anchors,
+                                  {foldTable_ ? stopsFolded : stopsExactly, &attempt});
+      if (!attempt.isTooDense) return from;
+      // The anchors fit at so many places that a walk over all units is faster.
+      if (!linearSearch) linearSearch.emplace(foldedUnits());
+      const std::size_t walked = std::max(kLinearUnits, kLinearNeedles * length_);
+      const std::u16string_view rest(h + from, places - from + length_ - 1);
+      const auto [found, place] = linearSearch->search(rest.substr(0, walked), foldTable_);
+      from += place;
+      if (found || from >= places) return std::min(from, places);
+    }
+  }
+
+  std::vector<unichar> foldedUnits() const {
+    std::vector<unichar> units(length_);
+    std::transform(elements_, elements_ + length_, units.begin(), [this](Element element) {
+      const unichar c = unicharOf(element);
+      return foldTable_ ? foldTable_[c] : c;
+    });
+    return units;
   }
 
   UnicharChoice choiceAt(std::uint32_t index) const {
@@ -66,23 +106,27 @@ class Needle {
     return foldTable_ ? detail::foldCandidates(foldTable_[c]) : UnicharChoice::only(c);
   }
 
-  static bool matchesExactly(const void *context, const unichar *place) {
-    const auto &[needle, firstAnchor] = *static_cast<const Candidate *>(context);
-    const unichar *const h = place - firstAnchor;
-    for (std::uint32_t i = 0; i < needle.length_; ++i) {
-      if (h[i] != unicharOf(needle.elements_[i])) return false;
-    }
-    return true;
+  /// Whether the search stops at a place where both anchors fit: it is a match, or there were too many others.
+  template <class Equals>
+  bool stops(Attempt &attempt, const unichar *place, Equals equals) const {
+    const unichar *const h = place - attempt.firstAnchor;
+    std::uint32_t i = 0;
+    while (i < length_ && equals(h[i], unicharOf(elements_[i]))) ++i;
+    if (i == length_) return true;
+    attempt.vainUnits += kVerifyingCost + i;
+    attempt.isTooDense = attempt.vainUnits > kVainUnits + static_cast<std::size_t>(h - attempt.start);
+    return attempt.isTooDense;
   }
 
-  static bool matchesFolded(const void *context, const unichar *place) {
-    const auto &[needle, firstAnchor] = *static_cast<const Candidate *>(context);
-    const unichar *const h = place - firstAnchor;
-    const unichar *const table = needle.foldTable_;
-    for (std::uint32_t i = 0; i < needle.length_; ++i) {
-      if (table[h[i]] != table[unicharOf(needle.elements_[i])]) return false;
-    }
-    return true;
+  static bool stopsExactly(void *context, const unichar *place) {
+    auto &attempt = *static_cast<Attempt *>(context);
+    return attempt.needle.stops(attempt, place, [](unichar a, unichar b) { return a == b; });
+  }
+
+  static bool stopsFolded(void *context, const unichar *place) {
+    auto &attempt = *static_cast<Attempt *>(context);
+    const unichar *const table = attempt.needle.foldTable_;
+    return attempt.needle.stops(attempt, place, [table](unichar a, unichar b) { return table[a] == table[b]; });
   }
 
   const Element *elements_;

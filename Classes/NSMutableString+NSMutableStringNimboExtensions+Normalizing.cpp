@@ -4,15 +4,24 @@
 #include <algorithm>
 
 #include "platform/Foundation/NSStringCase.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/UnicharRanges.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
 namespace {
 
-bool needsFix(unichar unit) {
-  return isSurrogate(unit) || (unit >= 0xf400 && unit <= 0xf8ff);
+using detail::UnicharRange;
+
+/// Surrogates, and the part of the private range that text of unsure origin has its own signs in.
+constexpr UnicharRange kStrayUnits[] = {{u'\xd800', u'\xdfff'}, {u'\uf400', u'\uf8ff'}};
+
+/// Stray units stand together: the pairs of a sentence of emoji, say. This many are looked at one by one after
+/// each before others are looked for again.
+constexpr std::size_t kUnitsAfterStrayOne = 32;
+
+bool isStray(unichar unit) {
+  return kStrayUnits[0].contains(unit) || kStrayUnits[1].contains(unit);
 }
 
 }  // namespace
@@ -32,7 +41,13 @@ void normalizeLowercaseString(NSMutableString &string) {
 
 void fixAndNormalizeString(NSMutableString &string) {
   unichar *const units = string.mutableCharacters();
-  std::replace_if(units, units + string.length(), needsFix, u' ');
+  const std::size_t length = string.length();
+  for (std::size_t i = 0; i < length;) {
+    i += detail::findUnicharInRanges(units + i, length - i, kStrayUnits);
+    const std::size_t end = std::min(length, i + kUnitsAfterStrayOne);
+    std::replace_if(units + i, units + end, isStray, u' ');
+    i = end;
+  }
   precomposeStringWithCanonicalMapping(string);
 }
 

@@ -13,7 +13,7 @@ void removeCharacters(NSMutableString &string, const CharacterSetRep *set) {
 }
 
 void removeCharactersOfString(NSMutableString &string, const NSString &characters) {
-  removeUnits(string, IsUnitOf{characters.view()});
+  withUnitsOf(characters.view(), string.length(), [&](auto isRemoved) { removeUnits(string, isRemoved); });
 }
 
 void removeCharacterAtIndex(NSMutableString &string, std::uint32_t index) {

@@ -81,7 +81,8 @@ bool containsNumberWithNDigits(const NSString &string, std::int32_t n) {
 
 bool containsCharacters(const NSString &string, const NSString &characters) {
   const std::u16string_view units = string.view();
-  return std::any_of(units.begin(), units.end(), IsUnitOf{characters.view()});
+  return withUnitsOf(characters.view(), string.length(),
+                     [=](auto isWanted) { return std::any_of(units.begin(), units.end(), isWanted); });
 }
 
 bool onlyWhiteCharacters(const unichar *characters, std::uint32_t length) {

@@ -5,6 +5,8 @@
 
 #include "Classes/CharacterTables.hpp"
 #include "Classes/UnicharSearches.hpp"
+#include "Classes/UnitClasses.hpp"
+#include "Classes/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
@@ -76,12 +78,17 @@ std::uint32_t findOneOf(const NSString &string, const NSString &characters, bool
 std::uint32_t findOneOf(const NSString &string, const NSString &characters, std::uint32_t startAt,
                         bool caseInsensitive) {
   if (startAt >= string.length() || characters.length() == 0) return NSNotFound;
-  const std::u16string_view units = string.view(), wanted = characters.view();
+  const std::u16string_view units = string.view().substr(startAt);
+  const auto find = [=](auto isWanted) {
+    const auto found = std::find_if(units.begin(), units.end(), isWanted);
+    return found == units.end() ? NSNotFound : startAt + static_cast<std::uint32_t>(found - units.begin());
+  };
+  const auto length = static_cast<std::uint32_t>(units.size());
+  if (!caseInsensitive) return withUnitsOf(characters.view(), length, find);
   const unichar *const table = initUpperCharsTable();
-  const auto matches = [=](unichar a, unichar b) { return caseInsensitive ? table[a] == table[b] : a == b; };
-  const auto found =
-      std::find_first_of(units.begin() + startAt, units.end(), wanted.begin(), wanted.end(), matches);
-  return found == units.end() ? NSNotFound : static_cast<std::uint32_t>(found - units.begin());
+  const NSString folded = stringByMappingUnits(characters, [table](unichar c) { return table[c]; });
+  return withUnitsOf(folded.view(), length,
+                     [=](auto isWanted) { return find([=](unichar c) { return isWanted(table[c]); }); });
 }
 
 }  // namespace NSStringNimboExtensions

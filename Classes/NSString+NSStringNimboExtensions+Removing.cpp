@@ -25,7 +25,8 @@ NSString stringByRemovingCharacters(const NSString &string, const CharacterSetRe
 }
 
 NSString stringByRemovingCharactersOfString(const NSString &string, const NSString &characters) {
-  return stringByRemovingUnits(string, IsUnitOf{characters.view()});
+  return withUnitsOf(characters.view(), string.length(),
+                     [&](auto isRemoved) { return stringByRemovingUnits(string, isRemoved); });
 }
 
 NSString stringByRemovingWhiteCharacters(const NSString &string) {

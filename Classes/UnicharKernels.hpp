@@ -44,8 +44,8 @@ struct UnicharAnchors {
 
 /// Decides about a place where both anchors fit.
 struct UnicharVerifier {
-  bool (*matches)(const void *context, const unichar *place);
-  const void *context;
+  bool (*matches)(void *context, const unichar *place);
+  void *context;
 };
 
 /// The first of the `places` positions from `units` on where both anchors fit and the verifier agrees; `places`

@@ -43,6 +43,19 @@ struct IsUnitOf {
   bool operator()(unichar c) const noexcept { return units.find(c) != units.npos; }
 };
 
+/// Comparisons that take about as long as making a set.
+inline constexpr std::uint64_t kComparisonsOfSet = 512;
+
+/// The answer of `function(predicate)`, where the predicate tells in the fastest way whether one of `length`
+/// units is one of those of a string.
+template <class Function>
+auto withUnitsOf(std::u16string_view units, std::uint32_t length, Function function) {
+  if (std::uint64_t{units.size()} * length <= kComparisonsOfSet) return function(IsUnitOf{units});
+  CharacterSetRep set{};
+  for (const unichar c : units) set.insert(c);
+  return function(IsPartOfSet{&set});
+}
+
 /// A predicate: one unit.
 struct IsUnit {
   unichar unit;

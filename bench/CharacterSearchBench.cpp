@@ -1,63 +1,31 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The searches of text against the plain ways to do the same, and the scans for single units against memchr by
-// the byte. Each must find the right thing before its time counts. Peers run in turn, and the best round of
-// each is compared.
+// the byte.
 //
 //   bench-character-search [MEGABYTES [ROUNDS]]
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "Classes/CharacterTables.hpp"
 #include "Classes/FastSearches.hpp"
+#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
 #include "Classes/UnicharSearches.hpp"
+#include "bench/Compare.hpp"
+#include "platform/Foundation/NSStringSearch.hpp"
 
 namespace {
 
 using namespace nimbo;
-using Clock = std::chrono::steady_clock;
-
+using bench::bytesOf;
+using bench::compare;
 constexpr double kUnitsPerMegabyte = 1e6 / sizeof(unichar);
-
-struct Contestant {
-  const char *name;
-  std::function<std::uint64_t()> run;
-  std::uint64_t expected;
-  double bytes;
-  double bestSeconds = 1e9;
-
-  double gigabytesPerSecond() const { return bytes / bestSeconds / 1e9; }
-};
-
-/// Runs the contestants in turn; prints the speed of each, and how often that of the first it is.
-void compare(const char *title, std::vector<Contestant> contestants, int rounds) {
-  std::printf("%s\n", title);
-  for (int round = 0; round < rounds; ++round) {
-    for (Contestant &c : contestants) {
-      const auto start = Clock::now();
-      const std::uint64_t answer = c.run();
-      const std::chrono::duration<double> elapsed = Clock::now() - start;
-      if (answer != c.expected) {
-        std::fprintf(stderr, "%s: wrong answer %llu\n", c.name, static_cast<unsigned long long>(answer));
-        std::exit(1);
-      }
-      c.bestSeconds = std::min(c.bestSeconds, elapsed.count());
-    }
-  }
-  for (const Contestant &c : contestants) {
-    std::printf("  %-42s %8.2f GB/s  %6.2f x\n", c.name, c.gigabytesPerSecond(),
-                c.gigabytesPerSecond() / contestants[0].gigabytesPerSecond());
-  }
-}
 
 std::size_t plainCaseInsensitiveSearch(std::u16string_view h, std::u16string_view n) {
   const unichar *const table = initUpperCharsTable();
@@ -93,7 +61,7 @@ int main(int argc, char **argv) {
 
   const unichar *const h = text.data();
   const std::u16string_view view = text;
-  const double bytes = length * double{sizeof(unichar)};
+  const std::span<const std::byte> bytes = bytesOf(view);
   const auto lenN = static_cast<std::uint32_t>(needle.size());
   const auto lenC = static_cast<std::uint32_t>(common.size());
 
@@ -131,7 +99,7 @@ int main(int argc, char **argv) {
       "single units, speed per byte",
       {{"memchr",
         [&] { return static_cast<const char *>(std::memchr(ascii.data(), 'Q', ascii.size())) - ascii.data(); },
-        place, bytes / sizeof(unichar)},
+        place, bytesOf(std::string_view(ascii))},
        {"findUnichar", [&] { return findUnichar(h, length, u'Q'); }, place, bytes},
        {"findUnicharNoCase", [&] { return findUnicharNoCase(h, length, u'Q'); }, place, bytes},
        {"findLastUnichar, none", [&] { return findLastUnichar(h, length, u'#'); }, NSNotFound, bytes},
@@ -144,6 +112,45 @@ int main(int argc, char **argv) {
         },
         occurrences, bytes},
        {"isAsciiUnichars", [&] { return isAsciiUnichars(h, length); }, 1, bytes}},
+      rounds);
+
+  // Needles whose ends fit at nearly every place, and fail behind them.
+  const std::u16string same(length, u'a'), half(5000, u'a');
+  const std::u16string_view sameView = same;
+  const auto ends = [](const unichar *found) { return std::uint64_t{found != nullptr}; };
+  for (const std::u16string &dense :
+       {std::u16string(u"aba"), std::u16string(u"aaaaaaab"), std::u16string(u"aaaabaaa"), half + u"b" + half}) {
+    const auto lenD = static_cast<std::uint32_t>(dense.size());
+    // In no time bearable for all units, when the needle is long.
+    const std::u16string_view searched = sameView.substr(0, lenD > 100 ? 20000 : length);
+    const auto lenS = static_cast<std::uint32_t>(searched.size());
+    const std::string title = "a run of one unit, a needle of " + std::to_string(lenD);
+    compare(
+        title.c_str(),
+        {{"std::u16string_view::find", [&] { return std::uint64_t{searched.find(dense) != searched.npos}; }, 0,
+          bytesOf(searched)},
+         {"fastContainsUnichars, of as many units",
+          [&] { return ends(fastContainsUnichars(searched.data(), lenS, dense.data(), lenD)); }, 0,
+          bytesOf(searched)},
+         {"fastContainsUnichars",
+          [&] { return ends(fastContainsUnichars(same.data(), length, dense.data(), lenD)); }, 0,
+          bytesOf(sameView)},
+         {"fastCaseInsensitiveContainsUnichars",
+          [&] { return ends(fastCaseInsensitiveContainsUnichars(same.data(), length, dense.data(), lenD)); }, 0,
+          bytesOf(sameView)}},
+        rounds);
+  }
+
+  // One position is where the search ends.
+  const NSString string = NSString::stringWithCharacters(view);
+  const NSString list = u"#$%&*+/0123456789=@Q\\^_`{|}~"_ns;
+  compare(
+      "others of strings",
+      {{"std::u16string_view::find_first_of", [&] { return view.find_first_of(list.view()); }, place, bytes},
+       {"findOneOf", [&] { return findOneOf(string, list); }, place, bytes},
+       {"findOneOf, without regard to case", [&] { return findOneOf(string, list, true); }, place, bytes},
+       {"rangeOfString, without regard to case",
+        [&] { return rangeOfString(view, otherCase, NSCaseInsensitiveSearch).location; }, place, bytes}},
       rounds);
   return 0;
 }

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-// convertEncodingToUnicode from UTF-8 against ICU's converter, in turns in one run, on text of several kinds,
-// beside a plain read of the same bytes. Answers are compared before anything is timed. Prints medians and
-// ratios.
+// convertEncodingToUnicode from UTF-8 against ICU's converter, on text of several kinds.
 #include <unicode/ucnv.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Classes/UnicodeConverters.hpp"
+#include "bench/Compare.hpp"
 
 using namespace nimbo;
 
@@ -54,35 +51,12 @@ void check(bool good, const char *what) {
   std::exit(1);
 }
 
-template <class Work>
-double seconds(Work work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> &times) {
-  std::ranges::nth_element(times, times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2));
-  return times[times.size() / 2];
-}
-
-std::uint64_t sumOfWords(const std::string &text) {
-  std::uint64_t sum = 0;
-  for (std::size_t i = 0; i + 8 <= text.size(); i += 8) {
-    std::uint64_t word;
-    std::memcpy(&word, text.data() + i, sizeof word);
-    sum += word;
-  }
-  return sum;
-}
-
 }  // namespace
 
 int main() {
   UErrorCode status = U_ZERO_ERROR;
   UConverter *icu = ucnv_open("UTF-8", &status);
   check(U_SUCCESS(status), "no converter");
-  std::printf("%-10s %10s %10s %10s %8s\n", "text", "GB/s", "ICU GB/s", "read GB/s", "ratio");
   for (const Sample &sample : kSamples) {
     std::string text;
     while (text.size() < kTextBytes) text += sample.part;
@@ -90,7 +64,6 @@ int main() {
     std::vector<UChar> theirs(text.size());
     std::uint32_t count = 0;
     std::int32_t icuCount = 0;
-    volatile std::uint64_t sink = 0;
     const auto convert = [&] {
       convertEncodingToUnicode(text.data(), static_cast<std::uint32_t>(text.size()), kCFStringEncodingUTF8,
                                ours.data(), static_cast<std::uint32_t>(ours.size()), &count);
@@ -105,17 +78,21 @@ int main() {
     check(count > 0 && count == static_cast<std::uint32_t>(icuCount) &&
               std::equal(ours.begin(), ours.begin() + count, theirs.begin()),
           "the answers differ");
-    std::vector<double> times, icuTimes, readTimes;
-    for (int i = 0; i < kRounds; ++i) {
-      times.push_back(seconds(convert));
-      icuTimes.push_back(seconds(convertByICU));
-      readTimes.push_back(seconds([&] { sink = sumOfWords(text); }));
-    }
-    const double gigabytes = static_cast<double>(text.size()) / 1e9;
-    const double time = median(times);
-    const double icuTime = median(icuTimes);
-    std::printf("%-10s %10.2f %10.2f %10.2f %8.2f\n", sample.name, gigabytes / time, gigabytes / icuTime,
-                gigabytes / median(readTimes), icuTime / time);
+    const auto bytes = bench::bytesOf(std::string_view(text));
+    bench::compare(sample.name,
+                   {{"ucnv_toUChars",
+                     [&] {
+                       convertByICU();
+                       return static_cast<std::uint64_t>(icuCount);
+                     },
+                     count, bytes},
+                    {"convertEncodingToUnicode",
+                     [&] {
+                       convert();
+                       return std::uint64_t{count};
+                     },
+                     count, bytes}},
+                   kRounds);
   }
   ucnv_close(icu);
 }

@@ -4,8 +4,11 @@
 #include <unicode/unorm2.h>
 
 #include <new>
-#include <string>
+#include <optional>
+#include <string_view>
 #include <utility>
+
+#include "platform/Foundation/NSStringNormalQuickCheck.hpp"
 
 namespace nimbo {
 
@@ -35,37 +38,71 @@ const UNormalizer2 *normalizerOfForm(CFStringNormalizationForm form) {
   return composer;
 }
 
-/// The length of the part at the beginning that is in the form whatever follows it.
-std::uint32_t lengthOfNormalPart(const UNormalizer2 *form, std::u16string_view units) {
+bool isNormal(const UNormalizer2 *normalizer, std::u16string_view units) {
   UErrorCode error = U_ZERO_ERROR;
-  const std::int32_t length =
-      unorm2_spanQuickCheckYes(form, units.data(), static_cast<std::int32_t>(units.size()), &error);
-  return U_SUCCESS(error) ? static_cast<std::uint32_t>(length) : 0;
+  const auto length = static_cast<std::int32_t>(units.size());
+  return unorm2_spanQuickCheckYes(normalizer, units.data(), length, &error) == length && U_SUCCESS(error);
+}
+
+void appendNormalized(NSMutableString &string, const UNormalizer2 *normalizer, std::u16string_view units) {
+  const std::uint32_t before = string.length();
+  // When the result is longer, ICU says how much room it needs.
+  auto room = static_cast<std::uint32_t>(units.size());
+  for (;;) {
+    string.setLength(before + room);
+    UErrorCode error = U_ZERO_ERROR;
+    const std::int32_t length =
+        unorm2_normalize(normalizer, units.data(), static_cast<std::int32_t>(units.size()),
+                         string.mutableCharacters() + before, static_cast<std::int32_t>(room), &error);
+    if (U_SUCCESS(error)) return string.setLength(before + static_cast<std::uint32_t>(length));
+    if (error != U_BUFFER_OVERFLOW_ERROR) throw std::bad_alloc();
+    room = static_cast<std::uint32_t>(length);
+  }
+}
+
+/// The next part of the units that may not be in the form, to be normalised by itself; see `nextDoubtfulPart`.
+NSRange nextPart(CFStringNormalizationForm form, std::u16string_view units, std::uint32_t from) {
+  if (form == kCFStringNormalizationFormC) return detail::nextDoubtfulPart(units, from);
+  return {from, static_cast<std::uint32_t>(units.size()) - from};
+}
+
+/// The units in the form, or nothing when they are in it.
+std::optional<NSMutableString> normalized(std::u16string_view units, CFStringNormalizationForm form) {
+  const UNormalizer2 *const normalizer = normalizerOfForm(form);
+  NSMutableString result;
+  // Up to here the result stands for the units; it is begun with the first part that is not normal.
+  std::uint32_t done = 0;
+  const auto appendUpTo = [&](std::size_t end) {
+    result.appendCharacters(units.data() + done, static_cast<std::uint32_t>(end - done));
+  };
+  for (NSRange part = nextPart(form, units, 0); part.length > 0;) {
+    const std::uint32_t end = part.location + part.length;
+    const std::u16string_view doubtful = units.substr(part.location, part.length);
+    if (!isNormal(normalizer, doubtful)) {
+      if (done == 0) result.reserve(static_cast<std::uint32_t>(units.size()));
+      appendUpTo(part.location);
+      appendNormalized(result, normalizer, doubtful);
+      done = end;
+    }
+    part = nextPart(form, units, end);
+  }
+  if (done == 0) return std::nullopt;
+  appendUpTo(units.size());
+  return result.view() == units ? std::nullopt : std::optional(std::move(result));
 }
 
 }  // namespace
 
 bool isQuicklyPrecomposed(std::u16string_view units) {
-  return lengthOfNormalPart(normalizerOfForm(kCFStringNormalizationFormC), units) == units.size();
+  const UNormalizer2 *const normalizer = normalizerOfForm(kCFStringNormalizationFormC);
+  NSRange part = detail::nextDoubtfulPart(units, 0);
+  while (part.length > 0 && isNormal(normalizer, units.substr(part.location, part.length)))
+    part = detail::nextDoubtfulPart(units, part.location + part.length);
+  return part.length == 0;
 }
 
 void CFStringNormalize(NSMutableString &string, CFStringNormalizationForm form) {
-  const UNormalizer2 *const instance = normalizerOfForm(form);
-  const std::uint32_t normal = lengthOfNormalPart(instance, string.view());
-  if (normal == string.length()) return;
-  const std::u16string rest(string.view().substr(normal));
-  // When the result is longer, ICU leaves the beginning as it was and says how much room it needs.
-  std::uint32_t capacity = string.length();
-  for (;;) {
-    string.setLength(capacity);
-    UErrorCode error = U_ZERO_ERROR;
-    const std::int32_t length = unorm2_normalizeSecondAndAppend(
-        instance, string.mutableCharacters(), static_cast<std::int32_t>(normal),
-        static_cast<std::int32_t>(capacity), rest.data(), static_cast<std::int32_t>(rest.size()), &error);
-    if (U_SUCCESS(error)) return string.setLength(static_cast<std::uint32_t>(length));
-    if (error != U_BUFFER_OVERFLOW_ERROR) throw std::bad_alloc();
-    capacity = static_cast<std::uint32_t>(length);
-  }
+  if (std::optional<NSMutableString> result = normalized(string.view(), form)) string.swap(*result);
 }
 
 void precomposeStringWithCanonicalMapping(NSMutableString &string) {
@@ -73,10 +110,8 @@ void precomposeStringWithCanonicalMapping(NSMutableString &string) {
 }
 
 NSString precomposedStringWithCanonicalMapping(const NSString &string) {
-  if (isQuicklyPrecomposed(string.view())) return string;
-  NSMutableString copy(string);
-  precomposeStringWithCanonicalMapping(copy);
-  return copy.view() == string.view() ? string : std::move(copy).string();
+  std::optional<NSMutableString> result = normalized(string.view(), kCFStringNormalizationFormC);
+  return result ? std::move(*result).string() : string;
 }
 
 }  // namespace nimbo

@@ -15,6 +15,14 @@ namespace {
 /// The most units that one character folds to.
 constexpr std::int32_t kLongestFold = 3;
 
+constexpr bool isAscii(unichar unit) {
+  return unit < 0x80;
+}
+
+constexpr unichar foldedAscii(unichar unit) {
+  return unit >= u'A' && unit <= u'Z' ? static_cast<unichar>(unit + (u'a' - u'A')) : unit;
+}
+
 /// Reads a string as the units that its characters fold to.
 class FoldedUnits {
  public:
@@ -35,8 +43,8 @@ class FoldedUnits {
     given_ = 0;
     folded_ = 1;
     const unichar unit = units_[position_];
-    if (unit < 0x80) {
-      fold_[0] = unit >= u'A' && unit <= u'Z' ? static_cast<unichar>(unit + (u'a' - u'A')) : unit;
+    if (isAscii(unit)) {
+      fold_[0] = foldedAscii(unit);
       ++position_;
       return true;
     }
@@ -87,6 +95,8 @@ std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_vi
   const std::size_t candidates = anchored && !backwards ? std::min<std::size_t>(part.size(), 1) : part.size();
   for (std::size_t i = leftmost; i < candidates; ++i) {
     const std::size_t start = backwards ? leftmost + (candidates - 1 - i) : i;
+    // Most text is ASCII, and most of that is another letter.
+    if (isAscii(part[start]) && foldedAscii(part[start]) != foldedFind[0]) continue;
     if (isInsidePair(part, start)) continue;
     const std::optional<std::size_t> length = lengthOfFoldedPrefix(part.substr(start), foldedFind);
     if (!length || (anchored && backwards && start + *length != part.size())) continue;

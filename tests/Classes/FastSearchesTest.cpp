@@ -100,6 +100,44 @@ TEST(FastSearches, AgreeWithPlainOnesOnRandomRuns) {
   });
 }
 
+TEST(FastSearches, AgreeWithPlainOnesWhereTheAnchorsFitEverywhere) {
+  const auto repeated = [](std::size_t count, std::u16string_view part) {
+    std::u16string units;
+    while (count-- > 0) units += part;
+    return units;
+  };
+  // Long enough that the linear search is begun, given up for the anchors, and begun again.
+  const std::u16string runs[] = {repeated(60000, u"a"),
+                                 repeated(700, u"a") + repeated(40000, u".") + repeated(900, u"a"),
+                                 repeated(20000, u"aab"), repeated(9000, u"aA\u00e9")};
+  std::vector<std::u16string> needles = {u"aba", u"aabaaa", u"aaaaaaab", u"baaaaaaa", u"\u00c9aaAb"};
+  for (const std::size_t n : {3u, 40u}) needles.push_back(repeated(n, u"a") + u"b" + repeated(n, u"a"));
+  for (const std::u16string &run : runs) {
+    for (const std::u16string &needle : needles) {
+      expectAsPlain(run, needle, 0);
+      for (const std::size_t place : {std::size_t{0}, std::size_t{600}, run.size() / 2 + 1, run.size()}) {
+        expectAsPlain(std::u16string(run).insert(place, needle), needle, place % 5);
+        if (::testing::Test::HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
+TEST(FastSearches, FindALongNeedleInARunOfItsUnits) {
+  const std::u16string half(6000, u'a'), needle = half + u"b" + half;
+  const auto lenN = static_cast<std::uint32_t>(needle.size());
+  for (const std::size_t before : {0, 1, 700, 123456}) {
+    const std::u16string h = std::u16string(before, u'a') + needle + half;
+    const auto lenH = static_cast<std::uint32_t>(h.size());
+    EXPECT_EQ(offsetIn(h.data(), fastContainsUnichars(h.data(), lenH, needle.data(), lenN)),
+              static_cast<std::ptrdiff_t>(before));
+    EXPECT_EQ(offsetIn(h.data(), fastCaseInsensitiveContainsUnichars(h.data(), lenH, needle.data(), lenN)),
+              static_cast<std::ptrdiff_t>(before));
+  }
+  const std::u16string none(100000, u'a');
+  EXPECT_EQ(fastContainsUnichars(none.data(), 100000, needle.data(), lenN), nullptr);
+}
+
 TEST(FastContainsSubCStrings, FindsAnyPattern) {
   const unichar *const lower = initLowerCharsTable();
   const auto padded = [](std::uint32_t blanks, std::u16string_view end) {

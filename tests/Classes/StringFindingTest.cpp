@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "Classes/CharacterTables.hpp"
+#include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/NSString+NSStringTextFinding.hpp"
 #include "tests/Classes/StringSamples.hpp"
@@ -64,6 +67,63 @@ TEST(FindOneOf, AnswersTheFirstPosition) {
   EXPECT_EQ(findOneOf(string, u""_ns), NSNotFound);
   EXPECT_EQ(findOneOf(string, NSString()), NSNotFound);
   EXPECT_EQ(findOneOf(NSString(), u"b"_ns), NSNotFound);
+}
+
+TEST(ListsOfCharacters, AgreeWithPlainOnesHoweverLong) {
+  RandomStrings strings;
+  for (int round = 0; round < 300; ++round) {
+    // Long ones are looked up in a set, short ones one by one.
+    std::u16string text, list;
+    for (int n = round % 8; n >= 0; --n) text += strings.next().view();
+    for (int n = round % 3; n > 0; --n) list += strings.next().view();
+    const NSString string = exactString(text), characters = exactString(list);
+    for (const bool noCase : {false, true}) {
+      const auto isListed = [&](unichar unit) {
+        return std::ranges::any_of(list,
+                                   [=](unichar c) { return noCase ? toUpper(c) == toUpper(unit) : c == unit; });
+      };
+      const auto found = static_cast<std::uint32_t>(std::ranges::find_if(text, isListed) - text.begin());
+      ASSERT_EQ(findOneOf(string, characters, noCase), found < text.size() ? found : NSNotFound);
+      if (noCase) continue;
+      ASSERT_EQ(containsCharacters(string, characters), found < text.size());
+      NSMutableString edited(string);
+      removeCharactersOfString(edited, characters);
+      std::erase_if(text, isListed);
+      ASSERT_EQ(edited.view(), text);
+      ASSERT_EQ(stringByRemovingCharactersOfString(string, characters).view(), text);
+      text = string.view();
+    }
+  }
+}
+
+TEST(Ranges, MayLieAnywhere) {
+  RandomStrings strings;
+  for (int round = 0; round < 40; ++round) {
+    const NSString string = strings.next();
+    const std::uint32_t length = string.length();
+    for (const std::uint32_t location : {0u, length / 2, length, length + 1, NSNotFound, 0xffffffffu}) {
+      for (const std::uint32_t count : {0u, 1u, length, NSNotFound, 0xffffffffu}) {
+        const NSRange range{location, count};
+        const NSString part = string.substringWithRange(range);
+        for (const NSRange trimmed :
+             {trimSpacesInRange(string, range, true), trimWhiteSpacesInRange(string, range),
+              findString(string, u"a"_ns, range, false, FindDirection::kBackward, true)}) {
+          if (trimmed.location != NSNotFound) {
+            ASSERT_LE(std::uint64_t{trimmed.location} + trimmed.length, length);
+          }
+        }
+        ASSERT_EQ(stringByTrimmingSpacesInRange(string, range, true).view(),
+                  stringByTrimmingSpacesAndFeeds(part, true).view());
+        ASSERT_EQ(rangeIsEqualTo(string, {location, part.length()}, part), location <= length);
+        NSMutableString edited(string);
+        appendSubstring(edited, string, range);
+        ASSERT_EQ(edited.view().substr(length), part.view());
+      }
+      NSMutableString edited(string);
+      removeCharacterAtIndex(edited, location);
+      ASSERT_EQ(edited.length(), location < length ? length - 1 : length);
+    }
+  }
 }
 
 TEST(Lines, EndAtFeeds) {
@@ -157,6 +217,8 @@ TEST(TextFinding, FindsSubstrings) {
       {u"\u00df"_ns, u"ss"_ns, 0, 1, false, false},
       {u"\u00df."_ns, u"s"_ns, 0, 0, false, false},
       {u"\u0130x"_ns, u"i\u0307X"_ns, 0, 1, false, false},
+      {u"ak\u212aYx"_ns, u"\u212ay"_ns, 0, 1, false, true},
+      {u"xk\u212aY"_ns, u"Ky"_ns, 0, 1, false, true},
       {u"x\U00010428"_ns, u"\U00010400"_ns, 0, 1, false, true},
       {u"ab"_ns, u"ab"_ns, 1, 1, true, true},
       {u"ab"_ns, u""_ns, 0, 0, false, false},

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSStringNormalization.hpp"
+
+#include <unicode/unorm2.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "tests/Classes/ExactBuffer.hpp"
+#include "tests/Classes/VectorTargets.hpp"
+
+namespace nimbo {
+namespace {
+
+/// The plain twin.
+std::u16string normalizedByICU(std::u16string_view text, const UNormalizer2 *(*form)(UErrorCode *)) {
+  std::u16string result(text.size() * 18 + 1, u'\0');
+  UErrorCode error = U_ZERO_ERROR;
+  const UNormalizer2 *const normalizer = form(&error);
+  result.resize(static_cast<std::size_t>(unorm2_normalize(normalizer, text.data(),
+                                                          static_cast<std::int32_t>(text.size()), result.data(),
+                                                          static_cast<std::int32_t>(result.size()), &error)));
+  EXPECT_TRUE(U_SUCCESS(error));
+  return result;
+}
+
+void expectAsICU(std::u16string_view text) {
+  const std::u16string expected = normalizedByICU(text, unorm2_getNFCInstance);
+  const NSString string = NSString::stringWithCharacters(text);
+  const NSString composed = precomposedStringWithCanonicalMapping(string);
+  ASSERT_EQ(composed.view(), expected);
+  ASSERT_EQ(composed.identicalTo(string), text == expected);
+  NSMutableString edited(string);
+  precomposeStringWithCanonicalMapping(edited);
+  ASSERT_EQ(edited.view(), expected);
+  // Of an exact block, so that reading behind it is noticed.
+  const ExactBuffer<unichar> exact(text, text.size() % 3);
+  if (isQuicklyPrecomposed({exact.data(), text.size()})) {
+    ASSERT_EQ(text, expected);
+  }
+}
+
+// Letters, Hangul, jamo and marks; what grows, what composes only at a distance, halves of pairs.
+constexpr std::u16string_view kPieces[] = {
+    u"e",          u"\u00e9",     u"\u0301", u"\u0323",
+    u"\u0302",     u"\u0345",     u"\u1100", u"\u1161",
+    u"\u11a8",     u"\ud55c",     u"\uac00", u"\u0915",
+    u"\u093c",     u"\u094d",     u"\u30ab", u"\u3099",
+    u"\u212b",     u"\ufb2c",     u"\u0344", u"\uf900",
+    u"\U0001d160", u"\U0001d15f", u"\u4e2d", u"\xd834",
+    u"\xdd65",     u"\u0410",     u"\u0306", u"\u2000",
+    u"\u0f73",     u"\u09c7",     u"\u09be", u"\U00011099\U000110ba",
+};
+
+TEST(NSStringNormalization, AgreesWithICUAtEverySplitPoint) {
+  forEachVectorTarget([] {
+    for (const std::u16string_view doubtful :
+         {u"e\u0301", u"\u1112\u1161\u11ab", u"\u0323\u0302", u"\U0001d160"}) {
+      for (const unichar filler : {u'x', u'\u4e2d', u'\uac00', u'\u0627'}) {
+        for (std::size_t place = 0; place <= 150; ++place) {
+          std::u16string text(150, filler);
+          expectAsICU(text.insert(place, doubtful));
+          expectAsICU(text.insert(text.size() / 2, doubtful));
+          if (::testing::Test::HasFatalFailure()) return;
+        }
+      }
+    }
+  });
+}
+
+TEST(NSStringNormalization, AgreesWithICUOnRandomMixes) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text;
+    for (std::uint32_t n = random() % 12; n > 0; --n) {
+      text.append(random() % 4 ? 0 : random() % 100, kPieces[random() % std::size(kPieces)][0]);
+      for (std::uint32_t k = random() % 5; k > 0; --k) text += kPieces[random() % std::size(kPieces)];
+    }
+    expectAsICU(text);
+    if (::testing::Test::HasFatalFailure()) return;
+  }
+}
+
+TEST(NSStringNormalization, KnowsEveryUnit) {
+  for (std::uint32_t c = 0; c <= 0xffff; ++c) {
+    const auto unit = static_cast<unichar>(c);
+    expectAsICU({&unit, 1});
+    expectAsICU(std::u16string(u"e\u0323").append(1, unit).append(u"\u0301"));
+    if (::testing::Test::HasFatalFailure()) return;
+  }
+}
+
+TEST(NSStringNormalization, HasTheOtherForms) {
+  const struct {
+    CFStringNormalizationForm form;
+    const UNormalizer2 *(*icu)(UErrorCode *);
+  } forms[] = {{kCFStringNormalizationFormD, unorm2_getNFDInstance},
+               {kCFStringNormalizationFormKD, unorm2_getNFKDInstance},
+               {kCFStringNormalizationFormKC, unorm2_getNFKCInstance}};
+  for (const auto &[form, icu] : forms) {
+    for (const std::u16string_view text : {u"plain", u"\u00e9\ufb01\uac01\ufdfa", u"e\u0301\u0323", u""}) {
+      NSMutableString string(NSString::stringWithCharacters(text));
+      CFStringNormalize(string, form);
+      EXPECT_EQ(string.view(), normalizedByICU(text, icu));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace nimbo
