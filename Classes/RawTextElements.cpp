@@ -62,8 +62,8 @@ std::uint32_t RawTextElements::nextEndTag(std::uint32_t from, const Element &ele
   struct Search {
     const RawTextElements &elements;
     const Element &element;
-  } const search{*this, element};
-  const UnicharVerifier verifier{[](const void *context, const unichar *place) {
+  } search{*this, element};
+  const UnicharVerifier verifier{[](void *context, const unichar *place) {
                                    const auto &[elements, wanted] = *static_cast<const Search *>(context);
                                    const auto location = static_cast<std::uint32_t>(place - elements.units_);
                                    return elements.lengthOfEndTagAt(location, wanted) > 0;
