@@ -154,10 +154,10 @@ DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStri
     }
     const DecodedMarkup second = decodeAs(bytes, declared);
     if (second.string) return prefersFirst(first.string, second.string, weighing) ? first : second;
-    for (const CFStringEncoding relative : relativesOf(declared))
-      if (DecodedMarkup decoded = decodeAs(bytes, CFStringConvertEncodingToNSStringEncoding(relative));
-          decoded.string)
-        return decoded;
+    for (const CFStringEncoding relative : relativesOf(declared)) {
+      DecodedMarkup decoded = decodeAs(bytes, CFStringConvertEncodingToNSStringEncoding(relative));
+      if (decoded.string && replacementsIn(decoded.string) == 0) return decoded;
+    }
   }
   if (first.string) return first;
 

@@ -25,7 +25,8 @@ struct DecodedMarkup {
 /// - Where no first reading is possible, the declaration is looked for in the bytes as ISO Latin 1. That of
 ///   UTF-16 is then no use, nor is it in any text of single bytes.
 /// - Text declared as Windows Cyrillic or Big5 that cannot be read so is Windows Latin 2 (but not if UTF-8 was
-///   supplied) or Big5-HKSCS instead; for Shift JIS and EUC-CN their relatives are tried.
+///   supplied) or Big5-HKSCS instead. For Shift JIS and EUC-CN their relatives are tried; the first one in
+///   which all codes have a meaning is taken.
 /// - The last resort is the supplied, then the default encoding, without anything amiss.
 ///
 /// UTF-8 may be damaged: what is not valid becomes U+FFFD, if more characters beyond ASCII are whole than not.

@@ -45,10 +45,10 @@ TEST(CharsetNames, AreReadAsPeopleWriteThem) {
       {kCFStringEncodingKamenicky, {u"x-kam-cs"}},
       {kCFStringEncodingBig5, {u"big5-hkscs"}},
       {kCFStringEncodingKSC_5601_87, {u"KS_C_5601-1987"}},
-      {kCFStringEncodingKSC_5601_92_Johab, {u"ks_c_5601-1992"}},
+      {kCFStringEncodingKSC_5601_92_Johab, {u"ksc5601-92"}},
       {kCFStringEncodingInvalidId,
        {u"", u"l1", u"--", u"foo", u"auto", u"latin", u"x-mac-utf8", u"gb18030", u"885112", u"885401",
-        u"iso-8859-99999999999", u"x-visual", u"\u0661252"}},
+        u"iso-8859-99999999999", u"x-visual", u"ks_c_5601-1992", u"\u0661252"}},
   };
   for (const Case &test : cases) {
     for (const std::u16string &name : test.names) {

@@ -110,10 +110,8 @@ TEST(MarkupDecoding, BelievesWhatThePageOrItsSenderDeclares) {
 }
 
 TEST(MarkupDecoding, WeighsDeclarations) {
-  constexpr NSStringEncoding kX0213 = 0x80000000 | kCFStringEncodingShiftJIS_X0213;
   constexpr NSStringEncoding kGBK = 0x80000000 | kCFStringEncodingGBK_95;
   constexpr NSStringEncoding kBig5 = 0x80000000 | kCFStringEncodingBig5;
-  constexpr NSStringEncoding kHKSCS = 0x80000000 | kCFStringEncodingBig5_HKSCS_1999;
   const struct {
     std::string_view why;
     std::string_view bytes;
@@ -148,8 +146,10 @@ TEST(MarkupDecoding, WeighsDeclarations) {
        kNone, "<meta charset=cp1253>Ň", NSWindowsCP1250StringEncoding},
       {"the default one does not matter", "<meta charset=cp1253>\xd2", kNone, NSWindowsCP1250StringEncoding,
        "<meta charset=cp1253>\ufffd", NSWindowsCP1253StringEncoding},
-      {"a relative of Shift JIS", "<meta charset=sjis>\x93\xfa\x87\x9f", kNone, NSUTF8StringEncoding,
-       "<meta charset=sjis>日\u3402", kX0213},
+      {"a relative of Shift JIS", "<meta charset=sjis>\xe9\xfd", kNone, NSISOLatin1StringEncoding,
+       "<meta charset=sjis>蝮", NSJapaneseEUCStringEncoding},
+      {"none of them", "<meta charset=sjis>\xe9 ", kNone, NSISOLatin1StringEncoding, "<meta charset=sjis>é ",
+       NSISOLatin1StringEncoding},
       {"a relative of EUC-CN",
        "<meta charset=gb2312>\xbc\xf2\xbe"
        "W\xed"
@@ -159,11 +159,8 @@ TEST(MarkupDecoding, WeighsDeclarations) {
        "<meta charset=big5>\xc1"
        "c",
        NSISOLatin1StringEncoding, kNone, "<meta charset=big5>繁", kBig5},
-      {"its last resort",
-       "<meta charset=big5>\xc1"
-       "c\x88"
-       "b",
-       kNone, NSISOLatin1StringEncoding, "", kHKSCS},
+      {"not even Big5-HKSCS", "<meta charset=big5>\xa4 ", kNone, NSISOLatin1StringEncoding,
+       "<meta charset=big5>¤ ", NSISOLatin1StringEncoding},
       {"damaged UTF-8", "\xc5\xbdlu\xc5\xa5ou\xc4\x8dk\xff", kNone, NSUTF8StringEncoding, "Žluťoučk\ufffd",
        NSUTF8StringEncoding},
       {"declared as damaged", "<meta charset=utf-8>\xc5\xbdlu\xc5\xa5\xe8", kNone, NSISOLatin1StringEncoding,
