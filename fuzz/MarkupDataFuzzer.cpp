@@ -37,7 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
     require(strict == decoded.string);
 
   auto used = nimbo::kCFStringEncodingInvalidId;
-  const nimbo::NSString again = nimbo::initWithData(nimbo::markupData(decoded.string, &used), used);
+  const nimbo::NSData written = nimbo::markupData(decoded.string, &used);
+  const nimbo::NSString again = nimbo::initWithData(written, used);
   require(static_cast<bool>(again));
   if (used != nimbo::NSUTF8StringEncoding && !decoded.string.view().starts_with(u'\ufeff'))
     require(again == decoded.string);
