@@ -64,36 +64,18 @@ TEST(CharsetNames, AreReadAsPeopleWriteThem) {
 }
 
 TEST(CharsetNames, GiveEncodingsOfStringsOrALineInTheLog) {
-  struct Case {
-    std::u16string name;
-    NSStringEncoding encoding;
-    bool isLogged;
-  };
-  const Case cases[] = {
-      {u"x-sjis", NSShiftJISStringEncoding, false},
-      {u"csn_369103", NSKOI8CS2StringEncoding, false},
-      {u"KAM.CS", NSKamenickyStringEncoding, false},
-      {u"utf-8", NSUTF8StringEncoding, false},
-      {u"big5", 0x80000000 | kCFStringEncodingBig5, false},
-      {u"x-mac-tibetan", kCFStringEncodingInvalidId, true},
-      {u"foo", kCFStringEncodingInvalidId, true},
-      {u"x", kCFStringEncodingInvalidId, true},
-      {u"//", kCFStringEncodingInvalidId, true},
-      {u"", kCFStringEncodingInvalidId, false},
-      {u"/", kCFStringEncodingInvalidId, false},
-      {u"0", kCFStringEncodingInvalidId, false},
-      {u"<", kCFStringEncodingInvalidId, false},
-      {u">", kCFStringEncodingInvalidId, false},
-      {u"Auto", kCFStringEncodingInvalidId, false},
-  };
-  for (const Case &test : cases) {
+  EXPECT_EQ(charset2NSStringEncoding(u"x-sjis"_ns), NSShiftJISStringEncoding);
+  EXPECT_EQ(charset2NSStringEncoding(u"csn_369103"_ns), NSKOI8CS2StringEncoding);
+  EXPECT_EQ(charset2NSStringEncoding(u"KAM.CS"_ns), NSKamenickyStringEncoding);
+  EXPECT_EQ(charset2NSStringEncoding(u"big5"_ns), 0x80000000 | kCFStringEncodingBig5);
+  const auto logOf = [](const std::u16string &name) {
     testing::internal::CaptureStderr();
-    EXPECT_EQ(charset2NSStringEncoding(NSString::stringWithCharacters(test.name)), test.encoding)
-        << narrow(test.name);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              test.isLogged ? "Unknown/Unsupported encoding: " + narrow(test.name) + "\n" : "");
-  }
-  EXPECT_EQ(charset2NSStringEncoding(NSString()), kCFStringEncodingInvalidId);
+    EXPECT_EQ(charset2NSStringEncoding(NSString::stringWithCharacters(name)), kCFStringEncodingInvalidId);
+    return testing::internal::GetCapturedStderr();
+  };
+  for (const char16_t *const name : {u"x-mac-tibetan", u"foo", u"x", u"//"})
+    EXPECT_EQ(logOf(name), "Unknown/Unsupported encoding: " + narrow(name) + "\n");
+  for (const char16_t *const name : {u"", u"/", u"0", u"<", u">", u"Auto"}) EXPECT_EQ(logOf(name), "");
 }
 
 }  // namespace
