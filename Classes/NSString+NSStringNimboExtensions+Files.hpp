@@ -10,14 +10,27 @@
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
-// Creation. Each function stands for the class form and the "initWith" form of its name. Nil when the bytes are
-// not text in the encoding to the last one, or null.
+// Creation. The "initWith" forms are the same. Nil when the bytes are not text in the encoding to the last one,
+// or null.
 
 /// Text of `length` bytes.
 NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding);
+inline NSString initWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding) {
+  return stringWithCString(bytes, length, encoding);
+}
 /// Text that ends before the first zero byte.
 NSString stringWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding);
+inline NSString initWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding) {
+  return stringWithNullTerminatedCString(bytes, encoding);
+}
 NSString stringWithData(const NSData &data, NSStringEncoding encoding);
+/// Text in the two Czech and Slovak encodings of the project's own.
+inline NSString initWithKamenickyData(const NSData &data) {
+  return stringWithData(data, NSKamenickyStringEncoding);
+}
+inline NSString initWithKoi8cs2Data(const NSData &data) {
+  return stringWithData(data, NSKOI8CS2StringEncoding);
+}
 
 /// The text of a file. An encoding from -16 to 0 stands for "find out": the encoding is detected, and
 /// `*usedEncoding` gets it; bytes that are no text are then read as UTF-16 behind a byte order mark, else as
@@ -25,6 +38,10 @@ NSString stringWithData(const NSData &data, NSStringEncoding encoding);
 /// when the file cannot be read, too; `usedEncoding` may be null.
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding = nullptr);
+inline NSString initWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
+                                       NSStringEncoding *usedEncoding = nullptr) {
+  return stringWithContentsOfFile(path, encoding, usedEncoding);
+}
 
 // Writing. Atomically means that the file appears whole or stays as it was. False, and no file is touched, when
 // the encoding lacks a character of the string; false, too, when the file cannot be written. `*usedEncoding`,

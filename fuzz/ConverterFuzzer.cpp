@@ -46,13 +46,18 @@ bool convertInPieces(nimbo::CFStringEncoding encoding, std::span<const std::uint
 
 }  // namespace
 
-/// The first byte chooses the encoding, the second the size of pieces. What a whole text gives, its pieces
-/// give; and what can be encoded gives the same text again.
+/// The first four bytes are the encoding's number, highest byte first (any other number stands for some
+/// encoding), the fifth is the size of pieces. What a whole text gives, its pieces give; and what can be
+/// encoded gives the same text again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   static const std::vector<nimbo::CFStringEncoding> encodings = nimbo::CFStringGetListOfAvailableEncodings();
-  if (size < 2) return 0;
-  const nimbo::CFStringEncoding encoding = encodings[data[0] % encodings.size()];
-  const std::vector<std::uint8_t> bytes(data + 2, data + size);
+  constexpr std::size_t kHeader = 5;
+  if (size < kHeader) return 0;
+  const nimbo::CFStringEncoding wanted =
+      nimbo::CFStringEncoding{data[0]} << 24 | data[1] << 16 | data[2] << 8 | data[3];
+  const nimbo::CFStringEncoding encoding =
+      std::ranges::binary_search(encodings, wanted) ? wanted : encodings[wanted % encodings.size()];
+  const std::vector<std::uint8_t> bytes(data + kHeader, data + size);
   const auto *chars = reinterpret_cast<const char *>(bytes.data());
   std::vector<nimbo::unichar> units(4 * bytes.size() + 4);
   std::uint32_t count = 0;
@@ -62,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   std::uint32_t mark = 0;
   const auto real = nimbo::encodingWithByteOrderMark(encoding, {chars, bytes.size()}, &mark);
   std::u16string text;
-  const bool isWhole = convertInPieces(real, std::span(bytes).subspan(mark), data[1] % 8 + 1u, text);
+  const bool isWhole = convertInPieces(real, std::span(bytes).subspan(mark), data[4] % 8 + 1u, text);
   require(isWhole == (status == 1));
   if (isWhole) require(text == std::u16string_view(units.data(), count));
 

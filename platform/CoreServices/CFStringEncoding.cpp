@@ -75,7 +75,9 @@ CFStringEncoding CFStringConvertIANACharSetNameToEncoding(const NSString &name) 
   for (const Row &row : kRows) {
     if (!*row.converter) continue;
     if (ucnv_compareNames(row.name, wanted.c_str()) == 0) return row.encoding;
-    const char *const other = canonical ? canonicalName(row.converter) : nullptr;
+    // ICU knows other names of converters that are not its own, too.
+    const bool isICU = std::string_view(row.converter).find(':') == std::string_view::npos;
+    const char *const other = canonical ? canonicalName(isICU ? row.converter : row.name) : nullptr;
     if (!other || std::string_view(other) != canonical) continue;
     // Of several with one converter, that of the short list is the usual one.
     if (!best || (best->stringEncoding & ~row.stringEncoding & kExtended)) best = &row;

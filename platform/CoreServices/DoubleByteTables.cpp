@@ -69,6 +69,9 @@ constexpr CodeText kMacKoreanTexts[] = {
 };
 // clang-format on
 
+/// The source has the forms of other makers for some signs.
+constexpr CodeText kJIS_C6226Runs[] = {{0x2141, u"〜‖"}, {0x215d, u"−"}, {0x2171, u"¢£"}};
+
 /// How a set's rows and cells are written.
 enum class Form {
   /// Bytes from 0x21 to 0x7e, as inside the escape sequences of ISO 2022.
@@ -123,7 +126,7 @@ const Row kRows[] = {
     {"CNS_11643_2", Form::bare, "iconv:EUC-TW", Form::high, "\x8e\xa2"},
     {"CNS_11643_3", Form::bare, "iconv:EUC-TW", Form::high, "\x8e\xa3"},
     {"GB_2312", Form::bare, "iconv:EUC-CN", Form::high},
-    {"JIS_C6226", Form::bare, "shift_jis78", Form::shifted},
+    {"JIS_C6226", Form::bare, "shift_jis78", Form::shifted, {}, kJIS_C6226Runs},
     {"JIS_X0208", Form::bare, "iconv:EUC-JP", Form::high},
     {"JIS_X0212", Form::bare, "iconv:EUC-JP", Form::high, "\x8f"},
     {"MacChineseSimp", Form::high, "iconv:EUC-CN", Form::high, {}, kMacChineseSimpRuns, kMacChineseSimpTexts},

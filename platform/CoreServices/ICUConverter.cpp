@@ -3,7 +3,10 @@
 #include <unicode/ucnv_cb.h>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -78,7 +81,10 @@ class ICUToUTF16 final : public TECConverter {
     return convert(input, output, false);
   }
   TECResult flushText(std::span<std::uint8_t> output) override { return convert({}, output, true); }
-  void clearContextInfo() override { ucnv_resetToUnicode(converter_.get()); }
+  void clearContextInfo() override {
+    usedFallbacks_ = false;
+    ucnv_resetToUnicode(converter_.get());
+  }
 
  private:
   TECResult convert(std::span<const std::uint8_t> input, std::span<std::uint8_t> output, bool flush) {
@@ -88,7 +94,6 @@ class ICUToUTF16 final : public TECConverter {
     auto *const target = reinterpret_cast<UChar *>(output.data());
     UChar *to = target;
     UErrorCode status = U_ZERO_ERROR;
-    usedFallbacks_ = false;
     ucnv_toUnicode(converter_.get(), &to, target + output.size() / sizeof(UChar), &source, end, nullptr,
                    static_cast<UBool>(flush), &status);
     if (turns_) turnControls({target, to}, 2);
@@ -99,7 +104,7 @@ class ICUToUTF16 final : public TECConverter {
     // ICU keeps the first bytes of a divided character until the others come.
     if (result.status == noErr && ucnv_toUCountPending(converter_.get(), &status) > 0)
       result.status = kTECPartialCharErr;
-    if (result.status == noErr && usedFallbacks_) result.status = kTECUsedFallbacksStatus;
+    if (result.status == noErr && std::exchange(usedFallbacks_, false)) result.status = kTECUsedFallbacksStatus;
     return result;
   }
 
@@ -113,6 +118,7 @@ class ICUToUTF16 final : public TECConverter {
 
   const Converter converter_;
   const bool turns_;
+  /// Since the last call that reported it: one that stops before the end of its input does not.
   bool usedFallbacks_ = false;
 };
 
@@ -120,14 +126,34 @@ class UTF16ToICU final : public TECConverter {
  public:
   UTF16ToICU(Converter converter, bool turns) : converter_(std::move(converter)), turns_(turns) {
     UErrorCode status = U_ZERO_ERROR;
+    isHZ_ = ucnv_getType(converter_.get()) == UCNV_HZ;
     ucnv_setFromUCallBack(converter_.get(), stopAtError, nullptr, nullptr, nullptr, &status);
   }
 
   TECResult convertText(std::span<const std::uint8_t> input, std::span<std::uint8_t> output) override {
     return convert(input, output, false);
   }
-  TECResult flushText(std::span<std::uint8_t> output) override { return convert({}, output, true); }
-  void clearContextInfo() override { ucnv_resetFromUnicode(converter_.get()); }
+  TECResult flushText(std::span<std::uint8_t> output) override {
+    if (!isHZ_) return convert({}, output, true);
+    if (!closing_) {
+      // ICU leaves Chinese open at the end, but closes it before ASCII.
+      std::array<std::uint8_t, kLongestSequence> bytes;
+      const UChar space = u' ';
+      const TECResult result =
+          convert({reinterpret_cast<const std::uint8_t *>(&space), sizeof space}, bytes, true);
+      if (result.status != noErr) return {result.status, 0, 0};
+      closing_.emplace(bytes.begin(), bytes.begin() + result.writtenBytes - 1);
+    }
+    if (output.size() < closing_->size()) return {kTECOutputBufferFullStatus, 0, 0};
+    std::ranges::copy(*closing_, output.begin());
+    const std::size_t written = closing_->size();
+    closing_.reset();
+    return {noErr, 0, written};
+  }
+  void clearContextInfo() override {
+    closing_.reset();
+    ucnv_resetFromUnicode(converter_.get());
+  }
 
  private:
   TECResult convert(std::span<const std::uint8_t> input, std::span<std::uint8_t> output, bool flush) {
@@ -153,6 +179,9 @@ class UTF16ToICU final : public TECConverter {
 
   const Converter converter_;
   const bool turns_;
+  bool isHZ_ = false;
+  /// What ends the text, while it waits for room.
+  std::optional<std::string> closing_;
 };
 
 }  // namespace

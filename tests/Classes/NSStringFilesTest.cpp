@@ -28,8 +28,10 @@ TEST(NSStringFiles, Creation) {
                               2, NSISOLatin1StringEncoding),
             u"aä"_ns);
   EXPECT_EQ(stringWithNullTerminatedCString("\xe4", NSISOLatin1StringEncoding), u"ä"_ns);
-  EXPECT_FALSE(stringWithCString("\xe4", 1, NSUTF8StringEncoding));
-  EXPECT_FALSE(stringWithNullTerminatedCString(nullptr, NSUTF8StringEncoding));
+  EXPECT_FALSE(initWithCString("\xe4", 1, NSUTF8StringEncoding));
+  EXPECT_EQ(initWithKamenickyData(NSData::dataWithBytes("\x80\xa9", 2)), u"Čř"_ns);
+  EXPECT_EQ(initWithKoi8cs2Data(NSData::dataWithBytes("\xe3\xc7\xd2", 3)), u"Čchř"_ns);
+  EXPECT_FALSE(initWithNullTerminatedCString(nullptr, NSUTF8StringEncoding));
 }
 
 TEST(NSStringFiles, ReadingWithDetection) {
@@ -59,7 +61,7 @@ TEST(NSStringFiles, ReadingWithDetection) {
     EXPECT_EQ(used, each.used) << each.encoding;
   }
   NSStringEncoding used = 99;
-  EXPECT_FALSE(stringWithContentsOfFile(folder.string("missing"), 0, &used));
+  EXPECT_FALSE(initWithContentsOfFile(folder.string("missing"), 0, &used));
   EXPECT_EQ(used, kDetected);
 }
 

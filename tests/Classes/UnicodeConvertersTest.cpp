@@ -54,7 +54,8 @@ TEST(UnicodeConverters, EncodingToUnicode) {
       {kCFStringEncodingShiftJIS, "\x93\xfa", 1, 1, u"日"},
       {kCFStringEncodingShiftJIS, "\x93\x20", 2, 0, u""},
       {kCFStringEncodingWindowsGreek, "\xe1\xd2", 2, 1, u"α\ufffd"},
-      {kCFStringEncodingMacHebrew, "\xe0\x81", 2, 1, u"א\ufffd"},
+      {kCFStringEncodingMacHebrew, "\x81", 1, 0, u""},
+      {kCFStringEncodingMacThai, "\xe4\x90", 2, 1, u"ไ\ufffd"},
       {kCFStringEncodingKamenicky, "\x80", 1, 1, u"Č"},
       // What stands at the end is held back until then.
       {kCFStringEncodingShiftJIS_X0213, "\x82\xa9", 1, 1, u"か"},
