@@ -9,8 +9,41 @@
 namespace nimbo {
 inline namespace XmlExtensions {
 
-/// As `GetTagsOfString`; an `NSException` that the handler raises is logged and answers false.
+/// As `GetTagsOfString`, but an `NSException` is caught, logged and answers false.
 bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *context, bool isMutable);
+
+/// The ranges of all tags, comments and marked sections, and those of the texts in front of them; the last tag
+/// is an empty one at the end. They answer how many there are, 0 when the string is nil or empty. The arrays
+/// are the caller's, to `free`; null when there is nothing or no memory. A range may end one unit behind the
+/// string, and a text's length is then "-1" (0xffffffff).
+std::uint32_t getXml(const NSString &string, NSRange **tagRanges, NSRange **textRanges);
+std::uint32_t getXmlTags(const NSString &string, NSRange **tagRanges);
+std::uint32_t getXmlContents(const NSString &string, NSRange **textRanges);
+
+/// A dictionary for each tag: "Tag" is the tag, "Content" the text in front of it when there is any. The last
+/// one stands for the end, with an empty "Tag". An empty array when the string is nil or empty.
+NSArray getXml(const NSString &string);
+/// The tags, and the texts between them, as strings; none of them is empty.
+NSArray getXmlTags(const NSString &string);
+NSArray getXmlContents(const NSString &string);
+
+/// An attribute of a tag, as `_attributeOfTagCharactersWithName` reads it.
+NSString attributeOfTagCharacters(const unichar *characters, std::uint32_t length, const char *name);
+NSString attributeOfTagCharacters(const unichar *characters, NSRange range, const char *name);
+NSString attributeOfTagInRange(const NSString &string, NSRange range, const NSString &name);
+/// The string is the tag.
+NSString attributeOfTagWithName(const NSString &string, const NSString &name);
+
+/// A property of a list as "style" attributes have it: "name: value; ...".
+NSString attributeOfStyleInRange(const NSString &string, NSRange range, const NSString &name);
+NSString attributeOfStyleWithName(const NSString &string, const NSString &name);
+
+/// A field of a header's text, as `_copyOfAttributeOfString` reads it; `name` must be in upper case.
+NSString headerFieldNamed(const NSString &string, const NSString &name, unichar quotation = u'\'');
+/// The character set of a content type: "text/html; charset=utf-8".
+NSString headerCharset(const NSString &string);
+/// Where a refresh goes: "5; url=page.html".
+NSString headerRefresh(const NSString &string);
 
 }  // namespace XmlExtensions
 }  // namespace nimbo

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Handlers that store what the scanner finds, as it is.
+#pragma once
+
+#include <cstdint>
+
+#include "Classes/TagScanner.hpp"
+#include "platform/Foundation/NSArray.hpp"
+
+namespace nimbo {
+
+/// The context of `StoreToRangesHandler`. The arrays, of `capacity` ranges, come from `malloc`; null means not
+/// wanted, or that there was no memory for more. They are the caller's after the scan, to `free`.
+struct StoreToRangesContext {
+  NSRange *tagRanges;
+  NSRange *textRanges;
+  std::uint32_t count;
+  std::uint32_t capacity;
+};
+
+/// Appends the tag's range and that of the text in front of it, also in the closing call, and counts. `context`
+/// is a `StoreToRangesContext` whose capacity is above its count. Never stops the scan.
+bool StoreToRangesHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
+                          std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
+                          std::uint32_t textLocation, int kind, void *context);
+
+/// The context of `StoreToArrayHandler`.
+struct StoreToArrayContext {
+  NSArray result;
+  bool wantTags;
+  bool wantContents;
+};
+
+/// Adds the tag, the text in front of it, or a dictionary of both, under "Tag" and "Content"; empty ones are
+/// left out, but for the "Tag" of the closing call's dictionary. `context` is a `StoreToArrayContext`. Never
+/// stops the scan.
+bool StoreToArrayHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
+                         std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
+                         std::uint32_t textLocation, int kind, void *context);
+
+}  // namespace nimbo

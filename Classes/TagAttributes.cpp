@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/TagAttributes.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <string_view>
+
+#include "Classes/CharacterSetRep.hpp"
+#include "Classes/CharacterTables.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// A tag must have more units than its name and these, as in "<a x=".
+constexpr std::uint32_t kTagSlack = 5;
+
+/// How an attribute is written.
+struct Syntax {
+  std::uint32_t slack;
+  unichar separator;
+  unichar terminator;
+  bool isTolerant = false;
+};
+
+bool isQuote(unichar c) {
+  return c == u'"' || c == u'\'';
+}
+
+/// Reads one attribute out of a tag; `Element` is what its name is made of.
+template <class Element>
+class AttributeReader {
+ public:
+  AttributeReader(std::u16string_view tag, std::basic_string_view<Element> name, const Syntax &syntax)
+      : tag_(tag), name_(name), syntax_(syntax) {}
+
+  NSString value() const {
+    if (name_.empty() || name_.size() + syntax_.slack >= tag_.size()) return {};
+    const std::optional<std::size_t> start = startOfValue();
+    if (!start) return {};
+    const std::size_t unquoted = *start + isQuote(tag_[*start]);
+    std::size_t end = unquoted == *start ? endOfPlainValue(*start) : endOfQuotedValue(unquoted, tag_[*start]);
+    while (end > unquoted && whites_.contains(tag_[end - 1])) --end;
+    return end > unquoted ? NSString::stringWithCharacters(tag_.substr(unquoted, end - unquoted)) : NSString();
+  }
+
+ private:
+  std::optional<std::size_t> startOfValue() const {
+    const std::size_t lastStart = tag_.size() - name_.size() - 1;
+    for (std::size_t i = 0; i <= lastStart; ++i) {
+      if (isQuote(tag_[i])) {
+        i = std::min(tag_.substr(0, lastStart + 1).find(tag_[i], i + 1), lastStart);
+      } else if (isNameAt(i)) {
+        const std::size_t separator = skipWhite(i + name_.size());
+        if (separator == tag_.size() || tag_[separator] != syntax_.separator) continue;
+        const std::size_t start = skipWhite(separator + 1);
+        return start < tag_.size() ? std::optional(start) : std::nullopt;
+      }
+    }
+    return std::nullopt;
+  }
+
+  bool isNameAt(std::size_t place) const {
+    for (std::size_t i = 0; i < name_.size(); ++i) {
+      if (upper_[tag_[place + i]] != upper_[static_cast<unichar>(name_[i])]) return false;
+    }
+    return place == 0 || !alphaNums_.contains(tag_[place - 1]);
+  }
+
+  std::size_t skipWhite(std::size_t i) const {
+    while (i < tag_.size() && whites_.contains(tag_[i])) ++i;
+    return i;
+  }
+
+  std::size_t endOfPlainValue(std::size_t i) const {
+    while (i < tag_.size() && tag_[i] != syntax_.terminator && !whites_.contains(tag_[i])) ++i;
+    return i;
+  }
+
+  std::size_t endOfQuotedValue(std::size_t start, unichar quote) const {
+    if (syntax_.isTolerant) return endOfTolerantValue(start, quote);
+    std::size_t i = start;
+    while (i < tag_.size() && tag_[i] != quote && tag_[i] != syntax_.terminator) ++i;
+    return i;
+  }
+
+  std::size_t endOfTolerantValue(std::size_t start, unichar quote) const {
+    int openTags = 0;
+    for (std::size_t i = start; i < tag_.size(); ++i) {
+      if (tag_[i] == quote) return openTags == 1 ? withoutOpening(start, i) : i;
+      if (tag_[i] == u'<') {
+        if (isMetaAt(i + 1)) return i;
+        ++openTags;
+      } else if (tag_[i] == u'>' && i > start && --openTags < 0) {
+        return i;
+      }
+    }
+    return tag_.size();
+  }
+
+  bool isMetaAt(std::size_t place) const {
+    constexpr std::u16string_view kMeta = u"META";
+    return tag_.size() - place >= kMeta.size() &&
+           std::equal(kMeta.begin(), kMeta.end(), tag_.begin() + static_cast<std::ptrdiff_t>(place),
+                      [this](unichar expected, unichar c) { return upper_[c] == expected; });
+  }
+
+  /// The end of a value whose end is cut off in front of a "<" or "</" at its end.
+  std::size_t withoutOpening(std::size_t start, std::size_t end) const {
+    const std::u16string_view value = tag_.substr(start, end - start);
+    if (value.ends_with(u"<")) return end - 1;
+    return value.ends_with(u"</") ? end - 2 : end;
+  }
+
+  const std::u16string_view tag_;
+  const std::basic_string_view<Element> name_;
+  const Syntax syntax_;
+  const unichar *const upper_ = initUpperCharsTable();
+  const CharacterSetRep &whites_ = *whiteCharacterSetRep();
+  const CharacterSetRep &alphaNums_ = *alphaNumCharacterSetRep();
+};
+
+}  // namespace
+
+NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint32_t offset,
+                                           std::uint32_t length, const char *name, bool isTolerant) {
+  return AttributeReader<char>({characters + offset, length}, name, {kTagSlack, u'=', u'>', isTolerant})
+      .value();
+}
+
+NSString _attributeOfStringWithName(const NSString &string, std::uint32_t location, std::uint32_t length,
+                                    const NSString &name, std::uint32_t slack, unichar separator,
+                                    unichar terminator) {
+  if (location >= string.length()) return {};
+  return AttributeReader<unichar>(string.view().substr(location, length), name.view(),
+                                  {slack, separator, terminator})
+      .value();
+}
+
+NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,
+                                  unichar quote, bool isLenient) {
+  const std::u16string_view text = string.view();
+  if (text.size() <= nameLength) return {};
+  const unichar *const upper = initUpperCharsTable();
+  const CharacterSetRep &whites = *whiteCharacterSetRep();
+  const auto skipWhite = [&](std::size_t i) {
+    while (i < text.size() && whites.contains(text[i])) ++i;
+    return i;
+  };
+  for (std::size_t place = 0; place + nameLength < text.size(); ++place) {
+    if (!std::equal(name, name + nameLength, text.data() + place,
+                    [upper](unichar expected, unichar c) { return upper[c] == expected; })) {
+      continue;
+    }
+    const std::size_t separator = skipWhite(place + nameLength);
+    if (separator == text.size() || text[separator] != u'=') continue;
+    std::size_t start = isLenient ? skipWhite(separator + 1) : separator + 1;
+    if (start == text.size()) continue;
+    std::size_t end = start + 1;
+    if (text[start] == quote) {
+      start = end;
+      end = std::min(text.find(quote, start), text.size());
+      if (end == start) continue;
+    } else {
+      while (end < text.size() && text[end] != u';' && !(isLenient && whites.contains(text[end]))) ++end;
+    }
+    return NSString::stringWithCharacters(text.substr(start, end - start));
+  }
+  return {};
+}
+
+}  // namespace nimbo
