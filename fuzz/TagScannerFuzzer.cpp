@@ -5,11 +5,12 @@
 #include <string_view>
 
 #include "tests/Classes/PlainTagScanner.hpp"
+#include "tests/Classes/StringSamples.hpp"
 
 /// The scanner tells what its plain twin tells, over the string's own units and over a copy.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
-  const auto string =
-      nimbo::NSString::stringWithLossyUTF8String({reinterpret_cast<const char *>(data), size});
+  const auto text = nimbo::NSString::stringWithLossyUTF8String({reinterpret_cast<const char *>(data), size});
+  const nimbo::NSString string = nimbo::exactString(text.view());
   const auto expected = nimbo::PlainTagScanner(string.view()).calls();
   if (nimbo::callsOfScanner(string, false) != expected) std::abort();
   if (nimbo::callsOfScanner(string, true) != expected) std::abort();

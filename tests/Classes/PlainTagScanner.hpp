@@ -138,8 +138,7 @@ class PlainTagScanner {
     const std::size_t comment = s_.substr(0, found.location).find(u"<!-", tagStart_);
     const std::size_t commentEnd = comment == npos ? npos : s_.find(u"-->", comment);
     if (commentEnd != npos) {
-      const NSRange later =
-          rangeOfString(s_, endTag, NSCaseInsensitiveSearch, rangeOf(commentEnd, s_.size()));
+      const NSRange later = rangeOfString(s_, endTag, NSCaseInsensitiveSearch, rangeOf(commentEnd, s_.size()));
       if (later.location != NSNotFound) found = later;
     }
     return std::min(s_.find(u'>', found.location + found.length), s_.size()) + 1;
