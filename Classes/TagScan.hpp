@@ -8,6 +8,7 @@
 #include "Classes/CharacterSetRep.hpp"
 #include "Classes/MarkupMarks.hpp"
 #include "Classes/RawTextElements.hpp"
+#include "Classes/RetracedTagEnds.hpp"
 #include "Classes/TagScanner.hpp"
 
 namespace nimbo {
@@ -29,7 +30,12 @@ template <class Handler>
 class TagScan {
  public:
   TagScan(const unichar *units, std::uint32_t length, Handler &handler)
-      : units_(units), length_(length), handler_(handler), marks_(units, length), rawText_(units, length) {}
+      : units_(units),
+        length_(length),
+        handler_(handler),
+        marks_(units, length),
+        rawText_(units, length),
+        retracedEnds_(units, length) {}
 
   void run() {
     std::uint32_t i = 0;
@@ -49,6 +55,7 @@ class TagScan {
       }
       if (report()) return;
       i = tag_.textLocation;
+      if (i <= end) goBack(i, end);
     }
     tag_.tagLocation = length_;
     tag_.tagLength = 0;
@@ -66,6 +73,7 @@ class TagScan {
   /// Where the ">" of an ordinary tag stands; the length when it has none. A quote opens a value only behind
   /// "=", and then hides everything up to its twin.
   std::uint32_t endOfTag(std::uint32_t from) {
+    if (from < retracedUntil_) return retracedEnds_.endFrom(from);
     bool isBehindEquals = false;
     for (std::uint32_t i = from; (i = marks_.nextInsideTag(i)) < length_; ++i) {
       if (units_[i] == u'>') return i;
@@ -99,6 +107,12 @@ class TagScan {
     return length_;
   }
 
+  /// A raw-text element may end inside its own start tag.
+  void goBack(std::uint32_t position, std::uint32_t endOfStartTag) {
+    marks_.goBack(position);
+    if (retracedUntil_ < endOfStartTag) retracedUntil_ = endOfStartTag;
+  }
+
   void findName() {
     const std::uint32_t end = tag_.tagLocation + tag_.tagLength;
     std::uint32_t i = tag_.tagLocation;
@@ -128,6 +142,9 @@ class TagScan {
   Handler &handler_;
   MarkupMarks marks_;
   RawTextElements rawText_;
+  RetracedTagEnds retracedEnds_;
+  /// Up to there ends of tags have been looked for before.
+  std::uint32_t retracedUntil_ = 0;
   const CharacterSetRep &alphas_ = *alphaCharacterSetRep();
   const CharacterSetRep &whites_ = *whiteCharacterSetRep();
   ScannedTag tag_;
@@ -136,7 +153,8 @@ class TagScan {
 }  // namespace detail
 
 /// As `GetTagsOfString` for units that are there, not empty, and stay as they are: `handler(const ScannedTag
-/// &)` answers whether to stop.
+/// &)` answers whether to stop. Raises what the handler raises, and `std::bad_alloc` when the marks of odd
+/// markup need more memory than there is.
 template <class Handler>
 void scanTags(const unichar *units, std::uint32_t length, Handler &&handler) {
   detail::TagScan(units, length, handler).run();

@@ -20,6 +20,11 @@ struct CommandOptions {
   bool noStandard = false;
   bool numeric = false;
   bool nonUmlauted = false;
+  std::optional<std::string> tag;
+  std::optional<std::string> attributes;
+  std::vector<std::string> bodies;
+  std::vector<std::string> except;
+  bool objects = false;
   bool help = false;
   bool version = false;
   double timeoutSeconds = 15.0;

@@ -31,7 +31,7 @@ TEST(Stripping, OfAllTags) {
   expectEach({{u"<p>a</p><p>b</p>", u" a b"},
               {u"x", u" x"},
               {u"<br>", u""},
-              {u"a <b>b</b>\u00a0<i>c &amp;<", u" a b\u00a0c &amp;<"},
+              {u"a <b>b</b>\u00a0<i>c &amp;<", u" a b \u00a0c &amp;<"},
               {u"a<!-- b -->c<script>d</script>e<![CDATA[f]]>", u" a c e"}},
              stripTags);
   const NSString endsInNul = stripTags(exactString({u"a\0<b>b", 6}));
@@ -54,7 +54,7 @@ TEST(Stripping, OfOneTag) {
 
 TEST(Stripping, OfAttributes) {
   expectEach({{u"<a href='u' class=x>t</a>", u"<A HREF=\"u\">t</A>"},
-              {u"<a src=s href=u/>", u"<A HREF=\"u/\">"},
+              {u"<a src=s href=u/>", u"<A HREF=\"u/\"/>"},
               {u"<a href=\"u\"/>t<b c=d>", u"<A HREF=\"u\"/>t<b c=d>"},
               {u"1<a src=long/ >2<a/>3<a name=x />4</a x=y>", u"1<A SRC=\"long/\">234</A>"},
               {u"<b>a</b>", kItself}},

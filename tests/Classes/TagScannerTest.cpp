@@ -37,7 +37,8 @@ TEST(TagScanner, MeetsEdgeCases) {
       {u"<?xml a?><!DOCTYPE b>", {tag({2, 3}, {0, 9}), tag({11, 7}, {9, 12}, 9)}, 21},
       {u"<a href='x>y'>", {tag({1, 1}, {0, 14})}, 14},
       {u"<a href=x\">\"y'>z", {tag({1, 1}, {0, 15})}, 15},
-      {u"<a title=it's>b'>", {}, 0},
+      {u"<a title=it's>", {}, 0},
+      {u"<a title=it's>b'>", {tag({1, 1}, {0, 17})}, 17},
       {u"<a it's \"x\">'", {tag({1, 1}, {0, 12})}, 12},
       {u"<a <b>c", {tag({1, 1}, {0, 6})}, 6},
       {u"a<b>c<a href", {tag({2, 1}, {1, 3})}, 4},
@@ -102,6 +103,8 @@ std::u16string hostileMarkup(std::mt19937 &random, std::size_t length) {
       u"<!--",
       u"-->",
       u"<a b=\"",
+      u"<style a='</style>",
+      u"' b=",
       u"</script",
       u"</\u017fcript",
       u"</STYLE",
@@ -138,6 +141,14 @@ TEST(TagScanner, AgreesWithPlainOneOnHostileMarkup) {
           << NSString::stringWithCharacters(markup).UTF8String();
     }
   });
+}
+
+TEST(TagScanner, GoesBackIntoValuesOfRawTextTags) {
+  std::u16string markup;
+  for (std::size_t padding = 0; markup.size() < 3000; ++padding)
+    markup += u"<style a='</style>' b=" + std::u16string(padding * 5 % 97, u'=');
+  markup += u">";
+  EXPECT_EQ(callsOfTemplate(markup, 0), PlainTagScanner(markup).calls());
 }
 
 TEST(TagScanner, StopsWhenToldTo) {
