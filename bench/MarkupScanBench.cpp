@@ -125,8 +125,8 @@ void compare(const char *title, const Pages &pages, int rounds, std::vector<Cont
                                  }));
   std::printf("%s: %zu, %.1f MB of UTF-16\n", title, pages.size(), bytes / 1e6);
   for (const Contestant &one : contestants)
-    std::printf("  %-42s %9.3f GB/s  %7.3f x the speed of the first\n", one.name, bytes / one.bestSeconds / 1e9,
-                contestants[0].bestSeconds / one.bestSeconds);
+    std::printf("  %-42s %9.3f GB/s  %7.2f x the time of the first\n", one.name, bytes / one.bestSeconds / 1e9,
+                one.bestSeconds / contestants[0].bestSeconds);
 }
 
 void compareScanners(const char *title, const Pages &pages, int rounds, bool withParsers) {

@@ -110,7 +110,8 @@ class CommandTest(unittest.TestCase):
             with self.subTest(options):
                 done = self.run_command("strip", *options, "page.html")
                 self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
-        self.assertEqual(self.run_command("strip", "-", input=b"<b>a\xff").stdout.decode(), " a\ufffd\n")
+        done = self.run_command("strip", "-", input="<meta charset=koi8-r>\u041f".encode("koi8-r"))
+        self.assertEqual(done.stdout.decode(), " \u041f\n")
         self.assert_fails(3, "page.html: has no such element", "strip", "--except", "td", "page.html")
         self.assert_fails(3, "missing: no such file", "strip", "missing")
         self.assert_fails(2, "no helper", "ping", "--no-start")
@@ -131,6 +132,27 @@ class CommandTest(unittest.TestCase):
         self.assertEqual(self.answer("tags", "-", input=b""), [])
         many = self.answer("tags", "-", input=b"<p>\n" * 10000)
         self.assertEqual((len(many), many[9999]["tag"]), (10001, [39996, 3]))
+
+    def test_encodings_of_names_and_pages(self):
+        known, unknown = self.answer("charset", "iso_8859-1", "no such name")
+        self.assertEqual((known["Encoding"], known["CFStringEncoding"], known["NSStringEncoding"]), ("ISO-8859-1", 0x201, 5))
+        self.assertEqual(unknown, {"Name": "no such name", "Available": False})
+
+        text = "<meta charset=koi8-r>\u041f\u0440\u0438\u0432\u0435\u0442\n"
+        self.file("page", text.encode("koi8-r"))
+        done = self.run_command("decode", "page")
+        self.assertEqual((done.returncode, done.stdout.decode()), (0, text))
+        self.assertEqual(done.stderr, b"quiverleaf: page: declares koi8-r, read as KOI8-R\n")
+        answer = self.answer("decode", "--json", "--encoding", "utf-8", "page")
+        self.assertEqual((answer["String"], answer["Declared"], answer["Encoding"]), (text, "koi8-r", "KOI8-R"))
+        plain = "\u041f\u0440\u0438\u0432\u0435\u0442, \u043c\u0438\u0440"
+        for codec, *options in (("cp866", "--encoding", "ibm866"), ("cp866", "--default", "866"), ("utf-16",), ("utf-8",)):
+            with self.subTest(codec=codec, options=options):
+                done = self.run_command("decode", *options, "-", input=plain.encode(codec))
+                self.assertEqual(done.stdout.decode(), plain)
+                self.assertRegex(done.stderr, rb"\Aquiverleaf: standard input: declares nothing, read as [^\n]+\n\Z")
+        self.file("latin", b"caf\xe9")
+        self.assert_fails(3, "latin: is no text in any encoding", "decode", "--default", "utf-8", "latin")
 
     def test_files_that_give_no_answer(self):
         self.file("empty", b"")
@@ -154,6 +176,7 @@ class CommandTest(unittest.TestCase):
             ("pdf", "text.pdf", "is not a PDF"),
             ("pdf", "cut.pdf", "is a damaged PDF"),
             ("pdf", "large", "is larger than"),
+            ("decode", "empty", "empty: is empty"),
             ("pdf", "/proc/self/mem", "cannot be read"),
         ]
         for command, name, message in cases:
@@ -183,6 +206,9 @@ class CommandTest(unittest.TestCase):
             ("'x' is not a value of --encode, which is standard, high or table", "entities", "--encode", "x", "a"),
             ("cannot be joined", "strip", "--tag", "a", "--objects", "a"),
             ("'' is no name of a tag for --tag", "strip", "--tag", "", "a"),
+            ("charset needs NAME", "charset"),
+            ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
+            ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
             ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]
@@ -193,7 +219,7 @@ class CommandTest(unittest.TestCase):
     def test_help_names_every_command_and_option(self):
         overview = self.run_command("help").stdout.decode()
         self.assertEqual(self.run_command("--help").stdout.decode(), overview)
-        for name in ("metadata", "pdf", "ping", "stop", "entities", "strip", "tags", "help", "version"):
+        for name in ("metadata", "pdf", "ping", "stop", "entities", "charset", "decode", "strip", "tags", "help", "version"):
             self.assertIn(f"\n  {name}", overview)
             self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
         self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")
