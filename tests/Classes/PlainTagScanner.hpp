@@ -159,7 +159,7 @@ class PlainTagScanner {
   bool inSingleQuotes_ = false, inDoubleQuotes_ = false, afterEquals_ = false, isShortComment_ = false;
 };
 
-/// Runs the scanner, which stops behind call `calls`.
+/// What the scanner tells a handler that stops it with so many calls.
 inline std::vector<TagCall> callsOfScanner(const NSString &string, bool isMutable,
                                            std::size_t callsUntilStop = static_cast<std::size_t>(-1)) {
   struct Record {

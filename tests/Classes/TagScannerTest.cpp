@@ -81,36 +81,27 @@ TEST(TagScanner, MeetsEdgeCases) {
 
 /// Markup made of what the scanner has rules for, and of text that moves it against the vectors.
 std::u16string hostileMarkup(std::mt19937 &random, std::size_t length) {
-  static const std::u16string_view pieces[] = {
-      u"<",
-      u">",
-      u"!",
-      u"-",
-      u"[",
-      u"]",
-      u"\"",
-      u"'",
-      u"=",
-      u"/",
-      u" ",
-      u"a",
-      u"s",
-      u"\u013c\u3c3c\uff1e",
-      u"script",
-      u"style",
-      u"<script>",
-      u"<style>",
-      u"<!--",
-      u"-->",
-      u"<a b=\"",
-      u"<style a='</style>",
-      u"' b=",
-      u"</script",
-      u"</\u017fcript",
-      u"</STYLE",
-      u"a long run of text which goes far beyond one vector of units, and then far beyond a block"};
+  static constexpr std::u16string_view kUnits = u"<>!-[]\"'=/ as\u013c\u3c3c\uff1e";
+  static constexpr std::u16string_view kPieces[] = {u"script",
+                                                    u"style",
+                                                    u"<script>",
+                                                    u"<style>",
+                                                    u"<!--",
+                                                    u"-->",
+                                                    u"<a b=\"",
+                                                    u"<style a='</style>",
+                                                    u"' b=",
+                                                    u"</script",
+                                                    u"</\u017fcript",
+                                                    u"</STYLE",
+                                                    u"text which is longer than a vector of units"};
   std::u16string markup;
-  while (markup.size() < length) markup += pieces[random() % std::size(pieces)];
+  while (markup.size() < length) {
+    if (random() % 2)
+      markup += kUnits[random() % kUnits.size()];
+    else
+      markup += kPieces[random() % std::size(kPieces)];
+  }
   markup.resize(length);
   return markup;
 }
