@@ -62,7 +62,7 @@ NSString stripTagBodiesExcept(const NSString &string, const std::vector<NSString
 }
 
 NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, bool except) {
-  const NSString otherwise = except ? NSString() : string;
+  NSString otherwise = except ? NSString() : string;
   if (string.length() == 0 || names.empty()) return otherwise;
   std::vector<std::u16string_view> prefixes;
   for (const NSString &name : names)

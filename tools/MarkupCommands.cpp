@@ -75,6 +75,7 @@ std::string upperCaseName(const char *option, std::string name) {
 /// Names with the "<" that the library wants.
 std::vector<NSString> startsOfTags(const std::vector<std::string> &names) {
   std::vector<NSString> starts;
+  starts.reserve(names.size());
   for (const std::string &name : names)
     starts.push_back(NSString::stringWithLossyUTF8String(name.starts_with('<') ? name : "<" + name));
   return starts;
