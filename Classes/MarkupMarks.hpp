@@ -29,7 +29,7 @@ class MarkupMarks {
   MarkupMarks(const unichar *units, std::uint32_t length) : units_(units), length_(length) {}
 
   /// The first position from `from` on with the mark; the run's length when there is none. No call may ask
-  /// from in front of an earlier one's `from`.
+  /// from in front of an earlier one's `from`, but for `goBack`.
   std::uint32_t nextGreater(std::uint32_t from) {
     return next(from, [](const MarkupBlock &block) { return block.greater; });
   }
@@ -50,6 +50,11 @@ class MarkupMarks {
     const std::uint32_t found = nextInWindow(from, [](const MarkupBlock &block) { return block.less; });
     if (found < windowEnd_ || found >= length_) return found;
     return found + static_cast<std::uint32_t>(findLessThan(units_ + found, length_ - found));
+  }
+
+  /// The next call asks from `position` on.
+  void goBack(std::uint32_t position) {
+    if (position < windowStart_) windowStart_ = windowEnd_ = 0;
   }
 
  private:

@@ -29,17 +29,19 @@ std::uint32_t locationOf(std::u16string_view pattern, const unichar *units, std:
 
 std::uint32_t RawTextElements::lengthOfNamedElement(std::uint32_t tagLocation, std::uint32_t tagLength,
                                                     std::uint32_t nameLocation, std::uint32_t nameLength) {
-  const Element &element = nameLength == kScript.name.size() ? kScript : kStyle;
+  EndTags &ends = nameLength == kScript.name.size() ? scriptEnds_ : styleEnds_;
+  const Element &element = ends.element;
   const unichar *const tag = units_ + tagLocation;
   if (!isNameAt(nameLocation, element.name) || tag[1] == u'/' || tag[tagLength - 2] == u'/') return tagLength;
 
-  std::uint32_t endTag = nextEndTag(tagLocation + 1, element);
+  std::uint32_t endTag = nextEndTag(tagLocation + 1, element, ends.afterStart);
   if (endTag == NSNotFound) return tagLength;
   // A script inside a comment may hold the text of an end tag.
   const std::uint32_t comment = locationOf(kCommentStart, units_, tagLocation, endTag);
   if (comment != NSNotFound) {
     const std::uint32_t commentEnd = nextCommentEnd(comment);
-    const std::uint32_t later = commentEnd == NSNotFound ? NSNotFound : nextEndTag(commentEnd, element);
+    const std::uint32_t later =
+        commentEnd == NSNotFound ? NSNotFound : nextEndTag(commentEnd, element, ends.afterComment);
     if (later != NSNotFound) endTag = later;
   }
   const std::uint32_t afterName = endTag + lengthOfEndTagAt(endTag, element);
@@ -56,8 +58,7 @@ bool RawTextElements::isNameAt(std::uint32_t location, std::u16string_view name)
   return true;
 }
 
-std::uint32_t RawTextElements::nextEndTag(std::uint32_t from, const Element &element) {
-  Memory &memory = &element == &kScript ? scriptEnd_ : styleEnd_;
+std::uint32_t RawTextElements::nextEndTag(std::uint32_t from, const Element &element, Memory &memory) const {
   if (memory.knows(from)) return memory.found;
   struct Search {
     const RawTextElements &elements;

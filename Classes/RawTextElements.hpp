@@ -26,13 +26,6 @@ class RawTextElements {
   }
 
  private:
-  /// A kind of element: its name and how its end tag begins, in lower case.
-  struct Element {
-    std::u16string_view name, endTag;
-  };
-  static constexpr Element kScript{u"script", u"</script"};
-  static constexpr Element kStyle{u"style", u"</style"};
-
   /// The last answer of a search that goes from front to back.
   struct Memory {
     std::uint32_t from = NSNotFound;
@@ -41,18 +34,33 @@ class RawTextElements {
     bool knows(std::uint32_t position) const { return from <= position && position <= found; }
   };
 
+  /// A kind of element: its name and how its end tag begins, in lower case.
+  struct Element {
+    std::u16string_view name, endTag;
+  };
+  static constexpr Element kScript{u"script", u"</script"};
+  static constexpr Element kStyle{u"style", u"</style"};
+
+  /// The end tags of a kind of element: behind its start tags, and behind the comments in it. Each goes from
+  /// front to back, but the second far in front of the first.
+  struct EndTags {
+    const Element &element;
+    Memory afterStart, afterComment;
+  };
+
   std::uint32_t lengthOfNamedElement(std::uint32_t tagLocation, std::uint32_t tagLength,
                                      std::uint32_t nameLocation, std::uint32_t nameLength);
   bool isNameAt(std::uint32_t location, std::u16string_view name) const;
   /// NSNotFound when there is none at or behind `from`.
-  std::uint32_t nextEndTag(std::uint32_t from, const Element &element);
+  std::uint32_t nextEndTag(std::uint32_t from, const Element &element, Memory &memory) const;
   std::uint32_t nextCommentEnd(std::uint32_t from);
   /// How many units the beginning of the element's end tag takes there; 0 when it does not stand there.
   std::uint32_t lengthOfEndTagAt(std::uint32_t location, const Element &element) const;
 
   const unichar *const units_;
   const std::uint32_t length_;
-  Memory scriptEnd_, styleEnd_, commentEnd_;
+  EndTags scriptEnds_{kScript, {}, {}}, styleEnds_{kStyle, {}, {}};
+  Memory commentEnd_;
 };
 
 }  // namespace nimbo::detail

@@ -8,6 +8,7 @@
 #include "Classes/CharacterSetRep.hpp"
 #include "Classes/MarkupMarks.hpp"
 #include "Classes/RawTextElements.hpp"
+#include "Classes/RetracedTagEnds.hpp"
 #include "Classes/TagScanner.hpp"
 
 namespace nimbo {
@@ -29,7 +30,12 @@ template <class Handler>
 class TagScan {
  public:
   TagScan(const unichar *units, std::uint32_t length, Handler &handler)
-      : units_(units), length_(length), handler_(handler), marks_(units, length), rawText_(units, length) {}
+      : units_(units),
+        length_(length),
+        handler_(handler),
+        marks_(units, length),
+        rawText_(units, length),
+        retracedEnds_(units, length) {}
 
   void run() {
     std::uint32_t i = 0;
@@ -49,6 +55,7 @@ class TagScan {
       }
       if (report()) return;
       i = tag_.textLocation;
+      if (i <= end) goBack(i, end);
     }
     tag_.tagLocation = length_;
     tag_.tagLength = 0;
@@ -64,20 +71,19 @@ class TagScan {
   }
 
   /// Where the ">" of an ordinary tag stands; the length when it has none. A quote opens a value only behind
-  /// "=", and then hides everything up to its twin.
+  /// "=" and white space, and then hides everything up to its twin.
   std::uint32_t endOfTag(std::uint32_t from) {
-    bool isBehindEquals = false;
+    if (from < retracedUntil_) return retracedEnds_.endFrom(from);
     for (std::uint32_t i = from; (i = marks_.nextInsideTag(i)) < length_; ++i) {
       if (units_[i] == u'>') return i;
-      if (units_[i] == u'=') {
-        isBehindEquals = true;
-        // Nearly always the value follows at once.
-        if (i + 1 == length_ || (units_[i + 1] != u'"' && units_[i + 1] != u'\'')) continue;
-        ++i;
-      }
-      if (!isBehindEquals) continue;
-      isBehindEquals = false;
-      i = units_[i] == u'"' ? marks_.nextQuote(i + 1) : marks_.nextApostrophe(i + 1);
+      if (units_[i] != u'=') continue;
+      std::uint32_t value = i + 1;
+      while (value < length_ && whites_.contains(units_[value])) ++value;
+      if (value == length_) break;
+      if (units_[value] == u'"')
+        i = marks_.nextQuote(value + 1);
+      else if (units_[value] == u'\'')
+        i = marks_.nextApostrophe(value + 1);
       if (i == length_) break;
     }
     return length_;
@@ -97,6 +103,12 @@ class TagScan {
       }
     }
     return length_;
+  }
+
+  /// A raw-text element may end inside its own start tag.
+  void goBack(std::uint32_t position, std::uint32_t endOfStartTag) {
+    marks_.goBack(position);
+    if (retracedUntil_ < endOfStartTag) retracedUntil_ = endOfStartTag;
   }
 
   void findName() {
@@ -128,6 +140,9 @@ class TagScan {
   Handler &handler_;
   MarkupMarks marks_;
   RawTextElements rawText_;
+  RetracedTagEnds retracedEnds_;
+  /// Up to there ends of tags have been looked for before.
+  std::uint32_t retracedUntil_ = 0;
   const CharacterSetRep &alphas_ = *alphaCharacterSetRep();
   const CharacterSetRep &whites_ = *whiteCharacterSetRep();
   ScannedTag tag_;
@@ -136,7 +151,8 @@ class TagScan {
 }  // namespace detail
 
 /// As `GetTagsOfString` for units that are there, not empty, and stay as they are: `handler(const ScannedTag
-/// &)` answers whether to stop.
+/// &)` answers whether to stop. Raises what the handler raises, and `std::bad_alloc` when the marks of odd
+/// markup need more memory than there is.
 template <class Handler>
 void scanTags(const unichar *units, std::uint32_t length, Handler &&handler) {
   detail::TagScan(units, length, handler).run();

@@ -21,6 +21,11 @@ struct CommandOptions {
   bool noStandard = false;
   bool numeric = false;
   bool nonUmlauted = false;
+  std::optional<std::string> tag;
+  std::optional<std::string> attributes;
+  std::vector<std::string> bodies;
+  std::vector<std::string> except;
+  bool objects = false;
   std::optional<std::string> encoding;
   std::optional<std::string> defaultEncoding;
   bool json = false;

@@ -8,6 +8,7 @@
 #include "tools/HelpCommands.hpp"
 #include "tools/HelperCommands.hpp"
 #include "tools/InputFile.hpp"
+#include "tools/MarkupCommands.hpp"
 #include "tools/Output.hpp"
 #include "tools/TextCommands.hpp"
 
@@ -38,6 +39,7 @@ int runVersion(const CommandOptions &, const std::vector<std::string> &) {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all = helperCommands();
+    all.insert(all.end(), markupCommands().begin(), markupCommands().end());
     all.insert(all.end(), textCommands().begin(), textCommands().end());
     all.insert(all.end(), charsetCommands().begin(), charsetCommands().end());
     all.push_back(

@@ -95,6 +95,44 @@ class CommandTest(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (0, b"a&b\n\nx\x065\n"))
         self.assert_fails(2, "no helper", "ping", "--no-start")
 
+    def test_strip_without_a_helper(self):
+        page = "<h1>caf\u00e9</h1><p class=a>b &amp; <a href='u' id=i>c</a> <img alt=d><div>e</div>"
+        self.file("page.html", page.encode())
+        cases = [
+            (" caf\u00e9 b &amp; c  e",),
+            (page.replace("<h1>", "").replace("</h1>", ""), "--tag", "h1"),
+            (page.replace("a href='u' id=i", 'A HREF="u"').replace("</a>", "</A>"), "--attributes=a"),
+            (page[: page.index("<div>")].replace("<h1>caf\u00e9</h1>", ""), "--bodies", "h", "--bodies", "<div"),
+            ("<h1>caf\u00e9</h1>\n<div>e</div>\n", "--except", "h1", "--except", "DIV"),
+            (page.replace("<img alt=d>", "d").replace("<div>", "<div> "), "--objects"),
+        ]
+        for expected, *options in cases:
+            with self.subTest(options):
+                done = self.run_command("strip", *options, "page.html")
+                self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
+        done = self.run_command("strip", "-", input="<meta charset=koi8-r>\u041f".encode("koi8-r"))
+        self.assertEqual(done.stdout.decode(), " \u041f\n")
+        self.assert_fails(3, "page.html: has no such element", "strip", "--except", "td", "page.html")
+        self.assert_fails(3, "missing: no such file", "strip", "missing")
+        self.assert_fails(2, "no helper", "ping", "--no-start")
+
+    def test_tags_of_markup(self):
+        self.file("page.html", b'a<b c>"<!--d--><script>e</script')
+        answer = self.answer("tags", "page.html")
+        expected = [
+            (1, "b", [1, 5], [0, 1]),
+            (2, None, [7, 8], [6, 1]),
+            # The end tag without ">" counts as one unit longer than it is.
+            (1, "script", [15, 18], [15, 0]),
+            (0, None, [32, 0], [33, 0]),
+        ]
+        keys = ("kind", "name", "tag", "text")
+        self.assertEqual(answer, [dict(zip(keys, values)) for values in expected])
+        self.assertEqual(json.loads(self.run_command("tags", "--pretty", "page.html").stdout), answer)
+        self.assertEqual(self.answer("tags", "-", input=b""), [])
+        many = self.answer("tags", "-", input=b"<p>\n" * 10000)
+        self.assertEqual((len(many), many[9999]["tag"]), (10001, [39996, 3]))
+
     def test_encodings_of_names_and_pages(self):
         known, unknown = self.answer("charset", "iso_8859-1", "no such name")
         self.assertEqual((known["Encoding"], known["CFStringEncoding"], known["NSStringEncoding"]), ("ISO-8859-1", 0x201, 5))
@@ -166,6 +204,8 @@ class CommandTest(unittest.TestCase):
             ("unknown option '--attributed'", "metadata", "--attributed", "a"),
             ("'--timeout' needs a value", "ping", "--timeout"),
             ("'x' is not a value of --encode, which is standard, high or table", "entities", "--encode", "x", "a"),
+            ("cannot be joined", "strip", "--tag", "a", "--objects", "a"),
+            ("'' is no name of a tag for --tag", "strip", "--tag", "", "a"),
             ("charset needs NAME", "charset"),
             ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
             ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
@@ -179,7 +219,7 @@ class CommandTest(unittest.TestCase):
     def test_help_names_every_command_and_option(self):
         overview = self.run_command("help").stdout.decode()
         self.assertEqual(self.run_command("--help").stdout.decode(), overview)
-        for name in ("metadata", "pdf", "ping", "stop", "entities", "charset", "decode", "help", "version"):
+        for name in ("metadata", "pdf", "ping", "stop", "entities", "charset", "decode", "strip", "tags", "help", "version"):
             self.assertIn(f"\n  {name}", overview)
             self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
         self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Handlers that take whole elements out of markup.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "Classes/TagScanner.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+
+/// The context of the two handlers below.
+struct StripBodiesContext {
+  /// Nothing until something is copied.
+  std::optional<NSMutableString> result;
+  /// How the elements' start tags begin, with their "<", in any case: "<div" stands for "<div class=x>" and for
+  /// "<divide>". Not empty.
+  std::span<const std::u16string_view> names;
+  /// The name of the element that the scan is in, within the scanned units, and how deep elements of that name
+  /// are nested there; a depth of 0 is outside.
+  std::u16string_view elementName;
+  std::uint32_t depth = 0;
+};
+
+/// Copies all but the elements that begin with one of the names. Such an element ends with the end tag of its
+/// start tag's name, or with the string. A "script" or "style" element is one tag for the scanner and so its
+/// own end tag does not end it. Never stops the scan.
+bool StripTagBodiesHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
+                           std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
+                           std::uint32_t textLocation, int kind, void *context);
+
+/// Copies only the elements that begin with one of the names, each with a line feed behind its end tag.
+bool StripTagBodiesExceptHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
+                                 std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
+                                 std::uint32_t textLocation, int kind, void *context);
+
+}  // namespace nimbo

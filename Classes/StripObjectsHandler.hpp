@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "Classes/TagScanner.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+
+/// The context of `StripObjectsHandler`.
+struct StripObjectsContext {
+  /// Nothing until an object is met.
+  std::optional<NSMutableString> result;
+  /// The outermost element that its own text stands for: its name within the scanned units, how deep elements
+  /// of that name are nested in it (0: none is open), and how much of the result is in front of its content.
+  std::u16string_view elementName;
+  std::uint32_t depth = 0;
+  std::uint32_t lengthBeforeContent = 0;
+  /// Whether an object has gone since text was copied, so that words could run together.
+  bool isBehindObject = false;
+};
+
+/// Copies the markup without its embedded objects. These are the elements "applet", "audio", "bgsound",
+/// "embed", "iframe", "image", "img", "object" and "video"; "param", "source" and "track", which only tell
+/// about them, go too.
+///
+/// In place of an object stands the text of its "ALT" attribute, or else of its "TITLE", as it is written but
+/// for "<", which becomes "&lt;". A space comes in front of it where the result does not end in white space,
+/// and likewise between an object and text behind it that begins with none.
+///
+/// What an element has between its tags is for those who cannot show it. It stays, as markup, when the element
+/// has no text of its own, and when its end tag is missing; else it goes.
+///
+/// Never stops the scan.
+bool StripObjectsHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
+                         std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
+                         std::uint32_t textLocation, int kind, void *context);
+
+}  // namespace nimbo

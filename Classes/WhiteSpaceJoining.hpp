@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+
+#include "Classes/CharacterSetRep.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo::detail {
+
+/// Appends a space unless the text ends in white space. An empty text does not, nor does one that ends in
+/// U+0000.
+inline void appendSpaceIfNeeded(NSMutableString &text) {
+  const unichar last = text.length() > 0 ? text.view().back() : 0;
+  if (last == 0 || !whiteCharacterSetRep()->contains(last)) text.appendCharacter(u' ');
+}
+
+inline void append(NSMutableString &text, std::u16string_view units) {
+  text.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
+}
+
+}  // namespace nimbo::detail

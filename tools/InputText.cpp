@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/InputText.hpp"
+
+#include "Classes/MarkupDecoding.hpp"
+#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "tools/InputFile.hpp"
+
+namespace nimbo {
+
+NSStringEncoding likelyEncoding(const NSData &data) {
+  const DetectedString detected = stringWithDetectedEncoding(data.view());
+  if (!detected.encodingName) return NSUTF8StringEncoding;
+  return CFStringConvertEncodingToNSStringEncoding(
+      CFStringConvertIANACharSetNameToEncoding(detected.encodingName));
+}
+
+NSString textOfInput(const std::string &path) {
+  const NSData data = readInput(path);
+  if (data.length() == 0) return NSString::string();
+  const NSString text = decodeMarkup(data, 0, likelyEncoding(data)).string;
+  return text ? text : NSString::stringWithLossyUTF8String(data.view());
+}
+
+}  // namespace nimbo

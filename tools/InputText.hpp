@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// What text without a declaration is most likely in.
+NSStringEncoding likelyEncoding(const NSData &data);
+
+/// The text of a page or feed, in the encoding that it declares or is most likely in; bytes that fit neither
+/// are UTF-8 in which U+FFFD stands for what is not valid. `path` "-" is standard input. Raises `InputError`.
+NSString textOfInput(const std::string &path);
+
+}  // namespace nimbo
