@@ -39,11 +39,9 @@ class MarkupMarks {
   std::uint32_t nextApostrophe(std::uint32_t from) {
     return next(from, [](const MarkupBlock &block) { return block.apostrophes; });
   }
-  /// Any of the marks that mean something inside a tag.
-  std::uint32_t nextInsideTag(std::uint32_t from) {
-    return next(from, [](const MarkupBlock &block) {
-      return block.greater | block.quotes | block.apostrophes | block.equals;
-    });
+  /// The marks that mean something inside a tag, outside its values.
+  std::uint32_t nextGreaterOrEquals(std::uint32_t from) {
+    return next(from, [](const MarkupBlock &block) { return block.greater | block.equals; });
   }
   /// Text may be long: beyond the window it is searched without marking it.
   std::uint32_t nextLess(std::uint32_t from) {

@@ -74,9 +74,8 @@ class TagScan {
   /// "=" and white space, and then hides everything up to its twin.
   std::uint32_t endOfTag(std::uint32_t from) {
     if (from < retracedUntil_) return retracedEnds_.endFrom(from);
-    for (std::uint32_t i = from; (i = marks_.nextInsideTag(i)) < length_; ++i) {
+    for (std::uint32_t i = from; (i = marks_.nextGreaterOrEquals(i)) < length_; ++i) {
       if (units_[i] == u'>') return i;
-      if (units_[i] != u'=') continue;
       std::uint32_t value = i + 1;
       while (value < length_ && whites_.contains(units_[value])) ++value;
       if (value == length_) break;
