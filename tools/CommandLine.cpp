@@ -3,6 +3,7 @@
 
 #include <getopt.h>
 
+#include <algorithm>
 #include <charconv>
 #include <string_view>
 
@@ -20,11 +21,34 @@ double secondsFromText(std::string_view text) {
   return seconds;
 }
 
-void apply(const CommandOption &option, const char *value, CommandOptions *options) {
-  if (const auto *number = std::get_if<double CommandOptions::*>(&option.field))
-    options->*(*number) = secondsFromText(value);
-  else
-    options->*std::get<bool CommandOptions::*>(option.field) = true;
+const char *checkedChoice(const CommandOption &option, const char *value) {
+  if (option.choices.empty() || std::ranges::find(option.choices, value) != option.choices.end()) return value;
+  std::string words;
+  for (const std::string &choice : option.choices) {
+    const bool isLast = &choice == &option.choices.back();
+    words += (words.empty() ? "" : isLast ? " or " : ", ") + choice;
+  }
+  throw UsageError("'" + std::string(value) + "' is not a value of --" + option.name + ", which is " + words);
+}
+
+/// Sets the field of an option; `value` is null for a switch.
+struct Setter {
+  const CommandOption &option;
+  const char *value;
+  CommandOptions *options;
+
+  void operator()(bool CommandOptions::*field) const { options->*field = true; }
+  void operator()(double CommandOptions::*field) const { options->*field = secondsFromText(value); }
+  void operator()(std::optional<std::string> CommandOptions::*field) const {
+    options->*field = checkedChoice(option, value);
+  }
+  void operator()(std::vector<std::string> CommandOptions::*field) const {
+    (options->*field).emplace_back(checkedChoice(option, value));
+  }
+};
+
+void set(const CommandOption &option, const char *value, CommandOptions *options) {
+  std::visit(Setter{option, value, options}, option.field);
 }
 
 }  // namespace
@@ -72,7 +96,7 @@ std::vector<std::string> readOptions(const std::vector<std::string> &arguments,
                                                            : words[static_cast<std::size_t>(optind - 1)]) +
                        "'");
     else
-      apply(accepted[static_cast<std::size_t>(found - kFirstValue)], optarg, options);
+      set(accepted[static_cast<std::size_t>(found - kFirstValue)], optarg, options);
   }
   return {words.begin() + optind, words.end() - 1};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <variant>
@@ -15,6 +16,10 @@ struct CommandOptions {
   bool pretty = false;
   bool propertyList = false;
   bool attributed = false;
+  std::optional<std::string> encode;
+  bool noStandard = false;
+  bool numeric = false;
+  bool nonUmlauted = false;
   bool help = false;
   bool version = false;
   double timeoutSeconds = 15.0;
@@ -23,13 +28,21 @@ struct CommandOptions {
 /// The longest time that --timeout takes.
 inline constexpr double kMaximumTimeoutSeconds = 86400.0;
 
-/// An option as it is typed, and the field that it sets: a switch or a number of seconds.
+/// The field that an option sets: a switch, a number of seconds, a text of which the last one given counts, or
+/// a list of texts, one for each time that the option is given.
+using CommandOptionField =
+    std::variant<bool CommandOptions::*, double CommandOptions::*, std::optional<std::string> CommandOptions::*,
+                 std::vector<std::string> CommandOptions::*>;
+
+/// An option as it is typed, and the field that it sets.
 struct CommandOption {
   const char *name;
-  std::variant<bool CommandOptions::*, double CommandOptions::*> field;
-  /// For the help text; a value's name stands after the option's own.
+  CommandOptionField field;
+  /// For the help text, where it stands behind the option's name; null for a switch.
   const char *valueName;
   const char *summary;
+  /// The words that a text may be; any when there are none here.
+  std::vector<std::string> choices = {};
 };
 
 struct Command {
@@ -42,6 +55,8 @@ struct Command {
   std::size_t maximumOperands;
   /// Does the work and gives the exit code.
   int (*run)(const CommandOptions &options, const std::vector<std::string> &operands);
+  /// Files and names are never empty, a text may be.
+  bool takesEmptyOperands = false;
 };
 
 /// A command line that cannot be followed; the text says why in one line.

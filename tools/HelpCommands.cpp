@@ -31,7 +31,8 @@ std::string commandWithOperands(const Command &command) {
 std::string helpText(std::span<const Command> commands) {
   std::string text =
       "Usage: quiverleaf COMMAND [OPTION...] [FILE]\n\n"
-      "Asks the Quiverleaf helper about documents and prints its answers as JSON.\n\nCommands:\n";
+      "Asks the Quiverleaf helper about documents and prints its answers as JSON; converts texts by itself.\n\n"
+      "Commands:\n";
   for (const Command &command : commands) text += row(commandWithOperands(command), command.summary);
   text += "\nOptions:\n" + rows(commonOptions()) +
           "\nExit status: 0 answered, 1 usage, 2 no helper, 3 no answer for this file, 4 timed out,\n"

@@ -66,14 +66,8 @@ int runMetadata(const CommandOptions &options, const Operands &operands) {
 }
 
 int runPDF(const CommandOptions &options, const Operands &operands) {
-  const std::string file = operands.front() == "-" ? "standard input" : operands.front();
-  NSData pdf;
-  try {
-    pdf = readInput(operands.front());
-  } catch (const InputError &error) {
-    writeMessage(file + ": " + error.what());
-    return kExitNil;
-  }
+  const std::string file = nameOfInput(operands.front());
+  const NSData pdf = readInput(operands.front());
   const auto answer = clientWithOptions(options).attributedStringWithPDF(options.attributed, pdf);
   const int code = report(answer, file, options, [&] { return reasonForNoPDF(pdf.view()); });
   if (answer.result.dictionary().objectForKey(u"Locked"_ns).boolean().value_or(false))

@@ -29,11 +29,11 @@ struct FreeBytes {
   void operator()(void *bytes) const { std::free(bytes); }
 };
 
-NSData readAll(int descriptor) {
+NSData readAll(int descriptor, const std::string &name) {
   struct stat status {};
   if (::fstat(descriptor, &status) != 0)
-    throw InputError("cannot be read: " + std::generic_category().message(errno));
-  if (S_ISDIR(status.st_mode)) throw InputError("is a folder");
+    throw InputError(name, "cannot be read: " + std::generic_category().message(errno));
+  if (S_ISDIR(status.st_mode)) throw InputError(name, "is a folder");
   const auto announced =
       static_cast<std::size_t>(std::max<off_t>(S_ISREG(status.st_mode) ? status.st_size : 0, 0));
   std::unique_ptr<void, FreeBytes> bytes;
@@ -42,7 +42,7 @@ NSData readAll(int descriptor) {
   for (std::size_t capacity = std::max(announced + 1, kFirstReadBytes);; capacity *= 2) {
     capacity = std::min(capacity, kMaximumInputBytes + 1);
     if (announced > kMaximumInputBytes || length == capacity)
-      throw InputError("is larger than " + std::to_string(kMaximumInputBytes) + " bytes");
+      throw InputError(name, "is larger than " + std::to_string(kMaximumInputBytes) + " bytes");
     void *grown = std::realloc(bytes.get(), capacity);
     if (!grown) throw std::bad_alloc();
     static_cast<void>(bytes.release());
@@ -50,7 +50,7 @@ NSData readAll(int descriptor) {
     while (length < capacity) {
       const ssize_t count = ::read(descriptor, static_cast<char *>(grown) + length, capacity - length);
       if (count < 0 && errno == EINTR) continue;
-      if (count < 0) throw InputError("cannot be read: " + std::generic_category().message(errno));
+      if (count < 0) throw InputError(name, "cannot be read: " + std::generic_category().message(errno));
       if (count == 0) return NSData::dataWithMallocedBytes(bytes.release(), length);
       length += static_cast<std::size_t>(count);
     }
@@ -59,21 +59,26 @@ NSData readAll(int descriptor) {
 
 }  // namespace
 
+std::string nameOfInput(const std::string &path) {
+  return path == "-" ? "standard input" : path;
+}
+
 NSData readInput(const std::string &path) {
-  if (path == "-") return readAll(STDIN_FILENO);
+  if (path == "-") return readAll(STDIN_FILENO, nameOfInput(path));
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
   if (!file) {
     const int error = errno;
     const std::string reason = reasonFileIsUnreadable(path);
-    throw InputError(reason.empty() ? "cannot be read: " + std::generic_category().message(error) : reason);
+    throw InputError(path,
+                     reason.empty() ? "cannot be read: " + std::generic_category().message(error) : reason);
   }
-  return readAll(file.get());
+  return readAll(file.get(), path);
 }
 
 std::string absolutePath(const std::string &path) {
   std::error_code error;
   const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-  if (error) throw InputError("the working folder cannot be found: " + error.message());
+  if (error) throw InputError("the working folder", "cannot be found: " + error.message());
   return absolute.string();
 }
 

@@ -12,11 +12,14 @@ namespace nimbo {
 /// The most that is read of a file that goes to the helper as data; a message leaves room for no more.
 inline constexpr std::size_t kMaximumInputBytes = (512u << 20) - 4096;
 
-/// A file that cannot be read; the text says why in a few words.
+/// An input that cannot be read; the text is "NAME: REASON".
 class InputError : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  InputError(const std::string &name, const std::string &reason) : runtime_error(name + ": " + reason) {}
 };
+
+/// What messages call an input: its path, or "standard input" for "-".
+std::string nameOfInput(const std::string &path);
 
 /// All bytes of a file, a pipe or a device, or of standard input when `path` is "-". Raises `InputError`, also
 /// when there are more than `kMaximumInputBytes`.

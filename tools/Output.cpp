@@ -91,6 +91,10 @@ void writeOutput(std::string_view text) {
   }
 }
 
+void writeText(const NSString &text) {
+  writeOutput(text.UTF8String() + '\n');
+}
+
 void writeResult(const id &value, const CommandOptions &options) {
   if (!options.propertyList) return writeOutput(JSONFromValue(value, options.pretty) + "\n");
   NSString error;

@@ -8,6 +8,7 @@
 #include "tools/HelperCommands.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/TextCommands.hpp"
 
 namespace nimbo {
 
@@ -36,6 +37,7 @@ int runVersion(const CommandOptions &, const std::vector<std::string> &) {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all = helperCommands();
+    all.insert(all.end(), textCommands().begin(), textCommands().end());
     all.push_back(
         {"help", "[COMMAND]", "this text, or more about a command", "Shows help.", {}, 0, 1, runHelp});
     all.push_back(
@@ -50,7 +52,9 @@ void checkOperands(const Command &command, const std::vector<std::string> &opera
     throw UsageError(std::string(command.name) + " needs " + command.operands);
   if (operands.size() > command.maximumOperands)
     throw UsageError("'" + operands[command.maximumOperands] + "' is too much for " + command.name);
-  if (std::any_of(operands.begin(), operands.end(), [](const std::string &operand) { return operand.empty(); }))
+  const bool hasEmptyOperand =
+      std::any_of(operands.begin(), operands.end(), [](const std::string &operand) { return operand.empty(); });
+  if (hasEmptyOperand && !command.takesEmptyOperands)
     throw UsageError(std::string(command.operands) + " is an empty text");
 }
 

@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/EntityConversion.hpp"
+
+#include <algorithm>
+#include <cstring>
+
+#include "Classes/CharacterSetRep.hpp"
+#include "Classes/CharacterTables.hpp"
+#include "Classes/EntityTable.hpp"
+#include "Classes/UnicharKernels.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// A decoded reference. `end` is where the text goes on behind it; null when nothing could be decoded.
+struct Reference {
+  const unichar *end = nullptr;
+  unichar character = 0;
+  /// One of the forms that have rules of their own; it is not folded.
+  bool isFixed = false;
+};
+
+template <std::size_t N>
+bool startsWith(const unichar *units, std::size_t length, const char16_t (&prefix)[N]) {
+  return length >= N - 1 && std::memcmp(units, prefix, (N - 1) * sizeof(unichar)) == 0;
+}
+
+/// Decodes one of the forms that need no ";".
+class FixedForms {
+ public:
+  FixedForms(const unichar *units, std::size_t length) : units_(units), length_(length) {}
+
+  Reference common() const {
+    if (startsWith(units_, length_, u"nbsp")) return found(4, u'\u00a0');
+    if (startsWith(units_, length_, u"apos")) return found(4, u'\'');
+    return {};
+  }
+
+  Reference standard() const {
+    if (startsWith(units_, length_, u"quot")) return found(4, u'"');
+    if (startsWith(units_, length_, u"amp")) return found(3, u'&');
+    if (startsWith(units_, length_, u"lt")) return found(2, u'<');
+    if (startsWith(units_, length_, u"gt")) return found(2, u'>');
+    return {};
+  }
+
+ private:
+  Reference found(std::size_t letters, unichar character) const {
+    const bool hasEnd = letters < length_ && units_[letters] == u';';
+    return {units_ + letters + hasEnd, character, true};
+  }
+
+  const unichar *units_;
+  std::size_t length_;
+};
+
+/// A reference without its "&" is decoded when it has at most this many units, the one that ends it among them.
+constexpr std::size_t kMaxReferenceLength = EntityKey::kMaxLength + 1;
+
+constexpr bool isMarkup(unichar c) {
+  return c == u'<' || c == u'>' || c == u'&' || c == u'"';
+}
+
+/// The value of a hexadecimal digit; 16 or more for any other unit.
+constexpr unsigned digitValue(unichar c) {
+  if (c >= u'0' && c <= u'9') return c - u'0';
+  const unsigned letter = (c | 0x20u) - u'a';
+  return letter < 6 ? letter + 10 : 16;
+}
+
+/// Decodes what follows an "&".
+class ReferenceDecoder {
+ public:
+  ReferenceDecoder(bool standard, bool onlyNumeric)
+      : standard_(standard), alphaNum_(onlyNumeric ? nullptr : alphaNumCharacterSetRep()) {}
+
+  /// `length` is that of the rest of the text, and at least 1.
+  Reference operator()(const unichar *units, std::size_t length) const {
+    if (*units == u'#') return number(units, length);
+    const FixedForms fixed(units, length);
+    if (const Reference reference = fixed.common(); reference.end) return reference;
+    if (standard_)
+      if (const Reference reference = fixed.standard(); reference.end) return reference;
+    return alphaNum_ ? name(units, length) : Reference();
+  }
+
+ private:
+  /// The index of the unit that ends a run which was scanned up to `scanned`: at the end of the text the run's
+  /// own last unit. 0 when the run is empty or too long.
+  static std::size_t indexOfTerminator(std::size_t scanned, std::size_t length) {
+    if (scanned == length) return length - 1;
+    return scanned < kMaxReferenceLength ? scanned : 0;
+  }
+
+  static Reference found(const unichar *units, std::size_t terminator, unichar character) {
+    return {units + terminator + (units[terminator] == u';'), character};
+  }
+
+  Reference number(const unichar *units, std::size_t length) const {
+    const bool isHexadecimal = length > 1 && (units[1] == u'x' || units[1] == u'X');
+    const unsigned base = isHexadecimal ? 16 : 10;
+    const std::size_t limit = std::min(length, kMaxReferenceLength);
+    const std::size_t first = isHexadecimal ? 2 : 1;
+    std::size_t end = first;
+    while (end < limit && digitValue(units[end]) < base) ++end;
+    const std::size_t terminator = indexOfTerminator(end, length);
+    if (terminator == 0) return {};
+    unsigned value = 0;
+    for (std::size_t i = first; i < terminator; ++i) value = value * base + digitValue(units[i]);
+    const auto character = static_cast<unichar>(value);
+    if (!standard_ && isMarkup(character)) return {};
+    return found(units, terminator, character);
+  }
+
+  Reference name(const unichar *units, std::size_t length) const {
+    const std::size_t limit = std::min(length, kMaxReferenceLength);
+    EntityKey key;
+    std::size_t end = 0;
+    for (; end < limit && alphaNum_->contains(units[end]); ++end)
+      key.append(static_cast<std::uint8_t>(units[end]));
+    const std::size_t terminator = indexOfTerminator(end, length);
+    if (terminator == 0) return {};
+    if (terminator < end) key.removeLast();
+    const unichar character = characterOfEntity(key);
+    return character ? found(units, terminator, character) : Reference();
+  }
+
+  bool standard_;
+  /// Null when names are not decoded.
+  const CharacterSetRep *alphaNum_;
+};
+
+/// Decodes "quot;", "amp;", "lt;" and "gt;".
+Reference decodeStandardReference(const unichar *units, std::size_t length) {
+  const Reference reference = FixedForms(units, length).standard();
+  return reference.end && reference.end[-1] == u';' ? reference : Reference();
+}
+
+/// The run before the next "&" is first looked for by hand, since it is often short; the vectors then take it
+/// in blocks that stay in the processor's nearest cache between search and copy.
+constexpr std::size_t kShortRunLength = 16;
+constexpr std::size_t kBlockLength = 2048;
+
+/// Copies units forward to a place that may be before them; folded when there is a table.
+void copyUnits(const unichar *in, std::size_t length, unichar *out, const unichar *foldTable) {
+  if (foldTable && !detail::areAllUnicharsAscii(in, length))
+    std::transform(in, in + length, out, [=](unichar c) { return foldTable[c]; });
+  else if (in != out)
+    std::memmove(out, in, length * sizeof(unichar));
+}
+
+/// Decodes every reference in [in, end) and answers the end of the output.
+template <class Decode>
+unichar *decodeReferences(const unichar *in, const unichar *end, unichar *out, const unichar *foldTable,
+                          Decode decode) {
+  for (;;) {
+    const unichar *const shortEnd =
+        in + std::min<std::size_t>(kShortRunLength, static_cast<std::size_t>(end - in));
+    for (; in < shortEnd && *in != u'&'; ++in) *out++ = foldTable ? foldTable[*in] : *in;
+    while (in < end && *in != u'&') {
+      const std::size_t length = detail::findOneOfChoice(
+          in, std::min(kBlockLength, static_cast<std::size_t>(end - in)), detail::UnicharChoice::only(u'&'));
+      copyUnits(in, length, out, foldTable);
+      in += length;
+      out += length;
+    }
+    if (in == end) return out;
+    ++in;
+    const Reference reference = in < end ? decode(in, static_cast<std::size_t>(end - in)) : Reference();
+    if (reference.end) {
+      *out++ = foldTable && !reference.isFixed ? foldTable[reference.character] : reference.character;
+      in = reference.end;
+    } else {
+      *out++ = u'&';
+    }
+  }
+}
+
+}  // namespace
+
+std::uint32_t convertEntities2Characters(const unichar *source, unichar *destination, std::uint32_t start,
+                                         std::uint32_t length, bool standard, bool onlyNumeric,
+                                         bool nonUmlauted) {
+  if (length == 0) return 0;
+  const unichar *const in = source + start;
+  const unichar *const end =
+      decodeReferences(in, in + length, destination, nonUmlauted ? initUmlautsCharsTable() : nullptr,
+                       ReferenceDecoder(standard, onlyNumeric));
+  return static_cast<std::uint32_t>(end - destination);
+}
+
+std::uint32_t convertStandardEntities2Characters(const unichar *source, unichar *destination,
+                                                 std::uint32_t length) {
+  if (length == 0) return 0;
+  const unichar *const end =
+      decodeReferences(source, source + length, destination, nullptr, decodeStandardReference);
+  return static_cast<std::uint32_t>(end - destination);
+}
+
+}  // namespace nimbo

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// With `high`, every unit above 127 as "&#%d;"; without, "&", the double quote, "<" and ">" as their entities.
+/// Answers the string itself when nothing changes or the result would be too long; nil for nil. Raises
+/// `std::bad_alloc`.
+NSString stringByConvertingCharactersToEntities(const NSString &string, bool high);
+
+/// The longest string that the table encoder takes.
+inline constexpr std::uint32_t kMaxNamedEntitiesLength = 0x3fffffff;
+
+/// Every unit that has a name in `entityStrings` as that entity, every other one above 127 as "&#%d;"; ASCII
+/// stays, markup too. Answers the string itself when that changes nothing or takes too much room: 10 units for
+/// each with a name, 8 for each number, 1 for the others, in all less than `NSNotFound`. Nil for nil. Raises
+/// `std::bad_alloc`.
+NSString stringByConvertingCharactersToNamedEntities(const NSString &string);
+
+}  // namespace nimbo

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/Foundation/NSRange.hpp"
+
+namespace nimbo {
+
+inline constexpr std::size_t kEntityCount = 246;
+
+/// The named entities, without "&" and ";", and the character of each; a null pointer and a 0 end them. All
+/// tables here are made at compile time.
+extern const std::array<const char *, kEntityCount + 1> entityStrings;
+extern const std::array<unichar, kEntityCount + 1> entityCharacters;
+
+/// The smallest and the largest of `entityCharacters`.
+inline constexpr unichar minUmlChar = 0x00a0;
+inline constexpr unichar maxUmlChar = 0x2666;
+
+namespace detail {
+/// For each unit from `minUmlChar` to `maxUmlChar` the index of its entity, or -1.
+extern const std::array<std::int16_t, maxUmlChar - minUmlChar + 1> entityIndexes;
+}  // namespace detail
+
+/// The index of the entity that stands for a character; -1 when none does.
+inline std::int32_t indexOfEntityForCharacter(unichar c) {
+  return c >= minUmlChar && c <= maxUmlChar ? detail::entityIndexes[c - minUmlChar] : -1;
+}
+
+/// The bytes of a name of at most `kMaxLength` letters in one number, with a 1 in front of them, so that names
+/// that differ only in their length differ.
+struct EntityKey {
+  static constexpr std::size_t kMaxLength = 6;
+
+  std::uint64_t value = 1;
+
+  constexpr void append(std::uint8_t byte) { value = value << 8 | byte; }
+  constexpr void removeLast() { value >>= 8; }
+};
+
+/// The character of a name, case-sensitively; 0 when there is no such name. Names of more than
+/// `EntityKey::kMaxLength` letters have no key and are not found.
+unichar characterOfEntity(EntityKey key);
+
+}  // namespace nimbo

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+HtmlExtensions+Entities.hpp"
+
+#include <array>
+#include <new>
+#include <utility>
+
+#include "Classes/CharacterSetRep.hpp"
+#include "Classes/EntityConversion.hpp"
+#include "Classes/EntityEncoding.hpp"
+#include "Classes/UnicharSearches.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+inline namespace HtmlExtensions {
+
+namespace {
+
+/// No shorter string is decoded, although "&lt" is a reference.
+constexpr std::uint32_t kMinDecodedLength = 4;
+/// Up to this length a string that stays as it is costs no memory.
+constexpr std::uint32_t kStackLength = 256;
+
+/// What `convert(string)` gives, or the string itself when there is no memory for it.
+template <class Convert>
+NSString convertIfMemorySuffices(const NSString &string, Convert convert) {
+  try {
+    return convert(string);
+  } catch (const std::bad_alloc &) {
+    return string;
+  }
+}
+
+/// Decodes by `decode(source, destination, length)`, which answers how many units it wrote: fewer than it read
+/// when, and only when, it decoded anything.
+template <class Decode>
+NSString stringByDecoding(const NSString &string, Decode decode) {
+  const std::uint32_t length = string.length();
+  const unichar *const units = string.characters();
+  if (length < kMinDecodedLength || findUnichar(units, length, u'&') == NSNotFound) return string;
+  return convertIfMemorySuffices(string, [=](const NSString &receiver) {
+    if (length <= kStackLength) {
+      std::array<unichar, kStackLength> decoded;
+      const std::uint32_t written = decode(units, decoded.data(), length);
+      return written == length ? receiver : NSString::stringWithCharacters(decoded.data(), written);
+    }
+    NSMutableString decoded;
+    decoded.setLength(length);
+    const std::uint32_t written = decode(units, decoded.mutableCharacters(), length);
+    if (written == length) return receiver;
+    decoded.setLength(written);
+    return std::move(decoded).string();
+  });
+}
+
+}  // namespace
+
+NSString stringByConvertingEntitiesToCharacters(const NSString &string, bool standard, bool onlyNumericEntities,
+                                                bool nonUmlauted) {
+  return stringByDecoding(string, [=](const unichar *source, unichar *destination, std::uint32_t length) {
+    return convertEntities2Characters(source, destination, 0, length, standard, onlyNumericEntities,
+                                      nonUmlauted);
+  });
+}
+
+NSString stringByConvertingEntitiesToCharacters(const NSString &string) {
+  return stringByConvertingEntitiesToCharacters(string, true, false, false);
+}
+
+NSString stringByConvertingEntitiesToCharactersNonUmlauted(const NSString &string, bool nonUmlauted) {
+  return stringByConvertingEntitiesToCharacters(string, true, false, nonUmlauted);
+}
+
+NSString stringByConvertingStandardEntitiesToCharacters(const NSString &string) {
+  return stringByDecoding(string, convertStandardEntities2Characters);
+}
+
+NSString stringByConvertingCharactersToStandardEntities(const NSString &string) {
+  return convertIfMemorySuffices(string, [](const NSString &receiver) {
+    return nimbo::stringByConvertingCharactersToEntities(receiver, false);
+  });
+}
+
+NSString stringByConvertingHighCharactersToEntities(const NSString &string) {
+  return convertIfMemorySuffices(string, [](const NSString &receiver) {
+    return nimbo::stringByConvertingCharactersToEntities(receiver, true);
+  });
+}
+
+NSString stringByConvertingCharactersToEntities(const NSString &string) {
+  return convertIfMemorySuffices(string, stringByConvertingCharactersToNamedEntities);
+}
+
+void initConversionTables() {
+  alphaNumCharacterSetRep();
+}
+
+}  // namespace HtmlExtensions
+}  // namespace nimbo

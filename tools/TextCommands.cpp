@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/TextCommands.hpp"
+
+#include <string_view>
+
+#include "Classes/NSString+HtmlExtensions.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+using Operands = std::vector<std::string>;
+
+/// A text as it is typed, or standard input for "-", without the line feed that ends it. What is not UTF-8
+/// becomes U+FFFD.
+NSString textOfOperand(const std::string &operand) {
+  if (operand != "-") return NSString::stringWithLossyUTF8String(operand);
+  const NSData input = readInput(operand);
+  std::string_view bytes = input.view();
+  if (bytes.ends_with('\n')) bytes.remove_suffix(1);
+  return NSString::stringWithLossyUTF8String(bytes);
+}
+
+NSString encode(const NSString &text, const std::string &encoding) {
+  if (encoding == "standard") return stringByConvertingCharactersToStandardEntities(text);
+  if (encoding == "high") return stringByConvertingHighCharactersToEntities(text);
+  return stringByConvertingCharactersToEntities(text);
+}
+
+int runEntities(const CommandOptions &options, const Operands &operands) {
+  if (options.encode && (options.noStandard || options.numeric || options.nonUmlauted))
+    throw UsageError("--no-standard, --numeric and --non-umlauted are for decoding, not for --encode");
+  const NSString text = textOfOperand(operands.front());
+  writeText(options.encode ? encode(text, *options.encode)
+                           : stringByConvertingEntitiesToCharacters(text, !options.noStandard, options.numeric,
+                                                                    options.nonUmlauted));
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &textCommands() {
+  static const std::vector<Command> commands = {
+      {"entities",
+       "TEXT",
+       "the characters of a text's entities, or the reverse",
+       "Prints the text with its character references as characters, or with --encode characters as "
+       "references:\n"
+       "the form \"standard\" is markup as entities, \"high\" what is not ASCII as numbers, \"table\" the same "
+       "as\n"
+       "entities where there are any. TEXT \"-\" is standard input without the line feed that ends it. A text "
+       "of\n"
+       "3 characters or fewer is not decoded.",
+       {{"encode",
+         &CommandOptions::encode,
+         "FORM",
+         "encode: standard, high or table",
+         {"standard", "high", "table"}},
+        {"no-standard", &CommandOptions::noStandard, nullptr, "leave markup characters as references"},
+        {"numeric", &CommandOptions::numeric, nullptr, "decode no names but those of markup"},
+        {"non-umlauted", &CommandOptions::nonUmlauted, nullptr, "remove diacritics, if anything is decoded"}},
+       1,
+       1,
+       runEntities,
+       true},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
