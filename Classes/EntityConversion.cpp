@@ -62,6 +62,10 @@ constexpr bool isMarkup(unichar c) {
   return c == u'<' || c == u'>' || c == u'&' || c == u'"';
 }
 
+constexpr bool isAsciiLetter(unichar c) {
+  return (c | 0x20u) - u'a' < 26;
+}
+
 /// The value of a hexadecimal digit; 16 or more for any other unit.
 constexpr unsigned digitValue(unichar c) {
   if (c >= u'0' && c <= u'9') return c - u'0';
@@ -78,6 +82,8 @@ class ReferenceDecoder {
   /// `length` is that of the rest of the text, and at least 1.
   Reference operator()(const unichar *units, std::size_t length) const {
     if (*units == u'#') return number(units, length);
+    // No name begins with another unit of ASCII.
+    if (*units < 128 && !isAsciiLetter(*units)) return {};
     const FixedForms fixed(units, length);
     if (const Reference reference = fixed.common(); reference.end) return reference;
     if (standard_)

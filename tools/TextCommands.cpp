@@ -60,7 +60,7 @@ const std::vector<Command> &textCommands() {
          "encode: standard, high or table",
          {"standard", "high", "table"}},
         {"no-standard", &CommandOptions::noStandard, nullptr, "leave markup characters as references"},
-        {"numeric", &CommandOptions::numeric, nullptr, "decode no names but those of markup"},
+        {"numeric", &CommandOptions::numeric, nullptr, "decode no names but quot, amp, lt, gt, nbsp, apos"},
         {"non-umlauted", &CommandOptions::nonUmlauted, nullptr, "remove diacritics, if anything is decoded"}},
        1,
        1,

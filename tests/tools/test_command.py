@@ -74,6 +74,27 @@ class CommandTest(unittest.TestCase):
                 answer = self.answer("metadata", "--", name)
                 self.assertIn("Some words", answer["kMDItemTextContent"])
 
+    def test_entities_without_a_helper(self):
+        text = "caf&eacute; &lt;&#225;&gt;"
+        cases = [
+            ("caf\u00e9 <\u00e1>", text),
+            ("caf\u00e9 &lt;\u00e1&gt;", "--no-standard", text),
+            ("caf&eacute; <\u00e1>", "--numeric", text),
+            ("cafe <a>", "--non-umlauted", text),
+            ("\u00e9&lt;\u4e2d", "--encode", "standard", "\u00e9<\u4e2d"),
+            ("&#233;<&#20013;", "--encode=high", "\u00e9<\u4e2d"),
+            ("&eacute;<&#20013;", "--encode", "high", "--encode", "table", "\u00e9<\u4e2d"),
+            ("", ""),
+            ("caf\ufffd", b"caf\xe9"),
+        ]
+        for expected, *arguments in cases:
+            with self.subTest(arguments):
+                done = self.run_command("entities", *arguments)
+                self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
+        done = self.run_command("entities", "-", input=b"a&amp;b\n\nx&#65\n")
+        self.assertEqual((done.returncode, done.stdout), (0, b"a&b\n\nx\x065\n"))
+        self.assert_fails(2, "no helper", "ping", "--no-start")
+
     def test_files_that_give_no_answer(self):
         self.file("empty", b"")
         self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
@@ -122,6 +143,8 @@ class CommandTest(unittest.TestCase):
             ("unknown option '--colour'", "pdf", "--colour", "a"),
             ("unknown option '--attributed'", "metadata", "--attributed", "a"),
             ("'--timeout' needs a value", "ping", "--timeout"),
+            ("'x' is not a value of --encode, which is standard, high or table", "entities", "--encode", "x", "a"),
+            ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]
         for message, *arguments in cases:
@@ -131,7 +154,7 @@ class CommandTest(unittest.TestCase):
     def test_help_names_every_command_and_option(self):
         overview = self.run_command("help").stdout.decode()
         self.assertEqual(self.run_command("--help").stdout.decode(), overview)
-        for name in ("metadata", "pdf", "ping", "stop", "help", "version"):
+        for name in ("metadata", "pdf", "ping", "stop", "entities", "help", "version"):
             self.assertIn(f"\n  {name}", overview)
             self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
         self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")
