@@ -19,7 +19,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 using Units = hn::CappedTag<std::uint16_t, 8>;
 
 bool isPlain(unichar c, unichar next, bool stopsAtAmpersand) {
-  if (c == u' ') return !isCollapsible(next);
+  if (c == u' ') return next > u' ';
   return !isCollapsible(c) && c != kSoftHyphen && !(stopsAtAmpersand && c == u'&');
 }
 
