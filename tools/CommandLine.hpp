@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -20,6 +21,9 @@ struct CommandOptions {
   bool noStandard = false;
   bool numeric = false;
   bool nonUmlauted = false;
+  std::optional<std::string> encoding;
+  std::optional<std::string> defaultEncoding;
+  bool json = false;
   bool help = false;
   bool version = false;
   double timeoutSeconds = 15.0;
@@ -44,6 +48,9 @@ struct CommandOption {
   /// The words that a text may be; any when there are none here.
   std::vector<std::string> choices = {};
 };
+
+/// For a command that takes as many operands as there are.
+inline constexpr std::size_t kAnyNumberOfOperands = std::numeric_limits<std::size_t>::max();
 
 struct Command {
   const char *name;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "tools/CharsetCommands.hpp"
 #include "tools/CommandLine.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/HelpCommands.hpp"
@@ -38,6 +39,7 @@ const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all = helperCommands();
     all.insert(all.end(), textCommands().begin(), textCommands().end());
+    all.insert(all.end(), charsetCommands().begin(), charsetCommands().end());
     all.push_back(
         {"help", "[COMMAND]", "this text, or more about a command", "Shows help.", {}, 0, 1, runHelp});
     all.push_back(

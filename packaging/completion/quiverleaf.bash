@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping stop entities help version'
+  local commands='metadata pdf ping stop entities charset decode help version'
   local options='--no-start --timeout --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -12,7 +12,8 @@ _quiverleaf() {
   done
   [[ $command == pdf ]] && options+=' --attributed'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
-  if [[ $previous == --timeout ]]; then
+  [[ $command == decode ]] && options+=' --encoding --default --json'
+  if [[ $previous == --timeout || $previous == --encoding || $previous == --default ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
@@ -20,7 +21,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command == metadata || $command == pdf ]]; then
+  elif [[ $command == metadata || $command == pdf || $command == decode ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi

@@ -8,11 +8,17 @@
 
 namespace nimbo {
 
+std::unique_ptr<TECConverter> makeNamedConverter(std::string_view name, ConversionDirection direction) {
+  constexpr std::string_view kIconv = "iconv:";
+  constexpr std::string_view kTable = "table:";
+  if (name.starts_with(kIconv)) return makeIconvConverter(name.data() + kIconv.size(), direction);
+  if (name.starts_with(kTable)) return makeTableConverter(name.data() + kTable.size(), direction);
+  return makeICUConverter(name.data(), direction);
+}
+
 OSStatus TECCreateConverter(std::unique_ptr<TECConverter> &converter, CFStringEncoding from,
                             CFStringEncoding to) {
   constexpr bool kIsLittle = std::endian::native == std::endian::little;
-  constexpr std::string_view kIconv = "iconv:";
-  constexpr std::string_view kTable = "table:";
   converter.reset();
   const std::string_view fromName = converterNameOfEncoding(from);
   const std::string_view toName = converterNameOfEncoding(to);
@@ -40,12 +46,7 @@ OSStatus TECCreateConverter(std::unique_ptr<TECConverter> &converter, CFStringEn
       converter = makeICUConverter(kIsLittle ? "UTF-32LE" : "UTF-32BE", direction);
       break;
     default:
-      if (name.starts_with(kIconv))
-        converter = makeIconvConverter(name.data() + kIconv.size(), direction);
-      else if (name.starts_with(kTable))
-        converter = makeSingleByteConverter(name.data() + kTable.size(), direction);
-      else
-        converter = makeICUConverter(name.data(), direction);
+      converter = makeNamedConverter(name, direction);
   }
   return converter ? noErr : kTextUnsupportedEncodingErr;
 }

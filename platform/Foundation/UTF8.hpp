@@ -15,6 +15,16 @@ constexpr bool isHighSurrogate(char16_t unit) {
 constexpr bool isLowSurrogate(char16_t unit) {
   return (unit & 0xfc00) == 0xdc00;
 }
+/// The two halves of a character above U+FFFF, and the character of two halves.
+constexpr char16_t highSurrogate(char32_t character) {
+  return static_cast<char16_t>(0xd7c0 + (character >> 10));
+}
+constexpr char16_t lowSurrogate(char32_t character) {
+  return static_cast<char16_t>(0xdc00 | (character & 0x3ff));
+}
+constexpr char32_t characterOfSurrogates(char16_t high, char16_t low) {
+  return 0x10000 + ((high & 0x3ffu) << 10) + (low & 0x3ffu);
+}
 
 /// Writes a scalar value as UTF-8 and returns the number of bytes, 1 to 4; `out` must have room for them.
 constexpr std::size_t putUTF8(char32_t character, char *out) {

@@ -95,6 +95,27 @@ class CommandTest(unittest.TestCase):
         self.assertEqual((done.returncode, done.stdout), (0, b"a&b\n\nx\x065\n"))
         self.assert_fails(2, "no helper", "ping", "--no-start")
 
+    def test_encodings_of_names_and_pages(self):
+        known, unknown = self.answer("charset", "iso_8859-1", "no such name")
+        self.assertEqual((known["Encoding"], known["CFStringEncoding"], known["NSStringEncoding"]), ("ISO-8859-1", 0x201, 5))
+        self.assertEqual(unknown, {"Name": "no such name", "Available": False})
+
+        text = "<meta charset=koi8-r>\u041f\u0440\u0438\u0432\u0435\u0442\n"
+        self.file("page", text.encode("koi8-r"))
+        done = self.run_command("decode", "page")
+        self.assertEqual((done.returncode, done.stdout.decode()), (0, text))
+        self.assertEqual(done.stderr, b"quiverleaf: page: declares koi8-r, read as KOI8-R\n")
+        answer = self.answer("decode", "--json", "--encoding", "utf-8", "page")
+        self.assertEqual((answer["String"], answer["Declared"], answer["Encoding"]), (text, "koi8-r", "KOI8-R"))
+        plain = "\u041f\u0440\u0438\u0432\u0435\u0442, \u043c\u0438\u0440"
+        for codec, *options in (("cp866", "--encoding", "ibm866"), ("cp866", "--default", "866"), ("utf-16",), ("utf-8",)):
+            with self.subTest(codec=codec, options=options):
+                done = self.run_command("decode", *options, "-", input=plain.encode(codec))
+                self.assertEqual(done.stdout.decode(), plain)
+                self.assertRegex(done.stderr, rb"\Aquiverleaf: standard input: declares nothing, read as [^\n]+\n\Z")
+        self.file("latin", b"caf\xe9")
+        self.assert_fails(3, "latin: is no text in any encoding", "decode", "--default", "utf-8", "latin")
+
     def test_files_that_give_no_answer(self):
         self.file("empty", b"")
         self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
@@ -117,6 +138,7 @@ class CommandTest(unittest.TestCase):
             ("pdf", "text.pdf", "is not a PDF"),
             ("pdf", "cut.pdf", "is a damaged PDF"),
             ("pdf", "large", "is larger than"),
+            ("decode", "empty", "empty: is empty"),
             ("pdf", "/proc/self/mem", "cannot be read"),
         ]
         for command, name, message in cases:
@@ -144,6 +166,9 @@ class CommandTest(unittest.TestCase):
             ("unknown option '--attributed'", "metadata", "--attributed", "a"),
             ("'--timeout' needs a value", "ping", "--timeout"),
             ("'x' is not a value of --encode, which is standard, high or table", "entities", "--encode", "x", "a"),
+            ("charset needs NAME", "charset"),
+            ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
+            ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
             ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]
@@ -154,7 +179,7 @@ class CommandTest(unittest.TestCase):
     def test_help_names_every_command_and_option(self):
         overview = self.run_command("help").stdout.decode()
         self.assertEqual(self.run_command("--help").stdout.decode(), overview)
-        for name in ("metadata", "pdf", "ping", "stop", "entities", "help", "version"):
+        for name in ("metadata", "pdf", "ping", "stop", "entities", "charset", "decode", "help", "version"):
             self.assertIn(f"\n  {name}", overview)
             self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
         self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")

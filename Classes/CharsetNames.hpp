@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string_view>
+
+#include "platform/CoreServices/CFStringEncoding.hpp"
+
+namespace nimbo {
+
+/// The encoding of a character set's name as pages, feeds and mail write it: in any case, with or without
+/// hyphens, underscores, spaces, quotes and dots, misspelt in the usual ways. A number in the name counts
+/// first ("cp1252", "iso8859-15"), then words. `kCFStringEncodingInvalidId` when the name is nil, shorter than
+/// 3 units or unknown. The encoding need not be available.
+CFStringEncoding charset2CFStringEncoding(const NSString &name);
+
+/// The encoding of a Mac script by what follows "mac" or "x-mac-" in a name, in lower case and without
+/// punctuation; Mac Roman when nothing does. `kCFStringEncodingInvalidId` when it is unknown.
+CFStringEncoding macEncoding(std::u16string_view script);
+
+/// As `charset2CFStringEncoding`, for an encoding that is available; else `kCFStringEncodingInvalidId`, which
+/// is -1, and a line in the log, but for an empty name and some that pages give for "none".
+NSStringEncoding charset2NSStringEncoding(const NSString &name);
+
+}  // namespace nimbo

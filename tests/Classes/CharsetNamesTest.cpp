@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/CharsetNames.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace nimbo {
+namespace {
+
+std::string narrow(const std::u16string &text) {
+  return NSString::stringWithCharacters(text).UTF8String();
+}
+
+TEST(CharsetNames, AreReadAsPeopleWriteThem) {
+  struct Case {
+    CFStringEncoding encoding;
+    std::initializer_list<std::u16string> names;
+  };
+  const Case cases[] = {
+      {kCFStringEncodingISOLatin1,
+       {u"ISO-8859-1", u"iso_8859-1", u"ISO8859-1", u"ISO 8859 1", u"'iso-8859-1'", u"latin1", u"x-latin-1",
+        u"iso-8559-1", u"iso-88591", u"8859", u"885211", u"ISO-8859-1;x"}},
+      {kCFStringEncodingISOLatin9, {u"iso-8859-15", u"latin-9", u"\"ISO.8859.15\""}},
+      {kCFStringEncodingISOLatin10, {u"iso885916", u"latin10"}},
+      {kCFStringEncodingISOLatinThai, {u"iso-8859-11"}},
+      {kCFStringEncodingISOLatinHebrew, {u"visual", u"iso-8859-8-i"}},
+      {kCFStringEncodingWindowsCyrillic, {u"windows-1251", u"CP1251", u"win1251", u"x-mac-1251"}},
+      {kCFStringEncodingWindowsLatin1, {u"windows", u"Windows-Western", u"windows-99999999999999999999"}},
+      {kCFStringEncodingDOSRussian, {u"IBM866", u"866"}},
+      {kCFStringEncodingMacRoman, {u"x-mac-roman", u"macintosh", u"mac", u"X-Mac", u"mac os roman"}},
+      {kCFStringEncodingMacCentralEurRoman, {u"x-mac-ce", u"x-mac-centraleurroman"}},
+      {kCFStringEncodingMacChineseSimp, {u"x-mac-chinesesimp", u"mac-chinesesimpl"}},
+      {kCFStringEncodingMacChineseTrad, {u"x-mac-chinesetrad", u"mac-chinesetrad-chinesesimp"}},
+      {kCFStringEncodingUTF8,
+       {u"UTF-8", u"utf8", u"uft-8", u"unicode-1-1-utf-8", u"x-utf8-x", u"en-US", u"en--"}},
+      {kCFStringEncodingUnicode, {u"utf-16le", u"UTF-16"}},
+      {kCFStringEncodingASCII, {u"utf-7", u"US-ASCII", u"none"}},
+      {kCFStringEncodingShiftJIS, {u"Shift_JIS", u"x-sjis", u"shift-jp"}},
+      {kCFStringEncodingISO_2022_JP_2, {u"iso-2022-jp-2"}},
+      {kCFStringEncodingISO_2022_JP, {u"iso-2022-jp", u"ISO-2022-KR", u"iso-2022-jp-2004"}},
+      {kCFStringEncodingEUC_CN, {u"gb2312", u"x-gb2312-80", u"euc-cn", u"hz-gb-2312"}},
+      {kCFStringEncodingKOI8_R, {u"koi8-r", u"KOI8-U"}},
+      {kCFStringEncodingKOI8CS2, {u"koi8-cs2", u"csn_369103"}},
+      {kCFStringEncodingKamenicky, {u"x-kam-cs"}},
+      {kCFStringEncodingBig5, {u"big5-hkscs"}},
+      {kCFStringEncodingKSC_5601_87, {u"KS_C_5601-1987"}},
+      {kCFStringEncodingKSC_5601_92_Johab, {u"ksc5601-92"}},
+      {kCFStringEncodingInvalidId,
+       {u"", u"l1", u"--", u"foo", u"auto", u"latin", u"x-mac-utf8", u"gb18030", u"885112", u"885401",
+        u"iso-8859-99999999999", u"x-visual", u"ks_c_5601-1992", u"\u0661252"}},
+  };
+  for (const Case &test : cases) {
+    for (const std::u16string &name : test.names) {
+      EXPECT_EQ(charset2CFStringEncoding(NSString::stringWithCharacters(name)), test.encoding) << narrow(name);
+      // A name that does not fit the small buffer is read in the same way.
+      if (name.size() < 3) continue;
+      const std::u16string longName = std::u16string(200, u'-') + name + std::u16string(200, u' ');
+      EXPECT_EQ(charset2CFStringEncoding(NSString::stringWithCharacters(longName)), test.encoding)
+          << narrow(name);
+    }
+  }
+  EXPECT_EQ(charset2CFStringEncoding(NSString()), kCFStringEncodingInvalidId);
+}
+
+TEST(CharsetNames, GiveEncodingsOfStringsOrALineInTheLog) {
+  struct Case {
+    std::u16string name;
+    NSStringEncoding encoding;
+    bool isLogged;
+  };
+  const Case cases[] = {
+      {u"x-sjis", NSShiftJISStringEncoding, false},
+      {u"csn_369103", NSKOI8CS2StringEncoding, false},
+      {u"KAM.CS", NSKamenickyStringEncoding, false},
+      {u"utf-8", NSUTF8StringEncoding, false},
+      {u"big5", 0x80000000 | kCFStringEncodingBig5, false},
+      {u"x-mac-tibetan", kCFStringEncodingInvalidId, true},
+      {u"foo", kCFStringEncodingInvalidId, true},
+      {u"x", kCFStringEncodingInvalidId, true},
+      {u"//", kCFStringEncodingInvalidId, true},
+      {u"", kCFStringEncodingInvalidId, false},
+      {u"/", kCFStringEncodingInvalidId, false},
+      {u"0", kCFStringEncodingInvalidId, false},
+      {u"<", kCFStringEncodingInvalidId, false},
+      {u">", kCFStringEncodingInvalidId, false},
+      {u"Auto", kCFStringEncodingInvalidId, false},
+  };
+  for (const Case &test : cases) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(charset2NSStringEncoding(NSString::stringWithCharacters(test.name)), test.encoding)
+        << narrow(test.name);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              test.isLogged ? "Unknown/Unsupported encoding: " + narrow(test.name) + "\n" : "");
+  }
+  EXPECT_EQ(charset2NSStringEncoding(NSString()), kCFStringEncodingInvalidId);
+}
+
+}  // namespace
+}  // namespace nimbo

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/CharsetCommands.hpp"
+
+#include "Classes/MarkupDecoding.hpp"
+#include "Classes/NSString+XmlExtensions+Encoding.hpp"
+#include "platform/Foundation/NSArray.hpp"
+#include "platform/Foundation/NSDictionary.hpp"
+#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+using Operands = std::vector<std::string>;
+
+/// Adds an encoding's name and numbers; those of strings only when text can be read in it.
+void describe(CFStringEncoding encoding, NSDictionary *description) {
+  if (encoding == kCFStringEncodingInvalidId) return;
+  description->setObject(CFStringConvertEncodingToIANACharSetName(encoding), u"Encoding"_ns);
+  description->setObject(encoding, u"CFStringEncoding"_ns);
+  if (CFStringIsEncodingAvailable(encoding))
+    description->setObject(CFStringConvertEncodingToNSStringEncoding(encoding), u"NSStringEncoding"_ns);
+}
+
+int runCharset(const CommandOptions &options, const Operands &operands) {
+  NSArray answers = NSArray::array();
+  for (const std::string &operand : operands) {
+    const NSString name = NSString::stringWithLossyUTF8String(operand);
+    const CFStringEncoding encoding = CFEncodingFromName(name);
+    NSDictionary answer{{u"Name"_ns, name}, {u"Available"_ns, CFStringIsEncodingAvailable(encoding)}};
+    describe(encoding, &answer);
+    answers.addObject(std::move(answer));
+  }
+  writeResult(answers, options);
+  return kExitAnswered;
+}
+
+/// The encoding that an option names; none when it is not given.
+NSStringEncoding encodingOfOption(const char *option, const std::optional<std::string> &value) {
+  if (!value) return kCFStringEncodingInvalidId;
+  const CFStringEncoding encoding = CFEncodingFromName(NSString::stringWithLossyUTF8String(*value));
+  if (CFStringIsEncodingAvailable(encoding)) return CFStringConvertEncodingToNSStringEncoding(encoding);
+  const bool isUnknown = encoding == kCFStringEncodingInvalidId;
+  throw UsageError("'" + *value + "' after --" + option +
+                   (isUnknown ? " is no known encoding" : " is an encoding that cannot be read"));
+}
+
+/// What text without a declaration is most likely in.
+NSStringEncoding likelyEncoding(const NSData &data) {
+  const DetectedString detected = stringWithDetectedEncoding(data.view());
+  if (!detected.encodingName) return NSUTF8StringEncoding;
+  return CFStringConvertEncodingToNSStringEncoding(
+      CFStringConvertIANACharSetNameToEncoding(detected.encodingName));
+}
+
+int runDecode(const CommandOptions &options, const Operands &operands) {
+  const NSStringEncoding supplied = encodingOfOption("encoding", options.encoding);
+  const NSStringEncoding chosenDefault = encodingOfOption("default", options.defaultEncoding);
+  const NSData data = readInput(operands.front());
+  const std::string file = nameOfInput(operands.front());
+  if (data.length() == 0) throw InputError(file, "is empty");
+  const DecodedMarkup decoded =
+      decodeMarkup(data, supplied, options.defaultEncoding ? chosenDefault : likelyEncoding(data));
+  if (!decoded.string) throw InputError(file, "is no text in any encoding that is given, declared or likely");
+
+  const NSString declared = markupCharset(decoded.string);
+  const CFStringEncoding encoding = CFStringConvertNSStringEncodingToEncoding(decoded.encoding);
+  if (options.json || options.propertyList) {
+    NSDictionary answer{{u"String"_ns, decoded.string}};
+    if (declared.length() > 0) answer.setObject(declared, u"Declared"_ns);
+    describe(encoding, &answer);
+    writeResult(answer, options);
+    return kExitAnswered;
+  }
+  writeOutput(decoded.string.UTF8String());
+  writeMessage(file + ": declares " + (declared.length() > 0 ? declared.UTF8String() : "nothing") +
+               ", read as " + CFStringConvertEncodingToIANACharSetName(encoding).UTF8String());
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &charsetCommands() {
+  static const std::vector<Command> commands = {
+      {"charset",
+       "NAME...",
+       "the encodings of character sets' names",
+       "Prints an array with an object for each name: the \"Encoding\" by its registered name,\n"
+       "\"CFStringEncoding\" and \"NSStringEncoding\" by their numbers, and whether text in it can be read\n"
+       "(\"Available\"). A name that nothing is known by has none of them.",
+       {},
+       1,
+       kAnyNumberOfOperands,
+       runCharset},
+      {"decode",
+       "FILE",
+       "the text of a page or feed in any encoding",
+       "Prints the text of a page or feed in UTF-8, and on standard error what it declares and in which\n"
+       "encoding it was read. What the file declares is weighed against what --encoding says. FILE \"-\" is\n"
+       "standard input.",
+       {{"encoding", &CommandOptions::encoding, "NAME", "the encoding that came with the file"},
+        {"default", &CommandOptions::defaultEncoding, "NAME", "the encoding without any (else guessed)"},
+        {"json", &CommandOptions::json, nullptr, "print an object with the text and the encodings"}},
+       1,
+       1,
+       runDecode},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
