@@ -5,9 +5,9 @@
 #include "Classes/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
+#include "tools/MarkupInput.hpp"
 #include "tools/Output.hpp"
 
 namespace nimbo {
@@ -46,14 +46,6 @@ NSStringEncoding encodingOfOption(const char *option, const std::optional<std::s
   const bool isUnknown = encoding == kCFStringEncodingInvalidId;
   throw UsageError("'" + *value + "' after --" + option +
                    (isUnknown ? " is no known encoding" : " is an encoding that cannot be read"));
-}
-
-/// What text without a declaration is most likely in.
-NSStringEncoding likelyEncoding(const NSData &data) {
-  const DetectedString detected = stringWithDetectedEncoding(data.view());
-  if (!detected.encodingName) return NSUTF8StringEncoding;
-  return CFStringConvertEncodingToNSStringEncoding(
-      CFStringConvertIANACharSetNameToEncoding(detected.encodingName));
 }
 
 int runDecode(const CommandOptions &options, const Operands &operands) {

@@ -9,6 +9,7 @@
 #include "tools/HelperCommands.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/PlainTextCommands.hpp"
 #include "tools/TextCommands.hpp"
 
 namespace nimbo {
@@ -38,6 +39,7 @@ int runVersion(const CommandOptions &, const std::vector<std::string> &) {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all = helperCommands();
+    all.insert(all.end(), plainTextCommands().begin(), plainTextCommands().end());
     all.insert(all.end(), textCommands().begin(), textCommands().end());
     all.insert(all.end(), charsetCommands().begin(), charsetCommands().end());
     all.push_back(

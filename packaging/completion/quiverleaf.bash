@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping stop entities charset decode help version'
+  local commands='metadata pdf ping stop text entities charset decode help version'
   local options='--no-start --timeout --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -11,6 +11,7 @@ _quiverleaf() {
     fi
   done
   [[ $command == pdf ]] && options+=' --attributed'
+  [[ $command == text ]] && options+=' --reformat --simple --body --no-junk --google-tags --plain-ascii'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
   [[ $command == decode ]] && options+=' --encoding --default --json'
   if [[ $previous == --timeout || $previous == --encoding || $previous == --default ]]; then
@@ -21,7 +22,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command == metadata || $command == pdf || $command == decode ]]; then
+  elif [[ $command == metadata || $command == pdf || $command == text || $command == decode ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/PlainTextCommands.hpp"
+
+#include "Classes/NSString+Html2Text.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/MarkupInput.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+int runText(const CommandOptions &options, const std::vector<std::string> &operands) {
+  if (options.simple && (options.reformat || options.noJunk || options.googleTags || options.plainAscii))
+    throw UsageError("--simple takes none of --reformat, --no-junk, --google-tags and --plain-ascii");
+  const NSString page = markupOfInput(operands.front());
+  writeText(options.simple ? stringByConvertingHtml2SimplifiedPlainText(page)
+                           : stringByConvertingHtml2PlainTextNonUmlauted(
+                                 page, options.plainAscii, options.reformat, options.body, options.noJunk,
+                                 nullptr, options.googleTags));
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &plainTextCommands() {
+  static const std::vector<Command> commands = {
+      {"text",
+       "FILE",
+       "the plain text of an HTML page",
+       "Prints the text that a person reads on a page, in UTF-8; of a page without text, the page. FILE \"-\"\n"
+       "is standard input. The encoding is the one that the page declares, else guessed.",
+       {{"reformat", &CommandOptions::reformat, nullptr, "keep meaningful lines of the source"},
+        {"simple", &CommandOptions::simple, nullptr, "only the texts of the body, each behind a space"},
+        {"body", &CommandOptions::body, nullptr, "only the body, if there is text in it"},
+        {"no-junk", &CommandOptions::noJunk, nullptr, "leave out hidden and overlong texts"},
+        {"google-tags", &CommandOptions::googleTags, nullptr, "leave out what googleoff comments hide"},
+        {"plain-ascii", &CommandOptions::plainAscii, nullptr, "letters without diacritics"}},
+       1,
+       1,
+       runText},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
