@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+Html2Text.hpp"
 
+#include <new>
 #include <utility>
 
 #include "Classes/CharacterTables.hpp"
@@ -24,17 +25,22 @@ NSString _convertHtml2PlainTextUsingHandler(const NSString &page, TagHandler han
   initUpperCharsTable();
   if (junkFound) *junkFound = false;
   if (page.length() > kLongestPage) return page;
-  PlainTextRecord record(options);
-  if (!record.writer.reserve(page.length())) return page;
-  // The handlers decode into memory of their own, so that the units need not be copied.
-  const bool isScanned = parseXmlWithHandler(page, handler, &record, false);
-  if (options.onlyBody && isScanned && !record.writer.hasText()) {
-    record.restartEverywhere();
-    parseXmlWithHandler(page, handler, &record, false);
+  try {
+    PlainTextRecord record(options);
+    record.writer.reserve(page.length());
+    // The handlers decode into memory of their own, so that the units need not be copied.
+    const bool isScanned = parseXmlWithHandler(page, handler, &record, false);
+    if (options.onlyBody && isScanned && !record.writer.hasText()) {
+      record.restartEverywhere();
+      parseXmlWithHandler(page, handler, &record, false);
+    }
+    if (!record.writer.hasText()) return page;
+    if (junkFound) *junkFound = record.isJunkFound;
+    return std::move(record.writer).string();
+  } catch (const std::bad_alloc &) {
+    if (junkFound) *junkFound = false;
+    return page;
   }
-  if (!record.writer.hasText()) return page;
-  if (junkFound) *junkFound = record.isJunkFound;
-  return std::move(record.writer).string();
 }
 
 NSString stringByConvertingHtml2PlainText(const NSString &page) {

@@ -3,9 +3,8 @@
 
 #include <algorithm>
 
-#include "Classes/EntityConversion.hpp"
-#include "Classes/FastSearches.hpp"
 #include "Classes/PlainTextAttributes.hpp"
+#include "Classes/PlainTextRuns.hpp"
 #include "Classes/SimplePlainTextHandler.hpp"
 #include "Classes/TagScanner.hpp"
 
@@ -30,12 +29,6 @@ using detail::TagBreak;
 using detail::TagElement;
 using detail::TagRule;
 
-/// Shorter texts keep their character references.
-constexpr std::size_t kShortestDecoded = 4;
-/// Shorter comments hide nothing from search engines.
-constexpr std::uint32_t kLongestPlainComment = 18;
-constexpr unsigned kIndexMarker = 1;
-
 bool isControlWithoutText(std::u16string_view type) {
   constexpr std::u16string_view kTypes[] = {u"hidden", u"password", u"checkbox", u"radio",
                                             u"file",   u"color",    u"range"};
@@ -58,9 +51,9 @@ class Step {
 
   void handle(std::uint32_t nameLocation, std::uint32_t nameLength, int kind) {
     if (elements_.literal != TagElement::kOther && handleLiteral(nameLocation, nameLength)) return;
-    if (!text_.empty()) writeText(text_, readable(text_), elements_.preDepth > 0, true);
+    if (!text_.empty()) writeText(text_, elements_.preDepth > 0, true);
     if (kind == kComment) {
-      if (record_.options.googleTags && tag_.size() > kLongestPlainComment) readMarkers();
+      if (record_.options.googleTags) record_.markerMask = detail::markerMaskBehind(tag_, record_.markerMask);
       return;
     }
     if (kind != kOrdinaryTag || nameLength == 0) return;
@@ -75,17 +68,11 @@ class Step {
 
  private:
   bool isEndTag() const { return tag_.size() > 1 && tag_[1] == u'/'; }
-  bool isPlace() const {
-    return record_.bodyCounter >= 1 && !elements_.isInNoframes && !elements_.isInNoscript;
-  }
-  /// How many units of the page stand from the beginning of a part of it on.
-  std::size_t readable(std::u16string_view part) const {
-    return part.empty() ? 0 : static_cast<std::size_t>(page_.data() + page_.size() - part.data());
-  }
-  /// Whether text is written here.
-  bool isShown() const {
-    return isPlace() && !(record_.options.googleTags && !(record_.markerMask & kIndexMarker)) &&
-           !(elements_.isInTitle && record_.hasTitle) && !elements_.isInUnselectedOption;
+  /// `part` is a part of the page.
+  void writeText(std::u16string_view part, bool isPreformatted, bool isEncoded) {
+    if (part.empty()) return;
+    const auto readable = static_cast<std::size_t>(page_.data() + page_.size() - part.data());
+    detail::writeTextRun(record_, {part, readable, isPreformatted, isEncoded});
   }
 
   /// In a textarea or the like: false when this tag ends it.
@@ -96,106 +83,14 @@ class Step {
             : TagElement::kOther;
     const bool isEnd = (isEndTag() && element == elements_.literal) || element == TagElement::kBody ||
                        element == TagElement::kHead;
-    writeText(text_, readable(text_), true, elements_.literal == TagElement::kTextarea);
+    writeText(text_, true, elements_.literal == TagElement::kTextarea);
     if (isEnd) {
       elements_.literal = TagElement::kOther;
       text_ = {};
       return false;
     }
-    if (element != TagElement::kRawText) writeText(tag_, readable(tag_), true, false);
+    if (element != TagElement::kRawText) writeText(tag_, true, false);
     return true;
-  }
-
-  /// `readable` units stand at the text.
-  void writeText(std::u16string_view text, std::size_t readable, bool isPreformatted, bool isDecoded) {
-    if (isPreformatted && elements_.isFirstFeedDropped) dropFirstFeed(&text);
-    if (text.empty() || !isShown()) return;
-    if (elements_.hidden) {
-      noteHiddenText(text);
-      return;
-    }
-    const std::uint32_t start = writer_.length();
-    writeUnits(text, readable, isPreformatted, isDecoded && text.size() >= kShortestDecoded);
-    if (record_.options.removeJunk) removeJunk(start, isPreformatted);
-  }
-
-  void dropFirstFeed(std::u16string_view *text) {
-    if (text->empty()) return;
-    if (text->starts_with(u"\r\n"))
-      text->remove_prefix(2);
-    else if (text->front() == u'\n' || text->front() == u'\r')
-      text->remove_prefix(1);
-    elements_.isFirstFeedDropped = false;
-  }
-
-  void noteHiddenText(std::u16string_view text) {
-    const CharacterSetRep &whites = *whiteCharacterSetRep();
-    if (elements_.hidden.reason() != HiddenReason::kFeedDate &&
-        !std::all_of(text.begin(), text.end(), [&](unichar c) { return whites.contains(c); }))
-      record_.isJunkFound = true;
-  }
-
-  void writeUnits(std::u16string_view text, std::size_t readable, bool isPreformatted, bool isDecoded) {
-    const bool hasReferences = isDecoded && (record_.options.entities || record_.options.stdEntities);
-    const bool isFolded = hasReferences && record_.options.entities && record_.options.nonUmlauted;
-    if (isPreformatted || record_.options.reformat || isFolded) {
-      if (isFolded || (hasReferences && text.find(u'&') != text.npos)) text = decoded(text);
-      if (isPreformatted)
-        writer_.writePreformatted(text);
-      else if (record_.options.reformat)
-        writer_.writeReformatted(text);
-      else
-        writer_.writeCollapsed(text, text.size(), false);
-      return;
-    }
-    const std::uint32_t taken = writer_.writeCollapsed(text, readable, hasReferences);
-    if (taken == text.size()) return;
-    text = decoded(text.substr(taken));
-    writer_.writeCollapsed(text, text.size(), false);
-  }
-
-  std::u16string_view decoded(std::u16string_view text) {
-    const auto length = static_cast<std::uint32_t>(text.size());
-    if (record_.decoded.size() < length) record_.decoded.resize(length);
-    unichar *const units = record_.decoded.data();
-    const PlainTextOptions &options = record_.options;
-    const std::uint32_t count =
-        options.entities ? convertEntities2Characters(text.data(), units, 0, length, options.stdEntities, false,
-                                                      options.nonUmlauted)
-                         : convertStandardEntities2Characters(text.data(), units, length);
-    return {units, count};
-  }
-
-  void removeJunk(std::uint32_t start, bool isPreformatted) {
-    if (!isPreformatted && writer_.length() > start &&
-        detail::isJunkText(writer_.textSince(start), record_.linkAndHeadingDepth > 0)) {
-      writer_.goBackTo({start});
-      record_.isJunkFound = true;
-    }
-    if (writer_.length() - writer_.lineMark() >= detail::kOverlongLine) {
-      writer_.goBackTo({writer_.lineMark()});
-      record_.isJunkFound = true;
-    }
-  }
-
-  void readMarkers() {
-    const auto length = static_cast<std::uint32_t>(tag_.size());
-    const auto contains = [&](const char *word, std::uint32_t wordLength) {
-      return fastCaseInsensitiveUnicharsContainChars(tag_.data(), length, word, wordLength) != nullptr;
-    };
-    const bool isOff = contains("googleoff:", 10);
-    const bool isOn = contains("googleon:", 9);
-    if (!isOff && !isOn) return;
-    unsigned bits = 0;
-    if (contains("all", 3)) {
-      bits = 7;
-    } else {
-      if (contains("index", 5)) bits |= 1;
-      if (contains("snippet", 7)) bits |= 2;
-      if (contains("anchor", 6)) bits |= 4;
-    }
-    if (isOff) record_.markerMask &= ~bits;
-    if (isOn) record_.markerMask |= bits;
   }
 
   void followHidden(const TagRule &rule) {
@@ -235,7 +130,7 @@ class Step {
   void leaveSelect() { elements_.isInSelect = elements_.isInUnselectedOption = false; }
 
   void writeBreak(TagBreak tagBreak) {
-    if (tagBreak == TagBreak::kNone || !isPlace() || elements_.hidden) return;
+    if (tagBreak == TagBreak::kNone || !detail::isPlaceOfText(record_) || elements_.hidden) return;
     switch (tagBreak) {
       case TagBreak::kSpace:
         return writer_.separate();
@@ -273,12 +168,12 @@ class Step {
         if (depthChange_ <= 0) return;
         elements_.isInTitle = true;
         elements_.titleStart = writer_.length();
-        if (isShown()) writer_.endLine();
+        if (detail::isTextShown(record_)) writer_.endLine();
         return;
       case TagElement::kLink:
         if (isEndTag())
           elements_.lastLinkEnd = tag_.data() + tag_.size();
-        else if (elements_.lastLinkEnd == tag_.data() && isPlace())
+        else if (elements_.lastLinkEnd == tag_.data() && detail::isPlaceOfText(record_))
           writer_.separate();
         [[fallthrough]];
       case TagElement::kHeading:
@@ -313,16 +208,16 @@ class Step {
   }
 
   void writeAttribute(const char *name) {
-    if (isEndTag() || !isShown()) return;
+    if (isEndTag() || !detail::isTextShown(record_)) return;
     const NSString value = detail::attributeOfTag(tag_, name);
     if (!value) return;
     writer_.separate();
-    writeText(value.view(), value.length(), false, true);
+    detail::writeTextRun(record_, {value.view(), value.length()});
     writer_.separate();
   }
 
   void writeInput() {
-    if (!isShown()) return;
+    if (!detail::isTextShown(record_)) return;
     const NSString type = detail::attributeOfTag(tag_, "TYPE");
     if (type && isControlWithoutText(type.view())) return;
     writeAttribute(type && detail::equalsNoCase(type.view(), u"image") ? "ALT" : "VALUE");

@@ -2,8 +2,7 @@
 #include "Classes/PlainTextWriter.hpp"
 
 #include <algorithm>
-#include <new>
-#include <stdexcept>
+#include <utility>
 
 #include "Classes/UnicharKernels.hpp"
 #include "Classes/UnitClasses.hpp"
@@ -19,17 +18,9 @@ constexpr std::uint32_t kMostLineFeeds = 2;
 
 }  // namespace
 
-bool PlainTextWriter::reserve(std::uint32_t pageLength) {
-  try {
-    storage_.reserve(pageLength + 1 + static_cast<std::uint32_t>(detail::kPlainUnitsSlack));
-    storage_.setLength(pageLength + 1 + static_cast<std::uint32_t>(detail::kPlainUnitsSlack));
-  } catch (const std::bad_alloc &) {
-    return false;
-  } catch (const std::length_error &) {
-    return false;
-  }
+void PlainTextWriter::reserve(std::uint32_t pageLength) {
+  storage_.setLength(pageLength + 1 + static_cast<std::uint32_t>(detail::kPlainUnitsSlack));
   units_ = storage_.mutableCharacters();
-  return true;
 }
 
 void PlainTextWriter::restart() {

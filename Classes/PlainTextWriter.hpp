@@ -26,8 +26,8 @@ class PlainTextWriter {
     Pending pending = Pending::kNothing;
   };
 
-  /// False when there is no memory for the text of a page of this length.
-  bool reserve(std::uint32_t pageLength);
+  /// Makes room for the text of a page of this length.
+  void reserve(std::uint32_t pageLength);
   /// Forgets what was written.
   void restart();
   /// What was written; the writer is empty afterwards.
