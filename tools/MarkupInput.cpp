@@ -17,7 +17,7 @@ NSStringEncoding likelyEncoding(const NSData &data) {
 NSString markupOfInput(const std::string &path) {
   const NSData data = readInput(path);
   if (data.length() == 0) throw InputError(nameOfInput(path), "is empty");
-  const NSString markup = stringWithMarkupData(data, likelyEncoding(data));
+  NSString markup = stringWithMarkupData(data, likelyEncoding(data));
   if (!markup) throw InputError(nameOfInput(path), "is no text in any encoding that is declared or likely");
   return markup;
 }
