@@ -29,6 +29,12 @@ struct CommandOptions {
   std::optional<std::string> encoding;
   std::optional<std::string> defaultEncoding;
   bool json = false;
+  bool reformat = false;
+  bool simple = false;
+  bool body = false;
+  bool noJunk = false;
+  bool googleTags = false;
+  bool plainAscii = false;
   bool help = false;
   bool version = false;
   double timeoutSeconds = 15.0;

@@ -4,13 +4,14 @@
 
 #include "tools/CharsetCommands.hpp"
 #include "tools/CommandLine.hpp"
+#include "tools/EntityCommands.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/HelpCommands.hpp"
 #include "tools/HelperCommands.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/MarkupCommands.hpp"
 #include "tools/Output.hpp"
-#include "tools/TextCommands.hpp"
+#include "tools/PlainTextCommands.hpp"
 
 namespace nimbo {
 
@@ -39,8 +40,9 @@ int runVersion(const CommandOptions &, const std::vector<std::string> &) {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all = helperCommands();
+    all.insert(all.end(), plainTextCommands().begin(), plainTextCommands().end());
     all.insert(all.end(), markupCommands().begin(), markupCommands().end());
-    all.insert(all.end(), textCommands().begin(), textCommands().end());
+    all.insert(all.end(), entityCommands().begin(), entityCommands().end());
     all.insert(all.end(), charsetCommands().begin(), charsetCommands().end());
     all.push_back(
         {"help", "[COMMAND]", "this text, or more about a command", "Shows help.", {}, 0, 1, runHelp});

@@ -133,6 +133,24 @@ class CommandTest(unittest.TestCase):
         many = self.answer("tags", "-", input=b"<p>\n" * 10000)
         self.assertEqual((len(many), many[9999]["tag"]), (10001, [39996, 3]))
 
+    def test_text_of_pages(self):
+        page = ("<meta charset=windows-1252><title>T</title><body>caf\u00e9<br>a\n> b<b style='display:none'>junk</b>"
+                "<!--googleoff: all-->hidden")
+        self.file("page", page.encode("windows-1252"))
+        cases = [
+            ("T\n\ncaf\u00e9\na > bjunkhidden", "page"),
+            ("caf\u00e9\na > bjunkhidden", "--body", "page"),
+            ("T\n\ncafe\na > bjunkhidden", "--plain-ascii", "page"),
+            ("T\n\ncaf\u00e9\na\n> bjunk", "--reformat", "--google-tags", "page"),
+            ("T\n\ncaf\u00e9\na > bhidden", "--no-junk", "page"),
+            (" caf\u00e9 a\n> b junk hidden", "--simple", "page"),
+        ]
+        for expected, *arguments in cases:
+            with self.subTest(arguments):
+                done = self.run_command("text", *arguments)
+                self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
+        self.assertEqual(self.run_command("text", "-", input=b"<br>").stdout, b"<br>\n")
+
     def test_encodings_of_names_and_pages(self):
         known, unknown = self.answer("charset", "iso_8859-1", "no such name")
         self.assertEqual((known["Encoding"], known["CFStringEncoding"], known["NSStringEncoding"]), ("ISO-8859-1", 0x201, 5))
@@ -177,6 +195,7 @@ class CommandTest(unittest.TestCase):
             ("pdf", "cut.pdf", "is a damaged PDF"),
             ("pdf", "large", "is larger than"),
             ("decode", "empty", "empty: is empty"),
+            ("text", "empty", "empty: is empty"),
             ("pdf", "/proc/self/mem", "cannot be read"),
         ]
         for command, name, message in cases:
@@ -207,6 +226,7 @@ class CommandTest(unittest.TestCase):
             ("cannot be joined", "strip", "--tag", "a", "--objects", "a"),
             ("'' is no name of a tag for --tag", "strip", "--tag", "", "a"),
             ("charset needs NAME", "charset"),
+            ("--simple takes none of", "text", "--simple", "--no-junk", "a"),
             ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
             ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
             ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
@@ -219,7 +239,8 @@ class CommandTest(unittest.TestCase):
     def test_help_names_every_command_and_option(self):
         overview = self.run_command("help").stdout.decode()
         self.assertEqual(self.run_command("--help").stdout.decode(), overview)
-        for name in ("metadata", "pdf", "ping", "stop", "entities", "charset", "decode", "strip", "tags", "help", "version"):
+        for name in ("metadata", "pdf", "ping", "stop", "text", "strip", "tags", "entities", "charset", "decode", "help",
+                     "version"):
             self.assertIn(f"\n  {name}", overview)
             self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
         self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")

@@ -7,7 +7,7 @@
 
 namespace nimbo {
 
-/// The commands on text, which do their work in this process and need no helper.
-const std::vector<Command> &textCommands();
+/// The command that makes plain text of pages, in this process.
+const std::vector<Command> &plainTextCommands();
 
 }  // namespace nimbo

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "tools/TextCommands.hpp"
+#include "tools/EntityCommands.hpp"
 
 #include <string_view>
 
@@ -42,7 +42,7 @@ int runEntities(const CommandOptions &options, const Operands &operands) {
 
 }  // namespace
 
-const std::vector<Command> &textCommands() {
+const std::vector<Command> &entityCommands() {
   static const std::vector<Command> commands = {
       {"entities",
        "TEXT",

@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "Classes/NSString+Html2Text.hpp"
+#include "Classes/PlainTextHandler.hpp"
+#include "Classes/PlainTextKernels.hpp"
+#include "tests/Classes/ExactBuffer.hpp"
+
+namespace nimbo {
+namespace {
+
+struct Case {
+  std::string page;
+  std::string text;
+};
+
+NSString stringOf(const std::string &bytes) {
+  return NSString::stringWithUTF8String(bytes);
+}
+
+std::string repeated(std::string_view text, std::size_t times) {
+  std::string all;
+  while (times-- > 0) all += text;
+  return all;
+}
+
+void expectTexts(const PlainTextOptions &options, std::initializer_list<Case> cases) {
+  for (const Case &test : cases) {
+    SCOPED_TRACE(test.page.substr(0, 200));
+    bool junkFound = true;
+    const NSString text =
+        _convertHtml2PlainTextUsingHandler(stringOf(test.page), PlainTextHandler, options, &junkFound);
+    EXPECT_EQ(text.UTF8String(), test.text);
+    EXPECT_FALSE(junkFound);
+  }
+}
+
+TEST(PlainText, BreaksByTags) {
+  expectTexts({}, {
+                      {"a<p>b</P>c", "a\n\nb\n\nc"},
+                      {"a<H9>b</h9>c<h10>d", "a\n\nb\n\ncd"},
+                      {"a<hr>b<blockquote>c</blockquote>d", "a\n\nb\n\nc\n\nd"},
+                      {"<ul><li>a</li><li>b</li></ul>", "\n\na\n\nb\n\n"},
+                      {"a<br>b<br/>c<br><br><br>d", "a\nb\nc\n\n\nd"},
+                      {"<div>a</div> <div><div>b", "\n\na\n\n\n\n\n\nb"},
+                      {"x<table><tr><td>a</td><td>b</td></tr></table>", "x\n\n\na b \n\n\n"},
+                      {"<b>a</b>b<i> c </i> d<wbr>e", "ab c de"},
+                      {"a<section>b</section><footer>c</footer>", "a\nb\nc"},
+                      {"a<button>b</button><button>c</button>d", "a b c d"},
+                      {"<a href=x>a</a><a href=y>b</a><b>c</b>", "a bc"},
+                      {"<p>a</p><pre>b</pre>c", "\n\na\n\nb\nc"},
+                  });
+}
+
+TEST(PlainText, CollapsesWhiteSpaceAsBrowsersDo) {
+  expectTexts({}, {
+                      {" \n a \r\n\t b  <b> c</b> ", "a b c"},
+                      {"a <br> b", "a\nb"},
+                      {"a&#32; &#10;b&nbsp; c", "a b\xc2\xa0 c"},
+                      {"so\xc2\xad"
+                       "ft hy&shy;phen",
+                       "soft hyphen"},
+                      {"a\xe2\x80\xa8"
+                       "b\xef\xbb\xbf"
+                       "c",
+                       "a b c"},
+                      {"<pre>\r\n a\r\n  b\rc\td </pre> e", " a\n  b\nc\td \ne"},
+                      {"<textarea>\n a <b>&lt;</b></textarea>b", " a <b><</b>\nb"},
+                      {"<xmp><b>&lt;</b></xmp>b<plaintext> <p>&lt;", "<b>&lt;</b>\nb\n <p>&lt;"},
+                      {"<pre>a  b<body>c  d", "a  bc d"},
+                  });
+}
+
+TEST(PlainText, WritesEachTextOnce) {
+  expectTexts(
+      {},
+      {
+          {"<title>A\nB</title><body>c<title>d</title>e", "A B\n\nce"},
+          {"<head><title></title></head>c", "c"},
+          {"a<script>b</script><STYLE>c</STYLE><!-- d --><![CDATA[e]]>f", "af"},
+          {"a<noscript><p>b</noscript><noframes>c</noframes>d", "a d"},
+          {"a<img alt='b &amp; c'>d<img src=e.png><input type=image alt=f>", "a b & c d f"},
+          {"<input value=a><input type=SUBMIT value=b><input type=hidden value=c><input type=password value=d>",
+           "a b"},
+          {"<select><option>a<option selected>b<option>c</select>d", "b d"},
+          {"<select><option>a<option>b</select><select multiple><option>c<option>d</select>", "a c d"},
+          {"<select size=3><option>c<option>d<p>e", "c d\n\ne"},
+          {"<marquee>a</marquee>b", "a\nb"},
+      });
+}
+
+TEST(PlainText, DecodesReferences) {
+  const std::string page = "&lt; &amp; &eacute;<b>&lt</b>";
+  expectTexts({}, {{page, "< & \xc3\xa9&lt"}});
+  expectTexts({.stdEntities = false}, {{page, "&lt; &amp; \xc3\xa9&lt"}});
+  expectTexts({.entities = false}, {{page + "&quot", "< & &eacute;&lt&quot"}});
+  expectTexts({.entities = false, .stdEntities = false}, {{page, page.substr(0, 19) + "&lt"}});
+  expectTexts({.nonUmlauted = true}, {{"caf\xc3\xa9<b>\xc3\xa9t\xc3\xa9", "cafe\xc3\xa9t\xc3\xa9"}});
+}
+
+TEST(PlainText, KeepsMeaningfulLinesWhenReformatting) {
+  expectTexts({.reformat = true}, {
+                                      {"a\nb\r\nc", "a b c"},
+                                      {"a\n\nb\r\n\r\nc\n\n\n\nd", "a\n\nb\n\nc\n\nd"},
+                                      {"a\n> b\n- c\n/d\n}e\n f", "a\n> b\n- c\n/d\n}e\n f"},
+                                      {"a \t b \nc", "a b c"},
+                                      {"a\xe2\x80\xa9\xef\xbf\xbc"
+                                       "b",
+                                       "a\n\nb"},
+                                      {"<p>a</p><p>b", "\n\na\n\n\n\nb"},
+                                      {"<pre>a  \n b</pre>", "a  \n b"},
+                                  });
+}
+
+TEST(PlainText, StaysInTheBody) {
+  const std::string page = "x<head>h<title>t</title></head><body>a<noframes>n</noframes></body>y";
+  expectTexts({.onlyBody = true}, {{page, "a"}, {"<title>t</title>a", "t\n\na"}, {"<body></body>a", "a"}});
+  expectTexts({}, {{page, "xh\nt\n\na y"}});
+}
+
+TEST(PlainText, ObeysMarkersOfSearchEngines) {
+  const std::string page = "a<!--googleoff: INDEX-->b<p>c<!--googleon: all-->d";
+  expectTexts({.googleTags = true}, {
+                                        {page, "a\n\nd"},
+                                        {"a<!--googleoff: snippet-->b<!--googleoff: all-->c", "ab"},
+                                        {"a<!--googleoff:-->b", "ab"},
+                                    });
+  expectTexts({}, {{page, "ab\n\ncd"}});
+}
+
+TEST(PlainText, AnswersAPageWithoutTextItself) {
+  EXPECT_FALSE(stringByConvertingHtml2PlainText({}));
+  for (const char *page : {"", "<br>", "<p> \n&nbsp;</p>", "<script>a</script>"}) {
+    const NSString string = stringOf(page);
+    EXPECT_TRUE(stringByConvertingHtml2PlainText(string).identicalTo(string)) << page;
+    EXPECT_TRUE(stringByConvertingHtml2ReformattedPlainText(string).identicalTo(string)) << page;
+  }
+}
+
+TEST(PlainText, Simplifies) {
+  for (const Case &test : std::initializer_list<Case>{
+           {"<html><head><title>T</title></head><body>a &amp; b</body></html>", " a & b"},
+           {"<title>T</title>a<b>&lt</b>", " T a &lt"},
+           {"<body>a\n  b<script>c</script><!--d-->e<noframes>f</noframes></body>g", " a\n  b e f"},
+           {"<br>", "<br>"},
+       })
+    EXPECT_EQ(stringByConvertingHtml2SimplifiedPlainText(stringOf(test.page)).UTF8String(), test.text);
+}
+
+TEST(PlainText, RemovesJunkWhenAsked) {
+  const std::string word = "word ";
+  const std::string prose = repeated(word, 700);  // 3500 units
+  const std::string longer = repeated(word, 2001);
+  const std::string signs = repeated("abcdefg =-=-=- ", 10);
+  const std::string lines = repeated("<b>" + prose + "</b>", 6);
+  for (const Case &test : std::initializer_list<Case>{
+           {"<b style='display:none'>x</b>y", "y"},
+           {"<b style='Visibility : HIDDEN'>x<b>x</b>x</b>y", "y"},
+           {"<b style='position:absolute;left:-999px'>x</b>y", "y"},
+           {"<b style='font-size:1pt'>x<i style='font-size:12pt'>y</b>", "y"},
+           {"<b hidden>x</b>y", "y"},
+           {"<body bgcolor=#ffffff><font color=White>x</font>y", "y"},
+           {"<body bgcolor=white><b style='background:red;color:#FFF'>x</b>y", "y"},
+           {"<ul><li hidden>x<ul><li>x</ul><li>y</ul>", "\n\ny\n"},
+           {"<p hidden>x<p>y", "\n\ny"},
+           {"<div hidden>x<body>y", "y"},
+           {"a<b>" + longer + "</b>", "a"},
+           {"a<h1>" + prose + "word</h1>b", "a\n\n\n\nb"},
+           {"a<b>" + signs + "</b>b", "ab"},
+           {"a<br>" + lines + "<br>b", "a\n\nb"},
+       }) {
+    SCOPED_TRACE(test.page.substr(0, 200));
+    bool junkFound = false;
+    const NSString text = stringByConvertingHtml2PlainTextNonUmlauted(stringOf(test.page), false, false, false,
+                                                                      true, &junkFound, false);
+    EXPECT_EQ(text.UTF8String(), test.text);
+    EXPECT_TRUE(junkFound);
+  }
+  expectTexts({.removeJunk = true},
+              {
+                  {"<b style='display:block; position:absolute; left:-1px; font-size:9pt'>x</b>", "x"},
+                  {"<body bgcolor=white><font color=red>x</font><b style='background-color:white'>y", "xy"},
+                  {"<b style='margin-left:-999px;position:absolute'>x", "x"},
+                  {"a<br><font class=\"feed_date\">x</font>b", "a\nb"},
+                  {"<p>" + prose, "\n\n" + prose.substr(0, prose.size() - 1)},
+                  {"<pre>" + signs + "</pre>", signs},
+              });
+}
+
+/// Plain texts of every length and start, with an odd unit somewhere: what is copied must be what the
+/// definition says, without a look behind the end.
+TEST(PlainText, CopiesUnitsUpToTheFirstOddOne) {
+  constexpr std::u16string_view kUnits = u"aé中 \n&\u00ad\u2028\ufeff\u2030";
+  std::mt19937 random(7);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text(random() % 40, u'x');
+    for (unichar &c : text) {
+      if (random() % 8 == 0) c = kUnits[random() % kUnits.size()];
+    }
+    const std::size_t length = text.empty() ? 0 : random() % (text.size() + 1);
+    const bool stopsAtAmpersand = round % 2 == 0;
+    std::size_t expected = 0;
+    for (; expected < length; ++expected) {
+      const unichar c = text[expected];
+      const bool isSingleSpace = c == u' ' && (expected + 1 == text.size() || text[expected + 1] > u' ');
+      if (c == u'&' ? stopsAtAmpersand : c == 0xad || (detail::isCollapsible(c) && !isSingleSpace)) break;
+    }
+    const ExactBuffer<unichar> source(text);
+    std::u16string copy(length + detail::kPlainUnitsSlack, u'-');
+    const std::size_t count =
+        detail::copyPlainUnits(source.data(), length, text.size(), copy.data(), stopsAtAmpersand);
+    ASSERT_EQ(count, expected);
+    ASSERT_EQ(copy.substr(0, count), text.substr(0, count));
+  }
+}
+
+}  // namespace
+}  // namespace nimbo

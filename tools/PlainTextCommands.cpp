@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/PlainTextCommands.hpp"
+
+#include <utility>
+
+#include "Classes/NSString+Html2Text.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/InputText.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// Every tag that ends a paragraph is an empty line in the text; a reader wants one for a row of them.
+constexpr std::uint32_t kMostLineFeeds = 2;
+
+NSString withFewEmptyLines(const NSString &text) {
+  NSMutableString result;
+  std::uint32_t feeds = kMostLineFeeds;
+  for (const unichar c : text.view()) {
+    feeds = c == u'\n' ? feeds + 1 : 0;
+    if (feeds <= kMostLineFeeds) result.appendCharacter(c);
+  }
+  return std::move(result).string();
+}
+
+int runText(const CommandOptions &options, const std::vector<std::string> &operands) {
+  if (options.simple && (options.reformat || options.noJunk || options.googleTags || options.plainAscii))
+    throw UsageError("--simple takes none of --reformat, --no-junk, --google-tags and --plain-ascii");
+  const NSString page = textOfInput(operands.front());
+  if (page.length() == 0) throw InputError(nameOfInput(operands.front()), "is empty");
+  if (options.simple)
+    writeText(stringByConvertingHtml2SimplifiedPlainText(page));
+  else
+    writeText(withFewEmptyLines(
+        stringByConvertingHtml2PlainTextNonUmlauted(page, options.plainAscii, options.reformat, options.body,
+                                                    options.noJunk, nullptr, options.googleTags)));
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &plainTextCommands() {
+  static const std::vector<Command> commands = {
+      {"text",
+       "FILE",
+       "the plain text of an HTML page",
+       "Prints the text that a person reads on a page, in UTF-8; of a page without text, the page. FILE \"-\"\n"
+       "is standard input. The encoding is the one that the page declares, else guessed. Of empty lines in a\n"
+       "row one is printed.",
+       {{"reformat", &CommandOptions::reformat, nullptr, "keep meaningful lines of the source"},
+        {"simple", &CommandOptions::simple, nullptr, "only the texts of the body, each behind a space"},
+        {"body", &CommandOptions::body, nullptr, "only the body, if there is text in it"},
+        {"no-junk", &CommandOptions::noJunk, nullptr, "leave out hidden and overlong texts"},
+        {"google-tags", &CommandOptions::googleTags, nullptr, "leave out what googleoff comments hide"},
+        {"plain-ascii", &CommandOptions::plainAscii, nullptr, "letters without diacritics"}},
+       1,
+       1,
+       runText},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
