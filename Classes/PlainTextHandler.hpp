@@ -21,9 +21,8 @@ namespace nimbo {
 /// - The text of the first title element, an empty line behind it; a later title is left out.
 ///
 /// Breaks
-/// - Two line feeds: p, h1 to h9, hr, div, table, blockquote. One: br, dd, dl, dt, li, ol, tr, ul. Always,
-/// start
-///   and end tag alike. td and th: a space unless the output ends in white space.
+/// - Two line feeds: p, h1 to h9, hr, div, table, blockquote. One: br, dd, dl, dt, li, ol, tr, ul. Each
+///   time, start and end tag alike. td and th: a space unless the output ends in white space.
 /// - Other blocks (article, caption, center, figure, form, main, pre, section ...) end the line in front of the
 ///   next text, unless a line begins there. Controls and embedded things (button, iframe, input, object,
 ///   option, select, svg, video ...) are apart from their neighbours by a space. All other tags break nothing:
@@ -33,26 +32,24 @@ namespace nimbo {
 /// White space
 /// - Blanks (units up to U+0020, the feeds) become one space, none at the beginning and the end of a line. A
 ///   no-break space stays. Soft hyphens go.
-/// - With `reformat`, within a text: two or more feeds become an empty line; a single one becomes a line feed
-/// in
-///   front of "/", ">", "}", "-" and space, else a space where the output does not end in white space; spaces
-///   become one.
+/// - With `reformat`, within a text: two or more feeds become an empty line; a single one becomes a line
+///   feed in front of "/", ">", "}", "-" and space, else a space where the output does not end in white
+///   space; spaces become one.
 /// - pre, listing, textarea, xmp and plaintext keep their white space; CR LF and CR become a line feed, and a
 ///   feed directly behind the start tag goes. In textarea, xmp and plaintext tags are text; in xmp and
 ///   plaintext, character references too.
 ///
 /// Words of attributes
-/// - alt of img, and of input of type image; value of input, but of types hidden, password, checkbox, radio,
-/// file,
-///   color, range and image. Of a select, the option that is selected, else the first; all with "multiple" or a
-///   size.
+/// - alt of img, and of input of type image; value of input, but of types hidden, password, checkbox,
+///   radio, file, color, range and image. Of a select, the option that is selected, else the first; all with
+///   "multiple" or a size.
 ///
 /// Character references are decoded in texts of more than 3 units, as the options say.
 ///
 /// Junk, with `removeJunk` (see PlainTextJunk.hpp)
 /// - Overlong texts; texts made of groups of signs; 20001 units without a break; elements that are hidden,
-/// outside
-///   the page, too small or in the body's colour. The date line of a feed's article goes too, but is no junk.
+///   outside the page, too small or in the body's colour. The date line of a feed's article goes too, but is
+///   no junk.
 bool PlainTextHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
                       std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
                       std::uint32_t textLocation, int kind, void *context);

@@ -115,11 +115,9 @@ const std::vector<Command> &markupCommands() {
       {"strip",
        "FILE",
        "markup without its tags, or without some of it",
-       "Prints the text of markup without its tags, entities as they are; with an option the markup without "
-       "what\n"
-       "the option names. FILE \"-\" is standard input. The options cannot be joined; --bodies and --except "
-       "may be\n"
-       "given more than once, and their names also stand for longer ones: \"h\" for \"h1\".",
+       "Prints the text of markup without its tags, entities as they are; with an option the markup without\n"
+       "what the option names. FILE \"-\" is standard input. The options cannot be joined; --bodies and\n"
+       "--except may be given more than once, and their names also stand for longer ones: \"h\" for \"h1\".",
        {{"tag", &CommandOptions::tag, "NAME", "remove only the tags of this name"},
         {"attributes", &CommandOptions::attributes, "NAME",
          "remove the attributes of tags, but for a link or source"},
@@ -132,12 +130,10 @@ const std::vector<Command> &markupCommands() {
       {"tags",
        "FILE",
        "what the markup scanner finds",
-       "Prints an array of what the scanner meets: \"kind\" (1 tag, 2 comment, 3 marked section), \"name\" "
-       "(null\n"
-       "when there is none), \"tag\" and \"text\" (the tag, and the text in front of it: location and length "
-       "in\n"
-       "UTF-16 units). The last entry stands for the end, with kind 0, and has the text behind the last tag.\n"
-       "FILE \"-\" is standard input.",
+       "Prints an array of what the scanner meets: \"kind\" (1 tag, 2 comment, 3 marked section), \"name\"\n"
+       "(null when there is none), \"tag\" and \"text\" (the tag, and the text in front of it: location and\n"
+       "length in UTF-16 units). The last entry stands for the end, with kind 0, and has the text behind the\n"
+       "last tag. FILE \"-\" is standard input.",
        {},
        1,
        1,
