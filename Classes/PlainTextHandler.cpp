@@ -164,6 +164,10 @@ class Step {
         record_.bodyCounter += depthChange_;
         if (depthChange_ != 0) elements_.isInNoscript = depthChange_ > 0;
         return;
+      case TagElement::kRawText:
+        // An element that ends is one tag, with its end tag in it.
+        if (depthChange_ > 0 && tag_.rfind(u"</") == tag_.npos) elements_.isInRawText = true;
+        return;
       case TagElement::kTitle:
         if (depthChange_ <= 0) return;
         elements_.isInTitle = true;

@@ -38,6 +38,8 @@ struct PlainTextRecord {
   struct Elements {
     bool isInNoframes = false;
     bool isInNoscript = false;
+    /// In a script or style that never ends.
+    bool isInRawText = false;
     bool isInTitle = false;
     std::uint32_t titleStart = 0;
     bool isInSelect = false;

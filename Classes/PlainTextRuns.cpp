@@ -81,7 +81,8 @@ void removeJunk(PlainTextRecord &record, const PlainTextWriter::Mark &begin, boo
 }  // namespace
 
 bool isPlaceOfText(const PlainTextRecord &record) {
-  return record.bodyCounter >= 1 && !record.elements.isInNoframes && !record.elements.isInNoscript;
+  const PlainTextRecord::Elements &elements = record.elements;
+  return record.bodyCounter >= 1 && !elements.isInNoframes && !elements.isInNoscript && !elements.isInRawText;
 }
 
 bool isTextShown(const PlainTextRecord &record) {

@@ -84,6 +84,8 @@ TEST(PlainText, WritesEachTextOnce) {
           {"<title>A\nB</title><body>c<title>d</title>e", "A B\n\nce"},
           {"<head><title></title></head>c", "c"},
           {"a<script>b</script><STYLE>c</STYLE><!-- d --><![CDATA[e]]>f", "af"},
+          {"a<script>b</scrip>c<p>d", "a"},
+          {"a<style>b<body>c", "ac"},
           {"a<noscript><p>b</noscript><noframes>c</noframes>d", "a d"},
           {"a<img alt='b &amp; c'>d<img src=e.png><input type=image alt=f>", "a b & c d f"},
           {"<input value=a><input type=SUBMIT value=b><input type=hidden value=c><input type=password value=d>",
