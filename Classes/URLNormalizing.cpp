@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/URLNormalizing.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+#include "Classes/CharacterSetRep.hpp"
+#include "Classes/EntityConversion.hpp"
+#include "Classes/URLEscapes.hpp"
+#include "Classes/URLEscaping.hpp"
+#include "Classes/URLStringParts.hpp"
+#include "Classes/UnicharSearches.hpp"
+#include "Classes/UnitBlocks.hpp"
+#include "Classes/UnitClasses.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// Whether a unit asks for a closer look. Without branches, for the loop over blocks.
+constexpr bool isSpecial(unichar c) {
+  return (c <= u' ') | (c >= 0x7f) | (c == u'"') | (c == u'%') | (c == u'&') | (c == u'<') | (c == u'>') |
+         (c == u'[') | (c == u'\\') | (c == u']');
+}
+
+/// What may not stand in a URL. "[" and "]" may in its host.
+constexpr bool isEscapedInURL(unichar c) {
+  return c <= u' ' || c == 0x7f || c == u'"' || c == u'<' || c == u'>' || c == u'[' || c == u'\\' || c == u']';
+}
+
+/// Line breaks and what looks like nothing. End of text is a feed elsewhere, and a control character here.
+constexpr bool isDropped(unichar c) {
+  return c == u'\t' || (isFeed(c) && c != 0x0003);
+}
+
+bool beginsWithEscapedQuote(std::u16string_view url) {
+  return url.starts_with(u"\\\"");
+}
+
+/// Without the quote at the end, if there is one, and the backslash before it.
+std::u16string_view withoutLastQuote(std::u16string_view url) {
+  if (!url.ends_with(u'"')) return url;
+  url.remove_suffix(1);
+  if (url.ends_with(u'\\')) url.remove_suffix(1);
+  return url;
+}
+
+/// Without what stands around the URL. When `marksEnd`, a quote or ">" ends it, unless its scheme's URLs are
+/// text.
+std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
+  const IsPartOfSet white = isWhite();
+  bool isQuoted = false, isBracketed = false;
+  for (; !url.empty(); url.remove_prefix(1)) {
+    if (beginsWithEscapedQuote(url)) url.remove_prefix(1);
+    const unichar first = url.front();
+    if (first == u'"')
+      isQuoted = true;
+    else if (first == u'<')
+      isBracketed = true;
+    else if (!white(first))
+      break;
+  }
+  if (marksEnd && !isTextScheme(url.substr(0, lengthOfScheme(url)))) {
+    const std::size_t mark = url.find_first_of(u"\">");
+    if (mark != url.npos)
+      url = url[mark] == u'"' ? withoutLastQuote(url.substr(0, mark + 1)) : url.substr(0, mark);
+  }
+  for (;;) {
+    while (!url.empty() && white(url.back())) url.remove_suffix(1);
+    const std::size_t length = url.size();
+    if (isQuoted) url = withoutLastQuote(url);
+    if (isBracketed && url.ends_with(u'>')) url.remove_suffix(1);
+    if (url.size() == length) return url;
+  }
+}
+
+/// Whether the "&" at `at` begins a parameter of a query: "&lang=en", where `lang` would otherwise be taken for
+/// a character's name.
+bool beginsParameter(std::u16string_view url, std::size_t at) {
+  const auto isPartOfName = [](unichar c) {
+    return (c >= u'0' && c <= u'9') || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z');
+  };
+  const auto end = std::find_if_not(url.begin() + static_cast<std::ptrdiff_t>(at) + 1, url.end(), isPartOfName);
+  return end != url.end() && *end == u'=';
+}
+
+/// Converts the character references in place and answers the length.
+std::uint32_t convertEntitiesOfURL(unichar *units, std::uint32_t length) {
+  std::uint32_t written = 0, read = 0;
+  const auto convertUpTo = [&](std::uint32_t end) {
+    const std::uint32_t count = convertEntities2Characters(units + written, units + written, read - written,
+                                                           end - written, true, false, false);
+    written += count;
+    read = end;
+  };
+  for (std::uint32_t at = 0; at < length; ++at) {
+    const std::uint32_t next = findUnichar(units + at, length - at, u'&');
+    if (next == NSNotFound) break;
+    at += next;
+    if (beginsParameter({units, length}, at)) convertUpTo(at + 1);
+  }
+  if (read < length) convertUpTo(length);
+  return written;
+}
+
+/// The IPv6 address in brackets that is the URL's host, or nothing.
+std::u16string_view bracketedHost(std::u16string_view url, const URLStringParts &parts) {
+  std::u16string_view host = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+  host.remove_prefix(startOfHost(host));
+  const std::size_t end = host.find(u']');
+  if (!host.starts_with(u'[') || end == host.npos) return {};
+  const std::u16string_view address = host.substr(1, end - 1);
+  const auto isPartOfAddress = [](unichar c) { return c == u':' || c == u'.' || valueOfHexDigit(c) >= 0; };
+  const bool isAddress = address.find(u':') != address.npos && std::ranges::all_of(address, isPartOfAddress);
+  return isAddress ? host.substr(0, end + 1) : std::u16string_view();
+}
+
+/// Writes the URL with "\" turned round and with escapes, and answers the length. `out` may lie before the URL
+/// if there are at least twice as many units between them.
+std::uint32_t writeEscapedURL(std::u16string_view url, unichar *out) {
+  const URLStringParts parts = partsOfURLString(url);
+  const std::u16string_view host = bracketedHost(url, parts);
+  const std::uint32_t slashesEnd = parts.isHierarchical ? parts.queryStart : 0;
+  const unichar *const start = out;
+  for (const unichar &unit : url) {
+    const bool isInHost = &unit >= host.data() && &unit < host.data() + host.size();
+    if (!isEscapedInURL(unit) || isInHost)
+      *out++ = unit;
+    else if (unit == u'\\' && &unit < url.data() + slashesEnd)
+      *out++ = u'/';
+    else
+      out = writeEscape(unit, out);
+  }
+  return static_cast<std::uint32_t>(out - start);
+}
+
+}  // namespace
+
+bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor) {
+  return length > 0 && !anyUnit(units, length, isSpecial) &&
+         !(trimAnchor && findUnichar(units, length, u'#') != NSNotFound);
+}
+
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out) {
+  if (isPlainURL(units, length, trimAnchor)) {
+    std::copy_n(units, length, out);
+    return length;
+  }
+  const std::u16string_view written = trimmedURL({units, length}, true);
+  // The URL is worked on at the end of `out`, so that it can grow towards there when it is written at the
+  // front.
+  unichar *const work = out + (kMaxURLGrowth - 1) * std::size_t{length};
+  auto workLength =
+      static_cast<std::uint32_t>(std::ranges::remove_copy_if(written, work, isDropped).out - work);
+  if (findUnichar(work, workLength, u'&') != NSNotFound) {
+    workLength = convertEntitiesOfURL(work, workLength);
+    workLength = static_cast<std::uint32_t>(std::remove_if(work, work + workLength, isDropped) - work);
+  }
+  std::u16string_view url(work, workLength);
+  if (trimAnchor) url = url.substr(0, url.find(u'#'));
+  url = trimmedURL(url, false);
+  unichar *const start = work + (url.data() - work);
+  return writeEscapedURL(
+      {start, convertPercentEscapesOfURL(start, static_cast<std::uint32_t>(url.size()), true)}, out);
+}
+
+}  // namespace nimbo
