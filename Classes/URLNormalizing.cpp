@@ -90,7 +90,7 @@ std::uint32_t convertEntitiesOfURL(unichar *units, std::uint32_t length) {
   std::uint32_t written = 0, read = 0;
   const auto convertUpTo = [&](std::uint32_t end) {
     const std::uint32_t count = convertEntities2Characters(units + written, units + written, read - written,
-                                                           end - written, true, false, false);
+                                                           end - read, true, false, false);
     written += count;
     read = end;
   };

@@ -224,7 +224,7 @@ TEST(URLNormalizing, StaysInsideItsBuffers) {
   // Every unit grows, and the results are longer than what fits the stack.
   for (const std::uint32_t length : {1u, 2u, 255u, 256u, 257u, 5000u}) {
     const std::u16string spaces(length, u'\x01'), brackets(length, u']');
-    for (const std::u16string &text : {u'a' + spaces, brackets, u"[" + spaces + u"&amp;%20\\"}) {
+    for (const std::u16string &text : {u'a' + spaces, brackets, u"&eacute;&a=[" + spaces + u"&amp;%20\\"}) {
       const ExactBuffer<unichar> source{std::u16string_view(text)};
       const auto count = static_cast<std::uint32_t>(text.size());
       const std::unique_ptr<unichar[]> out(new unichar[kMaxURLGrowth * count]);
