@@ -1,21 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/URLEscaping.hpp"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
+#include <string_view>
 #include <utility>
 
+#include "Classes/AsciiSetKernels.hpp"
 #include "Classes/URLEscapes.hpp"
 #include "Classes/UnicharSearches.hpp"
-#include "Classes/UnitBlocks.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {
 
 namespace {
 
-/// So many units are looked at one by one before a vector search for the next "%" pays.
+/// So many units are looked at one by one before a vector search for the next escape pays.
 constexpr std::uint32_t kNearby = 16;
+
+/// Where those from `start` on end.
+constexpr std::uint32_t nearEnd(std::uint32_t start, std::uint32_t end) {
+  return end - start < kNearby ? end : start + kNearby;
+}
 
 /// The value of the escape that `percent` begins, or -1.
 int valueOfEscape(const unichar *percent) {
@@ -25,7 +32,7 @@ int valueOfEscape(const unichar *percent) {
 
 /// The index of the first "%" from `start` on; `end` when there is none.
 std::uint32_t nextPercent(const unichar *units, std::uint32_t start, std::uint32_t end) {
-  for (const std::uint32_t near = end - start < kNearby ? end : start + kNearby; start < near; ++start)
+  for (const std::uint32_t near = nearEnd(start, end); start < near; ++start)
     if (units[start] == u'%') return start;
   const std::uint32_t found = findUnichar(units + start, end - start, u'%');
   return found == NSNotFound ? end : start + found;
@@ -55,49 +62,39 @@ bool isStandardValue(int value) {
   }
 }
 
-/// Whether `c` is one of the `count` units from `first` on.
-constexpr bool isWithin(unichar c, unichar first, unichar count) {
-  return static_cast<unichar>(c - first) < count;
+constexpr detail::AsciiSet kEscapedStandard = detail::AsciiSet::of(
+    [](unichar c) { return std::u16string_view(u" #$%&+/:;=?@").find(c) != std::u16string_view::npos; });
+
+constexpr detail::AsciiSet kEscapedASCII = detail::AsciiSet::of([](unichar c) {
+  const int small = c | 0x20;
+  return !(c >= u'0' && c <= u'9') && !(small >= u'a' && small <= u'z');
+});
+
+/// The index of the first unit of the set from `start` on; `end` when there is none.
+std::uint32_t nextEscaped(const unichar *units, std::uint32_t start, std::uint32_t end,
+                          const detail::AsciiSet &set) {
+  for (const std::uint32_t near = nearEnd(start, end); start < near; ++start)
+    if (set.contains(units[start])) return start;
+  return start + static_cast<std::uint32_t>(detail::findOneOfAsciiSet(units + start, end - start, set));
 }
 
-/// The predicates have no branches, so that the loops over blocks become vector code.
-constexpr bool isEscapedStandard(unichar c) {
-  return (c == u' ') | isWithin(c, u'#', 4) | (c == u'+') | (c == u'/') | isWithin(c, u':', 2) | (c == u'=') |
-         isWithin(c, u'?', 2);
-}
-
-constexpr bool isEscapedASCII(unichar c) {
-  const auto small = static_cast<unichar>(c | 0x20);
-  return (c < 128) & !isWithin(c, u'0', 10) & !isWithin(small, u'a', 26);
-}
-
-template <class Predicate>
-NSString stringByEscaping(const NSString &string, Predicate isEscaped) {
+NSString stringByEscaping(const NSString &string, const detail::AsciiSet &set) {
   const unichar *const units = string.characters();
   const std::uint32_t length = string.length();
-  const std::size_t count = countUnits(units, length, isEscaped);
-  if (count == 0) return NSString::stringWithCharacters(units, length);
+  const std::size_t count = detail::countOneOfAsciiSet(units, length, set);
   const std::size_t escapedLength = length + count * (kEscapeLength - 1);
+  if (count == 0) return NSString::stringWithCharacters(units, length);
   if (escapedLength > NSNotFound) return string;
   NSMutableString escaped;
   escaped.setLength(static_cast<std::uint32_t>(escapedLength));
   unichar *out = escaped.mutableCharacters();
-  for (std::uint32_t i = 0; i < length;) {
-    if (length - i >= kUnitBlock && !anyUnitOfBlock(units + i, isEscaped)) {
-      std::memcpy(out, units + i, kUnitBlock * sizeof(unichar));
-      out += kUnitBlock;
-      i += kUnitBlock;
-      continue;
-    }
-    const std::uint32_t end = length - i < kUnitBlock ? length : i + static_cast<std::uint32_t>(kUnitBlock);
-    for (; i < end; ++i) {
-      if (isEscaped(units[i]))
-        out = writeEscape(units[i], out);
-      else
-        *out++ = units[i];
-    }
+  for (std::uint32_t read = 0;;) {
+    const std::uint32_t next = nextEscaped(units, read, length, set);
+    out = std::copy_n(units + read, next - read, out);
+    if (next == length) return std::move(escaped).string();
+    out = writeEscape(units[next], out);
+    read = next + 1;
   }
-  return std::move(escaped).string();
 }
 
 }  // namespace
@@ -140,7 +137,7 @@ std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, b
 NSString stringByAddingPercentEscapesToURL(const NSString &string, bool standard) {
   if (string.length() == 0) return string;
   try {
-    return standard ? stringByEscaping(string, isEscapedStandard) : stringByEscaping(string, isEscapedASCII);
+    return stringByEscaping(string, standard ? kEscapedStandard : kEscapedASCII);
   } catch (const std::bad_alloc &) {
     return string;
   }

@@ -5,29 +5,29 @@
 #include <cstddef>
 #include <string_view>
 
+#include "Classes/AsciiSetKernels.hpp"
 #include "Classes/CharacterSetRep.hpp"
 #include "Classes/EntityConversion.hpp"
 #include "Classes/URLEscapes.hpp"
 #include "Classes/URLEscaping.hpp"
 #include "Classes/URLStringParts.hpp"
 #include "Classes/UnicharSearches.hpp"
-#include "Classes/UnitBlocks.hpp"
 #include "Classes/UnitClasses.hpp"
 
 namespace nimbo {
 
 namespace {
 
-/// Whether a unit asks for a closer look. Without branches, for the loop over blocks.
-constexpr bool isSpecial(unichar c) {
-  return (c <= u' ') | (c >= 0x7f) | (c == u'"') | (c == u'%') | (c == u'&') | (c == u'<') | (c == u'>') |
-         (c == u'[') | (c == u'\\') | (c == u']');
-}
-
 /// What may not stand in a URL. "[" and "]" may in its host.
 constexpr bool isEscapedInURL(unichar c) {
   return c <= u' ' || c == 0x7f || c == u'"' || c == u'<' || c == u'>' || c == u'[' || c == u'\\' || c == u']';
 }
+
+/// What asks for a closer look; with the anchor, too, when it is trimmed.
+constexpr auto kSpecial = [](unichar c) { return isEscapedInURL(c) || c == u'%' || c == u'&'; };
+constexpr detail::AsciiSet kSpecialUnits = detail::AsciiSet::of(kSpecial, true);
+constexpr detail::AsciiSet kSpecialUnitsAndAnchor =
+    detail::AsciiSet::of([](unichar c) { return kSpecial(c) || c == u'#'; }, true);
 
 /// Line breaks and what looks like nothing. End of text is a feed elsewhere, and a control character here.
 constexpr bool isDropped(unichar c) {
@@ -138,8 +138,8 @@ std::uint32_t writeEscapedURL(std::u16string_view url, unichar *out) {
 }  // namespace
 
 bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor) {
-  return length > 0 && !anyUnit(units, length, isSpecial) &&
-         !(trimAnchor && findUnichar(units, length, u'#') != NSNotFound);
+  const detail::AsciiSet &special = trimAnchor ? kSpecialUnitsAndAnchor : kSpecialUnits;
+  return length > 0 && detail::findOneOfAsciiSet(units, length, special) == length;
 }
 
 std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out) {
