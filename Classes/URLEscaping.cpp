@@ -81,9 +81,10 @@ std::uint32_t nextEscaped(const unichar *units, std::uint32_t start, std::uint32
 NSString stringByEscaping(const NSString &string, const detail::AsciiSet &set) {
   const unichar *const units = string.characters();
   const std::uint32_t length = string.length();
-  const std::size_t count = detail::countOneOfAsciiSet(units, length, set);
+  const std::size_t first = detail::findOneOfAsciiSet(units, length, set);
+  if (first == length) return NSString::stringWithCharacters(units, length);
+  const std::size_t count = detail::countOneOfAsciiSet(units + first, length - first, set);
   const std::size_t escapedLength = length + count * (kEscapeLength - 1);
-  if (count == 0) return NSString::stringWithCharacters(units, length);
   if (escapedLength > NSNotFound) return string;
   NSMutableString escaped;
   escaped.setLength(static_cast<std::uint32_t>(escapedLength));

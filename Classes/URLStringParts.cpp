@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "Classes/UnicharKernels.hpp"
+
 namespace nimbo {
 
 namespace {
@@ -49,9 +51,13 @@ URLStringParts partsOfURLString(std::u16string_view url) {
   const std::u16string_view scheme = url.substr(0, parts.schemeLength);
   parts.isHierarchical = scheme.empty() || isWebScheme(scheme);
   parts.isText = isTextScheme(scheme);
-  parts.fragmentStart = static_cast<std::uint32_t>(std::min(url.find(u'#'), url.size()));
+  const auto lengthBefore = [](std::u16string_view units, unichar c) {
+    return static_cast<std::uint32_t>(
+        detail::findOneOfChoice(units.data(), units.size(), detail::UnicharChoice::only(c)));
+  };
+  parts.fragmentStart = lengthBefore(url, u'#');
   url = url.substr(0, parts.fragmentStart);
-  parts.queryStart = static_cast<std::uint32_t>(std::min(url.find(u'?'), url.size()));
+  parts.queryStart = lengthBefore(url, u'?');
   url = url.substr(0, parts.queryStart);
 
   const auto isSlash = [&](unichar c) { return c == u'/' || (c == u'\\' && parts.isHierarchical); };
