@@ -38,33 +38,13 @@ std::uint32_t nextPercent(const unichar *units, std::uint32_t start, std::uint32
   return found == NSNotFound ? end : start + found;
 }
 
-/// What the standard unescaping decodes always.
-bool isStandardValue(int value) {
-  switch (value) {
-    case '\t':
-    case '\n':
-    case '\r':
-    case ' ':
-    case '$':
-    case '%':
-    case '&':
-    case '\'':
-    case '+':
-    case '/':
-    case ':':
-    case ';':
-    case '=':
-    case '@':
-    case '~':
-      return true;
-    default:
-      return false;
-  }
+constexpr detail::AsciiSet setOf(std::u16string_view units) {
+  return detail::AsciiSet::of([units](unichar c) { return units.find(c) != units.npos; });
 }
 
-constexpr detail::AsciiSet kEscapedStandard = detail::AsciiSet::of(
-    [](unichar c) { return std::u16string_view(u" #$%&+/:;=?@").find(c) != std::u16string_view::npos; });
-
+/// What the standard unescaping decodes always.
+constexpr detail::AsciiSet kDecodedStandard = setOf(u"\t\n\r $%&'+/:;=@~");
+constexpr detail::AsciiSet kEscapedStandard = setOf(u" #$%&+/:;=?@");
 constexpr detail::AsciiSet kEscapedASCII = detail::AsciiSet::of([](unichar c) {
   const int small = c | 0x20;
   return !(c >= u'0' && c <= u'9') && !(small >= u'a' && small <= u'z');
@@ -109,7 +89,7 @@ std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, b
   const auto isDecoded = [&](int value) {
     if (value < 0) return false;
     if (!standard) return value < 128;
-    if (value != '?') return isStandardValue(value);
+    if (value != '?') return kDecodedStandard.contains(static_cast<unichar>(value));
     if (question == Question::kUnknown)
       question = findUnichar(units, length, u'?') == NSNotFound ? Question::kDecode : Question::kKeep;
     return question == Question::kDecode;
