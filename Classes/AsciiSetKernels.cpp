@@ -103,11 +103,13 @@ HWY_ATTR std::size_t count(D d, const unichar *units, std::size_t length, const 
 }
 
 std::size_t findInSet(const unichar *units, std::size_t length, const AsciiSet &set) {
-  return length >= hn::Lanes(Wide()) ? find(Wide(), units, length, set) : find(Narrow(), units, length, set);
+  if (length >= hn::Lanes(Wide())) return find(Wide(), units, length, set);
+  return find(Narrow(), units, length, set);
 }
 
 std::size_t countInSet(const unichar *units, std::size_t length, const AsciiSet &set) {
-  return length >= hn::Lanes(Wide()) ? count(Wide(), units, length, set) : count(Narrow(), units, length, set);
+  if (length >= hn::Lanes(Wide())) return count(Wide(), units, length, set);
+  return count(Narrow(), units, length, set);
 }
 
 #endif

@@ -2,6 +2,7 @@
 #include "Classes/NSString+HtmlExtensions+URLs.hpp"
 
 #include <array>
+#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -28,7 +29,7 @@ NSString normalizedStringURL(const NSString &string, bool trimAnchor) {
     return url == string.view() ? string : NSString::stringWithCharacters(url);
   };
   if (length <= kStackLength) {
-    std::array<unichar, kMaxURLGrowth * kStackLength> out;
+    std::array<unichar, std::size_t{kMaxURLGrowth} * kStackLength> out;
     return result({out.data(), normalizeURLUnits(units, length, trimAnchor, out.data())});
   }
   NSMutableString out;
@@ -41,7 +42,7 @@ NSString normalizedStringURL(const NSString &string) {
 }
 
 NSString normalizedRelLink(const NSString &string) {
-  const NSString url = normalizedStringURL(string);
+  NSString url = normalizedStringURL(string);
   if (!url || url.view().front() == u'.' || url.view().front() == u'/' ||
       url.view().find(u"://") != std::u16string_view::npos) {
     return url;

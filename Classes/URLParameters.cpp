@@ -10,8 +10,8 @@ namespace nimbo {
 namespace {
 
 struct URLName {
-  URLNameKind kind;
   std::u16string_view name;
+  URLNameKind kind;
   bool isPrefix;
 };
 
