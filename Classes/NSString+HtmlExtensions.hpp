@@ -3,3 +3,4 @@
 
 #include "Classes/NSString+HtmlExtensions+Entities.hpp"
 #include "Classes/NSString+HtmlExtensions+Stripping.hpp"
+#include "Classes/NSString+HtmlExtensions+URLs.hpp"
