@@ -6,7 +6,6 @@
 #include "Classes/CharacterSetRep.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Comparing.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
-#include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 
@@ -30,15 +29,6 @@ bool hasExtensionOf(const NSString &path, std::span<const NSString> entries) {
   return own.length() > 0 && std::any_of(entries.begin(), entries.end(), [&](const NSString &entry) {
            return isEqualToStringNoCase(own, entry);
          });
-}
-
-bool hasTypeOf(const NSString &path, std::span<const NSString> entries) {
-  const auto isType = [](const NSString &entry) {
-    return entry.view().find(u'.') != std::u16string_view::npos;
-  };
-  if (std::none_of(entries.begin(), entries.end(), isType)) return false;
-  const NSString type = LSCopyItemContentType(path);
-  return type && std::find(entries.begin(), entries.end(), type) != entries.end();
 }
 
 }  // namespace
@@ -74,11 +64,6 @@ NSString pathMatchingExtensions(const NSString &path, std::span<const NSString> 
     if (NSFileManager::fileExistsAtPath(candidate)) return candidate;
   }
   return NSString();
-}
-
-NSString pathMatchingExtensionsOrTypes(const NSString &path, std::span<const NSString> extensionsOrTypes) {
-  if (path.length() > 0 && hasTypeOf(path, extensionsOrTypes)) return path;
-  return pathMatchingExtensions(path, extensionsOrTypes);
 }
 
 }  // namespace NSStringNimboPathExtensions

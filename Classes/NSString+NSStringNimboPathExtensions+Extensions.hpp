@@ -27,10 +27,5 @@ NSString stringByAppendingPathExtensionIfNecessary(const NSString &path, const N
 /// order of the extensions, that comes of appending one and at which something exists. Nil when there is none.
 NSString pathMatchingExtensions(const NSString &path, std::span<const NSString> extensions);
 
-/// The same where the list may hold uniform type identifiers, too, which are known by their full stop: the path
-/// itself also matches when what stands there has exactly one of these types. Four-character codes in
-/// apostrophes match nothing, as files have none here. Not thread-safe.
-NSString pathMatchingExtensionsOrTypes(const NSString &path, std::span<const NSString> extensionsOrTypes);
-
 }  // namespace NSStringNimboPathExtensions
 }  // namespace nimbo
