@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <random>
+#include <ranges>
+#include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "Classes/NSString+NSStringNimboPathExtensions+NaturalOrder.hpp"
@@ -18,31 +21,12 @@ int sign(std::int64_t number) {
 
 TEST(NaturalOrder, OrdersNumbersByTheirValue) {
   // Each stands before the next.
-  const std::vector<NSString> names{u""_ns,
-                                    u"0"_ns,
-                                    u"00"_ns,
-                                    u"1"_ns,
-                                    u"01"_ns,
-                                    u"001"_ns,
-                                    u"2"_ns,
-                                    u"10"_ns,
-                                    u"10a"_ns,
-                                    u"010"_ns,
-                                    u":"_ns,
-                                    u"a"_ns,
-                                    u"a b"_ns,
-                                    u"a7"_ns,
-                                    u"a7b"_ns,
-                                    u"a007"_ns,
-                                    u"a007a"_ns,
-                                    u"a9"_ns,
-                                    u"a10"_ns,
-                                    u"a18446744073709551615"_ns,
-                                    u"a18446744073709551616"_ns,
-                                    u"a018446744073709551616"_ns,
-                                    u"a99999999999999999999999"_ns,
-                                    u"a\u0661"_ns,
-                                    u"b"_ns};
+  constexpr std::string_view kNames =
+      " 0 00 1 01 001 2 10 10a 010 : a a7 a7b a007 a007a a9 a10 a18446744073709551615 a18446744073709551616 "
+      "a018446744073709551616 a99999999999999999999999 a_ b";
+  std::vector<NSString> names;
+  for (const auto &name : std::views::split(kNames, ' '))
+    names.push_back(NSString::stringWithUTF8String(std::string_view(name.begin(), name.end())));
   for (std::size_t i = 0; i < names.size(); ++i)
     for (std::size_t j = 0; j < names.size(); ++j)
       EXPECT_EQ(sign(compareWithLastPathComponent(names[i], names[j])), (i > j) - (i < j))
@@ -104,33 +88,30 @@ TEST(Sorting, EveryComparisonIsAnOrder) {
 }
 
 TEST(Sorting, ComparesAsTheNamesSay) {
-  struct Case {
-    NSComparisonResult (*compare)(const NSString &, const NSString &);
-    NSString a, b;
-    NSComparisonResult result;
+  using Comparison = NSComparisonResult (*)(const NSString &, const NSString &);
+  /// The first string stands before the second.
+  const std::tuple<Comparison, NSString, NSString> ascending[] = {
+      {sortAscending, u"B"_ns, u"a"_ns},
+      {sortDescending, u"a"_ns, u"B"_ns},
+      {sortCaseInsensitiveAscending, NSString(), u"B"_ns},
+      {sortCaseInsensitiveDescending, u"B"_ns, u"a"_ns},
+      {sortLocalizedCaseInsensitiveAscending, u"\u00e4b"_ns, u"az"_ns},
+      {sortLocalizedCaseInsensitiveDescending, u"b"_ns, NSString()},
+      {sortAscendingByLength, u"b"_ns, u"aa"_ns},
+      {sortDescendingByLength, u"abc"_ns, u"ab"_ns},
+      {sortDescendingByLength, u"ab"_ns, u"AC"_ns},
+      {comparePaths, u"/z/z"_ns, u"/a/a/a"_ns},
+      {comparePaths, u"/a/B/c"_ns, u"/A/b/D"_ns},
   };
-  const Case cases[] = {
-      {sortAscending, u"B"_ns, u"a"_ns, NSOrderedAscending},
-      {sortDescending, u"B"_ns, u"a"_ns, NSOrderedDescending},
-      {sortCaseInsensitiveAscending, u"B"_ns, u"a"_ns, NSOrderedDescending},
-      {sortCaseInsensitiveAscending, u"\u00c4"_ns, u"\u00e4"_ns, NSOrderedSame},
-      {sortCaseInsensitiveDescending, u"B"_ns, u"a"_ns, NSOrderedAscending},
-      {sortLocalizedCaseInsensitiveAscending, u"\u00e4b"_ns, u"az"_ns, NSOrderedAscending},
-      {sortLocalizedCaseInsensitiveAscending, u"AB"_ns, u"ab"_ns, NSOrderedSame},
-      {sortLocalizedCaseInsensitiveAscending, u"e\u0301"_ns, u"\u00c9"_ns, NSOrderedSame},
-      {sortLocalizedCaseInsensitiveDescending, u"a"_ns, u"b"_ns, NSOrderedDescending},
-      {sortAscendingByLength, u"b"_ns, u"aa"_ns, NSOrderedAscending},
-      {sortDescendingByLength, u"abc"_ns, u"ab"_ns, NSOrderedAscending},
-      {sortDescendingByLength, u"AB"_ns, u"ab"_ns, NSOrderedSame},
-      {sortDescendingByLength, u"ab"_ns, u"AC"_ns, NSOrderedAscending},
-      {comparePaths, u"/z/z"_ns, u"/a/a/a"_ns, NSOrderedAscending},
-      {comparePaths, u"/a/B/c"_ns, u"/A/b/D"_ns, NSOrderedAscending},
-      {comparePaths, u"/a//b"_ns, u"/A/B"_ns, NSOrderedSame},
-      {sortAscending, NSString(), u""_ns, NSOrderedSame},
-      {sortLocalizedCaseInsensitiveAscending, NSString(), u"a"_ns, NSOrderedAscending},
-  };
-  for (const Case &each : cases)
-    EXPECT_EQ(each.compare(each.a, each.b), each.result) << each.a.UTF8String() << " " << each.b.UTF8String();
+  for (const auto &[compare, first, second] : ascending) {
+    EXPECT_EQ(compare(first, second), NSOrderedAscending) << first.UTF8String() << " " << second.UTF8String();
+    EXPECT_EQ(compare(second, first), NSOrderedDescending) << first.UTF8String() << " " << second.UTF8String();
+  }
+  for (const auto compare :
+       {sortCaseInsensitiveAscending, sortLocalizedCaseInsensitiveAscending, sortDescendingByLength})
+    EXPECT_EQ(compare(u"A\u00c4"_ns, u"a\u00e4"_ns), NSOrderedSame);
+  EXPECT_EQ(sortLocalizedCaseInsensitiveAscending(u"e\u0301"_ns, u"\u00c9"_ns), NSOrderedSame);
+  EXPECT_EQ(comparePaths(u"/a//b"_ns, u"/A/B"_ns), NSOrderedSame);
 }
 
 }  // namespace

