@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboPathExtensions+FileNames.hpp"
 
+#include <utility>
+
 #include "Classes/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/UnitEditing.hpp"
 
@@ -21,9 +23,10 @@ NSString stringByCreatingFileSystemRepresentation(const NSString &string) {
 
 NSString stringByCreatingFileSystemRepresentationByAppendingExtension(const NSString &string,
                                                                       const NSString &extension) {
-  return stringByEditing(string, [&](NSMutableString &copy) {
-    createFileSystemRepresentationAndAppendExtension(copy, extension);
-  });
+  if (!string) return string;
+  NSMutableString copy(string);
+  createFileSystemRepresentationAndAppendExtension(copy, extension);
+  return copy.view() == string.view() ? string : std::move(copy).string();
 }
 
 }  // namespace NSStringNimboPathExtensions

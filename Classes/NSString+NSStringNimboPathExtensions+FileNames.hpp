@@ -7,7 +7,7 @@ namespace nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 // What the functions of `NSMutableString+NSStringNimboPathExtensions.hpp` do in place; the string itself when
-// that changes nothing. Nil for nil, and "" for "" whatever the extension.
+// that changes nothing. Nil for nil.
 
 NSString stringByTrimmingInvalidFilenameCharacters(const NSString &string);
 NSString stringByCreatingFilename(const NSString &string);

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Classes/CharacterTables.hpp"
+#include "Classes/UnitClasses.hpp"
 
 namespace nimbo {
 namespace {
@@ -55,10 +56,6 @@ std::int32_t naturalCompare(const NSString &name, const NSString &other, Map map
   return whole;
 }
 
-auto entriesOf(const unichar *table) {
-  return [table](unichar c) { return table[c]; };
-}
-
 }  // namespace
 
 inline namespace NSStringNimboPathExtensions {
@@ -68,12 +65,12 @@ std::int32_t compareWithLastPathComponent(const NSString &name, const NSString &
 }
 
 std::int32_t caseInsensitiveCompareWithLastPathComponent(const NSString &name, const NSString &other) {
-  return naturalCompare(name, other, entriesOf(initUpperCharsTable()));
+  return naturalCompare(name, other, EntryOf{initUpperCharsTable()});
 }
 
 std::int32_t nonUmlautedCaseInsensitiveCompareWithLastPathComponent(const NSString &name,
                                                                     const NSString &other) {
-  return naturalCompare(name, other, entriesOf(initUpperUmlautsCharsTable()));
+  return naturalCompare(name, other, EntryOf{initUpperUmlautsCharsTable()});
 }
 
 }  // namespace NSStringNimboPathExtensions

@@ -37,11 +37,9 @@ TEST(NaturalOrder, OrdersNumbersByTheirValue) {
 }
 
 TEST(NaturalOrder, FoldsAsAsked) {
-  EXPECT_NE(compareWithLastPathComponent(u"A\u00c4"_ns, u"a\u00e4"_ns), 0);
-  EXPECT_EQ(caseInsensitiveCompareWithLastPathComponent(u"A\u00c4"_ns, u"a\u00e4"_ns), 0);
-  EXPECT_NE(caseInsensitiveCompareWithLastPathComponent(u"A\u00c4"_ns, u"aa"_ns), 0);
+  EXPECT_LT(compareWithLastPathComponent(u"A\u00c410"_ns, u"a\u00e49"_ns), 0);
+  EXPECT_GT(caseInsensitiveCompareWithLastPathComponent(u"A\u00c410"_ns, u"a\u00e49"_ns), 0);
   EXPECT_EQ(nonUmlautedCaseInsensitiveCompareWithLastPathComponent(u"A\u00c4"_ns, u"aa"_ns), 0);
-  EXPECT_LT(nonUmlautedCaseInsensitiveCompareWithLastPathComponent(u"\u00c49"_ns, u"a10"_ns), 0);
 }
 
 /// Strings that collide often: of few units, short.
@@ -95,7 +93,7 @@ TEST(Sorting, ComparesAsTheNamesSay) {
       {sortDescending, u"a"_ns, u"B"_ns},
       {sortCaseInsensitiveAscending, NSString(), u"B"_ns},
       {sortCaseInsensitiveDescending, u"B"_ns, u"a"_ns},
-      {sortLocalizedCaseInsensitiveAscending, u"\u00e4b"_ns, u"az"_ns},
+      {sortLocalizedCaseInsensitiveAscending, u"\u00e9"_ns, u"Z"_ns},
       {sortLocalizedCaseInsensitiveDescending, u"b"_ns, NSString()},
       {sortAscendingByLength, u"b"_ns, u"aa"_ns},
       {sortDescendingByLength, u"abc"_ns, u"ab"_ns},
