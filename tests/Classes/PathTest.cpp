@@ -179,8 +179,7 @@ TEST(Paths, HaveAFormWithColonsAndComeBack) {
 
 TEST(Base64, IsWrittenPlainAndReadWithTolerance) {
   const NSString long_ = repeated(u"line of text \u00e4\U0001f600\0"_ns, 1000);
-  for (const NSString &text : {u""_ns, u"f"_ns, u"fo"_ns, long_})
-    EXPECT_EQ(decodebase64(encodebase64(text)), text);
+  EXPECT_EQ(decodebase64(encodebase64(long_)), long_);
   EXPECT_EQ(encodebase64(long_).view().find(u'\n'), std::u16string_view::npos);
   expectEach({u"f"_ns, u"Zg=="_ns, u"fo"_ns, u"Zm8="_ns, u"\u00e4\U0001f600\0"_ns, u"w6Twn5iAAA=="_ns},
              encodebase64);
