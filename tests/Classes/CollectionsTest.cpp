@@ -89,10 +89,11 @@ TEST(Arrays, MoveInsertAndCopy) {
   EXPECT_EQ(moved(0, 1), abc);
   EXPECT_EQ(moved(7, 7), abc);
   EXPECT_FALSE(moved(0, 3) || moved(3, 0));
-  NSArray array{1, 2};
+  NSArray array{1, 2, 3};
+  array.reserve(8);  // Room to move its own objects in.
   insertObjectsFromArray(array, array, 1);
-  insertObjectsFromArray(array, abc, 5);
-  EXPECT_EQ(array, (NSArray{1, 1, 2, 2}));
+  insertObjectsFromArray(array, abc, 7);
+  EXPECT_EQ(array, (NSArray{1, 1, 2, 3, 2, 3}));
   setCount(array, 9);
   setCount(array, 3);
   addObjects(array, {3, id(), 4});
