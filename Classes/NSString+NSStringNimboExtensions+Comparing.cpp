@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Classes/CharacterTables.hpp"
+#include "Classes/UnitClasses.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 
 namespace nimbo {
@@ -19,11 +20,6 @@ bool isRangeEqual(const NSString &string, NSRange range, const NSString &other, 
   const std::u16string_view part = string.view().substr(range.location, range.length), expected = other.view();
   return std::equal(part.begin(), part.end(), expected.begin(),
                     [&](unichar a, unichar b) { return map(a) == map(b); });
-}
-
-/// A map of units by a table.
-auto entriesOf(const unichar *table) {
-  return [table](unichar c) { return table[c]; };
 }
 
 bool isAnchored(const NSString &string, const NSString &part, std::uint32_t direction) {
@@ -74,7 +70,7 @@ bool rangeIsEqualTo(const NSString &string, NSRange range, const NSString &other
 }
 
 bool rangeIsEqualToNoCase(const NSString &string, NSRange range, const NSString &other) {
-  return isRangeEqual(string, range, other, entriesOf(initUpperCharsTable()));
+  return isRangeEqual(string, range, other, EntryOf{initUpperCharsTable()});
 }
 
 bool rangeIsAsciiEqualToNoCase(const NSString &string, NSRange range, const NSString &other) {
@@ -82,7 +78,7 @@ bool rangeIsAsciiEqualToNoCase(const NSString &string, NSRange range, const NSSt
 }
 
 bool rangeIsNonUmlautedEqualToNoCase(const NSString &string, NSRange range, const NSString &other) {
-  return isRangeEqual(string, range, other, entriesOf(initUpperUmlautsCharsTable()));
+  return isRangeEqual(string, range, other, EntryOf{initUpperUmlautsCharsTable()});
 }
 
 bool isAsciiEqualToStringNoCase(const NSString &string, const NSString &other) {

@@ -62,4 +62,10 @@ struct IsUnit {
   constexpr bool operator()(unichar c) const noexcept { return c == unit; }
 };
 
+/// A map of units by a table of `CharacterTables.hpp`, which it borrows.
+struct EntryOf {
+  const unichar *table;
+  unichar operator()(unichar c) const noexcept { return table[c]; }
+};
+
 }  // namespace nimbo

@@ -28,6 +28,50 @@ TEST(NSPathUtilities, TakesPathsApartAndJoinsThem) {
     EXPECT_EQ(stringByAppendingPathComponent(text(path), text(component)).UTF8String(), whole);
 }
 
+TEST(NSPathUtilities, KnowsNamesAndFolders) {
+  // The path, its last component, folder, form without and with one more extension, and components.
+  const std::string_view cases[][6] = {
+      {"/tmp/scratch.tiff", "scratch.tiff", "/tmp", "/tmp/scratch", "/tmp/scratch.tiff.x",
+       "/|tmp|scratch.tiff|"},
+      {"/tmp//a/", "a", "/tmp", "/tmp//a", "/tmp//a.x", "/|tmp|a|/|"},
+      {"//", "/", "/", "/", "//", "/|"},
+      {"a..b", "a..b", "", "a.", "a..b.x", "a..b|"},
+      {"x/.b", ".b", "x", "x/.b", "x/.b.x", "x|.b|"},
+      {"", "", "", "", "", ""},
+  };
+  for (const auto &[given, last, folder, withoutExtension, extended, components] : cases) {
+    const NSString path = text(given);
+    EXPECT_EQ(lastPathComponent(path).UTF8String(), last) << given;
+    EXPECT_EQ(stringByDeletingLastPathComponent(path).UTF8String(), folder) << given;
+    EXPECT_EQ(stringByDeletingPathExtension(path).UTF8String(), withoutExtension) << given;
+    EXPECT_EQ(stringByAppendingPathExtension(path, u"x"_ns).UTF8String(), extended) << given;
+    std::string joined;
+    for (const NSString &name : pathComponents(path)) joined += name.UTF8String() + "|";
+    EXPECT_EQ(joined, components) << given;
+  }
+}
+
+TEST(NSPathUtilities, StandardizesAlongRealFolders) {
+  const TemporaryFolder folder;
+  const std::filesystem::path real = std::filesystem::canonical(folder.path());
+  std::filesystem::create_directories(real / "deep/down");
+  std::filesystem::create_symlink("deep/down", real / "link");
+  const std::string base = real.native();
+  const std::string home = NSHomeDirectory().UTF8String();
+  const std::pair<std::string, std::string> cases[] = {
+      {base + "/link/../x", base + "/deep/x"},  // Not what the names say.
+      {base + "/link/none/../x/", base + "/link/x"},
+      {base + "//deep/./none/../..", base},
+      {"/../..", "/"},
+      {"a/.././b//", "a/../b"},
+      {"~/./x", home + "/x"},
+  };
+  for (const auto &[path, standard] : cases)
+    EXPECT_EQ(stringByStandardizingPath(text(path)).UTF8String(), standard) << path;
+  EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(home + "/x")), u"~/x"_ns);
+  EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(home + "x")).UTF8String(), home + "x");
+}
+
 TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
   const std::string home = NSHomeDirectory().UTF8String();
   EXPECT_EQ(stringByExpandingTildeInPath(u"~/x"_ns).UTF8String(), home + "/x");
