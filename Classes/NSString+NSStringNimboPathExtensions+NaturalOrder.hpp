@@ -10,9 +10,8 @@ inline namespace NSStringNimboPathExtensions {
 
 // The natural order of file names, in which "file9" stands before "file10". The answer is negative, 0 or
 // positive. The two are walked in step from their beginnings:
-// - Where both have a run of the digits "0" to "9", the smaller number comes first, whatever its length; of
-// equal
-//   numbers the one with fewer leading zeros, at once.
+// - Where both have a run of the digits "0" to "9", the smaller number comes first, whatever its length;
+//   of equal numbers the one with fewer leading zeros, at once.
 // - Else units are compared one by one, by their difference; a digit against another unit, too.
 // - When either ends, the difference of the lengths decides: what is the beginning of the other comes first.
 // This is a total order of the names (of their foldings); 0 means the same units (the same foldings). A nil

@@ -28,9 +28,8 @@ bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor);
 ///   a parameter of a query. Then the first two steps apply again, but now a quote ends nothing.
 /// - With `trimAnchor`, the first "#" and what follows is dropped.
 /// - Escapes are converted (`convertPercentEscapesOfURL`, standard).
-/// - "\" becomes "/" before the first "?" or "#", in relative URLs and in those of the schemes http, https,
-/// ftp,
-///   ftps, sftp, feed and file.
+/// - "\" becomes "/" before the first "?" or "#", in relative URLs and in those of the schemes http,
+///   https, ftp, ftps, sftp, feed and file.
 /// - What remains of white, control characters, quotes, "<", ">", "\", and of "[" and "]" outside the host, is
 ///   escaped: " " becomes "%20". Units above U+007F stay.
 std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out);

@@ -23,9 +23,8 @@ class HelperClient {
     bool startsHelper = true;
     /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
     bool endsHungHelper = true;
-    /// The helper program. Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or
-    /// in
-    /// ../libexec/quiverleaf.
+    /// The helper program. Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program
+    /// or in ../libexec/quiverleaf.
     std::string helperPath;
   };
 

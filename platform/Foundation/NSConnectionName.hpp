@@ -6,9 +6,8 @@
 
 namespace nimbo {
 
-/// Where named connections live: a name is a Unix stream socket of exactly that name in the runtime folder,
-/// which is
-/// `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary folder. The
+/// Where named connections live: a name is a Unix stream socket of exactly that name in the runtime folder.
+/// That is `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary folder. The
 /// folder is made with mode 0700 when it is missing; one that belongs to another user, or that others may write
 /// to, is refused, and so is a relative path, which would not mean the same to every process.
 

@@ -16,8 +16,7 @@ NSString NSHomeDirectory();
 NSString NSTemporaryDirectory();
 
 /// A leading "~" that ends the path or stands before a "/" becomes the home folder; any other path, one that
-/// begins with
-/// "~user" among them, is answered itself.
+/// begins with "~user" among them, is answered itself.
 NSString stringByExpandingTildeInPath(const NSString &path);
 
 /// The reverse: "~" instead of the home folder, where that is the whole path or stands before a "/".
