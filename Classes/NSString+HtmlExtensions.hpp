@@ -2,3 +2,4 @@
 #pragma once
 
 #include "Classes/NSString+HtmlExtensions+Entities.hpp"
+#include "Classes/NSString+HtmlExtensions+URLs.hpp"

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace HtmlExtensions {
+
+/// A URL as it is written in markup, cleaned by `normalizeURLUnits` (Classes/URLNormalizing.hpp); with
+/// `trimAnchor` without its anchor. The string itself when it is clean; up to 256 units nothing but a new
+/// result takes memory. Nil when nothing usable is left, for nil, and for a string above
+/// `kMaxNormalizedURLLength`.
+NSString normalizedStringURL(const NSString &string, bool trimAnchor);
+/// The same with the anchor.
+NSString normalizedStringURL(const NSString &string);
+
+/// The normalised URL with "/" in front, unless it begins with "." or "/" or contains "://". Nil as above.
+NSString normalizedRelLink(const NSString &string);
+
+}  // namespace HtmlExtensions
+}  // namespace nimbo

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+URLUtilities+Escaping.hpp"
+
+#include <new>
+#include <utility>
+
+#include "Classes/URLEscapes.hpp"
+#include "Classes/URLEscaping.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+inline namespace URLUtilities {
+
+namespace {
+
+NSString stringByReplacingEscapes(const NSString &string, bool standard) {
+  if (string.length() < kEscapeLength) return string;
+  try {
+    NSMutableString unescaped(string);
+    unescaped.setLength(
+        convertPercentEscapesOfURL(unescaped.mutableCharacters(), unescaped.length(), standard));
+    return std::move(unescaped).string();
+  } catch (const std::bad_alloc &) {
+    return string;
+  }
+}
+
+}  // namespace
+
+NSString stringByReplacingASCIIPercentEscapesOfURL(const NSString &string) {
+  return stringByReplacingEscapes(string, false);
+}
+
+NSString stringByReplacingStandardPercentEscapesOfURL(const NSString &string) {
+  return stringByReplacingEscapes(string, true);
+}
+
+NSString stringByAddingASCIIPercentEscapesToURL(const NSString &string) {
+  return stringByAddingPercentEscapesToURL(string, false);
+}
+
+NSString stringByAddingStandardPercentEscapesToURL(const NSString &string) {
+  return stringByAddingPercentEscapesToURL(string, true);
+}
+
+}  // namespace URLUtilities
+}  // namespace nimbo

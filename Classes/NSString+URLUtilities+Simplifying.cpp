@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+URLUtilities+Simplifying.hpp"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "Classes/URLParameters.hpp"
+#include "Classes/URLStringParts.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+inline namespace URLUtilities {
+
+namespace {
+
+using View = std::u16string_view;
+
+void append(NSMutableString &string, View units) {
+  string.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
+}
+
+/// The string without the units from `start` to before `end`; itself when there are none.
+NSString without(const NSString &string, std::size_t start, std::size_t end) {
+  if (start == end) return string;
+  const View units = string.view();
+  NSMutableString rest;
+  rest.reserve(static_cast<std::uint32_t>(units.size() - (end - start)));
+  append(rest, units.substr(0, start));
+  append(rest, units.substr(end));
+  return std::move(rest).string();
+}
+
+View nameOfParam(View param) {
+  return param.substr(0, param.find(u'='));
+}
+
+/// Without the parameters of the query that the predicate picks, the separators before them, and a "?" with
+/// nothing left behind it.
+template <class Predicate>
+NSString withoutParams(const NSString &string, Predicate isRemoved) {
+  const View url = string.view();
+  const URLStringParts parts = partsOfURLString(url);
+  if (parts.isText || parts.queryStart == parts.fragmentStart) return string;
+  NSMutableString kept;
+  View query = url.substr(parts.queryStart, parts.fragmentStart - parts.queryStart);
+  while (!query.empty()) {
+    const View param = query.substr(1, std::min(query.find_first_of(u"&;", 1), query.size()) - 1);
+    if (!isRemoved(param)) {
+      kept.appendCharacter(kept.length() == 0 ? u'?' : query.front());
+      append(kept, param);
+    }
+    query.remove_prefix(1 + param.size());
+  }
+  if (kept.length() == parts.fragmentStart - parts.queryStart) return string;
+  NSMutableString result;
+  append(result, url.substr(0, parts.queryStart));
+  append(result, kept.view());
+  append(result, url.substr(parts.fragmentStart));
+  return std::move(result).string();
+}
+
+/// Without the sessions among the parameters of path components. A component may be nothing but a session.
+NSString withoutPathSessions(const NSString &string) {
+  const View url = string.view();
+  const URLStringParts parts = partsOfURLString(url);
+  if (parts.isText) return string;
+  const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
+  NSMutableString kept;
+  append(kept, url.substr(0, parts.pathStart));
+  for (std::size_t at = 0; at < path.size();) {
+    const View piece = path.substr(at, std::min(path.find_first_of(u"/;", at + 1), path.size()) - at);
+    const bool isSession = piece.front() == u';'
+                               ? isURLNameOfKind(nameOfParam(piece.substr(1)), URLNameKind::session)
+                               : piece.starts_with(u"/(S(") && piece.ends_with(u"))");
+    if (!isSession) append(kept, piece);
+    at += piece.size();
+  }
+  if (kept.length() == parts.queryStart) return string;
+  append(kept, url.substr(parts.queryStart));
+  return std::move(kept).string();
+}
+
+bool isDefaultPort(View scheme, View port) {
+  if (port.empty()) return true;
+  if (port == u"80") return isOneOfNames(scheme, {u"http", u"feed"});
+  if (port == u"443") return isNamed(scheme, u"https");
+  return port == u"21" && isNamed(scheme, u"ftp");
+}
+
+NSString withPlainSchemeAndHost(const NSString &string) {
+  const View url = string.view();
+  const URLStringParts parts = partsOfURLString(url);
+  const View authority = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+  const std::size_t hostStart = parts.authorityStart + startOfHost(authority);
+  std::size_t hostEnd = parts.pathStart;
+  const std::size_t colon = authority.rfind(u':');
+  if (colon != View::npos && parts.authorityStart + colon >= hostStart) {
+    const View port = authority.substr(colon + 1);
+    const bool isPort = std::ranges::all_of(port, [](char16_t c) { return c >= u'0' && c <= u'9'; });
+    if (isPort && isDefaultPort(url.substr(0, parts.schemeLength), port))
+      hostEnd = parts.authorityStart + colon;
+  }
+  const auto isCapital = [](char16_t c) { return c >= u'A' && c <= u'Z'; };
+  if (hostEnd == parts.pathStart && std::ranges::none_of(url.substr(0, parts.schemeLength), isCapital) &&
+      std::ranges::none_of(url.substr(hostStart, hostEnd - hostStart), isCapital)) {
+    return string;
+  }
+  NSMutableString plain(without(string, hostEnd, parts.pathStart));
+  const auto makeSmall = [&](std::size_t start, std::size_t end) {
+    for (unichar *unit = plain.mutableCharacters() + start; unit < plain.mutableCharacters() + end; ++unit)
+      if (isCapital(*unit)) *unit = static_cast<unichar>(*unit | 0x20);
+  };
+  makeSmall(0, parts.schemeLength);
+  makeSmall(hostStart, hostEnd);
+  return std::move(plain).string();
+}
+
+}  // namespace
+
+NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, bool sessionIDs, bool analytics,
+                                                 bool indexPages, bool emptyParams, bool anchors) {
+  NSString url = withPlainSchemeAndHost(string);
+  if (sessionIDs) url = stringURLByRemovingSessionIDs(url);
+  if (analytics) url = stringURLByRemovingAnalytics(url);
+  if (emptyParams) url = stringURLByRemovingEmptyParams(url);
+  if (indexPages) url = stringURLByRemovingIndexPages(url);
+  if (anchors) url = stringURLWithoutAnchor(url);
+  return url;
+}
+
+NSString simplifiedStringURL(const NSString &string) {
+  return simplifiedStringURLByRemovingSessionIDs(string, true, true, true, true, true);
+}
+
+NSString stringURLByRemovingSessionIDs(const NSString &string) {
+  return withoutParams(withoutPathSessions(string),
+                       [](View param) { return isURLNameOfKind(nameOfParam(param), URLNameKind::session); });
+}
+
+NSString stringURLByRemovingAnalytics(const NSString &string) {
+  return withoutParams(string,
+                       [](View param) { return isURLNameOfKind(nameOfParam(param), URLNameKind::analytics); });
+}
+
+NSString stringURLByRemovingEmptyParams(const NSString &string) {
+  return withoutParams(
+      string, [](View param) { return param.empty() || nameOfParam(param).size() + 1 == param.size(); });
+}
+
+NSString stringURLByRemovingIndexPages(const NSString &string) {
+  const View url = string.view();
+  const URLStringParts parts = partsOfURLString(url);
+  if (!parts.isHierarchical || parts.queryStart != parts.fragmentStart) return string;
+  const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
+  const std::size_t slash = path.rfind(u'/');
+  if (slash == View::npos || !isURLNameOfKind(path.substr(slash + 1), URLNameKind::index)) return string;
+  return without(string, parts.pathStart + slash + 1, parts.queryStart);
+}
+
+NSString stringURLWithoutAnchor(const NSString &string) {
+  const View url = string.view();
+  return without(string, std::min(url.find(u'#'), url.size()), url.size());
+}
+
+}  // namespace URLUtilities
+}  // namespace nimbo

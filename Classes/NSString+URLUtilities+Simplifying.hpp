@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Shorter forms of a URL that name the same resource: two URLs with the same simplified form are taken for one.
+// The strings are URLs as `normalizedStringURL` gives them. Each function answers the string itself when it
+// changes nothing, and nil for nil. docs/urls.md has examples; the names that are removed stand in
+// Classes/URLParameters.tsv.
+#pragma once
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace URLUtilities {
+
+/// Always writes scheme and host in small ASCII letters and leaves out the port when it is the scheme's own;
+/// then removes what is asked for, in the order of the functions below.
+NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, bool sessionIDs, bool analytics,
+                                                 bool indexPages, bool emptyParams, bool anchors);
+/// The same with everything removed.
+NSString simplifiedStringURL(const NSString &string);
+
+/// Parameters of the query, and of path components (";jsessionid=1"), that name the session of a visitor; also
+/// the path component "(S(...))".
+NSString stringURLByRemovingSessionIDs(const NSString &string);
+/// Parameters of the query that tell where a visitor came from.
+NSString stringURLByRemovingAnalytics(const NSString &string);
+/// Parameters of the query without a value ("a="), empty ones ("&&"), and a "?" with nothing behind it. A name
+/// without "=" stays.
+NSString stringURLByRemovingEmptyParams(const NSString &string);
+/// The path's last component when it is the name of an index page and no query follows.
+NSString stringURLByRemovingIndexPages(const NSString &string);
+/// The first "#" and what follows it.
+NSString stringURLWithoutAnchor(const NSString &string);
+
+}  // namespace URLUtilities
+}  // namespace nimbo

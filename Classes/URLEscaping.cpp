@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/URLEscaping.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "Classes/AsciiSetKernels.hpp"
+#include "Classes/URLEscapes.hpp"
+#include "Classes/UnicharSearches.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// So many units are looked at one by one before a vector search for the next escape pays.
+constexpr std::uint32_t kNearby = 16;
+
+/// Where those from `start` on end.
+constexpr std::uint32_t nearEnd(std::uint32_t start, std::uint32_t end) {
+  return end - start < kNearby ? end : start + kNearby;
+}
+
+/// The value of the escape that `percent` begins, or -1.
+int valueOfEscape(const unichar *percent) {
+  const int high = valueOfHexDigit(percent[1]), low = valueOfHexDigit(percent[2]);
+  return high < 0 || low < 0 ? -1 : 16 * high + low;
+}
+
+/// The index of the first "%" from `start` on; `end` when there is none.
+std::uint32_t nextPercent(const unichar *units, std::uint32_t start, std::uint32_t end) {
+  for (const std::uint32_t near = nearEnd(start, end); start < near; ++start)
+    if (units[start] == u'%') return start;
+  const std::uint32_t found = findUnichar(units + start, end - start, u'%');
+  return found == NSNotFound ? end : start + found;
+}
+
+/// What the standard unescaping decodes always.
+bool isStandardValue(int value) {
+  switch (value) {
+    case '\t':
+    case '\n':
+    case '\r':
+    case ' ':
+    case '$':
+    case '%':
+    case '&':
+    case '\'':
+    case '+':
+    case '/':
+    case ':':
+    case ';':
+    case '=':
+    case '@':
+    case '~':
+      return true;
+    default:
+      return false;
+  }
+}
+
+constexpr detail::AsciiSet kEscapedStandard = detail::AsciiSet::of(
+    [](unichar c) { return std::u16string_view(u" #$%&+/:;=?@").find(c) != std::u16string_view::npos; });
+
+constexpr detail::AsciiSet kEscapedASCII = detail::AsciiSet::of([](unichar c) {
+  const int small = c | 0x20;
+  return !(c >= u'0' && c <= u'9') && !(small >= u'a' && small <= u'z');
+});
+
+/// The index of the first unit of the set from `start` on; `end` when there is none.
+std::uint32_t nextEscaped(const unichar *units, std::uint32_t start, std::uint32_t end,
+                          const detail::AsciiSet &set) {
+  for (const std::uint32_t near = nearEnd(start, end); start < near; ++start)
+    if (set.contains(units[start])) return start;
+  return start + static_cast<std::uint32_t>(detail::findOneOfAsciiSet(units + start, end - start, set));
+}
+
+NSString stringByEscaping(const NSString &string, const detail::AsciiSet &set) {
+  const unichar *const units = string.characters();
+  const std::uint32_t length = string.length();
+  const std::size_t first = detail::findOneOfAsciiSet(units, length, set);
+  if (first == length) return NSString::stringWithCharacters(units, length);
+  const std::size_t count = detail::countOneOfAsciiSet(units + first, length - first, set);
+  const std::size_t escapedLength = length + count * (kEscapeLength - 1);
+  if (escapedLength > NSNotFound) return string;
+  NSMutableString escaped;
+  escaped.setLength(static_cast<std::uint32_t>(escapedLength));
+  unichar *out = escaped.mutableCharacters();
+  for (std::uint32_t read = 0;;) {
+    const std::uint32_t next = nextEscaped(units, read, length, set);
+    out = std::copy_n(units + read, next - read, out);
+    if (next == length) return std::move(escaped).string();
+    out = writeEscape(units[next], out);
+    read = next + 1;
+  }
+}
+
+}  // namespace
+
+std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, bool standard) {
+  if (length < kEscapeLength) return length;
+  const std::uint32_t end = length - (kEscapeLength - 1);
+  // Whether an escaped "?" is decoded is found out at the first one. Until then no "?" has been decoded, and
+  // what has been moved forward still stands somewhere, so that a "?" in the run is one of its own.
+  enum class Question { kUnknown, kDecode, kKeep } question = Question::kUnknown;
+  const auto isDecoded = [&](int value) {
+    if (value < 0) return false;
+    if (!standard) return value < 128;
+    if (value != '?') return isStandardValue(value);
+    if (question == Question::kUnknown)
+      question = findUnichar(units, length, u'?') == NSNotFound ? Question::kDecode : Question::kKeep;
+    return question == Question::kDecode;
+  };
+  std::uint32_t written = 0, read = 0;
+  const auto keep = [&](std::uint32_t count) {
+    if (written != read) std::memmove(units + written, units + read, count * sizeof(unichar));
+    written += count;
+    read += count;
+  };
+  while (read < end) {
+    keep(nextPercent(units, read, end) - read);
+    if (read == end) break;
+    const int value = valueOfEscape(units + read);
+    if (isDecoded(value)) {
+      units[written++] = static_cast<unichar>(value);
+      read += kEscapeLength;
+    } else {
+      keep(1);
+    }
+  }
+  keep(length - read);
+  return written;
+}
+
+NSString stringByAddingPercentEscapesToURL(const NSString &string, bool standard) {
+  if (string.length() == 0) return string;
+  try {
+    return stringByEscaping(string, standard ? kEscapedStandard : kEscapedASCII);
+  } catch (const std::bad_alloc &) {
+    return string;
+  }
+}
+
+}  // namespace nimbo

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// Decodes the escapes ("%" and two hexadecimal digits) among `length` units, in place, and answers how many
+/// units are left. What is not decoded stays as it is; so does a "%" that is one of the last two units.
+///
+/// - Not `standard`: decodes the values below 128.
+/// - `standard`: decodes tab, line feed, carriage return, space, "$", "%", "&", "'", "+", "/", ":", ";", "=",
+///   "@" and "~"; "?" too when the run has no "?" of its own, so that no second query begins.
+std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, bool standard);
+
+/// The string with units written as escapes, in small digits; always a new string, but for a nil or empty one
+/// and for one that is too long to escape or for which there is no memory, which is answered itself.
+///
+/// - Not `standard`: escapes all units below 128 but letters and digits, so "%" too.
+/// - `standard`: escapes space, "#", "$", "%", "&", "+", "/", ":", ";", "=", "?" and "@".
+NSString stringByAddingPercentEscapesToURL(const NSString &string, bool standard);
+
+}  // namespace nimbo

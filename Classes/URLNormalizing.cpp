@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/URLNormalizing.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+
+#include "Classes/AsciiSetKernels.hpp"
+#include "Classes/CharacterSetRep.hpp"
+#include "Classes/EntityConversion.hpp"
+#include "Classes/URLEscapes.hpp"
+#include "Classes/URLEscaping.hpp"
+#include "Classes/URLStringParts.hpp"
+#include "Classes/UnicharSearches.hpp"
+#include "Classes/UnitClasses.hpp"
+
+namespace nimbo {
+
+namespace {
+
+using detail::AsciiSet;
+
+/// What may not stand in a URL. "[" and "]" may in its host.
+constexpr auto kIsEscaped = [](unichar c) {
+  return c <= u' ' || c == 0x7f || c == u'"' || c == u'<' || c == u'>' || c == u'[' || c == u'\\' || c == u']';
+};
+constexpr AsciiSet kEscapedUnits = AsciiSet::of(kIsEscaped);
+
+/// What asks for a closer look; with the anchor, too, when it is trimmed.
+constexpr auto kIsSpecial = [](unichar c) { return kIsEscaped(c) || c == u'%' || c == u'&'; };
+constexpr AsciiSet kSpecialUnits = AsciiSet::of(kIsSpecial, true);
+constexpr AsciiSet kSpecialUnitsAndAnchor =
+    AsciiSet::of([](unichar c) { return kIsSpecial(c) || c == u'#'; }, true);
+
+/// Line breaks and what looks like nothing. End of text is a feed elsewhere, and a control character here.
+constexpr bool isDropped(unichar c) {
+  return c == u'\t' || (isFeed(c) && c != 0x0003);
+}
+
+constexpr AsciiSet kDroppedUnitsAndOthers = AsciiSet::of(isDropped, true);
+
+/// Copies units, which may be where they are copied to, without those that are dropped; answers how many are
+/// left.
+std::uint32_t copyWithoutDropped(std::u16string_view units, unichar *out) {
+  const std::size_t clean = detail::findOneOfAsciiSet(units.data(), units.size(), kDroppedUnitsAndOthers);
+  if (out != units.data()) std::copy_n(units.data(), clean, out);
+  unichar *end = out + clean;
+  for (const unichar c : units.substr(clean))
+    if (!isDropped(c)) *end++ = c;
+  return static_cast<std::uint32_t>(end - out);
+}
+
+constexpr AsciiSet kMarks = AsciiSet::of([](unichar c) { return c == u'"' || c == u'>'; });
+
+bool beginsWithEscapedQuote(std::u16string_view url) {
+  return url.starts_with(u"\\\"");
+}
+
+/// Without the quote at the end, if there is one, and the backslash before it.
+std::u16string_view withoutLastQuote(std::u16string_view url) {
+  if (!url.ends_with(u'"')) return url;
+  url.remove_suffix(1);
+  if (url.ends_with(u'\\')) url.remove_suffix(1);
+  return url;
+}
+
+/// Without what stands around the URL. When `marksEnd`, a quote or ">" ends it, unless its scheme's URLs are
+/// text.
+std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
+  const auto white = [](unichar c) { return (c <= u' ' || c >= 0x80) && isWhite()(c); };
+  bool isQuoted = false, isBracketed = false;
+  for (; !url.empty(); url.remove_prefix(1)) {
+    if (beginsWithEscapedQuote(url)) url.remove_prefix(1);
+    const unichar first = url.front();
+    if (first == u'"')
+      isQuoted = true;
+    else if (first == u'<')
+      isBracketed = true;
+    else if (!white(first))
+      break;
+  }
+  const std::size_t mark = marksEnd ? detail::findOneOfAsciiSet(url.data(), url.size(), kMarks) : url.size();
+  if (mark < url.size() && !isTextScheme(url.substr(0, lengthOfScheme(url))))
+    url = url[mark] == u'"' ? withoutLastQuote(url.substr(0, mark + 1)) : url.substr(0, mark);
+  for (;;) {
+    while (!url.empty() && white(url.back())) url.remove_suffix(1);
+    const std::size_t length = url.size();
+    if (isQuoted) url = withoutLastQuote(url);
+    if (isBracketed && url.ends_with(u'>')) url.remove_suffix(1);
+    if (url.size() == length) return url;
+  }
+}
+
+/// Whether the "&" at `at` begins a parameter of a query: "&lang=en", where `lang` would otherwise be taken for
+/// a character's name.
+bool beginsParameter(std::u16string_view url, std::size_t at) {
+  const auto isPartOfName = [](unichar c) {
+    return (c >= u'0' && c <= u'9') || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z');
+  };
+  const auto end = std::find_if_not(url.begin() + static_cast<std::ptrdiff_t>(at) + 1, url.end(), isPartOfName);
+  return end != url.end() && *end == u'=';
+}
+
+/// Converts the character references in place and answers the length.
+std::uint32_t convertEntitiesOfURL(unichar *units, std::uint32_t length) {
+  std::uint32_t written = 0, read = 0;
+  bool hasReference = false;
+  const auto convertUpTo = [&](std::uint32_t end) {
+    if (hasReference) {
+      written += convertEntities2Characters(units + written, units + written, read - written, end - read, true,
+                                            false, false);
+    } else {
+      if (written != read) std::copy(units + read, units + end, units + written);
+      written += end - read;
+    }
+    read = end;
+    hasReference = false;
+  };
+  for (std::uint32_t at = 0; at < length; ++at) {
+    const std::uint32_t next = findUnichar(units + at, length - at, u'&');
+    if (next == NSNotFound) break;
+    at += next;
+    if (beginsParameter({units, length}, at))
+      convertUpTo(at + 1);
+    else
+      hasReference = true;
+  }
+  convertUpTo(length);
+  return written;
+}
+
+/// The IPv6 address in brackets that is the URL's host, or no units of it.
+std::u16string_view bracketedHost(std::u16string_view url, const URLStringParts &parts) {
+  std::u16string_view host = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+  host.remove_prefix(startOfHost(host));
+  const std::size_t end = host.find(u']');
+  if (!host.starts_with(u'[') || end == host.npos) return host.substr(0, 0);
+  const std::u16string_view address = host.substr(1, end - 1);
+  const auto isPartOfAddress = [](unichar c) { return c == u':' || c == u'.' || valueOfHexDigit(c) >= 0; };
+  const bool isAddress = address.find(u':') != address.npos && std::ranges::all_of(address, isPartOfAddress);
+  return host.substr(0, isAddress ? end + 1 : 0);
+}
+
+/// Writes the URL with "\" turned round and with escapes, and answers the length. `out` may lie before the URL
+/// if there are at least twice as many units between them.
+std::uint32_t writeEscapedURL(std::u16string_view url, unichar *out) {
+  const URLStringParts parts = partsOfURLString(url);
+  const std::u16string_view host = bracketedHost(url, parts);
+  const std::uint32_t slashesEnd = parts.isHierarchical ? parts.queryStart : 0;
+  const auto hostStart = static_cast<std::size_t>(host.data() - url.data()), hostEnd = hostStart + host.size();
+  const unichar *const start = out;
+  for (std::size_t read = 0;; ++read) {
+    const std::size_t count = detail::findOneOfAsciiSet(url.data() + read, url.size() - read, kEscapedUnits);
+    out = std::copy_n(url.data() + read, count, out);
+    read += count;
+    if (read == url.size()) return static_cast<std::uint32_t>(out - start);
+    const unichar unit = url[read];
+    if (read >= hostStart && read < hostEnd)
+      *out++ = unit;
+    else if (unit == u'\\' && read < slashesEnd)
+      *out++ = u'/';
+    else
+      out = writeEscape(unit, out);
+  }
+}
+
+}  // namespace
+
+bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor) {
+  const AsciiSet &special = trimAnchor ? kSpecialUnitsAndAnchor : kSpecialUnits;
+  return length > 0 && detail::findOneOfAsciiSet(units, length, special) == length;
+}
+
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out) {
+  if (isPlainURL(units, length, trimAnchor)) {
+    std::copy_n(units, length, out);
+    return length;
+  }
+  const std::u16string_view written = trimmedURL({units, length}, true);
+  // The URL is worked on at the end of `out`, so that it can grow towards there when it is written at the
+  // front.
+  unichar *const work = out + (kMaxURLGrowth - 1) * std::size_t{length};
+  std::uint32_t workLength = copyWithoutDropped(written, work);
+  if (findUnichar(work, workLength, u'&') != NSNotFound) {
+    workLength = convertEntitiesOfURL(work, workLength);
+    workLength = copyWithoutDropped({work, workLength}, work);
+  }
+  std::u16string_view url(work, workLength);
+  if (trimAnchor) url = url.substr(0, url.find(u'#'));
+  url = trimmedURL(url, false);
+  unichar *const start = work + (url.data() - work);
+  return writeEscapedURL(
+      {start, convertPercentEscapesOfURL(start, static_cast<std::uint32_t>(url.size()), true)}, out);
+}
+
+}  // namespace nimbo

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Foundation/NSRange.hpp"
+
+namespace nimbo {
+
+/// A unit of a URL may become an escape of 3.
+constexpr std::uint32_t kMaxURLGrowth = 3;
+constexpr std::uint32_t kMaxNormalizedURLLength = NSNotFound / kMaxURLGrowth;
+
+/// Whether `normalizeURLUnits` is sure to leave the units as they are, after one quick look; `false` says
+/// nothing.
+bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor);
+
+/// Cleans a URL of at most `kMaxNormalizedURLLength` units as it is written in markup, into `out`, which has
+/// room for `kMaxURLGrowth * length` units and does not overlap the source. Answers how many units it wrote; 0
+/// when nothing usable is left. Takes no memory.
+///
+/// In this order:
+/// - White characters, quotes (also behind a backslash) and "<" in front are dropped; the URL ends before the
+///   next quote or ">", or the white characters at the end. The text of "javascript", "applescript" and "data"
+///   URLs may hold quotes and angle brackets: only those around it are dropped.
+/// - Line feeds, carriage returns, form feeds, tabs, U+2028, U+2029, U+FFFC and U+FEFF are dropped.
+/// - Character references are converted (`convertEntities2Characters`, all of them), but for a "&name=" that is
+///   a parameter of a query. Then the first two steps apply again, but now a quote ends nothing.
+/// - With `trimAnchor`, the first "#" and what follows is dropped.
+/// - Escapes are converted (`convertPercentEscapesOfURL`, standard).
+/// - "\" becomes "/" before the first "?" or "#", in relative URLs and in those of the schemes http, https,
+/// ftp,
+///   ftps, sftp, feed and file.
+/// - What remains of white, control characters, quotes, "<", ">", "\", and of "[" and "]" outside the host, is
+///   escaped: " " becomes "%20". Units above U+007F stay.
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out);
+
+}  // namespace nimbo

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Classes/AsciiSetKernels.hpp"
+#include "Classes/NSString+HtmlExtensions+URLs.hpp"
+#include "Classes/NSString+URLUtilities.hpp"
+#include "Classes/URLEscaping.hpp"
+#include "Classes/URLNormalizing.hpp"
+#include "Classes/URLQuery.hpp"
+#include "platform/Foundation/id.hpp"
+#include "tests/Classes/ExactBuffer.hpp"
+#include "tests/Classes/VectorTargets.hpp"
+
+namespace nimbo {
+namespace {
+
+NSString make(std::u16string_view units) {
+  return NSString::stringWithCharacters(units);
+}
+
+struct Change {
+  std::u16string_view before, after;
+};
+
+/// Checks each change; when nothing changes the string itself is wanted, and nil where `after` is empty.
+void checkChanges(NSString (*function)(const NSString &), const std::vector<Change> &changes) {
+  for (const auto &[before, after] : changes) {
+    const NSString string = make(before), result = function(string);
+    EXPECT_EQ(result.UTF8String(), make(after).UTF8String()) << string.UTF8String();
+    EXPECT_EQ(result.identicalTo(string), !after.empty() && before == after) << string.UTF8String();
+    EXPECT_EQ(!result, after.empty());
+  }
+  EXPECT_FALSE(function(NSString()));
+}
+
+TEST(URLEscaping, UnescapesInTwoStrengths) {
+  const struct {
+    std::u16string_view escaped, ascii, standard;
+  } cases[] = {
+      {u"a%2", u"a%2", u"a%2"},
+      {u"%4", u"%4", u"%4"},
+      {u"a%3Fb", u"a?b", u"a?b"},
+      {u"x?a=%3F", u"x?a=?", u"x?a=%3F"},
+      {u"%3f%3F", u"??", u"??"},
+      {u"%3F=1?", u"?=1?", u"%3F=1?"},
+      {u"%41", u"A", u"%41"},
+      {u"%E9%7f%80", u"%E9\u007f%80", u"%E9%7f%80"},
+      {u"%zz%4z%z4", u"%zz%4z%z4", u"%zz%4z%z4"},
+      {u"%%41", u"%A", u"%%41"},
+      {u"%2541%25", u"%41%", u"%41%"},
+      {u"%09%0a%0D%20%24%26%27%2b%2F%3a%3b%3d%40%7E", u"\t\n\r $&'+/:;=@~", u"\t\n\r $&'+/:;=@~"},
+      {u"%21%22%23%28%2c%2d%2e%5b%00z", std::u16string_view(u"!\"#(,-.[\0z", 10),
+       u"%21%22%23%28%2c%2d%2e%5b%00z"},
+      {u"\xd800%20\xdc00%", u"\xd800 \xdc00%", u"\xd800 \xdc00%"},
+      {u"a long run of units in front of an escape%20and more than a vector behind it, to its end%2",
+       u"a long run of units in front of an escape and more than a vector behind it, to its end%2",
+       u"a long run of units in front of an escape and more than a vector behind it, to its end%2"},
+  };
+  for (const auto &[escaped, ascii, standard] : cases) {
+    const NSString string = make(escaped);
+    EXPECT_EQ(stringByReplacingASCIIPercentEscapesOfURL(string), make(ascii)) << string.UTF8String();
+    const NSString result = stringByReplacingStandardPercentEscapesOfURL(string);
+    EXPECT_EQ(result, make(standard)) << string.UTF8String();
+    EXPECT_EQ(result.identicalTo(string), escaped.size() < 3);
+  }
+  EXPECT_FALSE(stringByReplacingASCIIPercentEscapesOfURL(NSString()));
+}
+
+TEST(URLEscaping, EscapesInTwoStrengths) {
+  const struct {
+    std::u16string_view plain, ascii, standard;
+  } cases[] = {
+      {u"a b/c?d", u"a%20b%2fc%3fd", u"a%20b%2fc%3fd"},
+      {u"\u00e9-1", u"\u00e9%2d1", u"\u00e9-1"},
+      {u"#$%&+/:;=?@", u"%23%24%25%26%2b%2f%3a%3b%3d%3f%40", u"%23%24%25%26%2b%2f%3a%3b%3d%3f%40"},
+      {u"!\"'()*,-.<>[\\]^_`{|}~", u"%21%22%27%28%29%2a%2c%2d%2e%3c%3e%5b%5c%5d%5e%5f%60%7b%7c%7d%7e",
+       u"!\"'()*,-.<>[\\]^_`{|}~"},
+      {u"\t\n\x7f\x80\u2028\xd800", u"%09%0a%7f\x80\u2028\xd800", u"\t\n\x7f\x80\u2028\xd800"},
+      {u"AZaz09AZaz09AZaz09AZaz09AZaz09 z", u"AZaz09AZaz09AZaz09AZaz09AZaz09%20z",
+       u"AZaz09AZaz09AZaz09AZaz09AZaz09%20z"},
+  };
+  for (const auto &[plain, ascii, standard] : cases) {
+    EXPECT_EQ(stringByAddingASCIIPercentEscapesToURL(make(plain)), make(ascii));
+    EXPECT_EQ(stringByAddingStandardPercentEscapesToURL(make(plain)), make(standard));
+  }
+  const NSString unchanged = u"abc"_ns, empty = NSString::string();
+  EXPECT_EQ(stringByAddingPercentEscapesToURL(unchanged, true), unchanged);
+  EXPECT_FALSE(stringByAddingPercentEscapesToURL(unchanged, true).identicalTo(unchanged));
+  EXPECT_TRUE(stringByAddingPercentEscapesToURL(empty, true).identicalTo(empty));
+  EXPECT_FALSE(stringByAddingPercentEscapesToURL(NSString(), false));
+}
+
+TEST(URLEscaping, TakesAMegabyteOfPercentSigns) {
+  const NSString percents = make(std::u16string(1u << 20, u'%'));
+  EXPECT_EQ(stringByReplacingStandardPercentEscapesOfURL(percents), percents);
+  EXPECT_EQ(stringByReplacingASCIIPercentEscapesOfURL(stringByAddingASCIIPercentEscapesToURL(percents)),
+            percents);
+  EXPECT_TRUE(normalizedStringURL(percents).identicalTo(percents));
+}
+
+TEST(URLEscaping, FindsUnitsOfASetWithEachVector) {
+  constexpr auto isMember = [](unichar c) { return c == 0 || c == u'%' || c == u'o' || c == 0x7f; };
+  forEachVectorTarget([&] {
+    for (const bool hasOthers : {false, true}) {
+      const detail::AsciiSet set = detail::AsciiSet::of(isMember, hasOthers);
+      for (const unichar c :
+           {0x00, 0x05, 0x25, 0x24, 0x6f, 0x7f, 0x80, 0xa5, 0xff, 0x100, 0x125, 0x1025, 0xff25, 0xffff}) {
+        for (const std::size_t length : {1, 7, 8, 31, 33, 127, 150}) {
+          for (const std::size_t at : {std::size_t{0}, length / 2, length - 1}) {
+            std::u16string text(length, u'x');
+            text[at] = c;
+            const ExactBuffer<unichar> units{std::u16string_view(text)};
+            const bool isFound = c < 128 ? isMember(c) : hasOthers;
+            EXPECT_EQ(findOneOfAsciiSet(units.data(), length, set), isFound ? at : length) << unsigned{c};
+            EXPECT_EQ(countOneOfAsciiSet(units.data(), length, set), isFound ? 1u : 0u) << unsigned{c};
+          }
+        }
+      }
+    }
+  });
+}
+
+TEST(URLQuery, WalksParameters) {
+  const NSString url = u"http://h/p?a=1&b=&c=3;a=4"_ns;
+  EXPECT_EQ(queryParams(url), (NSDictionary{{u"a"_ns, u"4"_ns}, {u"c"_ns, u"3"_ns}}));
+  EXPECT_EQ(numberOfQueryParams(url), 4u);
+  EXPECT_EQ(queryParamNamed(url, u"a"_ns), u"1"_ns);
+  // The name takes what stands before the next "=".
+  EXPECT_EQ(queryParams(u"x?&;?a=1&=2;flag&b=3"_ns),
+            (NSDictionary{{u"a"_ns, u"1"_ns}, {u"2;flag&b"_ns, u"3"_ns}}));
+
+  EXPECT_FALSE(queryParamNamed(u"?a=1"_ns, u"A"_ns));
+  EXPECT_TRUE(containsQueryParamNamed(u"?b=&c=1"_ns, u"b"_ns));
+  EXPECT_FALSE(queryParamNamed(u"?b=&c=1"_ns, u"b"_ns));
+  EXPECT_EQ(queryParamNamed(u"?b=&b=2"_ns, u"b"_ns), u"2"_ns);
+  EXPECT_FALSE(queryParams(u"a=1"_ns));
+  EXPECT_EQ(paramNamed(u"a=1"_ns, u"a"_ns), u"1"_ns);
+  EXPECT_TRUE(containsParamNamed(u"\u00e9=&x"_ns, u"\u00e9"_ns));
+  EXPECT_FALSE(containsParamNamed(u"a="_ns, u"a="_ns));
+  EXPECT_FALSE(containsParamNamed(u"a="_ns, NSString()));
+  EXPECT_FALSE(containsParamNamed(NSString(), u"a"_ns));
+
+  const NSDictionary none = queryParams(u"x?"_ns);
+  EXPECT_TRUE(none);
+  EXPECT_EQ(none.count(), 0u);
+  EXPECT_FALSE(queryParams(u"a=1"_ns, 3));
+  EXPECT_EQ(numberOfQueryParams(u"a=1&b=2"_ns, 1), 1u);
+  EXPECT_EQ(numberOfQueryParams(NSString(), 0), 0u);
+}
+
+TEST(URLKinds, TellsThemByTheBeginning) {
+  const struct {
+    bool (*test)(const NSString &);
+    std::vector<std::u16string_view> yes, no;
+  } cases[] = {
+      {isHTTPStringURL, {u"http://", u"HTTPS://x"}, {u"http:/", u" http://x", u"httpx://", u""}},
+      {isFTPStringURL, {u"ftp://", u"SFTP://x", u"ftps://"}, {u"ftp:/", u"tftp://x"}},
+      {isNewsStringURL, {u"news://x", u"nntp://"}, {u"news:alt.x", u"nttp://x"}},
+      {isFileStringURL, {u"file:/x", u" FILE:///x"}, {u"files:/x", u"/file:", u"file"}},
+      {isMailStringURL, {u"mailto:a@b", u"MailTo:"}, {u"mail:a", u"http://mailto:x"}},
+      {isJavaScriptStringURL, {u"javascript:void(0)", u"\n JavaScript:x"}, {u"java script:", u"x.js", u":"}},
+      {isAppleScriptStringURL, {u"AppleScript://x"}, {u"applescripts:"}},
+      {isFeedStringURL,
+       {u"feed:http://x", u"feed://x", u"http://x/a.RSS?n=1", u"/feed/", u"rss", u"http://x/atom.xml#a",
+        u"http://x/b/index.xml", u"feeds.php", u"http://x/news.rdf"},
+       {u"http://feed/", u"http://x/feedback", u"mailto:feed", u"http://x/?feed=rss2", u"/index.xhtml", u""}},
+      {isMarkupMIMEType,
+       {u"text/html", u"Text/HTML; charset=utf-8", u" application/xhtml+xml ;x", u"application/rss+xml",
+        u"text/xml"},
+       {u"text/plain", u"image/svg+xml", u"application/json", u"html", u"+xml", u""}},
+  };
+  for (const auto &[test, yes, no] : cases) {
+    for (const std::u16string_view url : yes) EXPECT_TRUE(test(make(url))) << make(url).UTF8String();
+    for (const std::u16string_view url : no) EXPECT_FALSE(test(make(url))) << make(url).UTF8String();
+    EXPECT_FALSE(test(NSString()));
+  }
+}
+
+TEST(URLNormalizing, CleansWhatPagesCarry) {
+  checkChanges(
+      normalizedStringURL,
+      {
+          // What is clean stays.
+          {u"http://h/p?a=1&b=2#c", u"http://h/p?a=1&b=2#c"},
+          {u"../a/b.html", u"../a/b.html"},
+          {u"#top", u"#top"},
+          {u"http://b\u00fccher.example/\u00fc?\u4e2d", u"http://b\u00fccher.example/\u00fc?\u4e2d"},
+          {u"x\xd800y", u"x\xd800y"},
+          {u"http://[2001:db8::1]:80/", u"http://[2001:db8::1]:80/"},
+          // What stands around.
+          {u"", u""},
+          {u" \t\n", u""},
+          {u"\"\"", u""},
+          {u"\\\"\\\"", u""},
+          {u"<>", u""},
+          {u" http://h/ ", u"http://h/"},
+          {u"\ufeff\"http://h/\"\u00a0", u"http://h/"},
+          {u"\\\"https://h/news\\\"\\u003e\\u003cspan", u"https://h/news"},
+          {u"\" http://h/ \"", u"http://h/"},
+          {u"<http://h/>", u"http://h/"},
+          {u"http://h/\" target=\"_blank", u"http://h/"},
+          {u"http://h/>link", u"http://h/"},
+          {u"sdkpreparse&quot;,", u"sdkpreparse%22,"},
+          {u"&quot;http://h/&quot;", u"http://h/"},
+          {u"&#32;http://h/&nbsp;", u"http://h/"},
+          {u"h?q=&quot;a&quot;", u"h?q=%22a%22"},
+          // Line breaks, also where they are references.
+          {u"http://h/\r\n\tpath\u2028/f\ufffc", u"http://h/path/f"},
+          {u"http://h/&#10;a&#x0d;b", u"http://h/ab"},
+          {u"a\f\u2029b", u"ab"},
+          // References and parameters.
+          {u"h?a=1&amp;b=2", u"h?a=1&b=2"},
+          {u"h?a=1&lang=en&copy=2&ampx", u"h?a=1&lang=en&copy=2&x"},
+          {u"h?a=&eacute;&lang=en&amp;sect=1", u"h?a=\u00e9&lang=en&sect=1"},
+          {u"caf&eacute;", u"caf\u00e9"},
+          // Escapes.
+          {u"http%3A%2F%2Fh%2Fa%3Fb", u"http://h/a?b"},
+          {u"h?u=a%3Fb%23c%41", u"h?u=a%3Fb%23c%41"},
+          {u"a%20b%0D%0Ac%09", u"a%20b%0d%0ac%09"},
+          {u"a b", u"a%20b"},
+          {u"\x01\x7f!", u"%01%7f!"},
+          // Slashes and brackets.
+          {u"http:\\\\h\\a\\b?c\\d#e\\f", u"http://h/a/b?c%5cd#e%5cf"},
+          {u"images\\a.gif", u"images/a.gif"},
+          {u"c:\\a", u"c:%5ca"},
+          {u"http:\\\\u@[::1]\\[x]?a[]=1", u"http://u@[::1]/%5bx%5d?a%5b%5d=1"},
+          {u"http://[x]/", u"http://%5bx%5d/"},
+          {u"http://[::1/]", u"http://%5b::1/%5d"},
+          // Text.
+          {u"javascript:a(\"\\n\") > 1 ", u"javascript:a(%22%5cn%22)%20%3e%201"},
+          {u"\\\"javascript:void(0);\\\"", u"javascript:void(0);"},
+          {u"data:image/svg+xml;utf8,<svg xmlns='x'/>", u"data:image/svg+xml;utf8,%3csvg%20xmlns='x'/%3e"},
+          {u"mailto:A &lt;a@h&gt;?subject=b c", u"mailto:A%20%3ca@h%3e?subject=b%20c"},
+      });
+}
+
+TEST(URLNormalizing, TrimsTheAnchor) {
+  checkChanges([](const NSString &string) { return normalizedStringURL(string, true); },
+               {{u"a?b", u"a?b"}, {u"a#b#c", u"a"}, {u"#top", u""}, {u"a &#35;b", u"a"}, {u"a%23b", u"a%23b"}});
+}
+
+TEST(URLNormalizing, StaysInsideItsBuffers) {
+  // Every unit grows, and the results are longer than what fits the stack.
+  for (const std::uint32_t length : {1u, 2u, 255u, 256u, 257u, 5000u}) {
+    const std::u16string spaces(length, u'\x01'), brackets(length, u']');
+    for (const std::u16string &text : {u'a' + spaces, brackets, u"&eacute;&a=[" + spaces + u"&amp;%20\\"}) {
+      const ExactBuffer<unichar> source{std::u16string_view(text)};
+      const auto count = static_cast<std::uint32_t>(text.size());
+      const std::unique_ptr<unichar[]> out(new unichar[kMaxURLGrowth * count]);
+      const std::uint32_t written = normalizeURLUnits(source.data(), count, false, out.get());
+      EXPECT_EQ(make({out.get(), written}), normalizedStringURL(make(text)));
+      EXPECT_GT(written, 2 * length);
+    }
+  }
+}
+
+TEST(URLNormalizing, PutsASlashBeforeNames) {
+  checkChanges(normalizedRelLink, {{u"favicon.ico", u"/favicon.ico"},
+                                   {u"./a", u"./a"},
+                                   {u"/a", u"/a"},
+                                   {u"\\a", u"/a"},
+                                   {u"x?u=http://h", u"x?u=http://h"},
+                                   {u"mailto:a", u"/mailto:a"},
+                                   {u" ", u""}});
+}
+
+TEST(URLSimplifying, RemovesWhatNamesDo) {
+  checkChanges(stringURLByRemovingSessionIDs,
+               {{u"http://h/a;jsessionid=1/b;v=2;JSESSIONID=3?x", u"http://h/a/b;v=2?x"},
+                {u"http://h/a;jsessionid=1/(S(x))/b?PHPSESSID=2&c=3", u"http://h/a/b?c=3"},
+                {u"h?PHPSESSID=1&a=2;sid=3#f", u"h?a=2#f"},
+                {u"h?sid=1", u"h"},
+                {u"h?side=1", u"h?side=1"}});
+  checkChanges(stringURLByRemovingAnalytics,
+               {{u"h?utm_source=a&b=1&UTM_x=2;fbclid=3&c", u"h?b=1&c"}, {u"h?&utm=1&", u"h?&utm=1&"}});
+  checkChanges(stringURLByRemovingEmptyParams,
+               {{u"h?a=&b&&c=1=", u"h?b&c=1="}, {u"h?", u"h"}, {u"h?&=#x", u"h#x"}, {u"h", u"h"}});
+  checkChanges(stringURLByRemovingIndexPages, {{u"http://h/a/Index.HTML#b", u"http://h/a/#b"},
+                                               {u"http://h/index.php?id=1", u"http://h/index.php?id=1"},
+                                               {u"index.html", u"index.html"},
+                                               {u"http://index.html", u"http://index.html"}});
+  checkChanges(stringURLWithoutAnchor, {{u"a#b#c", u"a"}, {u"a", u"a"}});
+  checkChanges(simplifiedStringURL,
+               {{u"HTTP://U:P@Host.Example:80/A/default.aspx;jsessionid=1?utm_source=x&a=#z",
+                 u"http://U:P@host.example/A/"},
+                {u"https://h:443", u"https://h"},
+                {u"http://h:8080/?q", u"http://h:8080/?q"},
+                {u"http://[::80]/", u"http://[::80]/"},
+                {u"javascript:a?sid=1", u"javascript:a?sid=1"}});
+  const NSString url = u"HTTP://h/index.html?sid=1&utm_x=2&a=#b"_ns;
+  EXPECT_EQ(simplifiedStringURLByRemovingSessionIDs(url, false, false, false, false, false),
+            u"http://h/index.html?sid=1&utm_x=2&a=#b"_ns);
+}
+
+}  // namespace
+}  // namespace nimbo
