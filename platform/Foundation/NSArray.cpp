@@ -34,13 +34,32 @@ void NSArray::addObject(id object) {
   own().push_back(std::move(object));
 }
 
+void NSArray::insertObjectsAtIndex(std::span<const id> objects, std::uint32_t index) {
+  auto &elements = own();
+  elements.insert(elements.begin() + index, objects.begin(), objects.end());
+}
+
 void NSArray::removeObjectAtIndex(std::uint32_t index) {
   auto &elements = own();
   elements.erase(elements.begin() + index);
 }
 
+void NSArray::setCount(std::uint32_t count) {
+  own().resize(count);
+}
+
 void NSArray::reserve(std::uint32_t count) {
   own().reserve(count);
+}
+
+std::span<id> NSArray::mutableObjects() {
+  return own();
+}
+
+std::size_t NSArray::hash() const noexcept {
+  std::size_t hash = count();
+  for (const id &element : *this) hash = combinedHash(hash, element.hash());
+  return hash;
 }
 
 std::vector<id> &NSArray::own() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace nimbo {
@@ -28,10 +29,22 @@ class NSArray {
   const id *end() const noexcept;
 
   void addObject(id object);
+  /// `index` may be the count; `objects` must not point into this array.
+  void insertObjectsAtIndex(std::span<const id> objects, std::uint32_t index);
   void removeObjectAtIndex(std::uint32_t index);
+  /// Shortens the array, or lengthens it by nil.
+  void setCount(std::uint32_t count);
   void reserve(std::uint32_t count);
+  /// The elements, to be changed in place; no copy of this handle sees the changes. Borrowed until the array is
+  /// copied or changed otherwise.
+  std::span<id> mutableObjects();
 
   explicit operator bool() const noexcept { return elements_ != nullptr; }
+  /// Whether both are the same storage (or both nil).
+  bool identicalTo(const NSArray &other) const noexcept { return elements_ == other.elements_; }
+  std::size_t identityHash() const noexcept { return std::hash<const void *>()(elements_.get()); }
+  /// Of the elements and their order.
+  std::size_t hash() const noexcept;
   /// Equal elements in the same order; nil equals only nil.
   friend bool operator==(const NSArray &a, const NSArray &b);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <vector>
+
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
@@ -15,6 +17,9 @@ class NSBundle {
   explicit NSBundle(NSString path) : path_(std::move(path)) {}
   /// The folder in which the running program's file lies.
   static NSBundle mainBundle();
+  /// The bundle whose executable holds `address`, code or a constant; for a file that is no bundle's executable
+  /// the folder in which it lies; the main bundle for the program itself and for an address of no file.
+  static NSBundle bundleForAddress(const void *address);
 
   const NSString &bundlePath() const { return path_; }
   /// The content of Info.plist, read on every call. Nil when there is none that can be read, or it is no
@@ -23,6 +28,10 @@ class NSBundle {
   id objectForInfoDictionaryKey(const NSString &key) const;
   /// Where the file that CFBundleExecutable names should be. Nil when that is missing or no plain file name.
   NSString executablePath() const;
+  /// The names of the user's languages, the one they like best first, each that has a region or a variant with
+  /// the plain one behind it: "pt_BR", "pt", "en". From `$LANGUAGE`, `$LC_ALL`, `$LC_MESSAGES` and `$LANG`, on
+  /// each call. Bundles have no localisations of their own that would leave any out.
+  std::vector<NSString> preferredLocalizations() const;
 
  private:
   NSString path_;

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -71,6 +72,8 @@ class NSData {
 
   explicit operator bool() const noexcept { return storage_ != nullptr; }
   bool identicalTo(const NSData &other) const noexcept { return storage_ == other.storage_; }
+  std::size_t hash() const noexcept { return std::hash<std::string_view>()(view()); }
+  std::size_t identityHash() const noexcept { return std::hash<const void *>()(storage_); }
   /// Equal bytes; nil equals only nil.
   friend bool operator==(const NSData &a, const NSData &b) noexcept {
     return a.storage_ == b.storage_ || (a.storage_ && b.storage_ && a.view() == b.view());

@@ -91,6 +91,12 @@ void NSDictionary::addEntriesFromDictionary(const NSDictionary &other) {
   for (const auto &[key, value] : other) setObject(value, key);
 }
 
+std::size_t NSDictionary::hash() const noexcept {
+  std::size_t hash = count();
+  for (const auto &[key, value] : *this) hash += combinedHash(key.hash(), value.hash());
+  return hash;
+}
+
 NSDictionary::Storage &NSDictionary::own() {
   if (!storage_)
     storage_ = std::make_shared<Storage>();

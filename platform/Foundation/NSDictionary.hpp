@@ -39,6 +39,11 @@ class NSDictionary {
   void addEntriesFromDictionary(const NSDictionary &other);
 
   explicit operator bool() const noexcept { return storage_ != nullptr; }
+  /// Whether both are the same storage (or both nil).
+  bool identicalTo(const NSDictionary &other) const noexcept { return storage_ == other.storage_; }
+  std::size_t identityHash() const noexcept { return std::hash<const void *>()(storage_.get()); }
+  /// Of the entries, in whatever order.
+  std::size_t hash() const noexcept;
   /// The same keys with equal values, in any order; nil equals only nil.
   friend bool operator==(const NSDictionary &a, const NSDictionary &b);
 

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSPathUtilities.hpp"
 
+#include <limits.h>
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
 #include <vector>
 
 #include "platform/Foundation/NSMutableString.hpp"
@@ -20,6 +24,48 @@ NSString concatenate(const NSString &first, std::u16string_view second) {
   return std::move(result).string();
 }
 
+/// Without "/" at the end, unless it is the root.
+std::u16string_view withoutFinalSlashes(std::u16string_view path) {
+  while (path.size() > 1 && path.ends_with(u'/')) path.remove_suffix(1);
+  return path;
+}
+
+/// Where the full stop before the path extension stands in a path without "/" at its end; npos without one.
+std::size_t findExtension(std::u16string_view path) {
+  const std::size_t stop = path.rfind(u'.');
+  if (stop == path.npos || stop == 0 || path[stop - 1] == u'/' || path.find(u'/', stop) != path.npos)
+    return path.npos;
+  return stop;
+}
+
+/// The part of `path` from its beginning or to its end; the path itself when that is the whole.
+NSString part(const NSString &path, std::u16string_view units) {
+  return units.size() == path.length() ? path : NSString::stringWithCharacters(units);
+}
+
+template <class Visit>
+void visitComponents(std::u16string_view path, Visit visit) {
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find(u'/'), path.size());
+    if (end > 0) visit(path.substr(0, end));
+    path.remove_prefix(std::min(end + 1, path.size()));
+  }
+}
+
+/// Removes the last component of an absolute path, or moves to the folder above the target of a link.
+void ascend(std::u16string &path) {
+  std::error_code error;
+  // No link has a longer name, and long paths stay linear.
+  if (path.size() < PATH_MAX) {
+    const auto name = NSString::stringWithCharacters(path).fileSystemRepresentation();
+    if (name && std::filesystem::is_symlink(*name, error)) {
+      const std::filesystem::path target = std::filesystem::canonical(*name, error);
+      if (!error) path = NSString::stringWithFileSystemRepresentation(target.native()).view();
+    }
+  }
+  path.resize(std::min(path.rfind(u'/'), path.size()));
+}
+
 }  // namespace
 
 NSString NSHomeDirectory() {
@@ -32,11 +78,27 @@ NSString NSHomeDirectory() {
   return NSString::stringWithFileSystemRepresentation(user->pw_dir);
 }
 
+NSString NSTemporaryDirectory() {
+  const char *folder = std::getenv("TMPDIR");
+  const NSString path = stringByStandardizingPath(
+      NSString::stringWithFileSystemRepresentation(folder && folder[0] == '/' ? folder : ""));
+  return path.length() > 1 ? concatenate(path, u"/") : u"/tmp/"_ns;
+}
+
 NSString stringByExpandingTildeInPath(const NSString &path) {
   const std::u16string_view units = path.view();
   if (!units.starts_with(u'~') || (units.size() > 1 && units[1] != u'/')) return path;
   const NSString home = NSHomeDirectory();
   return home ? concatenate(home, units.substr(1)) : path;
+}
+
+NSString stringByAbbreviatingWithTildeInPath(const NSString &path) {
+  const NSString home = NSHomeDirectory();
+  const std::u16string_view folder = withoutFinalSlashes(home.view());
+  std::u16string_view units = path.view();
+  if (folder.size() < 2 || !units.starts_with(folder)) return path;
+  units.remove_prefix(folder.size());
+  return units.empty() || units.starts_with(u'/') ? concatenate(u"~"_ns, units) : path;
 }
 
 NSString stringByAppendingPathComponent(const NSString &path, const NSString &component) {
@@ -53,12 +115,60 @@ NSString stringByAppendingPathComponent(const NSString &path, const NSString &co
 }
 
 NSString pathExtension(const NSString &path) {
-  std::u16string_view name = path.view();
-  while (name.ends_with(u'/')) name.remove_suffix(1);
-  name.remove_prefix(name.rfind(u'/') + 1);
-  const std::size_t stop = name.rfind(u'.');
-  if (stop == std::u16string_view::npos || stop == 0) return NSString::string();
-  return NSString::stringWithCharacters(name.substr(stop + 1));
+  const std::u16string_view units = withoutFinalSlashes(path.view());
+  const std::size_t stop = findExtension(units);
+  return stop == units.npos ? NSString::string() : NSString::stringWithCharacters(units.substr(stop + 1));
+}
+
+NSString lastPathComponent(const NSString &path) {
+  const std::u16string_view units = withoutFinalSlashes(path.view());
+  return units == u"/" ? part(path, units) : part(path, units.substr(units.rfind(u'/') + 1));
+}
+
+NSString stringByDeletingLastPathComponent(const NSString &path) {
+  const std::u16string_view units = withoutFinalSlashes(path.view());
+  const std::size_t slash = units.rfind(u'/');
+  if (slash == units.npos) return path.length() == 0 ? path : NSString::string();
+  return part(path, withoutFinalSlashes(units.substr(0, std::max<std::size_t>(slash, 1))));
+}
+
+NSString stringByDeletingPathExtension(const NSString &path) {
+  const std::u16string_view units = withoutFinalSlashes(path.view());
+  return part(path, units.substr(0, findExtension(units)));
+}
+
+NSString stringByAppendingPathExtension(const NSString &path, const NSString &extension) {
+  const std::u16string_view units = withoutFinalSlashes(path.view());
+  if (units.empty() || units == u"/" || extension.length() == 0) return path;
+  NSMutableString result;
+  result.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
+  result.appendCharacter(u'.');
+  result.appendString(extension);
+  return std::move(result).string();
+}
+
+std::vector<NSString> pathComponents(const NSString &path) {
+  std::vector<NSString> components;
+  const std::u16string_view units = path.view();
+  if (units.starts_with(u'/')) components.push_back(u"/"_ns);
+  visitComponents(units, [&](std::u16string_view name) { components.push_back(part(path, name)); });
+  if (units.ends_with(u'/') && components.size() > 1) components.push_back(u"/"_ns);
+  return components;
+}
+
+NSString stringByStandardizingPath(const NSString &path) {
+  if (path.length() == 0) return path;
+  const NSString expanded = stringByExpandingTildeInPath(path);
+  const bool isAbsolute = expanded.view().starts_with(u'/');
+  std::u16string result;
+  visitComponents(expanded.view(), [&](std::u16string_view name) {
+    if (name == u".") return;
+    if (isAbsolute && name == u"..") return ascend(result);
+    if (isAbsolute || !result.empty()) result += u'/';
+    result += name;
+  });
+  if (result.empty()) result = isAbsolute ? u'/' : u'.';
+  return result == path.view() ? path : NSString::stringWithCharacters(result);
 }
 
 }  // namespace nimbo

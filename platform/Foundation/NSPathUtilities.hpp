@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <vector>
+
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {
@@ -9,10 +11,17 @@ namespace nimbo {
 /// is none.
 NSString NSHomeDirectory();
 
+/// The folder for the user's temporary files, with a "/" at its end: `$TMPDIR` when that is an absolute path
+/// other than "/", else "/tmp/".
+NSString NSTemporaryDirectory();
+
 /// A leading "~" that ends the path or stands before a "/" becomes the home folder; any other path, one that
 /// begins with
 /// "~user" among them, is answered itself.
 NSString stringByExpandingTildeInPath(const NSString &path);
+
+/// The reverse: "~" instead of the home folder, where that is the whole path or stands before a "/".
+NSString stringByAbbreviatingWithTildeInPath(const NSString &path);
 
 /// `path` and `component` with exactly one "/" between them; `component` itself when `path` is nil or empty.
 NSString stringByAppendingPathComponent(const NSString &path, const NSString &component);
@@ -20,5 +29,30 @@ NSString stringByAppendingPathComponent(const NSString &path, const NSString &co
 /// What follows the last full stop of the last component, without it: "" when there is none, when nothing
 /// precedes it in that component or when it ends the name.
 NSString pathExtension(const NSString &path);
+
+// The functions below answer the path itself when they change nothing; nil for nil.
+
+/// The last component, without the "/" that may follow it; "/" for the root.
+NSString lastPathComponent(const NSString &path);
+
+/// What stands before the last component, without the "/" between them: "/" for a name in the root and for the
+/// root, "" for a single name.
+NSString stringByDeletingLastPathComponent(const NSString &path);
+
+/// Without the path extension and the full stop before it, and without "/" at the end.
+NSString stringByDeletingPathExtension(const NSString &path);
+
+/// With a full stop and `extension` at the end, in front of which "/" is dropped. An empty path, the root, and
+/// an empty extension leave the path as it is.
+NSString stringByAppendingPathExtension(const NSString &path, const NSString &extension);
+
+/// The names between the "/", empty ones left out. An absolute path has "/" as its first component, one that
+/// ends in "/" has it as its last one; the root has only one.
+std::vector<NSString> pathComponents(const NSString &path);
+
+/// With the tilde expanded; without empty components, "." and a "/" at the end. In an absolute path, ".." and
+/// the component before it go, too; where that one is a symbolic link, what it points to counts. A relative
+/// path that comes to nothing is ".".
+NSString stringByStandardizingPath(const NSString &path);
 
 }  // namespace nimbo

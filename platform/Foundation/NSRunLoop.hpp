@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+#include <functional>
+
 #include "platform/Foundation/NSDate.hpp"
 
 namespace nimbo {
@@ -18,6 +21,13 @@ class NSRunLoop {
   [[noreturn]] void run();
   /// Serves input sources until that moment; what is being served then is served to its end.
   void runUntilDate(NSDate limitDate);
+
+  using Timer = std::uint32_t;
+  /// Calls `function` once, from the loop, when so many seconds are over (at once when none); answers the
+  /// timer's number, which is never 0. What `function` raises is logged and goes no further.
+  Timer performAfterDelay(double seconds, std::function<void()> function);
+  /// The function is not called any more and is freed. Not for a timer that has ended.
+  void cancel(Timer timer);
 
  private:
   NSRunLoop() = default;

@@ -108,6 +108,7 @@ class NSString {
     return a.storage_ == b.storage_ || (a.storage_ && b.storage_ && a.view() == b.view());
   }
   std::size_t hash() const noexcept { return std::hash<std::u16string_view>()(view()); }
+  std::size_t identityHash() const noexcept { return std::hash<const void *>()(storage_); }
 
   void swap(NSString &other) noexcept { std::swap(storage_, other.storage_); }
 

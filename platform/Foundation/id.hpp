@@ -14,6 +14,11 @@
 
 namespace nimbo {
 
+/// A hash of two things in this order, of their hashes.
+constexpr std::size_t combinedHash(std::size_t first, std::size_t second) {
+  return first ^ (second + 0x9e3779b97f4a7c15 + (first << 6) + (first >> 2));
+}
+
 /// The null object: a value that says "nothing here" inside a collection, where nil cannot stand.
 struct NSNull {
   friend bool operator==(NSNull, NSNull) = default;
@@ -69,6 +74,13 @@ class id {
   decltype(auto) visit(Visitor &&visitor) const {
     return std::visit(std::forward<Visitor>(visitor), value_);
   }
+
+  /// Whether both are the same object. Strings, data, arrays and dictionaries are when they share their
+  /// storage, so that equal ones may not be. The other kinds have none: equal ones are the same.
+  bool identicalTo(const id &other) const noexcept;
+  /// Equal for equal values, and for the same object.
+  std::size_t hash() const noexcept;
+  std::size_t identityHash() const noexcept;
 
   /// Equal kind and equal value: 1, 1.0 and true differ.
   friend bool operator==(const id &a, const id &b) { return a.value_ == b.value_; }

@@ -28,6 +28,60 @@ TEST(NSPathUtilities, TakesPathsApartAndJoinsThem) {
     EXPECT_EQ(stringByAppendingPathComponent(text(path), text(component)).UTF8String(), whole);
 }
 
+TEST(NSPathUtilities, KnowsNamesAndFolders) {
+  struct Case {
+    std::string_view path, last, folder, withoutExtension, extended, components;
+  };
+  const Case cases[] = {
+      {"/tmp/scratch.tiff", "scratch.tiff", "/tmp", "/tmp/scratch", "/tmp/scratch.tiff.x",
+       "/|tmp|scratch.tiff|"},
+      {"/tmp//a/", "a", "/tmp", "/tmp//a", "/tmp//a.x", "/|tmp|a|/|"},
+      {"/tmp", "tmp", "/", "/tmp", "/tmp.x", "/|tmp|"},
+      {"//", "/", "/", "/", "//", "/|"},
+      {"a..b", "a..b", "", "a.", "a..b.x", "a..b|"},
+      {"x/.b", ".b", "x", "x/.b", "x/.b.x", "x|.b|"},
+      {"a.b/c", "c", "a.b", "a.b/c", "a.b/c.x", "a.b|c|"},
+      {"", "", "", "", "", ""},
+  };
+  for (const Case &each : cases) {
+    const NSString path = text(each.path);
+    EXPECT_EQ(lastPathComponent(path).UTF8String(), each.last) << each.path;
+    EXPECT_EQ(stringByDeletingLastPathComponent(path).UTF8String(), each.folder) << each.path;
+    EXPECT_EQ(stringByDeletingPathExtension(path).UTF8String(), each.withoutExtension) << each.path;
+    EXPECT_EQ(stringByAppendingPathExtension(path, u"x"_ns).UTF8String(), each.extended) << each.path;
+    std::string joined;
+    for (const NSString &name : pathComponents(path)) joined += name.UTF8String() + "|";
+    EXPECT_EQ(joined, each.components) << each.path;
+  }
+}
+
+TEST(NSPathUtilities, StandardizesAlongRealFolders) {
+  const TemporaryFolder folder;
+  const std::filesystem::path real = std::filesystem::canonical(folder.path());
+  std::filesystem::create_directories(real / "deep/down");
+  std::filesystem::create_symlink("deep/down", real / "link");
+  const std::string base = real.native();
+  const std::string home = NSHomeDirectory().UTF8String();
+  const std::pair<std::string, std::string> cases[] = {
+      {base + "/link/../x", base + "/deep/x"},  // Not what the names say.
+      {base + "/link/none/../x/", base + "/link/x"},
+      {base + "//deep/./none/../..", base},
+      {"/../..", "/"},
+      {"a/.././b//", "a/../b"},
+      {"./", "."},
+      {"~/./x", home + "/x"},
+      {"", ""},
+  };
+  for (const auto &[path, standard] : cases)
+    EXPECT_EQ(stringByStandardizingPath(text(path)).UTF8String(), standard) << path;
+  EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(home + "/x")), u"~/x"_ns);
+  EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(home + "x")).UTF8String(), home + "x");
+  std::string deep;
+  for (int i = 0; i < 100000; ++i) deep += "/a";
+  for (int i = 0; i < 100000; ++i) deep += "/..";
+  EXPECT_EQ(stringByStandardizingPath(text(deep)), u"/"_ns);
+}
+
 TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
   const std::string home = NSHomeDirectory().UTF8String();
   EXPECT_EQ(stringByExpandingTildeInPath(u"~/x"_ns).UTF8String(), home + "/x");

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSBundle.hpp"
+
+namespace nimbo {
+inline namespace NSBundleNimboExtensions {
+
+/// A folder for the bundle's temporary files in `temporaryDirectory()`, of the user's own and closed to others
+/// when it has to be made, which this does. It has the bundle's name: CFBundleName, else that of the bundle
+/// without its extension. Where somebody else has that name, the user's number stands behind it, as in
+/// "Name-1000". Nil when the folder cannot be made.
+NSString temporaryDirectory(const NSBundle &bundle);
+/// That of the main bundle.
+NSString bundleTemporaryDirectory();
+
+}  // namespace NSBundleNimboExtensions
+}  // namespace nimbo

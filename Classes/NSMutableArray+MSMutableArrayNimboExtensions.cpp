@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
+
+#include <algorithm>
+#include <span>
+#include <unordered_set>
+#include <vector>
+
+namespace nimbo {
+namespace {
+
+struct ByEquality {
+  std::size_t operator()(const id *object) const { return object->hash(); }
+  bool operator()(const id *a, const id *b) const { return *a == *b; }
+};
+
+struct ByIdentity {
+  std::size_t operator()(const id *object) const { return object->identityHash(); }
+  bool operator()(const id *a, const id *b) const { return a->identicalTo(*b); }
+};
+
+/// Borrows the objects.
+template <class Sameness>
+class ObjectSet {
+ public:
+  explicit ObjectSet(std::span<const id> objects) {
+    set_.reserve(objects.size());
+    for (const id &object : objects) set_.insert(&object);
+  }
+  bool contains(const id &object) const { return set_.contains(&object); }
+  /// Whether it was not there.
+  bool insert(const id &object) { return set_.insert(&object).second; }
+
+ private:
+  std::unordered_set<const id *, Sameness, Sameness> set_;
+};
+
+std::span<const id> objectsOf(const NSArray &array) {
+  return {array.begin(), array.end()};
+}
+
+/// Before the first nil.
+std::span<const id> listed(std::initializer_list<id> objects) {
+  return {objects.begin(), std::find(objects.begin(), objects.end(), id())};
+}
+
+/// Keeps the objects that are contained in the others, or not.
+template <class Sameness>
+void keepObjects(NSArray &array, const NSArray &other, bool contained) {
+  if (array.count() == 0) return;
+  const NSArray others = other;  // They may be those of the array.
+  const ObjectSet<Sameness> set(objectsOf(others));
+  const auto isRemoved = [&](const id &object) { return set.contains(object) != contained; };
+  if (std::none_of(array.begin(), array.end(), isRemoved)) return;
+  const std::span<id> objects = array.mutableObjects();
+  const auto end = std::remove_if(objects.begin(), objects.end(), isRemoved);
+  array.setCount(static_cast<std::uint32_t>(end - objects.begin()));
+}
+
+template <class Sameness>
+void removeObjects(NSArray &array, const NSArray &other) {
+  if (other.count() > 0) keepObjects<Sameness>(array, other, false);
+}
+
+template <class Sameness>
+void unite(NSArray &array, std::span<const id> others) {
+  ObjectSet<Sameness> set(objectsOf(array));
+  std::vector<id> added;
+  std::copy_if(others.begin(), others.end(), std::back_inserter(added),
+               [&](const id &object) { return set.insert(object); });
+  if (!added.empty()) array.insertObjectsAtIndex(added, array.count());
+}
+
+}  // namespace
+
+inline namespace MSMutableArrayNimboExtensions {
+
+void removeIdenticalObjectsFromArray(NSArray &array, const NSArray &other) {
+  removeObjects<ByIdentity>(array, other);
+}
+
+void removeObjectsFromArray(NSArray &array, const NSArray &other) {
+  removeObjects<ByEquality>(array, other);
+}
+
+void unionWithIdenticalObjectsFromArray(NSArray &array, const NSArray &other) {
+  unite<ByIdentity>(array, objectsOf(other));
+}
+
+void unionWithObjectsFromArray(NSArray &array, const NSArray &other) {
+  unite<ByEquality>(array, objectsOf(other));
+}
+
+void unionWithIdenticalObjects(NSArray &array, std::initializer_list<id> objects) {
+  unite<ByIdentity>(array, listed(objects));
+}
+
+void unionWithObjects(NSArray &array, std::initializer_list<id> objects) {
+  unite<ByEquality>(array, listed(objects));
+}
+
+void joinWithIdenticalObjectsFromArray(NSArray &array, const NSArray &other) {
+  keepObjects<ByIdentity>(array, other, true);
+}
+
+void joinWithObjectsFromArray(NSArray &array, const NSArray &other) {
+  keepObjects<ByEquality>(array, other, true);
+}
+
+void addObjects(NSArray &array, std::initializer_list<id> objects) {
+  const std::span<const id> added = listed(objects);
+  if (!added.empty()) array.insertObjectsAtIndex(added, array.count());
+}
+
+void appendObjects(NSArray &array, std::initializer_list<id> objects) {
+  addObjects(array, objects);
+}
+
+void insertObjectsFromArray(NSArray &array, const NSArray &other, std::uint32_t index) {
+  const NSArray others = other;  // They may be those of the array.
+  if (others.count() > 0 && index <= array.count()) array.insertObjectsAtIndex(objectsOf(others), index);
+}
+
+void setCount(NSArray &array, std::uint32_t count) {
+  if (count < array.count()) array.setCount(count);
+}
+
+bool moveObjectAtIndex(NSArray &array, std::uint32_t from, std::uint32_t to) {
+  if (from == to) return true;
+  if (from >= array.count() || to >= array.count()) return false;
+  const auto objects = array.mutableObjects().begin();
+  if (from < to)
+    std::rotate(objects + from, objects + from + 1, objects + to);
+  else
+    std::rotate(objects + to, objects + from, objects + from + 1);
+  return true;
+}
+
+void quickSortUsingFunction(NSArray &array, ComparisonFunction function, void *context) {
+  quickSortUsingFunction(array, function, {0, array.count()}, context);
+}
+
+void quickSortUsingFunction(NSArray &array, ComparisonFunction function, NSRange range, void *context) {
+  if (array.count() < 2 || range.location > array.count() || range.length > array.count() - range.location)
+    return;
+  const std::span<id> objects = array.mutableObjects().subspan(range.location, range.length);
+  std::stable_sort(objects.begin(), objects.end(),
+                   [&](const id &a, const id &b) { return function(a, b, context) < 0; });
+}
+
+}  // namespace MSMutableArrayNimboExtensions
+}  // namespace nimbo

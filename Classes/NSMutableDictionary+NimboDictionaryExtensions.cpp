@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSMutableDictionary+NimboDictionaryExtensions.hpp"
+
+namespace nimbo {
+inline namespace NimboDictionaryExtensions {
+
+void setInteger(NSDictionary &dictionary, std::int32_t value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setUnsignedInt(NSDictionary &dictionary, std::uint32_t value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setUnsignedLong(NSDictionary &dictionary, std::uint64_t value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setLongLong(NSDictionary &dictionary, std::int64_t value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setFloat(NSDictionary &dictionary, float value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setDouble(NSDictionary &dictionary, double value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setBool(NSDictionary &dictionary, bool value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setString(NSDictionary &dictionary, const NSString &value, const NSString &key) {
+  dictionary.setObject(value, key);
+}
+
+void setOrRemoveObject(NSDictionary &dictionary, const id &object, const NSString &key) {
+  if (object)
+    dictionary.setObject(object, key);
+  else
+    dictionary.removeObjectForKey(key);
+}
+
+void setOrRemoveString(NSDictionary &dictionary, const NSString &string, const NSString &key) {
+  setOrRemoveObject(dictionary, string.length() > 0 ? id(string) : id(), key);
+}
+
+}  // namespace NimboDictionaryExtensions
+}  // namespace nimbo

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSBundle.hpp"
+#include "platform/Foundation/NSObject.hpp"
+
+namespace nimbo {
+inline namespace NSObjectNimboExtensions {
+
+/// Sets the value under the key. False when the key is nil or an exception comes of it, as from an unknown key.
+bool setSafeValue(NSObject &object, const id &value, const NSString &key);
+/// The value under the key; nil when an exception comes of it.
+id getSafeValueForKey(const NSObject &object, const NSString &key);
+
+/// Takes back delayed requests of this thread for the same receiver and selector with an equal argument, then
+/// asks again, as `performSelectorAfterDelay`.
+void cancelPreviousPerformRequestsAndPerformSelector(const std::shared_ptr<NSObject> &object,
+                                                     const NSString &selector, const id &argument,
+                                                     double delaySeconds);
+/// The run loop has one mode, in which it serves everything, so that all names mean that one. With no mode the
+/// earlier requests are taken back and none is made.
+void cancelPreviousPerformRequestsAndPerformSelector(const std::shared_ptr<NSObject> &object,
+                                                     const NSString &selector, const id &argument,
+                                                     double delaySeconds, const std::vector<NSString> &inModes);
+
+/// Whether the class of the object has this name; false for nil.
+bool classDescriptionIsEqualTo(const NSObject &object, const NSString &name);
+/// Whether the class of the object or one above it has this name; false for nil.
+bool isKindOfClassFromString(const NSObject &object, const NSString &name);
+
+/// The bundle that holds the class, or the class of the object: `NSBundle::bundleForAddress` of its
+/// description.
+NSBundle bundle(const ClassDescription &description);
+NSBundle bundle(const NSObject &object);
+
+}  // namespace NSObjectNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSString+NSStringNimboPathExtensions+Base64.hpp"
+
+#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/Foundation/NSDataBase64.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboPathExtensions {
+
+NSString encodebase64(const NSString &string) {
+  if (!string) return string;
+  const std::string bytes = string.UTF8String();
+  return base64EncodedString(NSData::dataWithBytes(bytes.data(), bytes.size()));
+}
+
+NSString decodebase64(const NSString &string) {
+  return decodebase64UsingEncoding(string, NSUTF8StringEncoding);
+}
+
+NSString decodebase64UsingEncoding(const NSString &string, NSStringEncoding encoding) {
+  return initWithData(dataWithBase64EncodedString(string), encoding);
+}
+
+}  // namespace NSStringNimboPathExtensions
+}  // namespace nimbo

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <span>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+inline namespace NSStringNimboPathExtensions {
+
+/// As `pathMatchingExtensions`, where the list may hold uniform type identifiers, too, which are known by their
+/// full stop: the path itself also matches when what stands there has exactly one of these types.
+/// Four-character codes in apostrophes match nothing, as files have none here. Not thread-safe.
+NSString pathMatchingExtensionsOrTypes(const NSString &path, std::span<const NSString> extensionsOrTypes);
+
+}  // namespace NSStringNimboPathExtensions
+}  // namespace nimbo

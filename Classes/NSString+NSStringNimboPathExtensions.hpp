@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "Classes/NSString+NSStringNimboPathExtensions+Base64.hpp"
+#include "Classes/NSString+NSStringNimboPathExtensions+Extensions.hpp"
+#include "Classes/NSString+NSStringNimboPathExtensions+FileNames.hpp"
+#include "Classes/NSString+NSStringNimboPathExtensions+NaturalOrder.hpp"
+#include "Classes/NSString+NSStringNimboPathExtensions+Paths.hpp"

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+namespace nimbo {
+
+/// How the first of two things stands to the second.
+enum NSComparisonResult : std::int32_t {
+  NSOrderedAscending = -1,
+  NSOrderedSame = 0,
+  NSOrderedDescending = 1,
+};
+
+/// From a number whose sign says it.
+constexpr NSComparisonResult comparisonResult(std::int64_t difference) {
+  return difference < 0 ? NSOrderedAscending : difference > 0 ? NSOrderedDescending : NSOrderedSame;
+}
+
+}  // namespace nimbo

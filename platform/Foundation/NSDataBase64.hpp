@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSData.hpp"
+
+namespace nimbo {
+
+/// The bytes in Base64's standard alphabet, padded with "=", without line breaks. Nil for nil, and when the
+/// text would be longer than `NSNotFound`.
+NSString base64EncodedString(const NSData &data);
+
+/// The bytes that Base64 text stands for. Reading ends at the first "="; characters outside the standard
+/// alphabet, line breaks among them, are skipped; bits that make no whole byte are dropped. Nil for nil.
+NSData dataWithBase64EncodedString(const NSString &string);
+
+}  // namespace nimbo

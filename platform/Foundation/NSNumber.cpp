@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSNumber.hpp"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace nimbo {
+namespace {
+
+/// The most characters that a double's shortest form takes.
+constexpr std::size_t kLongestNumber = 32;
+
+bool isWhiteSpace(unichar c) {
+  return c == u' ' || (c >= u'\t' && c <= u'\r');
+}
+
+bool isDigit(unichar c) {
+  return c >= u'0' && c <= u'9';
+}
+
+/// The characters that may belong to the number at the beginning of `units`, in ASCII, without a plus sign.
+/// Empty when there is no number.
+std::string leadingNumber(std::u16string_view units) {
+  while (!units.empty() && isWhiteSpace(units.front())) units.remove_prefix(1);
+  if (units.starts_with(u'+')) units.remove_prefix(1);
+  const std::size_t first = units.starts_with(u'-') ? 1 : 0;
+  const bool isNumber = units.size() > first && (isDigit(units[first]) || units[first] == u'.');
+  if (!isNumber) return {};
+  const std::size_t end = units.find_first_not_of(u"0123456789.eE+-");
+  return std::string(units.begin(), units.begin() + static_cast<std::ptrdiff_t>(std::min(end, units.size())));
+}
+
+std::int64_t integerOf(const std::string &text) {
+  using Limits = std::numeric_limits<std::int64_t>;
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc::result_out_of_range) return number;
+  return text.starts_with('-') ? Limits::min() : Limits::max();
+}
+
+double realOf(const std::string &text) {
+  using Limits = std::numeric_limits<double>;
+  return std::clamp(g_ascii_strtod(text.c_str(), nullptr), Limits::lowest(), Limits::max());
+}
+
+std::int64_t truncated(double number) {
+  constexpr double kLimit = 9223372036854775808.0;  // 2^63.
+  if (std::isnan(number)) return 0;
+  if (number >= kLimit) return std::numeric_limits<std::int64_t>::max();
+  if (number < -kLimit) return std::numeric_limits<std::int64_t>::min();
+  return static_cast<std::int64_t>(number);
+}
+
+template <class T>
+NSString textOf(T number) {
+  char digits[kLongestNumber];
+  const auto [end, error] = std::to_chars(digits, digits + kLongestNumber, number);
+  return NSString::stringWithUTF8String({digits, end});
+}
+
+}  // namespace
+
+std::optional<std::int64_t> longLongValue(const id &value) {
+  if (const auto boolean = value.boolean()) return *boolean;
+  if (const auto integer = value.integer()) return integer;
+  if (const auto real = value.real()) return truncated(*real);
+  if (const NSString string = value.string()) return integerOf(leadingNumber(string.view()));
+  return std::nullopt;
+}
+
+std::optional<double> doubleValue(const id &value) {
+  if (const auto boolean = value.boolean()) return *boolean;
+  if (const auto real = value.real()) return real;
+  if (const NSString string = value.string()) return realOf(leadingNumber(string.view()));
+  return std::nullopt;
+}
+
+NSString stringValue(const id &value) {
+  if (const NSString string = value.string()) return string;
+  if (const auto boolean = value.boolean()) return *boolean ? u"1"_ns : u"0"_ns;
+  if (const auto integer = value.integer()) return textOf(*integer);
+  if (const auto real = value.real()) return textOf(*real);
+  return NSString();
+}
+
+}  // namespace nimbo

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+// What a value is as a number or text. Booleans are 1 and 0. A string is the number that it begins with behind
+// white characters of ASCII, or 0; "." is the decimal point, there is no digit grouping, and words such as
+// "inf" are no numbers. What does not fit becomes the nearest number that does, not-a-number becomes 0. Nothing
+// for the other kinds.
+
+/// A whole number; reals are cut towards 0.
+std::optional<std::int64_t> longLongValue(const id &value);
+std::optional<double> doubleValue(const id &value);
+/// The string itself, or the decimal digits of a number, as few as tell a real from all others: "1", "0.1",
+/// "1e+300". Nil for the other kinds.
+NSString stringValue(const id &value);
+
+}  // namespace nimbo

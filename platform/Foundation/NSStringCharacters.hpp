@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace nimbo {
+
+/// The last place at or before `index` where a character as people see it begins: never inside a surrogate
+/// pair, between a letter and its combining marks, or inside another grapheme cluster. `index` is cut to the
+/// length.
+std::size_t characterBoundaryAtOrBefore(std::u16string_view units, std::size_t index);
+
+}  // namespace nimbo
