@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping stop entities help version'
+  local commands='metadata pdf ping stop entities url help version'
   local options='--no-start --timeout --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -12,7 +12,8 @@ _quiverleaf() {
   done
   [[ $command == pdf ]] && options+=' --attributed'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
-  if [[ $previous == --timeout ]]; then
+  [[ $command == url ]] && options+=' --base'
+  if [[ $previous == --timeout || $previous == --base ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
