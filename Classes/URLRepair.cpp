@@ -118,10 +118,15 @@ bool appendAuthority(std::string &result, View authority) {
   const std::size_t bracket = authority.starts_with(u'[') ? authority.find(u']') : View::npos;
   const std::size_t hostEnd =
       bracket != View::npos ? bracket + 1 : std::min(authority.rfind(u':'), authority.size());
-  const NSString host = ASCIIHostName(NSString::stringWithCharacters(authority.substr(0, hostEnd)));
-  if (!host) return false;
-  appendEscaped(result, host.view(), bracket != View::npos ? "[]:." : kPlainInHost);
-  appendEscaped(result, authority.substr(hostEnd), ":");
+  const NSString host = NSString::stringWithCharacters(authority.substr(0, hostEnd));
+  if (bracket != View::npos) {
+    appendEscaped(result, host.view(), "[]:.%");
+  } else {
+    const NSString name = ASCIIHostName(host);
+    if (!name) return false;
+    appendEscaped(result, name.view(), kPlainInHost);
+  }
+  appendEscaped(result, authority.substr(hostEnd), ":%");
   return true;
 }
 

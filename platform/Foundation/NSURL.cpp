@@ -158,9 +158,17 @@ NSString NSURL::password() const {
 }
 
 NSString NSURL::path() const {
+  return decodedPath(false);
+}
+
+NSString NSURL::pathWithParameters() const {
+  return decodedPath(true);
+}
+
+NSString NSURL::decodedPath(bool withParameters) const {
   if (!storage_ || isOpaque()) return NSString();
   std::u16string_view units = storage_->path();
-  units = units.substr(0, units.find(u';'));
+  if (!withParameters) units = units.substr(0, units.find(u';'));
   if (units.size() > 1 && units.ends_with(u'/')) units.remove_suffix(1);
   const NSString written = NSString::stringWithCharacters(units);
   if (units.find(u'%') == std::u16string_view::npos) return written;

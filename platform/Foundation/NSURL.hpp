@@ -69,6 +69,8 @@ class NSURL {
   /// is all of it. As it is written where the escapes are no UTF-8; but a file's path is its path as the system
   /// gives it, whatever the bytes. Nil when the URL is opaque, as "mailto:a@b".
   NSString path() const;
+  /// The same with the parameters, which in most names of files are none.
+  NSString pathWithParameters() const;
   /// The path with its parameters as they are written, also that of an opaque URL, up to the "?" or "#".
   NSString escapedPath() const;
   /// What follows the first ";" of the path.
@@ -89,6 +91,7 @@ class NSURL {
  private:
   struct Storage;
 
+  NSString decodedPath(bool withParameters) const;
   static NSURL make(NSString relativeString, NSURL base, NSString absoluteString, const URIParts &parts);
   explicit NSURL(std::shared_ptr<const Storage> storage) noexcept : storage_(std::move(storage)) {}
 

@@ -71,6 +71,7 @@ TEST(NSURL, ResolvesReferencesAsTheStandardsExamples) {
       {"g#s/./x", "http://a/b/c/g#s/./x"},
       {"g#s/../x", "http://a/b/c/g#s/../x"},
       {"http:g", "http:g"},
+      {"//u@[2001:DB8::1]:8/g/..", "http://u@[2001:DB8::1]:8/"},
   };
   for (const auto &[reference, target] : cases) {
     const NSURL resolved = NSURL::URLWithString(text(reference), base);
