@@ -87,6 +87,10 @@ std::optional<std::string> resolvedURIReference(std::string_view reference, std:
   std::string result(static_cast<std::size_t>(length) + 1, '\0');
   if (uriToStringA(result.data(), &*target, length + 1, nullptr) != URI_SUCCESS) return std::nullopt;
   result.pop_back();
+  // A path that begins with an empty segment would be taken for a host.
+  const std::size_t path = result.find(':') + 1;
+  if (!target->hostText.first && std::string_view(result).substr(path).starts_with("//"))
+    result.insert(path, "/.");
   if (target->hostData.ip6) {  // The library writes the address out; brackets stand nowhere else.
     const std::size_t begin = result.find('[') + 1;
     result.replace(begin, result.find(']', begin) - begin, target->hostText.first,

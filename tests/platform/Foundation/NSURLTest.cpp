@@ -141,6 +141,7 @@ TEST(NSURL, StandardizesOnlyPaths) {
       {"http://h/../../a/..", "http://h/"},
       {"HTTP://H/%7e?../a#./b", "HTTP://H/%7e?../a#./b"},
       {"mailto:a/../b", "mailto:a/../b"},
+      {"x:/a/..//h", "x:/.//h"},
       {"a/../b", "a/../b"},
       {"file:///a/../b", "file:///b"},
   };
