@@ -77,8 +77,8 @@ NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bo
 }
 
 NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &directory, bool removeSessionIDs,
-                                         const NSString &pathExtension, const InvertedPathLimits &limits,
-                                         bool caseInsensitive) {
+                                         const NSString &pathExtension, std::uint32_t maxComponents,
+                                         std::uint32_t maxComponentUnits, bool caseInsensitive) {
   if (!url || url.isOpaque() || (!url.host() && !url.isFileURL())) return NSString();
   const NSURL source = removeSessionIDs && !url.isFileURL()
                            ? NSURL::URLWithString(stringURLByRemovingSessionIDs(url.absoluteString()))
@@ -87,12 +87,12 @@ NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &direc
   for (const NSString &label : invertedHostComponents(source)) components.push_back(lowercaseString(label));
   for (const NSString &component : componentsOfPath(source))
     components.push_back(caseInsensitive ? lowercaseString(component) : component);
-  joinBeyond(components, limits.maxComponents);
+  joinBeyond(components, maxComponents);
 
   NSString path = directory;
   for (const NSString &component : components) {
     const bool isLast = &component == &components.back();
-    const NSString name = stringByCreatingFilename(cutTo(component, limits.maxComponentUnits));
+    const NSString name = stringByCreatingFilename(cutTo(component, maxComponentUnits));
     const NSString bounded =
         isLast ? stringByCreatingFileSystemRepresentationByAppendingExtension(name, pathExtension)
                : stringByCreatingFileSystemRepresentation(name);

@@ -23,23 +23,18 @@ NSString fileSystemPathHFSStyle(const NSURL &url);
 NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bool simplified,
                                  const NSString &defaultPathComponent);
 
-/// How a path is made of a URL; 0 is no limit.
-struct InvertedPathLimits {
-  /// Further components of the path become part of the last one, with "-" between them.
-  std::uint32_t maxComponents = 0;
-  /// Longer components are cut.
-  std::uint32_t maxComponentUnits = 0;
-};
-
 /// A path inside `directory` for a copy of what the URL names: the host's components in reverse order and small
 /// letters, then those of the path, then the query behind a "?" in the last one; "index" where the path ends
 /// with "/". Each component is made a safe file name (`stringByCreatingFilename`), so that the path never
 /// leaves `directory`. `removeSessionIDs` takes these out first; a `pathExtension` that is not nil or empty is
-/// appended unless it is there; `caseInsensitive` makes all letters small, so that URLs that differ in case
-/// share a path. Nil when the URL is nil, opaque, or has no host and is no file's.
+/// appended unless it is there. Beyond `maxComponents`, components become part of the last one, with "-"
+/// between them, and each is cut to `maxComponentUnits`; 0 is no limit. `caseInsensitive` makes all letters
+/// small, so that URLs that differ in case share a path. Nil when the URL is nil, opaque, or has no host and is
+/// no file's.
 NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &directory,
                                          bool removeSessionIDs = false, const NSString &pathExtension = {},
-                                         const InvertedPathLimits &limits = {}, bool caseInsensitive = false);
+                                         std::uint32_t maxComponents = 0, std::uint32_t maxComponentUnits = 0,
+                                         bool caseInsensitive = false);
 
 /// A folder inside `path` for copies of what the URL's host has at a time, in UTC: "org.example.www" and in it
 /// "2006-12-31 23-59-59", with `milliseconds` "2006-12-31 23-59-59-123". Nil when the URL has no host, `path`

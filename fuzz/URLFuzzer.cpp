@@ -60,8 +60,7 @@ void checkExtensions(const NSURL &url, const NSURL &other, const NSString &name)
   nimbo::absoluteStringWithoutUserAndPassword(url);
   nimbo::fileSystemPathHFSStyle(url);
   nimbo::pathRelativeToDirectory(url, name, true, name);
-  const NSString inside =
-      nimbo::invertedPathRelativeToDirectory(url, u"/d"_ns, true, u"html"_ns, {8, 40}, false);
+  const NSString inside = nimbo::invertedPathRelativeToDirectory(url, u"/d"_ns, true, u"html"_ns, 8, 40, false);
   if (inside) require(inside.view().starts_with(u"/d") && inside.view().find(u"/../") == inside.view().npos);
 }
 

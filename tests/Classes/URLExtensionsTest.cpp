@@ -284,13 +284,14 @@ TEST(Components, AreThoseOfTheURL) {
 
 TEST(InvertedPaths, StayInTheirFolder) {
   const auto inverted = [](std::string_view string, const NSString &extension = {},
-                           const InvertedPathLimits &limits = {}) {
-    return shown(invertedPathRelativeToDirectory(url(string), u"/d"_ns, true, extension, limits, true));
+                           std::uint32_t maxComponents = 0, std::uint32_t maxUnits = 0) {
+    return shown(
+        invertedPathRelativeToDirectory(url(string), u"/d"_ns, true, extension, maxComponents, maxUnits, true));
   };
   EXPECT_EQ(inverted("http://WWW.Example.org/A/b;jsessionid=1?C=d"), "/d/org/example/www/a/b?c=d");
   EXPECT_EQ(inverted("http://h/a/", u"html"_ns), "/d/h/a/index.html");
-  EXPECT_EQ(inverted("http://h/a/b/c/d", {}, {3, 0}), "/d/h/a/b-c-d");
-  EXPECT_EQ(inverted("http://h/abcdef/%F0%9F%98%80x", {}, {0, 1}), "/d/h/a");
+  EXPECT_EQ(inverted("http://h/a/b/c/d", {}, 3), "/d/h/a/b-c-d");
+  EXPECT_EQ(inverted("http://h/abcdef/%F0%9F%98%80x", {}, 0, 1), "/d/h/a");
   EXPECT_EQ(inverted("mailto:a@b"), "-");
   EXPECT_EQ(inverted("http:///a"), "-");
   for (const auto string : {"http://h/../../x", "http://h/%2e%2e/%2e%2e%2fx", "http://../a",
