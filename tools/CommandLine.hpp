@@ -18,6 +18,7 @@ struct CommandOptions {
   bool propertyList = false;
   bool attributed = false;
   std::optional<std::string> encode;
+  std::optional<std::string> base;
   bool noStandard = false;
   bool numeric = false;
   bool nonUmlauted = false;

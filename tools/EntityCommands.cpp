@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/EntityCommands.hpp"
 
+#include <limits>
 #include <string_view>
 
 #include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/URLReport.hpp"
 
 namespace nimbo {
 
@@ -40,6 +43,19 @@ int runEntities(const CommandOptions &options, const Operands &operands) {
   return kExitAnswered;
 }
 
+int runURL(const CommandOptions &options, const Operands &operands) {
+  const NSURL base =
+      options.base ? URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
+  if (options.base && !base.scheme()) throw UsageError("'" + *options.base + "' is no absolute URL");
+  NSArray reports = NSArray::array();
+  // A property list has no null.
+  const id missing = options.propertyList ? id() : id(NSNull());
+  for (const std::string &operand : operands)
+    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, missing));
+  writeResult(reports, options);
+  return kExitAnswered;
+}
+
 }  // namespace
 
 const std::vector<Command> &entityCommands() {
@@ -65,6 +81,17 @@ const std::vector<Command> &entityCommands() {
        1,
        1,
        runEntities,
+       true},
+      {"url",
+       "URL...",
+       "kinds, parts, parameters and forms of URLs",
+       "Prints a JSON array with what is known about each URL. One that is no URL has a null \"URL\"; "
+       "\"Repaired\"\n"
+       "is what it may have been meant to be. \"Loadable\" looks whether a file is there.",
+       {{"base", &CommandOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}},
+       1,
+       std::numeric_limits<std::size_t>::max(),
+       runURL,
        true},
   };
   return commands;

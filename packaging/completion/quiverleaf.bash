@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping stop text strip tags entities charset decode help version'
+  local commands='metadata pdf ping stop text strip tags entities charset decode url help version'
   local options='--no-start --timeout --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -15,7 +15,8 @@ _quiverleaf() {
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
   [[ $command == decode ]] && options+=' --encoding --default --json'
   [[ $command == strip ]] && options+=' --tag --attributes --bodies --except --objects'
-  if [[ $previous =~ ^--(timeout|encoding|default|tag|attributes|bodies|except)$ ]]; then
+  [[ $command == url ]] && options+=' --base'
+  if [[ $previous =~ ^--(timeout|encoding|default|tag|attributes|bodies|except|base)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")

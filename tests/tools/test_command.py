@@ -172,6 +172,19 @@ class CommandTest(unittest.TestCase):
         self.file("latin", b"caf\xe9")
         self.assert_fails(3, "latin: is no text in any encoding", "decode", "--default", "utf-8", "latin")
 
+    def test_urls_without_a_helper(self):
+        good, bad, hopeless = self.answer("url", "--base", "https://h/x/", "HTTP://a.org:80/b.PNG?c=1&c=2#d", "ttp://b/\u00e9 f", "")
+        self.assertEqual((good["URL"], good["Simplified"]), ("HTTP://a.org:80/b.PNG?c=1&c=2#d", "http://a.org/b.PNG?c=1&c=2"))
+        self.assertEqual((good["QueryParams"], good["NumberOfQueryParams"]), ({"c": "2"}, 2))
+        self.assertEqual((good["Components"]["Port"], good["Components"]["HostComponents"]), (80, ["a", "org"]))
+        self.assertTrue(good["Kinds"]["HTTP"] and good["Types"]["Image"] and not good["Kinds"]["File"])
+        self.assertEqual((bad["URL"], bad["Repaired"], bad["Resolved"]), (None, *["http://b/%C3%A9%20f"] * 2))
+        self.assertNotIn("Components", bad)
+        self.assertEqual((hopeless["URL"], hopeless["Repaired"], hopeless["Resolved"]), (None, None, None))
+        plist = plistlib.loads(self.run_command("url", "--plist", "a b").stdout)
+        self.assertEqual((plist[0]["Repaired"], "URL" in plist[0]), ("a%20b", False))
+        self.assert_fails(2, "no helper", "ping", "--no-start")
+
     def test_files_that_give_no_answer(self):
         self.file("empty", b"")
         self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
@@ -229,6 +242,7 @@ class CommandTest(unittest.TestCase):
             ("--simple takes none of", "text", "--simple", "--no-junk", "a"),
             ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
             ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
+            ("is no absolute URL", "url", "--base", "a/b", "c"),
             ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]
@@ -239,8 +253,8 @@ class CommandTest(unittest.TestCase):
     def test_help_names_every_command_and_option(self):
         overview = self.run_command("help").stdout.decode()
         self.assertEqual(self.run_command("--help").stdout.decode(), overview)
-        for name in ("metadata", "pdf", "ping", "stop", "text", "strip", "tags", "entities", "charset", "decode", "help",
-                     "version"):
+        for name in ("metadata", "pdf", "ping", "stop", "text", "strip", "tags", "entities", "charset", "decode",
+                     "url", "help", "version"):
             self.assertIn(f"\n  {name}", overview)
             self.assertEqual(self.run_command("help", name).stdout, self.run_command(name, "-h").stdout)
         self.assertRegex(self.run_command("--version").stdout, rb"\Aquiverleaf \d+\.\d+\.\d+\n\Z")

@@ -1,0 +1,18 @@
+# Writes the rows of SearchEngines.tsv as elements of a C++ array.
+# cmake -DINPUT=... -DOUTPUT=... -P EmbedSearchEngines.cmake
+file(STRINGS "${INPUT}" lines)
+set(kind_host Host)
+set(kind_prefix Prefix)
+set(kind_content-host ContentHost)
+set(kind_content-path ContentPath)
+set(text)
+foreach(line IN LISTS lines)
+  if(line MATCHES "^#" OR line STREQUAL "")
+    continue()
+  endif()
+  if(NOT line MATCHES "^(host|prefix|content-host|content-path)\t([^\t]+)$")
+    message(FATAL_ERROR "${INPUT}: not a kind, a tab and a text: ${line}")
+  endif()
+  string(APPEND text "{SearchEngineKind::k${kind_${CMAKE_MATCH_1}}, u\"${CMAKE_MATCH_2}\"},\n")
+endforeach()
+file(WRITE "${OUTPUT}" "${text}")

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "Classes/NSString+NSStringNimboPathExtensions.hpp"
+#include "Classes/NSString+URLUtilities.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+Components.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+Strings.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/UTF8.hpp"
+
+namespace nimbo {
+inline namespace NSURLNimboExtensions {
+
+namespace {
+
+/// For a path that ends with "/".
+constexpr std::u16string_view kIndexName = u"index";
+
+NSString joined(const NSString &a, std::u16string_view separator, const NSString &b) {
+  return NSString::stringWithCharacters(std::u16string(a.view()).append(separator).append(b.view()));
+}
+
+/// At most so many units, without half a character at the end; 0 is no limit.
+NSString cutTo(const NSString &string, std::uint32_t maxUnits) {
+  if (maxUnits == 0 || string.length() <= maxUnits) return string;
+  const bool cutsPair = isHighSurrogate(string.characterAtIndex(maxUnits - 1));
+  return string.substringWithRange({0, maxUnits - (cutsPair ? 1u : 0u)});
+}
+
+/// The components of the path and the query, as they are to be named.
+std::vector<NSString> componentsOfPath(const NSURL &url) {
+  std::vector<NSString> components;
+  for (const NSString &component : pathComponents(fullPath(url)))
+    if (component != u"/"_ns) components.push_back(component);
+  if (!url.escapedPath().length() || url.escapedPath().view().ends_with(u'/'))
+    components.push_back(NSString::stringWithCharacters(kIndexName));
+  if (url.query() && !components.empty()) components.back() = joined(components.back(), u"?", url.query());
+  return components;
+}
+
+void joinBeyond(std::vector<NSString> &components, std::uint32_t maxComponents) {
+  if (maxComponents == 0) return;
+  while (components.size() > maxComponents) {
+    const NSString last = components.back();
+    components.pop_back();
+    components.back() = joined(components.back(), u"-", last);
+  }
+}
+
+}  // namespace
+
+NSString fileSystemPathPOSIXStyle(const NSURL &url) {
+  return url.isFileURL() ? fullPath(url) : NSString();
+}
+
+NSString fileSystemPathHFSStyle(const NSURL &url) {
+  return HFSPath(fileSystemPathPOSIXStyle(url));
+}
+
+NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bool simplified,
+                                 const NSString &defaultPathComponent) {
+  const bool isSimplified = simplified && !url.isFileURL();
+  const NSURL source = isSimplified ? NSURL::URLWithString(simplifiedStringURL(url)) : url;
+  NSString path = source.path();
+  if (!path) return path;
+  const bool isFolder = source.escapedPath().length() == 0 || source.escapedPath().view().ends_with(u'/');
+  if (path.length() == 0) path = u"/"_ns;
+  if (isFolder && defaultPathComponent.length() != 0)
+    path = stringByAppendingPathComponent(path, defaultPathComponent);
+  return relativePathToDirectory(path, directory);
+}
+
+NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &directory, bool removeSessionIDs,
+                                         const NSString &pathExtension, std::uint32_t maxComponents,
+                                         std::uint32_t maxComponentUnits, bool caseInsensitive) {
+  if (!url || url.isOpaque() || (!url.host() && !url.isFileURL())) return NSString();
+  const NSURL source = removeSessionIDs && !url.isFileURL()
+                           ? NSURL::URLWithString(stringURLByRemovingSessionIDs(url.absoluteString()))
+                           : url;
+  std::vector<NSString> components;
+  for (const NSString &label : invertedHostComponents(source)) components.push_back(lowercaseString(label));
+  for (const NSString &component : componentsOfPath(source))
+    components.push_back(caseInsensitive ? lowercaseString(component) : component);
+  joinBeyond(components, maxComponents);
+
+  NSString path = directory;
+  for (const NSString &component : components) {
+    const bool isLast = &component == &components.back();
+    const NSString name = stringByCreatingFilename(cutTo(component, maxComponentUnits));
+    const NSString bounded =
+        isLast ? stringByCreatingFileSystemRepresentationByAppendingExtension(name, pathExtension)
+               : stringByCreatingFileSystemRepresentation(name);
+    if (bounded.length() != 0) path = stringByAppendingPathComponent(path, bounded);
+  }
+  return path;
+}
+
+NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, bool milliseconds) {
+  const double seconds = std::floor(forDate.timeIntervalSinceReferenceDate);
+  const auto rest = static_cast<int>((forDate.timeIntervalSinceReferenceDate - seconds) * 1000);
+  std::optional<std::string> name = NSDate{seconds}.ISO8601String();
+  const NSString host = stringByCreatingFilename(lowercaseString(invertedHost(url)));
+  if (!host || !path || !name) return NSString();
+  name->pop_back();  // The "Z" of UTC.
+  std::ranges::replace(*name, 'T', ' ');
+  std::ranges::replace(*name, ':', '-');
+  if (milliseconds) *name += "-" + std::to_string(1000 + rest).substr(1);
+  return stringByAppendingPathComponent(
+      stringByAppendingPathComponent(path, stringByCreatingFileSystemRepresentation(host)),
+      NSString::stringWithUTF8String(*name));
+}
+
+}  // namespace NSURLNimboExtensions
+}  // namespace nimbo

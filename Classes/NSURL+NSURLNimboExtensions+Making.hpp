@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <span>
+
+#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/Foundation/NSURL.hpp"
+
+namespace nimbo {
+inline namespace NSURLNimboExtensions {
+
+// URLs from strings, and from other URLs with a part changed. Nil for nil, and when the result is no URL. What
+// is changed is escaped where it needs to be; the changed URL has no base.
+
+/// A path, which begins with "/" or "~", as the URL of a file; anything else as a URL.
+NSURL URLWithStringOrPath(const NSString &string);
+/// A URL as people and pages write it: `normalizedStringURL`, `repairedStringURL` and `ASCIIStringURL`, with
+/// "http://" in front of "www." and "ftp://" in front of "ftp.". What is not ASCII in the query is escaped in
+/// the encoding. Nil, too, when nothing usable is left.
+NSURL URLWithNormalizedStringURL(const NSString &string, NSStringEncoding encoding = NSUTF8StringEncoding);
+/// Each "%@" is replaced by the next argument as it stands, or by nothing when there are too few; "%%" is "%".
+NSURL URLWithFormat(const NSString &format, std::span<const NSString> arguments);
+NSURL URLWithFormat(const NSString &format, std::initializer_list<NSString> arguments);
+
+/// With another anchor, which may begin with "#"; without any when that is nil or empty.
+NSURL URLWithAnchor(const NSURL &url, const NSString &anchor);
+/// The URL itself when it has none.
+NSURL URLWithoutAnchor(const NSURL &url);
+NSURL URLWithScheme(const NSURL &url, const NSString &scheme);
+/// With a user and a password; each is left out when it is nil, the password also without a user. Nil when the
+/// URL has no host.
+NSURL URLForUser(const NSURL &url, const NSString &user, const NSString &password);
+/// With a component behind the path; parameters, query and anchor go. Nil when the URL is opaque.
+NSURL URLByAppendingPathComponent(const NSURL &url, const NSString &component);
+/// Without the last component of the path, and all that follows; a folder remains, with a "/". The root stays.
+NSURL URLByDeletingLastPathComponent(const NSURL &url);
+
+}  // namespace NSURLNimboExtensions
+}  // namespace nimbo

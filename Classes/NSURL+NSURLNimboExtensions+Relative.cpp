@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSURL+NSURLNimboExtensions+Relative.hpp"
+
+#include "Classes/NSString+HtmlExtensions+URLs.hpp"
+#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/URLRepair.hpp"
+
+namespace nimbo {
+inline namespace NSURLNimboExtensions {
+
+namespace {
+
+/// Whether the path may hold "." or "..".
+bool mayHoldDots(const NSURL &url) {
+  const NSString path = url.escapedPath();
+  return path.view().find(u"./") != std::u16string_view::npos ||
+         path.view().find(u"/.") != std::u16string_view::npos;
+}
+
+}  // namespace
+
+NSURL URLRelativeTo(const NSString &link, const NSURL &base, bool trimAnchor, NSStringEncoding encoding,
+                    bool standardize) {
+  const NSString normalized = normalizedStringURL(link);
+  if (!normalized) return NSURL();
+  const NSString repaired = repairedStringURL(normalized);
+  const NSString string = ASCIIStringURL(repaired, encoding);
+  if (isForeignLink(repaired) || hasPrefixNoCase(repaired, u"feed:http:"_ns))
+    return NSURL::URLWithString(string);
+  NSURL target = NSURL::URLWithString(string, base).absoluteURL();
+  if (!target.scheme()) return NSURL();
+  if (trimAnchor) target = URLWithoutAnchor(target);
+  return standardize && mayHoldDots(target) ? target.standardizedURL() : target;
+}
+
+NSURL URLRelativeTo(const NSURL &url, const NSString &link, bool trimAnchor, NSStringEncoding encoding,
+                    bool standardize) {
+  return URLRelativeTo(link, url, trimAnchor, encoding, standardize);
+}
+
+}  // namespace NSURLNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/Foundation/NSURL.hpp"
+
+namespace nimbo {
+inline namespace NSURLNimboExtensions {
+
+/// A link as a page carries it, resolved against the page's URL, without a base of its own.
+///
+/// - The link is cleaned and repaired (`normalizedStringURL`, `repairedStringURL`, `ASCIIStringURL`); what is
+///   not ASCII in its query is escaped in `encoding`, which is the page's.
+/// - `trimAnchor` takes the anchor away; a link that is only an anchor is then the page itself.
+/// - `standardize` takes "." and ".." out of the path of a link that is absolute as well.
+/// - Links of other schemes than the web's (`isForeignLink`) keep what looks like an anchor or a dot; so does a
+///   whole HTTP URL behind "feed:".
+///
+/// Nil when the link is nil, empty or no URL, or when it is relative and there is no base with a scheme.
+NSURL URLRelativeTo(const NSString &link, const NSURL &base, bool trimAnchor = false,
+                    NSStringEncoding encoding = NSUTF8StringEncoding, bool standardize = false);
+/// The same asked of the page's URL.
+NSURL URLRelativeTo(const NSURL &url, const NSString &link, bool trimAnchor = false,
+                    NSStringEncoding encoding = NSUTF8StringEncoding, bool standardize = false);
+
+}  // namespace NSURLNimboExtensions
+}  // namespace nimbo

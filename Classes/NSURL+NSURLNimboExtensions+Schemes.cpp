@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSURL+NSURLNimboExtensions+Schemes.hpp"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/SearchEngines.hpp"
+#include "platform/Foundation/NSFileManager.hpp"
+
+namespace nimbo {
+inline namespace NSURLNimboExtensions {
+
+namespace {
+
+bool hasScheme(const NSURL &url, std::initializer_list<NSString> schemes) {
+  const NSString scheme = url.scheme();
+  return scheme &&
+         std::ranges::any_of(schemes, [&](const NSString &one) { return isEqualToStringNoCase(scheme, one); });
+}
+
+/// The same resource under "http". What follows "feed:" may be a whole HTTP URL.
+NSURL HTTPURLOfFeed(const NSURL &url) {
+  const NSString specifier = url.resourceSpecifier();
+  return hasPrefixNoCase(specifier, u"http:"_ns) ? NSURL::URLWithString(specifier)
+                                                 : URLWithFormat(u"%@:%@"_ns, {u"http"_ns, specifier});
+}
+
+}  // namespace
+
+bool isHTTPURL(const NSURL &url) {
+  return hasScheme(url, {u"http"_ns, u"https"_ns});
+}
+
+bool isFTPURL(const NSURL &url) {
+  return hasScheme(url, {u"ftp"_ns, u"ftps"_ns, u"sftp"_ns});
+}
+
+bool isFeedURL(const NSURL &url) {
+  return hasScheme(url, {u"feed"_ns});
+}
+
+bool isMailURL(const NSURL &url) {
+  return hasScheme(url, {u"mailto"_ns});
+}
+
+bool isNewsURL(const NSURL &url) {
+  return hasScheme(url, {u"news"_ns, u"nttp"_ns});
+}
+
+bool isJavaScriptURL(const NSURL &url) {
+  return hasScheme(url, {u"javascript"_ns});
+}
+
+bool isAppleScriptURL(const NSURL &url) {
+  return hasScheme(url, {u"applescript"_ns});
+}
+
+bool isDownloadableURL(const NSURL &url) {
+  return isHTTPURL(url) || isFTPURL(url);
+}
+
+bool isLoadableURL(const NSURL &url) {
+  if (!url.isFileURL()) return isDownloadableURL(url) || isFeedURL(url);
+  bool isDirectory = false;
+  return NSFileManager::fileExistsAtPath(url.path(), &isDirectory) && !isDirectory;
+}
+
+bool isRemoteWebKitURL(const NSURL &url) {
+  const NSString host = url.host();
+  return (isHTTPURL(url) || isFeedURL(url)) && containsAlphaNumCharacter(host) &&
+         host.view().find(u"...") == std::u16string_view::npos;
+}
+
+bool isWebKitURL(const NSURL &url) {
+  return url.isFileURL() || isRemoteWebKitURL(url);
+}
+
+bool isHostEqualTo(const NSURL &url, const NSURL &other) {
+  if (!url || !other) return false;
+  if (url.isFileURL() || other.isFileURL()) return url.isFileURL() && other.isFileURL();
+  return isEqualToStringNoCase(url.host(), other.host());
+}
+
+bool isSearchEngine(const NSURL &url) {
+  return isHTTPURL(url) && isSearchEngineHostAndPath(url.host(), url.escapedPath());
+}
+
+NSURL baseURLForWebKit(const NSURL &url) {
+  if (url.isFileURL()) return NSFileManager::fileExistsAtPath(url.path()) ? url : NSURL();
+  if (isFeedURL(url)) return HTTPURLOfFeed(url);
+  return isHTTPURL(url) ? url : NSURL();
+}
+
+NSURL baseURLForWebKitUsingAnchor(const NSURL &url, const NSString &anchor) {
+  return URLWithAnchor(baseURLForWebKit(url), anchor);
+}
+
+NSURL WebKitURL(const NSURL &url) {
+  if (!isWebKitURL(url)) return NSURL();
+  return isFeedURL(url) ? HTTPURLOfFeed(url) : url;
+}
+
+}  // namespace NSURLNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/NSURL+NSURLNimboExtensions+Strings.hpp"
+
+#include "Classes/NSString+NSStringNimboPathExtensions.hpp"
+#include "Classes/NSString+URLUtilities.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+
+namespace nimbo {
+inline namespace NSURLNimboExtensions {
+
+namespace {
+
+NSString forwarded(const NSURL &url, NSString (*function)(const NSString &)) {
+  return url.isFileURL() ? standardizedPath(url.path()) : function(url.absoluteString());
+}
+
+}  // namespace
+
+NSString simplifiedStringURL(const NSURL &url) {
+  return forwarded(url, URLUtilities::simplifiedStringURL);
+}
+
+NSString simplifiedStringURLByRemovingSessionIDs(const NSURL &url, bool sessionIDs, bool analytics,
+                                                 bool indexPages, bool emptyParams, bool anchors) {
+  return url.isFileURL() ? standardizedPath(url.path())
+                         : simplifiedStringURLByRemovingSessionIDs(url.absoluteString(), sessionIDs, analytics,
+                                                                   indexPages, emptyParams, anchors);
+}
+
+NSString stringURLByRemovingSessionIDs(const NSURL &url) {
+  return forwarded(url, URLUtilities::stringURLByRemovingSessionIDs);
+}
+
+NSString stringURLByRemovingAnalytics(const NSURL &url) {
+  return forwarded(url, URLUtilities::stringURLByRemovingAnalytics);
+}
+
+NSString stringURLByRemovingEmptyParams(const NSURL &url) {
+  return forwarded(url, URLUtilities::stringURLByRemovingEmptyParams);
+}
+
+NSString stringURLByRemovingIndexPages(const NSURL &url) {
+  return forwarded(url, URLUtilities::stringURLByRemovingIndexPages);
+}
+
+NSString stringURLWithoutAnchor(const NSURL &url) {
+  return stringURLWithoutAnchor(url.absoluteString());
+}
+
+NSString standardizedStringURL(const NSURL &url) {
+  return url.standardizedURL().absoluteString();
+}
+
+NSString absoluteStringOrPath(const NSURL &url) {
+  return url.isFileURL() ? url.path() : url.absoluteString();
+}
+
+NSString absoluteStringWithoutUserAndPassword(const NSURL &url) {
+  return url.user() ? URLForUser(url, NSString(), NSString()).absoluteString() : url.absoluteString();
+}
+
+NSString absoluteStringWithHostAndPath(const NSURL &url) {
+  const NSString whole = absoluteStringWithoutUserAndPassword(url);
+  if (!whole) return whole;
+  const std::size_t end = whole.view().find_first_of(u";?#");
+  return end == std::u16string_view::npos ? whole : NSString::stringWithCharacters(whole.view().substr(0, end));
+}
+
+}  // namespace NSURLNimboExtensions
+}  // namespace nimbo

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/SearchEngines.hpp"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "platform/Foundation/NSStringCase.hpp"
+
+namespace nimbo {
+namespace {
+
+enum class SearchEngineKind { kHost, kPrefix, kContentHost, kContentPath };
+
+struct SearchEngineRow {
+  SearchEngineKind kind;
+  std::u16string_view text;
+};
+
+constexpr SearchEngineRow kRows[] = {
+#include "SearchEngines.inc"
+};
+
+}  // namespace
+
+bool isSearchEngineHostAndPath(const NSString &host, const NSString &escapedPath) {
+  const NSString small = lowercaseString(host);
+  std::u16string_view name = small.view();
+  if (name.ends_with(u'.')) name.remove_suffix(1);
+  const std::u16string page = std::u16string(name) + std::u16string(escapedPath.view());
+  const auto matches = [&](const SearchEngineRow &row) {
+    switch (row.kind) {
+      case SearchEngineKind::kHost:
+      case SearchEngineKind::kContentHost:
+        return name == row.text;
+      case SearchEngineKind::kPrefix:
+        return name.starts_with(row.text);
+      case SearchEngineKind::kContentPath:
+        return page.starts_with(row.text);
+    }
+    return false;
+  };
+  const auto isContent = [](const SearchEngineRow &row) {
+    return row.kind == SearchEngineKind::kContentHost || row.kind == SearchEngineKind::kContentPath;
+  };
+  bool isEngine = false;
+  for (const SearchEngineRow &row : kRows) {
+    if (!matches(row)) continue;
+    if (isContent(row)) return false;
+    isEngine = true;
+  }
+  return isEngine;
+}
+
+}  // namespace nimbo

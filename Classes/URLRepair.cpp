@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/URLRepair.hpp"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "Classes/FastComparisons.hpp"
+#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/Foundation/HostNames.hpp"
+#include "platform/Foundation/PercentEscapes.hpp"
+
+namespace nimbo {
+namespace {
+
+using View = std::u16string_view;
+
+// What may stand in the parts of a URL besides letters and digits.
+constexpr std::string_view kPlainInUserInfo = "-._~!$&'()*+,;=:%";
+constexpr std::string_view kPlainInHost = "-._~!$&'()*+,;=%";
+constexpr std::string_view kPlainInPath = "/-._~!$&'()*+,;=:@%";
+constexpr std::string_view kPlainInQuery = "?/-._~!$&'()*+,;=:@%";
+
+struct PrefixRepair {
+  View wrong;
+  View right;
+};
+
+/// The first one that matches is taken, again and again. Each makes the string shorter or leads to no other.
+constexpr PrefixRepair kPrefixRepairs[] = {
+    {u":http://", u"http://"},
+    {u":https://", u"https://"},
+    {u"ttp://", u"http://"},
+    {u"ttps://", u"https://"},
+    {u"hhttp:", u"http:"},
+    {u"hhttps:", u"https:"},
+    {u"http://http://", u"http://"},
+    {u"http://https://", u"https://"},
+    {u"https://http://", u"http://"},
+    {u"https://https://", u"https://"},
+    {u"http:// http://", u"http://"},
+    {u"http://%20http://", u"http://"},
+    {u"http://%20https://", u"https://"},
+    {u"https://%20https://", u"https://"},
+    {u"mailto:http://", u"http://"},
+    {u"mailto:https://", u"https://"},
+    {u"emailto:", u"mailto:"},
+};
+
+constexpr View kForeignSchemes[] = {u"ymsgr:",  u"message:", u"icq:",         u"irc:", u"ircs:",
+                                    u"aim:",    u"mailto:",  u"javascript:",  u"tel:", u"data:",
+                                    u"magnet:", u"news:",    u"applescript:", u"urn:"};
+
+constexpr View kEscapedQuote = u"%22";
+
+bool hasPrefixNoCase(View string, View prefix) {
+  const auto length = static_cast<std::uint32_t>(prefix.size());
+  return string.size() >= prefix.size() &&
+         fastCaseInsensitiveCompareUnichars(string.data(), length, prefix.data(), length) == 0;
+}
+
+bool isASCII(unichar c) {
+  return c < 0x80;
+}
+
+bool isHexadecimalDigit(char c) {
+  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+/// The length of a scheme and its ":"; 0 when there is none.
+std::size_t schemeLength(View string) {
+  const auto isLetter = [](unichar c) { return (c | 0x20) >= u'a' && (c | 0x20) <= u'z' && c < 0x80; };
+  const auto isOther = [](unichar c) {
+    return (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.';
+  };
+  if (string.empty() || !isLetter(string[0])) return 0;
+  std::size_t end = 1;
+  while (end < string.size() && (isLetter(string[end]) || isOther(string[end]))) ++end;
+  return end < string.size() && string[end] == u':' ? end + 1 : 0;
+}
+
+/// The bytes of characters that are not ASCII.
+std::string bytesOfRun(View run, std::optional<NSStringEncoding> encoding) {
+  const NSString string = NSString::stringWithCharacters(run);
+  const NSData data = encoding ? dataUsingEncoding(string, *encoding) : NSData();
+  return data ? std::string(data.view()) : string.UTF8String();
+}
+
+/// A part with all but `plain` escaped; what is not ASCII in UTF-8 without an encoding.
+void appendEscaped(std::string &result, View part, std::string_view plain,
+                   std::optional<NSStringEncoding> encoding = std::nullopt) {
+  while (!part.empty()) {
+    const auto firstHigh = static_cast<std::size_t>(std::ranges::find_if_not(part, isASCII) - part.begin());
+    const std::string low =
+        bytesByAddingPercentEscapes(std::string(part.begin(), part.begin() + firstHigh), plain);
+    for (std::size_t i = 0; i < low.size(); ++i) {
+      result.push_back(low[i]);
+      const bool isEscape =
+          i + 2 < low.size() && isHexadecimalDigit(low[i + 1]) && isHexadecimalDigit(low[i + 2]);
+      if (low[i] == '%' && !isEscape) result.append("25");
+    }
+    part.remove_prefix(firstHigh);
+    const auto nextLow = static_cast<std::size_t>(std::ranges::find_if(part, isASCII) - part.begin());
+    if (nextLow > 0)
+      result.append(bytesByAddingPercentEscapes(bytesOfRun(part.substr(0, nextLow), encoding), ""));
+    part.remove_prefix(nextLow);
+  }
+}
+
+/// False when the host has no ASCII form.
+bool appendAuthority(std::string &result, View authority) {
+  if (const std::size_t at = authority.rfind(u'@'); at != View::npos) {
+    appendEscaped(result, authority.substr(0, at), kPlainInUserInfo);
+    result.push_back('@');
+    authority.remove_prefix(at + 1);
+  }
+  const std::size_t bracket = authority.starts_with(u'[') ? authority.find(u']') : View::npos;
+  const std::size_t hostEnd =
+      bracket != View::npos ? bracket + 1 : std::min(authority.rfind(u':'), authority.size());
+  const NSString host = NSString::stringWithCharacters(authority.substr(0, hostEnd));
+  if (bracket != View::npos) {
+    appendEscaped(result, host.view(), "[]:.%");
+  } else {
+    const NSString name = ASCIIHostName(host);
+    if (!name) return false;
+    appendEscaped(result, name.view(), kPlainInHost);
+  }
+  appendEscaped(result, authority.substr(hostEnd), ":%");
+  return true;
+}
+
+}  // namespace
+
+NSString repairedStringURL(const NSString &string) {
+  View units = string.view();
+  std::u16string repaired;
+  if (units.starts_with(kEscapedQuote)) {
+    units.remove_prefix(kEscapedQuote.size());
+    if (units.ends_with(kEscapedQuote)) units.remove_suffix(kEscapedQuote.size());
+  }
+  // What is right is written in front of what follows; a string of many wrong prefixes is passed once.
+  View front;
+  for (bool found = true; found;) {
+    found = false;
+    std::u16string beginning(front);
+    constexpr std::size_t kLongestPrefix = 24;
+    beginning.append(units.substr(0, kLongestPrefix));
+    for (const auto &[wrong, right] : kPrefixRepairs) {
+      if (!hasPrefixNoCase(beginning, wrong)) continue;
+      units.remove_prefix(wrong.size() - front.size());
+      front = right;
+      found = true;
+      break;
+    }
+  }
+  if (units.size() == string.length()) return string;
+  repaired.assign(front).append(units);
+  return NSString::stringWithCharacters(repaired);
+}
+
+bool isForeignLink(const NSString &string) {
+  return std::ranges::any_of(kForeignSchemes,
+                             [&](View scheme) { return hasPrefixNoCase(string.view(), scheme); });
+}
+
+NSString ASCIIStringURL(const NSString &string, NSStringEncoding encoding) {
+  if (!string) return NSString();
+  View units = string.view();
+  std::string result;
+  const std::size_t scheme = schemeLength(units);
+  result.assign(units.begin(), units.begin() + scheme);
+  units.remove_prefix(scheme);
+  if (units.starts_with(u"//")) {
+    const View authority = units.substr(2, std::min(units.find_first_of(u"/?#", 2), units.size()) - 2);
+    result.append("//");
+    if (!appendAuthority(result, authority)) return NSString();
+    units.remove_prefix(2 + authority.size());
+  } else if (scheme == 0 && units.substr(0, units.find_first_of(u"/?#")).find(u':') != View::npos) {
+    result.append("./");  // Else the first component would be taken for a scheme.
+  }
+  const std::size_t anchor = std::min(units.find(u'#'), units.size());
+  const std::size_t question = std::min(units.find(u'?'), anchor);
+  appendEscaped(result, units.substr(0, question), kPlainInPath);
+  if (question < anchor) {
+    const bool containsASCII = dataUsingEncoding(u"a"_ns, encoding).view() == "a";
+    result.push_back('?');
+    appendEscaped(result, units.substr(question + 1, anchor - question - 1), kPlainInQuery,
+                  containsASCII ? std::optional(encoding) : std::nullopt);
+  }
+  if (anchor < units.size()) {
+    result.push_back('#');
+    appendEscaped(result, units.substr(anchor + 1), kPlainInQuery);
+  }
+  return NSString::stringWithUTF8String(result);
+}
+
+}  // namespace nimbo

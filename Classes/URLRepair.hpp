@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// Mends what goes wrong when links are typed or pasted: an escaped quote in front, with the one at the end;
+/// ":http://" and "ttp://"; a doubled beginning as "hhttp:", "http://http://" or "http://%20http://"; a web
+/// page as "mailto:http://"; "emailto:". All of them where several stand together; "https" as "http". In any
+/// case. The string itself when nothing is wrong. `string` is as `normalizedStringURL` gives it.
+NSString repairedStringURL(const NSString &string);
+
+/// Whether the string begins with the scheme of a link that is no address in the web, as "mailto:" or "irc:".
+/// In these a "#" or a "." has another meaning.
+bool isForeignLink(const NSString &string);
+
+/// The string as a URL may be written, in ASCII: with escapes for what is not allowed where it stands, and for
+/// each "%" that begins none. A host becomes its ASCII form. What is not ASCII is escaped as UTF-8; in a query
+/// in `encoding`, as servers expect it, if that has the characters and contains ASCII. Lone surrogates count as
+/// U+FFFD. Nil for nil and for a host that has no ASCII form. The result may still be no URL, when the port is
+/// no number, say.
+NSString ASCIIStringURL(const NSString &string, NSStringEncoding encoding);
+
+}  // namespace nimbo

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace nimbo {
+
+/// Writes every byte but letters and digits of ASCII and those of `plain` as "%" and two capital hexadecimal
+/// digits.
+std::string bytesByAddingPercentEscapes(std::string_view bytes, std::string_view plain);
+
+/// The reverse; a "%" without two hexadecimal digits stays.
+std::string bytesByReplacingPercentEscapes(std::string_view bytes);
+
+}  // namespace nimbo

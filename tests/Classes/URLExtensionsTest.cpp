@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Classes/NSURL+NSURLNimboExtensions.hpp"
+#include "tests/TemporaryFolder.hpp"
+
+namespace nimbo {
+namespace {
+
+NSString text(std::string_view utf8) {
+  return NSString::stringWithUTF8String(utf8);
+}
+
+NSURL url(std::string_view string) {
+  return NSURL::URLWithString(text(string));
+}
+
+/// Nil as "-".
+std::string shown(const NSString &string) {
+  return string ? string.UTF8String() : "-";
+}
+
+std::string shown(const NSURL &one) {
+  return shown(one.absoluteString());
+}
+
+TEST(URLSchemes, AreTold) {
+  // The letters: http, ftp, feed, mail, news, javaScript, appleScript, downloadable, loadable, webKit, remote
+  // webkit.
+  const std::string_view cases[][2] = {
+      {"HTTPS://h/", "hdlwr"},
+      {"http://h...x/", "hdl"},
+      {"http://-.-/", "hdl"},
+      {"http:x", "hdl"},
+      {"SFTP://h", "fdl"},
+      {"feed://h/", "elwr"},
+      {"news:x", "n"},
+      {"nttp://h", "n"},
+      {"nntp://h", ""},
+      {"mailto:a@b", "m"},
+      {"JavaScript:a", "j"},
+      {"applescript:a", "a"},
+      {"file:///none/at/all", "w"},
+      {"httpx://h", ""},
+      {"//h/p", ""},
+  };
+  for (const auto &[string, expected] : cases) {
+    const NSURL one = url(string);
+    const std::pair<bool, char> tests[] = {
+        {isHTTPURL(one), 'h'},        {isFTPURL(one), 'f'},          {isFeedURL(one), 'e'},
+        {isMailURL(one), 'm'},        {isNewsURL(one), 'n'},         {isJavaScriptURL(one), 'j'},
+        {isAppleScriptURL(one), 'a'}, {isDownloadableURL(one), 'd'}, {isLoadableURL(one), 'l'},
+        {isWebKitURL(one), 'w'},      {isRemoteWebKitURL(one), 'r'},
+    };
+    std::string found;
+    for (const auto &[is, letter] : tests)
+      if (is) found += letter;
+    EXPECT_EQ(found, expected) << string;
+  }
+  const TemporaryFolder folder;
+  const NSString file = folder.write("a", "");
+  EXPECT_TRUE(isLoadableURL(NSURL::fileURLWithPath(file)) && baseURLForWebKit(NSURL::fileURLWithPath(file)));
+  EXPECT_FALSE(isLoadableURL(NSURL::fileURLWithPath(folder.string(""))) || isLoadableURL(NSURL()));
+
+  const std::string_view bases[][2] = {{"feed://h/a", "http://h/a"},
+                                       {"feed:HTTP://h/a", "HTTP://h/a"},
+                                       {"https://h", "https://h"},
+                                       {"ftp://h", "-"},
+                                       {"/a", "-"},
+                                       {"file:///none/at/all", "-"}};
+  for (const auto &[string, base] : bases) EXPECT_EQ(shown(baseURLForWebKit(url(string))), base);
+  EXPECT_EQ(shown(baseURLForWebKitUsingAnchor(url("feed://h/a#b"), u"c"_ns)), "http://h/a#c");
+  EXPECT_FALSE(baseURLForWebKitUsingAnchor(url("ftp://h"), u"c"_ns));
+}
+
+TEST(URLSchemes, CompareHostsAndKnowSearchEngines) {
+  EXPECT_TRUE(isHostEqualTo(url("http://H.org:1/"), url("ftp://h.ORG/x")) &&
+              isHostEqualTo(url("file:///a"), url("file:///b")));
+  EXPECT_FALSE(isHostEqualTo(url("http://h/"), NSURL()) || isHostEqualTo(url("file://h/"), url("http://h/")) ||
+               isHostEqualTo(url("http:a"), url("http:a")));
+  for (const auto string :
+       {"http://www.google.co.uk/search?q=x", "https://WWW.Bing.com./", "http://duckduckgo.com/?q=a"})
+    EXPECT_TRUE(isSearchEngine(url(string))) << string;
+  for (const auto string : {"http://news.google.com/x", "https://www.google.com/finance?q=x", "http://google",
+                            "http://notgoogle.com/", "ftp://www.bing.com/", "mailto:www.bing.com"})
+    EXPECT_FALSE(isSearchEngine(url(string))) << string;
+}
+
+TEST(URLTypes, AreToldByLength) {
+  EXPECT_TRUE(isArchiveType(u"TAR"_ns) && isArchiveType(u"Torrent"_ns) && isArchiveType(u"sparseIMAGE"_ns));
+  for (const NSString &extension : {u"tar.gz"_ns, u"sparseimages"_ns, u""_ns, NSString(), u"t\u00e4r"_ns})
+    EXPECT_FALSE(isArchiveType(extension));
+  EXPECT_TRUE(isMultimediaType(u"RMVB"_ns) && isMultimediaType(u"smi"_ns) && isArchiveType(u"smi"_ns));
+  struct {
+    NSString extension;
+    /// Whether it matches audio, video, embedded when these alone are asked for.
+    bool audio, video, embedded;
+  } const cases[] = {
+      {u"SWF"_ns, false, false, true},     {u"movie"_ns, false, true, false}, {u"ra"_ns, true, false, false},
+      {u"mpe"_ns, false, true, false},     {u"midi"_ns, true, false, false},  {u"dv"_ns, false, false, false},
+      {u"movies"_ns, false, false, false}, {NSString(), false, false, false},
+  };
+  for (const auto &[extension, audio, video, embedded] : cases) {
+    EXPECT_EQ(isMultimediaType(extension, true, false, false), audio) << shown(extension);
+    EXPECT_EQ(isMultimediaType(extension, false, true, false), video) << shown(extension);
+    EXPECT_EQ(isMultimediaType(extension, false, false, true), embedded) << shown(extension);
+    EXPECT_FALSE(isMultimediaType(extension, false, false, false));
+  }
+  EXPECT_EQ(multimediaTypes().size(), 5u + 63 + 18 + 1);
+  EXPECT_EQ(binaryFileTypes().back(), u"dat"_ns);
+  EXPECT_TRUE(isBinaryFileType(u"RTFD"_ns) && isOfficeType(u"Ai"_ns) && isMarkupType(u"OPML"_ns) &&
+              isImageType(u"JPEG"_ns));
+  EXPECT_FALSE(isOfficeTypeIncludingMSWord(u"docx"_ns, false, true, true, true, true));
+  EXPECT_FALSE(isBinaryFileTypeIncludingRichText(u"rtf"_ns, false, true, true, true, true, true) ||
+               isRichTextType(NSString()));
+}
+
+TEST(Links, AreFollowedByModeAndLevel) {
+  for (std::uint32_t level = 0; level < 5; ++level) EXPECT_EQ(shouldFollowLink(6, level), level <= 2);
+  EXPECT_FALSE(shouldFollowLink(0, 0));
+  EXPECT_TRUE(shouldFollowLink(4, 99) && shouldFollowLink(1, 99));
+  const NSURL base = url("http://h/a/b/index.html");
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"HTTPS://H/a/b/x?y", "12345"},
+      {"http://h/a/b/c/d", "1345"},
+      {"http://h/a/b/../b/x", "12345"},
+      {"http://h/a/bc/", "145"},
+      {"http://h/A/b/x", "145"},
+      {"http://i/a/b/x", "45"},
+      {"http://h", "145"},
+      {"mailto:a@b", "45"},
+  };
+  for (const auto &[string, modes] : cases) {
+    std::string followed;
+    for (std::uint32_t mode = 0; mode <= 5; ++mode)
+      if (shouldFollowLink(url(string), mode, 1, base)) followed += std::to_string(mode);
+    EXPECT_EQ(followed, modes) << string;
+  }
+  EXPECT_FALSE(shouldFollowLink(url("http://h/"), 1, 0, NSURL()));
+}
+
+TEST(Status, HasItsExceptions) {
+  for (const auto &[code, okay] : std::initializer_list<std::pair<int, bool>>{{-1, true},
+                                                                              {0, true},
+                                                                              {200, true},
+                                                                              {201, false},
+                                                                              {204, false},
+                                                                              {206, false},
+                                                                              {207, true},
+                                                                              {299, true},
+                                                                              {300, false},
+                                                                              {304, false}})
+    EXPECT_EQ(isHTTPStatusCodeOkay(code), okay) << code;
+  EXPECT_TRUE(isHTTPStatusCodeTemporaryError(510) && !isHTTPStatusCodeTemporaryError(505));
+  EXPECT_EQ(messageForHTTPError(404), u"Not Found"_ns);
+  EXPECT_FALSE(messageForHTTPError(418));
+  EXPECT_TRUE(isTemporaryNSURLError({NSURLErrorDomain(), -1005}) &&
+              !isTemporaryNSURLError({NSURLErrorDomain(), -1012}));
+  EXPECT_FALSE(isTemporaryNSURLError({NSString(), -1005}));
+  EXPECT_EQ(HTTPStatusCodeForNSURLError({NSURLErrorDomain(), -1007}), 302);
+  EXPECT_EQ(HTTPStatusCodeForNSURLError({NSURLErrorDomain(), -1}), 0);
+  EXPECT_EQ(HTTPStatusCodeForNSURLError(NSError()), 0);
+}
+
+TEST(RelativeLinks, AreRepairedAndResolved) {
+  const NSURL base = url("http://h/a/b?c#d");
+  const std::string_view cases[][2] = {
+      {"../x y", "http://h/x%20y"},
+      {":http://x/", "http://x/"},
+      {"ttp://x/", "http://x/"},
+      {"hHTTPS://x/", "https://x/"},
+      {"http://http://HTTP://x/", "http://x/"},
+      {"http:// http://x/", "http://x/"},
+      {"mailto:http://x/", "http://x/"},
+      {"emailto:a@b", "mailto:a@b"},
+      {":http://ttp://x/", "http://ttp://x/"},
+      {"%22http://x/%22", "http://x/"},
+      {"/?q=%22x%22", "http://h/?q=%22x%22"},
+      {"feed:http://x/../y", "feed:http://x/../y"},
+      {"irc://x/./#room", "irc://x/./#room"},
+      {"ymsgr:sendIM?a", "ymsgr:sendIM?a"},
+      {"http://x/./a/../b#c", "http://x/b#c"},
+      {"a:b c", "a:b%20c"},
+      {"12:30", "http://h/a/12:30"},
+      {"#e", "http://h/a/b?c#e"},
+      {"a#b#c", "http://h/a/a#b%23c"},
+      {"//\u00fcber.org/\u00fc?\u00fc", "http://xn--ber-goa.org/%C3%BC?%FC"},
+      {"?\u20ac\u00fc", "http://h/a/b?%E2%82%AC%C3%BC"},
+      {"http://x:99999999/", "http://x:99999999/"},
+      {"http://x:y/", "-"},
+      {"http://[\u00e4]:\u00e4/", "-"},
+      {"//[::1]:80/\u00e4", "http://[::1]:80/%C3%A4"},
+      {"100%", "http://h/a/100%25"},
+      {"", "-"},
+      {" \"\" ", "-"},
+  };
+  for (const auto &[link, target] : cases)
+    EXPECT_EQ(shown(URLRelativeTo(base, text(link), false, NSISOLatin1StringEncoding, true)), target) << link;
+  EXPECT_EQ(shown(URLRelativeTo(u"#e"_ns, base, true)), "http://h/a/b?c");
+  EXPECT_EQ(shown(URLRelativeTo(u"http://x/./#e"_ns, base, true)), "http://x/./");
+  EXPECT_EQ(shown(URLRelativeTo(u"?\x00fc"_ns, base, false, NSUnicodeStringEncoding)), "http://h/a/b?%C3%BC");
+  EXPECT_EQ(shown(URLRelativeTo(u"/\xd800"_ns, base)), "http://h/%EF%BF%BD");
+  for (const NSURL &none : {NSURL(), url("a/b"), url("//h/")}) EXPECT_FALSE(URLRelativeTo(u"x"_ns, none));
+  EXPECT_EQ(shown(URLRelativeTo(u"http://x"_ns, NSURL())), "http://x");
+  EXPECT_FALSE(URLRelativeTo(NSString(), base));
+
+  std::string nested;
+  for (int i = 0; i < 100000; ++i) nested += "http://";
+  EXPECT_EQ(shown(URLRelativeTo(text(nested + "x/"), base)), "http://x/");
+  EXPECT_TRUE(URLRelativeTo(text("/" + std::string(1 << 20, '%')), base));
+  EXPECT_TRUE(URLRelativeTo(text("http://" + std::string(1 << 16, '.') + "/"), base));
+}
+
+TEST(Making, ChangesOnePart) {
+  const NSURL one = url("http://u:p@h:8/a/b;c?d#e");
+  const std::pair<NSURL, std::string_view> cases[] = {
+      {URLWithAnchor(one, u"x y#\x00e4"_ns), "http://u:p@h:8/a/b;c?d#x%20y%23%C3%A4"},
+      {URLWithAnchor(one, u"#x"_ns), "http://u:p@h:8/a/b;c?d#x"},
+      {URLWithoutAnchor(one), "http://u:p@h:8/a/b;c?d"},
+      {URLWithScheme(one, u"ftp"_ns), "ftp://u:p@h:8/a/b;c?d#e"},
+      {URLWithScheme(one, u"a:b"_ns), "-"},
+      {URLForUser(one, u"a@b"_ns, u"\x00e4/"_ns), "http://a%40b:%C3%A4%2F@h:8/a/b;c?d#e"},
+      {URLForUser(url("http://h"), u"a"_ns, NSString()), "http://a@h"},
+      {URLForUser(one, NSString(), u"x"_ns), "http://h:8/a/b;c?d#e"},
+      {URLForUser(url("mailto:a"), u"a"_ns, NSString()), "-"},
+      {URLByAppendingPathComponent(one, u"x?y"_ns), "http://u:p@h:8/a/b/x%3Fy"},
+      {URLByAppendingPathComponent(url("http://h"), u"/x"_ns), "http://h/x"},
+      {URLByDeletingLastPathComponent(one), "http://u:p@h:8/a/"},
+      {URLByDeletingLastPathComponent(url("http://h/a/")), "http://h/"},
+      {URLByDeletingLastPathComponent(url("http://h/")), "http://h/"},
+      {URLByDeletingLastPathComponent(url("mailto:a")), "-"},
+      {URLWithFormat(u"%@:%@%%41%@"_ns, {u"x"_ns, u"y"_ns}), "x:y%41"},
+      {URLWithFormat(u"%@:%@%%41"_ns, {u"x"_ns, u"%@"_ns}), "-"},
+      {URLWithStringOrPath(u"/a b"_ns), "file:///a%20b"},
+      {URLWithStringOrPath(u"a b"_ns), "-"},
+      {URLWithNormalizedStringURL(u" www.h\\a b"_ns), "http://www.h/a%20b"},
+      {URLWithNormalizedStringURL(u"ttp://h/{a|b}?[]"_ns), "http://h/%7Ba%7Cb%7D?%5b%5d"},
+      {URLWithNormalizedStringURL(u"a@b://c"_ns), "./a@b://c"},
+  };
+  for (const auto &[made, expected] : cases) EXPECT_EQ(shown(made), expected);
+}
+
+TEST(Components, AreThoseOfTheURL) {
+  const NSURL one = url("http://u:p@WWW.example.org:8/a/./b%20c.tar;d/e?x=1&y=&X=2#f");
+  const std::pair<NSString, std::string_view> cases[] = {
+      {invertedHost(one), "org.example.WWW"},
+      {invertedHost(url("http://10.0.0.1/")), "10.0.0.1"},
+      {invertedHost(url("http://..a../")), "a"},
+      {invertedHost(url("file:///a")), "-"},
+      {baseDirectory(one), "/a/./"},
+      {standardizedBaseDirectory(one), "/a/"},
+      {baseDirectory(url("http://h?a/b")), "/"},
+      {pathWithParamsAndQuery(one), "/a/./b%20c.tar;d/e?x=1&y=&X=2"},
+      {pathWithParamsAndQueryAndFragment(one), "/a/./b%20c.tar;d/e?x=1&y=&X=2#f"},
+      {fullPath(one), "/a/./b c.tar;d/e"},
+      {lastPathComponent(one), "b c.tar"},
+      {pathExtension(one), "tar"},
+      {queryParamNamed(one, u"x"_ns), "1"},
+      {queryParamNamed(one, u"y"_ns), "-"},
+      {absoluteStringWithoutUserAndPassword(one), "http://WWW.example.org:8/a/./b%20c.tar;d/e?x=1&y=&X=2#f"},
+      {absoluteStringWithHostAndPath(one), "http://WWW.example.org:8/a/./b%20c.tar"},
+      {absoluteStringWithHostAndPath(url("ftp://a;b@h/c?d")), "ftp://h/c"},
+      {standardizedStringURL(url("http://h/a/..")), "http://h/"},
+      {absoluteStringOrPath(url("file:///a%20b")), "/a b"},
+      {simplifiedStringURL(url("file:///a/./b%20c/")), "/a/b c"},
+      {simplifiedStringURL(url("HTTP://H:80/a/index.html#b")), "http://h/a/"},
+      {stringURLWithoutAnchor(url("file:///a#b")), "file:///a"},
+      {fileSystemPathPOSIXStyle(url("file:///a;b/c")), "/a;b/c"},
+      {fileSystemPathPOSIXStyle(url("http://h/a")), "-"},
+      {fileSystemPathHFSStyle(url("file:///a/b")), "Root:a:b"},
+      {baseDirectory(url("mailto:a/b")), "-"},
+      {pathRelativeToDirectory(url("http://h/a/b/"), u"/a/c"_ns, false, u"index.html"_ns), "../b/index.html"},
+  };
+  for (const auto &[found, expected] : cases) EXPECT_EQ(shown(found), expected);
+  EXPECT_EQ(numberOfQueryParams(one), 3u);
+  EXPECT_TRUE(containsQueryParamNamed(one, u"y"_ns) && !containsQueryParamNamed(one, u"z"_ns));
+  EXPECT_FALSE(queryParams(url("http://h/")));
+  EXPECT_TRUE(isBaseDirectory(url("http://h")) && isBaseDirectory(url("http://h/a/")));
+  EXPECT_FALSE(isBaseDirectory(url("http://h/a")) || isBaseDirectory(url("http://h/a/?b")) ||
+               isBaseDirectory(NSURL()));
+}
+
+TEST(InvertedPaths, StayInTheirFolder) {
+  const auto inverted = [](std::string_view string, const NSString &extension = {},
+                           std::uint32_t maxComponents = 0, std::uint32_t maxUnits = 0) {
+    return shown(
+        invertedPathRelativeToDirectory(url(string), u"/d"_ns, true, extension, maxComponents, maxUnits, true));
+  };
+  EXPECT_EQ(inverted("http://WWW.Example.org/A/b;jsessionid=1?C=d"), "/d/org/example/www/a/b?c=d");
+  EXPECT_EQ(inverted("http://h/a/", u"html"_ns), "/d/h/a/index.html");
+  EXPECT_EQ(inverted("http://h/a/b/c/d", {}, 3), "/d/h/a/b-c-d");
+  EXPECT_EQ(inverted("http://h/abcdef/%F0%9F%98%80x", {}, 0, 1), "/d/h/a");
+  EXPECT_EQ(inverted("mailto:a@b"), "-");
+  EXPECT_EQ(inverted("http:///a"), "-");
+  for (const auto string : {"http://h/../../x", "http://h/%2e%2e/%2e%2e%2fx", "http://../a",
+                            "http://h/a%2f..%2f..%2fx", "http://h/..?/../x"}) {
+    const std::filesystem::path path(inverted(string));
+    EXPECT_TRUE(path.lexically_normal().native().starts_with("/d/")) << path;
+  }
+  EXPECT_LE(std::filesystem::path(inverted("http://h/" + std::string(4000, 'a'), u"html"_ns))
+                .filename()
+                .native()
+                .size(),
+            255u);
+
+  const NSURL one = url("http://www.h.org/x");
+  const NSDate date =
+      NSDate{NSDate::dateWithUTC(2006, 12, 31, 23, 59, 59).timeIntervalSinceReferenceDate + 0.125};
+  EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, date, true)), "/d/org.h.www/2006-12-31 23-59-59-125");
+  EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, date, false)), "/d/org.h.www/2006-12-31 23-59-59");
+  EXPECT_EQ(shown(directoryInPath(url("file:///a"), u"/d"_ns, date, false)), "-");
+}
+
+}  // namespace
+}  // namespace nimbo

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/Foundation/NSURL.hpp"
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo {
+
+/// What is known about a URL that somebody wrote: kind, parts, parameters, types of its extension and the forms
+/// of its string; what there is none of is left out. A string that is no URL has its forms alone. "URL", the
+/// URL, "Repaired", what it was meant to be, and with a base "Resolved", where it leads to from there, are
+/// `missing` when there is none.
+NSDictionary reportOnURL(const NSString &string, const NSURL &base, const id &missing);
+
+}  // namespace nimbo
