@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/EntityCommands.hpp"
 
-#include <limits>
 #include <string_view>
 
 #include "Classes/NSString+HtmlExtensions.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
-#include "tools/URLReport.hpp"
 
 namespace nimbo {
 
@@ -43,19 +40,6 @@ int runEntities(const CommandOptions &options, const Operands &operands) {
   return kExitAnswered;
 }
 
-int runURL(const CommandOptions &options, const Operands &operands) {
-  const NSURL base =
-      options.base ? URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
-  if (options.base && !base.scheme()) throw UsageError("'" + *options.base + "' is no absolute URL");
-  NSArray reports = NSArray::array();
-  // A property list has no null.
-  const id missing = options.propertyList ? id() : id(NSNull());
-  for (const std::string &operand : operands)
-    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, missing));
-  writeResult(reports, options);
-  return kExitAnswered;
-}
-
 }  // namespace
 
 const std::vector<Command> &entityCommands() {
@@ -63,13 +47,11 @@ const std::vector<Command> &entityCommands() {
       {"entities",
        "TEXT",
        "the characters of a text's entities, or the reverse",
-       "Prints the text with its character references as characters, or with --encode characters as "
-       "references:\n"
-       "the form \"standard\" is markup as entities, \"high\" what is not ASCII as numbers, \"table\" the same "
-       "as\n"
-       "entities where there are any. TEXT \"-\" is standard input without the line feed that ends it. A text "
-       "of\n"
-       "3 characters or fewer is not decoded.",
+       "Prints the text with its character references as characters, or with --encode characters as\n"
+       "references: the form \"standard\" is markup as entities, \"high\" what is not ASCII as numbers,\n"
+       "\"table\" the same as entities where there are any. TEXT \"-\" is standard input without the line "
+       "feed\n"
+       "that ends it. A text of 3 characters or fewer is not decoded.",
        {{"encode",
          &CommandOptions::encode,
          "FORM",
@@ -81,17 +63,6 @@ const std::vector<Command> &entityCommands() {
        1,
        1,
        runEntities,
-       true},
-      {"url",
-       "URL...",
-       "kinds, parts, parameters and forms of URLs",
-       "Prints a JSON array with what is known about each URL. One that is no URL has a null \"URL\"; "
-       "\"Repaired\"\n"
-       "is what it may have been meant to be. \"Loadable\" looks whether a file is there.",
-       {{"base", &CommandOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}},
-       1,
-       std::numeric_limits<std::size_t>::max(),
-       runURL,
        true},
   };
   return commands;

@@ -12,6 +12,7 @@
 #include "tools/MarkupCommands.hpp"
 #include "tools/Output.hpp"
 #include "tools/PlainTextCommands.hpp"
+#include "tools/URLCommands.hpp"
 
 namespace nimbo {
 
@@ -40,10 +41,9 @@ int runVersion(const CommandOptions &, const std::vector<std::string> &) {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all = helperCommands();
-    all.insert(all.end(), plainTextCommands().begin(), plainTextCommands().end());
-    all.insert(all.end(), markupCommands().begin(), markupCommands().end());
-    all.insert(all.end(), entityCommands().begin(), entityCommands().end());
-    all.insert(all.end(), charsetCommands().begin(), charsetCommands().end());
+    for (const auto *more :
+         {&plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(), &urlCommands()})
+      all.insert(all.end(), more->begin(), more->end());
     all.push_back(
         {"help", "[COMMAND]", "this text, or more about a command", "Shows help.", {}, 0, 1, runHelp});
     all.push_back(

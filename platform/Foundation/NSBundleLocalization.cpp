@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSBundleLocalization.hpp"
 
-#include <glib.h>
-
 #include <string>
 
 #include "platform/Foundation/NSPathUtilities.hpp"
@@ -26,12 +24,11 @@ NSDictionary tableAtPath(const NSString &path) {
 
 NSString localizedStringForKey(const NSBundle &bundle, const NSString &key, const NSString &value) {
   const NSString resources = stringByAppendingPathComponent(bundle.bundlePath(), u"Contents/Resources"_ns);
-  for (const char *const *language = g_get_language_names(); *language; ++language) {
-    const NSString name =
-        NSString::stringWithLossyUTF8String(std::string(*language) + ".lproj/Localizable.strings");
-    if (const NSString text =
-            tableAtPath(stringByAppendingPathComponent(resources, name)).objectForKey(key).string())
-      return text;
+  for (const NSString &language : bundle.preferredLocalizations()) {
+    const NSString folder =
+        stringByAppendingPathComponent(resources, stringByAppendingPathExtension(language, u"lproj"_ns));
+    const NSString path = stringByAppendingPathComponent(folder, u"Localizable.strings"_ns);
+    if (const NSString text = tableAtPath(path).objectForKey(key).string()) return text;
   }
   return value.length() != 0 ? value : key;
 }

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include <filesystem>
 #include <vector>
 
@@ -182,11 +184,13 @@ TEST(HostNames, BecomeASCII) {
 
 TEST(NSBundle, LooksTextsUpInTheUsersLanguages) {
   const TemporaryFolder folder;
-  folder.write("Contents/Resources/C.lproj/Localizable.strings", "/* Status */ \"Gone\" = \"Weg\";");
+  folder.write("Contents/Resources/de.lproj/Localizable.strings", "/* Status */ \"Gone\" = \"Weg\";");
   const NSBundle bundle(folder.string(""));
+  ::setenv("LC_ALL", "de_AT.UTF-8", 1);
   EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString::string()), u"Weg"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, NSString::string()), u"OK"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, u"x"_ns), u"x"_ns);
+  ::unsetenv("LC_ALL");
 }
 
 }  // namespace

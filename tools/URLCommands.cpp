@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/URLCommands.hpp"
+
+#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/Output.hpp"
+#include "tools/URLReport.hpp"
+
+namespace nimbo {
+
+namespace {
+
+using Operands = std::vector<std::string>;
+
+int runURL(const CommandOptions &options, const Operands &operands) {
+  const NSURL base =
+      options.base ? URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
+  if (options.base && !base.scheme()) throw UsageError("'" + *options.base + "' is no absolute URL");
+  NSArray reports = NSArray::array();
+  // A property list has no null.
+  const id missing = options.propertyList ? id() : id(NSNull());
+  for (const std::string &operand : operands)
+    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, missing));
+  writeResult(reports, options);
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &urlCommands() {
+  static const std::vector<Command> commands = {
+      {"url",
+       "URL...",
+       "kinds, parts, parameters and forms of URLs",
+       "Prints a JSON array with what is known about each URL. One that is no URL has a null \"URL\";\n"
+       "\"Repaired\" is what it may have been meant to be. \"Loadable\" looks whether a file is there.",
+       {{"base", &CommandOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}},
+       1,
+       kAnyNumberOfOperands,
+       runURL,
+       true},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
