@@ -7,9 +7,9 @@
 namespace nimbo {
 
 /// Where named connections live: a name is a Unix stream socket of exactly that name in the runtime folder.
-/// That is `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary folder. The
-/// folder is made with mode 0700 when it is missing; one that belongs to another user, or that others may write
-/// to, is refused, and so is a relative path, which would not mean the same to every process.
+/// That is `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary
+/// folder. It is made with mode 0700 when it is missing; one that belongs to another user, or that others may
+/// write to, is refused, and so is a relative path, which would not mean the same to every process.
 
 /// The runtime folder, opened (O_PATH). Nothing when there is none that can be used; `*error` then says why.
 FileDescriptor openConnectionFolder(NSString *error = nullptr);
