@@ -112,9 +112,9 @@ TableCode codeOf(Form form, unsigned row, unsigned cell) {
 struct Row {
   std::string_view name;
   Form form;
-  /// The converter that knows the set, how the set's codes are written there, and what stands before each.
-  const char *source;
+  /// How the set's codes are written in the converter that knows it, its name, and what stands before each.
   Form sourceForm;
+  const char *source;
   std::string_view prefix = {};
   /// Codes besides the set's, and changes; codes that are only read.
   std::span<const CodeText> runs = {};
@@ -122,23 +122,23 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {"CNS_11643_1", Form::bare, "iconv:EUC-TW", Form::high, "\x8e\xa1"},
-    {"CNS_11643_2", Form::bare, "iconv:EUC-TW", Form::high, "\x8e\xa2"},
-    {"CNS_11643_3", Form::bare, "iconv:EUC-TW", Form::high, "\x8e\xa3"},
-    {"GB_2312", Form::bare, "iconv:EUC-CN", Form::high},
-    {"JIS_C6226", Form::bare, "shift_jis78", Form::shifted, {}, kJIS_C6226Runs},
-    {"JIS_X0208", Form::bare, "iconv:EUC-JP", Form::high},
-    {"JIS_X0212", Form::bare, "iconv:EUC-JP", Form::high, "\x8f"},
-    {"MacChineseSimp", Form::high, "iconv:EUC-CN", Form::high, {}, kMacChineseSimpRuns, kMacChineseSimpTexts},
+    {"CNS_11643_1", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa1"},
+    {"CNS_11643_2", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa2"},
+    {"CNS_11643_3", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa3"},
+    {"GB_2312", Form::bare, Form::high, "iconv:EUC-CN"},
+    {"JIS_C6226", Form::bare, Form::shifted, "shift_jis78", {}, kJIS_C6226Runs},
+    {"JIS_X0208", Form::bare, Form::high, "iconv:EUC-JP"},
+    {"JIS_X0212", Form::bare, Form::high, "iconv:EUC-JP", "\x8f"},
+    {"MacChineseSimp", Form::high, Form::high, "iconv:EUC-CN", {}, kMacChineseSimpRuns, kMacChineseSimpTexts},
     {"MacChineseTrad",
      Form::bigFive,
-     "iconv:BIG5",
      Form::bigFive,
+     "iconv:BIG5",
      {},
      kMacChineseTradRuns,
      kMacChineseTradTexts},
-    {"MacJapanese", Form::shifted, "iconv:EUC-JP", Form::high, {}, kMacJapaneseRuns, kMacJapaneseTexts},
-    {"MacKorean", Form::high, "iconv:EUC-KR", Form::high, {}, kMacKoreanRuns, kMacKoreanTexts},
+    {"MacJapanese", Form::shifted, Form::high, "iconv:EUC-JP", {}, kMacJapaneseRuns, kMacJapaneseTexts},
+    {"MacKorean", Form::high, Form::high, "iconv:EUC-KR", {}, kMacKoreanRuns, kMacKoreanTexts},
 };
 
 /// The one character of a code; U+FFFD when it has none.

@@ -28,7 +28,7 @@ NSString localizedStringForKey(const NSBundle &bundle, const NSString &key, cons
     const NSString folder =
         stringByAppendingPathComponent(resources, stringByAppendingPathExtension(language, u"lproj"_ns));
     const NSString path = stringByAppendingPathComponent(folder, u"Localizable.strings"_ns);
-    if (const NSString text = tableAtPath(path).objectForKey(key).string()) return text;
+    if (NSString text = tableAtPath(path).objectForKey(key).string()) return text;
   }
   return value.length() != 0 ? value : key;
 }

@@ -81,7 +81,7 @@ std::optional<double> doubleValue(const id &value) {
 }
 
 NSString stringValue(const id &value) {
-  if (const NSString string = value.string()) return string;
+  if (NSString string = value.string()) return string;
   if (const auto boolean = value.boolean()) return *boolean ? u"1"_ns : u"0"_ns;
   if (const auto integer = value.integer()) return textOf(*integer);
   if (const auto real = value.real()) return textOf(*real);

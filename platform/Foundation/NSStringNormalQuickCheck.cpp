@@ -53,9 +53,10 @@ class SteadyUnits {
 
   /// How many units at the beginning are steady.
   std::size_t lengthOfPrefix(std::u16string_view units) const {
+    auto ranges = widespread_;
     std::size_t i = 0;
     while (i < units.size()) {
-      i += findUnicharOutsideRanges(units.data() + i, units.size() - i, widespread_);
+      i += findUnicharOutsideRanges(units.data() + i, units.size() - i, ranges);
       const std::u16string_view others = units.substr(i, kUnitsOfOtherScripts);
       const std::size_t steady = lengthOfPrefixOneByOne(others);
       i += steady;

@@ -170,7 +170,7 @@ NSString NSURL::decodedPath(bool withParameters) const {
   std::u16string_view units = storage_->path();
   if (!withParameters) units = units.substr(0, units.find(u';'));
   if (units.size() > 1 && units.ends_with(u'/')) units.remove_suffix(1);
-  const NSString written = NSString::stringWithCharacters(units);
+  NSString written = NSString::stringWithCharacters(units);
   if (units.find(u'%') == std::u16string_view::npos) return written;
   const std::string bytes = bytesByReplacingPercentEscapes(std::string(units.begin(), units.end()));
   if (isFileURL()) return NSString::stringWithFileSystemRepresentation(bytes);

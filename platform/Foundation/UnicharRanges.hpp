@@ -16,9 +16,9 @@ struct UnicharRange {
 };
 
 /// The index of the first unit that is in one of the ranges, or in none of them; `length` when there is none.
-/// Many units are looked at together. Outside, a range that most units are in is best put first.
+/// Many units are looked at together. Outside, the range that most blanks are in is best put first; the others
+/// come to stand in the order that serves the text best.
 std::size_t findUnicharInRanges(const unichar *units, std::size_t length, std::span<const UnicharRange> ranges);
-std::size_t findUnicharOutsideRanges(const unichar *units, std::size_t length,
-                                     std::span<const UnicharRange> ranges);
+std::size_t findUnicharOutsideRanges(const unichar *units, std::size_t length, std::span<UnicharRange> ranges);
 
 }  // namespace nimbo::detail

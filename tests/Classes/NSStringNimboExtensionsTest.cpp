@@ -4,6 +4,7 @@
 #include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
+#include "tests/Classes/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {
@@ -48,6 +49,20 @@ TEST(FixAndNormalizeString, BlanksStrayUnitsAndComposes) {
   };
   for (const auto &c : cases) EXPECT_EQ(fixedAndNormalizedString(c.text), c.expected) << c.text.UTF8String();
   EXPECT_FALSE(fixedAndNormalizedString(NSString()));
+}
+
+TEST(FixAndNormalizeString, BlanksEveryStrayUnitOfLongText) {
+  forEachVectorTarget([] {
+    for (std::uint32_t c = 0xd700; c <= 0xffff; ++c) {
+      const auto unit = static_cast<unichar>(c);
+      const bool isStray = (c >= 0xd800 && c <= 0xdfff) || (c >= 0xf400 && c <= 0xf8ff);
+      std::u16string text(200, u'x');
+      text[c % text.size()] = unit;
+      const NSString fixed = fixedAndNormalizedString(NSString::stringWithCharacters(text));
+      if (isStray) text[c % text.size()] = u' ';
+      ASSERT_EQ(fixed, precomposedStringWithCanonicalMapping(NSString::stringWithCharacters(text))) << c;
+    }
+  });
 }
 
 }  // namespace
