@@ -52,13 +52,14 @@ constexpr std::u16string_view kPieces[] = {
     u"\U0001d160", u"\U0001d15f", u"\u4e2d", u"\xd834",
     u"\xdd65",     u"\u0410",     u"\u0306", u"\u2000",
     u"\u0f73",     u"\u09c7",     u"\u09be", u"\U00011099\U000110ba",
+    u"\u0e01",     u"\u0e38",     u"\u0e48", u"\u0651",
 };
 
 TEST(NSStringNormalization, AgreesWithICUAtEverySplitPoint) {
   forEachVectorTarget([] {
     for (const std::u16string_view doubtful :
          {u"e\u0301", u"\u1112\u1161\u11ab", u"\u0323\u0302", u"\U0001d160"}) {
-      for (const unichar filler : {u'x', u'\u4e2d', u'\uac00', u'\u0627'}) {
+      for (const unichar filler : {u'x', u'\u4e2d', u'\uac00', u'\u0627', u'\u0e48'}) {
         for (std::size_t place = 0; place <= 150; ++place) {
           std::u16string text(150, filler);
           expectAsICU(text.insert(place, doubtful));
