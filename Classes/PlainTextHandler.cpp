@@ -253,14 +253,44 @@ class Step {
   int depthChange_ = 0;
 };
 
+/// Whether a tag begins at the "<" for a browser: "a < b" is text.
+bool beginsTag(std::u16string_view page, std::size_t less) {
+  if (less + 1 >= page.size()) return false;
+  const unichar c = page[less + 1];
+  return c == u'/' || c == u'!' || c == u'?' || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z');
+}
+
+/// Where a tag begins inside one that is text to a browser; its end when there is none.
+std::size_t innerTag(std::u16string_view page, std::size_t tag, std::size_t end) {
+  while ((tag = std::min(page.find(u'<', tag + 1), end)) < end && !beginsTag(page, tag)) continue;
+  return tag;
+}
+
+/// The name of a tag that begins with "<" and, if at all, "/".
+NSRange nameOfTag(std::u16string_view page, std::size_t tag) {
+  const std::size_t start = tag + 1 + (page[tag + 1] == u'/');
+  const auto isPart = [](unichar c) { return c > u' ' && c != u'/' && c != u'>'; };
+  std::size_t end = start;
+  while (end < page.size() && isPart(page[end])) ++end;
+  return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end - start)};
+}
+
 }  // namespace
 
 bool PlainTextHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
                       std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
                       std::uint32_t textLocation, int kind, void *context) {
-  Step(*static_cast<PlainTextRecord *>(context), {characters, string.length()}, tagLocation, tagLength,
-       textLocation)
-      .handle(nameLocation, nameLength, kind);
+  const std::u16string_view page(characters, string.length());
+  NSRange name{nameLocation, nameLength};
+  if (kind == kOrdinaryTag && !beginsTag(page, tagLocation)) {
+    const std::size_t end = std::min<std::size_t>(tagLocation + std::size_t{tagLength}, page.size());
+    const std::size_t inner = innerTag(page, tagLocation, end);
+    name = inner < end ? nameOfTag(page, inner) : NSRange{NSNotFound, 0};
+    tagLocation = static_cast<std::uint32_t>(inner);
+    tagLength = static_cast<std::uint32_t>(end - inner);
+  }
+  Step(*static_cast<PlainTextRecord *>(context), page, tagLocation, tagLength, textLocation)
+      .handle(name.location, name.length, kind);
   return false;
 }
 

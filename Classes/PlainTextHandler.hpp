@@ -16,6 +16,7 @@ namespace nimbo {
 /// - A counter says whether the text counts as the body's: "body" adds 1, "/body" takes 1 away; "head",
 ///   the other way round; "noframes" and "noscript" as "body". Text is written while it is above 0, which it
 ///   always is unless `onlyBody` is asked for, and not within noframes and noscript.
+/// - A tag that begins with neither a letter nor "/", "!" or "?" is text, up to the next "<" in it that does.
 /// - "script" and "style" elements, comments and marked sections are never written. Where such an element
 ///   never ends, nothing is until a body or head tag.
 /// - With `googleTags`, comments "googleoff: index" and "googleon: index" (or "all") end and begin the text.
