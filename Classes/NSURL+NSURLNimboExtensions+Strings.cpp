@@ -60,7 +60,7 @@ NSString absoluteStringWithoutUserAndPassword(const NSURL &url) {
 }
 
 NSString absoluteStringWithHostAndPath(const NSURL &url) {
-  const NSString whole = absoluteStringWithoutUserAndPassword(url);
+  NSString whole = absoluteStringWithoutUserAndPassword(url);
   if (!whole) return whole;
   const std::size_t end = whole.view().find_first_of(u";?#");
   return end == std::u16string_view::npos ? whole : NSString::stringWithCharacters(whole.view().substr(0, end));
