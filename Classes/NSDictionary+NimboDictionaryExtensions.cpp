@@ -76,11 +76,11 @@ id objectForCode(const NSDictionary &dictionary, std::int64_t code, const id &de
 NSString localizedStringForKey(const NSDictionary &dictionary, const NSString &key,
                                const NSString &defaultValue) {
   const id &value = dictionary.objectForKey(key);
-  if (const NSString string = value.string()) return string;
+  if (NSString string = value.string()) return string;
   const NSDictionary localized = value.dictionary();
   if (!localized) return defaultValue;
   for (const NSString &language : NSBundle::mainBundle().preferredLocalizations())
-    if (const NSString string = localized.objectForKey(language).string()) return string;
+    if (NSString string = localized.objectForKey(language).string()) return string;
   const NSString fallback = localized.objectForKey(u"en"_ns).string();
   return fallback ? fallback : defaultValue;
 }
