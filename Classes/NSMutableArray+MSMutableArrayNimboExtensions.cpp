@@ -48,7 +48,8 @@ std::span<const id> listed(std::initializer_list<id> objects) {
 template <class Sameness>
 void keepObjects(NSArray &array, const NSArray &other, bool contained) {
   if (array.count() == 0) return;
-  const NSArray others = other;  // They may be those of the array.
+  // They may be those of the array.
+  const NSArray others = other;  // NOLINT(performance-unnecessary-copy-initialization)
   const ObjectSet<Sameness> set(objectsOf(others));
   const auto isRemoved = [&](const id &object) { return set.contains(object) != contained; };
   if (std::none_of(array.begin(), array.end(), isRemoved)) return;
@@ -117,7 +118,8 @@ void appendObjects(NSArray &array, std::initializer_list<id> objects) {
 }
 
 void insertObjectsFromArray(NSArray &array, const NSArray &other, std::uint32_t index) {
-  const NSArray others = other;  // They may be those of the array.
+  // They may be those of the array.
+  const NSArray others = other;  // NOLINT(performance-unnecessary-copy-initialization)
   if (others.count() > 0 && index <= array.count()) array.insertObjectsAtIndex(objectsOf(others), index);
 }
 
