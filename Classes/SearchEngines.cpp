@@ -2,6 +2,7 @@
 #include "Classes/SearchEngines.hpp"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -10,16 +11,20 @@
 namespace nimbo {
 namespace {
 
-enum class SearchEngineKind { kHost, kPrefix, kContentHost, kContentPath };
+/// As they are written in the table.
+enum class SearchEngineKind { host, prefix, contentHost, contentPath };
 
 struct SearchEngineRow {
   SearchEngineKind kind;
   std::u16string_view text;
 };
 
-constexpr SearchEngineRow kRows[] = {
+constexpr auto kRows = [] {
+  using enum SearchEngineKind;
+  return std::to_array<SearchEngineRow>({
 #include "SearchEngines.inc"
-};
+  });
+}();
 
 }  // namespace
 
@@ -30,18 +35,18 @@ bool isSearchEngineHostAndPath(const NSString &host, const NSString &escapedPath
   const std::u16string page = std::u16string(name) + std::u16string(escapedPath.view());
   const auto matches = [&](const SearchEngineRow &row) {
     switch (row.kind) {
-      case SearchEngineKind::kHost:
-      case SearchEngineKind::kContentHost:
+      case SearchEngineKind::host:
+      case SearchEngineKind::contentHost:
         return name == row.text;
-      case SearchEngineKind::kPrefix:
+      case SearchEngineKind::prefix:
         return name.starts_with(row.text);
-      case SearchEngineKind::kContentPath:
+      case SearchEngineKind::contentPath:
         return page.starts_with(row.text);
     }
     return false;
   };
   const auto isContent = [](const SearchEngineRow &row) {
-    return row.kind == SearchEngineKind::kContentHost || row.kind == SearchEngineKind::kContentPath;
+    return row.kind == SearchEngineKind::contentHost || row.kind == SearchEngineKind::contentPath;
   };
   bool isEngine = false;
   for (const SearchEngineRow &row : kRows) {

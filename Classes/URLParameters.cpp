@@ -2,6 +2,7 @@
 #include "Classes/URLParameters.hpp"
 
 #include <algorithm>
+#include <array>
 
 #include "Classes/URLStringParts.hpp"
 
@@ -10,22 +11,26 @@ namespace nimbo {
 namespace {
 
 struct URLName {
-  std::u16string_view name;
   URLNameKind kind;
-  bool isPrefix;
+  /// A "*" at the end stands for anything.
+  std::u16string_view name;
 };
 
-constexpr URLName kNames[] = {
+constexpr auto kNames = [] {
+  using enum URLNameKind;
+  return std::to_array<URLName>({
 #include "URLParameters.inc"
-};
+  });
+}();
 
 }  // namespace
 
 bool isURLNameOfKind(std::u16string_view name, URLNameKind kind) {
   return std::ranges::any_of(kNames, [&](const URLName &entry) {
-    if (entry.kind != kind || name.size() < entry.name.size()) return false;
-    return (entry.isPrefix || name.size() == entry.name.size()) &&
-           isNamed(name.substr(0, entry.name.size()), entry.name);
+    if (entry.kind != kind) return false;
+    if (!entry.name.ends_with(u'*')) return isNamed(name, entry.name);
+    const std::size_t length = entry.name.size() - 1;
+    return name.size() >= length && isNamed(name.substr(0, length), entry.name.substr(0, length));
   });
 }
 

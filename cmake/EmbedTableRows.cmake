@@ -1,7 +1,8 @@
 cmake_minimum_required(VERSION 3.25)
-# Writes the rows of a table of columns between tabs as elements of a C++ array: so many columns, the first ones numbers, the
-# others strings ("-" for an empty one). SORTED brings them into the order of their keys, in lower case.
-# cmake -DINPUT=... -DOUTPUT=... -DCOLUMNS=... -DNUMBERS=... -DSORTED=... -P EmbedTable.cmake
+# Writes the rows of a table of columns between tabs as elements of a C++ array: so many columns, the first ones as they are,
+# numbers and names of the code, the others as strings ("-" for an empty one) with PREFIX in front, as "u". SORTED brings them
+# into the order of their keys, in lower case.
+# cmake -DINPUT=... -DOUTPUT=... -DCOLUMNS=... -DPLAIN=... -DPREFIX=... -DSORTED=... -P EmbedTableRows.cmake
 file(STRINGS "${INPUT}" lines)
 set(rows)
 foreach(line IN LISTS lines)
@@ -31,12 +32,12 @@ foreach(row IN LISTS rows)
   set(column 0)
   set(values)
   foreach(field IN LISTS fields)
-    if(column LESS NUMBERS)
+    if(column LESS PLAIN)
       list(APPEND values "${field}")
     elseif(field STREQUAL "-")
-      list(APPEND values "\"\"")
+      list(APPEND values "${PREFIX}\"\"")
     else()
-      list(APPEND values "\"${field}\"")
+      list(APPEND values "${PREFIX}\"${field}\"")
     endif()
     math(EXPR column "${column} + 1")
   endforeach()
