@@ -42,6 +42,19 @@ constexpr Sample kSamples[] = {
     {"Hindi",
      u"\u0939\u093f\u0928\u094d\u0926\u0940 \u092d\u093e\u0930\u0924 \u0915\u0940 \u092d\u093e\u0937\u093e "
      u"\u0939\u0948\u0964 "},
+    {"Hindi, with nuktas and English",
+     u"\u0932\u0921\u093c\u0915\u093e (boy) \u092a\u0922\u093c\u0924\u093e \u0939\u0948, "
+     u"\u2018\u092b\u093c\u094b\u0928\u2019 \u092d\u0940\u0964 "},
+    {"Bengali",
+     u"\u09ac\u09be\u0982\u09b2\u09be \u09ad\u09be\u09b7\u09be \u09aa\u09cd\u09b0\u09be\u09a3 "
+     u"\u099c\u09c1\u09a1\u09bc\u09be\u09af\u09bc\u0964 "},
+    {"Thai", u"\u0e1b\u0e39\u0e48\u0e01\u0e34\u0e19\u0e19\u0e49\u0e33\u0e17\u0e35\u0e48\u0e19\u0e35\u0e48 "},
+    {"Hebrew with points",
+     u"\u05d1\u05b0\u05bc\u05e8\u05b5\u05d0\u05e9\u05b4\u05c1\u05d9\u05ea "
+     u"\u05d1\u05b8\u05bc\u05e8\u05b8\u05d0. "},
+    {"Arabic with points",
+     u"\u0643\u064e\u062a\u064e\u0628\u064e "
+     u"\u0627\u0644\u062f\u064e\u0651\u0631\u0652\u0633\u064e. "},
     {"German, an umlaut in 70 decomposed",
      u"Das ist eine ganz gewo\u0308hnliche Zeile, die nur einen einzigen Umlaut hat. "},
     {"Vietnamese, decomposed",

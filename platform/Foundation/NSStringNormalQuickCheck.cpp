@@ -1,20 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSStringNormalQuickCheck.hpp"
 
-#include <unicode/uchar.h>
-#include <unicode/unorm2.h>
-#include <unicode/utf16.h>
-
 #include <algorithm>
 #include <array>
 
+#include "platform/Foundation/ComposingPairs.hpp"
+#include "platform/Foundation/ComposingRanks.hpp"
 #include "platform/Foundation/UnicharRanges.hpp"
 
 namespace nimbo::detail {
 
 namespace {
-
-constexpr std::size_t kUnits = 0x10000;
 
 /// Units of widespread scripts; the runs of steady units around them are looked for many at a time. Most text
 /// is in the first alone, and most of the rest in the first two.
@@ -31,84 +27,89 @@ constexpr std::array kWidespread = {
     u'\u0627',  // Arabic
 };
 
-/// After a steady unit of another script, this many are looked at by themselves before the widespread ones are
-/// looked for again.
-constexpr std::size_t kUnitsOfOtherScripts = 256;
+using SteadyRanges = std::array<UnicharRange, kWidespread.size()>;
 
-/// A doubtful part grows by this many units until as many steady ones follow.
-constexpr std::size_t kBlockUnits = 64;
+/// Behind a unit of another script, this many are looked at pair by pair, then many at a time of the same page,
+/// if they are; where they are not, so many more before the widespread ones are looked for again.
+constexpr std::size_t kFewUnits = 16, kUnitsOfOtherScripts = 256;
 
-bool isSteadyByUnicode(UChar32 c) {
-  return !U16_IS_SURROGATE(c) && u_getCombiningClass(c) == 0 &&
-         u_getIntPropertyValue(c, UCHAR_NFC_QUICK_CHECK) == UNORM_YES;
+/// So many units are in a part with a doubtful one, whatever they are; it grows until as many follow that are
+/// not doubtful. A part by itself costs more than they do.
+constexpr std::size_t kUnitsAround = 64, kUnitsBetweenParts = 256;
+
+UnicharRange steadyRunAround(unichar c, const ComposingRanks &ranks) {
+  UnicharRange run{c, c};
+  while (run.first > 0 && ranks.isSteady(static_cast<unichar>(run.first - 1))) --run.first;
+  while (run.last < 0xffff && ranks.isSteady(static_cast<unichar>(run.last + 1))) ++run.last;
+  return run;
 }
 
-class SteadyUnits {
- public:
-  /// Made from Unicode's data on first use.
-  static const SteadyUnits &shared() {
-    static const SteadyUnits units;
-    return units;
-  }
+const SteadyRanges &widespreadRanges(const ComposingRanks &ranks) {
+  static const SteadyRanges ranges = [&ranks] {
+    SteadyRanges made{};
+    std::ranges::transform(kWidespread, made.begin(), [&](unichar c) { return steadyRunAround(c, ranks); });
+    return made;
+  }();
+  return ranges;
+}
 
-  /// How many units at the beginning are steady.
-  std::size_t lengthOfPrefix(std::u16string_view units) const {
-    auto ranges = widespread_;
-    std::size_t i = 0;
-    while (i < units.size()) {
-      i += findUnicharOutsideRanges(units.data() + i, units.size() - i, ranges);
-      const std::u16string_view others = units.substr(i, kUnitsOfOtherScripts);
-      const std::size_t steady = lengthOfPrefixOneByOne(others);
-      i += steady;
-      if (steady < others.size()) break;
-    }
-    return i;
+/// The first unit from `i` on, but before `end`, that may not stand behind the one before it; else `end`.
+std::size_t findDoubtfulOneByOne(std::u16string_view units, std::size_t i, std::size_t end,
+                                 const ComposingRanks &ranks) {
+  if (i == 0 && end > 0) {
+    if (!ranks.mayBegin(units[0])) return 0;
+    i = 1;
   }
-
-  std::size_t lengthOfPrefixOneByOne(std::u16string_view units) const {
-    // A few together, so that one branch is enough for them.
-    constexpr std::size_t kTogether = 8;
-    std::size_t i = 0;
-    for (; i + kTogether <= units.size(); i += kTogether) {
-      bool areSteady = true;
-      for (std::size_t k = 0; k < kTogether; ++k) areSteady &= isSteady_[units[i + k]];
-      if (!areSteady) break;
-    }
-    while (i < units.size() && isSteady_[units[i]]) ++i;
-    return i;
+  // Several together, so that one branch is enough for them.
+  constexpr std::size_t kTogether = 8;
+  for (; i + kTogether <= end; i += kTogether) {
+    bool isDoubtful = false;
+    for (std::size_t k = i; k < i + kTogether; ++k) isDoubtful |= !ranks.isOrdered(units[k - 1], units[k]);
+    if (isDoubtful) break;
   }
+  while (i < end && ranks.mayFollow(units[i - 1], units[i])) ++i;
+  return i;
+}
 
- private:
-  SteadyUnits() {
-    for (std::size_t c = 0; c < kUnits; ++c) isSteady_[c] = isSteadyByUnicode(static_cast<UChar32>(c));
-    std::ranges::transform(kWidespread, widespread_.begin(), [this](unichar c) { return runAround(c); });
+/// The same, fast over widespread scripts and over one script at a time.
+std::size_t findDoubtful(std::u16string_view units, std::size_t i, const ComposingRanks &ranks) {
+  // The order is the search's own to change.
+  SteadyRanges ranges = widespreadRanges(ranks);
+  while (i < units.size()) {
+    i += findUnicharOutsideRanges(units.data() + i, units.size() - i, ranges);
+    std::size_t end = std::min(units.size(), i + kFewUnits);
+    i = findDoubtfulOneByOne(units, i, end, ranks);
+    if (i < end || i == units.size()) break;
+    const std::size_t paired = lengthOfPairedPrefix(ranks, units.data() + i, units.size() - i);
+    i += paired;
+    if (paired > kUnitsOfOtherScripts) continue;
+    end = std::min(units.size(), i + kUnitsOfOtherScripts);
+    i = findDoubtfulOneByOne(units, i, end, ranks);
+    if (i < end) break;
   }
+  return i;
+}
 
-  UnicharRange runAround(unichar c) const {
-    std::size_t first = c, last = c;
-    while (first > 0 && isSteady_[first - 1]) --first;
-    while (last + 1 < kUnits && isSteady_[last + 1]) ++last;
-    return {static_cast<unichar>(first), static_cast<unichar>(last)};
+/// The end of the part with the doubtful unit: before a steady one, with no other doubtful one near behind it.
+std::size_t endOfPart(std::u16string_view units, std::size_t doubtful, const ComposingRanks &ranks) {
+  for (;;) {
+    std::size_t end = std::min(units.size(), doubtful + kUnitsAround);
+    while (end < units.size() && !ranks.isSteady(units[end])) ++end;
+    const std::size_t limit = std::min(units.size(), end + kUnitsBetweenParts);
+    doubtful = findDoubtfulOneByOne(units, end, limit, ranks);
+    if (doubtful == limit) return end;
   }
-
-  std::array<bool, kUnits> isSteady_;
-  std::array<UnicharRange, kWidespread.size()> widespread_;
-};
+}
 
 }  // namespace
 
 NSRange nextDoubtfulPart(std::u16string_view units, std::uint32_t from) {
-  const SteadyUnits &steadyUnits = SteadyUnits::shared();
-  std::size_t start = from + steadyUnits.lengthOfPrefix(units.substr(from));
-  if (start == units.size()) return {static_cast<std::uint32_t>(start), 0};
-  std::size_t end = start;
-  for (;;) {
-    end = std::min(units.size(), end + kBlockUnits);
-    const std::u16string_view next = units.substr(end, kBlockUnits);
-    if (steadyUnits.lengthOfPrefixOneByOne(next) == next.size()) break;
-  }
-  // What is not steady may join the unit before.
-  if (start > from) --start;
+  const ComposingRanks &ranks = ComposingRanks::shared();
+  const std::size_t doubtful = findDoubtful(units, from, ranks);
+  if (doubtful == units.size()) return {static_cast<std::uint32_t>(doubtful), 0};
+  std::size_t start = doubtful;
+  while (start > from && (start == doubtful || !ranks.isSteady(units[start]))) --start;
+  const std::size_t end = endOfPart(units, doubtful, ranks);
   return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end - start)};
 }
 

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // A fast look at text for what may not be in Unicode normalization form C (NFC).
-//
-// A unit is called steady here when it is in NFC wherever it stands and nothing before it can change it: NFC_QC
-// is Yes, the combining class is 0, and it is no surrogate. A mark behind a steady unit may still join it.
 #pragma once
 
 #include <string_view>
@@ -14,7 +11,7 @@ namespace nimbo::detail {
 
 /// The next part of `units` from `from` on that a closer look must be taken at; with length 0, at the end of
 /// `units`, when there is none. `from` is 0 or the end of the part before. Each part can be brought into NFC by
-/// itself, and all between them is steady. Doubtful units that stand close together are in one part, so that
+/// itself, and all between them is in NFC. Doubtful units that stand close together are in one part, so that
 /// the closer looks stay few.
 NSRange nextDoubtfulPart(std::u16string_view units, std::uint32_t from);
 

@@ -84,6 +84,26 @@ TEST(NSStringNormalization, AgreesWithICUOnRandomMixes) {
   }
 }
 
+// Text of one script with what is common to all between, as it is and with one unit out of place.
+TEST(NSStringNormalization, AgreesWithICUOnEveryScript) {
+  forEachVectorTarget([] {
+    std::mt19937 random(5);
+    for (std::uint32_t page = 0; page < 0x10000; page += 0x80) {
+      for (int round = 0; round < 6; ++round) {
+        std::u16string text;
+        for (int n = 0; n < 200; ++n)
+          text += random() % 6 ? static_cast<unichar>(page + random() % 0x80)
+                               : std::u16string_view(u" a\u00e9\u02ff\u2010\u205f")[random() % 6];
+        text = normalizedByICU(text, unorm2_getNFCInstance);
+        expectAsICU(text);
+        text[random() % text.size()] = kPieces[random() % std::size(kPieces)][0];
+        expectAsICU(text);
+        if (::testing::Test::HasFatalFailure()) return;
+      }
+    }
+  });
+}
+
 TEST(NSStringNormalization, KnowsEveryUnit) {
   for (std::uint32_t c = 0; c <= 0xffff; ++c) {
     const auto unit = static_cast<unichar>(c);
