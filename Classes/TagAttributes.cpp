@@ -48,11 +48,13 @@ class AttributeReader {
  private:
   std::optional<std::size_t> startOfValue() const {
     const std::size_t lastStart = tag_.size() - name_.size() - 1;
+    // It never goes back: white space behind names that are made of it is passed only once.
+    std::size_t separator = 0;
     for (std::size_t i = 0; i <= lastStart; ++i) {
       if (isQuote(tag_[i])) {
         i = std::min(tag_.substr(0, lastStart + 1).find(tag_[i], i + 1), lastStart);
       } else if (isNameAt(i)) {
-        const std::size_t separator = skipWhite(i + name_.size());
+        separator = skipWhite(std::max(separator, i + name_.size()));
         if (separator == tag_.size() || tag_[separator] != syntax_.separator) continue;
         const std::size_t start = skipWhite(separator + 1);
         return start < tag_.size() ? std::optional(start) : std::nullopt;
@@ -148,24 +150,26 @@ NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, s
     while (i < text.size() && whites.contains(text[i])) ++i;
     return i;
   };
+  // They never go back: white space behind names that are empty or made of it is passed only once.
+  std::size_t separator = 0, start = 0;
   for (std::size_t place = 0; place + nameLength < text.size(); ++place) {
     if (!std::equal(name, name + nameLength, text.data() + place,
                     [upper](unichar expected, unichar c) { return upper[c] == expected; })) {
       continue;
     }
-    const std::size_t separator = skipWhite(place + nameLength);
+    separator = skipWhite(std::max(separator, place + nameLength));
     if (separator == text.size() || text[separator] != u'=') continue;
-    std::size_t start = isLenient ? skipWhite(separator + 1) : separator + 1;
+    start = isLenient ? skipWhite(std::max(start, separator + 1)) : separator + 1;
     if (start == text.size()) continue;
+    const bool isQuoted = text[start] == quote;
     std::size_t end = start + 1;
-    if (text[start] == quote) {
-      start = end;
-      end = std::min(text.find(quote, start), text.size());
-      if (end == start) continue;
+    if (isQuoted) {
+      end = std::min(text.find(quote, end), text.size());
+      if (end == start + 1) continue;
     } else {
       while (end < text.size() && text[end] != u';' && !(isLenient && whites.contains(text[end]))) ++end;
     }
-    return NSString::stringWithCharacters(text.substr(start, end - start));
+    return NSString::stringWithCharacters(text.substr(start + isQuoted, end - start - isQuoted));
   }
   return {};
 }

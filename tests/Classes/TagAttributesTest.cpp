@@ -12,6 +12,7 @@
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/id.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
+#include "tests/Classes/StringSamples.hpp"
 
 namespace nimbo {
 namespace {
@@ -56,8 +57,7 @@ TEST(TagAttributes, AreReadFromTags) {
     const std::u16string_view text = test.text;
     const ExactBuffer tag(text);
     expectValue(test, attributeOfTagCharacters(tag.data(), lengthOf(text), test.name));
-    expectValue(test, attributeOfTagWithName(NSString::stringWithCharacters(test.text),
-                                             NSString::stringWithUTF8String(test.name)));
+    expectValue(test, attributeOfTagWithName(exactString(text), NSString::stringWithUTF8String(test.name)));
   }
 }
 
@@ -88,8 +88,8 @@ TEST(TagAttributes, PropertiesAreReadFromStyles) {
            {u"top:1", "top", "1"},
            {u"top:", "top", nullptr},
        }) {
-    expectValue(test, attributeOfStyleWithName(NSString::stringWithCharacters(test.text),
-                                               NSString::stringWithUTF8String(test.name)));
+    expectValue(test,
+                attributeOfStyleWithName(exactString(test.text), NSString::stringWithUTF8String(test.name)));
   }
 }
 
@@ -101,15 +101,18 @@ TEST(TagAttributes, FieldsAreReadFromHeaders) {
            {u"charset=a b;c", "CHARSET", "a"},
            {u"charset=;x", "CHARSET", ";x"},
            {u"charset=", "CHARSET", nullptr},
+           {u"charset=  ''; charset charset = b", "CHARSET", "b"},
            {u"charsets=a", "CHARSET", nullptr},
        }) {
-    expectValue(test, headerCharset(NSString::stringWithCharacters(test.text)));
+    expectValue(test, headerCharset(exactString(test.text)));
   }
   const NSString header = u"a; name=b c ; x"_ns;
   EXPECT_EQ(headerFieldNamed(header, u"NAME"_ns), u"b c "_ns);
   EXPECT_FALSE(headerFieldNamed(header, u"name"_ns));
   EXPECT_EQ(headerFieldNamed(u"name=|b;c|"_ns, u"NAME"_ns, u'|'), u"b;c"_ns);
   EXPECT_EQ(headerFieldNamed(u"name= b"_ns, u"NAME"_ns), u" b"_ns);
+  // Places of a blank name that share a separator, and then the next one.
+  EXPECT_EQ(headerFieldNamed(u"  =''  = b"_ns, u" "_ns), u" b"_ns);
   EXPECT_EQ(headerRefresh(u"5; URL=page.html"_ns), u"page.html"_ns);
 }
 
@@ -146,11 +149,14 @@ TEST(StoredTags, AreStringsAndDictionaries) {
   EXPECT_EQ(getXml(NSString()), NSArray::array());
 }
 
-TEST(ParseXml, CatchesTheHandlersException) {
+TEST(ParseXml, CatchesAndLogsTheHandlersException) {
   const TagHandler raise = [](const NSString &, const unichar *, std::uint32_t, std::uint32_t, std::uint32_t,
                               std::uint32_t, std::uint32_t, int,
                               void *) -> bool { throw NSException(u"Broken"_ns, u"by a test"_ns); };
+  testing::internal::CaptureStderr();
   EXPECT_FALSE(parseXmlWithHandler(u"<p>"_ns, raise, nullptr, true));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "parseXmlWithHandler:context:mutable: (NSString):\nBroken\nby a test\n");
 }
 
 }  // namespace
