@@ -24,6 +24,10 @@ NSString substring(const NSString &string, std::uint32_t start, std::uint32_t en
   return start < end ? string.substringWithRange({start, end - start}) : NSString::string();
 }
 
+void addUnlessEmpty(NSArray &array, const NSString &string) {
+  if (string.length() > 0) array.addObject(string);
+}
+
 }  // namespace
 
 bool StoreToRangesHandler(const NSString &, const unichar *, std::uint32_t, std::uint32_t,
@@ -45,14 +49,16 @@ bool StoreToArrayHandler(const NSString &string, const unichar *, std::uint32_t,
                          std::uint32_t tagLocation, std::uint32_t tagLength, std::uint32_t textLocation, int,
                          void *context) {
   auto &store = *static_cast<StoreToArrayContext *>(context);
-  const NSString tag = substring(string, tagLocation, tagLocation + tagLength);
-  const NSString content = substring(string, textLocation, tagLocation);
+  const auto tag = [&] { return substring(string, tagLocation, tagLocation + tagLength); };
+  const auto content = [&] { return substring(string, textLocation, tagLocation); };
   if (store.wantTags && store.wantContents) {
-    NSDictionary entry{{u"Tag"_ns, tag}};
-    if (content.length() > 0) entry.setObject(content, u"Content"_ns);
+    NSDictionary entry{{u"Tag"_ns, tag()}};
+    if (const NSString text = content(); text.length() > 0) entry.setObject(text, u"Content"_ns);
     store.result.addObject(entry);
-  } else if (const NSString &wanted = store.wantTags ? tag : content; wanted.length() > 0) {
-    store.result.addObject(wanted);
+  } else if (store.wantTags) {
+    addUnlessEmpty(store.result, tag());
+  } else if (store.wantContents) {
+    addUnlessEmpty(store.result, content());
   }
   return false;
 }
