@@ -9,7 +9,7 @@
 namespace nimbo {
 inline namespace XmlExtensions {
 
-/// As `GetTagsOfString`, but an `NSException` is caught, logged and answers false.
+/// As `GetTagsOfString`, but an `NSException` is caught, logged and answers false. Others pass through.
 bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *context, bool isMutable);
 
 /// The ranges of all tags, comments and marked sections, and those of the texts in front of them; the last tag
@@ -27,22 +27,24 @@ NSArray getXml(const NSString &string);
 NSArray getXmlTags(const NSString &string);
 NSArray getXmlContents(const NSString &string);
 
-/// An attribute of a tag, as `_attributeOfTagCharactersWithName` reads it.
+/// An attribute of a tag, as `_attributeOfTagCharactersWithName` reads it; nil when the tag has none of that
+/// name or it is empty. A range in a string is cut to its bounds.
 NSString attributeOfTagCharacters(const unichar *characters, std::uint32_t length, const char *name);
 NSString attributeOfTagCharacters(const unichar *characters, NSRange range, const char *name);
 NSString attributeOfTagInRange(const NSString &string, NSRange range, const NSString &name);
 /// The string is the tag.
 NSString attributeOfTagWithName(const NSString &string, const NSString &name);
 
-/// A property of a list as "style" attributes have it: "name: value; ...".
+/// A property of a list as "style" attributes have it: "name: value; ..."; nil as above.
 NSString attributeOfStyleInRange(const NSString &string, NSRange range, const NSString &name);
 NSString attributeOfStyleWithName(const NSString &string, const NSString &name);
 
-/// A field of a header's text, as `_copyOfAttributeOfString` reads it; `name` must be in upper case.
+/// A field of a header's text, as `_copyOfAttributeOfString` reads it, not lenient; `name` must be in upper
+/// case. Nil when there is no such field.
 NSString headerFieldNamed(const NSString &string, const NSString &name, unichar quotation = u'\'');
-/// The character set of a content type: "text/html; charset=utf-8".
+/// The character set of a content type, "text/html; charset=utf-8", read leniently; nil when it has none.
 NSString headerCharset(const NSString &string);
-/// Where a refresh goes: "5; url=page.html".
+/// Where a refresh goes, "5; url=page.html", read leniently; nil when it goes nowhere.
 NSString headerRefresh(const NSString &string);
 
 }  // namespace XmlExtensions

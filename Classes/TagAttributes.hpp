@@ -19,15 +19,17 @@ NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint3
                                            std::uint32_t length, const char *name, bool isTolerant);
 
 /// As above, never tolerant, in a range of a string, which is cut to its bounds. `separator` stands for the
-/// "=", `terminator` for the ">", and the range must have more than `slack` units besides the name.
+/// "=", `terminator` for the ">", and the range must have more than `slack` units besides the name. Nil, too,
+/// when the string or the name is nil or empty, or the range begins behind the string.
 NSString _attributeOfStringWithName(const NSString &string, std::uint32_t location, std::uint32_t length,
                                     const NSString &name, std::uint32_t slack, unichar separator,
                                     unichar terminator);
 
 /// The value of a field in a header's text, "name=value; ...". The text is compared in upper case with the
-/// name, which is not folded and may follow any unit. A value that begins with `quote` ends at the next one;
-/// any other ends at ";". With `isLenient` white space in front of the value is skipped, and ends one without
-/// quotes. Nil when there is no such field.
+/// name, which is not folded and may follow any unit. A value that begins with `quote` ends at the next one or
+/// with the text, and is passed over when it is empty; any other has at least one unit and ends at ";". With
+/// `isLenient` white space in front of the value is skipped, and ends one without quotes. Nil when there is no
+/// such field, and when the text is nil or not longer than the name.
 NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,
                                   unichar quote, bool isLenient);
 

@@ -38,7 +38,8 @@ using TagHandler = bool (*)(const NSString &string, const unichar *characters, s
 /// `isMutable` says that the handler changes the units or the string itself: the scan then works on a copy.
 ///
 /// False, without a call, when the string is nil or empty, or when it cannot be copied (no memory, or more than
-/// 0x3fffffff units); true otherwise, also when the handler stopped the scan.
+/// 0x3fffffff units); true otherwise, also when the handler stopped the scan. Raises what the handler raises,
+/// and `std::bad_alloc` when the marks of odd markup need more memory than there is.
 bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, bool isMutable);
 
 }  // namespace nimbo
