@@ -81,6 +81,8 @@ const Sample kSamples[] = {
     {"windows-1251", "\xcf\xf0\xe8\xe2\xe5\xf2", "Привет"},
     {"windows-1250", "\x8elu\x9dou\xe8k\xfd", "Žluťoučký"},
     {"iso-8859-2", "\xaelu\xbbou\xe8k\xfd", "Žluťoučký"},
+    // The page has more characters than bytes.
+    {"koi8-cs2", "Du\xc7ov\xd7", "Duchové"},
     {"x-kam-cs", "\x92lu\x9f", "Žluť"},
     {"windows-1252", "\x93na\xefve\x94", "“naïve”"},
     {"x-mac-cyrillic", "\x8f\xf0\xe8\xe2\xe5\xf2", "Привет"},
