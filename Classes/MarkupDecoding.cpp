@@ -81,7 +81,7 @@ NSString decode(std::string_view bytes, CFStringEncoding encoding) {
              : NSString();
 }
 
-DecodedMarkup decodeAs(std::string_view bytes, NSStringEncoding encoding) {
+DecodedMarkup decodePlainly(std::string_view bytes, NSStringEncoding encoding) {
   NSString string = decode(bytes, CFStringConvertNSStringEncodingToEncoding(encoding));
   if (!string) return {};
   return {std::move(string), encoding};
@@ -92,7 +92,7 @@ DecodedMarkup decodeByMark(std::string_view bytes) {
   if (bytes.starts_with(kUTF8Mark)) {
     bytes.remove_prefix(kUTF8Mark.size());
     return bytes.empty() ? DecodedMarkup{NSString::string(), NSUTF8StringEncoding}
-                         : decodeAs(bytes, NSUTF8StringEncoding);
+                         : decodePlainly(bytes, NSUTF8StringEncoding);
   }
   struct Form {
     CFStringEncoding encoding;
@@ -107,16 +107,39 @@ DecodedMarkup decodeByMark(std::string_view bytes) {
     const NSStringEncoding number = CFStringConvertEncodingToNSStringEncoding(encoding);
     const std::string_view whole = bytes.substr(0, bytes.size() - bytes.size() % unitLength);
     if (whole.size() == markLength) return {NSString::string(), number};
-    if (DecodedMarkup decoded = decodeAs(whole, number); decoded.string) return decoded;
+    if (DecodedMarkup decoded = decodePlainly(whole, number); decoded.string) return decoded;
   }
   return {};
 }
 
-/// What the text declares; no encoding when that cannot be true, since it could be read.
+/// In a form of Unicode that leaves it open a mark says which form it is.
+DecodedMarkup decodeAs(std::string_view bytes, NSStringEncoding encoding) {
+  const bool obeysMark = encoding == NSUTF8StringEncoding || encoding == NSUnicodeStringEncoding ||
+                         encoding == NSUTF32StringEncoding;
+  DecodedMarkup marked = obeysMark ? decodeByMark(bytes) : DecodedMarkup{};
+  return marked.string ? marked : decodePlainly(bytes, encoding);
+}
+
+/// Whether ASCII is not one byte a character.
+bool hasWideUnits(NSStringEncoding encoding) {
+  switch (encoding) {
+    case NSUnicodeStringEncoding:
+    case NSUTF16BigEndianStringEncoding:
+    case NSUTF16LittleEndianStringEncoding:
+    case NSUTF32StringEncoding:
+    case NSUTF32BigEndianStringEncoding:
+    case NSUTF32LittleEndianStringEncoding:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// What the text declares; no encoding when the declaration itself could not have been read in it.
 NSStringEncoding declaredEncoding(std::string_view bytes, const DecodedMarkup &first) {
   const NSString text = first.string ? first.string : decode(bytes, kCFStringEncodingISOLatin1);
   const NSStringEncoding declared = markupEncoding(text);
-  return declared == NSUnicodeStringEncoding && first.encoding != declared ? kNoEncoding : declared;
+  return hasWideUnits(declared) == hasWideUnits(first.encoding) ? declared : kNoEncoding;
 }
 
 struct Weighing {
@@ -148,8 +171,6 @@ std::span<const CFStringEncoding> relativesOf(NSStringEncoding encoding) {
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStringEncoding defaultEncoding) {
   const std::string_view bytes = data.view();
   if (bytes.empty()) return {};
-  if (DecodedMarkup marked = decodeByMark(bytes); marked.string) return marked;
-
   const bool isSupplied = isEncoding(supplied);
   NSStringEncoding working = isSupplied ? supplied : defaultEncoding;
   DecodedMarkup first = decodeAs(bytes, working);

@@ -17,13 +17,13 @@ struct DecodedMarkup {
 /// Reads the bytes of a page or feed. `supplied` is the encoding that came with it, as in a header of HTTP: 0
 /// or `kCFStringEncodingInvalidId` when none did, and then `defaultEncoding` is tried at first.
 ///
-/// - A byte order mark decides, if the bytes behind it are possible in its encoding, and is no part of the
-///   text. Without one nothing is dropped from the beginning.
-/// - Else the bytes are read in the supplied or default encoding, and again in the one that this text declares
+/// - The bytes are read in the supplied or default encoding, and again in the one that this text declares
 ///   (`markupEncoding`). The second reading counts, unless it is worse and the encoding was supplied: it has
 ///   more U+FFFD (codes that mean nothing), or it takes each byte of what is good UTF-8 for a character.
 /// - Where no first reading is possible, the declaration is looked for in the bytes as ISO Latin 1. That of
-///   UTF-16 is then no use, nor is it in any text of single bytes.
+///   UTF-16 is no use in any text of single bytes, nor is that of another encoding in UTF-16.
+/// - Where UTF-8, UTF-16 or UTF-32 is tried, a byte order mark says which of them it is, if the bytes behind it
+///   are possible in that; it is no part of the text. To any other encoding it is no mark.
 /// - Text declared as Windows Cyrillic or Big5 that cannot be read so is Windows Latin 2 (but not if UTF-8 was
 ///   supplied) or Big5-HKSCS instead. For Shift JIS and EUC-CN their relatives are tried; the first one in
 ///   which all codes have a meaning is taken.

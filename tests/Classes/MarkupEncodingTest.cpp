@@ -137,7 +137,8 @@ TEST(MarkupDecoding, WeighsDeclarations) {
       {"not Big5", "big5", "\xa4 ", kNone, kLatin1, kLatin1, "¤ "},
       {"damaged UTF-8", "", "\xc5\xbdlu\xc5\xa5\xff", kNone, kUTF8, kUTF8, "Žluť\ufffd"},
       {"declared as damaged", "utf-8", "\xc5\xbdlu\xc5\xa5\xe8", kNone, kLatin1, kUTF8, "Žluť\ufffd"},
-      {"marked UTF-8", "", "\xef\xbb\xbf<meta charset=latin1>", kLatin1, kNone, kUTF8, "<meta charset=latin1>"},
+      {"marked UTF-8", "", "\xef\xbb\xbf\xc3\xa9", kNone, kUTF8, kUTF8, "é"},
+      {"a mark is no declaration", "", "\xef\xbb\xbf\xc3\xa9", kNone, kLatin1, kLatin1, "ï»¿Ã©"},
       {"a mark alone", "", "\xef\xbb\xbf", kNone, kUTF8, kUTF8, ""},
       {"marked UTF-16, cut", "", "\xfe\xff\0<\x20\xac\0"sv, kUTF8, kNone, NSUnicodeStringEncoding, "<€"},
       {"marked UTF-32", "", "\xff\xfe\0\0\x89\xf3\x01\0"sv, kUTF8, kNone, NSUTF32StringEncoding, "\U0001f389"},
@@ -152,6 +153,9 @@ TEST(MarkupDecoding, WeighsDeclarations) {
     EXPECT_EQ(static_cast<bool>(decoded.string), test.used != kNone);
     EXPECT_EQ(decoded.string.UTF8String(), test.used == kNone ? "" : head + std::string(test.text));
   }
+  // A declaration in UTF-16 is not that of single bytes.
+  const NSString page = u"<meta charset=latin1>\u20ac"_ns;
+  EXPECT_EQ(decodeMarkup(dataUsingEncoding(page, NSUnicodeStringEncoding), kNone, kUTF8).string, page);
 }
 
 TEST(MarkupDecoding, ReadsFilesAndPropertyLists) {
