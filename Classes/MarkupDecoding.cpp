@@ -135,11 +135,15 @@ bool hasWideUnits(NSStringEncoding encoding) {
   }
 }
 
-/// What the text declares; no encoding when the declaration itself could not have been read in it.
-NSStringEncoding declaredEncoding(std::string_view bytes, const DecodedMarkup &first) {
-  const NSString text = first.string ? first.string : decode(bytes, kCFStringEncodingISOLatin1);
-  const NSStringEncoding declared = markupEncoding(text);
-  return hasWideUnits(declared) == hasWideUnits(first.encoding) ? declared : kNoEncoding;
+/// What the text declares, or the bytes when they could not be read.
+NSStringEncoding declaredEncoding(std::string_view bytes, const NSString &text) {
+  return markupEncoding(text ? text : decode(bytes, kCFStringEncodingISOLatin1));
+}
+
+/// ASCII is not worth a second reading. Nor is an encoding in which the declaration could not have been read.
+bool isWorthReading(NSStringEncoding declared, const DecodedMarkup &first) {
+  return isEncoding(declared) && declared != NSASCIIStringEncoding &&
+         hasWideUnits(declared) == hasWideUnits(first.encoding);
 }
 
 struct Weighing {
@@ -174,9 +178,8 @@ DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStri
   const bool isSupplied = isEncoding(supplied);
   NSStringEncoding working = isSupplied ? supplied : defaultEncoding;
   DecodedMarkup first = decodeAs(bytes, working);
-  const NSStringEncoding declared = declaredEncoding(bytes, first);
-  const bool isDeclared = isEncoding(declared) && declared != NSASCIIStringEncoding;
-  if (isDeclared && (declared != working || !first.string)) {
+  const NSStringEncoding declared = declaredEncoding(bytes, first.string);
+  if (isWorthReading(declared, first) && (declared != working || !first.string)) {
     const Weighing weighing{isSupplied, supplied, declared};
     if (declared == NSWindowsCP1251StringEncoding && !(isSupplied && supplied == NSUTF8StringEncoding)) {
       first = {};
