@@ -18,7 +18,7 @@ namespace nimbo {
 namespace {
 
 constexpr std::uint32_t kSmallestBuffer = 32;
-constexpr std::uint32_t kMostUnitsPerByte = 2;
+constexpr std::uint32_t kMostUnitsPerByteOfTable = 2;
 constexpr unichar kReplacement = 0xfffd;
 constexpr std::string_view kUTF8Mark = "\xef\xbb\xbf";
 constexpr NSStringEncoding kNoEncoding = kCFStringEncodingInvalidId;
@@ -59,26 +59,23 @@ NSString stringWithDamagedUTF8(std::string_view bytes) {
   return 2 * std::uint64_t{replacementsIn(string)} <= static_cast<std::uint64_t>(foreign) ? string : NSString();
 }
 
-/// Nil when the bytes are impossible in the encoding, or the text has more than so many units.
-NSString decodeWithin(std::uint32_t capacity, std::string_view bytes, CFStringEncoding encoding) {
-  NSMutableString units;
-  units.setLength(capacity);
-  std::uint32_t count = 0;
-  convertEncodingToUnicode(bytes.data(), static_cast<std::uint32_t>(bytes.size()), encoding,
-                           units.mutableCharacters(), capacity, &count);
-  if (count == 0) return NSString();
-  units.setLength(count);
-  return std::move(units).string();
+/// How many units the text of so many bytes may have. The project's own tables have codes that are several
+/// characters, as "ch" is one byte of KOI8-CS2.
+std::uint32_t largestLength(std::size_t byteCount, CFStringEncoding encoding) {
+  const bool isTable = converterNameOfEncoding(encoding).starts_with("table:");
+  const std::uint64_t length = std::uint64_t{byteCount} * (isTable ? kMostUnitsPerByteOfTable : 1);
+  return static_cast<std::uint32_t>(std::clamp<std::uint64_t>(length, kSmallestBuffer, NSNotFound));
 }
 
 NSString decode(std::string_view bytes, CFStringEncoding encoding) {
-  const auto capacity = std::max(static_cast<std::uint32_t>(bytes.size()), kSmallestBuffer);
-  if (NSString string = decodeWithin(capacity, bytes, encoding)) return string;
-  if (encoding == kCFStringEncodingUTF8) return stringWithDamagedUTF8(bytes);
-  // A few encodings have codes that are several characters, as "ch" is one byte of KOI8-CS2.
-  return capacity <= NSNotFound / kMostUnitsPerByte
-             ? decodeWithin(kMostUnitsPerByte * capacity, bytes, encoding)
-             : NSString();
+  NSMutableString units;
+  units.setLength(largestLength(bytes.size(), encoding));
+  std::uint32_t count = 0;
+  convertEncodingToUnicode(bytes.data(), static_cast<std::uint32_t>(bytes.size()), encoding,
+                           units.mutableCharacters(), units.length(), &count);
+  if (count == 0) return encoding == kCFStringEncodingUTF8 ? stringWithDamagedUTF8(bytes) : NSString();
+  units.setLength(count);
+  return std::move(units).string();
 }
 
 DecodedMarkup decodePlainly(std::string_view bytes, NSStringEncoding encoding) {
