@@ -52,6 +52,7 @@ class Step {
   void handle(std::uint32_t nameLocation, std::uint32_t nameLength, int kind) {
     if (elements_.literal != TagElement::kOther && handleLiteral(nameLocation, nameLength)) return;
     if (!text_.empty()) writeText(text_, elements_.preDepth > 0, true);
+    if (kind == kComment || kind == kMarkedSection) stayBehindLink();
     if (kind == kComment) {
       if (record_.options.googleTags) record_.markerMask = detail::markerMaskBehind(tag_, record_.markerMask);
       return;
@@ -60,7 +61,7 @@ class Step {
     name_ = detail::packedTagName(page_.data() + nameLocation, nameLength);
     const TagRule &rule = detail::ruleOfTag(name_);
     depthChange_ = depthChangeOfTag(tag_);
-    followHidden(rule);
+    followJunk(rule);
     leaveImpliedElements(rule);
     writeBreak(rule.tagBreak);
     if (rule.element != TagElement::kOther) handleElement(rule);
@@ -93,19 +94,37 @@ class Step {
     return true;
   }
 
-  void followHidden(const TagRule &rule) {
+  StartTag startTag(const TagRule &rule) const { return {tag_, name_, rule}; }
+
+  HiddenReason hiddenReason(const TagRule &rule) const {
+    return detail::hiddenReasonOfTag(startTag(rule),
+                                     elements_.background.isOpen() ? NSString() : record_.pageColor);
+  }
+
+  void followJunk(const TagRule &rule) {
     if (!record_.options.removeJunk || rule.element == TagElement::kRawText) return;
-    detail::HiddenElement &hidden = elements_.hidden;
     if (depthChange_ < 0) {
-      if (hidden) hidden.endTag(name_, rule);
-      return;
+      if (elements_.background.isOpen()) elements_.background.isEndedByEndTag(name_, rule);
+      if (elements_.hidden) elements_.hidden.endTag(name_, rule);
+    } else if (depthChange_ > 0 && !isVoid(rule)) {
+      followBackground(rule);
+      followHidden(rule);
     }
-    if (depthChange_ == 0 || isVoid(rule)) return;
-    const StartTag start{tag_, name_, rule};
-    if (hidden && !hidden.isEndedByStartTag(start)) return;
+  }
+
+  void followBackground(const TagRule &rule) {
+    detail::FollowedElement &background = elements_.background;
+    if (background.isOpen() && !background.isEndedByStartTag(startTag(rule))) return;
+    if (!record_.pageColor || rule.element == TagElement::kBody) return;
+    if (detail::hasOwnBackground(startTag(rule), record_.pageColor)) background.begin(startTag(rule));
+  }
+
+  void followHidden(const TagRule &rule) {
+    detail::HiddenElement &hidden = elements_.hidden;
+    if (hidden && !hidden.isEndedByStartTag(startTag(rule))) return;
     if (rule.element == TagElement::kBody || rule.element == TagElement::kHead) return;
-    const HiddenReason reason = detail::hiddenReasonOfTag(start, record_.pageColor);
-    if (reason != HiddenReason::kNone) hidden.begin(start, reason);
+    const HiddenReason reason = hiddenReason(rule);
+    if (reason != HiddenReason::kNone) hidden.begin(startTag(rule), reason);
   }
 
   static bool isVoid(const TagRule &rule) {
@@ -165,9 +184,12 @@ class Step {
         if (depthChange_ != 0) elements_.isInNoscript = depthChange_ > 0;
         return;
       case TagElement::kRawText:
-        // An element that ends is one tag, with its end tag in it.
-        if (depthChange_ > 0 && tag_.rfind(u"</") == tag_.npos) elements_.isInRawText = true;
-        return;
+        // An element that ends is one tag, with its end tag in it, where the scanner saw it begin.
+        if (depthChange_ > 0 && tag_.rfind(u"</") == tag_.npos)
+          elements_.rawText = name_;
+        else if (isEndTag() && elements_.rawText == name_)
+          elements_.rawText = 0;
+        return stayBehindLink();
       case TagElement::kTitle:
         if (depthChange_ <= 0) return;
         elements_.isInTitle = true;
@@ -197,9 +219,9 @@ class Step {
         elements_.isFirstFeedDropped = true;
         return;
       case TagElement::kImage:
-        return writeAttribute("ALT");
+        return writeAttribute(rule, "ALT");
       case TagElement::kInput:
-        return writeInput();
+        return writeInput(rule);
       case TagElement::kSelect:
         if (depthChange_ > 0) enterSelect();
         return;
@@ -211,20 +233,29 @@ class Step {
     }
   }
 
-  void writeAttribute(const char *name) {
+  /// What is never shown stands between links as if it were not there.
+  void stayBehindLink() {
+    if (elements_.lastLinkEnd == tag_.data()) elements_.lastLinkEnd += tag_.size();
+  }
+
+  void writeAttribute(const TagRule &rule, const char *name) {
     if (isEndTag() || !detail::isTextShown(record_)) return;
     const NSString value = detail::attributeOfTag(tag_, name);
     if (!value) return;
+    if (record_.options.removeJunk && hiddenReason(rule) != HiddenReason::kNone) {
+      record_.isJunkFound = true;
+      return;
+    }
     writer_.separate();
     detail::writeTextRun(record_, {value.view(), value.length()});
     writer_.separate();
   }
 
-  void writeInput() {
+  void writeInput(const TagRule &rule) {
     if (!detail::isTextShown(record_)) return;
     const NSString type = detail::attributeOfTag(tag_, "TYPE");
     if (type && isControlWithoutText(type.view())) return;
-    writeAttribute(type && detail::equalsNoCase(type.view(), u"image") ? "ALT" : "VALUE");
+    writeAttribute(rule, type && detail::equalsNoCase(type.view(), u"image") ? "ALT" : "VALUE");
   }
 
   void enterSelect() {
@@ -275,22 +306,40 @@ NSRange nameOfTag(std::u16string_view page, std::size_t tag) {
   return {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end - start)};
 }
 
+/// Where the end tag of the script or style of this packed name begins in what the scanner took for one tag,
+/// else the end of that.
+std::size_t rawTextEnd(std::u16string_view page, std::size_t tag, std::size_t end, std::uint64_t rawText) {
+  const std::u16string_view part = page.substr(0, end);
+  while ((tag = std::min(part.find(u"</", tag), end)) < end) {
+    const NSRange name = nameOfTag(part, tag);
+    if (detail::packedTagName(part.data() + name.location, name.length) == rawText) break;
+    ++tag;
+  }
+  return tag;
+}
+
 }  // namespace
 
 bool PlainTextHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
                       std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
                       std::uint32_t textLocation, int kind, void *context) {
   const std::u16string_view page(characters, string.length());
+  PlainTextRecord &record = *static_cast<PlainTextRecord *>(context);
+  const std::size_t end = std::min<std::size_t>(tagLocation + std::size_t{tagLength}, page.size());
+  const std::uint64_t rawText = record.elements.rawText;
+  std::size_t inner = rawText ? rawTextEnd(page, tagLocation, end, rawText) : end;
+  if (inner == end) {
+    inner =
+        kind == kOrdinaryTag && !beginsTag(page, tagLocation) ? innerTag(page, tagLocation, end) : tagLocation;
+  }
   NSRange name{nameLocation, nameLength};
-  if (kind == kOrdinaryTag && !beginsTag(page, tagLocation)) {
-    const std::size_t end = std::min<std::size_t>(tagLocation + std::size_t{tagLength}, page.size());
-    const std::size_t inner = innerTag(page, tagLocation, end);
-    name = inner < end ? nameOfTag(page, inner) : NSRange{NSNotFound, 0};
+  if (inner > tagLocation) {
+    kind = page.substr(inner, end - inner).starts_with(u"<!-") ? kComment : kOrdinaryTag;
+    name = inner < end && kind == kOrdinaryTag ? nameOfTag(page, inner) : NSRange{NSNotFound, 0};
     tagLocation = static_cast<std::uint32_t>(inner);
     tagLength = static_cast<std::uint32_t>(end - inner);
   }
-  Step(*static_cast<PlainTextRecord *>(context), page, tagLocation, tagLength, textLocation)
-      .handle(name.location, name.length, kind);
+  Step(record, page, tagLocation, tagLength, textLocation).handle(name.location, name.length, kind);
   return false;
 }
 

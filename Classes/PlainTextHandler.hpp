@@ -26,9 +26,9 @@ namespace nimbo {
 /// - Two line feeds: p, h1 to h9, hr, div, table, blockquote. One: br, dd, dl, dt, li, ol, tr, ul. Each
 ///   time, start and end tag alike. td and th: a space unless the output ends in white space.
 /// - Other blocks (article, caption, center, figure, form, main, pre, section ...) end the line in front of the
-///   next text, unless a line begins there. Controls and embedded things (button, iframe, input, object,
-///   option, select, svg, video ...) are apart from their neighbours by a space. All other tags break nothing:
-///   "<b>H</b>i" is one word.
+///   next text, unless a line begins there. Controls and embedded things (button, iframe, img, input, object,
+///   option, select, svg, video ...) are apart from their neighbours by a space, and so are links with nothing
+///   between them that is shown. All other tags break nothing: "<b>H</b>i" is one word.
 /// - Lists get no bullets and no numbers, and nothing is indented.
 ///
 /// White space
@@ -49,8 +49,9 @@ namespace nimbo {
 /// Character references are decoded in texts of more than 3 units, as the options say.
 ///
 /// Junk, with `removeJunk` (see PlainTextJunk.hpp)
-/// - Overlong texts; texts made of groups of signs; 20001 units without a break; elements that are hidden,
-///   outside the page, too small or in the body's colour. The date line of a feed's article goes too, but is
+/// - Overlong texts; texts made of groups of signs; 20001 units without a break, or, where white space is kept,
+///   in one line; elements that are hidden, outside the page, too small or in the body's colour on the body's
+///   background, images and inputs too. The date line of a feed's article goes too, but is
 ///   no junk.
 bool PlainTextHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
                       std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,

@@ -29,9 +29,9 @@ bool isSplit(std::u16string_view text) {
   return groups > kMostGroups && units > groups * kLongestAverageGroup;
 }
 
-bool isBlock(const TagRule &rule) {
-  return rule.tagBreak == TagBreak::kEmptyLine || rule.tagBreak == TagBreak::kLine ||
-         (rule.tagBreak == TagBreak::kLineFeed && rule.element != TagElement::kVoid);
+bool hasReadableSize(const StartTag &tag) {
+  const NSString style = attributeOfTag(tag.units, "STYLE");
+  return style && findingsOfStyle(style.view(), {}).size == StyleFindings::Size::kReadable;
 }
 
 }  // namespace
@@ -59,41 +59,23 @@ HiddenReason hiddenReasonOfTag(const StartTag &tag, const NSString &pageColor) {
   return HiddenReason::kNone;
 }
 
-bool hasReadableSize(const StartTag &tag) {
+bool hasOwnBackground(const StartTag &tag, const NSString &pageColor) {
+  if (attributeOfTag(tag.units, "BACKGROUND")) return true;
+  const NSString color = attributeOfTag(tag.units, "BGCOLOR");
+  if (color && !isSameColor(color.view(), pageColor.view())) return true;
   const NSString style = attributeOfTag(tag.units, "STYLE");
-  return style && findingsOfStyle(style.view(), {}).size == StyleFindings::Size::kReadable;
+  return style && findingsOfStyle(style.view(), pageColor).hasOwnBackground;
 }
 
 void HiddenElement::begin(const StartTag &tag, HiddenReason reason) {
-  *this = {};
   reason_ = reason;
-  element_ = tag.rule.element;
-  name_ = tag.name;
-  depth_ = 1;
+  element_.begin(tag);
 }
 
 bool HiddenElement::isEndedByStartTag(const StartTag &tag) {
-  const bool isItem = element_ == TagElement::kListItem;
-  if ((reason_ == HiddenReason::kTiny && hasReadableSize(tag)) ||
-      (isItem && tag.name == name_ && listDepth_ == 0) ||
-      (element_ == TagElement::kParagraph && isBlock(tag.rule))) {
-    *this = {};
-    return true;
-  }
-  if (isItem && tag.rule.element == TagElement::kList) ++listDepth_;
-  if (!isItem && tag.name == name_) ++depth_;
-  return false;
-}
-
-void HiddenElement::endTag(std::uint64_t name, const TagRule &rule) {
-  if (element_ == TagElement::kListItem) {
-    if (rule.element == TagElement::kList && listDepth_ > 0)
-      --listDepth_;
-    else if (listDepth_ == 0 && (name == name_ || rule.element == TagElement::kList))
-      *this = {};
-  } else if (name == name_ && --depth_ == 0) {
-    *this = {};
-  }
+  if (reason_ != HiddenReason::kTiny || !hasReadableSize(tag)) return element_.isEndedByStartTag(tag);
+  *this = {};
+  return true;
 }
 
 }  // namespace nimbo::detail

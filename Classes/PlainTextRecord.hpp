@@ -38,8 +38,8 @@ struct PlainTextRecord {
   struct Elements {
     bool isInNoframes = false;
     bool isInNoscript = false;
-    /// In a script or style that never ends.
-    bool isInRawText = false;
+    /// The packed name of the script or style whose start tag alone the scanner told of; 0 where none is open.
+    std::uint64_t rawText = 0;
     bool isInTitle = false;
     std::uint32_t titleStart = 0;
     bool isInSelect = false;
@@ -47,13 +47,15 @@ struct PlainTextRecord {
     bool showsAllOptions = false;
     bool hasOption = false;
     PlainTextWriter::Mark selectMark;
-    /// Behind the last end tag of a link.
+    /// Behind the last end tag of a link, and the comments and scripts that follow it.
     const unichar *lastLinkEnd = nullptr;
     std::uint32_t preDepth = 0;
     bool isFirstFeedDropped = false;
     /// Textarea, xmp or plaintext: tags are text in them.
     detail::TagElement literal = detail::TagElement::kOther;
     detail::HiddenElement hidden;
+    /// Has a background of its own, so that the colour of the page says nothing in it.
+    detail::FollowedElement background;
   };
   Elements elements;
   bool hasTitle = false;

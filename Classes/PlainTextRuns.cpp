@@ -82,7 +82,7 @@ void removeJunk(PlainTextRecord &record, const PlainTextWriter::Mark &begin, boo
 
 bool isPlaceOfText(const PlainTextRecord &record) {
   const PlainTextRecord::Elements &elements = record.elements;
-  return record.bodyCounter >= 1 && !elements.isInNoframes && !elements.isInNoscript && !elements.isInRawText;
+  return record.bodyCounter >= 1 && !elements.isInNoframes && !elements.isInNoscript && elements.rawText == 0;
 }
 
 bool isTextShown(const PlainTextRecord &record) {

@@ -91,6 +91,18 @@ StyleFindings::Size sizeOf(std::u16string_view value) {
   return points <= kTiniestReadablePoints ? StyleFindings::Size::kTiny : StyleFindings::Size::kReadable;
 }
 
+bool isBackground(std::u16string_view name) {
+  constexpr std::u16string_view kNames[] = {u"background", u"background-color", u"background-image"};
+  return std::ranges::any_of(kNames, [&](std::u16string_view each) { return equalsNoCase(name, each); });
+}
+
+bool showsPage(std::u16string_view background, const NSString &pageColor) {
+  constexpr std::u16string_view kWords[] = {u"inherit", u"initial", u"none", u"transparent", u"unset"};
+  return std::ranges::any_of(kWords,
+                             [&](std::u16string_view each) { return equalsNoCase(background, each); }) ||
+         (pageColor && isSameColor(background, pageColor.view()));
+}
+
 bool isFarOutside(std::u16string_view value) {
   const std::optional<Measure> place = measure(value);
   return place && place->number <= kFarOutside;
@@ -122,6 +134,7 @@ StyleFindings findingsOfStyle(std::u16string_view style, const NSString &pageCol
     if (equalsNoCase(name, u"font-size")) findings.size = sizeOf(value);
     if (equalsNoCase(name, u"color"))
       findings.isInPageColor = pageColor && isSameColor(value, pageColor.view());
+    if (isBackground(name)) findings.hasOwnBackground = !showsPage(value, pageColor);
   }
   findings.isInvisible = findings.isInvisible || (isAbsolute && isOutside);
   return findings;

@@ -18,6 +18,8 @@ struct StyleFindings {
   /// Tiny: up to 3 points or 4 pixels.
   Size size = Size::kUnsaid;
   bool isInPageColor = false;
+  /// A picture, or another colour than the page's.
+  bool hasOwnBackground = false;
 };
 
 /// `pageColor` is the page's colour, or nil.

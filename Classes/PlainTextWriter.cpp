@@ -40,9 +40,9 @@ void PlainTextWriter::writeLineFeeds(std::uint32_t count) {
 }
 
 void PlainTextWriter::writeCellSpace() {
-  if (pending_ == Pending::kLineFeed) return;
-  writePending();
-  if (!endsInWhiteSpace()) append(u' ');
+  if (pending_ == Pending::kLineFeed || (pending_ == Pending::kNothing && endsInWhiteSpace())) return;
+  pending_ = Pending::kNothing;
+  append(u' ');
   lineMark_ = length_;
 }
 
@@ -127,6 +127,8 @@ void PlainTextWriter::writePreformatted(std::u16string_view text) {
     append(u'\n');
     text.remove_prefix(lengthOfFeed(text, 0));
   }
+  const std::size_t lastFeed = textSince(textStart).rfind(u'\n');
+  if (lastFeed != std::u16string_view::npos) lineMark_ = textStart + static_cast<std::uint32_t>(lastFeed) + 1;
   if (!hasText_) noteText(textStart);
 }
 

@@ -39,7 +39,7 @@ class PlainTextWriter {
   }
   Mark mark() const { return {length_, pending_}; }
   std::uint32_t length() const { return length_; }
-  /// Where the last break ended.
+  /// Where the last break ended, or the last line of a text as it is.
   std::uint32_t lineMark() const { return lineMark_; }
   void goBackTo(const Mark &mark) {
     length_ = std::min(length_, mark.position);
@@ -50,7 +50,7 @@ class PlainTextWriter {
   void writeLineFeeds(std::uint32_t count);
   /// A line feed in front of the next text, where no line begins.
   void endLine() { pending_ = isAtLineStart() ? Pending::kNothing : Pending::kLineFeed; }
-  /// A space where the text does not end in white space.
+  /// A space where the text does not end in white space; a break when it is written.
   void writeCellSpace();
   /// The same, but only when text follows in the same line.
   void separate() {

@@ -53,7 +53,9 @@ TEST(PlainText, BreaksByTags) {
                       {"<b>a</b>b<i> c </i> d<wbr>e", "ab c de"},
                       {"a<section>b</section><footer>c</footer>", "a\nb\nc"},
                       {"a<button>b</button><button>c</button>d", "a b c d"},
-                      {"<a href=x>a</a><a href=y>b</a><b>c</b>", "a bc"},
+                      {"<a href=x>a</a><!-- --><a href=y>b</a><b>c</b>", "a bc"},
+                      {"<a>a</a><script>-</script><a>b</a>", "a b"},
+                      {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e f g"},
                       {"<p>a</p><pre>b</pre>c", "\n\na\n\nb\nc"},
                   });
 }
@@ -88,6 +90,7 @@ TEST(PlainText, WritesEachTextOnce) {
           {"3 < 4 and 5 > 4", "3 < 4 and 5 > 4"},
           {"a < b<b>c</b> <> d", "a < bc <> d"},
           {"1 <2 </p><p>3 <<script>4</script>5", "1 <2\n\n\n\n3 <5"},
+          {"1 < 2 <script>if (a<b && c) d='<p>'</SCRIPT>3 < 4 <style>e</script>f</style>g", "1 < 2 3 < 4 g"},
           {"a<style>b<body>c", "ac"},
           {"a<noscript><p>b</noscript><noframes>c</noframes>d", "a d"},
           {"a<img alt='b &amp; c'>d<img src=e.png><input type=image alt=f>", "a b & c d f"},
@@ -135,6 +138,7 @@ TEST(PlainText, ObeysMarkersOfSearchEngines) {
                                         {page, "a\n\nd"},
                                         {"a<!--googleoff: snippet-->b<!--googleoff: all-->c", "ab"},
                                         {"a<!--googleoff:-->b", "ab"},
+                                        {"1 < 2 <!--googleoff: all-->b", "1 < 2"},
                                     });
   expectTexts({}, {{page, "ab\n\ncd"}});
 }
@@ -171,14 +175,21 @@ TEST(PlainText, RemovesJunkWhenAsked) {
            {"<b style='font-size:1pt'>x<i style='font-size:12pt'>y</b>", "y"},
            {"<b hidden>x</b>y", "y"},
            {"<body bgcolor=#ffffff><font color=White>x</font>y", "y"},
-           {"<body bgcolor=white><b style='background:red;color:#FFF'>x</b>y", "y"},
+           {"<body bgcolor=white><b style='background:#fff;color:#FFF'>x</b>y", "y"},
            {"<ul><li hidden>x<ul><li>x</ul><li>y</ul>", "\n\ny\n"},
            {"<p hidden>x<p>y", "\n\ny"},
+           {"<li><ul hidden><li>x</ul>y<li hidden>x<ol><li>x</ol>x<li>z", "\n\ny\nz"},
+           {"<tr><td hidden>x<tr><th>y<tr hidden><td>x<td>x<tr>z", "\n\ny\nz"},
+           {"<div><b hidden>x<p>x</p>x</div>y", "\n\n\n\ny"},
+           {"<p><b hidden>x</p>y<div hidden>x</p>x</form>x</div>z", "\n\n\n\ny\n\nz"},
+           {"<select><option hidden>x<option>x</select>y", "y"},
+           {"a<img hidden alt=x>b<input style='display:none' value=x>c", "a b c"},
            {"<div hidden>x<body>y", "y"},
            {"a<b>" + longer + "</b>", "a"},
            {"a<h1>" + prose + "word</h1>b", "a\n\n\n\nb"},
            {"a<b>" + signs + "</b>b", "ab"},
            {"a<br>" + lines + "<br>b", "a\n\nb"},
+           {"<pre>a\n" + repeated("x", 20001) + "</pre>b", "a\nb"},
        }) {
     SCOPED_TRACE(test.page.substr(0, 200));
     bool junkFound = false;
@@ -195,6 +206,10 @@ TEST(PlainText, RemovesJunkWhenAsked) {
                   {"a<br><font class=\"feed_date\">x</font>b", "a\nb"},
                   {"<p>" + prose, "\n\n" + prose.substr(0, prose.size() - 1)},
                   {"<pre>" + signs + "</pre>", signs},
+                  {"<pre>" + repeated("line\n", 5000) + "</pre>", repeated("line\n", 5000)},
+                  {"<body bgcolor=white><td bgcolor=navy><font color=white>x</font><td background=y.png><b "
+                   "style='color:#fff'>y</b><td style='background:#008; color:white'>z",
+                   "x y z"},
               });
 }
 
