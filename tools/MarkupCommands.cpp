@@ -81,12 +81,21 @@ std::vector<NSString> startsOfTags(const std::vector<std::string> &names) {
   return starts;
 }
 
+/// The names that an option was given, and those behind the file: "page.html --bodies div p".
+std::vector<NSString> startsOfTags(std::vector<std::string> names, const Operands &operands) {
+  names.insert(names.end(), operands.begin() + 1, operands.end());
+  return startsOfTags(names);
+}
+
 int runStrip(const CommandOptions &options, const Operands &operands) {
   const std::string tag = options.tag ? upperCaseName("tag", *options.tag) : "";
   const std::string attributes = options.attributes ? upperCaseName("attributes", *options.attributes) : "";
   if (!tag.empty() + !attributes.empty() + !options.bodies.empty() + !options.except.empty() + options.objects >
       1)
     throw UsageError("--tag, --attributes, --bodies, --except and --objects cannot be joined");
+
+  if (operands.size() > 1 && options.bodies.empty() && options.except.empty())
+    throw UsageError("'" + operands[1] + "' is too much for strip");
 
   const NSString string = textOfInput(operands.front());
   NSString result;
@@ -95,9 +104,9 @@ int runStrip(const CommandOptions &options, const Operands &operands) {
   else if (options.attributes)
     result = stripAttributesOfTag(string, attributes.c_str());
   else if (!options.bodies.empty())
-    result = stripTagBodies(string, startsOfTags(options.bodies));
+    result = stripTagBodies(string, startsOfTags(options.bodies, operands));
   else if (!options.except.empty())
-    result = stripTagBodiesExcept(string, startsOfTags(options.except));
+    result = stripTagBodiesExcept(string, startsOfTags(options.except, operands));
   else
     result = options.objects ? stripObjects(string) : stripTags(string);
   if (!result) {
@@ -117,7 +126,8 @@ const std::vector<Command> &markupCommands() {
        "markup without its tags, or without some of it",
        "Prints the text of markup without its tags, entities as they are; with an option the markup without\n"
        "what the option names. FILE \"-\" is standard input. The options cannot be joined; --bodies and\n"
-       "--except may be given more than once, and their names also stand for longer ones: \"h\" for \"h1\".",
+       "--except may be given more than once, or with several names behind FILE, which also stand for longer\n"
+       "ones: \"h\" for \"h1\".",
        {{"tag", &CommandOptions::tag, "NAME", "remove only the tags of this name"},
         {"attributes", &CommandOptions::attributes, "NAME",
          "remove the attributes of tags, but for a link or source"},
@@ -125,7 +135,7 @@ const std::vector<Command> &markupCommands() {
         {"except", &CommandOptions::except, "NAME", "keep nothing but the elements"},
         {"objects", &CommandOptions::objects, nullptr, "put the text of images, films ... in their place"}},
        1,
-       1,
+       kAnyNumberOfOperands,
        runStrip},
       {"tags",
        "FILE",
