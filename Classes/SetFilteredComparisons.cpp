@@ -10,6 +10,7 @@ namespace {
 /// A null fold table compares the units themselves.
 bool compareMembers(const unichar *a, std::uint32_t lenA, const unichar *b, std::uint32_t lenB,
                     const CharacterSetRep *set, const unichar *foldTable, bool resultWhenSecondRunsOut) {
+  if (!set) return lenA == 0 && lenB == 0;
   const auto toMember = [set](const unichar *units, std::uint32_t length, std::uint32_t index) {
     while (index < length && !set->contains(units[index])) ++index;
     return index;

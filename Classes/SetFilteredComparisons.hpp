@@ -9,8 +9,8 @@ namespace nimbo {
 
 /// Comparisons that look only at the units in a set and pass over all others: whether the members of `a` and
 /// `b` are the same in the same order, or those of `b` the beginning of those of `a`. "NoCase" compares entries
-/// in `upperCharsTable`; membership is always that of the unit itself. The set must not be null. A run of
-/// length 0 may be null, and a nil string counts as empty.
+/// in `upperCharsTable`; membership is always that of the unit itself. A run of length 0 may be null, and a nil
+/// string counts as empty. With a null set the answer is false, but true when both sides are empty.
 
 bool equalCharsOfCharacterSetRep(const unichar *a, std::uint32_t lenA, const unichar *b, std::uint32_t lenB,
                                  const CharacterSetRep *set);

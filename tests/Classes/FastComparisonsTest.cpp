@@ -100,6 +100,9 @@ TEST(SetFilteredComparisons, PassOverWhatIsNotInTheSet) {
   EXPECT_FALSE(equalStringsNoCaseUsingCharacterSetRep(u"aB"_ns, u"AB"_ns, upperCharacterSetRep()));
   EXPECT_TRUE(equalStringsNoCaseUsingCharacterSetRep(u"aB"_ns, u"B"_ns, upperCharacterSetRep()));
   EXPECT_TRUE(equalStringsUsingCharacterSetRep(u"a"_ns, u"b"_ns, emptyCharacterSetRep()));
+  EXPECT_FALSE(equalStringsUsingCharacterSetRep(u"a"_ns, u"a"_ns, nullptr));
+  EXPECT_FALSE(hasPrefixNoCaseUsingCharacterSetRep(u"a"_ns, NSString(), nullptr));
+  EXPECT_TRUE(hasPrefixUsingCharacterSetRep(NSString(), NSString::string(), nullptr));
 }
 
 TEST(SetFilteredComparisons, AgreeWithFilteredCopies) {
