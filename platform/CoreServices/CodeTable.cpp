@@ -23,19 +23,9 @@ char32_t &CodeTable::cell(TableCode code) {
   return row[code & 0xff];
 }
 
-char32_t CodeTable::meaning(TableCode code) const {
-  if (code < kBytes) return singles_[code];
-  const std::vector<char32_t> &row = pairs_[code >> 8];
-  return row.empty() ? kImpossible : row[code & 0xff];
-}
-
 void CodeTable::setReadOnly(TableCode code, std::u16string_view text) {
   cell(code) = static_cast<char32_t>(kFirstText + texts_.size());
   texts_.push_back(text);
-}
-
-bool CodeTable::isPossible(TableCode code) const {
-  return meaning(code) != kImpossible;
 }
 
 void CodeTable::appendMeaning(TableCode code, std::u16string *text) const {

@@ -31,7 +31,12 @@ class CodeTable {
   void index();
 
   bool isLead(std::uint8_t byte) const { return !pairs_[byte].empty(); }
-  bool isPossible(TableCode code) const;
+  bool isPossible(TableCode code) const { return meaning(code) != kImpossible; }
+  /// The meaning of a code that is a single unit; `kNoCharacter` for any other code.
+  char16_t unitOf(TableCode code) const {
+    const char32_t character = meaning(code);
+    return character > 0xffff ? kNoCharacter : static_cast<char16_t>(character);
+  }
   /// Appends the meaning of a possible code.
   void appendMeaning(TableCode code, std::u16string *text) const;
   std::optional<TableCode> codeOf(char32_t character) const;
@@ -44,7 +49,11 @@ class CodeTable {
 
   static std::array<char32_t, kBytes> impossibleCells();
   char32_t &cell(TableCode code);
-  char32_t meaning(TableCode code) const;
+  char32_t meaning(TableCode code) const {
+    if (code < kBytes) return singles_[code];
+    const std::vector<char32_t> &row = pairs_[code >> 8];
+    return row.empty() ? kImpossible : row[code & 0xff];
+  }
   void indexCode(TableCode code);
 
   std::array<char32_t, kBytes> singles_ = impossibleCells();

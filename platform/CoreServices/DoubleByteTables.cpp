@@ -125,6 +125,7 @@ const Row kRows[] = {
     {"CNS_11643_1", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa1"},
     {"CNS_11643_2", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa2"},
     {"CNS_11643_3", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa3"},
+    {"EUC_CN", Form::high, Form::high, "iconv:EUC-CN"},
     {"GB_2312", Form::bare, Form::high, "iconv:EUC-CN"},
     {"JIS_C6226", Form::bare, Form::shifted, "shift_jis78", {}, kJIS_C6226Runs},
     {"JIS_X0208", Form::bare, Form::high, "iconv:EUC-JP"},

@@ -29,6 +29,7 @@ class TableToUTF16 final : public TECConverter {
         if (std::exchange(usedFallbacks_, false)) result.status = kTECUsedFallbacksStatus;
         return result;
       }
+      if (convertPlainCodes(input, output, result)) continue;
       if (held_) {
         const TableCode code = pairOf(*held_, rest[0]);
         if (table_.isPossible(code)) ++result.consumedBytes;
@@ -75,6 +76,25 @@ class TableToUTF16 final : public TECConverter {
   void mean(TableCode code) {
     table_.appendMeaning(code, &pending_);
     usedFallbacks_ |= pending_.back() == CodeTable::kNoCharacter;
+  }
+
+  /// Converts codes as long as each is a single unit, and no other is possible, and there is room; false when
+  /// that was none.
+  bool convertPlainCodes(std::span<const std::uint8_t> input, std::span<std::uint8_t> output,
+                         TECResult &result) const {
+    if (held_) return false;
+    const std::size_t before = result.writtenBytes;
+    while (result.consumedBytes < input.size() && output.size() - result.writtenBytes >= sizeof(unichar)) {
+      const std::uint8_t first = input[result.consumedBytes];
+      const bool isPair = table_.isLead(first);
+      if (isPair && (table_.isPossible(first) || input.size() - result.consumedBytes < 2)) break;
+      const unichar unit = table_.unitOf(isPair ? pairOf(first, input[result.consumedBytes + 1]) : first);
+      if (unit == CodeTable::kNoCharacter) break;
+      std::memcpy(output.data() + result.writtenBytes, &unit, sizeof unit);
+      result.writtenBytes += sizeof unit;
+      result.consumedBytes += isPair ? 2 : 1;
+    }
+    return result.writtenBytes > before;
   }
 
   /// False when something is left.
