@@ -21,6 +21,17 @@ std::span<std::uint8_t> outputBytes(Unit *units, std::uint32_t count) {
   return {reinterpret_cast<std::uint8_t *>(units), sizeof(Unit) * static_cast<std::size_t>(count)};
 }
 
+OSStatus convertShared(TECConverter *converter, std::span<const std::uint8_t> input,
+                       std::span<std::uint8_t> output) {
+  if (!converter) return kTECCorruptConverterErr;
+  converter->clearContextInfo();
+  return converter->convertText(input, output).status;
+}
+
+bool hasSucceeded(const TECResult &result) {
+  return result.status == noErr || result.status == kTECUsedFallbacksStatus;
+}
+
 }  // namespace
 
 CFStringEncoding ucs2Encoding = kCFStringEncodingInvalidId;
@@ -37,20 +48,20 @@ void initUnicodeConverters() {
 
 OSStatus convertUnicodeToUTF8(const unichar *units, std::uint32_t count, char *out,
                               std::uint32_t outCapacityBytes) {
-  UnicodeToUTF8Converter->clearContextInfo();
-  return UnicodeToUTF8Converter->convertText(inputBytes(units, count), outputBytes(out, outCapacityBytes))
-      .status;
+  return convertShared(UnicodeToUTF8Converter.get(), inputBytes(units, count),
+                       outputBytes(out, outCapacityBytes));
 }
 
 OSStatus convertUTF8ToUnicode(const char *bytes, std::uint32_t byteCount, unichar *out,
                               std::uint32_t outCapacityUnits) {
-  UTF8ToUnicodeConverter->clearContextInfo();
-  return UTF8ToUnicodeConverter->convertText(inputBytes(bytes, byteCount), outputBytes(out, outCapacityUnits))
-      .status;
+  return convertShared(UTF8ToUnicodeConverter.get(), inputBytes(bytes, byteCount),
+                       outputBytes(out, outCapacityUnits));
 }
 
 OSStatus convertEncodingToUnicode(const char *bytes, std::uint32_t byteCount, CFStringEncoding encoding,
                                   unichar *out, std::uint32_t outCapacityUnits, std::uint32_t *outCount) {
+  std::uint32_t ignored = 0;
+  if (!outCount) outCount = &ignored;
   *outCount = 0;
   std::uint32_t markLength = 0;
   encoding = encodingWithByteOrderMark(encoding, {bytes, byteCount}, &markLength);
@@ -58,12 +69,19 @@ OSStatus convertEncodingToUnicode(const char *bytes, std::uint32_t byteCount, CF
   const OSStatus created = TECCreateConverter(converter, encoding, kCFStringEncodingUnicode);
   if (created != noErr) return created;
 
+  const std::span<const std::uint8_t> input = inputBytes(bytes + markLength, byteCount - markLength);
   const std::span<std::uint8_t> output = outputBytes(out, outCapacityUnits);
-  const auto succeeded = [](OSStatus status) { return status == noErr || status == kTECUsedFallbacksStatus; };
-  const TECResult text = converter->convertText(inputBytes(bytes + markLength, byteCount - markLength), output);
-  if (!succeeded(text.status)) return 0;
+  TECResult text = converter->convertText(input, output);
+  if (text.status == kTECOutputBufferFullStatus) {
+    // The rest may be an escape sequence, which needs no room, but is not read without.
+    unichar noUnit = 0;
+    const TECResult end = converter->convertText(input.subspan(text.consumedBytes), outputBytes(&noUnit, 1));
+    if (end.writtenBytes > 0) return 0;
+    text.status = end.status;
+  }
+  if (!hasSucceeded(text)) return 0;
   const TECResult rest = converter->flushText(output.subspan(text.writtenBytes));
-  if (!succeeded(rest.status)) return 0;
+  if (!hasSucceeded(rest)) return 0;
   *outCount = static_cast<std::uint32_t>((text.writtenBytes + rest.writtenBytes) / sizeof(unichar));
   return 1;
 }

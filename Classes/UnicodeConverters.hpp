@@ -15,9 +15,9 @@ extern CFStringEncoding utf8Encoding;
 /// Makes the two shared converters, once. They live as long as the process.
 void initUnicodeConverters();
 
-/// Convert with the shared converters, for which `initUnicodeConverters` must have run; not from two threads at
-/// once. The answer is the converter's status, 0 when everything is converted; the length of the output is not
-/// told.
+/// Convert with the shared converters; not from two threads at once. The answer is the converter's status, 0
+/// when everything is converted, `kTECCorruptConverterErr` when `initUnicodeConverters` has not run; the length
+/// of the output is not told. A run of length 0 may be null.
 OSStatus convertUnicodeToUTF8(const unichar *units, std::uint32_t count, char *out,
                               std::uint32_t outCapacityBytes);
 OSStatus convertUTF8ToUnicode(const char *bytes, std::uint32_t byteCount, unichar *out,
@@ -25,10 +25,10 @@ OSStatus convertUTF8ToUnicode(const char *bytes, std::uint32_t byteCount, unicha
 
 /// Converts bytes of any encoding with a converter of their own; safe from any thread. When no converter can be
 /// made, the answer is that status, which is neither 0 nor 1; else 1 for success and 0 for failure, which is
-/// bytes that are impossible in the encoding, a divided character at the end, or too little room (a unit more
-/// than the text has, where an escape sequence ends it). Codes that have no meaning become U+FFFD. A byte order
-/// mark that decides the order of bytes is not part of the output.
-/// `*outCount` gets the units of output, 0 unless the conversion succeeded.
+/// bytes that are impossible in the encoding, a divided character at the end, or too little room. Codes that
+/// have no meaning become U+FFFD. A byte order mark that decides the order of bytes is not part of the output.
+/// `*outCount` gets the units of output, 0 unless the conversion succeeded; the pointer may be null, and so may
+/// a run of length 0.
 OSStatus convertEncodingToUnicode(const char *bytes, std::uint32_t byteCount, CFStringEncoding encoding,
                                   unichar *out, std::uint32_t outCapacityUnits, std::uint32_t *outCount);
 

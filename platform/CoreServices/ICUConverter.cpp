@@ -56,6 +56,35 @@ void turnControls(std::span<UChar> units, std::size_t places) {
     }
 }
 
+/// ICU's conversion in one direction.
+template <class To, class From>
+using Conversion = void(UConverter *, To **, const To *, const From **, const From *, std::int32_t *, UBool,
+                        UErrorCode *);
+
+/// The longest run that ICU takes at once.
+template <class Unit>
+constexpr std::ptrdiff_t kLongestRun = 0x7fffffff / sizeof(Unit);
+
+template <class Unit>
+Unit *endOfRun(Unit *begin, Unit *end) {
+  return begin + std::min(end - begin, kLongestRun<Unit>);
+}
+
+/// Converts runs of any length; `to` and `from` go on as far as they were written and read.
+template <class To, class From>
+UErrorCode convertRuns(Conversion<To, From> *convert, UConverter *converter, To *&to, To *toEnd,
+                       const From *&from, const From *fromEnd, bool flush) {
+  for (;;) {
+    UErrorCode status = U_ZERO_ERROR;
+    To *const toStop = endOfRun(to, toEnd);
+    const From *const fromStop = endOfRun(from, fromEnd);
+    convert(converter, &to, toStop, &from, fromStop, nullptr, static_cast<UBool>(flush), &status);
+    const bool goesOn =
+        status == U_BUFFER_OVERFLOW_ERROR ? toStop != toEnd : U_SUCCESS(status) && fromStop != fromEnd;
+    if (!goesOn) return status;
+  }
+}
+
 /// Codes that the table gives no meaning become U+FFFD; impossible ones stay errors.
 void substituteUnassigned(const void *usedFallbacks, UConverterToUnicodeArgs *arguments, const char *,
                           std::int32_t, UConverterCallbackReason reason, UErrorCode *status) {
@@ -93,9 +122,8 @@ class ICUToUTF16 final : public TECConverter {
     const char *const end = begin + input.size();
     auto *const target = reinterpret_cast<UChar *>(output.data());
     UChar *to = target;
-    UErrorCode status = U_ZERO_ERROR;
-    ucnv_toUnicode(converter_.get(), &to, target + output.size() / sizeof(UChar), &source, end, nullptr,
-                   static_cast<UBool>(flush), &status);
+    UErrorCode status = convertRuns<UChar, char>(ucnv_toUnicode, converter_.get(), to,
+                                                 target + output.size() / sizeof(UChar), source, end, flush);
     if (turns_) turnControls({target, to}, 2);
     TECResult result{statusOf(status), static_cast<std::size_t>(source - begin),
                      static_cast<std::size_t>(to - target) * sizeof(UChar)};
@@ -168,9 +196,8 @@ class UTF16ToICU final : public TECConverter {
     const UChar *source = begin;
     auto *const target = reinterpret_cast<char *>(output.data());
     char *to = target;
-    UErrorCode status = U_ZERO_ERROR;
-    ucnv_fromUnicode(converter_.get(), &to, target + output.size(), &source, begin + count, nullptr,
-                     static_cast<UBool>(flush), &status);
+    const UErrorCode status = convertRuns<char, UChar>(ucnv_fromUnicode, converter_.get(), to,
+                                                       target + output.size(), source, begin + count, flush);
     TECResult result{statusOf(status), static_cast<std::size_t>(source - begin) * sizeof(UChar),
                      static_cast<std::size_t>(to - target)};
     if (result.status == noErr && input.size() % sizeof(UChar) != 0) result.status = kTECPartialCharErr;

@@ -36,7 +36,9 @@ class IconvConverter final : public TECConverter {
  private:
   TECResult convert(char **source, std::size_t *left, std::span<std::uint8_t> output, bool isNeeded) {
     if (!isNeeded) return {};
-    auto *to = reinterpret_cast<char *>(output.data());
+    char nowhere = 0;
+    // The C library ends the process when it gets a null pointer for no room.
+    char *to = output.empty() ? &nowhere : reinterpret_cast<char *>(output.data());
     std::size_t room = output.size();
     const std::size_t answer = g_iconv(descriptor_, source, left, &to, &room);
     const int error = answer == static_cast<std::size_t>(-1) ? errno : 0;

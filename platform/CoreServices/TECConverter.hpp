@@ -18,6 +18,8 @@ enum : OSStatus {
   kTextUnsupportedEncodingErr = -8738,
   /// The next bytes are impossible in their encoding.
   kTextMalformedInputErr = -8739,
+  /// There is no converter.
+  kTECCorruptConverterErr = -8748,
   /// Neither side is UTF-16.
   kTECNoConversionPathErr = -8749,
   /// The input ends within a character.
@@ -45,7 +47,7 @@ class TECConverter {
   /// Goes on with the text. Give what was not consumed again, with what follows: after `kTECPartialCharErr`,
   /// when the input ends within a character (whose first bytes may be kept here, or be left unconsumed), and
   /// after `kTECOutputBufferFullStatus`, even if nothing is left. The buffers must not overlap; those of UTF-16
-  /// stand at even addresses.
+  /// stand at even addresses. An empty one may be null.
   virtual TECResult convertText(std::span<const std::uint8_t> input, std::span<std::uint8_t> output) = 0;
 
   /// Ends the text: writes what is held back, as the escape sequence that leads back to the initial state.

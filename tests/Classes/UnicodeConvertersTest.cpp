@@ -2,6 +2,7 @@
 #include "Classes/UnicodeConverters.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <memory>
 #include <string>
@@ -13,6 +14,9 @@ namespace nimbo {
 namespace {
 
 TEST(UnicodeConverters, SharedOnes) {
+  // No other test makes them.
+  EXPECT_EQ(convertUTF8ToUnicode("a", 1, nullptr, 0), kTECCorruptConverterErr);
+  EXPECT_EQ(convertUnicodeToUTF8(u"a", 1, nullptr, 0), kTECCorruptConverterErr);
   initUnicodeConverters();
   initUnicodeConverters();
   EXPECT_EQ(ucs2Encoding, kCFStringEncodingUnicode);
@@ -21,6 +25,7 @@ TEST(UnicodeConverters, SharedOnes) {
   char bytes[8] = {};
   EXPECT_EQ(convertUTF8ToUnicode("\xc3\xa4z", 3, units, 2), noErr);
   EXPECT_EQ(std::u16string_view(units, 2), u"äz");
+  EXPECT_EQ(convertUTF8ToUnicode(nullptr, 0, nullptr, 0), noErr);
   EXPECT_EQ(convertUTF8ToUnicode("abc", 3, units, 2), kTECOutputBufferFullStatus);
   EXPECT_EQ(convertUTF8ToUnicode("\xc3", 1, units, 4), kTECPartialCharErr);
   // What the last text left behind is forgotten.
@@ -59,7 +64,9 @@ TEST(UnicodeConverters, EncodingToUnicode) {
       {kCFStringEncodingKamenicky, "\x80", 1, 1, u"Č"},
       // What stands at the end is held back until then.
       {kCFStringEncodingShiftJIS_X0213, "\x82\xa9", 1, 1, u"か"},
-      {kCFStringEncodingISO_2022_JP, "\x1b$BF|\x1b(B", 2, 1, u"日"},
+      {kCFStringEncodingISO_2022_JP, "\x1b$BF|\x1b(B", 1, 1, u"日"},
+      {kCFStringEncodingISO_2022_JP, "\x1b$BF|\x1b(B!", 1, 0, u""},
+      {kCFStringEncodingISO_2022_JP, "\x1b$BF|\x1b(", 1, 0, u""},
       {kCFStringEncodingMacTibetan, "a", 1, kTextUnsupportedEncodingErr, u""},
       {kCFStringEncodingInvalidId, "a", 1, kTextUnsupportedEncodingErr, u""},
   };
@@ -71,6 +78,42 @@ TEST(UnicodeConverters, EncodingToUnicode) {
               each.status)
         << std::hex << each.encoding;
     EXPECT_EQ(std::u16string_view(output.get(), count), each.units) << std::hex << each.encoding;
+  }
+}
+
+/// Room for the longest string, of which only what is written takes memory.
+class Room {
+ public:
+  static constexpr std::uint32_t kUnits = NSNotFound;
+
+  Room() : memory_(mmap(nullptr, kBytes, PROT_READ | PROT_WRITE, kFlags, -1, 0)) {}
+  Room(const Room &) = delete;
+  Room &operator=(const Room &) = delete;
+  ~Room() { munmap(memory_, kBytes); }
+
+  unichar *units() const { return memory_ == MAP_FAILED ? nullptr : static_cast<unichar *>(memory_); }
+
+ private:
+  static constexpr std::size_t kBytes = sizeof(unichar) * std::size_t{kUnits};
+  static constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
+
+  void *memory_;
+};
+
+TEST(UnicodeConverters, AnyRoomInEveryEncoding) {
+  const Room room;
+  ASSERT_TRUE(room.units());
+  // Four bytes are whole characters everywhere.
+  const std::string_view bytes = "!!!!";
+  for (const CFStringEncoding encoding : CFStringGetListOfAvailableEncodings()) {
+    SCOPED_TRACE(encoding);
+    EXPECT_EQ(convertEncodingToUnicode(nullptr, 0, encoding, nullptr, 0, nullptr), 1);
+    std::uint32_t exact = 99, count = 99;
+    const OSStatus status = convertEncodingToUnicode(bytes.data(), 4, encoding, room.units(), 4, &exact);
+    EXPECT_EQ(convertEncodingToUnicode(bytes.data(), 4, encoding, room.units(), Room::kUnits, &count), status);
+    EXPECT_EQ(count, exact);
+    EXPECT_EQ(convertEncodingToUnicode(bytes.data(), 4, encoding, nullptr, 0, &count), 0);
+    EXPECT_EQ(count, 0u);
   }
 }
 
