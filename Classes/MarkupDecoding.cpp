@@ -109,14 +109,6 @@ DecodedMarkup decodeByMark(std::string_view bytes) {
   return {};
 }
 
-/// In a form of Unicode that leaves it open a mark says which form it is.
-DecodedMarkup decodeAs(std::string_view bytes, NSStringEncoding encoding) {
-  const bool obeysMark = encoding == NSUTF8StringEncoding || encoding == NSUnicodeStringEncoding ||
-                         encoding == NSUTF32StringEncoding;
-  DecodedMarkup marked = obeysMark ? decodeByMark(bytes) : DecodedMarkup{};
-  return marked.string ? marked : decodePlainly(bytes, encoding);
-}
-
 /// Whether ASCII is not one byte a character.
 bool hasWideUnits(NSStringEncoding encoding) {
   switch (encoding) {
@@ -130,6 +122,13 @@ bool hasWideUnits(NSStringEncoding encoding) {
     default:
       return false;
   }
+}
+
+/// In a form of Unicode a mark says which form it is.
+DecodedMarkup decodeAs(std::string_view bytes, NSStringEncoding encoding) {
+  const bool obeysMark = encoding == NSUTF8StringEncoding || hasWideUnits(encoding);
+  DecodedMarkup marked = obeysMark ? decodeByMark(bytes) : DecodedMarkup{};
+  return marked.string ? marked : decodePlainly(bytes, encoding);
 }
 
 /// What the text declares, or the bytes when they could not be read.

@@ -69,6 +69,9 @@ constexpr CodeText kMacKoreanTexts[] = {
 };
 // clang-format on
 
+/// The middle dot and the dash as GBK has them, which most pages that name EUC-CN are in.
+constexpr CodeText kEUC_CNRuns[] = {{0xa1a4, u"·"}, {0xa1aa, u"—"}};
+
 /// The source has the forms of other makers for some signs.
 constexpr CodeText kJIS_C6226Runs[] = {{0x2141, u"〜‖"}, {0x215d, u"−"}, {0x2171, u"¢£"}};
 
@@ -125,7 +128,7 @@ const Row kRows[] = {
     {"CNS_11643_1", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa1"},
     {"CNS_11643_2", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa2"},
     {"CNS_11643_3", Form::bare, Form::high, "iconv:EUC-TW", "\x8e\xa3"},
-    {"EUC_CN", Form::high, Form::high, "iconv:EUC-CN"},
+    {"EUC_CN", Form::high, Form::high, "iconv:EUC-CN", {}, kEUC_CNRuns},
     {"GB_2312", Form::bare, Form::high, "iconv:EUC-CN"},
     {"JIS_C6226", Form::bare, Form::shifted, "shift_jis78", {}, kJIS_C6226Runs},
     {"JIS_X0208", Form::bare, Form::high, "iconv:EUC-JP"},

@@ -76,7 +76,7 @@ constexpr Text kTexts[] = {
     {kCFStringEncodingEUC_JP, "\xc6\xfc\xcb\xdc", u"日本"},
     {kCFStringEncodingISO_2022_JP, "\x1b$BF|K\\\x1b(B!", u"日本!"},
     {kCFStringEncodingISO_2022_JP_3, "\x1b$BF|K\\\x1b(B!", u"日本!"},
-    {kCFStringEncodingEUC_CN, "\xd6\xd0\xa3\xa7\xa1\xaa", u"中＇―"},
+    {kCFStringEncodingEUC_CN, "\xd6\xd0\xa3\xa7\xa1\xaa", u"中＇—"},
     {kCFStringEncodingGB_2312_80, "VP9z", u"中国"},
     {kCFStringEncodingGBK_95, "\xd6\xd0\x87\xf8", u"中國"},
     {kCFStringEncodingGB_18030_2000, "\x94\x39\xfc\x36", u"\U0001f600"},
