@@ -8,11 +8,13 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <random>
 #include <span>
 #include <string>
+#include <system_error>
 
 #include "platform/Foundation/FileDescriptor.hpp"
 
@@ -21,6 +23,8 @@ namespace {
 
 constexpr int kTemporaryNames = 100;
 constexpr mode_t kNewFileMode = 0666;
+/// What a new file takes over from an old one; not the bits that run it as its owner, who may be another one.
+constexpr mode_t kPermissions = 0777;
 
 bool writeAll(int file, std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
@@ -32,10 +36,15 @@ bool writeAll(int file, std::span<const std::uint8_t> bytes) {
   return true;
 }
 
-/// The file that `path` leads to through symbolic links; `path` itself when there is none yet.
-std::string resolved(const std::string &path) {
+/// The file that `path` leads to through symbolic links, be it there or not. Nothing when the links go in a
+/// circle or through a folder that is closed to us.
+std::optional<std::string> resolved(const std::string &path) {
   const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
-  return real ? std::string(real.get()) : path;
+  if (real) return std::string(real.get());
+  if (errno != ENOENT) return std::nullopt;
+  std::error_code error;
+  const std::filesystem::path link = path, target = std::filesystem::read_symlink(link, error);
+  return error ? path : resolved((link.parent_path() / target).string());
 }
 
 /// A new file beside `path`. Its name is short, so that a long one leaves room for it.
@@ -50,13 +59,24 @@ FileDescriptor openTemporaryFile(const std::string &path, std::string *name) {
   return FileDescriptor();
 }
 
+bool overwriteFile(const NSData &data, const std::string &path) {
+  const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
+  return file && writeAll(file.get(), data.span());
+}
+
+/// Whether there is something at `path` that is no regular file: a device, say, which nothing may replace.
+bool isSpecialFile(const std::string &path) {
+  struct stat info = {};
+  return ::stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
+}
+
 bool replaceFile(const NSData &data, const std::string &path) {
   std::string temporary;
   const FileDescriptor file = openTemporaryFile(path, &temporary);
   if (!file) return false;
   struct stat old = {};
   const bool keepsMode = ::stat(path.c_str(), &old) == 0;
-  const bool isDone = (!keepsMode || ::fchmod(file.get(), old.st_mode & 07777) == 0) &&
+  const bool isDone = (!keepsMode || ::fchmod(file.get(), old.st_mode & kPermissions) == 0) &&
                       writeAll(file.get(), data.span()) && ::fsync(file.get()) == 0 &&
                       ::rename(temporary.c_str(), path.c_str()) == 0;
   if (!isDone) ::unlink(temporary.c_str());
@@ -68,9 +88,9 @@ bool replaceFile(const NSData &data, const std::string &path) {
 bool writeDataToFile(const NSData &data, const NSString &path, bool atomically) {
   const auto name = path.fileSystemRepresentation();
   if (!data || !name) return false;
-  if (atomically) return replaceFile(data, resolved(*name));
-  const FileDescriptor file(::open(name->c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
-  return file && writeAll(file.get(), data.span());
+  if (!atomically || isSpecialFile(*name)) return overwriteFile(data, *name);
+  const auto target = resolved(*name);
+  return target && replaceFile(data, *target);
 }
 
 }  // namespace nimbo

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -116,6 +118,33 @@ TEST(NSStringFiles, AtomicallyMeansWholeOrNotAtAll) {
   EXPECT_FALSE(isWritten);
   EXPECT_EQ(stringWithContentsOfFile(path, NSASCIIStringEncoding), u"new"_ns);
   EXPECT_EQ(entriesOf(folder.path()), 2u);
+}
+
+TEST(NSStringFiles, LinksAndPipesAreNeverReplaced) {
+  const TemporaryFolder folder;
+  const auto &root = folder.path();
+  std::filesystem::create_symlink("b", root / "a");
+  std::filesystem::create_symlink("a", root / "b");
+  EXPECT_FALSE(writeToFile(u"x"_ns, folder.string("a"), true, NSASCIIStringEncoding));
+  std::filesystem::remove(root / "b");
+  std::filesystem::create_symlink(root / "made", root / "b");
+  EXPECT_TRUE(writeToFile(u"x"_ns, folder.string("a"), true, NSASCIIStringEncoding));
+  EXPECT_EQ(NSData::dataWithContentsOfFile(folder.string("made")).view(), "x");
+  for (const char *link : {"a", "b"}) EXPECT_TRUE(std::filesystem::is_symlink(root / link));
+  EXPECT_FALSE(writeToFile(u"x"_ns, folder.string("."), true, NSASCIIStringEncoding));
+
+  const std::string pipe = root / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  EXPECT_TRUE(writeToFile(u"x"_ns, folder.string("pipe"), true, NSASCIIStringEncoding));
+  char byte = 0;
+  EXPECT_EQ(::read(reader, &byte, 1), 1);
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+  ::close(reader);
+  EXPECT_EQ(entriesOf(root), 4u);
+
+  // A full disk. Not atomically: a fault there would cost the machine its device.
+  EXPECT_FALSE(writeToFile(u"x"_ns, u"/dev/full"_ns, false, NSASCIIStringEncoding));
 }
 
 }  // namespace
