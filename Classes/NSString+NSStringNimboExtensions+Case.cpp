@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+Case.hpp"
 
-#include "Classes/CharacterSetRep.hpp"
 #include "Classes/CharacterTables.hpp"
+#include "Classes/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
 
@@ -11,15 +11,11 @@ inline namespace NSStringNimboExtensions {
 
 namespace {
 
-NSString stringByMappingThroughTable(const NSString &string, const unichar *table) {
-  return stringByMappingUnits(string, [table](unichar c) { return table[c]; });
-}
-
 NSString normalizedStringByMappingThroughTable(const NSString &string, const unichar *table) {
-  if (isQuicklyPrecomposed(string.view())) return stringByMappingThroughTable(string, table);
+  if (isQuicklyPrecomposed(string.view())) return stringByMappingUnits(string, EntryOf{table});
   return stringByEditing(string, [table](NSMutableString &copy) {
     precomposeStringWithCanonicalMapping(copy);
-    mapUnits(copy, [table](unichar c) { return table[c]; });
+    mapUnits(copy, EntryOf{table});
   });
 }
 
@@ -38,15 +34,15 @@ NSString asciiString(const NSString &string) {
 }
 
 NSString nonUmlautedString(const NSString &string) {
-  return stringByMappingThroughTable(string, initUmlautsCharsTable());
+  return stringByMappingUnits(string, EntryOf{initUmlautsCharsTable()});
 }
 
 NSString uppercaseNonUmlautedString(const NSString &string) {
-  return stringByMappingThroughTable(string, initUpperUmlautsCharsTable());
+  return stringByMappingUnits(string, EntryOf{initUpperUmlautsCharsTable()});
 }
 
 NSString lowercaseNonUmlautedString(const NSString &string) {
-  return stringByMappingThroughTable(string, initLowerUmlautsCharsTable());
+  return stringByMappingUnits(string, EntryOf{initLowerUmlautsCharsTable()});
 }
 
 NSString nonUmlautedNormalizedString(const NSString &string) {
@@ -63,10 +59,10 @@ NSString lowercaseNonUmlautedNormalizedString(const NSString &string) {
 
 NSString caseInsensitiveStringByRemovingNonAlphaNumericCharacters(const NSString &string) {
   const CharacterSetRep *const alphaNum = alphaNumCharacterSetRep();
-  const unichar *const table = initLowerUmlautsCharsTable();
+  const EntryOf lowered{initLowerUmlautsCharsTable()};
   return stringByEditing(string, [=](NSMutableString &copy) {
     removeUnits(copy, [=](unichar c) { return !alphaNum->contains(c); });
-    mapUnits(copy, [=](unichar c) { return table[c]; });
+    mapUnits(copy, lowered);
   });
 }
 

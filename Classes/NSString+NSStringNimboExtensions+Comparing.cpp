@@ -29,14 +29,6 @@ bool isAnchored(const NSString &string, const NSString &part, std::uint32_t dire
 
 }  // namespace
 
-NSString stringWithCharacter(unichar character) {
-  return NSString::stringWithCharacters(&character, 1);
-}
-
-NSString initWithCharacter(unichar character) {
-  return stringWithCharacter(character);
-}
-
 bool isStringEmpty(const NSString &string) {
   return string.length() == 0;
 }

@@ -6,10 +6,6 @@
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
-/// A string of one unit.
-NSString stringWithCharacter(unichar character);
-NSString initWithCharacter(unichar character);
-
 /// Nil counts as empty.
 bool isStringEmpty(const NSString &string);
 bool isStringNotEmpty(const NSString &string);

@@ -9,7 +9,7 @@ namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
 /// The lines of a configuration text without the comments, which begin with "#", each without white characters
-/// at its ends. Empty lines stay.
+/// at its ends. Empty lines stay; nil has no lines.
 std::vector<NSString> configLines(const NSString &string);
 
 /// The value of a line that begins with the key (without regard to case) and a white character: the rest,

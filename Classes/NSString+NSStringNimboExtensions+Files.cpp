@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+Files.hpp"
 
-#include <cstring>
 #include <string_view>
 
 #include "platform/CoreServices/NSStringEncodings.hpp"
@@ -40,18 +39,6 @@ bool writeAndReport(const NSString &string, const NSString &path, bool atomicall
 }  // namespace
 
 inline namespace NSStringNimboExtensions {
-
-NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding) {
-  return bytes ? stringWithData(NSData::dataWithBytes(bytes, length), encoding) : NSString();
-}
-
-NSString stringWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding) {
-  return bytes ? stringWithData(NSData::dataWithBytes(bytes, std::strlen(bytes)), encoding) : NSString();
-}
-
-NSString stringWithData(const NSData &data, NSStringEncoding encoding) {
-  return initWithData(data, encoding);
-}
 
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding) {

@@ -4,38 +4,15 @@
 #include <cstdint>
 
 #include "platform/CoreServices/CFStringEncoding.hpp"
-#include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
-// Creation. The "initWith" forms are the same. Nil when the bytes are not text in the encoding to the last one,
-// or null.
-
-/// Text of `length` bytes.
-NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding);
-inline NSString initWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding) {
-  return stringWithCString(bytes, length, encoding);
-}
-/// Text that ends before the first zero byte.
-NSString stringWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding);
-inline NSString initWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding) {
-  return stringWithNullTerminatedCString(bytes, encoding);
-}
-NSString stringWithData(const NSData &data, NSStringEncoding encoding);
-/// Text in the two Czech and Slovak encodings of the project's own.
-inline NSString initWithKamenickyData(const NSData &data) {
-  return stringWithData(data, NSKamenickyStringEncoding);
-}
-inline NSString initWithKoi8cs2Data(const NSData &data) {
-  return stringWithData(data, NSKOI8CS2StringEncoding);
-}
-
 /// The text of a file. An encoding from -16 to 0 stands for "find out": the encoding is detected, and
 /// `*usedEncoding` gets it; bytes that are no text are then read as UTF-16 behind a byte order mark, else as
 /// UTF-8, else as Mac Roman, and `*usedEncoding` is -1. Any other encoding is used as given, and reported. Nil
-/// when the file cannot be read, too; `usedEncoding` may be null.
+/// when the file cannot be read or is not text in the encoding given; `usedEncoding` may be null.
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding = nullptr);
 inline NSString initWithContentsOfFile(const NSString &path, NSStringEncoding encoding,

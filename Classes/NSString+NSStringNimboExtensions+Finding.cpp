@@ -85,10 +85,10 @@ std::uint32_t findOneOf(const NSString &string, const NSString &characters, std:
   };
   const auto length = static_cast<std::uint32_t>(units.size());
   if (!caseInsensitive) return withUnitsOf(characters.view(), length, find);
-  const unichar *const table = initUpperCharsTable();
-  const NSString folded = stringByMappingUnits(characters, [table](unichar c) { return table[c]; });
+  const EntryOf upper{initUpperCharsTable()};
+  const NSString folded = stringByMappingUnits(characters, upper);
   return withUnitsOf(folded.view(), length,
-                     [=](auto isWanted) { return find([=](unichar c) { return isWanted(table[c]); }); });
+                     [=](auto isWanted) { return find([=](unichar c) { return isWanted(upper(c)); }); });
 }
 
 }  // namespace NSStringNimboExtensions

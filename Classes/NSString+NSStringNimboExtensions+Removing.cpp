@@ -14,7 +14,7 @@ namespace {
 NSString stringByRemovingDigitsAndMapping(const NSString &string, const unichar *table) {
   return stringByEditing(string, [table](NSMutableString &copy) {
     removeDigits(copy);
-    mapUnits(copy, [table](unichar c) { return table[c]; });
+    mapUnits(copy, EntryOf{table});
   });
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <initializer_list>
-#include <span>
 
 #include "platform/Foundation/NSString.hpp"
 
@@ -27,18 +26,6 @@ NSString stringByRotating13(const NSString &string);
 /// characters at their ends; line feeds stand between what remains, at most two together. The string itself
 /// when that changes nothing.
 NSString reformattedMailing(const NSString &string);
-
-/// Copies the units to `chars`, as many as fit, and answers how many. A unit above U+00FF becomes "?".
-std::uint32_t getChars(const NSString &string, std::span<char> chars);
-
-/// The string itself.
-NSString string(const NSString &string);
-
-/// The units for a person to read: a line for each with its index, its value in hexadecimal digits and, when it
-/// is printable ASCII, itself, as "3: 0041 A"; or in one line as an array of C, "{0x0041, 0x0042}". Nil for
-/// nil.
-NSString dump(const NSString &string);
-NSString dumpAsArray(const NSString &string);
 
 }  // namespace NSStringNimboExtensions
 }  // namespace nimbo

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "Classes/NSString+NSStringNimboExtensions+Creating.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Files.hpp"
 #include "tests/TemporaryFolder.hpp"
 
@@ -40,21 +41,21 @@ TEST(NSStringFiles, ReadingWithDetection) {
   const TemporaryFolder folder;
   struct Case {
     std::string_view bytes;
-    std::int32_t encoding;
     NSString text;
+    std::int32_t encoding;
     NSStringEncoding used;
   };
   const Case cases[] = {
-      {"plain", 0, u"plain"_ns, NSASCIIStringEncoding},
-      {"gr\xc3\xbc\xc3\x9f", -16, u"grüß"_ns, NSUTF8StringEncoding},
+      {"plain", u"plain"_ns, 0, NSASCIIStringEncoding},
+      {"gr\xc3\xbc\xc3\x9f", u"grüß"_ns, -16, NSUTF8StringEncoding},
       {"\xff\xfe"
        "a\0"sv,
-       -1, u"a"_ns, NSUTF16LittleEndianStringEncoding},
-      {"gr\xc3\xbc\xc3\x9f", NSISOLatin1StringEncoding, u"grÃ¼Ã\x9f"_ns, NSISOLatin1StringEncoding},
-      {"\xff", NSUTF8StringEncoding, NSString(), NSUTF8StringEncoding},
+       u"a"_ns, -1, NSUTF16LittleEndianStringEncoding},
+      {"gr\xc3\xbc\xc3\x9f", u"grÃ¼Ã\x9f"_ns, NSISOLatin1StringEncoding, NSISOLatin1StringEncoding},
+      {"\xff", NSString(), NSUTF8StringEncoding, NSUTF8StringEncoding},
       // No text: read by force.
-      {"\0\1\2\3\x8a"sv, -16, u"\0\1\2\3ä"_ns, kDetected},
-      {"a", -17, NSString(), static_cast<NSStringEncoding>(-17)},
+      {"\0\1\2\3\x8a"sv, u"\0\1\2\3ä"_ns, -16, kDetected},
+      {"a", NSString(), -17, static_cast<NSStringEncoding>(-17)},
   };
   for (const Case &each : cases) {
     NSStringEncoding used = 99;
