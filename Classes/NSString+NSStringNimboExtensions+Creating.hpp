@@ -18,7 +18,8 @@ inline NSString initWithCharacter(unichar character) {
   return stringWithCharacter(character);
 }
 
-// Nil when the bytes are null or not text in the encoding to the last one, and when there is no converter for it.
+// Nil when the bytes are null or not text in the encoding to the last one, and when there is no converter for
+// it.
 
 /// Text of `length` bytes.
 NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding);

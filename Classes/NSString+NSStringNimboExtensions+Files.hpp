@@ -20,10 +20,10 @@ inline NSString initWithContentsOfFile(const NSString &path, NSStringEncoding en
   return stringWithContentsOfFile(path, encoding, usedEncoding);
 }
 
-// Writing. Atomically means that the file appears whole or stays as it was; a device or a pipe is written to all
-// the same. False, and no file is touched, when the encoding lacks a character of the string; false, too, when
-// the file cannot be written. `*usedEncoding`, which may be null, gets the encoding that was tried. Who reads
-// UTF-8 takes a U+FEFF that the string begins with for a byte order mark.
+// Writing. Atomically means that the file appears whole or stays as it was; a device or a pipe is written to
+// all the same. False, and no file is touched, when the encoding lacks a character of the string; false, too,
+// when the file cannot be written. `*usedEncoding`, which may be null, gets the encoding that was tried. Who
+// reads UTF-8 takes a U+FEFF that the string begins with for a byte order mark.
 
 bool writeToFile(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding);
 /// In `defaultEncoding`.
