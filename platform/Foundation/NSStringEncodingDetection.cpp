@@ -23,8 +23,9 @@ namespace {
 constexpr std::size_t kCharactersPerControl = 50;
 /// Damaged UTF-8 has at least so many good sequences for each bad byte.
 constexpr std::size_t kSequencesPerInvalidByte = 10;
-/// UTF-16 without a mark has a zero byte in at least one of so many units on its high side ...
-constexpr std::size_t kUnitsPerHighZero = 10;
+/// UTF-16 without a mark has a zero byte in at least one of so many units on its high side; more when all other
+/// bytes are plain text, which they are in text of one byte a character with a stray zero ...
+constexpr std::size_t kUnitsPerHighZero = 10, kUnitsPerHighZeroInPlainText = 2;
 /// ... and in at most one of so many on its low side.
 constexpr std::size_t kUnitsPerLowZero = 100;
 /// What statistics look at, from the first line that is not plain ASCII.
@@ -277,8 +278,12 @@ DetectedString stringWithZeroPattern(std::string_view bytes, bool isCut) {
       if (DetectedString found = stringWithUTF32(bytes, order, Strictness::strict); found.string) return found;
   const std::size_t count = sample.size() / 2;
   if (count == 0) return {};
-  const auto fits = [count](std::size_t high, std::size_t low) {
-    return high * kUnitsPerHighZero >= count && low * kUnitsPerLowZero <= count;
+  const bool isPlain = std::ranges::all_of(sample, [](char byte) {
+    return byte == 0 || ((byte & 0x80) == 0 && !isStrayControl(static_cast<unsigned char>(byte)));
+  });
+  const std::size_t unitsPerHighZero = isPlain ? kUnitsPerHighZeroInPlainText : kUnitsPerHighZero;
+  const auto fits = [=](std::size_t high, std::size_t low) {
+    return high * unitsPerHighZero >= count && low * kUnitsPerLowZero <= count;
   };
   if (fits(odd, even)) return stringWithUTF16(bytes, std::endian::little, Strictness::strict);
   if (fits(even, odd)) return stringWithUTF16(bytes, std::endian::big, Strictness::strict);

@@ -84,10 +84,11 @@ TEST(NSStringEncodingDetection, BinaryDataIsNoText) {
   std::mt19937 random(1);
   std::string noise(4096, '\0');
   for (char &byte : noise) byte = static_cast<char>(random());
-  for (const std::string &bytes : {std::string(1, '\0'), std::string(100, '\0'), noise, "\xff\xfe" + noise,
-                                   "\x7f"
-                                   "ELF\2\1\1\0\0\0\0\0"s,
-                                   "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\1\0\0\0\1\0\x8\x6"s}) {
+  for (const std::string &bytes :
+       {std::string(1, '\0'), std::string(100, '\0'), "hello\0"s, noise, "\xff\xfe" + noise,
+        "\x7f"
+        "ELF\2\1\1\0\0\0\0\0"s,
+        "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\1\0\0\0\1\0\x8\x6"s}) {
     SCOPED_TRACE(testing::PrintToString(bytes.substr(0, 20)));
     const DetectedString found = detect(bytes);
     EXPECT_FALSE(found.string);
