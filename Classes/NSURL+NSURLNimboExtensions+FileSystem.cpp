@@ -55,6 +55,14 @@ void joinBeyond(std::vector<NSString> &components, std::uint32_t maxComponents) 
 
 }  // namespace
 
+bool getFSRef(const NSURL &url, FSRef *ref) {
+  return FSPathMakeRef(fileSystemPathPOSIXStyle(url), ref);
+}
+
+NSURL URLWithFSRef(const FSRef &ref) {
+  return NSURL::fileURLWithPath(FSRefMakePath(ref));
+}
+
 NSString fileSystemPathPOSIXStyle(const NSURL &url) {
   return url.isFileURL() ? fullPath(url) : NSString();
 }

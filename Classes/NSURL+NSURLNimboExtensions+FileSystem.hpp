@@ -1,16 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-//
-// Files and folders for URLs. Files are named by their paths alone: what other systems number them by has no
-// counterpart here that could be turned back into a path.
 #pragma once
 
 #include <cstdint>
 
+#include "platform/CoreServices/FSRef.hpp"
 #include "platform/Foundation/NSDate.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {
+
+/// Makes a reference to the file or folder of a file's URL (`FSPathMakeRef`). False, with nothing written, when
+/// the URL is no file's or there is no such file. A null pointer asks only whether it can be made.
+bool getFSRef(const NSURL &url, FSRef *ref);
+/// The URL of the file where it is now; that of a folder ends with "/". Nil when it is gone, and in the other
+/// cases of `FSRefMakePath`.
+NSURL URLWithFSRef(const FSRef &ref);
 
 /// The path of a file's URL with "/" between the components. Nil when it is no file's.
 NSString fileSystemPathPOSIXStyle(const NSURL &url);

@@ -282,6 +282,21 @@ TEST(Components, AreThoseOfTheURL) {
                isBaseDirectory(NSURL()));
 }
 
+TEST(FileReferences, FollowFiles) {
+  const TemporaryFolder folder;
+  const NSURL file = NSURL::fileURLWithPath(folder.write("a;b%", ""));
+  FSRef ref;
+  ASSERT_TRUE(getFSRef(file, &ref));
+  EXPECT_EQ(URLWithFSRef(ref), file);
+  std::filesystem::rename(folder.path() / "a;b%", folder.path() / "c");
+  EXPECT_EQ(URLWithFSRef(ref), NSURL::fileURLWithPath(folder.string("c")));
+  EXPECT_FALSE(getFSRef(file, &ref) || getFSRef(url("http://h/"), &ref) || getFSRef(NSURL(), nullptr));
+  std::filesystem::remove(folder.path() / "c");
+  EXPECT_FALSE(URLWithFSRef(ref));
+  ASSERT_TRUE(getFSRef(NSURL::fileURLWithPath(folder.string("")), &ref));
+  EXPECT_EQ(shown(URLWithFSRef(ref)), shown(NSURL::fileURLWithPath(folder.string(""), true)));
+}
+
 TEST(InvertedPaths, StayInTheirFolder) {
   const auto inverted = [](std::string_view string, const NSString &extension = {},
                            std::uint32_t maxComponents = 0, std::uint32_t maxUnits = 0) {
