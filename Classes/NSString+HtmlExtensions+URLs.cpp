@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+HtmlExtensions+URLs.hpp"
 
-#include <array>
-#include <cstddef>
 #include <string_view>
 #include <utility>
 
@@ -14,27 +12,17 @@ inline namespace HtmlExtensions {
 
 namespace {
 
-/// Up to this length the work is done on the stack.
-constexpr std::uint32_t kStackLength = 256;
+template <bool trimAnchor>
+std::uint32_t normalizeUnits(const unichar *units, std::uint32_t length, unichar *out) {
+  return normalizeURLUnits(units, length, trimAnchor, out);
+}
 
 }  // namespace
 
 NSString normalizedStringURL(const NSString &string, bool trimAnchor) {
-  const unichar *const units = string.characters();
-  const std::uint32_t length = string.length();
-  if (length > kMaxNormalizedURLLength) return {};
-  if (isPlainURL(units, length, trimAnchor)) return string;
-  const auto result = [&](std::u16string_view url) {
-    if (url.empty()) return NSString();
-    return url == string.view() ? string : NSString::stringWithCharacters(url);
-  };
-  if (length <= kStackLength) {
-    std::array<unichar, std::size_t{kMaxURLGrowth} * kStackLength> out;
-    return result({out.data(), normalizeURLUnits(units, length, trimAnchor, out.data())});
-  }
-  NSMutableString out;
-  out.setLength(kMaxURLGrowth * length);
-  return result({out.characters(), normalizeURLUnits(units, length, trimAnchor, out.mutableCharacters())});
+  const URLUnitsWriter write = trimAnchor ? normalizeUnits<true> : normalizeUnits<false>;
+  return isPlainURL(string.characters(), string.length(), trimAnchor) ? string
+                                                                      : stringURLWrittenBy(write, string);
 }
 
 NSString normalizedStringURL(const NSString &string) {

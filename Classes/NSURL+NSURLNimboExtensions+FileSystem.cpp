@@ -110,15 +110,16 @@ NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &direc
 }
 
 NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, bool milliseconds) {
-  const double seconds = std::floor(forDate.timeIntervalSinceReferenceDate);
-  const auto rest = static_cast<int>((forDate.timeIntervalSinceReferenceDate - seconds) * 1000);
+  // As a double, 0.123 seconds are a little less.
+  const double time = forDate.timeIntervalSinceReferenceDate + (milliseconds ? 0.0005 : 0);
+  const double seconds = std::floor(time);
   std::optional<std::string> name = NSDate{seconds}.ISO8601String();
   const NSString host = stringByCreatingFilename(lowercaseString(invertedHost(url)));
   if (!host || !path || !name) return NSString();
   name->pop_back();  // The "Z" of UTC.
   std::ranges::replace(*name, 'T', ' ');
   std::ranges::replace(*name, ':', '-');
-  if (milliseconds) *name += "-" + std::to_string(1000 + rest).substr(1);
+  if (milliseconds) *name += "-" + std::to_string(1000 + static_cast<int>((time - seconds) * 1000)).substr(1);
   return stringByAppendingPathComponent(
       stringByAppendingPathComponent(path, stringByCreatingFileSystemRepresentation(host)),
       NSString::stringWithUTF8String(*name));

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <string>
 
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/URLNormalizing.hpp"
 #include "Classes/URLRepair.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/PercentEscapes.hpp"
@@ -31,9 +31,8 @@ std::u16string escaped(const NSString &text, std::string_view plain) {
 /// What stands before the path.
 std::u16string front(const NSURL &url) {
   const NSString whole = url.absoluteString();
-  const std::u16string_view path = url.escapedPath().view();
-  std::size_t end = std::min(whole.view().find_first_of(u"?#"), whole.view().size());
-  return std::u16string(whole.view().substr(0, end - path.size()));
+  const std::size_t pathEnd = std::min(whole.view().find_first_of(u"?#"), whole.view().size());
+  return std::u16string(whole.view().substr(0, pathEnd - url.escapedPath().length()));
 }
 
 /// The path as it is written, without parameters.
@@ -50,9 +49,9 @@ NSURL URLWithStringOrPath(const NSString &string) {
 }
 
 NSURL URLWithNormalizedStringURL(const NSString &string, NSStringEncoding encoding) {
-  const NSString normalized = normalizedStringURL(string);
-  if (!normalized) return NSURL();
-  NSString repaired = repairedStringURL(normalized);
+  const NSString clean = stringURLWrittenBy(cleanURLUnits, string);
+  if (!clean) return NSURL();
+  NSString repaired = repairedStringURL(clean);
   if (hasPrefixNoCase(repaired, u"www."_ns))
     repaired = NSString::stringWithCharacters(u"http://" + std::u16string(repaired.view()));
   else if (hasPrefixNoCase(repaired, u"ftp."_ns))

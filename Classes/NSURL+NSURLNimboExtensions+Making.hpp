@@ -14,9 +14,10 @@ inline namespace NSURLNimboExtensions {
 
 /// A path, which begins with "/" or "~", as the URL of a file; anything else as a URL.
 NSURL URLWithStringOrPath(const NSString &string);
-/// A URL as people and pages write it: `normalizedStringURL`, `repairedStringURL` and `ASCIIStringURL`, with
-/// "http://" in front of "www." and "ftp://" in front of "ftp.". What is not ASCII in the query is escaped in
-/// the encoding. Nil, too, when nothing usable is left.
+/// A URL as people type it or `normalizedStringURL` makes it of markup: cleaned, repaired and written in ASCII
+/// (`cleanURLUnits`, `repairedStringURL`, `ASCIIStringURL`), with "http://" in front of "www." and "ftp://" in
+/// front of "ftp.". What is not ASCII in the query is escaped in the encoding. Nil, too, when nothing usable is
+/// left.
 NSURL URLWithNormalizedStringURL(const NSString &string, NSStringEncoding encoding = NSUTF8StringEncoding);
 /// Each "%@" is replaced by the next argument as it stands, or by nothing when there are too few; "%%" is "%".
 NSURL URLWithFormat(const NSString &format, std::span<const NSString> arguments);

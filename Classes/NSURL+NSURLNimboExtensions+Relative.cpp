@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSURL+NSURLNimboExtensions+Relative.hpp"
 
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/URLNormalizing.hpp"
 #include "Classes/URLRepair.hpp"
 
 namespace nimbo {
@@ -22,9 +22,9 @@ bool mayHoldDots(const NSURL &url) {
 
 NSURL URLRelativeTo(const NSString &link, const NSURL &base, bool trimAnchor, NSStringEncoding encoding,
                     bool standardize) {
-  const NSString normalized = normalizedStringURL(link);
-  if (!normalized) return NSURL();
-  const NSString repaired = repairedStringURL(normalized);
+  const NSString clean = stringURLWrittenBy(cleanURLUnits, link);
+  if (!clean) return NSURL();
+  const NSString repaired = repairedStringURL(clean);
   const NSString string = ASCIIStringURL(repaired, encoding);
   if (isForeignLink(repaired) || hasPrefixNoCase(repaired, u"feed:http:"_ns))
     return NSURL::URLWithString(string);

@@ -7,10 +7,11 @@
 namespace nimbo {
 inline namespace NSURLNimboExtensions {
 
-/// A link as a page carries it, resolved against the page's URL, without a base of its own.
+/// A link of a page, resolved against the page's URL, without a base of its own. `normalizedStringURL` comes
+/// first where the link is as markup has it: character references and escapes are not looked at here.
 ///
-/// - The link is cleaned and repaired (`normalizedStringURL`, `repairedStringURL`, `ASCIIStringURL`); what is
-///   not ASCII in its query is escaped in `encoding`, which is the page's.
+/// - The link is cleaned and repaired (`cleanURLUnits`, `repairedStringURL`, `ASCIIStringURL`); what is not
+///   ASCII in its query is escaped in `encoding`, which is the page's.
 /// - `trimAnchor` takes the anchor away; a link that is only an anchor is then the page itself.
 /// - `standardize` takes "." and ".." out of the path of a link that is absolute as well.
 /// - Links of other schemes than the web's (`isForeignLink`) keep what looks like an anchor or a dot; so does a

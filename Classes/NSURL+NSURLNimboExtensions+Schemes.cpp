@@ -78,7 +78,7 @@ bool isWebKitURL(const NSURL &url) {
 }
 
 bool isHostEqualTo(const NSURL &url, const NSURL &other) {
-  if (!url || !other) return false;
+  if (!url.scheme() || !other.scheme()) return false;
   if (url.isFileURL() || other.isFileURL()) return url.isFileURL() && other.isFileURL();
   return isEqualToStringNoCase(url.host(), other.host());
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSURL+NSURLNimboExtensions+Strings.hpp"
 
+#include <algorithm>
+#include <string_view>
+
 #include "Classes/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/NSString+URLUtilities.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
@@ -60,10 +63,12 @@ NSString absoluteStringWithoutUserAndPassword(const NSURL &url) {
 }
 
 NSString absoluteStringWithHostAndPath(const NSURL &url) {
-  NSString whole = absoluteStringWithoutUserAndPassword(url);
+  const NSString whole = absoluteStringWithoutUserAndPassword(url);
   if (!whole) return whole;
-  const std::size_t end = whole.view().find_first_of(u";?#");
-  return end == std::u16string_view::npos ? whole : NSString::stringWithCharacters(whole.view().substr(0, end));
+  const std::size_t pathEnd = std::min(whole.view().find_first_of(u"?#"), whole.view().size());
+  const std::size_t path = pathEnd - url.escapedPath().length();
+  return NSString::stringWithCharacters(
+      whole.view().substr(0, std::min(whole.view().find(u';', path), pathEnd)));
 }
 
 }  // namespace NSURLNimboExtensions

@@ -2,6 +2,7 @@
 #include "Classes/URLNormalizing.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -13,12 +14,16 @@
 #include "Classes/URLStringParts.hpp"
 #include "Classes/UnicharSearches.hpp"
 #include "Classes/UnitClasses.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {
 
 namespace {
 
 using detail::AsciiSet;
+
+/// Up to this length the work is done on the stack.
+constexpr std::uint32_t kStackLength = 256;
 
 /// What may not stand in a URL. "[" and "]" may in its host.
 constexpr auto kIsEscaped = [](unichar c) {
@@ -91,44 +96,6 @@ std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
   }
 }
 
-/// Whether the "&" at `at` begins a parameter of a query: "&lang=en", where `lang` would otherwise be taken for
-/// a character's name.
-bool beginsParameter(std::u16string_view url, std::size_t at) {
-  const auto isPartOfName = [](unichar c) {
-    return (c >= u'0' && c <= u'9') || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z');
-  };
-  const auto end = std::find_if_not(url.begin() + static_cast<std::ptrdiff_t>(at) + 1, url.end(), isPartOfName);
-  return end != url.end() && *end == u'=';
-}
-
-/// Converts the character references in place and answers the length.
-std::uint32_t convertEntitiesOfURL(unichar *units, std::uint32_t length) {
-  std::uint32_t written = 0, read = 0;
-  bool hasReference = false;
-  const auto convertUpTo = [&](std::uint32_t end) {
-    if (hasReference) {
-      written += convertEntities2Characters(units + written, units + written, read - written, end - read, true,
-                                            false, false);
-    } else {
-      if (written != read) std::copy(units + read, units + end, units + written);
-      written += end - read;
-    }
-    read = end;
-    hasReference = false;
-  };
-  for (std::uint32_t at = 0; at < length; ++at) {
-    const std::uint32_t next = findUnichar(units + at, length - at, u'&');
-    if (next == NSNotFound) break;
-    at += next;
-    if (beginsParameter({units, length}, at))
-      convertUpTo(at + 1);
-    else
-      hasReference = true;
-  }
-  convertUpTo(length);
-  return written;
-}
-
 /// The IPv6 address in brackets that is the URL's host, or no units of it.
 std::u16string_view bracketedHost(std::u16string_view url, const URLStringParts &parts) {
   std::u16string_view host = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
@@ -176,13 +143,12 @@ std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool
     std::copy_n(units, length, out);
     return length;
   }
-  const std::u16string_view written = trimmedURL({units, length}, true);
   // The URL is worked on at the end of `out`, so that it can grow towards there when it is written at the
   // front.
   unichar *const work = out + (kMaxURLGrowth - 1) * std::size_t{length};
-  std::uint32_t workLength = copyWithoutDropped(written, work);
+  std::uint32_t workLength = copyWithoutDropped(trimmedURL({units, length}, true), work);
   if (findUnichar(work, workLength, u'&') != NSNotFound) {
-    workLength = convertEntitiesOfURL(work, workLength);
+    workLength = convertEntities2Characters(work, work, 0, workLength, true, false, false);
     workLength = copyWithoutDropped({work, workLength}, work);
   }
   std::u16string_view url(work, workLength);
@@ -191,6 +157,28 @@ std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool
   unichar *const start = work + (url.data() - work);
   return writeEscapedURL(
       {start, convertPercentEscapesOfURL(start, static_cast<std::uint32_t>(url.size()), true)}, out);
+}
+
+std::uint32_t cleanURLUnits(const unichar *units, std::uint32_t length, unichar *out) {
+  unichar *const work = out + (kMaxURLGrowth - 1) * std::size_t{length};
+  const std::uint32_t workLength = copyWithoutDropped(trimmedURL({units, length}, true), work);
+  return writeEscapedURL(trimmedURL({work, workLength}, false), out);
+}
+
+NSString stringURLWrittenBy(URLUnitsWriter write, const NSString &string) {
+  const std::uint32_t length = string.length();
+  if (length > kMaxNormalizedURLLength) return {};
+  const auto result = [&](std::u16string_view url) {
+    if (url.empty()) return NSString();
+    return url == string.view() ? string : NSString::stringWithCharacters(url);
+  };
+  if (length <= kStackLength) {
+    std::array<unichar, std::size_t{kMaxURLGrowth} * kStackLength> out;
+    return result({out.data(), write(string.characters(), length, out.data())});
+  }
+  NSMutableString out;
+  out.setLength(kMaxURLGrowth * length);
+  return result({out.characters(), write(string.characters(), length, out.mutableCharacters())});
 }
 
 }  // namespace nimbo

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/Foundation/NSRange.hpp"
+#include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {
 
@@ -24,8 +24,8 @@ bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor);
 ///   next quote or ">", or the white characters at the end. The text of "javascript", "applescript" and "data"
 ///   URLs may hold quotes and angle brackets: only those around it are dropped.
 /// - Line feeds, carriage returns, form feeds, tabs, U+2028, U+2029, U+FFFC and U+FEFF are dropped.
-/// - Character references are converted (`convertEntities2Characters`, all of them), but for a "&name=" that is
-///   a parameter of a query. Then the first two steps apply again, but now a quote ends nothing.
+/// - Character references are converted (`convertEntities2Characters`, all of them): "&amp;b=1" becomes "&b=1",
+///   and "&copy=1" the sign and "=1". Then the first two steps apply again, but now a quote ends nothing.
 /// - With `trimAnchor`, the first "#" and what follows is dropped.
 /// - Escapes are converted (`convertPercentEscapesOfURL`, standard).
 /// - "\" becomes "/" before the first "?" or "#", in relative URLs and in those of the schemes http,
@@ -33,5 +33,16 @@ bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor);
 /// - What remains of white, control characters, quotes, "<", ">", "\", and of "[" and "]" outside the host, is
 ///   escaped: " " becomes "%20". Units above U+007F stay.
 std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out);
+
+/// The same for a URL that is not as markup has it: normalised already, or typed. References, escapes and the
+/// anchor stay, so that a URL which is normalised does not lose another level of them.
+std::uint32_t cleanURLUnits(const unichar *units, std::uint32_t length, unichar *out);
+
+/// One of the functions above.
+using URLUnitsWriter = std::uint32_t (*)(const unichar *units, std::uint32_t length, unichar *out);
+
+/// What the function makes of a string, which is that itself when nothing changes. Up to 256 units nothing but
+/// a new string takes memory. Nil when nothing usable is left, for nil, and above `kMaxNormalizedURLLength`.
+NSString stringURLWrittenBy(URLUnitsWriter write, const NSString &string);
 
 }  // namespace nimbo

@@ -42,6 +42,7 @@ constexpr PrefixRepair kPrefixRepairs[] = {
     {u"http:// http://", u"http://"},
     {u"http://%20http://", u"http://"},
     {u"http://%20https://", u"https://"},
+    {u"https://%20http://", u"http://"},
     {u"https://%20https://", u"https://"},
     {u"mailto:http://", u"http://"},
     {u"mailto:https://", u"https://"},

@@ -75,10 +75,10 @@ NSDictionary reportOnURL(const NSString &string, const NSURL &base, const id &mi
   NSDictionary report = {{u"String"_ns, string}};
   const NSURL url = NSURL::URLWithString(string);
   report.setObject(orMissing(url), u"URL"_ns);
-  if (base) report.setObject(orMissing(URLRelativeTo(string, base)), u"Resolved"_ns);
   const NSString normalized = normalizedStringURL(string);
+  if (base) report.setObject(orMissing(URLRelativeTo(normalized, base)), u"Resolved"_ns);
   report.addEntriesFromDictionary({
-      {u"Repaired"_ns, orMissing(URLWithNormalizedStringURL(string))},
+      {u"Repaired"_ns, orMissing(URLWithNormalizedStringURL(normalized))},
       {u"Normalized"_ns, normalized},
       {u"Simplified"_ns, simplifiedStringURL(normalized)},
       {u"Escaped"_ns, NSDictionary{{u"Standard"_ns, stringByAddingStandardPercentEscapesToURL(string)},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 
 #include "Classes/NSURL+NSURLNimboExtensions.hpp"
@@ -79,7 +80,7 @@ TEST(URLSchemes, CompareHostsAndKnowSearchEngines) {
   EXPECT_TRUE(isHostEqualTo(url("http://H.org:1/"), url("ftp://h.ORG/x")) &&
               isHostEqualTo(url("file:///a"), url("file:///b")));
   EXPECT_FALSE(isHostEqualTo(url("http://h/"), NSURL()) || isHostEqualTo(url("file://h/"), url("http://h/")) ||
-               isHostEqualTo(url("http:a"), url("http:a")));
+               isHostEqualTo(url("http:a"), url("http:a")) || isHostEqualTo(url("//h/"), url("//h/")));
   for (const auto string :
        {"http://www.google.co.uk/search?q=x", "https://WWW.Bing.com./", "http://duckduckgo.com/?q=a"})
     EXPECT_TRUE(isSearchEngine(url(string))) << string;
@@ -177,6 +178,9 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"emailto:a@b", "mailto:a@b"},
       {":http://ttp://x/", "http://ttp://x/"},
       {"%22http://x/%22", "http://x/"},
+      {"https://%20http://x/", "http://x/"},
+      // What is normalised keeps its references and escapes.
+      {"/?a=1&lang=en&gtm_a=2&u=%252F%2F", "http://h/?a=1&lang=en&gtm_a=2&u=%252F%2F"},
       {"/?q=%22x%22", "http://h/?q=%22x%22"},
       {"feed:http://x/../y", "feed:http://x/../y"},
       {"irc://x/./#room", "irc://x/./#room"},
@@ -237,6 +241,7 @@ TEST(Making, ChangesOnePart) {
       {URLWithStringOrPath(u"a b"_ns), "-"},
       {URLWithNormalizedStringURL(u" www.h\\a b"_ns), "http://www.h/a%20b"},
       {URLWithNormalizedStringURL(u"ttp://h/{a|b}?[]"_ns), "http://h/%7Ba%7Cb%7D?%5b%5d"},
+      {URLWithNormalizedStringURL(u" \"http://h/?a=1&copy=%2525\nb\""_ns), "http://h/?a=1&copy=%2525b"},
       {URLWithNormalizedStringURL(u"a@b://c"_ns), "./a@b://c"},
   };
   for (const auto &[made, expected] : cases) EXPECT_EQ(shown(made), expected);
@@ -261,7 +266,7 @@ TEST(Components, AreThoseOfTheURL) {
       {queryParamNamed(one, u"y"_ns), "-"},
       {absoluteStringWithoutUserAndPassword(one), "http://WWW.example.org:8/a/./b%20c.tar;d/e?x=1&y=&X=2#f"},
       {absoluteStringWithHostAndPath(one), "http://WWW.example.org:8/a/./b%20c.tar"},
-      {absoluteStringWithHostAndPath(url("ftp://a;b@h/c?d")), "ftp://h/c"},
+      {absoluteStringWithHostAndPath(url("ftp://a;b@h;i/c;j?d")), "ftp://h;i/c"},
       {standardizedStringURL(url("http://h/a/..")), "http://h/"},
       {absoluteStringOrPath(url("file:///a%20b")), "/a b"},
       {simplifiedStringURL(url("file:///a/./b%20c/")), "/a/b c"},
@@ -324,6 +329,9 @@ TEST(InvertedPaths, StayInTheirFolder) {
   const NSDate date =
       NSDate{NSDate::dateWithUTC(2006, 12, 31, 23, 59, 59).timeIntervalSinceReferenceDate + 0.125};
   EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, date, true)), "/d/org.h.www/2006-12-31 23-59-59-125");
+  const NSDate next = NSDate{NSDate::dateWithUTC(2007, 1, 1, 0, 0, 0).timeIntervalSinceReferenceDate + 0.123};
+  EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, next, true)), "/d/org.h.www/2007-01-01 00-00-00-123");
+  EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, NSDate{NAN}, true)), "-");
   EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, date, false)), "/d/org.h.www/2006-12-31 23-59-59");
   EXPECT_EQ(shown(directoryInPath(url("file:///a"), u"/d"_ns, date, false)), "-");
 }

@@ -215,8 +215,10 @@ TEST(URLNormalizing, CleansWhatPagesCarry) {
           {u"a\f\u2029b", u"ab"},
           // References and parameters.
           {u"h?a=1&amp;b=2", u"h?a=1&b=2"},
-          {u"h?a=1&lang=en&copy=2&ampx", u"h?a=1&lang=en&copy=2&x"},
-          {u"h?a=&eacute;&lang=en&amp;sect=1", u"h?a=\u00e9&lang=en&sect=1"},
+          {u"h?a=1&ampb=2&amp=3&unknown=4&quot", u"h?a=1&b=2&=3&unknown=4%22"},
+          {u"h?a=&eacute;&amp;sect=1&amp;gtm_a=2", u"h?a=\u00e9&sect=1&gtm_a=2"},
+          {u"h?a=1&copy=2&copyx=3&lt=4&#38;x&#65", u"h?a=1\u00a9=2&copyx=3%3c=4&x%065"},
+          {u"h?a=1&amp;amp;lang=en&epsilon=1&copy", u"h?a=1&amp;lang=en&epsilon=1&copy"},
           {u"caf&eacute;", u"caf\u00e9"},
           // Escapes.
           {u"http%3A%2F%2Fh%2Fa%3Fb", u"http://h/a?b"},
@@ -248,7 +250,7 @@ TEST(URLNormalizing, StaysInsideItsBuffers) {
   // Every unit grows, and the results are longer than what fits the stack.
   for (const std::uint32_t length : {1u, 2u, 255u, 256u, 257u, 5000u}) {
     const std::u16string spaces(length, u'\x01'), brackets(length, u']');
-    for (const std::u16string &text : {u'a' + spaces, brackets, u"&eacute;&a=[" + spaces + u"&amp;%20\\"}) {
+    for (const std::u16string &text : {u'a' + spaces, brackets, u"&eacute;&amp;a=[" + spaces + u"&amp;%20\\"}) {
       const ExactBuffer<unichar> source{std::u16string_view(text)};
       const auto count = static_cast<std::uint32_t>(text.size());
       const std::unique_ptr<unichar[]> out(new unichar[kMaxURLGrowth * count]);
