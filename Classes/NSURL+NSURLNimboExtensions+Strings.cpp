@@ -63,7 +63,7 @@ NSString absoluteStringWithoutUserAndPassword(const NSURL &url) {
 }
 
 NSString absoluteStringWithHostAndPath(const NSURL &url) {
-  const NSString whole = absoluteStringWithoutUserAndPassword(url);
+  NSString whole = absoluteStringWithoutUserAndPassword(url);
   if (!whole) return whole;
   const std::size_t pathEnd = std::min(whole.view().find_first_of(u"?#"), whole.view().size());
   const std::size_t path = pathEnd - url.escapedPath().length();

@@ -105,8 +105,8 @@ void checkQuery(const NSString &text, std::uint32_t start) {
   }
 }
 
-/// What is clean holds nothing that a URL may not hold; cleaning it again changes nothing unless it has a
-/// reference or an escape that was hidden in another one.
+/// What is normalised holds nothing that a URL may not hold, and is clean; normalising it again changes nothing
+/// unless it has a reference or an escape that was hidden in another one.
 void checkNormalizing(View text, bool trimAnchor) {
   const auto length = static_cast<std::uint32_t>(text.size());
   const auto units = exactCopy(text);
@@ -116,6 +116,11 @@ void checkNormalizing(View text, bool trimAnchor) {
   require(!trimAnchor || url.find(u'#') == View::npos);
   const NSString string = NSString::stringWithCharacters(url);
   require(normalizedStringURL(NSString::stringWithCharacters(text), trimAnchor).view() == url);
+  const std::unique_ptr<unichar[]> clean(new unichar[kMaxURLGrowth * text.size()]);
+  require(
+      View(clean.get(), cleanURLUnits(units.get(), length, clean.get())).find_first_of(u" \t\n\r\f\"<>\\") ==
+      View::npos);
+  require(url.empty() || stringURLWrittenBy(cleanURLUnits, string).identicalTo(string));
   if (url.find(u'&') == View::npos && text.find(u"%25") == View::npos && text.find(u'&') == View::npos)
     require(url.empty() || normalizedStringURL(string, trimAnchor).identicalTo(string));
 }

@@ -50,7 +50,8 @@ TEST(FSRef, NamesWhatIsThere) {
   EXPECT_EQ(refOf(folder.string("link")), ref);
 
   const FSRef before = ref;
-  for (const NSString &none : {folder.string("none"), folder.string("a/\xe4 b/x"), NSString::string(), NSString()})
+  for (const NSString &none :
+       {folder.string("none"), folder.string("a/\xe4 b/x"), NSString::string(), NSString()})
     EXPECT_FALSE(FSPathMakeRef(none, &ref, &isDirectory));
   EXPECT_EQ(ref, before);
   EXPECT_TRUE(FSPathMakeRef(file, nullptr));
