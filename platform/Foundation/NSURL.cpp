@@ -68,10 +68,12 @@ NSURL NSURL::URLWithString(const NSString &string, const NSURL &relativeTo) {
   const std::optional<URIParts> own = partsOfURIReference(*bytes);
   if (!own) return NSURL();
   if (own->scheme.location != NSNotFound) return make(string, NSURL(), string, *own);
-  const auto target = resolvedURIReference(*bytes, *ASCIIBytes(relativeTo.absoluteString()));
-  const auto parts = target ? partsOfURIReference(*target) : std::nullopt;
+  const Storage &base = *relativeTo.storage_;
+  if (base.parts.scheme.location == NSNotFound) return NSURL();
+  const std::string target = resolvedURIReference(*bytes, *own, *ASCIIBytes(base.absoluteString), base.parts);
+  const std::optional<URIParts> parts = partsOfURIReference(target);
   if (!parts) return NSURL();
-  return make(string, relativeTo.absoluteURL(), NSString::stringWithUTF8String(*target), *parts);
+  return make(string, relativeTo.absoluteURL(), NSString::stringWithUTF8String(target), *parts);
 }
 
 NSURL NSURL::fileURLWithPath(const NSString &path) {
@@ -113,9 +115,8 @@ NSURL NSURL::absoluteURL() const {
 NSURL NSURL::standardizedURL() const {
   if (!scheme() || isOpaque() || storage_->path().find(u'.') == std::u16string_view::npos) return *this;
   const std::string bytes = *ASCIIBytes(storage_->absoluteString);
-  const std::optional<std::string> target = resolvedURIReference(bytes, bytes);
-  if (!target || *target == bytes) return *this;
-  return URLWithString(NSString::stringWithUTF8String(*target));
+  const std::string target = resolvedURIReference(bytes, storage_->parts, bytes, storage_->parts);
+  return target == bytes ? *this : URLWithString(NSString::stringWithUTF8String(target));
 }
 
 NSString NSURL::scheme() const {

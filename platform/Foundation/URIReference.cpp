@@ -12,7 +12,6 @@ namespace {
 /// What the library found; it borrows the bytes.
 class ParsedURI {
  public:
-  ParsedURI() = default;
   explicit ParsedURI(std::string_view bytes) {
     if (bytes.size() > kMaximumURIBytes) return;
     if (std::ranges::count(bytes, '/') > static_cast<std::ptrdiff_t>(kMaximumURIPathSegments)) return;
@@ -26,14 +25,8 @@ class ParsedURI {
     if (valid_) uriFreeUriMembersA(&uri_);
   }
 
-  bool resolve(const ParsedURI &reference, const ParsedURI &base) {
-    valid_ = uriAddBaseUriA(&uri_, &reference.uri_, &base.uri_) == URI_SUCCESS;
-    return valid_;
-  }
-
   explicit operator bool() const { return valid_; }
   const UriUriA *operator->() const { return &uri_; }
-  const UriUriA &operator*() const { return uri_; }
 
  private:
   UriUriA uri_{};
@@ -52,6 +45,31 @@ NSRange rangeOf(const UriTextRangeA &part, std::string_view whole) {
 
 NSRange between(std::size_t begin, std::size_t end) {
   return {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end - begin)};
+}
+
+std::string_view pathOf(std::string_view reference, const URIParts &parts) {
+  return reference.substr(parts.path.location, parts.path.length);
+}
+
+/// Section 5.2.4. Each segment goes with the "/" in front of it, which only those at the beginning may lack.
+std::string withoutDotSegments(std::string_view path) {
+  std::string result;
+  result.reserve(path.size());
+  while (!path.empty()) {
+    const std::size_t slash = path.starts_with('/') ? 1 : 0;
+    const std::size_t end = std::min(path.find('/', slash), path.size());
+    const std::string_view segment = path.substr(slash, end - slash);
+    const bool isDots = segment == "." || segment == "..";
+    if (!isDots) {
+      result += path.substr(0, end);
+    } else if (slash > 0) {
+      const std::size_t last = result.rfind('/');
+      if (segment == "..") result.resize(last == result.npos ? 0 : last);
+      if (end == path.size()) result += '/';
+    }
+    path.remove_prefix(isDots && slash == 0 ? std::min(end + 1, path.size()) : end);
+  }
+  return result;
 }
 
 }  // namespace
@@ -77,26 +95,36 @@ std::optional<URIParts> partsOfURIReference(std::string_view reference) {
   return parts;
 }
 
-std::optional<std::string> resolvedURIReference(std::string_view reference, std::string_view base) {
-  const ParsedURI parsedReference(reference), parsedBase(base);
-  ParsedURI target;
-  int length = 0;
-  if (!parsedReference || !parsedBase || !target.resolve(parsedReference, parsedBase) ||
-      uriToStringCharsRequiredA(&*target, &length) != URI_SUCCESS)
-    return std::nullopt;
-  std::string result(static_cast<std::size_t>(length) + 1, '\0');
-  if (uriToStringA(result.data(), &*target, length + 1, nullptr) != URI_SUCCESS) return std::nullopt;
-  result.pop_back();
-  // A path that begins with an empty segment would be taken for a host.
-  const std::size_t path = result.find(':') + 1;
-  if (!target->hostText.first && std::string_view(result).substr(path).starts_with("//"))
-    result.insert(path, "/.");
-  if (target->hostData.ip6) {  // The library writes the address out; brackets stand nowhere else.
-    const std::size_t begin = result.find('[') + 1;
-    result.replace(begin, result.find(']', begin) - begin, target->hostText.first,
-                   static_cast<std::size_t>(target->hostText.afterLast - target->hostText.first));
+std::string resolvedURIReference(std::string_view reference, const URIParts &parts, std::string_view base,
+                                 const URIParts &baseParts) {
+  const std::string_view path = pathOf(reference, parts);
+  const std::string_view behindPath = reference.substr(parts.path.location + parts.path.length);
+  const bool hasScheme = parts.scheme.location != NSNotFound;
+  const bool isSelfContained = hasScheme || parts.hasAuthority;
+
+  // What stands before the path, which is the base's up to the first thing that the reference has of its own.
+  std::string result;
+  if (!hasScheme)
+    result = base.substr(0, isSelfContained ? baseParts.scheme.length + 1 : baseParts.path.location);
+  if (isSelfContained) result += reference.substr(0, parts.path.location);
+
+  if (path.empty() && !isSelfContained) {
+    const std::size_t end = parts.query.location == NSNotFound ? base.find('#') : base.find_first_of("?#");
+    return result.append(base.substr(baseParts.path.location, end - baseParts.path.location))
+        .append(behindPath);
   }
-  return result;
+  const std::string_view basePath = pathOf(base, baseParts);
+  std::string whole;
+  if (!isSelfContained && !path.starts_with('/')) {
+    if (basePath.empty() && baseParts.hasAuthority) whole = '/';
+    whole += basePath.substr(0, basePath.rfind('/') + 1);
+  }
+  whole += path;
+  const std::string target = withoutDotSegments(whole);
+  // It would be taken for a host.
+  const bool hasAuthority = parts.hasAuthority || (!hasScheme && baseParts.hasAuthority);
+  if (!hasAuthority && target.starts_with("//")) result += "/.";
+  return result.append(target).append(behindPath);
 }
 
 }  // namespace nimbo

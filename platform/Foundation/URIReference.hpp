@@ -33,8 +33,10 @@ constexpr std::uint32_t kMaximumURIPathSegments = 1u << 20;
 /// Nothing when the bytes are no URI or relative reference by the grammar of RFC 3986.
 std::optional<URIParts> partsOfURIReference(std::string_view reference);
 
-/// The target of a reference, by RFC 3986, section 5.2. Nothing when either is not valid or the base has no
-/// scheme.
-std::optional<std::string> resolvedURIReference(std::string_view reference, std::string_view base);
+/// The target of a reference whose parts these are, by RFC 3986, section 5.2. The base must have a scheme; it
+/// does not matter when the reference has one. A path that begins with "//" where there is no authority gets
+/// "/." in front, as it would be read as one.
+std::string resolvedURIReference(std::string_view reference, const URIParts &parts, std::string_view base,
+                                 const URIParts &baseParts);
 
 }  // namespace nimbo

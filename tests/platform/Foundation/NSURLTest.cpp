@@ -82,6 +82,21 @@ TEST(NSURL, ResolvesReferencesAsTheStandardsExamples) {
     EXPECT_EQ(static_cast<bool>(resolved.baseURL()),
               !resolved.absoluteURL().baseURL() && resolved != resolved.absoluteURL());
   }
+  const std::string_view oddBases[][3] = {
+      {"http://h///a/b", "c", "http://h///a/c"},
+      {"http://h///a/b?q", "#s", "http://h///a/b?q#s"},
+      {"http://h//a/b", "../../c", "http://h/c"},
+      {"http://h", "g", "http://h/g"},
+      {"http://h:/a/./b?q#f", "?y", "http://h:/a/./b?y"},
+      {"http://h/./b?q#f", "", "http://h/./b?q"},
+      {"file:/x", "./", "file:/"},
+      {"x:/a//b", "..", "x:/a/"},
+      {"x:/a/b", "..//c", "x:/.//c"},
+      {"mailto:a", "../b", "mailto:b"},
+      {"x:a/b", "../../c", "x:/c"},
+  };
+  for (const auto &[given, reference, target] : oddBases)
+    EXPECT_EQ(shown(NSURL::URLWithString(text(reference), url(given)).absoluteString()), target) << given;
   EXPECT_FALSE(NSURL::URLWithString(u"g"_ns, url("b/c")));
   EXPECT_EQ(NSURL::URLWithString(u"g"_ns, NSURL()), url("g"));
 }
