@@ -82,15 +82,16 @@ NSString POSIXPath(const NSString &path) {
 NSString HFSPath(const NSString &path) {
   if (path.length() == 0) return path;
   std::vector<NSString> names = pathComponents(path);
-  const bool isFolder = path.view().ends_with(u'/') || path.view().ends_with(u"/..") || path.view() == u"..";
-  std::erase_if(names, [](const NSString &name) { return name.view() == u"/" || name.view() == u"."; });
+  const auto isNoName = [](const NSString &name) { return name.view() == u"/" || name.view() == u"."; };
+  const bool isFolder = isNoName(names.back()) || names.back().view() == u"..";
+  std::erase_if(names, isNoName);
   NSMutableString result;
   if (isAbsolute(path)) appendUnits(result, kRootVolumeName);
   for (const NSString &name : names) {
     result.appendCharacter(u':');
     if (name.view() != u"..") appendName(result, name.view(), u':', u'/');
   }
-  if (isFolder || names.empty()) result.appendCharacter(u':');
+  if (isFolder) result.appendCharacter(u':');
   return std::move(result).string();
 }
 

@@ -152,7 +152,8 @@ std::vector<NSString> pathComponents(const NSString &path) {
   const std::u16string_view units = path.view();
   if (units.starts_with(u'/')) components.push_back(u"/"_ns);
   visitComponents(units, [&](std::u16string_view name) { components.push_back(part(path, name)); });
-  if (units.ends_with(u'/') && components.size() > 1) components.push_back(u"/"_ns);
+  const bool isRoot = units.find_first_not_of(u'/') == units.npos;
+  if (units.ends_with(u'/') && !isRoot) components.push_back(u"/"_ns);
   return components;
 }
 

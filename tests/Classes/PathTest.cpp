@@ -171,7 +171,7 @@ TEST(Paths, HaveAFormWithColonsAndComeBack) {
     EXPECT_EQ(HFSPath(slashes), colons) << slashes.UTF8String();
     EXPECT_EQ(POSIXPath(colons), slashes) << colons.UTF8String();
   }
-  expectEach({u"/a//./b/.."_ns, u"Root:a:b::"_ns}, HFSPath);
+  expectEach({u"/a//./b/.."_ns, u"Root:a:b::"_ns, u"a/../."_ns, u":a::"_ns, u"./a/."_ns, u":a:"_ns}, HFSPath);
   expectEach({u"Elsewhere:a"_ns, NSString(), u"/a:b"_ns, u"/a:b"_ns, u"a/b"_ns, u"a/b"_ns}, POSIXPath);
 }
 

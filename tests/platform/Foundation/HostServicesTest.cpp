@@ -35,6 +35,7 @@ TEST(NSPathUtilities, KnowsNamesAndFolders) {
        "/|tmp|scratch.tiff|"},
       {"/tmp//a/", "a", "/tmp", "/tmp//a", "/tmp//a.x", "/|tmp|a|/|"},
       {"//", "/", "/", "/", "//", "/|"},
+      {"a/", "a", "", "a", "a.x", "a|/|"},
       {"a..b", "a..b", "", "a.", "a..b.x", "a..b|"},
       {"x/.b", ".b", "x", "x/.b", "x/.b.x", "x|.b|"},
       {"", "", "", "", "", ""},
