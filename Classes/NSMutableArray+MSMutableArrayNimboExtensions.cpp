@@ -72,6 +72,23 @@ void unite(NSArray &array, std::span<const id> others) {
   if (!added.empty()) array.insertObjectsAtIndex(added, array.count());
 }
 
+/// The objects in order. Merging stays inside its bounds even where the function gives no order, which the
+/// sorts of the standard library do not.
+std::vector<id> sortedObjects(std::span<const id> objects, ComparisonFunction function, void *context) {
+  const auto isBefore = [&](const id *a, const id *b) { return function(*a, *b, context) < 0; };
+  std::vector<const id *> runs, merged(objects.size());
+  for (const id &object : objects) runs.push_back(&object);
+  for (std::size_t length = 1; length < objects.size(); length *= 2, runs.swap(merged)) {
+    const auto at = [&](std::size_t index) { return runs.data() + std::min(index, runs.size()); };
+    for (std::size_t i = 0; i < objects.size(); i += 2 * length)
+      std::merge(at(i), at(i + length), at(i + length), at(i + 2 * length), merged.data() + i, isBefore);
+  }
+  std::vector<id> result;
+  result.reserve(runs.size());
+  for (const id *object : runs) result.push_back(*object);
+  return result;
+}
+
 }  // namespace
 
 inline namespace MSMutableArrayNimboExtensions {
@@ -145,9 +162,9 @@ void quickSortUsingFunction(NSArray &array, ComparisonFunction function, void *c
 void quickSortUsingFunction(NSArray &array, ComparisonFunction function, NSRange range, void *context) {
   if (array.count() < 2 || range.location > array.count() || range.length > array.count() - range.location)
     return;
-  const std::span<id> objects = array.mutableObjects().subspan(range.location, range.length);
-  std::stable_sort(objects.begin(), objects.end(),
-                   [&](const id &a, const id &b) { return function(a, b, context) < 0; });
+  std::vector<id> sorted =
+      sortedObjects(objectsOf(array).subspan(range.location, range.length), function, context);
+  std::move(sorted.begin(), sorted.end(), array.mutableObjects().begin() + range.location);
 }
 
 }  // namespace MSMutableArrayNimboExtensions

@@ -38,7 +38,7 @@ bool moveObjectAtIndex(NSArray &array, std::uint32_t from, std::uint32_t to);
 
 /// Sorts the array, or a range of it. Stable: objects of which none comes first stay in their order. Nothing
 /// happens when the range does not lie inside the array. A function that gives no order leaves the objects in
-/// any one. It must not change the array.
+/// any one; one that raises leaves the array as it was. It must not change the array.
 void quickSortUsingFunction(NSArray &array, ComparisonFunction function, void *context = nullptr);
 void quickSortUsingFunction(NSArray &array, ComparisonFunction function, NSRange range, void *context);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -11,6 +12,7 @@
 #include "Classes/NSDictionary+NimboDictionaryExtensions.hpp"
 #include "Classes/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
 #include "Classes/NSMutableDictionary+NimboDictionaryExtensions.hpp"
+#include "platform/Foundation/NSException.hpp"
 
 namespace nimbo {
 namespace {
@@ -130,8 +132,30 @@ TEST(Arrays, AreSortedStably) {
     EXPECT_TRUE(same.identicalTo(before));
     EXPECT_EQ(indexOfObject(before, 1, outside, compareTens, nullptr), NSNotFound);
   }
-  // No order at all does no harm.
-  quickSortUsingFunction(array, [](const id &, const id &, void *) { return -1; });
+}
+
+TEST(Arrays, SurviveFunctionsThatGiveNoOrder) {
+  std::vector<id> numbers;
+  for (int i = 0; i < 100; ++i) numbers.emplace_back(i);
+  std::mt19937 random(4);
+  const auto draw = [](const id &, const id &, void *generator) {
+    const auto number = (*static_cast<std::mt19937 *>(generator))();
+    if (number % 500 == 0) throw NSException(u"Tired"_ns, u""_ns);
+    return number % 2 == 0 ? 1 : -1;
+  };
+  int raised = 0;
+  for (std::uint32_t count = 2; count < 100; ++count) {
+    NSArray array(numbers);
+    try {
+      quickSortUsingFunction(array, draw, {0, count}, &random);
+      std::sort(array.mutableObjects().begin(), array.mutableObjects().end(),
+                [](const id &a, const id &b) { return a.integer() < b.integer(); });
+    } catch (const NSException &) {
+      ++raised;
+    }
+    ASSERT_EQ(array, NSArray(numbers));
+  }
+  EXPECT_GT(raised, 0);
 }
 
 TEST(Arrays, AreSearchedAndWalked) {
