@@ -23,8 +23,9 @@ struct ByIdentity {
 template <class Sameness>
 class ObjectSet {
  public:
-  explicit ObjectSet(std::span<const id> objects) {
-    set_.reserve(objects.size());
+  /// With room for `moreCount` others.
+  explicit ObjectSet(std::span<const id> objects, std::size_t moreCount = 0) {
+    set_.reserve(objects.size() + moreCount);
     for (const id &object : objects) set_.insert(&object);
   }
   bool contains(const id &object) const { return set_.contains(&object); }
@@ -65,7 +66,7 @@ void removeObjects(NSArray &array, const NSArray &other) {
 
 template <class Sameness>
 void unite(NSArray &array, std::span<const id> others) {
-  ObjectSet<Sameness> set(objectsOf(array));
+  ObjectSet<Sameness> set(objectsOf(array), others.size());
   std::vector<id> added;
   std::copy_if(others.begin(), others.end(), std::back_inserter(added),
                [&](const id &object) { return set.insert(object); });
