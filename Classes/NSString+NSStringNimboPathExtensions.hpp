@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// All of the group but what needs the content types of files, `NSString+NSStringNimboPathExtensions+Types.hpp`.
 #pragma once
 
 #include "Classes/NSString+NSStringNimboPathExtensions+Base64.hpp"

@@ -135,8 +135,8 @@ TEST(Arrays, AreSortedStably) {
 }
 
 TEST(Arrays, SurviveFunctionsThatGiveNoOrder) {
-  std::vector<id> numbers;
-  for (int i = 0; i < 100; ++i) numbers.emplace_back(i);
+  std::vector<id> numbers(100);
+  for (std::size_t i = 0; i < numbers.size(); ++i) numbers[i] = i;
   std::mt19937 random(4);
   const auto draw = [](const id &, const id &, void *generator) {
     const auto number = (*static_cast<std::mt19937 *>(generator))();
