@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "Classes/SearchEngines.hpp"
@@ -64,7 +65,7 @@ bool isDownloadableURL(const NSURL &url) {
 bool isLoadableURL(const NSURL &url) {
   if (!url.isFileURL()) return isDownloadableURL(url) || isFeedURL(url);
   bool isDirectory = false;
-  return NSFileManager::fileExistsAtPath(url.path(), &isDirectory) && !isDirectory;
+  return NSFileManager::fileExistsAtPath(fileSystemPathPOSIXStyle(url), &isDirectory) && !isDirectory;
 }
 
 bool isRemoteWebKitURL(const NSURL &url) {

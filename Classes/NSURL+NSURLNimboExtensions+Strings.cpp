@@ -6,6 +6,7 @@
 
 #include "Classes/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/NSString+URLUtilities.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 
 namespace nimbo {
@@ -55,7 +56,7 @@ NSString standardizedStringURL(const NSURL &url) {
 }
 
 NSString absoluteStringOrPath(const NSURL &url) {
-  return url.isFileURL() ? url.path() : url.absoluteString();
+  return url.isFileURL() ? fileSystemPathPOSIXStyle(url) : url.absoluteString();
 }
 
 NSString absoluteStringWithoutUserAndPassword(const NSURL &url) {

@@ -10,6 +10,7 @@
 #include "Classes/EntityConversion.hpp"
 #include "Classes/EntityEncoding.hpp"
 #include "Classes/NSString+HtmlExtensions.hpp"
+#include "fuzz/FuzzedText.hpp"
 #include "tests/Classes/PlainEntityDecoder.hpp"
 
 namespace {
@@ -64,13 +65,7 @@ void checkEncoding(const NSString &text) {
 /// The first byte chooses whether the others are bytes of ASCII or whole units.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   if (size == 0) return 0;
-  std::u16string text;
-  if (data[0] & 1) {
-    text.resize((size - 1) / sizeof(unichar));
-    if (!text.empty()) std::memcpy(text.data(), data + 1, text.size() * sizeof(unichar));
-  } else {
-    text.assign(data + 1, data + size);
-  }
+  const std::u16string text = fuzzedText(data, size);
   for (unsigned flags = 0; flags < 8; ++flags)
     checkDecoding(text, (flags & 1) != 0, (flags & 2) != 0, (flags & 4) != 0);
   checkEncoding(NSString::stringWithCharacters(text));

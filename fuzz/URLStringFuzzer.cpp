@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +15,7 @@
 #include "Classes/URLEscaping.hpp"
 #include "Classes/URLNormalizing.hpp"
 #include "Classes/URLQuery.hpp"
+#include "fuzz/FuzzedText.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace {
@@ -141,13 +141,7 @@ void checkSimplifying(const NSString &text) {
 /// The first byte chooses whether the others are bytes of ASCII or whole units, and where the query begins.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   if (size == 0) return 0;
-  std::u16string text;
-  if (data[0] & 1) {
-    text.resize((size - 1) / sizeof(unichar));
-    if (!text.empty()) std::memcpy(text.data(), data + 1, text.size() * sizeof(unichar));
-  } else {
-    text.assign(data + 1, data + size);
-  }
+  const std::u16string text = fuzzedText(data, size);
   const NSString string = NSString::stringWithCharacters(text);
   for (const bool flag : {false, true}) {
     checkUnescaping(text, flag);

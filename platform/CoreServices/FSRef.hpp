@@ -31,7 +31,7 @@ struct FSRef {
 };
 
 constexpr std::size_t kMaxFollowedFiles = 64;
-constexpr std::size_t kMaxKnownFiles = 1 << 14;
+constexpr std::size_t kMaxKnownFiles = 1 << 12;
 
 /// Makes a reference to the file, or to what a symbolic link leads to. False, with nothing written, when it
 /// cannot be reached or the path is nil. A null pointer is one that the caller does not need.

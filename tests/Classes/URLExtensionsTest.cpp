@@ -6,22 +6,10 @@
 
 #include "Classes/NSURL+NSURLNimboExtensions.hpp"
 #include "tests/TemporaryFolder.hpp"
+#include "tests/URLTexts.hpp"
 
 namespace nimbo {
 namespace {
-
-NSString text(std::string_view utf8) {
-  return NSString::stringWithUTF8String(utf8);
-}
-
-NSURL url(std::string_view string) {
-  return NSURL::URLWithString(text(string));
-}
-
-/// Nil as "-".
-std::string shown(const NSString &string) {
-  return string ? string.UTF8String() : "-";
-}
 
 std::string shown(const NSURL &one) {
   return shown(one.absoluteString());
@@ -268,7 +256,7 @@ TEST(Components, AreThoseOfTheURL) {
       {absoluteStringWithHostAndPath(one), "http://WWW.example.org:8/a/./b%20c.tar"},
       {absoluteStringWithHostAndPath(url("ftp://a;b@h;i/c;j?d")), "ftp://h;i/c"},
       {standardizedStringURL(url("http://h/a/..")), "http://h/"},
-      {absoluteStringOrPath(url("file:///a%20b")), "/a b"},
+      {absoluteStringOrPath(url("file:///a%20b;c")), "/a b;c"},
       {simplifiedStringURL(url("file:///a/./b%20c/")), "/a/b c"},
       {simplifiedStringURL(url("HTTP://H:80/a/index.html#b")), "http://h/a/"},
       {stringURLWithoutAnchor(url("file:///a#b")), "file:///a"},

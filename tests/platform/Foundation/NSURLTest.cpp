@@ -11,22 +11,10 @@
 #include "platform/Foundation/HostNames.hpp"
 #include "platform/Foundation/NSBundleLocalization.hpp"
 #include "tests/TemporaryFolder.hpp"
+#include "tests/URLTexts.hpp"
 
 namespace nimbo {
 namespace {
-
-NSString text(std::string_view utf8) {
-  return NSString::stringWithUTF8String(utf8);
-}
-
-NSURL url(std::string_view string) {
-  return NSURL::URLWithString(text(string));
-}
-
-/// Nil as "-", which is no part of these URLs.
-std::string shown(const NSString &part) {
-  return part ? part.UTF8String() : "-";
-}
 
 TEST(NSURL, ResolvesReferencesAsTheStandardsExamples) {
   const NSURL base = url("http://a/b/c/d;p?q");
