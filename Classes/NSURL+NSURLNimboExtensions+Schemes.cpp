@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "Classes/SearchEngines.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
