@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <compare>
 #include <cstring>
 #include <deque>
 #include <filesystem>
@@ -13,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -30,7 +30,13 @@ struct Identity {
   std::int64_t birthSeconds = 0;
   std::uint64_t birthNanoseconds = 0;
 
-  friend auto operator<=>(const Identity &, const Identity &) = default;
+  friend bool operator==(const Identity &, const Identity &) = default;
+  friend bool operator<(const Identity &a, const Identity &b) { return a.inOrder() < b.inOrder(); }
+
+ private:
+  std::tuple<std::uint64_t, std::uint64_t, std::int64_t, std::uint64_t> inOrder() const {
+    return {device, inode, birthSeconds, birthNanoseconds};
+  }
 };
 static_assert(sizeof(Identity) <= sizeof(FSRef) && std::has_unique_object_representations_v<Identity>);
 
