@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/id.hpp"
 
+#include <cmath>
 #include <functional>
+#include <type_traits>
 
 namespace nimbo {
 namespace {
@@ -30,6 +32,10 @@ bool id::identicalTo(const id &other) const noexcept {
     if constexpr (Handle<T>) {
       const T *const same = std::get_if<T>(&other.value_);
       return same && value.identicalTo(*same);
+    } else if constexpr (std::is_same_v<T, double>) {
+      // What is no number equals nothing.
+      const double *const same = std::get_if<double>(&other.value_);
+      return same && (value == *same || (std::isnan(value) && std::isnan(*same)));
     } else {
       return value_ == other.value_;
     }
@@ -44,6 +50,8 @@ std::size_t id::identityHash() const noexcept {
   return visit([&]<class T>(const T &value) {
     if constexpr (Handle<T>)
       return value.identityHash();
+    else if constexpr (std::is_same_v<T, double>)
+      return std::isnan(value) ? 0 : hash();
     else
       return hash();
   });

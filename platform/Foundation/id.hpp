@@ -76,7 +76,8 @@ class id {
   }
 
   /// Whether both are the same object. Strings, data, arrays and dictionaries are when they share their
-  /// storage, so that equal ones may not be. The other kinds have none: equal ones are the same.
+  /// storage, so that equal ones may not be. The other kinds have none: equal ones are the same, and so are
+  /// reals that are no number, which equal nothing.
   bool identicalTo(const id &other) const noexcept;
   /// Equal for equal values, and for the same object.
   std::size_t hash() const noexcept;

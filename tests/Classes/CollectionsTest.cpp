@@ -60,6 +60,8 @@ TEST(Arrays, AreCombinedAsSets) {
   unionWithIdenticalObjects(array, {otherB, a});
   joinWithObjectsFromArray(array, array);
   EXPECT_EQ(array, (NSArray{a, b, c, b}));
+  unionWithIdenticalObjects(array, {NAN, NAN});
+  EXPECT_EQ(array.count(), 5u);
   removeIdenticalObjectsFromArray(array, array);
   EXPECT_EQ(array, NSArray::array());
 }
