@@ -71,10 +71,9 @@ void applyFunction(const NSArray &array, ApplierFunction function, void *context
 
 void applyFunction(const NSArray &array, ApplierFunction function, void *context, NSRange range) {
   if (!isInside(array, range)) return;
-  const auto part = objectsInRange(array, range);
   // The function may change the array.
-  const std::vector<id> objects(part.begin(), part.end());
-  for (const id &object : objects) function(object, context);
+  const NSArray unchanged = array;  // NOLINT(performance-unnecessary-copy-initialization)
+  for (const id &object : objectsInRange(unchanged, range)) function(object, context);
 }
 
 }  // namespace NSArrayNimboExtensions

@@ -83,6 +83,7 @@ class KnownFiles {
     if (!isNew) return;
     order_.push_back(identity);
     if (order_.size() <= kMaxKnownFiles) return;
+    std::erase(followed_, order_.front());
     files_.erase(order_.front());
     order_.pop_front();
   }
@@ -95,6 +96,7 @@ class KnownFiles {
     update(identity, file);
     if (isAt(identity, file.path)) return file.path;
     file.descriptor.close();
+    std::erase(followed_, identity);
     std::error_code error;
     for (fs::directory_iterator entry(file.path.parent_path(), error), end; !error && entry != end;
          entry.increment(error))
@@ -124,15 +126,15 @@ class KnownFiles {
     file.descriptor = std::move(descriptor);
     followed_.push_back(identity);
     if (followed_.size() <= kMaxFollowedFiles) return;
-    if (const auto oldest = files_.find(followed_.front()); oldest != files_.end()) {
-      update(oldest->first, oldest->second);
-      oldest->second.descriptor.close();
-    }
+    File &oldest = files_.at(followed_.front());
+    update(followed_.front(), oldest);
+    oldest.descriptor.close();
     followed_.pop_front();
   }
 
   std::mutex mutex_;
   std::map<Identity, File> files_;
+  /// The oldest first; those with a descriptor are followed.
   std::deque<Identity> order_, followed_;
 };
 
