@@ -122,12 +122,14 @@ int runStrip(const CommandOptions &options, const Operands &operands) {
 const std::vector<Command> &markupCommands() {
   static const std::vector<Command> commands = {
       {"strip",
-       "FILE",
+       "FILE [NAME...]",
        "markup without its tags, or without some of it",
        "Prints the text of markup without its tags, entities as they are; with an option the markup without\n"
        "what the option names. FILE \"-\" is standard input. The options cannot be joined; --bodies and\n"
        "--except may be given more than once, or with several names behind FILE, which also stand for longer\n"
-       "ones: \"h\" for \"h1\".",
+       "ones: \"h\" for \"h1\". A script or style that --bodies removes takes all behind it away, because it "
+       "is\n"
+       "one tag for the scanner, its end included.",
        {{"tag", &CommandOptions::tag, "NAME", "remove only the tags of this name"},
         {"attributes", &CommandOptions::attributes, "NAME",
          "remove the attributes of tags, but for a link or source"},
