@@ -8,8 +8,8 @@
 #include <memory>
 #include <span>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 #include "Classes/EntityTable.hpp"
-#include "Classes/UnicharKernels.hpp"
 
 namespace nimbo {
 

@@ -5,8 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "Classes/Characters/UnicharKernels.hpp"
 #include "Classes/EntityTable.hpp"
-#include "Classes/UnicharKernels.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 
 namespace nimbo {
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include "Classes/Characters/UnicharSearches.hpp"
+#include "Classes/Characters/UnicodeConverters.hpp"
 #include "Classes/NSString+XmlExtensions+Encoding.hpp"
-#include "Classes/UnicharSearches.hpp"
-#include "Classes/UnicodeConverters.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/UTF8.hpp"

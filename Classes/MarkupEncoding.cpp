@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/NSString+HtmlExtensions+Entities.hpp"
 #include "Classes/NSString+XmlExtensions.hpp"
 #include "Classes/TagAttributes.hpp"

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/UnicharKernels.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE

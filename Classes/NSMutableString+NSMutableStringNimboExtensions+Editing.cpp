@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {

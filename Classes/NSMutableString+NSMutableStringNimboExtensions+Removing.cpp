@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSMutableString+NSMutableStringNimboExtensions+Removing.hpp"
 
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/NSMutableString+NSMutableStringNimboExtensions+Replacing.hpp"
-#include "Classes/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 
 namespace nimbo {

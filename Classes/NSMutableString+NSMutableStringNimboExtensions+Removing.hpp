@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

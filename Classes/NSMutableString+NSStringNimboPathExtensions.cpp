@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 #include "platform/Foundation/NSStringCharacters.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"

@@ -4,7 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/NSString+XmlExtensions.hpp"
 #include "Classes/PlainTextHandler.hpp"
 #include "Classes/SimplePlainTextHandler.hpp"

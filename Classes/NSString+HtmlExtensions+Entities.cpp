@@ -5,10 +5,10 @@
 #include <new>
 #include <utility>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/EntityConversion.hpp"
 #include "Classes/EntityEncoding.hpp"
-#include "Classes/UnicharSearches.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+Case.hpp"
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FastComparisons.hpp"
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
+#include "Classes/Characters/FastSearches.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

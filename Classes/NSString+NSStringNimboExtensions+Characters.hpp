@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+ConfigurationText.hpp"
 
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/LineIteration.hpp"
 #include "Classes/UnitEditing.hpp"
 

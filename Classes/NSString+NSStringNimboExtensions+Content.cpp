@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/CharacterTables.hpp"
-#include "Classes/UnicharSearches.hpp"
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

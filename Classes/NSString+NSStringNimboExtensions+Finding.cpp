@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/UnicharSearches.hpp"
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 
 namespace nimbo {

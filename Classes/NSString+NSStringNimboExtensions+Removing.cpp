@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+Removing.hpp"
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/NSMutableString+NSMutableStringNimboExtensions+Removing.hpp"
-#include "Classes/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 
 namespace nimbo {

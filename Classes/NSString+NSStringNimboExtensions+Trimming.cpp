@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+NSStringNimboExtensions+Trimming.hpp"
 
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/UnitEditing.hpp"
 
 namespace nimbo {

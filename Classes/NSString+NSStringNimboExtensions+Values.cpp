@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/LineIteration.hpp"
 #include "Classes/UnitEditing.hpp"
 

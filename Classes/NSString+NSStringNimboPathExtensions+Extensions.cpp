@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Comparing.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
 #include "platform/Foundation/NSFileManager.hpp"

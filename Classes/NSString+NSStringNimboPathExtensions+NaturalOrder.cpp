@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 
 namespace nimbo {
 namespace {

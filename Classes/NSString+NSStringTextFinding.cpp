@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FastSearches.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 
 namespace nimbo {

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCollation.hpp"
 

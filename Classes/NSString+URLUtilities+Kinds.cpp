@@ -5,8 +5,8 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/URLStringParts.hpp"
 
 namespace nimbo {

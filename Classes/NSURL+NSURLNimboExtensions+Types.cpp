@@ -5,8 +5,8 @@
 #include <span>
 #include <string_view>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/NSArray+NSStringExtensions.hpp"
 
 namespace nimbo {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/PlainTextJunk.hpp"
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/FastSearches.hpp"
 #include "Classes/PlainTextAttributes.hpp"
 #include "Classes/PlainTextStyle.hpp"
 

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
+#include "Classes/Characters/FastSearches.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/EntityConversion.hpp"
-#include "Classes/FastSearches.hpp"
-#include "Classes/UnitClasses.hpp"
 
 namespace nimbo::detail {
 

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "Classes/UnicharKernels.hpp"
-#include "Classes/UnitClasses.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 
 namespace nimbo {
 

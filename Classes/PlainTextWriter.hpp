@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/PlainTextKernels.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 

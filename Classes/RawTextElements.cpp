@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "Classes/FastSearches.hpp"
-#include "Classes/UnicharKernels.hpp"
+#include "Classes/Characters/FastSearches.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 
 namespace nimbo::detail {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 
 namespace nimbo::detail {
 

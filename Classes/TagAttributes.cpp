@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 
 namespace nimbo {
 

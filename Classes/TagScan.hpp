@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/MarkupMarks.hpp"
 #include "Classes/RawTextElements.hpp"
 #include "Classes/RetracedTagEnds.hpp"

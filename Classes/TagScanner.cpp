@@ -5,7 +5,7 @@
 #include <memory>
 #include <new>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/TagScan.hpp"
 
 namespace nimbo {

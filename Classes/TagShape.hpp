@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/TagScanner.hpp"
 
 namespace nimbo::detail {

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include "Classes/AsciiSetKernels.hpp"
+#include "Classes/Characters/AsciiSetKernels.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/URLEscapes.hpp"
-#include "Classes/UnicharSearches.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

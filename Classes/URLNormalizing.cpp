@@ -6,14 +6,14 @@
 #include <cstddef>
 #include <string_view>
 
-#include "Classes/AsciiSetKernels.hpp"
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/AsciiSetKernels.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
+#include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/EntityConversion.hpp"
 #include "Classes/URLEscapes.hpp"
 #include "Classes/URLEscaping.hpp"
 #include "Classes/URLStringParts.hpp"
-#include "Classes/UnicharSearches.hpp"
-#include "Classes/UnitClasses.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/UnicharKernels.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/HostNames.hpp"
 #include "platform/Foundation/PercentEscapes.hpp"

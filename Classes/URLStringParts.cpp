@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/UnicharKernels.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 
 namespace nimbo {
 

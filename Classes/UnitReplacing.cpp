@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/UnitReplacing.hpp"
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FastSearches.hpp"
 
 namespace nimbo {
 

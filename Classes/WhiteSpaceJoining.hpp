@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo::detail {

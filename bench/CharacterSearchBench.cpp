@@ -13,10 +13,10 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FastSearches.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
-#include "Classes/UnicharSearches.hpp"
 #include "bench/Compare.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 

@@ -22,8 +22,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/TagScan.hpp"
-#include "Classes/UnicharSearches.hpp"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/UnicodeConverters.hpp"
+#include "Classes/Characters/UnicodeConverters.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 
 namespace {

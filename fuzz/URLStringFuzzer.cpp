@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/NSString+URLUtilities.hpp"
 #include "Classes/URLEscaping.hpp"

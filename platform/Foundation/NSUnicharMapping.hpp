@@ -6,7 +6,8 @@
 namespace nimbo {
 
 /// Mappings of one code unit by Unicode's data and no language's rules. Where the full mapping has not exactly
-/// one unit, each answers the unit itself. They are slow; `Classes/CharacterTables.hpp` has tables of them.
+/// one unit, each answers the unit itself. They are slow; `Classes/Characters/CharacterTables.hpp` has tables
+/// of them.
 
 unichar uppercaseUnichar(unichar c);
 unichar lowercaseUnichar(unichar c);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-#include "Classes/FoldCandidates.hpp"
+#include "Classes/Characters/FoldCandidates.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
 #include "platform/Foundation/NSCharacterSet.hpp"
 #include "platform/Foundation/NSUnicharMapping.hpp"

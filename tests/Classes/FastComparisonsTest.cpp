@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 
+#include "Classes/Characters/SetFilteredComparisons.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
-#include "Classes/SetFilteredComparisons.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 
 namespace nimbo {

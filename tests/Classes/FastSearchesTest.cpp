@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/FastSearches.hpp"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 #include "tests/Classes/VectorTargets.hpp"

@@ -6,8 +6,8 @@
 
 #include <sys/mman.h>
 
-#include "Classes/FastSearches.hpp"
-#include "Classes/UnicharSearches.hpp"
+#include "Classes/Characters/FastSearches.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 
 // The sanitizers look at each access, which takes minutes here.
 #if !defined(__SANITIZE_ADDRESS__)

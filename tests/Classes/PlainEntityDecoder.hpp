@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/CharacterSetRep.hpp"
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/EntityTable.hpp"
 
 namespace nimbo {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/TagScanner.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 

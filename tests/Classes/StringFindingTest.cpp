@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/NSString+NSStringTextFinding.hpp"

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/AsciiSetKernels.hpp"
+#include "Classes/Characters/AsciiSetKernels.hpp"
 #include "Classes/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/NSString+URLUtilities.hpp"
 #include "Classes/URLEscaping.hpp"

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/UnicharSearches.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 #include "tests/Classes/VectorTargets.hpp"
 

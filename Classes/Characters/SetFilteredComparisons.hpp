@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "Classes/CharacterSetRep.hpp"
+#include "Classes/Characters/CharacterSetRep.hpp"
 
 namespace nimbo {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/UnicharSearches.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 
-#include "Classes/FoldCandidates.hpp"
+#include "Classes/Characters/FoldCandidates.hpp"
 
 namespace nimbo {
 

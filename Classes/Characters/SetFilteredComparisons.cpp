@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/SetFilteredComparisons.hpp"
+#include "Classes/Characters/SetFilteredComparisons.hpp"
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 
 namespace nimbo {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/FoldCandidates.hpp"
+#include "Classes/Characters/FoldCandidates.hpp"
 
 #include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <vector>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 
 namespace nimbo::detail {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/UnicodeConverters.hpp"
+#include "Classes/Characters/UnicodeConverters.hpp"
 
 #include <memory>
 #include <span>

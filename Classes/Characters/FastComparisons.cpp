@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/FastComparisons.hpp"
+#include "Classes/Characters/FastComparisons.hpp"
 
 #include <algorithm>
 
-#include "Classes/CharacterTables.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
 
 namespace nimbo {
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/UnicharKernels.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 
 #include <algorithm>
 #include <type_traits>
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "Classes/UnicharKernels.cpp"
+#define HWY_TARGET_INCLUDE "Classes/Characters/UnicharKernels.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 

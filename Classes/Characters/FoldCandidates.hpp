@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Classes/UnicharKernels.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 
 namespace nimbo::detail {
 

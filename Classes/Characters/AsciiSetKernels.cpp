@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/AsciiSetKernels.hpp"
+#include "Classes/Characters/AsciiSetKernels.hpp"
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "Classes/AsciiSetKernels.cpp"
+#define HWY_TARGET_INCLUDE "Classes/Characters/AsciiSetKernels.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 

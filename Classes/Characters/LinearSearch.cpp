@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/LinearSearch.hpp"
+#include "Classes/Characters/LinearSearch.hpp"
 
 #include <algorithm>
 #include <functional>

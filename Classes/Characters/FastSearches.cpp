@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/FastSearches.hpp"
+#include "Classes/Characters/FastSearches.hpp"
 
 #include <algorithm>
 #include <array>
@@ -10,10 +10,10 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/CharacterTables.hpp"
-#include "Classes/FoldCandidates.hpp"
-#include "Classes/LinearSearch.hpp"
-#include "Classes/UnicharSearches.hpp"
+#include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/FoldCandidates.hpp"
+#include "Classes/Characters/LinearSearch.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 
 namespace nimbo {
 
