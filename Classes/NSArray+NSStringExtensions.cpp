@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSArray+NSStringExtensions.hpp"
 
-#include "Classes/NSString+NSStringNimboExtensions+Comparing.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {

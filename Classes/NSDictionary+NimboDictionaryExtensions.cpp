@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "Classes/NSString+NSStringNimboExtensions+Values.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Values.hpp"
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSNumber.hpp"
 

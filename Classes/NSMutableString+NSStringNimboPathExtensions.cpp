@@ -5,7 +5,7 @@
 #include <string>
 
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 #include "platform/Foundation/NSStringCharacters.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
 #include "platform/Foundation/UTF8.hpp"

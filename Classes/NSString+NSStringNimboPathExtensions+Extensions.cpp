@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Comparing.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 

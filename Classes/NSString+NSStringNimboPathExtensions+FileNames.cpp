@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Classes/NSMutableString+NSStringNimboPathExtensions.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboPathExtensions {

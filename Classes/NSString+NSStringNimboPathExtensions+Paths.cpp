@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 
 namespace nimbo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSString+URLUtilities+Query.hpp"
 
-#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
 #include "Classes/URLQuery.hpp"
 
 namespace nimbo {

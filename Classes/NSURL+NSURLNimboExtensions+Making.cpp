@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string>
 
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/URLNormalizing.hpp"
 #include "Classes/URLRepair.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"

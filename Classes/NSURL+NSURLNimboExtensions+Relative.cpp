@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/NSURL+NSURLNimboExtensions+Relative.hpp"
 
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/URLNormalizing.hpp"
 #include "Classes/URLRepair.hpp"
 

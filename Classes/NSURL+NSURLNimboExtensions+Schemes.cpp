@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "Classes/SearchEngines.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 
 namespace nimbo {

@@ -16,7 +16,7 @@
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FastSearches.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
 #include "bench/Compare.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 

@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Normalizing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Normalizing.hpp"
 #include "bench/Compare.hpp"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <exception>
 #include <utility>
 
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
 
 namespace nimbo {
 inline namespace Conversion {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/PDFProducer.hpp"
 
-#include "Classes/NSString+NSStringTextFinding.hpp"
+#include "Classes/Strings/NSString+NSStringTextFinding.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
 
 namespace nimbo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/QuiverleafHelper.hpp"
 
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "helper/PDFDocument+Conversion.hpp"
 #include "helper/PDFProducer.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"

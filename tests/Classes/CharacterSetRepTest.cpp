@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 
 namespace nimbo {
 namespace {

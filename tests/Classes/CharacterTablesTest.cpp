@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Classes/Characters/FoldCandidates.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 #include "platform/Foundation/NSCharacterSet.hpp"
 #include "platform/Foundation/NSUnicharMapping.hpp"
 

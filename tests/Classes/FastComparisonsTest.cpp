@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Classes/Characters/SetFilteredComparisons.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 
 namespace nimbo {

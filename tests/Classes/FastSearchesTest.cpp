@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 #include "tests/Classes/VectorTargets.hpp"
 

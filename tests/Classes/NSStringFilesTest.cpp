@@ -10,8 +10,8 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/NSString+NSStringNimboExtensions+Creating.hpp"
-#include "Classes/NSString+NSStringNimboExtensions+Files.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Creating.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Files.hpp"
 #include "tests/TemporaryFolder.hpp"
 
 using namespace std::literals;

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Classes/NSString+NSStringNimboPathExtensions+NaturalOrder.hpp"
-#include "Classes/NSString+Sorting.hpp"
+#include "Classes/Strings/NSString+Sorting.hpp"
 #include "platform/Foundation/NSStringCollation.hpp"
 
 namespace nimbo {

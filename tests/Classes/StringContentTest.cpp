@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "Classes/NSArray+NSStringExtensions.hpp"
-#include "Classes/NSData+ASCII.hpp"
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/Strings/NSData+ASCII.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "platform/Foundation/id.hpp"
 #include "tests/Classes/StringSamples.hpp"
 

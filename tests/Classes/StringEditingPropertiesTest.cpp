@@ -3,8 +3,8 @@
 
 #include <functional>
 
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "tests/Classes/StringSamples.hpp"
 
 namespace nimbo {

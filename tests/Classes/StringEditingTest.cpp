@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "tests/Classes/StringSamples.hpp"
 
 namespace nimbo {

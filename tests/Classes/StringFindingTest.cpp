@@ -4,9 +4,9 @@
 #include <algorithm>
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions.hpp"
-#include "Classes/NSString+NSStringNimboExtensions.hpp"
-#include "Classes/NSString+NSStringTextFinding.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/Strings/NSString+NSStringTextFinding.hpp"
 #include "tests/Classes/StringSamples.hpp"
 
 namespace nimbo {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Removing.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Removing.hpp"
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Removing.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Removing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

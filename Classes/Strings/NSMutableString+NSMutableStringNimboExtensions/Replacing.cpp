@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Replacing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Replacing.hpp"
 
 #include <algorithm>
 #include <utility>
 
-#include "Classes/UnitReplacing.hpp"
+#include "Classes/Strings/UnitReplacing.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {

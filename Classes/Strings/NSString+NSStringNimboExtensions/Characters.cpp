@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Characters.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FastComparisons.hpp"

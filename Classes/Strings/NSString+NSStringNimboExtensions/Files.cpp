@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Files.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Files.hpp"
 
 #include <string_view>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Content.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Content.hpp"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Normalizing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Normalizing.hpp"
 
 #include <algorithm>
 

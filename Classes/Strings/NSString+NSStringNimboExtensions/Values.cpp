@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Values.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Values.hpp"
 
 #include <algorithm>
 #include <utility>
 
 #include "Classes/Characters/FastComparisons.hpp"
-#include "Classes/LineIteration.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/LineIteration.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Trimming.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Trimming.hpp"
 
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {

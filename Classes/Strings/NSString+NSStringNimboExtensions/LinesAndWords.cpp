@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+LinesAndWords.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/LinesAndWords.hpp"
 
 #include <algorithm>
 
-#include "Classes/LineIteration.hpp"
+#include "Classes/Strings/LineIteration.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringTextFinding.hpp"
+#include "Classes/Strings/NSString+NSStringTextFinding.hpp"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+Sorting.hpp"
+#include "Classes/Strings/NSString+Sorting.hpp"
 
 #include <vector>
 

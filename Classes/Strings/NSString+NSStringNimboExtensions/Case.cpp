@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Case.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Case.hpp"
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
 
 namespace nimbo {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Editing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Editing.hpp"
 
 #include <algorithm>
 #include <utility>

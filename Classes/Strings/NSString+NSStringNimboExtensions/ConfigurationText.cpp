@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+ConfigurationText.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/ConfigurationText.hpp"
 
 #include "Classes/Characters/FastComparisons.hpp"
-#include "Classes/LineIteration.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/LineIteration.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

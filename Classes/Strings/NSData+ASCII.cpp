@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSData+ASCII.hpp"
+#include "Classes/Strings/NSData+ASCII.hpp"
 
 #include <algorithm>
 

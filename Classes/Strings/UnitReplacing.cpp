@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/UnitReplacing.hpp"
+#include "Classes/Strings/UnitReplacing.hpp"
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FastSearches.hpp"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Replacing.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Replacing.hpp"
 
 #include <utility>
 
-#include "Classes/UnitEditing.hpp"
-#include "Classes/UnitReplacing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
+#include "Classes/Strings/UnitReplacing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Finding.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
 
 #include <algorithm>
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboExtensions+Normalizing.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Normalizing.hpp"
 
 #include <utility>
 
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Normalizing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Normalizing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Removing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Removing.hpp"
 
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/NSMutableString+NSMutableStringNimboExtensions+Replacing.hpp"
-#include "Classes/UnitEditing.hpp"
+#include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Replacing.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {
