@@ -7,7 +7,7 @@
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
-#include "Classes/NSArray+NSStringExtensions.hpp"
+#include "Classes/Collections/NSArray+NSStringExtensions.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

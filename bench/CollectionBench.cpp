@@ -18,7 +18,7 @@
 #include <utility>
 #include <vector>
 
-#include "Classes/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
+#include "Classes/Collections/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
 #include "bench/Compare.hpp"
 
 namespace {

@@ -9,9 +9,9 @@
 #include <tuple>
 #include <utility>
 
-#include "Classes/NSDictionary+NimboDictionaryExtensions.hpp"
-#include "Classes/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
-#include "Classes/NSMutableDictionary+NimboDictionaryExtensions.hpp"
+#include "Classes/Collections/NSDictionary+NimboDictionaryExtensions.hpp"
+#include "Classes/Collections/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
+#include "Classes/Collections/NSMutableDictionary+NimboDictionaryExtensions.hpp"
 #include "platform/Foundation/NSException.hpp"
 
 namespace nimbo {

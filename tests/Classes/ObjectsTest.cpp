@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include "Classes/NSObject+NSObjectNimboExtensions.hpp"
-#include "Classes/RespondsToListener.hpp"
+#include "Classes/Collections/NSObject+NSObjectNimboExtensions.hpp"
+#include "Classes/Collections/RespondsToListener.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "Classes/NSArray+NSStringExtensions.hpp"
+#include "Classes/Collections/NSArray+NSStringExtensions.hpp"
 #include "Classes/Strings/NSData+ASCII.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "platform/Foundation/id.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableDictionary+NimboDictionaryExtensions.hpp"
+#include "Classes/Collections/NSMutableDictionary+NimboDictionaryExtensions.hpp"
 
 namespace nimbo {
 inline namespace NimboDictionaryExtensions {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/RespondsToListener.hpp"
+#include "Classes/Collections/RespondsToListener.hpp"
 
 #include "platform/Foundation/NSLog.hpp"
 

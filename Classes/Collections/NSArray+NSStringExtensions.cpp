@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSArray+NSStringExtensions.hpp"
+#include "Classes/Collections/NSArray+NSStringExtensions.hpp"
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
 #include "platform/Foundation/id.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSDictionary+NimboDictionaryExtensions.hpp"
+#include "Classes/Collections/NSDictionary+NimboDictionaryExtensions.hpp"
 
 #include <algorithm>
 #include <limits>

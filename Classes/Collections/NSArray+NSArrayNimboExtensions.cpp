@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSArray+NSArrayNimboExtensions.hpp"
+#include "Classes/Collections/NSArray+NSArrayNimboExtensions.hpp"
 
 #include <algorithm>
 #include <span>

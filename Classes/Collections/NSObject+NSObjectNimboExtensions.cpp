@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSObject+NSObjectNimboExtensions.hpp"
+#include "Classes/Collections/NSObject+NSObjectNimboExtensions.hpp"
 
 #include <exception>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
+#include "Classes/Collections/NSMutableArray+MSMutableArrayNimboExtensions.hpp"
 
 #include <algorithm>
 #include <span>

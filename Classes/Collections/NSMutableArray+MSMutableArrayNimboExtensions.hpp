@@ -3,7 +3,7 @@
 
 #include <initializer_list>
 
-#include "Classes/NSArray+NSArrayNimboExtensions.hpp"
+#include "Classes/Collections/NSArray+NSArrayNimboExtensions.hpp"
 
 namespace nimbo {
 inline namespace MSMutableArrayNimboExtensions {
