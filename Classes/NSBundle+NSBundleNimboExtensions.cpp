@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <string>
 
-#include "Classes/NSString+NSStringNimboPathExtensions+FileNames.hpp"
-#include "Classes/StandardDirectories.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions/FileNames.hpp"
+#include "Classes/Paths/StandardDirectories.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/NSString+NSStringNimboPathExtensions+Extensions.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions/Extensions.hpp"
 #include "platform/CoreServices/ContentTypes.hpp"
 
 namespace nimbo {

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "Classes/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/NSString+URLUtilities.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Components.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Strings.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/UTF8.hpp"

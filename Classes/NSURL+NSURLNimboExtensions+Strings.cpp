@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Classes/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/NSString+URLUtilities.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
 #include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

@@ -6,10 +6,10 @@
 #include <fstream>
 
 #include "Classes/NSBundle+NSBundleNimboExtensions.hpp"
-#include "Classes/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/NSString+NSStringNimboPathExtensions+Types.hpp"
-#include "Classes/NSString+NSStringNimboPathExtensions.hpp"
-#include "Classes/StandardDirectories.hpp"
+#include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
+#include "Classes/Paths/StandardDirectories.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "tests/TemporaryFolder.hpp"

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include "Classes/NSString+NSStringNimboPathExtensions+NaturalOrder.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions/NaturalOrder.hpp"
 #include "Classes/Strings/NSString+Sorting.hpp"
 #include "platform/Foundation/NSStringCollation.hpp"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboPathExtensions+FileNames.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions/FileNames.hpp"
 
 #include <utility>
 
-#include "Classes/NSMutableString+NSStringNimboPathExtensions.hpp"
+#include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {

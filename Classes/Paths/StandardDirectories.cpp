@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/StandardDirectories.hpp"
+#include "Classes/Paths/StandardDirectories.hpp"
 
 #include "platform/Foundation/NSPathUtilities.hpp"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboPathExtensions+Base64.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions/Base64.hpp"
 
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSDataBase64.hpp"

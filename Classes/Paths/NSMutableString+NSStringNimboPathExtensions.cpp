@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSMutableString+NSStringNimboPathExtensions.hpp"
+#include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
 
 #include <optional>
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboPathExtensions+Paths.hpp"
+#include "Classes/Paths/NSString+NSStringNimboPathExtensions/Paths.hpp"
 
 #include <algorithm>
 
