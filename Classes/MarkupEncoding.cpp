@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "Classes/Characters/FastComparisons.hpp"
-#include "Classes/NSString+HtmlExtensions+Entities.hpp"
+#include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
 #include "Classes/NSString+XmlExtensions.hpp"
 #include "Classes/TagAttributes.hpp"
 #include "platform/Foundation/NSMutableString.hpp"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Classes/NSString+HtmlExtensions+Entities.hpp"
+#include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
 #include "Classes/NSString+HtmlExtensions+Stripping.hpp"
 #include "Classes/NSString+HtmlExtensions+URLs.hpp"

@@ -5,7 +5,7 @@
 
 #include "Classes/Characters/FastSearches.hpp"
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/EntityConversion.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
 
 namespace nimbo::detail {
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/EntityConversion.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/PlainTextTags.hpp"
 #include "Classes/TagScanner.hpp"
 

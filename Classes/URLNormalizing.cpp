@@ -10,7 +10,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnitClasses.hpp"
-#include "Classes/EntityConversion.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/URLEscapes.hpp"
 #include "Classes/URLEscaping.hpp"
 #include "Classes/URLStringParts.hpp"

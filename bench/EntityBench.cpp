@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/EntityConversion.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/NSString+HtmlExtensions.hpp"
 #include "bench/Compare.hpp"
 #include "tests/Classes/PlainEntityDecoder.hpp"

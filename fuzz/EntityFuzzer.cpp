@@ -7,8 +7,8 @@
 #include <memory>
 #include <string>
 
-#include "Classes/EntityConversion.hpp"
-#include "Classes/EntityEncoding.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
+#include "Classes/Entities/EntityEncoding.hpp"
 #include "Classes/NSString+HtmlExtensions.hpp"
 #include "fuzz/FuzzedText.hpp"
 #include "tests/Classes/PlainEntityDecoder.hpp"

@@ -9,7 +9,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/EntityTable.hpp"
+#include "Classes/Entities/EntityTable.hpp"
 
 namespace nimbo {
 

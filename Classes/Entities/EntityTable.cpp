@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/EntityTable.hpp"
+#include "Classes/Entities/EntityTable.hpp"
 
 #include <algorithm>
 #include <bit>

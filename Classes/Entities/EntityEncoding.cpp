@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/EntityEncoding.hpp"
+#include "Classes/Entities/EntityEncoding.hpp"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
 #include "Classes/Characters/UnicharKernels.hpp"
-#include "Classes/EntityTable.hpp"
+#include "Classes/Entities/EntityTable.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

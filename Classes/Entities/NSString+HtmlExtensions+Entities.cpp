@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+HtmlExtensions+Entities.hpp"
+#include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
 
 #include <array>
 #include <new>
@@ -7,8 +7,8 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/EntityConversion.hpp"
-#include "Classes/EntityEncoding.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
+#include "Classes/Entities/EntityEncoding.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/EntityConversion.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -7,7 +7,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharKernels.hpp"
-#include "Classes/EntityTable.hpp"
+#include "Classes/Entities/EntityTable.hpp"
 
 namespace nimbo {
 
