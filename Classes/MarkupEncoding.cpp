@@ -5,8 +5,8 @@
 
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
-#include "Classes/NSString+XmlExtensions.hpp"
-#include "Classes/TagAttributes.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 
 namespace nimbo {
 

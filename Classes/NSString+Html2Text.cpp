@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/PlainTextHandler.hpp"
 #include "Classes/SimplePlainTextHandler.hpp"
 

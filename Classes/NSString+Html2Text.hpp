@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "Classes/Markup/TagScanner.hpp"
 #include "Classes/PlainTextOptions.hpp"
-#include "Classes/TagScanner.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {

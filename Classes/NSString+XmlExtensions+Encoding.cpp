@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "Classes/CharsetNames.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/MarkupDecoding.hpp"
 #include "Classes/MarkupEncoding.hpp"
-#include "Classes/NSString+XmlExtensions.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"

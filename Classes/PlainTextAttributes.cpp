@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/TagAttributes.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 
 namespace nimbo::detail {
 

@@ -3,10 +3,10 @@
 
 #include <algorithm>
 
+#include "Classes/Markup/TagScanner.hpp"
 #include "Classes/PlainTextAttributes.hpp"
 #include "Classes/PlainTextRuns.hpp"
 #include "Classes/SimplePlainTextHandler.hpp"
-#include "Classes/TagScanner.hpp"
 
 namespace nimbo {
 

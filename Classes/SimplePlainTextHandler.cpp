@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "Classes/Entities/EntityConversion.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 #include "Classes/PlainTextTags.hpp"
-#include "Classes/TagScanner.hpp"
 
 namespace nimbo {
 

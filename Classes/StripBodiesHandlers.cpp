@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/TagShape.hpp"
+#include "Classes/Markup/TagShape.hpp"
 #include "Classes/WhiteSpaceJoining.hpp"
 
 namespace nimbo {

@@ -7,7 +7,7 @@
 #include <span>
 #include <string_view>
 
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

@@ -5,8 +5,8 @@
 #include <array>
 #include <span>
 
-#include "Classes/NSString+XmlExtensions.hpp"
-#include "Classes/TagShape.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/TagShape.hpp"
 #include "Classes/WhiteSpaceJoining.hpp"
 
 namespace nimbo {

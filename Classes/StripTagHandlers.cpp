@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/StripTagHandlers.hpp"
 
-#include "Classes/NSString+XmlExtensions.hpp"
-#include "Classes/TagShape.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/TagShape.hpp"
 #include "Classes/WhiteSpaceJoining.hpp"
 
 namespace nimbo {

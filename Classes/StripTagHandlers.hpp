@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

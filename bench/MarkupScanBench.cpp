@@ -23,7 +23,7 @@
 #include <vector>
 
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/TagScan.hpp"
+#include "Classes/Markup/TagScan.hpp"
 
 namespace {
 

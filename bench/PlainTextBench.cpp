@@ -19,8 +19,8 @@
 #include <string_view>
 #include <vector>
 
+#include "Classes/Markup/TagScan.hpp"
 #include "Classes/NSString+Html2Text.hpp"
-#include "Classes/TagScan.hpp"
 
 using namespace nimbo;
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "Classes/NSString+XmlExtensions.hpp"
-#include "Classes/TagAttributes.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 #include "tests/Classes/StringSamples.hpp"
 
 namespace {

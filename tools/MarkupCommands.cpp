@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "Classes/Markup/TagScan.hpp"
 #include "Classes/NSString+HtmlExtensions.hpp"
-#include "Classes/TagScan.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/id.hpp"

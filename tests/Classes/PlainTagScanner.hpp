@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 
 namespace nimbo {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/TagAttributes.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/id.hpp"

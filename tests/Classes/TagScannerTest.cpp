@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "Classes/TagScan.hpp"
+#include "Classes/Markup/TagScan.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 #include "tests/Classes/PlainTagScanner.hpp"
 #include "tests/Classes/StringSamples.hpp"

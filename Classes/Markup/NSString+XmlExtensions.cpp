@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+XmlExtensions.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
 
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
 
-#include "Classes/StoreTagHandlers.hpp"
-#include "Classes/TagAttributes.hpp"
+#include "Classes/Markup/StoreTagHandlers.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPageSize.hpp"

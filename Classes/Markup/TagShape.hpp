@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "Classes/Characters/FastComparisons.hpp"
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 
 namespace nimbo::detail {
 

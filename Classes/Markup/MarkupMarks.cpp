@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MarkupMarks.hpp"
+#include "Classes/Markup/MarkupMarks.hpp"
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "Classes/MarkupMarks.cpp"
+#define HWY_TARGET_INCLUDE "Classes/Markup/MarkupMarks.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 
 #include <algorithm>
 #include <memory>
 #include <new>
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/TagScan.hpp"
+#include "Classes/Markup/TagScan.hpp"
 
 namespace nimbo {
 

@@ -5,7 +5,7 @@
 
 #include <cstdint>
 
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSArray.hpp"
 
 namespace nimbo {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/RawTextElements.hpp"
+#include "Classes/Markup/RawTextElements.hpp"
 
 #include <string_view>
 

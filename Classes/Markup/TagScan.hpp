@@ -6,10 +6,10 @@
 #include <cstdint>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
-#include "Classes/MarkupMarks.hpp"
-#include "Classes/RawTextElements.hpp"
-#include "Classes/RetracedTagEnds.hpp"
-#include "Classes/TagScanner.hpp"
+#include "Classes/Markup/MarkupMarks.hpp"
+#include "Classes/Markup/RawTextElements.hpp"
+#include "Classes/Markup/RetracedTagEnds.hpp"
+#include "Classes/Markup/TagScanner.hpp"
 
 namespace nimbo {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/RetracedTagEnds.hpp"
+#include "Classes/Markup/RetracedTagEnds.hpp"
 
 namespace nimbo::detail {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/TagAttributes.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 
 #include <algorithm>
 #include <cstring>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/StoreTagHandlers.hpp"
+#include "Classes/Markup/StoreTagHandlers.hpp"
 
 #include <cstdlib>
 
