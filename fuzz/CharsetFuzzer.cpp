@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/CharsetNames.hpp"
+#include "Classes/Encodings/CharsetNames.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 
 namespace {

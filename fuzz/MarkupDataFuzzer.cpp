@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <vector>
 
-#include "Classes/MarkupDecoding.hpp"
-#include "Classes/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Encodings/MarkupDecoding.hpp"
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 
 namespace {

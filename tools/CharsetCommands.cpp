@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/CharsetCommands.hpp"
 
-#include "Classes/MarkupDecoding.hpp"
-#include "Classes/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Encodings/MarkupDecoding.hpp"
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
 #include "tools/ExitCode.hpp"

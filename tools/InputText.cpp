@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/InputText.hpp"
 
-#include "Classes/MarkupDecoding.hpp"
+#include "Classes/Encodings/MarkupDecoding.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSStringEncodingDetection.hpp"
 #include "tools/InputFile.hpp"

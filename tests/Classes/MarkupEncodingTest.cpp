@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MarkupEncoding.hpp"
+#include "Classes/Encodings/MarkupEncoding.hpp"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 
-#include "Classes/MarkupDecoding.hpp"
-#include "Classes/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Encodings/MarkupDecoding.hpp"
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "tests/TemporaryFolder.hpp"

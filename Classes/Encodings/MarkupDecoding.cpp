@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MarkupDecoding.hpp"
+#include "Classes/Encodings/MarkupDecoding.hpp"
 
 #include <algorithm>
 #include <initializer_list>
@@ -9,7 +9,7 @@
 
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnicodeConverters.hpp"
-#include "Classes/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/UTF8.hpp"

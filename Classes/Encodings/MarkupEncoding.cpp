@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MarkupEncoding.hpp"
+#include "Classes/Encodings/MarkupEncoding.hpp"
 
 #include <string_view>
 

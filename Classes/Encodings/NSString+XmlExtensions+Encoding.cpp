@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "Classes/CharsetNames.hpp"
+#include "Classes/Encodings/CharsetNames.hpp"
+#include "Classes/Encodings/MarkupDecoding.hpp"
+#include "Classes/Encodings/MarkupEncoding.hpp"
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
-#include "Classes/MarkupDecoding.hpp"
-#include "Classes/MarkupEncoding.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/CharsetNames.hpp"
+#include "Classes/Encodings/CharsetNames.hpp"
 
 #include <algorithm>
 #include <array>
