@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/NSString+HtmlExtensions+Stripping.hpp"
+#include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 #include "tests/Classes/StringSamples.hpp"
 
 namespace {

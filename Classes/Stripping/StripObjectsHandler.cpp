@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/StripObjectsHandler.hpp"
+#include "Classes/Stripping/StripObjectsHandler.hpp"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/Markup/TagShape.hpp"
-#include "Classes/WhiteSpaceJoining.hpp"
+#include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
 namespace nimbo {
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+HtmlExtensions+Stripping.hpp"
+#include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 
 #include <exception>
 #include <optional>
 #include <string_view>
 #include <utility>
 
-#include "Classes/StripBodiesHandlers.hpp"
-#include "Classes/StripObjectsHandler.hpp"
-#include "Classes/StripTagHandlers.hpp"
+#include "Classes/Stripping/StripBodiesHandlers.hpp"
+#include "Classes/Stripping/StripObjectsHandler.hpp"
+#include "Classes/Stripping/StripTagHandlers.hpp"
 
 namespace nimbo {
 inline namespace HtmlExtensions {

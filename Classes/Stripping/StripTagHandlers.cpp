@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/StripTagHandlers.hpp"
+#include "Classes/Stripping/StripTagHandlers.hpp"
 
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/Markup/TagShape.hpp"
-#include "Classes/WhiteSpaceJoining.hpp"
+#include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
 namespace nimbo {
 

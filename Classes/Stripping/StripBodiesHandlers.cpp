@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/StripBodiesHandlers.hpp"
+#include "Classes/Stripping/StripBodiesHandlers.hpp"
 
 #include <algorithm>
 
 #include "Classes/Markup/TagShape.hpp"
-#include "Classes/WhiteSpaceJoining.hpp"
+#include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
 namespace nimbo {
 
