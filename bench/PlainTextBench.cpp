@@ -20,7 +20,7 @@
 #include <vector>
 
 #include "Classes/Markup/TagScan.hpp"
-#include "Classes/NSString+Html2Text.hpp"
+#include "Classes/PlainText/NSString+Html2Text.hpp"
 
 using namespace nimbo;
 

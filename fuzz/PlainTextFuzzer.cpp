@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/NSString+Html2Text.hpp"
-#include "Classes/PlainTextHandler.hpp"
-#include "Classes/SimplePlainTextHandler.hpp"
+#include "Classes/PlainText/NSString+Html2Text.hpp"
+#include "Classes/PlainText/PlainTextHandler.hpp"
+#include "Classes/PlainText/SimplePlainTextHandler.hpp"
 
 using namespace nimbo;
 

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "Classes/NSString+Html2Text.hpp"
+#include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "Classes/NSString+Html2Text.hpp"
-#include "Classes/PlainTextHandler.hpp"
-#include "Classes/PlainTextKernels.hpp"
+#include "Classes/PlainText/NSString+Html2Text.hpp"
+#include "Classes/PlainText/PlainTextHandler.hpp"
+#include "Classes/PlainText/PlainTextKernels.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 
 namespace nimbo {

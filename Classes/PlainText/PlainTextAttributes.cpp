@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextAttributes.hpp"
+#include "Classes/PlainText/PlainTextAttributes.hpp"
 
 #include <algorithm>
 

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/PlainTextJunk.hpp"
-#include "Classes/PlainTextOptions.hpp"
-#include "Classes/PlainTextTags.hpp"
-#include "Classes/PlainTextWriter.hpp"
+#include "Classes/PlainText/PlainTextJunk.hpp"
+#include "Classes/PlainText/PlainTextOptions.hpp"
+#include "Classes/PlainText/PlainTextTags.hpp"
+#include "Classes/PlainText/PlainTextWriter.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {

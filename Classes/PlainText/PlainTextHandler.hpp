@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "Classes/PlainTextRecord.hpp"
+#include "Classes/PlainText/PlainTextRecord.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextJunk.hpp"
+#include "Classes/PlainText/PlainTextJunk.hpp"
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/FastSearches.hpp"
-#include "Classes/PlainTextAttributes.hpp"
-#include "Classes/PlainTextStyle.hpp"
+#include "Classes/PlainText/PlainTextAttributes.hpp"
+#include "Classes/PlainText/PlainTextStyle.hpp"
 
 namespace nimbo::detail {
 

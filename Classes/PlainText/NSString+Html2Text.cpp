@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+Html2Text.hpp"
+#include "Classes/PlainText/NSString+Html2Text.hpp"
 
 #include <new>
 #include <utility>
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
-#include "Classes/PlainTextHandler.hpp"
-#include "Classes/SimplePlainTextHandler.hpp"
+#include "Classes/PlainText/PlainTextHandler.hpp"
+#include "Classes/PlainText/SimplePlainTextHandler.hpp"
 
 namespace nimbo {
 inline namespace Html2Text {

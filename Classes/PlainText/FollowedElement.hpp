@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/PlainTextTags.hpp"
+#include "Classes/PlainText/PlainTextTags.hpp"
 
 namespace nimbo::detail {
 

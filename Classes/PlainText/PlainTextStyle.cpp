@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextStyle.hpp"
+#include "Classes/PlainText/PlainTextStyle.hpp"
 
 #include <algorithm>
 #include <optional>
 
-#include "Classes/PlainTextAttributes.hpp"
+#include "Classes/PlainText/PlainTextAttributes.hpp"
 
 namespace nimbo::detail {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextTags.hpp"
+#include "Classes/PlainText/PlainTextTags.hpp"
 
 namespace nimbo::detail {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextRuns.hpp"
+#include "Classes/PlainText/PlainTextRuns.hpp"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextWriter.hpp"
+#include "Classes/PlainText/PlainTextWriter.hpp"
 
 #include <algorithm>
 #include <utility>

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "Classes/PlainTextRecord.hpp"
+#include "Classes/PlainText/PlainTextRecord.hpp"
 
 namespace nimbo::detail {
 

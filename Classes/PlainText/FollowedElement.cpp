@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/FollowedElement.hpp"
+#include "Classes/PlainText/FollowedElement.hpp"
 
 #include <algorithm>
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextHandler.hpp"
+#include "Classes/PlainText/PlainTextHandler.hpp"
 
 #include <algorithm>
 
 #include "Classes/Markup/TagScanner.hpp"
-#include "Classes/PlainTextAttributes.hpp"
-#include "Classes/PlainTextRuns.hpp"
-#include "Classes/SimplePlainTextHandler.hpp"
+#include "Classes/PlainText/PlainTextAttributes.hpp"
+#include "Classes/PlainText/PlainTextRuns.hpp"
+#include "Classes/PlainText/SimplePlainTextHandler.hpp"
 
 namespace nimbo {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/SimplePlainTextHandler.hpp"
+#include "Classes/PlainText/SimplePlainTextHandler.hpp"
 
 #include <algorithm>
 
 #include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/Markup/TagScanner.hpp"
-#include "Classes/PlainTextTags.hpp"
+#include "Classes/PlainText/PlainTextTags.hpp"
 
 namespace nimbo {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Classes/Markup/TagScanner.hpp"
-#include "Classes/PlainTextOptions.hpp"
+#include "Classes/PlainText/PlainTextOptions.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainTextKernels.hpp"
+#include "Classes/PlainText/PlainTextKernels.hpp"
 
 #include <algorithm>
 #include <cstdint>
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "Classes/PlainTextKernels.cpp"
+#define HWY_TARGET_INCLUDE "Classes/PlainText/PlainTextKernels.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 

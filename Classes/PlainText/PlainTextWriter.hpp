@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
-#include "Classes/PlainTextKernels.hpp"
+#include "Classes/PlainText/PlainTextKernels.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

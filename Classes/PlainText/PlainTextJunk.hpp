@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "Classes/FollowedElement.hpp"
+#include "Classes/PlainText/FollowedElement.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo::detail {
