@@ -2,5 +2,5 @@
 #pragma once
 
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
+#include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"

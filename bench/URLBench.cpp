@@ -28,10 +28,10 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
-#include "Classes/NSString+URLUtilities+Escaping.hpp"
-#include "Classes/URLEscaping.hpp"
-#include "Classes/URLNormalizing.hpp"
+#include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Escaping.hpp"
+#include "Classes/URLs/URLEscaping.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <iterator>
 #include <string>
 
-#include "Classes/NSURL+NSURLNimboExtensions.hpp"
-#include "Classes/URLRepair.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
+#include "Classes/URLs/URLRepair.hpp"
 
 namespace {
 

@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
-#include "Classes/NSString+URLUtilities.hpp"
-#include "Classes/URLEscaping.hpp"
-#include "Classes/URLNormalizing.hpp"
-#include "Classes/URLQuery.hpp"
+#include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
+#include "Classes/URLs/NSString+URLUtilities.hpp"
+#include "Classes/URLs/URLEscaping.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
+#include "Classes/URLs/URLQuery.hpp"
 #include "fuzz/FuzzedText.hpp"
 #include "platform/Foundation/id.hpp"
 

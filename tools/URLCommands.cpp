@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/URLCommands.hpp"
 
-#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/Output.hpp"
 #include "tools/URLReport.hpp"

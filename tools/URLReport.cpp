@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/URLReport.hpp"
 
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
-#include "Classes/NSString+URLUtilities.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions.hpp"
+#include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
+#include "Classes/URLs/NSString+URLUtilities.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
 
 namespace nimbo {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <filesystem>
 
-#include "Classes/NSURL+NSURLNimboExtensions.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
 #include "tests/TemporaryFolder.hpp"
 #include "tests/URLTexts.hpp"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/URLNormalizing.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
 
 #include <algorithm>
 #include <array>
@@ -11,9 +11,9 @@
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/Entities/EntityConversion.hpp"
-#include "Classes/URLEscapes.hpp"
-#include "Classes/URLEscaping.hpp"
-#include "Classes/URLStringParts.hpp"
+#include "Classes/URLs/URLEscapes.hpp"
+#include "Classes/URLs/URLEscaping.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

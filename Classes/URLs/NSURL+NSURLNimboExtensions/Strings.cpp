@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Strings.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Strings.hpp"
 
 #include <algorithm>
 #include <string_view>
 
-#include "Classes/NSString+URLUtilities.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
+#include "Classes/URLs/NSString+URLUtilities.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/FileSystem.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

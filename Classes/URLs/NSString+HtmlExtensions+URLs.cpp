@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+HtmlExtensions+URLs.hpp"
+#include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
 
 #include <string_view>
 #include <utility>
 
-#include "Classes/URLNormalizing.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

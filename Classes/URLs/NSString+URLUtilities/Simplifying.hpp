@@ -3,7 +3,7 @@
 // Shorter forms of a URL that name the same resource: two URLs with the same simplified form are taken for one.
 // The strings are URLs as `normalizedStringURL` gives them. Each function answers the string itself when it
 // changes nothing, and nil for nil. docs/urls.md has examples; the names that are removed stand in
-// Classes/URLParameters.tsv.
+// Classes/URLs/URLParameters.tsv.
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/URLParameters.hpp"
+#include "Classes/URLs/URLParameters.hpp"
 
 #include <algorithm>
 #include <array>
 
-#include "Classes/URLStringParts.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 
 namespace nimbo {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+URLUtilities+Kinds.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Kinds.hpp"
 
 #include <algorithm>
 #include <initializer_list>
@@ -7,7 +7,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
-#include "Classes/URLStringParts.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/URLStringParts.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 
 #include <algorithm>
 

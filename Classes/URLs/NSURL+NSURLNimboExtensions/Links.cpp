@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Links.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Links.hpp"
 
-#include "Classes/NSURL+NSURLNimboExtensions+Components.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+Schemes.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Components.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

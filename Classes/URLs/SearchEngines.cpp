@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/SearchEngines.hpp"
+#include "Classes/URLs/SearchEngines.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Status.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Status.hpp"
 
 #include <algorithm>
 #include <iterator>

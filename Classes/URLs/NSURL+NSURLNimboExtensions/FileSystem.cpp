@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/FileSystem.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
 
-#include "Classes/NSString+URLUtilities.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+Components.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+Strings.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
+#include "Classes/URLs/NSString+URLUtilities.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Components.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Strings.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/UTF8.hpp"

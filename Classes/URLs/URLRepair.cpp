@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/URLRepair.hpp"
+#include "Classes/URLs/URLRepair.hpp"
 
 #include <algorithm>
 #include <optional>

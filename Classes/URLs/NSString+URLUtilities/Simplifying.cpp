@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+URLUtilities+Simplifying.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Simplifying.hpp"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "Classes/URLParameters.hpp"
-#include "Classes/URLStringParts.hpp"
+#include "Classes/URLs/URLParameters.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

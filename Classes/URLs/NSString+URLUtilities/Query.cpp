@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+URLUtilities+Query.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Query.hpp"
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
-#include "Classes/URLQuery.hpp"
+#include "Classes/URLs/URLQuery.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Relative.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Relative.hpp"
 
-#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
-#include "Classes/URLNormalizing.hpp"
-#include "Classes/URLRepair.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
+#include "Classes/URLs/URLRepair.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

@@ -32,7 +32,7 @@ bool isWebKitURL(const NSURL &url);
 /// Whether both are files, or neither and both have the same host.
 bool isHostEqualTo(const NSURL &url, const NSURL &other);
 
-/// Whether the host is that of a search engine (Classes/SearchEngines.tsv) and the page none of those with
+/// Whether the host is that of a search engine (Classes/URLs/SearchEngines.tsv) and the page none of those with
 /// content of its own that engines have on the same host: news, groups, documentation.
 bool isSearchEngine(const NSURL &url);
 

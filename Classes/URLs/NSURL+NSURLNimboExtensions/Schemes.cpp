@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Schemes.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
 
 #include <algorithm>
 #include <initializer_list>
 
-#include "Classes/NSURL+NSURLNimboExtensions+FileSystem.hpp"
-#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
-#include "Classes/SearchEngines.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/FileSystem.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
+#include "Classes/URLs/SearchEngines.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 
 namespace nimbo {

@@ -5,7 +5,7 @@
 
 namespace nimbo {
 
-/// The kinds of Classes/URLParameters.tsv, as they are written there.
+/// The kinds of Classes/URLs/URLParameters.tsv, as they are written there.
 enum class URLNameKind { analytics, session, index };
 
 /// Whether the table has the name under this kind; the case of ASCII letters does not matter.

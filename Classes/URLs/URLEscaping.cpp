@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/URLEscaping.hpp"
+#include "Classes/URLs/URLEscaping.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -9,7 +9,7 @@
 
 #include "Classes/Characters/AsciiSetKernels.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/URLEscapes.hpp"
+#include "Classes/URLs/URLEscapes.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {

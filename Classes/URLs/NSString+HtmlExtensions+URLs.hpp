@@ -6,7 +6,7 @@
 namespace nimbo {
 inline namespace HtmlExtensions {
 
-/// A URL as it is written in markup, cleaned by `normalizeURLUnits` (Classes/URLNormalizing.hpp); with
+/// A URL as it is written in markup, cleaned by `normalizeURLUnits` (Classes/URLs/URLNormalizing.hpp); with
 /// `trimAnchor` without its anchor. The string itself when it is clean; up to 256 units nothing but a new
 /// result takes memory. Nil when nothing usable is left, for nil, and above `kMaxNormalizedURLLength` units
 /// that are not clean.

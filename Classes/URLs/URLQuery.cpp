@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/URLQuery.hpp"
+#include "Classes/URLs/URLQuery.hpp"
 
 #include <string_view>
 

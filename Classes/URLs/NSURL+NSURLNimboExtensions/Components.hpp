@@ -34,7 +34,7 @@ NSString fullPath(const NSURL &url);
 NSString pathExtension(const NSURL &url);
 NSString lastPathComponent(const NSURL &url);
 
-// The parameters of the query, as the functions of Classes/URLQuery.hpp. Nil, 0 and false without a query.
+// The parameters of the query, as the functions of Classes/URLs/URLQuery.hpp. Nil, 0 and false without a query.
 
 NSDictionary queryParams(const NSURL &url);
 std::uint32_t numberOfQueryParams(const NSURL &url);

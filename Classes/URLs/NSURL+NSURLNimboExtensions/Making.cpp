@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Making.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 
 #include <algorithm>
 #include <string>
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
-#include "Classes/URLNormalizing.hpp"
-#include "Classes/URLRepair.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
+#include "Classes/URLs/URLRepair.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/PercentEscapes.hpp"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Types.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Types.hpp"
 
 #include <algorithm>
 #include <span>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSURL+NSURLNimboExtensions+Components.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Components.hpp"
 
 #include <algorithm>
 #include <string>
 
-#include "Classes/URLQuery.hpp"
+#include "Classes/URLs/URLQuery.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 
 namespace nimbo {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+URLUtilities+Escaping.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Escaping.hpp"
 
 #include <new>
 #include <utility>
 
-#include "Classes/URLEscapes.hpp"
-#include "Classes/URLEscaping.hpp"
+#include "Classes/URLs/URLEscapes.hpp"
+#include "Classes/URLs/URLEscaping.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {
