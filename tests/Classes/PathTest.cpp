@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "Classes/NSBundle+NSBundleNimboExtensions.hpp"
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions.hpp"
 #include "Classes/NSString+NSStringNimboPathExtensions+Types.hpp"
 #include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSBundle+NSBundleNimboExtensions.hpp"
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions.hpp"
 
 #include <sys/stat.h>
 #include <unistd.h>
