@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "Classes/Entities/EntityConversion.hpp"
-#include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "bench/Compare.hpp"
 #include "tests/Classes/PlainEntityDecoder.hpp"
 

@@ -9,7 +9,7 @@
 
 #include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/Entities/EntityEncoding.hpp"
-#include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "fuzz/FuzzedText.hpp"
 #include "tests/Classes/PlainEntityDecoder.hpp"
 

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"

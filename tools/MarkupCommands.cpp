@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "Classes/Markup/TagScan.hpp"
-#include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/id.hpp"

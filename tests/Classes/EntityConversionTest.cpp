@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "tests/Classes/ExactBuffer.hpp"
 #include "tests/Classes/PlainEntityDecoder.hpp"
 #include "tests/Classes/VectorTargets.hpp"

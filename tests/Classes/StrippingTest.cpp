@@ -4,7 +4,7 @@
 #include <functional>
 #include <vector>
 
-#include "Classes/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "tests/Classes/StringSamples.hpp"
 
 namespace nimbo {
