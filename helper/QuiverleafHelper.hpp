@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "Classes/MetaDataImporter.hpp"
+#include "Classes/MetaData/MetaDataImporter.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 
 namespace nimbo {

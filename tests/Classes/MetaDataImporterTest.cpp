@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MetaDataImporter.hpp"
+#include "Classes/MetaData/MetaDataImporter.hpp"
 
 #include <gtest/gtest.h>
 
-#include "Classes/MDImporterListing.hpp"
+#include "Classes/MetaData/MDImporterListing.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "tests/ImporterBundle.hpp"
 

@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "Classes/Files/NSBundle+NSBundleNimboExtensions.hpp"
-#include "Classes/NSString+NSStringNimboPathExtensions+Types.hpp"
+#include "Classes/MetaData/NSString+NSStringNimboPathExtensions+Types.hpp"
 #include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Paths/StandardDirectories.hpp"

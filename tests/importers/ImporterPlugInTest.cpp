@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-#include "Classes/MDImporterAttributeDictionary.hpp"
+#include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
 
 namespace nimbo {

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <tuple>
 
-#include "Classes/MetaDataImporter.hpp"
+#include "Classes/MetaData/MetaDataImporter.hpp"
 #include "tests/TemporaryFolder.hpp"
 
 namespace nimbo {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MDImporterAttributeDictionary.hpp"
+#include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 
 #include <string_view>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MDImporterListing.hpp"
+#include "Classes/MetaData/MDImporterListing.hpp"
 
 #include <algorithm>
 

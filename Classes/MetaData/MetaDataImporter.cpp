@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/MetaDataImporter.hpp"
+#include "Classes/MetaData/MetaDataImporter.hpp"
 
 #include <algorithm>
 #include <string>
 
-#include "Classes/MDImporterAttributeDictionary.hpp"
-#include "Classes/MDImporterListing.hpp"
+#include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
+#include "Classes/MetaData/MDImporterListing.hpp"
 #include "platform/CoreServices/CFPlugIn.hpp"
 #include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/Foundation/NSBundle.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/NSString+NSStringNimboPathExtensions+Types.hpp"
+#include "Classes/MetaData/NSString+NSStringNimboPathExtensions+Types.hpp"
 
 #include <algorithm>
 

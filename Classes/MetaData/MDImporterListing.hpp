@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "Classes/MetaDataImporter.hpp"
+#include "Classes/MetaData/MetaDataImporter.hpp"
 
 namespace nimbo {
 
