@@ -4,10 +4,10 @@
 #include <numeric>
 #include <utility>
 
-#include "platform/Foundation/BinaryPropertyListFormat.hpp"
-#include "platform/Foundation/BinaryPropertyListReader.hpp"
-#include "platform/Foundation/BinaryPropertyListWriter.hpp"
-#include "platform/Foundation/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListReader.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListWriter.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 
 namespace nimbo {
 namespace {

@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <string_view>
 
-#include "platform/Foundation/BinaryPropertyListFormat.hpp"
-#include "platform/Foundation/BinaryPropertyListReader.hpp"
-#include "platform/Foundation/BinaryPropertyListWriter.hpp"
-#include "platform/Foundation/PropertyListLimits.hpp"
-#include "platform/Foundation/TextPropertyList.hpp"
-#include "platform/Foundation/XMLPropertyList.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListReader.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListWriter.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/TextPropertyList.hpp"
+#include "platform/Foundation/PropertyLists/XMLPropertyList.hpp"
 
 namespace nimbo {
 namespace {

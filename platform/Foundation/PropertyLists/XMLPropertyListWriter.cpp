@@ -9,8 +9,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Foundation/PropertyListLimits.hpp"
-#include "platform/Foundation/XMLPropertyList.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/XMLPropertyList.hpp"
 
 namespace nimbo {
 namespace {

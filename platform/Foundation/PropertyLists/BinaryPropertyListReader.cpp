@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/BinaryPropertyListReader.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListReader.hpp"
 
 #include <algorithm>
 #include <bit>
 #include <vector>
 
-#include "platform/Foundation/BinaryPropertyListFormat.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 
 namespace nimbo {
 namespace {

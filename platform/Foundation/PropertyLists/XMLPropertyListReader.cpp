@@ -14,8 +14,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Foundation/PropertyListLimits.hpp"
-#include "platform/Foundation/XMLPropertyList.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/XMLPropertyList.hpp"
 
 namespace nimbo {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/TextPropertyList.hpp"
+#include "platform/Foundation/PropertyLists/TextPropertyList.hpp"
 
 #include <algorithm>
 #include <string>
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 #include "platform/Foundation/UTF8.hpp"
 
 namespace nimbo {

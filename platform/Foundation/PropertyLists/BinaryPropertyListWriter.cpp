@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/BinaryPropertyListWriter.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListWriter.hpp"
 
 #include <bit>
 #include <cstdlib>
@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Foundation/BinaryPropertyListFormat.hpp"
 #include "platform/Foundation/LargeBytes.hpp"
-#include "platform/Foundation/PropertyListLimits.hpp"
+#include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
+#include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 
 namespace nimbo {
 namespace {
