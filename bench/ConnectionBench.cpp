@@ -20,8 +20,8 @@
 
 #include "clients/cpp/HelperClient.hpp"
 #include "helper/NimboImExport.hpp"
+#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
 #include "platform/Foundation/NSConnection.hpp"
-#include "platform/Foundation/NSConnectionMessage.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 
 using namespace nimbo;

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/Foundation/ConnectionChannel.hpp"
-#include "platform/Foundation/NSConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionChannel.hpp"
+#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
 
 using namespace nimbo;
 

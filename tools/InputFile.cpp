@@ -13,8 +13,8 @@
 #include <new>
 #include <system_error>
 
+#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
 #include "platform/Foundation/FileDescriptor.hpp"
-#include "platform/Foundation/NSConnectionMessage.hpp"
 #include "tools/FailureReason.hpp"
 
 namespace nimbo {

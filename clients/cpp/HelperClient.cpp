@@ -14,7 +14,7 @@
 
 #include "clients/cpp/HelperProcess.hpp"
 #include "helper/NimboImExport.hpp"
-#include "platform/Foundation/ConnectionChannel.hpp"
+#include "platform/Foundation/Connection/ConnectionChannel.hpp"
 
 namespace nimbo {
 namespace {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSConnection.hpp"
 
-#include "platform/Foundation/ConnectionServer.hpp"
+#include "platform/Foundation/Connection/ConnectionServer.hpp"
 
 namespace nimbo {
 

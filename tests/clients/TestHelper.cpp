@@ -11,9 +11,9 @@
 #include <thread>
 
 #include "helper/NimboImExport.hpp"
+#include "platform/Foundation/Connection/NSConnectionName.hpp"
 #include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/NSConnection.hpp"
-#include "platform/Foundation/NSConnectionName.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 

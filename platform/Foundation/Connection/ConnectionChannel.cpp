@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/ConnectionChannel.hpp"
+#include "platform/Foundation/Connection/ConnectionChannel.hpp"
 
 #include <sys/socket.h>
 #include <sys/uio.h>

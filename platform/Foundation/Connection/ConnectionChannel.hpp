@@ -9,8 +9,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
 #include "platform/Foundation/FileDescriptor.hpp"
-#include "platform/Foundation/NSConnectionMessage.hpp"
 #include "platform/Foundation/NSData.hpp"
 
 namespace nimbo {

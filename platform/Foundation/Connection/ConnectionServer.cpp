@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/ConnectionServer.hpp"
+#include "platform/Foundation/Connection/ConnectionServer.hpp"
 
 #include <sys/socket.h>
 
@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/Foundation/NSConnectionName.hpp"
+#include "platform/Foundation/Connection/NSConnectionName.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
 

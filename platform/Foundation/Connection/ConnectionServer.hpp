@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Foundation/ConnectionChannel.hpp"
+#include "platform/Foundation/Connection/ConnectionChannel.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 
 namespace nimbo {
