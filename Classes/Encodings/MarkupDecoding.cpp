@@ -12,7 +12,7 @@
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

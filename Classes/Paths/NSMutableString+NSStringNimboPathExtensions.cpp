@@ -6,9 +6,9 @@
 
 #include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
-#include "platform/Foundation/NSStringCharacters.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/NSStringCharacters.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

@@ -6,7 +6,7 @@
 #include <mutex>
 
 #include "platform/CoreServices/CodeTableSources.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 

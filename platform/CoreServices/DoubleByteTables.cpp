@@ -7,7 +7,7 @@
 
 #include "platform/CoreServices/CodeTableSources.hpp"
 #include "platform/CoreServices/TextConverters.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

@@ -8,7 +8,7 @@
 #include "platform/CoreServices/CodeTable.hpp"
 #include "platform/CoreServices/TextConverters.hpp"
 #include "platform/Foundation/NSRange.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

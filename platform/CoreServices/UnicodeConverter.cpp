@@ -4,7 +4,7 @@
 
 #include "platform/CoreServices/TextConverters.hpp"
 #include "platform/Foundation/NSRange.hpp"
-#include "platform/Foundation/UTF8Conversion.hpp"
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 
 namespace nimbo {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "platform/Foundation/ComposingRanks.hpp"
+#include "platform/Foundation/Unicode/ComposingRanks.hpp"
 
 namespace nimbo::detail {
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

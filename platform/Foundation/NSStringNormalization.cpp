@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Foundation/NSStringNormalQuickCheck.hpp"
+#include "platform/Foundation/Unicode/NSStringNormalQuickCheck.hpp"
 
 namespace nimbo {
 

@@ -12,7 +12,7 @@
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Strings.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

@@ -8,7 +8,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

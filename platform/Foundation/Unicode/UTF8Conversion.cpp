@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/UTF8Conversion.hpp"
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
-#include "platform/Foundation/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
 namespace {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/NSStringNormalQuickCheck.hpp"
+#include "platform/Foundation/Unicode/NSStringNormalQuickCheck.hpp"
 
 #include <algorithm>
 #include <array>
 
 #include "platform/Foundation/ComposingPairs.hpp"
-#include "platform/Foundation/ComposingRanks.hpp"
 #include "platform/Foundation/UnicharRanges.hpp"
+#include "platform/Foundation/Unicode/ComposingRanks.hpp"
 
 namespace nimbo::detail {
 
