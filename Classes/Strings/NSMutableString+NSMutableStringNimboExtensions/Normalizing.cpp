@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "platform/Foundation/NSStringCase.hpp"
-#include "platform/Foundation/UnicharRanges.hpp"
+#include "platform/Foundation/Vectors/UnicharRanges.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/Foundation/ComposingPairs.hpp"
-#include "platform/Foundation/UnicharRanges.hpp"
 #include "platform/Foundation/Unicode/ComposingRanks.hpp"
+#include "platform/Foundation/Vectors/ComposingPairs.hpp"
+#include "platform/Foundation/Vectors/UnicharRanges.hpp"
 
 namespace nimbo::detail {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/UnicharRanges.hpp"
+#include "platform/Foundation/Vectors/UnicharRanges.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "platform/Foundation/UnicharRanges.cpp"
+#define HWY_TARGET_INCLUDE "platform/Foundation/Vectors/UnicharRanges.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 

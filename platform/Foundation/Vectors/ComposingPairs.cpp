@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/ComposingPairs.hpp"
+#include "platform/Foundation/Vectors/ComposingPairs.hpp"
 
 #include <algorithm>
 #include <cstdint>
 
 // This file is compiled once for each kind of vector; the best for the processor is chosen at run time.
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "platform/Foundation/ComposingPairs.cpp"
+#define HWY_TARGET_INCLUDE "platform/Foundation/Vectors/ComposingPairs.cpp"
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
