@@ -8,8 +8,8 @@
 
 #include "Classes/Characters/FastComparisons.hpp"
 #include "platform/CoreServices/NSStringEncodings.hpp"
-#include "platform/Foundation/HostNames.hpp"
-#include "platform/Foundation/PercentEscapes.hpp"
+#include "platform/Foundation/URLs/HostNames.hpp"
+#include "platform/Foundation/URLs/PercentEscapes.hpp"
 
 namespace nimbo {
 namespace {

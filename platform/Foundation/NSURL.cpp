@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "platform/Foundation/NSFileManager.hpp"
-#include "platform/Foundation/PercentEscapes.hpp"
-#include "platform/Foundation/URIReference.hpp"
+#include "platform/Foundation/URLs/PercentEscapes.hpp"
+#include "platform/Foundation/URLs/URIReference.hpp"
 
 namespace nimbo {
 

@@ -8,7 +8,7 @@
 #include "Classes/URLs/URLNormalizing.hpp"
 #include "Classes/URLs/URLRepair.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
-#include "platform/Foundation/PercentEscapes.hpp"
+#include "platform/Foundation/URLs/PercentEscapes.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

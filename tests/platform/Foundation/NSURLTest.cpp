@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "platform/Foundation/HostNames.hpp"
 #include "platform/Foundation/NSBundleLocalization.hpp"
+#include "platform/Foundation/URLs/HostNames.hpp"
 #include "tests/TemporaryFolder.hpp"
 #include "tests/URLTexts.hpp"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/URIReference.hpp"
+#include "platform/Foundation/URLs/URIReference.hpp"
 
 #include <uriparser/Uri.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/HostNames.hpp"
+#include "platform/Foundation/URLs/HostNames.hpp"
 
 #include <unicode/uidna.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/PercentEscapes.hpp"
+#include "platform/Foundation/URLs/PercentEscapes.hpp"
 
 #include <charconv>
 
