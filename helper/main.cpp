@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
-#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 /// Serves the named connection for ever. A process whose name is taken stays unreachable.
 int main() {

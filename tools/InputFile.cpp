@@ -14,7 +14,7 @@
 #include <system_error>
 
 #include "platform/Foundation/Connection/NSConnectionMessage.hpp"
-#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tools/FailureReason.hpp"
 
 namespace nimbo {

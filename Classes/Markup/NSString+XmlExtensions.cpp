@@ -10,7 +10,7 @@
 #include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
-#include "platform/Foundation/NSPageSize.hpp"
+#include "platform/Foundation/System/NSPageSize.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {

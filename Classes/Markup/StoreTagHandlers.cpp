@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "platform/Foundation/NSDictionary.hpp"
-#include "platform/Foundation/NSPageSize.hpp"
+#include "platform/Foundation/System/NSPageSize.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {

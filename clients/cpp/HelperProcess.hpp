@@ -6,8 +6,8 @@
 #include <chrono>
 #include <string>
 
-#include "platform/Foundation/FileDescriptor.hpp"
 #include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 

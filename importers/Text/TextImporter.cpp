@@ -9,8 +9,8 @@
 #include <string>
 
 #include "importers/ImporterPlugIn.hpp"
-#include "platform/Foundation/FileDescriptor.hpp"
 #include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {

@@ -14,7 +14,7 @@
 #include "platform/CoreServices/ContentTypeTable.hpp"
 #include "platform/CoreServices/RandomAccessFile.hpp"
 #include "platform/CoreServices/Signatures.hpp"
-#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {

@@ -13,8 +13,8 @@
 #include <memory>
 #include <new>
 
-#include "platform/Foundation/FileDescriptor.hpp"
-#include "platform/Foundation/LargeBytes.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 namespace nimbo {
 namespace {

@@ -16,7 +16,7 @@
 #include <cstring>
 #include <string>
 
-#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {

@@ -12,10 +12,10 @@
 
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/Connection/NSConnectionName.hpp"
-#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 using namespace nimbo;
 

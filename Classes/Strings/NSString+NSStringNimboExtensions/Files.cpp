@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "platform/CoreServices/NSStringEncodings.hpp"
-#include "platform/Foundation/NSDataWriting.hpp"
 #include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/Foundation/System/NSDataWriting.hpp"
 
 namespace nimbo {
 namespace {

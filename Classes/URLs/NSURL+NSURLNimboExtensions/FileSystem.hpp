@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-#include "platform/CoreServices/FSRef.hpp"
 #include "platform/Foundation/NSDate.hpp"
 #include "platform/Foundation/NSURL.hpp"
+#include "platform/Foundation/System/FSRef.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {

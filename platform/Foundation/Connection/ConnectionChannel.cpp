@@ -11,7 +11,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/Foundation/LargeBytes.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 namespace nimbo {
 namespace {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "platform/Foundation/Connection/NSConnectionMessage.hpp"
-#include "platform/Foundation/FileDescriptor.hpp"
 #include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/Foundation/FileDescriptor.hpp"
 #include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 

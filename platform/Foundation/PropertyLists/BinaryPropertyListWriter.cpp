@@ -9,9 +9,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Foundation/LargeBytes.hpp"
 #include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 namespace nimbo {
 namespace {

@@ -10,7 +10,7 @@
 
 #include "platform/CoreServices/ContainerMIMEType.hpp"
 #include "platform/CoreServices/RandomAccessFile.hpp"
-#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tests/TemporaryFolder.hpp"
 
 namespace nimbo {

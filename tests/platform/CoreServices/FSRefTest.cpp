@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/FSRef.hpp"
+#include "platform/Foundation/System/FSRef.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

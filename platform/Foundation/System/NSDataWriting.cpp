@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/NSDataWriting.hpp"
+#include "platform/Foundation/System/NSDataWriting.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,7 +16,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/FSRef.hpp"
+#include "platform/Foundation/System/FSRef.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,7 +16,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "platform/Foundation/FileDescriptor.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {

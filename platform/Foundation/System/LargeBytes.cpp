@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/LargeBytes.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 #include <malloc.h>
 #include <sys/mman.h>
