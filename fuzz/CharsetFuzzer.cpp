@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "Classes/Encodings/CharsetNames.hpp"
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
 namespace {
 

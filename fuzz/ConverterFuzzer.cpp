@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "Classes/Characters/UnicodeConverters.hpp"
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
 namespace {
 

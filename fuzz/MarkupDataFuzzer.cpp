@@ -6,7 +6,7 @@
 
 #include "Classes/Encodings/MarkupDecoding.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 
 /// The first byte says whether the rest was cut. Every answer has both a text and a name, or neither.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {

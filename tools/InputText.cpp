@@ -2,8 +2,8 @@
 #include "tools/InputText.hpp"
 
 #include "Classes/Encodings/MarkupDecoding.hpp"
-#include "platform/CoreServices/NSStringEncodings.hpp"
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "tools/InputFile.hpp"
 
 namespace nimbo {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 #include "platform/Foundation/NSRange.hpp"
 
 namespace nimbo {

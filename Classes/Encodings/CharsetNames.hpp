@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 
 namespace nimbo {
 

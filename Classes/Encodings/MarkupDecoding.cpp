@@ -10,7 +10,7 @@
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnicodeConverters.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 

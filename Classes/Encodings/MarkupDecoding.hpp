@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 

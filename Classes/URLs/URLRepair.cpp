@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "Classes/Characters/FastComparisons.hpp"
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/URLs/HostNames.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "importers/ImporterPlugIn.hpp"
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {

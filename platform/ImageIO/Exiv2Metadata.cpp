@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/ImageIO/ImageInput.hpp"
 
 namespace nimbo::detail {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions/Base64.hpp"
 
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSDataBase64.hpp"
 
 namespace nimbo {

@@ -3,7 +3,7 @@
 
 #include <cstring>
 
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "platform/CoreServices/NSStringEncodings.hpp"
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/System/NSDataWriting.hpp"
 
 namespace nimbo {

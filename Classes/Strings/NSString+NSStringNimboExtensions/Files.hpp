@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo {

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
 namespace nimbo {

@@ -10,8 +10,8 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/CoreServices/NSStringEncodings.hpp"
-#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 
 using namespace std::literals;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 
 #include <unicode/ucnv.h>
 
@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 
 namespace nimbo {
 namespace {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 
 namespace nimbo {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/CodeTable.hpp"
+#include "platform/CoreServices/TextEncodings/CodeTable.hpp"
 
 #include <algorithm>
 #include <map>
 #include <mutex>
 
-#include "platform/CoreServices/CodeTableSources.hpp"
+#include "platform/CoreServices/TextEncodings/CodeTableSources.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/CoreServices/TextConverters.hpp"
+#include "platform/CoreServices/TextEncodings/TextConverters.hpp"
 #include "platform/Foundation/NSRange.hpp"
 #include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <span>
 
-#include "platform/CoreServices/CodeTableSources.hpp"
+#include "platform/CoreServices/TextEncodings/CodeTableSources.hpp"
 
 namespace nimbo {
 namespace {

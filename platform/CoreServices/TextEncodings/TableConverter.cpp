@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/CoreServices/CodeTable.hpp"
-#include "platform/CoreServices/TextConverters.hpp"
+#include "platform/CoreServices/TextEncodings/CodeTable.hpp"
+#include "platform/CoreServices/TextEncodings/TextConverters.hpp"
 #include "platform/Foundation/NSRange.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 

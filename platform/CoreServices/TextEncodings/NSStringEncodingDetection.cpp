@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/NSStringEncodingDetection.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>

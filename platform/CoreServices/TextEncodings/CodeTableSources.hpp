@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/CoreServices/CodeTable.hpp"
+#include "platform/CoreServices/TextEncodings/CodeTable.hpp"
 
 namespace nimbo {
 

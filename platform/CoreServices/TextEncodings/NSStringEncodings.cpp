@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/CoreServices/CodeTableSources.hpp"
-#include "platform/CoreServices/TextConverters.hpp"
+#include "platform/CoreServices/TextEncodings/CodeTableSources.hpp"
+#include "platform/CoreServices/TextEncodings/TextConverters.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <span>
 
-#include "platform/CoreServices/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 
 namespace nimbo {
 

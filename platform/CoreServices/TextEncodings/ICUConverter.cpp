@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/CoreServices/TextConverters.hpp"
+#include "platform/CoreServices/TextEncodings/TextConverters.hpp"
 #include "platform/Foundation/NSRange.hpp"
 
 namespace nimbo {

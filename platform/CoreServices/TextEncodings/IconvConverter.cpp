@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/CoreServices/TextConverters.hpp"
+#include "platform/CoreServices/TextEncodings/TextConverters.hpp"
 
 namespace nimbo {
 namespace {

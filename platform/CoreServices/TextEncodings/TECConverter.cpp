@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/TECConverter.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 
 #include <bit>
 #include <string_view>
 
-#include "platform/CoreServices/TextConverters.hpp"
+#include "platform/CoreServices/TextEncodings/TextConverters.hpp"
 
 namespace nimbo {
 
