@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "importers/MDImporter.h"
+#include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "importers/MDImporter.h"
+#include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {

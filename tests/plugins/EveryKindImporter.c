@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include <string.h>
 
-#include "importers/MDImporter.h"
+#include "platform/CoreServices/MDImporter.h"
 
 /* Sets an attribute of every kind, and tries what must be refused. */
 

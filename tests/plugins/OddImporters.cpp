@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
 
-#include "importers/MDImporter.h"
+#include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/NSException.hpp"
 
 // Importers that throw, do not make what is asked for, or say who they are.
