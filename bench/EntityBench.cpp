@@ -17,7 +17,7 @@
 #include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "bench/Compare.hpp"
-#include "tests/Classes/PlainEntityDecoder.hpp"
+#include "tests/Classes/Entities/PlainEntityDecoder.hpp"
 
 namespace {
 

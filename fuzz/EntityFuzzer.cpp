@@ -11,7 +11,7 @@
 #include "Classes/Entities/EntityEncoding.hpp"
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "fuzz/FuzzedText.hpp"
-#include "tests/Classes/PlainEntityDecoder.hpp"
+#include "tests/Classes/Entities/PlainEntityDecoder.hpp"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace {
 

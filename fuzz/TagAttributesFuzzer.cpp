@@ -6,7 +6,7 @@
 
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/Markup/TagAttributes.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "tests/Classes/PlainTagScanner.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/Classes/Markup/PlainTagScanner.hpp"
+#include "tests/support/StringSamples.hpp"
 
 /// The scanner tells what its plain twin tells, over the string's own units and over a copy.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/PDFSamples.hpp"
+#include "tests/support/PDFSamples.hpp"
 
 namespace nimbo {
 namespace {

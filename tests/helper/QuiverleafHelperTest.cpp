@@ -5,8 +5,8 @@
 
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/NSException.hpp"
-#include "tests/ImporterBundle.hpp"
-#include "tests/PDFSamples.hpp"
+#include "tests/support/ImporterBundle.hpp"
+#include "tests/support/PDFSamples.hpp"
 
 namespace nimbo {
 namespace {

@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {

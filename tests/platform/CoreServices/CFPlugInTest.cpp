@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "tests/ImporterBundle.hpp"
+#include "tests/support/ImporterBundle.hpp"
 
 namespace nimbo {
 namespace {

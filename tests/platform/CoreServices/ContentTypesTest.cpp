@@ -11,7 +11,7 @@
 #include "platform/CoreServices/ContainerMIMEType.hpp"
 #include "platform/CoreServices/RandomAccessFile.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {

@@ -8,8 +8,8 @@
 #include <random>
 #include <string>
 
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

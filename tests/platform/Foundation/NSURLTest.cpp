@@ -10,8 +10,8 @@
 
 #include "platform/Foundation/NSBundleLocalization.hpp"
 #include "platform/Foundation/URLs/HostNames.hpp"
-#include "tests/TemporaryFolder.hpp"
-#include "tests/URLTexts.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/URLTexts.hpp"
 
 namespace nimbo {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/id.hpp"
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {

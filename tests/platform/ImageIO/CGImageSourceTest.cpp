@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "tests/PDFSamples.hpp"
+#include "tests/support/PDFSamples.hpp"
 
 namespace nimbo {
 namespace {

@@ -12,7 +12,7 @@
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Creating.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Files.hpp"
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 using namespace std::literals;
 

@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
-#include "tests/TemporaryFolder.hpp"
-#include "tests/URLTexts.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/URLTexts.hpp"
 
 namespace nimbo {
 namespace {

@@ -13,8 +13,8 @@
 #include "Classes/URLs/URLNormalizing.hpp"
 #include "Classes/URLs/URLQuery.hpp"
 #include "platform/Foundation/id.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

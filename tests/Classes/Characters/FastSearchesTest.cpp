@@ -10,8 +10,8 @@
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

@@ -11,8 +11,8 @@
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/id.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace nimbo {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace nimbo {
 namespace {

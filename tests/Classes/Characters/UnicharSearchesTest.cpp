@@ -7,8 +7,8 @@
 #include <string>
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {

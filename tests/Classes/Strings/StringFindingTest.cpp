@@ -7,7 +7,7 @@
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/Strings/NSString+NSStringTextFinding.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace nimbo {
 namespace {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace nimbo {
 namespace {

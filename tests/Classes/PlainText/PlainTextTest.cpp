@@ -10,7 +10,7 @@
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "Classes/PlainText/PlainTextHandler.hpp"
 #include "Classes/PlainText/PlainTextKernels.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
+#include "tests/support/ExactBuffer.hpp"
 
 namespace nimbo {
 namespace {

@@ -8,7 +8,7 @@
 
 #include "Classes/Characters/SetFilteredComparisons.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
+#include "tests/support/ExactBuffer.hpp"
 
 namespace nimbo {
 namespace {

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/PlainEntityDecoder.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/Classes/Entities/PlainEntityDecoder.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

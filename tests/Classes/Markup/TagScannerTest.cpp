@@ -8,10 +8,10 @@
 #include <string>
 
 #include "Classes/Markup/TagScan.hpp"
-#include "tests/Classes/ExactBuffer.hpp"
-#include "tests/Classes/PlainTagScanner.hpp"
-#include "tests/Classes/StringSamples.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/Classes/Markup/PlainTagScanner.hpp"
+#include "tests/support/ExactBuffer.hpp"
+#include "tests/support/StringSamples.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

@@ -12,7 +12,7 @@
 #include "Classes/Paths/StandardDirectories.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {

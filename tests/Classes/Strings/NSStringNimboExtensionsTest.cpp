@@ -4,7 +4,7 @@
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
-#include "tests/Classes/VectorTargets.hpp"
+#include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
 namespace {

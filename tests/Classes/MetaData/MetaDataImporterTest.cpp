@@ -5,7 +5,7 @@
 
 #include "Classes/MetaData/MDImporterListing.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
-#include "tests/ImporterBundle.hpp"
+#include "tests/support/ImporterBundle.hpp"
 
 namespace nimbo {
 namespace {

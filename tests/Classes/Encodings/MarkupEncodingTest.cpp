@@ -10,7 +10,7 @@
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
-#include "tests/TemporaryFolder.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 using namespace std::literals;
 

@@ -7,7 +7,7 @@
 #include "Classes/Strings/NSData+ASCII.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "platform/Foundation/id.hpp"
-#include "tests/Classes/StringSamples.hpp"
+#include "tests/support/StringSamples.hpp"
 
 namespace nimbo {
 namespace {
