@@ -6,7 +6,6 @@
 #include <fstream>
 
 #include "Classes/Files/NSBundle+NSBundleNimboExtensions.hpp"
-#include "Classes/MetaData/NSString+NSStringNimboPathExtensions+Types.hpp"
 #include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Paths/StandardDirectories.hpp"
@@ -124,19 +123,15 @@ TEST(PathExtensions, AreValidatedReplacedAndAppended) {
   EXPECT_TRUE(stringByAppendingPathExtensionIfNecessary(path, u"TXT"_ns).identicalTo(path));
 }
 
-TEST(PathExtensions, MatchNamesFilesAndTypes) {
+TEST(PathExtensions, MatchNamesAndFiles) {
   const TemporaryFolder folder;
   const NSString base = folder.string("base");
   const NSString text = folder.write("base.md", "text");
-  const NSString page = folder.write("page", "%PDF-1.4\n");
   const std::vector<NSString> list{u""_ns, u"'PDF '"_ns, u"pdf"_ns, u"md"_ns, u"com.adobe.pdf"_ns};
   EXPECT_TRUE(pathMatchingExtensions(u"/none/x.MD"_ns, list));
   EXPECT_EQ(pathMatchingExtensions(base, list), text);
-  EXPECT_FALSE(pathMatchingExtensions(page, list));
+  EXPECT_FALSE(pathMatchingExtensions(folder.write("page", "%PDF-1.4\n"), list));
   EXPECT_FALSE(pathMatchingExtensions(NSString(), list));
-  EXPECT_TRUE(pathMatchingExtensionsOrTypes(page, list).identicalTo(page));
-  EXPECT_EQ(pathMatchingExtensionsOrTypes(base, list), text);
-  EXPECT_FALSE(pathMatchingExtensionsOrTypes(folder.write("plain", "text"), list));
 }
 
 TEST(Paths, LoseTheirLastPart) {
