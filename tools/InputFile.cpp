@@ -13,7 +13,7 @@
 #include <new>
 #include <system_error>
 
-#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionMessage.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tools/FailureReason.hpp"
 

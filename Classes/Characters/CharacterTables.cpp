@@ -4,7 +4,7 @@
 #include <array>
 
 #include "platform/Foundation/NSCharacterSet.hpp"
-#include "platform/Foundation/Unicode/NSUnicharMapping.hpp"
+#include "platform/Foundation/Unicode/UnicharMapping.hpp"
 
 namespace nimbo {
 namespace detail {

@@ -10,7 +10,7 @@
 #include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
-#include "platform/Foundation/System/NSPageSize.hpp"
+#include "platform/Foundation/System/PageSize.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
@@ -26,7 +26,7 @@ constexpr std::uint32_t kUnitsPerTag = 16;
 
 std::uint32_t storeRanges(const NSString &string, NSRange **tagRanges, NSRange **textRanges) {
   const std::size_t bytes =
-      NSRoundUpToMultipleOfPageSize(std::max<std::size_t>(string.length() * sizeof(NSRange) / kUnitsPerTag, 1));
+      roundUpToMultipleOfPageSize(std::max<std::size_t>(string.length() * sizeof(NSRange) / kUnitsPerTag, 1));
   const auto room = [bytes, &string](bool isWanted) {
     return static_cast<NSRange *>(isWanted && string.length() > 0 ? std::malloc(bytes) : nullptr);
   };

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "platform/Foundation/NSDictionary.hpp"
-#include "platform/Foundation/System/NSPageSize.hpp"
+#include "platform/Foundation/System/PageSize.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
@@ -37,7 +37,7 @@ bool StoreToRangesHandler(const NSString &, const unichar *, std::uint32_t, std:
   if (store.tagRanges) store.tagRanges[store.count] = {tagLocation, tagLength};
   if (store.textRanges) store.textRanges[store.count] = {textLocation, tagLocation - textLocation};
   if (++store.count == store.capacity) {
-    const std::size_t bytes = NSRoundUpToMultipleOfPageSize(std::size_t{store.count} * 2 * sizeof(NSRange));
+    const std::size_t bytes = roundUpToMultipleOfPageSize(std::size_t{store.count} * 2 * sizeof(NSRange));
     store.capacity = static_cast<std::uint32_t>(bytes / sizeof(NSRange));
     resize(store.tagRanges, store.capacity);
     resize(store.textRanges, store.capacity);

@@ -7,7 +7,7 @@
 #include "Classes/Characters/UnitClasses.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
-#include "platform/Foundation/Unicode/NSStringCharacters.hpp"
+#include "platform/Foundation/Unicode/CharacterBoundaries.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {

@@ -23,7 +23,7 @@ extern "C" {  // glibc 2.36 forgets it.
 #include <thread>
 #include <vector>
 
-#include "platform/Foundation/Connection/NSConnectionName.hpp"
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 
 namespace nimbo {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Foundation/Unicode/NSStringNormalQuickCheck.hpp"
+#include "platform/Foundation/Unicode/NormalQuickCheck.hpp"
 
 namespace nimbo {
 

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "helper/NimboImExport.hpp"
-#include "platform/Foundation/Connection/NSConnectionName.hpp"
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"

@@ -5,7 +5,7 @@
 
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
-#include "platform/Foundation/System/NSDataWriting.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
 
 namespace nimbo {
 namespace {

@@ -20,7 +20,7 @@
 
 #include "clients/cpp/HelperClient.hpp"
 #include "helper/NimboImExport.hpp"
-#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionMessage.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 

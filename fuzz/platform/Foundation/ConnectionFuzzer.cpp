@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
-#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionMessage.hpp"
 
 using namespace nimbo;
 

@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionMessage.hpp"
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 

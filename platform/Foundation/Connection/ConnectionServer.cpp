@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/Foundation/Connection/NSConnectionName.hpp"
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
 

@@ -11,7 +11,7 @@
 #include "Classes/Characters/FoldCandidates.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 #include "platform/Foundation/NSCharacterSet.hpp"
-#include "platform/Foundation/Unicode/NSUnicharMapping.hpp"
+#include "platform/Foundation/Unicode/UnicharMapping.hpp"
 
 namespace nimbo {
 namespace {

@@ -7,7 +7,7 @@
 #include <unicode/uniset.h>
 #include <unicode/unistr.h>
 
-#include "platform/Foundation/Unicode/NSUnicharMapping.hpp"
+#include "platform/Foundation/Unicode/UnicharMapping.hpp"
 
 namespace nimbo {
 namespace {

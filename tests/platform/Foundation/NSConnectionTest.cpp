@@ -17,8 +17,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
-#include "platform/Foundation/Connection/NSConnectionName.hpp"
+#include "platform/Foundation/Connection/ConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "tests/clients/HelperFixture.hpp"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/Unicode/NSStringNormalQuickCheck.hpp"
+#include "platform/Foundation/Unicode/NormalQuickCheck.hpp"
 
 #include <algorithm>
 #include <array>

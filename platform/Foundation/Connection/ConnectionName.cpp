@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/Connection/NSConnectionName.hpp"
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -8,13 +8,13 @@
 namespace nimbo {
 
 /// The size of a page of memory, in bytes.
-inline std::size_t NSPageSize() {
+inline std::size_t pageSize() {
   static const auto size = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   return size;
 }
 
-inline std::size_t NSRoundUpToMultipleOfPageSize(std::size_t bytes) {
-  return (bytes + NSPageSize() - 1) / NSPageSize() * NSPageSize();
+inline std::size_t roundUpToMultipleOfPageSize(std::size_t bytes) {
+  return (bytes + pageSize() - 1) / pageSize() * pageSize();
 }
 
 }  // namespace nimbo

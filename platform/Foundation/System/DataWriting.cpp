@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/System/NSDataWriting.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>

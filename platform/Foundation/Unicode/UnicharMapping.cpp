@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/Unicode/NSUnicharMapping.hpp"
+#include "platform/Foundation/Unicode/UnicharMapping.hpp"
 
 #include <unicode/uchar.h>
 #include <unicode/unorm2.h>

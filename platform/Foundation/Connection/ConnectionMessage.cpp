@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/Connection/NSConnectionMessage.hpp"
+#include "platform/Foundation/Connection/ConnectionMessage.hpp"
 
 #include <numeric>
 #include <utility>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Foundation/Unicode/NSStringCharacters.hpp"
+#include "platform/Foundation/Unicode/CharacterBoundaries.hpp"
 
 #include <unicode/ubrk.h>
 
