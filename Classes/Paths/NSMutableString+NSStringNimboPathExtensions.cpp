@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
 #include "platform/Foundation/Unicode/CharacterBoundaries.hpp"

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "Classes/Characters/FastSearches.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Entities/EntityConversion.hpp"
 
 namespace nimbo::detail {
@@ -27,7 +27,7 @@ constexpr unsigned kIndexMarker = 1;
 
 std::u16string_view withoutFirstFeed(std::u16string_view text) {
   if (text.front() != u'\n' && text.front() != u'\r') return text;
-  return text.substr(lengthOfFeed(text, 0));
+  return text.substr(lengthOfLineBreak(text, 0));
 }
 
 std::u16string_view decoded(PlainTextRecord &record, std::u16string_view text) {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "Classes/Characters/UnicharKernels.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 
 namespace nimbo {
 
@@ -98,9 +98,9 @@ void PlainTextWriter::writeReformatted(std::u16string_view text) {
   const std::uint32_t textStart = length_;
   writePending();
   for (std::size_t i = 0; i < text.size();) {
-    if (isFeed(text[i])) {
+    if (isLineBreak(text[i])) {
       std::uint32_t feeds = 0;
-      for (std::uint32_t units; (units = lengthOfFeed(text, i)) > 0; i += units) ++feeds;
+      for (std::uint32_t units; (units = lengthOfLineBreak(text, i)) > 0; i += units) ++feeds;
       writeFeeds(feeds, text.substr(i));
     } else if (spaces_.contains(text[i])) {
       const bool continues = i == 0 && endsInWhiteSpace();
@@ -125,7 +125,7 @@ void PlainTextWriter::writePreformatted(std::u16string_view text) {
     text.remove_prefix(count);
     if (text.empty()) break;
     append(u'\n');
-    text.remove_prefix(lengthOfFeed(text, 0));
+    text.remove_prefix(lengthOfLineBreak(text, 0));
   }
   const std::size_t lastFeed = textSince(textStart).rfind(u'\n');
   if (lastFeed != std::u16string_view::npos) lineMark_ = textStart + static_cast<std::uint32_t>(lastFeed) + 1;

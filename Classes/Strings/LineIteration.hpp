@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 
 namespace nimbo {
 
@@ -11,9 +11,9 @@ template <class Visitor>
 void visitLines(std::u16string_view units, Visitor visit) {
   for (std::size_t start = 0; start < units.size();) {
     std::size_t end = start;
-    while (end < units.size() && !isFeed(units[end])) ++end;
+    while (end < units.size() && !isLineBreak(units[end])) ++end;
     visit(units.substr(start, end - start));
-    start = end + lengthOfFeed(units, end);
+    start = end + lengthOfLineBreak(units, end);
   }
 }
 

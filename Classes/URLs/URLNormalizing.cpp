@@ -9,7 +9,7 @@
 #include "Classes/Characters/AsciiSetKernels.hpp"
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/URLs/URLEscapes.hpp"
 #include "Classes/URLs/URLEscaping.hpp"
@@ -39,7 +39,7 @@ constexpr AsciiSet kSpecialUnitsAndAnchor =
 
 /// Line breaks and what looks like nothing. End of text is a feed elsewhere, and a control character here.
 constexpr bool isDropped(unichar c) {
-  return c == u'\t' || (isFeed(c) && c != 0x0003);
+  return c == u'\t' || (isLineBreak(c) && c != 0x0003);
 }
 
 constexpr AsciiSet kDroppedUnitsAndOthers = AsciiSet::of(isDropped, true);

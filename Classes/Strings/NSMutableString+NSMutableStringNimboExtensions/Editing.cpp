@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 
 namespace nimbo {
 inline namespace NSMutableStringNimboExtensions {
@@ -49,7 +49,7 @@ void encodeTabs(NSMutableString &string, std::uint32_t width) {
     const unichar unit = units[i];
     units[written++] = unit;
     spaces = unit == u' ' ? spaces + 1 : 0;
-    column = isFeed(unit) || unit == u'\t' ? 0 : (column + 1) % width;
+    column = isLineBreak(unit) || unit == u'\t' ? 0 : (column + 1) % width;
     if (column != 0) continue;
     if (spaces >= 2) {
       written -= spaces;
@@ -70,7 +70,7 @@ void decodeTabs(NSMutableString &string, std::uint32_t width) {
       column = 0;
     } else {
       result.appendCharacter(unit);
-      column = isFeed(unit) ? 0 : (column + 1) % width;
+      column = isLineBreak(unit) ? 0 : (column + 1) % width;
     }
   }
   string = std::move(result);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Removing.hpp"
 
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Replacing.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
@@ -33,7 +33,7 @@ void removeTabs(NSMutableString &string) {
 }
 
 void removeFeeds(NSMutableString &string) {
-  removeUnits(string, isFeed);
+  removeUnits(string, isLineBreak);
 }
 
 void removeDigits(NSMutableString &string) {
@@ -44,12 +44,12 @@ void removeMultipleFeeds(NSMutableString &string) {
   unichar *const units = string.mutableCharacters();
   std::uint32_t written = 0;
   for (std::uint32_t i = 0; i < string.length();) {
-    const std::uint32_t feed = lengthOfFeed(string.view(), i);
+    const std::uint32_t feed = lengthOfLineBreak(string.view(), i);
     const std::uint32_t kept = feed ? feed : 1;
     // Written never overtakes read, so that the units from i on are still those of the original.
     for (std::uint32_t k = 0; k < kept; ++k) units[written++] = units[i++];
     if (feed)
-      while (i < string.length() && isFeed(units[i])) ++i;
+      while (i < string.length() && isLineBreak(units[i])) ++i;
   }
   string.setLength(written);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Trimming.hpp"
 
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
@@ -12,7 +12,7 @@ void trimWhiteSpaces(NSMutableString &string) {
 }
 
 void trimFeeds(NSMutableString &string) {
-  trimUnits(string, isFeed);
+  trimUnits(string, isLineBreak);
 }
 
 void trimCharacter(NSMutableString &string, unichar character) {

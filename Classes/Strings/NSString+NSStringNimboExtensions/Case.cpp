@@ -2,7 +2,7 @@
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Case.hpp"
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 #include "platform/Foundation/NSStringNormalization.hpp"
 

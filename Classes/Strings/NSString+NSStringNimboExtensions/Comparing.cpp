@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
 
 namespace nimbo {

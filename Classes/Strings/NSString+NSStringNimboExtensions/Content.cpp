@@ -6,7 +6,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {

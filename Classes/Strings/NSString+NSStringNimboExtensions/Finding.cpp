@@ -5,7 +5,7 @@
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {

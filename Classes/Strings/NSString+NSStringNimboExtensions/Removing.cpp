@@ -2,7 +2,7 @@
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Removing.hpp"
 
 #include "Classes/Characters/CharacterTables.hpp"
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Removing.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
@@ -42,7 +42,7 @@ NSString stringByRemovingTabs(const NSString &string) {
 }
 
 NSString stringByRemovingFeeds(const NSString &string) {
-  return stringByRemovingUnits(string, isFeed);
+  return stringByRemovingUnits(string, isLineBreak);
 }
 
 NSString stringByRemovingMultipleFeeds(const NSString &string) {

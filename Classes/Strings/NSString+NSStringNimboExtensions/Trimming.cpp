@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Trimming.hpp"
 
-#include "Classes/Characters/UnitClasses.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
@@ -12,7 +12,7 @@ NSString stringByTrimmingWhiteSpaces(const NSString &string) {
 }
 
 NSString stringByTrimmingFeeds(const NSString &string) {
-  return stringByTrimmingUnits(string, isFeed);
+  return stringByTrimmingUnits(string, isLineBreak);
 }
 
 NSString stringByTrimmingDigits(const NSString &string) {

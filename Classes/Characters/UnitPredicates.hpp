@@ -7,14 +7,14 @@ namespace nimbo {
 
 /// The units that end a line or stand between pieces of text: form feed, line feed, carriage return, the line
 /// and the paragraph separator, end of text, attachment, byte order mark.
-constexpr bool isFeed(unichar c) {
+constexpr bool isLineBreak(unichar c) {
   return c == 0x000a || c == 0x000d || c == 0x000c || c == 0x0003 || c == 0x2028 || c == 0x2029 ||
          c == 0xfffc || c == 0xfeff;
 }
 
 /// How many units the line break at index `at` has: 2 for CR LF, 1 for another feed, 0 for none.
-constexpr std::uint32_t lengthOfFeed(std::u16string_view units, std::size_t at) {
-  if (at >= units.size() || !isFeed(units[at])) return 0;
+constexpr std::uint32_t lengthOfLineBreak(std::u16string_view units, std::size_t at) {
+  if (at >= units.size() || !isLineBreak(units[at])) return 0;
   return units[at] == u'\r' && at + 1 < units.size() && units[at + 1] == u'\n' ? 2 : 1;
 }
 
