@@ -15,14 +15,14 @@ namespace nimbo {
 namespace {
 
 /// Every tag that ends a paragraph is an empty line in the text; a reader wants one for a row of them.
-constexpr std::uint32_t kMostLineFeeds = 2;
+constexpr std::uint32_t kMostLineBreaks = 2;
 
 NSString withFewEmptyLines(const NSString &text) {
   NSMutableString result;
-  std::uint32_t feeds = kMostLineFeeds;
+  std::uint32_t breaks = kMostLineBreaks;
   for (const unichar c : text.view()) {
-    feeds = c == u'\n' ? feeds + 1 : 0;
-    if (feeds <= kMostLineFeeds) result.appendCharacter(c);
+    breaks = c == u'\n' ? breaks + 1 : 0;
+    if (breaks <= kMostLineBreaks) result.appendCharacter(c);
   }
   return std::move(result).string();
 }

@@ -12,7 +12,7 @@ constexpr bool isLineBreak(unichar c) {
          c == 0xfffc || c == 0xfeff;
 }
 
-/// How many units the line break at index `at` has: 2 for CR LF, 1 for another feed, 0 for none.
+/// How many units the line break at index `at` has: 2 for CR LF, 1 for another one, 0 for none.
 constexpr std::uint32_t lengthOfLineBreak(std::u16string_view units, std::size_t at) {
   if (at >= units.size() || !isLineBreak(units[at])) return 0;
   return units[at] == u'\r' && at + 1 < units.size() && units[at + 1] == u'\n' ? 2 : 1;
@@ -32,7 +32,7 @@ inline IsPartOfSet isDigit() {
   return {digitCharacterSetRep()};
 }
 
-/// The white set when feeds count too, else the space set.
+/// The white set when line breaks count too, else the space set.
 inline IsPartOfSet isSpace(bool andFeeds) {
   return {andFeeds ? whiteCharacterSetRep() : spaceCharacterSetRep()};
 }

@@ -32,9 +32,9 @@ namespace nimbo {
 /// - Lists get no bullets and no numbers, and nothing is indented.
 ///
 /// White space
-/// - Blanks (units up to U+0020, the feeds) become one space, none at the beginning and the end of a line. A
+/// - Blanks (units up to U+0020, line breaks) become one space, none at the beginning and the end of a line. A
 ///   no-break space stays. Soft hyphens go.
-/// - With `reformat`, within a text: two or more feeds become an empty line; a single one becomes a line
+/// - With `reformat`, within a text: two or more line breaks become an empty line; a single one becomes a line
 ///   feed in front of "/", ">", "}", "-" and space, else a space where the output does not end in white
 ///   space; spaces become one.
 /// - pre, listing, textarea, xmp and plaintext keep their white space; CR LF and CR become a line feed, and a

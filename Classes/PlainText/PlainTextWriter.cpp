@@ -11,7 +11,7 @@ namespace nimbo {
 
 namespace {
 
-/// A lone feed in front of one of these ends a line.
+/// A lone line break in front of one of these ends a line.
 constexpr std::u16string_view kLineBeginnings = u"/>} -";
 
 }  // namespace
@@ -83,7 +83,7 @@ std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::siz
   return static_cast<std::uint32_t>(i);
 }
 
-void PlainTextWriter::writeFeeds(std::uint32_t count, std::u16string_view rest) {
+void PlainTextWriter::writeLineBreaks(std::uint32_t count, std::u16string_view rest) {
   if (count > 1) {
     append(u'\n');
     append(u'\n');
@@ -99,9 +99,9 @@ void PlainTextWriter::writeReformatted(std::u16string_view text) {
   writePending();
   for (std::size_t i = 0; i < text.size();) {
     if (isLineBreak(text[i])) {
-      std::uint32_t feeds = 0;
-      for (std::uint32_t units; (units = lengthOfLineBreak(text, i)) > 0; i += units) ++feeds;
-      writeFeeds(feeds, text.substr(i));
+      std::uint32_t breaks = 0;
+      for (std::uint32_t units; (units = lengthOfLineBreak(text, i)) > 0; i += units) ++breaks;
+      writeLineBreaks(breaks, text.substr(i));
     } else if (spaces_.contains(text[i])) {
       const bool continues = i == 0 && endsInWhiteSpace();
       while (i < text.size() && spaces_.contains(text[i])) ++i;

@@ -60,8 +60,8 @@ class PlainTextWriter {
   /// A text whose blanks are shown as one space each time, and not at the ends of lines. `readable` units stand
   /// there. Stops at an "&" if asked for; answers how many units it took.
   std::uint32_t writeCollapsed(std::u16string_view text, std::size_t readable, bool stopsAtAmpersand);
-  /// A text whose lines are kept where two feeds, or a unit that looks like a mark of a line, say that they
-  /// mean something; its blanks become one space.
+  /// A text whose lines are kept where two line breaks, or a unit that looks like a mark of a line, say that
+  /// they mean something; its blanks become one space.
   void writeReformatted(std::u16string_view text);
   /// A text as it is, but for the end of its lines.
   void writePreformatted(std::u16string_view text);
@@ -90,7 +90,7 @@ class PlainTextWriter {
     pending_ = Pending::kNothing;
   }
   void noteText(std::uint32_t from);
-  void writeFeeds(std::uint32_t count, std::u16string_view rest);
+  void writeLineBreaks(std::uint32_t count, std::u16string_view rest);
 
   NSMutableString storage_;
   unichar *units_ = nullptr;

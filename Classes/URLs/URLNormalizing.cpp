@@ -37,7 +37,8 @@ constexpr AsciiSet kSpecialUnits = AsciiSet::of(kIsSpecial, true);
 constexpr AsciiSet kSpecialUnitsAndAnchor =
     AsciiSet::of([](unichar c) { return kIsSpecial(c) || c == u'#'; }, true);
 
-/// Line breaks and what looks like nothing. End of text is a feed elsewhere, and a control character here.
+/// Line breaks and what looks like nothing. End of text is a line break elsewhere, and a control character
+/// here.
 constexpr bool isDropped(unichar c) {
   return c == u'\t' || (isLineBreak(c) && c != 0x0003);
 }

@@ -17,9 +17,10 @@ void insertCharacter(NSMutableString &string, unichar character, std::uint32_t a
 /// The widest tab that the two functions below know.
 inline constexpr std::uint32_t kMaximumTabWidth = 256;
 
-/// Tab stops stand every `width` units, counted from the last feed. Encoding puts a tab for spaces (U+0020)
-/// that reach a tab stop, when they are two or more; decoding puts spaces up to the next stop for each tab, and
-/// is the reverse for text that had no tabs. Nothing changes when the width is 0 or above `kMaximumTabWidth`.
+/// Tab stops stand every `width` units, counted from the last line break. Encoding puts a tab for spaces
+/// (U+0020) that reach a tab stop, when they are two or more; decoding puts spaces up to the next stop for each
+/// tab, and is the reverse for text that had no tabs. Nothing changes when the width is 0 or above
+/// `kMaximumTabWidth`.
 void encodeTabs(NSMutableString &string, std::uint32_t width);
 void decodeTabs(NSMutableString &string, std::uint32_t width);
 

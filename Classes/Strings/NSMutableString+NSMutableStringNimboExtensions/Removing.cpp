@@ -44,11 +44,11 @@ void removeMultipleFeeds(NSMutableString &string) {
   unichar *const units = string.mutableCharacters();
   std::uint32_t written = 0;
   for (std::uint32_t i = 0; i < string.length();) {
-    const std::uint32_t feed = lengthOfLineBreak(string.view(), i);
-    const std::uint32_t kept = feed ? feed : 1;
+    const std::uint32_t lineBreak = lengthOfLineBreak(string.view(), i);
+    const std::uint32_t kept = lineBreak ? lineBreak : 1;
     // Written never overtakes read, so that the units from i on are still those of the original.
     for (std::uint32_t k = 0; k < kept; ++k) units[written++] = units[i++];
-    if (feed)
+    if (lineBreak)
       while (i < string.length() && isLineBreak(units[i])) ++i;
   }
   string.setLength(written);

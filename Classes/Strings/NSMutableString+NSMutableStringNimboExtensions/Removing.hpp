@@ -13,7 +13,7 @@ void removeCharactersOfString(NSMutableString &string, const NSString &character
 /// Changes nothing when the index is not below the length.
 void removeCharacterAtIndex(NSMutableString &string, std::uint32_t index);
 
-/// Remove the white set, the space set, U+0009, the feeds, the digit set.
+/// Remove the white set, the space set, U+0009, the line breaks, the digit set.
 void removeWhiteCharacters(NSMutableString &string);
 void removeSpaces(NSMutableString &string);
 void removeTabs(NSMutableString &string);
@@ -22,7 +22,8 @@ void removeDigits(NSMutableString &string);
 
 /// Of line breaks that follow each other, only the first stays. CR LF is one line break.
 void removeMultipleFeeds(NSMutableString &string);
-/// Each run of units of the space set (with feeds: of the white set), of a single one too, becomes one space.
+/// Each run of units of the space set (with line breaks: of the white set), of a single one too, becomes one
+/// space.
 void removeMultipleSpaces(NSMutableString &string);
 void removeMultipleSpacesAndFeeds(NSMutableString &string, bool andFeeds);
 

@@ -8,7 +8,7 @@
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
-/// The text between line breaks (any feed; CR LF is one). A break at the end begins no further line; an empty
+/// The text between line breaks (CR LF is one). A break at the end begins no further line; an empty
 /// or nil string has none.
 std::vector<NSString> lines(const NSString &string);
 std::uint32_t numberOfLines(const NSString &string);

@@ -8,7 +8,7 @@ inline namespace NSStringNimboExtensions {
 
 // Answers the string itself when nothing is trimmed; nil for nil.
 
-/// Without the white set, the feeds, the digit set at both ends.
+/// Without the white set, the line breaks, the digit set at both ends.
 NSString stringByTrimmingWhiteSpaces(const NSString &string);
 NSString stringByTrimmingFeeds(const NSString &string);
 NSString stringByTrimmingDigits(const NSString &string);
@@ -21,15 +21,15 @@ NSString stringByTrimmingEnclosingCharacter(const NSString &string, unichar char
 /// Without "." and U+2026 at the end.
 NSString stringByTrimmingEllipsis(const NSString &string);
 
-/// Without the space set (with feeds: the white set) at both ends or one.
+/// Without the space set (with line breaks: the white set) at both ends or one.
 NSString stringByTrimmingSpacesAndFeeds(const NSString &string, bool andFeeds);
 NSString stringByTrimmingSpacesOfLeftSideAndFeeds(const NSString &string, bool andFeeds);
 NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, bool andFeeds);
 
-/// The part of `range`, which is cut to the string's bounds, without the space set (with feeds, and in the last
-/// form: the white set) at both its ends. Where nothing is left, the range is empty and stands at the end of
-/// the given one. A range that begins behind the string, or a nil string, gives NSNotFound and length 0; the
-/// string form gives the empty string.
+/// The part of `range`, which is cut to the string's bounds, without the space set (with line breaks, and in
+/// the last form: the white set) at both its ends. Where nothing is left, the range is empty and stands at the
+/// end of the given one. A range that begins behind the string, or a nil string, gives NSNotFound and length 0;
+/// the string form gives the empty string.
 NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, bool andFeeds);
 NSRange trimSpacesInRange(const NSString &string, NSRange range, bool andFeeds);
 NSRange trimWhiteSpacesInRange(const NSString &string, NSRange range);
