@@ -1,11 +1,13 @@
 # A library is made of rooms. Its objects are linked into the library, and into the tests of what the library keeps to itself.
 
-# quiverleaf_library(NAME): the shared library nimbo-NAME out of the objects nimbo-NAME-objects, which the rooms fill.
+# quiverleaf_library(NAME LIBRARY...): the shared library nimbo-NAME out of the objects nimbo-NAME-objects, which the rooms
+# fill; its users get the libraries, too.
 function(quiverleaf_library name)
   add_library(nimbo-${name}-objects OBJECT)
   target_include_directories(nimbo-${name}-objects PUBLIC ${PROJECT_SOURCE_DIR})
   add_library(nimbo-${name} SHARED)
-  target_link_libraries(nimbo-${name} PRIVATE nimbo-${name}-objects)
+  target_link_libraries(nimbo-${name}-objects PUBLIC ${ARGN})
+  target_link_libraries(nimbo-${name} PRIVATE nimbo-${name}-objects PUBLIC ${ARGN})
   target_include_directories(nimbo-${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
   set_target_properties(nimbo-${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()

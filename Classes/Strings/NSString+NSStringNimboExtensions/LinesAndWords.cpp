@@ -23,7 +23,8 @@ NSString substring(const NSString &string, NSRange range) {
 /// The line break that comes first, empty and at the end when there is none.
 NSRange rangeOfFirstFeed(const NSString &string) {
   const std::u16string_view units = string.view();
-  const auto at = static_cast<std::uint32_t>(std::find_if(units.begin(), units.end(), isLineBreak) - units.begin());
+  const auto at =
+      static_cast<std::uint32_t>(std::find_if(units.begin(), units.end(), isLineBreak) - units.begin());
   return {at, lengthOfLineBreak(units, at)};
 }
 

@@ -5,12 +5,19 @@
 
 #include <functional>
 
+#include "Classes/Collections/NSObject+NSObjectNimboExtensions.hpp"
+#include "platform/Foundation/NSBundle.hpp"
+#include "platform/Foundation/NSObject.hpp"
 #include "tests/support/ImporterBundle.hpp"
 
 namespace nimbo {
 namespace {
 
 namespace fs = std::filesystem;
+
+TEST(NSBundle, OfAClassIsItsLibrary) {
+  EXPECT_NE(bundle(NSObject::rootClass()).bundlePath(), NSBundle::mainBundle().bundlePath());
+}
 
 TEST(CFPlugIn, ReadsUUIDs) {
   const auto uuid = CFUUIDCreateFromString(u"8b08C4BF-415B-11D8-B3F9-0003936726FC"_ns);
