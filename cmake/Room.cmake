@@ -5,6 +5,7 @@
 function(quiverleaf_library name)
   add_library(nimbo-${name}-objects OBJECT)
   target_include_directories(nimbo-${name}-objects PUBLIC ${PROJECT_SOURCE_DIR})
+  set_target_properties(nimbo-${name}-objects PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   add_library(nimbo-${name} SHARED)
   target_link_libraries(nimbo-${name}-objects PUBLIC ${ARGN})
   target_link_libraries(nimbo-${name} PRIVATE nimbo-${name}-objects PUBLIC ${ARGN})

@@ -9,7 +9,8 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// A set of units below 128, and whether it has all others too.
 struct AsciiSet {
@@ -33,4 +34,5 @@ struct AsciiSet {
 std::size_t findOneOfAsciiSet(const unichar *units, std::size_t length, const AsciiSet &set);
 std::size_t countOneOfAsciiSet(const unichar *units, std::size_t length, const AsciiSet &set);
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

@@ -4,7 +4,7 @@
 #include "platform/Foundation/NSCharacterSet.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A bitmap of code units in the layout of `NSCharacterSet`: every unit has its bit, so that membership needs
 /// no check of bounds. The sets below are made on first use, from any thread, and live as long as the process.

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A table has one entry for each code unit, with the unit that it folds to; U+FFFF and surrogates fold to
 /// themselves. Tables are made on first use, from any thread, and live as long as the process.

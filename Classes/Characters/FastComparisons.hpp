@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Comparisons of two runs, unit by unit. They answer the difference (left - right) of the first units that
 /// differ, as numbers; of the lengths when none does. "CaseInsensitive" compares the units' entries in

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Searches of a run of units `h` for a run `n`. They answer where the first match begins, inside `h`, or null
 /// when there is none; also null when `n` is empty. "CaseInsensitive" compares the entries in

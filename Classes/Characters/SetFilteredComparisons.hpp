@@ -5,7 +5,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Comparisons that look only at the units in a set and pass over all others: whether the members of `a` and
 /// `b` are the same in the same order, or those of `b` the beginning of those of `a`. "NoCase" compares entries

@@ -11,7 +11,8 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// The units that a search takes for equal. Each of `units` is set; those from `count` on repeat the first.
 struct UnicharChoice {
@@ -53,4 +54,5 @@ struct UnicharVerifier {
 std::size_t findAnchors(const unichar *units, std::size_t places, const UnicharAnchors &anchors,
                         const UnicharVerifier &verifier);
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Searches of a run of units for single ones. An index counts from the start of the run; `NSNotFound` when
 /// there is none. A run of length 0 may be null.

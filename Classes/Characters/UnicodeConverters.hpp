@@ -6,7 +6,7 @@
 #include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// UTF-16 in the order of this machine, and UTF-8; set by `initUnicodeConverters`.
 extern CFStringEncoding ucs2Encoding;

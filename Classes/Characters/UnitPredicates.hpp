@@ -3,7 +3,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The units that end a line or stand between pieces of text: form feed, line feed, carriage return, the line
 /// and the paragraph separator, end of text, attachment, byte order mark.

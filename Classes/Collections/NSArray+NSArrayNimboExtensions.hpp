@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// How `a` stands to `b`: negative, 0 or positive. `context` is whatever the caller gave.
 using ComparisonFunction = std::int32_t (*)(const id &a, const id &b, void *context);

@@ -6,7 +6,7 @@
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringExtensions {
 
 // Searches for a string in order; the first match wins. Elements of other kinds match nothing, and neither does

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NimboDictionaryExtensions {
 
 /// The default when there is no value.

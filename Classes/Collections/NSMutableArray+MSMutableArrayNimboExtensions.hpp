@@ -5,7 +5,7 @@
 
 #include "Classes/Collections/NSArray+NSArrayNimboExtensions.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace MSMutableArrayNimboExtensions {
 
 // These change the array in place; a nil one becomes an array when it gets its first object. The other array

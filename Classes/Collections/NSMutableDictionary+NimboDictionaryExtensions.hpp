@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NimboDictionaryExtensions {
 
 // Nothing happens when the key is nil, nor when a string to be set is.

@@ -4,7 +4,7 @@
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSObject.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSObjectNimboExtensions {
 
 /// Sets the value under the key. False when the key is nil or an exception comes of it, as from an unknown key.

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSObject.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Stands in for an object to find out what it is asked for: it knows no more than the root class and logs the
 /// name of every other selector that somebody asks about.

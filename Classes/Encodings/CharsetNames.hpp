@@ -5,7 +5,7 @@
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The encoding of a character set's name as pages, feeds and mail write it: in any case, with or without
 /// hyphens, underscores, spaces, quotes and dots, misspelt in the usual ways. A number in the name counts

@@ -5,7 +5,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A page's text, and the encoding in which its bytes were read; nil and `kCFStringEncodingInvalidId` when
 /// they could not be.

@@ -3,7 +3,7 @@
 
 #include "Classes/Markup/TagScanner.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A `TagHandler` that finds the character set which a page declares: in an XML declaration or a meta tag, but
 /// in no tag behind "<body>". `context` is an `NSMutableString`, which gets the name as it is written, with the

@@ -5,7 +5,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace XmlExtensions {
 
 /// The encoding of a character set's name: `charset2CFStringEncoding` and `charset2NSStringEncoding`.

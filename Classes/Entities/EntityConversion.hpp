@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Decodes the character references in `length` units of `source` from index `start` on, and writes the result
 /// from the first unit of `destination` on, which may be `source` itself and must have room for `length`

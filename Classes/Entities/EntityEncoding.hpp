@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// With `high`, every unit above 127 as "&#%d;"; without, "&", the double quote, "<" and ">" as their entities.
 /// Answers the string itself when nothing changes or the result would be too long; nil for nil. Raises

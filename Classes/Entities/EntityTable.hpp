@@ -7,7 +7,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 inline constexpr std::size_t kEntityCount = 246;
 

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace HtmlExtensions {
 
 // Each answers the string itself when nothing is converted, and when there is no memory for the result; nil for

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSBundle.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSBundleNimboExtensions {
 
 /// A folder for the bundle's temporary files in `temporaryDirectory()`, of the user's own and closed to others

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NimboFileManagerExtensions {
 
 /// The names of the folder's entries whose path extension equals `matchingExtension` without regard to case, in

@@ -8,7 +8,8 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// Where the units that mean something to markup stand among 64 units: bit i for unit i.
 struct MarkupBlock {
@@ -95,4 +96,5 @@ class MarkupMarks {
   std::array<MarkupBlock, kWindowBlocks> blocks_;
 };
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

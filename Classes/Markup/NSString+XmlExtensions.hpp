@@ -6,7 +6,7 @@
 #include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSArray.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace XmlExtensions {
 
 /// As `GetTagsOfString`, but an `NSException` is caught, logged and answers false. Others pass through.

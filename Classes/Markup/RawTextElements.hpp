@@ -6,7 +6,8 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// Finds where the "script" and "style" elements of a text end. Each search remembers what it found, so that
 /// all the elements of a text together cost one pass for each thing that is looked for, however broken they
@@ -63,4 +64,5 @@ class RawTextElements {
   Memory commentEnd_;
 };
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

@@ -7,7 +7,8 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// Finds where tags end in a part of a text that an earlier search for the end of a tag has been over. That
 /// happens when the end tag of a raw-text element stands within a value of its own start tag, which may be as
@@ -38,4 +39,5 @@ class RetracedTagEnds {
   std::vector<std::uint32_t *> passed_;
 };
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

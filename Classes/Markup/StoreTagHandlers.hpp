@@ -8,7 +8,7 @@
 #include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSArray.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The context of `StoreToRangesHandler`. The arrays, of `capacity` ranges, come from `malloc`; null means not
 /// wanted, or that there was no memory for more. They are the caller's after the scan, to `free`.

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The value of an attribute of the tag that has `length` units from `offset` on; `name` is ASCII that ends
 /// with a zero byte, in any case. The name must not follow a letter or a digit nor stand in quotes, and "="

@@ -11,7 +11,7 @@
 #include "Classes/Markup/RetracedTagEnds.hpp"
 #include "Classes/Markup/TagScanner.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What a `TagHandler` is told, but for the string and its units.
 struct ScannedTag {

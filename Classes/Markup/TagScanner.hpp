@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What `GetTagsOfString` met.
 enum TagKind : int {

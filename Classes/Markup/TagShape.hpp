@@ -8,7 +8,8 @@
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Markup/TagScanner.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// What a `TagHandler` was told of a tag and the text in front of it, cut to the string's bounds.
 class TagShape {
@@ -69,4 +70,5 @@ class TagShape {
   int kind_;
 };
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

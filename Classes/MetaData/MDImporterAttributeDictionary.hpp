@@ -4,7 +4,7 @@
 #include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The attributes that an importer fills, behind the C functions of MDImporter.h.
 struct MDImporterAttributeDictionary : MDImporterAttributes {

@@ -7,7 +7,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Where importers are looked for.
 struct MetaDataImporterLocations {

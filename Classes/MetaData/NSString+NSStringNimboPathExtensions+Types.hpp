@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 /// As `pathMatchingExtensions`, where the list may hold uniform type identifiers, too, which are known by their

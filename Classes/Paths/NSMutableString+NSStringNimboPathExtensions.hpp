@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The most bytes that the name of a file may have.
 inline constexpr std::uint32_t kMaximumFileNameBytes = 255;

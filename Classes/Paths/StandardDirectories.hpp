@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 // The user's standard folders. None is created. Those marked as kept are found out on the first call, from any
 // thread, and stay the same as long as the process lives. All but `temporaryDirectory` are nil when the user

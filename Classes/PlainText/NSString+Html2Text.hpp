@@ -5,7 +5,7 @@
 #include "Classes/PlainText/PlainTextOptions.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace Html2Text {
 
 // The text of an HTML page. A page without any text, one of more than 268435455 units and one that there is no

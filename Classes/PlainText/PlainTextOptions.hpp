@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// What a conversion of HTML to plain text does beside leaving the markup out.
 struct PlainTextOptions {

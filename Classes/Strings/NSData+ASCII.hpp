@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSData.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace ASCII {
 
 /// Whether no byte has its top bit set. True of an empty data object, false of nil.

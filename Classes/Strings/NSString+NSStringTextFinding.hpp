@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringTextFinding {
 
 // Without regard to case by the platform's search, which folds whole characters: "straße" contains "SS".

@@ -4,7 +4,7 @@
 #include "platform/Foundation/NSComparisonResult.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace Sorting {
 
 // How the string stands to another one. Each is an order (of the foldings, where cases are folded); nil counts

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 // Each kind of edit stands here once: a worker on a mutable string, and beside it the form for an immutable
 // one, which answers the string itself when the edit changes nothing.

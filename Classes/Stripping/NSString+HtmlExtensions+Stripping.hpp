@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace HtmlExtensions {
 
 // Markup with some of it taken out; nil for nil. When there is no memory for the result, the string itself, or

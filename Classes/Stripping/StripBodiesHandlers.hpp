@@ -10,7 +10,7 @@
 #include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The context of the two handlers below.
 struct StripBodiesContext {

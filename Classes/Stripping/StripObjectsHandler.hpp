@@ -8,7 +8,7 @@
 #include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The context of `StripObjectsHandler`.
 struct StripObjectsContext {

@@ -9,7 +9,7 @@
 #include "Classes/Markup/TagScanner.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Appends the text in front of the tag to `context`, an `NSMutableString`, behind a space unless that ends in
 /// white space already. Never stops the scan.

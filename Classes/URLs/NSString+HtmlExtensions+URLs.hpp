@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace HtmlExtensions {
 
 /// A URL as it is written in markup, cleaned by `normalizeURLUnits` (Classes/URLs/URLNormalizing.hpp); with

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Decodes the escapes ("%" and two hexadecimal digits) among `length` units, in place, and answers how many
 /// units are left. What is not decoded stays as it is; so does a "%" that is one of the last two units.

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A unit of a URL may become an escape of 3.
 constexpr std::uint32_t kMaxURLGrowth = 3;

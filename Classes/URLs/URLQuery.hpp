@@ -18,7 +18,7 @@
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The parameters that have a value; the last one of a name counts. Nil when the string is nil or empty or
 /// `startIndex` is not inside it.

@@ -4,7 +4,7 @@
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Mends what goes wrong when links are typed or pasted: an escaped quote in front, with the one at the end;
 /// ":http://" and "ttp://"; a doubled beginning as "hhttp:", "http://http://" or "http://%20http://"; a web

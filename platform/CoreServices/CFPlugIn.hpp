@@ -10,7 +10,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A UUID, its bytes in the order in which they are written.
 using CFUUIDBytes = std::array<std::uint8_t, 16>;

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// At most so much of a file's beginning is looked at, besides the directory of a zip archive or an OLE
 /// compound file.

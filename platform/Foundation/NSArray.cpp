@@ -70,8 +70,8 @@ std::vector<id> &NSArray::own() {
   return *elements_;
 }
 
-bool operator==(const NSArray &a, const NSArray &b) {
-  return a.elements_ == b.elements_ || (a.elements_ && b.elements_ && *a.elements_ == *b.elements_);
+bool NSArray::operator==(const NSArray &other) const {
+  return elements_ == other.elements_ || (elements_ && other.elements_ && *elements_ == *other.elements_);
 }
 
 }  // namespace nimbo

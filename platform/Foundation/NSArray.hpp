@@ -7,7 +7,9 @@
 #include <span>
 #include <vector>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 class id;
 
@@ -46,7 +48,7 @@ class NSArray {
   /// Of the elements and their order.
   std::size_t hash() const noexcept;
   /// Equal elements in the same order; nil equals only nil.
-  friend bool operator==(const NSArray &a, const NSArray &b);
+  bool operator==(const NSArray &other) const;
 
  private:
   std::vector<id> &own();

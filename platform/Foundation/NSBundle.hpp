@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A folder that holds a program or a library with its information: NAME/Contents/Info.plist and, for this
 /// system, NAME/Contents/Linux/EXECUTABLE.

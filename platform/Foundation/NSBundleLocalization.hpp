@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSBundle.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The text for `key` in the first of the user's languages whose table has one: Localizable.strings, a property
 /// list of pairs with or without braces in UTF-8, in the bundle's folder Contents/Resources/LANGUAGE.lproj. The

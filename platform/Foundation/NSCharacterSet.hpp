@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A set of the code units U+0000 to U+FFFF. The platform's sets are made from Unicode's general categories at
 /// each call, which takes about a millisecond: keep what you need. Surrogates are in none of them.

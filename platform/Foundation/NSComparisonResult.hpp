@@ -3,7 +3,9 @@
 
 #include <cstdint>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// How the first of two things stands to the second.
 enum NSComparisonResult : std::int32_t {

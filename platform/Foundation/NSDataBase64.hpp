@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSData.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The bytes in Base64's standard alphabet, padded with "=", without line breaks. Nil for nil, and when the
 /// text would be longer than `NSNotFound`.

@@ -5,7 +5,9 @@
 #include <optional>
 #include <string>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// A moment in time.
 struct NSDate {

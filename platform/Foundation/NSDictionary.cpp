@@ -105,12 +105,11 @@ NSDictionary::Storage &NSDictionary::own() {
   return *storage_;
 }
 
-bool operator==(const NSDictionary &a, const NSDictionary &b) {
-  if (a.storage_ == b.storage_) return true;
-  if (!a || !b || a.count() != b.count()) return false;
-  return std::all_of(a.begin(), a.end(), [&](const NSDictionary::Entry &entry) {
-    return entry.second == b.objectForKey(entry.first);
-  });
+bool NSDictionary::operator==(const NSDictionary &other) const {
+  if (storage_ == other.storage_) return true;
+  if (!storage_ || !other || count() != other.count()) return false;
+  return std::all_of(begin(), end(),
+                     [&](const Entry &entry) { return entry.second == other.objectForKey(entry.first); });
 }
 
 }  // namespace nimbo

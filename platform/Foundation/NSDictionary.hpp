@@ -9,7 +9,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 class id;
 
@@ -45,7 +45,7 @@ class NSDictionary {
   /// Of the entries, in whatever order.
   std::size_t hash() const noexcept;
   /// The same keys with equal values, in any order; nil equals only nil.
-  friend bool operator==(const NSDictionary &a, const NSDictionary &b);
+  bool operator==(const NSDictionary &other) const;
 
  private:
   struct Storage;

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What platform adapters and importers raise: a name that programs test and a reason that people read.
 class NSException : public std::exception {

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The file system. Symbolic links are followed; no path is ever opened for more than a listing.
 struct NSFileManager {

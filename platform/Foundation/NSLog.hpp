@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Writes one line to the system log and to standard error; line feeds inside the message stay in it.
 void NSLog(const NSString &message);

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Owned UTF-16 units that grow and are edited in place; never nil. Moving it into an `NSString` hands the
 /// storage over without a copy. A length above `NSNotFound` raises `std::length_error`.

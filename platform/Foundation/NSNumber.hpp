@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 // What a value is as a number or text. Booleans are 1 and 0. A string is the number that it begins with behind
 // white characters of ASCII, or 0; "." is the decimal point, there is no digit grouping, and words such as

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The user's home folder: `$HOME` when it is an absolute path, else that of the user database. Nil when there
 /// is none.

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 enum class NSPropertyListFormat { openStep = 1, xml = 100, binary = 200 };
 

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// One UTF-16 code unit. Surrogates are units like any other.
 using unichar = char16_t;

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSDate.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Waits for a thread's input sources and serves them. One with nothing to do sleeps.
 class NSRunLoop {

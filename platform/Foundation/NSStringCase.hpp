@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// All characters in lower case, by Unicode's rules without those of any language; the string itself when that
 /// changes nothing. Nil for nil.

@@ -4,7 +4,7 @@
 #include "platform/Foundation/NSComparisonResult.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// In the order of the user's language (`$LC_ALL`, `$LC_COLLATE`, `$LANG` when first asked), without regard to
 /// case; accents count, canonically equivalent strings are the same. Nil counts as empty. From any thread.

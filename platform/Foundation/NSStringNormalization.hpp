@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The forms of Unicode: D and C of canonical, KD and KC of compatible equivalents; C and KC composed.
 enum CFStringNormalizationForm {

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// How to search; the values can be joined by |.
 enum NSStringCompareOptions : std::uint32_t {

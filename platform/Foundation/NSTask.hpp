@@ -7,7 +7,7 @@
 
 #include "platform/Foundation/NSData.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A program that is run to its end. Its standard input is empty, its standard output is this process's own,
 /// and its standard error is collected while it runs, so that a full pipe never stops it.

@@ -210,10 +210,10 @@ bool NSURL::isOpaque() const {
          !storage_->path().starts_with(u'/');
 }
 
-bool operator==(const NSURL &a, const NSURL &b) {
-  if (a.storage_ == b.storage_) return true;
-  return a.storage_ && b.storage_ && a.storage_->relativeString == b.storage_->relativeString &&
-         a.storage_->base == b.storage_->base;
+bool NSURL::operator==(const NSURL &other) const {
+  if (storage_ == other.storage_) return true;
+  return storage_ && other.storage_ && storage_->relativeString == other.storage_->relativeString &&
+         storage_->base == other.storage_->base;
 }
 
 std::size_t NSURL::hash() const noexcept {

@@ -8,7 +8,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 struct URIParts;
 
@@ -85,7 +85,7 @@ class NSURL {
 
   explicit operator bool() const noexcept { return storage_ != nullptr; }
   /// Equal strings, and equal bases. Two URLs with the same target may differ. Nil equals only nil.
-  friend bool operator==(const NSURL &a, const NSURL &b);
+  bool operator==(const NSURL &other) const;
   std::size_t hash() const noexcept;
 
  private:

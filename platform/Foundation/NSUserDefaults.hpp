@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What the user has set: the entries of a property list file, and behind them values that the program
 /// registers.

@@ -12,7 +12,7 @@
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A hash of two things in this order, of their hashes.
 constexpr std::size_t combinedHash(std::size_t first, std::size_t second) {

@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 namespace detail {
 struct ImageInput;

@@ -6,7 +6,7 @@
 #include "platform/Foundation/NSDate.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The moment that a PDF date string names: "D:YYYYMMDDHHmmSS+HH'mm'", where everything after the year may be
 /// missing. Without a zone it is UTC. Also read: no "D:", separators as in "2001-02-03T04:05:06" or "2001/2/3

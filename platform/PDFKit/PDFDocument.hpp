@@ -8,7 +8,7 @@
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 namespace detail {
 class PDFEngine;

@@ -4,7 +4,7 @@
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 /// The string's UTF-8 in Base64: the standard alphabet with "=" at the end and no line breaks. A lone surrogate

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 /// Whether the string has 1 to 15 units, all of the alphanumeric set.

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 // What the functions of `NSMutableString+NSStringNimboPathExtensions.hpp` do in place; the string itself when

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 // The natural order of file names, in which "file9" stands before "file10". The answer is negative, 0 or

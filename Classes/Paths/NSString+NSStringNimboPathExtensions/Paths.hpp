@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What the file system's root is called in paths with ":".
 inline constexpr std::u16string_view kRootVolumeName = u"Root";

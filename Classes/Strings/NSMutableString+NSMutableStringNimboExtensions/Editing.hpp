@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
 void appendCharacter(NSMutableString &string, unichar character);

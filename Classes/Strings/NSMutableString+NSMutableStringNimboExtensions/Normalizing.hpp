@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSStringNormalization.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
 /// Into NFC, or the form given.

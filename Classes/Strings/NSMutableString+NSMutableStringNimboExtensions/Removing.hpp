@@ -4,7 +4,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
 /// Removes the units in the set, or those of the string; none when the argument is null or nil.

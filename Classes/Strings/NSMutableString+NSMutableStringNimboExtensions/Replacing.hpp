@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
 /// Replaces every occurrence of `replaced`, from left to right; without regard to case by `upperCharsTable`.

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
 // In place, what the functions of `NSString+NSStringNimboExtensions+Trimming.hpp` answer.

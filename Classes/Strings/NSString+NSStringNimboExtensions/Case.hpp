@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 // Each unit is mapped by itself. Answers the string itself when that changes nothing; nil for nil.

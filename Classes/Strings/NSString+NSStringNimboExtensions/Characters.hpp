@@ -6,7 +6,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 /// The tables of `CharacterTables.hpp`, made when needed.

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 /// The lines of a configuration text without the comments, which begin with "#", each without white characters

@@ -7,7 +7,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 // The "initWith" forms are the same as those named "stringWith".

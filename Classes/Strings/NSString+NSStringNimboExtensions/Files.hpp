@@ -6,7 +6,7 @@
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 /// The text of a file. An encoding from -16 to 0 stands for "find out": the encoding is detected, and

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSStringNormalization.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 // These answer the string itself when it is nil or empty, else a copy.

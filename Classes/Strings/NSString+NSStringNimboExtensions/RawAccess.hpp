@@ -6,7 +6,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 /// Copies the units to `chars`, as many as fit, and answers how many. A unit above U+00FF becomes "?".

@@ -4,7 +4,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 // As the editing forms of `NSMutableString+NSMutableStringNimboExtensions+Removing.hpp`. Answers the string

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
 // As the editing forms of `NSMutableString+NSMutableStringNimboExtensions+Replacing.hpp`. Answers the string

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace URLUtilities {
 
 /// `convertPercentEscapesOfURL` for a whole string. Always a new string, but for one of at most 2 units and one

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace URLUtilities {
 
 /// Whether the string begins with "http://" or "https://"; "ftp://", "ftps://" or "sftp://"; "news://" or

@@ -6,7 +6,7 @@
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace URLUtilities {
 
 /// The functions of URLQuery.hpp for the query of a URL, which begins at its first "?". Without a "?": nil, 0

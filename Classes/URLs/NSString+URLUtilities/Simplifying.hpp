@@ -8,7 +8,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace URLUtilities {
 
 /// Always writes scheme and host in small ASCII letters and leaves out the port when it is the scheme's own;

@@ -6,7 +6,7 @@
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 /// The labels of the host, empty ones left out; an IP address is one label. Empty without a host.

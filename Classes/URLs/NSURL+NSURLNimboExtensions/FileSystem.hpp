@@ -7,7 +7,7 @@
 #include "platform/Foundation/NSURL.hpp"
 #include "platform/Foundation/System/FSRef.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 /// Makes a reference to the file or folder of a file's URL (`FSPathMakeRef`). False, with nothing written, when

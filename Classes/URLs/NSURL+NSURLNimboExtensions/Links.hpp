@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSURL.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 // Whether someone who walks through pages follows a link. The modes: 0 never; 1 on the same host; 2 in the same

@@ -6,7 +6,7 @@
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 // URLs from strings, and from other URLs with a part changed. Nil for nil, and when the result is no URL. What

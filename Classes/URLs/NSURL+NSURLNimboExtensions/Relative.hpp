@@ -4,7 +4,7 @@
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 /// A link of a page, resolved against the page's URL, without a base of its own. `normalizedStringURL` comes

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSURL.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 // What kind of URL it is. Schemes and hosts are compared as a whole, without regard to case. False for nil and

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSError.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 /// True up to 299, but false from 201 to 206, which bring no whole page.

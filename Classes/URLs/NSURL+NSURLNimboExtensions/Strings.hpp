@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSURL.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
 // Strings of a URL. Nil for nil.

@@ -7,7 +7,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The number of a text encoding. All published numbers are here; `CFStringIsEncodingAvailable` says which have
 /// a converter.

@@ -5,7 +5,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The text that the bytes are. A byte order mark is dropped in UTF-8 and where it decides the order, in
 /// `NSUnicodeStringEncoding` and `NSUTF32StringEncoding`. Nil when the data is nil, the encoding is not

@@ -8,7 +8,7 @@
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 using OSStatus = std::int32_t;
 

@@ -13,7 +13,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// One end of a connection: cuts what arrives on a non-blocking stream socket into messages and writes messages
 /// out as far as the socket takes them. It never waits. Memory follows what has arrived, never what a length

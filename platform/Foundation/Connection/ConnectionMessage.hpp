@@ -7,7 +7,7 @@
 
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// The messages of a named connection. Each is a 4-byte big-endian length, which counts the bytes after it, and
 /// a binary property list:

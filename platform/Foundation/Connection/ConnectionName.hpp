@@ -4,7 +4,7 @@
 #include "platform/Foundation/NSString.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Where named connections live: a name is a Unix stream socket of exactly that name in the runtime folder.
 /// That is `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary

@@ -4,7 +4,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Writes all bytes to the file at `path`. Atomically: to a new file beside it that then takes its place, with
 /// the old file's permissions; on failure the old file is as it was. What a symbolic link leads to is replaced,

@@ -7,7 +7,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Names a file or folder that exists, wherever it is moved on its volume. A plain value: it may be copied
 /// bytewise, and those of the same file are the same bytes. One of zeros names nothing.

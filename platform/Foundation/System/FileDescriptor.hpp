@@ -5,7 +5,9 @@
 
 #include <utility>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// Owns a file descriptor and closes it; tests false when there is none.
 class FileDescriptor {

@@ -3,7 +3,9 @@
 
 #include <cstddef>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// From this size on the first touch of fresh memory, page by page, takes longer than filling it.
 inline constexpr std::size_t kLargeBytes = 4u << 20;

@@ -5,7 +5,9 @@
 
 #include <cstddef>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// The size of a page of memory, in bytes.
 inline std::size_t pageSize() {

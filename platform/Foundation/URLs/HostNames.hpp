@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// A host name as it is in the network: labels that are not ASCII as "xn--...", by UTS 46 (nontransitional, so
 /// that "ß" stays a letter of its own). The string itself when it is ASCII. Nil for nil, for one above

@@ -4,7 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// Writes every byte but letters and digits of ASCII and those of `plain` as "%" and two capital hexadecimal
 /// digits.

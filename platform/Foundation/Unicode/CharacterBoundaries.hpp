@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <string_view>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// The last place at or before `index` where a character as people see it begins: never inside a surrogate
 /// pair, between a letter and its combining marks, or inside another grapheme cluster. `index` is cut to the

@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <string_view>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 constexpr bool isSurrogate(char16_t unit) {
   return (unit & 0xf800) == 0xd800;

@@ -3,7 +3,9 @@
 
 #include <cstddef>
 
-namespace nimbo {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// Why a conversion ended.
 enum class ConversionEnd {

@@ -3,7 +3,7 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Mappings of one code unit by Unicode's data and no language's rules. Where the full mapping has not exactly
 /// one unit, each answers the unit itself. They are slow; `Classes/Characters/CharacterTables.hpp` has tables

@@ -6,7 +6,8 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
 
 /// The units from `first` to `last`, both included; not all there are.
 struct UnicharRange {
@@ -21,4 +22,5 @@ struct UnicharRange {
 std::size_t findUnicharInRanges(const unichar *units, std::size_t length, std::span<const UnicharRange> ranges);
 std::size_t findUnicharOutsideRanges(const unichar *units, std::size_t length, std::span<UnicharRange> ranges);
 
-}  // namespace nimbo::detail
+}  // namespace detail
+}  // namespace nimbo

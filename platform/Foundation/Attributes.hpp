@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+/// Stands in front of the name of a namespace whose functions and classes a library shows to its users:
+/// `namespace NIMBO_PUBLIC nimbo {`. Every public header has it, and no other; all else is hidden.
+#define NIMBO_PUBLIC __attribute__((visibility("default")))
+
+/// Marks a parameter or object that the result borrows from, so that compilers which know the attribute warn
+/// when the result outlives it.
+#if defined(__clang__)
+#define NIMBO_LIFETIMEBOUND [[clang::lifetimebound]]
+#else
+#define NIMBO_LIFETIMEBOUND
+#endif
