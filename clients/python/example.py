@@ -7,7 +7,7 @@ import sys
 from quiverleaf import Helper, HelperError
 
 
-def main():
+def main() -> None:
     if len(sys.argv) != 2:
         sys.exit("usage: example.py FILE")
     with open(sys.argv[1], "rb") as file:

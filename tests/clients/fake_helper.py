@@ -29,6 +29,11 @@ def serve(connection):
             return
         elif selector == "nil:":
             del reply["Result"]
+            reply["Reason"] = "no such file"
+        elif selector == "partly:":
+            reply["Reason"] = "two pages are damaged"
+        elif selector == "reason:":
+            reply["Reason"] = 1
         elif selector == "raise:":
             reply = {"Reply": request["Request"], "Exception": {"Name": "NSRangeException", "Reason": "too far"}}
         elif selector == "stray:":

@@ -5,8 +5,10 @@
 import concurrent.futures
 import contextlib
 import datetime
+import inspect
 import os
 import pathlib
+import pickle
 import plistlib
 import random
 import re
@@ -14,12 +16,13 @@ import struct
 import subprocess
 import sys
 import tempfile
+import typing
 import unittest
 from unittest import mock
 
 import documents
-from quiverleaf import CONNECTION_NAME, OPERATIONS, Helper, client, plist
-from quiverleaf import HelperDied, HelperTimeout, HelperUnreachable, RemoteException
+from quiverleaf import CONNECTION_NAME, OPERATIONS, Helper, client, plist, runtime
+from quiverleaf import HelperDied, HelperError, HelperTimeout, HelperUnreachable, RemoteException
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
 FAKE_HELPER = pathlib.Path(__file__).with_name("fake_helper.py")
@@ -128,6 +131,22 @@ class ContractTest(unittest.TestCase):
             getattr(helper, selector.partition(":")[0])("f")
         self.assertEqual(calls, operations)
 
+    def test_everything_public_is_annotated_and_described(self):
+        public = {}
+        for module in (client, plist, runtime):
+            for member in vars(module).values():
+                if getattr(member, "__module__", None) == module.__name__ and hasattr(member, "__qualname__"):
+                    parts = [part for part in vars(member).values() if inspect.isfunction(part)]
+                    public.update((part.__qualname__, part) for part in (member, *parts))
+        public = {name: member for name, member in public.items() if not re.search(r"(^|\.)_(?!_init__)", name)}
+        self.assertLess({"Helper", "Helper.call", "Helper.__init__", "find_helper", "dumps"}, set(public))
+        for name, member in public.items():
+            with self.subTest(name):
+                self.assertTrue(member.__doc__ or name.endswith("__init__"))
+                if inspect.isfunction(member):
+                    parameters = set(inspect.signature(member).parameters) - {"self"}
+                    self.assertEqual(set(typing.get_type_hints(member)), parameters | {"return"})
+
 
 class HelperTestCase(unittest.TestCase):
     """Gives each test a runtime folder of its own and ends what it started."""
@@ -158,20 +177,74 @@ class BadHelperTest(HelperTestCase):
         with mock.patch.object(client, "MAXIMUM_MESSAGE_BYTES", 1000), self.assertRaises(ValueError):
             self.helper.call("echo:", value)
         self.assertEqual(self.helper.call("trickle:", {"a": "b" * 500}), {"a": "b" * 500})
-        self.assertIsNone(self.helper.call("nil:", {}))
         with self.assertRaises(RemoteException) as raised:
             self.helper.call("raise:", {})
-        self.assertEqual((raised.exception.name, raised.exception.reason), ("NSRangeException", "too far"))
+        for error in (raised.exception, pickle.loads(pickle.dumps(raised.exception))):
+            self.assertEqual((error.name, error.reason), ("NSRangeException", "too far"))
+            self.assertEqual(str(error), "NSRangeException: too far")
+        with self.assertRaisesRegex(HelperError, "no bool but dict"):
+            with mock.patch.object(self.helper, "call", return_value={}):
+                self.helper.writeRTFDData(b"", "f")
 
-    def test_names_that_are_not_utf8(self):
-        for name in (b"/tmp/caf\xe9.pdf", b"/tmp/\xff\xc3\xa9"):
-            sent = self.helper.metaDataForFile(name)["metaDataForFile"]
-            self.assertEqual(sent.encode("utf-8", "surrogateescape"), name)
-        self.assertEqual(self.helper.metaDataForFile("x/../y")["metaDataForFile"], os.getcwd() + "/x/../y")
+    def test_tells_the_reason_of_the_last_answer_alone(self):
+        for selector, answer, reason in (("nil:", None, "no such file"), ("partly:", {"a": 1}, "two pages are damaged")):
+            self.assertEqual((self.helper.call(selector, {"a": 1}), self.helper.reason), (answer, reason))
+            for failing in ("raise:", "die:"):
+                with self.assertRaises(HelperError):
+                    self.helper.call(failing, {})
+                self.assertIsNone(self.helper.reason)
+            self.helper.call(selector, {})
+            self.helper.call("echo:", {})
+            self.assertIsNone(self.helper.reason)
+
+    def test_files_are_named_from_the_working_directory(self):
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.folder)
+        here = os.fsencode(os.getcwd())
+        names = {
+            "x/../y": here + b"/x/../y",
+            "caf\u00e9": here + "/caf\u00e9".encode(),
+            b"caf\xe9": here + b"/caf\xe9",
+            b"/tmp/\xff\xc3\xa9": b"/tmp/\xff\xc3\xa9",
+            pathlib.Path("x"): here + b"/x",
+            pathlib.Path("/tmp/x"): b"/tmp/x",
+            "": b"",
+        }
+        calls = {"writeRTFDData:toFile:": lambda name: self.helper.writeRTFDData(b"", name)}
+        for selector in OPERATIONS:
+            if "File:" in selector or "Archive:" in selector:
+                calls.setdefault(selector, getattr(self.helper, selector.partition(":")[0]))
+        self.assertEqual(len(calls), 7)
+        for selector, call in calls.items():
+            keyword = "toFile" if "toFile" in selector else selector.partition(":")[0]
+            for name, meant in names.items():
+                with self.subTest(selector, name=name), mock.patch.object(self.helper, "call", return_value=None) as sent:
+                    call(name)
+                    self.assertEqual(sent.call_args.args[1][keyword].encode("utf-8", "surrogateescape"), meant)
+        os.mkdir("gone")
+        os.chdir("gone")
+        os.rmdir("../gone")
+        self.assertEqual(self.helper.metaDataForFile("/x"), {"metaDataForFile": "/x"})
+        with self.assertRaises(FileNotFoundError):
+            self.helper.metaDataForFile("x")
+
+    def test_the_program_is_named_from_the_working_directory(self):
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(FAKE_HELPER.parent)
+        with mock.patch.dict(os.environ, {"QUIVERLEAF_HELPER": FAKE_HELPER.name}):
+            self.assertEqual(self.helper.call("echo:", {}), {})
+        self.helper.stop()
+        with mock.patch.dict(os.environ, {"QUIVERLEAF_HELPER": "/nonexistent"}):
+            for path in (FAKE_HELPER.name, os.fsencode(FAKE_HELPER.name), pathlib.Path(FAKE_HELPER.name)):
+                os.chdir(FAKE_HELPER.parent)
+                with Helper(path=path) as helper:
+                    os.chdir("/")
+                    self.assertEqual(helper.call("echo:", {}), {})
+                    helper.stop()
 
     def test_a_helper_that_fails_costs_one_call(self):
         cases = {"die:": HelperDied, "hang:": HelperTimeout}
-        cases.update(dict.fromkeys(("close:", "garbage:", "stray:", "huge:"), HelperDied))
+        cases.update(dict.fromkeys(("close:", "garbage:", "stray:", "huge:", "reason:"), HelperDied))
         for selector, error in cases.items():
             with self.subTest(selector):
                 before = self.helper.ping()

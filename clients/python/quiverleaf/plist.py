@@ -8,6 +8,10 @@ too much for what another process sent. None stands for null, bytes for data, an
 import datetime
 import math
 import struct
+from collections.abc import Collection, Iterator
+from typing import Any, Optional, Union
+
+Data = Union[bytes, bytearray, memoryview]
 
 MAXIMUM_DEPTH = 512
 MAXIMUM_OBJECTS = 4_000_000
@@ -22,15 +26,18 @@ class PropertyListError(ValueError):
     """Bytes that are no property list, or a value that none can hold."""
 
 
-def dumps(value):
-    """The binary property list of a value; raises PropertyListError."""
+def dumps(value: Any) -> bytes:
+    """The binary property list of a value; a datetime without a time zone counts as UTC.
+
+    Raises PropertyListError for what no list can hold and for more than MAXIMUM_DEPTH levels or MAXIMUM_OBJECTS values.
+    """
     return _Writer(value).data()
 
 
-def loads(data):
-    """The value of a binary property list; raises PropertyListError, whatever the bytes are.
+def loads(data: Data) -> Any:
+    """The value of a binary property list. Data comes as bytes, a date as datetime in UTC, null as None.
 
-    A date that datetime cannot hold is None.
+    A date that datetime cannot hold is None. Raises PropertyListError and nothing else, whatever the bytes are.
     """
     return _Reader(bytes(data)).value()
 
@@ -38,13 +45,13 @@ def loads(data):
 class _Writer:
     """Numbers the objects breadth first; equal strings share a number."""
 
-    def __init__(self, top):
+    def __init__(self, top: Any) -> None:
         self._objects = [top]
         self._depths = [1]
-        self._strings = {}
+        self._strings: dict[str, int] = {}
 
-    def data(self):
-        children = {}
+    def data(self) -> bytes:
+        children: dict[int, list[int]] = {}
         for index, value in enumerate(self._objects):  # which grows meanwhile
             if isinstance(value, dict):
                 if not all(isinstance(key, str) for key in value):
@@ -67,13 +74,13 @@ class _Writer:
         parts.append(_TRAILER.pack(offset_size, reference_size, len(offsets), 0, position))
         return b"".join(parts)
 
-    def _number(self, parent, values):
+    def _number(self, parent: int, values: Collection[Any]) -> list[int]:
         depth = self._depths[parent] + 1
         if depth > MAXIMUM_DEPTH and values:
             raise PropertyListError("the value is nested too deeply")
         return [self._append(value, depth) for value in values]
 
-    def _append(self, value, depth):
+    def _append(self, value: Any, depth: int) -> int:
         if isinstance(value, str) and value in self._strings:
             return self._strings[value]
         number = len(self._objects)
@@ -86,27 +93,27 @@ class _Writer:
         return number
 
 
-def _integer_size(value):
+def _integer_size(value: int) -> int:
     return next(size for size in (1, 2, 4, 8) if value < 1 << 8 * size)
 
 
-def _integer(value):
+def _integer(value: int) -> bytes:
     if value < 0:
         return b"\x13" + value.to_bytes(8, "big", signed=True)
     size = _integer_size(value)
     return bytes([0x10 | size.bit_length() - 1]) + value.to_bytes(size, "big")
 
 
-def _marker(kind, count):
+def _marker(kind: int, count: int) -> bytes:
     return bytes([kind | count]) if count < 15 else bytes([kind | 15]) + _integer(count)
 
 
-def _container(value, references, reference_size):
+def _container(value: Collection[Any], references: list[int], reference_size: int) -> bytes:
     kind = 0xD0 if isinstance(value, dict) else 0xA0
     return _marker(kind, len(value)) + b"".join(number.to_bytes(reference_size, "big") for number in references)
 
 
-def _scalar(value):
+def _scalar(value: Any) -> bytes:
     if value is None:
         return b"\x00"
     if isinstance(value, bool):
@@ -131,6 +138,10 @@ def _scalar(value):
     raise PropertyListError(f"a property list cannot hold {type(value).__name__}")
 
 
+_Done = dict[int, tuple[Any, int]]  # number: (value, how many values it unfolds to)
+_OpenContainer = tuple[int, int, list[int], Iterator[int]]  # number, kind, references, those not yet read
+
+
 class _Reader:
     """Reads each object once, depth first and without recursion.
 
@@ -138,7 +149,7 @@ class _Reader:
     containers that would unfold to more than MAXIMUM_OBJECTS values.
     """
 
-    def __init__(self, data):
+    def __init__(self, data: bytes) -> None:
         if len(data) < len(_HEADER) + _TRAILER.size or not data.startswith(_HEADER):
             raise PropertyListError("no binary property list")
         offset_size, self._reference_size, count, self._top, table = _TRAILER.unpack(data[-_TRAILER.size :])
@@ -151,10 +162,10 @@ class _Reader:
         self._offset_size, self._count, self._table = offset_size, count, table
         self._budget = len(data)
 
-    def value(self):
-        done = {}  # number: (value, how many values it unfolds to)
-        open_containers = []
-        open_numbers = set()
+    def value(self) -> Any:
+        done: _Done = {}
+        open_containers: list[_OpenContainer] = []
+        open_numbers: set[int] = set()
         self._open(self._top, done, open_containers)
         while open_containers:
             number, kind, references, remaining = open_containers[-1]
@@ -172,7 +183,7 @@ class _Reader:
                 self._open(child, done, open_containers)
         return done[self._top][0]
 
-    def _open(self, number, done, open_containers):
+    def _open(self, number: int, done: _Done, open_containers: list[_OpenContainer]) -> None:
         """Reads an object: a scalar goes to `done`, a container to the end of `open_containers`."""
         position = self._position(number)
         marker = self._data[position]
@@ -184,7 +195,7 @@ class _Reader:
         else:
             done[number] = (self._scalar(kind, low, position + 1), 1)
 
-    def _close(self, kind, references, done):
+    def _close(self, kind: int, references: list[int], done: _Done) -> tuple[Any, int]:
         weight = 1 + sum(done[reference][1] for reference in references)
         if weight > MAXIMUM_OBJECTS:
             raise PropertyListError("too many objects")
@@ -196,7 +207,7 @@ class _Reader:
             raise PropertyListError("a key is not a string")
         return dict(zip(keys, values[len(keys) :])), weight
 
-    def _position(self, number):
+    def _position(self, number: int) -> int:
         if number >= self._count:
             raise PropertyListError("a reference lies outside")
         start = self._table + number * self._offset_size
@@ -205,7 +216,7 @@ class _Reader:
             raise PropertyListError("an object lies outside")
         return position
 
-    def _bytes(self, position, count):
+    def _bytes(self, position: int, count: int) -> bytes:
         if count > self._table - position:
             raise PropertyListError("an object is cut off")
         self._budget -= count
@@ -213,7 +224,7 @@ class _Reader:
             raise PropertyListError("objects overlap")
         return self._data[position : position + count]
 
-    def _length(self, low, position):
+    def _length(self, low: int, position: int) -> tuple[int, int]:
         if low != 15:
             return low, position
         marker = self._bytes(position, 1)[0]
@@ -222,12 +233,12 @@ class _Reader:
         size = 1 << (marker & 0x0F)
         return int.from_bytes(self._bytes(position + 1, size), "big"), position + 1 + size
 
-    def _references(self, position, count):
+    def _references(self, position: int, count: int) -> list[int]:
         size = self._reference_size
         raw = self._bytes(position, count * size)
         return [int.from_bytes(raw[start : start + size], "big") for start in range(0, len(raw), size)]
 
-    def _scalar(self, kind, low, position):
+    def _scalar(self, kind: int, low: int, position: int) -> Any:
         if kind == 0x00 and low in (0x0, 0x8, 0x9):
             return {0x0: None, 0x8: False, 0x9: True}[low]
         if kind == 0x10 and low <= 4:
@@ -246,7 +257,7 @@ class _Reader:
         raise PropertyListError("an object of unknown kind")
 
 
-def _date(seconds):
+def _date(seconds: float) -> Optional[datetime.datetime]:
     if not math.isfinite(seconds):
         return None
     try:

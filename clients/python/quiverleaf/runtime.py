@@ -3,7 +3,9 @@
 
 import contextlib
 import fcntl
+import importlib
 import os
+import pathlib
 import select
 import shutil
 import signal
@@ -13,13 +15,23 @@ import struct
 import subprocess
 import threading
 import time
+from collections.abc import Iterator
+from typing import Optional, Union
 
+StrPath = Union[str, bytes, os.PathLike[str], os.PathLike[bytes]]
+
+HELPER_PROGRAM = "quiverleaf-helper"
+
+_CUSTOMARY_FOLDERS = ("/usr/local/libexec/quiverleaf", "/usr/libexec/quiverleaf")
 _POLL_SECONDS = 0.01
 _PEER = struct.Struct("iII")
 
 
-def open_folder():
-    """A descriptor of the runtime folder, which is made when missing. Raises OSError when it is not safe to use."""
+def open_folder() -> int:
+    """A descriptor of the runtime folder, which is made when missing; the caller closes it.
+
+    Raises OSError when the folder is not safe to use, ValueError when it is named by a relative path.
+    """
     path = os.environ.get("QUIVERLEAF_RUNTIME_DIR") or os.environ.get("XDG_RUNTIME_DIR")
     flags = os.O_PATH | os.O_DIRECTORY | os.O_CLOEXEC
     if not path:
@@ -40,9 +52,13 @@ def open_folder():
 class Connection:
     """A socket and the process at its other end: its number, and a descriptor that never means a later process."""
 
-    def __init__(self, connected):
+    def __init__(self, connected: socket.socket) -> None:
+        """Takes the socket over. Raises ConnectionRefusedError when the process has ended, PermissionError when it is
+        another user's; the socket is then left to the caller."""
         self.socket = connected
-        self.process, user, _ = _PEER.unpack(connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))
+        peer = _PEER.unpack(connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))
+        self.process: int = peer[0]
+        user = peer[1]
         if user != os.geteuid():
             raise PermissionError(f"process {self.process} of another user answers under the name")
         try:
@@ -54,24 +70,28 @@ class Connection:
             os.close(self._handle)
             raise ConnectionRefusedError
 
-    def close(self):
+    def close(self) -> None:
+        """Closes the connection; the process goes on."""
         self.socket.close()
         os.close(self._handle)
 
-    def is_stale(self):
+    def is_stale(self) -> bool:
         """Whether the other side has ended the connection, or sent what nobody asked for."""
         state = select.poll()
         state.register(self.socket, select.POLLIN)
         return bool(state.poll(0))
 
-    def wait_until_ended(self, seconds):
+    def wait_until_ended(self, seconds: float) -> bool:
         """Waits for the end of the process; false when it still runs after that time."""
         ended = select.poll()
         ended.register(self._handle, select.POLLIN)
         return bool(ended.poll(seconds * 1000))
 
-    def end_process(self, seconds, first_signal=signal.SIGTERM):
-        """Ends the process, in the end by force, and waits until it is gone. False when it is not."""
+    def end_process(self, seconds: float, first_signal: signal.Signals = signal.SIGTERM) -> bool:
+        """Ends the process, by force when it has not heeded the first signal after `seconds`, and waits as long again.
+
+        False when it still runs.
+        """
         for number in (first_signal, signal.SIGKILL):
             with contextlib.suppress(ProcessLookupError):
                 signal.pidfd_send_signal(self._handle, number)
@@ -80,10 +100,11 @@ class Connection:
         return False
 
 
-def connect(folder, name, seconds):
+def connect(folder: int, name: str, seconds: float) -> Optional[Connection]:
     """The connection to the process that serves `name`, or None when there is none.
 
-    Raises BlockingIOError when it takes no connection for that time, and other OSErrors.
+    `folder` is a descriptor of the runtime folder. Raises BlockingIOError when the process takes no connection for that
+    many seconds, PermissionError when the socket or the process is not this user's alone, and other OSErrors.
     """
     deadline = time.monotonic() + seconds
     connected = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM | socket.SOCK_CLOEXEC)
@@ -110,8 +131,8 @@ def connect(folder, name, seconds):
 
 
 @contextlib.contextmanager
-def start_lock(folder, name, deadline):
-    """Lets one client at a time start a helper. Raises TimeoutError."""
+def start_lock(folder: int, name: str, deadline: float) -> Iterator[None]:
+    """Lets one client at a time start a helper. Raises TimeoutError at `deadline`, a moment of time.monotonic()."""
     flags = os.O_RDWR | os.O_CREAT | os.O_CLOEXEC | os.O_NOFOLLOW
     lock = os.open(f"{name}.start", flags, 0o600, dir_fd=folder)
     try:
@@ -128,22 +149,62 @@ def start_lock(folder, name, deadline):
         os.close(lock)
 
 
-def find_helper():
-    """The helper's program: $QUIVERLEAF_HELPER, else the one that was installed with the `quiverleaf` command."""
+def absolute(path: StrPath) -> str:
+    """The path with the working directory of this moment in front when it is relative; its parts stay as they are, and
+    nothing stays nothing.
+
+    Raises FileNotFoundError when the working directory is gone.
+    """
+    name = os.fsdecode(path)
+    return os.path.join(os.getcwd(), name) if name and not os.path.isabs(name) else name
+
+
+def find_helper() -> str:
+    """The absolute path of the helper's program: $QUIVERLEAF_HELPER, else the first of `helper_places`, else in PATH.
+
+    Raises FileNotFoundError, which says all these places.
+    """
     named = os.environ.get("QUIVERLEAF_HELPER")
     if named:
-        return named
-    command = shutil.which("quiverleaf")
-    prefixes = [os.path.dirname(os.path.dirname(os.path.realpath(command)))] if command else []
-    for prefix in [*prefixes, "/usr/local", "/usr"]:
-        path = os.path.join(prefix, "libexec", "quiverleaf", "quiverleaf-helper")
-        if os.access(path, os.X_OK):
-            return path
-    raise FileNotFoundError("the program quiverleaf-helper was not found; set QUIVERLEAF_HELPER")
+        return absolute(named)
+    places = helper_places()
+    for place in places:
+        if os.path.isfile(place) and os.access(place, os.X_OK):
+            return place
+    found = shutil.which(HELPER_PROGRAM)
+    if found:
+        return absolute(found)
+    raise FileNotFoundError(
+        f"{HELPER_PROGRAM} was not found: neither `path` nor $QUIVERLEAF_HELPER names it, and it is not at "
+        f"{', '.join(places)}, nor in PATH ({os.environ.get('PATH', os.defpath)})"
+    )
 
 
-def start_helper(path, folder, name, deadline):
-    """Starts a helper and connects to it. Raises OSError."""
+def helper_places() -> list[str]:
+    """Where the helper's program may be installed, the likeliest first.
+
+    It is first looked for in the prefix in which this package is installed, or in the checkout of which it is a part.
+    An installation of both together says in `_installation` where it has put the program.
+    """
+    folder = pathlib.Path(__file__).resolve().parent
+    folders = []
+    if folder.parts[-3:-1] == ("clients", "python"):
+        folders.append(folder.parents[2] / "build" / "release" / "libexec" / "quiverleaf")
+    elif folder.parent.name in ("site-packages", "dist-packages") and len(folder.parents) > 3:
+        folders.append(folder.parents[3] / "libexec" / "quiverleaf")
+    try:
+        folders.append(pathlib.Path(importlib.import_module("._installation", __package__).LIBEXEC_FOLDER))
+    except ModuleNotFoundError:
+        folders.extend(map(pathlib.Path, _CUSTOMARY_FOLDERS))
+    return [str(place / HELPER_PROGRAM) for place in dict.fromkeys(folders)]
+
+
+def start_helper(path: str, folder: int, name: str, deadline: float) -> Connection:
+    """Starts the helper's program, whose path is absolute, and connects to it.
+
+    `folder` is a descriptor of the runtime folder, `deadline` a moment of time.monotonic(). Raises TimeoutError when the
+    helper does not answer until then, ChildProcessError when it ends, and other OSErrors.
+    """
     process = subprocess.Popen(
         [path], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd="/",
         start_new_session=True,
