@@ -18,6 +18,8 @@ from .client import (
     RemoteException,
 )
 
+__version__ = "2.0.0"
+
 __all__ = [
     "CONNECTION_NAME",
     "OPERATIONS",
@@ -27,4 +29,5 @@ __all__ = [
     "HelperTimeout",
     "HelperUnreachable",
     "RemoteException",
+    "__version__",
 ]
