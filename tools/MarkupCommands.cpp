@@ -8,6 +8,7 @@
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/id.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
@@ -67,8 +68,7 @@ std::string upperCaseName(const char *option, std::string name) {
   const auto isPrintable = [](char c) { return c > ' ' && c < '\x7f'; };
   if (name.empty() || !std::ranges::all_of(name, isPrintable))
     throw UsageError("'" + name + "' is no name of a tag for --" + option);
-  std::ranges::transform(name, name.begin(),
-                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  std::ranges::transform(name, name.begin(), toASCIIUpper<char>);
   return name;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "platform/Foundation/NSRange.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -94,14 +95,12 @@ inline unichar toAscii(unichar c) {
 
 /// As `toAscii`, in lower case.
 inline unichar toLowerAscii(unichar c) {
-  const unichar u = toAscii(c);
-  return u >= u'A' && u <= u'Z' ? static_cast<unichar>(u + (u'a' - u'A')) : u;
+  return toASCIILower(toAscii(c));
 }
 
 /// As `toAscii`, in upper case.
 inline unichar toUpperAscii(unichar c) {
-  const unichar u = toAscii(c);
-  return u >= u'a' && u <= u'z' ? static_cast<unichar>(u - (u'a' - u'A')) : u;
+  return toASCIIUpper(toAscii(c));
 }
 
 /// How a byte of a pattern compares with units: as a signed one, so that a byte above 0x7F never equals a unit

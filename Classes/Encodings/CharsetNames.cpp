@@ -12,6 +12,7 @@
 #include "Classes/Characters/FastComparisons.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
@@ -238,9 +239,8 @@ CFStringEncoding encodingByRules(std::span<const NameRule> rules, std::u16string
 /// The number whose digits come first in the name, 0 when there are none; the largest one when it is larger.
 std::uint32_t firstNumber(std::u16string_view name) {
   constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
-  const auto isDigit = [](unichar unit) { return unit >= u'0' && unit <= u'9'; };
   std::uint64_t number = 0;
-  for (auto at = std::ranges::find_if(name, isDigit); at != name.end() && isDigit(*at); ++at)
+  for (auto at = std::ranges::find_if(name, isASCIIDigit<unichar>); at != name.end() && isASCIIDigit(*at); ++at)
     number = std::min<std::uint64_t>(10 * number + (*at - u'0'), kLargest);
   return static_cast<std::uint32_t>(number);
 }

@@ -8,6 +8,7 @@
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharKernels.hpp"
 #include "Classes/Entities/EntityTable.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 
@@ -62,17 +63,6 @@ constexpr bool isMarkup(unichar c) {
   return c == u'<' || c == u'>' || c == u'&' || c == u'"';
 }
 
-constexpr bool isAsciiLetter(unichar c) {
-  return (c | 0x20u) - u'a' < 26;
-}
-
-/// The value of a hexadecimal digit; 16 or more for any other unit.
-constexpr unsigned digitValue(unichar c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  const unsigned letter = (c | 0x20u) - u'a';
-  return letter < 6 ? letter + 10 : 16;
-}
-
 /// Decodes what follows an "&".
 class ReferenceDecoder {
  public:
@@ -83,7 +73,7 @@ class ReferenceDecoder {
   Reference operator()(const unichar *units, std::size_t length) const {
     if (*units == u'#') return number(units, length);
     // No name begins with another unit of ASCII.
-    if (*units < 128 && !isAsciiLetter(*units)) return {};
+    if (*units < 128 && !isASCIILetter(*units)) return {};
     const FixedForms fixed(units, length);
     if (const Reference reference = fixed.common(); reference.end) return reference;
     if (standard_)
@@ -109,11 +99,11 @@ class ReferenceDecoder {
     const std::size_t limit = std::min(length, kMaxReferenceLength);
     const std::size_t first = isHexadecimal ? 2 : 1;
     std::size_t end = first;
-    while (end < limit && digitValue(units[end]) < base) ++end;
+    while (end < limit && hexDigitValue(units[end]) < base) ++end;
     const std::size_t terminator = indexOfTerminator(end, length);
     if (terminator == 0) return {};
     unsigned value = 0;
-    for (std::size_t i = first; i < terminator; ++i) value = value * base + digitValue(units[i]);
+    for (std::size_t i = first; i < terminator; ++i) value = value * base + hexDigitValue(units[i]);
     const auto character = static_cast<unichar>(value);
     if (!standard_ && isMarkup(character)) return {};
     return found(units, terminator, character);

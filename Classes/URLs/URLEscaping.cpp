@@ -26,8 +26,8 @@ constexpr std::uint32_t nearEnd(std::uint32_t start, std::uint32_t end) {
 
 /// The value of the escape that `percent` begins, or -1.
 int valueOfEscape(const unichar *percent) {
-  const int high = valueOfHexDigit(percent[1]), low = valueOfHexDigit(percent[2]);
-  return high < 0 || low < 0 ? -1 : 16 * high + low;
+  const std::uint32_t high = hexDigitValue(percent[1]), low = hexDigitValue(percent[2]);
+  return (high | low) < 16 ? static_cast<int>(16 * high + low) : -1;
 }
 
 /// The index of the first "%" from `start` on; `end` when there is none.
@@ -45,10 +45,8 @@ constexpr detail::AsciiSet setOf(std::u16string_view units) {
 /// What the standard unescaping decodes always.
 constexpr detail::AsciiSet kDecodedStandard = setOf(u"\t\n\r $%&'+/:;=@~");
 constexpr detail::AsciiSet kEscapedStandard = setOf(u" #$%&+/:;=?@");
-constexpr detail::AsciiSet kEscapedASCII = detail::AsciiSet::of([](unichar c) {
-  const int small = c | 0x20;
-  return !(c >= u'0' && c <= u'9') && !(small >= u'a' && small <= u'z');
-});
+constexpr detail::AsciiSet kEscapedASCII =
+    detail::AsciiSet::of([](unichar c) { return !isASCIIAlphanumeric(c); });
 
 /// The index of the first unit of the set from `start` on; `end` when there is none.
 std::uint32_t nextEscaped(const unichar *units, std::uint32_t start, std::uint32_t end,

@@ -15,6 +15,7 @@
 #include "Classes/URLs/URLEscaping.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/URLs/URLScheme.hpp"
 
 namespace nimbo {
 
@@ -86,7 +87,7 @@ std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
       break;
   }
   const std::size_t mark = marksEnd ? detail::findOneOfAsciiSet(url.data(), url.size(), kMarks) : url.size();
-  if (mark < url.size() && !isTextScheme(url.substr(0, lengthOfScheme(url))))
+  if (mark < url.size() && !isTextScheme(schemeOfStringURL(url)))
     url = url[mark] == u'"' ? withoutLastQuote(url.substr(0, mark + 1)) : url.substr(0, mark);
   for (;;) {
     while (!url.empty() && white(url.back())) url.remove_suffix(1);
@@ -104,7 +105,7 @@ std::u16string_view bracketedHost(std::u16string_view url, const URLStringParts 
   const std::size_t end = host.find(u']');
   if (!host.starts_with(u'[') || end == host.npos) return host.substr(0, 0);
   const std::u16string_view address = host.substr(1, end - 1);
-  const auto isPartOfAddress = [](unichar c) { return c == u':' || c == u'.' || valueOfHexDigit(c) >= 0; };
+  const auto isPartOfAddress = [](unichar c) { return c == u':' || c == u'.' || isASCIIHexDigit(c); };
   const bool isAddress = address.find(u':') != address.npos && std::ranges::all_of(address, isPartOfAddress);
   return host.substr(0, isAddress ? end + 1 : 0);
 }

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "Classes/URLs/URLStringParts.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 
@@ -13,7 +13,7 @@ namespace {
 struct URLName {
   URLNameKind kind;
   /// A "*" at the end stands for anything.
-  std::u16string_view name;
+  std::string_view name;
 };
 
 constexpr auto kNames = [] {
@@ -28,9 +28,8 @@ constexpr auto kNames = [] {
 bool isURLNameOfKind(std::u16string_view name, URLNameKind kind) {
   return std::ranges::any_of(kNames, [&](const URLName &entry) {
     if (entry.kind != kind) return false;
-    if (!entry.name.ends_with(u'*')) return isNamed(name, entry.name);
-    const std::size_t length = entry.name.size() - 1;
-    return name.size() >= length && isNamed(name.substr(0, length), entry.name.substr(0, length));
+    if (!entry.name.ends_with('*')) return equalsASCIINoCase(name, entry.name);
+    return startsWithASCIINoCase(name, entry.name.substr(0, entry.name.size() - 1));
   });
 }
 

@@ -10,6 +10,8 @@
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/URLs/HostNames.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
+#include "platform/Foundation/URLs/URLScheme.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
@@ -65,22 +67,6 @@ bool isASCII(unichar c) {
   return c < 0x80;
 }
 
-bool isHexadecimalDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-/// The length of a scheme and its ":"; 0 when there is none.
-std::size_t schemeLength(View string) {
-  const auto isLetter = [](unichar c) { return (c | 0x20) >= u'a' && (c | 0x20) <= u'z' && c < 0x80; };
-  const auto isOther = [](unichar c) {
-    return (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.';
-  };
-  if (string.empty() || !isLetter(string[0])) return 0;
-  std::size_t end = 1;
-  while (end < string.size() && (isLetter(string[end]) || isOther(string[end]))) ++end;
-  return end < string.size() && string[end] == u':' ? end + 1 : 0;
-}
-
 /// The bytes of characters that are not ASCII.
 std::string bytesOfRun(View run, std::optional<NSStringEncoding> encoding) {
   const NSString string = NSString::stringWithCharacters(run);
@@ -97,8 +83,7 @@ void appendEscaped(std::string &result, View part, std::string_view plain,
         bytesByAddingPercentEscapes(std::string(part.begin(), part.begin() + firstHigh), plain);
     for (std::size_t i = 0; i < low.size(); ++i) {
       result.push_back(low[i]);
-      const bool isEscape =
-          i + 2 < low.size() && isHexadecimalDigit(low[i + 1]) && isHexadecimalDigit(low[i + 2]);
+      const bool isEscape = i + 2 < low.size() && isASCIIHexDigit(low[i + 1]) && isASCIIHexDigit(low[i + 2]);
       if (low[i] == '%' && !isEscape) result.append("25");
     }
     part.remove_prefix(firstHigh);
@@ -169,15 +154,17 @@ NSString ASCIIStringURL(const NSString &string, NSStringEncoding encoding) {
   if (!string) return NSString();
   View units = string.view();
   std::string result;
-  const std::size_t scheme = schemeLength(units);
-  result.assign(units.begin(), units.begin() + scheme);
-  units.remove_prefix(scheme);
+  const View scheme = schemeOfStringURL(units);
+  if (!scheme.empty()) {
+    result.assign(scheme.begin(), scheme.end()).push_back(':');
+    units.remove_prefix(result.size());
+  }
   if (units.starts_with(u"//")) {
     const View authority = units.substr(2, std::min(units.find_first_of(u"/?#", 2), units.size()) - 2);
     result.append("//");
     if (!appendAuthority(result, authority)) return NSString();
     units.remove_prefix(2 + authority.size());
-  } else if (scheme == 0 && units.substr(0, units.find_first_of(u"/?#")).find(u':') != View::npos) {
+  } else if (scheme.empty() && units.substr(0, units.find_first_of(u"/?#")).find(u':') != View::npos) {
     result.append("./");  // Else the first component would be taken for a scheme.
   }
   const std::size_t anchor = std::min(units.find(u'#'), units.size());

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <string_view>
 
 #include "platform/Foundation/NSRange.hpp"
@@ -33,15 +32,8 @@ struct URLStringParts {
 
 URLStringParts partsOfURLString(std::u16string_view url);
 
-/// The number of units before the first ":", when they make a scheme; else 0.
-std::uint32_t lengthOfScheme(std::u16string_view url);
-
 /// Whether the scheme's URLs are text.
 bool isTextScheme(std::u16string_view scheme);
-
-/// Equal but for the case of ASCII letters; `name` has none in capitals.
-bool isNamed(std::u16string_view units, std::u16string_view name);
-bool isOneOfNames(std::u16string_view units, std::initializer_list<std::u16string_view> names);
 
 /// Where the host begins in an authority: behind the last "@".
 constexpr std::size_t startOfHost(std::u16string_view authority) {

@@ -12,6 +12,7 @@
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
@@ -61,11 +62,8 @@ std::optional<CFUUIDBytes> CFUUIDCreateFromString(const NSString &string) {
       if (c != u'-') return std::nullopt;
       continue;
     }
-    const int digit = c >= u'0' && c <= u'9'   ? c - u'0'
-                      : c >= u'a' && c <= u'f' ? c - u'a' + 10
-                      : c >= u'A' && c <= u'F' ? c - u'A' + 10
-                                               : -1;
-    if (digit < 0) return std::nullopt;
+    const std::uint32_t digit = hexDigitValue(c);
+    if (digit > 15) return std::nullopt;
     bytes[digits / 2] = static_cast<std::uint8_t>(bytes[digits / 2] << 4 | digit);
     ++digits;
   }

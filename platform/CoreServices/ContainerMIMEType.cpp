@@ -5,6 +5,7 @@
 
 #include "platform/CoreServices/CompoundFileDirectory.hpp"
 #include "platform/CoreServices/ZipDirectory.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
@@ -82,9 +83,7 @@ std::string containerMIMEType(const RandomAccessFile &file) {
     return std::string(type.empty() ? "application/zip" : type);
   }
   if (auto names = readCompoundFileRoot(file)) {
-    for (std::u16string &name : *names)
-      for (char16_t &unit : name)
-        if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit - u'A' + u'a');
+    for (std::u16string &name : *names) std::ranges::transform(name, name.begin(), toASCIILower<char16_t>);
     const std::string_view type = firstKind(kCompoundKinds, *names);
     return std::string(type.empty() ? "application/x-ole-storage" : type);
   }

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -23,8 +25,7 @@ static_assert(std::ranges::adjacent_find(kRows, std::ranges::greater_equal(), &R
 
 std::string_view contentTypeForKey(std::string_view key) {
   std::string folded(key);
-  for (char &c : folded)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  std::ranges::transform(folded, folded.begin(), toASCIILower<char>);
   const Row *row = std::ranges::lower_bound(kRows, std::string_view(folded), {}, &Row::key);
   return row != std::end(kRows) && row->key == folded ? row->contentType : std::string_view();
 }

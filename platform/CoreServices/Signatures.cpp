@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -11,13 +13,9 @@ constexpr std::string_view kMailFields[] = {"date",     "delivered-to", "from", 
                                             "received", "return-path",  "subject", "to"};
 constexpr int kMailFieldsNeeded = 2;
 
-char lowerCase(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool isMailField(std::string_view name) {
-  return std::ranges::any_of(
-      kMailFields, [&](std::string_view field) { return std::ranges::equal(name, field, {}, lowerCase); });
+  return std::ranges::any_of(kMailFields,
+                             [&](std::string_view field) { return equalsASCIINoCase(name, field); });
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -13,8 +15,7 @@ constexpr std::size_t kGroupBytes = 3;
 constexpr std::size_t kGroupCharacters = 4;
 
 constexpr bool isBase64(unichar c) {
-  return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'+' ||
-         c == u'/';
+  return isASCIIAlphanumeric(c) || c == u'+' || c == u'/';
 }
 
 }  // namespace

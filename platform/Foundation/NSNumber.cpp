@@ -9,6 +9,8 @@
 #include <limits>
 #include <string>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -19,17 +21,13 @@ bool isWhiteSpace(unichar c) {
   return c == u' ' || (c >= u'\t' && c <= u'\r');
 }
 
-bool isDigit(unichar c) {
-  return c >= u'0' && c <= u'9';
-}
-
 /// The characters that may belong to the number at the beginning of `units`, in ASCII, without a plus sign.
 /// Empty when there is no number.
 std::string leadingNumber(std::u16string_view units) {
   while (!units.empty() && isWhiteSpace(units.front())) units.remove_prefix(1);
   if (units.starts_with(u'+')) units.remove_prefix(1);
   const std::size_t first = units.starts_with(u'-') ? 1 : 0;
-  const bool isNumber = units.size() > first && (isDigit(units[first]) || units[first] == u'.');
+  const bool isNumber = units.size() > first && (isASCIIDigit(units[first]) || units[first] == u'.');
   if (!isNumber) return {};
   const std::size_t end = units.find_first_not_of(u"0123456789.eE+-");
   return std::string(units.begin(), units.begin() + static_cast<std::ptrdiff_t>(std::min(end, units.size())));

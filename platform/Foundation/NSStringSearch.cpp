@@ -9,6 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -17,10 +19,6 @@ constexpr std::int32_t kLongestFold = 3;
 
 constexpr bool isAscii(unichar unit) {
   return unit < 0x80;
-}
-
-constexpr unichar foldedAscii(unichar unit) {
-  return unit >= u'A' && unit <= u'Z' ? static_cast<unichar>(unit + (u'a' - u'A')) : unit;
 }
 
 /// Reads a string as the units that its characters fold to.
@@ -44,7 +42,7 @@ class FoldedUnits {
     folded_ = 1;
     const unichar unit = units_[position_];
     if (isAscii(unit)) {
-      fold_[0] = foldedAscii(unit);
+      fold_[0] = toASCIILower(unit);
       ++position_;
       return true;
     }
@@ -96,7 +94,7 @@ std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_vi
   for (std::size_t i = leftmost; i < candidates; ++i) {
     const std::size_t start = backwards ? leftmost + (candidates - 1 - i) : i;
     // Most text is ASCII, and most of that is another letter.
-    if (isAscii(part[start]) && foldedAscii(part[start]) != foldedFind[0]) continue;
+    if (isAscii(part[start]) && toASCIILower(part[start]) != foldedFind[0]) continue;
     if (isInsidePair(part, start)) continue;
     const std::optional<std::size_t> length = lengthOfFoldedPrefix(part.substr(start), foldedFind);
     if (!length || (anchored && backwards && start + *length != part.size())) continue;

@@ -11,6 +11,7 @@
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
 #include "platform/Foundation/URLs/URIReference.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 
@@ -200,9 +201,7 @@ NSString NSURL::fragment() const {
 }
 
 bool NSURL::isFileURL() const {
-  const NSString name = scheme();
-  const auto isEqual = [](unichar a, char16_t small) { return (a | 0x20) == small; };
-  return name && std::ranges::equal(name.view(), std::u16string_view(u"file"), isEqual);
+  return equalsASCIINoCase(scheme().view(), "file");
 }
 
 bool NSURL::isOpaque() const {

@@ -5,13 +5,11 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 
 namespace {
-
-bool isDigit(char16_t unit) {
-  return unit >= u'0' && unit <= u'9';
-}
 
 class Reader {
  public:
@@ -19,7 +17,7 @@ class Reader {
 
   bool atEnd() const { return text_.empty(); }
   char16_t next() const { return text_.empty() ? u'\0' : text_.front(); }
-  bool startsNumber() const { return isDigit(next()); }
+  bool startsNumber() const { return isASCIIDigit(next()); }
 
   bool skip(char16_t unit) {
     if (next() != unit || atEnd()) return false;
@@ -33,14 +31,15 @@ class Reader {
   }
   /// Skips one separator that a number follows.
   bool skipSeparator(std::u16string_view separators) {
-    if (text_.size() < 2 || separators.find(text_[0]) == separators.npos || !isDigit(text_[1])) return false;
+    if (text_.size() < 2 || separators.find(text_[0]) == separators.npos || !isASCIIDigit(text_[1]))
+      return false;
     text_.remove_prefix(1);
     return true;
   }
   std::optional<int> number(std::size_t minimumDigits, std::size_t maximumDigits) {
     int value = 0;
     std::size_t count = 0;
-    for (; count < maximumDigits && count < text_.size() && isDigit(text_[count]); ++count)
+    for (; count < maximumDigits && count < text_.size() && isASCIIDigit(text_[count]); ++count)
       value = value * 10 + (text_[count] - u'0');
     if (count < minimumDigits) return std::nullopt;
     text_.remove_prefix(count);

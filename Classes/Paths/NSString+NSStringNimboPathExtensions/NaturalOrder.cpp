@@ -5,17 +5,13 @@
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
 
-constexpr bool isDecimalDigit(unichar c) {
-  return c >= u'0' && c <= u'9';
-}
-
 std::u16string_view leadingDigits(std::u16string_view units) {
-  return units.substr(0, static_cast<std::size_t>(std::find_if_not(units.begin(), units.end(), isDecimalDigit) -
-                                                  units.begin()));
+  return {units.begin(), std::ranges::find_if_not(units, isASCIIDigit<unichar>)};
 }
 
 std::int32_t lengthDifference(std::u16string_view a, std::u16string_view b) {
@@ -41,7 +37,7 @@ std::int32_t naturalCompare(const NSString &name, const NSString &other, Map map
   const std::int32_t whole = lengthDifference(a, b);
   while (!a.empty() && !b.empty()) {
     std::size_t walked = 1;
-    if (isDecimalDigit(a.front()) && isDecimalDigit(b.front())) {
+    if (isASCIIDigit(a.front()) && isASCIIDigit(b.front())) {
       const std::u16string_view digits = leadingDigits(a);
       const std::int32_t order = compareDigits(digits, leadingDigits(b));
       if (order != 0) return order;

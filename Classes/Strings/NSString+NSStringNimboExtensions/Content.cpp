@@ -7,24 +7,21 @@
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
 namespace {
 
-constexpr bool isAsciiDigit(unichar c) {
-  return c >= u'0' && c <= u'9';
-}
-
 /// Calls `visit(std::u16string_view)` with each longest run of ASCII digits until it answers true; whether it
 /// did.
 template <class Visitor>
 bool visitNumbers(std::u16string_view units, Visitor visit) {
   for (auto end = units.begin();;) {
-    const auto start = std::find_if(end, units.end(), isAsciiDigit);
+    const auto start = std::find_if(end, units.end(), isASCIIDigit<unichar>);
     if (start == units.end()) return false;
-    end = std::find_if_not(start, units.end(), isAsciiDigit);
+    end = std::find_if_not(start, units.end(), isASCIIDigit<unichar>);
     if (visit(std::u16string_view(start, end))) return true;
   }
 }

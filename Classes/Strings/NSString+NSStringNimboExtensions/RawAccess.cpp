@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
@@ -13,8 +14,7 @@ inline namespace NSStringNimboExtensions {
 namespace {
 
 void appendHexadecimal(NSMutableString &result, unichar unit) {
-  constexpr char16_t kDigits[] = u"0123456789abcdef";
-  for (int shift = 12; shift >= 0; shift -= 4) result.appendCharacter(kDigits[unit >> shift & 0xf]);
+  for (int shift = 12; shift >= 0; shift -= 4) result.appendCharacter(lowerHexDigit<unichar>(unit >> shift));
 }
 
 void appendDecimal(NSMutableString &result, std::uint32_t number) {

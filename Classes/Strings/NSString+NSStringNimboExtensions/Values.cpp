@@ -7,6 +7,7 @@
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Strings/LineIteration.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
@@ -25,7 +26,7 @@ bool beginsWithNumberNotZero(std::u16string_view units) {
   auto position = std::find_if_not(units.begin(), units.end(), isWhite());
   if (position != units.end() && (*position == u'-' || *position == u'+')) ++position;
   position = std::find_if_not(position, units.end(), IsUnit{u'0'});
-  return position != units.end() && *position >= u'1' && *position <= u'9';
+  return position != units.end() && isASCIIDigit(*position);
 }
 
 constexpr unichar rotated(unichar c, std::int32_t places, unichar first) {
@@ -87,8 +88,8 @@ NSString stringByRotating(const NSString &string, std::int32_t n) {
   const std::int32_t places = (n % kLettersInAlphabet + kLettersInAlphabet) % kLettersInAlphabet;
   if (places == 0) return string;
   return stringByMappingUnits(string, [places](unichar c) {
-    if (c >= u'a' && c <= u'z') return rotated(c, places, u'a');
-    if (c >= u'A' && c <= u'Z') return rotated(c, places, u'A');
+    if (isASCIILowercase(c)) return rotated(c, places, u'a');
+    if (isASCIIUppercase(c)) return rotated(c, places, u'A');
     return c;
   });
 }

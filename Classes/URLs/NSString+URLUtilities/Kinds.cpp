@@ -8,6 +8,7 @@
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
+#include "platform/Foundation/URLs/URLScheme.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {
@@ -32,12 +33,8 @@ std::u16string_view trimmed(std::u16string_view units) {
   return units;
 }
 
-bool hasScheme(std::u16string_view url, std::u16string_view scheme) {
-  return isNamed(url.substr(0, lengthOfScheme(url)), scheme);
-}
-
-bool hasScheme(const NSString &string, std::u16string_view scheme) {
-  return hasScheme(trimmed(string.view()), scheme);
+bool hasScheme(const NSString &string, std::string_view scheme) {
+  return equalsASCIINoCase(schemeOfStringURL(trimmed(string.view())), scheme);
 }
 
 std::u16string_view lastComponentOfPath(std::u16string_view url) {
@@ -46,11 +43,6 @@ std::u16string_view lastComponentOfPath(std::u16string_view url) {
   std::u16string_view path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
   while (!path.empty() && path.back() == u'/') path.remove_suffix(1);
   return path.substr(path.rfind(u'/') + 1);
-}
-
-/// Whether the last `suffix.size()` units are these.
-bool endsWith(std::u16string_view units, std::u16string_view suffix) {
-  return units.size() >= suffix.size() && isNamed(units.substr(units.size() - suffix.size()), suffix);
 }
 
 }  // namespace
@@ -68,38 +60,38 @@ bool isNewsStringURL(const NSString &string) {
 }
 
 bool isFileStringURL(const NSString &string) {
-  return hasScheme(string, u"file");
+  return hasScheme(string, "file");
 }
 
 bool isMailStringURL(const NSString &string) {
-  return hasScheme(string, u"mailto");
+  return hasScheme(string, "mailto");
 }
 
 bool isJavaScriptStringURL(const NSString &string) {
-  return hasScheme(string, u"javascript");
+  return hasScheme(string, "javascript");
 }
 
 bool isAppleScriptStringURL(const NSString &string) {
-  return hasScheme(string, u"applescript");
+  return hasScheme(string, "applescript");
 }
 
 bool isFeedStringURL(const NSString &string) {
-  const std::u16string_view url = trimmed(string.view());
-  if (hasScheme(url, u"feed")) return true;
-  const std::u16string_view component = lastComponentOfPath(url);
-  if (isNamed(component, u"index.xml")) return true;
+  if (hasScheme(string, "feed")) return true;
+  const std::u16string_view component = lastComponentOfPath(trimmed(string.view()));
+  if (equalsASCIINoCase(component, "index.xml")) return true;
   const std::size_t dot = std::min(component.rfind(u'.'), component.size());
-  return isOneOfNames(component.substr(0, dot), {u"feed", u"feeds", u"rss", u"rss2", u"atom"}) ||
-         isOneOfNames(component.substr(dot), {u".rss", u".rdf", u".atom"});
+  return equalsOneOfASCIINoCase(component.substr(0, dot), {"feed", "feeds", "rss", "rss2", "atom"}) ||
+         equalsOneOfASCIINoCase(component.substr(dot), {".rss", ".rdf", ".atom"});
 }
 
 bool isMarkupMIMEType(const NSString &string) {
   const std::u16string_view type = trimmed(string.view().substr(0, string.view().find(u';')));
-  if (isOneOfNames(type, {u"text/html", u"text/xml", u"text/sgml", u"text/x-opml", u"text/vnd.wap.wml",
-                          u"application/xml", u"application/sgml"})) {
+  if (equalsOneOfASCIINoCase(type, {"text/html", "text/xml", "text/sgml", "text/x-opml", "text/vnd.wap.wml",
+                                    "application/xml", "application/sgml"})) {
     return true;
   }
-  return endsWith(type, u"+xml") && isOneOfNames(type.substr(0, type.find(u'/')), {u"text", u"application"});
+  return endsWithASCIINoCase(type, "+xml") &&
+         equalsOneOfASCIINoCase(type.substr(0, type.find(u'/')), {"text", "application"});
 }
 
 }  // namespace URLUtilities

@@ -8,6 +8,7 @@
 #include "Classes/URLs/URLParameters.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {
@@ -83,9 +84,9 @@ NSString withoutPathSessions(const NSString &string) {
 
 bool isDefaultPort(View scheme, View port) {
   if (port.empty()) return true;
-  if (port == u"80") return isOneOfNames(scheme, {u"http", u"feed"});
-  if (port == u"443") return isNamed(scheme, u"https");
-  return port == u"21" && isNamed(scheme, u"ftp");
+  if (port == u"80") return equalsOneOfASCIINoCase(scheme, {"http", "feed"});
+  if (port == u"443") return equalsASCIINoCase(scheme, "https");
+  return port == u"21" && equalsASCIINoCase(scheme, "ftp");
 }
 
 NSString withPlainSchemeAndHost(const NSString &string) {
@@ -97,19 +98,19 @@ NSString withPlainSchemeAndHost(const NSString &string) {
   const std::size_t colon = authority.rfind(u':');
   if (colon != View::npos && parts.authorityStart + colon >= hostStart) {
     const View port = authority.substr(colon + 1);
-    const bool isPort = std::ranges::all_of(port, [](char16_t c) { return c >= u'0' && c <= u'9'; });
+    const bool isPort = std::ranges::all_of(port, isASCIIDigit<unichar>);
     if (isPort && isDefaultPort(url.substr(0, parts.schemeLength), port))
       hostEnd = parts.authorityStart + colon;
   }
-  const auto isCapital = [](char16_t c) { return c >= u'A' && c <= u'Z'; };
-  if (hostEnd == parts.pathStart && std::ranges::none_of(url.substr(0, parts.schemeLength), isCapital) &&
-      std::ranges::none_of(url.substr(hostStart, hostEnd - hostStart), isCapital)) {
+  if (hostEnd == parts.pathStart &&
+      std::ranges::none_of(url.substr(0, parts.schemeLength), isASCIIUppercase<unichar>) &&
+      std::ranges::none_of(url.substr(hostStart, hostEnd - hostStart), isASCIIUppercase<unichar>)) {
     return string;
   }
   NSMutableString plain(without(string, hostEnd, parts.pathStart));
   const auto makeSmall = [&](std::size_t start, std::size_t end) {
-    for (unichar *unit = plain.mutableCharacters() + start; unit < plain.mutableCharacters() + end; ++unit)
-      if (isCapital(*unit)) *unit = static_cast<unichar>(*unit | 0x20);
+    unichar *const units = plain.mutableCharacters();
+    std::transform(units + start, units + end, units + start, toASCIILower<unichar>);
   };
   makeSmall(0, parts.schemeLength);
   makeSmall(hostStart, hostEnd);

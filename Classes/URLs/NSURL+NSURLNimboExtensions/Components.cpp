@@ -6,6 +6,7 @@
 
 #include "Classes/URLs/URLQuery.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {
@@ -14,7 +15,7 @@ namespace {
 
 /// Whether the host is an IPv6 address, or looks like one of IPv4.
 bool isAddress(std::u16string_view host) {
-  const auto isDigitOrDot = [](unichar c) { return (c >= u'0' && c <= u'9') || c == u'.'; };
+  const auto isDigitOrDot = [](unichar c) { return isASCIIDigit(c) || c == u'.'; };
   return host.find(u':') != std::u16string_view::npos ||
          (std::ranges::all_of(host, isDigitOrDot) && std::ranges::count(host, u'.') == 3);
 }

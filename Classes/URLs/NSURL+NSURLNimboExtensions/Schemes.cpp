@@ -1,24 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
 
-#include <algorithm>
 #include <initializer_list>
+#include <string_view>
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/FileSystem.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "Classes/URLs/SearchEngines.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace NSURLNimboExtensions {
 
 namespace {
 
-bool hasScheme(const NSURL &url, std::initializer_list<NSString> schemes) {
-  const NSString scheme = url.scheme();
-  return scheme &&
-         std::ranges::any_of(schemes, [&](const NSString &one) { return isEqualToStringNoCase(scheme, one); });
+bool hasScheme(const NSURL &url, std::initializer_list<std::string_view> schemes) {
+  return equalsOneOfASCIINoCase(url.scheme().view(), schemes);
 }
 
 /// The same resource under "http". What follows "feed:" may be a whole HTTP URL.
@@ -31,31 +30,31 @@ NSURL HTTPURLOfFeed(const NSURL &url) {
 }  // namespace
 
 bool isHTTPURL(const NSURL &url) {
-  return hasScheme(url, {u"http"_ns, u"https"_ns});
+  return hasScheme(url, {"http", "https"});
 }
 
 bool isFTPURL(const NSURL &url) {
-  return hasScheme(url, {u"ftp"_ns, u"ftps"_ns, u"sftp"_ns});
+  return hasScheme(url, {"ftp", "ftps", "sftp"});
 }
 
 bool isFeedURL(const NSURL &url) {
-  return hasScheme(url, {u"feed"_ns});
+  return hasScheme(url, {"feed"});
 }
 
 bool isMailURL(const NSURL &url) {
-  return hasScheme(url, {u"mailto"_ns});
+  return hasScheme(url, {"mailto"});
 }
 
 bool isNewsURL(const NSURL &url) {
-  return hasScheme(url, {u"news"_ns, u"nttp"_ns});
+  return hasScheme(url, {"news", "nttp"});
 }
 
 bool isJavaScriptURL(const NSURL &url) {
-  return hasScheme(url, {u"javascript"_ns});
+  return hasScheme(url, {"javascript"});
 }
 
 bool isAppleScriptURL(const NSURL &url) {
-  return hasScheme(url, {u"applescript"_ns});
+  return hasScheme(url, {"applescript"});
 }
 
 bool isDownloadableURL(const NSURL &url) {

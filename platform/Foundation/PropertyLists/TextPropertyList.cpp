@@ -8,6 +8,7 @@
 
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
@@ -37,18 +38,9 @@ bool isWhiteSpace(unichar unit) {
 
 /// Units that a string may hold without quotes.
 bool isBare(unichar unit) {
-  return (unit >= 'a' && unit <= 'z') || (unit >= 'A' && unit <= 'Z') || (unit >= '0' && unit <= '9') ||
+  return isASCIIAlphanumeric(unit) ||
          (unit != 0 && unit < 0x80 &&
           std::string_view("_$+/:.-").find(static_cast<char>(unit)) != std::string_view::npos);
-}
-
-/// -1 when it is no digit of `base`.
-int digitValue(unichar unit, int base) {
-  const int value = unit >= '0' && unit <= '9'   ? unit - '0'
-                    : unit >= 'a' && unit <= 'f' ? unit - 'a' + 10
-                    : unit >= 'A' && unit <= 'F' ? unit - 'A' + 10
-                                                 : base;
-  return value < base ? value : -1;
 }
 
 class Reader {
@@ -137,10 +129,10 @@ class Reader {
   id data() {
     std::vector<std::uint8_t> bytes;
     while (!take('>')) {
-      const int high = atEnd() ? -1 : digitValue(text_[at_++], 16);
+      const std::uint32_t high = atEnd() ? 16 : hexDigitValue(text_[at_++]);
       skipWhiteSpace();
-      const int low = atEnd() ? -1 : digitValue(text_[at_++], 16);
-      if (high < 0 || low < 0) fail("expected pairs of hexadecimal digits and '>' in data");
+      const std::uint32_t low = atEnd() ? 16 : hexDigitValue(text_[at_++]);
+      if (high > 15 || low > 15) fail("expected pairs of hexadecimal digits and '>' in data");
       bytes.push_back(static_cast<std::uint8_t>(high << 4 | low));
     }
     return NSData::dataWithBytes(bytes.data(), bytes.size());
@@ -172,7 +164,7 @@ class Reader {
   unichar escapedUnit() {
     if (atEnd()) fail("a string without an end");
     const unichar unit = text_[at_];
-    if (digitValue(unit, 8) >= 0) return number(8, 3);
+    if (hexDigitValue(unit) < 8) return number(8, 3);
     ++at_;
     switch (unit) {
       case 'a':
@@ -197,11 +189,11 @@ class Reader {
   }
 
   /// One to `maximumDigits` digits.
-  unichar number(int base, int maximumDigits) {
-    int result = 0;
+  unichar number(std::uint32_t base, int maximumDigits) {
+    std::uint32_t result = 0;
     int count = 0;
-    for (; count < maximumDigits && !atEnd() && digitValue(text_[at_], base) >= 0; ++count)
-      result = result * base + digitValue(text_[at_++], base);
+    for (; count < maximumDigits && !atEnd() && hexDigitValue(text_[at_]) < base; ++count)
+      result = result * base + hexDigitValue(text_[at_++]);
     if (count == 0) fail("an escape without digits");
     if (base == 8 && result > 0xff) fail("an octal escape out of range");
     return static_cast<unichar>(result);

@@ -3,26 +3,19 @@
 
 #include <charconv>
 
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
-namespace {
-
-constexpr std::string_view kDigits = "0123456789ABCDEF";
-
-bool isLetterOrDigit(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-}  // namespace
 
 std::string bytesByAddingPercentEscapes(std::string_view bytes, std::string_view plain) {
   std::string escaped;
   escaped.reserve(bytes.size());
   for (const char c : bytes) {
     const auto value = static_cast<unsigned char>(c);
-    if (isLetterOrDigit(c) || plain.find(c) != plain.npos)
+    if (isASCIIAlphanumeric(c) || plain.find(c) != plain.npos)
       escaped.push_back(c);
     else
-      escaped.append({'%', kDigits[value >> 4], kDigits[value & 15]});
+      escaped.append({'%', upperHexDigit(value >> 4u), upperHexDigit(value)});
   }
   return escaped;
 }

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <cstdint>
+#include <initializer_list>
+#include <string_view>
+
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+/// What text is made of. Only ASCII means anything to the functions of this header: other bytes and units are
+/// no letters and no digits, are equal to nothing, and stay as they are.
+template <class T>
+concept ASCIICodeUnit = std::same_as<T, char> || std::same_as<T, char16_t>;
+
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIIDigit(Unit c) {
+  return c >= '0' && c <= '9';
+}
+
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIIUppercase(Unit c) {
+  return c >= 'A' && c <= 'Z';
+}
+
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIILowercase(Unit c) {
+  return c >= 'a' && c <= 'z';
+}
+
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIILetter(Unit c) {
+  return isASCIILowercase(static_cast<Unit>(c | 0x20));
+}
+
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIIAlphanumeric(Unit c) {
+  return isASCIIDigit(c) || isASCIILetter(c);
+}
+
+template <ASCIICodeUnit Unit>
+constexpr Unit toASCIILower(Unit c) {
+  return isASCIIUppercase(c) ? static_cast<Unit>(c + ('a' - 'A')) : c;
+}
+
+template <ASCIICodeUnit Unit>
+constexpr Unit toASCIIUpper(Unit c) {
+  return isASCIILowercase(c) ? static_cast<Unit>(c - ('a' - 'A')) : c;
+}
+
+/// The value of a hexadecimal digit; 16 for what is none, so that a digit of a smaller base is one whose value
+/// is below the base.
+template <ASCIICodeUnit Unit>
+constexpr std::uint32_t hexDigitValue(Unit c) {
+  if (isASCIIDigit(c)) return static_cast<std::uint32_t>(c - '0');
+  const auto lower = static_cast<Unit>(c | 0x20);
+  return lower >= 'a' && lower <= 'f' ? static_cast<std::uint32_t>(lower - 'a' + 10) : 16;
+}
+
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIIHexDigit(Unit c) {
+  return hexDigitValue(c) < 16;
+}
+
+/// The hexadecimal digit of the value's lowest four bits.
+template <ASCIICodeUnit Unit = char>
+constexpr Unit lowerHexDigit(std::uint32_t value) {
+  return static_cast<Unit>("0123456789abcdef"[value & 0xf]);
+}
+
+template <ASCIICodeUnit Unit = char>
+constexpr Unit upperHexDigit(std::uint32_t value) {
+  return toASCIIUpper(lowerHexDigit<Unit>(value));
+}
+
+/// Whether the text is `lower`, which is ASCII without capitals, but for the case of its letters.
+template <ASCIICodeUnit Unit>
+constexpr bool equalsASCIINoCase(std::basic_string_view<Unit> text, std::string_view lower) {
+  const auto isEqual = [](Unit c, char expected) { return toASCIILower(c) == static_cast<Unit>(expected); };
+  return std::ranges::equal(text, lower, isEqual);
+}
+
+/// Whether the text is one of these.
+template <ASCIICodeUnit Unit>
+constexpr bool equalsOneOfASCIINoCase(std::basic_string_view<Unit> text,
+                                      std::initializer_list<std::string_view> lower) {
+  return std::ranges::any_of(lower, [=](std::string_view one) { return equalsASCIINoCase(text, one); });
+}
+
+/// Whether the text begins with `lower`.
+template <ASCIICodeUnit Unit>
+constexpr bool startsWithASCIINoCase(std::basic_string_view<Unit> text, std::string_view lower) {
+  return text.size() >= lower.size() && equalsASCIINoCase(text.substr(0, lower.size()), lower);
+}
+
+/// Whether the text ends with `lower`.
+template <ASCIICodeUnit Unit>
+constexpr bool endsWithASCIINoCase(std::basic_string_view<Unit> text, std::string_view lower) {
+  return text.size() >= lower.size() && equalsASCIINoCase(text.substr(text.size() - lower.size()), lower);
+}
+
+}  // namespace nimbo
