@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <hwy/highway.h>
 #include <hwy/targets.h>
 
 #include <gtest/gtest.h>
@@ -13,11 +12,9 @@ template <typename Test>
 void forEachVectorTarget(Test test) {
   for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
     SCOPED_TRACE(hwy::TargetName(target));
-    hwy::SetSupportedTargetsForTest(target);
     hwy::GetChosenTarget().Update(target);
     test();
   }
-  hwy::SetSupportedTargetsForTest(0);
   hwy::GetChosenTarget().Update(hwy::SupportedTargets());
 }
 
