@@ -11,7 +11,6 @@
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
 #include "platform/Foundation/NSLog.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -291,12 +290,7 @@ NSStringEncoding charset2NSStringEncoding(const NSString &name) {
   if (encoding == kCFStringEncodingShiftJIS) return NSShiftJISStringEncoding;
   if (encoding != kCFStringEncodingInvalidId && CFStringIsEncodingAvailable(encoding))
     return CFStringConvertEncodingToNSStringEncoding(encoding);
-  if (!isNoName(name)) {
-    NSMutableString line;
-    line.appendString(u"Unknown/Unsupported encoding: "_ns);
-    line.appendString(name);
-    NSLog(std::move(line).string());
-  }
+  if (!isNoName(name)) NSLog(u"Unknown/Unsupported encoding: %@", name);
   return kCFStringEncodingInvalidId;
 }
 

@@ -9,7 +9,6 @@
 #include "Classes/Markup/StoreTagHandlers.hpp"
 #include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/NSException.hpp"
-#include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/System/PageSize.hpp"
 #include "platform/Foundation/id.hpp"
 
@@ -54,8 +53,7 @@ bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *conte
   try {
     return GetTagsOfString(string, handler, context, isMutable);
   } catch (const NSException &exception) {
-    NSLog("parseXmlWithHandler:context:mutable: (NSString):\n" + exception.name().UTF8String() + "\n" +
-          exception.reason().UTF8String());
+    logException("parseXmlWithHandler:context:mutable:", "NSString", exception);
     return false;
   }
 }

@@ -11,7 +11,6 @@
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
-#include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
@@ -38,8 +37,7 @@ void importData(const CFPlugInInstance &interface, MDImporterAttributeDictionary
   try {
     functions->ImporterImportData(interface.get(), &attributes, &lentContentType, &lentPath);
   } catch (const NSException &exception) {
-    NSLog("metaDataOfFileAtPath: (MetaDataImporter):\n" + exception.name().UTF8String() + "\n" +
-          exception.reason().UTF8String());
+    logException("metaDataOfFileAtPath:", "MetaDataImporter", exception);
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include "platform/Foundation/NSLog.hpp"
+
 namespace nimbo {
 
 NSException::NSException(NSString name, NSString reason)
@@ -11,5 +13,9 @@ NSException::NSException(NSString name, NSString reason)
       what_(name_.UTF8String() + ": " + reason_.UTF8String()) {}
 
 NSException::~NSException() = default;
+
+void logException(std::string_view method, std::string_view className, const NSException &exception) {
+  NSLog(u"%@ (%@):\n%@\n%@", method, className, exception.name(), exception.reason());
+}
 
 }  // namespace nimbo

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <string>
+#include <string_view>
 
 #include "platform/Foundation/NSString.hpp"
 
@@ -24,5 +25,9 @@ class NSException : public std::exception {
   NSString reason_;
   std::string what_;
 };
+
+/// Writes the exception that a method of a class has caught to the log: "method (class):", its name and its
+/// reason, a line each.
+void logException(std::string_view method, std::string_view className, const NSException &exception);
 
 }  // namespace nimbo

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -9,5 +9,13 @@ namespace NIMBO_PUBLIC nimbo {
 void NSLog(const NSString &message);
 /// The same for text in UTF-8.
 void NSLog(std::string_view message);
+/// The same for a format and its arguments.
+///
+///     NSLog(u"Unknown date: %@", text);
+template <class... Arguments>
+requires(sizeof...(Arguments) > 0) void NSLog(FormatString<std::type_identity_t<Arguments>...> format,
+                                              const Arguments &...arguments) {
+  NSLog(stringWithFormat<Arguments...>(format, arguments...));
+}
 
 }  // namespace nimbo

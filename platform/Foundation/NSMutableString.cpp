@@ -15,6 +15,16 @@ void NSMutableString::destroy(detail::StringStorage *storage) noexcept {
   std::free(storage);
 }
 
+NSMutableString::NSMutableString(NSString &&string) {
+  // The order keeps what others did with the storage in front of what is done now.
+  if (string && string.storage_->references.load(std::memory_order_acquire) == 1) {
+    capacity_ = string.length();
+    storage_ = std::exchange(string.storage_, nullptr);
+  } else {
+    appendString(std::exchange(string, NSString()));
+  }
+}
+
 void NSMutableString::reallocate(std::uint32_t capacity) {
   const std::size_t size = sizeof(detail::StringStorage) + sizeof(unichar) * static_cast<std::size_t>(capacity);
   void *memory = std::realloc(static_cast<void *>(storage_), size);
@@ -26,9 +36,9 @@ void NSMutableString::reallocate(std::uint32_t capacity) {
   capacity_ = capacity;
 }
 
-void NSMutableString::reserve(std::uint32_t capacity) {
+void NSMutableString::reserve(std::size_t capacity) {
   if (capacity > NSNotFound) throw std::length_error("string too long");
-  if (capacity > capacity_) reallocate(capacity);
+  if (capacity > capacity_) reallocate(static_cast<std::uint32_t>(capacity));
 }
 
 unichar *NSMutableString::extend(std::uint32_t count) {
@@ -54,6 +64,16 @@ void NSMutableString::appendCharacters(const unichar *units, std::uint32_t lengt
   const std::size_t offset = inside ? static_cast<std::size_t>(units - begin) : 0;
   unichar *end = extend(length);
   std::memcpy(end, inside ? characters() + offset : units, length * sizeof(unichar));
+}
+
+void NSMutableString::append(std::u16string_view units) {
+  if (units.size() > NSNotFound) throw std::length_error("string too long");
+  appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
+}
+
+void NSMutableString::append(std::string_view text) {
+  if (text.size() > NSNotFound) throw std::length_error("string too long");
+  appendString(NSString::stringWithLossyUTF8String(text));
 }
 
 void NSMutableString::replaceCharactersInRange(NSRange range, std::u16string_view units) {

@@ -5,12 +5,19 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// Owned UTF-16 units that grow and are edited in place; never nil. Moving it into an `NSString` hands the
-/// storage over without a copy. A length above `NSNotFound` raises `std::length_error`.
+/// Owned UTF-16 units that grow and are edited in place; never nil. Moving it into an `NSString`, or one that
+/// shares its storage with no other into it, hands the storage over without a copy. A length above `NSNotFound`
+/// raises `std::length_error`.
+///
+///     NSMutableString path(std::move(folder));
+///     path.append(u"/");
+///     path.appendString(name);
+///     NSString whole = std::move(path).string();
 class NSMutableString {
  public:
   NSMutableString() noexcept = default;
   explicit NSMutableString(const NSString &string) { appendString(string); }
+  explicit NSMutableString(NSString &&string);
   NSMutableString(const NSMutableString &) = delete;
   NSMutableString &operator=(const NSMutableString &) = delete;
   NSMutableString(NSMutableString &&other) noexcept { swap(other); }
@@ -26,13 +33,16 @@ class NSMutableString {
   std::u16string_view view() const noexcept { return {characters(), length()}; }
 
   /// Makes room for `capacity` units in all.
-  void reserve(std::uint32_t capacity);
+  void reserve(std::size_t capacity);
   /// Cuts the string, or lengthens it by units whose values are whatever the caller then writes.
   void setLength(std::uint32_t length);
 
   void appendCharacter(unichar unit) { *extend(1) = unit; }
   /// `units` may point into this string.
   void appendCharacters(const unichar *units, std::uint32_t length);
+  void append(std::u16string_view units);
+  /// Appends ASCII, or any UTF-8; what is none becomes U+FFFD, as `stringWithLossyUTF8String` has it.
+  void append(std::string_view text);
   void appendString(const NSString &string) { appendCharacters(string.characters(), string.length()); }
   /// `range` is cut to the string's bounds; `units` must not point into this string.
   void replaceCharactersInRange(NSRange range, std::u16string_view units);

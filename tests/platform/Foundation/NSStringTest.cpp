@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <ranges>
+#include <vector>
+
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 
 namespace nimbo {
 namespace {
@@ -77,6 +81,54 @@ TEST(NSMutableString, EditsInPlaceAndHandsItsStorageOver) {
   EXPECT_EQ(moved.characters(), storage);
   EXPECT_EQ(text.length(), 0u);
   EXPECT_TRUE(std::move(text).string().identicalTo(NSString::string()));
+}
+
+TEST(NSMutableString, TakesOverStorageThatNobodyShares) {
+  NSString sole = NSString::stringWithCharacters(u"some text");
+  const unichar *const storage = sole.characters();
+  NSMutableString taken(std::move(sole));
+  EXPECT_EQ(taken.characters(), storage);
+  EXPECT_FALSE(sole);
+  taken.append(u", longer");
+  EXPECT_EQ(taken.view(), u"some text, longer");
+
+  NSString shared = std::move(taken).string();
+  const NSString other = shared;
+  NSMutableString copied(std::move(shared));
+  copied.mutableCharacters()[0] = u'S';
+  EXPECT_EQ(other, u"some text, longer"_ns);
+  NSMutableString literal(u"literal"_ns);
+  literal.mutableCharacters()[0] = u'L';
+  EXPECT_EQ(u"literal"_ns.view(), u"literal");
+  EXPECT_EQ(NSMutableString(NSString()).length(), 0u);
+}
+
+TEST(NSMutableString, AppendsUnitsAndText) {
+  NSMutableString text;
+  text.append(u"\xd83d");
+  text.append(text.view());
+  text.append(std::u16string_view());
+  text.append("key");
+  text.append(std::string_view());
+  text.append("\xc3\xa4\xff");
+  EXPECT_EQ(text.view(), u"\xd83d\xd83dkey\u00e4\ufffd");
+}
+
+TEST(NSString, IsJoinedOfPieces) {
+  const NSString name = u"name"_ns;
+  const NSMutableString folder(u"/folder"_ns);
+  EXPECT_EQ(stringByConcatenating(folder, u'/', name, NSString(), u".txt", std::u16string(2, u'x')),
+            u"/folder/name.txtxx"_ns);
+  EXPECT_TRUE(stringByConcatenating(NSString()).identicalTo(NSString::string()));
+
+  EXPECT_EQ(stringByJoining(std::vector{name, NSString(), name}, u", "), u"name, , name"_ns);
+  EXPECT_EQ(stringByJoining(std::vector{name}, u", "), name);
+  EXPECT_EQ(stringByJoining(std::vector<std::u16string_view>(), u", "), u""_ns);
+  EXPECT_EQ(stringByJoining(std::vector<std::u16string_view>(3), u""), u""_ns);
+  const std::vector<std::u16string_view> views = {u"a", u"b"};
+  EXPECT_EQ(stringByJoining(std::views::reverse(views), u"/"), u"b/a"_ns);
+  const std::u16string_view huge(name.characters(), NSNotFound);
+  EXPECT_THROW(stringByConcatenating(huge, name), std::length_error);
 }
 
 TEST(NSMutableString, RefusesMoreThanAStringMayHold) {

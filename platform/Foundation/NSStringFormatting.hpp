@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+/// A number, and neither a truth value nor a character.
+template <class T>
+concept FormattedInteger = std::integral<T> && sizeof(T) <= sizeof(std::uint64_t) && !std::same_as<T, bool> &&
+                           !std::same_as<T, char> && !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
+                           !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
+
+/// An argument of a format: a string, whose nil is "(null)", units, text in UTF-8 or a number, which is written
+/// in decimal, a real one with as few digits as tell it from all others ("0.1", "1e+300"). It borrows strings,
+/// units and text.
+class FormatArgument {
+ public:
+  FormatArgument(const NSString &string) noexcept : units_(string ? string.view() : u"(null)") {}
+  template <std::convertible_to<std::u16string_view> Units>
+  FormatArgument(const Units &units) noexcept : units_(units) {}
+  template <std::convertible_to<std::string_view> Text>
+  FormatArgument(const Text &text) : FormatArgument(made(std::string_view(text))) {}
+  template <FormattedInteger Integer>
+  FormatArgument(Integer number)
+      : FormatArgument(std::signed_integral<Integer> ? made(static_cast<std::int64_t>(number))
+                                                     : made(static_cast<std::uint64_t>(number))) {}
+  template <std::same_as<double> Real>
+  FormatArgument(Real number) : FormatArgument(made(number)) {}
+
+  std::u16string_view units() const noexcept { return units_; }
+
+ private:
+  struct Made {
+    NSString string;
+  };
+  explicit FormatArgument(Made made) noexcept : made_(std::move(made.string)), units_(made_.view()) {}
+  static Made made(std::string_view text);
+  static Made made(std::int64_t number);
+  static Made made(std::uint64_t number);
+  static Made made(double number);
+
+  NSString made_;
+  std::u16string_view units_;
+};
+
+/// A format as it is written in the code. What does not fit the arguments does not compile: each "%@" takes the
+/// next argument, each "%d" the next one, which must be an integer, and "%%" is a per cent sign.
+template <class... Arguments>
+class FormatString {
+ public:
+  template <std::size_t Size>
+  consteval FormatString(const char16_t (&text)[Size]) : units_(text, Size - 1) {
+    constexpr bool isInteger[] = {FormattedInteger<Arguments>..., false};
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < units_.size(); ++i) {
+      if (units_[i] != u'%') continue;
+      if (++i == units_.size()) throw "The format ends in the middle of a directive.";
+      if (units_[i] == u'%') continue;
+      if (count == sizeof...(Arguments)) throw "The format has more directives than arguments.";
+      if (units_[i] != u'@' && !(units_[i] == u'd' && isInteger[count]))
+        throw "The format has a directive that does not fit its argument.";
+      ++count;
+    }
+    if (count < sizeof...(Arguments)) throw "The format has fewer directives than arguments.";
+  }
+
+  constexpr std::u16string_view units() const noexcept { return units_; }
+
+ private:
+  std::u16string_view units_;
+};
+
+namespace detail {
+
+void appendFormatted(NSMutableString &string, std::u16string_view format,
+                     std::span<const FormatArgument> arguments);
+
+template <class... Arguments>
+void appendFormat(NSMutableString &string, std::u16string_view format, const Arguments &...arguments) {
+  if constexpr (sizeof...(Arguments) == 0) {
+    appendFormatted(string, format, {});
+  } else {
+    const FormatArgument converted[] = {arguments...};
+    appendFormatted(string, format, converted);
+  }
+}
+
+}  // namespace detail
+
+/// Appends a format with its directives replaced by the arguments, which must not lie in the string itself.
+///
+///     appendFormat(list, u"%d: %@\n", index, name);
+template <class... Arguments>
+void appendFormat(NSMutableString &string, FormatString<std::type_identity_t<Arguments>...> format,
+                  const Arguments &...arguments) {
+  detail::appendFormat(string, format.units(), arguments...);
+}
+
+/// A new string out of a format and its arguments; never nil.
+///
+///     NSString name = stringWithFormat(u"%@-%d.%@", base, counter, extension);
+template <class... Arguments>
+NSString stringWithFormat(FormatString<std::type_identity_t<Arguments>...> format,
+                          const Arguments &...arguments) {
+  NSMutableString result;
+  detail::appendFormat(result, format.units(), arguments...);
+  return std::move(result).string();
+}
+
+/// The same with a format that only the running program knows, as a translation is. "%d" takes arguments of all
+/// kinds; arguments that are not asked for are left out, directives without an argument and unknown ones stay.
+template <class... Arguments>
+NSString stringWithFormat(const NSString &format, const Arguments &...arguments) {
+  NSMutableString result;
+  detail::appendFormat(result, format.view(), arguments...);
+  return std::move(result).string();
+}
+
+}  // namespace nimbo

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
+#include <ranges>
+#include <string_view>
+#include <utility>
+
+#include "platform/Foundation/NSMutableString.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+namespace detail {
+
+/// The units of what a string is joined of.
+inline std::u16string_view viewOfPiece(const NSString &string) {
+  return string.view();
+}
+inline std::u16string_view viewOfPiece(const NSMutableString &string) {
+  return string.view();
+}
+inline std::u16string_view viewOfPiece(std::u16string_view units) {
+  return units;
+}
+template <std::same_as<unichar> Unit>
+std::u16string_view viewOfPiece(const Unit &unit) {
+  return {&unit, 1};
+}
+
+}  // namespace detail
+
+/// The pieces with the separator between them, made with one allocation: a range of strings or of views of
+/// units. Nil counts as empty; the result is never nil. More than `NSNotFound` units raise `std::length_error`.
+///
+///     NSString host = stringByJoining(labels, u".");
+template <std::ranges::forward_range Pieces>
+NSString stringByJoining(const Pieces &pieces, std::u16string_view separator) {
+  std::size_t length = 0;
+  for (const auto &piece : pieces) length += detail::viewOfPiece(piece).size() + separator.size();
+  NSMutableString result;
+  result.reserve(length - std::min(length, separator.size()));
+  bool isFirst = true;
+  for (const auto &piece : pieces) {
+    if (!std::exchange(isFirst, false)) result.append(separator);
+    result.append(detail::viewOfPiece(piece));
+  }
+  return std::move(result).string();
+}
+
+/// The pieces, one behind the other, as above: strings, views of units and single units.
+///
+///     NSString path = stringByConcatenating(folder, u'/', name, u".txt");
+template <class... Pieces>
+NSString stringByConcatenating(const Pieces &...pieces) {
+  const std::u16string_view views[] = {detail::viewOfPiece(pieces)...};
+  return stringByJoining(views, {});
+}
+
+}  // namespace nimbo
