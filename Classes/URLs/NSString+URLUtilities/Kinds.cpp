@@ -7,6 +7,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
+#include "Classes/Paths/FileTypes.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/URLs/URLScheme.hpp"
 
@@ -81,7 +82,7 @@ bool isFeedStringURL(const NSString &string) {
   if (equalsASCIINoCase(component, "index.xml")) return true;
   const std::size_t dot = std::min(component.rfind(u'.'), component.size());
   return equalsOneOfASCIINoCase(component.substr(0, dot), {"feed", "feeds", "rss", "rss2", "atom"}) ||
-         equalsOneOfASCIINoCase(component.substr(dot), {".rss", ".rdf", ".atom"});
+         (dot < component.size() && intersects(kindsOfExtension(component.substr(dot + 1)), FileKinds::feed));
 }
 
 bool isMarkupMIMEType(const NSString &string) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 
@@ -97,13 +98,40 @@ TEST(URLTypes, AreToldByLength) {
     EXPECT_EQ(isMultimediaType(extension, false, false, true), embedded) << shown(extension);
     EXPECT_FALSE(isMultimediaType(extension, false, false, false));
   }
-  EXPECT_EQ(multimediaTypes().size(), 5u + 63 + 18 + 1);
-  EXPECT_EQ(binaryFileTypes().back(), u"dat"_ns);
+  // Other characters count as the letters that they fold to, in each test by its own rule.
+  EXPECT_TRUE(isExecutableType(u"cla\u00df"_ns) && isImageType(u"ti\ufb00"_ns) &&
+              isBinaryFileType(u"\u017fit"_ns));
+  EXPECT_TRUE(isArchiveType(u"\u017fit"_ns) && isMultimediaType(u"av\u0131"_ns));
+  EXPECT_FALSE(isBinaryFileType(u"av\u0131"_ns) || isMultimediaType(u"av\u0131"_ns, true, true, true));
   EXPECT_TRUE(isBinaryFileType(u"RTFD"_ns) && isOfficeType(u"Ai"_ns) && isMarkupType(u"OPML"_ns) &&
               isImageType(u"JPEG"_ns));
   EXPECT_FALSE(isOfficeTypeIncludingMSWord(u"docx"_ns, false, true, true, true, true));
   EXPECT_FALSE(isBinaryFileTypeIncludingRichText(u"rtf"_ns, false, true, true, true, true, true) ||
                isRichTextType(NSString()));
+}
+
+TEST(URLTypes, AreListedInOrder) {
+  const auto lengthOf = [](const NSString &extension) { return extension.length(); };
+  EXPECT_TRUE(std::ranges::is_sorted(archiveTypes(), {}, lengthOf) &&
+              std::ranges::is_sorted(multimediaTypes(), {}, lengthOf));
+  EXPECT_EQ(std::ranges::count(multimediaTypes(), u"m3u"_ns), 2);
+  for (unsigned flags = 0; flags < 32; ++flags) {
+    const auto isSet = [=](unsigned bit) { return (flags >> bit & 1) != 0; };
+    const auto office = officeTypesIncludingMSWord(isSet(0), isSet(1), isSet(2), isSet(3), isSet(4));
+    EXPECT_EQ(office.size(), 11u + 7 * isSet(0) + 2 * isSet(1) + 2 * isSet(2) + isSet(3) + 4 * isSet(4));
+    std::vector<NSString> joined;
+    for (const auto &list : {imageTypes(),
+                             multimediaTypes(),
+                             archiveTypes(),
+                             executableTypes(),
+                             office,
+                             richTextTypes(),
+                             {u"dat"_ns}})
+      joined.insert(joined.end(), list.begin(), list.end());
+    EXPECT_EQ(binaryFileTypesIncludingRichText(true, isSet(0), isSet(1), isSet(2), isSet(3), isSet(4)), joined);
+  }
+  EXPECT_EQ(binaryFileTypes(), binaryFileTypesIncludingRichText(true, true, true, true, true, true));
+  EXPECT_EQ(officeTypes().back(), u"ai"_ns);
 }
 
 TEST(Links, AreFollowedByModeAndLevel) {

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Paths/FileTypes.hpp"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
+namespace nimbo {
+namespace {
+
+constexpr auto kRows = [] {
+  using enum FileKinds;
+  return std::to_array<FileType>({
+#include "FileTypes.inc"
+  });
+}();
+
+static_assert(std::ranges::all_of(kRows, [](const FileType &row) {
+  return row.extension.size() <= kLongestFileTypeExtension;
+}));
+
+/// The rows in order of their extensions; those behind `count` are left over from the rows of one extension
+/// becoming one.
+struct SortedTypes {
+  std::array<FileType, kRows.size()> types;
+  std::size_t count;
+};
+
+constexpr SortedTypes kSorted = [] {
+  SortedTypes sorted{kRows, 0};
+  std::ranges::sort(sorted.types, {}, &FileType::extension);
+  for (const FileType &row : sorted.types) {
+    if (sorted.count > 0 && sorted.types[sorted.count - 1].extension == row.extension)
+      sorted.types[sorted.count - 1].kinds = sorted.types[sorted.count - 1].kinds | row.kinds;
+    else
+      sorted.types[sorted.count++] = row;
+  }
+  return sorted;
+}();
+
+}  // namespace
+
+std::span<const FileType> fileTypes() {
+  return std::span(kSorted.types).first(kSorted.count);
+}
+
+FileKinds kindsOfExtension(std::u16string_view extension) {
+  const auto isBefore = [](const FileType &type, std::u16string_view wanted) {
+    return std::ranges::lexicographical_compare(type.extension, wanted, {}, {}, toASCIILower<unichar>);
+  };
+  const auto types = fileTypes();
+  const auto type = std::lower_bound(types.begin(), types.end(), extension, isBefore);
+  return type != types.end() && equalsASCIINoCase(extension, type->extension) ? type->kinds : FileKinds::none;
+}
+
+std::vector<NSString> extensionsOfKinds(FileKinds kinds) {
+  std::vector<NSString> extensions;
+  for (const FileType &row : kRows)
+    if (intersects(row.kinds, kinds)) extensions.push_back(NSString::stringWithUTF8String(row.extension));
+  return extensions;
+}
+
+}  // namespace nimbo

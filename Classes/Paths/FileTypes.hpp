@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+/// What a file is by its path extension: a set of bits, named as in Classes/Paths/FileTypes.tsv.
+enum class FileKinds : std::uint32_t {
+  none = 0,
+  image = 1 << 0,
+  /// All sounds and movies, and what plays them.
+  media = 1 << 1,
+  /// Of the media, what browsers play.
+  audio = 1 << 2,
+  video = 1 << 3,
+  /// Of the media, what needs a plug-in.
+  embedded = 1 << 4,
+  archive = 1 << 5,
+  executable = 1 << 6,
+  /// Spreadsheets and presentations.
+  office = 1 << 7,
+  word = 1 << 8,
+  openOffice = 1 << 9,
+  starOffice = 1 << 10,
+  pdf = 1 << 11,
+  postScript = 1 << 12,
+  richText = 1 << 13,
+  data = 1 << 14,
+  markup = 1 << 15,
+  feed = 1 << 16,
+};
+
+constexpr FileKinds operator|(FileKinds a, FileKinds b) {
+  return static_cast<FileKinds>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
+}
+
+constexpr FileKinds operator&(FileKinds a, FileKinds b) {
+  return static_cast<FileKinds>(static_cast<std::uint32_t>(a) & static_cast<std::uint32_t>(b));
+}
+
+constexpr bool intersects(FileKinds a, FileKinds b) {
+  return (a & b) != FileKinds::none;
+}
+
+inline constexpr std::size_t kLongestFileTypeExtension = 11;
+
+struct FileType {
+  FileKinds kinds;
+  /// ASCII without capitals, at most `kLongestFileTypeExtension`.
+  std::string_view extension;
+};
+
+/// All types, one for each extension, in ascending order of these.
+std::span<const FileType> fileTypes();
+
+/// What files of this extension are, whatever the case of its ASCII letters; none when it is unknown.
+FileKinds kindsOfExtension(std::u16string_view extension);
+
+/// The extensions that are of one of these kinds, in the order of the table; one that stands in several of its
+/// rows may be in the list as often.
+std::vector<NSString> extensionsOfKinds(FileKinds kinds);
+
+}  // namespace nimbo
