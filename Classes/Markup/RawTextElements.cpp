@@ -6,16 +6,13 @@
 #include "Classes/Characters/FastSearches.hpp"
 #include "Classes/Characters/UnicharKernels.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo::detail {
 
 namespace {
 
 constexpr std::u16string_view kCommentStart = u"<!-", kCommentEnd = u"-->";
-
-constexpr unichar lowerAscii(unichar c) {
-  return c >= u'A' && c <= u'Z' ? static_cast<unichar>(c + (u'a' - u'A')) : c;
-}
 
 /// Where `pattern` begins between `from` and `end`; NSNotFound when nowhere.
 std::uint32_t locationOf(std::u16string_view pattern, const unichar *units, std::uint32_t from,
@@ -53,7 +50,7 @@ std::uint32_t RawTextElements::lengthOfNamedElement(std::uint32_t tagLocation, s
 
 bool RawTextElements::isNameAt(std::uint32_t location, std::u16string_view name) const {
   for (std::size_t i = 0; i < name.size(); ++i) {
-    if (lowerAscii(units_[location + i]) != name[i]) return false;
+    if (toASCIILower(units_[location + i]) != name[i]) return false;
   }
   return true;
 }
@@ -86,7 +83,7 @@ std::uint32_t RawTextElements::lengthOfEndTagAt(std::uint32_t location, const El
   const std::u16string_view rest(units_ + location, length_ - location);
   for (std::size_t i = 0; i < element.endTag.size(); ++i) {
     if (i == rest.size()) return 0;
-    if (lowerAscii(rest[i]) == element.endTag[i]) continue;
+    if (toASCIILower(rest[i]) == element.endTag[i]) continue;
     if (rest[i] < 0x80) return 0;
     // Few letters beyond ASCII fold to those of the name, but some do.
     return rangeOfString(rest, element.endTag, NSCaseInsensitiveSearch | NSAnchoredSearch).length;

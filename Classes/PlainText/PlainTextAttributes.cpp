@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "Classes/Markup/TagAttributes.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo::detail {
 
@@ -38,9 +39,7 @@ bool hasBareAttribute(std::u16string_view tag, std::u16string_view name) {
 }
 
 bool equalsNoCase(std::u16string_view text, std::u16string_view lower) {
-  return std::equal(text.begin(), text.end(), lower.begin(), lower.end(), [](unichar c, unichar expected) {
-    return c == expected || (c >= u'A' && c <= u'Z' && c + (u'a' - u'A') == expected);
-  });
+  return std::ranges::equal(text, lower, {}, toASCIILower<unichar>);
 }
 
 }  // namespace nimbo::detail

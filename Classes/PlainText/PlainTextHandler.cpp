@@ -7,6 +7,7 @@
 #include "Classes/PlainText/PlainTextAttributes.hpp"
 #include "Classes/PlainText/PlainTextRuns.hpp"
 #include "Classes/PlainText/SimplePlainTextHandler.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 
@@ -288,7 +289,7 @@ class Step {
 bool beginsTag(std::u16string_view page, std::size_t less) {
   if (less + 1 >= page.size()) return false;
   const unichar c = page[less + 1];
-  return c == u'/' || c == u'!' || c == u'?' || ((c | 0x20) >= u'a' && (c | 0x20) <= u'z');
+  return c == u'/' || c == u'!' || c == u'?' || isASCIILetter(c);
 }
 
 /// Where a tag begins inside one that is text to a browser; its end when there is none.

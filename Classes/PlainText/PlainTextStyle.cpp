@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "Classes/PlainText/PlainTextAttributes.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo::detail {
 
@@ -33,13 +34,6 @@ std::u16string_view trimmed(std::u16string_view text) {
   return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
 }
 
-std::optional<std::uint32_t> digitValue(unichar c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  const unichar lower = c | 0x20;
-  if (lower >= u'a' && lower <= u'f') return lower - u'a' + 10u;
-  return std::nullopt;
-}
-
 std::optional<std::uint32_t> colorValue(std::u16string_view text) {
   for (const NamedColor &color : kNamedColors) {
     if (equalsNoCase(text, color.name)) return color.value;
@@ -48,9 +42,9 @@ std::optional<std::uint32_t> colorValue(std::u16string_view text) {
   if (text.size() != 3 && text.size() != 6) return std::nullopt;
   std::uint32_t value = 0;
   for (const unichar c : text) {
-    const std::optional<std::uint32_t> digit = digitValue(c);
-    if (!digit) return std::nullopt;
-    value = text.size() == 3 ? value << 8 | *digit * 0x11 : value << 4 | *digit;
+    const std::uint32_t digit = hexDigitValue(c);
+    if (digit > 15) return std::nullopt;
+    value = text.size() == 3 ? value << 8 | digit * 0x11 : value << 4 | digit;
   }
   return value;
 }
@@ -70,7 +64,7 @@ std::optional<Measure> measure(std::u16string_view value) {
   for (; i < value.size(); ++i) {
     if (value[i] == u'.' && !hasPoint) {
       hasPoint = true;
-    } else if (value[i] >= u'0' && value[i] <= u'9') {
+    } else if (isASCIIDigit(value[i])) {
       hasDigit = true;
       if (hasPoint) scale /= 10;
       number = hasPoint ? number + (value[i] - u'0') * scale : number * 10 + (value[i] - u'0');
