@@ -14,7 +14,11 @@ namespace nimbo {
 
 namespace {
 
-using Operands = std::vector<std::string>;
+struct DecodeOptions : CommonOptions {
+  std::optional<std::string> encoding;
+  std::optional<std::string> defaultEncoding;
+  bool json = false;
+};
 
 /// Adds an encoding's name and numbers; those of strings only when text can be read in it.
 void describe(CFStringEncoding encoding, NSDictionary *description) {
@@ -25,7 +29,7 @@ void describe(CFStringEncoding encoding, NSDictionary *description) {
     description->setObject(CFStringConvertEncodingToNSStringEncoding(encoding), u"NSStringEncoding"_ns);
 }
 
-int runCharset(const CommandOptions &options, const Operands &operands) {
+int runCharset(const CommonOptions &options, const Operands &operands) {
   NSArray answers = NSArray::array();
   for (const std::string &operand : operands) {
     const NSString name = NSString::stringWithLossyUTF8String(operand);
@@ -48,7 +52,7 @@ NSStringEncoding encodingOfOption(const char *option, const std::optional<std::s
                    (isUnknown ? " is no known encoding" : " is an encoding that cannot be read"));
 }
 
-int runDecode(const CommandOptions &options, const Operands &operands) {
+int runDecode(const DecodeOptions &options, const Operands &operands) {
   const NSStringEncoding supplied = encodingOfOption("encoding", options.encoding);
   const NSStringEncoding chosenDefault = encodingOfOption("default", options.defaultEncoding);
   const NSData data = readInput(operands.front());
@@ -77,28 +81,29 @@ int runDecode(const CommandOptions &options, const Operands &operands) {
 
 const std::vector<Command> &charsetCommands() {
   static const std::vector<Command> commands = {
-      {"charset",
-       "NAME...",
-       "the encodings of character sets' names",
-       "Prints an array with an object for each name: the \"Encoding\" by its registered name,\n"
-       "\"CFStringEncoding\" and \"NSStringEncoding\" by their numbers, and whether text in it can be read\n"
-       "(\"Available\"). A name that nothing is known by has none of them.",
-       {},
-       1,
-       kAnyNumberOfOperands,
+      {{.name = "charset",
+        .operands = "NAME...",
+        .summary = "the encodings of character sets' names",
+        .description = R"(
+Prints an array with an object for each name: the "Encoding" by its registered name,
+"CFStringEncoding" and "NSStringEncoding" by their numbers, and whether text in it can be read
+("Available"). A name that nothing is known by has none of them.)",
+        .minimumOperands = 1,
+        .maximumOperands = kAnyNumberOfOperands},
        runCharset},
-      {"decode",
-       "FILE",
-       "the text of a page or feed in any encoding",
-       "Prints the text of a page or feed in UTF-8, and on standard error what it declares and in which\n"
-       "encoding it was read. What the file declares is weighed against what --encoding says. FILE \"-\" is\n"
-       "standard input.",
-       {{"encoding", &CommandOptions::encoding, "NAME", "the encoding that came with the file"},
-        {"default", &CommandOptions::defaultEncoding, "NAME", "the encoding without any (else guessed)"},
-        {"json", &CommandOptions::json, nullptr, "print an object with the text and the encodings"}},
-       1,
-       1,
-       runDecode},
+      {{.name = "decode",
+        .operands = "FILE",
+        .summary = "the text of a page or feed in any encoding",
+        .description = R"(
+Prints the text of a page or feed in UTF-8, and on standard error what it declares and in which
+encoding it was read. What the file declares is weighed against what --encoding says. FILE "-" is
+standard input.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
+       runDecode,
+       {{"encoding", &DecodeOptions::encoding, "NAME", "the encoding that came with the file"},
+        {"default", &DecodeOptions::defaultEncoding, "NAME", "the encoding without any (else guessed)"},
+        {"json", &DecodeOptions::json, nullptr, "print an object with the text and the encodings"}}},
   };
   return commands;
 }

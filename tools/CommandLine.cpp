@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/CommandLine.hpp"
 
-#include <getopt.h>
-
 #include <algorithm>
 #include <charconv>
 #include <string_view>
@@ -21,84 +19,98 @@ double secondsFromText(std::string_view text) {
   return seconds;
 }
 
-const char *checkedChoice(const CommandOption &option, const char *value) {
+const std::string &checkedChoice(const Option &option, const std::string &value) {
   if (option.choices.empty() || std::ranges::find(option.choices, value) != option.choices.end()) return value;
   std::string words;
   for (const std::string &choice : option.choices) {
     const bool isLast = &choice == &option.choices.back();
     words += (words.empty() ? "" : isLast ? " or " : ", ") + choice;
   }
-  throw UsageError("'" + std::string(value) + "' is not a value of --" + option.name + ", which is " + words);
+  throw UsageError("'" + value + "' is not a value of --" + option.name + ", which is " + words);
 }
 
-/// Sets the field of an option; `value` is null for a switch.
+/// Sets the field of an option; a switch has no value.
 struct Setter {
-  const CommandOption &option;
-  const char *value;
-  CommandOptions *options;
+  const Option &option;
+  const std::string &value;
+  CommonOptions *options;
 
-  void operator()(bool CommandOptions::*field) const { options->*field = true; }
-  void operator()(double CommandOptions::*field) const { options->*field = secondsFromText(value); }
-  void operator()(std::optional<std::string> CommandOptions::*field) const {
+  void operator()(bool CommonOptions::*field) const { options->*field = true; }
+  void operator()(double CommonOptions::*field) const { options->*field = secondsFromText(value); }
+  void operator()(std::optional<std::string> CommonOptions::*field) const {
     options->*field = checkedChoice(option, value);
   }
-  void operator()(std::vector<std::string> CommandOptions::*field) const {
-    (options->*field).emplace_back(checkedChoice(option, value));
+  void operator()(std::vector<std::string> CommonOptions::*field) const {
+    (options->*field).push_back(checkedChoice(option, value));
   }
 };
 
-void set(const CommandOption &option, const char *value, CommandOptions *options) {
-  std::visit(Setter{option, value, options}, option.field);
+/// The option that is typed so: by its name, by a beginning that no other name has, or as "-h".
+const Option &optionOfWord(const std::string &word, const std::vector<Option> &accepted) {
+  const std::string name = word == "-h" ? "--help" : word;
+  std::vector<const Option *> found;
+  for (const Option &option : accepted) {
+    const std::string whole = std::string("--") + option.name;
+    if (whole == name) return option;
+    if (name.starts_with("--") && whole.starts_with(name)) found.push_back(&option);
+  }
+  if (found.size() > 1)
+    throw UsageError("option '" + word + "' may be --" + found[0]->name + " or --" + found[1]->name);
+  if (found.empty()) throw UsageError("unknown option '" + word + "'");
+  return *found.front();
 }
 
 }  // namespace
 
-const std::vector<CommandOption> &commonOptions() {
-  static const std::vector<CommandOption> options = {
-      {"no-start", &CommandOptions::noStart, nullptr, "do not start a helper when none is registered"},
-      {"timeout", &CommandOptions::timeoutSeconds, "SECONDS", "how long to wait for the answer (default 15)"},
-      {"pretty", &CommandOptions::pretty, nullptr, "indent the JSON"},
-      {"plist", &CommandOptions::propertyList, nullptr, "print an XML property list instead of JSON"},
-      {"help", &CommandOptions::help, nullptr, "show help"},
-      {"version", &CommandOptions::version, nullptr, "show the program's version"},
+const std::vector<Option> &commonOptions() {
+  static const std::vector<Option> options = {
+      {"no-start", &CommonOptions::noStart, nullptr, "do not start a helper when none is registered"},
+      {"timeout", &CommonOptions::timeoutSeconds, "SECONDS", "how long to wait for the answer (default 15)"},
+      {"pretty", &CommonOptions::pretty, nullptr, "indent the JSON"},
+      {"plist", &CommonOptions::propertyList, nullptr, "print an XML property list instead of JSON"},
+      {"help", &CommonOptions::help, nullptr, "show help"},
+      {"version", &CommonOptions::version, nullptr, "show the program's version"},
   };
   return options;
 }
 
-std::vector<std::string> readOptions(const std::vector<std::string> &arguments,
-                                     const std::vector<CommandOption> &accepted, bool stopsAtOperand,
-                                     CommandOptions *options) {
-  constexpr int kFirstValue = 256;
-  std::vector<option> table;
-  table.reserve(accepted.size() + 1);
-  for (const CommandOption &one : accepted)
-    table.push_back({one.name, one.valueName ? required_argument : no_argument, nullptr,
-                     kFirstValue + static_cast<int>(table.size())});
-  table.push_back({});
-  std::vector<char *> words;
-  words.reserve(arguments.size() + 1);
-  for (const std::string &argument : arguments) words.push_back(const_cast<char *>(argument.c_str()));
-  const int count = static_cast<int>(words.size());
-  words.push_back(nullptr);
-
-  optind = 0;
-  opterr = 0;
-  const char *shortOptions = stopsAtOperand ? "+:h" : ":h";
-  for (int found; (found = getopt_long(count, words.data(), shortOptions, table.data(), nullptr)) != -1;) {
-    if (found == 'h')
-      options->help = true;
-    else if (found == ':')
-      throw UsageError("option '" + std::string(words[static_cast<std::size_t>(optind - 1)]) +
-                       "' needs a value");
-    else if (found < kFirstValue)
-      throw UsageError("unknown option '" +
-                       (optopt > 0 && optopt < kFirstValue ? "-" + std::string(1, static_cast<char>(optopt))
-                                                           : words[static_cast<std::size_t>(optind - 1)]) +
-                       "'");
-    else
-      set(accepted[static_cast<std::size_t>(found - kFirstValue)], optarg, options);
+Operands readOptions(const std::vector<std::string> &arguments, const std::vector<Option> &accepted,
+                     bool stopsAtOperand, CommonOptions *options) {
+  Operands operands;
+  for (std::size_t i = 1; i < arguments.size(); ++i) {
+    const std::string &word = arguments[i];
+    const bool isOperand = word == "-" || !word.starts_with('-');
+    if (word == "--" || (isOperand && stopsAtOperand)) {
+      operands.insert(operands.end(), arguments.begin() + static_cast<std::ptrdiff_t>(isOperand ? i : i + 1),
+                      arguments.end());
+      break;
+    }
+    if (isOperand) {
+      operands.push_back(word);
+      continue;
+    }
+    const std::size_t equals = word.find('=');
+    const Option &option = optionOfWord(word.substr(0, equals), accepted);
+    std::string value;
+    if (equals != std::string::npos) {
+      if (!option.valueName) throw UsageError(std::string("option '--") + option.name + "' takes no value");
+      value = word.substr(equals + 1);
+    } else if (option.valueName) {
+      if (++i == arguments.size()) throw UsageError("option '" + word + "' needs a value");
+      value = arguments[i];
+    }
+    std::visit(Setter{option, value, options}, option.field);
   }
-  return {words.begin() + optind, words.end() - 1};
+  return operands;
+}
+
+void checkOperands(const Command &command, const Operands &operands) {
+  if (operands.size() < command.minimumOperands)
+    throw UsageError(std::string(command.name) + " needs " + command.operands);
+  if (operands.size() > command.maximumOperands)
+    throw UsageError("'" + operands[command.maximumOperands] + "' is too much for " + command.name);
+  if (!command.takesEmptyOperands && std::ranges::find(operands, "") != operands.end())
+    throw UsageError(std::string(command.operands) + " is an empty text");
 }
 
 }  // namespace nimbo

@@ -2,58 +2,38 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
 namespace nimbo {
 
-/// The options of all commands; which of them a command takes stands in its `Command`.
-struct CommandOptions {
+/// The options that every command takes. Those of a command are a struct that derives from it.
+struct CommonOptions {
   bool noStart = false;
+  double timeoutSeconds = 15.0;
   bool pretty = false;
   bool propertyList = false;
-  bool attributed = false;
-  std::optional<std::string> encode;
-  std::optional<std::string> base;
-  bool noStandard = false;
-  bool numeric = false;
-  bool nonUmlauted = false;
-  std::optional<std::string> tag;
-  std::optional<std::string> attributes;
-  std::vector<std::string> bodies;
-  std::vector<std::string> except;
-  bool objects = false;
-  std::optional<std::string> encoding;
-  std::optional<std::string> defaultEncoding;
-  bool json = false;
-  bool reformat = false;
-  bool simple = false;
-  bool body = false;
-  bool noJunk = false;
-  bool googleTags = false;
-  bool plainAscii = false;
   bool help = false;
   bool version = false;
-  double timeoutSeconds = 15.0;
 };
 
 /// The longest time that --timeout takes.
 inline constexpr double kMaximumTimeoutSeconds = 86400.0;
 
-/// The field that an option sets: a switch, a number of seconds, a text of which the last one given counts, or
-/// a list of texts, one for each time that the option is given.
-using CommandOptionField =
-    std::variant<bool CommandOptions::*, double CommandOptions::*, std::optional<std::string> CommandOptions::*,
-                 std::vector<std::string> CommandOptions::*>;
-
-/// An option as it is typed, and the field that it sets.
-struct CommandOption {
+/// An option as it is typed, and the field that it sets: a switch, a number of seconds, a text of which the
+/// last one given counts, or a list of texts, one for each time that the option is given.
+struct Option {
   const char *name;
-  CommandOptionField field;
+  std::variant<bool CommonOptions::*, double CommonOptions::*, std::optional<std::string> CommonOptions::*,
+               std::vector<std::string> CommonOptions::*>
+      field;
   /// For the help text, where it stands behind the option's name; null for a switch.
   const char *valueName;
   const char *summary;
@@ -61,21 +41,56 @@ struct CommandOption {
   std::vector<std::string> choices = {};
 };
 
+/// A row of the table of a command's own options.
+template <class Options>
+struct OptionOf : Option {
+  template <class Value>
+  OptionOf(const char *word, Value Options::*member, const char *valueWord, const char *line,
+           std::vector<std::string> allowedWords = {})
+      : Option{word, static_cast<Value CommonOptions::*>(member), valueWord, line, std::move(allowedWords)} {}
+};
+
+/// What a command line holds besides options.
+using Operands = std::vector<std::string>;
+
 /// For a command that takes as many operands as there are.
 inline constexpr std::size_t kAnyNumberOfOperands = std::numeric_limits<std::size_t>::max();
 
-struct Command {
+/// What a command tells about itself, and how many operands it takes.
+struct CommandText {
   const char *name;
-  const char *operands;
+  const char *operands = "";
   const char *summary;
+  /// Whole lines, each behind its line break.
   const char *description;
-  std::vector<CommandOption> options;
-  std::size_t minimumOperands;
-  std::size_t maximumOperands;
-  /// Does the work and gives the exit code.
-  int (*run)(const CommandOptions &options, const std::vector<std::string> &operands);
+  std::size_t minimumOperands = 0;
+  std::size_t maximumOperands = 0;
   /// Files and names are never empty, a text may be.
   bool takesEmptyOperands = false;
+};
+
+/// A command of the program.
+///
+///     int runTags(const CommonOptions &options, const Operands &operands);
+///     int runURL(const URLOptions &options, const Operands &operands);
+///     Command({.name = "tags", ...}, runTags);
+///     Command({.name = "url", ...}, runURL, {{"base", &URLOptions::base, "URL", "the URL of the page"}});
+struct Command : CommandText {
+  /// `runCommand` does the work and gives the exit code; `table` has the command's own options.
+  template <class Options>
+  Command(const CommandText &text, int (*runCommand)(const Options &, const Operands &),
+          const std::vector<OptionOf<Options>> &table = {})
+      : CommandText(text),
+        options(table.begin(), table.end()),
+        makeOptions([]() -> std::shared_ptr<CommonOptions> { return std::make_shared<Options>(); }),
+        run([runCommand](const CommonOptions &made, const Operands &read) {
+          return runCommand(static_cast<const Options &>(made), read);
+        }) {}
+
+  /// Those that only this command takes; `makeOptions` makes what they set.
+  std::vector<Option> options;
+  std::shared_ptr<CommonOptions> (*makeOptions)();
+  std::function<int(const CommonOptions &made, const Operands &read)> run;
 };
 
 /// A command line that cannot be followed; the text says why in one line.
@@ -85,12 +100,14 @@ class UsageError : public std::runtime_error {
 };
 
 /// The options that every command takes.
-const std::vector<CommandOption> &commonOptions();
+const std::vector<Option> &commonOptions();
 
 /// Reads options off `arguments` (the first is a name and skipped) into `options`, and gives what is left. With
 /// `stopsAtOperand` nothing is read behind the first operand. Raises `UsageError`.
-std::vector<std::string> readOptions(const std::vector<std::string> &arguments,
-                                     const std::vector<CommandOption> &accepted, bool stopsAtOperand,
-                                     CommandOptions *options);
+Operands readOptions(const std::vector<std::string> &arguments, const std::vector<Option> &accepted,
+                     bool stopsAtOperand, CommonOptions *options);
+
+/// Raises `UsageError` for operands that the command does not take.
+void checkOperands(const Command &command, const Operands &operands);
 
 }  // namespace nimbo

@@ -12,7 +12,12 @@ namespace nimbo {
 
 namespace {
 
-using Operands = std::vector<std::string>;
+struct EntityOptions : CommonOptions {
+  std::optional<std::string> encode;
+  bool noStandard = false;
+  bool numeric = false;
+  bool nonUmlauted = false;
+};
 
 /// A text as it is typed, or standard input for "-", without the line feed that ends it. What is not UTF-8
 /// becomes U+FFFD.
@@ -30,7 +35,7 @@ NSString encode(const NSString &text, const std::string &encoding) {
   return stringByConvertingCharactersToEntities(text);
 }
 
-int runEntities(const CommandOptions &options, const Operands &operands) {
+int runEntities(const EntityOptions &options, const Operands &operands) {
   if (options.encode && (options.noStandard || options.numeric || options.nonUmlauted))
     throw UsageError("--no-standard, --numeric and --non-umlauted are for decoding, not for --encode");
   const NSString text = textOfOperand(operands.front());
@@ -44,26 +49,26 @@ int runEntities(const CommandOptions &options, const Operands &operands) {
 
 const std::vector<Command> &entityCommands() {
   static const std::vector<Command> commands = {
-      {"entities",
-       "TEXT",
-       "the characters of a text's entities, or the reverse",
-       "Prints the text with its character references as characters, or with --encode characters as\n"
-       "references: the form \"standard\" is markup as entities, \"high\" what is not ASCII as numbers,\n"
-       "\"table\" the same as entities where there are any. TEXT \"-\" is standard input without the line "
-       "feed\n"
-       "that ends it. A text of 3 characters or fewer is not decoded.",
+      {{.name = "entities",
+        .operands = "TEXT",
+        .summary = "the characters of a text's entities, or the reverse",
+        .description = R"(
+Prints the text with its character references as characters, or with --encode characters as
+references: the form "standard" is markup as entities, "high" what is not ASCII as numbers,
+"table" the same as entities where there are any. TEXT "-" is standard input without the line feed
+that ends it. A text of 3 characters or fewer is not decoded.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1,
+        .takesEmptyOperands = true},
+       runEntities,
        {{"encode",
-         &CommandOptions::encode,
+         &EntityOptions::encode,
          "FORM",
          "encode: standard, high or table",
          {"standard", "high", "table"}},
-        {"no-standard", &CommandOptions::noStandard, nullptr, "leave markup characters as references"},
-        {"numeric", &CommandOptions::numeric, nullptr, "decode no names but quot, amp, lt, gt, nbsp, apos"},
-        {"non-umlauted", &CommandOptions::nonUmlauted, nullptr, "remove diacritics, if anything is decoded"}},
-       1,
-       1,
-       runEntities,
-       true},
+        {"no-standard", &EntityOptions::noStandard, nullptr, "leave markup characters as references"},
+        {"numeric", &EntityOptions::numeric, nullptr, "decode no names but quot, amp, lt, gt, nbsp, apos"},
+        {"non-umlauted", &EntityOptions::nonUmlauted, nullptr, "remove diacritics, if anything is decoded"}}},
   };
   return commands;
 }

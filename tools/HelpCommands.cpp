@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/HelpCommands.hpp"
 
+#include "tools/Commands.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/Output.hpp"
+
 namespace nimbo {
 
 namespace {
@@ -13,9 +17,9 @@ std::string row(std::string name, const char *summary) {
   return name + summary + "\n";
 }
 
-std::string rows(std::span<const CommandOption> options) {
+std::string rows(const std::vector<Option> &options) {
   std::string text;
-  for (const CommandOption &option : options) {
+  for (const Option &option : options) {
     const std::string value = option.valueName ? std::string(" ") + option.valueName : "";
     text += row("--" + (option.name + value), option.summary);
   }
@@ -26,14 +30,40 @@ std::string commandWithOperands(const Command &command) {
   return *command.operands ? std::string(command.name) + " " + command.operands : command.name;
 }
 
+int runHelp(const CommonOptions &, const Operands &operands) {
+  writeOutput(operands.empty() ? helpText() : helpText(commandNamed(operands.front())));
+  return kExitAnswered;
+}
+
+int runVersion(const CommonOptions &, const Operands &) {
+  writeOutput(versionText());
+  return kExitAnswered;
+}
+
 }  // namespace
 
-std::string helpText(std::span<const Command> commands) {
+const std::vector<Command> &helpCommands() {
+  static const std::vector<Command> commands = {
+      {{.name = "help",
+        .operands = "[COMMAND]",
+        .summary = "this text, or more about a command",
+        .description = R"(
+Shows help.)",
+        .maximumOperands = 1},
+       runHelp},
+      {{.name = "version", .summary = "the program's version", .description = R"(
+Prints the program's version.)"},
+       runVersion},
+  };
+  return commands;
+}
+
+std::string helpText() {
   std::string text =
       "Usage: quiverleaf COMMAND [OPTION...] [FILE]\n\n"
       "Asks the Quiverleaf helper about documents and prints its answers as JSON; converts texts by itself.\n\n"
       "Commands:\n";
-  for (const Command &command : commands) text += row(commandWithOperands(command), command.summary);
+  for (const Command &command : allCommands()) text += row(commandWithOperands(command), command.summary);
   text += "\nOptions:\n" + rows(commonOptions()) +
           "\nExit status: 0 answered, 1 usage, 2 no helper, 3 no answer for this file, 4 timed out,\n"
           "5 the helper died, 6 the result could not be written.\n";
@@ -43,7 +73,7 @@ std::string helpText(std::span<const Command> commands) {
 std::string helpText(const Command &command) {
   std::string text = "Usage: quiverleaf " + std::string(command.name) + " [OPTION...]";
   if (*command.operands) text += std::string(" ") + command.operands;
-  text += std::string("\n\n") + command.description + "\n\nOptions:\n" + rows(command.options) +
+  text += std::string("\n") + command.description + "\n\nOptions:\n" + rows(command.options) +
           rows(commonOptions());
   return text;
 }

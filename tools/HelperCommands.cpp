@@ -12,9 +12,11 @@ namespace nimbo {
 
 namespace {
 
-using Operands = std::vector<std::string>;
+struct PDFOptions : CommonOptions {
+  bool attributed = false;
+};
 
-HelperClient clientWithOptions(const CommandOptions &options) {
+HelperClient clientWithOptions(const CommonOptions &options) {
   HelperClient::Options clientOptions;
   clientOptions.timeoutSeconds = options.timeoutSeconds;
   clientOptions.startsHelper = !options.noStart;
@@ -24,7 +26,7 @@ HelperClient clientWithOptions(const CommandOptions &options) {
 /// Writes the result, or the line that says why there is none, and gives the exit code. `reasonForNil` is asked
 /// only when the answer is nil.
 template <class Reason>
-int report(const HelperClient::Answer &answer, const std::string &file, const CommandOptions &options,
+int report(const HelperClient::Answer &answer, const std::string &file, const CommonOptions &options,
            Reason reasonForNil) {
   using Status = HelperClient::Status;
   switch (answer.status) {
@@ -53,7 +55,7 @@ int report(const HelperClient::Answer &answer, const std::string &file, const Co
   return kExitUnreachable;
 }
 
-int runMetadata(const CommandOptions &options, const Operands &operands) {
+int runMetadata(const CommonOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   if (file == "-") throw UsageError("metadata needs a file with a name, not standard input");
   const std::string path = absolutePath(file);
@@ -65,7 +67,7 @@ int runMetadata(const CommandOptions &options, const Operands &operands) {
   return code;
 }
 
-int runPDF(const CommandOptions &options, const Operands &operands) {
+int runPDF(const PDFOptions &options, const Operands &operands) {
   const std::string file = nameOfInput(operands.front());
   const NSData pdf = readInput(operands.front());
   const auto answer = clientWithOptions(options).attributedStringWithPDF(options.attributed, pdf);
@@ -75,7 +77,7 @@ int runPDF(const CommandOptions &options, const Operands &operands) {
   return code;
 }
 
-int runPing(const CommandOptions &options, const Operands &) {
+int runPing(const CommonOptions &options, const Operands &) {
   const int process = clientWithOptions(options).helperProcessIdentifier();
   if (process == 0) {
     writeMessage(options.noStart ? "no helper is registered"
@@ -88,7 +90,7 @@ int runPing(const CommandOptions &options, const Operands &) {
   return kExitAnswered;
 }
 
-int runStop(const CommandOptions &options, const Operands &) {
+int runStop(const CommonOptions &options, const Operands &) {
   if (clientWithOptions(options).stopHelper()) return kExitAnswered;
   writeMessage("no helper is registered");
   return kExitUnreachable;
@@ -98,40 +100,30 @@ int runStop(const CommandOptions &options, const Operands &) {
 
 const std::vector<Command> &helperCommands() {
   static const std::vector<Command> commands = {
-      {"metadata",
-       "FILE",
-       "the metadata and the text of a file",
-       "Prints the attributes that the metadata importer for the file's type found, by their kMDItem names.\n"
-       "The text of the document is kMDItemTextContent.",
-       {},
-       1,
-       1,
+      {{.name = "metadata",
+        .operands = "FILE",
+        .summary = "the metadata and the text of a file",
+        .description = R"(
+Prints the attributes that the metadata importer for the file's type found, by their kMDItem names.
+The text of the document is kMDItemTextContent.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
        runMetadata},
-      {"pdf",
-       "FILE",
-       "the text, page count and document attributes of a PDF",
-       "Prints \"String\" (the text), \"PageCount\" and the attributes of the document. FILE \"-\" is standard "
-       "input.\n"
-       "A document that needs a password answers \"Locked\" instead of a text.",
-       {{"attributed", &CommandOptions::attributed, nullptr, "ask for attributed text"}},
-       1,
-       1,
-       runPDF},
-      {"ping",
-       "",
-       "the helper's process, started if need be",
-       "Prints the process number of the helper and the name under which it answers.",
-       {},
-       0,
-       0,
+      {{.name = "pdf",
+        .operands = "FILE",
+        .summary = "the text, page count and document attributes of a PDF",
+        .description = R"(
+Prints "String" (the text), "PageCount" and the attributes of the document. FILE "-" is standard input.
+A document that needs a password answers "Locked" instead of a text.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
+       runPDF,
+       {{"attributed", &PDFOptions::attributed, nullptr, "ask for attributed text"}}},
+      {{.name = "ping", .summary = "the helper's process, started if need be", .description = R"(
+Prints the process number of the helper and the name under which it answers.)"},
        runPing},
-      {"stop",
-       "",
-       "end the helper",
-       "Ends the helper that is registered, and waits until it is gone.",
-       {},
-       0,
-       0,
+      {{.name = "stop", .summary = "end the helper", .description = R"(
+Ends the helper that is registered, and waits until it is gone.)"},
        runStop},
   };
   return commands;

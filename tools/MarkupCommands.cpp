@@ -19,15 +19,20 @@ namespace nimbo {
 
 namespace {
 
-using Operands = std::vector<std::string>;
+struct StripOptions : CommonOptions {
+  std::optional<std::string> tag;
+  std::optional<std::string> attributes;
+  std::vector<std::string> bodies;
+  std::vector<std::string> except;
+  bool objects = false;
+};
 
 /// How much of a long list is gathered before it is written.
 constexpr std::size_t kWrittenBytes = 64u << 10;
 
-/// A call of the scanner; the name is null when the tag has none.
-NSDictionary valueOfTag(const NSString &string, const ScannedTag &tag) {
-  const id name =
-      tag.nameLength == 0 ? id(NSNull()) : string.substringWithRange({tag.nameLocation, tag.nameLength});
+/// A call of the scanner; a tag without a name has `missing` in its place.
+NSDictionary valueOfTag(const NSString &string, const ScannedTag &tag, const id &missing) {
+  const id name = tag.nameLength == 0 ? missing : string.substringWithRange({tag.nameLocation, tag.nameLength});
   const std::uint32_t textLength = tag.tagLocation - std::min(tag.textLocation, tag.tagLocation);
   return {{u"kind"_ns, tag.kind},
           {u"name"_ns, name},
@@ -35,12 +40,14 @@ NSDictionary valueOfTag(const NSString &string, const ScannedTag &tag) {
           {u"text"_ns, NSArray{tag.textLocation, textLength}}};
 }
 
-int runTags(const CommandOptions &options, const Operands &operands) {
+int runTags(const CommonOptions &options, const Operands &operands) {
   const NSString string = textOfInput(operands.front());
-  const auto forEachTag = [&string](auto handle) {
+  // A property list has no null.
+  const id missing = options.propertyList ? id() : id(NSNull());
+  const auto forEachTag = [&](auto handle) {
     if (string.length() == 0) return;
     scanTags(string.characters(), string.length(), [&](const ScannedTag &tag) {
-      handle(valueOfTag(string, tag));
+      handle(valueOfTag(string, tag, missing));
       return false;
     });
   };
@@ -64,37 +71,41 @@ int runTags(const CommandOptions &options, const Operands &operands) {
   return kExitAnswered;
 }
 
+UsageError noTagName(const char *option, const std::string &name) {
+  return UsageError("'" + name + "' is no name of a tag for --" + option);
+}
+
 std::string upperCaseName(const char *option, std::string name) {
   const auto isPrintable = [](char c) { return c > ' ' && c < '\x7f'; };
-  if (name.empty() || !std::ranges::all_of(name, isPrintable))
-    throw UsageError("'" + name + "' is no name of a tag for --" + option);
+  if (name.empty() || !std::ranges::all_of(name, isPrintable)) throw noTagName(option, name);
   std::ranges::transform(name, name.begin(), toASCIIUpper<char>);
   return name;
 }
 
-/// Names with the "<" that the library wants.
-std::vector<NSString> startsOfTags(const std::vector<std::string> &names) {
+/// The names that an option was given, and those behind the file, "page.html --bodies div p", each with the "<"
+/// that the library wants. None when the option is not given.
+std::vector<NSString> startsOfTags(const char *option, std::vector<std::string> names,
+                                   const Operands &operands) {
   std::vector<NSString> starts;
-  starts.reserve(names.size());
-  for (const std::string &name : names)
-    starts.push_back(NSString::stringWithLossyUTF8String(name.starts_with('<') ? name : "<" + name));
+  if (names.empty()) return starts;
+  names.insert(names.end(), operands.begin() + 1, operands.end());
+  for (const std::string &name : names) {
+    const std::string start = name.starts_with('<') ? name : "<" + name;
+    if (start == "<") throw noTagName(option, name);
+    starts.push_back(NSString::stringWithLossyUTF8String(start));
+  }
   return starts;
 }
 
-/// The names that an option was given, and those behind the file: "page.html --bodies div p".
-std::vector<NSString> startsOfTags(std::vector<std::string> names, const Operands &operands) {
-  names.insert(names.end(), operands.begin() + 1, operands.end());
-  return startsOfTags(names);
-}
-
-int runStrip(const CommandOptions &options, const Operands &operands) {
+int runStrip(const StripOptions &options, const Operands &operands) {
   const std::string tag = options.tag ? upperCaseName("tag", *options.tag) : "";
   const std::string attributes = options.attributes ? upperCaseName("attributes", *options.attributes) : "";
-  if (!tag.empty() + !attributes.empty() + !options.bodies.empty() + !options.except.empty() + options.objects >
-      1)
+  const std::vector<NSString> bodies = startsOfTags("bodies", options.bodies, operands);
+  const std::vector<NSString> except = startsOfTags("except", options.except, operands);
+  if (!tag.empty() + !attributes.empty() + !bodies.empty() + !except.empty() + options.objects > 1)
     throw UsageError("--tag, --attributes, --bodies, --except and --objects cannot be joined");
 
-  if (operands.size() > 1 && options.bodies.empty() && options.except.empty())
+  if (operands.size() > 1 && bodies.empty() && except.empty())
     throw UsageError("'" + operands[1] + "' is too much for strip");
 
   const NSString string = textOfInput(operands.front());
@@ -103,10 +114,10 @@ int runStrip(const CommandOptions &options, const Operands &operands) {
     result = stripTag(string, tag.c_str());
   else if (options.attributes)
     result = stripAttributesOfTag(string, attributes.c_str());
-  else if (!options.bodies.empty())
-    result = stripTagBodies(string, startsOfTags(options.bodies, operands));
-  else if (!options.except.empty())
-    result = stripTagBodiesExcept(string, startsOfTags(options.except, operands));
+  else if (!bodies.empty())
+    result = stripTagBodies(string, bodies);
+  else if (!except.empty())
+    result = stripTagBodiesExcept(string, except);
   else
     result = options.objects ? stripObjects(string) : stripTags(string);
   if (!result) {
@@ -121,34 +132,34 @@ int runStrip(const CommandOptions &options, const Operands &operands) {
 
 const std::vector<Command> &markupCommands() {
   static const std::vector<Command> commands = {
-      {"strip",
-       "FILE [NAME...]",
-       "markup without its tags, or without some of it",
-       "Prints the text of markup without its tags, entities as they are; with an option the markup without\n"
-       "what the option names. FILE \"-\" is standard input. The options cannot be joined; --bodies and\n"
-       "--except may be given more than once, or with several names behind FILE, which also stand for longer\n"
-       "ones: \"h\" for \"h1\". A script or style that --bodies removes takes all behind it away, because it "
-       "is\n"
-       "one tag for the scanner, its end included.",
-       {{"tag", &CommandOptions::tag, "NAME", "remove only the tags of this name"},
-        {"attributes", &CommandOptions::attributes, "NAME",
+      {{.name = "strip",
+        .operands = "FILE [NAME...]",
+        .summary = "markup without its tags, or without some of it",
+        .description = R"(
+Prints the text of markup without its tags, entities as they are; with an option the markup without
+what the option names. FILE "-" is standard input. The options cannot be joined; --bodies and
+--except may be given more than once, or with several names behind FILE, which also stand for longer
+ones: "h" for "h1". A script or style that --bodies removes takes all behind it away, because it is
+one tag for the scanner, its end included.)",
+        .minimumOperands = 1,
+        .maximumOperands = kAnyNumberOfOperands},
+       runStrip,
+       {{"tag", &StripOptions::tag, "NAME", "remove only the tags of this name"},
+        {"attributes", &StripOptions::attributes, "NAME",
          "remove the attributes of tags, but for a link or source"},
-        {"bodies", &CommandOptions::bodies, "NAME", "remove the elements with all that is in them"},
-        {"except", &CommandOptions::except, "NAME", "keep nothing but the elements"},
-        {"objects", &CommandOptions::objects, nullptr, "put the text of images, films ... in their place"}},
-       1,
-       kAnyNumberOfOperands,
-       runStrip},
-      {"tags",
-       "FILE",
-       "what the markup scanner finds",
-       "Prints an array of what the scanner meets: \"kind\" (1 tag, 2 comment, 3 marked section), \"name\"\n"
-       "(null when there is none), \"tag\" and \"text\" (the tag, and the text in front of it: location and\n"
-       "length in UTF-16 units). The last entry stands for the end, with kind 0, and has the text behind the\n"
-       "last tag. FILE \"-\" is standard input.",
-       {},
-       1,
-       1,
+        {"bodies", &StripOptions::bodies, "NAME", "remove the elements with all that is in them"},
+        {"except", &StripOptions::except, "NAME", "keep nothing but the elements"},
+        {"objects", &StripOptions::objects, nullptr, "put the text of images, films ... in their place"}}},
+      {{.name = "tags",
+        .operands = "FILE",
+        .summary = "what the markup scanner finds",
+        .description = R"(
+Prints an array of what the scanner meets: "kind" (1 tag, 2 comment, 3 marked section), "name"
+(null when there is none), "tag" and "text" (the tag, and the text in front of it: location and
+length in UTF-16 units). The last entry stands for the end, with kind 0, and has the text behind the
+last tag. FILE "-" is standard input.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
        runTags},
   };
   return commands;

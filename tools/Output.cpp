@@ -95,7 +95,7 @@ void writeText(const NSString &text) {
   writeOutput(text.UTF8String() + '\n');
 }
 
-void writeResult(const id &value, const CommandOptions &options) {
+void writeResult(const id &value, const CommonOptions &options) {
   if (!options.propertyList) return writeOutput(JSONFromValue(value, options.pretty) + "\n");
   NSString error;
   const NSData list =

@@ -30,7 +30,7 @@ void writeOutput(std::string_view text);
 /// Writes a string in UTF-8 and a line feed; of nil the line feed. Raises `OutputError`.
 void writeText(const NSString &text);
 /// Writes a result and a line feed, as JSON or as an XML property list. Raises `OutputError`.
-void writeResult(const id &value, const CommandOptions &options);
+void writeResult(const id &value, const CommonOptions &options);
 /// Writes "quiverleaf: MESSAGE" to standard error; control characters become '?', so that it is one line.
 void writeMessage(std::string_view message);
 

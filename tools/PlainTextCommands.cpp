@@ -14,6 +14,15 @@ namespace nimbo {
 
 namespace {
 
+struct TextOptions : CommonOptions {
+  bool reformat = false;
+  bool simple = false;
+  bool body = false;
+  bool noJunk = false;
+  bool googleTags = false;
+  bool plainAscii = false;
+};
+
 /// Every tag that ends a paragraph is an empty line in the text; a reader wants one for a row of them.
 constexpr std::uint32_t kMostLineBreaks = 2;
 
@@ -27,7 +36,7 @@ NSString withFewEmptyLines(const NSString &text) {
   return std::move(result).string();
 }
 
-int runText(const CommandOptions &options, const std::vector<std::string> &operands) {
+int runText(const TextOptions &options, const Operands &operands) {
   if (options.simple && (options.reformat || options.noJunk || options.googleTags || options.plainAscii))
     throw UsageError("--simple takes none of --reformat, --no-junk, --google-tags and --plain-ascii");
   const NSString page = textOfInput(operands.front());
@@ -45,21 +54,22 @@ int runText(const CommandOptions &options, const std::vector<std::string> &opera
 
 const std::vector<Command> &plainTextCommands() {
   static const std::vector<Command> commands = {
-      {"text",
-       "FILE",
-       "the plain text of an HTML page",
-       "Prints the text that a person reads on a page, in UTF-8; of a page without text, the page. FILE \"-\"\n"
-       "is standard input. The encoding is the one that the page declares, else guessed. Of empty lines in a\n"
-       "row one is printed.",
-       {{"reformat", &CommandOptions::reformat, nullptr, "keep meaningful lines of the source"},
-        {"simple", &CommandOptions::simple, nullptr, "only the texts of the body, each behind a space"},
-        {"body", &CommandOptions::body, nullptr, "only the body, if there is text in it"},
-        {"no-junk", &CommandOptions::noJunk, nullptr, "leave out hidden and overlong texts"},
-        {"google-tags", &CommandOptions::googleTags, nullptr, "leave out what googleoff comments hide"},
-        {"plain-ascii", &CommandOptions::plainAscii, nullptr, "letters without diacritics"}},
-       1,
-       1,
-       runText},
+      {{.name = "text",
+        .operands = "FILE",
+        .summary = "the plain text of an HTML page",
+        .description = R"(
+Prints the text that a person reads on a page, in UTF-8; of a page without text, the page. FILE "-"
+is standard input. The encoding is the one that the page declares, else guessed. Of empty lines in a
+row one is printed.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
+       runText,
+       {{"reformat", &TextOptions::reformat, nullptr, "keep meaningful lines of the source"},
+        {"simple", &TextOptions::simple, nullptr, "only the texts of the body, each behind a space"},
+        {"body", &TextOptions::body, nullptr, "only the body, if there is text in it"},
+        {"no-junk", &TextOptions::noJunk, nullptr, "leave out hidden and overlong texts"},
+        {"google-tags", &TextOptions::googleTags, nullptr, "leave out what googleoff comments hide"},
+        {"plain-ascii", &TextOptions::plainAscii, nullptr, "letters without diacritics"}}},
   };
   return commands;
 }

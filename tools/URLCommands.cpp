@@ -10,9 +10,11 @@ namespace nimbo {
 
 namespace {
 
-using Operands = std::vector<std::string>;
+struct URLOptions : CommonOptions {
+  std::optional<std::string> base;
+};
 
-int runURL(const CommandOptions &options, const Operands &operands) {
+int runURL(const URLOptions &options, const Operands &operands) {
   const NSURL base =
       options.base ? URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
   if (options.base && !base.scheme()) throw UsageError("'" + *options.base + "' is no absolute URL");
@@ -29,16 +31,17 @@ int runURL(const CommandOptions &options, const Operands &operands) {
 
 const std::vector<Command> &urlCommands() {
   static const std::vector<Command> commands = {
-      {"url",
-       "URL...",
-       "kinds, parts, parameters and forms of URLs",
-       "Prints a JSON array with what is known about each URL. One that is no URL has a null \"URL\";\n"
-       "\"Repaired\" is what it may have been meant to be. \"Loadable\" looks whether a file is there.",
-       {{"base", &CommandOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}},
-       1,
-       kAnyNumberOfOperands,
+      {{.name = "url",
+        .operands = "URL...",
+        .summary = "kinds, parts, parameters and forms of URLs",
+        .description = R"(
+Prints a JSON array with what is known about each URL. One that is no URL has a null "URL";
+"Repaired" is what it may have been meant to be. "Loadable" looks whether a file is there.)",
+        .minimumOperands = 1,
+        .maximumOperands = kAnyNumberOfOperands,
+        .takesEmptyOperands = true},
        runURL,
-       true},
+       {{"base", &URLOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}}},
   };
   return commands;
 }

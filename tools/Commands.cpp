@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/Commands.hpp"
+
+#include <algorithm>
+#include <string_view>
+
+#include "tools/CharsetCommands.hpp"
+#include "tools/EntityCommands.hpp"
+#include "tools/HelpCommands.hpp"
+#include "tools/HelperCommands.hpp"
+#include "tools/MarkupCommands.hpp"
+#include "tools/PlainTextCommands.hpp"
+#include "tools/URLCommands.hpp"
+
+namespace nimbo {
+
+const std::vector<Command> &allCommands() {
+  static const std::vector<Command> commands = [] {
+    std::vector<Command> all;
+    for (const auto *more : {&helperCommands(), &plainTextCommands(), &markupCommands(), &entityCommands(),
+                             &charsetCommands(), &urlCommands(), &helpCommands()})
+      all.insert(all.end(), more->begin(), more->end());
+    return all;
+  }();
+  return commands;
+}
+
+const Command &commandNamed(const std::string &name) {
+  const auto found =
+      std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
+  if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
+  return *found;
+}
+
+}  // namespace nimbo
