@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "Classes/Markup/TagScan.hpp"
+#include "Classes/Markup/ScanTags.hpp"
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
@@ -31,37 +31,29 @@ struct StripOptions : CommonOptions {
 constexpr std::size_t kWrittenBytes = 64u << 10;
 
 /// A call of the scanner; a tag without a name has `missing` in its place.
-NSDictionary valueOfTag(const NSString &string, const ScannedTag &tag, const id &missing) {
-  const id name = tag.nameLength == 0 ? missing : string.substringWithRange({tag.nameLocation, tag.nameLength});
-  const std::uint32_t textLength = tag.tagLocation - std::min(tag.textLocation, tag.tagLocation);
-  return {{u"kind"_ns, tag.kind},
+NSDictionary valueOfTag(const TagShape &tag, const id &missing) {
+  const id name = tag.name().empty() ? missing : NSString::stringWithCharacters(tag.name());
+  return {{u"kind"_ns, static_cast<int>(tag.kind())},
           {u"name"_ns, name},
-          {u"tag"_ns, NSArray{tag.tagLocation, tag.tagLength}},
-          {u"text"_ns, NSArray{tag.textLocation, textLength}}};
+          {u"tag"_ns, NSArray{tag.tagRange().location, tag.tagRange().length}},
+          {u"text"_ns, NSArray{tag.textLocation(), static_cast<std::uint32_t>(tag.text().size())}}};
 }
 
 int runTags(const CommonOptions &options, const Operands &operands) {
   const NSString string = textOfInput(operands.front());
   // A property list has no null.
   const id missing = options.propertyList ? id() : id(NSNull());
-  const auto forEachTag = [&](auto handle) {
-    if (string.length() == 0) return;
-    scanTags(string.characters(), string.length(), [&](const ScannedTag &tag) {
-      handle(valueOfTag(string, tag, missing));
-      return false;
-    });
-  };
   if (options.pretty || options.propertyList) {
     NSArray tags = NSArray::array();
-    forEachTag([&](const NSDictionary &tag) { tags.addObject(tag); });
+    scanTags(string, [&](const TagShape &tag) { tags.addObject(valueOfTag(tag, missing)); });
     writeResult(tags, options);
     return kExitAnswered;
   }
   // There may be millions: they are written as they come.
   std::string text = "[";
   std::string_view separator;
-  forEachTag([&](const NSDictionary &tag) {
-    text.append(separator) += JSONFromValue(tag, false);
+  scanTags(string, [&](const TagShape &tag) {
+    text.append(separator) += JSONFromValue(valueOfTag(tag, missing), false);
     separator = ",";
     if (text.size() < kWrittenBytes) return;
     writeOutput(text);

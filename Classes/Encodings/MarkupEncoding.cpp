@@ -3,48 +3,46 @@
 
 #include <string_view>
 
-#include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
-#include "Classes/Markup/NSString+XmlExtensions.hpp"
-#include "Classes/Markup/TagAttributes.hpp"
+#include "Classes/Markup/TagHandlers.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {
 namespace {
 
-constexpr std::uint32_t kShortestMetaTag = 3;
+constexpr std::size_t kShortestMetaTag = 3;
 constexpr std::u16string_view kCharsetField = u"CHARSET";
 
-/// The name in a meta tag: that of the content type in its "content", else its own "charset"; nil when none.
-NSString charsetOfMetaTag(const unichar *characters, std::uint32_t location, std::uint32_t length) {
-  const NSString content = _attributeOfTagCharactersWithName(characters, location, length, "CONTENT", true);
-  const NSString charset =
-      _copyOfAttributeOfString(content, kCharsetField.data(), kCharsetField.size(), u'\'', true);
-  return charset ? charset : attributeOfTagCharacters(characters, NSRange{location, length}, "CHARSET");
+/// The name in a meta tag: that of the content type in its "content", else its own "charset"; empty when none.
+std::u16string_view charsetOfMetaTag(const TagShape &tag) {
+  const std::u16string_view content = tag.attribute("CONTENT", QuotedValue::kMayHoldTags);
+  const std::u16string_view charset = fieldOfHeader(content, kCharsetField);
+  return charset.empty() ? tag.attribute("CHARSET") : charset;
+}
+
+bool isMetaTag(const TagShape &tag) {
+  return tag.isNamed("meta") && tag.tag().size() >= kShortestMetaTag && !tag.isEndTag();
+}
+
+/// Sets the result unless the name is empty, and answers whether it has.
+bool setUnlessEmpty(NSMutableString &result, std::u16string_view charset) {
+  if (charset.empty()) return false;
+  result.replaceCharactersInRange({0, NSNotFound}, charset);
+  return true;
+}
+
+NSString decoded(std::u16string_view charset) {
+  return stringByConvertingEntitiesToCharacters(NSString::stringWithCharacters(charset));
+}
+
+bool retrieveEncoding(const TagShape &tag, NSMutableString &result) {
+  if (tag.isNamed("xml") && tag.tag()[1] == u'?') return setUnlessEmpty(result, tag.attribute("ENCODING"));
+  if (isMetaTag(tag)) return setUnlessEmpty(result, decoded(charsetOfMetaTag(tag)).view());
+  return tag.isNamed("body");
 }
 
 }  // namespace
 
-bool RetrieveEncodingHandler(const NSString &, const unichar *characters, std::uint32_t nameLocation,
-                             std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                             std::uint32_t, int kind, void *context) {
-  if (kind != kOrdinaryTag || nameLength == 0) return false;
-  const auto isNamed = [&](std::string_view name) {
-    return nameLength == name.size() &&
-           fastCaseInsensitiveCompareUnicharsWithChars(characters + nameLocation, nameLength, name.data(),
-                                                       nameLength) == 0;
-  };
-  const unichar second = characters[tagLocation + 1];
-  NSString charset;
-  if (isNamed("xml") && second == u'?')
-    charset = attributeOfTagCharacters(characters, NSRange{tagLocation, tagLength}, "ENCODING");
-  else if (isNamed("body"))
-    return true;
-  else if (isNamed("meta") && tagLength >= kShortestMetaTag && second != u'/')
-    charset = stringByConvertingEntitiesToCharacters(charsetOfMetaTag(characters, tagLocation, tagLength));
-  if (!charset) return false;
-  static_cast<NSMutableString *>(context)->replaceCharactersInRange({0, NSNotFound}, charset.view());
-  return true;
-}
+const TagHandler RetrieveEncodingHandler = tagHandler<retrieveEncoding>;
 
 }  // namespace nimbo

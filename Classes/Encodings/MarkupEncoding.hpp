@@ -6,10 +6,12 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A `TagHandler` that finds the character set which a page declares: in an XML declaration or a meta tag, but
-/// in no tag behind "<body>". `context` is an `NSMutableString`, which gets the name as it is written, with the
-/// entities of a meta tag converted; it stays as it is when there is none.
-bool RetrieveEncodingHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                             std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                             std::uint32_t textLocation, int kind, void *context);
+/// in no tag behind "<body>". Its context is an `NSMutableString`, which gets the name as it is written, with
+/// the entities of a meta tag converted; it stays as it is when there is none.
+///
+///     NSMutableString charset;
+///     GetTagsOfString(page, RetrieveEncodingHandler, &charset, false);
+///     const CFStringEncoding encoding = charset2CFStringEncoding(std::move(charset).string());
+extern const TagHandler RetrieveEncodingHandler;
 
 }  // namespace nimbo

@@ -8,29 +8,28 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace NIMBO_PUBLIC nimbo {
-namespace detail {
+namespace nimbo::detail {
 
-/// Where the units that mean something to markup stand among 64 units: bit i for unit i.
+/// Which of 64 units are marks, the units that mean something to the scanner: bit i stands for unit i.
 struct MarkupBlock {
   std::uint64_t less, greater, quotes, apostrophes, equals;
 };
 
-/// The marks of `length` units, in as many blocks as they fill; bits beyond the last unit are clear.
+/// Writes the marks of `length` units into as many blocks as they fill; bits behind the last unit are clear.
 void markUnits(const unichar *units, std::size_t length, MarkupBlock *blocks);
 
-/// The next "<" in a run of units; its length when there is none.
+/// The index of the first "<" of a run of units; the run's length when there is none.
 std::size_t findLessThan(const unichar *units, std::size_t length);
 
-/// Finds the marks of a run of units, from front to back. It looks at a window of the run at a time, with
-/// vectors, so that each step afterwards is a step over bits.
+/// Finds the marks of a run of units, going forward. It marks a window of the run at a time, with vectors; each
+/// search in the window is then a step over bits.
 class MarkupMarks {
  public:
-  /// `units` must live, and stay as they are from the last position asked for, as long as this.
+  /// The units are borrowed; those from the last position that was searched from on must not change.
   MarkupMarks(const unichar *units, std::uint32_t length) : units_(units), length_(length) {}
 
-  /// The first position from `from` on with the mark; the run's length when there is none. No call may ask
-  /// from in front of an earlier one's `from`, but for `goBack`.
+  /// The first ">", double quote or apostrophe, at `from` or behind it; the run's length when there is none. No
+  /// search may begin in front of an earlier one, but for `goBack`.
   std::uint32_t nextGreater(std::uint32_t from) {
     return next(from, [](const MarkupBlock &block) { return block.greater; });
   }
@@ -40,18 +39,18 @@ class MarkupMarks {
   std::uint32_t nextApostrophe(std::uint32_t from) {
     return next(from, [](const MarkupBlock &block) { return block.apostrophes; });
   }
-  /// The marks that mean something inside a tag, outside its values.
+  /// The first ">" or "=", which are the marks inside a tag and outside its values.
   std::uint32_t nextGreaterOrEquals(std::uint32_t from) {
     return next(from, [](const MarkupBlock &block) { return block.greater | block.equals; });
   }
-  /// Text may be long: beyond the window it is searched without marking it.
+  /// The first "<". Text may be long: behind the window it is searched without being marked.
   std::uint32_t nextLess(std::uint32_t from) {
     const std::uint32_t found = nextInWindow(from, [](const MarkupBlock &block) { return block.less; });
     if (found < windowEnd_ || found >= length_) return found;
     return found + static_cast<std::uint32_t>(findLessThan(units_ + found, length_ - found));
   }
 
-  /// The next call asks from `position` on.
+  /// Lets the next search begin at the position, which may be in front of earlier ones.
   void goBack(std::uint32_t position) {
     if (position < windowStart_) windowStart_ = windowEnd_ = 0;
   }
@@ -60,7 +59,7 @@ class MarkupMarks {
   static constexpr std::uint32_t kBlockUnits = 64;
   static constexpr std::uint32_t kWindowBlocks = 8;
 
-  /// As `next`, but gives up at the end of the window.
+  /// The first mark within the window; the end of the window or run when there is none.
   template <class Select>
   std::uint32_t nextInWindow(std::uint32_t from, Select select) const {
     while (from < windowEnd_) {
@@ -96,5 +95,4 @@ class MarkupMarks {
   std::array<MarkupBlock, kWindowBlocks> blocks_;
 };
 
-}  // namespace detail
-}  // namespace nimbo
+}  // namespace nimbo::detail

@@ -24,17 +24,17 @@ std::uint32_t locationOf(std::u16string_view pattern, const unichar *units, std:
 
 }  // namespace
 
-std::uint32_t RawTextElements::lengthOfNamedElement(std::uint32_t tagLocation, std::uint32_t tagLength,
-                                                    std::uint32_t nameLocation, std::uint32_t nameLength) {
-  EndTags &ends = nameLength == kScript.name.size() ? scriptEnds_ : styleEnds_;
+std::uint32_t RawTextElements::lengthOfNamedElement(NSRange tag, NSRange name) {
+  EndTags &ends = name.length == kScript.name.size() ? scriptEnds_ : styleEnds_;
   const Element &element = ends.element;
-  const unichar *const tag = units_ + tagLocation;
-  if (!isNameAt(nameLocation, element.name) || tag[1] == u'/' || tag[tagLength - 2] == u'/') return tagLength;
+  const unichar *const units = units_ + tag.location;
+  if (!isNameAt(name.location, element.name) || units[1] == u'/' || units[tag.length - 2] == u'/')
+    return tag.length;
 
-  std::uint32_t endTag = nextEndTag(tagLocation + 1, element, ends.afterStart);
-  if (endTag == NSNotFound) return tagLength;
+  std::uint32_t endTag = nextEndTag(tag.location + 1, element, ends.afterStartTag);
+  if (endTag == NSNotFound) return tag.length;
   // A script inside a comment may hold the text of an end tag.
-  const std::uint32_t comment = locationOf(kCommentStart, units_, tagLocation, endTag);
+  const std::uint32_t comment = locationOf(kCommentStart, units_, tag.location, endTag);
   if (comment != NSNotFound) {
     const std::uint32_t commentEnd = nextCommentEnd(comment);
     const std::uint32_t later =
@@ -45,7 +45,7 @@ std::uint32_t RawTextElements::lengthOfNamedElement(std::uint32_t tagLocation, s
   const std::uint32_t rest = length_ - afterName;
   return afterName +
          static_cast<std::uint32_t>(findOneOfChoice(units_ + afterName, rest, UnicharChoice::only(u'>'))) + 1 -
-         tagLocation;
+         tag.location;
 }
 
 bool RawTextElements::isNameAt(std::uint32_t location, std::u16string_view name) const {
@@ -55,8 +55,8 @@ bool RawTextElements::isNameAt(std::uint32_t location, std::u16string_view name)
   return true;
 }
 
-std::uint32_t RawTextElements::nextEndTag(std::uint32_t from, const Element &element, Memory &memory) const {
-  if (memory.knows(from)) return memory.found;
+std::uint32_t RawTextElements::nextEndTag(std::uint32_t from, const Element &element, LastMatch &last) const {
+  if (last.answers(from)) return last.location;
   struct Search {
     const RawTextElements &elements;
     const Element &element;
@@ -70,13 +70,13 @@ std::uint32_t RawTextElements::nextEndTag(std::uint32_t from, const Element &ele
   const std::uint32_t places = length_ - from - 1;
   const std::size_t place =
       findAnchors(units_ + from, places, {UnicharChoice::only(u'<'), UnicharChoice::only(u'/'), 1}, verifier);
-  memory = {from, place < places ? from + static_cast<std::uint32_t>(place) : NSNotFound};
-  return memory.found;
+  last = {from, place < places ? from + static_cast<std::uint32_t>(place) : NSNotFound};
+  return last.location;
 }
 
 std::uint32_t RawTextElements::nextCommentEnd(std::uint32_t from) {
-  if (!commentEnd_.knows(from)) commentEnd_ = {from, locationOf(kCommentEnd, units_, from, length_)};
-  return commentEnd_.found;
+  if (!commentEnd_.answers(from)) commentEnd_ = {from, locationOf(kCommentEnd, units_, from, length_)};
+  return commentEnd_.location;
 }
 
 std::uint32_t RawTextElements::lengthOfEndTagAt(std::uint32_t location, const Element &element) const {

@@ -7,21 +7,21 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 
-namespace NIMBO_PUBLIC nimbo {
-namespace detail {
+namespace nimbo::detail {
 
-/// Finds where tags end in a part of a text that an earlier search for the end of a tag has been over. That
-/// happens when the end tag of a raw-text element stands within a value of its own start tag, which may be as
-/// long as the text.
+/// Finds the ends of tags in a part of a text that was searched for the end of a tag before. That happens when
+/// the end tag of a raw-text element stands within a quoted value of its start tag: `<style a='</style>'`. Such
+/// a value may be as long as the text, and there may be many.
 ///
-/// A search remembers its answer at the beginning of each block that it comes through, for the state in which
-/// it does. So all searches together cost no more than one over the text for each state, and a block each.
+/// A search stores its result for each block of the text that it enters, by the state in which it does, and
+/// stops at a block with a stored result. So all searches together look at each unit once for each state.
 class RetracedTagEnds {
  public:
-  /// The units must live, and stay as they are from the last position asked for, as long as this.
+  /// The units are borrowed; those behind the last location that was searched from must not change.
   RetracedTagEnds(const unichar *units, std::uint32_t length) : units_(units), length_(length) {}
 
-  /// The first ">" outside of quotes from `from` on, which is inside a tag; the length when there is none.
+  /// The first ">" outside of quotes, at `from` or behind it; the length of the text when there is none.
+  /// `from` is inside a tag, and outside of its quotes.
   std::uint32_t endFrom(std::uint32_t from);
 
  private:
@@ -33,11 +33,10 @@ class RetracedTagEnds {
   const unichar *units_;
   std::uint32_t length_;
   const CharacterSetRep &whites_ = *whiteCharacterSetRep();
-  /// For each block, by the state at its first unit; 0 is not known yet.
+  /// The results for each block, by the state at its first unit; 0 where none is stored.
   std::vector<std::array<std::uint32_t, kStates>> ends_;
-  /// Which of them wait for the answer.
+  /// The places for the result of the search that goes on.
   std::vector<std::uint32_t *> passed_;
 };
 
-}  // namespace detail
-}  // namespace nimbo
+}  // namespace nimbo::detail

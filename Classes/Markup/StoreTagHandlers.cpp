@@ -2,7 +2,9 @@
 #include "Classes/Markup/StoreTagHandlers.hpp"
 
 #include <cstdlib>
+#include <string_view>
 
+#include "Classes/Markup/TagHandlers.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/System/PageSize.hpp"
 #include "platform/Foundation/id.hpp"
@@ -19,48 +21,37 @@ void resize(NSRange *&ranges, std::uint32_t capacity) {
   ranges = static_cast<NSRange *>(larger);
 }
 
-/// The units of a range that may begin or end behind the string.
-NSString substring(const NSString &string, std::uint32_t start, std::uint32_t end) {
-  return start < end ? string.substringWithRange({start, end - start}) : NSString::string();
+void addUnlessEmpty(NSArray &array, std::u16string_view units) {
+  if (!units.empty()) array.addObject(NSString::stringWithCharacters(units));
 }
 
-void addUnlessEmpty(NSArray &array, const NSString &string) {
-  if (string.length() > 0) array.addObject(string);
-}
-
-}  // namespace
-
-bool StoreToRangesHandler(const NSString &, const unichar *, std::uint32_t, std::uint32_t,
-                          std::uint32_t tagLocation, std::uint32_t tagLength, std::uint32_t textLocation, int,
-                          void *context) {
-  auto &store = *static_cast<StoreToRangesContext *>(context);
-  if (store.tagRanges) store.tagRanges[store.count] = {tagLocation, tagLength};
-  if (store.textRanges) store.textRanges[store.count] = {textLocation, tagLocation - textLocation};
+void storeRanges(const TagShape &tag, StoreToRangesContext &store) {
+  const std::uint32_t textLocation = tag.textLocation();
+  if (store.tagRanges) store.tagRanges[store.count] = tag.tagRange();
+  if (store.textRanges) store.textRanges[store.count] = {textLocation, tag.tagRange().location - textLocation};
   if (++store.count == store.capacity) {
     const std::size_t bytes = roundUpToMultipleOfPageSize(std::size_t{store.count} * 2 * sizeof(NSRange));
     store.capacity = static_cast<std::uint32_t>(bytes / sizeof(NSRange));
     resize(store.tagRanges, store.capacity);
     resize(store.textRanges, store.capacity);
   }
-  return false;
 }
 
-bool StoreToArrayHandler(const NSString &string, const unichar *, std::uint32_t, std::uint32_t,
-                         std::uint32_t tagLocation, std::uint32_t tagLength, std::uint32_t textLocation, int,
-                         void *context) {
-  auto &store = *static_cast<StoreToArrayContext *>(context);
-  const auto tag = [&] { return substring(string, tagLocation, tagLocation + tagLength); };
-  const auto content = [&] { return substring(string, textLocation, tagLocation); };
+void storeStrings(const TagShape &tag, StoreToArrayContext &store) {
   if (store.wantTags && store.wantContents) {
-    NSDictionary entry{{u"Tag"_ns, tag()}};
-    if (const NSString text = content(); text.length() > 0) entry.setObject(text, u"Content"_ns);
+    NSDictionary entry{{u"Tag"_ns, NSString::stringWithCharacters(tag.tag())}};
+    if (!tag.text().empty()) entry.setObject(NSString::stringWithCharacters(tag.text()), u"Content"_ns);
     store.result.addObject(entry);
   } else if (store.wantTags) {
-    addUnlessEmpty(store.result, tag());
+    addUnlessEmpty(store.result, tag.tag());
   } else if (store.wantContents) {
-    addUnlessEmpty(store.result, content());
+    addUnlessEmpty(store.result, tag.text());
   }
-  return false;
 }
+
+}  // namespace
+
+const TagHandler StoreToRangesHandler = tagHandler<storeRanges>;
+const TagHandler StoreToArrayHandler = tagHandler<storeStrings>;
 
 }  // namespace nimbo

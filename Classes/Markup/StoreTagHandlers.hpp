@@ -10,7 +10,13 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// The context of `StoreToRangesHandler`. The arrays, of `capacity` ranges, come from `malloc`; null means not
+/// The context of `StoreToRangesHandler`.
+///
+///     StoreToRangesContext store{.tagRanges = room, .textRanges = nullptr, .count = 0, .capacity = 512};
+///     GetTagsOfString(page, StoreToRangesHandler, &store, false);
+///     std::free(store.tagRanges);
+///
+/// The arrays, of `capacity` ranges, come from `malloc`; null means not
 /// wanted, or that there was no memory for more. They are the caller's after the scan, to `free`.
 struct StoreToRangesContext {
   NSRange *tagRanges;
@@ -19,11 +25,9 @@ struct StoreToRangesContext {
   std::uint32_t capacity;
 };
 
-/// Appends the tag's range and that of the text in front of it, also in the closing call, and counts. `context`
-/// is a `StoreToRangesContext` whose capacity is above its count. Never stops the scan.
-bool StoreToRangesHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                          std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                          std::uint32_t textLocation, int kind, void *context);
+/// Appends the tag's range and that of the text in front of it, also in the closing call, and counts. Its
+/// context is a `StoreToRangesContext` whose capacity is above its count. Never stops the scan.
+extern const TagHandler StoreToRangesHandler;
 
 /// The context of `StoreToArrayHandler`.
 struct StoreToArrayContext {
@@ -33,10 +37,8 @@ struct StoreToArrayContext {
 };
 
 /// Adds the tag, the text in front of it, or a dictionary of both, under "Tag" and "Content"; empty ones are
-/// left out, but for the "Tag" of the closing call's dictionary. `context` is a `StoreToArrayContext`. Never
+/// left out, but for the "Tag" of the closing call's dictionary. Its context is a `StoreToArrayContext`. Never
 /// stops the scan.
-bool StoreToArrayHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                         std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                         std::uint32_t textLocation, int kind, void *context);
+extern const TagHandler StoreToArrayHandler;
 
 }  // namespace nimbo

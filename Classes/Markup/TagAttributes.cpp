@@ -21,7 +21,7 @@ struct Syntax {
   std::uint32_t slack;
   unichar separator;
   unichar terminator;
-  bool isTolerant = false;
+  QuotedValue quoted = QuotedValue::kEndsWithTag;
 };
 
 bool isQuote(unichar c) {
@@ -35,14 +35,15 @@ class AttributeReader {
   AttributeReader(std::u16string_view tag, std::basic_string_view<Element> name, const Syntax &syntax)
       : tag_(tag), name_(name), syntax_(syntax) {}
 
-  NSString value() const {
+  /// A part of the tag, empty when there is no value.
+  std::u16string_view value() const {
     if (name_.empty() || name_.size() + syntax_.slack >= tag_.size()) return {};
     const std::optional<std::size_t> start = startOfValue();
     if (!start) return {};
     const std::size_t unquoted = *start + isQuote(tag_[*start]);
     std::size_t end = unquoted == *start ? endOfPlainValue(*start) : endOfQuotedValue(unquoted, tag_[*start]);
     while (end > unquoted && whites_.contains(tag_[end - 1])) --end;
-    return end > unquoted ? NSString::stringWithCharacters(tag_.substr(unquoted, end - unquoted)) : NSString();
+    return tag_.substr(unquoted, end - unquoted);
   }
 
  private:
@@ -81,7 +82,7 @@ class AttributeReader {
   }
 
   std::size_t endOfQuotedValue(std::size_t start, unichar quote) const {
-    if (syntax_.isTolerant) return endOfTolerantValue(start, quote);
+    if (syntax_.quoted == QuotedValue::kMayHoldTags) return endOfTolerantValue(start, quote);
     std::size_t i = start;
     while (i < tag_.size() && tag_[i] != quote && tag_[i] != syntax_.terminator) ++i;
     return i;
@@ -123,55 +124,69 @@ class AttributeReader {
   const CharacterSetRep &alphaNums_ = *alphaNumCharacterSetRep();
 };
 
+NSString stringUnlessEmpty(std::u16string_view value) {
+  return value.empty() ? NSString() : NSString::stringWithCharacters(value);
+}
+
 }  // namespace
+
+std::u16string_view attributeOfTag(std::u16string_view tag, std::string_view name, QuotedValue quoted) {
+  return AttributeReader<char>(tag, name, {kTagSlack, u'=', u'>', quoted}).value();
+}
 
 NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint32_t offset,
                                            std::uint32_t length, const char *name, bool isTolerant) {
-  return AttributeReader<char>({characters + offset, length}, name, {kTagSlack, u'=', u'>', isTolerant})
-      .value();
+  return stringUnlessEmpty(attributeOfTag({characters + offset, length}, name,
+                                          isTolerant ? QuotedValue::kMayHoldTags : QuotedValue::kEndsWithTag));
 }
 
 NSString _attributeOfStringWithName(const NSString &string, std::uint32_t location, std::uint32_t length,
                                     const NSString &name, std::uint32_t slack, unichar separator,
                                     unichar terminator) {
   if (location >= string.length()) return {};
-  return AttributeReader<unichar>(string.view().substr(location, length), name.view(),
-                                  {slack, separator, terminator})
-      .value();
+  return stringUnlessEmpty(AttributeReader<unichar>(string.view().substr(location, length), name.view(),
+                                                    {slack, separator, terminator})
+                               .value());
 }
 
-NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,
-                                  unichar quote, bool isLenient) {
-  const std::u16string_view text = string.view();
-  if (text.size() <= nameLength) return {};
+std::u16string_view fieldOfHeader(std::u16string_view header, std::u16string_view upperCaseName, unichar quote,
+                                  HeaderValue value) {
+  if (header.size() <= upperCaseName.size()) return {};
+  const bool isLenient = value == HeaderValue::kLenient;
   const unichar *const upper = initUpperCharsTable();
   const CharacterSetRep &whites = *whiteCharacterSetRep();
   const auto skipWhite = [&](std::size_t i) {
-    while (i < text.size() && whites.contains(text[i])) ++i;
+    while (i < header.size() && whites.contains(header[i])) ++i;
     return i;
   };
   // They never go back: white space behind names that are empty or made of it is passed only once.
   std::size_t separator = 0, start = 0;
-  for (std::size_t place = 0; place + nameLength < text.size(); ++place) {
-    if (!std::equal(name, name + nameLength, text.data() + place,
+  for (std::size_t place = 0; place + upperCaseName.size() < header.size(); ++place) {
+    if (!std::equal(upperCaseName.begin(), upperCaseName.end(), header.data() + place,
                     [upper](unichar expected, unichar c) { return upper[c] == expected; })) {
       continue;
     }
-    separator = skipWhite(std::max(separator, place + nameLength));
-    if (separator == text.size() || text[separator] != u'=') continue;
+    separator = skipWhite(std::max(separator, place + upperCaseName.size()));
+    if (separator == header.size() || header[separator] != u'=') continue;
     start = isLenient ? skipWhite(std::max(start, separator + 1)) : separator + 1;
-    if (start == text.size()) continue;
-    const bool isQuoted = text[start] == quote;
+    if (start == header.size()) continue;
+    const bool isQuoted = header[start] == quote;
     std::size_t end = start + 1;
     if (isQuoted) {
-      end = std::min(text.find(quote, end), text.size());
+      end = std::min(header.find(quote, end), header.size());
       if (end == start + 1) continue;
     } else {
-      while (end < text.size() && text[end] != u';' && !(isLenient && whites.contains(text[end]))) ++end;
+      while (end < header.size() && header[end] != u';' && !(isLenient && whites.contains(header[end]))) ++end;
     }
-    return NSString::stringWithCharacters(text.substr(start + isQuoted, end - start - isQuoted));
+    return header.substr(start + isQuoted, end - start - isQuoted);
   }
   return {};
+}
+
+NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,
+                                  unichar quote, bool isLenient) {
+  return stringUnlessEmpty(fieldOfHeader(string.view(), {name, nameLength}, quote,
+                                         isLenient ? HeaderValue::kLenient : HeaderValue::kStrict));
 }
 
 }  // namespace nimbo

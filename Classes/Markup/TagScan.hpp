@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The scanner behind `GetTagsOfString`, as a template that lets the compiler put the handler into the loop.
+// The scanner behind `GetTagsOfString` and `scanTags`.
 #pragma once
 
 #include <cstdint>
@@ -9,62 +9,48 @@
 #include "Classes/Markup/MarkupMarks.hpp"
 #include "Classes/Markup/RawTextElements.hpp"
 #include "Classes/Markup/RetracedTagEnds.hpp"
-#include "Classes/Markup/TagScanner.hpp"
+#include "Classes/Markup/TagShape.hpp"
 
-namespace NIMBO_PUBLIC nimbo {
+namespace nimbo::detail {
 
-/// What a `TagHandler` is told, but for the string and its units.
-struct ScannedTag {
-  std::uint32_t nameLocation = NSNotFound;
-  std::uint32_t nameLength = 0;
-  std::uint32_t tagLocation = 0;
-  std::uint32_t tagLength = 0;
-  std::uint32_t textLocation = 0;
-  int kind = kClosingCall;
-};
-
-namespace detail {
-
-/// One walk over the units. `Handler` is called with each `ScannedTag` and answers whether to stop.
+/// One walk over the markup, which is not empty. `Handler` is called with each `TagShape` and answers whether
+/// to stop.
 template <class Handler>
 class TagScan {
  public:
-  TagScan(const unichar *units, std::uint32_t length, Handler &handler)
-      : units_(units),
-        length_(length),
+  TagScan(std::u16string_view markup, Handler &handler)
+      : units_(markup.data()),
+        length_(static_cast<std::uint32_t>(markup.size())),
         handler_(handler),
-        marks_(units, length),
-        rawText_(units, length),
-        retracedEnds_(units, length) {}
+        marks_(units_, length_),
+        rawText_(units_, length_),
+        retracedEnds_(units_, length_) {}
 
   void run() {
-    std::uint32_t i = 0;
-    while ((i = marks_.nextLess(i)) < length_) {
-      tag_.tagLocation = i;
-      tag_.kind = kindAt(i);
-      const std::uint32_t end = tag_.kind == kOrdinaryTag ? endOfTag(i + 1) : endOfSection(i + 3);
+    std::uint32_t less = 0;
+    while ((less = marks_.nextLess(less)) < length_) {
+      const TagKind kind = kindAt(less);
+      const std::uint32_t end = kind == kOrdinaryTag ? endOfTag(less + 1) : endOfSection(kind, less + 3);
       if (end == length_) {
-        if (tag_.kind != kOrdinaryTag) reportUnterminated();
+        if (kind != kOrdinaryTag) report(kNoName, {less, length_ - less}, kind);
         break;
       }
-      tag_.tagLength = end + 1 - i;
-      if (tag_.kind == kOrdinaryTag) {
-        findName();
-        tag_.tagLength =
-            rawText_.lengthOfElement(tag_.tagLocation, tag_.tagLength, tag_.nameLocation, tag_.nameLength);
+      NSRange name = kNoName, tag{less, end + 1 - less};
+      if (kind == kOrdinaryTag) {
+        name = nameOfTag(tag);
+        tag.length = rawText_.lengthOfElement(tag, name);
       }
-      if (report()) return;
-      i = tag_.textLocation;
-      if (i <= end) goBack(i, end);
+      if (report(name, tag, kind)) return;
+      less = textLocation_;
+      if (less <= end) goBack(less, end);
     }
-    tag_.tagLocation = length_;
-    tag_.tagLength = 0;
-    tag_.kind = kClosingCall;
-    handler_(tag_);
+    report(kNoName, {length_, 0}, kClosingCall);
   }
 
  private:
-  int kindAt(std::uint32_t less) const {
+  static constexpr NSRange kNoName{NSNotFound, 0};
+
+  TagKind kindAt(std::uint32_t less) const {
     if (length_ - less <= 2 || units_[less + 1] != u'!') return kOrdinaryTag;
     if (units_[less + 2] == u'-') return kComment;
     return units_[less + 2] == u'[' ? kMarkedSection : kOrdinaryTag;
@@ -89,11 +75,11 @@ class TagScan {
   }
 
   /// Where the ">" of a comment or marked section stands; the length when it has none.
-  std::uint32_t endOfSection(std::uint32_t from) {
-    const bool isShortComment = tag_.kind == kComment && (from >= length_ || units_[from] != u'-');
+  std::uint32_t endOfSection(TagKind kind, std::uint32_t from) {
+    const bool isShortComment = kind == kComment && (from >= length_ || units_[from] != u'-');
     for (std::uint32_t i = marks_.nextGreater(from); i < length_; i = marks_.nextGreater(i + 1)) {
       const unichar *const before = units_ + i;
-      if (tag_.kind == kMarkedSection) {
+      if (kind == kMarkedSection) {
         if (before[-1] == u']' || (before[-1] == u'-' && before[-2] == u'-' && before[-3] == u']')) return i;
       } else if (before[-1] == u'-') {
         if (isShortComment || before[-2] == u'-') return i;
@@ -104,34 +90,27 @@ class TagScan {
     return length_;
   }
 
-  /// A raw-text element may end inside its own start tag.
-  void goBack(std::uint32_t position, std::uint32_t endOfStartTag) {
-    marks_.goBack(position);
+  /// A raw-text element may end inside its own start tag: the scan goes on from there.
+  void goBack(std::uint32_t location, std::uint32_t endOfStartTag) {
+    marks_.goBack(location);
     if (retracedUntil_ < endOfStartTag) retracedUntil_ = endOfStartTag;
   }
 
-  void findName() {
-    const std::uint32_t end = tag_.tagLocation + tag_.tagLength;
-    std::uint32_t i = tag_.tagLocation;
-    while (i < end && !alphas_.contains(units_[i])) ++i;
-    if (i == end) return;
-    tag_.nameLocation = i;
+  NSRange nameOfTag(NSRange tag) const {
+    const std::uint32_t end = tag.location + tag.length;
+    std::uint32_t first = tag.location;
+    while (first < end && !alphas_.contains(units_[first])) ++first;
+    if (first == end) return kNoName;
+    std::uint32_t i = first;
     while (i < end && units_[i] != u'>' && units_[i] != u'/' && !whites_.contains(units_[i])) ++i;
-    tag_.nameLength = i - tag_.nameLocation;
+    return {first, i - first};
   }
 
-  /// Calls the handler, and makes ready for the next tag.
-  bool report() {
-    const bool stops = handler_(tag_);
-    tag_.textLocation = tag_.tagLocation + tag_.tagLength;
-    tag_.nameLocation = NSNotFound;
-    tag_.nameLength = 0;
+  /// Calls the handler, and answers whether it stops the scan.
+  bool report(NSRange name, NSRange tag, TagKind kind) {
+    const bool stops = handler_(TagShape({units_, length_}, name, tag, textLocation_, kind));
+    textLocation_ = tag.location + tag.length;
     return stops;
-  }
-
-  void reportUnterminated() {
-    tag_.tagLength = length_ - tag_.tagLocation;
-    report();
   }
 
   const unichar *const units_;
@@ -140,21 +119,12 @@ class TagScan {
   MarkupMarks marks_;
   RawTextElements rawText_;
   RetracedTagEnds retracedEnds_;
-  /// Up to there ends of tags have been looked for before.
+  /// In front of it, ends of tags have been looked for before.
   std::uint32_t retracedUntil_ = 0;
   const CharacterSetRep &alphas_ = *alphaCharacterSetRep();
   const CharacterSetRep &whites_ = *whiteCharacterSetRep();
-  ScannedTag tag_;
+  /// Behind the last tag.
+  std::uint32_t textLocation_ = 0;
 };
 
-}  // namespace detail
-
-/// As `GetTagsOfString` for units that are there, not empty, and stay as they are: `handler(const ScannedTag
-/// &)` answers whether to stop. Raises what the handler raises, and `std::bad_alloc` when the marks of odd
-/// markup need more memory than there is.
-template <class Handler>
-void scanTags(const unichar *units, std::uint32_t length, Handler &&handler) {
-  detail::TagScan(units, length, handler).run();
-}
-
-}  // namespace nimbo
+}  // namespace nimbo::detail

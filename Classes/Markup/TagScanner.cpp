@@ -32,10 +32,11 @@ bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, 
     std::copy_n(characters, length, copy.get());
     characters = copy.get();
   }
-  scanTags(characters, length, [&](const ScannedTag &tag) {
-    return handler(string, characters, tag.nameLocation, tag.nameLength, tag.tagLocation, tag.tagLength,
-                   tag.textLocation, tag.kind, context);
-  });
+  const auto call = [&](const TagShape &tag) {
+    return handler(string, characters, tag.nameRange().location, tag.nameRange().length,
+                   tag.tagRange().location, tag.tagRange().length, tag.textLocation(), tag.kind(), context);
+  };
+  detail::TagScan({characters, length}, call).run();
   return true;
 }
 

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/Markup/TagShape.hpp"
+#include "Classes/Markup/TagHandlers.hpp"
 #include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
 namespace nimbo {
@@ -16,50 +16,44 @@ void copy(StripBodiesContext &context, std::u16string_view units) {
 }
 
 /// Enters the element when the tag begins one of those that are named.
-bool entersElement(const detail::TagShape &shape, StripBodiesContext &context) {
-  if (!shape.isStartTag() ||
-      std::ranges::none_of(context.names, [&](std::u16string_view name) { return shape.beginsWith(name); }))
+bool entersElement(const TagShape &tag, StripBodiesContext &context) {
+  if (!tag.isStartTag() ||
+      std::ranges::none_of(context.names, [&](std::u16string_view name) { return tag.beginsWith(name); }))
     return false;
-  context.elementName = shape.name();
+  context.elementName = tag.name();
   context.depth = 1;
   return true;
 }
 
-/// Whether the tag ends the element that the scan is in.
-bool endsElement(const detail::TagShape &shape, StripBodiesContext &context) {
-  if (!shape.isNamed(context.elementName)) return false;
-  context.depth += static_cast<std::uint32_t>(shape.depthChange());
+/// Whether the tag ends the element that the scan is in. An empty-element tag counts as an end tag.
+bool endsElement(const TagShape &tag, StripBodiesContext &context) {
+  if (!tag.isNamed(context.elementName)) return false;
+  if (tag.isStartTag())
+    ++context.depth;
+  else if (tag.tag().size() >= 4)
+    --context.depth;
   return context.depth == 0;
+}
+
+void stripBodies(const TagShape &tag, StripBodiesContext &context) {
+  if (context.depth > 0)
+    endsElement(tag, context);
+  else
+    copy(context, entersElement(tag, context) ? tag.text() : tag.textAndTag());
+}
+
+void stripAllButBodies(const TagShape &tag, StripBodiesContext &context) {
+  if (context.depth > 0) {
+    copy(context, tag.textAndTag());
+    if (endsElement(tag, context)) context.result->appendCharacter(u'\n');
+  } else if (entersElement(tag, context)) {
+    copy(context, tag.tag());
+  }
 }
 
 }  // namespace
 
-bool StripTagBodiesHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                           std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                           std::uint32_t textLocation, int kind, void *context) {
-  const detail::TagShape shape(string, characters, nameLocation, nameLength, tagLocation, tagLength,
-                               textLocation, kind);
-  auto &record = *static_cast<StripBodiesContext *>(context);
-  if (record.depth > 0)
-    endsElement(shape, record);
-  else
-    copy(record, entersElement(shape, record) ? shape.text() : shape.textAndTag());
-  return false;
-}
-
-bool StripTagBodiesExceptHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                                 std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                                 std::uint32_t textLocation, int kind, void *context) {
-  const detail::TagShape shape(string, characters, nameLocation, nameLength, tagLocation, tagLength,
-                               textLocation, kind);
-  auto &record = *static_cast<StripBodiesContext *>(context);
-  if (record.depth > 0) {
-    copy(record, shape.textAndTag());
-    if (endsElement(shape, record)) record.result->appendCharacter(u'\n');
-  } else if (entersElement(shape, record)) {
-    copy(record, shape.tag());
-  }
-  return false;
-}
+const TagHandler StripTagBodiesHandler = tagHandler<stripBodies>;
+const TagHandler StripTagBodiesExceptHandler = tagHandler<stripAllButBodies>;
 
 }  // namespace nimbo

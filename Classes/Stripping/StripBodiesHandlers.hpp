@@ -12,7 +12,11 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// The context of the two handlers below.
+/// The context of `StripTagBodiesHandler` and `StripTagBodiesExceptHandler`.
+///
+///     const std::u16string_view names[] = {u"<table", u"<form"};
+///     StripBodiesContext context{.names = names};
+///     GetTagsOfString(page, StripTagBodiesHandler, &context, false);
 struct StripBodiesContext {
   /// Nothing until something is copied.
   std::optional<NSMutableString> result;
@@ -28,13 +32,10 @@ struct StripBodiesContext {
 /// Copies all but the elements that begin with one of the names. Such an element ends with the end tag of its
 /// start tag's name, or with the string. A "script" or "style" element is one tag for the scanner and so its
 /// own end tag does not end it. Never stops the scan.
-bool StripTagBodiesHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                           std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                           std::uint32_t textLocation, int kind, void *context);
+extern const TagHandler StripTagBodiesHandler;
 
-/// Copies only the elements that begin with one of the names, each with a line feed behind its end tag.
-bool StripTagBodiesExceptHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                                 std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                                 std::uint32_t textLocation, int kind, void *context);
+/// Copies only the elements that begin with one of the names, each with a line feed behind its end tag. Never
+/// stops the scan.
+extern const TagHandler StripTagBodiesExceptHandler;
 
 }  // namespace nimbo

@@ -5,8 +5,7 @@
 #include <array>
 #include <span>
 
-#include "Classes/Markup/NSString+XmlExtensions.hpp"
-#include "Classes/Markup/TagShape.hpp"
+#include "Classes/Markup/TagHandlers.hpp"
 #include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
 namespace nimbo {
@@ -20,14 +19,15 @@ constexpr std::array<std::string_view, 5> kElements = {"APPLET", "AUDIO", "IFRAM
 constexpr std::array<std::string_view, 4> kEmptyElements = {"BGSOUND", "EMBED", "IMAGE", "IMG"};
 constexpr std::array<std::string_view, 3> kDetails = {"PARAM", "SOURCE", "TRACK"};
 
-bool isOneOf(const detail::TagShape &shape, std::span<const std::string_view> names) {
-  return std::ranges::any_of(names, [&](std::string_view name) { return shape.isNamed(name); });
+bool isOneOf(const TagShape &tag, std::span<const std::string_view> names) {
+  return std::ranges::any_of(names, [&](std::string_view name) { return tag.isNamed(name); });
 }
 
-NSString alternativeOf(const detail::TagShape &shape) {
-  const auto length = static_cast<std::uint32_t>(shape.tag().size());
-  const NSString text = attributeOfTagCharacters(shape.tag().data(), length, "ALT");
-  return text ? text : attributeOfTagCharacters(shape.tag().data(), length, "TITLE");
+/// The text that stands for an object; empty when it has none, and for an end tag.
+std::u16string_view alternativeOf(const TagShape &tag) {
+  if (tag.isEndTag()) return {};
+  const std::u16string_view text = tag.attribute("ALT");
+  return text.empty() ? tag.attribute("TITLE") : text;
 }
 
 void appendText(StripObjectsContext &context, std::u16string_view text) {
@@ -43,42 +43,38 @@ void appendAlternative(NSMutableString &result, std::u16string_view text) {
   for (const unichar c : text) c == u'<' ? append(result, u"&lt;") : result.appendCharacter(c);
 }
 
-void stripObject(const detail::TagShape &shape, bool hasContent, StripObjectsContext &context) {
-  const NSString text = shape.isEndTag() ? NSString() : alternativeOf(shape);
-  if (text) appendAlternative(*context.result, text.view());
+void stripObject(const TagShape &tag, bool hasContent, StripObjectsContext &context) {
+  const std::u16string_view text = alternativeOf(tag);
+  if (!text.empty()) appendAlternative(*context.result, text);
   context.isBehindObject = true;
-  if (context.depth > 0 && shape.isNamed(context.elementName)) {
+  if (context.depth > 0 && tag.isNamed(context.elementName)) {
     // An empty-element tag is complete in itself here.
-    if (shape.isStartTag()) ++context.depth;
-    if (shape.isEndTag() && --context.depth == 0) context.result->setLength(context.lengthBeforeContent);
-  } else if (context.depth == 0 && text && hasContent && shape.isStartTag()) {
-    context.elementName = shape.name();
+    if (tag.isStartTag()) ++context.depth;
+    if (tag.isEndTag() && --context.depth == 0) context.result->setLength(context.lengthBeforeContent);
+  } else if (context.depth == 0 && !text.empty() && hasContent && tag.isStartTag()) {
+    context.elementName = tag.name();
     context.depth = 1;
     context.lengthBeforeContent = context.result->length();
   }
 }
 
+void stripObjects(const TagShape &tag, StripObjectsContext &context) {
+  const bool hasContent = isOneOf(tag, kElements);
+  const bool isObject = hasContent || isOneOf(tag, kEmptyElements);
+  if (isObject || isOneOf(tag, kDetails)) {
+    if (context.result)
+      appendText(context, tag.text());
+    else
+      append(context.result.emplace(), tag.allBefore());
+    if (isObject) stripObject(tag, hasContent, context);
+  } else if (context.result) {
+    appendText(context, tag.text());
+    append(*context.result, tag.tag());
+  }
+}
+
 }  // namespace
 
-bool StripObjectsHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                         std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                         std::uint32_t textLocation, int kind, void *context) {
-  const detail::TagShape shape(string, characters, nameLocation, nameLength, tagLocation, tagLength,
-                               textLocation, kind);
-  auto &record = *static_cast<StripObjectsContext *>(context);
-  const bool hasContent = isOneOf(shape, kElements);
-  const bool isObject = hasContent || isOneOf(shape, kEmptyElements);
-  if (isObject || isOneOf(shape, kDetails)) {
-    if (record.result)
-      appendText(record, shape.text());
-    else
-      append(record.result.emplace(), shape.allBefore());
-    if (isObject) stripObject(shape, hasContent, record);
-  } else if (record.result) {
-    appendText(record, shape.text());
-    append(*record.result, shape.tag());
-  }
-  return false;
-}
+const TagHandler StripObjectsHandler = tagHandler<stripObjects>;
 
 }  // namespace nimbo

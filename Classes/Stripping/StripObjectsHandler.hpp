@@ -11,6 +11,10 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// The context of `StripObjectsHandler`.
+///
+///     StripObjectsContext context;
+///     GetTagsOfString(page, StripObjectsHandler, &context, false);
+///     return context.result ? std::move(*context.result).string() : page;
 struct StripObjectsContext {
   /// Nothing until an object is met.
   std::optional<NSMutableString> result;
@@ -35,8 +39,6 @@ struct StripObjectsContext {
 /// has no text of its own, and when its end tag is missing; else it goes.
 ///
 /// Never stops the scan.
-bool StripObjectsHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                         std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                         std::uint32_t textLocation, int kind, void *context);
+extern const TagHandler StripObjectsHandler;
 
 }  // namespace nimbo

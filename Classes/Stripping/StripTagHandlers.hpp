@@ -11,13 +11,15 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// Appends the text in front of the tag to `context`, an `NSMutableString`, behind a space unless that ends in
-/// white space already. Never stops the scan.
-bool StripTagsHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                      std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                      std::uint32_t textLocation, int kind, void *context);
+/// Appends the text in front of the tag to its context, an `NSMutableString`, behind a space unless that ends
+/// in white space already. Never stops the scan.
+///
+///     NSMutableString text;
+///     GetTagsOfString(page, StripTagsHandler, &text, false);
+///     return std::move(text).string();
+extern const TagHandler StripTagsHandler;
 
-/// The context of the two handlers below.
+/// The context of `StripTagHandler` and `StripTagAttributesHandler`.
 struct StripTagContext {
   /// Nothing until a tag has that name.
   std::optional<NSMutableString> result;
@@ -25,16 +27,12 @@ struct StripTagContext {
   std::string_view tagName;
 };
 
-/// Copies all but the start and end tags of that name; with the first of them the result begins. Never stops
-/// the scan.
-bool StripTagHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                     std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                     std::uint32_t textLocation, int kind, void *context);
+/// Copies all but the start and end tags of the context's name; the result begins with the first of them. Never
+/// stops the scan.
+extern const TagHandler StripTagHandler;
 
-/// As above, but the tags stay without their attributes, under the given name: of a start tag only its "HREF",
-/// or else its "SRC", is kept. An empty-element tag that has neither goes.
-bool StripTagAttributesHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                               std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                               std::uint32_t textLocation, int kind, void *context);
+/// As `StripTagHandler`, but the tags stay without their attributes, under the context's name: a start tag
+/// keeps only its "HREF", or else its "SRC". An empty-element tag that has neither goes.
+extern const TagHandler StripTagAttributesHandler;
 
 }  // namespace nimbo

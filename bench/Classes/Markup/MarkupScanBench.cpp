@@ -23,7 +23,8 @@
 #include <vector>
 
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/Markup/TagScan.hpp"
+#include "Classes/Markup/ScanTags.hpp"
+#include "Classes/Markup/TagHandlers.hpp"
 
 namespace {
 
@@ -68,24 +69,19 @@ std::uint64_t searchLess(const NSString &page) {
   return count;
 }
 
-std::uint64_t scanByTemplate(const NSString &page) {
+std::uint64_t scanByLambda(const NSString &page) {
   std::uint64_t count = 0;
-  scanTags(page.characters(), page.length(), [&](const ScannedTag &) {
-    ++count;
-    return false;
-  });
+  scanTags(page, [&](const TagShape &) { ++count; });
   return count;
 }
 
-bool countTag(const NSString &, const unichar *, std::uint32_t, std::uint32_t, std::uint32_t, std::uint32_t,
-              std::uint32_t, int, void *context) {
-  ++*static_cast<std::uint64_t *>(context);
-  return false;
+void countTag(const TagShape &, std::uint64_t &count) {
+  ++count;
 }
 
-std::uint64_t scanByPointer(const NSString &page) {
+std::uint64_t scanByHandler(const NSString &page) {
   std::uint64_t count = 0;
-  GetTagsOfString(page, countTag, &count, false);
+  GetTagsOfString(page, tagHandler<countTag>, &count, false);
   return count;
 }
 
@@ -132,14 +128,14 @@ void compare(const char *title, const Pages &pages, int rounds, std::vector<Cont
 void compareScanners(const char *title, const Pages &pages, int rounds, bool withParsers) {
   std::uint64_t sink = 0;
   for (const Page &page : pages) {
-    if (scanByTemplate(page.string) == scanByPointer(page.string)) continue;
+    if (scanByLambda(page.string) == scanByHandler(page.string)) continue;
     std::fprintf(stderr, "the two forms of the scanner differ\n");
     std::exit(1);
   }
   std::vector<Contestant> contestants = {
       {"search for \"<\"", [&](const Page &page) { sink += searchLess(page.string); }},
-      {"scanTags", [&](const Page &page) { sink += scanByTemplate(page.string); }},
-      {"GetTagsOfString", [&](const Page &page) { sink += scanByPointer(page.string); }}};
+      {"scanTags", [&](const Page &page) { sink += scanByLambda(page.string); }},
+      {"GetTagsOfString", [&](const Page &page) { sink += scanByHandler(page.string); }}};
   compare(title, pages, rounds, contestants);
   if (!withParsers) return;
   contestants.erase(contestants.begin());
@@ -166,16 +162,15 @@ void printGrowth(const Shape &shape, std::size_t maximumBytes) {
     while (text.size() < bytes / sizeof(unichar) / (shape.isHalfBlank ? 2 : 1)) text += shape.unit;
     text += shape.end;
     if (shape.isHalfBlank) text.append(text.size(), u' ');
-    const auto length = static_cast<std::uint32_t>(text.size());
     double best = 1e9;
     for (int round = 0; round < 3; ++round)
       best = std::min(best, secondsOf([&] {
                         // Small ones often enough for the clock.
                         for (std::size_t done = 0; done < 100'000; done += bytes)
-                          scanTags(text.data(), length, [](const ScannedTag &) { return false; });
+                          scanTags(text, [](const TagShape &) {});
                       }));
     const double scans = static_cast<double>((100'000 + bytes - 1) / bytes);
-    std::printf(" %8.3f", best * 1e9 / scans / length);
+    std::printf(" %8.3f", best * 1e9 / scans / static_cast<double>(text.size()));
     std::fflush(stdout);
   }
   std::printf("\n");

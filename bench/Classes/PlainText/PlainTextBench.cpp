@@ -19,7 +19,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Classes/Markup/TagScan.hpp"
+#include "Classes/Markup/ScanTags.hpp"
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 
 using namespace nimbo;
@@ -106,14 +106,7 @@ void comparePages(const char *folder) {
   for (const NSString &page : pages) units += page.length();
   const auto scan = [&] {
     tags = 0;
-    for (const NSString &page : pages) {
-      if (page.length() > 0) {
-        scanTags(page.characters(), page.length(), [&](const ScannedTag &) {
-          ++tags;
-          return false;
-        });
-      }
-    }
+    for (const NSString &page : pages) scanTags(page, [&](const TagShape &) { ++tags; });
   };
   const auto convert = [&] {
     textUnits = 0;

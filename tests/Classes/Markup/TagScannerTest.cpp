@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "Classes/Markup/TagScan.hpp"
+#include "Classes/Markup/ScanTags.hpp"
 #include "tests/Classes/Markup/PlainTagScanner.hpp"
 #include "tests/support/ExactBuffer.hpp"
 #include "tests/support/StringSamples.hpp"
@@ -107,16 +107,12 @@ std::u16string hostileMarkup(std::mt19937 &random, std::size_t length) {
   return markup;
 }
 
-/// The template form, over units at the end of their heap block.
-std::vector<TagCall> callsOfTemplate(std::u16string_view markup, std::size_t shift) {
+/// What `scanTags` tells a lambda, of units at the end of their heap block.
+std::vector<TagCall> callsOfLambda(std::u16string_view markup, std::size_t shift) {
   const ExactBuffer<unichar> buffer(markup, shift);
   std::vector<TagCall> calls;
-  scanTags(buffer.data(), static_cast<std::uint32_t>(markup.size()), [&](const ScannedTag &tag) {
-    calls.push_back({tag.kind,
-                     {tag.nameLocation, tag.nameLength},
-                     {tag.tagLocation, tag.tagLength},
-                     {tag.textLocation, 0}});
-    return false;
+  scanTags({buffer.data(), markup.size()}, [&](const TagShape &tag) {
+    calls.push_back({tag.kind(), tag.nameRange(), tag.tagRange(), {tag.textLocation(), 0}});
   });
   return calls;
 }
@@ -129,7 +125,7 @@ TEST(TagScanner, AgreesWithPlainOneOnHostileMarkup) {
       static constexpr std::size_t edges[] = {64, 128, 512, 576, 1024};
       const std::size_t length = round % 2 ? 1 + random() % 300 : edges[random() % 5] - 2 + random() % 5;
       const std::u16string markup = hostileMarkup(random, length);
-      ASSERT_EQ(callsOfTemplate(markup, round % 9), PlainTagScanner(markup).calls())
+      ASSERT_EQ(callsOfLambda(markup, round % 9), PlainTagScanner(markup).calls())
           << NSString::stringWithCharacters(markup).UTF8String();
     }
   });
@@ -140,7 +136,7 @@ TEST(TagScanner, GoesBackIntoValuesOfRawTextTags) {
   for (std::size_t padding = 0; markup.size() < 3000; ++padding)
     markup += u"<style a='</style>' b=" + std::u16string(padding * 5 % 97, u'=');
   markup += u">";
-  EXPECT_EQ(callsOfTemplate(markup, 0), PlainTagScanner(markup).calls());
+  EXPECT_EQ(callsOfLambda(markup, 0), PlainTagScanner(markup).calls());
 }
 
 TEST(TagScanner, StopsWhenToldTo) {
