@@ -58,12 +58,11 @@ int report(const HelperClient::Answer &answer, const std::string &file, const Co
 int runMetadata(const CommonOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   if (file == "-") throw UsageError("metadata needs a file with a name, not standard input");
-  const std::string path = absolutePath(file);
   const auto answer =
-      clientWithOptions(options).metaDataForFile(NSString::stringWithFileSystemRepresentation(path));
-  const int code = report(answer, file, options, [&] { return reasonForNoMetadata(path); });
+      clientWithOptions(options).metaDataForFile(NSString::stringWithFileSystemRepresentation(file));
+  const int code = report(answer, file, options, [&] { return reasonForNoMetadata(file); });
   const NSDictionary attributes = answer.result.dictionary();
-  if (attributes && attributes.count() == 0) writeMessage(file + ": " + reasonForEmptyMetadata(path));
+  if (attributes && attributes.count() == 0) writeMessage(file + ": " + reasonForEmptyMetadata(file));
   return code;
 }
 
@@ -78,10 +77,15 @@ int runPDF(const PDFOptions &options, const Operands &operands) {
 }
 
 int runPing(const CommonOptions &options, const Operands &) {
-  const int process = clientWithOptions(options).helperProcessIdentifier();
+  HelperClient::Answer failure;
+  const int process = clientWithOptions(options).helperProcessIdentifier(&failure);
   if (process == 0) {
-    writeMessage(options.noStart ? "no helper is registered"
-                                 : "no helper is registered and none could be started");
+    if (failure.status == HelperClient::Status::timedOut) {
+      writeMessage("the helper takes no connection within the time limit");
+      return kExitTimedOut;
+    }
+    writeMessage("no helper is registered" +
+                 (options.noStart ? "" : " and none could be started: " + failure.message));
     return kExitUnreachable;
   }
   writeResult(NSDictionary{{u"ProcessIdentifier"_ns, process},

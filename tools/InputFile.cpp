@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <new>
 #include <system_error>
@@ -73,13 +72,6 @@ NSData readInput(const std::string &path) {
                      reason.empty() ? "cannot be read: " + std::generic_category().message(error) : reason);
   }
   return readAll(file.get(), path);
-}
-
-std::string absolutePath(const std::string &path) {
-  std::error_code error;
-  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-  if (error) throw InputError("the working folder", "cannot be found: " + error.message());
-  return absolute.string();
 }
 
 }  // namespace nimbo

@@ -25,8 +25,4 @@ std::string nameOfInput(const std::string &path);
 /// when there are more than `kMaximumInputBytes`.
 NSData readInput(const std::string &path);
 
-/// `path` as seen from any working folder, links in it untouched; raises `InputError` when the working folder
-/// is gone.
-std::string absolutePath(const std::string &path);
-
 }  // namespace nimbo

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "clients/cpp/AbsolutePath.hpp"
 #include "clients/cpp/HelperProcess.hpp"
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
@@ -77,6 +78,9 @@ HelperClient::HelperClient() : HelperClient(Options()) {}
 
 HelperClient::HelperClient(Options options) : options_(std::move(options)) {
   if (!options_.name) options_.name = NSString::stringWithCharacters(kHelperConnectionName);
+  std::string message;
+  if (const std::string path = absolutePath(options_.helperPath, &message); !path.empty())
+    options_.helperPath = path;
 }
 
 HelperClient::~HelperClient() = default;
@@ -134,6 +138,17 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
   }
 }
 
+/// Nil, the empty path and what cannot be one go as they are: they are the helper's to refuse.
+Answer HelperClient::callWithFile(const NSString &selector, const NSString &keyword, const NSString &path,
+                                  NSDictionary otherArguments) {
+  std::string message;
+  const auto name = path.fileSystemRepresentation();
+  const std::string absolute = name ? absolutePath(*name, &message) : "";
+  if (name && absolute.empty()) return failure(Status::invalid, message);
+  otherArguments.setObject(name ? NSString::stringWithFileSystemRepresentation(absolute) : path, keyword);
+  return call(selector, otherArguments);
+}
+
 Answer HelperClient::awaitReply(std::int64_t serial) {
   ConnectionChannel &channel = session_->channel;
   std::vector<NSData> bodies;
@@ -166,9 +181,9 @@ Answer HelperClient::endDied(std::string message) {
   return failure(Status::died, std::move(message));
 }
 
-int HelperClient::helperProcessIdentifier() {
-  Answer failed;
-  return connect(options_.startsHelper, &failed) ? session_->process.number : 0;
+int HelperClient::helperProcessIdentifier(Answer *failure) {
+  Answer ignored;
+  return connect(options_.startsHelper, failure ? failure : &ignored) ? session_->process.number : 0;
 }
 
 bool HelperClient::stopHelper() {
@@ -181,11 +196,11 @@ bool HelperClient::stopHelper() {
 }
 
 Answer HelperClient::metaDataForFile(const NSString &path) {
-  return call(u"metaDataForFile:"_ns, {{u"metaDataForFile"_ns, path}});
+  return callWithFile(u"metaDataForFile:"_ns, u"metaDataForFile"_ns, path);
 }
 
 Answer HelperClient::searchableTextOfWebArchive(const NSString &path) {
-  return call(u"searchableTextOfWebArchive:"_ns, {{u"searchableTextOfWebArchive"_ns, path}});
+  return callWithFile(u"searchableTextOfWebArchive:"_ns, u"searchableTextOfWebArchive"_ns, path);
 }
 
 Answer HelperClient::attributedStringWithPDF(bool attributed, const NSData &pdf) {
@@ -193,11 +208,12 @@ Answer HelperClient::attributedStringWithPDF(bool attributed, const NSData &pdf)
 }
 
 Answer HelperClient::attributedStringWithContentsOfFile(const NSString &path) {
-  return call(u"attributedStringWithContentsOfFile:"_ns, {{u"attributedStringWithContentsOfFile"_ns, path}});
+  return callWithFile(u"attributedStringWithContentsOfFile:"_ns, u"attributedStringWithContentsOfFile"_ns,
+                      path);
 }
 
 Answer HelperClient::writeRTFDData(const NSData &rtfd, const NSString &toFile) {
-  return call(u"writeRTFDData:toFile:"_ns, {{u"writeRTFDData"_ns, rtfd}, {u"toFile"_ns, toFile}});
+  return callWithFile(u"writeRTFDData:toFile:"_ns, u"toFile"_ns, toFile, {{u"writeRTFDData"_ns, rtfd}});
 }
 
 Answer HelperClient::RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest) {
@@ -207,18 +223,17 @@ Answer HelperClient::RTFDWithHTML(const NSData &html, const NSString &baseURL, b
 }
 
 Answer HelperClient::PDFImageRepOfFile(const NSString &path) {
-  return call(u"PDFImageRepOfFile:"_ns, {{u"PDFImageRepOfFile"_ns, path}});
+  return callWithFile(u"PDFImageRepOfFile:"_ns, u"PDFImageRepOfFile"_ns, path);
 }
 
 Answer HelperClient::posterImageForMovieWithFile(const NSString &path) {
-  return call(u"posterImageForMovieWithFile:"_ns, {{u"posterImageForMovieWithFile"_ns, path}});
+  return callWithFile(u"posterImageForMovieWithFile:"_ns, u"posterImageForMovieWithFile"_ns, path);
 }
 
 Answer HelperClient::imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight) {
-  return call(u"imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"_ns,
-              {{u"imageWithContentsOfFile"_ns, path},
-               {u"stringFromPDF"_ns, stringFromPDF},
-               {u"canUseSpotlight"_ns, canUseSpotlight}});
+  return callWithFile(u"imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"_ns,
+                      u"imageWithContentsOfFile"_ns, path,
+                      {{u"stringFromPDF"_ns, stringFromPDF}, {u"canUseSpotlight"_ns, canUseSpotlight}});
 }
 
 }  // namespace nimbo

@@ -23,8 +23,9 @@ class HelperClient {
     bool startsHelper = true;
     /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
     bool endsHungHelper = true;
-    /// The helper program. Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program
-    /// or in ../libexec/quiverleaf.
+    /// The helper program; a relative path counts from the working directory in which the client is made.
+    /// Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or in
+    /// ../libexec/quiverleaf.
     std::string helperPath;
   };
 
@@ -54,9 +55,11 @@ class HelperClient {
   HelperClient &operator=(HelperClient &&) noexcept;
 
   /// Calls an operation by its full selector; `arguments` are keyed by its keywords, and those that are nil
-  /// left out.
+  /// left out. Paths among them have to be absolute, since the helper has a working directory of its own.
   Answer call(const NSString &selector, const NSDictionary &arguments);
 
+  // The operations. Relative paths count from this process's working directory; when that is gone, the request
+  // is invalid. The empty path stays empty, and "~" is a name like any other.
   Answer metaDataForFile(const NSString &path);
   Answer searchableTextOfWebArchive(const NSString &path);
   Answer attributedStringWithPDF(bool attributed, const NSData &pdf);
@@ -67,8 +70,8 @@ class HelperClient {
   Answer posterImageForMovieWithFile(const NSString &path);
   Answer imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
 
-  /// The process number of the helper, started if need be; 0 when there is none.
-  int helperProcessIdentifier();
+  /// The process number of the helper, started if need be; 0 when there is none, and `*failure` then says why.
+  int helperProcessIdentifier(Answer *failure = nullptr);
   /// Ends the helper that is registered (without starting one) and waits until it is gone. False when there is
   /// none.
   bool stopHelper();
@@ -76,6 +79,8 @@ class HelperClient {
  private:
   struct Session;
 
+  Answer callWithFile(const NSString &selector, const NSString &keyword, const NSString &path,
+                      NSDictionary otherArguments = NSDictionary::dictionary());
   bool connect(bool startsHelper, Answer *failure);
   Answer awaitReply(std::int64_t serial);
   Answer endTimedOut();

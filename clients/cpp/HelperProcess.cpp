@@ -23,6 +23,7 @@ extern "C" {  // glibc 2.36 forgets it.
 #include <thread>
 #include <vector>
 
+#include "clients/cpp/AbsolutePath.hpp"
 #include "platform/Foundation/Connection/ConnectionName.hpp"
 
 namespace nimbo {
@@ -98,8 +99,8 @@ class SpawnSettings {
 };
 
 HelperProcess spawn(const std::string &path, std::string *message) {
-  std::error_code error;
-  std::string program = std::filesystem::absolute(path, error).string();
+  std::string program = absolutePath(path, message);
+  if (program.empty()) return {};
   char *arguments[] = {program.data(), nullptr};
   const SpawnSettings settings;
   pid_t child = 0;

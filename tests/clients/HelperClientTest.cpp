@@ -6,7 +6,10 @@
 #include <sys/wait.h>
 
 #include <chrono>
+#include <filesystem>
+#include <functional>
 #include <set>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -59,7 +62,7 @@ TEST_F(HelperClientTest, TellsApartHowACallEnds) {
 TEST_F(HelperClientTest, SendsWhatTheContractSays) {
   HelperClient client;
   const NSData data = NSData::dataWithBytes("\0bytes", 6);
-  const NSString text = u"text"_ns;
+  const NSString text = u"/a/text"_ns;
   const HelperClient::Answer answers[] = {
       client.metaDataForFile(text),
       client.searchableTextOfWebArchive(text),
@@ -85,6 +88,75 @@ TEST_F(HelperClientTest, SendsWhatTheContractSays) {
   }
   const auto withoutBase = client.RTFDWithHTML(data, NSString(), false).result.dictionary();
   EXPECT_EQ(withoutBase.objectForKey(u"Arguments"_ns).dictionary().count(), 2u);
+}
+
+TEST_F(HelperClientTest, FilesAreNamedFromTheWorkingDirectory) {
+  HelperClient client;
+  const struct {
+    NSString keyword;
+    std::function<HelperClient::Answer(const NSString &)> call;
+  } operations[] = {
+      {u"metaDataForFile"_ns, [&](auto &path) { return client.metaDataForFile(path); }},
+      {u"searchableTextOfWebArchive"_ns, [&](auto &path) { return client.searchableTextOfWebArchive(path); }},
+      {u"attributedStringWithContentsOfFile"_ns,
+       [&](auto &path) { return client.attributedStringWithContentsOfFile(path); }},
+      {u"toFile"_ns, [&](auto &path) { return client.writeRTFDData(NSData(), path); }},
+      {u"PDFImageRepOfFile"_ns, [&](auto &path) { return client.PDFImageRepOfFile(path); }},
+      {u"posterImageForMovieWithFile"_ns, [&](auto &path) { return client.posterImageForMovieWithFile(path); }},
+      {u"imageWithContentsOfFile"_ns,
+       [&](auto &path) { return client.imageWithContentsOfFile(path, false, false); }},
+  };
+  const auto before = std::filesystem::current_path();
+  const auto here = std::filesystem::canonical(folder) / "h\xffre";
+  std::filesystem::create_directory(here);
+  std::filesystem::current_path(here);
+  for (const auto &[keyword, call] : operations) {
+    const auto sent = [&](const NSString &path) {
+      return call(path)
+          .result.dictionary()
+          .objectForKey(u"Arguments"_ns)
+          .dictionary()
+          .objectForKey(keyword)
+          .string();
+    };
+    for (const char *name : {"x/../y", "caf\xc3\xa9", "caf\xe9", "~", "~/x", ".", "a\nb"})
+      EXPECT_EQ(sent(NSString::stringWithFileSystemRepresentation(name)),
+                NSString::stringWithFileSystemRepresentation((here / name).native()))
+          << keyword.UTF8String() << " " << name;
+    for (const NSString &path : {u"/x/../y"_ns, u"/\xdcff"_ns, u""_ns, u"a\0b"_ns, NSString()})
+      EXPECT_EQ(sent(path), path) << keyword.UTF8String() << " " << path.UTF8String();
+  }
+  std::filesystem::remove(here);
+  for (const auto &[keyword, call] : operations) {
+    EXPECT_EQ(call(u"/x"_ns).status, Status::answered);
+    const auto answer = call(u"x"_ns);
+    EXPECT_EQ(answer.status, Status::invalid) << keyword.UTF8String();
+    EXPECT_NE(answer.message.find("working directory"), std::string::npos) << answer.message;
+  }
+  std::filesystem::current_path(before);
+}
+
+TEST_F(HelperClientTest, TheProgramIsNamedFromTheWorkingDirectory) {
+  const auto before = std::filesystem::current_path();
+  const std::filesystem::path program = TEST_HELPER;
+  HelperClient::Options options;
+  options.helperPath = program.filename();
+  std::filesystem::current_path(program.parent_path());
+  HelperClient client(options);
+  std::filesystem::current_path("/");
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+  EXPECT_TRUE(client.stopHelper());
+
+  const auto gone = folder / "gone";
+  std::filesystem::create_directory(gone);
+  std::filesystem::current_path(gone);
+  std::filesystem::remove(gone);
+  HelperClient::Answer failure;
+  options.helperPath = "bin/true";  // Not the one below "/", where a helper starts.
+  EXPECT_EQ(HelperClient(options).helperProcessIdentifier(&failure), 0);
+  EXPECT_EQ(failure.status, Status::unreachable);
+  EXPECT_NE(failure.message.find("working directory"), std::string::npos) << failure.message;
+  std::filesystem::current_path(before);
 }
 
 TEST_F(HelperClientTest, AHungHelperCostsOneRequest) {
