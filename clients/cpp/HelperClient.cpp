@@ -14,6 +14,7 @@
 
 #include "clients/cpp/AbsolutePath.hpp"
 #include "clients/cpp/HelperProcess.hpp"
+#include "clients/cpp/HelperProgram.hpp"
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
 
@@ -99,11 +100,8 @@ bool HelperClient::connect(bool startsHelper, Answer *failed) {
   }
   std::string message = "No helper is registered";
   if (!connection && startsHelper) {
-    const std::string path = options_.helperPath.empty() ? findHelperProgram() : options_.helperPath;
-    if (path.empty())
-      message = "The helper program was not found";
-    else
-      connection = startHelper(options_.name, path, &message);
+    const std::string path = options_.helperPath.empty() ? findHelperProgram(&message) : options_.helperPath;
+    if (!path.empty()) connection = startHelper(options_.name, path, &message);
   }
   if (!connection) {
     *failed = failure(Status::unreachable, std::move(message));

@@ -24,8 +24,8 @@ class HelperClient {
     /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
     bool endsHungHelper = true;
     /// The helper program; a relative path counts from the working directory in which the client is made.
-    /// Empty: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or in
-    /// ../libexec/quiverleaf.
+    /// Empty: `$QUIVERLEAF_HELPER`, else the helper of this library's own prefix or that of the running
+    /// program, else the one that was installed with this library, else "quiverleaf-helper" in `$PATH`.
     std::string helperPath;
   };
 

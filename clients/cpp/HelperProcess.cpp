@@ -18,7 +18,6 @@ extern "C" {  // glibc 2.36 forgets it.
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -37,7 +36,6 @@ using Moment = std::chrono::time_point<Clock, Seconds>;
 constexpr Seconds kStartLimit{5};
 constexpr Seconds kKillLimit{5};
 constexpr std::chrono::milliseconds kRetryInterval{5};
-constexpr const char *kHelperProgram = "quiverleaf-helper";
 
 /// The children that `startHelper` made and whose exit status has not been taken. They outlive the client that
 /// started them, so whoever looks next takes it.
@@ -63,10 +61,6 @@ class Children {
 Children &children() {
   static Children list;
   return list;
-}
-
-bool isExecutable(const std::string &path) {
-  return ::access(path.c_str(), X_OK) == 0;
 }
 
 class SpawnSettings {
@@ -203,15 +197,6 @@ HelperConnection startHelper(const NSString &name, const std::string &path, std:
       return {};
     }
   }
-}
-
-std::string findHelperProgram() {
-  if (const char *named = std::getenv("QUIVERLEAF_HELPER"); named && *named) return named;
-  std::error_code error;
-  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-  for (const auto &path : {folder / kHelperProgram, folder / "../libexec/quiverleaf" / kHelperProgram})
-    if (!error && isExecutable(path)) return path.lexically_normal();
-  return {};
 }
 
 }  // namespace nimbo

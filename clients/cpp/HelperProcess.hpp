@@ -47,8 +47,4 @@ HelperConnection connectToHelper(const NSString &name, std::chrono::duration<dou
 /// a helper, and all connect to it. Nothing when that fails; `*message` then says why.
 HelperConnection startHelper(const NSString &name, const std::string &path, std::string *message);
 
-/// The helper program: `$QUIVERLEAF_HELPER`, else "quiverleaf-helper" beside the running program or in
-/// ../libexec/quiverleaf. Empty when there is none.
-std::string findHelperProgram();
-
 }  // namespace nimbo

@@ -141,7 +141,7 @@ class FindHelperTest(PackageTestCase):
         settings = {"PATH": f"{self.folder}/none:bin"}
         with self.assertRaisesRegex(AssertionError, "FileNotFoundError") as raised:
             self.find(packages, **settings)
-        for place in (own, named, settings["PATH"], "QUIVERLEAF_HELPER", "`path`"):
+        for place in (own, named, settings["PATH"], "QUIVERLEAF_HELPER", "no path"):
             self.assertIn(str(place), str(raised.exception))
         for place in ("bin", "named", own):
             if place == "named":

@@ -175,7 +175,7 @@ def find_helper() -> str:
     if found:
         return absolute(found)
     raise FileNotFoundError(
-        f"{HELPER_PROGRAM} was not found: neither `path` nor $QUIVERLEAF_HELPER names it, and it is not at "
+        f"{HELPER_PROGRAM} was not found: no path to it is given, $QUIVERLEAF_HELPER is not set, and it is not at "
         f"{', '.join(places)}, nor in PATH ({os.environ.get('PATH', os.defpath)})"
     )
 
