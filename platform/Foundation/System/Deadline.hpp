@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <compare>
+
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+/// A moment on the steady clock by which work has to end; it is handed down to whoever does a part of the work.
+/// A default-made one is never over.
+///
+///     const Deadline deadline = earliest(Deadline::after(6), callersDeadline);
+///     while (!deadline.isOver()) doAStep();
+class Deadline {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  constexpr Deadline() noexcept = default;
+  static constexpr Deadline never() noexcept { return Deadline(); }
+  /// That many seconds from now on. One of no or fewer seconds is over; one beyond the clock, or that is no
+  /// number, never is.
+  static Deadline after(double seconds) noexcept {
+    constexpr double kLongestSeconds = 1e9;
+    if (!(seconds < kLongestSeconds)) return never();
+    return Deadline(Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                       std::chrono::duration<double>(std::max(seconds, 0.0))));
+  }
+
+  constexpr bool isNever() const noexcept { return moment_ == Clock::time_point::max(); }
+  bool isOver() const noexcept { return !isNever() && Clock::now() >= moment_; }
+  /// In seconds: 0 when it is over, infinite when it never is.
+  double remaining() const noexcept {
+    if (isNever()) return HUGE_VAL;
+    return std::max(std::chrono::duration<double>(moment_ - Clock::now()).count(), 0.0);
+  }
+  /// What poll(2) takes: whole milliseconds, rounded up so that nobody wakes too early; -1 when it never is
+  /// over.
+  int remainingMilliseconds() const noexcept {
+    return isNever() ? -1 : static_cast<int>(std::min(std::ceil(remaining() * 1000), double{INT_MAX}));
+  }
+  /// The moment on the clock, which the system calls CLOCK_MONOTONIC.
+  constexpr Clock::time_point moment() const noexcept { return moment_; }
+
+  friend constexpr auto operator<=>(const Deadline &, const Deadline &) noexcept = default;
+
+ private:
+  explicit constexpr Deadline(Clock::time_point moment) noexcept : moment_(moment) {}
+
+  Clock::time_point moment_ = Clock::time_point::max();
+};
+
+constexpr Deadline earliest(const Deadline &a, const Deadline &b) noexcept {
+  return std::min(a, b);
+}
+
+}  // namespace nimbo
