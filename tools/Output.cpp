@@ -97,10 +97,12 @@ void writeText(const NSString &text) {
 
 void writeResult(const id &value, const CommonOptions &options) {
   if (!options.propertyList) return writeOutput(JSONFromValue(value, options.pretty) + "\n");
-  NSString error;
+  NSError error;
   const NSData list =
       NSPropertyListSerialization::dataWithPropertyList(value, NSPropertyListFormat::xml, &error);
-  if (!list) throw OutputError("the result cannot be written as a property list: " + error.UTF8String());
+  if (!list)
+    throw OutputError("the result cannot be written as a property list: " +
+                      error.localizedFailureReason.UTF8String());
   writeOutput(list.view());
   if (!list.view().ends_with('\n')) writeOutput("\n");
 }

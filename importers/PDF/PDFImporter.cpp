@@ -12,9 +12,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// A document in everyday size is copied, because programs rewrite files in place and a mapping would then
-/// break; a larger one is mapped.
-constexpr std::uint32_t kMaximumCopiedLengthInBytes = 64u << 20;
 /// For opening and for all the text, well below what callers wait; the pages that are not read by then are left
 /// out.
 constexpr double kTextSeconds = 6;
@@ -22,12 +19,6 @@ constexpr double kTextSeconds = 6;
 constexpr double kStepSeconds = 4;
 /// Pages after this much text are left out.
 constexpr std::uint32_t kMaximumTextLengthInCodeUnits = 32u << 20;
-
-NSData dataOfFile(const NSString &path) {
-  NSData data = NSData::dataWithContentsOfMappedFile(path);
-  if (data.length() > kMaximumCopiedLengthInBytes) return data;
-  return NSData::dataWithContentsOfFile(path);
-}
 
 /// The pages' text, each ended by a line feed; nil when no page has any.
 NSString textOfDocument(const PDFDocument &document, Clock::time_point start) {
@@ -58,7 +49,7 @@ void importPDF(const NSString &path, Attributes &attributes) {
   const auto start = Clock::now();
   PDFLimits limits;
   limits.stepSeconds = kStepSeconds;
-  const auto document = PDFDocument::documentWithData(dataOfFile(path), limits);
+  const auto document = PDFDocument::documentWithData(NSData::dataWithContentsOfFile(path), limits);
   if (!document) return;
 
   const std::string version =

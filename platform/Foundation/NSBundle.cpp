@@ -3,13 +3,13 @@
 
 #include <dlfcn.h>
 #include <glib.h>
-#include <sys/stat.h>
 
 #include <filesystem>
 #include <string_view>
 
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
 
 namespace nimbo {
 
@@ -41,12 +41,21 @@ NSBundle NSBundle::bundleForAddress(const void *address) {
   return bundleAt(isInBundle ? folder.parent_path().parent_path() : folder);
 }
 
-NSDictionary NSBundle::infoDictionary() const {
-  const NSString path = stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns);
-  const auto name = path.fileSystemRepresentation();
-  struct stat info = {};
-  if (!name || ::stat(name->c_str(), &info) != 0 || info.st_size > kMaximumInfoBytes) return NSDictionary();
-  return NSPropertyListSerialization::propertyListFromData(NSData::dataWithContentsOfFile(path)).dictionary();
+NSDictionary NSBundle::infoDictionary(NSError *error) const {
+  std::uint64_t size = 0;
+  const FileDescriptor file =
+      openRegularFile(stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns), &size, error);
+  if (!file) return NSDictionary();
+  // One byte more than may be, by which a file is known that is too large or has grown.
+  const NSData data = readDataOfFile(file, size, kMaximumInfoBytes + 1, error);
+  if (!data) return NSDictionary();
+  if (data.length() > kMaximumInfoBytes) {
+    setError(error, ErrorCode::tooLarge, "the information file is too large");
+    return NSDictionary();
+  }
+  const id list = NSPropertyListSerialization::propertyListFromData(data, nullptr, error);
+  if (list && !list.dictionary()) setError(error, ErrorCode::damaged, "the information file is no dictionary");
+  return list.dictionary();
 }
 
 id NSBundle::objectForInfoDictionaryKey(const NSString &key) const {

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -23,8 +24,8 @@ class NSBundle {
 
   const NSString &bundlePath() const { return path_; }
   /// The content of Info.plist, read on every call. Nil when there is none that can be read, or it is no
-  /// dictionary.
-  NSDictionary infoDictionary() const;
+  /// dictionary; `*error` says why.
+  NSDictionary infoDictionary(NSError *error = nullptr) const;
   id objectForInfoDictionaryKey(const NSString &key) const;
   /// Where the file that CFBundleExecutable names should be. Nil when that is missing or no plain file name.
   NSString executablePath() const;

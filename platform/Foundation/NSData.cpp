@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSData.hpp"
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
 
-#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/Foundation/System/LargeBytes.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
 
 namespace nimbo {
 namespace {
@@ -27,12 +21,6 @@ class MallocedStorage final : public DataStorage {
   ~MallocedStorage() override { std::free(const_cast<std::uint8_t *>(bytes)); }
 };
 
-class MappedStorage final : public DataStorage {
- public:
-  using DataStorage::DataStorage;
-  ~MappedStorage() override { ::munmap(const_cast<std::uint8_t *>(bytes), length); }
-};
-
 class PartStorage final : public DataStorage {
  public:
   PartStorage(NSData whole, std::uint32_t location, std::uint32_t count)
@@ -41,16 +29,6 @@ class PartStorage final : public DataStorage {
  private:
   NSData whole_;
 };
-
-FileDescriptor openRegularFile(const NSString &path, std::size_t *size) {
-  const auto name = path.fileSystemRepresentation();
-  // O_NONBLOCK: opening a FIFO must not wait for a writer.
-  FileDescriptor file(name ? ::open(name->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1);
-  struct stat info = {};
-  if (!file || ::fstat(file.get(), &info) != 0 || !S_ISREG(info.st_mode)) return FileDescriptor();
-  *size = static_cast<std::size_t>(info.st_size);
-  return file;
-}
 
 }  // namespace
 
@@ -77,40 +55,15 @@ NSData NSData::dataWithMallocedBytes(void *bytes, std::size_t length) {
   return NSData(storage);
 }
 
-NSData NSData::dataWithContentsOfFile(const NSString &path) {
-  std::size_t size = 0;
-  const FileDescriptor file = openRegularFile(path, &size);
-  if (!file || size > NSNotFound) return NSData();
-  // Files of /proc claim no size but have content: keep reading until the end, growing as needed.
-  std::size_t capacity = size + 1;
-  std::size_t length = 0;
-  std::unique_ptr<void, decltype(&std::free)> buffer(std::malloc(capacity), &std::free);
-  while (buffer) {
-    const ssize_t got = ::read(file.get(), static_cast<char *>(buffer.get()) + length, capacity - length);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return NSData();
-    if (got == 0) return dataWithMallocedBytes(buffer.release(), length);
-    length += static_cast<std::size_t>(got);
-    if (length > NSNotFound) return NSData();
-    if (length == capacity) {
-      capacity = std::max<std::size_t>(4096, capacity * 2);
-      void *larger = std::realloc(buffer.get(), capacity);
-      if (!larger) break;
-      (void)buffer.release();
-      buffer.reset(larger);
-    }
-  }
-  throw std::bad_alloc();
-}
-
-NSData NSData::dataWithContentsOfMappedFile(const NSString &path) {
-  std::size_t size = 0;
-  const FileDescriptor file = openRegularFile(path, &size);
-  if (!file || size > NSNotFound) return NSData();
-  if (size == 0) return data();
-  void *bytes = ::mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.get(), 0);
-  if (bytes == MAP_FAILED) return NSData();
-  return NSData(new MappedStorage(static_cast<std::uint8_t *>(bytes), static_cast<std::uint32_t>(size)));
+NSData NSData::dataWithContentsOfFile(const NSString &path, NSError *error) {
+  std::uint64_t size = 0;
+  const FileDescriptor file = openRegularFile(path, &size, error);
+  if (!file) return NSData();
+  NSData data = size <= NSNotFound ? readDataOfFile(file, size, NSNotFound, error) : NSData();
+  const bool hasGrown = size < NSNotFound && data.length() == NSNotFound;
+  if (size <= NSNotFound && !hasGrown) return data;
+  setError(error, ErrorCode::tooLarge, "the file is too large");
+  return NSData();
 }
 
 NSData NSData::subdataWithRange(NSRange range) const {

@@ -12,9 +12,11 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+struct NSError;
+
 namespace detail {
 
-/// What a data object stands on: heap bytes, a mapped file, or a part of another data object.
+/// What a data object stands on: heap bytes, or a part of another data object.
 class DataStorage {
  public:
   DataStorage(const std::uint8_t *first, std::uint32_t count) : bytes(first), length(count) {}
@@ -55,11 +57,9 @@ class NSData {
   /// Takes over bytes that came from `malloc`; they are freed with the last handle, or at once when the answer
   /// is nil because there are more than `NSNotFound`.
   static NSData dataWithMallocedBytes(void *bytes, std::size_t length);
-  /// The whole content of a regular file; nil when it cannot be read or is larger than `NSNotFound`.
-  static NSData dataWithContentsOfFile(const NSString &path);
-  /// As above, but the bytes stand on a private mapping of the file. Only for files that nobody truncates
-  /// meanwhile: reading beyond a new end is a bus error.
-  static NSData dataWithContentsOfMappedFile(const NSString &path);
+  /// The whole content of a regular file, copied: what becomes of the file does not matter any more. Nil when
+  /// it cannot be read or is larger than `NSNotFound`; `*error` says why.
+  static NSData dataWithContentsOfFile(const NSString &path, NSError *error = nullptr);
 
   std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
   /// Borrowed from this object. Null when nil.

@@ -18,13 +18,23 @@ bool NSFileManager::fileExistsAtPath(const NSString &path, bool *isDirectory) {
   return exists;
 }
 
-std::optional<std::vector<NSString>> NSFileManager::contentsOfDirectoryAtPath(const NSString &path) {
+std::optional<std::vector<NSString>> NSFileManager::contentsOfDirectoryAtPath(const NSString &path,
+                                                                              NSError *error) {
   struct Close {
     void operator()(DIR *folder) const { ::closedir(folder); }
   };
+  const auto fail = [error](int number) {
+    if (error) *error = NSError::errorWithFileErrno(number);
+    return std::nullopt;
+  };
   const auto name = path.fileSystemRepresentation();
-  const std::unique_ptr<DIR, Close> folder(name ? ::opendir(name->c_str()) : nullptr);
-  if (!folder) return std::nullopt;
+  if (!name) return fail(ENOENT);
+  const std::unique_ptr<DIR, Close> folder(::opendir(name->c_str()));
+  if (!folder) {
+    if (errno != ENOTDIR || !fileExistsAtPath(path)) return fail(errno);
+    setError(error, ErrorCode::unreadable, "the file is no folder");
+    return std::nullopt;
+  }
   std::vector<NSString> names;
   for (;;) {
     errno = 0;
@@ -34,7 +44,7 @@ std::optional<std::vector<NSString>> NSFileManager::contentsOfDirectoryAtPath(co
     if (entryName != "." && entryName != "..")
       names.push_back(NSString::stringWithFileSystemRepresentation(entryName));
   }
-  if (errno != 0) return std::nullopt;
+  if (errno != 0) return fail(errno);
   return names;
 }
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/NSError.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -15,8 +15,9 @@ struct NSFileManager {
 
   /// The names of a folder's entries, hidden ones included, "." and ".." not. They come in the order in which
   /// the file system lists them, which is no order that means anything but stays the same while the folder is
-  /// not changed. Nothing when the folder cannot be read.
-  static std::optional<std::vector<NSString>> contentsOfDirectoryAtPath(const NSString &path);
+  /// not changed. Nothing when the folder cannot be read; `*error` says why.
+  static std::optional<std::vector<NSString>> contentsOfDirectoryAtPath(const NSString &path,
+                                                                        NSError *error = nullptr);
 };
 
 }  // namespace nimbo

@@ -47,34 +47,31 @@ NSData write(const id &propertyList, NSPropertyListFormat format) {
     case NSPropertyListFormat::openStep:
       break;
   }
-  throw PropertyListError{"the old-style form is not written"};
-}
-
-void report(const PropertyListError &failure, NSString *error) {
-  if (error) *error = NSString::stringWithLossyUTF8String(failure.reason);
+  throw PropertyListError{"the old-style form is not written", ErrorCode::other};
 }
 
 }  // namespace
 
 id NSPropertyListSerialization::propertyListFromData(const NSData &data, NSPropertyListFormat *format,
-                                                     NSString *error) {
+                                                     NSError *error) {
   try {
+    if (data.length() == 0) throw PropertyListError{"the data is empty", ErrorCode::incomplete};
     const NSPropertyListFormat found = formatOf(data.view());
     id propertyList = read(data, found);
     if (format) *format = found;
     return propertyList;
   } catch (const PropertyListError &failure) {
-    report(failure, error);
+    setError(error, failure.code, failure.reason);
     return id();
   }
 }
 
 NSData NSPropertyListSerialization::dataWithPropertyList(const id &propertyList, NSPropertyListFormat format,
-                                                         NSString *error) {
+                                                         NSError *error) {
   try {
     return write(propertyList, format);
   } catch (const PropertyListError &failure) {
-    report(failure, error);
+    setError(error, failure.code, failure.reason);
     return NSData();
   }
 }

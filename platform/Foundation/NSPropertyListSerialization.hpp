@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -9,7 +10,7 @@ enum class NSPropertyListFormat { openStep = 1, xml = 100, binary = 200 };
 
 /// Property lists as bytes. Reading never trusts its input: cycles, offsets outside, counts beyond the data,
 /// nesting deeper than `kMaximumDepth` and lists that would unfold to more than `kMaximumObjects` values give
-/// nil and a reason.
+/// nil and an error.
 struct NSPropertyListSerialization {
   /// Containers inside of each other.
   static constexpr std::uint32_t kMaximumDepth = 512;
@@ -17,17 +18,18 @@ struct NSPropertyListSerialization {
   static constexpr std::uint32_t kMaximumObjects = 4'000'000;
 
   /// Reads a binary ("bplist00"), XML or old-style text property list, whichever the data begins like. Nil when
-  /// it is none; `*error` then says why in one line. `*format` gets the form that was read. Data objects read
+  /// it is none; `*error` then says why: `damaged`, `incomplete` when there are no bytes, `tooLarge` beyond the
+  /// limits above. `*format` gets the form that was read. Data objects read
   /// from the binary form share `data`'s storage.
   static id propertyListFromData(const NSData &data, NSPropertyListFormat *format = nullptr,
-                                 NSString *error = nullptr);
+                                 NSError *error = nullptr);
 
   /// Writes the binary or the XML form. Nil when `propertyList` is nil or holds nil, exceeds the limits above,
   /// or the form cannot hold it: the old-style form is read only, and XML has no null. `*error` then says why
   /// in one line. In XML, units that XML cannot hold become U+FFFD and dates lose their fractions of a second;
   /// the binary form keeps all.
   static NSData dataWithPropertyList(const id &propertyList, NSPropertyListFormat format,
-                                     NSString *error = nullptr);
+                                     NSError *error = nullptr);
 };
 
 }  // namespace nimbo

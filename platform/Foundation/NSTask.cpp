@@ -11,17 +11,15 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
-#include <cmath>
-#include <cstring>
 #include <string>
+#include <string_view>
+#include <system_error>
 
+#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 /// A child process, leader of a process group of its own; it is killed with the group and reaped when nobody
 /// has waited.
@@ -105,38 +103,42 @@ Reading readAvailable(int pipe, std::string &output, std::size_t limit) {
 
 }  // namespace
 
-std::optional<NSTask::Result> NSTask::run(NSString *error) const {
-  const auto fail = [&](const std::string &reason) {
-    if (error) *error = NSString::stringWithLossyUTF8String(reason);
+std::optional<NSTask::Result> NSTask::run(NSError *error) const {
+  const auto fail = [error](ErrorCode code, std::string_view reason) {
+    setError(error, code, reason);
     return std::nullopt;
   };
+  const auto failCall = [&fail](int number) {
+    return fail(ErrorCode::other, "the program cannot be run: " + std::generic_category().message(number));
+  };
   const auto program = launchPath.fileSystemRepresentation();
-  if (!program || program->front() != '/') return fail("no absolute path of a program");
+  if (!program || program->front() != '/') return fail(ErrorCode::other, "the program has no absolute path");
   std::vector<std::string> texts;
   for (const NSString &argument : arguments) {
     const auto text = argument.fileSystemRepresentation();
-    if (!text && argument.length() != 0) return fail("an argument that no program can be given");
+    if (!text && argument.length() != 0)
+      return fail(ErrorCode::other, "an argument is none that a program can be given");
     texts.push_back(text.value_or(std::string()));
   }
 
   int ends[2];
-  if (::pipe2(ends, O_CLOEXEC) != 0) return fail(std::strerror(errno));
+  if (::pipe2(ends, O_CLOEXEC) != 0) return failCall(errno);
   FileDescriptor readEnd(ends[0]);
   FileDescriptor writeEnd(ends[1]);
-  if (::fcntl(readEnd.get(), F_SETFL, O_NONBLOCK) != 0) return fail(std::strerror(errno));
+  if (::fcntl(readEnd.get(), F_SETFL, O_NONBLOCK) != 0) return failCall(errno);
   Child child;
-  if (const int failure = child.start(*program, texts, writeEnd.get())) return fail(std::strerror(failure));
+  if (const int failure = child.start(*program, texts, writeEnd.get())) {
+    if (failure == ENOENT) return fail(ErrorCode::noSuchFile, "there is no such program");
+    return failure == EACCES ? fail(ErrorCode::unreadable, "the program may not be run") : failCall(failure);
+  }
   writeEnd.close();
 
-  const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(
-                                           std::chrono::duration<double>(timeLimitSeconds));
+  const Deadline deadline = Deadline::after(timeLimitSeconds);
   std::string output;
   for (bool ended = false; !ended;) {
-    const double left = std::chrono::duration<double, std::milli>(deadline - Clock::now()).count();
-    if (left <= 0) return fail("took longer than its time limit");
+    if (deadline.isOver()) return fail(ErrorCode::timeLimit, "the program took longer than its time limit");
     struct pollfd waited[2] = {{child.descriptor(), POLLIN, 0}, {readEnd.get(), POLLIN, 0}};
-    if (::poll(waited, 2, static_cast<int>(std::ceil(left))) < 0 && errno != EINTR)
-      return fail(std::strerror(errno));
+    if (::poll(waited, 2, deadline.remainingMilliseconds()) < 0 && errno != EINTR) return failCall(errno);
     // Whether it has ended is looked at before the pipe is read: what it wrote last is then not missed.
     ended = waited[0].revents != 0;
     if (!readEnd) continue;
@@ -147,7 +149,7 @@ std::optional<NSTask::Result> NSTask::run(NSString *error) const {
         readEnd.close();
         break;
       case Reading::tooMuch:
-        return fail("wrote more than its output limit");
+        return fail(ErrorCode::tooLarge, "the program wrote more than its output limit");
     }
   }
   const int status = child.wait();

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/NSError.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -28,8 +29,9 @@ struct NSTask {
   std::uint32_t maximumOutputBytes = kMaximumOutputBytes;
 
   /// Runs the program and waits for it to exit, but not for what it leaves running. Nothing when it cannot be
-  /// started, or does not keep within its limits; it is then killed with its process group. `*error` says why.
-  std::optional<Result> run(NSString *error = nullptr) const;
+  /// started, or does not keep within its limits; it is then killed with its process group. `*error` says why:
+  /// `timeLimit`, `tooLarge` for its output, else what was wrong with the program.
+  std::optional<Result> run(NSError *error = nullptr) const;
 };
 
 }  // namespace nimbo

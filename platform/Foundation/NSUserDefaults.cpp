@@ -25,14 +25,12 @@ NSString standardPath() {
 
 NSUserDefaults::NSUserDefaults(const NSString &path) {
   if (!NSFileManager::fileExistsAtPath(path)) return;
-  NSString error;
-  const NSData data = NSData::dataWithContentsOfFile(path);
+  NSError error;
+  const NSData data = NSData::dataWithContentsOfFile(path, &error);
   if (data) values_ = NSPropertyListSerialization::propertyListFromData(data, nullptr, &error).dictionary();
   if (!values_)
     NSLog("The user defaults are not used, " + path.UTF8String() + ": " +
-          (!data   ? "cannot be read"
-           : error ? error.UTF8String()
-                   : "no dictionary"));
+          (error ? error.localizedFailureReason.UTF8String() : "no dictionary"));
 }
 
 NSUserDefaults &NSUserDefaults::standardUserDefaults() {

@@ -8,14 +8,14 @@ namespace {
 
 using namespace nimbo;
 
-[[noreturn]] void abortWith(const char *what, const NSString &error) {
-  std::fprintf(stderr, "%s: %s\n", what, error.UTF8String().c_str());
+[[noreturn]] void abortWith(const char *what, const NSError &error) {
+  std::fprintf(stderr, "%s: %s\n", what, error.localizedFailureReason.UTF8String().c_str());
   std::abort();
 }
 
 /// What was written can be read, and is then written the same.
 void checkRoundTrip(const NSData &written, NSPropertyListFormat expected) {
-  NSString error;
+  NSError error;
   NSPropertyListFormat format{};
   const id again = NSPropertyListSerialization::propertyListFromData(written, &format, &error);
   if (!again || format != expected) abortWith("not read again", error);
@@ -26,11 +26,12 @@ void checkRoundTrip(const NSData &written, NSPropertyListFormat expected) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
-  NSString error;
+  NSError error;
   const id list =
       NSPropertyListSerialization::propertyListFromData(NSData::dataWithBytes(bytes, size), nullptr, &error);
   if (!list) {
-    if (error.length() == 0) abortWith("refused without a reason", error);
+    if (error.errorCode() == ErrorCode::none || error.localizedFailureReason.length() == 0)
+      abortWith("refused without a reason", error);
     return 0;
   }
   const NSData binary =

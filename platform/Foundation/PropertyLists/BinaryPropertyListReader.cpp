@@ -44,7 +44,8 @@ class Reader {
     objectCount_ = bigEndian(trailer + kTrailerObjectCount, 8);
     if (objectCount_ > (trailerOffset - tableOffset) / offsetSize_)
       fail("more objects than the offset table holds");
-    if (objectCount_ > NSPropertyListSerialization::kMaximumObjects) fail("too many objects");
+    if (objectCount_ > NSPropertyListSerialization::kMaximumObjects)
+      throw PropertyListError{"too many objects", ErrorCode::tooLarge};
     topObject_ = bigEndian(trailer + kTrailerTopObject, 8);
     unclaimedStringBytes_ = tableOffset;
   }

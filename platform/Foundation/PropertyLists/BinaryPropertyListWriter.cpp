@@ -21,10 +21,6 @@ using namespace BinaryPropertyList;
 /// Data of this size and more is a piece of its own when there are pieces.
 constexpr std::uint32_t kSeparatePieceBytes = 64u << 10;
 
-[[noreturn]] void fail(const char *reason) {
-  throw PropertyListError{reason};
-}
-
 /// The fewest of 1, 2, 4 and 8 bytes that hold `value`.
 std::size_t sizeOfNumber(std::uint64_t value) {
   return value <= 0xff ? 1 : value <= 0xffff ? 2 : value <= 0xffffffff ? 4 : 8;
@@ -96,7 +92,7 @@ class Writer {
     const std::uint64_t tableOffset = kMagic.size() + objectBytes_ + references_ * referenceSize_;
     offsetSize_ = sizeOfNumber(tableOffset);
     const std::uint64_t length = tableOffset + objectCount * offsetSize_ + kTrailerLength;
-    if (length > NSNotFound) fail("larger than data can be");
+    if (length > NSNotFound) throw PropertyListError{"larger than data can be", ErrorCode::tooLarge};
 
     std::unique_ptr<void, decltype(&std::free)> bytes(allocateBytes(length - separateBytes_), &std::free);
     if (!bytes) throw std::bad_alloc();
@@ -133,7 +129,9 @@ class Writer {
     value.visit([&](const auto &v) { measureValue(v, depth); });
   }
 
-  [[noreturn]] static void measureValue(std::monostate, std::uint32_t) { fail("nil is no property list"); }
+  [[noreturn]] static void measureValue(std::monostate, std::uint32_t) {
+    throw PropertyListError{"nil is no property list", ErrorCode::other};
+  }
   void measureValue(NSNull, std::uint32_t) { objectBytes_ += 1; }
   void measureValue(bool, std::uint32_t) { objectBytes_ += 1; }
   void measureValue(std::int64_t number, std::uint32_t) {

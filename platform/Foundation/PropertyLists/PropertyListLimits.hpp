@@ -12,6 +12,7 @@ namespace nimbo {
 struct PropertyListError {
   /// One line.
   std::string reason;
+  ErrorCode code = ErrorCode::damaged;
 };
 
 /// What a walk through a property list has met, against the limits that hold in every form, both ways: what is
@@ -20,13 +21,14 @@ class PropertyListLimits {
  public:
   /// Call it before anything is allocated for these values.
   void countValues(std::uint64_t values) {
-    if (values > remaining_) throw PropertyListError{"too many values"};
+    if (values > remaining_) throw PropertyListError{"too many values", ErrorCode::tooLarge};
     remaining_ -= values;
   }
 
   /// The depth inside a container that stands `depth` containers deep; 0 is outside of all.
   static std::uint32_t enterContainer(std::uint32_t depth) {
-    if (depth >= NSPropertyListSerialization::kMaximumDepth) throw PropertyListError{"nested too deeply"};
+    if (depth >= NSPropertyListSerialization::kMaximumDepth)
+      throw PropertyListError{"nested too deeply", ErrorCode::tooLarge};
     return depth + 1;
   }
 

@@ -115,12 +115,13 @@ class Reader {
   explicit Reader(const NSData &data) : data_(data) {}
 
   id read() {
-    if (data_.length() > kMaximumXMLPropertyListBytes) throw PropertyListError{"too much XML"};
+    if (data_.length() > kMaximumXMLPropertyListBytes)
+      throw PropertyListError{"too much XML", ErrorCode::tooLarge};
     // The tree has a node for every tag that opens, so that its size is known to be bounded before it is made.
     const std::string_view text = data_.view();
     if (std::count(text.begin(), text.end(), '<') >
         2 * std::int64_t(NSPropertyListSerialization::kMaximumObjects))
-      throw PropertyListError{"too many values"};
+      throw PropertyListError{"too many values", ErrorCode::tooLarge};
     pugi::xml_document document;
     // White space is kept only where it is all that an element holds: a string of blanks stays one.
     const pugi::xml_parse_result result =

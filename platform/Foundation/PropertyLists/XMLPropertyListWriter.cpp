@@ -36,7 +36,7 @@ class Writer {
     limits_.countValues(1);
     writeObject(propertyList, 0);
     xml_ += kFooter;
-    if (xml_.size() > NSNotFound) throw PropertyListError{"larger than data can be"};
+    if (xml_.size() > NSNotFound) throw PropertyListError{"larger than data can be", ErrorCode::tooLarge};
     return NSData::dataWithBytes(xml_.data(), xml_.size());
   }
 
@@ -48,10 +48,10 @@ class Writer {
   }
 
   [[noreturn]] static void writeValue(std::monostate, std::uint32_t) {
-    throw PropertyListError{"nil is no property list"};
+    throw PropertyListError{"nil is no property list", ErrorCode::other};
   }
   [[noreturn]] static void writeValue(NSNull, std::uint32_t) {
-    throw PropertyListError{"XML cannot hold null"};
+    throw PropertyListError{"XML cannot hold null", ErrorCode::other};
   }
   void writeValue(bool boolean, std::uint32_t) { xml_ += boolean ? "<true/>\n" : "<false/>\n"; }
   void writeValue(std::int64_t number, std::uint32_t) { putElement("integer", std::to_string(number)); }
@@ -63,7 +63,7 @@ class Writer {
   }
   void writeValue(NSDate date, std::uint32_t) {
     const auto text = NSDate{std::floor(date.timeIntervalSinceReferenceDate)}.ISO8601String();
-    if (!text) throw PropertyListError{"a date outside the years 0 to 9999"};
+    if (!text) throw PropertyListError{"a date outside the years 0 to 9999", ErrorCode::other};
     putElement("date", *text);
   }
   void writeValue(const NSString &string, std::uint32_t) { putElement("string", string.UTF8String()); }

@@ -48,19 +48,27 @@ TEST(NSTask, FailsWithAReasonAndKeepsNothingOpen) {
   closed.timeLimitSeconds = 0.05;
   NSTask loud = shell(u"while :; do echo too much >&2; done");
   loud.maximumOutputBytes = 100'000;
-  const std::pair<NSTask, std::string_view> cases[] = {
-      {slow, "time limit"},
-      {closed, "time limit"},
-      {loud, "output limit"},
-      {NSTask{.launchPath = u"/nowhere/at/all"_ns}, "No such file"},
-      {NSTask{.launchPath = u"sh"_ns}, "absolute"},
-      {NSTask{.launchPath = u"/bin/true"_ns, .arguments = {u"a\0b"_ns}}, "argument"},
+  const struct {
+    NSTask task;
+    ErrorCode code;
+    std::string_view reason;
+  } cases[] = {
+      {slow, ErrorCode::timeLimit, "time limit"},
+      {closed, ErrorCode::timeLimit, "time limit"},
+      {loud, ErrorCode::tooLarge, "output limit"},
+      {{.launchPath = u"/nowhere/at/all"_ns}, ErrorCode::noSuchFile, "no such program"},
+      {{.launchPath = u"/etc/passwd"_ns}, ErrorCode::unreadable, "may not be run"},
+      {{.launchPath = u"sh"_ns}, ErrorCode::other, "absolute"},
+      {{}, ErrorCode::other, "absolute"},
+      {{.launchPath = u"/bin/true"_ns, .arguments = {u"a\0b"_ns}}, ErrorCode::other, "argument"},
   };
   const std::ptrdiff_t before = openDescriptors();
-  for (const auto &[task, reason] : cases) {
-    NSString error;
+  for (const auto &[task, code, reason] : cases) {
+    NSError error;
     EXPECT_FALSE(task.run(&error)) << reason;
-    EXPECT_NE(error.UTF8String().find(reason), std::string::npos) << error.UTF8String();
+    EXPECT_EQ(error.errorCode(), code) << reason;
+    const std::string told = error.localizedFailureReason.UTF8String();
+    EXPECT_NE(told.find(reason), std::string::npos) << told;
   }
   EXPECT_EQ(openDescriptors(), before);
 }

@@ -10,7 +10,7 @@
 int main(int argc, char **argv) {
   using namespace nimbo;
   const std::string input(std::istreambuf_iterator<char>(std::cin), {});
-  NSString error;
+  NSError error;
   const id list = NSPropertyListSerialization::propertyListFromData(
       NSData::dataWithBytes(input.data(), input.size()), nullptr, &error);
   const bool xml = argc == 2 && std::string(argv[1]) == "xml";
@@ -18,7 +18,7 @@ int main(int argc, char **argv) {
                                    list, xml ? NSPropertyListFormat::xml : NSPropertyListFormat::binary, &error)
                              : NSData();
   if (!output) {
-    std::cerr << error.UTF8String() << "\n";
+    std::cerr << error.localizedFailureReason.UTF8String() << "\n";
     return 1;
   }
   std::cout.write(reinterpret_cast<const char *>(output.bytes()), output.length());

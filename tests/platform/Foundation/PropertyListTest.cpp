@@ -24,31 +24,31 @@ NSData dataOf(std::string_view bytes) {
 /// Reads `bytes` and expects them to be in `expected` form.
 id readAs(NSPropertyListFormat expected, std::string_view bytes) {
   NSPropertyListFormat format{};
-  NSString error;
+  NSError error;
   id result = PropertyList::propertyListFromData(dataOf(bytes), &format, &error);
-  EXPECT_TRUE(result) << error.UTF8String() << "\n" << bytes;
+  EXPECT_TRUE(result) << error.localizedFailureReason.UTF8String() << "\n" << bytes;
   EXPECT_TRUE(!result || format == expected) << bytes;
   return result;
 }
 
 /// The reason why `bytes` are no property list.
 std::string refusal(std::string_view bytes) {
-  NSString error;
+  NSError error;
   EXPECT_FALSE(PropertyList::propertyListFromData(dataOf(bytes), nullptr, &error)) << bytes;
-  EXPECT_EQ(error.UTF8String().find('\n'), std::string::npos);
-  return error.UTF8String();
+  EXPECT_EQ(error.localizedFailureReason.UTF8String().find('\n'), std::string::npos);
+  return error.localizedFailureReason.UTF8String();
 }
 
 std::string refusalToWrite(const id &value, NSPropertyListFormat format) {
-  NSString error;
+  NSError error;
   EXPECT_FALSE(PropertyList::dataWithPropertyList(value, format, &error));
-  return error.UTF8String();
+  return error.localizedFailureReason.UTF8String();
 }
 
 id roundTrip(const id &value, NSPropertyListFormat format) {
-  NSString error;
+  NSError error;
   const NSData data = PropertyList::dataWithPropertyList(value, format, &error);
-  EXPECT_TRUE(data) << error.UTF8String();
+  EXPECT_TRUE(data) << error.localizedFailureReason.UTF8String();
   return readAs(format, data.view());
 }
 
@@ -277,6 +277,27 @@ TEST(TextPropertyList, RefusalsNameTheLine) {
            {deep, "nested too deeply"},
        })
     EXPECT_EQ(refusal(bytes), reason) << bytes;
+}
+
+TEST(PropertyList, RefusalsHaveCodes) {
+  const std::pair<std::string, ErrorCode> cases[] = {
+      {"", ErrorCode::incomplete},
+      {"(a", ErrorCode::damaged},
+      {xmlOf("<set/>"), ErrorCode::damaged},
+      {"bplist00", ErrorCode::damaged},
+      {std::string(PropertyList::kMaximumDepth + 1, '('), ErrorCode::tooLarge},
+      {"<?xml" + std::string(2 * PropertyList::kMaximumObjects, '<'), ErrorCode::tooLarge},
+  };
+  for (const auto &[bytes, code] : cases) {
+    NSError error;
+    EXPECT_FALSE(PropertyList::propertyListFromData(dataOf(bytes), nullptr, &error));
+    EXPECT_EQ(error.errorCode(), code) << bytes.substr(0, 20);
+  }
+  NSError error;
+  EXPECT_FALSE(PropertyList::propertyListFromData(NSData(), nullptr, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+  EXPECT_FALSE(PropertyList::dataWithPropertyList(NSNull(), xml, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::other);
 }
 
 }  // namespace

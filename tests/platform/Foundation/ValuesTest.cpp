@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <cmath>
 
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/id.hpp"
-#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {
@@ -59,25 +57,8 @@ TEST(NSGeometry, WritesSizesAsText) {
   EXPECT_EQ(NSStringFromSize({595.276, 841.89}), u"{595.276, 841.89}"_ns);
 }
 
-TEST(NSData, ReadsRegularFilesOnly) {
-  const TemporaryFolder folder;
-  const NSString full = folder.write("name\xff", "content");
-  const NSString empty = folder.write("empty", "");
-  ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
-  for (const auto read : {&NSData::dataWithContentsOfFile, &NSData::dataWithContentsOfMappedFile}) {
-    EXPECT_EQ(read(full).view(), "content");
-    EXPECT_TRUE(read(empty));
-    EXPECT_EQ(read(empty).length(), 0u);
-    for (const NSString &path :
-         {folder.string("fifo"), folder.string("missing"), folder.string(""), NSString()})
-      EXPECT_FALSE(read(path)) << path.UTF8String();
-  }
-  EXPECT_GT(NSData::dataWithContentsOfFile(u"/proc/self/status"_ns).length(), 100u);
-}
-
 TEST(NSData, PartsOutliveTheWhole) {
-  const TemporaryFolder folder;
-  NSData part = NSData::dataWithContentsOfMappedFile(folder.write("full", "content")).subdataWithRange({3, 99});
+  NSData part = NSData::dataWithBytes("content", 7).subdataWithRange({3, 99});
   EXPECT_EQ(part.view(), "tent");
   EXPECT_EQ(part.subdataWithRange({1, 2}).view(), "en");
   EXPECT_EQ(part.subdataWithRange({9, 2}), NSData::data());

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/NSError.hpp"
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+namespace nimbo {
+
+NSError NSError::errorWithCode(ErrorCode code, std::string_view reason) {
+  return {NimboErrorDomain(), static_cast<std::int64_t>(code), NSString::stringWithLossyUTF8String(reason)};
+}
+
+NSError NSError::errorWithFileErrno(int number) {
+  const std::string reason = std::generic_category().message(number);
+  switch (number) {
+    case ENOENT:
+    case ENOTDIR:
+      return errorWithCode(ErrorCode::noSuchFile, "there is no such file");
+    case EACCES:
+    case EPERM:
+      return errorWithCode(ErrorCode::unreadable, "the file cannot be read: permission denied");
+    case EISDIR:
+      return errorWithCode(ErrorCode::unreadable, "the file is a folder");
+    case EFBIG:
+    case EOVERFLOW:
+      return errorWithCode(ErrorCode::tooLarge, "the file is too large");
+    case ENOMEM:
+      return errorWithCode(ErrorCode::memoryLimit, "there is no memory to read the file");
+    case EMFILE:
+    case ENFILE:
+      return errorWithCode(ErrorCode::other, "the file cannot be opened: " + reason);
+    default:
+      return errorWithCode(ErrorCode::unreadable, "the file cannot be read: " + reason);
+  }
+}
+
+ErrorCode NSError::errorCode() const noexcept {
+  if (!*this) return ErrorCode::none;
+  return domain == NimboErrorDomain() ? static_cast<ErrorCode>(code) : ErrorCode::other;
+}
+
+void setError(NSError *error, ErrorCode code, std::string_view reason) {
+  if (error) *error = NSError::errorWithCode(code, reason);
+}
+
+}  // namespace nimbo

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Foundation/NSData.hpp"
+#include "platform/Foundation/NSError.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+// Files are read, never mapped: whoever cuts a mapped file short ends the process that looks behind its new
+// end.
+
+/// The regular file at `path`, open for reading; `*size` gets its size in bytes. What is none is never waited
+/// for. Nothing when it cannot be opened; `*error` says why.
+FileDescriptor openRegularFile(const NSString &path, std::uint64_t *size, NSError *error = nullptr);
+
+/// What the file holds from where the descriptor stands, but no more than `maximumLength` bytes, which is at
+/// most `NSNotFound`. `expectedLength` is a guess; a right one saves copying. Nil when reading fails; `*error`
+/// says why. Throws std::bad_alloc.
+NSData readDataOfFile(const FileDescriptor &file, std::uint64_t expectedLength, std::uint32_t maximumLength,
+                      NSError *error = nullptr);
+
+}  // namespace nimbo

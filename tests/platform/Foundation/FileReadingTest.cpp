@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+
+namespace nimbo {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(NSData, ReadsRegularFilesOnly) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(NSData::dataWithContentsOfFile(folder.write("name\xff", "content")).view(), "content");
+  EXPECT_EQ(NSData::dataWithContentsOfFile(folder.write("empty", "")), NSData::data());
+  EXPECT_GT(NSData::dataWithContentsOfFile(u"/proc/self/status"_ns).length(), 100u);
+
+  ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
+  fs::create_symlink("loop", folder.path() / "loop");
+  const NSString large = folder.write("large", "");
+  fs::resize_file(folder.path() / "large", std::uintmax_t{NSNotFound} + 1);
+  const std::pair<NSString, ErrorCode> cases[] = {
+      {folder.string("missing"), ErrorCode::noSuchFile},
+      {folder.string("empty/x"), ErrorCode::noSuchFile},
+      {folder.string(""), ErrorCode::unreadable},
+      {folder.string("fifo"), ErrorCode::unreadable},
+      {folder.string("loop"), ErrorCode::unreadable},
+      {u"/dev/null"_ns, ErrorCode::unreadable},
+      {u"/proc/self/mem"_ns, ErrorCode::unreadable},
+      {large, ErrorCode::tooLarge},
+      {u"a\0b"_ns, ErrorCode::noSuchFile},
+      {NSString(), ErrorCode::noSuchFile},
+  };
+  for (const auto &[path, code] : cases) {
+    NSError error;
+    EXPECT_FALSE(NSData::dataWithContentsOfFile(path, &error)) << path.UTF8String();
+    EXPECT_EQ(error.errorCode(), code) << path.UTF8String();
+    EXPECT_GT(error.localizedFailureReason.length(), 0u) << path.UTF8String();
+    EXPECT_FALSE(NSData::dataWithContentsOfFile(path)) << path.UTF8String();
+  }
+}
+
+TEST(NSFileManager, SaysWhyAFolderCannotBeListed) {
+  const TemporaryFolder folder;
+  const std::pair<NSString, ErrorCode> cases[] = {
+      {folder.string("missing"), ErrorCode::noSuchFile},
+      {folder.write("file", ""), ErrorCode::unreadable},
+      {folder.string("file/x"), ErrorCode::noSuchFile},
+      {NSString(), ErrorCode::noSuchFile},
+  };
+  for (const auto &[path, code] : cases) {
+    NSError error;
+    EXPECT_FALSE(NSFileManager::contentsOfDirectoryAtPath(path, &error)) << path.UTF8String();
+    EXPECT_EQ(error.errorCode(), code) << path.UTF8String();
+  }
+}
+
+TEST(NSError, CodesOfOtherDomainsAreOther) {
+  EXPECT_EQ(NSError().errorCode(), ErrorCode::none);
+  EXPECT_EQ((NSError{NSURLErrorDomain(), 2}.errorCode()), ErrorCode::other);
+  EXPECT_EQ(NSError::errorWithFileErrno(EACCES).errorCode(), ErrorCode::unreadable);
+  EXPECT_EQ(NSError::errorWithFileErrno(EMFILE).errorCode(), ErrorCode::other);
+}
+
+TEST(RegularFile, IsReadUpToALimit) {
+  const TemporaryFolder folder;
+  const std::string content(10'000, 'x');
+  const NSString path = folder.write("file", content);
+  for (const std::uint64_t expected : {0u, 1u, 9'999u, 10'000u, 20'000u}) {
+    for (const std::uint32_t limit : {0u, 1u, 4'096u, 9'999u, 10'000u, 10'001u, NSNotFound}) {
+      std::uint64_t size = 0;
+      const FileDescriptor file = openRegularFile(path, &size);
+      EXPECT_EQ(size, content.size());
+      EXPECT_EQ(readDataOfFile(file, expected, limit).view(), content.substr(0, limit))
+          << expected << " " << limit;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace nimbo
