@@ -3,7 +3,7 @@
 
 /// Stands in front of the name of a namespace whose functions and classes a library shows to its users:
 /// `namespace NIMBO_PUBLIC nimbo {`. Every public header has it, and no other; all else is hidden.
-#define NIMBO_PUBLIC __attribute__((visibility("default")))
+#define NIMBO_PUBLIC [[gnu::visibility("default")]]
 
 /// Marks a parameter or object that the result borrows from, so that compilers which know the attribute warn
 /// when the result outlives it.
