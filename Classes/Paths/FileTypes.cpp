@@ -46,18 +46,23 @@ std::span<const FileType> fileTypes() {
 }
 
 FileKinds kindsOfExtension(std::u16string_view extension) {
+  // The table's extensions are small already.
   const auto isBefore = [](const FileType &type, std::u16string_view wanted) {
     return std::ranges::lexicographical_compare(type.extension, wanted, {}, {}, toASCIILower<unichar>);
   };
   const auto types = fileTypes();
   const auto type = std::lower_bound(types.begin(), types.end(), extension, isBefore);
-  return type != types.end() && equalsASCIINoCase(extension, type->extension) ? type->kinds : FileKinds::none;
+  const bool isKnown =
+      type != types.end() && std::ranges::equal(type->extension, extension, {}, {}, toASCIILower<unichar>);
+  return isKnown ? type->kinds : FileKinds::none;
 }
 
 std::vector<NSString> extensionsOfKinds(FileKinds kinds) {
+  const auto isListed = [=](const FileType &row) { return intersects(row.kinds, kinds); };
   std::vector<NSString> extensions;
+  extensions.reserve(static_cast<std::size_t>(std::ranges::count_if(kRows, isListed)));
   for (const FileType &row : kRows)
-    if (intersects(row.kinds, kinds)) extensions.push_back(NSString::stringWithUTF8String(row.extension));
+    if (isListed(row)) extensions.push_back(NSString::stringWithCharacters(row.extension));
   return extensions;
 }
 

@@ -54,7 +54,7 @@ inline constexpr std::size_t kLongestFileTypeExtension = 11;
 struct FileType {
   FileKinds kinds;
   /// ASCII without capitals, at most `kLongestFileTypeExtension`.
-  std::string_view extension;
+  std::u16string_view extension;
 };
 
 /// All types, one for each extension, in ascending order of these.
