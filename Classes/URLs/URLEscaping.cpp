@@ -27,7 +27,7 @@ constexpr std::uint32_t nearEnd(std::uint32_t start, std::uint32_t end) {
 /// The value of the escape that `percent` begins, or -1.
 int valueOfEscape(const unichar *percent) {
   const std::uint32_t high = hexDigitValue(percent[1]), low = hexDigitValue(percent[2]);
-  return (high | low) < 16 ? static_cast<int>(16 * high + low) : -1;
+  return high > 15 || low > 15 ? -1 : static_cast<int>(16 * high + low);
 }
 
 /// The index of the first "%" from `start` on; `end` when there is none.

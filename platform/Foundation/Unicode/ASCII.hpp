@@ -56,8 +56,8 @@ constexpr Unit toASCIIUpper(Unit c) {
 template <ASCIICodeUnit Unit>
 constexpr std::uint32_t hexDigitValue(Unit c) {
   if (isASCIIDigit(c)) return static_cast<std::uint32_t>(c - '0');
-  const auto lower = static_cast<Unit>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? static_cast<std::uint32_t>(lower - 'a' + 10) : 16;
+  const std::uint32_t letter = (static_cast<std::uint32_t>(c) | 0x20) - 'a';
+  return letter < 6 ? letter + 10 : 16;
 }
 
 template <ASCIICodeUnit Unit>
@@ -65,15 +65,16 @@ constexpr bool isASCIIHexDigit(Unit c) {
   return hexDigitValue(c) < 16;
 }
 
-/// The hexadecimal digit of the value's lowest four bits.
+/// The hexadecimal digit of the value's lowest four bits, in small letters.
 template <ASCIICodeUnit Unit = char>
 constexpr Unit lowerHexDigit(std::uint32_t value) {
   return static_cast<Unit>("0123456789abcdef"[value & 0xf]);
 }
 
+/// The same in capital letters.
 template <ASCIICodeUnit Unit = char>
 constexpr Unit upperHexDigit(std::uint32_t value) {
-  return toASCIIUpper(lowerHexDigit<Unit>(value));
+  return static_cast<Unit>("0123456789ABCDEF"[value & 0xf]);
 }
 
 /// Whether the text is `lower`, which is ASCII without capitals, but for the case of its letters.
