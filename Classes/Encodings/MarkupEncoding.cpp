@@ -20,10 +20,6 @@ std::u16string_view charsetOfMetaTag(const TagShape &tag) {
   return charset.empty() ? tag.attribute("CHARSET") : charset;
 }
 
-bool isMetaTag(const TagShape &tag) {
-  return tag.isNamed("meta") && tag.tag().size() >= kShortestMetaTag && !tag.isEndTag();
-}
-
 /// Sets the result unless the name is empty, and answers whether it has.
 bool setUnlessEmpty(NSMutableString &result, std::u16string_view charset) {
   if (charset.empty()) return false;
@@ -36,9 +32,17 @@ NSString decoded(std::u16string_view charset) {
 }
 
 bool retrieveEncoding(const TagShape &tag, NSMutableString &result) {
-  if (tag.isNamed("xml") && tag.tag()[1] == u'?') return setUnlessEmpty(result, tag.attribute("ENCODING"));
-  if (isMetaTag(tag)) return setUnlessEmpty(result, decoded(charsetOfMetaTag(tag)).view());
-  return tag.isNamed("body");
+  switch (tag.tagName()) {
+    case TagName::kXml:
+      return tag.tag()[1] == u'?' && setUnlessEmpty(result, tag.attribute("ENCODING"));
+    case TagName::kMeta:
+      return tag.tag().size() >= kShortestMetaTag && !tag.isEndTag() &&
+             setUnlessEmpty(result, decoded(charsetOfMetaTag(tag)).view());
+    case TagName::kBody:
+      return true;
+    default:
+      return false;
+  }
 }
 
 }  // namespace

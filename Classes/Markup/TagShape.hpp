@@ -7,6 +7,7 @@
 
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Markup/TagAttributes.hpp"
+#include "Classes/Markup/TagNames.hpp"
 #include "Classes/Markup/TagScanner.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -14,9 +15,9 @@ namespace NIMBO_PUBLIC nimbo {
 /// What the scanner has found: a tag, comment or marked section, and the text in front of it; or, as an empty
 /// tag, the end of the markup. It borrows the markup, and so do its views.
 ///
-///     void addLink(const TagShape &tag, std::vector<std::u16string> &links) {
-///       if (tag.isStartTag() && tag.isNamed("a")) links.emplace_back(tag.attribute("HREF"));
-///     }
+///     if (tag.isStartTag() && tag.tagName() == TagName::kA) links.emplace_back(tag.attribute("HREF"));
+///     if (tag.isEndTag() && tag.isNamed("my-title")) title = tag.text();
+///     if (tag.kind() == kComment) comments += tag.tag().size();
 class TagShape {
  public:
   /// The ranges are those that a `TagHandler` is told.
@@ -61,6 +62,8 @@ class TagShape {
     return tag()[1] == u'/' ? -1 : 1;
   }
 
+  /// The name that the tag has in any case; `kUnknown` when it has another or none. It is looked up each time.
+  TagName tagName() const { return isOrdinary() ? tagNamed(name()) : TagName::kUnknown; }
   /// Whether the tag has the name, in any case.
   bool isNamed(std::u16string_view name) const {
     return isOrdinary() && nameRange_.length == name.size() &&

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Stripping/StripObjectsHandler.hpp"
 
-#include <algorithm>
-#include <array>
-#include <span>
-
 #include "Classes/Markup/TagHandlers.hpp"
 #include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
@@ -14,13 +10,29 @@ namespace {
 
 using detail::append;
 
-constexpr std::array<std::string_view, 5> kElements = {"APPLET", "AUDIO", "IFRAME", "OBJECT", "VIDEO"};
-/// They have neither content nor an end tag.
-constexpr std::array<std::string_view, 4> kEmptyElements = {"BGSOUND", "EMBED", "IMAGE", "IMG"};
-constexpr std::array<std::string_view, 3> kDetails = {"PARAM", "SOURCE", "TRACK"};
+enum class ObjectPart { kNone, kElement, kEmptyElement, kDetail };
 
-bool isOneOf(const TagShape &tag, std::span<const std::string_view> names) {
-  return std::ranges::any_of(names, [&](std::string_view name) { return tag.isNamed(name); });
+/// An empty element has neither content nor an end tag; a detail only tells about an object.
+ObjectPart objectPartOf(const TagShape &tag) {
+  switch (tag.tagName()) {
+    case TagName::kApplet:
+    case TagName::kAudio:
+    case TagName::kIframe:
+    case TagName::kObject:
+    case TagName::kVideo:
+      return ObjectPart::kElement;
+    case TagName::kBgsound:
+    case TagName::kEmbed:
+    case TagName::kImage:
+    case TagName::kImg:
+      return ObjectPart::kEmptyElement;
+    case TagName::kParam:
+    case TagName::kSource:
+    case TagName::kTrack:
+      return ObjectPart::kDetail;
+    default:
+      return ObjectPart::kNone;
+  }
 }
 
 /// The text that stands for an object; empty when it has none, and for an end tag.
@@ -59,14 +71,13 @@ void stripObject(const TagShape &tag, bool hasContent, StripObjectsContext &cont
 }
 
 void stripObjects(const TagShape &tag, StripObjectsContext &context) {
-  const bool hasContent = isOneOf(tag, kElements);
-  const bool isObject = hasContent || isOneOf(tag, kEmptyElements);
-  if (isObject || isOneOf(tag, kDetails)) {
+  const ObjectPart part = objectPartOf(tag);
+  if (part != ObjectPart::kNone) {
     if (context.result)
       appendText(context, tag.text());
     else
       append(context.result.emplace(), tag.allBefore());
-    if (isObject) stripObject(tag, hasContent, context);
+    if (part != ObjectPart::kDetail) stripObject(tag, part == ObjectPart::kElement, context);
   } else if (context.result) {
     appendText(context, tag.text());
     append(*context.result, tag.tag());

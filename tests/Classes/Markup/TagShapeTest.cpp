@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -73,9 +74,36 @@ TEST(TagShape, IsNamedWithoutRegardToCase) {
   });
 }
 
+/// Each name is found in upper, lower and mixed case, and not with a letter more or less.
+TEST(TagNames, AreFoundInAnyCase) {
+  constexpr std::u16string_view kNames[] = {
+#define NIMBO_TAG_NAME(name) u"" #name,
+      NIMBO_TAG_NAMES(NIMBO_TAG_NAME)
+#undef NIMBO_TAG_NAME
+  };
+  ASSERT_EQ(std::size(kNames) + 1, kTagNames);
+  for (std::size_t i = 0; i < std::size(kNames); ++i) {
+    const std::u16string mixed(kNames[i]);
+    std::u16string upper, lower;
+    for (const unichar c : mixed) {
+      upper += c >= u'a' ? static_cast<unichar>(c - 32) : c;
+      lower += c >= u'A' && c <= u'Z' ? static_cast<unichar>(c + 32) : c;
+    }
+    for (const std::u16string &name : {mixed, upper, lower})
+      EXPECT_EQ(tagNamed(name), static_cast<TagName>(i + 1))
+          << NSString::stringWithCharacters(name).UTF8String();
+    EXPECT_NE(tagNamed(upper + u'Q'), static_cast<TagName>(i + 1));
+    EXPECT_NE(tagNamed(lower.substr(1)), static_cast<TagName>(i + 1));
+  }
+  for (const std::u16string_view name : {u"", u"\u017fub", u"l\u0131", u"im-g", u"blockquotes", u"\0b"})
+    EXPECT_EQ(tagNamed(name), TagName::kUnknown);
+  scanTags(u"<!-- <p> --><![CDATA[p]]>",
+           [](const TagShape &tag) { EXPECT_EQ(tag.tagName(), TagName::kUnknown); });
+}
+
 bool countUntilBody(const TagShape &tag, int &count) {
   ++count;
-  return tag.isNamed("body");
+  return tag.tagName() == TagName::kBody;
 }
 
 void count(const TagShape &, int &calls) {
