@@ -76,18 +76,19 @@ std::string JSONFromValue(const id &value, bool pretty) {
   return convert(value).dump(pretty ? 2 : -1);
 }
 
-void reserveStandardStreams() {
+void prepareStandardStreams() {
+  std::signal(SIGPIPE, SIG_IGN);
   for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
     if (::fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 void writeOutput(std::string_view text) {
-  // Only from here on, since a helper that was started would inherit it.
-  std::signal(SIGPIPE, SIG_IGN);
   try {
     writeAll(STDOUT_FILENO, text);
   } catch (const std::system_error &error) {
-    throw OutputError("cannot write to standard output: " + error.code().message());
+    const std::string message = "cannot write to standard output: " + error.code().message();
+    if (error.code() == std::errc::broken_pipe) throw OutputClosed(message);
+    throw OutputError(message);
   }
 }
 

@@ -16,16 +16,24 @@ class OutputError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// The reader of standard output has gone away. That is its own choice, so nobody is told.
+class OutputClosed : public OutputError {
+ public:
+  using OutputError::OutputError;
+};
+
 /// The value as JSON in UTF-8, on one line or indented by two blanks. Dates are ISO 8601 strings, data is
 /// base64; what JSON cannot hold (nil, the null object, numbers that are not finite, dates outside the years 0
 /// to 9999) is null.
 std::string JSONFromValue(const id &value, bool pretty);
 
-/// Gives standard streams that are closed a descriptor that cannot be used, so that no file or socket takes
-/// their place and is written to by mistake.
-void reserveStandardStreams();
+/// Makes writing to a stream without a reader an error instead of the end, and gives standard streams that are
+/// closed a descriptor that cannot be used, so that no file or socket takes their place and is written to by
+/// mistake.
+void prepareStandardStreams();
 
-/// Writes the whole text to standard output. Raises `OutputError`, also when the reader has gone away.
+/// Writes the whole text to standard output. Raises `OutputError`, or `OutputClosed` when the reader has gone
+/// away.
 void writeOutput(std::string_view text);
 /// Writes a string in UTF-8 and a line feed; of nil the line feed. Raises `OutputError`.
 void writeText(const NSString &text);

@@ -43,12 +43,14 @@ int runCommandLine(const std::vector<std::string> &arguments) {
 
 int main(int argumentCount, char **arguments) {
   using namespace nimbo;
-  reserveStandardStreams();
+  prepareStandardStreams();
   try {
     return runCommandLine({arguments, arguments + argumentCount});
   } catch (const UsageError &error) {
     writeMessage(std::string(error.what()) + "; see 'quiverleaf help'");
     return kExitUsage;
+  } catch (const OutputClosed &) {
+    return kExitOutputFailed;
   } catch (const OutputError &error) {
     writeMessage(error.what());
     return kExitOutputFailed;
