@@ -2,7 +2,7 @@
 """Runs a command where a faulty program can neither reach other processes nor write to a disk.
 
 `confined` starts this file as a program, in namespaces of its own. Everything is read-only but temporary folders in
-memory; the network is a loopback that nobody else uses. The folder `top` stays visible even in a temporary one.
+memory, and the folder `top`, whose changes stay in memory, too; the network is a loopback that nobody else uses.
 """
 
 import ctypes
@@ -14,6 +14,7 @@ import struct
 import sys
 
 TEMPORARY = ("/tmp", "/var/tmp", "/dev/shm", "/run")
+SCRATCH = "/run/scratch"
 TEMPORARY_OPTIONS = b"mode=1777,size=1g"
 WRITABLE_BYTES_PER_PROCESS = 6 << 30
 
@@ -68,8 +69,12 @@ def hide_disks(top):
     if not os.path.isdir(top):
         os.makedirs(top)
         mount(b"/proc/self/fd/%d" % folder, os.fsencode(top), None, MS_BIND)
-        make_read_only(os.fsencode(top))
     os.close(folder)
+    # What is written below the folder stays in memory, too.
+    os.makedirs(SCRATCH + "/written")
+    os.makedirs(SCRATCH + "/work")
+    layers = f"lowerdir={top},upperdir={SCRATCH}/written,workdir={SCRATCH}/work"
+    mount(b"overlay", os.fsencode(top), b"overlay", MS_NOSUID | MS_NODEV, os.fsencode(layers))
 
 
 def start_loopback():
