@@ -36,6 +36,7 @@ JSON convert(const id &value);
 struct Converter {
   JSON operator()(std::monostate) const { return nullptr; }
   JSON operator()(NSNull) const { return nullptr; }
+  JSON operator()(const SharedPointer<NSObject> &) const { return nullptr; }
   JSON operator()(bool value) const { return value; }
   JSON operator()(std::int64_t value) const { return value; }
   JSON operator()(double value) const { return value; }

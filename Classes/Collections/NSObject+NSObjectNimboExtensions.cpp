@@ -24,14 +24,14 @@ id getSafeValueForKey(const NSObject &object, const NSString &key) {
   }
 }
 
-void cancelPreviousPerformRequestsAndPerformSelector(const std::shared_ptr<NSObject> &object,
+void cancelPreviousPerformRequestsAndPerformSelector(const SharedPointer<NSObject> &object,
                                                      const NSString &selector, const id &argument,
                                                      double delaySeconds) {
   cancelPreviousPerformRequests(object, selector, argument);
   performSelectorAfterDelay(object, selector, argument, delaySeconds);
 }
 
-void cancelPreviousPerformRequestsAndPerformSelector(const std::shared_ptr<NSObject> &object,
+void cancelPreviousPerformRequestsAndPerformSelector(const SharedPointer<NSObject> &object,
                                                      const NSString &selector, const id &argument,
                                                      double delaySeconds,
                                                      const std::vector<NSString> &inModes) {

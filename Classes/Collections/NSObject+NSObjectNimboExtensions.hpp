@@ -14,12 +14,12 @@ id getSafeValueForKey(const NSObject &object, const NSString &key);
 
 /// Takes back delayed requests of this thread for the same receiver and selector with an equal argument, then
 /// asks again, as `performSelectorAfterDelay`.
-void cancelPreviousPerformRequestsAndPerformSelector(const std::shared_ptr<NSObject> &object,
+void cancelPreviousPerformRequestsAndPerformSelector(const SharedPointer<NSObject> &object,
                                                      const NSString &selector, const id &argument,
                                                      double delaySeconds);
 /// The run loop has one mode, in which it serves everything, so that all names mean that one. With no mode the
 /// earlier requests are taken back and none is made.
-void cancelPreviousPerformRequestsAndPerformSelector(const std::shared_ptr<NSObject> &object,
+void cancelPreviousPerformRequestsAndPerformSelector(const SharedPointer<NSObject> &object,
                                                      const NSString &selector, const id &argument,
                                                      double delaySeconds, const std::vector<NSString> &inModes);
 

@@ -5,29 +5,39 @@
 
 namespace nimbo {
 
-NSArray::NSArray(std::initializer_list<id> elements) : elements_(std::make_shared<std::vector<id>>(elements)) {}
+struct detail::ArrayStorage : ReferenceCounted {
+  explicit ArrayStorage(std::vector<id> objects) noexcept : elements(std::move(objects)) {}
 
-NSArray::NSArray(std::vector<id> elements)
-    : elements_(std::make_shared<std::vector<id>>(std::move(elements))) {}
+  std::vector<id> elements;
+};
+
+template <>
+void destroyShared<detail::ArrayStorage>(ReferenceCounted *storage) noexcept {
+  delete static_cast<detail::ArrayStorage *>(storage);
+}
+
+NSArray::NSArray(std::initializer_list<id> elements) : NSArray(std::vector<id>(elements)) {}
+
+NSArray::NSArray(std::vector<id> elements) : storage_(makeShared<Storage>(std::move(elements))) {}
 
 NSArray NSArray::array() {
   return NSArray(std::vector<id>());
 }
 
 std::uint32_t NSArray::count() const noexcept {
-  return elements_ ? static_cast<std::uint32_t>(elements_->size()) : 0;
+  return storage_ ? static_cast<std::uint32_t>(storage_->elements.size()) : 0;
 }
 
 const id &NSArray::operator[](std::uint32_t index) const noexcept {
-  return (*elements_)[index];
+  return storage_->elements[index];
 }
 
 const id *NSArray::begin() const noexcept {
-  return elements_ ? elements_->data() : nullptr;
+  return storage_ ? storage_->elements.data() : nullptr;
 }
 
 const id *NSArray::end() const noexcept {
-  return elements_ ? elements_->data() + elements_->size() : nullptr;
+  return storage_ ? storage_->elements.data() + storage_->elements.size() : nullptr;
 }
 
 void NSArray::addObject(id object) {
@@ -63,15 +73,16 @@ std::size_t NSArray::hash() const noexcept {
 }
 
 std::vector<id> &NSArray::own() {
-  if (!elements_)
-    elements_ = std::make_shared<std::vector<id>>();
-  else if (elements_.use_count() > 1)
-    elements_ = std::make_shared<std::vector<id>>(*elements_);
-  return *elements_;
+  if (!storage_)
+    storage_ = makeShared<Storage>(std::vector<id>());
+  else if (!storage_.isUnique())
+    storage_ = makeShared<Storage>(*storage_);
+  return storage_->elements;
 }
 
 bool NSArray::operator==(const NSArray &other) const {
-  return elements_ == other.elements_ || (elements_ && other.elements_ && *elements_ == *other.elements_);
+  return storage_ == other.storage_ ||
+         (storage_ && other.storage_ && storage_->elements == other.storage_->elements);
 }
 
 }  // namespace nimbo

@@ -3,19 +3,27 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
-#include "platform/Foundation/Attributes.hpp"
+#include "platform/Foundation/SharedPointer.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
 class id;
 
+namespace detail {
+struct ArrayStorage;
+}
+template <>
+NIMBO_PUBLIC void destroyShared<detail::ArrayStorage>(ReferenceCounted *storage) noexcept;
+
 /// An ordered list of property-list values: a handle whose copies share their storage until one of them is
 /// changed. A default-made one is nil: it tests false, has no elements and equals only nil; the first change
 /// makes it an array.
+///
+/// A handle may be copied and read from any thread; one handle is changed by one.
 class NSArray {
  public:
   NSArray() noexcept = default;
@@ -41,19 +49,24 @@ class NSArray {
   /// copied or changed otherwise.
   std::span<id> mutableObjects();
 
-  explicit operator bool() const noexcept { return elements_ != nullptr; }
+  explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both are the same storage (or both nil).
-  bool identicalTo(const NSArray &other) const noexcept { return elements_ == other.elements_; }
-  std::size_t identityHash() const noexcept { return std::hash<const void *>()(elements_.get()); }
+  bool identicalTo(const NSArray &other) const noexcept { return storage_ == other.storage_; }
+  std::size_t identityHash() const noexcept { return storage_.hash(); }
   /// Of the elements and their order.
   std::size_t hash() const noexcept;
   /// Equal elements in the same order; nil equals only nil.
   bool operator==(const NSArray &other) const;
 
  private:
+  friend class id;
+
+  using Storage = detail::ArrayStorage;
+
+  explicit NSArray(SharedPointer<Storage> storage) noexcept : storage_(std::move(storage)) {}
   std::vector<id> &own();
 
-  std::shared_ptr<std::vector<id>> elements_;
+  SharedPointer<Storage> storage_;
 };
 
 }  // namespace nimbo

@@ -35,7 +35,7 @@ class PartStorage final : public DataStorage {
 detail::DataStorage::~DataStorage() = default;
 
 NSData NSData::data() {
-  return NSData(new DataStorage(nullptr, 0));
+  return NSData(makeShared<DataStorage>(nullptr, 0));
 }
 
 NSData NSData::dataWithBytes(const void *bytes, std::size_t length) {
@@ -50,9 +50,10 @@ NSData NSData::dataWithBytes(const void *bytes, std::size_t length) {
 NSData NSData::dataWithMallocedBytes(void *bytes, std::size_t length) {
   std::unique_ptr<void, decltype(&std::free)> owner(bytes, &std::free);
   if (length > NSNotFound) return NSData();
-  auto *storage = new MallocedStorage(static_cast<std::uint8_t *>(bytes), static_cast<std::uint32_t>(length));
+  NSData data(
+      makeShared<MallocedStorage>(static_cast<std::uint8_t *>(bytes), static_cast<std::uint32_t>(length)));
   (void)owner.release();
-  return NSData(storage);
+  return data;
 }
 
 NSData NSData::dataWithContentsOfFile(const NSString &path, NSError *error) {
@@ -71,7 +72,7 @@ NSData NSData::subdataWithRange(NSRange range) const {
   const std::uint32_t count = std::min(range.length, length() - location);
   if (count == length()) return *this;
   if (count == 0) return data();
-  return NSData(new PartStorage(*this, location, count));
+  return NSData(makeShared<PartStorage>(*this, location, count));
 }
 
 }  // namespace nimbo

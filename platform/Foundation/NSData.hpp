@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -17,14 +16,12 @@ struct NSError;
 namespace detail {
 
 /// What a data object stands on: heap bytes, or a part of another data object.
-class DataStorage {
+class DataStorage : public ReferenceCounted {
  public:
   DataStorage(const std::uint8_t *first, std::uint32_t count) : bytes(first), length(count) {}
   DataStorage(const DataStorage &) = delete;
-  DataStorage &operator=(const DataStorage &) = delete;
   virtual ~DataStorage();
 
-  std::atomic<std::uint32_t> references = 1;
   const std::uint8_t *const bytes;
   const std::uint32_t length;
 };
@@ -32,23 +29,12 @@ class DataStorage {
 }  // namespace detail
 
 /// Immutable bytes: a handle, one pointer wide, to shared storage. A default-made one is nil: it tests false,
-/// has length 0 and equals only nil. Reference counts are atomic.
+/// has length 0 and equals only nil.
+///
+/// A handle may be copied and read from any thread; one handle is changed by one.
 class NSData {
  public:
   constexpr NSData() noexcept = default;
-  NSData(const NSData &other) noexcept : storage_(other.storage_) {
-    if (storage_) storage_->references.fetch_add(1, std::memory_order_relaxed);
-  }
-  NSData(NSData &&other) noexcept : storage_(std::exchange(other.storage_, nullptr)) {}
-  NSData &operator=(NSData other) noexcept {
-    std::swap(storage_, other.storage_);
-    return *this;
-  }
-  ~NSData() {
-    // The analyzer does not see that the last reference is the last.
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete)
-    if (storage_ && storage_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) delete storage_;
-  }
 
   /// An empty data object.
   static NSData data();
@@ -70,19 +56,23 @@ class NSData {
   /// The bytes of `range`, cut to this object's bounds; they share this object's storage.
   NSData subdataWithRange(NSRange range) const;
 
-  explicit operator bool() const noexcept { return storage_ != nullptr; }
+  explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   bool identicalTo(const NSData &other) const noexcept { return storage_ == other.storage_; }
   std::size_t hash() const noexcept { return std::hash<std::string_view>()(view()); }
-  std::size_t identityHash() const noexcept { return std::hash<const void *>()(storage_); }
+  std::size_t identityHash() const noexcept { return storage_.hash(); }
   /// Equal bytes; nil equals only nil.
   friend bool operator==(const NSData &a, const NSData &b) noexcept {
     return a.storage_ == b.storage_ || (a.storage_ && b.storage_ && a.view() == b.view());
   }
 
  private:
-  explicit NSData(detail::DataStorage *storage) noexcept : storage_(storage) {}
+  friend class id;
 
-  detail::DataStorage *storage_ = nullptr;
+  using Storage = detail::DataStorage;
+
+  explicit NSData(SharedPointer<Storage> storage) noexcept : storage_(std::move(storage)) {}
+
+  SharedPointer<Storage> storage_;
 };
 
 }  // namespace nimbo

@@ -9,7 +9,8 @@
 namespace nimbo {
 
 /// Few entries are searched in order; more have a hash index of all keys.
-struct NSDictionary::Storage {
+struct detail::DictionaryStorage : ReferenceCounted {
+  using Entry = NSDictionary::Entry;
   static constexpr std::size_t kIndexedFrom = 16;
   static constexpr std::size_t kNone = SIZE_MAX;
 
@@ -32,13 +33,18 @@ struct NSDictionary::Storage {
   }
 };
 
-NSDictionary::NSDictionary(std::initializer_list<Entry> entries) : storage_(std::make_shared<Storage>()) {
+template <>
+void destroyShared<detail::DictionaryStorage>(ReferenceCounted *storage) noexcept {
+  delete static_cast<detail::DictionaryStorage *>(storage);
+}
+
+NSDictionary::NSDictionary(std::initializer_list<Entry> entries) : storage_(makeShared<Storage>()) {
   for (const auto &[key, value] : entries) setObject(value, key);
 }
 
 NSDictionary NSDictionary::dictionary() {
   NSDictionary result;
-  result.storage_ = std::make_shared<Storage>();
+  result.storage_ = makeShared<Storage>();
   return result;
 }
 
@@ -99,9 +105,9 @@ std::size_t NSDictionary::hash() const noexcept {
 
 NSDictionary::Storage &NSDictionary::own() {
   if (!storage_)
-    storage_ = std::make_shared<Storage>();
-  else if (storage_.use_count() > 1)
-    storage_ = std::make_shared<Storage>(*storage_);
+    storage_ = makeShared<Storage>();
+  else if (!storage_.isUnique())
+    storage_ = makeShared<Storage>(*storage_);
   return *storage_;
 }
 

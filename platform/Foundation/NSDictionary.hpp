@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -13,9 +12,18 @@ namespace NIMBO_PUBLIC nimbo {
 
 class id;
 
+namespace detail {
+struct DictionaryStorage;
+}  // namespace detail
+
+template <>
+NIMBO_PUBLIC void destroyShared<detail::DictionaryStorage>(ReferenceCounted *storage) noexcept;
+
 /// Property-list values under string keys, in the order in which the keys were first set: a handle whose copies
 /// share their storage until one of them is changed. A default-made one is nil: it tests false, has no entries
 /// and equals only nil; the first change makes it a dictionary. Nil values are never stored.
+///
+/// A handle may be copied and read from any thread; one handle is changed by one.
 class NSDictionary {
  public:
   using Entry = std::pair<NSString, id>;
@@ -38,20 +46,24 @@ class NSDictionary {
   void removeObjectForKey(const NSString &key);
   void addEntriesFromDictionary(const NSDictionary &other);
 
-  explicit operator bool() const noexcept { return storage_ != nullptr; }
+  explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both are the same storage (or both nil).
   bool identicalTo(const NSDictionary &other) const noexcept { return storage_ == other.storage_; }
-  std::size_t identityHash() const noexcept { return std::hash<const void *>()(storage_.get()); }
+  std::size_t identityHash() const noexcept { return storage_.hash(); }
   /// Of the entries, in whatever order.
   std::size_t hash() const noexcept;
   /// The same keys with equal values, in any order; nil equals only nil.
   bool operator==(const NSDictionary &other) const;
 
  private:
-  struct Storage;
+  friend class id;
+
+  using Storage = detail::DictionaryStorage;
+
+  explicit NSDictionary(SharedPointer<Storage> storage) noexcept : storage_(std::move(storage)) {}
   Storage &own();
 
-  std::shared_ptr<Storage> storage_;
+  SharedPointer<Storage> storage_;
 };
 
 }  // namespace nimbo

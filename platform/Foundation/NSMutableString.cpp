@@ -16,10 +16,9 @@ void NSMutableString::destroy(detail::StringStorage *storage) noexcept {
 }
 
 NSMutableString::NSMutableString(NSString &&string) {
-  // The order keeps what others did with the storage in front of what is done now.
-  if (string && string.storage_->references.load(std::memory_order_acquire) == 1) {
+  if (string && string.storage_.isUnique()) {
     capacity_ = string.length();
-    storage_ = std::exchange(string.storage_, nullptr);
+    storage_ = string.storage_.detach();
   } else {
     appendString(std::exchange(string, NSString()));
   }
@@ -32,7 +31,7 @@ void NSMutableString::reallocate(std::uint32_t capacity) {
   if (storage_)
     storage_ = static_cast<detail::StringStorage *>(memory);
   else
-    storage_ = new (memory) detail::StringStorage{1, 0};
+    storage_ = new (memory) detail::StringStorage();
   capacity_ = capacity;
 }
 
@@ -95,7 +94,7 @@ NSString NSMutableString::string() && {
   if (length() == 0) return NSString::string();
   if (capacity_ / 2 > length()) reallocate(length());
   capacity_ = 0;
-  return NSString(std::exchange(storage_, nullptr));
+  return NSString(SharedPointer<detail::StringStorage>::adopt(std::exchange(storage_, nullptr)));
 }
 
 }  // namespace nimbo

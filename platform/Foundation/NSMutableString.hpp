@@ -58,7 +58,7 @@ class NSMutableString {
   }
 
  private:
-  friend class NSString;
+  friend void destroyShared<detail::StringStorage>(ReferenceCounted *storage) noexcept;
 
   static void destroy(detail::StringStorage *storage) noexcept;
   unichar *extend(std::uint32_t count);

@@ -37,6 +37,11 @@ id classNameOf(const NSObject &receiver) {
 
 }  // namespace
 
+template <>
+void destroyShared<NSObject>(ReferenceCounted *object) noexcept {
+  delete static_cast<NSObject *>(object);
+}
+
 NSObject::~NSObject() = default;
 
 const ClassDescription &NSObject::rootClass() {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -32,12 +31,12 @@ struct ClassDescription {
 };
 
 /// The root class: objects that are asked by name. It knows the selectors "className", "isKindOfClass:" (with a
-/// name), "respondsToSelector:" and "valueForKey:", and the key "className".
-class NSObject {
+/// name), "respondsToSelector:" and "valueForKey:", and the key "className". Objects that are shared, as by a
+/// value, are made by `makeShared`.
+class NSObject : public ReferenceCounted {
  public:
   NSObject() = default;
   NSObject(const NSObject &) = delete;
-  NSObject &operator=(const NSObject &) = delete;
   virtual ~NSObject();
 
   static const ClassDescription &rootClass();
@@ -59,11 +58,11 @@ class NSObject {
 
 /// Sends the message from the run loop of the calling thread, which must run it, when so many seconds are over.
 /// The request keeps the receiver and the argument. What the receiver raises is logged.
-void performSelectorAfterDelay(const std::shared_ptr<NSObject> &receiver, const NSString &selector,
+void performSelectorAfterDelay(const SharedPointer<NSObject> &receiver, const NSString &selector,
                                const id &argument, double delaySeconds);
 
 /// Takes back what was asked for in the same thread with the same receiver and selector and an equal argument.
-void cancelPreviousPerformRequests(const std::shared_ptr<NSObject> &receiver, const NSString &selector,
+void cancelPreviousPerformRequests(const SharedPointer<NSObject> &receiver, const NSString &selector,
                                    const id &argument);
 
 }  // namespace nimbo

@@ -8,25 +8,28 @@
 namespace nimbo {
 namespace {
 
-struct Request {
-  std::shared_ptr<NSObject> receiver;
+struct Request : ReferenceCounted {
+  Request(const SharedPointer<NSObject> &to, const NSString &message, const id &with)
+      : receiver(to), selector(message), argument(with) {}
+
+  SharedPointer<NSObject> receiver;
   NSString selector;
   id argument;
   NSRunLoop::Timer timer = 0;
 };
 
 /// The calling thread's requests that have not been performed.
-std::vector<std::shared_ptr<Request>> &pendingRequests() {
-  static thread_local std::vector<std::shared_ptr<Request>> requests;
+std::vector<SharedPointer<Request>> &pendingRequests() {
+  static thread_local std::vector<SharedPointer<Request>> requests;
   return requests;
 }
 
 }  // namespace
 
-void performSelectorAfterDelay(const std::shared_ptr<NSObject> &receiver, const NSString &selector,
+void performSelectorAfterDelay(const SharedPointer<NSObject> &receiver, const NSString &selector,
                                const id &argument, double delaySeconds) {
   if (!receiver) return;
-  const auto request = std::make_shared<Request>(Request{receiver, selector, argument});
+  const auto request = makeShared<Request>(receiver, selector, argument);
   request->timer = NSRunLoop::currentRunLoop().performAfterDelay(delaySeconds, [request] {
     std::erase(pendingRequests(), request);
     request->receiver->performSelector(request->selector, request->argument);
@@ -34,14 +37,14 @@ void performSelectorAfterDelay(const std::shared_ptr<NSObject> &receiver, const 
   pendingRequests().push_back(request);
 }
 
-void cancelPreviousPerformRequests(const std::shared_ptr<NSObject> &receiver, const NSString &selector,
+void cancelPreviousPerformRequests(const SharedPointer<NSObject> &receiver, const NSString &selector,
                                    const id &argument) {
   auto &pending = pendingRequests();
   const auto first = std::stable_partition(pending.begin(), pending.end(), [&](const auto &request) {
     return request->receiver != receiver || request->selector != selector || request->argument != argument;
   });
   // They leave the list before they are freed: what a receiver's end does may come back here.
-  const std::vector<std::shared_ptr<Request>> cancelled(first, pending.end());
+  const std::vector<SharedPointer<Request>> cancelled(first, pending.end());
   pending.erase(first, pending.end());
   for (const auto &request : cancelled) NSRunLoop::currentRunLoop().cancel(request->timer);
 }

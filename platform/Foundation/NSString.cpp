@@ -31,6 +31,11 @@ NSString decodeUTF8(std::string_view bytes, UChar32 replacement) {
 
 }  // namespace
 
+template <>
+void destroyShared<detail::StringStorage>(ReferenceCounted *storage) noexcept {
+  NSMutableString::destroy(static_cast<detail::StringStorage *>(storage));
+}
+
 NSString NSString::string() noexcept {
   return u""_ns;
 }
@@ -115,12 +120,6 @@ std::optional<std::string> NSString::fileSystemRepresentation() const {
     }
   }
   return bytes;
-}
-
-void NSString::release() noexcept {
-  if (!storage_ || (storage_->references.load(std::memory_order_relaxed) & detail::StringStorage::kImmortal))
-    return;
-  if (storage_->references.fetch_sub(1, std::memory_order_acq_rel) == 1) NSMutableString::destroy(storage_);
 }
 
 }  // namespace nimbo

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -10,18 +9,20 @@
 #include <utility>
 
 #include "platform/Foundation/NSRange.hpp"
+#include "platform/Foundation/SharedPointer.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
 namespace detail {
 
 /// The head of a string's storage; the units follow it directly.
-struct StringStorage {
-  /// Set in `references` of storage that lives as long as the process and is never counted.
-  static constexpr std::uint32_t kImmortal = 0x80000000;
+struct StringStorage : ReferenceCounted {
+  constexpr StringStorage() noexcept = default;
+  constexpr StringStorage(Immortal immortal, std::uint32_t count) noexcept
+      : ReferenceCounted(immortal), length(count) {}
+  StringStorage(const StringStorage &) = delete;
 
-  std::atomic<std::uint32_t> references;
-  std::uint32_t length;
+  std::uint32_t length = 0;
 
   unichar *units() { return reinterpret_cast<unichar *>(this + 1); }
 };
@@ -44,31 +45,24 @@ template <StringLiteral Text>
 inline constinit LiteralStorage<sizeof(Text.units) / sizeof(char16_t)> literalStorage = [] {
   constexpr std::size_t count = sizeof(Text.units) / sizeof(char16_t);
   return [&]<std::size_t... I>(std::index_sequence<I...>) {
-    return LiteralStorage<count>{{StringStorage::kImmortal, count - 1}, {Text.units[I]...}};
+    return LiteralStorage<count>{{StringStorage::Immortal(), count - 1}, {Text.units[I]...}};
   }
   (std::make_index_sequence<count>());
 }();
 
 }  // namespace detail
 
+template <>
+NIMBO_PUBLIC void destroyShared<detail::StringStorage>(ReferenceCounted *storage) noexcept;
+
 /// An immutable UTF-16 string: a handle, one pointer wide, to shared storage. A default-made one is nil: it
 /// tests false, has length 0 and equals only nil. Nil, empty and "the same storage" (`identicalTo`) can be told
-/// apart. Copying a handle counts a reference atomically; strings may be read from any thread.
+/// apart.
+///
+/// A handle may be copied and read from any thread; one handle is changed by one.
 class NSString {
  public:
   constexpr NSString() noexcept = default;
-  NSString(const NSString &other) noexcept : storage_(other.storage_) { retain(); }
-  NSString(NSString &&other) noexcept : storage_(other.storage_) { other.storage_ = nullptr; }
-  NSString &operator=(const NSString &other) noexcept {
-    NSString copy(other);
-    swap(copy);
-    return *this;
-  }
-  NSString &operator=(NSString &&other) noexcept {
-    swap(other);
-    return *this;
-  }
-  ~NSString() { release(); }
 
   /// The shared empty string.
   static NSString string() noexcept;
@@ -100,7 +94,7 @@ class NSString {
   /// nil, empty, when it holds U+0000 or a lone surrogate that stands for no byte.
   std::optional<std::string> fileSystemRepresentation() const;
 
-  explicit operator bool() const noexcept { return storage_ != nullptr; }
+  explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both are the same storage (or both nil).
   bool identicalTo(const NSString &other) const noexcept { return storage_ == other.storage_; }
   /// Equal units; nil equals only nil.
@@ -108,31 +102,27 @@ class NSString {
     return a.storage_ == b.storage_ || (a.storage_ && b.storage_ && a.view() == b.view());
   }
   std::size_t hash() const noexcept { return std::hash<std::u16string_view>()(view()); }
-  std::size_t identityHash() const noexcept { return std::hash<const void *>()(storage_); }
+  std::size_t identityHash() const noexcept { return storage_.hash(); }
 
-  void swap(NSString &other) noexcept { std::swap(storage_, other.storage_); }
+  void swap(NSString &other) noexcept { storage_.swap(other.storage_); }
 
  private:
   friend class NSMutableString;
+  friend class id;
   template <detail::StringLiteral Text>
   friend NSString operator""_ns();
 
-  /// Takes over one reference.
-  explicit NSString(detail::StringStorage *storage) noexcept : storage_(storage) {}
+  using Storage = detail::StringStorage;
 
-  void retain() noexcept {
-    if (storage_ && !(storage_->references.load(std::memory_order_relaxed) & detail::StringStorage::kImmortal))
-      storage_->references.fetch_add(1, std::memory_order_relaxed);
-  }
-  void release() noexcept;
+  explicit NSString(SharedPointer<Storage> storage) noexcept : storage_(std::move(storage)) {}
 
-  detail::StringStorage *storage_ = nullptr;
+  SharedPointer<Storage> storage_;
 };
 
 /// A literal's storage is made at compile time: `u"text"_ns` neither allocates nor counts.
 template <detail::StringLiteral Text>
 NSString operator""_ns() {
-  return NSString(&detail::literalStorage<Text>.head);
+  return NSString(SharedPointer<detail::StringStorage>::adopt(&detail::literalStorage<Text>.head));
 }
 
 struct NSStringHash {

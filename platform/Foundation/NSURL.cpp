@@ -15,11 +15,17 @@
 
 namespace nimbo {
 
-struct NSURL::Storage {
-  NSString relativeString;
-  NSURL base;
-  NSString absoluteString;
-  URIParts parts;
+struct detail::URLStorage : ReferenceCounted {
+  URLStorage(NSString relative, NSURL baseURL, NSString absolute, const URIParts &partsOfAbsolute) noexcept
+      : relativeString(std::move(relative)),
+        base(std::move(baseURL)),
+        absoluteString(std::move(absolute)),
+        parts(partsOfAbsolute) {}
+
+  const NSString relativeString;
+  const NSURL base;
+  const NSString absoluteString;
+  const URIParts parts;
 
   NSString part(NSRange range) const {
     return range.location == NSNotFound ? NSString() : absoluteString.substringWithRange(range);
@@ -28,6 +34,11 @@ struct NSURL::Storage {
     return absoluteString.view().substr(parts.path.location, parts.path.length);
   }
 };
+
+template <>
+void destroyShared<detail::URLStorage>(ReferenceCounted *storage) noexcept {
+  delete static_cast<detail::URLStorage *>(storage);
+}
 
 namespace {
 
@@ -51,8 +62,8 @@ NSRange behind(NSRange range, std::uint32_t length) {
 }  // namespace
 
 NSURL NSURL::make(NSString relativeString, NSURL base, NSString absoluteString, const URIParts &parts) {
-  return NSURL(std::make_shared<const Storage>(
-      Storage{std::move(relativeString), std::move(base), std::move(absoluteString), parts}));
+  return NSURL(
+      makeShared<Storage>(std::move(relativeString), std::move(base), std::move(absoluteString), parts));
 }
 
 NSURL NSURL::URLWithString(const NSString &string) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <utility>
 
@@ -11,6 +10,12 @@
 namespace NIMBO_PUBLIC nimbo {
 
 struct URIParts;
+
+namespace detail {
+struct URLStorage;
+}
+template <>
+NIMBO_PUBLIC void destroyShared<detail::URLStorage>(ReferenceCounted *storage) noexcept;
 
 /// A URL by RFC 3986, absolute or relative to a base: an immutable handle whose copies share their storage. A
 /// default-made one is nil: it tests false, all its parts are nil, and it equals only nil.
@@ -24,6 +29,8 @@ struct URIParts;
 ///     |      |                       the path
 ///     |      the resource specifier begins two units before
 ///     the scheme
+///
+/// A handle may be copied and read from any thread; one handle is changed by one.
 class NSURL {
  public:
   NSURL() noexcept = default;
@@ -83,19 +90,19 @@ class NSURL {
   /// Whether there is a scheme and no "/" follows it: nothing but the scheme tells what the rest means.
   bool isOpaque() const;
 
-  explicit operator bool() const noexcept { return storage_ != nullptr; }
+  explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Equal strings, and equal bases. Two URLs with the same target may differ. Nil equals only nil.
   bool operator==(const NSURL &other) const;
   std::size_t hash() const noexcept;
 
  private:
-  struct Storage;
+  using Storage = detail::URLStorage;
 
   NSString decodedPath(bool withParameters) const;
   static NSURL make(NSString relativeString, NSURL base, NSString absoluteString, const URIParts &parts);
-  explicit NSURL(std::shared_ptr<const Storage> storage) noexcept : storage_(std::move(storage)) {}
+  explicit NSURL(SharedPointer<Storage> storage) noexcept : storage_(std::move(storage)) {}
 
-  std::shared_ptr<const Storage> storage_;
+  SharedPointer<Storage> storage_;
 };
 
 }  // namespace nimbo

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 #include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "platform/Foundation/NSArray.hpp"
@@ -13,6 +15,10 @@
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
+
+class NSObject;
+template <>
+NIMBO_PUBLIC void destroyShared<NSObject>(ReferenceCounted *object) noexcept;
 
 /// A hash of two things in this order, of their hashes.
 constexpr std::size_t combinedHash(std::size_t first, std::size_t second) {
@@ -24,55 +30,105 @@ struct NSNull {
   friend bool operator==(NSNull, NSNull) = default;
 };
 
-/// A property-list value of any kind. A default-made one is nil, and so is one made of a nil handle.
-/// Copies share their storage.
+/// A property-list value of any kind, or an object, which stands in no property list. A default-made one is
+/// nil, and so is one made of a nil handle. Copies share their storage.
+///
+/// It may be copied and read from any thread; one is changed by one.
 class id {
  public:
   id() noexcept = default;
-  id(NSNull null) noexcept : value_(null) {}
+  id(NSNull) noexcept : kind_(Kind::null) {}
   template <class T>
   requires std::is_arithmetic_v<T> id(T number)
-  noexcept : value_(numberValue(number)) {}
-  id(NSDate date) noexcept : value_(date) {}
-  id(NSString string) noexcept {
-    if (string) value_ = std::move(string);
+  noexcept : kind_(kindOfNumber<T>()) {
+    if constexpr (std::is_integral_v<T>)
+      payload_.integer = static_cast<std::int64_t>(number);
+    else
+      payload_.real = static_cast<double>(number);
   }
-  id(NSData data) noexcept {
-    if (data) value_ = std::move(data);
+  id(NSDate date) noexcept : kind_(Kind::date), payload_{.real = date.timeIntervalSinceReferenceDate} {}
+  id(NSString string) noexcept : id(Kind::string, string.storage_) {}
+  id(NSData data) noexcept : id(Kind::data, data.storage_) {}
+  id(NSArray array) noexcept : id(Kind::array, array.storage_) {}
+  id(NSDictionary dictionary) noexcept : id(Kind::dictionary, dictionary.storage_) {}
+  template <class T>
+  requires std::convertible_to<SharedPointer<T>, SharedPointer<NSObject>> id(SharedPointer<T> object)
+  noexcept : id(Kind::object, object) {}
+
+  id(const id &other) noexcept : kind_(other.kind_), payload_(other.payload_) {
+    if (isCounted()) payload_.counted->retain();
   }
-  id(NSArray array) noexcept {
-    if (array) value_ = std::move(array);
+  id(id &&other) noexcept : kind_(std::exchange(other.kind_, Kind::nil)), payload_(other.payload_) {}
+  id &operator=(const id &other) noexcept {
+    id(other).swap(*this);
+    return *this;
   }
-  id(NSDictionary dictionary) noexcept {
-    if (dictionary) value_ = std::move(dictionary);
+  id &operator=(id &&other) noexcept {
+    id(std::move(other)).swap(*this);
+    return *this;
+  }
+  ~id() {
+    if (isCounted() && payload_.counted->release()) destroy();
   }
 
   /// Whether this is anything but nil; false, 0 and null are.
-  explicit operator bool() const noexcept { return !is<std::monostate>(); }
-  bool isNull() const noexcept { return is<NSNull>(); }
-  bool isBoolean() const noexcept { return is<bool>(); }
-  bool isInteger() const noexcept { return is<std::int64_t>(); }
-  bool isReal() const noexcept { return is<double>(); }
+  explicit operator bool() const noexcept { return kind_ != Kind::nil; }
+  bool isNull() const noexcept { return kind_ == Kind::null; }
+  bool isBoolean() const noexcept { return kind_ == Kind::boolean; }
+  bool isInteger() const noexcept { return kind_ == Kind::integer; }
+  bool isReal() const noexcept { return kind_ == Kind::real; }
 
   /// The value when it is of the kind asked for, else nil or nothing.
-  NSString string() const noexcept { return valueOr<NSString>(); }
-  NSData data() const noexcept { return valueOr<NSData>(); }
-  NSArray array() const noexcept { return valueOr<NSArray>(); }
-  NSDictionary dictionary() const noexcept { return valueOr<NSDictionary>(); }
-  std::optional<NSDate> date() const noexcept { return optional<NSDate>(); }
-  std::optional<bool> boolean() const noexcept { return optional<bool>(); }
-  std::optional<std::int64_t> integer() const noexcept { return optional<std::int64_t>(); }
+  NSString string() const noexcept { return handleIf<NSString>(Kind::string); }
+  NSData data() const noexcept { return handleIf<NSData>(Kind::data); }
+  NSArray array() const noexcept { return handleIf<NSArray>(Kind::array); }
+  NSDictionary dictionary() const noexcept { return handleIf<NSDictionary>(Kind::dictionary); }
+  /// The object, or null.
+  SharedPointer<NSObject> object() const noexcept { return pointerIf<NSObject>(Kind::object); }
+  std::optional<NSDate> date() const noexcept {
+    return kind_ == Kind::date ? std::optional(NSDate{payload_.real}) : std::nullopt;
+  }
+  std::optional<bool> boolean() const noexcept {
+    return isBoolean() ? std::optional(payload_.integer != 0) : std::nullopt;
+  }
+  std::optional<std::int64_t> integer() const noexcept {
+    return isInteger() ? std::optional(payload_.integer) : std::nullopt;
+  }
   /// The value of a real or an integer number.
   std::optional<double> real() const noexcept {
-    if (const auto *integer = std::get_if<std::int64_t>(&value_)) return static_cast<double>(*integer);
-    return optional<double>();
+    if (isInteger()) return static_cast<double>(payload_.integer);
+    return isReal() ? std::optional(payload_.real) : std::nullopt;
   }
 
   /// Calls `visitor` with the value as its own type: std::monostate (nil), NSNull, bool, std::int64_t, double,
-  /// NSDate, NSString, NSData, NSArray or NSDictionary.
+  /// NSDate, NSString, NSData, NSArray, NSDictionary or SharedPointer<NSObject>, which is borrowed for the time
+  /// of the call.
   template <class Visitor>
   decltype(auto) visit(Visitor &&visitor) const {
-    return std::visit(std::forward<Visitor>(visitor), value_);
+    switch (kind_) {
+      case Kind::null:
+        return visitor(NSNull());
+      case Kind::boolean:
+        return visitor(payload_.integer != 0);
+      case Kind::integer:
+        return visitor(payload_.integer);
+      case Kind::real:
+        return visitor(payload_.real);
+      case Kind::date:
+        return visitor(NSDate{payload_.real});
+      case Kind::string:
+        return visitor(Borrowed<NSString>(payload_.counted).handle);
+      case Kind::data:
+        return visitor(Borrowed<NSData>(payload_.counted).handle);
+      case Kind::array:
+        return visitor(Borrowed<NSArray>(payload_.counted).handle);
+      case Kind::dictionary:
+        return visitor(Borrowed<NSDictionary>(payload_.counted).handle);
+      case Kind::object:
+        return visitor(Borrowed<SharedPointer<NSObject>, NSObject>(payload_.counted).handle);
+      default:
+        return visitor(std::monostate());
+    }
   }
 
   /// Whether both are the same object. Strings, data, arrays and dictionaries are when they share their
@@ -83,38 +139,82 @@ class id {
   std::size_t hash() const noexcept;
   std::size_t identityHash() const noexcept;
 
-  /// Equal kind and equal value: 1, 1.0 and true differ.
-  friend bool operator==(const id &a, const id &b) { return a.value_ == b.value_; }
+  void swap(id &other) noexcept {
+    std::swap(kind_, other.kind_);
+    std::swap(payload_, other.payload_);
+  }
+
+  /// Equal kind and equal value: 1, 1.0 and true differ. An object equals itself alone.
+  friend bool operator==(const id &a, const id &b) noexcept { return a.kind_ == b.kind_ && a.hasEqualValue(b); }
 
  private:
-  using Value = std::variant<std::monostate, NSNull, bool, std::int64_t, double, NSDate, NSString, NSData,
-                             NSArray, NSDictionary>;
+  /// Those from `string` on are counted.
+  enum class Kind : std::uint8_t {
+    nil,
+    null,
+    boolean,
+    integer,
+    real,
+    date,
+    string,
+    data,
+    array,
+    dictionary,
+    object
+  };
+  /// `integer` for a boolean, too, `real` for a date.
+  union Payload {
+    std::int64_t integer;
+    double real;
+    ReferenceCounted *counted;
+  };
+
+  /// A handle without a reference of its own.
+  template <class Handle, class Storage = typename Handle::Storage>
+  union Borrowed {
+    explicit Borrowed(ReferenceCounted *storage) noexcept : handle(SharedPointer<Storage>(storage)) {}
+    ~Borrowed() {}
+
+    const Handle handle;
+  };
 
   template <class T>
-  static Value numberValue(T number) noexcept {
+  static constexpr Kind kindOfNumber() noexcept {
     if constexpr (std::is_same_v<T, bool>)
-      return number;
-    else if constexpr (std::is_integral_v<T>)
-      return static_cast<std::int64_t>(number);
+      return Kind::boolean;
     else
-      return static_cast<double>(number);
+      return std::is_integral_v<T> ? Kind::integer : Kind::real;
   }
+  /// Takes the pointer's reference over.
   template <class T>
-  bool is() const noexcept {
-    return std::holds_alternative<T>(value_);
+  id(Kind kind, SharedPointer<T> &pointer) noexcept
+      : kind_(pointer ? kind : Kind::nil), payload_{.counted = std::exchange(pointer.object_, nullptr)} {}
+
+  bool isCounted() const noexcept { return kind_ >= Kind::string; }
+  /// Of one kind.
+  bool hasEqualValue(const id &other) const noexcept;
+  template <class Handle>
+  bool hasEqualHandle(const id &other) const noexcept {
+    return Borrowed<Handle>(payload_.counted).handle == Borrowed<Handle>(other.payload_.counted).handle;
   }
+  /// The last reference is gone.
+  void destroy() noexcept;
+
   template <class T>
-  T valueOr() const noexcept {
-    const T *value = std::get_if<T>(&value_);
-    return value ? *value : T();
+  SharedPointer<T> pointerIf(Kind kind) const noexcept {
+    if (kind_ != kind) return {};
+    payload_.counted->retain();
+    return SharedPointer<T>(payload_.counted);
   }
-  template <class T>
-  std::optional<T> optional() const noexcept {
-    const T *value = std::get_if<T>(&value_);
-    return value ? std::optional<T>(*value) : std::nullopt;
+  template <class Handle>
+  Handle handleIf(Kind kind) const noexcept {
+    return Handle(pointerIf<typename Handle::Storage>(kind));
   }
 
-  Value value_;
+  Kind kind_ = Kind::nil;
+  Payload payload_{.integer = 0};
 };
+
+static_assert(sizeof(id) == 16);
 
 }  // namespace nimbo

@@ -7,6 +7,7 @@
 
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
+#include "platform/Foundation/NSObject.hpp"
 
 namespace nimbo {
 namespace {
@@ -66,10 +67,14 @@ TEST(ImporterPlugIn, AttributesKeepTheirTypes) {
     for (const auto &[name, value] : wanted) attributes.set(name.UTF8String().c_str(), value);
     attributes.set("nil", id());
     attributes.set("dictionary", wanted);
+    attributes.set("object", makeShared<NSObject>());
+    attributes.set("odd elements", NSArray{makeShared<NSObject>(), NSArray::array()});
     attributes.setArrayOf("none", u""_ns);
   });
   MDImporterAttributeDictionary dictionary;
   EXPECT_NE(importer.import(&dictionary), 0);
+  EXPECT_EQ(dictionary.dictionary.objectForKey(u"odd elements"_ns), (NSArray{NSNull(), NSNull()}));
+  dictionary.dictionary.removeObjectForKey(u"odd elements"_ns);
   EXPECT_EQ(dictionary.dictionary, wanted);
 }
 

@@ -132,6 +132,9 @@ class Writer {
   [[noreturn]] static void measureValue(std::monostate, std::uint32_t) {
     throw PropertyListError{"nil is no property list", ErrorCode::other};
   }
+  [[noreturn]] static void measureValue(const SharedPointer<NSObject> &, std::uint32_t) {
+    throw PropertyListError{"an object is no property list", ErrorCode::other};
+  }
   void measureValue(NSNull, std::uint32_t) { objectBytes_ += 1; }
   void measureValue(bool, std::uint32_t) { objectBytes_ += 1; }
   void measureValue(std::int64_t number, std::uint32_t) {
@@ -181,6 +184,7 @@ class Writer {
   }
 
   void writeValue(std::monostate) {}
+  void writeValue(const SharedPointer<NSObject> &) {}
   void writeValue(NSNull) { putByte(kNull); }
   void writeValue(bool boolean) { putByte(boolean ? kTrue : kFalse); }
   void writeValue(std::int64_t number) { putInteger(static_cast<std::uint64_t>(number)); }

@@ -50,6 +50,9 @@ class Writer {
   [[noreturn]] static void writeValue(std::monostate, std::uint32_t) {
     throw PropertyListError{"nil is no property list", ErrorCode::other};
   }
+  [[noreturn]] static void writeValue(const SharedPointer<NSObject> &, std::uint32_t) {
+    throw PropertyListError{"an object is no property list", ErrorCode::other};
+  }
   [[noreturn]] static void writeValue(NSNull, std::uint32_t) {
     throw PropertyListError{"XML cannot hold null", ErrorCode::other};
   }

@@ -54,8 +54,8 @@ TEST(NSObject, AnswersByName) {
 }
 
 TEST(NSObject, PerformsOnlyTheLastOfEqualDelayedRequests) {
-  const auto counter = std::make_shared<Counter>(), other = std::make_shared<Counter>();
-  const auto ask = [](const std::shared_ptr<NSObject> &object, const id &argument, double delay) {
+  const auto counter = makeShared<Counter>(), other = makeShared<Counter>();
+  const auto ask = [](const SharedPointer<NSObject> &object, const id &argument, double delay) {
     cancelPreviousPerformRequestsAndPerformSelector(object, u"add:"_ns, argument, delay);
   };
   for (int i = 0; i < 5; ++i) ask(counter, 1, 0);
@@ -67,9 +67,9 @@ TEST(NSObject, PerformsOnlyTheLastOfEqualDelayedRequests) {
   runFor(0.05);
   EXPECT_EQ(counter->count, 11);
   EXPECT_EQ(other->count, 1);
-  EXPECT_GT(counter.use_count(), 1);  // The request of a minute keeps it.
+  EXPECT_FALSE(counter.isUnique());  // The request of a minute keeps it.
   cancelPreviousPerformRequestsAndPerformSelector(counter, u"add:"_ns, 100, 0, {});
-  EXPECT_EQ(counter.use_count(), 1);
+  EXPECT_TRUE(counter.isUnique());
   cancelPreviousPerformRequestsAndPerformSelector(counter, u"add:"_ns, 100, 0, {u"any"_ns});
   runFor(0.05);
   EXPECT_EQ(counter->count, 111);

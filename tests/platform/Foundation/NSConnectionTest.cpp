@@ -19,6 +19,7 @@
 
 #include "platform/Foundation/Connection/ConnectionMessage.hpp"
 #include "platform/Foundation/Connection/ConnectionName.hpp"
+#include "platform/Foundation/NSObject.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "tests/clients/HelperFixture.hpp"
 
@@ -138,6 +139,15 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
     EXPECT_EQ(copy.exceptionName, reply.exceptionName);
     EXPECT_EQ(copy.exceptionReason, reply.exceptionReason);
   }
+}
+
+TEST_F(NSConnectionTest, ObjectsDoNotCross) {
+  const id object = makeShared<NSObject>();
+  NSString error;
+  EXPECT_TRUE(encodeMessage(ConnectionRequest{1, u"a:"_ns, {{u"a"_ns, object}}}, &error).empty());
+  EXPECT_TRUE(error);
+  EXPECT_TRUE(encodeMessage(ConnectionReply{1, NSArray{object}, {}, {}}, &error).empty());
+  EXPECT_EQ(error, u"an object is no property list"_ns);
 }
 
 TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {

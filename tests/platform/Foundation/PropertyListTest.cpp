@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Foundation/NSObject.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 
 namespace nimbo {
@@ -99,14 +100,18 @@ TEST(PropertyList, OnlyTheBinaryFormHoldsEveryUnit) {
 TEST(PropertyList, RefusesToWriteWhatCannotBeRead) {
   id doubled = 1;
   for (int i = 0; i < 40; ++i) doubled = NSArray{doubled, doubled};
+  const id object = makeShared<NSObject>();
   for (const auto format : {binary, xml}) {
+    for (const id &value : {object, id(NSArray{1, object}), id(NSDictionary{{u"k"_ns, object}})})
+      EXPECT_EQ(refusalToWrite(value, format), "an object is no property list");
     EXPECT_EQ(refusalToWrite(id(), format), "nil is no property list");
     EXPECT_EQ(refusalToWrite(NSArray{1, id()}, format), "nil is no property list");
     EXPECT_EQ(refusalToWrite(nested(PropertyList::kMaximumDepth + 1, 1), format), "nested too deeply");
     EXPECT_EQ(refusalToWrite(doubled, format), "too many values");
   }
   EXPECT_EQ(refusalToWrite(NSDate{1e12}, xml), "a date outside the years 0 to 9999");
-  EXPECT_EQ(refusalToWrite(1, openStep), "the old-style form is not written");
+  for (const id &value : {id(1), object})
+    EXPECT_EQ(refusalToWrite(value, openStep), "the old-style form is not written");
 }
 
 TEST(BinaryPropertyList, DataSharesTheStorage) {

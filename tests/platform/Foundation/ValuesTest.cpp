@@ -2,9 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <type_traits>
+#include <utility>
 
 #include "platform/Foundation/NSGeometry.hpp"
-#include "platform/Foundation/id.hpp"
+#include "platform/Foundation/NSNumber.hpp"
+#include "platform/Foundation/NSObject.hpp"
 
 namespace nimbo {
 namespace {
@@ -35,13 +42,84 @@ TEST(NSDictionary, FindsAmongManyAfterRemovals) {
   EXPECT_EQ(many.objectForKey(key(1000)).integer(), -1);
 }
 
+/// Counts how many have ended.
+class Mortal : public NSObject {
+ public:
+  explicit Mortal(int *ended) : ended_(*ended) {}
+  ~Mortal() override { ++ended_; }
+
+ private:
+  int &ended_;
+};
+
+TEST(SharedPointer, EndsItsObjectOnceWithTheLast) {
+  for (const bool hasThreads : {false, true}) {
+    if (hasThreads) std::thread([] {}).join();
+    int ended = 0;
+    SharedPointer<Mortal> first = makeShared<Mortal>(&ended);
+    EXPECT_TRUE(first.isUnique());
+    SharedPointer<NSObject> second = first;
+    EXPECT_FALSE(first.isUnique());
+    second = *&second;
+    EXPECT_EQ(second, SharedPointer<NSObject>(first));
+    SharedPointer<NSObject> third = std::move(second);
+    EXPECT_FALSE(second);  // NOLINT(bugprone-use-after-move): null is promised.
+    first = SharedPointer<Mortal>();
+    EXPECT_TRUE(third.isUnique());
+    EXPECT_EQ(ended, 0);
+    third = makeShared<NSObject>();
+    EXPECT_EQ(ended, 1);
+  }
+}
+
 TEST(id, KeepsKindsApart) {
   EXPECT_FALSE(id(NSString()));
-  EXPECT_TRUE(id(false));
-  EXPECT_FALSE(id(1) == id(true));
-  EXPECT_FALSE(id(1) == id(1.0));
+  EXPECT_FALSE(id(SharedPointer<NSObject>()));
   EXPECT_EQ(id(1).real(), 1.0);
+  EXPECT_EQ(id(INT64_MIN).integer(), INT64_MIN);
   EXPECT_EQ(id(u"s"_ns).integer(), std::nullopt);
+  // The same of every kind: nothing.
+  const id kinds[] = {id(),
+                      NSNull(),
+                      false,
+                      0,
+                      0.0,
+                      NSDate{0},
+                      u""_ns,
+                      NSData::data(),
+                      NSArray::array(),
+                      NSDictionary::dictionary(),
+                      makeShared<NSObject>()};
+  for (std::size_t i = 0; i < std::size(kinds); ++i) {
+    for (std::size_t k = 0; k < std::size(kinds); ++k) {
+      id value = kinds[k];
+      value = kinds[i];
+      EXPECT_TRUE(value.identicalTo(kinds[i]));
+      EXPECT_EQ(value == kinds[k], i == k) << i << " and " << k;
+      EXPECT_EQ(value.identicalTo(kinds[k]), i == k) << i << " and " << k;
+      EXPECT_EQ(id(std::move(value)).hash(), kinds[i].hash());
+      EXPECT_FALSE(value);  // NOLINT(bugprone-use-after-move): nil is promised.
+    }
+  }
+}
+
+TEST(id, HoldsAnObjectByIdentity) {
+  int ended = 0;
+  {
+    const SharedPointer<Mortal> object = makeShared<Mortal>(&ended);
+    const id value = object, same = SharedPointer<NSObject>(object), other = makeShared<Mortal>(&ended);
+    EXPECT_EQ(value.object().get(), object.get());
+    EXPECT_EQ(value, same);
+    EXPECT_TRUE(value.identicalTo(same));
+    EXPECT_EQ(value.hash(), same.hash());
+    EXPECT_EQ(value.identityHash(), same.identityHash());
+    EXPECT_FALSE(value == other || value.identicalTo(other));
+    EXPECT_EQ((NSArray{value, 1}), (NSArray{same, 1}));
+    EXPECT_TRUE(value.visit([]<class T>(const T &) { return std::is_same_v<T, SharedPointer<NSObject>>; }));
+    EXPECT_FALSE(stringValue(value) || doubleValue(value) || id(1).object());
+    EXPECT_EQ(ended, 0);
+  }
+  EXPECT_EQ(ended, 2);
 }
 
 TEST(NSDate, ConvertsToAndFromCalendarDates) {
