@@ -4,6 +4,10 @@
 #include <unicode/ustring.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include "platform/Foundation/NSMutableString.hpp"
@@ -42,9 +46,14 @@ NSString NSString::string() noexcept {
 
 NSString NSString::stringWithCharacters(const unichar *units, std::uint32_t length) {
   if (length == 0) return string();
-  NSMutableString result;
-  result.appendCharacters(units, length);
-  return std::move(result).string();
+  if (length > NSNotFound) throw std::length_error("string too long");
+  const std::size_t bytes = length * sizeof(unichar);
+  void *const memory = std::malloc(sizeof(Storage) + bytes);
+  if (!memory) throw std::bad_alloc();
+  auto *const storage = new (memory) Storage();
+  storage->length = length;
+  std::memcpy(storage->units(), units, bytes);
+  return NSString(SharedPointer<Storage>::adopt(storage));
 }
 
 NSString NSString::stringWithCharacters(std::u16string_view units) {

@@ -7,6 +7,7 @@
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSString.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
+#include "tests/support/AllocationCount.hpp"
 
 namespace nimbo {
 namespace {
@@ -24,6 +25,16 @@ TEST(NSString, TellsNilEmptyAndSameStorageApart) {
   EXPECT_EQ(a.hash(), b.hash());
   EXPECT_FALSE(a.identicalTo(b));
   EXPECT_TRUE(a.identicalTo(a.substringWithRange({0, 99})));
+}
+
+TEST(NSString, OneAllocationMakesOne) {
+  const std::u16string units(100, u'x');
+  for (const std::uint32_t length : {1u, 2u, 7u, 8u, 100u}) {
+    const std::size_t before = allocationCount();
+    const NSString string = NSString::stringWithCharacters(units.data(), length);
+    EXPECT_EQ(allocationCount() - before, 1u) << length;
+    EXPECT_EQ(string.view(), std::u16string_view(units).substr(0, length));
+  }
 }
 
 TEST(NSString, ConvertsUTF8AtTheEdges) {
