@@ -8,28 +8,59 @@
 
 namespace nimbo {
 
-/// Few entries are searched in order; more have a hash index of all keys.
+/// Few entries are searched in order; more have a hash index of all keys, and then the place of one that is
+/// removed stays, with a nil key, until half of the places are such.
 struct detail::DictionaryStorage : ReferenceCounted {
   using Entry = NSDictionary::Entry;
   static constexpr std::size_t kIndexedFrom = 16;
   static constexpr std::size_t kNone = SIZE_MAX;
 
-  std::vector<Entry> entries;
+  std::vector<Entry> places;
   std::unordered_map<NSString, std::size_t, NSStringHash> index;
+  std::size_t removed = 0;
+  /// The place of the first entry; so many before it are removed.
+  std::size_t first = 0;
 
   std::size_t find(const NSString &key) const {
-    if (entries.size() < kIndexedFrom) {
+    if (index.empty()) {
       const auto entry =
-          std::find_if(entries.begin(), entries.end(), [&](const Entry &e) { return e.first == key; });
-      return entry == entries.end() ? kNone : static_cast<std::size_t>(entry - entries.begin());
+          std::find_if(places.begin(), places.end(), [&](const Entry &e) { return e.first == key; });
+      return entry == places.end() ? kNone : static_cast<std::size_t>(entry - places.begin());
     }
     const auto found = index.find(key);
     return found == index.end() ? kNone : found->second;
   }
 
-  void extendIndex() {
-    if (entries.size() < kIndexedFrom) return;
-    for (std::size_t i = index.size(); i < entries.size(); ++i) index.emplace(entries[i].first, i);
+  void add(const NSString &key, id &&object) {
+    places.emplace_back(key, std::move(object));
+    if (!index.empty())
+      index.emplace(places.back().first, places.size() - 1);
+    else if (places.size() >= kIndexedFrom)
+      makeIndex();
+  }
+
+  void remove(std::size_t at) {
+    if (index.empty()) {
+      places.erase(places.begin() + static_cast<std::ptrdiff_t>(at));
+      return;
+    }
+    index.erase(places[at].first);
+    places[at] = Entry();
+    if (++removed >= places.size() / 2) return closeGaps();
+    while (!places[first].first) ++first;
+  }
+
+  void closeGaps() {
+    std::erase_if(places, [](const Entry &entry) { return !entry.first; });
+    removed = first = 0;
+    if (places.size() < kIndexedFrom) return index.clear();
+    for (std::size_t i = 0; i < places.size(); ++i) index.find(places[i].first)->second = i;
+  }
+
+  void makeIndex() {
+    std::unordered_map<NSString, std::size_t, NSStringHash> all;
+    for (std::size_t i = 0; i < places.size(); ++i) all.emplace(places[i].first, i);
+    index = std::move(all);
   }
 };
 
@@ -49,13 +80,13 @@ NSDictionary NSDictionary::dictionary() {
 }
 
 std::uint32_t NSDictionary::count() const noexcept {
-  return storage_ ? static_cast<std::uint32_t>(storage_->entries.size()) : 0;
+  return storage_ ? static_cast<std::uint32_t>(storage_->places.size() - storage_->removed) : 0;
 }
 
 const id &NSDictionary::objectForKey(const NSString &key) const noexcept {
   static const id nil;
   const std::size_t at = storage_ ? storage_->find(key) : Storage::kNone;
-  return at == Storage::kNone ? nil : storage_->entries[at].second;
+  return at == Storage::kNone ? nil : storage_->places[at].second;
 }
 
 std::vector<NSString> NSDictionary::allKeys() const {
@@ -65,31 +96,32 @@ std::vector<NSString> NSDictionary::allKeys() const {
   return keys;
 }
 
-const NSDictionary::Entry *NSDictionary::begin() const noexcept {
-  return storage_ ? storage_->entries.data() : nullptr;
+NSDictionary::Iterator NSDictionary::begin() const noexcept {
+  if (!storage_) return {};
+  const Entry *const places = storage_->places.data();
+  return {places + storage_->first, places + storage_->places.size()};
 }
 
-const NSDictionary::Entry *NSDictionary::end() const noexcept {
-  return storage_ ? storage_->entries.data() + storage_->entries.size() : nullptr;
+NSDictionary::Iterator NSDictionary::end() const noexcept {
+  if (!storage_) return {};
+  const Entry *const end = storage_->places.data() + storage_->places.size();
+  return {end, end};
 }
+
+// A key may be borrowed from the dictionary, and go with what is not shared any more: it is looked up first.
 
 void NSDictionary::setObject(id object, const NSString &key) {
   if (!object || !key) return;
-  Storage &storage = own();
-  if (const std::size_t at = storage.find(key); at != Storage::kNone) {
-    storage.entries[at].second = std::move(object);
-  } else {
-    storage.entries.emplace_back(key, std::move(object));
-    storage.extendIndex();
-  }
+  const std::size_t at = storage_ ? storage_->find(key) : Storage::kNone;
+  if (at == Storage::kNone)
+    own().add(key, std::move(object));
+  else
+    own().places[at].second = std::move(object);
 }
 
 void NSDictionary::removeObjectForKey(const NSString &key) {
-  if (!objectForKey(key)) return;
-  Storage &storage = own();
-  storage.entries.erase(storage.entries.begin() + static_cast<std::ptrdiff_t>(storage.find(key)));
-  storage.index.clear();
-  storage.extendIndex();
+  const std::size_t at = storage_ ? storage_->find(key) : Storage::kNone;
+  if (at != Storage::kNone) own().remove(at);
 }
 
 void NSDictionary::addEntriesFromDictionary(const NSDictionary &other) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -13,7 +14,39 @@ namespace NIMBO_PUBLIC nimbo {
 class id;
 
 namespace detail {
+
 struct DictionaryStorage;
+
+/// Goes from entry to entry; the places of removed ones, whose keys are nil, are passed over.
+template <class Entry>
+class DictionaryIterator {
+ public:
+  using iterator_category = std::forward_iterator_tag;
+  using value_type = Entry;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const Entry *;
+  using reference = const Entry &;
+
+  DictionaryIterator() noexcept = default;
+  DictionaryIterator(pointer entry, pointer end) noexcept : entry_(entry), end_(end) {}
+
+  reference operator*() const noexcept { return *entry_; }
+  pointer operator->() const noexcept { return entry_; }
+  DictionaryIterator &operator++() noexcept {
+    do ++entry_;
+    while (entry_ != end_ && !entry_->first);
+    return *this;
+  }
+  DictionaryIterator operator++(int) noexcept { return std::exchange(*this, ++DictionaryIterator(*this)); }
+  friend bool operator==(const DictionaryIterator &a, const DictionaryIterator &b) noexcept {
+    return a.entry_ == b.entry_;
+  }
+
+ private:
+  pointer entry_ = nullptr;
+  pointer end_ = nullptr;
+};
+
 }  // namespace detail
 
 template <>
@@ -27,6 +60,7 @@ NIMBO_PUBLIC void destroyShared<detail::DictionaryStorage>(ReferenceCounted *sto
 class NSDictionary {
  public:
   using Entry = std::pair<NSString, id>;
+  using Iterator = detail::DictionaryIterator<Entry>;
 
   NSDictionary() noexcept = default;
   /// Entries whose value is nil are left out; of entries with the same key the last one counts.
@@ -38,11 +72,13 @@ class NSDictionary {
   /// The value under `key`, or nil; borrowed until the dictionary is changed.
   const id &objectForKey(const NSString &key) const noexcept;
   std::vector<NSString> allKeys() const;
-  const Entry *begin() const noexcept;
-  const Entry *end() const noexcept;
+  /// In order; borrowed until the dictionary is changed.
+  Iterator begin() const noexcept;
+  Iterator end() const noexcept;
 
   /// Sets or replaces; a replaced entry keeps its place. Nothing happens when the value or the key is nil.
   void setObject(id object, const NSString &key);
+  /// The others keep their order.
   void removeObjectForKey(const NSString &key);
   void addEntriesFromDictionary(const NSDictionary &other);
 

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <iterator>
+#include <random>
 #include <string>
 #include <thread>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/NSNumber.hpp"
 #include "platform/Foundation/NSObject.hpp"
+#include "tests/support/AllocationCount.hpp"
 
 namespace nimbo {
 namespace {
@@ -30,16 +34,84 @@ TEST(NSDictionary, KeepsOrderSharesUntilChangedAndDropsNil) {
   EXPECT_FALSE(NSDictionary() == NSDictionary::dictionary());
 }
 
-TEST(NSDictionary, FindsAmongManyAfterRemovals) {
-  NSDictionary many;
-  const auto key = [](int i) { return NSString::stringWithUTF8String("key" + std::to_string(i)); };
-  for (int i = 0; i < 1000; ++i) many.setObject(i, key(i));
-  for (int i = 0; i < 1000; i += 2) many.removeObjectForKey(key(i));
-  many.setObject(-1, key(1000));
-  EXPECT_EQ(many.count(), 501u);
-  EXPECT_FALSE(many.objectForKey(key(10)));
-  EXPECT_EQ(many.objectForKey(key(999)).integer(), 999);
-  EXPECT_EQ(many.objectForKey(key(1000)).integer(), -1);
+NSString key(std::uint32_t number) {
+  return NSString::stringWithUTF8String("key" + std::to_string(number));
+}
+
+NSDictionary dictionaryOf(std::uint32_t count) {
+  NSDictionary result;
+  for (std::uint32_t i = 0; i < count; ++i) result.setObject(i, key(i));
+  return result;
+}
+
+TEST(NSDictionary, AgreesWithAPlainListWhateverIsSetAndRemoved) {
+  using Entry = NSDictionary::Entry;
+  constexpr std::uint32_t kKeys = 60;
+  std::vector<Entry> expected;
+  NSDictionary dictionary;
+  std::minstd_rand random;
+  for (std::uint32_t step = 0; step < 1000; ++step) {
+    const NSString changed = key(random() % kKeys);
+    const auto at = std::ranges::find(expected, changed, &Entry::first);
+    const NSDictionary shared = step % 8 == 0 ? dictionary : NSDictionary();
+    // It grows for a while, then shrinks.
+    if (random() % 16 < (step / 250 % 2 == 0 ? 11 : 2)) {
+      dictionary.setObject(step, changed);
+      if (at == expected.end())
+        expected.emplace_back(changed, step);
+      else
+        at->second = step;
+    } else {
+      dictionary.removeObjectForKey(changed);
+      if (at != expected.end()) expected.erase(at);
+    }
+    ASSERT_EQ(dictionary.count(), expected.size());
+    ASSERT_EQ(std::vector(dictionary.begin(), dictionary.end()), expected) << "step " << step;
+    for (std::uint32_t i = 0; i < kKeys; ++i) {
+      const auto found = std::ranges::find(expected, key(i), &Entry::first);
+      ASSERT_EQ(dictionary.objectForKey(key(i)), found == expected.end() ? id() : found->second)
+          << "step " << step;
+    }
+  }
+}
+
+TEST(NSDictionary, RemovesKeysThatItLends) {
+  for (const std::uint32_t count : {3u, 100u}) {
+    NSDictionary dictionary = dictionaryOf(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+      ASSERT_EQ(dictionary.begin()->first, key(i));
+      dictionary.removeObjectForKey(dictionary.begin()->first);
+    }
+    EXPECT_EQ(dictionary, NSDictionary::dictionary());
+  }
+}
+
+/// The work of taking the keys out one by one: allocations, and for each time that the last entry is found
+/// elsewhere in memory all entries, which have been moved.
+std::size_t workOfRemovingKeys(std::uint32_t count, bool fromTheFront) {
+  NSDictionary dictionary = dictionaryOf(count);
+  const NSString last = key(count);
+  dictionary.setObject(true, last);
+  std::vector<NSString> keys = dictionary.allKeys();
+  keys.pop_back();
+  if (!fromTheFront) std::ranges::reverse(keys);
+  const id *place = &dictionary.objectForKey(last);
+  std::size_t work = 0;
+  const std::size_t allocations = allocationCount();
+  for (const NSString &each : keys) {
+    dictionary.removeObjectForKey(each);
+    if (place != &dictionary.objectForKey(last)) work += dictionary.count();
+    place = &dictionary.objectForKey(last);
+  }
+  return work + allocationCount() - allocations;
+}
+
+TEST(NSDictionary, TwiceAsManyRemovalsAreTwiceTheWork) {
+  for (const bool fromTheFront : {true, false}) {
+    const std::size_t once = workOfRemovingKeys(1000, fromTheFront);
+    EXPECT_LE(once, 2000u);
+    EXPECT_LE(workOfRemovingKeys(2000, fromTheFront), 2 * once + once / 10);
+  }
 }
 
 /// Counts how many have ended.
