@@ -26,7 +26,7 @@ struct CharacterSize {
 CharacterSize sizeOfCharacter(std::u16string_view units, std::size_t index) {
   const unichar c = units[index];
   if (c == 0) return {1, 0};
-  if (!isSurrogate(c)) return {1, c < 0x80 ? 1u : c < 0x800 ? 2u : 3u};
+  if (!isSurrogate(c)) return {1, utf8Length(c)};
   if (isHighSurrogate(c) && index + 1 < units.size() && isLowSurrogate(units[index + 1])) return {2, 4};
   return {1, c >= 0xdc80 && c <= 0xdcff ? 1u : 0u};
 }

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
+
 namespace nimbo {
 
 void NSMutableString::destroy(detail::StringStorage *storage) noexcept {
@@ -71,8 +73,11 @@ void NSMutableString::append(std::u16string_view units) {
 }
 
 void NSMutableString::append(std::string_view text) {
+  if (text.empty()) return;
   if (text.size() > NSNotFound) throw std::length_error("string too long");
-  appendString(NSString::stringWithLossyUTF8String(text));
+  const std::uint32_t old = length();
+  unichar *const end = extend(static_cast<std::uint32_t>(text.size()));
+  setLength(old + static_cast<std::uint32_t>(*decodeUTF8(text, end, InvalidInput::replaced)));
 }
 
 void NSMutableString::replaceCharactersInRange(NSRange range, std::u16string_view units) {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSString.hpp"
 
-#include <unicode/ustring.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -11,25 +9,26 @@
 #include <utility>
 
 #include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/Unicode/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 
 namespace nimbo {
 namespace {
 
-constexpr UChar32 kReplacementCharacter = 0xfffd;
+/// Bytes that are decoded on the stack, so that their string needs no more room than it takes.
+constexpr std::size_t kShortLength = 256;
 
-/// Decodes with ICU; `replacement` below 0 means that invalid input gives nil.
-NSString decodeUTF8(std::string_view bytes, UChar32 replacement) {
-  if (bytes.empty()) return NSString::string();
+NSString decode(std::string_view bytes, InvalidInput invalid) {
   if (bytes.size() > NSNotFound) return NSString();
+  if (bytes.size() <= kShortLength) {
+    unichar units[kShortLength];
+    const auto length = decodeUTF8(bytes, units, invalid);
+    return length ? NSString::stringWithCharacters({units, *length}) : NSString();
+  }
   NSMutableString units;
   units.setLength(static_cast<std::uint32_t>(bytes.size()));
-  std::int32_t length = 0;
-  UErrorCode status = U_ZERO_ERROR;
-  u_strFromUTF8WithSub(units.mutableCharacters(), static_cast<std::int32_t>(units.length()), &length,
-                       bytes.data(), static_cast<std::int32_t>(bytes.size()), replacement, nullptr, &status);
-  if (U_FAILURE(status)) return NSString();
-  units.setLength(static_cast<std::uint32_t>(length));
+  const auto length = decodeUTF8(bytes, units.mutableCharacters(), invalid);
+  if (!length) return NSString();
+  units.setLength(static_cast<std::uint32_t>(*length));
   return std::move(units).string();
 }
 
@@ -63,26 +62,15 @@ NSString NSString::stringWithCharacters(std::u16string_view units) {
 }
 
 NSString NSString::stringWithUTF8String(std::string_view bytes) {
-  return decodeUTF8(bytes, -1);
+  return decode(bytes, InvalidInput::refused);
 }
 
 NSString NSString::stringWithLossyUTF8String(std::string_view bytes) {
-  return decodeUTF8(bytes, kReplacementCharacter);
+  return decode(bytes, InvalidInput::replaced);
 }
 
 NSString NSString::stringWithFileSystemRepresentation(std::string_view bytes) {
-  if (NSString valid = stringWithUTF8String(bytes)) return valid;
-  NSMutableString result;
-  for (std::size_t position = 0; position < bytes.size();) {
-    const std::size_t sequence = utf8SequenceLength(bytes.substr(position));
-    if (sequence == 0) {
-      result.appendCharacter(static_cast<unichar>(0xdc00 + static_cast<unsigned char>(bytes[position++])));
-    } else {
-      result.appendString(stringWithUTF8String(bytes.substr(position, sequence)));
-      position += sequence;
-    }
-  }
-  return std::move(result).string();
+  return decode(bytes, InvalidInput::escaped);
 }
 
 NSString NSString::substringWithRange(NSRange range) const {
@@ -93,42 +81,12 @@ NSString NSString::substringWithRange(NSRange range) const {
 }
 
 std::string NSString::UTF8String() const {
-  std::string bytes;
-  bytes.resize(3 * static_cast<std::size_t>(length()));
-  std::size_t written = 0;
-  const std::u16string_view units = view();
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    char32_t character = units[i];
-    if (isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1]))
-      character = 0x10000 + ((character - 0xd800) << 10) + (units[++i] - 0xdc00);
-    else if (isSurrogate(units[i]))
-      character = kReplacementCharacter;
-    written += putUTF8(character, bytes.data() + written);
-  }
-  bytes.resize(written);
-  return bytes;
+  return *encodeUTF8(view(), InvalidInput::replaced);
 }
 
 std::optional<std::string> NSString::fileSystemRepresentation() const {
-  if (length() == 0) return std::nullopt;
-  std::string bytes;
-  const std::u16string_view units = view();
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    char sequence[4];
-    if (units[i] == 0) return std::nullopt;
-    if (isHighSurrogate(units[i]) && i + 1 < units.size() && isLowSurrogate(units[i + 1])) {
-      const char32_t character = 0x10000 + ((units[i] - 0xd800u) << 10) + (units[i + 1] - 0xdc00u);
-      bytes.append(sequence, putUTF8(character, sequence));
-      ++i;
-    } else if (units[i] >= 0xdc80 && units[i] <= 0xdcff) {
-      bytes.push_back(static_cast<char>(units[i] - 0xdc00));
-    } else if (isSurrogate(units[i])) {
-      return std::nullopt;
-    } else {
-      bytes.append(sequence, putUTF8(units[i], sequence));
-    }
-  }
-  return bytes;
+  if (length() == 0 || view().find(u'\0') != view().npos) return std::nullopt;
+  return encodeUTF8(view(), InvalidInput::escaped);
 }
 
 }  // namespace nimbo

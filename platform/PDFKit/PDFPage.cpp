@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 #include "platform/PDFKit/PDFEngine.hpp"
 
 namespace nimbo {
@@ -56,8 +57,7 @@ unichar *putLine(const fz_stext_line &line, unichar *const start) {
       continue;
     }
     hasText = true;
-    if (c > 0xffff) *out++ = static_cast<unichar>(0xd7c0 + (c >> 10));
-    *out++ = static_cast<unichar>(c > 0xffff ? 0xdc00 + (c & 0x3ff) : c);
+    out += putUTF16(static_cast<char32_t>(c), out);
   }
   if (!hasText) return start;
   *out++ = u'\n';

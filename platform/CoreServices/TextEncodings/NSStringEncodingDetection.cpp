@@ -94,12 +94,8 @@ DetectedString stringWithUTF32(std::string_view bytes, std::endian order, Strict
       character = 0xfffd;
     }
     controls += isStrayControl(character);
-    if (character > 0xffff) {
-      units.appendCharacter(static_cast<unichar>(0xd7c0 + (character >> 10)));
-      units.appendCharacter(static_cast<unichar>(0xdc00 + (character & 0x3ff)));
-    } else {
-      units.appendCharacter(static_cast<unichar>(character));
-    }
+    unichar halves[2];
+    units.append({halves, putUTF16(character, halves)});
   }
   if (isTooMuch(controls + impossible, bytes.size() / 4)) return {};
   return {std::move(units).string(), order == std::endian::little ? u"UTF-32LE"_ns : u"UTF-32BE"_ns,
@@ -117,22 +113,6 @@ struct UTF8Statistics {
   std::size_t cutBytes = 0;
 };
 
-/// Whether the bytes, which begin no valid sequence, could be completed to one.
-bool isBeginOfSequence(std::string_view bytes) {
-  if (bytes.empty() || bytes.size() > 3) return false;
-  // The smallest and the greatest completion: what the lead byte allows lies between them.
-  for (const char continuation : {'\x80', '\xbf'}) {
-    std::array<char, 4> whole{};
-    whole.fill(continuation);
-    std::copy(bytes.begin(), bytes.end(), whole.begin());
-    for (const char second : {'\x80', '\x90', '\xa0', '\xbf'}) {
-      if (bytes.size() == 1) whole[1] = second;
-      if (utf8SequenceLength({whole.data(), whole.size()}) > bytes.size()) return true;
-    }
-  }
-  return false;
-}
-
 UTF8Statistics statisticsOfUTF8(std::string_view bytes) {
   UTF8Statistics result;
   for (std::size_t i = 0; i < bytes.size();) {
@@ -147,7 +127,7 @@ UTF8Statistics statisticsOfUTF8(std::string_view bytes) {
     if (const std::size_t length = utf8SequenceLength(bytes.substr(i))) {
       ++result.sequences;
       i += length;
-    } else if (isBeginOfSequence(bytes.substr(i))) {
+    } else if (isCutUTF8(bytes.substr(i))) {
       result.cutBytes = bytes.size() - i;
       break;
     } else {

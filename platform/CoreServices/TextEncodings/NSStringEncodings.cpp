@@ -12,7 +12,7 @@
 
 #include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/Unicode/UTF8.hpp"
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 
 namespace nimbo {
 namespace {
@@ -109,21 +109,6 @@ bool encode(const NSString &string, CFStringEncoding encoding, std::string *byte
   return isUnicode(encoding) || decode(*bytes, encoding) == string;
 }
 
-/// The length in UTF-8; nothing when there is a lone surrogate, which UTF-8 lacks.
-bool lengthInUTF8(std::u16string_view units, std::size_t *length) {
-  *length = 0;
-  for (std::size_t i = 0; i < units.size(); ++i) {
-    if (isSurrogate(units[i])) {
-      if (!isHighSurrogate(units[i]) || i + 1 == units.size() || !isLowSurrogate(units[i + 1])) return false;
-      ++i;
-      *length += 4;
-    } else {
-      *length += units[i] < 0x80 ? 1 : units[i] < 0x800 ? 2 : 3;
-    }
-  }
-  return true;
-}
-
 }  // namespace
 
 NSString initWithData(const NSData &data, NSStringEncoding encoding) {
@@ -149,10 +134,9 @@ NSStringEncoding smallestEncoding(const NSString &string) {
         NSMacOSRomanStringEncoding, NSISOLatin2StringEncoding, NSWindowsCP1250StringEncoding,
         NSWindowsCP1251StringEncoding, NSWindowsCP1253StringEncoding, NSWindowsCP1254StringEncoding})
     if (canBeConvertedToEncoding(string, encoding)) return encoding;
-  std::size_t inUTF8 = 0;
+  const auto inUTF8 = encodeUTF8(string.view(), InvalidInput::refused);
   const std::size_t inUTF16 = sizeof(unichar) * (string.length() + std::size_t{1});
-  return lengthInUTF8(string.view(), &inUTF8) && inUTF8 <= inUTF16 ? NSUTF8StringEncoding
-                                                                   : NSUnicodeStringEncoding;
+  return inUTF8 && inUTF8->size() <= inUTF16 ? NSUTF8StringEncoding : NSUnicodeStringEncoding;
 }
 
 NSStringEncoding fastestEncoding(const NSString &) {

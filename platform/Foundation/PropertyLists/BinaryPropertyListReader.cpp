@@ -160,17 +160,9 @@ class Reader {
   }
 
   static NSString ASCIIString(const std::uint8_t *bytes, std::uint32_t length) {
-    NSMutableString result;
-    result.reserve(length);
-    result.setLength(length);
-    unichar *units = result.mutableCharacters();
-    std::uint8_t all = 0;
-    for (std::uint32_t i = 0; i < length; ++i) {
-      all |= bytes[i];
-      units[i] = bytes[i];
-    }
-    if (all >= 0x80) fail("an ASCII string that is not ASCII");
-    return std::move(result).string();
+    NSString result = NSString::stringWithUTF8String({reinterpret_cast<const char *>(bytes), length});
+    if (!result || result.length() != length) fail("an ASCII string that is not ASCII");
+    return result;
   }
 
   static NSString UTF16String(const std::uint8_t *bytes, std::uint32_t length) {

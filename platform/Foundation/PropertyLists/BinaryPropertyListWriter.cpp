@@ -12,6 +12,7 @@
 #include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 #include "platform/Foundation/System/LargeBytes.hpp"
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 
 namespace nimbo {
 namespace {
@@ -255,15 +256,17 @@ class Writer {
   }
   void putString(const NSString &string, bool ascii) {
     putMarker(ascii ? kASCIIString : kUTF16String, string.length());
+    if (ascii) {
+      at_ += convertUTF16ToUTF8(string.characters(), string.length(), reinterpret_cast<char *>(at_),
+                                string.length())
+                 .written;
+      return;
+    }
     // A local position: the compiler would have to store `at_` after each byte, which might be part of it.
     std::uint8_t *at = at_;
-    if (ascii) {
-      for (const unichar unit : string.view()) *at++ = static_cast<std::uint8_t>(unit);
-    } else {
-      for (const unichar unit : string.view()) {
-        *at++ = static_cast<std::uint8_t>(unit >> 8);
-        *at++ = static_cast<std::uint8_t>(unit);
-      }
+    for (const unichar unit : string.view()) {
+      *at++ = static_cast<std::uint8_t>(unit >> 8);
+      *at++ = static_cast<std::uint8_t>(unit);
     }
     at_ = at;
   }

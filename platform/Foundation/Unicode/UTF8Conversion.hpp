@@ -2,6 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "platform/Foundation/Attributes.hpp"
 
@@ -35,5 +38,21 @@ ConversionProgress convertUTF8ToUTF16(const char *bytes, std::size_t length, cha
 /// output; counts are units and bytes. The output is used as above.
 ConversionProgress convertUTF16ToUTF8(const char16_t *units, std::size_t length, char *out,
                                       std::size_t capacity);
+
+/// What becomes of input that is not valid, in a conversion of a whole text.
+enum class InvalidInput {
+  refused,
+  /// U+FFFD stands for each lone surrogate, and for bytes that begin a sequence without its end or none at all.
+  replaced,
+  /// A lone surrogate U+DC00 + byte stands for each byte; no other lone surrogates are taken.
+  escaped,
+};
+
+/// UTF-8 to UTF-16, into room for as many units as there are bytes, which is enough for every text. The number
+/// of units; nothing when the bytes are refused.
+std::optional<std::size_t> decodeUTF8(std::string_view bytes, char16_t *out, InvalidInput invalid);
+
+/// UTF-16 to UTF-8; nothing when the units are refused.
+std::optional<std::string> encodeUTF8(std::u16string_view units, InvalidInput invalid);
 
 }  // namespace nimbo
