@@ -25,6 +25,8 @@ def serve(connection):
             os.kill(os.getpid(), signal.SIGKILL)
         elif selector == "hang:":
             time.sleep(60)
+        elif selector == "slow:":
+            time.sleep(2)
         elif selector == "close:":
             return
         elif selector == "nil:":

@@ -4,50 +4,14 @@
 
 import json
 import os
-import pathlib
 import plistlib
-import subprocess
-import tempfile
 import unittest
 
 import documents
-
-COMMAND = os.environ["QUIVERLEAF_COMMAND"]
-FAKE_HELPER = pathlib.Path(__file__).resolve().parents[1] / "clients" / "fake_helper.py"
+from command import CommandTestCase
 
 
-class CommandTest(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-        runtime = self.folder / "runtime"
-        self.environment = {**os.environ, "QUIVERLEAF_RUNTIME_DIR": str(runtime)}
-        self.environment.pop("QUIVERLEAF_HELPER", None)
-        self.addCleanup(self.run_command, "stop")
-
-    def run_command(self, *arguments, environment=None, **options):
-        options = {"capture_output": True, "timeout": 60, "cwd": self.folder, **options}
-        return subprocess.run([COMMAND, *arguments], env=environment or self.environment, check=False, **options)
-
-    def file(self, name, content):
-        path = os.path.join(os.fsencode(self.folder), os.fsencode(name))
-        with open(path, "wb") as stream:
-            stream.write(content)
-        return path
-
-    def answer(self, *arguments, **options):
-        done = self.run_command(*arguments, **options)
-        self.assertEqual((done.returncode, done.stderr), (0, b""))
-        return json.loads(done.stdout)
-
-    def assert_fails(self, code, message, *arguments, **options):
-        """The command fails with one line on standard error and nothing on standard output."""
-        done = self.run_command(*arguments, **options)
-        self.assertEqual(done.returncode, code, done.stderr)
-        self.assertRegex(done.stderr.decode("utf-8", "replace"), rf"\Aquiverleaf: [^\n]*{message}[^\n]*\n\Z")
-        self.assertFalse(done.stdout)
-
+class CommandTest(CommandTestCase):
     def test_pdf_in_all_forms(self):
         data = documents.pdf(("First page", "Second page"), title="A title")
         self.file("a.pdf", data)
@@ -271,34 +235,6 @@ class CommandTest(unittest.TestCase):
         done = self.run_command("stop")
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
         self.assert_fails(2, "no helper", "stop")
-
-    def test_output_that_cannot_be_written(self):
-        self.file("a.pdf", documents.pdf())
-        for arguments in (["pdf", "a.pdf"], ["help"], ["--version"]):
-            with self.subTest(arguments), open("/dev/full", "wb") as full:
-                self.assert_fails(6, "No space left", *arguments, capture_output=False, stdout=full, stderr=subprocess.PIPE)
-        reader, writer = os.pipe()
-        os.close(reader)
-        self.assert_fails(6, "Broken pipe", "pdf", "a.pdf", capture_output=False, stdout=writer, stderr=subprocess.PIPE)
-        os.close(writer)
-        closed = ["sh", "-c", '"$0" pdf a.pdf >&-', COMMAND]
-        self.assertEqual(subprocess.run(closed, env=self.environment, cwd=self.folder, check=False).returncode, 6)
-
-    def test_a_helper_that_cannot_be_started_hangs_or_dies(self):
-        self.file("a.pdf", documents.pdf())
-        cases = [
-            ("/nonexistent", "", 2, ""),
-            ("/bin/false", "", 2, ""),
-            (FAKE_HELPER, "hang:", 4, "a.pdf: "),
-            (FAKE_HELPER, "die:", 5, "a.pdf: "),
-            (FAKE_HELPER, "raise:", 3, "NSRangeException: too far"),
-        ]
-        for program, failing, code, message in cases:
-            with self.subTest(program=program, failing=failing):
-                environment = {**self.environment, "QUIVERLEAF_HELPER": str(program), "FAKE_HELPER_DOES": failing}
-                seconds = "1" if failing == "hang:" else "15"
-                self.assert_fails(code, message, "pdf", "--timeout", seconds, "a.pdf", environment=environment)
-                self.run_command("stop")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,209 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""The quiverleaf command and what is around it: streams, time limits, folders, locales, and a helper that fails."""
+
+import base64
+import json
+import os
+import pathlib
+import re
+import shutil
+import socket
+import subprocess
+import time
+import unittest
+
+import documents
+from command import COMMAND, CommandTestCase
+from quiverleaf import CONNECTION_NAME
+
+TOP = pathlib.Path(__file__).resolve().parents[2]
+FAKE_HELPER = TOP / "tests" / "clients" / "fake_helper.py"
+REAL_HELPER = pathlib.Path(os.environ["QUIVERLEAF_HELPER"])
+
+
+class StreamsTest(CommandTestCase):
+    def in_shell(self, script):
+        """What a line of shell does, in which $0 is the command."""
+        command = ["sh", "-c", script, COMMAND]
+        return subprocess.run(command, env=self.environment, cwd=self.folder, capture_output=True, timeout=60, check=False)
+
+    def test_input_that_comes_in_pieces_is_read_whole(self):
+        words = "".join(f"{number} caf\u00e9\n" for number in range(30_000)).encode()
+        pdf = documents.pdf([f"Page {number}" for number in range(700)])
+        for command, data in (("decode", words), ("pdf", pdf)):
+            process = subprocess.Popen([COMMAND, command, "-"], env=self.environment, stdin=subprocess.PIPE,
+                                       stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)  # fmt: skip
+            rest = data
+            for size in (1, 65_535, 1, 65_536, 7, len(data)):
+                process.stdin.write(rest[:size])
+                process.stdin.flush()
+                rest = rest[size:]
+                time.sleep(0.02)
+            output = process.communicate()[0]
+            self.assertEqual(json.loads(output)["PageCount"] if command == "pdf" else output, 700 if command == "pdf" else data)
+
+    def test_streams_that_are_closed_or_full(self):
+        self.file("a.pdf", documents.pdf())
+        self.file("page", b"<p>\n" * 20_000)
+        full, closed = rb"quiverleaf: cannot write to .*: No space left.*\n", rb"quiverleaf: .*: Bad file descriptor\n"
+        cases = [
+            (3, closed, '"$0" pdf - <&-'),
+            (3, closed, '"$0" entities - <&-'),
+            (6, closed, '"$0" pdf a.pdf >&-'),
+            (0, rb"", '"$0" pdf a.pdf <&- 2>&- >out'),
+            *((6, full, f'"$0" {call} >/dev/full') for call in ("pdf a.pdf", "help", "--version", "ping", "tags page")),
+            (6, rb"", '{ "$0" tags page; echo $? >code; } | head -c 1 >out; exit $(cat code)'),
+        ]
+        for code, message, script in cases:
+            with self.subTest(script):
+                done = self.in_shell(script)
+                self.assertEqual((done.returncode, done.stdout), (code, b""), done.stderr)
+                self.assertRegex(done.stderr, rb"\A" + message + rb"\Z")
+
+    def test_a_reader_that_has_gone_is_told_nothing(self):
+        self.file("a.pdf", documents.pdf())
+        reader, writer = os.pipe()
+        os.close(reader)
+        for code, *arguments in ((6, "pdf", "a.pdf"), (6, "help"), (6, "tags", "a.pdf"), (1, "frobnicate")):
+            error = writer if code == 1 else subprocess.PIPE
+            done = self.run_command(*arguments, capture_output=False, stdout=writer, stderr=error)
+            self.assertEqual((done.returncode, done.stderr or b""), (code, b""))
+        os.close(writer)
+
+    def test_files_that_are_named_like_options(self):
+        for name in ("-", "--", "--plist"):
+            self.file(name, name.encode())
+        for arguments, output in ((["./-"], b"-"), (["--", "--"], b"--"), (["--", "--plist"], b"--plist"), (["--", "-"], b"in")):
+            self.assertEqual(self.run_command("decode", *arguments, input=b"in").stdout, output)
+
+    def test_locales_change_nothing(self):
+        shutil.copy(TOP / "examples" / "leaf.jpg", self.folder)
+        calls = [
+            ("url", "FILE://HI/I.GIF?I=1"),
+            ("strip", "--tag", "title", "-"),
+            ("entities", "--encode", "table", "\u0130\u0131\u00e9"),
+            ("charset", "WINDOWS-1254", "ISO-8859-9"),
+            ("metadata", "leaf.jpg"),
+        ]
+        outputs = set()
+        for locale in ("C", "C.UTF-8", "de_DE.UTF-8", "tr_TR.UTF-8"):
+            environment = {**self.environment, "LC_ALL": locale}
+            page = b"<TITLE>i</TITLE><title>"
+            done = [self.run_command(*call, environment=environment, input=page) for call in calls]
+            outputs.add(tuple((one.returncode, one.stdout) for one in done))
+            self.run_command("stop")
+        self.assertEqual({code for code, _ in outputs.pop()}, {0})
+        self.assertFalse(outputs)
+
+
+class PlacesTest(CommandTestCase):
+    def test_the_folder_of_the_connection(self):
+        del self.environment["QUIVERLEAF_RUNTIME_DIR"]
+        self.environment.pop("XDG_RUNTIME_DIR", None)
+        self.environment["TMPDIR"] = str(self.folder)
+        for variables, place in (({}, f"quiverleaf-{os.geteuid()}"), ({"XDG_RUNTIME_DIR": str(self.folder / "xdg")}, "xdg")):
+            environment = {**self.environment, **variables}
+            self.assertEqual(self.run_command("ping", environment=environment).returncode, 0)
+            self.assertTrue((self.folder / place / CONNECTION_NAME).is_socket())
+            self.assertEqual((self.folder / place).stat().st_mode & 0o777, 0o700)
+            self.assertEqual(self.run_command("stop", environment=environment).returncode, 0)
+
+    def test_the_helper_is_found_from_the_command(self):
+        programs = self.folder / "bin"
+        programs.mkdir()
+        shutil.copy(COMMAND, programs)
+        found = self.folder / "libexec" / "quiverleaf" / "quiverleaf-helper"
+        cache = (REAL_HELPER.parents[2] / "CMakeCache.txt").read_text("utf-8")
+        prefix, libexec = (re.search(rf"^CMAKE_INSTALL_{key}:\w+=(.*)$", cache, re.M)[1] for key in ("PREFIX", "LIBEXECDIR"))
+        installed = pathlib.Path(prefix, libexec, "quiverleaf", "quiverleaf-helper")
+        environment = {**self.environment, "PATH": "/none", "LD_LIBRARY_PATH": str(REAL_HELPER.parents[2] / "lib")}
+
+        def ping():
+            return subprocess.run([programs / "quiverleaf", "ping"], env=environment, capture_output=True, text=True, check=False)
+
+        if not installed.exists():
+            done = ping()
+            self.assertEqual((done.returncode, done.stderr.count("\n")), (2, 1))
+            for place in ("none could be started: quiverleaf-helper was not found", found, f" {installed},", "PATH (/none)"):
+                self.assertIn(str(place), done.stderr)
+        found.parent.mkdir(parents=True)
+        found.symlink_to(REAL_HELPER)
+        self.assertEqual(ping().returncode, 0)
+
+    def test_a_working_directory_that_is_gone(self):
+        (self.folder / "gone").mkdir()
+        path = os.fsdecode(self.file("words.txt", b"Some words"))
+        script = 'cd gone && rmdir ../gone && "$0" metadata "$1"; code=$?; mkdir ../gone; exit $code'
+        for name, code, output in (("x.txt", 3, b"quiverleaf: x.txt: .*working directory.*\n"), (path, 0, b'{.*"Some words".*}\n')):
+            done = subprocess.run(["sh", "-c", script, COMMAND, name], env=self.environment, cwd=self.folder, capture_output=True)
+            self.assertEqual(done.returncode, code)
+            self.assertRegex(done.stdout + done.stderr, rb"\A" + output + rb"\Z")
+
+    def test_importers_in_the_home_folder_are_found(self):
+        self.file("page.html", b"Some words")
+        self.environment["HOME"] = str(self.folder)
+        self.assert_fails(3, "no importer", "metadata", "page.html")
+        self.run_command("stop")
+        bundle = self.folder / "Library" / "Spotlight" / "Mine.mdimporter"
+        shutil.copytree(REAL_HELPER.parent / "importers" / "Text.mdimporter", bundle)
+        information = bundle / "Contents" / "Info.plist"
+        information.write_text(information.read_text("utf-8").replace("public.plain-text", "public.html"), "utf-8")
+        self.assertIn("Some words", self.answer("metadata", "page.html")["kMDItemTextContent"])
+
+
+class HelperTest(CommandTestCase):
+    """With a helper that does what it is told."""
+
+    def setUp(self):
+        super().setUp()
+        self.pdf = documents.pdf()
+        self.file("a.pdf", self.pdf)
+        self.environment["QUIVERLEAF_HELPER"] = str(FAKE_HELPER)
+
+    def test_what_it_is_sent(self):
+        content = base64.b64encode(self.pdf).decode()
+        for arguments, sent in (
+            (["pdf", "a.pdf"], {"attributed": False, "stringWithPDF": content}),
+            (["pdf", "a.pdf", "--attributed"], {"attributed": True, "stringWithPDF": content}),
+            (["metadata", "./x/../a.pdf"], {"metaDataForFile": f"{self.folder.resolve()}/./x/../a.pdf"}),
+            (["metadata", "~"], {"metaDataForFile": f"{self.folder.resolve()}/~"}),
+        ):
+            self.assertEqual(self.answer(*arguments), sent)
+
+    def test_it_cannot_be_started_or_fails(self):
+        cases = [
+            ("/nonexistent", "", 2, "Cannot start /nonexistent: No such file"),
+            ("/bin/false", "", 2, "/bin/false ended before it answered"),
+            (FAKE_HELPER, "die:", 5, "a.pdf: "),
+            (FAKE_HELPER, "raise:", 3, "NSRangeException: too far"),
+        ]
+        for program, failing, code, message in cases:
+            with self.subTest(program=program, failing=failing):
+                environment = {**self.environment, "QUIVERLEAF_HELPER": str(program), "FAKE_HELPER_DOES": failing}
+                self.assert_fails(code, message, "pdf", "a.pdf", environment=environment)
+                if code == 2:
+                    self.assert_fails(2, f"no helper is registered and none could be started: {message}", "ping", environment=environment)
+                self.run_command("stop")
+
+    def test_time_limits(self):
+        self.environment["FAKE_HELPER_DOES"] = "slow:"
+        self.assertIn("stringWithPDF", self.answer("pdf", "a.pdf"))
+        for arguments in (["--timeout", "0.5", "pdf", "a.pdf"], ["pdf", "a.pdf", "--timeout=.5"]):
+            self.assert_fails(4, "a.pdf: no answer within the time limit", *arguments)
+        # One that takes no connection: its queue is full.
+        self.run_command("stop")
+        with socket.socket(socket.AF_UNIX) as listener, socket.socket(socket.AF_UNIX) as waiting:
+            path = self.folder / "runtime" / CONNECTION_NAME
+            path.unlink(missing_ok=True)
+            listener.bind(str(path))
+            path.chmod(0o600)
+            listener.listen(0)
+            waiting.connect(str(path))
+            for arguments in (["ping"], ["pdf", "a.pdf"]):
+                self.assert_fails(4, "", "--timeout", "0.2", *arguments)
+            path.unlink()
+
+
+if __name__ == "__main__":
+    unittest.main()
