@@ -2,8 +2,11 @@
 #include "importers/ImporterPlugIn.hpp"
 
 #include <atomic>
+#include <cstddef>
 #include <cstring>
+#include <exception>
 #include <new>
+#include <string>
 #include <type_traits>
 #include <variant>
 #include <vector>
@@ -63,16 +66,19 @@ class PlugIn {
   }
   static MDImporterBoolean importData(void *thisInterface, MDImporterAttributes *attributes,
                                       const MDImporterString *, const MDImporterString *pathToFile) {
+    Attributes writer(attributes);
     try {
-      Attributes writer(attributes);
       self(thisInterface)
           ->import_(NSString::stringWithCharacters({pathToFile->characters, pathToFile->length}), writer);
       return 1;
     } catch (const NSException &) {
       throw;
+    } catch (const std::exception &exception) {
+      writer.setReason(NSError::errorWithException(exception));
     } catch (...) {
-      return 0;
+      writer.setReason(NSError::errorWithCode(ErrorCode::other, "the importer failed"));
     }
+    return 0;
   }
 
   /// The customary "no such interface".
@@ -115,6 +121,13 @@ void Attributes::set(const char *name, const id &value) {
 
 void Attributes::setArrayOf(const char *name, const NSString &element) {
   if (element.length() > 0) set(name, NSArray{element});
+}
+
+void Attributes::setReason(const NSError &error) {
+  const MDImporterAttributesFunctions &functions = *attributes_->functions;
+  if (!error || functions.size <= offsetof(MDImporterAttributesFunctions, setReason)) return;
+  const std::string reason = error.localizedFailureReason.UTF8String();
+  functions.setReason(attributes_, static_cast<std::int32_t>(error.errorCode()), reason.data(), reason.size());
 }
 
 void *makeMetaDataImporter(const std::uint8_t *typeID, ImportFunction import) noexcept {

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/CoreServices/MDImporter.h"
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
@@ -18,13 +19,16 @@ class Attributes {
   void set(const char *name, const id &value);
   /// As above, but an empty string counts as nil, and the value stands alone in an array.
   void setArrayOf(const char *name, const NSString &element);
+  /// Says why attributes are missing, or not whole. Nothing happens when there is no error, or the helper is
+  /// too old to be told.
+  void setReason(const NSError &error);
 
  private:
   MDImporterAttributes *attributes_;
 };
 
-/// What an importer does: reads the file and sets its attributes. Whatever it throws ends the import;
-/// attributes that are set by then count.
+/// What an importer does: reads the file and sets its attributes, and the reason why some are missing. Whatever
+/// it throws ends the import and is a reason, too; attributes that are set by then count.
 using ImportFunction = void (*)(const NSString &path, Attributes &attributes);
 
 /// The body of a factory: a new component object, with one reference, that imports by `import`; null when

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 
+#include <algorithm>
 #include <string_view>
 
 namespace nimbo {
@@ -70,6 +71,33 @@ id array(const MDImporterValue *elements, std::size_t count, int depth) {
   return result;
 }
 
+constexpr bool isCode(int code, ErrorCode meaning) {
+  return static_cast<ErrorCode>(code) == meaning;
+}
+static_assert(isCode(kMDImporterOther, ErrorCode::other) &&
+              isCode(kMDImporterNoSuchFile, ErrorCode::noSuchFile) &&
+              isCode(kMDImporterUnreadable, ErrorCode::unreadable) &&
+              isCode(kMDImporterTooLarge, ErrorCode::tooLarge) &&
+              isCode(kMDImporterUnsupportedType, ErrorCode::unsupportedType) &&
+              isCode(kMDImporterDamaged, ErrorCode::damaged) && isCode(kMDImporterLocked, ErrorCode::locked) &&
+              isCode(kMDImporterTimeLimit, ErrorCode::timeLimit) &&
+              isCode(kMDImporterMemoryLimit, ErrorCode::memoryLimit) &&
+              isCode(kMDImporterIncomplete, ErrorCode::incomplete));
+
+/// Codes of later versions are passed on.
+MDImporterBoolean setReason(MDImporterAttributes *attributes, std::int32_t code, const char *reason,
+                            std::size_t length) noexcept {
+  try {
+    if (!reason || length == 0) return 0;
+    static_cast<MDImporterAttributeDictionary *>(attributes)->error =
+        NSError::errorWithCode(code > 0 ? static_cast<ErrorCode>(code) : ErrorCode::other,
+                               {reason, std::min(length, MDImporterAttributeDictionary::kMaximumReasonBytes)});
+    return 1;
+  } catch (...) {
+    return 0;
+  }
+}
+
 const MDImporterAttributesFunctions kFunctions = {
     sizeof(MDImporterAttributesFunctions),
     [](MDImporterAttributes *attributes, const char *name, const char *bytes, std::size_t length) {
@@ -99,6 +127,7 @@ const MDImporterAttributesFunctions kFunctions = {
     [](MDImporterAttributes *attributes, const char *name, const MDImporterValue *elements, std::size_t count) {
       return set(attributes, name, [&] { return array(elements, count, 1); });
     },
+    setReason,
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "Classes/MetaData/MetaDataImporter.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
@@ -14,6 +15,7 @@
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
 
 namespace nimbo {
 namespace {
@@ -21,8 +23,40 @@ namespace {
 /// Importers of the CHM format declare this type, which only ever stood for the file name extension.
 constexpr std::u16string_view kDynamicTypeOfCHM = u"dyn.ah62d4rv4ge80g4dr";
 
+/// The types of what is no document of a known kind.
+constexpr std::u16string_view kTypesThatSayNothing[] = {u"public.data", u"public.folder", u"public.item"};
+
 CFUUIDBytes uuid(const std::uint8_t (&bytes)[kMDImporterIdentifierLength]) {
   return std::to_array(bytes);
+}
+
+/// What is read by no importer, whoever asks: the file cannot be read, or there is nothing in it. Else nil.
+NSError errorForUnreadableFile(const NSString &path) {
+  NSError error;
+  std::uint64_t size = 0;
+  if (openRegularFile(path, &size, &error) && size == 0)
+    setError(&error, ErrorCode::incomplete, "the file is empty");
+  return error;
+}
+
+NSError errorForUnsupportedType(const NSString &contentType, const NSString &path) {
+  if (std::ranges::find(kTypesThatSayNothing, contentType.view()) != std::end(kTypesThatSayNothing)) {
+    // It may have no better type because it cannot be read.
+    NSError error = errorForUnreadableFile(path);
+    if (!error) setError(&error, ErrorCode::unsupportedType, "no importer reads the file; its type is unknown");
+    return error;
+  }
+  return NSError::errorWithCode(ErrorCode::unsupportedType,
+                                "no importer reads files of this type (" + contentType.UTF8String() + ")");
+}
+
+/// Why an importer set nothing and said nothing.
+NSError errorForNoAttributes(const NSString &path) {
+  bool isFolder = false;
+  NSFileManager::fileExistsAtPath(path, &isFolder);
+  // There are documents that are folders.
+  NSError error = isFolder ? NSError() : errorForUnreadableFile(path);
+  return error ? error : NSError::errorWithCode(ErrorCode::other, "its importer finds nothing in it");
 }
 
 /// Calls the importer behind `interface`; an exception that importers may raise is logged and ends the import.
@@ -38,6 +72,10 @@ void importData(const CFPlugInInstance &interface, MDImporterAttributeDictionary
     functions->ImporterImportData(interface.get(), &attributes, &lentContentType, &lentPath);
   } catch (const NSException &exception) {
     logException("metaDataOfFileAtPath:", "MetaDataImporter", exception);
+    if (attributes.error) return;
+    attributes.error = NSError::errorWithException(exception);
+    if (attributes.dictionary.count() > 0)
+      attributes.error.code = static_cast<std::int64_t>(ErrorCode::incomplete);
   }
 }
 
@@ -102,20 +140,27 @@ void MetaDataImporter::loadMDImporters() {
   for (const NSString &importer : *MDImporterArray) learnContentTypes(importer);
 }
 
-NSDictionary MetaDataImporter::metaDataOfFileAtPath(const NSString &path) {
+NSDictionary MetaDataImporter::metaDataOfFileAtPath(const NSString &path, NSError *error) {
   if (!contentTypesForMDImporter) loadMDImporters();
-  if (!NSFileManager::fileExistsAtPath(path)) return NSDictionary();
-  const NSString contentType = lowercaseString(LSCopyItemContentType(path));
-  if (!contentType) return NSDictionary();
+  const auto fail = [error](NSError failure) {
+    if (error) *error = std::move(failure);
+    return NSDictionary();
+  };
+  NSError failure;
+  const NSString contentType = lowercaseString(LSCopyItemContentType(path, &failure));
+  if (!contentType) return fail(failure);
   const auto importer = std::ranges::find_if(*MDImporterArray, [&](const NSString &candidate) {
     const auto declared = contentTypesForMDImporter->find(candidate);
     return declared != contentTypesForMDImporter->end() &&
            std::ranges::find(declared->second, contentType) != declared->second.end();
   });
-  if (importer == MDImporterArray->end()) return NSDictionary();
+  if (importer == MDImporterArray->end()) return fail(errorForUnsupportedType(contentType, path));
 
-  const auto plugIn = CFPlugInCreate(*importer);
-  if (!plugIn) return NSDictionary();
+  const auto failOfImporter = [&](const std::string &reason) {
+    return fail(NSError::errorWithCode(ErrorCode::other, "its importer " + importer->UTF8String() + reason));
+  };
+  const auto plugIn = CFPlugInCreate(*importer, &failure);
+  if (!plugIn) return failOfImporter(" cannot be loaded: " + failure.localizedFailureReason.UTF8String());
   const CFUUIDBytes type = uuid(kMDImporterTypeID);
   for (const CFUUIDBytes &factory : CFPlugInFindFactoriesForPlugInTypeInPlugIn(type, *plugIn)) {
     const CFPlugInInstance interface =
@@ -123,13 +168,15 @@ NSDictionary MetaDataImporter::metaDataOfFileAtPath(const NSString &path) {
     if (!interface) continue;
     MDImporterAttributeDictionary attributes;
     importData(interface, attributes, contentType, path);
+    if (attributes.dictionary.count() == 0 && !attributes.error) attributes.error = errorForNoAttributes(path);
+    if (error && attributes.error) *error = attributes.error;
     return attributes.dictionary;
   }
-  return NSDictionary();
+  return failOfImporter(" is no metadata importer");
 }
 
-NSString MetaDataImporter::textContentOfFileAtPath(const NSString &path) {
-  return metaDataOfFileAtPath(path).objectForKey(u"kMDItemTextContent"_ns).string();
+NSString MetaDataImporter::textContentOfFileAtPath(const NSString &path, NSError *error) {
+  return metaDataOfFileAtPath(path, error).objectForKey(u"kMDItemTextContent"_ns).string();
 }
 
 }  // namespace nimbo

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -40,10 +41,11 @@ class MetaDataImporter {
 
   /// The attributes that the first importer for the file's content type filled in, by their kMDItem names; as
   /// far as it came when it raised an exception. Nil when the file cannot be found, no importer declares its
-  /// type, or the importer cannot be loaded.
-  NSDictionary metaDataOfFileAtPath(const NSString &path);
+  /// type, or the importer cannot be loaded. `*error` says why it is nil, empty or, as the importer says, not
+  /// whole: `unsupportedType` when there is no importer.
+  NSDictionary metaDataOfFileAtPath(const NSString &path, NSError *error = nullptr);
   /// The attribute "kMDItemTextContent" when it is a string, else nil.
-  NSString textContentOfFileAtPath(const NSString &path);
+  NSString textContentOfFileAtPath(const NSString &path, NSError *error = nullptr);
 
   /// Finds the importers and learns their types; the first request for metadata does it.
   void loadMDImporters();

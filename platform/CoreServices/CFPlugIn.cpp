@@ -30,22 +30,58 @@ id objectForUUID(const NSDictionary &dictionary, const CFUUIDBytes &uuid) {
   return id();
 }
 
-/// Why the file or folder must not be trusted; empty when it may.
-std::string reasonForDistrust(const NSString &path, mode_t kind) {
+/// Why the file or folder must not be trusted; nil when it may.
+NSError errorForDistrust(const NSString &path, mode_t kind) {
   const auto name = path.fileSystemRepresentation();
   struct stat info = {};
-  if (!name || ::lstat(name->c_str(), &info) != 0) return "is missing";
+  const auto because = [&](ErrorCode code, std::string_view reason) {
+    return NSError::errorWithCode(code, path.UTF8String().append(" ").append(reason));
+  };
+  if (!name || ::lstat(name->c_str(), &info) != 0) return because(ErrorCode::noSuchFile, "is missing");
   if ((info.st_mode & S_IFMT) != kind)
-    return S_ISLNK(info.st_mode) ? "is a symbolic link" : "is of the wrong kind";
-  if (info.st_uid != 0 && info.st_uid != ::geteuid()) return "belongs to another user";
-  if (info.st_mode & (S_IWGRP | S_IWOTH)) return "is writable by others than its owner";
-  return std::string();
+    return because(ErrorCode::unreadable,
+                   S_ISLNK(info.st_mode) ? "is a symbolic link" : "is of the wrong kind");
+  if (info.st_uid != 0 && info.st_uid != ::geteuid())
+    return because(ErrorCode::unreadable, "belongs to another user");
+  if (info.st_mode & (S_IWGRP | S_IWOTH))
+    return because(ErrorCode::unreadable, "is writable by others than its owner");
+  return NSError();
 }
 
-void logRefusalOnce(const NSString &bundlePath, const std::string &reason) {
+void logRefusalOnce(const NSString &bundlePath, const NSError &error) {
   static std::unordered_set<NSString, NSStringHash> logged;
   if (logged.insert(bundlePath).second)
-    NSLog("The plug-in " + bundlePath.UTF8String() + " is not loaded: " + reason);
+    NSLog("The plug-in " + bundlePath.UTF8String() +
+          " is not loaded: " + error.localizedFailureReason.UTF8String());
+}
+
+/// The library of the bundle after `*info`, its information, was read, and nothing in it is found that must not
+/// be trusted; null, with `*error`, when it cannot be loaded.
+void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error) {
+  const NSBundle bundle(bundlePath);
+  const NSString contents = stringByAppendingPathComponent(bundlePath, u"Contents"_ns);
+  const std::pair<NSString, mode_t> trusted[] = {
+      // Without slashes at its end, with which a symbolic link would be followed.
+      {stringByAppendingPathComponent(bundlePath, NSString::string()), S_IFDIR},
+      {contents, S_IFDIR},
+      {stringByAppendingPathComponent(contents, u"Info.plist"_ns), S_IFREG},
+      {stringByAppendingPathComponent(contents, u"Linux"_ns), S_IFDIR},
+  };
+  for (const auto &[path, kind] : trusted)
+    if ((*error = errorForDistrust(path, kind))) return nullptr;
+  *info = bundle.infoDictionary(error);
+  if (!*info) return nullptr;
+  const NSString executable = bundle.executablePath();
+  if (!executable) {
+    setError(error, ErrorCode::damaged, "its library is not named");
+    return nullptr;
+  }
+  if ((*error = errorForDistrust(executable, S_IFREG))) return nullptr;
+  void *library =
+      ::dlopen(executable.fileSystemRepresentation()->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  const char *reason = library ? nullptr : ::dlerror();
+  if (!library) setError(error, ErrorCode::damaged, reason ? reason : "its library cannot be loaded");
+  return library;
 }
 
 }  // namespace
@@ -85,39 +121,14 @@ void CFPlugIn::Close::operator()(void *library) const noexcept {
   ::dlclose(library);
 }
 
-std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath) {
-  const NSBundle bundle(bundlePath);
-  const NSString contents = stringByAppendingPathComponent(bundlePath, u"Contents"_ns);
-  const std::pair<NSString, mode_t> trusted[] = {
-      // Without slashes at its end, with which a symbolic link would be followed.
-      {stringByAppendingPathComponent(bundlePath, NSString::string()), S_IFDIR},
-      {contents, S_IFDIR},
-      {stringByAppendingPathComponent(contents, u"Info.plist"_ns), S_IFREG},
-      {stringByAppendingPathComponent(contents, u"Linux"_ns), S_IFDIR},
-  };
-  std::string reason;
-  for (const auto &[path, kind] : trusted) {
-    reason = reasonForDistrust(path, kind);
-    if (!reason.empty()) {
-      logRefusalOnce(bundlePath, path.UTF8String() + " " + reason);
-      return std::nullopt;
-    }
-  }
-  NSDictionary info = bundle.infoDictionary();
-  const NSString executable = bundle.executablePath();
-  reason = executable ? reasonForDistrust(executable, S_IFREG) : "is not named";
-  if (!reason.empty()) {
-    logRefusalOnce(bundlePath, "its library " + executable.UTF8String() + " " + reason);
-    return std::nullopt;
-  }
-  std::unique_ptr<void, CFPlugIn::Close> library(
-      ::dlopen(executable.fileSystemRepresentation()->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE));
-  if (!library) {
-    const char *error = ::dlerror();
-    logRefusalOnce(bundlePath, error ? error : "unknown error");
-    return std::nullopt;
-  }
-  return CFPlugIn(std::move(info), std::move(library));
+std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath, NSError *error) {
+  NSDictionary info;
+  NSError failure;
+  std::unique_ptr<void, CFPlugIn::Close> library(loadLibrary(bundlePath, &info, &failure));
+  if (library) return CFPlugIn(std::move(info), std::move(library));
+  logRefusalOnce(bundlePath, failure);
+  if (error) *error = std::move(failure);
+  return std::nullopt;
 }
 
 std::vector<CFUUIDBytes> CFPlugInFindFactoriesForPlugInTypeInPlugIn(const CFUUIDBytes &type,

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -49,7 +50,7 @@ class CFPlugInInstance {
 /// that it threw and functions that it registered elsewhere may outlive every handle.
 class CFPlugIn {
  private:
-  friend std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath);
+  friend std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath, NSError *error);
   friend std::vector<CFUUIDBytes> CFPlugInFindFactoriesForPlugInTypeInPlugIn(const CFUUIDBytes &type,
                                                                              const CFPlugIn &plugIn);
   friend CFPlugInInstance CFPlugInInstanceCreate(const CFPlugIn &plugIn, const CFUUIDBytes &factory,
@@ -67,8 +68,8 @@ class CFPlugIn {
 
 /// Loads a bundle. Nothing when it cannot be loaded, or must not be: the bundle, its folders "Contents" and
 /// "Contents/Linux", its information file and its library must belong to root or the user, be no symbolic
-/// links, and not be writable by group or others. The reason is logged, once for each bundle.
-std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath);
+/// links, and not be writable by group or others. `*error` says why, and the log, once for each bundle.
+std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath, NSError *error = nullptr);
 
 /// The factories that the bundle's CFPlugInTypes names for a type, in its order.
 std::vector<CFUUIDBytes> CFPlugInFindFactoriesForPlugInTypeInPlugIn(const CFUUIDBytes &type,

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <string>
 
@@ -134,10 +135,13 @@ std::string_view contentTypeForContent(const std::string &path, const char *ambi
 
 }  // namespace
 
-NSString LSCopyItemContentType(const NSString &path) {
+NSString LSCopyItemContentType(const NSString &path, NSError *error) {
   const auto bytes = path.fileSystemRepresentation();
   struct stat info = {};
-  if (!bytes || ::stat(bytes->c_str(), &info) != 0) return NSString();
+  if (!bytes || ::stat(bytes->c_str(), &info) != 0) {
+    if (error) *error = NSError::errorWithFileErrno(bytes ? errno : ENOENT);
+    return NSString();
+  }
   std::string name = *bytes;
   while (name.size() > 1 && name.ends_with('/')) name.pop_back();
   name.erase(0, name.rfind('/') + 1);

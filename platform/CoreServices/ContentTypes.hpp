@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/NSError.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -12,7 +12,8 @@ inline constexpr std::size_t kContentTypeHeadBytes = 64 << 10;
 /// The uniform type identifier of what stands at `path`; symbolic links are followed. A file goes by its name;
 /// only when the name says nothing, or may mean several types, by its content. "public.data" when that says
 /// nothing either or cannot be read, "public.folder" for folders that are no documents, "public.item" for what
-/// is neither file nor folder, which is never opened. Nil when nothing is there. Not thread-safe.
-NSString LSCopyItemContentType(const NSString &path);
+/// is neither file nor folder, which is never opened. Nil when nothing is there, or cannot be reached: `*error`
+/// says which. Not thread-safe.
+NSString LSCopyItemContentType(const NSString &path, NSError *error = nullptr);
 
 }  // namespace nimbo

@@ -96,6 +96,27 @@ typedef struct MDImporterValue {
   } value;
 } MDImporterValue;
 
+/** Why attributes are missing, or not whole. */
+enum {
+  /** None of the others. */
+  kMDImporterOther = 1,
+  kMDImporterNoSuchFile = 2,
+  /** The file may not be read, is a folder or no regular file, or its disk fails. */
+  kMDImporterUnreadable = 3,
+  /** The content goes beyond a limit of size. */
+  kMDImporterTooLarge = 4,
+  /** The importer does not read content of this kind. */
+  kMDImporterUnsupportedType = 5,
+  /** The content is not what its kind asks for. */
+  kMDImporterDamaged = 6,
+  /** The content needs a password. */
+  kMDImporterLocked = 7,
+  kMDImporterTimeLimit = 8,
+  kMDImporterMemoryLimit = 9,
+  /** The content is empty, or a part of it is left out. */
+  kMDImporterIncomplete = 10
+};
+
 typedef struct MDImporterAttributes MDImporterAttributes;
 
 /**
@@ -127,6 +148,16 @@ typedef struct MDImporterAttributesFunctions {
   /** An array of `count` elements. */
   MDImporterBoolean (*setArray)(MDImporterAttributes *attributes, const char *name,
                                 const MDImporterValue *elements, size_t count);
+  /**
+   * Says why attributes are missing, or not whole: one of the codes above for programs, and a clause for people
+   * that reads well behind the file's name, as "the PDF is damaged". UTF-8 of `length` bytes, not terminated,
+   * of which the first 1000 count. The last call counts; it answers no when there is no text. Older helpers
+   * lack it:
+   *
+   *   if (functions->size > offsetof(MDImporterAttributesFunctions, setReason)) functions->setReason(...);
+   */
+  MDImporterBoolean (*setReason)(MDImporterAttributes *attributes, int32_t code, const char *reason,
+                                 size_t length);
 } MDImporterAttributesFunctions;
 
 /** The mutable attributes of a file; they belong to the helper and are there for the duration of one call. */
@@ -145,10 +176,11 @@ typedef struct MDImporterInterfaceStruct {
   uint32_t (*AddRef)(void *thisInterface);
   uint32_t (*Release)(void *thisInterface);
   /**
-   * Reads the file and sets its attributes. `contentTypeUTI` is lower-cased, as "com.adobe.pdf". The answer is
-   * ignored: whatever was set counts. The file is untrusted: bound what you read, allocate and write. An
-   * importer in C++ that links nimbo-text may throw nimbo::NSException, which ends the import; the attributes
-   * that are set by then count. It must throw nothing else.
+   * Reads the file and sets its attributes, and the reason why some are missing. `contentTypeUTI` is
+   * lower-cased, as "com.adobe.pdf". The answer is ignored: whatever was set counts. The file is untrusted:
+   * bound what you read, allocate and write. An importer in C++ that links nimbo-text may throw
+   * nimbo::NSException, which ends the import; the attributes that are set by then count. It must throw nothing
+   * else.
    */
   MDImporterBoolean (*ImporterImportData)(void *thisInterface, MDImporterAttributes *attributes,
                                           const MDImporterString *contentTypeUTI,

@@ -47,7 +47,7 @@ NSDictionary NSBundle::infoDictionary(NSError *error) const {
       openRegularFile(stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns), &size, error);
   if (!file) return NSDictionary();
   // One byte more than may be, by which a file is known that is too large or has grown.
-  const NSData data = readDataOfFile(file, size, kMaximumInfoBytes + 1, error);
+  const NSData data = readData(file.get(), size, kMaximumInfoBytes + 1, error);
   if (!data) return NSDictionary();
   if (data.length() > kMaximumInfoBytes) {
     setError(error, ErrorCode::tooLarge, "the information file is too large");

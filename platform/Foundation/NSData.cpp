@@ -60,7 +60,7 @@ NSData NSData::dataWithContentsOfFile(const NSString &path, NSError *error) {
   std::uint64_t size = 0;
   const FileDescriptor file = openRegularFile(path, &size, error);
   if (!file) return NSData();
-  NSData data = size <= NSNotFound ? readDataOfFile(file, size, NSNotFound, error) : NSData();
+  NSData data = size <= NSNotFound ? readData(file.get(), size, NSNotFound, error) : NSData();
   const bool hasGrown = size < NSNotFound && data.length() == NSNotFound;
   if (size <= NSNotFound && !hasGrown) return data;
   setError(error, ErrorCode::tooLarge, "the file is too large");

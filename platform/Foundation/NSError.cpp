@@ -2,8 +2,11 @@
 #include "platform/Foundation/NSError.hpp"
 
 #include <cerrno>
+#include <new>
 #include <string>
 #include <system_error>
+
+#include "platform/Foundation/NSException.hpp"
 
 namespace nimbo {
 
@@ -33,6 +36,14 @@ NSError NSError::errorWithFileErrno(int number) {
     default:
       return errorWithCode(ErrorCode::unreadable, "the file cannot be read: " + reason);
   }
+}
+
+NSError NSError::errorWithException(const std::exception &exception) {
+  if (dynamic_cast<const std::bad_alloc *>(&exception))
+    return errorWithCode(ErrorCode::memoryLimit, "there is not enough memory");
+  if (const auto *raised = dynamic_cast<const NSException *>(&exception))
+    return {NimboErrorDomain(), static_cast<std::int64_t>(ErrorCode::other), raised->reason()};
+  return errorWithCode(ErrorCode::other, exception.what());
 }
 
 ErrorCode NSError::errorCode() const noexcept {

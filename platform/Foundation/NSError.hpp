@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <string_view>
 
 #include "platform/Foundation/NSString.hpp"
@@ -54,6 +55,8 @@ struct NSError {
   static NSError errorWithCode(ErrorCode code, std::string_view reason);
   /// What the system's error number says about a file.
   static NSError errorWithFileErrno(int number);
+  /// `memoryLimit` for std::bad_alloc, else `other` with what the exception says.
+  static NSError errorWithException(const std::exception &exception);
 
   /// `none` when nil, `other` when the domain is another one than `NimboErrorDomain`.
   ErrorCode errorCode() const noexcept;

@@ -23,8 +23,10 @@ class FileDescriptor {
 
   int get() const noexcept { return descriptor_; }
   explicit operator bool() const noexcept { return descriptor_ >= 0; }
+  /// Gives the descriptor away: it is the caller's to close.
+  int release() noexcept { return std::exchange(descriptor_, -1); }
   void close() noexcept {
-    if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
+    if (descriptor_ >= 0) ::close(release());
   }
 
  private:

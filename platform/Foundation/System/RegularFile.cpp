@@ -16,8 +16,8 @@
 namespace nimbo {
 namespace {
 
-/// The first room for files that do not tell their length, as those of /proc.
-constexpr std::size_t kSmallestRoom = 4096;
+/// The first room when there is more than expected: pipes and files of /proc do not tell their length.
+constexpr std::size_t kSmallestRoom = 64u << 10;
 
 }  // namespace
 
@@ -48,15 +48,14 @@ FileDescriptor openRegularFile(const NSString &path, std::uint64_t *size, NSErro
   return file;
 }
 
-NSData readDataOfFile(const FileDescriptor &file, std::uint64_t expectedLength, std::uint32_t maximumLength,
-                      NSError *error) {
+NSData readData(int descriptor, std::uint64_t expectedLength, std::uint32_t maximumLength, NSError *error) {
   // One byte more than expected, so that the end is seen without growing.
   std::size_t capacity = static_cast<std::size_t>(std::min<std::uint64_t>(expectedLength, maximumLength)) + 1;
   std::size_t length = 0;
   std::unique_ptr<void, decltype(&std::free)> buffer(allocateBytes(capacity), &std::free);
   while (buffer) {
     const std::size_t room = std::min<std::size_t>(capacity, maximumLength) - length;
-    const ssize_t got = room > 0 ? ::read(file.get(), static_cast<char *>(buffer.get()) + length, room) : 0;
+    const ssize_t got = room > 0 ? ::read(descriptor, static_cast<char *>(buffer.get()) + length, room) : 0;
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
       if (error) *error = NSError::errorWithFileErrno(errno);

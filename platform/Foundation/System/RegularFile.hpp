@@ -16,10 +16,10 @@ namespace NIMBO_PUBLIC nimbo {
 /// for. Nothing when it cannot be opened; `*error` says why.
 FileDescriptor openRegularFile(const NSString &path, std::uint64_t *size, NSError *error = nullptr);
 
-/// What the file holds from where the descriptor stands, but no more than `maximumLength` bytes, which is at
-/// most `NSNotFound`. `expectedLength` is a guess; a right one saves copying. Nil when reading fails; `*error`
-/// says why. Throws std::bad_alloc.
-NSData readDataOfFile(const FileDescriptor &file, std::uint64_t expectedLength, std::uint32_t maximumLength,
-                      NSError *error = nullptr);
+/// What is read from the descriptor to its end, but no more than `maximumLength` bytes, which is at most
+/// `NSNotFound`. `expectedLength` is a guess; a right one saves copying. Nil when reading fails; `*error` says
+/// why. Throws std::bad_alloc.
+NSData readData(int descriptor, std::uint64_t expectedLength, std::uint32_t maximumLength,
+                NSError *error = nullptr);
 
 }  // namespace nimbo

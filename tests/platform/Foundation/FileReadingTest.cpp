@@ -69,14 +69,14 @@ TEST(NSError, CodesOfOtherDomainsAreOther) {
 
 TEST(RegularFile, IsReadUpToALimit) {
   const TemporaryFolder folder;
-  const std::string content(10'000, 'x');
+  const std::string content(100'000, 'x');
   const NSString path = folder.write("file", content);
-  for (const std::uint64_t expected : {0u, 1u, 9'999u, 10'000u, 20'000u}) {
-    for (const std::uint32_t limit : {0u, 1u, 4'096u, 9'999u, 10'000u, 10'001u, NSNotFound}) {
+  for (const std::uint64_t expected : {0u, 1u, 99'999u, 100'000u, 200'000u}) {
+    for (const std::uint32_t limit : {0u, 1u, 70'000u, 99'999u, 100'000u, 100'001u, NSNotFound}) {
       std::uint64_t size = 0;
       const FileDescriptor file = openRegularFile(path, &size);
       EXPECT_EQ(size, content.size());
-      EXPECT_EQ(readDataOfFile(file, expected, limit).view(), content.substr(0, limit))
+      EXPECT_EQ(readData(file.get(), expected, limit).view(), content.substr(0, limit))
           << expected << " " << limit;
     }
   }
