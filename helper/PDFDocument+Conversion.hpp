@@ -12,7 +12,9 @@ NSString fixedAndNormalizedString(PDFDocument &document);
 
 /// As above, but stops after a page when another one as slow as it would end after `timeoutSeconds`, and
 /// answers what it has got; the first page is always read. No time limit when `timeoutSeconds` is not above 0.
-NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double timeoutSeconds);
+/// `*error` says which pages are missing, as `readPages` does.
+NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double timeoutSeconds,
+                                              NSError *error = nullptr);
 
 }  // namespace Conversion
 }  // namespace nimbo

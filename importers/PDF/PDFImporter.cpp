@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <chrono>
 #include <string>
 #include <utility>
 
@@ -10,31 +9,25 @@
 namespace nimbo {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 /// For opening and for all the text, well below what callers wait; the pages that are not read by then are left
 /// out.
 constexpr double kTextSeconds = 6;
 /// For opening, and for one page.
 constexpr double kStepSeconds = 4;
+/// For everything that is asked of the document.
+constexpr double kDocumentSeconds = 10;
 /// Pages after this much text are left out.
 constexpr std::uint32_t kMaximumTextLengthInCodeUnits = 32u << 20;
 
-/// The pages' text, each ended by a line feed; nil when no page has any.
-NSString textOfDocument(const PDFDocument &document, Clock::time_point start) {
+/// The pages' text, each ended by a line feed; nil when no page has any. `*error` says which pages are missing.
+NSString textOfDocument(const PDFDocument &document, const Deadline &deadline, NSError *error) {
   NSMutableString text;
-  const std::uint32_t count = document.pageCount();
-  auto pageStart = Clock::now();
-  for (std::uint32_t i = 0; i < count && text.length() < kMaximumTextLengthInCodeUnits; ++i) {
-    if (const NSString page = document.pageAtIndex(i).string(); page.length() > 0) {
-      text.appendString(page);
-      text.appendCharacter(u'\n');
-    }
-    // The last page counts twice, so that one as slow as it is not begun when it would overrun.
-    const auto now = Clock::now();
-    if (std::chrono::duration<double>((now - start) + (now - pageStart)).count() >= kTextSeconds) break;
-    pageStart = now;
-  }
+  const auto append = [&text](const NSString &page) {
+    text.appendString(page);
+    text.appendCharacter(u'\n');
+    return text.length() < kMaximumTextLengthInCodeUnits;
+  };
+  document.readPages(deadline, append, error);
   return text.length() > 0 ? std::move(text).string() : NSString();
 }
 
@@ -46,10 +39,14 @@ NSSize shownSizeOfPage(const PDFPage &page) {
 }
 
 void importPDF(const NSString &path, Attributes &attributes) {
-  const auto start = Clock::now();
+  const Deadline textDeadline = Deadline::after(kTextSeconds);
   PDFLimits limits;
   limits.stepSeconds = kStepSeconds;
-  const auto document = PDFDocument::documentWithData(NSData::dataWithContentsOfFile(path), limits);
+  limits.deadline = Deadline::after(kDocumentSeconds);
+  NSError error;
+  const auto document = PDFDocument::documentWithContentsOfFile(path, limits, &error);
+  const bool isLocked = document && document->isLocked(&error);
+  attributes.setReason(error);
   if (!document) return;
 
   const std::string version =
@@ -72,7 +69,9 @@ void importPDF(const NSString &path, Attributes &attributes) {
   const NSSize size = shownSizeOfPage(document->pageAtIndex(0));
   attributes.set("kMDItemPageWidth", size.width);
   attributes.set("kMDItemPageHeight", size.height);
-  if (!document->isLocked()) attributes.set("kMDItemTextContent", textOfDocument(*document, start));
+  if (isLocked) return;
+  attributes.set("kMDItemTextContent", textOfDocument(*document, textDeadline, &error));
+  attributes.setReason(error);
 }
 
 }  // namespace

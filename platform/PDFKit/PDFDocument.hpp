@@ -3,16 +3,20 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSGeometry.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
 namespace detail {
 class PDFEngine;
-}
+struct PDFInput;
+}  // namespace detail
 
 /// What one document may cost; whatever is beyond counts as damaged.
 struct PDFLimits {
@@ -21,6 +25,8 @@ struct PDFLimits {
   /// For opening, and for each page. Watched whenever the engine asks for memory, so a step that needs none can
   /// overrun it.
   double stepSeconds = 6;
+  /// For everything that is asked of the document; watched in the same way.
+  Deadline deadline = Deadline::never();
   std::uint32_t pages = 100'000;
   /// After so many pages in a row that cannot be read, the rest is not tried any more.
   std::uint32_t pageErrorsInARow = 16;
@@ -34,8 +40,8 @@ class PDFPage {
  public:
   /// The page's text in reading order, lines ended by line feeds, blocks of lines parted by an empty line.
   /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Nil when the page has no
-  /// text or cannot be read.
-  NSString string() const;
+  /// text, or cannot be read: then `*error` says why.
+  NSString string(NSError *error = nullptr) const;
   /// In points (the page's own unit is taken into account), lower left corner and size, before rotation. The
   /// crop box is cut to the media box, and is the media box when the page names none; without a media box,
   /// {612, 792} at the origin.
@@ -54,9 +60,16 @@ class PDFPage {
 /// A PDF in memory. Used from one thread at a time.
 class PDFDocument {
  public:
-  /// Null when the data is no PDF that can be opened. A document that is open but locked is not null.
+  /// Null when the data is no PDF that can be opened; `*error` says why. A document that is open but locked is
+  /// not null.
   static std::unique_ptr<PDFDocument> documentWithData(const NSData &data,
-                                                       const PDFLimits &limits = PDFLimits());
+                                                       const PDFLimits &limits = PDFLimits(),
+                                                       NSError *error = nullptr);
+  /// The same of a regular file, which is read while the document is used: one that is changed meanwhile is a
+  /// damaged document from then on, no worse.
+  static std::unique_ptr<PDFDocument> documentWithContentsOfFile(const NSString &path,
+                                                                 const PDFLimits &limits = PDFLimits(),
+                                                                 NSError *error = nullptr);
   ~PDFDocument();
   PDFDocument(const PDFDocument &) = delete;
   PDFDocument &operator=(const PDFDocument &) = delete;
@@ -66,8 +79,8 @@ class PDFDocument {
   /// are none, or while locked.
   NSDictionary documentAttributes() const;
   bool isEncrypted() const;
-  /// Whether the text needs a password that has not been given.
-  bool isLocked() const;
+  /// Whether the text needs a password that has not been given; `*error` then says so.
+  bool isLocked(NSError *error = nullptr) const;
   int majorVersion() const;
   int minorVersion() const;
   /// Never more than the limit nor than the document has objects, whatever it claims; 0 when a locked document
@@ -75,8 +88,17 @@ class PDFDocument {
   std::uint32_t pageCount() const;
   /// `index` must be below the page count.
   PDFPage pageAtIndex(std::uint32_t index) const;
+  /// Hands the text of each page that has any to `use`, first to last. It stops when `use` answers false, which
+  /// means that there is enough text, and when another page as slow as the last one would end after `deadline`;
+  /// the first page is always read. A page over which an exception comes, from `use` too, is one that cannot be
+  /// read. `*error` says which pages are missing in the end and why: `timeLimit`,
+  /// `incomplete` when there was enough text, else what was wrong with the first page that cannot be read.
+  void readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
+                 NSError *error = nullptr) const;
 
  private:
+  static std::unique_ptr<PDFDocument> documentWithInput(detail::PDFInput input, const PDFLimits &limits,
+                                                        NSError *error);
   explicit PDFDocument(std::unique_ptr<detail::PDFEngine> engine);
 
   std::unique_ptr<detail::PDFEngine> engine_;

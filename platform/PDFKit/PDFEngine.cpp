@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/PDFKit/PDFEngine.hpp"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -14,6 +16,10 @@ namespace {
 constexpr unsigned kCallsBetweenClockReads = 64;
 
 void saysNothing(void *, const char *) {}
+
+PDFFailure failure(ErrorCode code, const std::string &reason) {
+  return {NSError::errorWithCode(code, reason)};
+}
 
 /// Throws as MuPDF does. A document that claims more pages than it has objects has those that can be found.
 std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint32_t maximum) {
@@ -34,23 +40,30 @@ std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint3
 
 }  // namespace
 
+std::string PDFInput::firstBytes() const {
+  if (!file) return std::string(data.view().substr(0, kHeaderSearchBytes));
+  std::string bytes(kHeaderSearchBytes, '\0');
+  const ssize_t got = ::pread(::fileno(file.get()), bytes.data(), bytes.size(), 0);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  return bytes;
+}
+
 PDFBudget::~PDFBudget() {
   for (Block *block = blocks_.next; block != &blocks_;) std::free(std::exchange(block, block->next));
 }
 
-void PDFBudget::beginStep(double seconds) {
+void PDFBudget::beginStep(const Deadline &deadline) {
   timedOut_ = false;
-  deadline_ =
-      Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+  deadline_ = deadline;
 }
 
 bool PDFBudget::endStep() {
-  deadline_.reset();
+  deadline_ = Deadline::never();
   return std::exchange(timedOut_, false);
 }
 
 bool PDFBudget::allows(std::size_t size, std::size_t replaced) {
-  if (deadline_ && ++calls_ % kCallsBetweenClockReads == 0 && Clock::now() >= *deadline_) timedOut_ = true;
+  if (++calls_ % kCallsBetweenClockReads == 0 && deadline_.isOver()) timedOut_ = true;
   return !timedOut_ && size <= limit_ && used_ - replaced <= limit_ - size;
 }
 
@@ -97,8 +110,8 @@ void PDFBudget::release(void *self, void *bytes) {
   std::free(block);
 }
 
-PDFEngine::PDFEngine(const NSData &data, const PDFLimits &limits)
-    : limits_(limits), data_(data), budget_(limits.memoryBytes) {
+PDFEngine::PDFEngine(PDFInput input, const PDFLimits &limits)
+    : limits_(limits), input_(std::move(input)), budget_(limits.memoryBytes) {
   context_ = fz_new_context(budget_.functions(), nullptr, kStoreBytes);
   if (!context_) throw std::bad_alloc();
   fz_set_warning_callback(context_, saysNothing, nullptr);
@@ -118,7 +131,8 @@ PDFEngine::~PDFEngine() {
 void PDFEngine::open() {
   run([this](fz_context *context) {
     // The reader of PDF alone: the general one would take pictures, books and web pages too.
-    fz_stream *stream = fz_open_memory(context, data_.bytes(), data_.length());
+    fz_stream *stream = input_.file ? fz_open_file_ptr_no_close(context, input_.file.get())
+                                    : fz_open_memory(context, input_.data.bytes(), input_.data.length());
     fz_try(context) document_ = pdf_open_document_with_stream(context, stream);
     fz_always(context) fz_drop_stream(context, stream);
     fz_catch(context) fz_rethrow(context);
@@ -127,7 +141,7 @@ void PDFEngine::open() {
   });
   try {
     run([this](fz_context *context) { pageCount_ = countPages(context, document_, limits_.pages); });
-  } catch (const NSException &) {
+  } catch (const PDFFailure &) {
     if (!locked_) throw;
   }
 }
@@ -138,8 +152,12 @@ void PDFEngine::close() {
 }
 
 void PDFEngine::raise(bool late) const {
-  if (late) throw NSException(u"PDFTimeout"_ns, u"reading the PDF takes too long"_ns);
-  throw NSException(u"PDFDamaged"_ns, NSString::stringWithLossyUTF8String(fz_caught_message(context_)));
+  if (late) throw failure(ErrorCode::timeLimit, "reading the PDF takes too long");
+  if (fz_caught(context_) == FZ_ERROR_MEMORY)
+    throw failure(ErrorCode::memoryLimit, "the PDF needs too much memory");
+  if (!document_ && input_.firstBytes().find("%PDF-") == std::string::npos)
+    throw failure(ErrorCode::unsupportedType, "the file is no PDF");
+  throw failure(ErrorCode::damaged, std::string("the PDF is damaged: ") + fz_caught_message(context_));
 }
 
 }  // namespace nimbo::detail

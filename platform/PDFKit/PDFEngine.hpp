@@ -5,17 +5,38 @@
 #include <mupdf/pdf.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <cstdio>
+#include <memory>
+#include <string>
 #include <type_traits>
 
 #include "platform/Foundation/NSData.hpp"
-#include "platform/Foundation/NSException.hpp"
+#include "platform/Foundation/NSError.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 
 namespace nimbo::detail {
+
+/// What a step raises that did not come to its end; it never leaves this folder.
+struct PDFFailure {
+  NSError error;
+};
+
+/// Where a document is read from: the file, or the data when there is none. A file is read in pieces where
+/// MuPDF wants them, which spares most of a large one, and stays harmless when somebody cuts it short.
+struct PDFInput {
+  struct Close {
+    void operator()(std::FILE *file) const { std::fclose(file); }
+  };
+
+  NSData data;
+  std::unique_ptr<std::FILE, Close> file;
+
+  /// Up to so many bytes, in which the header of a PDF has to begin.
+  static constexpr std::size_t kHeaderSearchBytes = 1024;
+  std::string firstBytes() const;
+};
 
 /// The allocator that MuPDF uses for one document. It refuses what goes beyond the limit, and everything once
 /// the time of a step is over: MuPDF then unwinds from wherever it is, inside a decoder too. It knows all its
@@ -31,13 +52,11 @@ class PDFBudget {
   PDFBudget &operator=(const PDFBudget &) = delete;
 
   const fz_alloc_context *functions() const { return &functions_; }
-  void beginStep(double seconds);
+  void beginStep(const Deadline &deadline);
   /// Whether the step took too long.
   bool endStep();
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   /// Stands before the bytes that MuPDF gets, in a ring of all blocks.
   struct alignas(std::max_align_t) Block {
     Block *previous = this;
@@ -55,7 +74,7 @@ class PDFBudget {
 
   const std::size_t limit_;
   std::size_t used_ = 0;
-  std::optional<Clock::time_point> deadline_;
+  Deadline deadline_;
   unsigned calls_ = 0;
   bool timedOut_ = false;
   Block blocks_;
@@ -68,8 +87,8 @@ class PDFEngine {
   /// What MuPDF keeps of decoded fonts, objects and the like.
   static constexpr std::size_t kStoreBytes = std::size_t{16} << 20;
 
-  /// Raises when the data is no PDF that can be opened.
-  PDFEngine(const NSData &data, const PDFLimits &limits);
+  /// Raises `PDFFailure` when the input is no PDF that can be opened.
+  PDFEngine(PDFInput input, const PDFLimits &limits);
   ~PDFEngine();
   PDFEngine(const PDFEngine &) = delete;
   PDFEngine &operator=(const PDFEngine &) = delete;
@@ -82,8 +101,9 @@ class PDFEngine {
   int version() const { return version_; }
   std::uint32_t pageCount() const { return pageCount_; }
 
-  /// Runs `work` (called with the context) as one step, and raises when MuPDF fails or the step takes too long.
-  /// A failure jumps over destructors: `work` may hold, make and capture plain data only, and must not throw.
+  /// Runs `work` (called with the context) as one step, and raises `PDFFailure` when MuPDF fails or the step
+  /// takes too long. A failure jumps over destructors: `work` may hold, make and capture plain data only, and
+  /// must not throw.
   template <class Work>
   void run(Work &&work);
 
@@ -98,7 +118,7 @@ class PDFEngine {
 
   const PDFLimits limits_;
   /// Read by MuPDF until the document is closed.
-  const NSData data_;
+  const PDFInput input_;
   PDFBudget budget_;
   fz_context *context_ = nullptr;
   pdf_document *document_ = nullptr;
@@ -111,7 +131,7 @@ class PDFEngine {
 template <class Work>
 [[gnu::noinline]] void PDFEngine::run(Work &&work) {
   static_assert(std::is_trivially_destructible_v<std::remove_reference_t<Work>>);
-  budget_.beginStep(limits_.stepSeconds);
+  budget_.beginStep(earliest(Deadline::after(limits_.stepSeconds), limits_.deadline));
   volatile bool failed = false;
   fz_try(context_) work(context_);
   fz_catch(context_) failed = true;

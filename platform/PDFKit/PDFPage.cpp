@@ -91,8 +91,11 @@ bool isUsable(const fz_rect &box) {
 
 }  // namespace
 
-NSString PDFPage::string() const {
-  if (!engine_->triesPages()) return {};
+NSString PDFPage::string(NSError *error) const {
+  if (!engine_->triesPages()) {
+    setError(error, ErrorCode::damaged, "too many pages before this one cannot be read");
+    return {};
+  }
   FoundText text{engine_->context()};
   try {
     engine_->run([&](fz_context *context) {
@@ -114,8 +117,9 @@ NSString PDFPage::string() const {
       }
       fz_catch(context) fz_rethrow(context);
     });
-  } catch (const NSException &) {
+  } catch (const detail::PDFFailure &failure) {
     engine_->pageWasRead(false);
+    if (error) *error = failure.error;
     return {};
   }
   engine_->pageWasRead(true);
@@ -138,7 +142,7 @@ NSRect PDFPage::boundsForBox(PDFDisplayBox box) const {
       const double unit = pdf_to_real(context, pdf_dict_get(context, page, PDF_NAME(UserUnit)));
       if (std::isfinite(unit) && unit > 0) pointsPerUnit = unit;
     });
-  } catch (const NSException &) {
+  } catch (const detail::PDFFailure &) {
     bounds = kDefaultMediaBox;
   }
   return {{bounds.x0 * pointsPerUnit, bounds.y0 * pointsPerUnit},
@@ -152,7 +156,7 @@ int PDFPage::rotation() const {
       pdf_obj *page = pdf_lookup_page_obj(context, engine_->document(), static_cast<int>(index_));
       degrees = pdf_to_int(context, pdf_dict_get_inheritable(context, page, PDF_NAME(Rotate)));
     });
-  } catch (const NSException &) {
+  } catch (const detail::PDFFailure &) {
     return 0;
   }
   // Damaged files name any angle: to the next quarter turn.
