@@ -106,7 +106,9 @@ void setDescription(const NSDictionary &iptc, const NSDictionary &tiff, Attribut
 }
 
 void importImage(const NSString &path, Attributes &attributes) {
-  const auto source = CGImageSource::sourceWithContentsOfFile(path);
+  NSError error;
+  const auto source = CGImageSource::sourceWithContentsOfFile(path, &error);
+  attributes.setReason(error);
   if (!source) return;
   const NSDictionary &properties = source->properties();
   setSize(properties, attributes);

@@ -43,8 +43,9 @@ ImageHeader readHeaderOfBMP(const ImageInput &input) {
   const std::int64_t height =
       isCore ? littleEndianAt(bytes, 20, size)
              : std::abs(std::int64_t{static_cast<std::int32_t>(littleEndianAt(bytes, 22, 4))});
-  if (width <= 0 || width > INT32_MAX || height <= 0) return {};
   ImageHeader header;
+  header.isKnown = true;
+  if (width <= 0 || width > INT32_MAX || height <= 0) return header;
   header.type = u"com.microsoft.bmp"_ns;
   header.properties.setObject(width, u"PixelWidth"_ns);
   header.properties.setObject(height, u"PixelHeight"_ns);

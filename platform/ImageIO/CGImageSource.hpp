@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -15,9 +16,11 @@ struct ImageInput;
 /// An image file and what its header and its metadata say; no pixel is decoded. Used from one thread at a time.
 class CGImageSource {
  public:
-  /// Null when there is no such regular file, or no image of a known kind that it could begin with.
-  static std::unique_ptr<CGImageSource> sourceWithContentsOfFile(const NSString &path);
-  static std::unique_ptr<CGImageSource> sourceWithData(const NSData &data);
+  /// Null when there is no such regular file, or no image of a known kind that it could begin with; `*error`
+  /// says why. It also says when the image's metadata cannot be read, which is then left out.
+  static std::unique_ptr<CGImageSource> sourceWithContentsOfFile(const NSString &path,
+                                                                 NSError *error = nullptr);
+  static std::unique_ptr<CGImageSource> sourceWithData(const NSData &data, NSError *error = nullptr);
 
   /// The number of images (pages, frames) that the file says it has, at least 1.
   std::uint32_t count() const { return count_; }
@@ -36,7 +39,7 @@ class CGImageSource {
 
  private:
   CGImageSource() = default;
-  static std::unique_ptr<CGImageSource> sourceWithInput(const detail::ImageInput &input);
+  static std::unique_ptr<CGImageSource> sourceWithInput(const detail::ImageInput &input, NSError *error);
 
   std::uint32_t count_ = 1;
   NSString type_;

@@ -1,15 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <string>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo::detail {
 
-/// Where an image is read from: the file of that name, or the data when the name is empty.
+/// Where an image is read from: the open file, or the data when there is none. A file counts as as large as it
+/// was when it was opened.
 struct ImageInput {
-  std::string fileName;
+  /// Borrowed.
+  int descriptor = -1;
+  std::uint64_t fileSize = 0;
   NSData data;
 
   /// At most so many bytes, enough to tell the formats apart.
@@ -19,8 +24,10 @@ struct ImageInput {
 
 /// What a reader found out about an image.
 struct ImageHeader {
-  /// Nil when the reader does not know the format.
+  /// Nil when the reader does not know the format, or cannot read the header.
   NSString type;
+  /// Whether the file begins like an image of a known format.
+  bool isKnown = false;
   std::uint32_t count = 1;
   /// By the names of `CGImageSource::properties`.
   NSDictionary properties;
@@ -33,7 +40,7 @@ ImageHeader readHeaderWithVips(const ImageInput &input);
 ImageHeader readHeaderOfBMP(const ImageInput &input);
 
 /// Adds what Exiv2 finds: Exif, IPTC and XMP. Of formats that libvips leaves unknown it gives type and size
-/// too.
-void addMetadataWithExiv2(const ImageInput &input, ImageHeader &header);
+/// too. Answers nil, or why there is metadata that cannot be read.
+NSError addMetadataWithExiv2(const ImageInput &input, ImageHeader &header);
 
 }  // namespace nimbo::detail

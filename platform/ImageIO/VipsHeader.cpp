@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <unistd.h>
 #include <vips/vips.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -123,6 +126,7 @@ NSString profileNameOfImage(VipsImage *image) {
 
 ImageHeader headerOfImage(VipsImage *image, const Format &format) {
   ImageHeader header;
+  header.isKnown = true;
   header.type = typeOfImage(image, format.type);
   header.count = static_cast<std::uint32_t>(std::max(1, vips_image_get_n_pages(image)));
   NSDictionary &properties = header.properties;
@@ -138,15 +142,58 @@ ImageHeader headerOfImage(VipsImage *image, const Format &format) {
   return header;
 }
 
+/// A file with a position of its own, which ends where it ended when it was opened: libvips relies on that.
+struct OpenFile {
+  int descriptor;
+  std::int64_t size;
+  std::int64_t position = 0;
+
+  /// As read(2).
+  std::int64_t read(void *buffer, std::int64_t length) {
+    const auto room = static_cast<std::size_t>(std::clamp<std::int64_t>(size - position, 0, length));
+    ssize_t got = 0;
+    do {
+      got = ::pread(descriptor, buffer, room, position);
+    } while (got < 0 && errno == EINTR);
+    position += std::max<ssize_t>(got, 0);
+    return got;
+  }
+  /// As lseek(2).
+  std::int64_t seek(std::int64_t offset, int whence) {
+    const std::int64_t start = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position : size;
+    if (offset < -start || offset > INT64_MAX - start) return -1;
+    return position = start + offset;
+  }
+};
+
+/// What libvips reads the file through, which must live as long. By itself it maps files, and who cuts a mapped
+/// file short ends the process.
+VipsSource *sourceOfFile(OpenFile &file) {
+  using Read = gint64 (*)(VipsSourceCustom *, void *, gint64, gpointer);
+  using Seek = gint64 (*)(VipsSourceCustom *, gint64, int, gpointer);
+  const Read read = [](VipsSourceCustom *, void *buffer, gint64 length, gpointer self) -> gint64 {
+    return static_cast<OpenFile *>(self)->read(buffer, length);
+  };
+  const Seek seek = [](VipsSourceCustom *, gint64 offset, int whence, gpointer self) -> gint64 {
+    return static_cast<OpenFile *>(self)->seek(offset, whence);
+  };
+  VipsSourceCustom *source = vips_source_custom_new();
+  g_signal_connect(source, "read", reinterpret_cast<GCallback>(read), &file);
+  g_signal_connect(source, "seek", reinterpret_cast<GCallback>(seek), &file);
+  return &source->parent_object;
+}
+
 }  // namespace
 
 ImageHeader readHeaderWithVips(const ImageInput &input) {
   const Format *format = formatOfBytes(input.firstBytes());
   if (!format || !startVips()) return {};
   ImageHeader header;
+  header.isKnown = true;
+  OpenFile file = {input.descriptor, static_cast<std::int64_t>(input.fileSize)};
   const std::unique_ptr<VipsSource, Unreference> source(
-      input.fileName.empty() ? vips_source_new_from_memory(input.data.bytes(), input.data.length())
-                             : vips_source_new_from_file(input.fileName.c_str()));
+      input.descriptor < 0 ? vips_source_new_from_memory(input.data.bytes(), input.data.length())
+                           : sourceOfFile(file));
   VipsImage *loaded = nullptr;
   if (source && format->load(source.get(), &loaded, "access", VIPS_ACCESS_SEQUENTIAL, nullptr) == 0) {
     const std::unique_ptr<VipsImage, Unreference> image(loaded);
