@@ -21,7 +21,8 @@ struct RemoteArgument {
 
 /// An operation: the selector's keywords with the kinds of their arguments, and the kind of its result. Every
 /// argument may be absent (nil; a boolean is then NO), every result may be nil. A URL crosses as its absolute
-/// string.
+/// string. Beside a result that is nil or not whole the reply says why: a reason for people and one of the
+/// codes of `ErrorCode`, which NSError.hpp publishes.
 struct RemoteOperation {
   std::u16string_view selector;
   std::array<RemoteArgument, 3> arguments;

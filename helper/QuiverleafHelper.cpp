@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/QuiverleafHelper.hpp"
 
+#include <string_view>
+#include <utility>
+
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "helper/PDFDocument+Conversion.hpp"
 #include "helper/PDFProducer.hpp"
@@ -12,29 +15,33 @@ namespace {
 /// How long the pages of one document may be read for.
 constexpr double kPageTextTimeoutSeconds = 60.0;
 
+constexpr std::string_view kIsNotServed = "this helper does not serve the operation";
+
 }  // namespace
 
-NSDictionary QuiverleafHelper::metaDataForFile(const NSString &path) {
-  NSDictionary metaData = _mdimporter.metaDataOfFileAtPath(path);
+NSDictionary QuiverleafHelper::metaDataForFile(const NSString &path, NSError *error) {
+  NSDictionary metaData = _mdimporter.metaDataOfFileAtPath(path, error);
   for (const NSString &key : metaData.allKeys())
     if (metaData.objectForKey(key).isNull()) metaData.removeObjectForKey(key);
   return metaData;
 }
 
-NSDictionary QuiverleafHelper::attributedStringWithPDF(bool attributed, const NSData &pdf) {
-  return _attributedStringWithPDF(attributed, pdf, NSString(), false);
+NSDictionary QuiverleafHelper::attributedStringWithPDF(bool attributed, const NSData &pdf, NSError *error) {
+  return _attributedStringWithPDF(attributed, pdf, NSString(), false, error);
 }
 
 NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const NSData &pdf,
-                                                        const NSString &file, bool size) {
-  const std::unique_ptr<PDFDocument> document = pdf ? PDFDocument::documentWithData(pdf) : nullptr;
+                                                        const NSString &file, bool size, NSError *error) {
+  const std::unique_ptr<PDFDocument> document = PDFDocument::documentWithData(pdf, PDFLimits(), error);
   if (!document) return NSDictionary();
   const NSDictionary attributes = document->documentAttributes();
   NSDictionary result = NSDictionary::dictionary();
-  if (document->isLocked())
+  if (document->isLocked(error))
     result.setObject(true, u"Locked"_ns);
-  else if (!attributed)
-    result.setObject(textOfPDF(*document, attributes, file), u"String"_ns);
+  else if (attributed)
+    setError(error, ErrorCode::other, "this helper makes no attributed text");
+  else
+    result.setObject(textOfPDF(*document, attributes, file, error), u"String"_ns);
   result.setObject(document->pageCount(), u"PageCount"_ns);
   result.addEntriesFromDictionary(attributes);
   if (size && document->pageCount() > 0) {
@@ -48,38 +55,49 @@ NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const N
 }
 
 NSString QuiverleafHelper::textOfPDF(PDFDocument &document, const NSDictionary &attributes,
-                                     const NSString &file) {
+                                     const NSString &file, NSError *error) {
   if (file && mayAskImporterForText(attributes)) {
-    if (const NSString text = _mdimporter.textContentOfFileAtPath(file)) return fixedAndNormalizedString(text);
+    NSError importerError;
+    if (const NSString text = _mdimporter.textContentOfFileAtPath(file, &importerError)) {
+      if (error && importerError) *error = std::move(importerError);
+      return fixedAndNormalizedString(text);
+    }
   }
-  return fixedAndNormalizedStringUsingTimeout(document, kPageTextTimeoutSeconds);
+  return fixedAndNormalizedStringUsingTimeout(document, kPageTextTimeoutSeconds, error);
 }
 
-NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &) {
+NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return NSDictionary();
 }
 
-NSDictionary QuiverleafHelper::attributedStringWithContentsOfFile(const NSString &) {
+NSDictionary QuiverleafHelper::attributedStringWithContentsOfFile(const NSString &, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return NSDictionary();
 }
 
-id QuiverleafHelper::writeRTFDData(const NSData &, const NSString &) {
+id QuiverleafHelper::writeRTFDData(const NSData &, const NSString &, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return id();
 }
 
-NSData QuiverleafHelper::RTFDWithHTML(const NSData &, const NSString &, bool) {
+NSData QuiverleafHelper::RTFDWithHTML(const NSData &, const NSString &, bool, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return NSData();
 }
 
-NSData QuiverleafHelper::PDFImageRepOfFile(const NSString &) {
+NSData QuiverleafHelper::PDFImageRepOfFile(const NSString &, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return NSData();
 }
 
-NSDictionary QuiverleafHelper::posterImageForMovieWithFile(const NSString &) {
+NSDictionary QuiverleafHelper::posterImageForMovieWithFile(const NSString &, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return NSDictionary();
 }
 
-NSDictionary QuiverleafHelper::imageWithContentsOfFile(const NSString &, bool, bool) {
+NSDictionary QuiverleafHelper::imageWithContentsOfFile(const NSString &, bool, bool, NSError *error) {
+  setError(error, ErrorCode::other, kIsNotServed);
   return NSDictionary();
 }
 

@@ -9,8 +9,8 @@
 namespace nimbo {
 
 /// The root object: the operations of `NimboImExport`. Each reads its inputs, builds a result and keeps nothing
-/// but the list of importers. A nil answer means failure. See `NimboImExport.hpp` for the kinds of arguments
-/// and results.
+/// but the list of importers. A nil answer means failure; `*error` says why it is nil, or not whole. See
+/// `NimboImExport.hpp` for the kinds of arguments and results.
 class QuiverleafHelper : public NSConnectionRootObject {
  public:
   /// The importers are looked for on the first request that needs them.
@@ -19,21 +19,23 @@ class QuiverleafHelper : public NSConnectionRootObject {
       : _mdimporter(std::move(importers)) {}
 
   /// Raises NSInvalidArgumentException for a selector or an argument that is not in the contract.
-  id perform(const NSString &selector, const NSDictionary &arguments) override;
+  id perform(const NSString &selector, const NSDictionary &arguments, NSError *error = nullptr) override;
 
   /// The file's metadata attributes by their kMDItem names, without null values.
-  NSDictionary metaDataForFile(const NSString &path);
+  NSDictionary metaDataForFile(const NSString &path, NSError *error = nullptr);
   /// The text and facts of a PDF: `_attributedStringWithPDF` without a file and without the size.
-  NSDictionary attributedStringWithPDF(bool attributed, const NSData &pdf);
+  NSDictionary attributedStringWithPDF(bool attributed, const NSData &pdf, NSError *error = nullptr);
 
   // Documents other than PDF are not converted: these answer nil.
-  NSDictionary searchableTextOfWebArchive(const NSString &path);
-  NSDictionary attributedStringWithContentsOfFile(const NSString &path);
-  id writeRTFDData(const NSData &rtfd, const NSString &toFile);
-  NSData RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest);
-  NSData PDFImageRepOfFile(const NSString &path);
-  NSDictionary posterImageForMovieWithFile(const NSString &path);
-  NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
+  NSDictionary searchableTextOfWebArchive(const NSString &path, NSError *error = nullptr);
+  NSDictionary attributedStringWithContentsOfFile(const NSString &path, NSError *error = nullptr);
+  id writeRTFDData(const NSData &rtfd, const NSString &toFile, NSError *error = nullptr);
+  NSData RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest,
+                      NSError *error = nullptr);
+  NSData PDFImageRepOfFile(const NSString &path, NSError *error = nullptr);
+  NSDictionary posterImageForMovieWithFile(const NSString &path, NSError *error = nullptr);
+  NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight,
+                                       NSError *error = nullptr);
 
   /// The PDF worker. With `file`, the metadata importers are asked for its text first, unless Ghostscript made
   /// the PDF: its text is better read here. Answers
@@ -46,11 +48,14 @@ class QuiverleafHelper : public NSConnectionRootObject {
   ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as
   ///   text, twice,
   ///                and false
-  /// Nil when there is no data or it is no PDF. Lets exceptions out.
-  NSDictionary _attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file, bool size);
+  /// Nil when there is no data or it is no PDF. `*error` says that, or why the text is missing or not whole.
+  /// Lets exceptions out.
+  NSDictionary _attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file, bool size,
+                                        NSError *error = nullptr);
 
  private:
-  NSString textOfPDF(class PDFDocument &document, const NSDictionary &attributes, const NSString &file);
+  NSString textOfPDF(class PDFDocument &document, const NSDictionary &attributes, const NSString &file,
+                     NSError *error);
 
   MetaDataImporter _mdimporter;
 };

@@ -65,38 +65,46 @@ class Arguments {
   const NSDictionary &values_;
 };
 
-using Handler = id (*)(QuiverleafHelper &, const Arguments &);
+using Handler = id (*)(QuiverleafHelper &, const Arguments &, NSError *);
 
 /// One handler an operation, in the order of the contract.
 constexpr Handler kHandlers[] = {
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.metaDataForFile(a.string(0)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.searchableTextOfWebArchive(a.string(0)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id {
-      return h.attributedStringWithPDF(a.boolean(0), a.data(1));
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id { return h.metaDataForFile(a.string(0), e); },
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.searchableTextOfWebArchive(a.string(0), e);
     },
-    [](QuiverleafHelper &h, const Arguments &a) -> id {
-      return h.attributedStringWithContentsOfFile(a.string(0));
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.attributedStringWithPDF(a.boolean(0), a.data(1), e);
     },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.writeRTFDData(a.data(0), a.string(1)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id {
-      return h.RTFDWithHTML(a.data(0), a.string(1), a.boolean(2));
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.attributedStringWithContentsOfFile(a.string(0), e);
     },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.PDFImageRepOfFile(a.string(0)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id { return h.posterImageForMovieWithFile(a.string(0)); },
-    [](QuiverleafHelper &h, const Arguments &a) -> id {
-      return h.imageWithContentsOfFile(a.string(0), a.boolean(1), a.boolean(2));
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.writeRTFDData(a.data(0), a.string(1), e);
+    },
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.RTFDWithHTML(a.data(0), a.string(1), a.boolean(2), e);
+    },
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.PDFImageRepOfFile(a.string(0), e);
+    },
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.posterImageForMovieWithFile(a.string(0), e);
+    },
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.imageWithContentsOfFile(a.string(0), a.boolean(1), a.boolean(2), e);
     },
 };
 static_assert(std::size(kHandlers) == NimboImExport.size());
 
 }  // namespace
 
-id QuiverleafHelper::perform(const NSString &selector, const NSDictionary &arguments) {
+id QuiverleafHelper::perform(const NSString &selector, const NSDictionary &arguments, NSError *error) {
   const auto operation = std::find_if(NimboImExport.begin(), NimboImExport.end(),
                                       [&](const RemoteOperation &o) { return o.selector == selector.view(); });
   if (operation == NimboImExport.end()) raiseInvalidArgument(u"unrecognized selector: ", selector);
   const MemoryReturn memoryReturn;
-  return kHandlers[operation - NimboImExport.begin()](*this, Arguments(*operation, arguments));
+  return kHandlers[operation - NimboImExport.begin()](*this, Arguments(*operation, arguments), error);
 }
 
 }  // namespace nimbo

@@ -48,6 +48,8 @@ Answer answerOfReply(ConnectionReply reply) {
   answer.result = std::move(reply.result);
   answer.exceptionName = std::move(reply.exceptionName);
   answer.exceptionReason = std::move(reply.exceptionReason);
+  answer.reason = std::move(reply.error.localizedFailureReason);
+  answer.code = reply.error.errorCode();
   return answer;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo {
@@ -30,10 +31,10 @@ class HelperClient {
   };
 
   enum class Status {
-    answered,     ///< `result` is the answer.
-    nil,          ///< The operation answered nil.
+    answered,     ///< `result` is the answer; `reason` and `code` say why it is not whole, if so.
+    nil,          ///< The operation answered nil; `reason` and `code` say why.
     exception,    ///< The operation raised; `exceptionName` and `exceptionReason` say what.
-    timedOut,     ///< No reply within the time limit.
+    timedOut,     ///< No reply within the time limit, which `message` names.
     died,         ///< The helper ended, or closed the connection, before it replied.
     unreachable,  ///< No helper is registered and none could be started; `message` says why.
     invalid       ///< The request cannot be sent; `message` says why.
@@ -44,6 +45,10 @@ class HelperClient {
     id result;
     NSString exceptionName;
     NSString exceptionReason;
+    /// Why the answer is nil, or why it is not whole: for people, and for programs, which take an unknown code
+    /// for `other`. Nil and `none` when the helper does not say it.
+    NSString reason;
+    ErrorCode code = ErrorCode::none;
     std::string message;
   };
 

@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -10,11 +11,12 @@ namespace NIMBO_PUBLIC nimbo {
 class ConnectionServer;
 
 /// What a connection publishes: an object that answers selectors. An exception that it lets out goes back to
-/// the caller as a remote exception; nil is the answer nil.
+/// the caller as a remote exception; nil is the answer nil. `*error`, which is never null, may be set to say why
+/// the answer is nil, or not whole; its code and reason cross beside the answer.
 class NSConnectionRootObject {
  public:
   virtual ~NSConnectionRootObject();
-  virtual id perform(const NSString &selector, const NSDictionary &arguments) = 0;
+  virtual id perform(const NSString &selector, const NSDictionary &arguments, NSError *error) = 0;
 };
 
 /// The serving side of a named connection. It is an input source of its thread's run loop from its making on,

@@ -59,6 +59,28 @@ TEST_F(HelperClientTest, TellsApartHowACallEnds) {
   EXPECT_EQ(client.call(u"list:"_ns, {{u"list"_ns, NSArray{1}}}).status, Status::invalid);
 }
 
+TEST_F(HelperClientTest, HandsOnWhyAnAnswerIsNilOrNotWhole) {
+  const struct {
+    NSString selector;
+    Status status;
+    ErrorCode code;
+    NSString reason;
+  } cases[] = {
+      {u"fail"_ns, Status::nil, ErrorCode::damaged, u"the test asked for it"_ns},
+      {u"leaveOut"_ns, Status::answered, ErrorCode::timeLimit, u"pages are left out"_ns},
+      {u"failOddly"_ns, Status::answered, ErrorCode::other, {}},
+      {u"nil"_ns, Status::nil, ErrorCode::none, {}},
+      {u"raise"_ns, Status::exception, ErrorCode::none, {}},
+  };
+  HelperClient client;
+  for (const auto &[selector, status, code, reason] : cases) {
+    const auto answer = client.call(selector, {});
+    EXPECT_EQ(answer.status, status) << selector.UTF8String();
+    EXPECT_EQ(answer.code, code) << selector.UTF8String();
+    EXPECT_EQ(answer.reason, reason) << selector.UTF8String();
+  }
+}
+
 TEST_F(HelperClientTest, SendsWhatTheContractSays) {
   HelperClient client;
   const NSData data = NSData::dataWithBytes("\0bytes", 6);

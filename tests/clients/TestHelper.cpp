@@ -23,10 +23,16 @@ namespace {
 
 class TestRoot final : public NSConnectionRootObject {
  public:
-  id perform(const NSString &selector, const NSDictionary &arguments) override {
+  id perform(const NSString &selector, const NSDictionary &arguments, NSError *error) override {
     const std::string operation = selector.UTF8String();
     const id &value = arguments.objectForKey(selector.substringWithRange({0, selector.length() - 1}));
     if (operation == "nil") return id();
+    if (operation == "fail") {
+      *error = NSError::errorWithCode(ErrorCode::damaged, "the test asked for it");
+      return id();
+    }
+    if (operation == "leaveOut") *error = NSError::errorWithCode(ErrorCode::timeLimit, "pages are left out");
+    if (operation == "failOddly") *error = {u"AnotherDomain"_ns, 260};
     if (operation == "raise") throw NSException(u"TestException"_ns, u"as it was told"_ns);
     if (operation == "exhaust") throw std::bad_alloc();
     if (operation == "throwNumber") throw 42;

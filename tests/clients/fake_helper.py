@@ -31,11 +31,13 @@ def serve(connection):
             return
         elif selector == "nil:":
             del reply["Result"]
-            reply["Reason"] = "no such file"
+            reply.update(Reason="no such file", Code=2)
         elif selector == "partly:":
-            reply["Reason"] = "two pages are damaged"
+            reply.update(Reason="two pages are damaged", Code=99)
         elif selector == "reason:":
             reply["Reason"] = 1
+        elif selector == "code:":
+            reply["Code"] = "1"
         elif selector == "raise:":
             reply = {"Reply": request["Request"], "Exception": {"Name": "NSRangeException", "Reason": "too far"}}
         elif selector == "stray:":

@@ -21,7 +21,7 @@ import unittest
 from unittest import mock
 
 import documents
-from quiverleaf import CONNECTION_NAME, OPERATIONS, Helper, client, plist, runtime
+from quiverleaf import CONNECTION_NAME, OPERATIONS, ErrorCode, Helper, client, plist, runtime
 from quiverleaf import HelperDied, HelperError, HelperTimeout, HelperUnreachable, RemoteException
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
@@ -131,6 +131,13 @@ class ContractTest(unittest.TestCase):
             getattr(helper, selector.partition(":")[0])("f")
         self.assertEqual(calls, operations)
 
+    def test_knows_the_codes_of_the_helper(self):
+        header = (TOP / "platform" / "Foundation" / "NSError.hpp").read_text("utf-8")
+        codes = re.findall(r"^  (\w+) = (\d+),", re.search(r"enum class ErrorCode .*?\n};", header, re.DOTALL)[0], re.MULTILINE)
+        self.assertGreater(len(codes), 5)
+        names = {re.sub("([A-Z])", r"_\1", name).upper(): int(code) for name, code in codes if name != "none"}
+        self.assertEqual({code.name: code.value for code in ErrorCode}, names)
+
     def test_everything_public_is_annotated_and_described(self):
         public = {}
         for module in (client, plist, runtime):
@@ -187,15 +194,16 @@ class BadHelperTest(HelperTestCase):
                 self.helper.writeRTFDData(b"", "f")
 
     def test_tells_the_reason_of_the_last_answer_alone(self):
-        for selector, answer, reason in (("nil:", None, "no such file"), ("partly:", {"a": 1}, "two pages are damaged")):
-            self.assertEqual((self.helper.call(selector, {"a": 1}), self.helper.reason), (answer, reason))
+        told = {"nil:": (None, "no such file", ErrorCode.NO_SUCH_FILE), "partly:": ({"a": 1}, "two pages are damaged", 99)}
+        for selector, expected in told.items():
+            self.assertEqual((self.helper.call(selector, {"a": 1}), self.helper.reason, self.helper.code), expected)
             for failing in ("raise:", "die:"):
                 with self.assertRaises(HelperError):
                     self.helper.call(failing, {})
-                self.assertIsNone(self.helper.reason)
+                self.assertEqual((self.helper.reason, self.helper.code), (None, None))
             self.helper.call(selector, {})
             self.helper.call("echo:", {})
-            self.assertIsNone(self.helper.reason)
+            self.assertEqual((self.helper.reason, self.helper.code), (None, None))
 
     def test_files_are_named_from_the_working_directory(self):
         self.addCleanup(os.chdir, os.getcwd())
@@ -244,7 +252,7 @@ class BadHelperTest(HelperTestCase):
 
     def test_a_helper_that_fails_costs_one_call(self):
         cases = {"die:": HelperDied, "hang:": HelperTimeout}
-        cases.update(dict.fromkeys(("close:", "garbage:", "stray:", "huge:", "reason:"), HelperDied))
+        cases.update(dict.fromkeys(("close:", "garbage:", "stray:", "huge:", "reason:", "code:"), HelperDied))
         for selector, error in cases.items():
             with self.subTest(selector):
                 before = self.helper.ping()

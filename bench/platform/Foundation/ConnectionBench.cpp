@@ -61,7 +61,7 @@ pid_t serveInChild(const std::function<void()> &serve) {
 
 class BenchRoot final : public NSConnectionRootObject {
  public:
-  id perform(const NSString &selector, const NSDictionary &arguments) override {
+  id perform(const NSString &selector, const NSDictionary &arguments, NSError *) override {
     const id &value = arguments.objectForKey(selector.substringWithRange({0, selector.length() - 1}));
     return value.data() ? id(value.data().length()) : value;
   }

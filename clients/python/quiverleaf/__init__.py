@@ -10,6 +10,7 @@
 from .client import (
     CONNECTION_NAME,
     OPERATIONS,
+    ErrorCode,
     Helper,
     HelperDied,
     HelperError,
@@ -23,6 +24,7 @@ __version__ = "2.0.0"
 __all__ = [
     "CONNECTION_NAME",
     "OPERATIONS",
+    "ErrorCode",
     "Helper",
     "HelperDied",
     "HelperError",

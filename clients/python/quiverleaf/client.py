@@ -2,6 +2,7 @@
 """The calls to the helper over its named connection."""
 
 import contextlib
+import enum
 import os
 import signal
 import socket
@@ -38,6 +39,21 @@ _LENGTH = struct.Struct(">I")
 _READ_BYTES = 1 << 20
 
 _Kind = TypeVar("_Kind", dict[str, Any], bytes, bool)
+
+
+class ErrorCode(enum.IntEnum):
+    """Why an answer is None, or not whole; later helpers may know more codes."""
+
+    OTHER = 1
+    NO_SUCH_FILE = 2
+    UNREADABLE = 3  # It may not be read, is a folder or no regular file, or its disk fails.
+    TOO_LARGE = 4
+    UNSUPPORTED_TYPE = 5  # Nothing in the helper reads content of this kind.
+    DAMAGED = 6
+    LOCKED = 7  # It needs a password.
+    TIME_LIMIT = 8
+    MEMORY_LIMIT = 9
+    INCOMPLETE = 10  # It is empty, or a part of it or of the answer is left out.
 
 
 class HelperError(Exception):
@@ -81,7 +97,7 @@ class Helper:
 
     The operations have the names of the helper's own. Files are named by str, bytes or os.PathLike, relative ones from
     this process's working directory; names that are not UTF-8 work. An answer that is nil is None: the operation could not
-    do its work, and `reason` may say why. A dictionary comes as dict, data as bytes, a date as datetime in UTC, null as
+    do its work, and `reason` and `code` may say why. A dictionary comes as dict, data as bytes, a date as datetime in UTC, null as
     None. Each operation raises RemoteException, HelperTimeout, HelperDied or HelperUnreachable, HelperError itself for an
     answer of the wrong kind, ValueError for arguments that cannot be sent, and FileNotFoundError for a relative name in a
     working directory that is gone.
@@ -92,6 +108,9 @@ class Helper:
 
     None when the helper gave no reason, when the last call raised, and before the first one.
     """
+
+    code: Optional[int]
+    """The same for programs: one of the numbers of ErrorCode, or a later one, which counts as ErrorCode.OTHER."""
 
     def __init__(
         self,
@@ -104,6 +123,7 @@ class Helper:
     ) -> None:
         self.timeout = timeout
         self.reason = None
+        self.code = None
         self._starts_helper = starts_helper
         self._ends_hung_helper = ends_hung_helper
         self._name = name
@@ -186,11 +206,11 @@ class Helper:
     def call(self, selector: str, arguments: Mapping[str, Any]) -> Any:
         """Calls an operation by its full selector; `arguments` are keyed by its keywords, None is left out.
 
-        Answers whatever the operation does, None for nil; `reason` then tells of this call. Paths have to be absolute.
+        Answers whatever the operation does, None for nil; `reason` and `code` then tell of this call. Paths have to be absolute.
         Raises RemoteException, HelperTimeout, HelperDied or HelperUnreachable, and ValueError for arguments that cannot
         be sent.
         """
-        self.reason = None
+        self.reason = self.code = None
         present = {keyword: value for keyword, value in arguments.items() if value is not None}
         self._serial += 1
         body = plist.dumps({"Request": self._serial, "Selector": selector, "Arguments": present})
@@ -220,6 +240,7 @@ class Helper:
         if exception is not None:
             raise RemoteException(exception.get("Name"), exception.get("Reason"))
         self.reason = reply.get("Reason")
+        self.code = reply.get("Code")
         return reply.get("Result")
 
     def ping(self) -> int:
@@ -273,7 +294,7 @@ class Helper:
         reply = plist.loads(_receive(connected, length, deadline))
         if not isinstance(reply, dict) or reply.get("Reply") != self._serial:
             raise EOFError("the reply belongs to no request")
-        for key, kind in (("Exception", dict), ("Reason", str)):
+        for key, kind in (("Exception", dict), ("Reason", str), ("Code", int)):
             if not isinstance(reply.get(key, kind()), kind):
                 raise EOFError(f"the reply's {key} is none")
         return reply

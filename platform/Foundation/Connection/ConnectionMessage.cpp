@@ -68,6 +68,8 @@ std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error)
   NSDictionary message{{u"Reply"_ns, reply.serial}};
   if (!reply.exceptionName) {
     message.setObject(reply.result, u"Result"_ns);
+    message.setObject(reply.error.localizedFailureReason, u"Reason"_ns);
+    if (reply.error) message.setObject(static_cast<std::int64_t>(reply.error.errorCode()), u"Code"_ns);
   } else {
     const NSString reason = reply.exceptionReason ? reply.exceptionReason : NSString::string();
     message.setObject(NSDictionary{{u"Name"_ns, reply.exceptionName}, {u"Reason"_ns, reason}}, u"Exception"_ns);
@@ -104,8 +106,14 @@ bool decodeMessage(const NSData &body, ConnectionReply *reply) {
   NSString name = exception.dictionary().objectForKey(u"Name"_ns).string();
   NSString reason = exception.dictionary().objectForKey(u"Reason"_ns).string();
   const id &result = message.objectForKey(u"Result"_ns);
-  if (!serial || (exception && (!name || !reason || result))) return false;
+  const id &why = message.objectForKey(u"Reason"_ns), &code = message.objectForKey(u"Code"_ns);
+  if (!serial || (exception && (!name || !reason || result)) || (why && !why.string()) ||
+      (code && !code.integer()))
+    return false;
   *reply = {*serial, result, std::move(name), std::move(reason)};
+  if (why || code)
+    reply->error = {NimboErrorDomain(), code.integer().value_or(static_cast<std::int64_t>(ErrorCode::other)),
+                    why.string()};
   return true;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -13,11 +14,12 @@ namespace NIMBO_PUBLIC nimbo {
 /// a binary property list:
 ///
 ///   request  {"Request": serial, "Selector": full selector, "Arguments": {keyword: value, ...}}
-///   reply    {"Reply": serial, "Result": value}       without "Result" when the answer is nil
+///   reply    {"Reply": serial, "Result": value, "Reason": reason, "Code": code}
 ///            {"Reply": serial, "Exception": {"Name": name, "Reason": reason}}
 ///
-/// Keywords are the selector's parts without their colons: "attributed:stringWithPDF:" takes "attributed" and
-/// "stringWithPDF". An absent argument is nil.
+/// There is no "Result" when the answer is nil; "Reason" and "Code" are there when it says why it is, or why
+/// the result is not whole. Keywords are the selector's parts without their colons: "attributed:stringWithPDF:"
+/// takes "attributed" and "stringWithPDF". An absent argument is nil.
 inline constexpr std::size_t kMessageLengthBytes = 4;
 /// The largest property list that a message may hold.
 inline constexpr std::uint32_t kMaximumMessageBytes = 512u << 20;
@@ -34,6 +36,9 @@ struct ConnectionReply {
   /// Nil unless the operation raised an exception.
   NSString exceptionName;
   NSString exceptionReason;
+  /// Why there is no result, or not a whole one; nil when it is not told. An error of `NimboErrorDomain`; one
+  /// of another domain arrives as `other`.
+  NSError error = {};
 };
 
 /// The whole message, length included, in pieces to be sent one after the other; large data is not copied.

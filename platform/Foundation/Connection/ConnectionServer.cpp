@@ -193,7 +193,9 @@ ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
   const NSString generic = NSString::stringWithCharacters(kGenericException);
   if (!rootObject_) return exceptionReply(request.serial, generic, u"The connection has no root object"_ns);
   try {
-    return {request.serial, rootObject_->perform(request.selector, request.arguments), NSString(), NSString()};
+    ConnectionReply reply = {request.serial, id(), NSString(), NSString()};
+    reply.result = rootObject_->perform(request.selector, request.arguments, &reply.error);
+    return reply;
   } catch (const NSException &exception) {
     return exceptionReply(request.serial, exception.name() ? exception.name() : generic, exception.reason());
   } catch (const std::exception &exception) {

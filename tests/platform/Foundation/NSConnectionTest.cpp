@@ -131,13 +131,22 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
 
   for (const ConnectionReply &reply :
        {ConnectionReply{1, id(), {}, {}}, ConnectionReply{-2, NSArray{NSNull()}, {}, {}},
-        ConnectionReply{3, id(), u"Name"_ns, NSString::string()}}) {
+        ConnectionReply{3, id(), u"Name"_ns, NSString::string()},
+        ConnectionReply{4, id(), {}, {}, NSError::errorWithCode(ErrorCode::locked, "it is \xe2\x82\xac")},
+        ConnectionReply{5, true, {}, {}, {NimboErrorDomain(), 1234}}}) {
     ConnectionReply copy;
     ASSERT_TRUE(decodeMessage(bodyOf(encodeMessage(reply)), &copy));
     EXPECT_EQ(copy.serial, reply.serial);
     EXPECT_EQ(copy.result, reply.result);
     EXPECT_EQ(copy.exceptionName, reply.exceptionName);
     EXPECT_EQ(copy.exceptionReason, reply.exceptionReason);
+    EXPECT_EQ(copy.error, reply.error);
+  }
+  for (const auto &[key, value] : {std::pair<NSString, id>{u"Reason"_ns, 1}, {u"Code"_ns, u"1"_ns}}) {
+    const NSDictionary message = {{u"Reply"_ns, 1}, {key, value}};
+    ConnectionReply reply;
+    EXPECT_FALSE(decodeMessage(
+        NSPropertyListSerialization::dataWithPropertyList(message, NSPropertyListFormat::binary), &reply));
   }
 }
 
