@@ -66,7 +66,8 @@ std::string helpText() {
   for (const Command &command : allCommands()) text += row(commandWithOperands(command), command.summary);
   text += "\nOptions:\n" + rows(commonOptions()) +
           "\nExit status: 0 answered, 1 usage, 2 no helper, 3 no answer for this file, 4 timed out,\n"
-          "5 the helper died, 6 the result could not be written.\n";
+          "5 the helper died, 6 the result could not be written, 7 no such file or not readable,\n"
+          "8 no importer for this type.\n";
   return text;
 }
 

@@ -4,7 +4,6 @@
 #include "clients/cpp/HelperClient.hpp"
 #include "helper/NimboImExport.hpp"
 #include "tools/ExitCode.hpp"
-#include "tools/FailureReason.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
 
@@ -23,28 +22,41 @@ HelperClient clientWithOptions(const CommonOptions &options) {
   return HelperClient(std::move(clientOptions));
 }
 
-/// Writes the result, or the line that says why there is none, and gives the exit code. `reasonForNil` is asked
-/// only when the answer is nil.
-template <class Reason>
-int report(const HelperClient::Answer &answer, const std::string &file, const CommonOptions &options,
-           Reason reasonForNil) {
+/// Why the answer is nil, or not whole.
+std::string reasonOfAnswer(const HelperClient::Answer &answer) {
+  return answer.reason ? answer.reason.UTF8String() : "the helper does not say why";
+}
+
+/// An answer without content, and a reason for that, says no more than nil.
+bool isNil(const HelperClient::Answer &answer) {
   using Status = HelperClient::Status;
+  const NSDictionary attributes = answer.result.dictionary();
+  return answer.status == Status::nil || (answer.status == Status::answered && answer.code != ErrorCode::none &&
+                                          attributes && attributes.count() == 0);
+}
+
+/// Writes the result, the line that says why there is none or what is missing in it, and gives the exit code.
+int report(const HelperClient::Answer &answer, const std::string &file, const CommonOptions &options) {
+  using Status = HelperClient::Status;
+  if (isNil(answer)) {
+    writeMessage(file + ": " + reasonOfAnswer(answer));
+    return exitCodeForError(answer.code);
+  }
   switch (answer.status) {
     case Status::answered:
       writeResult(answer.result, options);
+      if (answer.code != ErrorCode::none) writeMessage(file + ": " + reasonOfAnswer(answer));
       return kExitAnswered;
-    case Status::nil:
-      writeMessage(file + ": " + reasonForNil());
-      return kExitNil;
     case Status::exception:
       writeMessage(answer.exceptionName.UTF8String() + ": " + answer.exceptionReason.UTF8String());
       return kExitNil;
     case Status::timedOut:
-      writeMessage(file + ": no answer within the time limit");
+      writeMessage(file + ": " + answer.message);
       return kExitTimedOut;
     case Status::died:
       writeMessage(file + ": the helper died over it");
       return kExitDied;
+    case Status::nil:
     case Status::invalid:
       writeMessage(file + ": " + answer.message);
       return kExitNil;
@@ -58,22 +70,14 @@ int report(const HelperClient::Answer &answer, const std::string &file, const Co
 int runMetadata(const CommonOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   if (file == "-") throw UsageError("metadata needs a file with a name, not standard input");
-  const auto answer =
-      clientWithOptions(options).metaDataForFile(NSString::stringWithFileSystemRepresentation(file));
-  const int code = report(answer, file, options, [&] { return reasonForNoMetadata(file); });
-  const NSDictionary attributes = answer.result.dictionary();
-  if (attributes && attributes.count() == 0) writeMessage(file + ": " + reasonForEmptyMetadata(file));
-  return code;
+  const NSString path = NSString::stringWithFileSystemRepresentation(file);
+  return report(clientWithOptions(options).metaDataForFile(path), file, options);
 }
 
 int runPDF(const PDFOptions &options, const Operands &operands) {
-  const std::string file = nameOfInput(operands.front());
   const NSData pdf = readInput(operands.front());
   const auto answer = clientWithOptions(options).attributedStringWithPDF(options.attributed, pdf);
-  const int code = report(answer, file, options, [&] { return reasonForNoPDF(pdf.view()); });
-  if (answer.result.dictionary().objectForKey(u"Locked"_ns).boolean().value_or(false))
-    writeMessage(file + ": is locked; its text needs a password");
-  return code;
+  return report(answer, nameOfInput(operands.front()), options);
 }
 
 int runPing(const CommonOptions &options, const Operands &) {
