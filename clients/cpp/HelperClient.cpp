@@ -4,11 +4,10 @@
 #include <poll.h>
 #include <signal.h>
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
-#include <climits>
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -17,13 +16,12 @@
 #include "clients/cpp/HelperProgram.hpp"
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 
 namespace nimbo {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
-using Moment = std::chrono::time_point<Clock, Seconds>;
 using Answer = HelperClient::Answer;
 using Status = HelperClient::Status;
 
@@ -34,6 +32,13 @@ constexpr Seconds kStopLimit{2};
 constexpr Seconds kDeathLimit{1};
 /// How often a request is sent at most.
 constexpr int kAttempts = 2;
+
+/// "15 seconds".
+std::string secondsText(double seconds) {
+  std::array<char, 32> digits;
+  const auto end = std::to_chars(digits.begin(), digits.end(), seconds).ptr;
+  return std::string(digits.begin(), end) + " seconds";
+}
 
 Answer failure(Status status, std::string message) {
   Answer answer;
@@ -54,11 +59,10 @@ Answer answerOfReply(ConnectionReply reply) {
 }
 
 /// Waits until the socket is ready, and says for what: 0 when it is not at the deadline.
-short waitUntilReady(const FileDescriptor &socket, short events, Moment deadline) {
+short waitUntilReady(const FileDescriptor &socket, short events, const Deadline &deadline) {
   pollfd state = {socket.get(), events, 0};
   for (;;) {
-    const double left = std::chrono::duration<double, std::milli>(deadline - Clock::now()).count();
-    const int result = ::poll(&state, 1, static_cast<int>(std::clamp(std::ceil(left), 0.0, double{INT_MAX})));
+    const int result = ::poll(&state, 1, deadline.remainingMilliseconds());
     if (result > 0) return state.revents;
     if (result == 0 || errno != EINTR) return 0;
   }
@@ -74,7 +78,7 @@ struct HelperClient::Session {
   HelperProcess process;
   ConnectionChannel channel;
   /// Of the call under way.
-  Moment deadline;
+  Deadline deadline;
 };
 
 HelperClient::HelperClient() : HelperClient(Options()) {}
@@ -97,7 +101,8 @@ bool HelperClient::connect(bool startsHelper, Answer *failed) {
   bool isBusy = false;
   HelperConnection connection = connectToHelper(options_.name, Seconds(options_.timeoutSeconds), &isBusy);
   if (isBusy) {
-    *failed = failure(Status::timedOut, "The helper takes no connection");
+    *failed =
+        failure(Status::timedOut, "The helper takes no connection for " + secondsText(options_.timeoutSeconds));
     return false;
   }
   std::string message = "No helper is registered";
@@ -121,7 +126,7 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
   for (int attempt = 1;; ++attempt) {
     Answer failed;
     if (!connect(options_.startsHelper, &failed)) return failed;
-    session_->deadline = Clock::now() + Seconds(options_.timeoutSeconds);
+    session_->deadline = Deadline::after(options_.timeoutSeconds);
     if (session_->channel.send(pieces)) {
       try {
         return awaitReply(request.serial);
@@ -172,7 +177,7 @@ Answer HelperClient::awaitReply(std::int64_t serial) {
 Answer HelperClient::endTimedOut() {
   if (options_.endsHungHelper) session_->process.endByForce();
   session_.reset();
-  return failure(Status::timedOut, "No reply within the time limit");
+  return failure(Status::timedOut, "No reply within " + secondsText(options_.timeoutSeconds));
 }
 
 Answer HelperClient::endDied(std::string message) {

@@ -12,10 +12,7 @@ extern "C" {  // glibc 2.36 forgets it.
 #include <sys/pidfd.h>
 }
 
-#include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -24,13 +21,12 @@ extern "C" {  // glibc 2.36 forgets it.
 
 #include "clients/cpp/AbsolutePath.hpp"
 #include "platform/Foundation/Connection/ConnectionName.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 
 namespace nimbo {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
-using Moment = std::chrono::time_point<Clock, Seconds>;
 
 /// For a helper to start and register; a client that waits for another one to do this waits as long.
 constexpr Seconds kStartLimit{5};
@@ -110,7 +106,7 @@ HelperProcess spawn(const std::string &path, std::string *message) {
   return process;
 }
 
-FileDescriptor takeStartLock(const NSString &name, Moment deadline, std::string *message) {
+FileDescriptor takeStartLock(const NSString &name, const Deadline &deadline, std::string *message) {
   NSString error;
   const FileDescriptor folder = openConnectionFolder(&error);
   const auto fileName = name.fileSystemRepresentation();
@@ -123,7 +119,7 @@ FileDescriptor takeStartLock(const NSString &name, Moment deadline, std::string 
     return lock;
   }
   while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
-    if (Clock::now() >= deadline) {
+    if (deadline.isOver()) {
       *message = "Another client has been starting a helper for too long";
       return FileDescriptor();
     }
@@ -135,11 +131,10 @@ FileDescriptor takeStartLock(const NSString &name, Moment deadline, std::string 
 }  // namespace
 
 bool HelperProcess::waitUntilEnded(Seconds limit) const {
-  const Moment deadline = Clock::now() + limit;
+  const Deadline deadline = Deadline::after(limit.count());
   pollfd ended = {handle.get(), POLLIN, 0};
   while (ended.revents == 0) {
-    const double left = std::chrono::duration<double, std::milli>(deadline - Clock::now()).count();
-    const int result = ::poll(&ended, 1, static_cast<int>(std::clamp(std::ceil(left), 0.0, double{INT_MAX})));
+    const int result = ::poll(&ended, 1, deadline.remainingMilliseconds());
     if (result == 0 || (result < 0 && errno != EINTR)) return false;
   }
   children().reap();
@@ -172,7 +167,7 @@ HelperConnection connectToHelper(const NSString &name, Seconds limit, bool *isBu
 }
 
 HelperConnection startHelper(const NSString &name, const std::string &path, std::string *message) {
-  const Moment deadline = Clock::now() + kStartLimit;
+  const Deadline deadline = Deadline::after(kStartLimit.count());
   children().reap();
   const FileDescriptor lock = takeStartLock(name, deadline, message);
   if (!lock) return {};
@@ -181,7 +176,7 @@ HelperConnection startHelper(const NSString &name, const std::string &path, std:
   const HelperProcess child = spawn(path, message);
   if (!child) return {};
   for (;;) {
-    connection = connectToHelper(name, deadline - Clock::now());
+    connection = connectToHelper(name, Seconds(deadline.remaining()));
     if (connection) {
       // Somebody else's helper was first; ours would idle for ever.
       if (connection.process.number != child.number) child.endByForce();
@@ -191,7 +186,7 @@ HelperConnection startHelper(const NSString &name, const std::string &path, std:
       *message = path + " ended before it answered";
       return {};
     }
-    if (Clock::now() >= deadline) {
+    if (deadline.isOver()) {
       child.endByForce();
       *message = path + " does not answer";
       return {};

@@ -15,16 +15,16 @@
 #include <string>
 #include <thread>
 
+#include "platform/Foundation/System/Deadline.hpp"
+
 namespace nimbo {
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr mode_t kSocketMode = 0600;
 constexpr int kListenBacklog = 64;
 constexpr std::chrono::milliseconds kRetryInterval{5};
 /// How long to wait for a lock whose owner answers nobody: it is just starting or just ending.
-constexpr std::chrono::seconds kLockWait{1};
+constexpr double kLockWaitSeconds = 1;
 
 FileDescriptor failed(NSString *error, const std::string &reason) {
   if (error) *error = NSString::stringWithLossyUTF8String(reason);
@@ -75,10 +75,10 @@ bool isServed(const sockaddr_un &address) {
 
 /// Takes the lock of a name, unless a living process has it.
 bool takeLock(const FileDescriptor &lock, const sockaddr_un &address) {
-  const auto deadline = Clock::now() + kLockWait;
+  const Deadline deadline = Deadline::after(kLockWaitSeconds);
   while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
     if (errno == EINTR) continue;
-    if (errno != EWOULDBLOCK || isServed(address) || Clock::now() >= deadline) return false;
+    if (errno != EWOULDBLOCK || isServed(address) || deadline.isOver()) return false;
     std::this_thread::sleep_for(kRetryInterval);
   }
   return true;
@@ -154,11 +154,11 @@ FileDescriptor connectToConnectionName(const NSString &name, double timeoutSecon
 
   FileDescriptor socket = makeSocket();
   if (!socket) return FileDescriptor();
-  const auto deadline = Clock::now() + std::chrono::duration<double>(timeoutSeconds);
+  const Deadline deadline = Deadline::after(timeoutSeconds);
   while (connectTo(socket, address) != 0) {
     if (errno == EINTR) continue;
     if (errno != EAGAIN) return FileDescriptor();
-    if (Clock::now() >= deadline) {
+    if (deadline.isOver()) {
       if (isBusy) *isBusy = true;
       return FileDescriptor();
     }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <new>
 #include <utility>
 
@@ -15,7 +16,6 @@
 namespace nimbo {
 namespace {
 
-constexpr double kDefaultTimeoutSeconds = 15.0;
 /// Clients beyond this are turned away.
 constexpr std::size_t kMaximumConnections = 256;
 /// A client with this many requests in the queue is not read from.
@@ -24,14 +24,14 @@ constexpr std::size_t kMaximumQueuedRequests = 16;
 constexpr std::size_t kMaximumPendingReplyBytes = 1u << 20;
 /// The client whose request would take the requests of all beyond this is ended.
 constexpr std::size_t kMaximumBufferedBytes = std::size_t{1} << 30;
-constexpr std::int64_t kMicrosecondsPerSecond = 1'000'000;
-constexpr std::int64_t kAcceptPauseMicroseconds = kMicrosecondsPerSecond;
+constexpr double kAcceptPauseSeconds = 1;
 
 constexpr auto kGenericException = u"NSGenericException";
 
-std::int64_t microseconds(double seconds) {
-  constexpr double kLongestSeconds = 1e9;
-  return static_cast<std::int64_t>(std::clamp(seconds, 0.0, kLongestSeconds) * kMicrosecondsPerSecond);
+/// As GLib counts: its monotonic clock is the steady one, in microseconds; -1 is never.
+std::int64_t monotonicTime(const Deadline &deadline) {
+  if (deadline.isNever()) return -1;
+  return std::chrono::ceil<std::chrono::microseconds>(deadline.moment().time_since_epoch()).count();
 }
 
 ConnectionReply exceptionReply(std::int64_t serial, NSString name, NSString reason) {
@@ -51,9 +51,7 @@ gboolean ConnectionServer::dispatchSource(GSource *source, GSourceFunc, gpointer
   return G_SOURCE_CONTINUE;
 }
 
-ConnectionServer::ConnectionServer()
-    : requestTimeout_(microseconds(kDefaultTimeoutSeconds)),
-      replyTimeout_(microseconds(kDefaultTimeoutSeconds)) {
+ConnectionServer::ConnectionServer() {
   static GSourceFuncs functions = {prepareSource, nullptr, dispatchSource, nullptr, nullptr, nullptr};
   source_ = g_source_new(&functions, sizeof(Source));
   reinterpret_cast<Source *>(source_)->server = this;
@@ -83,11 +81,11 @@ bool ConnectionServer::registerName(const NSString &name) {
 }
 
 void ConnectionServer::setRequestTimeout(double seconds) {
-  requestTimeout_ = microseconds(seconds);
+  requestTimeoutSeconds_ = seconds;
 }
 
 void ConnectionServer::setReplyTimeout(double seconds) {
-  replyTimeout_ = microseconds(seconds);
+  replyTimeoutSeconds_ = seconds;
 }
 
 /// An operation that runs the run loop comes back here: then clients are attended to, but none is served.
@@ -110,7 +108,7 @@ void ConnectionServer::acceptClients() {
       if (errno == EAGAIN) return;
       // Out of descriptors or memory: the socket stays readable, and without a pause the loop would spin.
       awaitConnections(false);
-      acceptAgain_ = g_get_monotonic_time() + kAcceptPauseMicroseconds;
+      acceptAgain_ = Deadline::after(kAcceptPauseSeconds);
       return;
     }
     if (clients_.size() >= kMaximumConnections || peerProcessIdentifier(socket) == 0) continue;
@@ -129,10 +127,7 @@ void ConnectionServer::attend(Client &client) {
   if ((ready & G_IO_IN) && !client.isEnded) receive(client);
   // A client that is gone does not wait for its answers.
   if (ready & (G_IO_HUP | G_IO_ERR | G_IO_NVAL)) end(client);
-  const Moment now = g_get_monotonic_time();
-  if ((client.requestDeadline != kNever && client.requestDeadline <= now) ||
-      (client.replyDeadline != kNever && client.replyDeadline <= now))
-    end(client);
+  if (earliest(client.requestDeadline, client.replyDeadline).isOver()) end(client);
 }
 
 void ConnectionServer::receive(Client &client) {
@@ -152,12 +147,13 @@ void ConnectionServer::receive(Client &client) {
   }
   if (!isGood || bufferedBytes_ > kMaximumBufferedBytes) return end(client);
   client.requestDeadline =
-      client.channel.incompleteBytes() > 0 ? g_get_monotonic_time() + requestTimeout_ : kNever;
+      client.channel.incompleteBytes() > 0 ? Deadline::after(requestTimeoutSeconds_) : Deadline::never();
 }
 
 void ConnectionServer::flush(Client &client) {
   if (!client.channel.flush()) return end(client);
-  client.replyDeadline = client.channel.pendingBytes() > 0 ? g_get_monotonic_time() + replyTimeout_ : kNever;
+  client.replyDeadline =
+      client.channel.pendingBytes() > 0 ? Deadline::after(replyTimeoutSeconds_) : Deadline::never();
 }
 
 /// The first request in the queue whose client may be served.
@@ -219,7 +215,7 @@ void ConnectionServer::reply(Client &client, const ConnectionReply &reply) {
   const bool wasIdle = client.channel.pendingBytes() == 0;
   if (!client.channel.send(std::move(pieces))) return end(client);
   if (wasIdle && client.channel.pendingBytes() > 0)
-    client.replyDeadline = g_get_monotonic_time() + replyTimeout_;
+    client.replyDeadline = Deadline::after(replyTimeoutSeconds_);
 }
 
 /// Ends a connection: its socket is not looked at any more and its requests are dropped; the rest goes with
@@ -248,9 +244,9 @@ void ConnectionServer::updateAwaited(Client &client) {
   const auto awaited = static_cast<GIOCondition>((reads ? G_IO_IN : 0) | (writes ? G_IO_OUT : 0));
   if (awaited == client.awaited) return;
   // While it is not read from, a request that stands still is not the client's fault.
-  if (!reads) client.requestDeadline = kNever;
+  if (!reads) client.requestDeadline = Deadline::never();
   if (reads && !(client.awaited & G_IO_IN) && client.channel.incompleteBytes() > 0)
-    client.requestDeadline = g_get_monotonic_time() + requestTimeout_;
+    client.requestDeadline = Deadline::after(requestTimeoutSeconds_);
   g_source_modify_unix_fd(source_, client.tag, awaited);
   client.awaited = awaited;
 }
@@ -263,19 +259,16 @@ void ConnectionServer::awaitConnections(bool awaits) {
 /// Lets the loop come back when the next client may have to be ended. Since GLib is woken by each change, a
 /// deadline that moves away is left to pass once.
 void ConnectionServer::updateReadyTime() {
-  const Moment now = g_get_monotonic_time();
-  if (acceptAgain_ != kNever && acceptAgain_ <= now) {
-    acceptAgain_ = kNever;
+  if (acceptAgain_.isOver()) {
+    acceptAgain_ = Deadline::never();
     awaitConnections(true);
   }
-  Moment next = acceptAgain_;
+  Deadline next = acceptAgain_;
   for (const auto &client : clients_)
-    for (const Moment deadline : {client->requestDeadline, client->replyDeadline})
-      if (!client->isEnded && deadline != kNever && (next == kNever || deadline < next)) next = deadline;
-  const Moment set = g_source_get_ready_time(source_);
-  const bool isSooner = next != kNever && (set == kNever || next < set);
-  const bool hasPassed = set != kNever && set <= now;
-  if (isSooner || hasPassed) g_source_set_ready_time(source_, next);
+    if (!client->isEnded) next = earliest(next, earliest(client->requestDeadline, client->replyDeadline));
+  if (next >= readyTime_ && !readyTime_.isOver()) return;
+  readyTime_ = next;
+  g_source_set_ready_time(source_, monotonicTime(next));
 }
 
 }  // namespace nimbo

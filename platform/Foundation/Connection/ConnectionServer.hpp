@@ -10,6 +10,7 @@
 
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
 #include "platform/Foundation/NSConnection.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 
 namespace nimbo {
 
@@ -32,9 +33,7 @@ class ConnectionServer {
   void setReplyTimeout(double seconds);
 
  private:
-  /// A moment on GLib's monotonic clock, in microseconds.
-  using Moment = std::int64_t;
-  static constexpr Moment kNever = -1;
+  static constexpr double kDefaultTimeoutSeconds = 15.0;
   static constexpr GIOCondition kNothing = static_cast<GIOCondition>(0);
 
   struct Client {
@@ -45,8 +44,8 @@ class ConnectionServer {
     GIOCondition awaited = kNothing;
     std::size_t queuedRequests = 0;
     /// When it is ended because its request, or its reply, stands still.
-    Moment requestDeadline = kNever;
-    Moment replyDeadline = kNever;
+    Deadline requestDeadline;
+    Deadline replyDeadline;
     bool isEnded = false;
   };
 
@@ -81,14 +80,16 @@ class ConnectionServer {
 
   GSource *source_;
   NSConnectionRootObject *rootObject_ = nullptr;
-  Moment requestTimeout_;
-  Moment replyTimeout_;
+  double requestTimeoutSeconds_ = kDefaultTimeoutSeconds;
+  double replyTimeoutSeconds_ = kDefaultTimeoutSeconds;
   NSString name_;
   FileDescriptor lock_;
   FileDescriptor listener_;
   gpointer listenerTag_ = nullptr;
   /// When connections are accepted again, after the system had no descriptor left.
-  Moment acceptAgain_ = kNever;
+  Deadline acceptAgain_;
+  /// When GLib was asked to come back.
+  Deadline readyTime_;
   std::vector<std::unique_ptr<Client>> clients_;
   std::deque<QueuedRequest> queue_;
   bool isServing_ = false;
