@@ -60,11 +60,12 @@ std::vector<std::string> helperPlaces() {
 
 /// The program in the folders of a list as `$PATH` is one, where an empty name is the working directory.
 std::string findInFolders(std::string_view list, std::string *message) {
-  while (!list.empty()) {
-    const std::size_t end = std::min(list.find(':'), list.size());
+  for (bool isLast = list.empty(); !isLast;) {
+    const std::size_t end = list.find(':');
     const path place = path(list.substr(0, end)) / kHelperProgram;
     if (isProgram(place)) return absolutePath(place, message);
-    list.remove_prefix(std::min(end + 1, list.size()));
+    isLast = end == std::string_view::npos;
+    if (!isLast) list.remove_prefix(end + 1);
   }
   return {};
 }
@@ -82,10 +83,9 @@ std::string findHelperProgram(std::string *message) {
   }
   const char *set = std::getenv("PATH");
   const std::string folders = set ? set : kUsualPath;
-  *message = std::string(kHelperProgram) +
-             " was not found: no path to it is given, $QUIVERLEAF_HELPER is not set, and "
-             "it is not at " +
-             list + ", nor in PATH (" + folders + ")";
+  *message = kHelperProgram;
+  *message += " was not found: no path to it is given, $QUIVERLEAF_HELPER is not set, and it is not at " +
+              list + ", nor in PATH (" + folders + ")";
   return findInFolders(folders, message);
 }
 

@@ -65,8 +65,11 @@ class FindHelperTest(unittest.TestCase):
                 (place / "quiverleaf-helper").unlink()
 
     def test_an_empty_path_is_no_path(self):
-        (self.folder / "quiverleaf-helper").touch(0o755)
+        helper = self.folder / "quiverleaf-helper"
+        helper.touch(0o755)
         self.assertIn("PATH ()", self.find("bin/find-helper", PATH=""))
+        for folders in (":", "/none:", ":/none"):
+            self.assertEqual(self.find("bin/find-helper", PATH=folders), str(helper))
         del self.environment["PATH"]
         self.assertIn("PATH (/bin:/usr/bin)", self.find("bin/find-helper"))
 
