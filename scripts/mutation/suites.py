@@ -92,7 +92,7 @@ class Runner:
                 for suite in waiting:
                     if stop.is_set():
                         return
-                    outcome = self.run(suite, stop, 20 + 5 * self.seconds[suite.name])
+                    outcome = self.run(suite, stop, patience(self.seconds[suite.name]))
                     if outcome.failure:
                         failures.append(outcome)
                         stop.set()
@@ -158,6 +158,12 @@ def watch(process, output, stop, deadline):
             process.wait(POLL_SECONDS)
         except subprocess.TimeoutExpired:
             pass
+
+
+def patience(seconds):
+    """How long a suite that takes so long without a fault may take; longer when others keep the machine busy."""
+    crowd = os.getloadavg()[0] / (os.cpu_count() or 1)
+    return (20 + 5 * seconds) * min(max(crowd, 1), 3)
 
 
 def end(process):
