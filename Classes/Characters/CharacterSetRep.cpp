@@ -80,7 +80,7 @@ bool characterPartOfSet(const NSString &string, const CharacterSetRep *set) {
   return set && std::ranges::any_of(string.view(), [set](unichar c) { return set->contains(c); });
 }
 
-bool charactersPartOfSet(const NSString &string, const CharacterSetRep *set, bool emptyResult) {
+bool charactersPartOfSet(const NSString &string, const CharacterSetRep *set, Flag emptyResult) {
   if (string.length() == 0) return emptyResult;
   return set && std::ranges::all_of(string.view(), [set](unichar c) { return set->contains(c); });
 }

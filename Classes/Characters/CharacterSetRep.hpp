@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSCharacterSet.hpp"
 #include "platform/Foundation/NSString.hpp"
 
@@ -41,6 +42,6 @@ bool characterPartOfSet(const NSString &string, const CharacterSetRep *set);
 
 /// Whether all units of the string are in the set; `emptyResult` when it is nil or empty, false when the set is
 /// null.
-bool charactersPartOfSet(const NSString &string, const CharacterSetRep *set, bool emptyResult);
+bool charactersPartOfSet(const NSString &string, const CharacterSetRep *set, Flag emptyResult);
 
 }  // namespace nimbo

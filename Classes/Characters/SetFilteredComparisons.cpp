@@ -47,7 +47,7 @@ bool hasPrefixCharsNoCaseOfCharacterSetRep(const unichar *a, std::uint32_t lenA,
 }
 
 bool _equalStringsUsingCharacterSetRep(const NSString &s1, const NSString &s2, const CharacterSetRep *set,
-                                       bool noCase, bool resultWhenSecondRunsOut) {
+                                       Flag noCase, Flag resultWhenSecondRunsOut) {
   return compareMembers(s1.characters(), s1.length(), s2.characters(), s2.length(), set,
                         noCase ? initUpperCharsTable() : nullptr, resultWhenSecondRunsOut);
 }

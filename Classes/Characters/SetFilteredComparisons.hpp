@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "platform/Foundation/Flag.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -29,6 +30,6 @@ bool hasPrefixNoCaseUsingCharacterSetRep(const NSString &s1, const NSString &s2,
 /// What the four above share. `resultWhenSecondRunsOut` answers when `s1` has a member for which `s2` has none
 /// left: false for equality, true for a prefix.
 bool _equalStringsUsingCharacterSetRep(const NSString &s1, const NSString &s2, const CharacterSetRep *set,
-                                       bool noCase, bool resultWhenSecondRunsOut);
+                                       Flag noCase, Flag resultWhenSecondRunsOut);
 
 }  // namespace nimbo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "platform/Foundation/Flag.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -33,7 +34,7 @@ inline IsPartOfSet isDigit() {
 }
 
 /// The white set when line breaks count too, else the space set.
-inline IsPartOfSet isSpace(bool andFeeds) {
+inline IsPartOfSet isSpace(Flag andFeeds) {
   return {andFeeds ? whiteCharacterSetRep() : spaceCharacterSetRep()};
 }
 

@@ -18,25 +18,25 @@ constexpr std::uint32_t searchOptions(bool caseSensitive) {
 
 }  // namespace
 
-bool containsSubstring(const NSString &string, const NSString &substring, bool caseSensitive) {
+bool containsSubstring(const NSString &string, const NSString &substring, Flag caseSensitive) {
   if (!substring || string.length() == 0 || string.length() < substring.length()) return false;
   if (string.length() == substring.length())
     return caseSensitive ? string == substring : isEqualCaseInsensitive(string.view(), substring.view());
   return rangeOfString(string.view(), substring.view(), searchOptions(caseSensitive)).location != NSNotFound;
 }
 
-bool containsSubstrings(const NSString &string, const std::vector<NSString> &substrings, bool caseSensitive) {
+bool containsSubstrings(const NSString &string, const std::vector<NSString> &substrings, Flag caseSensitive) {
   return std::any_of(substrings.begin(), substrings.end(), [&](const NSString &substring) {
     return containsSubstring(string, substring, caseSensitive);
   });
 }
 
-bool containsSubCStrings(const NSString &string, std::span<const char *const> substrings, bool caseSensitive) {
+bool containsSubCStrings(const NSString &string, std::span<const char *const> substrings, Flag caseSensitive) {
   return fastContainsSubCStrings(string, string.length(), substrings,
                                  caseSensitive ? nullptr : initLowerCharsTable());
 }
 
-std::uint32_t countSubstring(const NSString &string, const NSString &substring, bool caseSensitive) {
+std::uint32_t countSubstring(const NSString &string, const NSString &substring, Flag caseSensitive) {
   std::uint32_t count = 0;
   NSRange rest{0, string.length()};
   for (;;) {
@@ -47,8 +47,8 @@ std::uint32_t countSubstring(const NSString &string, const NSString &substring, 
   }
 }
 
-NSRange findString(const NSString &string, const NSString &find, NSRange inRange, bool caseSensitive,
-                   FindDirection direction, bool wrap) {
+NSRange findString(const NSString &string, const NSString &find, NSRange inRange, Flag caseSensitive,
+                   FindDirection direction, Flag wrap) {
   const std::uint32_t options =
       searchOptions(caseSensitive) | (direction == FindDirection::kBackward ? NSBackwardsSearch : 0u);
   const NSRange found = rangeOfString(string.view(), find.view(), options, inRange);

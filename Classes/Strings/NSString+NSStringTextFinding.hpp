@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -13,25 +14,25 @@ inline namespace NSStringTextFinding {
 
 /// Whether the substring, or one of them, stands in the string. False when either is nil or empty; a string
 /// that is not longer than the substring contains it only when both have the same length.
-bool containsSubstring(const NSString &string, const NSString &substring, bool caseSensitive = true);
+bool containsSubstring(const NSString &string, const NSString &substring, Flag caseSensitive = true);
 bool containsSubstrings(const NSString &string, const std::vector<NSString> &substrings,
-                        bool caseSensitive = true);
+                        Flag caseSensitive = true);
 
 /// The same for patterns of ASCII, which end with a zero byte; a null pointer ends the list early. Without
 /// regard to case, the patterns must be in lower case.
 bool containsSubCStrings(const NSString &string, std::span<const char *const> substrings,
-                         bool caseSensitive = true);
+                         Flag caseSensitive = true);
 
 /// How often the substring stands in the string, without overlaps; 0 when either is nil or empty.
-std::uint32_t countSubstring(const NSString &string, const NSString &substring, bool caseSensitive = true);
+std::uint32_t countSubstring(const NSString &string, const NSString &substring, Flag caseSensitive = true);
 
 enum class FindDirection { kForward, kBackward };
 
 /// The first or, backward, the last occurrence in the range, which is cut to the string's bounds. When there is
 /// none and `wrap` is set, the whole string is searched in the same direction. {NSNotFound, 0} when there is
 /// none, also when either string is nil or empty.
-NSRange findString(const NSString &string, const NSString &find, NSRange inRange, bool caseSensitive,
-                   FindDirection direction, bool wrap);
+NSRange findString(const NSString &string, const NSString &find, NSRange inRange, Flag caseSensitive,
+                   FindDirection direction, Flag wrap);
 
 }  // namespace NSStringTextFinding
 }  // namespace nimbo

@@ -19,7 +19,7 @@ std::uint32_t normalizeUnits(const unichar *units, std::uint32_t length, unichar
 
 }  // namespace
 
-NSString normalizedStringURL(const NSString &string, bool trimAnchor) {
+NSString normalizedStringURL(const NSString &string, Flag trimAnchor) {
   const URLUnitsWriter write = trimAnchor ? normalizeUnits<true> : normalizeUnits<false>;
   return isPlainURL(string.characters(), string.length(), trimAnchor) ? string
                                                                       : stringURLWrittenBy(write, string);

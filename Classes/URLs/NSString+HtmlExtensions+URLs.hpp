@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -10,7 +11,7 @@ inline namespace HtmlExtensions {
 /// `trimAnchor` without its anchor. The string itself when it is clean; up to 256 units nothing but a new
 /// result takes memory. Nil when nothing usable is left, for nil, and above `kMaxNormalizedURLLength` units
 /// that are not clean.
-NSString normalizedStringURL(const NSString &string, bool trimAnchor);
+NSString normalizedStringURL(const NSString &string, Flag trimAnchor);
 /// The same with the anchor.
 NSString normalizedStringURL(const NSString &string);
 

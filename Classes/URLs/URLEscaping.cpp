@@ -78,7 +78,7 @@ NSString stringByEscaping(const NSString &string, const detail::AsciiSet &set) {
 
 }  // namespace
 
-std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, bool standard) {
+std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, Flag standard) {
   if (length < kEscapeLength) return length;
   const std::uint32_t end = length - (kEscapeLength - 1);
   // Whether an escaped "?" is decoded is found out at the first one. Until then no "?" has been decoded, and
@@ -113,7 +113,7 @@ std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, b
   return written;
 }
 
-NSString stringByAddingPercentEscapesToURL(const NSString &string, bool standard) {
+NSString stringByAddingPercentEscapesToURL(const NSString &string, Flag standard) {
   if (string.length() == 0) return string;
   try {
     return stringByEscaping(string, standard ? kEscapedStandard : kEscapedASCII);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -13,13 +14,13 @@ namespace NIMBO_PUBLIC nimbo {
 /// - Not `standard`: decodes the values below 128.
 /// - `standard`: decodes tab, line feed, carriage return, space, "$", "%", "&", "'", "+", "/", ":", ";", "=",
 ///   "@" and "~"; "?" too when the run has no "?" of its own, so that no second query begins.
-std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, bool standard);
+std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, Flag standard);
 
 /// The string with units written as escapes, in small digits; always a new string, but for a nil or empty one
 /// and for one that is too long to escape or for which there is no memory, which is answered itself.
 ///
 /// - Not `standard`: escapes all units below 128 but letters and digits, so "%" too.
 /// - `standard`: escapes space, "#", "$", "%", "&", "+", "/", ":", ";", "=", "?" and "@".
-NSString stringByAddingPercentEscapesToURL(const NSString &string, bool standard);
+NSString stringByAddingPercentEscapesToURL(const NSString &string, Flag standard);
 
 }  // namespace nimbo

@@ -135,12 +135,12 @@ std::uint32_t writeEscapedURL(std::u16string_view url, unichar *out) {
 
 }  // namespace
 
-bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor) {
+bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor) {
   const AsciiSet &special = trimAnchor ? kSpecialUnitsAndAnchor : kSpecialUnits;
   return length > 0 && detail::findOneOfAsciiSet(units, length, special) == length;
 }
 
-std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out) {
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out) {
   if (isPlainURL(units, length, trimAnchor)) {
     std::copy_n(units, length, out);
     return length;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -13,7 +14,7 @@ constexpr std::uint32_t kMaxNormalizedURLLength = NSNotFound / kMaxURLGrowth;
 
 /// Whether `normalizeURLUnits` is sure to leave the units as they are, after one quick look; `false` says
 /// nothing.
-bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor);
+bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor);
 
 /// Cleans a URL of at most `kMaxNormalizedURLLength` units as it is written in markup, into `out`, which has
 /// room for `kMaxURLGrowth * length` units and does not overlap the source. Answers how many units it wrote; 0
@@ -32,7 +33,7 @@ bool isPlainURL(const unichar *units, std::uint32_t length, bool trimAnchor);
 ///   https, ftp, ftps, sftp, feed and file.
 /// - What remains of white, control characters, quotes, "<", ">", "\", and of "[" and "]" outside the host, is
 ///   escaped: " " becomes "%20". Units above U+007F stay.
-std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, bool trimAnchor, unichar *out);
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out);
 
 /// The same for a URL that is not as markup has it: normalised already, or typed. References, escapes and the
 /// anchor stay, so that a URL which is normalised does not lose another level of them.

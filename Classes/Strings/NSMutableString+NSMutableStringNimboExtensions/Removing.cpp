@@ -58,7 +58,7 @@ void removeMultipleSpaces(NSMutableString &string) {
   removeMultipleSpacesAndFeeds(string, false);
 }
 
-void removeMultipleSpacesAndFeeds(NSMutableString &string, bool andFeeds) {
+void removeMultipleSpacesAndFeeds(NSMutableString &string, Flag andFeeds) {
   const IsPartOfSet isCollapsed = isSpace(andFeeds);
   unichar *const units = string.mutableCharacters();
   std::uint32_t written = 0;

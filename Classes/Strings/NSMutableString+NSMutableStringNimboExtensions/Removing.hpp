@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -25,7 +26,7 @@ void removeMultipleFeeds(NSMutableString &string);
 /// Each run of units of the space set (with line breaks: of the white set), of a single one too, becomes one
 /// space.
 void removeMultipleSpaces(NSMutableString &string);
-void removeMultipleSpacesAndFeeds(NSMutableString &string, bool andFeeds);
+void removeMultipleSpacesAndFeeds(NSMutableString &string, Flag andFeeds);
 
 /// Removes every occurrence, from left to right; none when it is nil or empty.
 void deleteString(NSMutableString &string, const NSString &deleted);

@@ -31,7 +31,7 @@ NSString stringWithFormat(const NSString &format, std::initializer_list<NSString
 }  // namespace
 
 void replaceString(NSMutableString &string, const NSString &replaced, const NSString &withString,
-                   bool caseSensitive) {
+                   Flag caseSensitive) {
   NSMutableString result;
   if (replaceOccurrences(string.view(), replaced, withString, caseSensitive, result))
     string = std::move(result);
@@ -42,7 +42,7 @@ void replaceStringWithFormat(NSMutableString &string, const NSString &replaced, 
   if (format) replaceString(string, replaced, stringWithFormat(format, arguments));
 }
 
-void replaceCharacter(NSMutableString &string, unichar character, unichar withCharacter, bool caseSensitive) {
+void replaceCharacter(NSMutableString &string, unichar character, unichar withCharacter, Flag caseSensitive) {
   unichar *const units = string.mutableCharacters();
   std::replace_if(units, units + string.length(), IsReplaced(character, withCharacter, caseSensitive),
                   withCharacter);

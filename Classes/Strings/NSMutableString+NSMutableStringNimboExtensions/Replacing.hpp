@@ -3,6 +3,7 @@
 
 #include <initializer_list>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -11,7 +12,7 @@ inline namespace NSMutableStringNimboExtensions {
 /// Replaces every occurrence of `replaced`, from left to right; without regard to case by `upperCharsTable`.
 /// Changes nothing when either string is nil or `replaced` is empty.
 void replaceString(NSMutableString &string, const NSString &replaced, const NSString &withString,
-                   bool caseSensitive = true);
+                   Flag caseSensitive = true);
 /// The replacement is `format`, in which each "%@" stands for the next of the arguments (for nothing when it is
 /// nil or there are no more) and "%%" for one "%".
 void replaceStringWithFormat(NSMutableString &string, const NSString &replaced, const NSString &format,
@@ -20,7 +21,7 @@ void replaceStringWithFormat(NSMutableString &string, const NSString &replaced, 
 /// Replaces a unit. Letters are always replaced exactly: the case is disregarded only for characters that have
 /// none.
 void replaceCharacter(NSMutableString &string, unichar character, unichar withCharacter,
-                      bool caseSensitive = true);
+                      Flag caseSensitive = true);
 
 }  // namespace NSMutableStringNimboExtensions
 }  // namespace nimbo

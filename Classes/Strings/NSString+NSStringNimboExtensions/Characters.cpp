@@ -49,7 +49,7 @@ std::int32_t caseInsensitiveCompareCharacters(const unichar *characters, std::ui
 }
 
 const unichar *positionOfCharacters(const char *chars, std::uint32_t length, const unichar *inCharacters,
-                                    std::uint32_t inLength, bool caseSensitive) {
+                                    std::uint32_t inLength, Flag caseSensitive) {
   return caseSensitive ? fastUnicharsContainChars(inCharacters, inLength, chars, length)
                        : fastCaseInsensitiveUnicharsContainChars(inCharacters, inLength, chars, length);
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -29,7 +30,7 @@ std::int32_t caseInsensitiveCompareCharacters(const unichar *characters, std::ui
 /// Where in `inCharacters` the bytes `chars` first stand, or null when nowhere or when `chars` is empty. Bytes
 /// count as signed.
 const unichar *positionOfCharacters(const char *chars, std::uint32_t length, const unichar *inCharacters,
-                                    std::uint32_t inLength, bool caseSensitive);
+                                    std::uint32_t inLength, Flag caseSensitive);
 
 /// Whether a unit of the string is in the set of that name; false when the string is nil or empty.
 bool containsDigitCharacter(const NSString &string);

@@ -62,21 +62,21 @@ NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encodin
   return string;
 }
 
-bool writeToFile(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding) {
+bool writeToFile(const NSString &string, const NSString &path, Flag atomically, NSStringEncoding encoding) {
   return writeAndReport(string, path, atomically, encoding, nullptr);
 }
 
-bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, bool atomically,
+bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, Flag atomically,
                                      NSStringEncoding *usedEncoding) {
   return writeAndReport(string, path, atomically, defaultEncoding(), usedEncoding);
 }
 
-bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, bool atomically,
+bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, Flag atomically,
                                       NSStringEncoding *usedEncoding) {
   return writeAndReport(string, path, atomically, smallestEncoding(string), usedEncoding);
 }
 
-bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, bool atomically,
+bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, Flag atomically,
                                      NSStringEncoding *usedEncoding) {
   return writeAndReport(string, path, atomically, fastestEncoding(string), usedEncoding);
 }

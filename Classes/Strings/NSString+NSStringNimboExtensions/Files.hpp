@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -25,15 +26,15 @@ inline NSString initWithContentsOfFile(const NSString &path, NSStringEncoding en
 // when the file cannot be written. `*usedEncoding`, which may be null, gets the encoding that was tried. Who
 // reads UTF-8 takes a U+FEFF that the string begins with for a byte order mark.
 
-bool writeToFile(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding);
+bool writeToFile(const NSString &string, const NSString &path, Flag atomically, NSStringEncoding encoding);
 /// In `defaultEncoding`.
-bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, bool atomically,
+bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, Flag atomically,
                                      NSStringEncoding *usedEncoding = nullptr);
 /// In the encoding of the fewest bytes.
-bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, bool atomically,
+bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, Flag atomically,
                                       NSStringEncoding *usedEncoding = nullptr);
 /// In the encoding that needs the least conversion.
-bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, bool atomically,
+bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, Flag atomically,
                                      NSStringEncoding *usedEncoding = nullptr);
 
 /// The process's encoding for writing, at first UTF-8. Not guarded: set it before there are other threads.

@@ -30,53 +30,53 @@ std::uint32_t indexFrom(std::uint32_t startAt, std::uint32_t found) {
 
 }  // namespace
 
-std::uint32_t findCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+std::uint32_t findCharacter(const NSString &string, unichar character, Flag caseInsensitive) {
   return findCharacter(string, character, 0, caseInsensitive);
 }
 
 std::uint32_t findCharacter(const NSString &string, unichar character, std::uint32_t startAt,
-                            bool caseInsensitive) {
+                            Flag caseInsensitive) {
   if (startAt >= string.length()) return NSNotFound;
   return indexFrom(startAt,
                    searchFrom(string, startAt, character, caseInsensitive, findUnichar, findUnicharNoCase));
 }
 
-bool containsCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+bool containsCharacter(const NSString &string, unichar character, Flag caseInsensitive) {
   return containsCharacter(string, character, 0, caseInsensitive);
 }
 
-bool containsCharacter(const NSString &string, unichar character, std::uint32_t startAt, bool caseInsensitive) {
+bool containsCharacter(const NSString &string, unichar character, std::uint32_t startAt, Flag caseInsensitive) {
   return findCharacter(string, character, startAt, caseInsensitive) != NSNotFound;
 }
 
-std::uint32_t countCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+std::uint32_t countCharacter(const NSString &string, unichar character, Flag caseInsensitive) {
   return countCharacter(string, character, 0, caseInsensitive);
 }
 
 std::uint32_t countCharacter(const NSString &string, unichar character, std::uint32_t startAt,
-                             bool caseInsensitive) {
+                             Flag caseInsensitive) {
   if (startAt >= string.length()) return 0;
   return searchFrom(string, startAt, character, caseInsensitive, countUnichar, countUnicharNoCase);
 }
 
-std::uint32_t findLastCharacter(const NSString &string, unichar character, bool caseInsensitive) {
+std::uint32_t findLastCharacter(const NSString &string, unichar character, Flag caseInsensitive) {
   return findLastCharacter(string, character, 0, caseInsensitive);
 }
 
 std::uint32_t findLastCharacter(const NSString &string, unichar character, std::int32_t startAt,
-                                bool caseInsensitive) {
+                                Flag caseInsensitive) {
   const auto start = static_cast<std::uint32_t>(std::max(startAt, 0));
   if (start >= string.length()) return NSNotFound;
   return indexFrom(
       start, searchFrom(string, start, character, caseInsensitive, findLastUnichar, findLastUnicharNoCase));
 }
 
-std::uint32_t findOneOf(const NSString &string, const NSString &characters, bool caseInsensitive) {
+std::uint32_t findOneOf(const NSString &string, const NSString &characters, Flag caseInsensitive) {
   return findOneOf(string, characters, 0, caseInsensitive);
 }
 
 std::uint32_t findOneOf(const NSString &string, const NSString &characters, std::uint32_t startAt,
-                        bool caseInsensitive) {
+                        Flag caseInsensitive) {
   if (startAt >= string.length() || characters.length() == 0) return NSNotFound;
   const std::u16string_view units = string.view().substr(startAt);
   const auto find = [=](auto isWanted) {

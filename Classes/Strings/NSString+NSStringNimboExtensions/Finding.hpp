@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -11,23 +12,23 @@ inline namespace NSStringNimboExtensions {
 /// and never "a". Other characters are compared exactly. The answer is an index (NSNotFound when there is
 /// none), or how many there are. The search begins at `startAt`; backward it ends there, and a negative one is
 /// 0. A start that is not below the length finds nothing.
-std::uint32_t findCharacter(const NSString &string, unichar character, bool caseInsensitive = false);
+std::uint32_t findCharacter(const NSString &string, unichar character, Flag caseInsensitive = false);
 std::uint32_t findCharacter(const NSString &string, unichar character, std::uint32_t startAt,
-                            bool caseInsensitive);
-bool containsCharacter(const NSString &string, unichar character, bool caseInsensitive = false);
-bool containsCharacter(const NSString &string, unichar character, std::uint32_t startAt, bool caseInsensitive);
-std::uint32_t countCharacter(const NSString &string, unichar character, bool caseInsensitive = false);
+                            Flag caseInsensitive);
+bool containsCharacter(const NSString &string, unichar character, Flag caseInsensitive = false);
+bool containsCharacter(const NSString &string, unichar character, std::uint32_t startAt, Flag caseInsensitive);
+std::uint32_t countCharacter(const NSString &string, unichar character, Flag caseInsensitive = false);
 std::uint32_t countCharacter(const NSString &string, unichar character, std::uint32_t startAt,
-                             bool caseInsensitive);
-std::uint32_t findLastCharacter(const NSString &string, unichar character, bool caseInsensitive = false);
+                             Flag caseInsensitive);
+std::uint32_t findLastCharacter(const NSString &string, unichar character, Flag caseInsensitive = false);
 std::uint32_t findLastCharacter(const NSString &string, unichar character, std::int32_t startAt,
-                                bool caseInsensitive);
+                                Flag caseInsensitive);
 
 /// The index of the first unit, from `startAt` on, that is one of `characters`; without regard to case by
 /// `upperCharsTable`. NSNotFound when there is none or either string is nil or empty.
-std::uint32_t findOneOf(const NSString &string, const NSString &characters, bool caseInsensitive = false);
+std::uint32_t findOneOf(const NSString &string, const NSString &characters, Flag caseInsensitive = false);
 std::uint32_t findOneOf(const NSString &string, const NSString &characters, std::uint32_t startAt,
-                        bool caseInsensitive);
+                        Flag caseInsensitive);
 
 }  // namespace NSStringNimboExtensions
 }  // namespace nimbo

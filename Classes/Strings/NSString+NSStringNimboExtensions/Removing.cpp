@@ -49,7 +49,7 @@ NSString stringByRemovingMultipleFeeds(const NSString &string) {
   return stringByEditing(string, removeMultipleFeeds);
 }
 
-NSString stringByRemovingMultipleSpacesAndFeeds(const NSString &string, bool andFeeds) {
+NSString stringByRemovingMultipleSpacesAndFeeds(const NSString &string, Flag andFeeds) {
   return stringByEditing(string, [=](NSMutableString &copy) { removeMultipleSpacesAndFeeds(copy, andFeeds); });
 }
 

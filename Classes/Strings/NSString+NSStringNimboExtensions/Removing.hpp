@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -17,7 +18,7 @@ NSString stringByRemovingSpaces(const NSString &string);
 NSString stringByRemovingTabs(const NSString &string);
 NSString stringByRemovingFeeds(const NSString &string);
 NSString stringByRemovingMultipleFeeds(const NSString &string);
-NSString stringByRemovingMultipleSpacesAndFeeds(const NSString &string, bool andFeeds);
+NSString stringByRemovingMultipleSpacesAndFeeds(const NSString &string, Flag andFeeds);
 
 NSString stringByRemovingDigits(const NSString &string);
 /// What is left is mapped through `upperCharsTable` or `lowerCharsTable`.

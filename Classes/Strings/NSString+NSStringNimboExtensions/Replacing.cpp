@@ -10,7 +10,7 @@ namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
 NSString stringByReplacingString(const NSString &string, const NSString &replaced, const NSString &withString,
-                                 bool caseSensitive) {
+                                 Flag caseSensitive) {
   NSMutableString result;
   return replaceOccurrences(string.view(), replaced, withString, caseSensitive, result)
              ? std::move(result).string()
@@ -18,7 +18,7 @@ NSString stringByReplacingString(const NSString &string, const NSString &replace
 }
 
 NSString stringByReplacingCharacter(const NSString &string, unichar character, unichar withCharacter,
-                                    bool caseSensitive) {
+                                    Flag caseSensitive) {
   const IsReplaced isReplaced(character, withCharacter, caseSensitive);
   return stringByMappingUnits(string, [&](unichar c) { return isReplaced(c) ? withCharacter : c; });
 }

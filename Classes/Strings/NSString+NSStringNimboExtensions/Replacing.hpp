@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -10,9 +11,9 @@ inline namespace NSStringNimboExtensions {
 // itself when nothing is replaced; nil for nil.
 
 NSString stringByReplacingString(const NSString &string, const NSString &replaced, const NSString &withString,
-                                 bool caseSensitive = true);
+                                 Flag caseSensitive = true);
 NSString stringByReplacingCharacter(const NSString &string, unichar character, unichar withCharacter,
-                                    bool caseSensitive = true);
+                                    Flag caseSensitive = true);
 
 }  // namespace NSStringNimboExtensions
 }  // namespace nimbo

@@ -41,23 +41,23 @@ NSString stringByTrimmingEllipsis(const NSString &string) {
   return stringByTrimmingUnits(string, IsUnitOf{u".\u2026"}, Ends::kRight);
 }
 
-NSString stringByTrimmingSpacesAndFeeds(const NSString &string, bool andFeeds) {
+NSString stringByTrimmingSpacesAndFeeds(const NSString &string, Flag andFeeds) {
   return stringByTrimmingUnits(string, isSpace(andFeeds));
 }
 
-NSString stringByTrimmingSpacesOfLeftSideAndFeeds(const NSString &string, bool andFeeds) {
+NSString stringByTrimmingSpacesOfLeftSideAndFeeds(const NSString &string, Flag andFeeds) {
   return stringByTrimmingUnits(string, isSpace(andFeeds), Ends::kLeft);
 }
 
-NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, bool andFeeds) {
+NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, Flag andFeeds) {
   return stringByTrimmingUnits(string, isSpace(andFeeds), Ends::kRight);
 }
 
-NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, bool andFeeds) {
+NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, Flag andFeeds) {
   return string.length() > 0 ? string.substringWithRange(trimSpacesInRange(string, range, andFeeds)) : string;
 }
 
-NSRange trimSpacesInRange(const NSString &string, NSRange range, bool andFeeds) {
+NSRange trimSpacesInRange(const NSString &string, NSRange range, Flag andFeeds) {
   if (!string || range.location > string.length()) return {NSNotFound, 0};
   range.length = std::min(range.length, string.length() - range.location);
   return trimmedRange(string.view(), range, isSpace(andFeeds));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -22,16 +23,16 @@ NSString stringByTrimmingEnclosingCharacter(const NSString &string, unichar char
 NSString stringByTrimmingEllipsis(const NSString &string);
 
 /// Without the space set (with line breaks: the white set) at both ends or one.
-NSString stringByTrimmingSpacesAndFeeds(const NSString &string, bool andFeeds);
-NSString stringByTrimmingSpacesOfLeftSideAndFeeds(const NSString &string, bool andFeeds);
-NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, bool andFeeds);
+NSString stringByTrimmingSpacesAndFeeds(const NSString &string, Flag andFeeds);
+NSString stringByTrimmingSpacesOfLeftSideAndFeeds(const NSString &string, Flag andFeeds);
+NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, Flag andFeeds);
 
 /// The part of `range`, which is cut to the string's bounds, without the space set (with line breaks, and in
 /// the last form: the white set) at both its ends. Where nothing is left, the range is empty and stands at the
 /// end of the given one. A range that begins behind the string, or a nil string, gives NSNotFound and length 0;
 /// the string form gives the empty string.
-NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, bool andFeeds);
-NSRange trimSpacesInRange(const NSString &string, NSRange range, bool andFeeds);
+NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, Flag andFeeds);
+NSRange trimSpacesInRange(const NSString &string, NSRange range, Flag andFeeds);
 NSRange trimWhiteSpacesInRange(const NSString &string, NSRange range);
 
 }  // namespace NSStringNimboExtensions

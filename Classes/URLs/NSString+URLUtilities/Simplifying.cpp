@@ -119,8 +119,8 @@ NSString withPlainSchemeAndHost(const NSString &string) {
 
 }  // namespace
 
-NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, bool sessionIDs, bool analytics,
-                                                 bool indexPages, bool emptyParams, bool anchors) {
+NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, Flag sessionIDs, Flag analytics,
+                                                 Flag indexPages, Flag emptyParams, Flag anchors) {
   NSString url = withPlainSchemeAndHost(string);
   if (sessionIDs) url = stringURLByRemovingSessionIDs(url);
   if (analytics) url = stringURLByRemovingAnalytics(url);

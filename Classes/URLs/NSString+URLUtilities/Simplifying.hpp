@@ -6,6 +6,7 @@
 // Classes/URLs/URLParameters.tsv.
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -13,8 +14,8 @@ inline namespace URLUtilities {
 
 /// Always writes scheme and host in small ASCII letters and leaves out the port when it is the scheme's own;
 /// then removes what is asked for, in the order of the functions below.
-NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, bool sessionIDs, bool analytics,
-                                                 bool indexPages, bool emptyParams, bool anchors);
+NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, Flag sessionIDs, Flag analytics,
+                                                 Flag indexPages, Flag emptyParams, Flag anchors);
 /// The same with everything removed.
 NSString simplifiedStringURL(const NSString &string);
 

@@ -71,7 +71,7 @@ NSString fileSystemPathHFSStyle(const NSURL &url) {
   return HFSPath(fileSystemPathPOSIXStyle(url));
 }
 
-NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bool simplified,
+NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, Flag simplified,
                                  const NSString &defaultPathComponent) {
   const bool isSimplified = simplified && !url.isFileURL();
   const NSURL source = isSimplified ? NSURL::URLWithString(simplifiedStringURL(url)) : url;
@@ -84,9 +84,9 @@ NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bo
   return relativePathToDirectory(path, directory);
 }
 
-NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &directory, bool removeSessionIDs,
+NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &directory, Flag removeSessionIDs,
                                          const NSString &pathExtension, std::uint32_t maxComponents,
-                                         std::uint32_t maxComponentUnits, bool caseInsensitive) {
+                                         std::uint32_t maxComponentUnits, Flag caseInsensitive) {
   if (!url || url.isOpaque() || (!url.host() && !url.isFileURL())) return NSString();
   const NSURL source = removeSessionIDs && !url.isFileURL()
                            ? NSURL::URLWithString(stringURLByRemovingSessionIDs(url.absoluteString()))
@@ -109,7 +109,7 @@ NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &direc
   return path;
 }
 
-NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, bool milliseconds) {
+NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, Flag milliseconds) {
   // As a double, 0.123 seconds are a little less.
   const double time = forDate.timeIntervalSinceReferenceDate + (milliseconds ? 0.0005 : 0);
   const double seconds = std::floor(time);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSDate.hpp"
 #include "platform/Foundation/NSURL.hpp"
 #include "platform/Foundation/System/FSRef.hpp"
@@ -25,7 +26,7 @@ NSString fileSystemPathHFSStyle(const NSURL &url);
 /// The path of the URL, with `defaultPathComponent` behind it where it ends with "/" or is empty, as the way to
 /// it from `directory` (`relativePathToDirectory`). `simplified` takes it from `simplifiedStringURL`. Nil when
 /// the URL has no path.
-NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bool simplified,
+NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, Flag simplified,
                                  const NSString &defaultPathComponent);
 
 /// A path inside `directory` for a copy of what the URL names: the host's components in reverse order and small
@@ -37,14 +38,14 @@ NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, bo
 /// small, so that URLs that differ in case share a path. Nil when the URL is nil, opaque, or has no host and is
 /// no file's.
 NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &directory,
-                                         bool removeSessionIDs = false, const NSString &pathExtension = {},
+                                         Flag removeSessionIDs = false, const NSString &pathExtension = {},
                                          std::uint32_t maxComponents = 0, std::uint32_t maxComponentUnits = 0,
-                                         bool caseInsensitive = false);
+                                         Flag caseInsensitive = false);
 
 /// A folder inside `path` for copies of what the URL's host has at a time, in UTC: "org.example.www" and in it
 /// "2006-12-31 23-59-59", with `milliseconds` "2006-12-31 23-59-59-123". Nil when the URL has no host, `path`
 /// is nil or the date is outside the years 0 to 9999.
-NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, bool milliseconds);
+NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, Flag milliseconds);
 
 }  // namespace NSURLNimboExtensions
 }  // namespace nimbo

@@ -20,8 +20,8 @@ bool mayHoldDots(const NSURL &url) {
 
 }  // namespace
 
-NSURL URLRelativeTo(const NSString &link, const NSURL &base, bool trimAnchor, NSStringEncoding encoding,
-                    bool standardize) {
+NSURL URLRelativeTo(const NSString &link, const NSURL &base, Flag trimAnchor, NSStringEncoding encoding,
+                    Flag standardize) {
   const NSString clean = stringURLWrittenBy(cleanURLUnits, link);
   if (!clean) return NSURL();
   const NSString repaired = repairedStringURL(clean);
@@ -34,8 +34,8 @@ NSURL URLRelativeTo(const NSString &link, const NSURL &base, bool trimAnchor, NS
   return standardize && mayHoldDots(target) ? target.standardizedURL() : target;
 }
 
-NSURL URLRelativeTo(const NSURL &url, const NSString &link, bool trimAnchor, NSStringEncoding encoding,
-                    bool standardize) {
+NSURL URLRelativeTo(const NSURL &url, const NSString &link, Flag trimAnchor, NSStringEncoding encoding,
+                    Flag standardize) {
   return URLRelativeTo(link, url, trimAnchor, encoding, standardize);
 }
 

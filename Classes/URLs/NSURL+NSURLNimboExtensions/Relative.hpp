@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -18,11 +19,11 @@ inline namespace NSURLNimboExtensions {
 ///   whole HTTP URL behind "feed:".
 ///
 /// Nil when the link is nil, empty or no URL, or when it is relative and there is no base with a scheme.
-NSURL URLRelativeTo(const NSString &link, const NSURL &base, bool trimAnchor = false,
-                    NSStringEncoding encoding = NSUTF8StringEncoding, bool standardize = false);
+NSURL URLRelativeTo(const NSString &link, const NSURL &base, Flag trimAnchor = false,
+                    NSStringEncoding encoding = NSUTF8StringEncoding, Flag standardize = false);
 /// The same asked of the page's URL.
-NSURL URLRelativeTo(const NSURL &url, const NSString &link, bool trimAnchor = false,
-                    NSStringEncoding encoding = NSUTF8StringEncoding, bool standardize = false);
+NSURL URLRelativeTo(const NSURL &url, const NSString &link, Flag trimAnchor = false,
+                    NSStringEncoding encoding = NSUTF8StringEncoding, Flag standardize = false);
 
 }  // namespace NSURLNimboExtensions
 }  // namespace nimbo

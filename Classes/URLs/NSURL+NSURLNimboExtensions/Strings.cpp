@@ -24,8 +24,8 @@ NSString simplifiedStringURL(const NSURL &url) {
   return forwarded(url, URLUtilities::simplifiedStringURL);
 }
 
-NSString simplifiedStringURLByRemovingSessionIDs(const NSURL &url, bool sessionIDs, bool analytics,
-                                                 bool indexPages, bool emptyParams, bool anchors) {
+NSString simplifiedStringURLByRemovingSessionIDs(const NSURL &url, Flag sessionIDs, Flag analytics,
+                                                 Flag indexPages, Flag emptyParams, Flag anchors) {
   return url.isFileURL() ? standardizedPath(url.path())
                          : simplifiedStringURLByRemovingSessionIDs(url.absoluteString(), sessionIDs, analytics,
                                                                    indexPages, emptyParams, anchors);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -12,8 +13,8 @@ inline namespace NSURLNimboExtensions {
 // path.
 
 NSString simplifiedStringURL(const NSURL &url);
-NSString simplifiedStringURLByRemovingSessionIDs(const NSURL &url, bool sessionIDs, bool analytics,
-                                                 bool indexPages, bool emptyParams, bool anchors);
+NSString simplifiedStringURLByRemovingSessionIDs(const NSURL &url, Flag sessionIDs, Flag analytics,
+                                                 Flag indexPages, Flag emptyParams, Flag anchors);
 NSString stringURLByRemovingSessionIDs(const NSURL &url);
 NSString stringURLByRemovingAnalytics(const NSURL &url);
 NSString stringURLByRemovingEmptyParams(const NSURL &url);

@@ -89,12 +89,12 @@ List multimediaTypes() {
   return extensionsOfKinds(FileKinds::media);
 }
 
-List officeTypesIncludingMSWord(bool MSWord, bool OpenOffice, bool StarOffice, bool PDF, bool PostScript) {
+List officeTypesIncludingMSWord(Flag MSWord, Flag OpenOffice, Flag StarOffice, Flag PDF, Flag PostScript) {
   return extensionsOfKinds(officeKinds(MSWord, OpenOffice, StarOffice, PDF, PostScript));
 }
 
-List binaryFileTypesIncludingRichText(bool richText, bool MSWord, bool OpenOffice, bool StarOffice, bool PDF,
-                                      bool PostScript) {
+List binaryFileTypesIncludingRichText(Flag richText, Flag MSWord, Flag OpenOffice, Flag StarOffice, Flag PDF,
+                                      Flag PostScript) {
   return extensionsOfKinds(binaryKinds(richText, officeKinds(MSWord, OpenOffice, StarOffice, PDF, PostScript)));
 }
 
@@ -130,18 +130,18 @@ bool isBinaryFileType(const NSString &extension) {
   return isOfKinds(extension, kAllBinary);
 }
 
-bool isOfficeTypeIncludingMSWord(const NSString &extension, bool MSWord, bool OpenOffice, bool StarOffice,
-                                 bool PDF, bool PostScript) {
+bool isOfficeTypeIncludingMSWord(const NSString &extension, Flag MSWord, Flag OpenOffice, Flag StarOffice,
+                                 Flag PDF, Flag PostScript) {
   return isOfKinds(extension, officeKinds(MSWord, OpenOffice, StarOffice, PDF, PostScript));
 }
 
-bool isBinaryFileTypeIncludingRichText(const NSString &extension, bool richText, bool MSWord, bool OpenOffice,
-                                       bool StarOffice, bool PDF, bool PostScript) {
+bool isBinaryFileTypeIncludingRichText(const NSString &extension, Flag richText, Flag MSWord, Flag OpenOffice,
+                                       Flag StarOffice, Flag PDF, Flag PostScript) {
   return isOfKinds(extension,
                    binaryKinds(richText, officeKinds(MSWord, OpenOffice, StarOffice, PDF, PostScript)));
 }
 
-bool isMultimediaType(const NSString &extension, bool audio, bool video, bool embedded) {
+bool isMultimediaType(const NSString &extension, Flag audio, Flag video, Flag embedded) {
   const FileKinds kinds = kindsIf(audio, FileKinds::audio) | kindsIf(video, FileKinds::video) |
                           kindsIf(embedded, FileKinds::embedded);
   return isOfKinds(extension, kinds, initLowerCharsTable());

@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -20,11 +21,11 @@ std::vector<NSString> richTextTypes();
 std::vector<NSString> archiveTypes();
 std::vector<NSString> multimediaTypes();
 /// The flags add to spreadsheets and presentations, which are always there.
-std::vector<NSString> officeTypesIncludingMSWord(bool MSWord, bool OpenOffice, bool StarOffice, bool PDF,
-                                                 bool PostScript);
+std::vector<NSString> officeTypesIncludingMSWord(Flag MSWord, Flag OpenOffice, Flag StarOffice, Flag PDF,
+                                                 Flag PostScript);
 /// Images, multimedia, archives, programs, the list above, rich text if asked for, and "dat".
-std::vector<NSString> binaryFileTypesIncludingRichText(bool richText, bool MSWord, bool OpenOffice,
-                                                       bool StarOffice, bool PDF, bool PostScript);
+std::vector<NSString> binaryFileTypesIncludingRichText(Flag richText, Flag MSWord, Flag OpenOffice,
+                                                       Flag StarOffice, Flag PDF, Flag PostScript);
 
 // Whether an extension, in any case, is in the list of this name. False for nil.
 
@@ -36,14 +37,14 @@ bool isArchiveType(const NSString &extension);
 bool isMultimediaType(const NSString &extension);
 bool isOfficeType(const NSString &extension);
 bool isBinaryFileType(const NSString &extension);
-bool isOfficeTypeIncludingMSWord(const NSString &extension, bool MSWord, bool OpenOffice, bool StarOffice,
-                                 bool PDF, bool PostScript);
-bool isBinaryFileTypeIncludingRichText(const NSString &extension, bool richText, bool MSWord, bool OpenOffice,
-                                       bool StarOffice, bool PDF, bool PostScript);
+bool isOfficeTypeIncludingMSWord(const NSString &extension, Flag MSWord, Flag OpenOffice, Flag StarOffice,
+                                 Flag PDF, Flag PostScript);
+bool isBinaryFileTypeIncludingRichText(const NSString &extension, Flag richText, Flag MSWord, Flag OpenOffice,
+                                       Flag StarOffice, Flag PDF, Flag PostScript);
 
 /// Whether an extension, in any case, is one of the kinds of media asked for. These lists are shorter than that
 /// of all multimedia and hold what browsers play; "embedded" are the kinds that need a plug-in.
-bool isMultimediaType(const NSString &extension, bool audio, bool video, bool embedded);
+bool isMultimediaType(const NSString &extension, Flag audio, Flag video, Flag embedded);
 
 }  // namespace NSURLNimboExtensions
 }  // namespace nimbo
