@@ -6,7 +6,7 @@
 #define NIMBO_PUBLIC [[gnu::visibility("default")]]
 
 /// Marks a parameter or object that the result borrows from, so that compilers which know the attribute warn
-/// when the result outlives it.
+/// when the result outlives it. For the object of a member function it stands behind `const` and `noexcept`.
 #if defined(__clang__)
 #define NIMBO_LIFETIMEBOUND [[clang::lifetimebound]]
 #else

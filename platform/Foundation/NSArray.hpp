@@ -34,9 +34,9 @@ class NSArray {
 
   std::uint32_t count() const noexcept;
   /// `index` must be below the count.
-  const id &operator[](std::uint32_t index) const noexcept;
-  const id *begin() const noexcept;
-  const id *end() const noexcept;
+  const id &operator[](std::uint32_t index) const noexcept NIMBO_LIFETIMEBOUND;
+  const id *begin() const noexcept NIMBO_LIFETIMEBOUND;
+  const id *end() const noexcept NIMBO_LIFETIMEBOUND;
 
   void addObject(id object);
   /// `index` may be the count; `objects` must not point into this array.
@@ -47,7 +47,7 @@ class NSArray {
   void reserve(std::uint32_t count);
   /// The elements, to be changed in place; no copy of this handle sees the changes. Borrowed until the array is
   /// copied or changed otherwise.
-  std::span<id> mutableObjects();
+  std::span<id> mutableObjects() NIMBO_LIFETIMEBOUND;
 
   explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both are the same storage (or both nil).

@@ -9,7 +9,7 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A folder that holds a program or a library with its information: NAME/Contents/Info.plist and, for this
-/// system, NAME/Contents/Linux/EXECUTABLE.
+/// system, NAME/Contents/Linux/EXECUTABLE. It never changes, and any thread may ask it.
 class NSBundle {
  public:
   /// A larger information file is not read.

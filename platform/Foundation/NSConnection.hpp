@@ -21,7 +21,7 @@ class NSConnectionRootObject {
 
 /// The serving side of a named connection. It is an input source of its thread's run loop from its making on,
 /// registered or not. One request is served at a time, each to its end, in the order of arrival over all
-/// clients.
+/// clients. Only the thread that made it calls it, and that thread calls the root object.
 class NSConnection {
  public:
   /// The process's own connection, made on first use; lives as long as the process.

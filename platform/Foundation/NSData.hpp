@@ -49,9 +49,13 @@ class NSData {
 
   std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
   /// Borrowed from this object. Null when nil.
-  const std::uint8_t *bytes() const noexcept { return storage_ ? storage_->bytes : nullptr; }
-  std::span<const std::uint8_t> span() const noexcept { return {bytes(), length()}; }
-  std::string_view view() const noexcept { return {reinterpret_cast<const char *>(bytes()), length()}; }
+  const std::uint8_t *bytes() const noexcept NIMBO_LIFETIMEBOUND {
+    return storage_ ? storage_->bytes : nullptr;
+  }
+  std::span<const std::uint8_t> span() const noexcept NIMBO_LIFETIMEBOUND { return {bytes(), length()}; }
+  std::string_view view() const noexcept NIMBO_LIFETIMEBOUND {
+    return {reinterpret_cast<const char *>(bytes()), length()};
+  }
 
   /// The bytes of `range`, cut to this object's bounds; they share this object's storage.
   NSData subdataWithRange(NSRange range) const;

@@ -9,7 +9,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// A moment in time.
+/// A moment in time: a plain value.
 struct NSDate {
   /// Seconds between 1970-01-01 and the reference date, 2001-01-01, both 00:00:00 UTC.
   static constexpr double kTimeIntervalBetween1970AndReferenceDate = 978307200.0;

@@ -70,11 +70,11 @@ class NSDictionary {
 
   std::uint32_t count() const noexcept;
   /// The value under `key`, or nil; borrowed until the dictionary is changed.
-  const id &objectForKey(const NSString &key) const noexcept;
+  const id &objectForKey(const NSString &key) const noexcept NIMBO_LIFETIMEBOUND;
   std::vector<NSString> allKeys() const;
   /// In order; borrowed until the dictionary is changed.
-  Iterator begin() const noexcept;
-  Iterator end() const noexcept;
+  Iterator begin() const noexcept NIMBO_LIFETIMEBOUND;
+  Iterator end() const noexcept NIMBO_LIFETIMEBOUND;
 
   /// Sets or replaces; a replaced entry keeps its place. Nothing happens when the value or the key is nil.
   void setObject(id object, const NSString &key);

@@ -44,6 +44,8 @@ inline NSString NSURLErrorDomain() {
 ///     const NSData data = NSData::dataWithContentsOfFile(path, &error);
 ///     if (!data) tell(error.localizedFailureReason);
 ///     if (error.errorCode() == ErrorCode::noSuchFile) forget(path);
+///
+/// It may be copied and read from any thread; one is changed by one.
 struct NSError {
   NSString domain;
   std::int64_t code = 0;

@@ -10,6 +10,7 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// What platform adapters and importers raise: a name that programs test and a reason that people read.
+/// It never changes, and any thread may copy and read it.
 class NSException : public std::exception {
  public:
   NSException(NSString name, NSString reason);

@@ -8,7 +8,8 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// The file system. Symbolic links are followed; no path is ever opened for more than a listing.
+/// The file system. Symbolic links are followed; no path is ever opened for more than a listing. Any
+/// thread may ask.
 struct NSFileManager {
   /// Whether something stands at `path`; `*isDirectory` gets whether that is a folder.
   static bool fileExistsAtPath(const NSString &path, bool *isDirectory = nullptr);

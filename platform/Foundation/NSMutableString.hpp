@@ -7,7 +7,7 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// Owned UTF-16 units that grow and are edited in place; never nil. Moving it into an `NSString`, or one that
 /// shares its storage with no other into it, hands the storage over without a copy. A length above `NSNotFound`
-/// raises `std::length_error`.
+/// raises `std::length_error`. One thread uses it at a time.
 ///
 ///     NSMutableString path(std::move(folder));
 ///     path.append(u"/");
@@ -28,9 +28,11 @@ class NSMutableString {
   ~NSMutableString() { destroy(storage_); }
 
   std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
-  const unichar *characters() const noexcept { return storage_ ? storage_->units() : nullptr; }
-  unichar *mutableCharacters() noexcept { return storage_ ? storage_->units() : nullptr; }
-  std::u16string_view view() const noexcept { return {characters(), length()}; }
+  const unichar *characters() const noexcept NIMBO_LIFETIMEBOUND {
+    return storage_ ? storage_->units() : nullptr;
+  }
+  unichar *mutableCharacters() noexcept NIMBO_LIFETIMEBOUND { return storage_ ? storage_->units() : nullptr; }
+  std::u16string_view view() const noexcept NIMBO_LIFETIMEBOUND { return {characters(), length()}; }
 
   /// Makes room for `capacity` units in all.
   void reserve(std::size_t capacity);

@@ -32,7 +32,8 @@ struct ClassDescription {
 
 /// The root class: objects that are asked by name. It knows the selectors "className", "isKindOfClass:" (with a
 /// name), "respondsToSelector:" and "valueForKey:", and the key "className". Objects that are shared, as by a
-/// value, are made by `makeShared`.
+/// value, are made by `makeShared`. One thread uses an object at a
+/// time, unless its class says otherwise.
 class NSObject : public ReferenceCounted {
  public:
   NSObject() = default;

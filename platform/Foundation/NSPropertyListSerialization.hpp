@@ -10,7 +10,7 @@ enum class NSPropertyListFormat { openStep = 1, xml = 100, binary = 200 };
 
 /// Property lists as bytes. Reading never trusts its input: cycles, offsets outside, counts beyond the data,
 /// nesting deeper than `kMaximumDepth` and lists that would unfold to more than `kMaximumObjects` values give
-/// nil and an error.
+/// nil and an error. Any number of threads may read and write at once.
 struct NSPropertyListSerialization {
   /// Containers inside of each other.
   static constexpr std::uint32_t kMaximumDepth = 512;

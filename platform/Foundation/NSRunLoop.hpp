@@ -8,7 +8,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// Waits for a thread's input sources and serves them. One with nothing to do sleeps.
+/// Waits for a thread's input sources and serves them. One with nothing to do sleeps. No other thread uses it.
 class NSRunLoop {
  public:
   /// The calling thread's own.

@@ -79,8 +79,10 @@ class NSString {
 
   std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
   /// The units, `length()` of them, not terminated; borrowed from this string. Null when nil.
-  const unichar *characters() const noexcept { return storage_ ? storage_->units() : nullptr; }
-  std::u16string_view view() const noexcept { return {characters(), length()}; }
+  const unichar *characters() const noexcept NIMBO_LIFETIMEBOUND {
+    return storage_ ? storage_->units() : nullptr;
+  }
+  std::u16string_view view() const noexcept NIMBO_LIFETIMEBOUND { return {characters(), length()}; }
   /// `index` must be below the length.
   unichar characterAtIndex(std::uint32_t index) const noexcept { return storage_->units()[index]; }
 

@@ -11,7 +11,8 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A program that is run to its end. Its standard input is empty, its standard output is this process's own,
-/// and its standard error is collected while it runs, so that a full pipe never stops it.
+/// and its standard error is collected while it runs, so that a full pipe never stops it. Any
+/// number of threads may run one.
 struct NSTask {
   static constexpr double kTimeLimitSeconds = 5.0;
   static constexpr std::uint32_t kMaximumOutputBytes = 16 << 20;

@@ -9,7 +9,7 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// What the user has set: the entries of a property list file, and behind them values that the program
-/// registers.
+/// registers. Any thread may read them, as soon as the last is registered.
 class NSUserDefaults {
  public:
   /// Reads `path` once, now; a file that is missing or no dictionary counts as empty, and all but a missing one

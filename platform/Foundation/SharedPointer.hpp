@@ -77,8 +77,14 @@ void destroyShared(ReferenceCounted *object) noexcept {
 }
 
 /// A pointer to an object that counts its references, `T` being derived from `ReferenceCounted`; null when
-/// default-made. Different pointers to one object may be copied and dropped by different threads; one pointer
-/// is changed by one.
+/// default-made.
+///
+///     SharedPointer<Counter> counter = makeShared<Counter>(arguments);
+///     if (!counter.isUnique()) counter = makeShared<Counter>(*counter);
+///     counter->increment();  // Nobody else sees it.
+///
+/// A pointer may be copied and read from any thread; one pointer is changed by one. The object itself is
+/// guarded by nothing.
 template <class T>
 class SharedPointer {
  public:

@@ -17,7 +17,7 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// One end of a connection: cuts what arrives on a non-blocking stream socket into messages and writes messages
 /// out as far as the socket takes them. It never waits. Memory follows what has arrived, never what a length
-/// announces.
+/// announces. One thread uses it at a time.
 class ConnectionChannel {
  public:
   explicit ConnectionChannel(FileDescriptor socket) : socket_(std::move(socket)) {}
