@@ -21,19 +21,35 @@ PDFFailure failure(ErrorCode code, const std::string &reason) {
   return {NSError::errorWithCode(code, reason)};
 }
 
-/// Throws as MuPDF does. A document that claims more pages than it has objects has those that can be found.
-std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint32_t maximum) {
+/// Whether the document has a page of this number, from 0 on.
+bool hasPage(fz_context *context, pdf_document *document, int number) {
+  bool found = false;
+  fz_var(found);
+  fz_try(context) {
+    pdf_lookup_page_obj(context, document, number);
+    found = true;
+  }
+  fz_catch(context) {
+    // There is none.
+  }
+  return found;
+}
+
+/// Throws as MuPDF does. A document that claims more pages than it has objects has those that can be found:
+/// looking up each of them would take a time that grows with the square of their number.
+std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint32_t maximum,
+                         PDFBudget &budget) {
   const int limit = static_cast<int>(std::min<std::uint32_t>(maximum, NSNotFound));
   const int claimed = pdf_count_pages(context, document);
   const int objects = pdf_xref_len(context, document);
   if (claimed <= objects) return static_cast<std::uint32_t>(std::clamp(claimed, 0, limit));
   int found = 0;
-  fz_var(found);
-  fz_try(context) {
-    for (; found < std::min(objects, limit); ++found) pdf_lookup_page_obj(context, document, found);
-  }
-  fz_catch(context) {
-    // That was the last one.
+  for (int most = std::min(objects, limit); found < most && !budget.isLate();) {
+    const int middle = found + (most - found + 1) / 2;
+    if (hasPage(context, document, middle - 1))
+      found = middle;
+    else
+      most = middle - 1;
   }
   return static_cast<std::uint32_t>(found);
 }
@@ -57,13 +73,18 @@ void PDFBudget::beginStep(const Deadline &deadline) {
   deadline_ = deadline;
 }
 
+bool PDFBudget::isLate() {
+  timedOut_ = timedOut_ || deadline_.isOver();
+  return timedOut_;
+}
+
 bool PDFBudget::endStep() {
   deadline_ = Deadline::never();
   return std::exchange(timedOut_, false);
 }
 
 bool PDFBudget::allows(std::size_t size, std::size_t replaced) {
-  if (++calls_ % kCallsBetweenClockReads == 0 && deadline_.isOver()) timedOut_ = true;
+  if (++calls_ % kCallsBetweenClockReads == 0) isLate();
   return !timedOut_ && size <= limit_ && used_ - replaced <= limit_ - size;
 }
 
@@ -113,7 +134,7 @@ void PDFBudget::release(void *self, void *bytes) {
 PDFEngine::PDFEngine(PDFInput input, const PDFLimits &limits)
     : limits_(limits), input_(std::move(input)), budget_(limits.memoryBytes) {
   context_ = fz_new_context(budget_.functions(), nullptr, kStoreBytes);
-  if (!context_) throw std::bad_alloc();
+  if (!context_) throw failure(ErrorCode::memoryLimit, "there is not enough memory for a PDF");
   fz_set_warning_callback(context_, saysNothing, nullptr);
   fz_set_error_callback(context_, saysNothing, nullptr);
   try {
@@ -138,12 +159,8 @@ void PDFEngine::open() {
     fz_catch(context) fz_rethrow(context);
     locked_ = pdf_needs_password(context, document_);
     version_ = pdf_version(context, document_);
+    pageCount_ = countPages(context, document_, limits_.pages, budget_);
   });
-  try {
-    run([this](fz_context *context) { pageCount_ = countPages(context, document_, limits_.pages); });
-  } catch (const PDFFailure &) {
-    if (!locked_) throw;
-  }
 }
 
 void PDFEngine::close() {

@@ -53,6 +53,8 @@ class PDFBudget {
 
   const fz_alloc_context *functions() const { return &functions_; }
   void beginStep(const Deadline &deadline);
+  /// Whether the step takes too long; nothing more is allocated in it then.
+  bool isLate();
   /// Whether the step took too long.
   bool endStep();
 

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <new>
 #include <vector>
 
 #include "tests/support/PDFSamples.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {
@@ -73,6 +76,18 @@ TEST(PDFDocument, GetsThroughFalseCountsAndFormsThatDrawThemselves) {
   EXPECT_EQ(huge->pageCount(), 2u);
   EXPECT_EQ(huge->pageAtIndex(1).string(), u"Few pages\n"_ns);
   EXPECT_FALSE(huge->pageAtIndex(2).string());
+  for (const std::uint32_t pages : {1u, 2u, 3u, 4u, 7u, 64u, 65u}) {
+    std::string kids;
+    std::vector<std::string> objects = {kCatalog, ""};
+    for (std::uint32_t i = 0; i < pages; ++i) {
+      kids += std::to_string(i + 3) + " 0 R ";
+      objects.emplace_back("<</Type /Page /Parent 2 0 R>>");
+    }
+    objects[1] = "<</Type /Pages /Kids [" + kids + "] /Count 1000000>>";
+    EXPECT_EQ(PDFDocument::documentWithData(PDFOfObjects(objects))->pageCount(), pages);
+    EXPECT_EQ(PDFDocument::documentWithData(PDFOfObjects(objects), {.pages = 3})->pageCount(),
+              std::min(pages, 3u));
+  }
   EXPECT_EQ(openSample("recursion.pdf")->pageAtIndex(0).string(), u"before\n\nwithin\n\nafter\n"_ns);
   EXPECT_EQ(huge->pageAtIndex(2).boundsForBox(PDFDisplayBox::mediaBox), (NSRect{{0, 0}, {612, 792}}));
 }
@@ -154,24 +169,142 @@ TEST(PDFDocument, GivesUpPagesThatCostTooMuch) {
     for (std::uint32_t i = 0; i < c.readable.size(); ++i)
       EXPECT_EQ(document->pageAtIndex(i).string(), c.readable[i] ? u"good\n"_ns : NSString()) << i;
   }
-  std::vector<std::string> manyObjects = {kCatalog, "<</Type /Pages /Kids [] /Count 0>>"};
-  manyObjects.resize(2000, kFont);
-  EXPECT_TRUE(PDFDocument::documentWithData(PDFOfObjects(manyObjects)));
-  EXPECT_FALSE(PDFDocument::documentWithData(PDFOfObjects(manyObjects), {.stepSeconds = 0}));
 }
 
-TEST(PDFDocument, RefusesOtherKindsOfData) {
-  const std::string cases[] = {
-      "",
-      "%PDF-1.7",
-      "<!DOCTYPE html><html><body><p>Text</p></body></html>",
-      std::string("PK\3\4\24\0\0\0\0\0\0\0\0\0\0\0\0\0\24\0\0\0\24\0\0\0\10\0\0\0mimetypeapplication/epub+zip",
-                  58),
-      "\x89PNG\r\n\x1a\n",
+/// Many objects, without a page.
+NSData documentOfFonts(std::size_t count) {
+  std::vector<std::string> objects = {kCatalog, "<</Type /Pages /Kids [] /Count 0>>"};
+  objects.resize(count, kFont);
+  return PDFOfObjects(objects);
+}
+
+TEST(PDFDocument, SaysWhyItIsNotOpened) {
+  const struct {
+    NSData data;
+    ErrorCode code;
+    PDFLimits limits = {};
+  } cases[] = {
+      {NSData::data(), ErrorCode::incomplete},
+      {dataOfString("<!DOCTYPE html><html><body><p>Text</p></body></html>"), ErrorCode::unsupportedType},
+      {dataOfString(std::string("PK\3\4\24\0\0\0\0\0\0\0\0\0\0\0\0\0\24\0\0\0\24\0\0\0\10\0\0\0"
+                                "mimetypeapplication/epub+zip",
+                                58)),
+       ErrorCode::unsupportedType},
+      {dataOfString("\x89PNG\r\n\x1a\n"), ErrorCode::unsupportedType},
+      {dataOfString("%PDF-1.7"), ErrorCode::damaged},
+      {dataOfString(std::string(900, 'x') + "%PDF-1.7\n1 0 obj"), ErrorCode::damaged},
+      {documentOfFonts(2000), ErrorCode::timeLimit, {.stepSeconds = 0}},
+      {documentOfFonts(2000), ErrorCode::timeLimit, {.deadline = Deadline::after(0)}},
+      {documentOfFonts(2000), ErrorCode::memoryLimit, {.memoryBytes = 500'000}},
+      {documentOfFonts(2000), ErrorCode::memoryLimit, {.memoryBytes = 1'000}},
   };
-  for (const std::string &bytes : cases)
-    EXPECT_FALSE(PDFDocument::documentWithData(dataOfString(bytes))) << bytes;
-  EXPECT_FALSE(PDFDocument::documentWithData(NSData()));
+  const TemporaryFolder folder;
+  for (const auto &[data, code, limits] : cases) {
+    const NSString file = folder.write("a.pdf", data.view());
+    NSError error;
+    EXPECT_FALSE(PDFDocument::documentWithData(data, limits, &error));
+    EXPECT_EQ(error.errorCode(), code) << error.localizedFailureReason.UTF8String();
+    NSError errorOfFile;
+    EXPECT_FALSE(PDFDocument::documentWithContentsOfFile(file, limits, &errorOfFile));
+    EXPECT_EQ(errorOfFile, error);
+    EXPECT_FALSE(PDFDocument::documentWithData(data, limits));
+  }
+  NSError error;
+  EXPECT_FALSE(PDFDocument::documentWithData(NSData(), {}, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+  EXPECT_TRUE(PDFDocument::documentWithData(documentOfFonts(2000), {}, &(error = {})));
+  EXPECT_FALSE(error);
+}
+
+TEST(PDFDocument, LocksAreAReason) {
+  // The second hides even its pages.
+  for (const auto &[name, pages] : {std::pair("locked.pdf", 1u), {"locked-pages.pdf", 0u}}) {
+    const auto document = openSample(name);
+    ASSERT_TRUE(document) << name;
+    NSError error;
+    EXPECT_TRUE(document->isLocked(&error)) << name;
+    EXPECT_EQ(error.errorCode(), ErrorCode::locked) << name;
+    EXPECT_EQ(document->pageCount(), pages) << name;
+    EXPECT_FALSE(document->documentAttributes()) << name;
+  }
+  NSError error;
+  EXPECT_FALSE(openSample("owner-password.pdf")->isLocked(&error));
+  EXPECT_FALSE(error);
+}
+
+/// "b" is a page that needs too much memory.
+TEST(PDFDocument, SaysWhichPagesAreMissing) {
+  const struct {
+    const char *kinds;
+    std::size_t enoughTexts;
+    Deadline deadline;
+    std::size_t texts;
+    ErrorCode code;
+    std::string_view reason;
+  } cases[] = {
+      {"ggg", 9, Deadline::never(), 3, ErrorCode::none, ""},
+      {"gbg", 9, Deadline::never(), 2, ErrorCode::memoryLimit, "1 of 3 pages cannot be read"},
+      {"bgbb", 9, Deadline::after(3600), 1, ErrorCode::memoryLimit, "3 of 4 pages cannot be read"},
+      {"ggg", 1, Deadline::never(), 1, ErrorCode::incomplete, "pages 2 to 3 are left out"},
+      {"ggg", 2, Deadline::never(), 2, ErrorCode::incomplete, "page 3 is left out"},
+      {"ggg", 3, Deadline::never(), 3, ErrorCode::none, ""},
+      {"gbg", 9, Deadline::after(0), 1, ErrorCode::timeLimit, "pages 2 to 3 are left out"},
+      {"g", 9, Deadline::after(0), 1, ErrorCode::none, ""},
+      {"b", 9, Deadline::after(0), 0, ErrorCode::memoryLimit, "1 of 1 pages"},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.kinds);
+    const auto document = PDFDocument::documentWithData(
+        documentOfBombs(c.kinds, "BT /F 12 Tf 20 20 Td (much text in every leaf) Tj ET"),
+        {.memoryBytes = 8 << 20});
+    ASSERT_TRUE(document);
+    std::size_t texts = 0;
+    NSError error;
+    document->readPages(
+        c.deadline,
+        [&](const NSString &text) {
+          EXPECT_EQ(text, u"good\n"_ns);
+          return ++texts < c.enoughTexts;
+        },
+        &error);
+    EXPECT_EQ(texts, c.texts);
+    EXPECT_EQ(error.errorCode(), c.code);
+    const std::string told = error.localizedFailureReason.UTF8String();
+    EXPECT_NE(told.find(c.reason), std::string::npos) << told;
+  }
+}
+
+TEST(PDFDocument, APageThatCannotBeUsedIsMissing) {
+  const auto document = openSample("columns.pdf");
+  int pages = 0;
+  NSError error;
+  document->readPages(
+      Deadline::never(),
+      [&](const NSString &) -> bool {
+        if (++pages == 1) throw std::bad_alloc();
+        return true;
+      },
+      &error);
+  EXPECT_EQ(pages, 2);
+  EXPECT_EQ(error.errorCode(), ErrorCode::memoryLimit);
+}
+
+TEST(PDFDocument, AFileMayBeCutShortWhileItIsRead) {
+  const TemporaryFolder folder;
+  const NSData whole = samplePDF("columns.pdf");
+  for (const std::size_t left : {std::size_t{0}, std::size_t{100}, std::size_t{whole.length()} / 2}) {
+    const auto document = PDFDocument::documentWithContentsOfFile(folder.write("a.pdf", whole.view()));
+    ASSERT_TRUE(document);
+    EXPECT_EQ(document->pageCount(), 2u);
+    std::filesystem::resize_file(folder.path() / "a.pdf", left);
+    document->documentAttributes();
+    for (std::uint32_t page = 0; page < 2; ++page) {
+      NSError error;
+      if (!document->pageAtIndex(page).string(&error)) {
+        EXPECT_EQ(error.errorCode(), ErrorCode::damaged) << left;
+      }
+    }
+  }
 }
 
 /// Whatever a damaged document still gives, nothing is raised and nothing leaks.
