@@ -8,6 +8,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/CharacterTables.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 
@@ -124,6 +125,15 @@ class AttributeReader {
   const CharacterSetRep &alphaNums_ = *alphaNumCharacterSetRep();
 };
 
+constexpr std::u16string_view kBlanks = u" \t\n\r\f";
+
+/// The end of an attribute's value, or the end of the tag.
+std::size_t endOfValue(std::u16string_view tag, std::size_t start) {
+  if (start >= tag.size()) return tag.size();
+  if (tag[start] == u'"' || tag[start] == u'\'') return std::min(tag.find(tag[start], start + 1), tag.size());
+  return std::min(tag.find_first_of(u" \t\n\r\f>", start), tag.size());
+}
+
 NSString stringUnlessEmpty(std::u16string_view value) {
   return value.empty() ? NSString() : NSString::stringWithCharacters(value);
 }
@@ -132,6 +142,19 @@ NSString stringUnlessEmpty(std::u16string_view value) {
 
 std::u16string_view attributeOfTag(std::u16string_view tag, std::string_view name, QuotedValue quoted) {
   return AttributeReader<char>(tag, name, {kTagSlack, u'=', u'>', quoted}).value();
+}
+
+bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName) {
+  std::size_t i = std::min(tag.find_first_of(u" \t\n\r\f/"), tag.size());
+  while (i < tag.size()) {
+    const std::size_t start = std::min(tag.find_first_not_of(u" \t\n\r\f/>\"'", i), tag.size());
+    const std::size_t end = std::min(tag.find_first_of(u" \t\n\r\f/>=", start), tag.size());
+    if (end > start && equalsASCIINoCase(tag.substr(start, end - start), lowerCaseName)) return true;
+    i = std::min(tag.find_first_not_of(kBlanks, end), tag.size());
+    if (i < tag.size() && tag[i] == u'=')
+      i = endOfValue(tag, std::min(tag.find_first_not_of(kBlanks, i + 1), tag.size()));
+  }
+  return false;
 }
 
 NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint32_t offset,

@@ -28,6 +28,10 @@ enum class QuotedValue : std::uint8_t {
 std::u16string_view attributeOfTag(std::u16string_view tag, std::string_view name,
                                    QuotedValue quoted = QuotedValue::kEndsWithTag);
 
+/// Whether the tag has an attribute of the name, which is ASCII in lower case, with or without a value:
+/// "<option selected>".
+bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName);
+
 /// As `attributeOfTag` for the tag that has `length` units from `offset` on, but as a string, which is nil
 /// where the view is empty; `name` ends with a zero byte, and `isTolerant` stands for `kMayHoldTags`.
 NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint32_t offset,

@@ -86,6 +86,8 @@ class TagShape {
   std::u16string_view attribute(std::string_view name, QuotedValue quoted = QuotedValue::kEndsWithTag) const {
     return attributeOfTag(tag(), name, quoted);
   }
+  /// Whether the tag has an attribute of the name, with or without a value.
+  bool hasAttribute(std::string_view lowerCaseName) const { return nimbo::hasAttribute(tag(), lowerCaseName); }
 
  private:
   std::uint32_t tagEnd() const {

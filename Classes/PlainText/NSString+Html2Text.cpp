@@ -7,7 +7,6 @@
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/PlainText/PlainTextHandler.hpp"
-#include "Classes/PlainText/SimplePlainTextHandler.hpp"
 
 namespace nimbo {
 inline namespace Html2Text {
@@ -27,16 +26,15 @@ NSString _convertHtml2PlainTextUsingHandler(const NSString &page, TagHandler han
   if (page.length() > kLongestPage) return page;
   try {
     PlainTextRecord record(options);
-    record.writer.reserve(page.length());
     // The handlers decode into memory of their own, so that the units need not be copied.
     const bool isScanned = parseXmlWithHandler(page, handler, &record, false);
-    if (options.onlyBody && isScanned && !record.writer.hasText()) {
+    if (options.onlyBody && isScanned && !record.hasText()) {
       record.restartEverywhere();
       parseXmlWithHandler(page, handler, &record, false);
     }
-    if (!record.writer.hasText()) return page;
-    if (junkFound) *junkFound = record.isJunkFound;
-    return std::move(record.writer).string();
+    if (!record.hasText()) return page;
+    if (junkFound) *junkFound = record.isJunkFound();
+    return std::move(record).text();
   } catch (const std::bad_alloc &) {
     if (junkFound) *junkFound = false;
     return page;

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The text of an HTML page:
+//
+//     const NSString text = stringByConvertingHtml2PlainText(page);
+//     const NSString mail = stringByConvertingHtml2ReformattedPlainText(page);
+//     const NSString body = stringByConvertingHtml2SimplifiedPlainText(page);
 #pragma once
 
 #include "Classes/Markup/TagScanner.hpp"
@@ -8,25 +14,32 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace Html2Text {
 
-// The text of an HTML page. A page without any text, one of more than 268435455 units and one that there is no
-// memory for answer themselves; nil answers nil. `junkFound` may be null; it says whether junk was removed.
-// What the options do stands in PlainTextOptions.hpp, what is text and where lines end in PlainTextHandler.hpp.
-
+/// The text of a page, as `PlainTextHandler` writes it. A page without any text, one of more than 268435455
+/// units and one that there is no memory for answer themselves; nil answers nil.
 NSString stringByConvertingHtml2PlainText(const NSString &page);
+/// As `stringByConvertingHtml2PlainText`, with the option `reformat`.
 NSString stringByConvertingHtml2ReformattedPlainText(const NSString &page);
+/// As `stringByConvertingHtml2PlainText`, with or without the option `nonUmlauted`.
 NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted);
+/// As `stringByConvertingHtml2PlainText`, with some of the options of `PlainTextOptions`.
 NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted, bool reformat,
                                                      bool onlyBody, bool googleTags);
+/// As `stringByConvertingHtml2PlainText`, with most of the options of `PlainTextOptions`. `*junkFound`, unless
+/// it is null, says whether `removeJunk` has left out any text.
 NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted, bool reformat,
                                                      bool onlyBody, bool removeJunk, bool *junkFound,
                                                      bool googleTags);
+/// As `stringByConvertingHtml2PlainText`, with all options of `PlainTextOptions`. `*junkFound`, unless it is
+/// null, says whether `removeJunk` has left out any text.
 NSString stringByConvertingHtml2PlainTextEntities(const NSString &page, bool entities, bool stdEntities,
                                                   bool nonUmlauted, bool reformat, bool onlyBody,
                                                   bool removeJunk, bool *junkFound, bool googleTags);
-/// The texts of the body, each with a space in front of it, and nothing else: for comparing, not for reading.
+/// The texts of the body, each with a space in front of it, as `SimplePlainTextHandler` writes them: for
+/// comparing, not for reading. It answers the page itself where `stringByConvertingHtml2PlainText` does.
 NSString stringByConvertingHtml2SimplifiedPlainText(const NSString &page);
 
-/// What all of them call: `handler` is `PlainTextHandler` or `SimplePlainTextHandler`.
+/// What the other functions call: `handler` is `PlainTextHandler` or `SimplePlainTextHandler`. `*junkFound`,
+/// unless it is null, says whether `removeJunk` has left out any text.
 NSString _convertHtml2PlainTextUsingHandler(const NSString &page, TagHandler handler,
                                             const PlainTextOptions &options, bool *junkFound);
 

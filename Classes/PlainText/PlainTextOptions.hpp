@@ -6,20 +6,26 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// What a conversion of HTML to plain text does beside leaving the markup out.
+///
+///     const PlainTextOptions options{.reformat = true, .removeJunk = true};
+///     bool junkFound;
+///     const NSString text = _convertHtml2PlainTextUsingHandler(page, PlainTextHandler, options, &junkFound);
 struct PlainTextOptions {
-  /// Decode character references in text and in the texts of attributes; `stdEntities` those to "<", ">", "&"
-  /// and the double quote. `stdEntities` alone decodes nothing but "&lt;", "&gt;", "&amp;" and "&quot;".
+  /// Decodes character references in text and in texts of attributes, but for those to "<", ">", "&" and the
+  /// double quote.
   bool entities = true;
+  /// Decodes the references to "<", ">", "&" and the double quote; without `entities` only "&lt;", "&gt;",
+  /// "&amp;" and "&quot;".
   bool stdEntities = true;
-  /// Letters lose their diacritics; only with `entities`.
+  /// Takes the diacritics from letters; only with `entities`.
   bool nonUmlauted = false;
-  /// Keep the lines that the text of the source is laid out in, as far as they mean something.
+  /// Keeps the lines that the text of the source is laid out in, as far as they mean something.
   bool reformat = false;
-  /// Only what stands in the body, unless there is no text in one.
+  /// Writes only what stands in the body, unless there is no text in one.
   bool onlyBody = false;
-  /// Leave out hidden and overlong texts.
+  /// Leaves out hidden and overlong texts.
   bool removeJunk = false;
-  /// Obey the comments by which a page hides a part of itself from search engines.
+  /// Obeys the comments by which a page hides a part of itself from search engines.
   bool googleTags = false;
 };
 

@@ -1,68 +1,44 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <cstdint>
-#include <string_view>
-#include <vector>
+#include <memory>
 
-#include "Classes/PlainText/PlainTextJunk.hpp"
 #include "Classes/PlainText/PlainTextOptions.hpp"
-#include "Classes/PlainText/PlainTextTags.hpp"
-#include "Classes/PlainText/PlainTextWriter.hpp"
 #include "platform/Foundation/NSString.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
+namespace detail {
+struct PlainTextConversion;
+}
 
-/// What a page is converted with: the context of `PlainTextHandler` and `SimplePlainTextHandler`. The writer
-/// must have been given room for the page.
-struct PlainTextRecord {
-  /// Where everything counts as part of the body.
-  static constexpr std::int32_t kEverywhere = 0x3fffffff;
+/// What a page is converted with: the context of `PlainTextHandler` and `SimplePlainTextHandler`. One record is
+/// for one scan. The handlers raise `std::bad_alloc` and `std::length_error` when the text has no room.
+///
+///     PlainTextRecord record({.reformat = true});
+///     GetTagsOfString(page, PlainTextHandler, &record, false);
+///     const NSString text = record.hasText() ? std::move(record).text() : page;
+class PlainTextRecord {
+ public:
+  explicit PlainTextRecord(const PlainTextOptions &options);
+  PlainTextRecord(const PlainTextRecord &) = delete;
+  PlainTextRecord &operator=(const PlainTextRecord &) = delete;
+  ~PlainTextRecord();
 
-  explicit PlainTextRecord(const PlainTextOptions &conversion)
-      : options(conversion), bodyCounter(conversion.onlyBody ? 0 : kEverywhere) {}
-
-  /// Begins anew, and takes the whole page for its body.
+  /// Begins anew, for another scan in which the whole page counts as its body.
   void restartEverywhere();
 
-  PlainTextOptions options;
-  PlainTextWriter writer;
-  bool isJunkFound = false;
-  std::int32_t bodyCounter;
+  /// Whether anything but white space was written.
+  bool hasText() const;
+  /// Whether text was left out because of `removeJunk`.
+  bool isJunkFound() const;
+  /// What was written, without a copy; there is nothing in the record afterwards.
+  NSString text() &&;
 
-  /// Parts of a page that search engines are to leave out of: bit 1 the index, 2 snippets, 4 link texts.
-  unsigned markerMask = 7;
-  std::uint32_t linkAndHeadingDepth = 0;
+  /// For the handlers.
+  detail::PlainTextConversion &conversion() { return *conversion_; }
 
-  /// The element that the text belongs to, as far as it matters; a body or head tag ends them all.
-  struct Elements {
-    bool isInNoframes = false;
-    bool isInNoscript = false;
-    /// The packed name of the script or style whose start tag alone the scanner told of; 0 where none is open.
-    std::uint64_t rawText = 0;
-    bool isInTitle = false;
-    std::uint32_t titleStart = 0;
-    bool isInSelect = false;
-    bool isInUnselectedOption = false;
-    bool showsAllOptions = false;
-    bool hasOption = false;
-    PlainTextWriter::Mark selectMark;
-    /// Behind the last end tag of a link, and the comments and scripts that follow it.
-    const unichar *lastLinkEnd = nullptr;
-    std::uint32_t preDepth = 0;
-    bool isFirstFeedDropped = false;
-    /// Textarea, xmp or plaintext: tags are text in them.
-    detail::TagElement literal = detail::TagElement::kOther;
-    detail::HiddenElement hidden;
-    /// Has a background of its own, so that the colour of the page says nothing in it.
-    detail::FollowedElement background;
-  };
-  Elements elements;
-  bool hasTitle = false;
-  /// Of the body; nil when it has none.
-  NSString pageColor;
-  /// Where character references are decoded.
-  std::vector<unichar> decoded;
+ private:
+  std::unique_ptr<detail::PlainTextConversion> conversion_;
 };
 
 }  // namespace nimbo

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "Classes/PlainText/PlainTextRecord.hpp"
+#include "Classes/PlainText/PlainTextConversion.hpp"
 
 namespace nimbo::detail {
 
@@ -18,14 +18,7 @@ struct TextRun {
   bool isEncoded = true;
 };
 
-/// Whether text may stand here: in the body, and not in what stands for scripts or frames.
-bool isPlaceOfText(const PlainTextRecord &record);
-/// Whether text is written here.
-bool isTextShown(const PlainTextRecord &record);
 /// Writes the text, if it is to be shown and is no junk.
-void writeTextRun(PlainTextRecord &record, TextRun run);
-
-/// The mask behind a comment: "googleoff:" clears, "googleon:" sets the bits that the comment names.
-unsigned markerMaskBehind(std::u16string_view comment, unsigned mask);
+void writeTextRun(PlainTextConversion &conversion, TextRun run);
 
 }  // namespace nimbo::detail

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "Classes/PlainText/PlainTextAttributes.hpp"
+#include "platform/Foundation/NSRange.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo::detail {
@@ -17,15 +17,15 @@ constexpr double kFarOutside = -100;
 constexpr std::u16string_view kBlanks = u" \t\n\r\f";
 
 struct NamedColor {
-  std::u16string_view name;
+  std::string_view name;
   std::uint32_t value;
 };
 
 constexpr NamedColor kNamedColors[] = {
-    {u"black", 0x000000},  {u"silver", 0xc0c0c0}, {u"gray", 0x808080},   {u"white", 0xffffff},
-    {u"maroon", 0x800000}, {u"red", 0xff0000},    {u"purple", 0x800080}, {u"fuchsia", 0xff00ff},
-    {u"green", 0x008000},  {u"lime", 0x00ff00},   {u"olive", 0x808000},  {u"yellow", 0xffff00},
-    {u"navy", 0x000080},   {u"blue", 0x0000ff},   {u"teal", 0x008080},   {u"aqua", 0x00ffff},
+    {"black", 0x000000},  {"silver", 0xc0c0c0}, {"gray", 0x808080},   {"white", 0xffffff},
+    {"maroon", 0x800000}, {"red", 0xff0000},    {"purple", 0x800080}, {"fuchsia", 0xff00ff},
+    {"green", 0x008000},  {"lime", 0x00ff00},   {"olive", 0x808000},  {"yellow", 0xffff00},
+    {"navy", 0x000080},   {"blue", 0x0000ff},   {"teal", 0x008080},   {"aqua", 0x00ffff},
 };
 
 std::u16string_view trimmed(std::u16string_view text) {
@@ -36,7 +36,7 @@ std::u16string_view trimmed(std::u16string_view text) {
 
 std::optional<std::uint32_t> colorValue(std::u16string_view text) {
   for (const NamedColor &color : kNamedColors) {
-    if (equalsNoCase(text, color.name)) return color.value;
+    if (equalsASCIINoCase(text, color.name)) return color.value;
   }
   if (text.starts_with(u'#')) text.remove_prefix(1);
   if (text.size() != 3 && text.size() != 6) return std::nullopt;
@@ -79,22 +79,20 @@ std::optional<Measure> measure(std::u16string_view value) {
 StyleFindings::Size sizeOf(std::u16string_view value) {
   const std::optional<Measure> size = measure(value);
   if (!size) return StyleFindings::Size::kReadable;
-  const bool isPixels = equalsNoCase(size->unit, u"px");
-  if (!isPixels && !equalsNoCase(size->unit, u"pt") && size->number != 0) return StyleFindings::Size::kReadable;
+  const bool isPixels = equalsASCIINoCase(size->unit, "px");
+  if (!isPixels && !equalsASCIINoCase(size->unit, "pt") && size->number != 0)
+    return StyleFindings::Size::kReadable;
   const double points = isPixels ? size->number * kPointsOfPixel : size->number;
   return points <= kTiniestReadablePoints ? StyleFindings::Size::kTiny : StyleFindings::Size::kReadable;
 }
 
 bool isBackground(std::u16string_view name) {
-  constexpr std::u16string_view kNames[] = {u"background", u"background-color", u"background-image"};
-  return std::ranges::any_of(kNames, [&](std::u16string_view each) { return equalsNoCase(name, each); });
+  return equalsOneOfASCIINoCase(name, {"background", "background-color", "background-image"});
 }
 
-bool showsPage(std::u16string_view background, const NSString &pageColor) {
-  constexpr std::u16string_view kWords[] = {u"inherit", u"initial", u"none", u"transparent", u"unset"};
-  return std::ranges::any_of(kWords,
-                             [&](std::u16string_view each) { return equalsNoCase(background, each); }) ||
-         (pageColor && isSameColor(background, pageColor.view()));
+bool showsPage(std::u16string_view background, std::u16string_view pageColor) {
+  return equalsOneOfASCIINoCase(background, {"inherit", "initial", "none", "transparent", "unset"}) ||
+         isSameColor(background, pageColor);
 }
 
 bool isFarOutside(std::u16string_view value) {
@@ -109,7 +107,7 @@ bool isSameColor(std::u16string_view a, std::u16string_view b) {
   return value && value == colorValue(b);
 }
 
-StyleFindings findingsOfStyle(std::u16string_view style, const NSString &pageColor) {
+StyleFindings findingsOfStyle(std::u16string_view style, std::u16string_view pageColor) {
   StyleFindings findings;
   bool isAbsolute = false, isOutside = false;
   while (!style.empty()) {
@@ -121,13 +119,14 @@ StyleFindings findingsOfStyle(std::u16string_view style, const NSString &pageCol
     const std::u16string_view name = trimmed(declaration.substr(0, colon));
     std::u16string_view value = trimmed(declaration.substr(colon + 1));
     value = value.substr(0, value.find_first_of(u" \t\n\r\f!"));
-    if (equalsNoCase(name, u"display") && equalsNoCase(value, u"none")) findings.isInvisible = true;
-    if (equalsNoCase(name, u"visibility") && equalsNoCase(value, u"hidden")) findings.isInvisible = true;
-    if (equalsNoCase(name, u"position")) isAbsolute = equalsNoCase(value, u"absolute");
-    if (equalsNoCase(name, u"top") || equalsNoCase(name, u"left")) isOutside = isOutside || isFarOutside(value);
-    if (equalsNoCase(name, u"font-size")) findings.size = sizeOf(value);
-    if (equalsNoCase(name, u"color"))
-      findings.isInPageColor = pageColor && isSameColor(value, pageColor.view());
+    if (equalsASCIINoCase(name, "display") && equalsASCIINoCase(value, "none")) findings.isInvisible = true;
+    if (equalsASCIINoCase(name, "visibility") && equalsASCIINoCase(value, "hidden"))
+      findings.isInvisible = true;
+    if (equalsASCIINoCase(name, "position")) isAbsolute = equalsASCIINoCase(value, "absolute");
+    if (equalsASCIINoCase(name, "top") || equalsASCIINoCase(name, "left"))
+      isOutside = isOutside || isFarOutside(value);
+    if (equalsASCIINoCase(name, "font-size")) findings.size = sizeOf(value);
+    if (equalsASCIINoCase(name, "color")) findings.isInPageColor = isSameColor(value, pageColor);
     if (isBackground(name)) findings.hasOwnBackground = !showsPage(value, pageColor);
   }
   findings.isInvisible = findings.isInvisible || (isAbsolute && isOutside);

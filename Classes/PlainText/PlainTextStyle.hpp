@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/Foundation/NSString.hpp"
-
 namespace nimbo::detail {
 
 /// What a "style" attribute says about whether its element can be read.
@@ -22,8 +20,8 @@ struct StyleFindings {
   bool hasOwnBackground = false;
 };
 
-/// `pageColor` is the page's colour, or nil.
-StyleFindings findingsOfStyle(std::u16string_view style, const NSString &pageColor);
+/// `pageColor` is the page's colour; empty when it has none.
+StyleFindings findingsOfStyle(std::u16string_view style, std::u16string_view pageColor);
 
 /// Whether both are the same colour: a name of HTML, "#rgb", or "#rrggbb", with or without the "#".
 bool isSameColor(std::u16string_view a, std::u16string_view b);

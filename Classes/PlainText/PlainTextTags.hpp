@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 
-#include "platform/Foundation/NSRange.hpp"
+#include "Classes/Markup/TagShape.hpp"
 
 namespace nimbo::detail {
 
@@ -46,26 +45,28 @@ enum class TagElement : std::uint8_t {
 };
 
 struct TagRule {
-  std::uint64_t name;
   TagBreak tagBreak = TagBreak::kNone;
   TagElement element = TagElement::kOther;
 };
 
-/// Ten letters or digits at most, six bits each, and the length; the case of ASCII letters is lost. Longer
-/// names, and those with other characters in them, are all one.
-constexpr std::uint64_t packedTagName(const unichar *name, std::uint32_t length) {
-  constexpr std::uint32_t kMaximumLength = 10;
-  if (length > kMaximumLength) return 0;
-  std::uint64_t packed = length;
-  for (std::uint32_t i = 0; i < length; ++i) {
-    const unichar c = name[i];
-    if (c < u'0' || c > u'z') return 0;
-    packed = packed << 6 | ((c & 0x1fu) | (c & 0x40u) >> 1);
-  }
-  return packed;
-}
+/// The rule for tags of a name; an unknown one breaks nothing.
+const TagRule &ruleOfTag(TagName name);
 
-/// The rule for a tag of this packed name; an unknown one breaks nothing.
-const TagRule &ruleOfTag(std::uint64_t packedName);
+/// A tag with a name, and what is known of it. It borrows the shape.
+struct PlainTextTag {
+  explicit PlainTextTag(const TagShape &tagShape)
+      : shape(tagShape),
+        packedName(packedTagName(tagShape.name())),
+        name(tagNamed(packedName)),
+        rule(ruleOfTag(name)),
+        depthChange(tagShape.depthChange()) {}
+
+  const TagShape &shape;
+  /// Tells names apart that `name` does not know.
+  std::uint64_t packedName;
+  TagName name;
+  const TagRule &rule;
+  int depthChange;
+};
 
 }  // namespace nimbo::detail

@@ -2,52 +2,60 @@
 #include "Classes/PlainText/PlainTextWriter.hpp"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include "Classes/Characters/UnicharKernels.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
 
-namespace nimbo {
+namespace nimbo::detail {
 
 namespace {
 
-/// A lone line break in front of one of these ends a line.
+/// A single line break in front of one of these stays.
 constexpr std::u16string_view kLineBeginnings = u"/>} -";
 
 }  // namespace
 
-void PlainTextWriter::reserve(std::uint32_t pageLength) {
-  storage_.setLength(pageLength + 1 + static_cast<std::uint32_t>(detail::kPlainUnitsSlack));
+void PlainTextWriter::grow(std::size_t markupLength) {
+  // More than is asked for, so that the next texts need not ask again.
+  const std::size_t capacity = length_ + markupLength + 2 * kSlack;
+  if (capacity > NSNotFound) throw std::length_error("text too long");
+  capacity_ = static_cast<std::uint32_t>(capacity);
+  storage_.setLength(capacity_);
   units_ = storage_.mutableCharacters();
 }
 
 void PlainTextWriter::restart() {
   length_ = 0;
   lineMark_ = 0;
-  pending_ = Pending::kNothing;
+  pending_ = PendingBreak::kNothing;
   hasText_ = false;
 }
 
 NSString PlainTextWriter::string() && {
   storage_.setLength(length_);
+  units_ = nullptr;
+  capacity_ = 0;
+  restart();
   return std::move(storage_).string();
 }
 
 void PlainTextWriter::writeLineFeeds(std::uint32_t count) {
-  pending_ = Pending::kNothing;
+  pending_ = PendingBreak::kNothing;
   while (count-- > 0) append(u'\n');
   lineMark_ = length_;
 }
 
 void PlainTextWriter::writeCellSpace() {
-  if (pending_ == Pending::kLineFeed || (pending_ == Pending::kNothing && endsInWhiteSpace())) return;
-  pending_ = Pending::kNothing;
+  if (pending_ == PendingBreak::kLineFeed || (pending_ == PendingBreak::kNothing && endsInWhiteSpace())) return;
+  pending_ = PendingBreak::kNothing;
   append(u' ');
   lineMark_ = length_;
 }
 
-void PlainTextWriter::noteText(std::uint32_t from) {
-  hasText_ = hasText_ || !std::all_of(units_ + from, units_ + length_, IsPartOfSet{&whites_});
+void PlainTextWriter::noteText(std::uint32_t position) {
+  hasText_ = hasText_ || !std::all_of(units_ + position, units_ + length_, IsPartOfSet{&whites_});
 }
 
 std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::size_t readable,
@@ -58,19 +66,19 @@ std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::siz
   std::size_t i = 0;
   while (i < length) {
     const std::size_t first = i;
-    while (i < length && isBlank(units[i])) ++i;
+    while (i < length && isCollapsible(units[i])) ++i;
     if (i > first) {
-      if (pending_ == Pending::kNothing && !endsInBlank()) pending_ = Pending::kSpace;
+      if (pending_ == PendingBreak::kNothing && !endsInBlank()) pending_ = PendingBreak::kSpace;
       if (i == length) break;
     }
-    if (units[i] == detail::kSoftHyphen) {
+    if (units[i] == kSoftHyphen) {
       ++i;
       continue;
     }
     if (stopsAtAmpersand && units[i] == u'&') break;
     writePending();
     const std::size_t count =
-        detail::copyPlainUnits(units + i, length - i, readable - i, units_ + length_, stopsAtAmpersand);
+        copyPlainUnits(units + i, length - i, readable - i, units_ + length_, stopsAtAmpersand);
     length_ += static_cast<std::uint32_t>(count);
     i += count;
     if (!hasText_) noteText(length_ - static_cast<std::uint32_t>(count));
@@ -78,12 +86,12 @@ std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::siz
   // A space was copied before it could be known that nothing follows it.
   if (i > 0 && length_ > textStart && units_[length_ - 1] == u' ') {
     --length_;
-    pending_ = Pending::kSpace;
+    pending_ = PendingBreak::kSpace;
   }
   return static_cast<std::uint32_t>(i);
 }
 
-void PlainTextWriter::writeLineBreaks(std::uint32_t count, std::u16string_view rest) {
+void PlainTextWriter::writeReformattedBreaks(std::uint32_t count, std::u16string_view rest) {
   if (count > 1) {
     append(u'\n');
     append(u'\n');
@@ -101,13 +109,13 @@ void PlainTextWriter::writeReformatted(std::u16string_view text) {
     if (isLineBreak(text[i])) {
       std::uint32_t breaks = 0;
       for (std::uint32_t units; (units = lengthOfLineBreak(text, i)) > 0; i += units) ++breaks;
-      writeLineBreaks(breaks, text.substr(i));
+      writeReformattedBreaks(breaks, text.substr(i));
     } else if (spaces_.contains(text[i])) {
       const bool continues = i == 0 && endsInWhiteSpace();
       while (i < text.size() && spaces_.contains(text[i])) ++i;
       if (!continues) append(u' ');
     } else {
-      if (text[i] != detail::kSoftHyphen) append(text[i]);
+      if (text[i] != kSoftHyphen) append(text[i]);
       ++i;
     }
   }
@@ -118,8 +126,7 @@ void PlainTextWriter::writePreformatted(std::u16string_view text) {
   const std::uint32_t textStart = length_;
   if (!text.empty()) writePending();
   while (!text.empty()) {
-    const std::size_t count =
-        detail::findOneOfChoice(text.data(), text.size(), detail::UnicharChoice::only(u'\r'));
+    const std::size_t count = findOneOfChoice(text.data(), text.size(), UnicharChoice::only(u'\r'));
     std::copy_n(text.data(), count, units_ + length_);
     length_ += static_cast<std::uint32_t>(count);
     text.remove_prefix(count);
@@ -127,9 +134,9 @@ void PlainTextWriter::writePreformatted(std::u16string_view text) {
     append(u'\n');
     text.remove_prefix(lengthOfLineBreak(text, 0));
   }
-  const std::size_t lastFeed = textSince(textStart).rfind(u'\n');
-  if (lastFeed != std::u16string_view::npos) lineMark_ = textStart + static_cast<std::uint32_t>(lastFeed) + 1;
+  const std::size_t lastBreak = textSince(textStart).rfind(u'\n');
+  if (lastBreak != std::u16string_view::npos) lineMark_ = textStart + static_cast<std::uint32_t>(lastBreak) + 1;
   if (!hasText_) noteText(textStart);
 }
 
-}  // namespace nimbo
+}  // namespace nimbo::detail

@@ -9,97 +9,110 @@
 #include "Classes/PlainText/PlainTextKernels.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
-namespace nimbo {
+namespace nimbo::detail {
 
-/// The text that a conversion writes: runs of text, and the breaks between them.
-///
-/// It never needs more room than was asked for at first: nothing is written for a tag that is longer than the
-/// tag, nothing for a text but the text and a space for blanks or for a tag in front of it.
+/// The text that a conversion writes: texts, and the breaks between them. A break that takes effect only when
+/// text follows is pending until then.
 class PlainTextWriter {
  public:
-  /// What is to be written in front of the next text, if any comes.
-  enum class Pending : std::uint8_t { kNothing, kSpace, kLineFeed };
+  enum class PendingBreak : std::uint8_t { kNothing, kSpace, kLineFeed };
 
-  /// A place to come back to.
+  /// A state that the writer can go back to.
   struct Mark {
     std::uint32_t position = 0;
-    Pending pending = Pending::kNothing;
+    PendingBreak pending = PendingBreak::kNothing;
   };
 
-  /// Makes room for the text of a page of this length.
-  void reserve(std::uint32_t pageLength);
+  /// Makes room for all that may be written for so many units of markup. A tag writes no more units than it
+  /// has, a text no more than its own and one space.
+  void makeRoom(std::size_t markupLength) {
+    if (capacity_ - length_ < markupLength + kSlack) grow(markupLength);
+  }
   /// Forgets what was written.
   void restart();
   /// What was written; the writer is empty afterwards.
   NSString string() &&;
 
+  /// Whether anything but white space was written.
   bool hasText() const { return hasText_; }
   std::u16string_view textSince(std::uint32_t position) const {
     return {units_ + position, length_ - position};
   }
-  Mark mark() const { return {length_, pending_}; }
   std::uint32_t length() const { return length_; }
-  /// Where the last break ended, or the last line of a text as it is.
+  /// Where the last break ended, or the last line break within a text that keeps its white space.
   std::uint32_t lineMark() const { return lineMark_; }
+  Mark mark() const { return {length_, pending_}; }
+  /// Forgets what was written since the mark.
   void goBackTo(const Mark &mark) {
     length_ = std::min(length_, mark.position);
     lineMark_ = std::min(lineMark_, length_);
     pending_ = mark.pending;
   }
 
+  /// Breaks the line here, pending breaks forgotten.
   void writeLineFeeds(std::uint32_t count);
-  /// A line feed in front of the next text, where no line begins.
-  void endLine() { pending_ = isAtLineStart() ? Pending::kNothing : Pending::kLineFeed; }
-  /// A space where the text does not end in white space; a break when it is written.
+  /// Breaks the line in front of the next text, unless a line begins here.
+  void endLine() { pending_ = isAtLineStart() ? PendingBreak::kNothing : PendingBreak::kLineFeed; }
+  /// Writes a space here, unless the output ends in white space or a line feed is pending.
   void writeCellSpace();
-  /// The same, but only when text follows in the same line.
+  /// Writes a space in front of the next text in the same line, unless the output ends in white space.
   void separate() {
-    if (pending_ == Pending::kNothing && !endsInWhiteSpace()) pending_ = Pending::kSpace;
+    if (pending_ == PendingBreak::kNothing && !endsInWhiteSpace()) pending_ = PendingBreak::kSpace;
   }
 
-  /// A text whose blanks are shown as one space each time, and not at the ends of lines. `readable` units stand
-  /// there. Stops at an "&" if asked for; answers how many units it took.
+  /// Writes a text with one space for all blanks in a row, and none at the ends of lines. `readable` units
+  /// stand there. Stops at an "&" when asked to; answers how many units of the text it took.
   std::uint32_t writeCollapsed(std::u16string_view text, std::size_t readable, bool stopsAtAmpersand);
-  /// A text whose lines are kept where two line breaks, or a unit that looks like a mark of a line, say that
-  /// they mean something; its blanks become one space.
+  /// Writes a text with one space for all blanks in a row. Two or more line breaks in a row become an empty
+  /// line; a single one stays in front of a unit that looks like the beginning of a line, else it is a space.
   void writeReformatted(std::u16string_view text);
-  /// A text as it is, but for the end of its lines.
+  /// Writes a text as it is, with line feeds for its line breaks.
   void writePreformatted(std::u16string_view text);
-  /// A space and the text as it is.
-  unichar *beginSimpleRun() {
+  /// Writes a space, and answers where a text can be written behind it. `endSimpleText` must follow.
+  unichar *beginSimpleText() {
     units_[length_++] = u' ';
     return units_ + length_;
   }
-  void endSimpleRun(std::uint32_t length) {
+  /// Tells how many units were written.
+  void endSimpleText(std::uint32_t length) {
     length_ += length;
     hasText_ = true;
   }
 
  private:
+  /// What may be written beyond the length of the markup: pending breaks, and the units that vectors write
+  /// behind a text.
+  static constexpr std::size_t kSlack = 2 * kPlainUnitsSlack;
+
   bool isAtLineStart() const { return length_ == 0 || units_[length_ - 1] == u'\n'; }
   bool endsInWhiteSpace() const { return length_ == 0 || whites_.contains(units_[length_ - 1]); }
-  bool endsInBlank() const { return length_ == 0 || isBlank(units_[length_ - 1]); }
-  static bool isBlank(unichar c) { return detail::isCollapsible(c); }
+  bool endsInBlank() const { return length_ == 0 || isCollapsible(units_[length_ - 1]); }
+  void grow(std::size_t markupLength);
   void append(unichar c) { units_[length_++] = c; }
-  void writePending() {
-    if (pending_ == Pending::kNothing) return;
-    if (pending_ == Pending::kSpace)
-      append(u' ');
-    else
-      writeLineFeeds(1);
-    pending_ = Pending::kNothing;
-  }
-  void noteText(std::uint32_t from);
-  void writeLineBreaks(std::uint32_t count, std::u16string_view rest);
+  void writePending();
+  /// Looks for text in what was written since the position.
+  void noteText(std::uint32_t position);
+  /// Writes what stands for so many line breaks in a row when reformatting; `rest` is the text behind them.
+  void writeReformattedBreaks(std::uint32_t count, std::u16string_view rest);
 
   NSMutableString storage_;
   unichar *units_ = nullptr;
+  std::uint32_t capacity_ = 0;
   std::uint32_t length_ = 0;
   std::uint32_t lineMark_ = 0;
-  Pending pending_ = Pending::kNothing;
+  PendingBreak pending_ = PendingBreak::kNothing;
   bool hasText_ = false;
   const CharacterSetRep &whites_ = *whiteCharacterSetRep();
   const CharacterSetRep &spaces_ = *spaceCharacterSetRep();
 };
 
-}  // namespace nimbo
+inline void PlainTextWriter::writePending() {
+  if (pending_ == PendingBreak::kNothing) return;
+  if (pending_ == PendingBreak::kSpace)
+    append(u' ');
+  else
+    writeLineFeeds(1);
+  pending_ = PendingBreak::kNothing;
+}
+
+}  // namespace nimbo::detail

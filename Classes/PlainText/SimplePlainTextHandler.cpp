@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/PlainText/SimplePlainTextHandler.hpp"
-
 #include <algorithm>
 
 #include "Classes/Entities/EntityConversion.hpp"
-#include "Classes/Markup/TagScanner.hpp"
-#include "Classes/PlainText/PlainTextTags.hpp"
+#include "Classes/Markup/TagHandlers.hpp"
+#include "Classes/PlainText/PlainTextConversion.hpp"
+#include "Classes/PlainText/PlainTextHandler.hpp"
 
 namespace nimbo {
 
@@ -14,38 +13,34 @@ namespace {
 /// Shorter texts keep their character references.
 constexpr std::uint32_t kShortestDecoded = 4;
 
+void writeText(detail::PlainTextWriter &writer, std::u16string_view text) {
+  const auto length = static_cast<std::uint32_t>(text.size());
+  unichar *const run = writer.beginSimpleText();
+  if (length >= kShortestDecoded) {
+    writer.endSimpleText(convertEntities2Characters(text.data(), run, 0, length, true, false, false));
+  } else {
+    std::ranges::copy(text, run);
+    writer.endSimpleText(length);
+  }
+}
+
+void convertTag(const TagShape &tag, PlainTextRecord &record) {
+  detail::PlainTextConversion &conversion = record.conversion();
+  conversion.makeRoom(tag);
+  if (conversion.place.isInBody() && !tag.text().empty()) writeText(conversion.writer, tag.text());
+  switch (tag.tagName()) {
+    case TagName::kBody:
+    case TagName::kNoframes:
+      return conversion.place.changeBodyDepth(tag.depthChange());
+    case TagName::kHead:
+      return conversion.place.changeBodyDepth(-tag.depthChange());
+    default:
+      return;
+  }
+}
+
 }  // namespace
 
-int depthChangeOfTag(std::u16string_view tag) {
-  if (tag.size() < 3 || tag[tag.size() - 2] == u'/') return 0;
-  return tag[1] == u'/' ? -1 : 1;
-}
-
-bool SimplePlainTextHandler(const NSString &string, const unichar *characters, std::uint32_t nameLocation,
-                            std::uint32_t nameLength, std::uint32_t tagLocation, std::uint32_t tagLength,
-                            std::uint32_t textLocation, int, void *context) {
-  PlainTextRecord &record = *static_cast<PlainTextRecord *>(context);
-  if (record.bodyCounter >= 1 && textLocation < tagLocation) {
-    const std::uint32_t length = tagLocation - textLocation;
-    unichar *const run = record.writer.beginSimpleRun();
-    if (length >= kShortestDecoded) {
-      record.writer.endSimpleRun(
-          convertEntities2Characters(characters, run, textLocation, length, true, false, false));
-    } else {
-      std::copy_n(characters + textLocation, length, run);
-      record.writer.endSimpleRun(length);
-    }
-  }
-  if (nameLength != 4 && nameLength != 8) return false;
-  const detail::TagElement element =
-      detail::ruleOfTag(detail::packedTagName(characters + nameLocation, nameLength)).element;
-  const int change =
-      depthChangeOfTag(string.view().substr(tagLocation, std::min(tagLength, string.length() - tagLocation)));
-  if (element == detail::TagElement::kBody || element == detail::TagElement::kNoframes)
-    record.bodyCounter += change;
-  else if (element == detail::TagElement::kHead)
-    record.bodyCounter -= change;
-  return false;
-}
+const TagHandler SimplePlainTextHandler = tagHandler<convertTag>;
 
 }  // namespace nimbo

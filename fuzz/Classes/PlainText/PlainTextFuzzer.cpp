@@ -7,7 +7,6 @@
 
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "Classes/PlainText/PlainTextHandler.hpp"
-#include "Classes/PlainText/SimplePlainTextHandler.hpp"
 
 using namespace nimbo;
 
