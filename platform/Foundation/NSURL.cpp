@@ -15,6 +15,8 @@
 
 namespace nimbo {
 
+static_assert(sizeof(NSURL) == sizeof(void *));
+
 struct detail::URLStorage : ReferenceCounted {
   URLStorage(NSString relative, NSURL baseURL, NSString absolute, const URIParts &partsOfAbsolute) noexcept
       : relativeString(std::move(relative)),

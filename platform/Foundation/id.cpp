@@ -6,6 +6,10 @@
 #include <type_traits>
 
 namespace nimbo {
+
+static_assert(sizeof(NSString) == sizeof(void *) && sizeof(NSData) == sizeof(void *) &&
+              sizeof(NSArray) == sizeof(void *) && sizeof(NSDictionary) == sizeof(void *));
+
 namespace {
 
 struct Hash {
