@@ -32,6 +32,8 @@ def serve(connection):
         elif selector == "nil:":
             del reply["Result"]
             reply.update(Reason="no such file", Code=2)
+        elif selector == "silent:":
+            del reply["Result"]
         elif selector == "partly:":
             reply.update(Reason="two pages are damaged", Code=99)
         elif selector == "reason:":

@@ -8,10 +8,10 @@
 namespace nimbo {
 namespace {
 
-NSString textOfSample(const char *name, double timeoutSeconds) {
+NSString textOfSample(const char *name, double timeoutSeconds, NSError *error = nullptr) {
   const auto document = PDFDocument::documentWithData(samplePDF(name));
   EXPECT_TRUE(document) << name;
-  return document ? fixedAndNormalizedStringUsingTimeout(*document, timeoutSeconds) : NSString();
+  return document ? fixedAndNormalizedStringUsingTimeout(*document, timeoutSeconds, error) : NSString();
 }
 
 TEST(PDFDocumentConversion, CleansAndJoinsThePages) {
@@ -21,7 +21,11 @@ TEST(PDFDocumentConversion, CleansAndJoinsThePages) {
   const std::string bothPages = firstPage + "Page two: Caf\u00e9 Zo\u00eb   \nends here.\n\n";
   for (const double timeout : {0.0, -1.0, 3600.0})
     EXPECT_EQ(textOfSample("columns.pdf", timeout).UTF8String(), bothPages) << timeout;
-  EXPECT_EQ(textOfSample("columns.pdf", 1e-9).UTF8String(), firstPage);
+  NSError error;
+  EXPECT_EQ(textOfSample("columns.pdf", 3600, &error).UTF8String(), bothPages);
+  EXPECT_FALSE(error);
+  EXPECT_EQ(textOfSample("columns.pdf", 1e-9, &error).UTF8String(), firstPage);
+  EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
 }
 
 TEST(PDFDocumentConversion, TellsNoPagesFromNoText) {

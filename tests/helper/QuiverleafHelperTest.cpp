@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "tests/support/ImporterBundle.hpp"
@@ -29,8 +31,8 @@ class QuiverleafHelperTest : public testing::Test {
   NSDictionary facts(const char *sample, const NSString &file = NSString(), bool size = false) {
     return helper._attributedStringWithPDF(false, samplePDF(sample), file, size);
   }
-  /// What an importer stores is told from the PDF's own text by this.
-  static constexpr std::u16string_view kImporterText = u"b\u00e4\ufffd";
+  /// What an importer stores, cleaned; it is told from the PDF's own text by this.
+  static constexpr std::u16string_view kImporterText = u" b\u00e4\ufffd\r\n\u00e4 ";
 
   TemporaryFolder folder;
   NSString path;
@@ -55,8 +57,10 @@ TEST_F(QuiverleafHelperTest, ReadsThePagesWithoutAFile) {
 
 TEST_F(QuiverleafHelperTest, LocksAndEmptyDocumentsHaveNoText) {
   for (const bool attributed : {false, true}) {
-    const NSDictionary locked = helper.attributedStringWithPDF(attributed, samplePDF("locked.pdf"));
-    EXPECT_EQ(locked, (NSDictionary{{u"Locked"_ns, true}, {u"PageCount"_ns, 1}}));
+    for (const auto &[name, pages] : {std::pair("locked.pdf", 1), {"locked-pages.pdf", 0}}) {
+      const NSDictionary locked = helper.attributedStringWithPDF(attributed, samplePDF(name));
+      EXPECT_EQ(locked, (NSDictionary{{u"Locked"_ns, true}, {u"PageCount"_ns, pages}})) << name;
+    }
   }
   EXPECT_EQ(facts("no-pages.pdf", NSString(), true), (NSDictionary{{u"PageCount"_ns, 0}}));
 }
@@ -69,6 +73,41 @@ TEST_F(QuiverleafHelperTest, AsksTheImporterFirstUnlessGhostscriptMadeThePDF) {
   EXPECT_TRUE(text("columns.pdf", folder.write("no.importer", "x")).view().starts_with(u"A catalogue"));
   EXPECT_EQ(facts("metadata.pdf").objectForKey(u"Producer"_ns).string(), u"Ghostscript 9.99"_ns);
   EXPECT_EQ(text("metadata.pdf", path), NSString::string());
+}
+
+TEST_F(QuiverleafHelperTest, SaysWhyAnAnswerIsNilOrNotWhole) {
+  const auto errorOf = [](const auto &operation) {
+    NSError error;
+    operation(&error);
+    return error.errorCode();
+  };
+  const auto metaData = [&](const NSString &file) {
+    return errorOf([&](NSError *error) { helper.metaDataForFile(file, error); });
+  };
+  EXPECT_EQ(metaData(path), ErrorCode::incomplete) << "as the importer says";
+  EXPECT_EQ(metaData(folder.string("missing")), ErrorCode::noSuchFile);
+  EXPECT_EQ(metaData(folder.write("a.txt", "text")), ErrorCode::unsupportedType);
+  EXPECT_EQ(metaData(NSString()), ErrorCode::noSuchFile);
+
+  const auto pdf = [&](const NSData &data, bool attributed = false, const NSString &file = NSString()) {
+    return errorOf(
+        [&](NSError *error) { helper._attributedStringWithPDF(attributed, data, file, false, error); });
+  };
+  EXPECT_EQ(pdf(samplePDF("columns.pdf")), ErrorCode::none);
+  EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, path), ErrorCode::incomplete) << "as the importer says";
+  EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, folder.string("missing")), ErrorCode::none);
+  EXPECT_EQ(pdf(samplePDF("columns.pdf"), true), ErrorCode::other);
+  EXPECT_EQ(pdf(samplePDF("no-pages.pdf")), ErrorCode::none);
+  EXPECT_EQ(pdf(samplePDF("locked.pdf"), true), ErrorCode::locked);
+  EXPECT_EQ(pdf(samplePDF("locked-pages.pdf")), ErrorCode::locked);
+  EXPECT_EQ(pdf(dataOfString("no PDF")), ErrorCode::unsupportedType);
+  EXPECT_EQ(pdf(NSData()), ErrorCode::incomplete);
+
+  for (const RemoteOperation &operation : NimboImExport) {
+    NSError error;
+    EXPECT_FALSE(helper.perform(NSString::stringWithCharacters(operation.selector), NSDictionary(), &error));
+    EXPECT_GT(error.localizedFailureReason.length(), 0u);
+  }
 }
 
 TEST_F(QuiverleafHelperTest, AddsTheSizeOfTheFirstPage) {

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
@@ -52,6 +55,33 @@ TEST(ImporterPlugIn, OnlyNSExceptionsLeaveIt) {
   EXPECT_EQ(other.import(&dictionary), 0);
   const Importer platform([](const NSString &path, Attributes &) { throw NSException(u"Damaged"_ns, path); });
   EXPECT_THROW(platform.import(&dictionary), NSException);
+}
+
+TEST(ImporterPlugIn, ReasonsReachTheHelper) {
+  const std::pair<ImportFunction, NSError> cases[] = {
+      {[](const NSString &, Attributes &) { throw std::bad_alloc(); },
+       NSError::errorWithCode(ErrorCode::memoryLimit, "there is not enough memory")},
+      {[](const NSString &, Attributes &) { throw std::runtime_error("unexpected"); },
+       NSError::errorWithCode(ErrorCode::other, "unexpected")},
+      {[](const NSString &, Attributes &) { throw 1; },
+       NSError::errorWithCode(ErrorCode::other, "the importer failed")},
+      {[](const NSString &, Attributes &attributes) {
+         attributes.setReason(NSError::errorWithCode(ErrorCode::locked, "the file is locked"));
+         attributes.setReason(NSError());
+       },
+       NSError::errorWithCode(ErrorCode::locked, "the file is locked")},
+      {[](const NSString &, Attributes &) {}, NSError()},
+  };
+  for (const auto &[import, error] : cases) {
+    MDImporterAttributeDictionary dictionary;
+    Importer(import).import(&dictionary);
+    EXPECT_EQ(dictionary.error, error) << error.localizedFailureReason.UTF8String();
+  }
+  // A helper whose table ends where reasons begin is not told.
+  MDImporterAttributesFunctions functions = {};
+  functions.size = offsetof(MDImporterAttributesFunctions, setReason);
+  MDImporterAttributes old = {&functions};
+  EXPECT_EQ(Importer([](const NSString &, Attributes &) { throw 1; }).import(&old), 0);
 }
 
 TEST(ImporterPlugIn, AttributesKeepTheirTypes) {

@@ -19,13 +19,13 @@ bool contains(const NSString &text, std::u16string_view part) {
 /// The shipped importers alone, as the helper loads them.
 class Importers : public testing::Test {
  protected:
-  static NSDictionary metaData(const NSString &path) {
+  static NSDictionary metaData(const NSString &path, NSError *error = nullptr) {
     static MetaDataImporter importer([] {
       MetaDataImporterLocations locations;
       locations.shippedImporterFolder = NSString::stringWithUTF8String(IMPORTERS_FOLDER);
       return locations;
     }());
-    return importer.metaDataOfFileAtPath(path);
+    return importer.metaDataOfFileAtPath(path, error);
   }
   static NSDictionary metaDataOfExample(const std::string &name) {
     return metaData(NSString::stringWithUTF8String(EXAMPLES_FOLDER "/" + name));
@@ -159,6 +159,49 @@ TEST_F(Importers, CameraDates) {
     EXPECT_FALSE(dateOf(wrong, "+02:00")) << wrong;
   ::unsetenv("TZ");
   ::tzset();
+}
+
+TEST_F(Importers, SayWhatIsWrong) {
+  const std::string pdf = contentsOfExample("article.pdf"), photo = contentsOfExample("leaf.jpg");
+  const std::string circle =
+      "%PDF-1.4\n1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj\n2 0 obj <</Type/Pages/Count 2/Kids[3 0 R 2 0 "
+      "R]>> "
+      "endobj\n3 0 obj <</Type/Page/Parent 2 0 R>> endobj\ntrailer <</Root 1 0 R>>\n";
+  const struct {
+    const char *name;
+    std::string bytes;
+    ErrorCode code;
+    /// Whether there are attributes all the same.
+    bool isAnswered;
+  } cases[] = {
+      {"whole.pdf", pdf, ErrorCode::none, true},
+      {"locked.pdf", contentsOfExample("locked.pdf"), ErrorCode::locked, true},
+      {"circle.pdf", circle, ErrorCode::damaged, true},
+      {"empty.pdf", "", ErrorCode::incomplete, false},
+      {"begin.pdf", "%PDF-1.4", ErrorCode::damaged, false},
+      {"photo.pdf", photo, ErrorCode::unsupportedType, false},
+      {"whole.jpg", photo, ErrorCode::none, true},
+      {"empty.jpg", "", ErrorCode::incomplete, false},
+      {"begin.jpg", photo.substr(0, 20), ErrorCode::damaged, false},
+      {"pdf.jpg", pdf, ErrorCode::unsupportedType, false},
+      {"whole.txt", "text", ErrorCode::none, true},
+      {"empty.txt", "", ErrorCode::incomplete, true},
+      {"photo.txt", photo, ErrorCode::damaged, false},
+      {"long.txt", std::string((16 << 20) + 1, 'x'), ErrorCode::incomplete, true},
+      {"exact.txt", std::string(16 << 20, 'x'), ErrorCode::none, true},
+  };
+  for (const auto &[name, bytes, code, isAnswered] : cases) {
+    NSError error;
+    const NSDictionary found = metaData(folder.write(name, bytes), &error);
+    EXPECT_EQ(error.errorCode(), code) << name << ": " << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(found.count() > 0, isAnswered) << name;
+  }
+  for (const char *name : {"folder.pdf", "folder.jpg", "folder.txt"}) {
+    std::filesystem::create_directory(folder.path() / name);
+    NSError error;
+    EXPECT_EQ(metaData(folder.string(name), &error).count(), 0u) << name;
+    EXPECT_EQ(error.errorCode(), ErrorCode::unreadable) << name;
+  }
 }
 
 TEST_F(Importers, DamagedFiles) {

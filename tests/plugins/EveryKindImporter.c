@@ -39,7 +39,7 @@ static MDImporterBoolean import(void *self, MDImporterAttributes *attributes,
   set->setUTF8String(attributes, "path", path->bytes, strlen(path->bytes));
   set->setCharacters(attributes, "pathCharacters", path->characters, path->length);
   set->setCharacters(attributes, "contentType", contentType->characters, contentType->length);
-  set->setUTF8String(attributes, "kMDItemTextContent", "b\xc3\xa4\xff", 4);
+  set->setUTF8String(attributes, "kMDItemTextContent", " b\xc3\xa4\xff\r\na\xcc\x88 ", 11);
   set->setCharacters(attributes, "characters", units, 3);
   set->setReal(attributes, "real", 2.5);
   set->setBoolean(attributes, "boolean", 7);
@@ -66,10 +66,14 @@ static MDImporterBoolean import(void *self, MDImporterAttributes *attributes,
   elements[kMDImporterArray].value.list.count = 9;
   memset(nested, 0, sizeof nested);
   nested[0].kind = 99;
+  set->setReason(attributes, kMDImporterLocked, "overruled", 9);
+  set->setReason(attributes, kMDImporterIncomplete, "only a t\xc3\xa9st", 12);
   set->setInteger(attributes, "refused",
                   !set->setArray(attributes, "endless", elements, 9) +
                       !set->setArray(attributes, "kind", nested, 1) + !set->setInteger(attributes, "", 1) +
                       !set->setInteger(attributes, "\xff", 1) + !set->setInteger(attributes, NULL, 1) +
+                      !set->setReason(attributes, kMDImporterOther, "", 0) +
+                      !set->setReason(attributes, kMDImporterOther, NULL, 1) +
                       !set->setUTF8String(attributes, "long", "", (size_t)1 << 31));
   return 0;
 }

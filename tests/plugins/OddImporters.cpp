@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <string>
 
 #include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/NSException.hpp"
@@ -46,6 +47,18 @@ MDImporterBoolean throwInteger(void *, MDImporterAttributes *, const MDImporterS
   throw 42;
 }
 
+MDImporterBoolean setNothing(void *, MDImporterAttributes *, const MDImporterString *,
+                             const MDImporterString *) {
+  return 1;
+}
+
+MDImporterBoolean giveOddReason(void *, MDImporterAttributes *attributes, const MDImporterString *,
+                                const MDImporterString *) {
+  const std::string reason(2000, 'x');
+  attributes->functions->setReason(attributes, -7, reason.data(), reason.size());
+  return 0;
+}
+
 template <char Name>
 MDImporterBoolean sayName(void *, MDImporterAttributes *attributes, const MDImporterString *,
                           const MDImporterString *) {
@@ -67,6 +80,8 @@ void *makeNothing(void *, const std::uint8_t *) { return nullptr; }
 void *makeStranger(void *, const std::uint8_t *) { return make<raise, offerNothing>(); }
 void *makeRaiser(void *, const std::uint8_t *) { return make<raise>(); }
 void *makeThrower(void *, const std::uint8_t *) { return make<throwInteger>(); }
+void *makeSilent(void *, const std::uint8_t *) { return make<setNothing>(); }
+void *makeOddReason(void *, const std::uint8_t *) { return make<giveOddReason>(); }
 void *makeDataText(void *, const std::uint8_t *) { return make<setDataAsText>(); }
 void *makeA(void *, const std::uint8_t *) { return make<sayName<'A'>>(); }
 void *makeB(void *, const std::uint8_t *) { return make<sayName<'B'>>(); }

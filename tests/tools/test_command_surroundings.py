@@ -143,7 +143,7 @@ class PlacesTest(CommandTestCase):
     def test_importers_in_the_home_folder_are_found(self):
         self.file("page.html", b"Some words")
         self.environment["HOME"] = str(self.folder)
-        self.assert_fails(3, "no importer", "metadata", "page.html")
+        self.assert_fails(8, "no importer", "metadata", "page.html")
         self.run_command("stop")
         bundle = self.folder / "Library" / "Spotlight" / "Mine.mdimporter"
         shutil.copytree(REAL_HELPER.parent / "importers" / "Text.mdimporter", bundle)
@@ -177,6 +177,8 @@ class HelperTest(CommandTestCase):
             ("/bin/false", "", 2, "/bin/false ended before it answered"),
             (FAKE_HELPER, "die:", 5, "a.pdf: "),
             (FAKE_HELPER, "raise:", 3, "NSRangeException: too far"),
+            (FAKE_HELPER, "nil:", 7, "a.pdf: no such file"),
+            (FAKE_HELPER, "silent:", 3, "a.pdf: the helper does not say why"),
         ]
         for program, failing, code, message in cases:
             with self.subTest(program=program, failing=failing):
@@ -186,11 +188,17 @@ class HelperTest(CommandTestCase):
                     self.assert_fails(2, f"no helper is registered and none could be started: {message}", "ping", environment=environment)
                 self.run_command("stop")
 
+    def test_an_answer_that_is_not_whole(self):
+        self.environment["FAKE_HELPER_DOES"] = "partly:"
+        done = self.run_command("pdf", "a.pdf")
+        self.assertEqual((done.returncode, json.loads(done.stdout)["attributed"]), (0, False))
+        self.assertEqual(done.stderr, b"quiverleaf: a.pdf: two pages are damaged\n")
+
     def test_time_limits(self):
         self.environment["FAKE_HELPER_DOES"] = "slow:"
         self.assertIn("stringWithPDF", self.answer("pdf", "a.pdf"))
         for arguments in (["--timeout", "0.5", "pdf", "a.pdf"], ["pdf", "a.pdf", "--timeout=.5"]):
-            self.assert_fails(4, "a.pdf: no answer within the time limit", *arguments)
+            self.assert_fails(4, "a.pdf: No reply within 0.5 seconds", *arguments)
         # One that takes no connection: its queue is full.
         self.run_command("stop")
         with socket.socket(socket.AF_UNIX) as listener, socket.socket(socket.AF_UNIX) as waiting:

@@ -2,7 +2,9 @@
 #include "Classes/MetaData/MetaDataImporter.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "Classes/MetaData/MDImporterListing.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "tests/support/ImporterBundle.hpp"
@@ -130,14 +132,17 @@ TEST_F(MetaDataImporterTest, TakesEveryKindOfValue) {
                                                                                     "home/c.mdimporter");
   MetaDataImporter importer(locations);
   const NSString path = folder.write("n\xff\xc3\xa4me.pdf", "");
+  const NSString text = u" b\u00e4\ufffd\r\na\u0308 "_ns;
+  NSError error;
   for (int round = 0; round < 2; ++round) {
-    const NSDictionary attributes = importer.metaDataOfFileAtPath(path);
+    const NSDictionary attributes = importer.metaDataOfFileAtPath(path, &error);
+    EXPECT_EQ(error, NSError::errorWithCode(ErrorCode::incomplete, "only a t\xc3\xa9st"));
     const NSDictionary expected = {
         {u"references"_ns, 1},  // The interface alone; the instance is released before.
         {u"path"_ns, NSString::stringWithLossyUTF8String(*path.fileSystemRepresentation())},
         {u"pathCharacters"_ns, path},
         {u"contentType"_ns, u"com.adobe.pdf"_ns},
-        {u"kMDItemTextContent"_ns, u"b\u00e4\ufffd"_ns},
+        {u"kMDItemTextContent"_ns, text},
         {u"characters"_ns, NSString::stringWithCharacters({u"u\0\xd800", 3})},
         {u"real"_ns, 2.5},
         {u"boolean"_ns, true},
@@ -147,11 +152,12 @@ TEST_F(MetaDataImporterTest, TakesEveryKindOfValue) {
         {u"empty"_ns, NSArray::array()},
         {u"array"_ns, NSArray{NSNull(), true, -5, 0.5, NSDate{1}, u"text"_ns, u"u"_ns, NSData::data(),
                               NSArray{NSNull(), true, -5}}},
-        {u"refused"_ns, 6},
+        {u"refused"_ns, 8},
     };
     EXPECT_EQ(attributes, expected);
   }
-  EXPECT_EQ(importer.textContentOfFileAtPath(path), u"b\u00e4\ufffd"_ns);
+  EXPECT_EQ(importer.textContentOfFileAtPath(path, &(error = {})), text);
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
 }
 
 TEST_F(MetaDataImporterTest, KeepsWhatCameBeforeAnExceptionAndPassesOthersOn) {
@@ -164,6 +170,48 @@ TEST_F(MetaDataImporterTest, KeepsWhatCameBeforeAnExceptionAndPassesOthersOn) {
   const NSString page = folder.write("x.html", "");
   EXPECT_EQ(importer.metaDataOfFileAtPath(page).count(), 1u);
   EXPECT_FALSE(importer.textContentOfFileAtPath(page)) << "the text is no string";
+}
+
+TEST_F(MetaDataImporterTest, SaysWhyThereIsNoneOrNotAll) {
+  add("home/raiser", "com.adobe.pdf", {"makeRaiser"});
+  add("home/odd", "public.plain-text", {"makeOddReason"});
+  add("home/silent", "public.html", {"makeSilent"});
+  add("home/folders", "com.apple.rtfd", {"makeSilent"});
+  add("home/stranger", "public.png", {"makeStranger"});
+  std::filesystem::permissions(folder.path() / add("home/unsafe", "public.jpeg", {"makeA"}).UTF8String(),
+                               std::filesystem::perms(0777));
+  std::filesystem::create_directory(folder.path() / "a.rtfd");
+  ASSERT_EQ(::mkfifo((folder.path() / "fifo").c_str(), 0600), 0);
+  const struct {
+    NSString path;
+    ErrorCode code;
+    std::string_view reason;
+  } cases[] = {
+      {NSString(), ErrorCode::noSuchFile, "no such file"},
+      {folder.string("missing.pdf"), ErrorCode::noSuchFile, "no such file"},
+      {folder.string(""), ErrorCode::unreadable, "is a folder"},
+      {folder.string("fifo"), ErrorCode::unreadable, "no regular file"},
+      {folder.write("empty", ""), ErrorCode::incomplete, "is empty"},
+      {folder.write("unknown", "\1\2\3"), ErrorCode::unsupportedType, "unknown"},
+      {folder.write("a.gif", ""), ErrorCode::unsupportedType, "com.compuserve.gif"},
+      {folder.write("a.png", ""), ErrorCode::other, "is no metadata importer"},
+      {folder.write("a.jpg", ""), ErrorCode::other, "writable by others"},
+      {folder.write("a.pdf", ""), ErrorCode::incomplete, "the test asked for it"},
+      {folder.write("a.txt", ""), ErrorCode::other, "xxx"},
+      {folder.write("a.html", ""), ErrorCode::incomplete, "is empty"},
+      {folder.write("b.html", "x"), ErrorCode::other, "finds nothing"},
+      {folder.string("a.rtfd"), ErrorCode::other, "finds nothing"},
+  };
+  MetaDataImporter importer(locations);
+  for (const auto &[path, code, reason] : cases) {
+    NSError error;
+    importer.metaDataOfFileAtPath(path, &error);
+    EXPECT_EQ(error.errorCode(), code) << path.UTF8String();
+    const std::string told = error.localizedFailureReason.UTF8String();
+    EXPECT_NE(told.find(reason), std::string::npos) << path.UTF8String() << ": " << told;
+    EXPECT_LE(told.size(), MDImporterAttributeDictionary::kMaximumReasonBytes);
+    EXPECT_FALSE(importer.textContentOfFileAtPath(path));
+  }
 }
 
 }  // namespace

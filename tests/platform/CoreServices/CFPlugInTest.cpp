@@ -30,34 +30,53 @@ TEST(CFPlugIn, ReadsUUIDs) {
     EXPECT_FALSE(CFUUIDCreateFromString(text)) << text.UTF8String();
 }
 
-/// The bundle as it was made, or after `tamper` of what is at `path` in it.
-bool loads(const fs::path &path = {}, const std::function<void(const fs::path &)> &tamper = {}) {
+/// Why the bundle is not loaded after `tamper` of what is at `path` in it; `none` when it is.
+ErrorCode refusal(const fs::path &path = {}, const std::function<void(const fs::path &)> &tamper = {}) {
   const TemporaryFolder folder;
   const NSString bundle =
       ImporterBundle{{}, TEST_PLUGIN, {"makeEveryKindImporter"}}.writeTo(folder, "x.mdimporter");
   if (tamper) tamper(path.empty() ? folder.path() / "x.mdimporter" : folder.path() / "x.mdimporter" / path);
-  const bool result = CFPlugInCreate(bundle).has_value();
-  EXPECT_EQ(CFPlugInCreate(folder.string("x.mdimporter/")).has_value(), result) << path << ", slash at the end";
-  return result;
+  NSError error, errorWithSlash;
+  const bool loads = CFPlugInCreate(bundle, &error).has_value();
+  EXPECT_EQ(loads, !error) << path;
+  EXPECT_EQ(CFPlugInCreate(folder.string("x.mdimporter/"), &errorWithSlash).has_value(), loads) << path;
+  EXPECT_EQ(errorWithSlash.code, error.code) << path;
+  EXPECT_EQ(error.localizedFailureReason.length() > 0, static_cast<bool>(error)) << path;
+  return error.errorCode();
 }
 
 TEST(CFPlugIn, LoadsOnlyWhatNobodyElseCanChange) {
-  EXPECT_TRUE(loads());
+  EXPECT_EQ(refusal(), ErrorCode::none);
   for (const char *path :
        {"", "Contents", "Contents/Info.plist", "Contents/Linux", "Contents/Linux/library.so"}) {
     for (const fs::perms who : {fs::perms::group_write, fs::perms::others_write})
-      EXPECT_FALSE(loads(path, [who](const fs::path &it) { fs::permissions(it, who, fs::perm_options::add); }))
+      EXPECT_EQ(refusal(path, [who](const fs::path &it) { fs::permissions(it, who, fs::perm_options::add); }),
+                ErrorCode::unreadable)
           << path;
-    EXPECT_FALSE(loads(path, [](const fs::path &it) {
+    const auto link = [](const fs::path &it) {
       fs::rename(it, it.native() + ".moved");
       fs::create_symlink(it.native() + ".moved", it);
-    })) << path;
+    };
+    EXPECT_EQ(refusal(path, link), ErrorCode::unreadable) << path;
+    EXPECT_EQ(refusal(path, [](const fs::path &it) { fs::remove_all(it); }), ErrorCode::noSuchFile) << path;
   }
-  EXPECT_FALSE(loads("Contents/Info.plist", [](const fs::path &it) { fs::remove(it); }));
-  EXPECT_FALSE(loads("Contents/Linux/library.so", [](const fs::path &it) { fs::resize_file(it, 99); }));
-  const TemporaryFolder folder;
-  ImporterBundle outside = {{}, TEST_PLUGIN, {}, "<false/>", "../../../library.so"};
-  EXPECT_FALSE(CFPlugInCreate(outside.writeTo(folder, "x.mdimporter")));
+  const auto write = [](std::string_view content) {
+    return [content](const fs::path &it) { std::ofstream(it) << content; };
+  };
+  const struct {
+    const char *path;
+    std::function<void(const fs::path &)> tamper;
+    ErrorCode code;
+  } cases[] = {
+      {"Contents/Info.plist", write(""), ErrorCode::incomplete},
+      {"Contents/Info.plist", write("{ CFBundleExecutable = "), ErrorCode::damaged},
+      {"Contents/Info.plist", write("(library.so)"), ErrorCode::damaged},
+      {"Contents/Info.plist", write("{ CFBundleExecutable = \"../../../library.so\"; }"), ErrorCode::damaged},
+      {"Contents/Info.plist", [](const fs::path &it) { fs::resize_file(it, NSBundle::kMaximumInfoBytes + 1); },
+       ErrorCode::tooLarge},
+      {"Contents/Linux/library.so", [](const fs::path &it) { fs::resize_file(it, 99); }, ErrorCode::damaged},
+  };
+  for (const auto &[path, tamper, code] : cases) EXPECT_EQ(refusal(path, tamper), code) << path;
 }
 
 TEST(CFPlugIn, LogsARefusalOnce) {

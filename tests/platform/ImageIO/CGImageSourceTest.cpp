@@ -42,14 +42,68 @@ TEST(CGImageSource, KnowsOtherFormats) {
   }
 }
 
-TEST(CGImageSource, WhatIsNoImageIsNull) {
-  for (const std::string_view bytes :
-       {""sv, "x"sv, "2 2\n1 2\n3 4\n"sv, "<svg xmlns='http://www.w3.org/2000/svg'/>"sv, "%PDF-1.4\n"sv,
-        "P6 1 1 255\nabc"sv, "\xff\xd8\xff"sv, "BM"sv})
-    EXPECT_FALSE(CGImageSource::sourceWithData(dataWithBytes(bytes))) << bytes;
-  for (const char *name : {"", "missing.jpg", "article.pdf", "quiver.c"})
-    EXPECT_FALSE(CGImageSource::sourceWithContentsOfFile(example(name))) << name;
-  EXPECT_FALSE(CGImageSource::sourceWithContentsOfFile(NSString()));
+TEST(CGImageSource, SaysWhyItIsNull) {
+  const TemporaryFolder folder;
+  // Only its header, of a kind that Exiv2 alone reads.
+  const std::string photoshop = "8BPS\0\1"s + std::string(200, '\0');
+  const std::pair<std::string_view, ErrorCode> contents[] = {
+      {""sv, ErrorCode::incomplete},
+      {"x"sv, ErrorCode::unsupportedType},
+      {"2 2\n1 2\n3 4\n"sv, ErrorCode::unsupportedType},
+      {"<svg xmlns='http://www.w3.org/2000/svg'/>"sv, ErrorCode::unsupportedType},
+      {"%PDF-1.4\n"sv, ErrorCode::unsupportedType},
+      {"%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\n"sv, ErrorCode::unsupportedType},
+      {"P6 1 1 255\nabc"sv, ErrorCode::unsupportedType},
+      {"BM"sv, ErrorCode::unsupportedType},
+      {"BM\x4e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\0\0\0\0\2\0\0\0"sv, ErrorCode::damaged},
+      {"\xff\xd8\xff"sv, ErrorCode::damaged},
+      {"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0"sv, ErrorCode::damaged},
+      {photoshop, ErrorCode::damaged},
+  };
+  for (const auto &[bytes, code] : contents) {
+    NSError error;
+    EXPECT_FALSE(CGImageSource::sourceWithData(dataWithBytes(bytes), &error)) << bytes;
+    EXPECT_EQ(error.errorCode(), code) << bytes << ": " << error.localizedFailureReason.UTF8String();
+    NSError errorOfFile;
+    EXPECT_FALSE(CGImageSource::sourceWithContentsOfFile(folder.write("image", bytes), &errorOfFile)) << bytes;
+    EXPECT_EQ(errorOfFile, error) << bytes;
+  }
+  const std::pair<NSString, ErrorCode> files[] = {
+      {example(""), ErrorCode::unreadable},
+      {example("missing.jpg"), ErrorCode::noSuchFile},
+      {example("quiver.c"), ErrorCode::unsupportedType},
+      {NSString(), ErrorCode::noSuchFile},
+  };
+  for (const auto &[path, code] : files) {
+    NSError error;
+    EXPECT_FALSE(CGImageSource::sourceWithContentsOfFile(path, &error)) << path.UTF8String();
+    EXPECT_EQ(error.errorCode(), code) << path.UTF8String();
+  }
+  NSError error;
+  EXPECT_FALSE(CGImageSource::sourceWithData(NSData(), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+}
+
+TEST(CGImageSource, SaysThatMetadataIsMissing) {
+  NSError error;
+  const NSData png = NSData::dataWithContentsOfFile(example("leaf.png"));
+  EXPECT_TRUE(CGImageSource::sourceWithData(png, &error));
+  EXPECT_FALSE(error);
+  EXPECT_TRUE(CGImageSource::sourceWithData(png.subdataWithRange({0, png.length() / 2}), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+
+  // A TIFF of one pixel, and then of a size at which nobody wants it in memory.
+  const auto entry = [](char tag, char value) { return std::string{tag, 1, 3, 0, 1, 0, 0, 0, value, 0, 0, 0}; };
+  const std::string tiff = "II*\0\x08\0\0\0\x08\0"s + entry(0, 1) + entry(1, 1) + entry(2, 8) + entry(3, 1) +
+                           entry(6, 1) + entry(17, 122) + entry(22, 1) + entry(23, 1) + std::string(20, '\0');
+  const TemporaryFolder folder;
+  const NSString path = folder.write("a.tiff", tiff);
+  error = {};
+  EXPECT_TRUE(CGImageSource::sourceWithContentsOfFile(path, &error));
+  EXPECT_FALSE(error) << error.localizedFailureReason.UTF8String();
+  std::filesystem::resize_file(folder.path() / "a.tiff", (std::uintmax_t{256} << 20) + 1);
+  EXPECT_TRUE(CGImageSource::sourceWithContentsOfFile(path, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
 }
 
 TEST(CGImageSource, TakesNoNameForAnythingButAFile) {
