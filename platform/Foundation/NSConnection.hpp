@@ -11,8 +11,8 @@ namespace NIMBO_PUBLIC nimbo {
 class ConnectionServer;
 
 /// What a connection publishes: an object that answers selectors. An exception that it lets out goes back to
-/// the caller as a remote exception; nil is the answer nil. `*error`, which is never null, may be set to say why
-/// the answer is nil, or not whole; its code and reason cross beside the answer.
+/// the caller as a remote exception; nil is the answer nil. `*error`, which is never null, may be set to say
+/// why the answer is nil, or not whole; its code and reason cross beside the answer.
 class NSConnectionRootObject {
  public:
   virtual ~NSConnectionRootObject();

@@ -48,8 +48,8 @@ class StreamsTest(CommandTestCase):
         self.file("page", b"<p>\n" * 20_000)
         full, closed = rb"quiverleaf: cannot write to .*: No space left.*\n", rb"quiverleaf: .*: Bad file descriptor\n"
         cases = [
-            (3, closed, '"$0" pdf - <&-'),
-            (3, closed, '"$0" entities - <&-'),
+            (7, closed, '"$0" pdf - <&-'),
+            (7, closed, '"$0" entities - <&-'),
             (6, closed, '"$0" pdf a.pdf >&-'),
             (0, rb"", '"$0" pdf a.pdf <&- 2>&- >out'),
             *((6, full, f'"$0" {call} >/dev/full') for call in ("pdf a.pdf", "help", "--version", "ping", "tags page")),
