@@ -31,7 +31,7 @@ NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double time
     NSMutableString cleaned(page);
     fixAndNormalizeString(cleaned);
     cleaned.appendCharacter(u'\n');
-    text.appendCharacters(cleaned.characters(), cleaned.length());
+    text.append(cleaned.view());
     return true;
   };
   document.readPages(deadline, append, error);

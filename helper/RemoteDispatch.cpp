@@ -7,16 +7,13 @@
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
 #include "platform/Foundation/NSException.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 
 namespace nimbo {
 namespace {
 
 [[noreturn]] void raiseInvalidArgument(std::u16string_view what, const NSString &name) {
-  NSMutableString reason;
-  reason.appendCharacters(what.data(), static_cast<std::uint32_t>(what.size()));
-  reason.appendString(name);
-  throw NSException(u"NSInvalidArgumentException"_ns, std::move(reason).string());
+  throw NSException(u"NSInvalidArgumentException"_ns, stringByConcatenating(what, name));
 }
 
 bool isOfKind(const id &value, RemoteKind kind) {

@@ -9,8 +9,8 @@
 
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions/FileNames.hpp"
 #include "Classes/Paths/StandardDirectories.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 
 namespace nimbo {
 inline namespace NSBundleNimboExtensions {
@@ -37,9 +37,7 @@ bool makeOwnFolder(const std::string &path) {
 NSString temporaryDirectory(const NSBundle &bundle) {
   const NSString name = bundleName(bundle);
   if (name.length() == 0) return NSString();
-  NSMutableString numbered(name);
-  numbered.appendString(NSString::stringWithUTF8String("-" + std::to_string(::geteuid())));
-  for (const NSString &each : {name, std::move(numbered).string()}) {
+  for (const NSString &each : {name, stringWithFormat(u"%@-%d", name, ::geteuid())}) {
     NSString path = stringByAppendingPathComponent(nimbo::temporaryDirectory(), each);
     const auto bytes = path.fileSystemRepresentation();
     if (bytes && makeOwnFolder(*bytes)) return path;

@@ -12,7 +12,7 @@ namespace {
 
 void copy(StripBodiesContext &context, std::u16string_view units) {
   if (!context.result) context.result.emplace();
-  detail::append(*context.result, units);
+  context.result->append(units);
 }
 
 /// Enters the element when the tag begins one of those that are named.

@@ -8,8 +8,6 @@ namespace nimbo {
 
 namespace {
 
-using detail::append;
-
 enum class ObjectPart { kNone, kElement, kEmptyElement, kDetail };
 
 /// An empty element has neither content nor an end tag; a detail only tells about an object.
@@ -47,12 +45,12 @@ void appendText(StripObjectsContext &context, std::u16string_view text) {
   if (context.isBehindObject && !whiteCharacterSetRep()->contains(text.front()))
     detail::appendSpaceIfNeeded(*context.result);
   context.isBehindObject = false;
-  append(*context.result, text);
+  context.result->append(text);
 }
 
 void appendAlternative(NSMutableString &result, std::u16string_view text) {
   detail::appendSpaceIfNeeded(result);
-  for (const unichar c : text) c == u'<' ? append(result, u"&lt;") : result.appendCharacter(c);
+  for (const unichar c : text) c == u'<' ? result.append(u"&lt;") : result.appendCharacter(c);
 }
 
 void stripObject(const TagShape &tag, bool hasContent, StripObjectsContext &context) {
@@ -76,11 +74,11 @@ void stripObjects(const TagShape &tag, StripObjectsContext &context) {
     if (context.result)
       appendText(context, tag.text());
     else
-      append(context.result.emplace(), tag.allBefore());
+      context.result.emplace().append(tag.allBefore());
     if (part != ObjectPart::kDetail) stripObject(tag, part == ObjectPart::kElement, context);
   } else if (context.result) {
     appendText(context, tag.text());
-    append(*context.result, tag.tag());
+    context.result->append(tag.tag());
   }
 }
 

@@ -8,32 +8,26 @@ namespace nimbo {
 
 namespace {
 
-using detail::append;
-
-void appendAscii(NSMutableString &text, std::string_view ascii) {
-  for (const char c : ascii) text.appendCharacter(static_cast<unsigned char>(c));
-}
-
 /// Copies the text in front of the tag, and the tag unless it has the name of the context; answers whether it
 /// has. The result begins with the first tag that has.
 bool copyUnlessNamed(const TagShape &tag, StripTagContext &context) {
   if (!tag.isNamed(context.tagName)) {
-    if (context.result) append(*context.result, tag.textAndTag());
+    if (context.result) context.result->append(tag.textAndTag());
     return false;
   }
   if (context.result)
-    append(*context.result, tag.text());
+    context.result->append(tag.text());
   else
-    append(context.result.emplace(), tag.allBefore());
+    context.result.emplace().append(tag.allBefore());
   return true;
 }
 
 void appendWithoutAttributes(NSMutableString &result, const TagShape &tag, std::string_view name) {
   if (tag.isEndTag()) {
     if (tag.tag().size() < 4) return;
-    append(result, u"</");
-    appendAscii(result, name);
-    return append(result, u">");
+    result.append(u"</");
+    result.append(name);
+    return result.append(u">");
   }
   std::u16string_view attribute = u" HREF=\"", value = tag.attribute("HREF");
   if (value.empty()) {
@@ -41,20 +35,20 @@ void appendWithoutAttributes(NSMutableString &result, const TagShape &tag, std::
     value = tag.attribute("SRC");
   }
   if (value.empty() && tag.isEmptyElementTag()) return;
-  append(result, u"<");
-  appendAscii(result, name);
+  result.append(u"<");
+  result.append(name);
   if (!value.empty()) {
-    append(result, attribute);
-    append(result, value);
-    append(result, tag.isEmptyElementTag() ? u"\"/" : u"\"");
+    result.append(attribute);
+    result.append(value);
+    result.append(tag.isEmptyElementTag() ? u"\"/" : u"\"");
   }
-  append(result, u">");
+  result.append(u">");
 }
 
 void stripTags(const TagShape &tag, NSMutableString &result) {
   if (tag.text().empty()) return;
   detail::appendSpaceIfNeeded(result);
-  append(result, tag.text());
+  result.append(tag.text());
 }
 
 void stripTag(const TagShape &tag, StripTagContext &context) {

@@ -15,8 +15,4 @@ inline void appendSpaceIfNeeded(NSMutableString &text) {
   if (last == 0 || !whiteCharacterSetRep()->contains(last)) text.appendCharacter(u' ');
 }
 
-inline void append(NSMutableString &text, std::u16string_view units) {
-  text.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
-}
-
 }  // namespace nimbo::detail

@@ -2,10 +2,9 @@
 #include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
 
 #include <string_view>
-#include <utility>
 
 #include "Classes/URLs/URLNormalizing.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 
 namespace nimbo {
 inline namespace HtmlExtensions {
@@ -35,11 +34,7 @@ NSString normalizedRelLink(const NSString &string) {
       url.view().find(u"://") != std::u16string_view::npos) {
     return url;
   }
-  NSMutableString link;
-  link.reserve(url.length() + 1);
-  link.appendCharacter(u'/');
-  link.appendString(url);
-  return std::move(link).string();
+  return stringByConcatenating(u'/', url);
 }
 
 }  // namespace HtmlExtensions

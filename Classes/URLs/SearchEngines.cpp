@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
 #include <string_view>
 
 #include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 
 namespace nimbo {
 namespace {
@@ -32,7 +32,7 @@ bool isSearchEngineHostAndPath(const NSString &host, const NSString &escapedPath
   const NSString small = lowercaseString(host);
   std::u16string_view name = small.view();
   if (name.ends_with(u'.')) name.remove_suffix(1);
-  const std::u16string page = std::u16string(name) + std::u16string(escapedPath.view());
+  const NSString page = stringByConcatenating(name, escapedPath);
   const auto matches = [&](const SearchEngineRow &row) {
     switch (row.kind) {
       case SearchEngineKind::host:
@@ -41,7 +41,7 @@ bool isSearchEngineHostAndPath(const NSString &host, const NSString &escapedPath
       case SearchEngineKind::prefix:
         return name.starts_with(row.text);
       case SearchEngineKind::contentPath:
-        return page.starts_with(row.text);
+        return page.view().starts_with(row.text);
     }
     return false;
   };

@@ -8,6 +8,7 @@
 
 #include "Classes/Characters/FastComparisons.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/URLs/HostNames.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
 #include "platform/Foundation/URLs/URLScheme.hpp"
@@ -120,7 +121,6 @@ bool appendAuthority(std::string &result, View authority) {
 
 NSString repairedStringURL(const NSString &string) {
   View units = string.view();
-  std::u16string repaired;
   if (units.starts_with(kEscapedQuote)) {
     units.remove_prefix(kEscapedQuote.size());
     if (units.ends_with(kEscapedQuote)) units.remove_suffix(kEscapedQuote.size());
@@ -141,8 +141,7 @@ NSString repairedStringURL(const NSString &string) {
     }
   }
   if (units.size() == string.length()) return string;
-  repaired.assign(front).append(units);
-  return NSString::stringWithCharacters(repaired);
+  return stringByConcatenating(front, units);
 }
 
 bool isForeignLink(const NSString &string) {

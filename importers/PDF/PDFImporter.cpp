@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <string>
 #include <utility>
 
 #include "importers/ImporterPlugIn.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 
 namespace nimbo {
@@ -49,9 +49,8 @@ void importPDF(const NSString &path, Attributes &attributes) {
   attributes.setReason(error);
   if (!document) return;
 
-  const std::string version =
-      std::to_string(document->majorVersion()) + "." + std::to_string(document->minorVersion());
-  attributes.set("kMDItemVersion", NSString::stringWithUTF8String(version));
+  attributes.set("kMDItemVersion",
+                 stringWithFormat(u"%d.%d", document->majorVersion(), document->minorVersion()));
   attributes.set("kMDItemSecurityMethod", document->isEncrypted() ? u"Password Encrypted"_ns : u"None"_ns);
 
   const NSDictionary information = document->documentAttributes();

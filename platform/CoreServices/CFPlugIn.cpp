@@ -51,8 +51,7 @@ NSError errorForDistrust(const NSString &path, mode_t kind) {
 void logRefusalOnce(const NSString &bundlePath, const NSError &error) {
   static std::unordered_set<NSString, NSStringHash> logged;
   if (logged.insert(bundlePath).second)
-    NSLog("The plug-in " + bundlePath.UTF8String() +
-          " is not loaded: " + error.localizedFailureReason.UTF8String());
+    NSLog(u"The plug-in %@ is not loaded: %@", bundlePath, error.localizedFailureReason);
 }
 
 /// The library of the bundle after `*info`, its information, was read, and nothing in it is found that must not

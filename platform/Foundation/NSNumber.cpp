@@ -9,13 +9,11 @@
 #include <limits>
 #include <string>
 
+#include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
-
-/// The most characters that a double's shortest form takes.
-constexpr std::size_t kLongestNumber = 32;
 
 bool isWhiteSpace(unichar c) {
   return c == u' ' || (c >= u'\t' && c <= u'\r');
@@ -54,13 +52,6 @@ std::int64_t truncated(double number) {
   return static_cast<std::int64_t>(number);
 }
 
-template <class T>
-NSString textOf(T number) {
-  char digits[kLongestNumber];
-  const auto [end, error] = std::to_chars(digits, digits + kLongestNumber, number);
-  return NSString::stringWithUTF8String({digits, end});
-}
-
 }  // namespace
 
 std::optional<std::int64_t> longLongValue(const id &value) {
@@ -81,8 +72,8 @@ std::optional<double> doubleValue(const id &value) {
 NSString stringValue(const id &value) {
   if (NSString string = value.string()) return string;
   if (const auto boolean = value.boolean()) return *boolean ? u"1"_ns : u"0"_ns;
-  if (const auto integer = value.integer()) return textOf(*integer);
-  if (const auto real = value.real()) return textOf(*real);
+  if (const auto integer = value.integer()) return stringWithFormat(u"%@", *integer);
+  if (const auto real = value.real()) return stringWithFormat(u"%@", *real);
   return NSString();
 }
 

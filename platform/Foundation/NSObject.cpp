@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "platform/Foundation/NSException.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 
 namespace nimbo {
 namespace {
@@ -25,10 +25,7 @@ const ClassDescription::Key *keyFor(const ClassDescription *described, const NSS
 
 [[noreturn]] void raise(const NSString &name, const NSObject &receiver, const NSString &problem,
                         const NSString &asked) {
-  NSMutableString reason(receiver.className());
-  reason.appendString(problem);
-  reason.appendString(asked);
-  throw NSException(name, std::move(reason).string());
+  throw NSException(name, stringByConcatenating(receiver.className(), problem, asked));
 }
 
 id classNameOf(const NSObject &receiver) {

@@ -11,18 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 
 namespace nimbo {
 namespace {
 
 constexpr std::size_t kUserRecordBytes = 16384;
-
-NSString concatenate(const NSString &first, std::u16string_view second) {
-  NSMutableString result(first);
-  result.appendCharacters(second.data(), static_cast<std::uint32_t>(second.size()));
-  return std::move(result).string();
-}
 
 /// Without "/" at the end, unless it is the root.
 std::u16string_view withoutFinalSlashes(std::u16string_view path) {
@@ -82,14 +76,14 @@ NSString NSTemporaryDirectory() {
   const char *folder = std::getenv("TMPDIR");
   const NSString path = stringByStandardizingPath(
       NSString::stringWithFileSystemRepresentation(folder && folder[0] == '/' ? folder : ""));
-  return path.length() > 1 ? concatenate(path, u"/") : u"/tmp/"_ns;
+  return path.length() > 1 ? stringByConcatenating(path, u"/") : u"/tmp/"_ns;
 }
 
 NSString stringByExpandingTildeInPath(const NSString &path) {
   const std::u16string_view units = path.view();
   if (!units.starts_with(u'~') || (units.size() > 1 && units[1] != u'/')) return path;
   const NSString home = NSHomeDirectory();
-  return home ? concatenate(home, units.substr(1)) : path;
+  return home ? stringByConcatenating(home, units.substr(1)) : path;
 }
 
 NSString stringByAbbreviatingWithTildeInPath(const NSString &path) {
@@ -98,7 +92,7 @@ NSString stringByAbbreviatingWithTildeInPath(const NSString &path) {
   std::u16string_view units = path.view();
   if (folder.size() < 2 || !units.starts_with(folder)) return path;
   units.remove_prefix(folder.size());
-  return units.empty() || units.starts_with(u'/') ? concatenate(u"~"_ns, units) : path;
+  return units.empty() || units.starts_with(u'/') ? stringByConcatenating(u"~"_ns, units) : path;
 }
 
 NSString stringByAppendingPathComponent(const NSString &path, const NSString &component) {
@@ -107,11 +101,7 @@ NSString stringByAppendingPathComponent(const NSString &path, const NSString &co
   while (tail.starts_with(u'/')) tail.remove_prefix(1);
   std::u16string_view head = path.view();
   while (head.size() > 1 && head.ends_with(u'/')) head.remove_suffix(1);
-  NSMutableString result;
-  result.appendCharacters(head.data(), static_cast<std::uint32_t>(head.size()));
-  if (head != u"/" && !tail.empty()) result.appendCharacter(u'/');
-  result.appendCharacters(tail.data(), static_cast<std::uint32_t>(tail.size()));
-  return std::move(result).string();
+  return stringByConcatenating(head, head != u"/" && !tail.empty() ? u"/" : u"", tail);
 }
 
 NSString pathExtension(const NSString &path) {
@@ -140,11 +130,7 @@ NSString stringByDeletingPathExtension(const NSString &path) {
 NSString stringByAppendingPathExtension(const NSString &path, const NSString &extension) {
   const std::u16string_view units = withoutFinalSlashes(path.view());
   if (units.empty() || units == u"/" || extension.length() == 0) return path;
-  NSMutableString result;
-  result.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
-  result.appendCharacter(u'.');
-  result.appendString(extension);
-  return std::move(result).string();
+  return stringByConcatenating(units, u'.', extension);
 }
 
 std::vector<NSString> pathComponents(const NSString &path) {

@@ -43,16 +43,24 @@ void detail::appendFormatted(NSMutableString &string, std::u16string_view format
     const std::u16string_view directive = format.substr(percent, 2);
     string.append(format.substr(0, percent));
     format.remove_prefix(percent + directive.size());
-    if (directive == u"%%") {
-      string.appendCharacter(u'%');
-    } else if ((directive == u"%@" || directive == u"%d") && !arguments.empty()) {
+    const bool isTaken =
+        !arguments.empty() && (directive == u"%@" || (directive == u"%d" && arguments.front().isInteger()));
+    if (isTaken) {
       string.append(arguments.front().units());
       arguments = arguments.subspan(1);
-    } else {
+    } else if (directive == u"%%") {
+      string.appendCharacter(u'%');
+    } else if (directive != u"%@") {
       string.append(directive);
     }
   }
   string.append(format);
+}
+
+NSString stringWithFormat(const NSString &format, std::span<const FormatArgument> arguments) {
+  NSMutableString result;
+  detail::appendFormatted(result, format.view(), arguments);
+  return std::move(result).string();
 }
 
 }  // namespace nimbo

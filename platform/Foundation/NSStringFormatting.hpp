@@ -32,11 +32,14 @@ class FormatArgument {
   template <FormattedInteger Integer>
   FormatArgument(Integer number)
       : FormatArgument(std::signed_integral<Integer> ? made(static_cast<std::int64_t>(number))
-                                                     : made(static_cast<std::uint64_t>(number))) {}
+                                                     : made(static_cast<std::uint64_t>(number))) {
+    isInteger_ = true;
+  }
   template <std::same_as<double> Real>
   FormatArgument(Real number) : FormatArgument(made(number)) {}
 
   std::u16string_view units() const noexcept { return units_; }
+  bool isInteger() const noexcept { return isInteger_; }
 
  private:
   struct Made {
@@ -50,6 +53,7 @@ class FormatArgument {
 
   NSString made_;
   std::u16string_view units_;
+  bool isInteger_ = false;
 };
 
 /// A format as it is written in the code. What does not fit the arguments does not compile: each "%@" takes the
@@ -116,10 +120,13 @@ NSString stringWithFormat(FormatString<std::type_identity_t<Arguments>...> forma
   return std::move(result).string();
 }
 
-/// The same with a format that only the running program knows, as a translation is. "%d" takes arguments of all
-/// kinds; arguments that are not asked for are left out, directives without an argument and unknown ones stay.
+/// The same with a format that only the running program knows, as a translation is. Arguments that are not
+/// asked for are left out, and nothing stands for those that are missing. Other directives stay as they are,
+/// "%d" too where the next argument is no integer.
+NSString stringWithFormat(const NSString &format, std::span<const FormatArgument> arguments);
 template <class... Arguments>
-NSString stringWithFormat(const NSString &format, const Arguments &...arguments) {
+requires(std::constructible_from<FormatArgument, const Arguments &> &&...) NSString
+    stringWithFormat(const NSString &format, const Arguments &...arguments) {
   NSMutableString result;
   detail::appendFormat(result, format.view(), arguments...);
   return std::move(result).string();

@@ -72,9 +72,7 @@ std::optional<NSMutableString> normalized(std::u16string_view units, CFStringNor
   NSMutableString result;
   // Up to here the result stands for the units; it is begun with the first part that is not normal.
   std::uint32_t done = 0;
-  const auto appendUpTo = [&](std::size_t end) {
-    result.appendCharacters(units.data() + done, static_cast<std::uint32_t>(end - done));
-  };
+  const auto appendUpTo = [&](std::size_t end) { result.append(units.substr(done, end - done)); };
   for (NSRange part = nextPart(form, units, 0); part.length > 0;) {
     const std::uint32_t end = part.location + part.length;
     const std::u16string_view doubtful = units.substr(part.location, part.length);

@@ -29,8 +29,8 @@ NSUserDefaults::NSUserDefaults(const NSString &path) {
   const NSData data = NSData::dataWithContentsOfFile(path, &error);
   if (data) values_ = NSPropertyListSerialization::propertyListFromData(data, nullptr, &error).dictionary();
   if (!values_)
-    NSLog("The user defaults are not used, " + path.UTF8String() + ": " +
-          (error ? error.localizedFailureReason.UTF8String() : "no dictionary"));
+    NSLog(u"The user defaults are not used, %@: %@", path,
+          error ? error.localizedFailureReason : u"no dictionary"_ns);
 }
 
 NSUserDefaults &NSUserDefaults::standardUserDefaults() {

@@ -14,10 +14,6 @@ void appendName(NSMutableString &path, std::u16string_view name, unichar from, u
   for (const unichar c : name) path.appendCharacter(c == from ? to : c);
 }
 
-void appendUnits(NSMutableString &path, std::u16string_view units) {
-  path.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
-}
-
 bool isAbsolute(const NSString &path) {
   return path.view().starts_with(u'/');
 }
@@ -86,7 +82,7 @@ NSString HFSPath(const NSString &path) {
   const bool isFolder = isNoName(names.back()) || names.back().view() == u"..";
   std::erase_if(names, isNoName);
   NSMutableString result;
-  if (isAbsolute(path)) appendUnits(result, kRootVolumeName);
+  if (isAbsolute(path)) result.append(kRootVolumeName);
   for (const NSString &name : names) {
     result.appendCharacter(u':');
     if (name.view() != u"..") appendName(result, name.view(), u':', u'/');

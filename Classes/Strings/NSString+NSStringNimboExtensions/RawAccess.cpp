@@ -2,10 +2,9 @@
 #include "Classes/Strings/NSString+NSStringNimboExtensions/RawAccess.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -15,12 +14,6 @@ namespace {
 
 void appendHexadecimal(NSMutableString &result, unichar unit) {
   for (int shift = 12; shift >= 0; shift -= 4) result.appendCharacter(lowerHexDigit<unichar>(unit >> shift));
-}
-
-void appendDecimal(NSMutableString &result, std::uint32_t number) {
-  char digits[10];
-  const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
-  for (const char *digit = digits; digit != end; ++digit) result.appendCharacter(static_cast<unichar>(*digit));
 }
 
 }  // namespace
@@ -41,8 +34,7 @@ NSString dump(const NSString &string) {
   NSMutableString result;
   for (std::uint32_t i = 0; i < string.length(); ++i) {
     const unichar unit = string.characterAtIndex(i);
-    appendDecimal(result, i);
-    result.appendString(u": "_ns);
+    appendFormat(result, u"%d: ", i);
     appendHexadecimal(result, unit);
     if (unit > u' ' && unit < 0x7f) {
       result.appendCharacter(u' ');
@@ -58,7 +50,7 @@ NSString dumpAsArray(const NSString &string) {
   NSMutableString result;
   result.appendCharacter(u'{');
   for (std::uint32_t i = 0; i < string.length(); ++i) {
-    result.appendString(i == 0 ? u"0x"_ns : u", 0x"_ns);
+    result.append(i == 0 ? u"0x" : u", 0x");
     appendHexadecimal(result, string.characterAtIndex(i));
   }
   result.appendCharacter(u'}');

@@ -51,7 +51,7 @@ class MailingReformatter {
       result_.appendCharacter(u' ');
     else
       for (; pendingFeeds_ > 0; --pendingFeeds_) result_.appendCharacter(u'\n');
-    result_.appendCharacters(line.data(), static_cast<std::uint32_t>(line.size()));
+    result_.append(line);
     pendingFeeds_ = 1;
     canGoOn_ = !isQuoted;
   }

@@ -7,7 +7,7 @@
 
 #include "Classes/URLs/URLParameters.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -17,19 +17,11 @@ namespace {
 
 using View = std::u16string_view;
 
-void append(NSMutableString &string, View units) {
-  string.appendCharacters(units.data(), static_cast<std::uint32_t>(units.size()));
-}
-
 /// The string without the units from `start` to before `end`; itself when there are none.
 NSString without(const NSString &string, std::size_t start, std::size_t end) {
   if (start == end) return string;
   const View units = string.view();
-  NSMutableString rest;
-  rest.reserve(static_cast<std::uint32_t>(units.size() - (end - start)));
-  append(rest, units.substr(0, start));
-  append(rest, units.substr(end));
-  return std::move(rest).string();
+  return stringByConcatenating(units.substr(0, start), units.substr(end));
 }
 
 View nameOfParam(View param) {
@@ -49,16 +41,12 @@ NSString withoutParams(const NSString &string, Predicate isRemoved) {
     const View param = query.substr(1, std::min(query.find_first_of(u"&;", 1), query.size()) - 1);
     if (!isRemoved(param)) {
       kept.appendCharacter(kept.length() == 0 ? u'?' : query.front());
-      append(kept, param);
+      kept.append(param);
     }
     query.remove_prefix(1 + param.size());
   }
   if (kept.length() == parts.fragmentStart - parts.queryStart) return string;
-  NSMutableString result;
-  append(result, url.substr(0, parts.queryStart));
-  append(result, kept.view());
-  append(result, url.substr(parts.fragmentStart));
-  return std::move(result).string();
+  return stringByConcatenating(url.substr(0, parts.queryStart), kept, url.substr(parts.fragmentStart));
 }
 
 /// Without the sessions among the parameters of path components. A component may be nothing but a session.
@@ -68,17 +56,17 @@ NSString withoutPathSessions(const NSString &string) {
   if (parts.isText) return string;
   const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
   NSMutableString kept;
-  append(kept, url.substr(0, parts.pathStart));
+  kept.append(url.substr(0, parts.pathStart));
   for (std::size_t at = 0; at < path.size();) {
     const View piece = path.substr(at, std::min(path.find_first_of(u"/;", at + 1), path.size()) - at);
     const bool isSession = piece.front() == u';'
                                ? isURLNameOfKind(nameOfParam(piece.substr(1)), URLNameKind::session)
                                : piece.starts_with(u"/(S(") && piece.ends_with(u"))");
-    if (!isSession) append(kept, piece);
+    if (!isSession) kept.append(piece);
     at += piece.size();
   }
   if (kept.length() == parts.queryStart) return string;
-  append(kept, url.substr(parts.queryStart));
+  kept.append(url.substr(parts.queryStart));
   return std::move(kept).string();
 }
 

@@ -2,10 +2,10 @@
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Components.hpp"
 
 #include <algorithm>
-#include <string>
 
 #include "Classes/URLs/URLQuery.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -42,13 +42,7 @@ std::vector<NSString> invertedHostComponents(const NSURL &url) {
 }
 
 NSString invertedHost(const NSURL &url) {
-  if (!url.host()) return NSString();
-  std::u16string joined;
-  for (const NSString &label : invertedHostComponents(url)) {
-    if (!joined.empty()) joined.push_back(u'.');
-    joined.append(label.view());
-  }
-  return NSString::stringWithCharacters(joined);
+  return url.host() ? stringByJoining(invertedHostComponents(url), u".") : NSString();
 }
 
 NSString baseDirectory(const NSURL &url) {

@@ -12,6 +12,7 @@
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Strings.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
@@ -21,10 +22,6 @@ namespace {
 
 /// For a path that ends with "/".
 constexpr std::u16string_view kIndexName = u"index";
-
-NSString joined(const NSString &a, std::u16string_view separator, const NSString &b) {
-  return NSString::stringWithCharacters(std::u16string(a.view()).append(separator).append(b.view()));
-}
 
 /// At most so many units, without half a character at the end; 0 is no limit.
 NSString cutTo(const NSString &string, std::uint32_t maxUnits) {
@@ -40,7 +37,8 @@ std::vector<NSString> componentsOfPath(const NSURL &url) {
     if (component != u"/"_ns) components.push_back(component);
   if (!url.escapedPath().length() || url.escapedPath().view().ends_with(u'/'))
     components.push_back(NSString::stringWithCharacters(kIndexName));
-  if (url.query() && !components.empty()) components.back() = joined(components.back(), u"?", url.query());
+  if (url.query() && !components.empty())
+    components.back() = stringByConcatenating(components.back(), u'?', url.query());
   return components;
 }
 
@@ -49,7 +47,7 @@ void joinBeyond(std::vector<NSString> &components, std::uint32_t maxComponents) 
   while (components.size() > maxComponents) {
     const NSString last = components.back();
     components.pop_back();
-    components.back() = joined(components.back(), u"-", last);
+    components.back() = stringByConcatenating(components.back(), u'-', last);
   }
 }
 

@@ -2,12 +2,15 @@
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 
 #include <algorithm>
-#include <string>
+#include <string_view>
+#include <vector>
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/URLs/URLNormalizing.hpp"
 #include "Classes/URLs/URLRepair.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
 
 namespace nimbo {
@@ -16,29 +19,29 @@ inline namespace NSURLNimboExtensions {
 namespace {
 
 constexpr std::string_view kPlainInUserInfo = "-._~";
-constexpr std::string_view kPlainInComponent = "-._~!$&'()*+,=:@";
+constexpr std::string_view kPlainInComponents = "-._~!$&'()*+,=:@/";
 
-NSURL URLOfUnits(std::u16string_view units) {
-  return NSURL::URLWithString(NSString::stringWithCharacters(units));
+template <class... Pieces>
+NSURL URLOfPieces(const Pieces &...pieces) {
+  return NSURL::URLWithString(stringByConcatenating(pieces...));
 }
 
 /// Any text as part of a URL: a "%" is a character of its own.
-std::u16string escaped(const NSString &text, std::string_view plain) {
-  const std::string bytes = bytesByAddingPercentEscapes(text.UTF8String(), plain);
-  return {bytes.begin(), bytes.end()};
+NSString escaped(const NSString &text, std::string_view plain) {
+  return NSString::stringWithUTF8String(bytesByAddingPercentEscapes(text.UTF8String(), plain));
 }
 
 /// What stands before the path.
-std::u16string front(const NSURL &url) {
+NSString front(const NSURL &url) {
   const NSString whole = url.absoluteString();
   const std::size_t pathEnd = std::min(whole.view().find_first_of(u"?#"), whole.view().size());
-  return std::u16string(whole.view().substr(0, pathEnd - url.escapedPath().length()));
+  return NSString::stringWithCharacters(whole.view().substr(0, pathEnd - url.escapedPath().length()));
 }
 
 /// The path as it is written, without parameters.
-std::u16string pathWithoutParameters(const NSURL &url) {
+NSString pathWithoutParameters(const NSURL &url) {
   const NSString path = url.escapedPath();
-  return std::u16string(path.view().substr(0, path.view().find(u';')));
+  return NSString::stringWithCharacters(path.view().substr(0, path.view().find(u';')));
 }
 
 }  // namespace
@@ -53,26 +56,17 @@ NSURL URLWithNormalizedStringURL(const NSString &string, NSStringEncoding encodi
   if (!clean) return NSURL();
   NSString repaired = repairedStringURL(clean);
   if (hasPrefixNoCase(repaired, u"www."_ns))
-    repaired = NSString::stringWithCharacters(u"http://" + std::u16string(repaired.view()));
+    repaired = stringByConcatenating(u"http://", repaired);
   else if (hasPrefixNoCase(repaired, u"ftp."_ns))
-    repaired = NSString::stringWithCharacters(u"ftp://" + std::u16string(repaired.view()));
+    repaired = stringByConcatenating(u"ftp://", repaired);
   return NSURL::URLWithString(ASCIIStringURL(repaired, encoding));
 }
 
 NSURL URLWithFormat(const NSString &format, std::span<const NSString> arguments) {
   if (!format) return NSURL();
-  const std::u16string_view units = format.view();
-  std::u16string result;
-  for (std::size_t i = 0, next = 0; i < units.size(); ++i) {
-    const unichar following = units[i] == u'%' && i + 1 < units.size() ? units[i + 1] : u'\0';
-    if (following == u'@' && next < arguments.size()) result.append(arguments[next++].view());
-    if (following == u'%') result.push_back(u'%');
-    if (following == u'@' || following == u'%')
-      ++i;
-    else
-      result.push_back(units[i]);
-  }
-  return URLOfUnits(result);
+  std::vector<FormatArgument> views;
+  for (const NSString &argument : arguments) views.emplace_back(argument.view());
+  return NSURL::URLWithString(stringWithFormat(format, std::span<const FormatArgument>(views)));
 }
 
 NSURL URLWithFormat(const NSString &format, std::initializer_list<NSString> arguments) {
@@ -82,12 +76,11 @@ NSURL URLWithFormat(const NSString &format, std::initializer_list<NSString> argu
 NSURL URLWithAnchor(const NSURL &url, const NSString &anchor) {
   if (!url) return NSURL();
   const NSString whole = url.absoluteString();
-  std::u16string result(whole.view().substr(0, whole.view().find(u'#')));
+  const std::u16string_view plain = whole.view().substr(0, whole.view().find(u'#'));
   std::u16string_view name = anchor.view();
   if (name.starts_with(u'#')) name.remove_prefix(1);
-  if (name.empty()) return result.size() == whole.length() ? url : URLOfUnits(result);
-  const NSString part = NSString::stringWithCharacters(u"#" + std::u16string(name));
-  return URLOfUnits(result.append(ASCIIStringURL(part, NSUTF8StringEncoding).view()));
+  if (name.empty()) return plain.size() == whole.length() ? url : URLOfPieces(plain);
+  return URLOfPieces(plain, ASCIIStringURL(stringByConcatenating(u'#', name), NSUTF8StringEncoding));
 }
 
 NSURL URLWithoutAnchor(const NSURL &url) {
@@ -96,45 +89,40 @@ NSURL URLWithoutAnchor(const NSURL &url) {
 
 NSURL URLWithScheme(const NSURL &url, const NSString &scheme) {
   if (!url || scheme.length() == 0) return NSURL();
-  std::u16string result(scheme.view());
-  result.append(u":").append(url.resourceSpecifier().view());
-  const NSURL changed = URLOfUnits(result);
+  const NSURL changed = URLOfPieces(scheme, u':', url.resourceSpecifier());
   return changed.scheme() == scheme ? changed : NSURL();
 }
 
 NSURL URLForUser(const NSURL &url, const NSString &user, const NSString &password) {
   if (!url.host()) return NSURL();
   const NSString whole = url.absoluteString();
-  std::size_t authority = whole.view().find(u"//") + 2;
-  std::u16string result(whole.view().substr(0, authority));
+  const std::size_t authority = whole.view().find(u"//") + 2;
   const std::size_t end = std::min(whole.view().find_first_of(u"/?#", authority), whole.view().size());
   const std::size_t at = whole.view().substr(0, end).rfind(u'@');
-  if (at != std::u16string_view::npos) authority = at + 1;
-  if (user) {
-    result.append(escaped(user, kPlainInUserInfo));
-    if (password) result.append(u":").append(escaped(password, kPlainInUserInfo));
-    result.push_back(u'@');
-  }
-  return URLOfUnits(result.append(whole.view().substr(authority)));
+  const std::u16string_view before = whole.view().substr(0, authority);
+  const std::u16string_view rest = whole.view().substr(at == std::u16string_view::npos ? authority : at + 1);
+  if (!user) return URLOfPieces(before, rest);
+  const NSString name = escaped(user, kPlainInUserInfo);
+  if (!password) return URLOfPieces(before, name, u'@', rest);
+  return URLOfPieces(before, name, u':', escaped(password, kPlainInUserInfo), u'@', rest);
 }
 
 NSURL URLByAppendingPathComponent(const NSURL &url, const NSString &component) {
   if (!url || !component || url.isOpaque()) return NSURL();
-  std::u16string path = pathWithoutParameters(url);
-  if (!path.ends_with(u'/') && (!path.empty() || url.host())) path.push_back(u'/');
+  const NSString path = pathWithoutParameters(url);
+  const bool needsSlash = !path.view().ends_with(u'/') && (path.length() > 0 || url.host());
   std::u16string_view name = component.view();
   while (name.starts_with(u'/')) name.remove_prefix(1);
-  return URLOfUnits(front(url) + path +
-                    escaped(NSString::stringWithCharacters(name), std::string(kPlainInComponent) + "/"));
+  return URLOfPieces(front(url), path, needsSlash ? u"/" : u"",
+                     escaped(NSString::stringWithCharacters(name), kPlainInComponents));
 }
 
 NSURL URLByDeletingLastPathComponent(const NSURL &url) {
   if (!url || url.isOpaque()) return NSURL();
-  std::u16string path = pathWithoutParameters(url);
-  if (path.size() > 1 && path.ends_with(u'/')) path.pop_back();
-  const std::size_t slash = path.rfind(u'/');
-  path.resize(slash == std::u16string::npos ? 0 : slash + 1);
-  return URLOfUnits(front(url) + path);
+  const NSString path = pathWithoutParameters(url);
+  std::u16string_view kept = path.view();
+  if (kept.size() > 1 && kept.ends_with(u'/')) kept.remove_suffix(1);
+  return URLOfPieces(front(url), kept.substr(0, kept.rfind(u'/') + 1));
 }
 
 }  // namespace NSURLNimboExtensions

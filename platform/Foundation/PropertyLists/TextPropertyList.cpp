@@ -153,7 +153,7 @@ class Reader {
     for (;;) {
       const std::size_t end = text_.find_first_of(std::u16string_view(stops, 2), at_);
       if (end == std::u16string_view::npos) fail("a string without an end");
-      result.appendCharacters(text_.data() + at_, static_cast<std::uint32_t>(end - at_));
+      result.append(text_.substr(at_, end - at_));
       at_ = end + 1;
       if (text_[end] == quote) return std::move(result).string();
       result.appendCharacter(escapedUnit());

@@ -34,8 +34,8 @@ TEST(NSStringFormatting, AppendsToWhatIsThere) {
 }
 
 TEST(NSStringFormatting, TakesTranslationsAsTheyAre) {
-  EXPECT_EQ(stringWithFormat(u"%@ of %d%%, %@"_ns, u"half", 50), u"half of 50%, %@"_ns);
-  EXPECT_EQ(stringWithFormat(u"%d; %i %"_ns, u"text", 2), u"text; %i %"_ns);
+  EXPECT_EQ(stringWithFormat(u"%@ of %d%%, %@"_ns, u"half", 50), u"half of 50%, "_ns);
+  EXPECT_EQ(stringWithFormat(u"%d; %@; %i %"_ns, u"text", 2), u"%d; text; %i %"_ns);
   EXPECT_EQ(stringWithFormat(u"%%@"_ns, u"unasked"), u"%@"_ns);
   EXPECT_EQ(stringWithFormat(NSString(), u"unasked"), u""_ns);
 }
