@@ -1,9 +1,15 @@
-# Warnings, sanitizers, and where programs look for the project's libraries.
+# Warnings, optimisation and sanitizers, for this folder and those below it.
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow
   "$<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Wextra-semi>")
 if(QUIVERLEAF_WERROR)
   add_compile_options(-Werror)
 endif()
+# A project above that names no configuration means none of -O, which nobody wants of a library.
+if(NOT CMAKE_CXX_FLAGS MATCHES "(^| )-O")
+  add_compile_options("$<$<CONFIG:>:-O2>")
+endif()
+add_link_options(LINKER:--as-needed)
+
 if(QUIVERLEAF_SANITIZE)
   add_compile_options(-fsanitize=${QUIVERLEAF_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${QUIVERLEAF_SANITIZE})
@@ -13,10 +19,4 @@ endif()
 if(QUIVERLEAF_FUZZ)
   # The fuzzing engine is led by the coverage of the libraries, too.
   add_compile_options(-fsanitize=fuzzer-no-link)
-endif()
-set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
-find_program(CCACHE ccache)
-if(CCACHE)
-  set(CMAKE_C_COMPILER_LAUNCHER ${CCACHE})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()

@@ -1,22 +1,28 @@
-# The platform libraries; each is linked privately by the one adapter that wraps it.
+# The platform libraries; each is linked privately by the one adapter that wraps it. Their names have the project's in front,
+# because what is found about them stands in the cache of the whole build.
 find_package(PkgConfig REQUIRED)
-find_package(Threads REQUIRED)
-pkg_check_modules(ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
-pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0 gio-2.0 gio-unix-2.0)
-pkg_check_modules(PUGIXML REQUIRED IMPORTED_TARGET pugixml)
-pkg_check_modules(URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
-pkg_check_modules(HWY REQUIRED libhwy)
-pkg_check_modules(MAGIC REQUIRED IMPORTED_TARGET libmagic)
-pkg_check_modules(VIPS REQUIRED IMPORTED_TARGET vips)
-pkg_check_modules(EXIV2 REQUIRED IMPORTED_TARGET exiv2)
-pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2)
+pkg_check_modules(QUIVERLEAF_ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
+pkg_check_modules(QUIVERLEAF_GLIB REQUIRED IMPORTED_TARGET glib-2.0 gio-2.0 gio-unix-2.0)
+pkg_check_modules(QUIVERLEAF_PUGIXML REQUIRED IMPORTED_TARGET pugixml)
+pkg_check_modules(QUIVERLEAF_URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
 
 # Of Highway the headers alone; platform/Foundation/Vectors/VectorTargets.cpp has what they call.
-add_library(Highway INTERFACE)
-target_include_directories(Highway SYSTEM INTERFACE ${HWY_INCLUDE_DIRS})
+pkg_check_modules(QUIVERLEAF_HIGHWAY REQUIRED libhwy)
+add_library(Highway INTERFACE IMPORTED)
+target_include_directories(Highway SYSTEM INTERFACE ${QUIVERLEAF_HIGHWAY_INCLUDE_DIRS})
 
-# MuPDF's own pkg-config file names the wrong libraries.
-add_library(MuPDF INTERFACE)
-target_link_libraries(MuPDF INTERFACE mupdf mupdf-third mujs gumbo openjp2 jbig2dec jpeg freetype harfbuzz z m)
-find_package(nlohmann_json 3.11 REQUIRED)
-find_package(Python3 3.9 COMPONENTS Interpreter REQUIRED)
+if(QUIVERLEAF_MEDIA)
+  pkg_check_modules(QUIVERLEAF_MAGIC REQUIRED IMPORTED_TARGET libmagic)
+  pkg_check_modules(QUIVERLEAF_VIPS REQUIRED IMPORTED_TARGET vips)
+  pkg_check_modules(QUIVERLEAF_EXIV2 REQUIRED IMPORTED_TARGET exiv2)
+  pkg_check_modules(QUIVERLEAF_LCMS REQUIRED IMPORTED_TARGET lcms2)
+  # MuPDF's own pkg-config file names the wrong libraries.
+  add_library(MuPDF INTERFACE IMPORTED)
+  target_link_libraries(MuPDF INTERFACE mupdf mupdf-third mujs gumbo openjp2 jbig2dec jpeg freetype harfbuzz z m)
+endif()
+if(QUIVERLEAF_COMMAND)
+  find_package(nlohmann_json 3.11 REQUIRED)
+endif()
+if(QUIVERLEAF_TESTS OR QUIVERLEAF_INSTALL)
+  find_package(Python3 3.9 COMPONENTS Interpreter REQUIRED)
+endif()

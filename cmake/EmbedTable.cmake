@@ -7,8 +7,8 @@ function(quiverleaf_embed_table library table source)
       -P ${PROJECT_SOURCE_DIR}/cmake/EmbedTableRows.cmake
     DEPENDS ${table}.tsv ${PROJECT_SOURCE_DIR}/cmake/EmbedTableRows.cmake
     VERBATIM)
-  add_custom_target(${table} DEPENDS ${output})
-  add_dependencies(${library} ${table})
+  add_custom_target(${library}-${table} DEPENDS ${output})
+  add_dependencies(${library} ${library}-${table})
   set_source_files_properties(${source} TARGET_DIRECTORY ${library} PROPERTIES
     INCLUDE_DIRECTORIES ${CMAKE_CURRENT_BINARY_DIR} OBJECT_DEPENDS ${output})
 endfunction()

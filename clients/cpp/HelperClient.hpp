@@ -8,7 +8,7 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// Calls the helper over its named connection. Starts one when none is registered, gives every call a time
 /// limit, and replaces a helper that died or hangs, so that a bad document costs one request. Used from one

@@ -1,0 +1,38 @@
+# find_package(Quiverleaf COMPONENTS text media client): the targets nimbo::text, nimbo::media and nimbo::client. Without
+# COMPONENTS all that are installed.
+set(_Quiverleaf_known text media client)
+set(_Quiverleaf_wanted ${Quiverleaf_FIND_COMPONENTS})
+if(NOT _Quiverleaf_wanted)
+  set(_Quiverleaf_wanted ${_Quiverleaf_known})
+endif()
+
+# The others stand upon it.
+include(${CMAKE_CURRENT_LIST_DIR}/Quiverleaf-text.cmake)
+set(Quiverleaf_text_FOUND TRUE)
+list(REMOVE_ITEM _Quiverleaf_wanted text)
+
+foreach(_Quiverleaf_component IN LISTS _Quiverleaf_wanted)
+  set(_Quiverleaf_file ${CMAKE_CURRENT_LIST_DIR}/Quiverleaf-${_Quiverleaf_component}.cmake)
+  if(_Quiverleaf_component IN_LIST _Quiverleaf_known AND EXISTS ${_Quiverleaf_file})
+    include(${_Quiverleaf_file})
+    set(Quiverleaf_${_Quiverleaf_component}_FOUND TRUE)
+    continue()
+  endif()
+  set(Quiverleaf_${_Quiverleaf_component}_FOUND FALSE)
+  if(NOT Quiverleaf_FIND_REQUIRED_${_Quiverleaf_component})
+    continue()
+  endif()
+  set(Quiverleaf_FOUND FALSE)
+  if(_Quiverleaf_component IN_LIST _Quiverleaf_known)
+    set(_Quiverleaf_reason "was built without the component \"${_Quiverleaf_component}\".")
+  else()
+    set(_Quiverleaf_reason "has no component \"${_Quiverleaf_component}\": there are text, media and client.")
+  endif()
+  string(APPEND Quiverleaf_NOT_FOUND_MESSAGE "The Quiverleaf in ${CMAKE_CURRENT_LIST_DIR} ${_Quiverleaf_reason}\n")
+endforeach()
+
+unset(_Quiverleaf_known)
+unset(_Quiverleaf_wanted)
+unset(_Quiverleaf_component)
+unset(_Quiverleaf_file)
+unset(_Quiverleaf_reason)
