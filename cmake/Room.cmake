@@ -11,7 +11,9 @@ function(quiverleaf_library name)
   target_link_libraries(nimbo-${name} PRIVATE nimbo-${name}-objects PUBLIC ${ARGN})
   target_compile_features(nimbo-${name} INTERFACE cxx_std_20)
   target_sources(nimbo-${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
-  set_target_properties(nimbo-${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_link_options(nimbo-${name} PRIVATE LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+  set_target_properties(nimbo-${name} PROPERTIES
+    LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()
 
 # quiverleaf_room(LIBRARY SOURCES... HEADERS...): what this folder adds to a library. HEADERS are the public ones, which are

@@ -6,9 +6,11 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
-namespace NIMBO_PUBLIC nimbo {
-
+namespace nimbo {
 class ConnectionServer;
+}
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// What a connection publishes: an object that answers selectors. An exception that it lets out goes back to
 /// the caller as a remote exception; nil is the answer nil. `*error`, which is never null, may be set to say

@@ -11,12 +11,12 @@
 #include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
 
-namespace NIMBO_PUBLIC nimbo {
-
-namespace detail {
+namespace nimbo::detail {
 class PDFEngine;
 struct PDFInput;
 }  // namespace detail
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// What one document may cost; whatever is beyond counts as damaged.
 struct PDFLimits {
