@@ -1,4 +1,4 @@
-# Warnings, optimisation and sanitizers, for this folder and those below it.
+# Warnings, optimisation, hardening and sanitizers, for this folder and those below it.
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow
   "$<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor;-Wextra-semi>")
 if(QUIVERLEAF_WERROR)
@@ -9,6 +9,23 @@ if(NOT CMAKE_CXX_FLAGS MATCHES "(^| )-O")
   add_compile_options("$<$<CONFIG:>:-O2>")
 endif()
 add_link_options(LINKER:--as-needed)
+
+if(QUIVERLEAF_HARDENING)
+  include(CheckCXXCompilerFlag)
+  foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection)
+    string(MAKE_C_IDENTIFIER QUIVERLEAF_HAS${flag} has_flag)
+    check_cxx_compiler_flag(${flag} ${has_flag})
+    if(${has_flag})
+      add_compile_options(${flag})
+    endif()
+  endforeach()
+  add_compile_definitions(_GLIBCXX_ASSERTIONS)
+  # It takes optimisation, and hides calls from the sanitizers.
+  if(NOT QUIVERLEAF_SANITIZE)
+    add_compile_options("$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>")
+  endif()
+  add_link_options(LINKER:-z,relro,-z,now "$<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie>")
+endif()
 
 if(QUIVERLEAF_SANITIZE)
   add_compile_options(-fsanitize=${QUIVERLEAF_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
