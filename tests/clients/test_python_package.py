@@ -11,31 +11,19 @@ import os
 import pathlib
 import re
 import shutil
-import subprocess
 import sys
 import tempfile
 import unittest
 import zipfile
 
 import documents
+from commands import run
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
 SOURCE = TOP / "clients" / "python"
 REAL_HELPER = pathlib.Path(os.environ["QUIVERLEAF_HELPER"])
 BUILD = REAL_HELPER.parents[2]
 VERSION = re.search(r"^project\(\w+ VERSION ([\d.]+)", (TOP / "CMakeLists.txt").read_text("utf-8"), re.MULTILINE)[1]
-
-# Nothing of the checkout: what is installed has to do.
-ENVIRONMENT = {key: value for key, value in os.environ.items() if not key.startswith(("PYTHON", "PIP_", "QUIVERLEAF_"))}
-ENVIRONMENT["PYTHONDONTWRITEBYTECODE"] = "1"
-
-
-def run(*command, folder="/", **environment):
-    everything = {**ENVIRONMENT, **environment}
-    done = subprocess.run(command, cwd=folder, env=everything, capture_output=True, text=True, check=False)
-    if done.returncode:
-        raise AssertionError(f"{command} ended with {done.returncode}:\n{done.stdout}{done.stderr}")
-    return done.stdout.strip()
 
 
 class PackageTestCase(unittest.TestCase):
@@ -162,7 +150,7 @@ class FindHelperTest(PackageTestCase):
         self.assertEqual(run(sys.executable, "-c", program, folder=packages).splitlines(), [path, *customary])
 
     def test_an_installation_by_cmake_says_where_the_helper_is(self):
-        script = BUILD / "packaging" / "cmake_install.cmake"
+        script = BUILD / "packaging" / "python" / "cmake_install.cmake"
         run("cmake", "-DCMAKE_INSTALL_PREFIX=/opt/a b", "-P", script, DESTDIR=str(self.folder))
         package = next((self.folder / "opt" / "a b" / "lib").glob("python3*/dist-packages/quiverleaf"))
         cache = (BUILD / "CMakeCache.txt").read_text("utf-8")
