@@ -14,7 +14,7 @@
 namespace nimbo::detail {
 class PDFEngine;
 struct PDFInput;
-}  // namespace detail
+}  // namespace nimbo::detail
 
 namespace NIMBO_PUBLIC nimbo {
 
