@@ -10,8 +10,8 @@ import unittest
 
 COMMAND = os.environ["QUIVERLEAF_COMMAND"]
 TOP = pathlib.Path(__file__).resolve().parents[2]
-BASH_COMPLETION = TOP / "packaging" / "completion" / "quiverleaf.bash"
-ZSH_COMPLETION = TOP / "packaging" / "completion" / "_quiverleaf"
+BASH_COMPLETION = TOP / "packaging" / "programs" / "completion" / "quiverleaf.bash"
+ZSH_COMPLETION = TOP / "packaging" / "programs" / "completion" / "_quiverleaf"
 MANUAL = TOP / "docs" / "man" / "quiverleaf.1"
 
 
