@@ -23,7 +23,8 @@ def public_headers(library):
 class ExportsTest(unittest.TestCase):
     def test_every_name_is_declared_in_a_public_header(self):
         for library, least in {"text": 700, "media": 30, "client": 20}.items():
-            headers = public_headers(library)
+            # The others show copies of what templates of nimbo-text become in them.
+            headers = {*public_headers(library), *public_headers("text")}
             words = {word for header in headers for word in re.findall(r"\w+", (TOP / header).read_text("utf-8"))}
             mangled, names = (
                 run("nm", "--dynamic", "--defined-only", "--format=just-symbols", *options, LIBRARIES[library]).splitlines()
