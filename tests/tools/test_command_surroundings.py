@@ -110,14 +110,17 @@ class PlacesTest(CommandTestCase):
             self.assertEqual(self.run_command("stop", environment=environment).returncode, 0)
 
     def test_the_helper_is_found_from_the_command(self):
-        programs = self.folder / "bin"
+        programs, libraries = self.folder / "bin", self.folder / "lib"
         programs.mkdir()
+        libraries.mkdir()
         shutil.copy(COMMAND, programs)
+        for library in ("client", "text"):
+            shutil.copy(next(REAL_HELPER.parents[2].rglob(f"libnimbo-{library}.so.2")), libraries)
         found = self.folder / "libexec" / "quiverleaf" / "quiverleaf-helper"
         cache = (REAL_HELPER.parents[2] / "CMakeCache.txt").read_text("utf-8")
         prefix, libexec = (re.search(rf"^CMAKE_INSTALL_{key}:\w+=(.*)$", cache, re.M)[1] for key in ("PREFIX", "LIBEXECDIR"))
         installed = pathlib.Path(prefix, libexec, "quiverleaf", "quiverleaf-helper")
-        environment = {**self.environment, "PATH": "/none", "LD_LIBRARY_PATH": str(REAL_HELPER.parents[2] / "lib")}
+        environment = {**self.environment, "PATH": "/none", "LD_LIBRARY_PATH": str(libraries)}
 
         def ping():
             return subprocess.run([programs / "quiverleaf", "ping"], env=environment, capture_output=True, text=True, check=False)
