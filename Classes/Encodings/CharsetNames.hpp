@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// What the names of character sets mean, however they are written:
+//
+//     charset2CFStringEncoding(u"latin1"_ns);           // kCFStringEncodingISOLatin1
+//     charset2NSStringEncoding(u"'Shift-JIS' "_ns);     // NSShiftJISStringEncoding
+//     charset2CFStringEncoding(u"no such name"_ns);     // kCFStringEncodingInvalidId
 #pragma once
 
 #include <string_view>

@@ -31,6 +31,10 @@ struct DecodedMarkup {
 ///
 /// UTF-8 may be damaged: what is not valid becomes U+FFFD, if more characters beyond ASCII are whole than not.
 /// Nil when there are no bytes, or no encoding fits.
+///
+///     const NSStringEncoding supplied = headerEncoding(contentType);
+///     const DecodedMarkup page = decodeMarkup(body, supplied, NSWindowsCP1252StringEncoding);
+///     if (page.string) index(page.string);
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStringEncoding defaultEncoding);
 
 }  // namespace nimbo

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The encodings of pages and feeds:
+//
+//     const NSString page = stringWithMarkupContentsOfFile(path, NSWindowsCP1252StringEncoding);
+//     const NSString charset = markupCharset(page);
+//     const NSData bytes = markupData(page);  // In that character set again.
 #pragma once
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
@@ -8,8 +14,9 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace XmlExtensions {
 
-/// The encoding of a character set's name: `charset2CFStringEncoding` and `charset2NSStringEncoding`.
+/// The encoding of a character set's name, as `charset2CFStringEncoding` finds it.
 CFStringEncoding CFEncodingFromName(const NSString &name);
+/// The encoding of a character set's name, as `charset2NSStringEncoding` finds it.
 NSStringEncoding NSEncodingFromName(const NSString &name);
 
 /// The name of the character set that a page declares for itself, in an XML declaration or a meta tag in front
@@ -17,21 +24,23 @@ NSStringEncoding NSEncodingFromName(const NSString &name);
 NSString markupCharset(const NSString &markup);
 /// The encoding of `markupCharset`; `kCFStringEncodingInvalidId` when there is none, or no available one.
 NSStringEncoding markupEncoding(const NSString &markup);
-/// The same for the character set in a content type: "text/html; charset=utf-8".
+/// The encoding of the character set in a content type, "text/html; charset=utf-8";
+/// `kCFStringEncodingInvalidId` when it names none, or no available one.
 NSStringEncoding headerEncoding(const NSString &contentType);
 
-/// The text of a page's or feed's bytes: `decodeMarkup` says how the encoding is found. `encodingName` is the
+/// The text of a page's or feed's bytes; `decodeMarkup` says how the encoding is found. `encodingName` is the
 /// name that came with the bytes, nil or unknown when none did. `URL` says where they came from and changes
 /// nothing. Nil when there are no bytes or no encoding fits.
 NSString stringWithMarkupData(const NSData &data, const NSString &encodingName,
                               NSStringEncoding defaultEncoding, const NSString &URL);
-/// The name is that in a content type.
+/// The text of the bytes that came with a content type, which may name their encoding.
 NSString stringWithMarkupData(const NSData &data, const NSString &contentType,
                               NSStringEncoding defaultEncoding);
+/// The text of bytes that came without a name of their encoding.
 NSString stringWithMarkupData(const NSData &data, NSStringEncoding defaultEncoding);
 
-/// The same for a file. A binary property list is not markup but may hold some: the answer is its string when
-/// it is one, or the text of the page when it is a web archive, else nil. Nil also when the file cannot be
+/// The text of a file's bytes. A binary property list is not markup but may hold some: the answer is its string
+/// when it is one, or the text of the page when it is a web archive, else nil. Nil also when the file cannot be
 /// read.
 NSString stringWithMarkupContentsOfFile(const NSString &path, NSStringEncoding defaultEncoding);
 

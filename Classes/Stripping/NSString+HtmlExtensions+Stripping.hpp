@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Markup with some of it taken out:
+//
+//     const NSString words = stripTags(u"<p>Hello <b>you</b>"_ns);
+//     const NSString plain = stripAttributesOfTag(page, "P");
+//     const NSString rest = stripTagBodies(page, {u"<nav"_ns, u"<footer"_ns});
 #pragma once
 
 #include <vector>
@@ -8,8 +14,8 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace HtmlExtensions {
 
-// Markup with some of it taken out; nil for nil. When there is no memory for the result, the string itself, or
-// nil from `stripTagBodiesExcept`.
+// Each answers nil for nil. When there is no memory for the result it answers the string itself, but
+// `stripTagBodiesExcept` nil.
 
 /// The text runs alone, each behind a space unless the text in front of it ends in white space; the first too.
 /// Entities stay. A new string in any case.
@@ -19,22 +25,22 @@ NSString stripTags(const NSString &string);
 /// such tag, and when the name is null or empty.
 NSString stripTag(const NSString &string, const char *name);
 
-/// As above, but the tags lose only their attributes: what is left is written as "<NAME>", "</NAME>" or, where
-/// the tag has a link or a source, "<NAME HREF="...">" or "<NAME SRC="...">". An empty-element tag without
-/// either goes.
+/// As `stripTag`, but the tags lose only their attributes: what is left is written as "<NAME>", "</NAME>" or,
+/// where the tag has a link or a source, "<NAME HREF="...">" or "<NAME SRC="...">". An empty-element tag
+/// without either goes.
 NSString stripAttributesOfTag(const NSString &string, const char *name);
 
-/// Without the elements whose start tags begin with one of the names, and all that is in them. Names are given
-/// with their "<", as "<div"; case does not count, and empty names do not either. An element that never ends
-/// reaches to the end of the string, and so does, unless a later "<script/>" ends it, a "script" or "style"
-/// element. The string itself when it or `names` is empty.
+/// Without the elements whose start tags begin with one of the names, and without all that is in them. Names
+/// are given with their "<", as "<div"; case does not count, and empty names do not either. An element that
+/// never ends reaches to the end of the string, and so does, unless a later "<script/>" ends it, a "script" or
+/// "style" element. The string itself when it or `names` is empty.
 NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names);
 
-/// Only those elements, a line feed behind each; nil when there is none, and when the string or `names` is
-/// empty.
+/// Only the elements that `stripTagBodies` takes out, a line feed behind each; nil when there is none, and when
+/// the string or `names` is empty.
 NSString stripTagBodiesExcept(const NSString &string, const std::vector<NSString> &names);
 
-/// One or the other.
+/// With `except` as `stripTagBodiesExcept`, else as `stripTagBodies` of two parameters.
 NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, bool except);
 
 /// Without embedded objects, as `StripObjectsHandler` tells, their "ALT" or "TITLE" text in their place. The

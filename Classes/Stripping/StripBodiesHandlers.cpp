@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "Classes/Markup/TagHandlers.hpp"
-#include "Classes/Stripping/WhiteSpaceJoining.hpp"
 
 namespace nimbo {
 

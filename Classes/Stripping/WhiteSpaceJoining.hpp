@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
-#include <string_view>
-
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 

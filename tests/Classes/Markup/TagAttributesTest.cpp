@@ -11,6 +11,7 @@
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/id.hpp"
+#include "tests/support/AllocationCount.hpp"
 #include "tests/support/ExactBuffer.hpp"
 #include "tests/support/StringSamples.hpp"
 
@@ -59,6 +60,21 @@ TEST(TagAttributes, AreReadFromTags) {
     expectValue(test, attributeOfTagCharacters(tag.data(), lengthOf(text), test.name));
     expectValue(test, attributeOfTagWithName(exactString(text), NSString::stringWithUTF8String(test.name)));
   }
+}
+
+TEST(TagAttributes, AreViewsThatTakeNoMemory) {
+  constexpr std::u16string_view kTag =
+      u"<option value=\"a\" SELECTED class = x disabled='' href='c' data-multiple>";
+  const std::size_t before = allocationCount();
+  const std::u16string_view value = attributeOfTag(kTag, "VALUE");
+  const bool hasValue = hasAttribute(kTag, "selected") && hasAttribute(kTag, "disabled");
+  const bool hasOther =
+      hasAttribute(kTag, "multiple") || hasAttribute(kTag, "option") || hasAttribute(kTag, "x");
+  EXPECT_EQ(allocationCount(), before);
+  EXPECT_EQ(value.data(), kTag.data() + kTag.find(u'a'));
+  EXPECT_EQ(value, u"a");
+  EXPECT_TRUE(hasValue);
+  EXPECT_FALSE(hasOther);
 }
 
 TEST(TagAttributes, TolerantContentsMayHoldTags) {
