@@ -2,6 +2,7 @@
 #include "helper/PDFDocument+Conversion.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
@@ -26,7 +27,7 @@ NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double time
   if (pages == 0) return {};
   const Deadline deadline = timeoutSeconds > 0 ? Deadline::after(timeoutSeconds) : Deadline::never();
   NSMutableString text;
-  text.reserve(std::min(pages, kMaximumPagesWithRoom) * kUnitsPerPage);
+  text.reserve(std::size_t{std::min(pages, kMaximumPagesWithRoom)} * kUnitsPerPage);
   const auto append = [&text](const NSString &page) {
     NSMutableString cleaned(page);
     fixAndNormalizeString(cleaned);

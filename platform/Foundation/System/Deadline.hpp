@@ -46,6 +46,8 @@ class Deadline {
   /// The moment on the clock, which the system calls CLOCK_MONOTONIC.
   constexpr Clock::time_point moment() const noexcept { return moment_; }
 
+  // The analyzer takes the zero that the comparison is made with for a pointer.
+  // NOLINTNEXTLINE(modernize-use-nullptr)
   friend constexpr auto operator<=>(const Deadline &, const Deadline &) noexcept = default;
 
  private:
