@@ -97,6 +97,8 @@ class SharedPointer {
   requires(!std::same_as<Derived, T> && std::derived_from<Derived, T>)
       SharedPointer(SharedPointer<Derived> other)
   noexcept : object_(std::exchange(other.object_, nullptr)) { static_assert(std::has_virtual_destructor_v<T>); }
+  // The copy is made before anything goes.
+  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
   SharedPointer &operator=(const SharedPointer &other) noexcept {
     SharedPointer(other).swap(*this);
     return *this;
