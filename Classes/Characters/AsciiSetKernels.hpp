@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Vector loops that look for the units of a set, in the best form that the processor has.
+// Vector loops that look for the units of a set, in the best form that the processor has. Any thread may call
+// them.
+//
+//     constexpr auto kMarks = detail::AsciiSet::of([](unichar c) { return c == u'/' || c == u'?'; });
+//     const std::size_t first = detail::findOneOfAsciiSet(u"a/b?c", 5, kMarks);
+//     const std::size_t marks = detail::countOneOfAsciiSet(u"a/b?c", 5, kMarks);
 #pragma once
 
 #include <array>
@@ -16,8 +21,11 @@ namespace detail {
 struct AsciiSet {
   /// The bit `c >> 4` of row `c & 15` says whether `c` is in the set.
   alignas(16) std::array<std::uint8_t, 16> rows{};
+  /// Whether all units from 128 on are in the set.
   bool hasOthers = false;
 
+  /// The set of the units below 128 for which `isMember(unichar)` holds, and of all others when `hasOthers` is
+  /// set.
   template <class Predicate>
   static constexpr AsciiSet of(Predicate isMember, bool hasOthers = false) {
     AsciiSet set;
@@ -27,11 +35,13 @@ struct AsciiSet {
     return set;
   }
 
+  /// Whether the unit is in the set.
   constexpr bool contains(unichar c) const { return c < 128 ? rows[c & 15] >> (c >> 4) & 1 : hasOthers; }
 };
 
 /// The index of the first unit of the set; `length` when there is none.
 std::size_t findOneOfAsciiSet(const unichar *units, std::size_t length, const AsciiSet &set);
+/// How many of the units are in the set.
 std::size_t countOneOfAsciiSet(const unichar *units, std::size_t length, const AsciiSet &set);
 
 }  // namespace detail

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Tables that fold code units, and lookups in them:
+//
+//     const unichar *const upper = initUpperCharsTable();
+//     for (unichar &c : units) c = upper[c];
+//     umlautsToAscii(u'é');  // u'e'
+//     toAscii(u'☃');  // u' '
 #pragma once
 
 #include <atomic>
@@ -10,24 +17,36 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A table has one entry for each code unit, with the unit that it folds to; U+FFFF and surrogates fold to
-/// themselves. Tables are made on first use, from any thread, and live as long as the process.
+/// themselves. Tables are made of ICU's data on first use, from any thread, and live as long as the process;
+/// nobody frees them. A lookup makes its table when it is not there: a loop over many units does better with
+/// the table's pointer.
 inline constexpr std::uint32_t kCharsTableEntries = 0x10000;
 
 namespace detail {
 
-// Null until the table is made.
+/// The table of `initUmlautsCharsTable`; null until it is made.
 extern std::atomic<const unichar *> umlautsCharsTable;
+/// The table of `initUpperCharsTable`; null until it is made.
 extern std::atomic<const unichar *> upperCharsTable;
+/// The table of `initLowerCharsTable`; null until it is made.
 extern std::atomic<const unichar *> lowerCharsTable;
+/// The table of `initUpperUmlautsCharsTable`; null until it is made.
 extern std::atomic<const unichar *> upperUmlautsCharsTable;
+/// The table of `initLowerUmlautsCharsTable`; null until it is made.
 extern std::atomic<const unichar *> lowerUmlautsCharsTable;
 
+/// Makes the table of `initUmlautsCharsTable`, once for all threads.
 const unichar *makeUmlautsCharsTable();
+/// Makes the table of `initUpperCharsTable`, once for all threads.
 const unichar *makeUpperCharsTable();
+/// Makes the table of `initLowerCharsTable`, once for all threads.
 const unichar *makeLowerCharsTable();
+/// Makes the table of `initUpperUmlautsCharsTable`, once for all threads.
 const unichar *makeUpperUmlautsCharsTable();
+/// Makes the table of `initLowerUmlautsCharsTable`, once for all threads.
 const unichar *makeLowerUmlautsCharsTable();
 
+/// The table, made first when it is not there.
 inline const unichar *charsTable(const std::atomic<const unichar *> &table, const unichar *(*make)()) {
   const unichar *const made = table.load(std::memory_order_acquire);
   return made ? made : make();
@@ -35,59 +54,58 @@ inline const unichar *charsTable(const std::atomic<const unichar *> &table, cons
 
 }  // namespace detail
 
-/// Letters and marks without their diacritics, as far as one unit is left of them.
+/// The table of letters and marks without their diacritics, as far as one unit is left of them.
 inline const unichar *initUmlautsCharsTable() {
   return detail::charsTable(detail::umlautsCharsTable, detail::makeUmlautsCharsTable);
 }
 
-/// Lowercase letters (Ll) in upper case, where that is one unit.
+/// The table of lowercase letters (Ll) in upper case, where that is one unit.
 inline const unichar *initUpperCharsTable() {
   return detail::charsTable(detail::upperCharsTable, detail::makeUpperCharsTable);
 }
 
-/// Uppercase letters (Lu) in lower case, where that is one unit. The titlecase letters, although the platform
-/// counts them as uppercase, stay themselves.
+/// The table of uppercase letters (Lu) in lower case, where that is one unit. The titlecase letters, although
+/// the platform counts them as uppercase, stay themselves.
 inline const unichar *initLowerCharsTable() {
   return detail::charsTable(detail::lowerCharsTable, detail::makeLowerCharsTable);
 }
 
-/// First without diacritics, then in upper case.
+/// The table that takes diacritics away, then folds to upper case.
 inline const unichar *initUpperUmlautsCharsTable() {
   return detail::charsTable(detail::upperUmlautsCharsTable, detail::makeUpperUmlautsCharsTable);
 }
 
-/// First without diacritics, then in lower case.
+/// The table that takes diacritics away, then folds to lower case.
 inline const unichar *initLowerUmlautsCharsTable() {
   return detail::charsTable(detail::lowerUmlautsCharsTable, detail::makeLowerUmlautsCharsTable);
 }
 
-// The lookups below make their table when it is not there. A loop over many units does better with the table's
-// pointer.
-
+/// The unit in upper case (`initUpperCharsTable`).
 inline unichar toUpper(unichar c) {
   return initUpperCharsTable()[c];
 }
 
+/// The unit in lower case (`initLowerCharsTable`).
 inline unichar toLower(unichar c) {
   return initLowerCharsTable()[c];
 }
 
-/// Without diacritics; despite the name, not only ASCII.
+/// The unit without diacritics; despite the name, not only ASCII.
 inline unichar umlautsToAscii(unichar c) {
   return initUmlautsCharsTable()[c];
 }
 
-/// Without diacritics in upper case; not only ASCII.
+/// The unit without diacritics in upper case; not only ASCII.
 inline unichar umlautsToUpperAscii(unichar c) {
   return initUpperUmlautsCharsTable()[c];
 }
 
-/// Without diacritics in lower case; not only ASCII.
+/// The unit without diacritics in lower case; not only ASCII.
 inline unichar umlautsToLowerAscii(unichar c) {
   return initLowerUmlautsCharsTable()[c];
 }
 
-/// Without diacritics; a space when that is not ASCII.
+/// The unit without diacritics; a space when that is not ASCII.
 inline unichar toAscii(unichar c) {
   const unichar u = umlautsToAscii(c);
   return u < 128 ? u : u' ';

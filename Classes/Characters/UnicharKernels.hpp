@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The vector loops behind FastSearches and UnicharSearches, in the best form that the processor has. They know
-// nothing of tables: "equal after folding" comes here as a choice of units.
+// nothing of tables: "equal after folding" comes here as a choice of units. Any thread may call them.
+//
+//     const detail::UnicharChoice slash = detail::UnicharChoice::only(u'/');
+//     const std::size_t first = detail::findOneOfChoice(u"a/b/c", 5, slash);
+//     const std::size_t last = detail::findLastOneOfChoice(u"a/b/c", 5, slash);
 #pragma once
 
 #include <array>
@@ -21,6 +25,7 @@ struct UnicharChoice {
   std::uint32_t count = 0;
   std::array<unichar, kMaxCount> units{};
 
+  /// The choice of one unit.
   static UnicharChoice only(unichar c) { return {1, {c, c, c, c}}; }
 
   /// The bits in which the first two differ.
@@ -29,12 +34,16 @@ struct UnicharChoice {
   bool isSimple() const { return count == 1 || (count == 2 && std::has_single_bit(unsigned{difference()})); }
 };
 
-/// The index of the first and of the last unit of the choice, which is not empty; `length` when there is none.
+/// The index of the first unit of the choice, which is not empty; `length` when there is none.
 std::size_t findOneOfChoice(const unichar *units, std::size_t length, const UnicharChoice &choice);
+/// The index of the last unit of the choice, which is not empty; `length` when there is none.
 std::size_t findLastOneOfChoice(const unichar *units, std::size_t length, const UnicharChoice &choice);
+/// How many units are of the choice, which is not empty.
 std::size_t countOneOfChoice(const unichar *units, std::size_t length, const UnicharChoice &choice);
+/// Counts two units in one pass.
 void countTwoUnichars(const unichar *units, std::size_t length, unichar first, unichar second,
                       std::size_t *firstCount, std::size_t *secondCount);
+/// Whether all units are below 128; true for none.
 bool areAllUnicharsAscii(const unichar *units, std::size_t length);
 
 /// Two units of a run that is searched for: the second stands `distance` units behind the first.

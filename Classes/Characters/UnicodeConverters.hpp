@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Conversions between UTF-16 and bytes:
+//
+//     unichar units[16];
+//     std::uint32_t count = 0;
+//     convertEncodingToUnicode("caf\xe9", 4, kCFStringEncodingISOLatin1, units, 16, &count);  // 1, and 4 units
 #pragma once
 
 #include <cstdint>
@@ -8,18 +14,20 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// UTF-16 in the order of this machine, and UTF-8; set by `initUnicodeConverters`.
+/// UTF-16 in the order of this machine; set by `initUnicodeConverters`.
 extern CFStringEncoding ucs2Encoding;
+/// UTF-8; set by `initUnicodeConverters`.
 extern CFStringEncoding utf8Encoding;
 
 /// Makes the two shared converters, once. They live as long as the process.
 void initUnicodeConverters();
 
-/// Convert with the shared converters; not from two threads at once. The answer is the converter's status, 0
+/// Converts with the shared converter; not from two threads at once. The answer is the converter's status, 0
 /// when everything is converted, `kTECCorruptConverterErr` when `initUnicodeConverters` has not run; the length
 /// of the output is not told. A run of length 0 may be null.
 OSStatus convertUnicodeToUTF8(const unichar *units, std::uint32_t count, char *out,
                               std::uint32_t outCapacityBytes);
+/// Converts the other way, as `convertUnicodeToUTF8` does.
 OSStatus convertUTF8ToUnicode(const char *bytes, std::uint32_t byteCount, unichar *out,
                               std::uint32_t outCapacityUnits);
 

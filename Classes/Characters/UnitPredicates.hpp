@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Predicates and maps of code units, for algorithms. Any thread may use them.
+//
+//     isLineBreak(u'\n');  // true
+//     lengthOfLineBreak(u"a\r\nb", 1);  // 2
+//     const bool isBlank = std::all_of(units.begin(), units.end(), isSpace(false));
 #pragma once
 
 #include "Classes/Characters/CharacterSetRep.hpp"
@@ -19,32 +25,34 @@ constexpr std::uint32_t lengthOfLineBreak(std::u16string_view units, std::size_t
   return units[at] == u'\r' && at + 1 < units.size() && units[at + 1] == u'\n' ? 2 : 1;
 }
 
-/// A predicate: membership in a set, which must not be null.
+/// A predicate that tells whether a unit is in a set, which it borrows and which must not be null.
 struct IsPartOfSet {
   const CharacterSetRep *set;
   bool operator()(unichar c) const noexcept { return set->contains(c); }
 };
 
+/// The predicate of the white set.
 inline IsPartOfSet isWhite() {
   return {whiteCharacterSetRep()};
 }
 
+/// The predicate of the digit set.
 inline IsPartOfSet isDigit() {
   return {digitCharacterSetRep()};
 }
 
-/// The white set when line breaks count too, else the space set.
+/// The predicate of the white set when line breaks count too, else the space set.
 inline IsPartOfSet isSpace(Flag andFeeds) {
   return {andFeeds ? whiteCharacterSetRep() : spaceCharacterSetRep()};
 }
 
-/// A predicate: whether a unit is one of those of a string, which it borrows.
+/// A predicate that tells whether a unit is one of those of a string, which it borrows.
 struct IsUnitOf {
   std::u16string_view units;
   bool operator()(unichar c) const noexcept { return units.find(c) != units.npos; }
 };
 
-/// Comparisons that take about as long as making a set.
+/// So many comparisons take about as long as making a set.
 inline constexpr std::uint64_t kComparisonsOfSet = 512;
 
 /// The answer of `function(predicate)`, where the predicate tells in the fastest way whether one of `length`
@@ -57,13 +65,13 @@ auto withUnitsOf(std::u16string_view units, std::uint32_t length, Function funct
   return function(IsPartOfSet{&set});
 }
 
-/// A predicate: one unit.
+/// A predicate that holds for one unit.
 struct IsUnit {
   unichar unit;
   constexpr bool operator()(unichar c) const noexcept { return c == unit; }
 };
 
-/// A map of units by a table of `CharacterTables.hpp`, which it borrows.
+/// A map that folds units by a table of `CharacterTables.hpp`, which it borrows.
 struct EntryOf {
   const unichar *table;
   unichar operator()(unichar c) const noexcept { return table[c]; }
