@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Whether bytes are ASCII. Any thread may ask.
+//
+//     const NSData data = NSData::dataWithContentsOfFile(path);
+//     const bool isText = isAsciiString(data);
+//     if (isText) return text(data);
 #pragma once
 
 #include "platform/Foundation/NSData.hpp"

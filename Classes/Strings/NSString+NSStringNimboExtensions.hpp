@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Functions on strings. None changes its argument; all but `setDefaultEncoding` may be called from any thread.
+//
+//     const NSString name = stringByTrimmingWhiteSpaces(u" Zoë \n"_ns);  // "Zoë"
+//     const NSString key = lowercaseNonUmlautedString(name);  // "zoe"
+//     const bool isFound = hasPrefixNoCase(name, u"zO"_ns);  // true
 #pragma once
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Case.hpp"

@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Orders of strings, for sorting: how the string stands to another one. Each is a total order (of the
+// foldings, where cases are folded); nil counts as empty. Any thread may compare.
+//
+//     sortAscending(u"a"_ns, u"B"_ns);  // NSOrderedDescending
+//     sortCaseInsensitiveAscending(u"a"_ns, u"B"_ns);  // NSOrderedAscending
+//     const auto isBefore = [](auto &a, auto &b) { return comparePaths(a, b) == NSOrderedAscending; };
+//     std::sort(paths.begin(), paths.end(), isBefore);
 #pragma once
 
 #include "platform/Foundation/NSComparisonResult.hpp"
@@ -7,24 +15,26 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace Sorting {
 
-// How the string stands to another one. Each is an order (of the foldings, where cases are folded); nil counts
-// as empty. "Descending" is the reverse. "CaseInsensitive" compares by `upperCharsTable`, unit by unit.
-
-/// By the units as they are.
+/// Compares the units as they are.
 NSComparisonResult sortAscending(const NSString &string, const NSString &other);
+/// Compares as `sortAscending`, in reverse.
 NSComparisonResult sortDescending(const NSString &string, const NSString &other);
+/// Compares the units' entries in `upperCharsTable`.
 NSComparisonResult sortCaseInsensitiveAscending(const NSString &string, const NSString &other);
+/// Compares as `sortCaseInsensitiveAscending`, in reverse.
 NSComparisonResult sortCaseInsensitiveDescending(const NSString &string, const NSString &other);
-/// As `localizedCaseInsensitiveCompare`.
+/// Compares as `localizedCaseInsensitiveCompare`.
 NSComparisonResult sortLocalizedCaseInsensitiveAscending(const NSString &string, const NSString &other);
+/// Compares as `sortLocalizedCaseInsensitiveAscending`, in reverse.
 NSComparisonResult sortLocalizedCaseInsensitiveDescending(const NSString &string, const NSString &other);
 
-/// The shorter, the longer one first; those of one length in case-insensitive order, ascending in both.
+/// Puts the shorter one first; those of one length as `sortCaseInsensitiveAscending`.
 NSComparisonResult sortAscendingByLength(const NSString &string, const NSString &other);
+/// Puts the longer one first; those of one length as `sortCaseInsensitiveAscending`, too.
 NSComparisonResult sortDescendingByLength(const NSString &string, const NSString &other);
 
-/// The path of fewer components (`pathComponents`) first, else by the first two components that differ without
-/// regard to case.
+/// Puts the path of fewer components (`pathComponents`) first; those of as many by the first two components
+/// that differ in `sortCaseInsensitiveAscending`.
 NSComparisonResult comparePaths(const NSString &path, const NSString &other);
 
 }  // namespace Sorting

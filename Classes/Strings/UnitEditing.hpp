@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Edits by functions of code units. Each kind of edit stands here once: a worker on a mutable string, and
+// beside it the form for an immutable one, which answers the string itself when the edit changes nothing.
+//
+//     stringByRemovingUnits(u"1,000,000"_ns, [](unichar c) { return c == u','; });  // "1000000"
+//     stringByMappingUnits(u"a/b"_ns, [](unichar c) { return c == u'/' ? u':' : c; });  // "a:b"
+//     stringByTrimmingUnits(u"--x-"_ns, [](unichar c) { return c == u'-'; }, Ends::kLeft);  // "x-"
 #pragma once
 
 #include <algorithm>
@@ -8,10 +15,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-// Each kind of edit stands here once: a worker on a mutable string, and beside it the form for an immutable
-// one, which answers the string itself when the edit changes nothing.
-
-/// Edits a copy by `edit(NSMutableString &)`.
+/// What `edit(NSMutableString &)` makes of a copy.
 template <class Edit>
 NSString stringByEditing(const NSString &string, Edit edit) {
   if (string.length() == 0) return string;
@@ -20,13 +24,14 @@ NSString stringByEditing(const NSString &string, Edit edit) {
   return copy.view() == string.view() ? string : std::move(copy).string();
 }
 
-/// Maps each unit by `map(unichar)`.
+/// Replaces each unit by `map(unichar)`.
 template <class Map>
 void mapUnits(NSMutableString &string, Map map) {
   unichar *const units = string.mutableCharacters();
   std::transform(units, units + string.length(), units, map);
 }
 
+/// The string with each unit replaced by `map(unichar)`.
 template <class Map>
 NSString stringByMappingUnits(const NSString &string, Map map) {
   const std::u16string_view units = string.view();
@@ -45,6 +50,7 @@ void removeUnits(NSMutableString &string, Predicate isRemoved) {
   string.setLength(static_cast<std::uint32_t>(end - units));
 }
 
+/// The string without the units for which `isRemoved(unichar)` holds.
 template <class Predicate>
 NSString stringByRemovingUnits(const NSString &string, Predicate isRemoved) {
   const std::u16string_view units = string.view();
@@ -71,11 +77,13 @@ NSRange trimmedRange(std::u16string_view units, NSRange range, Predicate isTrimm
   return {start, end - start};
 }
 
+/// The string without the units at its ends for which `isTrimmed(unichar)` holds.
 template <class Predicate>
 NSString stringByTrimmingUnits(const NSString &string, Predicate isTrimmed, Ends ends = Ends::kBoth) {
   return string.substringWithRange(trimmedRange(string.view(), {0, string.length()}, isTrimmed, ends));
 }
 
+/// Removes the units at the ends for which `isTrimmed(unichar)` holds.
 template <class Predicate>
 void trimUnits(NSMutableString &string, Predicate isTrimmed, Ends ends = Ends::kBoth) {
   const NSRange kept = trimmedRange(string.view(), {0, string.length()}, isTrimmed, ends);

@@ -10,7 +10,7 @@ namespace nimbo {
 bool replaceOccurrences(std::u16string_view units, const NSString &replaced, const NSString &withString,
                         bool caseSensitive, NSMutableString &result);
 
-/// A predicate: which units are replaced when `character` is.
+/// A predicate that tells which units are replaced when `character` is: none when it is replaced by itself.
 class IsReplaced {
  public:
   IsReplaced(unichar character, unichar withCharacter, bool caseSensitive);

@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Appending and inserting, and tabs:
+//
+//     NSMutableString line(u"a"_ns);
+//     appendCharacter(line, u'\t');
+//     appendSubstring(line, u"abc"_ns, {1, 1});
+//     decodeTabs(line, 4);
+//     line.view();  // "a   b"
 #pragma once
 
 #include "platform/Foundation/NSMutableString.hpp"
@@ -6,27 +14,30 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
+/// Appends one unit.
 void appendCharacter(NSMutableString &string, unichar character);
-/// `characters` may point into the string.
+/// Appends units; `characters` may point into the string.
 void appendCharacters(NSMutableString &string, const unichar *characters, std::uint32_t length);
-/// `range` is cut to the bounds of `appended`.
+/// Appends the part of `appended` at `range`, which is cut to the bounds of `appended`.
 void appendSubstring(NSMutableString &string, const NSString &appended, NSRange range);
-/// Changes nothing when the index is above the length.
+/// Inserts one unit in front of the one at the index; changes nothing when the index is above the length.
 void insertCharacter(NSMutableString &string, unichar character, std::uint32_t atIndex);
 
-/// The widest tab that the two functions below know.
+/// The widest tab that `encodeTabs` and `decodeTabs` know.
 inline constexpr std::uint32_t kMaximumTabWidth = 256;
 
-/// Tab stops stand every `width` units, counted from the last line break. Encoding puts a tab for spaces
-/// (U+0020) that reach a tab stop, when they are two or more; decoding puts spaces up to the next stop for each
-/// tab, and is the reverse for text that had no tabs. Nothing changes when the width is 0 or above
+/// Replaces spaces (U+0020) that reach a tab stop by a tab, when they are two or more. Tab stops stand every
+/// `width` units, counted from the last line break. Changes nothing when the width is 0 or above
 /// `kMaximumTabWidth`.
 void encodeTabs(NSMutableString &string, std::uint32_t width);
+/// Replaces each tab by spaces up to the next tab stop: undoes `encodeTabs` on text that had no tabs.
 void decodeTabs(NSMutableString &string, std::uint32_t width);
 
-/// A plain string has neither attachments nor links nor attributes: these change nothing.
+/// Changes nothing: a plain string has no attachments.
 void removeAttachments(NSMutableString &string);
+/// Changes nothing: a plain string has no links.
 void removeLinks(NSMutableString &string);
+/// Changes nothing: a plain string has no attributes.
 void removeAttribute(NSMutableString &string, const NSString &name);
 
 }  // namespace NSMutableStringNimboExtensions

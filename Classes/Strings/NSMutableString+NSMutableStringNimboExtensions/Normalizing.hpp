@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Normal forms and case of whole strings. The length may change.
+//
+//     NSMutableString name(u"E\u0301COLE"_ns);
+//     normalizeString(name);
+//     capitalize(name);
+//     name.view();  // "École"
 #pragma once
 
 #include "platform/Foundation/NSStringNormalization.hpp"
@@ -6,19 +13,22 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSMutableStringNimboExtensions {
 
-/// Into NFC, or the form given.
+/// Brings the string into NFC, or the form given.
 void normalizeString(NSMutableString &string, CFStringNormalizationForm form = kCFStringNormalizationFormC);
-/// Into NFC, then into lower case: both, the name notwithstanding.
+/// Brings the string into NFC, then into lower case, the name notwithstanding.
 void normalizeUppercaseString(NSMutableString &string);
+/// Brings the string into NFC, then into lower case.
 void normalizeLowercaseString(NSMutableString &string);
 
 /// Cleans text of unsure origin in place: each unit that is a surrogate (of a pair too) or in the private range
 /// U+F400 to U+F8FF becomes a space; then the string is brought into NFC.
 void fixAndNormalizeString(NSMutableString &string);
 
-/// The platform's mappings of whole characters; the length may change.
+/// Maps whole characters to lower case, as `lowercaseString`.
 void lowercase(NSMutableString &string);
+/// Maps whole characters to upper case, as `uppercaseString`.
 void uppercase(NSMutableString &string);
+/// Writes a capital at the beginning of each word, as `capitalizedString`.
 void capitalize(NSMutableString &string);
 
 }  // namespace NSMutableStringNimboExtensions

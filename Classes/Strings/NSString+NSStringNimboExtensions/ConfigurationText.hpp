@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Text of configuration files: lines of a key and a value.
+//
+//     for (const NSString &line : configLines(u"# limits\npages 10 # at most\n"_ns))
+//       if (const NSString pages = configValueForKey(line, u"Pages"_ns)) return boolValue(pages);
+//     configValueForKey(u"pages 10"_ns, u"PAGES"_ns);  // "10"
 #pragma once
 
 #include <vector>

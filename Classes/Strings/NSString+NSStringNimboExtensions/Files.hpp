@@ -1,4 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Strings read from files and written to them. Writing is atomic when asked for: the file appears whole or
+// stays as it was; a device or a pipe is written to all the same. It answers false, and touches no file, when
+// the encoding lacks a character of the string; false, too, when the file cannot be written. Who reads UTF-8
+// takes a U+FEFF that the string begins with for a byte order mark. Any thread may read and write.
+//
+//     NSStringEncoding encoding;
+//     const NSString text = stringWithContentsOfFile(path, 0, &encoding);
+//     if (text) writeToFile(text, path, true, NSUTF8StringEncoding);
 #pragma once
 
 #include <cstdint>
@@ -16,29 +25,27 @@ inline namespace NSStringNimboExtensions {
 /// when the file cannot be read or is not text in the encoding given; `usedEncoding` may be null.
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding = nullptr);
+/// As `stringWithContentsOfFile`.
 inline NSString initWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                        NSStringEncoding *usedEncoding = nullptr) {
   return stringWithContentsOfFile(path, encoding, usedEncoding);
 }
 
-// Writing. Atomically means that the file appears whole or stays as it was; a device or a pipe is written to
-// all the same. False, and no file is touched, when the encoding lacks a character of the string; false, too,
-// when the file cannot be written. `*usedEncoding`, which may be null, gets the encoding that was tried. Who
-// reads UTF-8 takes a U+FEFF that the string begins with for a byte order mark.
-
+/// Writes in the encoding.
 bool writeToFile(const NSString &string, const NSString &path, Flag atomically, NSStringEncoding encoding);
-/// In `defaultEncoding`.
+/// Writes in `defaultEncoding`; `*usedEncoding`, which may be null, gets the encoding that was tried.
 bool writeToFileUsingDefaultEncoding(const NSString &string, const NSString &path, Flag atomically,
                                      NSStringEncoding *usedEncoding = nullptr);
-/// In the encoding of the fewest bytes.
+/// Writes in the encoding of the fewest bytes; `*usedEncoding`, which may be null, gets it.
 bool writeToFileUsingSmallestEncoding(const NSString &string, const NSString &path, Flag atomically,
                                       NSStringEncoding *usedEncoding = nullptr);
-/// In the encoding that needs the least conversion.
+/// Writes in the encoding that needs the least conversion; `*usedEncoding`, which may be null, gets it.
 bool writeToFileUsingFastestEncoding(const NSString &string, const NSString &path, Flag atomically,
                                      NSStringEncoding *usedEncoding = nullptr);
 
-/// The process's encoding for writing, at first UTF-8. Not guarded: set it before there are other threads.
+/// The process's encoding for writing, at first UTF-8.
 NSStringEncoding defaultEncoding();
+/// Sets the process's encoding for writing. Not guarded: set it before there are other threads.
 void setDefaultEncoding(NSStringEncoding encoding);
 
 }  // namespace NSStringNimboExtensions

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Normal forms. Each function answers the string itself when it is nil or empty, else a copy. Any thread may
+// call them.
+//
+//     normalizedString(u"e\u0301"_ns).length();  // 1
+//     normalizedLowercaseString(u"E\u0301COLE"_ns);  // "école"
+//     fixedAndNormalizedString(u"a\xf400"_ns);  // "a "
 #pragma once
 
 #include "platform/Foundation/NSStringNormalization.hpp"
@@ -6,14 +13,13 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
-// These answer the string itself when it is nil or empty, else a copy.
-
-/// In NFC, or in the form given.
+/// The string in NFC, or in the form given.
 NSString normalizedString(const NSString &string, CFStringNormalizationForm form = kCFStringNormalizationFormC);
-/// In NFC, then in lower case: both, the name notwithstanding.
+/// The string in NFC, then in lower case, the name notwithstanding.
 NSString normalizedUppercaseString(const NSString &string);
+/// The string in NFC, then in lower case.
 NSString normalizedLowercaseString(const NSString &string);
-/// Cleaned as `fixAndNormalizeString` does.
+/// The string cleaned as `fixAndNormalizeString` does.
 NSString fixedAndNormalizedString(const NSString &string);
 
 }  // namespace NSStringNimboExtensions

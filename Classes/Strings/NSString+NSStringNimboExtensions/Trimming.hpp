@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Copies without some units at their ends. The answer is the string itself when nothing is trimmed; nil for
+// nil. Any thread may call these.
+//
+//     stringByTrimmingWhiteSpaces(u" a b\n"_ns);  // "a b"
+//     stringByTrimmingEnclosingCharacter(u"'quoted'"_ns, u'\'');  // "quoted"
+//     trimSpacesInRange(u"a  b  c"_ns, {1, 5}, false);  // {3, 1}
 #pragma once
 
 #include "platform/Foundation/Flag.hpp"
@@ -7,32 +14,37 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringNimboExtensions {
 
-// Answers the string itself when nothing is trimmed; nil for nil.
-
-/// Without the white set, the line breaks, the digit set at both ends.
+/// Trims the units of the white set at both ends.
 NSString stringByTrimmingWhiteSpaces(const NSString &string);
+/// Trims the line breaks at both ends.
 NSString stringByTrimmingFeeds(const NSString &string);
+/// Trims the units of the digit set at both ends.
 NSString stringByTrimmingDigits(const NSString &string);
-/// Without all of this unit at both ends, at the beginning, at the end.
+/// Trims all units `character` at both ends.
 NSString stringByTrimmingCharacter(const NSString &string, unichar character);
+/// Trims all units `character` at the beginning.
 NSString stringByTrimmingPrefixCharacter(const NSString &string, unichar character);
+/// Trims all units `character` at the end.
 NSString stringByTrimmingSuffixCharacter(const NSString &string, unichar character);
-/// Without the first and the last unit, when both are this one and there are two.
+/// Takes the first and the last unit away, when both are `character` and there are two.
 NSString stringByTrimmingEnclosingCharacter(const NSString &string, unichar character);
-/// Without "." and U+2026 at the end.
+/// Trims all "." and U+2026 at the end.
 NSString stringByTrimmingEllipsis(const NSString &string);
 
-/// Without the space set (with line breaks: the white set) at both ends or one.
+/// Trims the units of the space set (`andFeeds`: of the white set) at both ends.
 NSString stringByTrimmingSpacesAndFeeds(const NSString &string, Flag andFeeds);
+/// As `stringByTrimmingSpacesAndFeeds`, at the beginning only.
 NSString stringByTrimmingSpacesOfLeftSideAndFeeds(const NSString &string, Flag andFeeds);
+/// As `stringByTrimmingSpacesAndFeeds`, at the end only.
 NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, Flag andFeeds);
 
-/// The part of `range`, which is cut to the string's bounds, without the space set (with line breaks, and in
-/// the last form: the white set) at both its ends. Where nothing is left, the range is empty and stands at the
-/// end of the given one. A range that begins behind the string, or a nil string, gives NSNotFound and length 0;
-/// the string form gives the empty string.
+/// The text at `trimSpacesInRange`, empty where that is.
 NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, Flag andFeeds);
+/// The part of `range`, which is cut to the string's bounds, without the units of the space set (`andFeeds`:
+/// of the white set) at both its ends. Where nothing is left, the range is empty and stands at the end of the
+/// given one. A range that begins behind the string, or a nil string, gives NSNotFound and length 0.
 NSRange trimSpacesInRange(const NSString &string, NSRange range, Flag andFeeds);
+/// As `trimSpacesInRange` with `andFeeds`.
 NSRange trimWhiteSpacesInRange(const NSString &string, NSRange range);
 
 }  // namespace NSStringNimboExtensions
