@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Keys, classes and delayed requests of objects. Each function is for the thread that the object belongs to.
+//
+//     if (!setSafeValue(object, u"Zoë"_ns, u"name"_ns)) NSLog(u"the object has no name"_ns);
+//     const NSString name = getSafeValueForKey(object, u"name"_ns).string();
+//     if (isKindOfClassFromString(object, u"Document"_ns)) name.length();
 #pragma once
 
 #include "platform/Foundation/NSBundle.hpp"
@@ -17,8 +23,8 @@ id getSafeValueForKey(const NSObject &object, const NSString &key);
 void cancelPreviousPerformRequestsAndPerformSelector(const SharedPointer<NSObject> &object,
                                                      const NSString &selector, const id &argument,
                                                      double delaySeconds);
-/// The run loop has one mode, in which it serves everything, so that all names mean that one. With no mode the
-/// earlier requests are taken back and none is made.
+/// As above. The run loop has one mode, in which it serves everything, so that all names mean that one. With
+/// no mode the earlier requests are taken back and none is made.
 void cancelPreviousPerformRequestsAndPerformSelector(const SharedPointer<NSObject> &object,
                                                      const NSString &selector, const id &argument,
                                                      double delaySeconds, const std::vector<NSString> &inModes);
@@ -28,9 +34,9 @@ bool classDescriptionIsEqualTo(const NSObject &object, const NSString &name);
 /// Whether the class of the object or one above it has this name; false for nil.
 bool isKindOfClassFromString(const NSObject &object, const NSString &name);
 
-/// The bundle that holds the class, or the class of the object: `NSBundle::bundleForAddress` of its
-/// description.
+/// The bundle that holds the class: `NSBundle::bundleForAddress` of its description.
 NSBundle bundle(const ClassDescription &description);
+/// The bundle that holds the class of the object.
 NSBundle bundle(const NSObject &object);
 
 }  // namespace NSObjectNimboExtensions

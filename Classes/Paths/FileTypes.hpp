@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// What files are by their path extensions, from the table Classes/Paths/FileTypes.tsv, which is made at
+// compile time. Any thread may ask.
+//
+//     const FileKinds kinds = kindsOfExtension(u"JPG");
+//     intersects(kinds, FileKinds::image | FileKinds::media);  // true
+//     for (const NSString &extension : extensionsOfKinds(FileKinds::archive)) NSLog(extension);
 #pragma once
 
 #include <cstddef>
@@ -37,20 +44,25 @@ enum class FileKinds : std::uint32_t {
   feed = 1 << 16,
 };
 
+/// The kinds of both sets.
 constexpr FileKinds operator|(FileKinds a, FileKinds b) {
   return static_cast<FileKinds>(static_cast<std::uint32_t>(a) | static_cast<std::uint32_t>(b));
 }
 
+/// The kinds that are in both sets.
 constexpr FileKinds operator&(FileKinds a, FileKinds b) {
   return static_cast<FileKinds>(static_cast<std::uint32_t>(a) & static_cast<std::uint32_t>(b));
 }
 
+/// Whether a kind is in both sets.
 constexpr bool intersects(FileKinds a, FileKinds b) {
   return (a & b) != FileKinds::none;
 }
 
+/// How many units the longest extension of the table has.
 inline constexpr std::size_t kLongestFileTypeExtension = 11;
 
+/// A row of the table.
 struct FileType {
   FileKinds kinds;
   /// ASCII without capitals, at most `kLongestFileTypeExtension`.

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Names for files made of any text, in place:
+//
+//     NSMutableString name(u"Either/Or: notes."_ns);
+//     createFilename(name);
+//     createFileSystemRepresentationAndAppendExtension(name, u"txt"_ns);
+//     name.view();  // "Either-Or- notes.txt"
 #pragma once
 
 #include "platform/Foundation/NSMutableString.hpp"
@@ -23,9 +30,9 @@ void createFilename(NSMutableString &string);
 /// first one is cut, between its code points, when it is longer than a name by itself.
 void createFileSystemRepresentation(NSMutableString &string);
 
-/// The same with a full stop and `extension` at the end: the string is cut to what leaves room for them, then
-/// they are appended unless it ends with them. With a nil or empty extension, and with one that leaves no room
-/// for a name of one byte or that no name can hold, just as above.
+/// As `createFileSystemRepresentation`, with a full stop and `extension` at the end: the string is cut to what
+/// leaves room for them, then they are appended unless it ends with them. With a nil or empty extension, and
+/// with one that leaves no room for a name of one byte or that no name can hold, just as above.
 void createFileSystemRepresentationAndAppendExtension(NSMutableString &string, const NSString &extension);
 
 }  // namespace NSStringNimboPathExtensions

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The user's standard folders. None is created. Those marked as kept are found out on the first call, from any
+// thread, and stay the same as long as the process lives. All but `temporaryDirectory` are nil when the user
+// has no home folder.
+//
+//     const NSString caches = cachesDirectory();
+//     const NSString settings = pathInPreferencesDirectory(u"org.example.plist"_ns);
+//     isTemporaryPath(u"/tmp/a.txt"_ns);  // true
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
-
-// The user's standard folders. None is created. Those marked as kept are found out on the first call, from any
-// thread, and stay the same as long as the process lives. All but `temporaryDirectory` are nil when the user
-// has no home folder.
 
 /// As `NSHomeDirectory`.
 NSString homeDirectory();
@@ -24,12 +28,15 @@ NSString desktopDirectory();
 /// "/tmp", whatever the environment says.
 NSString temporaryDirectory();
 
-// `name` as a component behind the folder; the folder itself when it is nil or empty.
-
+/// `name` as a component behind the home folder; that itself when `name` is nil or empty.
 NSString pathInHomeDirectory(const NSString &name);
+/// As `pathInHomeDirectory`, behind `libraryDirectory`.
 NSString pathInLibraryDirectory(const NSString &name);
+/// As `pathInHomeDirectory`, behind `applicationSupportDirectory`.
 NSString pathInApplicationSupportDirectory(const NSString &name);
+/// As `pathInHomeDirectory`, behind `cachesDirectory`.
 NSString pathInCachesDirectory(const NSString &name);
+/// As `pathInHomeDirectory`, behind `preferencesDirectory`.
 NSString pathInPreferencesDirectory(const NSString &name);
 
 /// Whether the path begins with "/tmp" (as "/tmpfiles" does), with "/var/tmp/" or with the user's own temporary

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Extensions of paths. The functions look at no file but for `pathMatchingExtensions`. Any thread may call
+// them.
+//
+//     validPathExtension(u"/index.php?id=1"_ns);  // "php"
+//     stringByAppendingPathExtensionIfNecessary(u"a.TXT"_ns, u"txt"_ns);  // "a.TXT"
+//     const NSString page = pathMatchingExtensions(path, std::array{u"html"_ns, u"htm"_ns});
 #pragma once
 
 #include <span>
@@ -15,12 +22,12 @@ bool isValidPathExtension(const NSString &string);
 /// all of the alphanumeric set. Else "".
 NSString validPathExtension(const NSString &path);
 
-/// With `extension` instead of the path's own; an empty one takes that away. The path itself when it has
+/// The path with `extension` instead of its own; an empty one takes that away. The path itself when it has
 /// exactly this extension already, and for a nil one.
 NSString stringByReplacingPathExtensionWith(const NSString &path, const NSString &extension);
 
-/// With `extension` behind the whole path. The path itself when it has this extension already, without regard
-/// to case (`isEqualToStringNoCase`), and for a nil or empty one.
+/// The path with `extension` behind all of it. The path itself when it has this extension already, without
+/// regard to case (`isEqualToStringNoCase`), and for a nil or empty one.
 NSString stringByAppendingPathExtensionIfNecessary(const NSString &path, const NSString &extension);
 
 /// The path itself when its extension is one of these, without regard to case. Else the first path, in the
