@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Decoding of character references in buffers. Any thread may decode.
+//
+//     std::u16string units = u"caf&eacute; &#8364;";
+//     units.resize(convertEntities2Characters(units.data(), units.data(), 0, 19, true, false, false));
+//     units == u"café €";  // true
 #pragma once
 
 #include <cstdint>
@@ -23,7 +29,7 @@ std::uint32_t convertEntities2Characters(const unichar *source, unichar *destina
                                          std::uint32_t length, bool standard, bool onlyNumeric,
                                          bool nonUmlauted);
 
-/// The same for nothing but "&quot;", "&amp;", "&lt;" and "&gt;".
+/// Decodes as above nothing but "&quot;", "&amp;", "&lt;" and "&gt;".
 std::uint32_t convertStandardEntities2Characters(const unichar *source, unichar *destination,
                                                  std::uint32_t length);
 

@@ -1,4 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The named entities of HTML, a character of one unit each. The tables are made at compile time; any thread
+// may read them.
+//
+//     const std::int32_t index = indexOfEntityForCharacter(u'é');
+//     entityStrings[index];  // "eacute"
+//     EntityKey key;
+//     for (const char letter : "eacute"sv) key.append(letter);
+//     characterOfEntity(key);  // u'é'
 #pragma once
 
 #include <array>
@@ -9,15 +18,17 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// How many entities there are.
 inline constexpr std::size_t kEntityCount = 246;
 
-/// The named entities, without "&" and ";", and the character of each; a null pointer and a 0 end them. All
-/// tables here are made at compile time.
+/// The names of the entities, without "&" and ";"; a null pointer ends them.
 extern const std::array<const char *, kEntityCount + 1> entityStrings;
+/// The character of each entity; a 0 ends them.
 extern const std::array<unichar, kEntityCount + 1> entityCharacters;
 
-/// The smallest and the largest of `entityCharacters`.
+/// The smallest of `entityCharacters`.
 inline constexpr unichar minUmlChar = 0x00a0;
+/// The largest of `entityCharacters`.
 inline constexpr unichar maxUmlChar = 0x2666;
 
 namespace detail {
@@ -37,7 +48,9 @@ struct EntityKey {
 
   std::uint64_t value = 1;
 
+  /// Adds a letter at the end.
   constexpr void append(std::uint8_t byte) { value = value << 8 | byte; }
+  /// Takes the last letter away.
   constexpr void removeLast() { value >>= 8; }
 };
 

@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Character references in strings. Each function answers the string itself when nothing is converted, and when
+// there is no memory for the result; nil for nil. The decoders leave strings of 3 units or fewer as they are.
+// Any thread may call them.
+//
+//     stringByConvertingEntitiesToCharacters(u"Q&amp;A &#8211; caf&eacute;"_ns);  // "Q&A – café"
+//     stringByConvertingCharactersToStandardEntities(u"a < b"_ns);  // "a &lt; b"
+//     stringByConvertingCharactersToEntities(u"café"_ns);  // "caf&eacute;"
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"
@@ -6,25 +14,23 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace HtmlExtensions {
 
-// Each answers the string itself when nothing is converted, and when there is no memory for the result; nil for
-// nil. The decoders leave strings of 3 units or fewer as they are.
-
 /// Decodes character references by `convertEntities2Characters`. The folding of `nonUmlauted` takes effect only
 /// when at least one reference is decoded.
 NSString stringByConvertingEntitiesToCharacters(const NSString &string, bool standard, bool onlyNumericEntities,
                                                 bool nonUmlauted);
-/// All references.
+/// Decodes all references.
 NSString stringByConvertingEntitiesToCharacters(const NSString &string);
-/// All references, with or without the folding.
+/// Decodes all references, with or without the folding.
 NSString stringByConvertingEntitiesToCharactersNonUmlauted(const NSString &string, bool nonUmlauted);
-/// Only "&quot;", "&amp;", "&lt;" and "&gt;".
+/// Decodes only "&quot;", "&amp;", "&lt;" and "&gt;".
 NSString stringByConvertingStandardEntitiesToCharacters(const NSString &string);
 
-/// "&", the double quote, "<" and ">" as entities.
+/// Writes "&", the double quote, "<" and ">" as entities.
 NSString stringByConvertingCharactersToStandardEntities(const NSString &string);
-/// Units above 127 as numeric references.
+/// Writes units above 127 as numeric references.
 NSString stringByConvertingHighCharactersToEntities(const NSString &string);
-/// Units above 127 as named entities where there is a name, else as numeric references. Markup is not escaped.
+/// Writes units above 127 as named entities where there is a name, else as numeric references. Markup is not
+/// escaped.
 NSString stringByConvertingCharactersToEntities(const NSString &string);
 
 /// Makes the tables that the conversions use, so that the first of them does not have to. May be called from

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Temporary folders of programs. Any thread may ask.
+//
+//     const NSString folder = bundleTemporaryDirectory();
+//     const NSString file = stringByAppendingPathComponent(folder, u"page.html"_ns);
+//     if (folder) writeToFile(page, file, true, NSUTF8StringEncoding);
 #pragma once
 
 #include "platform/Foundation/NSBundle.hpp"
@@ -11,7 +17,7 @@ inline namespace NSBundleNimboExtensions {
 /// without its extension. Where somebody else has that name, the user's number stands behind it, as in
 /// "Name-1000". Nil when the folder cannot be made.
 NSString temporaryDirectory(const NSBundle &bundle);
-/// That of the main bundle.
+/// The folder of the main bundle.
 NSString bundleTemporaryDirectory();
 
 }  // namespace NSBundleNimboExtensions

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Listings of folders. Any thread may list.
+//
+//     for (const NSString &name : directoryContentsAtPath(u"/tmp"_ns, u"html"_ns)) NSLog(name);
+//     const auto pages = directoryContentsAtPath(path, u"html"_ns);
+//     const auto files = directoryContentsAtPath(path, u""_ns);  // Those without an extension.
 #pragma once
 
 #include <vector>

@@ -14,8 +14,9 @@ namespace NIMBO_PUBLIC nimbo {
 struct MetaDataImporterLocations {
   /// Prints, when run with "-L", the installed importers on its standard error.
   NSString importerTool;
-  /// Folders of applications that may bring importers along, and folders of importers: user, local, system.
+  /// Folders of applications that may bring importers along.
   std::vector<NSString> applicationFolders;
+  /// Folders of importers: the user's, the local, the system's.
   std::vector<NSString> importerFolders;
   /// The folder of the importers that come with this program; ranks behind the system's, and is always read.
   NSString shippedImporterFolder;
@@ -27,7 +28,13 @@ struct MetaDataImporterLocations {
   static MetaDataImporterLocations standardLocations();
 };
 
-/// Reads the metadata and the text of files through importer plug-ins, which run in this process.
+/// Reads the metadata and the text of files through importer plug-ins, which run in this process. One thread
+/// uses it at a time.
+///
+///     NSError error;
+///     const NSDictionary facts = MetaDataImporter::sharedImporter().metaDataOfFileAtPath(path, &error);
+///     const NSString title = facts.objectForKey(u"kMDItemTitle"_ns).string();
+///     if (error) NSLog(error.localizedFailureReason);
 class MetaDataImporter {
  public:
   explicit MetaDataImporter(
@@ -44,7 +51,7 @@ class MetaDataImporter {
   /// type, or the importer cannot be loaded. `*error` says why it is nil, empty or, as the importer says, not
   /// whole: `unsupportedType` when there is no importer.
   NSDictionary metaDataOfFileAtPath(const NSString &path, NSError *error = nullptr);
-  /// The attribute "kMDItemTextContent" when it is a string, else nil.
+  /// The attribute "kMDItemTextContent" when it is a string, else nil; `*error` as above.
   NSString textContentOfFileAtPath(const NSString &path, NSError *error = nullptr);
 
   /// Finds the importers and learns their types; the first request for metadata does it.

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// All functions on pages as strings: entities, stripping, URLs. Any thread may call them.
+//
+//     const NSString text = stringByConvertingEntitiesToCharacters(stripTags(u"<p>Q&amp;A</p>"_ns));
+//     text;  // " Q&A"
+//     normalizedStringURL(u" <page.html> "_ns);  // "page.html"
 #pragma once
 
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Percent escapes of URLs. Any thread may call these.
+//
+//     stringByAddingPercentEscapesToURL(u"a b?"_ns, true);  // "a%20b%3f"
+//     std::u16string units = u"%41%20b";
+//     units.resize(convertPercentEscapesOfURL(units.data(), 7, true));
+//     units == u"%41 b";  // true
 #pragma once
 
 #include <cstdint>
@@ -16,8 +23,8 @@ namespace NIMBO_PUBLIC nimbo {
 ///   "@" and "~"; "?" too when the run has no "?" of its own, so that no second query begins.
 std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, Flag standard);
 
-/// The string with units written as escapes, in small digits; always a new string, but for a nil or empty one
-/// and for one that is too long to escape or for which there is no memory, which is answered itself.
+/// Answers the string with units written as escapes, in small digits; always a new string, but for a nil or
+/// empty one and for one that is too long to escape or for which there is no memory, which is answered itself.
 ///
 /// - Not `standard`: escapes all units below 128 but letters and digits, so "%" too.
 /// - `standard`: escapes space, "#", "$", "%", "&", "+", "/", ":", ";", "=", "?" and "@".

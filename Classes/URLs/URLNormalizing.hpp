@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// URLs cleaned unit by unit. Any thread may clean them.
+//
+//     const std::u16string_view link = u" a&amp;b\"";
+//     std::u16string out(kMaxURLGrowth * link.size(), u'\0');
+//     out.resize(normalizeURLUnits(link.data(), 8, false, out.data()));
+//     out == u"a&b";  // true
+//     stringURLWrittenBy(cleanURLUnits, u" a b "_ns);  // "a%20b"
 #pragma once
 
 #include <cstdint>
@@ -8,8 +16,9 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// A unit of a URL may become an escape of 3.
+/// How many units one of a URL becomes at the most: an escape has 3.
 constexpr std::uint32_t kMaxURLGrowth = 3;
+/// How many units a URL to be cleaned may have.
 constexpr std::uint32_t kMaxNormalizedURLLength = NSNotFound / kMaxURLGrowth;
 
 /// Whether `normalizeURLUnits` is sure to leave the units as they are, after one quick look; `false` says
@@ -35,11 +44,11 @@ bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor);
 ///   escaped: " " becomes "%20". Units above U+007F stay.
 std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out);
 
-/// The same for a URL that is not as markup has it: normalised already, or typed. References, escapes and the
-/// anchor stay, so that a URL which is normalised does not lose another level of them.
+/// Cleans as above a URL that is not as markup has it: normalised already, or typed. References, escapes and
+/// the anchor stay, so that a URL which is normalised does not lose another level of them.
 std::uint32_t cleanURLUnits(const unichar *units, std::uint32_t length, unichar *out);
 
-/// One of the functions above.
+/// What `stringURLWrittenBy` calls: `cleanURLUnits` or a function that writes as it does.
 using URLUnitsWriter = std::uint32_t (*)(const unichar *units, std::uint32_t length, unichar *out);
 
 /// What the function makes of a string, which is that itself when nothing changes. Up to 256 units nothing but

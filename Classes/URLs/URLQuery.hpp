@@ -11,6 +11,12 @@
 //       | |  |  the name "flag&b"
 //       | |  the name begins at "2", and is "2;flag&b"
 //       a "1"
+//
+// Any thread may ask.
+//
+//     queryParamNamed(u"p?a=1&b=2"_ns, u"b"_ns, 2);  // "2"
+//     numberOfQueryParams(u"p?a=1&b="_ns, 2);  // 2
+//     const NSDictionary values = queryParams(u"p?a=1&b=2"_ns, 2);
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// URLs as people type them, mended. Any thread may mend them.
+//
+//     repairedStringURL(u"ttp://example.org"_ns);  // "http://example.org"
+//     ASCIIStringURL(u"http://bücher.de/ä"_ns, NSUTF8StringEncoding);  // "http://xn--bcher-kva.de/%C3%A4"
+//     isForeignLink(u"mailto:me@example.org"_ns);  // true
 #pragma once
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"

@@ -3,7 +3,11 @@
 // Shorter forms of a URL that name the same resource: two URLs with the same simplified form are taken for one.
 // The strings are URLs as `normalizedStringURL` gives them. Each function answers the string itself when it
 // changes nothing, and nil for nil. docs/urls.md has examples; the names that are removed stand in
-// Classes/URLs/URLParameters.tsv.
+// Classes/URLs/URLParameters.tsv. Any thread may call them.
+//
+//     simplifiedStringURL(u"HTTP://Example.org:80/index.html?utm_source=x#top"_ns);  // "http://example.org/"
+//     stringURLByRemovingSessionIDs(u"/a;jsessionid=1"_ns);  // "/a"
+//     stringURLByRemovingEmptyParams(u"/a?b=&c=1"_ns);  // "/a?c=1"
 #pragma once
 
 #include "platform/Foundation/Flag.hpp"
@@ -16,20 +20,20 @@ inline namespace URLUtilities {
 /// then removes what is asked for, in the order of the functions below.
 NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, Flag sessionIDs, Flag analytics,
                                                  Flag indexPages, Flag emptyParams, Flag anchors);
-/// The same with everything removed.
+/// Simplifies as above with everything removed.
 NSString simplifiedStringURL(const NSString &string);
 
-/// Parameters of the query, and of path components (";jsessionid=1"), that name the session of a visitor; also
-/// the path component "(S(...))".
+/// Removes parameters of the query, and of path components (";jsessionid=1"), that name the session of a
+/// visitor; also the path component "(S(...))".
 NSString stringURLByRemovingSessionIDs(const NSString &string);
-/// Parameters of the query that tell where a visitor came from.
+/// Removes parameters of the query that tell where a visitor came from.
 NSString stringURLByRemovingAnalytics(const NSString &string);
-/// Parameters of the query without a value ("a="), empty ones ("&&"), and a "?" with nothing behind it. A name
-/// without "=" stays.
+/// Removes parameters of the query without a value ("a="), empty ones ("&&"), and a "?" with nothing behind
+/// it. A name without "=" stays.
 NSString stringURLByRemovingEmptyParams(const NSString &string);
-/// The path's last component when it is the name of an index page and no query follows.
+/// Removes the path's last component when it is the name of an index page and no query follows.
 NSString stringURLByRemovingIndexPages(const NSString &string);
-/// The first "#" and what follows it.
+/// Removes the first "#" and what follows it.
 NSString stringURLWithoutAnchor(const NSString &string);
 
 }  // namespace URLUtilities

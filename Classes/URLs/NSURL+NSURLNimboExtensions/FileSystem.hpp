@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// URLs and the file system: references, paths, and names for copies of pages. Any thread may ask.
+//
+//     const NSURL page = NSURL::URLWithString(u"http://www.example.org/a/b?c=d"_ns);
+//     invertedPathRelativeToDirectory(page, u"/copies"_ns);  // "/copies/org/example/www/a/b?c=d"
+//     pathRelativeToDirectory(page, u"/a"_ns, false, u"index.html"_ns);  // "b"
 #pragma once
 
 #include <cstdint>
@@ -20,7 +26,7 @@ NSURL URLWithFSRef(const FSRef &ref);
 
 /// The path of a file's URL with "/" between the components. Nil when it is no file's.
 NSString fileSystemPathPOSIXStyle(const NSURL &url);
-/// The same with ":", as `HFSPath` gives it.
+/// The path with ":" between the components, as `HFSPath` gives it.
 NSString fileSystemPathHFSStyle(const NSURL &url);
 
 /// The path of the URL, with `defaultPathComponent` behind it where it ends with "/" or is empty, as the way to

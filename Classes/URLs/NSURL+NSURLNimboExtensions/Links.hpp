@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Whether someone who walks through pages follows a link. The modes: 0 never; 1 on the same host; 2 in the
+// same folder; 3 in the same folder and those inside it; 4 always; above that as long as the level, the number
+// of links that led to the page, is at most mode - 4. Any thread may ask.
+//
+//     const NSURL base = NSURL::URLWithString(u"http://example.org/a/"_ns);
+//     shouldFollowLink(NSURL::URLWithString(u"http://example.org/b/"_ns), 1, 0, base);  // true
+//     shouldFollowLink(6, 3);  // false
 #pragma once
 
 #include <cstdint>
@@ -8,13 +16,10 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
-// Whether someone who walks through pages follows a link. The modes: 0 never; 1 on the same host; 2 in the same
-// folder; 3 in the same folder and those inside it; 4 always; above that as long as the level, the number of
-// links that led to the page, is at most mode - 4.
-
-/// Where the link leads is not known: true for the modes 1 to 4.
+/// Whether a link is followed of which is not known where it leads: true for the modes 1 to 4.
 bool shouldFollowLink(std::uint32_t mode, std::uint32_t level);
-/// Hosts are compared by `isHostEqualTo`, folders by `standardizedBaseDirectory` with regard to case.
+/// Whether the link to `url` is followed from `baseURL`. Hosts are compared by `isHostEqualTo`, folders by
+/// `standardizedBaseDirectory` with regard to case.
 bool shouldFollowLink(const NSURL &url, std::uint32_t mode, std::uint32_t level, const NSURL &baseURL);
 
 }  // namespace NSURLNimboExtensions

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Links of pages as URLs. Any thread may resolve them.
+//
+//     const NSURL page = NSURL::URLWithString(u"http://example.org/a/b.html"_ns);
+//     URLRelativeTo(u"../c d"_ns, page).absoluteString();  // "http://example.org/c%20d"
+//     URLRelativeTo(page, u"#top"_ns, true).absoluteString();  // "http://example.org/a/b.html"
 #pragma once
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
@@ -21,7 +27,7 @@ inline namespace NSURLNimboExtensions {
 /// Nil when the link is nil, empty or no URL, or when it is relative and there is no base with a scheme.
 NSURL URLRelativeTo(const NSString &link, const NSURL &base, Flag trimAnchor = false,
                     NSStringEncoding encoding = NSUTF8StringEncoding, Flag standardize = false);
-/// The same asked of the page's URL.
+/// As above, asked of the page's URL.
 NSURL URLRelativeTo(const NSURL &url, const NSString &link, Flag trimAnchor = false,
                     NSStringEncoding encoding = NSUTF8StringEncoding, Flag standardize = false);
 

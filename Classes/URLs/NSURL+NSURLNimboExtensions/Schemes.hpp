@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// What kind of URL it is. Schemes and hosts are compared as a whole, without regard to case. False for nil and
+// for a URL without a scheme. Any thread may ask.
+//
+//     isHTTPURL(NSURL::URLWithString(u"HTTPS://example.org"_ns));  // true
+//     isSearchEngine(NSURL::URLWithString(u"http://example.org/"_ns));  // false
+//     const NSURL base = baseURLForWebKit(url);
 #pragma once
 
 #include "platform/Foundation/NSURL.hpp"
@@ -6,27 +13,28 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
-// What kind of URL it is. Schemes and hosts are compared as a whole, without regard to case. False for nil and
-// for a URL without a scheme.
-
-/// "http" or "https".
+/// Whether the scheme is "http" or "https".
 bool isHTTPURL(const NSURL &url);
-/// "ftp", "ftps" or "sftp".
+/// Whether the scheme is "ftp", "ftps" or "sftp".
 bool isFTPURL(const NSURL &url);
+/// Whether the scheme is "feed".
 bool isFeedURL(const NSURL &url);
-/// "mailto".
+/// Whether the scheme is "mailto".
 bool isMailURL(const NSURL &url);
-/// "news" or "nttp": callers rely on "nntp" being none.
+/// Whether the scheme is "news" or "nttp": callers rely on "nntp" being none.
 bool isNewsURL(const NSURL &url);
+/// Whether the scheme is "javascript".
 bool isJavaScriptURL(const NSURL &url);
+/// Whether the scheme is "applescript".
 bool isAppleScriptURL(const NSURL &url);
-/// One of `isHTTPURL` or `isFTPURL`.
+/// Whether it `isHTTPURL` or `isFTPURL`.
 bool isDownloadableURL(const NSURL &url);
-/// The same or "feed"; or the URL of a file that is there, on the disk, and no folder.
+/// Whether it `isDownloadableURL` or `isFeedURL`, or the URL of a file that is there, on the disk, and no
+/// folder.
 bool isLoadableURL(const NSURL &url);
-/// "http", "https" or "feed" with a host that has a letter or digit and no "...".
+/// Whether the scheme is "http", "https" or "feed", with a host that has a letter or digit and no "...".
 bool isRemoteWebKitURL(const NSURL &url);
-/// The same, or the URL of a file.
+/// Whether it `isRemoteWebKitURL` or the URL of a file.
 bool isWebKitURL(const NSURL &url);
 
 /// Whether both are files, or neither and both have the same host.
@@ -39,9 +47,10 @@ bool isSearchEngine(const NSURL &url);
 /// What a web engine is given as the base of a page: a file that is there, an HTTP URL, or that of a feed as an
 /// HTTP URL. Nil for everything else.
 NSURL baseURLForWebKit(const NSURL &url);
-/// The same with an anchor.
+/// What `baseURLForWebKit` answers, with an anchor.
 NSURL baseURLForWebKitUsingAnchor(const NSURL &url, const NSString &anchor);
-/// What a web engine is given to show: as above, but a file need not be there. Nil unless `isWebKitURL`.
+/// What a web engine is given to show: as `baseURLForWebKit`, but a file need not be there. Nil unless
+/// `isWebKitURL`.
 NSURL WebKitURL(const NSURL &url);
 
 }  // namespace NSURLNimboExtensions

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// What statuses and errors of loading mean. Any thread may ask.
+//
+//     isHTTPStatusCodeOkay(200);  // true
+//     isHTTPStatusCodeTemporaryError(503);  // true
+//     const NSString message = messageForHTTPError(404);
 #pragma once
 
 #include <cstdint>
@@ -8,7 +14,7 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSURLNimboExtensions {
 
-/// True up to 299, but false from 201 to 206, which bring no whole page.
+/// Whether a whole page came: true up to 299, but false from 201 to 206, which bring no whole page.
 bool isHTTPStatusCodeOkay(std::int32_t code);
 /// Whether another attempt may succeed: 307, 408, 500, 502, 503, 504, 507, 509 and 510.
 bool isHTTPStatusCodeTemporaryError(std::int32_t code);
