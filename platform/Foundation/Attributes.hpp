@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Attributes of declarations, for headers that are installed:
+//
+//     namespace NIMBO_PUBLIC nimbo {
+//     const unichar *unitsOf(const NSString &string NIMBO_LIFETIMEBOUND);
+//     }  // namespace nimbo
 #pragma once
 
 /// Stands in front of the name of a namespace whose functions and classes a library shows to its users:

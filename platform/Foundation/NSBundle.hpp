@@ -10,11 +10,17 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// A folder that holds a program or a library with its information: NAME/Contents/Info.plist and, for this
 /// system, NAME/Contents/Linux/EXECUTABLE. It never changes, and any thread may ask it.
+///
+///     const NSBundle bundle(u"/usr/lib/quiverleaf/importers/PDF.mdimporter"_ns);
+///     NSError error;
+///     const NSDictionary info = bundle.infoDictionary(&error);
+///     if (!info) NSLog(error.localizedFailureReason);
 class NSBundle {
  public:
   /// A larger information file is not read.
   static constexpr std::uint32_t kMaximumInfoBytes = 1 << 20;
 
+  /// The bundle at the path, at which nothing is looked yet.
   explicit NSBundle(NSString path) : path_(std::move(path)) {}
   /// The folder in which the running program's file lies.
   static NSBundle mainBundle();
@@ -22,10 +28,12 @@ class NSBundle {
   /// the folder in which it lies; the main bundle for the program itself and for an address of no file.
   static NSBundle bundleForAddress(const void *address);
 
+  /// The path that the bundle was made with.
   const NSString &bundlePath() const { return path_; }
   /// The content of Info.plist, read on every call. Nil when there is none that can be read, or it is no
   /// dictionary; `*error` says why.
   NSDictionary infoDictionary(NSError *error = nullptr) const;
+  /// The value under the key of `infoDictionary`; nil when there is none.
   id objectForInfoDictionaryKey(const NSString &key) const;
   /// Where the file that CFBundleExecutable names should be. Nil when that is missing or no plain file name.
   NSString executablePath() const;

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Texts in the user's language. Any thread may ask.
+//
+//     const NSBundle program = NSBundle::mainBundle();
+//     const NSString title = localizedStringForKey(program, u"title"_ns, u"Untitled"_ns);
+//     localizedStringForKey(program, u"no such key"_ns, NSString());  // "no such key"
 #pragma once
 
 #include "platform/Foundation/NSBundle.hpp"

@@ -11,28 +11,35 @@ namespace NIMBO_PUBLIC nimbo {
 /// A set of the code units U+0000 to U+FFFF. The platform's sets are made from Unicode's general categories at
 /// each call, which takes about a millisecond: keep what you need. Surrogates are in none of them. A set never
 /// changes, and any thread may read it.
+///
+///     static const NSCharacterSet letters = NSCharacterSet::letterCharacterSet();
+///     letters.characterIsMember(u'é');  // true
+///     letters.characterIsMember(u'1');  // false
 class NSCharacterSet {
  public:
+  /// How many bytes a bitmap has: a bit for each unit.
   static constexpr std::size_t kBitmapBytes = 8192;
   /// Code unit `c` is a member when bit `c & 7` of byte `c >> 3` is set.
   using BitmapRepresentation = std::array<std::uint8_t, kBitmapBytes>;
 
   /// Letters and marks: L* and M*.
   static NSCharacterSet letterCharacterSet();
-  /// Ll.
+  /// Lowercase letters: Ll.
   static NSCharacterSet lowercaseLetterCharacterSet();
-  /// Lu and Lt.
+  /// Uppercase and titlecase letters: Lu and Lt.
   static NSCharacterSet uppercaseLetterCharacterSet();
-  /// Nd.
+  /// Decimal digits: Nd.
   static NSCharacterSet decimalDigitCharacterSet();
-  /// L*, M* and N*.
+  /// Letters, marks and numbers: L*, M* and N*.
   static NSCharacterSet alphanumericCharacterSet();
-  /// Zs and U+0009.
+  /// Horizontal blanks: Zs and U+0009.
   static NSCharacterSet whitespaceCharacterSet();
-  /// Z*, U+0009 to U+000D and U+0085.
+  /// All white space: Z*, U+0009 to U+000D and U+0085.
   static NSCharacterSet whitespaceAndNewlineCharacterSet();
 
+  /// Whether the unit is in the set.
   bool characterIsMember(unichar c) const noexcept { return bitmap_[c >> 3] >> (c & 7) & 1; }
+  /// The set's bitmap; borrowed from the set.
   const BitmapRepresentation &bitmapRepresentation() const noexcept { return bitmap_; }
 
  private:

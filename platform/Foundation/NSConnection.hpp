@@ -18,12 +18,18 @@ namespace NIMBO_PUBLIC nimbo {
 class NSConnectionRootObject {
  public:
   virtual ~NSConnectionRootObject();
+  /// Answers a request; `arguments` are keyed by the parts of the selector.
   virtual id perform(const NSString &selector, const NSDictionary &arguments, NSError *error) = 0;
 };
 
 /// The serving side of a named connection. It is an input source of its thread's run loop from its making on,
 /// registered or not. One request is served at a time, each to its end, in the order of arrival over all
 /// clients. Only the thread that made it calls it, and that thread calls the root object.
+///
+///     NSConnection &connection = NSConnection::defaultConnection();
+///     connection.setRootObject(&rootObject);
+///     if (!connection.registerName(u"com.example.helper"_ns)) return 1;
+///     NSRunLoop::currentRunLoop().run();
 class NSConnection {
  public:
   /// The process's own connection, made on first use; lives as long as the process.
@@ -42,9 +48,11 @@ class NSConnection {
   /// Whether requests of other clients wait while one is served. Requests never nest here, so this is always
   /// so; kept for callers that state it.
   void setIndependentConversationQueueing(bool queueing);
-  /// How long a request that a client has begun, and a reply that it has not taken in whole, may stand still
-  /// before its connection is ended. Both are 15 seconds at first.
+  /// Sets how long a request that a client has begun may stand still before its connection is ended; 15 at
+  /// first.
   void setRequestTimeout(double seconds);
+  /// Sets how long a reply that a client has not taken in whole may stand still before its connection is
+  /// ended; 15 at first.
   void setReplyTimeout(double seconds);
 
  private:

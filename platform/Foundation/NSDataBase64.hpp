@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Bytes in Base64. Any thread may call these.
+//
+//     const NSString text = base64EncodedString(NSData::dataWithBytes("abc", 3));  // "YWJj"
+//     const NSData bytes = dataWithBase64EncodedString(text);
+//     bytes.length();  // 3
 #pragma once
 
 #include "platform/Foundation/NSData.hpp"

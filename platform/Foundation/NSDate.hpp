@@ -10,6 +10,10 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A moment in time: a plain value.
+///
+///     const NSDate date = NSDate::dateWithUTC(2001, 2, 3, 4, 5, 6);
+///     date.ISO8601String().value();  // "2001-02-03T04:05:06Z"
+///     const double age = NSDate::date().timeIntervalSince1970() - date.timeIntervalSince1970();
 struct NSDate {
   /// Seconds between 1970-01-01 and the reference date, 2001-01-01, both 00:00:00 UTC.
   static constexpr double kTimeIntervalBetween1970AndReferenceDate = 978307200.0;
@@ -17,7 +21,9 @@ struct NSDate {
   /// Seconds since the reference date; earlier moments are negative.
   double timeIntervalSinceReferenceDate = 0;
 
+  /// The present moment.
   static NSDate date();
+  /// The moment so many seconds after 1970-01-01 00:00:00 UTC.
   static constexpr NSDate dateWithTimeIntervalSince1970(double seconds) {
     return NSDate{seconds - kTimeIntervalBetween1970AndReferenceDate};
   }
@@ -25,6 +31,7 @@ struct NSDate {
   /// are not checked: those beyond their range carry over.
   static NSDate dateWithUTC(std::int64_t year, int month, int day, int hour, int minute, double second);
 
+  /// Seconds since 1970-01-01 00:00:00 UTC; earlier moments are negative.
   constexpr double timeIntervalSince1970() const {
     return timeIntervalSinceReferenceDate + kTimeIntervalBetween1970AndReferenceDate;
   }

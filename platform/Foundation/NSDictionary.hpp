@@ -57,36 +57,49 @@ NIMBO_PUBLIC void destroyShared<detail::DictionaryStorage>(ReferenceCounted *sto
 /// and equals only nil; the first change makes it a dictionary. Nil values are never stored.
 ///
 /// A handle may be copied and read from any thread; one handle is changed by one.
+///
+///     NSDictionary facts = {{u"Title"_ns, u"A page"_ns}, {u"Pages"_ns, 12}};
+///     facts.setObject(true, u"Locked"_ns);
+///     facts.objectForKey(u"Title"_ns).string();  // "A page"
+///     for (const auto &[key, value] : facts) NSLog(u"%@ = %@", key, stringValue(value));
 class NSDictionary {
  public:
   using Entry = std::pair<NSString, id>;
   using Iterator = detail::DictionaryIterator<Entry>;
 
   NSDictionary() noexcept = default;
-  /// Entries whose value is nil are left out; of entries with the same key the last one counts.
+  /// A dictionary of these entries. Those whose value is nil are left out; of entries with the same key the
+  /// last one counts.
   NSDictionary(std::initializer_list<Entry> entries);
   /// An empty dictionary, which is not nil.
   static NSDictionary dictionary();
 
+  /// How many entries there are; 0 when nil.
   std::uint32_t count() const noexcept;
   /// The value under `key`, or nil; borrowed until the dictionary is changed.
   const id &objectForKey(const NSString &key) const noexcept NIMBO_LIFETIMEBOUND;
+  /// The keys, in order.
   std::vector<NSString> allKeys() const;
-  /// In order; borrowed until the dictionary is changed.
+  /// The first entry, in order; borrowed until the dictionary is changed.
   Iterator begin() const noexcept NIMBO_LIFETIMEBOUND;
+  /// The end behind the last entry.
   Iterator end() const noexcept NIMBO_LIFETIMEBOUND;
 
-  /// Sets or replaces; a replaced entry keeps its place. Nothing happens when the value or the key is nil.
+  /// Sets the value under the key; a replaced entry keeps its place. Nothing happens when the value or the key
+  /// is nil.
   void setObject(id object, const NSString &key);
-  /// The others keep their order.
+  /// Removes the entry under the key, if there is one. The others keep their order.
   void removeObjectForKey(const NSString &key);
+  /// Sets every entry of the other dictionary.
   void addEntriesFromDictionary(const NSDictionary &other);
 
+  /// Whether this is not nil.
   explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both are the same storage (or both nil).
   bool identicalTo(const NSDictionary &other) const noexcept { return storage_ == other.storage_; }
+  /// A hash of the storage, equal where `identicalTo` holds.
   std::size_t identityHash() const noexcept { return storage_.hash(); }
-  /// Of the entries, in whatever order.
+  /// A hash of the entries, in whatever order.
   std::size_t hash() const noexcept;
   /// The same keys with equal values, in any order; nil equals only nil.
   bool operator==(const NSDictionary &other) const;

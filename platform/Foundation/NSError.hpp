@@ -47,7 +47,9 @@ inline NSString NSURLErrorDomain() {
 ///
 /// It may be copied and read from any thread; one is changed by one.
 struct NSError {
+  /// What gives the code its meaning; nil when there is no error.
   NSString domain;
+  /// The number for programs.
   std::int64_t code = 0;
   /// One line, a clause that reads well behind the name of the file: "the file is empty". Nil when there is
   /// none.
@@ -60,9 +62,11 @@ struct NSError {
   /// `memoryLimit` for std::bad_alloc, else `other` with what the exception says.
   static NSError errorWithException(const std::exception &exception);
 
-  /// `none` when nil, `other` when the domain is another one than `NimboErrorDomain`.
+  /// The code as one of `NimboErrorDomain`: `none` when nil, `other` when the domain is another one than
+  /// `NimboErrorDomain`.
   ErrorCode errorCode() const noexcept;
 
+  /// Whether there is an error.
   explicit operator bool() const noexcept { return static_cast<bool>(domain); }
   friend bool operator==(const NSError &, const NSError &) = default;
 };

@@ -11,12 +11,20 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// What platform adapters and importers raise: a name that programs test and a reason that people read.
 /// It never changes, and any thread may copy and read it.
+///
+///     try {
+///       throw NSException(u"NSInvalidArgumentException"_ns, u"there is no such page"_ns);
+///     } catch (const NSException &exception) {
+///       logException("pageAtIndex:", "Document", exception);
+///     }
 class NSException : public std::exception {
  public:
   NSException(NSString name, NSString reason);
   ~NSException() override;
 
+  /// The name, for programs.
   const NSString &name() const noexcept { return name_; }
+  /// The reason, for people.
   const NSString &reason() const noexcept { return reason_; }
   /// "name: reason" in UTF-8.
   const char *what() const noexcept override { return what_.c_str(); }

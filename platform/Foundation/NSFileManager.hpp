@@ -10,6 +10,12 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// The file system. Symbolic links are followed; no path is ever opened for more than a listing. Any
 /// thread may ask.
+///
+///     bool isDirectory = false;
+///     if (!NSFileManager::fileExistsAtPath(path, &isDirectory)) return;
+///     NSError error;
+///     const auto names = NSFileManager::contentsOfDirectoryAtPath(path, &error);
+///     if (!names) NSLog(error.localizedFailureReason);
 struct NSFileManager {
   /// Whether something stands at `path`; `*isDirectory` gets whether that is a folder.
   static bool fileExistsAtPath(const NSString &path, bool *isDirectory = nullptr);

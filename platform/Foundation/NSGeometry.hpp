@@ -1,22 +1,31 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Points, sizes and rectangles: plain values, in whatever unit their owner says.
+//
+//     const NSRect page = {{0, 0}, {612, 792}};
+//     NSStringFromSize(page.size);  // "{612, 792}"
+//     const bool isWide = page.size.width > page.size.height;  // false
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// A point of a plane.
 struct NSPoint {
   double x = 0;
   double y = 0;
   friend bool operator==(const NSPoint &, const NSPoint &) = default;
 };
 
+/// A width and a height.
 struct NSSize {
   double width = 0;
   double height = 0;
   friend bool operator==(const NSSize &, const NSSize &) = default;
 };
 
+/// A rectangle: its corner of the lowest coordinates, and its size.
 struct NSRect {
   NSPoint origin;
   NSSize size;

@@ -5,13 +5,16 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// Writes one line to the system log and to standard error; line feeds inside the message stay in it.
+/// Writes one line to the system log and to standard error, from any thread; line feeds inside the message
+/// stay in it.
 void NSLog(const NSString &message);
-/// The same for text in UTF-8.
+/// Writes text in UTF-8.
 void NSLog(std::string_view message);
-/// The same for a format and its arguments.
+/// Writes a format with its arguments.
 ///
-///     NSLog(u"Unknown date: %@", text);
+///     NSLog(u"a line"_ns);
+///     NSLog("text in UTF-8");
+///     NSLog(u"page %d of %@", 3, path);
 template <class... Arguments>
 requires(sizeof...(Arguments) > 0) void NSLog(FormatString<std::type_identity_t<Arguments>...> format,
                                               const Arguments &...arguments) {

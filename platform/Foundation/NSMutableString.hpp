@@ -15,8 +15,11 @@ namespace NIMBO_PUBLIC nimbo {
 ///     NSString whole = std::move(path).string();
 class NSMutableString {
  public:
+  /// An empty string.
   NSMutableString() noexcept = default;
+  /// A copy of the units.
   explicit NSMutableString(const NSString &string) { appendString(string); }
+  /// The units, without a copy where nobody else shares them.
   explicit NSMutableString(NSString &&string);
   NSMutableString(const NSMutableString &) = delete;
   NSMutableString &operator=(const NSMutableString &) = delete;
@@ -27,11 +30,15 @@ class NSMutableString {
   }
   ~NSMutableString() { destroy(storage_); }
 
+  /// How many units there are.
   std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
+  /// The units, not terminated; borrowed until the string is changed. Null when there are none.
   const unichar *characters() const noexcept NIMBO_LIFETIMEBOUND {
     return storage_ ? storage_->units() : nullptr;
   }
+  /// The units, to be changed in place; borrowed until the length changes. Null when there are none.
   unichar *mutableCharacters() noexcept NIMBO_LIFETIMEBOUND { return storage_ ? storage_->units() : nullptr; }
+  /// The units as a view, which is borrowed until the string is changed.
   std::u16string_view view() const noexcept NIMBO_LIFETIMEBOUND { return {characters(), length()}; }
 
   /// Makes room for `capacity` units in all.
@@ -39,15 +46,20 @@ class NSMutableString {
   /// Cuts the string, or lengthens it by units whose values are whatever the caller then writes.
   void setLength(std::uint32_t length);
 
+  /// Appends one unit.
   void appendCharacter(unichar unit) { *extend(1) = unit; }
-  /// `units` may point into this string.
+  /// Appends units; `units` may point into this string.
   void appendCharacters(const unichar *units, std::uint32_t length);
+  /// Appends units, which may be some of this string.
   void append(std::u16string_view units);
   /// Appends ASCII, or any UTF-8; what is none becomes U+FFFD, as `stringWithLossyUTF8String` has it.
   void append(std::string_view text);
+  /// Appends the units of a string; nil has none.
   void appendString(const NSString &string) { appendCharacters(string.characters(), string.length()); }
-  /// `range` is cut to the string's bounds; `units` must not point into this string.
+  /// Puts units in the place of others. `range` is cut to the string's bounds; `units` must not point into
+  /// this string.
   void replaceCharactersInRange(NSRange range, std::u16string_view units);
+  /// Removes the units of `range`, which is cut to the string's bounds.
   void deleteCharactersInRange(NSRange range) { replaceCharactersInRange(range, {}); }
 
   /// The units as an immutable string, without a copy; this object is empty afterwards. An empty one gives the

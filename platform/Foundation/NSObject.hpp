@@ -15,6 +15,7 @@ class NSObject;
 struct ClassDescription {
   /// What the receiver does when it gets the message; nil when that has no result.
   using Method = id (*)(NSObject &receiver, const id &argument);
+  /// A value that is read, and perhaps written, by its name.
   struct Key {
     NSString name;
     id (*get)(const NSObject &receiver);
@@ -32,28 +33,36 @@ struct ClassDescription {
 
 /// The root class: objects that are asked by name. It knows the selectors "className", "isKindOfClass:" (with a
 /// name), "respondsToSelector:" and "valueForKey:", and the key "className". Objects that are shared, as by a
-/// value, are made by `makeShared`. One thread uses an object at a
-/// time, unless its class says otherwise.
+/// value, are made by `makeShared`. One thread uses an object at a time, unless its class says otherwise.
+///
+///     const SharedPointer<NSObject> object = makeShared<NSObject>();
+///     object->performSelector(u"className"_ns).string();  // "NSObject"
+///     object->respondsToSelector(u"open:"_ns);  // false
 class NSObject : public ReferenceCounted {
  public:
   NSObject() = default;
   NSObject(const NSObject &) = delete;
   virtual ~NSObject();
 
+  /// The description of this class.
   static const ClassDescription &rootClass();
   /// The receiver's class; every class with a description of its own overrides this.
   virtual const ClassDescription &classDescription() const { return rootClass(); }
 
+  /// The name of the receiver's class.
   const NSString &className() const { return classDescription().name; }
   /// Whether the receiver's class or one above it has this name.
   bool isKindOfClass(const NSString &name) const;
 
+  /// Whether the receiver's class or one above it has the selector.
   virtual bool respondsToSelector(const NSString &selector) const;
-  /// Raises NSInvalidArgumentException when no class has the selector.
+  /// Sends the message and answers its result. Raises NSInvalidArgumentException when no class has the
+  /// selector.
   id performSelector(const NSString &selector, const id &argument = id());
 
-  /// Both raise NSUnknownKeyException when no class has the key; the setter, too, when it can only be read.
+  /// The value under the key. Raises NSUnknownKeyException when no class has it.
   id valueForKey(const NSString &key) const;
+  /// Sets the value under the key. Raises NSUnknownKeyException when no class has it, or it can only be read.
   void setValue(const id &value, const NSString &key);
 };
 

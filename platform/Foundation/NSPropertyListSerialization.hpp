@@ -6,21 +6,27 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// The forms of property lists, numbered as the platform numbers them.
 enum class NSPropertyListFormat { openStep = 1, xml = 100, binary = 200 };
 
 /// Property lists as bytes. Reading never trusts its input: cycles, offsets outside, counts beyond the data,
 /// nesting deeper than `kMaximumDepth` and lists that would unfold to more than `kMaximumObjects` values give
 /// nil and an error. Any number of threads may read and write at once.
+///
+///     NSError error;
+///     const id list = NSPropertyListSerialization::propertyListFromData(data, nullptr, &error);
+///     if (!list) NSLog(error.localizedFailureReason);
+///     const auto xml = NSPropertyListSerialization::dataWithPropertyList(list, NSPropertyListFormat::xml);
 struct NSPropertyListSerialization {
-  /// Containers inside of each other.
+  /// How many containers may stand inside of each other.
   static constexpr std::uint32_t kMaximumDepth = 512;
-  /// Values of all kinds, containers and dictionary keys included.
+  /// How many values of all kinds there may be, containers and dictionary keys included.
   static constexpr std::uint32_t kMaximumObjects = 4'000'000;
 
-  /// Reads a binary ("bplist00"), XML or old-style text property list, whichever the data begins like. Nil when
-  /// it is none; `*error` then says why: `damaged`, `incomplete` when there are no bytes, `tooLarge` beyond the
-  /// limits above. `*format` gets the form that was read. Data objects read
-  /// from the binary form share `data`'s storage.
+  /// Reads a binary ("bplist00"), XML or old-style text property list, whichever the data begins like. Nil
+  /// when it is none; `*error` then says why: `damaged`, `incomplete` when there are no bytes, `tooLarge`
+  /// beyond the limits above. `*format` gets the form that was read. Data objects read from the binary form
+  /// share `data`'s storage.
   static id propertyListFromData(const NSData &data, NSPropertyListFormat *format = nullptr,
                                  NSError *error = nullptr);
 

@@ -14,6 +14,10 @@ using unichar = char16_t;
 inline constexpr std::uint32_t NSNotFound = 0x7fffffff;
 
 /// A run of elements: `location` is the index of the first, `length` counts them.
+///
+///     const NSRange range{2, 3};
+///     u"abcdef"_ns.substringWithRange(range);  // "cde"
+///     rangeOfString(u"ab", u"c", 0).location == NSNotFound;  // true
 struct NSRange {
   std::uint32_t location = 0;
   std::uint32_t length = 0;

@@ -60,6 +60,11 @@ NIMBO_PUBLIC void destroyShared<detail::StringStorage>(ReferenceCounted *storage
 /// apart.
 ///
 /// A handle may be copied and read from any thread; one handle is changed by one.
+///
+///     const NSString name = NSString::stringWithUTF8String("caf\xc3\xa9");
+///     name.length();  // 4
+///     name.substringWithRange({0, 3});  // "caf"
+///     const std::string bytes = name.UTF8String();
 class NSString {
  public:
   constexpr NSString() noexcept = default;
@@ -68,44 +73,51 @@ class NSString {
   static NSString string() noexcept;
   /// A copy of `length` units; the shared empty string for length 0.
   static NSString stringWithCharacters(const unichar *units, std::uint32_t length);
+  /// A copy of the units; the shared empty string for none.
   static NSString stringWithCharacters(std::u16string_view units);
-  /// Nil when the bytes are not valid UTF-8 or more than `NSNotFound`.
+  /// Text in UTF-8; nil when the bytes are not valid UTF-8 or more than `NSNotFound`.
   static NSString stringWithUTF8String(std::string_view bytes);
-  /// As above, but each invalid sequence becomes U+FFFD.
+  /// Text in UTF-8, where each invalid sequence becomes U+FFFD.
   static NSString stringWithLossyUTF8String(std::string_view bytes);
   /// A file name as the system gives it. Each byte that is not part of valid UTF-8 becomes the lone surrogate
   /// U+DC00 + byte, which `fileSystemRepresentation` turns back, so that every name survives.
   static NSString stringWithFileSystemRepresentation(std::string_view bytes);
 
+  /// How many units there are; 0 when nil.
   std::uint32_t length() const noexcept { return storage_ ? storage_->length : 0; }
   /// The units, `length()` of them, not terminated; borrowed from this string. Null when nil.
   const unichar *characters() const noexcept NIMBO_LIFETIMEBOUND {
     return storage_ ? storage_->units() : nullptr;
   }
+  /// The units as a view, which is borrowed from this string.
   std::u16string_view view() const noexcept NIMBO_LIFETIMEBOUND { return {characters(), length()}; }
-  /// `index` must be below the length.
+  /// The unit at `index`, which must be below the length.
   unichar characterAtIndex(std::uint32_t index) const noexcept { return storage_->units()[index]; }
 
   /// The units of `range`, which is cut to the string's bounds; the receiver itself when it is the whole
   /// string.
   NSString substringWithRange(NSRange range) const;
 
-  /// UTF-8; lone surrogates become U+FFFD. Empty when nil.
+  /// The text in UTF-8; lone surrogates become U+FFFD. Empty when nil.
   std::string UTF8String() const;
   /// The bytes for the system's file calls: the reverse of `stringWithFileSystemRepresentation`. Nothing when
   /// nil, empty, when it holds U+0000 or a lone surrogate that stands for no byte.
   std::optional<std::string> fileSystemRepresentation() const;
 
+  /// Whether this is not nil.
   explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both are the same storage (or both nil).
   bool identicalTo(const NSString &other) const noexcept { return storage_ == other.storage_; }
-  /// Equal units; nil equals only nil.
+  /// Whether the units are equal; nil equals only nil.
   friend bool operator==(const NSString &a, const NSString &b) noexcept {
     return a.storage_ == b.storage_ || (a.storage_ && b.storage_ && a.view() == b.view());
   }
+  /// A hash of the units.
   std::size_t hash() const noexcept { return std::hash<std::u16string_view>()(view()); }
+  /// A hash of the storage, equal where `identicalTo` holds.
   std::size_t identityHash() const noexcept { return storage_.hash(); }
 
+  /// Swaps two handles.
   void swap(NSString &other) noexcept { storage_.swap(other.storage_); }
 
  private:
@@ -127,6 +139,7 @@ NSString operator""_ns() {
   return NSString(SharedPointer<detail::StringStorage>::adopt(&detail::literalStorage<Text>.head));
 }
 
+/// The hash of a string in the standard library's containers.
 struct NSStringHash {
   std::size_t operator()(const NSString &string) const noexcept { return string.hash(); }
 };

@@ -1,18 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Case of whole strings, by Unicode's rules without those of any language. Any thread may map its own strings.
+//
+//     lowercaseString(u"ÉCOLE"_ns);  // "école"
+//     NSMutableString title(u"the old town"_ns);
+//     CFStringCapitalize(title);
+//     title.view();  // "The Old Town"
 #pragma once
 
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// All characters in lower case, by Unicode's rules without those of any language; the string itself when that
-/// changes nothing. Nil for nil.
+/// The string in lower case; the string itself when that changes nothing. Nil for nil.
 NSString lowercaseString(const NSString &string);
 
-/// The string in lower case, in upper case, or with a capital at the beginning of each word and lower case in
-/// the rest of it; in place, by Unicode's rules without those of any language. The length may change.
+/// Writes the string in lower case, in place. The length may change.
 void CFStringLowercase(NSMutableString &string);
+/// Writes the string in upper case, in place. The length may change.
 void CFStringUppercase(NSMutableString &string);
+/// Writes a capital at the beginning of each word and lower case in the rest of it, in place. The length may
+/// change.
 void CFStringCapitalize(NSMutableString &string);
 
 }  // namespace nimbo

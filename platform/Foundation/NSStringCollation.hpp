@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The order of strings for people:
+//
+//     std::vector<NSString> names = {u"Zoë"_ns, u"ámos"_ns};
+//     std::sort(names.begin(), names.end(), [](const NSString &a, const NSString &b) {
+//       return localizedCaseInsensitiveCompare(a, b) == NSOrderedAscending;
+//     });
 #pragma once
 
 #include "platform/Foundation/NSComparisonResult.hpp"
@@ -6,8 +13,9 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// In the order of the user's language (`$LC_ALL`, `$LC_COLLATE`, `$LANG` when first asked), without regard to
-/// case; accents count, canonically equivalent strings are the same. Nil counts as empty. From any thread.
+/// Compares in the order of the user's language (`$LC_ALL`, `$LC_COLLATE`, `$LANG` when first asked), without
+/// regard to case; accents count, canonically equivalent strings are the same. Nil counts as empty. Any thread
+/// may compare.
 NSComparisonResult localizedCaseInsensitiveCompare(const NSString &a, const NSString &b);
 
 }  // namespace nimbo

@@ -38,7 +38,9 @@ class FormatArgument {
   template <std::same_as<double> Real>
   FormatArgument(Real number) : FormatArgument(made(number)) {}
 
+  /// The argument as text; borrowed from this object or from what it was made of.
   std::u16string_view units() const noexcept { return units_; }
+  /// Whether "%d" takes it.
   bool isInteger() const noexcept { return isInteger_; }
 
  private:
@@ -85,6 +87,7 @@ class FormatString {
 
 namespace detail {
 
+/// Appends a format with its directives replaced, whatever they are.
 void appendFormatted(NSMutableString &string, std::u16string_view format,
                      std::span<const FormatArgument> arguments);
 
@@ -120,9 +123,9 @@ NSString stringWithFormat(FormatString<std::type_identity_t<Arguments>...> forma
   return std::move(result).string();
 }
 
-/// The same with a format that only the running program knows, as a translation is. Arguments that are not
-/// asked for are left out, and nothing stands for those that are missing. Other directives stay as they are,
-/// "%d" too where the next argument is no integer.
+/// A new string out of a format that only the running program knows, as a translation is. Arguments that are
+/// not asked for are left out, and nothing stands for those that are missing. Other directives stay as they
+/// are, "%d" too where the next argument is no integer.
 NSString stringWithFormat(const NSString &format, std::span<const FormatArgument> arguments);
 template <class... Arguments>
 requires(std::constructible_from<FormatArgument, const Arguments &> &&...) NSString

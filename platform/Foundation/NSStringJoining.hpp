@@ -14,16 +14,19 @@ namespace NIMBO_PUBLIC nimbo {
 
 namespace detail {
 
-/// The units of what a string is joined of.
+/// The units of a piece that is a string.
 inline std::u16string_view viewOfPiece(const NSString &string) {
   return string.view();
 }
+/// The units of a piece that is a mutable string.
 inline std::u16string_view viewOfPiece(const NSMutableString &string) {
   return string.view();
 }
+/// The units of a piece that is a view.
 inline std::u16string_view viewOfPiece(std::u16string_view units) {
   return units;
 }
+/// The units of a piece that is a single one.
 template <std::same_as<unichar> Unit>
 std::u16string_view viewOfPiece(const Unit &unit) {
   return {&unit, 1};
@@ -34,7 +37,8 @@ std::u16string_view viewOfPiece(const Unit &unit) {
 /// The pieces with the separator between them, made with one allocation: a range of strings or of views of
 /// units. Nil counts as empty; the result is never nil. More than `NSNotFound` units raise `std::length_error`.
 ///
-///     NSString host = stringByJoining(labels, u".");
+///     const std::vector<NSString> labels = {u"www"_ns, u"example"_ns, u"org"_ns};
+///     const NSString host = stringByJoining(labels, u".");  // "www.example.org"
 template <std::ranges::forward_range Pieces>
 NSString stringByJoining(const Pieces &pieces, std::u16string_view separator) {
   std::size_t length = 0;
@@ -51,7 +55,7 @@ NSString stringByJoining(const Pieces &pieces, std::u16string_view separator) {
 
 /// The pieces, one behind the other, as above: strings, views of units and single units.
 ///
-///     NSString path = stringByConcatenating(folder, u'/', name, u".txt");
+///     const NSString path = stringByConcatenating(u"/tmp"_ns, u'/', u"a"_ns, u".txt"sv);  // "/tmp/a.txt"
 template <class... Pieces>
 NSString stringByConcatenating(const Pieces &...pieces) {
   const std::u16string_view views[] = {detail::viewOfPiece(pieces)...};

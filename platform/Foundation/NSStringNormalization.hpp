@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Normal forms of Unicode. Any thread may call these with its own strings.
+//
+//     precomposedStringWithCanonicalMapping(u"e\u0301"_ns);  // "é"
+//     isQuicklyPrecomposed(u"plain");  // true
+//     NSMutableString text(u"é"_ns);
+//     CFStringNormalize(text, kCFStringNormalizationFormD);
 #pragma once
 
 #include "platform/Foundation/NSMutableString.hpp"

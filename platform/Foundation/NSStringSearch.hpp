@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The platform's search. Any thread may search.
+//
+//     rangeOfString(u"Hauptstraße", u"STRASSE", NSCaseInsensitiveSearch);  // {5, 6}
+//     rangeOfString(u"a.b.c", u".", NSBackwardsSearch);  // {3, 1}
+//     isEqualCaseInsensitive(u"Straße", u"STRASSE");  // true
 #pragma once
 
 #include <string_view>

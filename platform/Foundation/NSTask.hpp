@@ -11,22 +11,34 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A program that is run to its end. Its standard input is empty, its standard output is this process's own,
-/// and its standard error is collected while it runs, so that a full pipe never stops it. Any
-/// number of threads may run one.
+/// and its standard error is collected while it runs, so that a full pipe never stops it. Any number of
+/// threads may run one.
+///
+///     NSError error;
+///     const auto result = NSTask{.launchPath = u"/bin/ls"_ns, .arguments = {path}}.run(&error);
+///     if (!result) NSLog(error.localizedFailureReason);
+///     const bool isListed = result && result->terminationStatus == 0;
 struct NSTask {
+  /// How long a program may run unless it is said otherwise.
   static constexpr double kTimeLimitSeconds = 5.0;
+  /// How many bytes a program may write to its standard error unless it is said otherwise.
   static constexpr std::uint32_t kMaximumOutputBytes = 16 << 20;
 
+  /// What came of a program.
   struct Result {
     /// The exit code, or 128 + the number of the signal that ended the program.
     int terminationStatus = 0;
+    /// What it wrote to its standard error.
     NSData standardError;
   };
 
   /// An absolute path; the search path is not used.
   NSString launchPath;
+  /// The arguments behind the program's name.
   std::vector<NSString> arguments = {};
+  /// How long the program may run.
   double timeLimitSeconds = kTimeLimitSeconds;
+  /// How many bytes it may write to its standard error.
   std::uint32_t maximumOutputBytes = kMaximumOutputBytes;
 
   /// Runs the program and waits for it to exit, but not for what it leaves running. Nothing when it cannot be

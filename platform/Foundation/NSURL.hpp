@@ -31,12 +31,18 @@ NIMBO_PUBLIC void destroyShared<detail::URLStorage>(ReferenceCounted *storage) n
 ///     the scheme
 ///
 /// A handle may be copied and read from any thread; one handle is changed by one.
+///
+///     const NSURL page = NSURL::URLWithString(u"http://example.org/a/b.html"_ns);
+///     const NSURL link = NSURL::URLWithString(u"../c?d#e"_ns, page);
+///     link.absoluteString();  // "http://example.org/c?d#e"
+///     link.query();  // "d"
 class NSURL {
  public:
   NSURL() noexcept = default;
 
-  /// Nil when the string is nil, empty, no URL by the grammar (characters that are not allowed, a "%" without
-  /// two hexadecimal digits, a port that is no number), or too long: above 16 MiB or 2^20 segments of a path.
+  /// The URL that a string is. Nil when the string is nil, empty, no URL by the grammar (characters that are
+  /// not allowed, a "%" without two hexadecimal digits, a port that is no number), or too long: above 16 MiB
+  /// or 2^20 segments of a path.
   static NSURL URLWithString(const NSString &string);
   /// A reference to be resolved against a base. The base does not matter when it is nil or the string has a
   /// scheme. An empty string stands for the base without its fragment. Nil as above, and when the base has no
@@ -47,7 +53,7 @@ class NSURL {
   /// the working folder; a "~" is a name. That of a folder ends with "/": the disk is asked whether it is one.
   /// Nil when the path is nil, empty or none for the system (U+0000, some lone surrogates).
   static NSURL fileURLWithPath(const NSString &path);
-  /// The same without asking the disk.
+  /// The URL of a file or, when `isDirectory`, a folder, without asking the disk.
   static NSURL fileURLWithPath(const NSString &path, bool isDirectory);
 
   /// The whole URL, resolved against the base.
@@ -62,13 +68,15 @@ class NSURL {
   /// scheme or is opaque.
   NSURL standardizedURL() const;
 
+  /// What stands before the first ":".
   NSString scheme() const;
   /// What follows the scheme and its ":"; all of it when there is no scheme.
   NSString resourceSpecifier() const;
-  /// An IPv6 address is without its brackets. Nil when empty.
+  /// The host; an IPv6 address without its brackets. Nil when empty.
   NSString host() const;
-  /// Nothing when it is missing, empty or above 65535.
+  /// The port; nothing when it is missing, empty or above 65535.
   std::optional<std::uint16_t> port() const;
+  /// What precedes the first ":" of the user information.
   NSString user() const;
   /// What follows the first ":" of the user information.
   NSString password() const;
@@ -76,13 +84,15 @@ class NSURL {
   /// is all of it. As it is written where the escapes are no UTF-8; but a file's path is its path as the system
   /// gives it, whatever the bytes. Nil when the URL is opaque, as "mailto:a@b".
   NSString path() const;
-  /// The same with the parameters, which in most names of files are none.
+  /// The decoded path with the parameters, which in most names of files are none.
   NSString pathWithParameters() const;
   /// The path with its parameters as they are written, also that of an opaque URL, up to the "?" or "#".
   NSString escapedPath() const;
   /// What follows the first ";" of the path.
   NSString parameterString() const;
+  /// What follows the "?", up to the "#".
   NSString query() const;
+  /// What follows the "#".
   NSString fragment() const;
 
   /// Whether the scheme is "file", in any case.
@@ -90,9 +100,12 @@ class NSURL {
   /// Whether there is a scheme and no "/" follows it: nothing but the scheme tells what the rest means.
   bool isOpaque() const;
 
+  /// Whether this is not nil.
   explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
-  /// Equal strings, and equal bases. Two URLs with the same target may differ. Nil equals only nil.
+  /// Whether the strings are equal, and the bases. Two URLs with the same target may differ. Nil equals only
+  /// nil.
   bool operator==(const NSURL &other) const;
+  /// A hash of the string.
   std::size_t hash() const noexcept;
 
  private:

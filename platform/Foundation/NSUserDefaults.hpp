@@ -10,6 +10,10 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// What the user has set: the entries of a property list file, and behind them values that the program
 /// registers. Any thread may read them, as soon as the last is registered.
+///
+///     NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
+///     defaults.registerDefaults({{u"Language"_ns, u"en"_ns}});
+///     const NSString language = defaults.stringForKey(u"Language"_ns);
 class NSUserDefaults {
  public:
   /// Reads `path` once, now; a file that is missing or no dictionary counts as empty, and all but a missing one

@@ -111,23 +111,27 @@ class SharedPointer {
     if (object_ && object_->release()) destroyShared<T>(object_);
   }
 
-  /// Takes over one reference.
+  /// A pointer that takes over one reference to the object.
   static SharedPointer adopt(T *object) noexcept { return SharedPointer(object); }
   /// Gives its reference away, and is null.
   T *detach() noexcept { return static_cast<T *>(std::exchange(object_, nullptr)); }
 
+  /// The object, borrowed; or null.
   T *get() const noexcept { return static_cast<T *>(object_); }
   T &operator*() const noexcept { return static_cast<T &>(*object_); }
   T *operator->() const noexcept { return &**this; }
+  /// Whether this is not null.
   explicit operator bool() const noexcept { return object_ != nullptr; }
   /// Whether nobody else shares the object, so that it may be changed. Not for null.
   bool isUnique() const noexcept { return object_->isUnique(); }
 
-  /// The same object, or both null.
+  /// Whether both point to the same object, or are both null.
   friend bool operator==(const SharedPointer &a, const SharedPointer &b) noexcept {
     return a.object_ == b.object_;
   }
+  /// A hash of the object's address.
   std::size_t hash() const noexcept { return std::hash<const void *>()(object_); }
+  /// Swaps two pointers.
   void swap(SharedPointer &other) noexcept { std::swap(object_, other.object_); }
 
  private:
@@ -140,6 +144,7 @@ class SharedPointer {
   ReferenceCounted *object_ = nullptr;
 };
 
+/// A new object, made of the arguments, and the first pointer to it.
 template <class T, class... Arguments>
 SharedPointer<T> makeShared(Arguments &&...arguments) {
   return SharedPointer<T>::adopt(new T(std::forward<Arguments>(arguments)...));

@@ -34,6 +34,11 @@ struct NSNull {
 /// nil, and so is one made of a nil handle. Copies share their storage.
 ///
 /// It may be copied and read from any thread; one is changed by one.
+///
+///     const id value = NSArray{u"a"_ns, 1, true};
+///     value.array()[1].integer().value();  // 1
+///     if (const NSString text = value.string()) NSLog(text);
+///     value.visit([](const auto &typed) { NSLog(typeid(typed).name()); });
 class id {
  public:
   id() noexcept = default;
@@ -73,28 +78,38 @@ class id {
 
   /// Whether this is anything but nil; false, 0 and null are.
   explicit operator bool() const noexcept { return kind_ != Kind::nil; }
+  /// Whether this is the null object.
   bool isNull() const noexcept { return kind_ == Kind::null; }
+  /// Whether this is true or false.
   bool isBoolean() const noexcept { return kind_ == Kind::boolean; }
+  /// Whether this is a whole number.
   bool isInteger() const noexcept { return kind_ == Kind::integer; }
+  /// Whether this is a real number.
   bool isReal() const noexcept { return kind_ == Kind::real; }
 
-  /// The value when it is of the kind asked for, else nil or nothing.
+  /// The value when it is a string, else nil.
   NSString string() const noexcept { return handleIf<NSString>(Kind::string); }
+  /// The value when it is data, else nil.
   NSData data() const noexcept { return handleIf<NSData>(Kind::data); }
+  /// The value when it is an array, else nil.
   NSArray array() const noexcept { return handleIf<NSArray>(Kind::array); }
+  /// The value when it is a dictionary, else nil.
   NSDictionary dictionary() const noexcept { return handleIf<NSDictionary>(Kind::dictionary); }
-  /// The object, or null.
+  /// The value when it is an object, else null.
   SharedPointer<NSObject> object() const noexcept { return pointerIf<NSObject>(Kind::object); }
+  /// The value when it is a date, else nothing.
   std::optional<NSDate> date() const noexcept {
     return kind_ == Kind::date ? std::optional(NSDate{payload_.real}) : std::nullopt;
   }
+  /// The value when it is true or false, else nothing.
   std::optional<bool> boolean() const noexcept {
     return isBoolean() ? std::optional(payload_.integer != 0) : std::nullopt;
   }
+  /// The value when it is a whole number, else nothing.
   std::optional<std::int64_t> integer() const noexcept {
     return isInteger() ? std::optional(payload_.integer) : std::nullopt;
   }
-  /// The value of a real or an integer number.
+  /// The value when it is a real or a whole number, else nothing.
   std::optional<double> real() const noexcept {
     if (isInteger()) return static_cast<double>(payload_.integer);
     return isReal() ? std::optional(payload_.real) : std::nullopt;
@@ -135,8 +150,9 @@ class id {
   /// storage, so that equal ones may not be. The other kinds have none: equal ones are the same, and so are
   /// reals that are no number, which equal nothing.
   bool identicalTo(const id &other) const noexcept;
-  /// Equal for equal values, and for the same object.
+  /// A hash of the value, equal for equal values and for the same object.
   std::size_t hash() const noexcept;
+  /// A hash that is equal where `identicalTo` holds.
   std::size_t identityHash() const noexcept;
 
   void swap(id &other) noexcept {
@@ -144,7 +160,7 @@ class id {
     std::swap(payload_, other.payload_);
   }
 
-  /// Equal kind and equal value: 1, 1.0 and true differ. An object equals itself alone.
+  /// Whether kind and value are equal: 1, 1.0 and true differ. An object equals itself alone.
   friend bool operator==(const id &a, const id &b) noexcept { return a.kind_ == b.kind_ && a.hasEqualValue(b); }
 
  private:
@@ -162,7 +178,7 @@ class id {
     dictionary,
     object
   };
-  /// `integer` for a boolean, too, `real` for a date.
+  /// A boolean stands in `integer`, too, a date in `real`.
   union Payload {
     std::int64_t integer;
     double real;
@@ -191,13 +207,13 @@ class id {
       : kind_(pointer ? kind : Kind::nil), payload_{.counted = std::exchange(pointer.object_, nullptr)} {}
 
   bool isCounted() const noexcept { return kind_ >= Kind::string; }
-  /// Of one kind.
+  /// Whether the values of two of one kind are equal.
   bool hasEqualValue(const id &other) const noexcept;
   template <class Handle>
   bool hasEqualHandle(const id &other) const noexcept {
     return Borrowed<Handle>(payload_.counted).handle == Borrowed<Handle>(other.payload_.counted).handle;
   }
-  /// The last reference is gone.
+  /// Ends the value whose last reference is gone.
   void destroy() noexcept;
 
   template <class T>

@@ -18,10 +18,17 @@ namespace NIMBO_PUBLIC nimbo {
 /// One end of a connection: cuts what arrives on a non-blocking stream socket into messages and writes messages
 /// out as far as the socket takes them. It never waits. Memory follows what has arrived, never what a length
 /// announces. One thread uses it at a time.
+///
+///     ConnectionChannel channel(connectToConnectionName(name));
+///     channel.send(encodeMessage(ConnectionRequest{.serial = 1, .selector = u"version"_ns}));
+///     std::vector<NSData> bodies;
+///     while (channel.receive(&bodies) && bodies.empty()) wait(channel.socket());
 class ConnectionChannel {
  public:
+  /// Takes the socket over, which must not block.
   explicit ConnectionChannel(FileDescriptor socket) : socket_(std::move(socket)) {}
 
+  /// The socket, borrowed from the channel.
   const FileDescriptor &socket() const noexcept { return socket_; }
 
   /// Reads what is there until a message is complete, or `kReceiveBytesPerTurn` have come, and appends the
@@ -34,6 +41,7 @@ class ConnectionChannel {
   /// Queues a message, length included, behind those that are still on their way, and writes what the socket
   /// takes. False when the other side is gone.
   bool send(std::vector<NSData> pieces);
+  /// Writes what the socket takes of what is queued. False when the other side is gone.
   bool flush();
   /// The bytes that are still to be written.
   std::size_t pendingBytes() const noexcept { return pendingBytes_; }
@@ -47,13 +55,15 @@ class ConnectionChannel {
   FileDescriptor socket_;
   std::array<std::uint8_t, kMessageLengthBytes> header_ = {};
   std::size_t headerLength_ = 0;
-  /// The message under way, once its header is complete: `length_` of `announced_` bytes have come.
+  /// The message under way, once its header is complete, with room for `capacity_` bytes: `length_` of
+  /// `announced_` have come.
   std::unique_ptr<std::uint8_t, decltype(&std::free)> body_{nullptr, &std::free};
   std::size_t announced_ = 0;
   std::size_t capacity_ = 0;
   std::size_t length_ = 0;
-  /// The pieces of messages that are still to be written, and how much of the first has been.
+  /// The pieces of messages that are still to be written.
   std::deque<NSData> outgoing_;
+  /// How many bytes of the first piece have been written.
   std::uint32_t writtenOfFirst_ = 0;
   std::size_t pendingBytes_ = 0;
 };

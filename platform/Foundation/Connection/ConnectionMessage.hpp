@@ -1,4 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The messages of a named connection. Each is a 4-byte big-endian length, which counts the bytes after it, and
+// a binary property list:
+//
+//   request  {"Request": serial, "Selector": full selector, "Arguments": {keyword: value, ...}}
+//   reply    {"Reply": serial, "Result": value, "Reason": reason, "Code": code}
+//            {"Reply": serial, "Exception": {"Name": name, "Reason": reason}}
+//
+// There is no "Result" when the answer is nil; "Reason" and "Code" are there when it says why it is, or why
+// the result is not whole. Keywords are the selector's parts without their colons: "attributed:stringWithPDF:"
+// takes "attributed" and "stringWithPDF". An absent argument is nil. Any thread may encode and decode.
+//
+//     ConnectionRequest request;
+//     if (!decodeMessage(data, &request)) return;
+//     const ConnectionReply reply{.serial = request.serial, .result = u"2.0"_ns};
+//     for (const NSData &piece : encodeMessage(reply)) NSLog(u"%d bytes", piece.length());
 #pragma once
 
 #include <cstddef>
@@ -10,26 +26,19 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// The messages of a named connection. Each is a 4-byte big-endian length, which counts the bytes after it, and
-/// a binary property list:
-///
-///   request  {"Request": serial, "Selector": full selector, "Arguments": {keyword: value, ...}}
-///   reply    {"Reply": serial, "Result": value, "Reason": reason, "Code": code}
-///            {"Reply": serial, "Exception": {"Name": name, "Reason": reason}}
-///
-/// There is no "Result" when the answer is nil; "Reason" and "Code" are there when it says why it is, or why
-/// the result is not whole. Keywords are the selector's parts without their colons: "attributed:stringWithPDF:"
-/// takes "attributed" and "stringWithPDF". An absent argument is nil.
+/// How many bytes the length in front of a message has.
 inline constexpr std::size_t kMessageLengthBytes = 4;
 /// The largest property list that a message may hold.
 inline constexpr std::uint32_t kMaximumMessageBytes = 512u << 20;
 
+/// What a client asks.
 struct ConnectionRequest {
   std::int64_t serial = 0;
   NSString selector;
   NSDictionary arguments;
 };
 
+/// What it is answered.
 struct ConnectionReply {
   std::int64_t serial = 0;
   id result;
@@ -41,20 +50,23 @@ struct ConnectionReply {
   NSError error = {};
 };
 
-/// The whole message, length included, in pieces to be sent one after the other; large data is not copied.
-/// Empty when a value cannot be written, an argument is of a kind that does not cross, the selector is missing,
-/// or the message would be too large; `*error` then says why.
+/// The whole message of a request, length included, in pieces to be sent one after the other; large data is
+/// not copied. Empty when a value cannot be written, an argument is of a kind that does not cross, the
+/// selector is missing, or the message would be too large; `*error` then says why.
 std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error = nullptr);
+/// The whole message of a reply, as above.
 std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error = nullptr);
+/// How many bytes the pieces have in all.
 std::size_t lengthOfPieces(const std::vector<NSData> &pieces);
 
 /// The length that the first `kMessageLengthBytes` bytes of a message announce.
 std::uint32_t decodeMessageLength(const std::uint8_t *bytes);
 
-/// Reads the property list of a message, without its length. Data objects in the result share `body`.
+/// Reads the property list of a request, without its length. Data objects in the result share `body`.
 /// False when it is malformed: no property list, a value of another kind than its key takes, a missing serial
 /// or selector. Keys that are not known are passed over.
 bool decodeMessage(const NSData &body, ConnectionRequest *request);
+/// Reads the property list of a reply, as above.
 bool decodeMessage(const NSData &body, ConnectionReply *reply);
 
 }  // namespace nimbo

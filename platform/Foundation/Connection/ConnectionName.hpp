@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Where named connections live: a name is a Unix stream socket of exactly that name in the runtime folder.
+// That is `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary
+// folder. It is made with mode 0700 when it is missing; one that belongs to another user, or that others may
+// write to, is refused, and so is a relative path, which would not mean the same to every process. Any thread
+// may ask.
+//
+//     FileDescriptor lock;
+//     NSString error;
+//     const FileDescriptor listener = listenOnConnectionName(u"com.example.helper"_ns, &lock, &error);
+//     if (!listener) NSLog(error);
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
-
-/// Where named connections live: a name is a Unix stream socket of exactly that name in the runtime folder.
-/// That is `$QUIVERLEAF_RUNTIME_DIR`, else `$XDG_RUNTIME_DIR`, else "quiverleaf-UID" under the temporary
-/// folder. It is made with mode 0700 when it is missing; one that belongs to another user, or that others may
-/// write to, is refused, and so is a relative path, which would not mean the same to every process.
 
 /// The runtime folder, opened (O_PATH). Nothing when there is none that can be used; `*error` then says why.
 FileDescriptor openConnectionFolder(NSString *error = nullptr);

@@ -12,16 +12,20 @@ namespace nimbo {
 /// follows it. Containers name their elements by object number. All numbers are big-endian.
 namespace BinaryPropertyList {
 
+/// What the data begins with.
 inline constexpr std::string_view kMagic = "bplist00";
 
+// Whole marker bytes.
 inline constexpr std::uint8_t kNull = 0x00;
 inline constexpr std::uint8_t kFalse = 0x08;
 inline constexpr std::uint8_t kTrue = 0x09;
 inline constexpr std::uint8_t kReal32 = 0x22;
 inline constexpr std::uint8_t kReal64 = 0x23;
 inline constexpr std::uint8_t kDate = 0x33;
-/// Kinds whose low half holds the size or count, or `kCountFollows`: an integer object with the count comes
-/// next. An integer's low half is the logarithm of its size in bytes.
+
+// Marker bytes whose low half, 0 here, holds the size or count.
+
+/// The kind of integers, whose low half is the logarithm of their size in bytes.
 inline constexpr std::uint8_t kInteger = 0x10;
 inline constexpr std::uint8_t kData = 0x40;
 inline constexpr std::uint8_t kASCIIString = 0x50;
@@ -31,15 +35,20 @@ inline constexpr std::uint8_t kArray = 0xa0;
 inline constexpr std::uint8_t kOrderedSet = 0xb0;
 inline constexpr std::uint8_t kSet = 0xc0;
 inline constexpr std::uint8_t kDictionary = 0xd0;
+/// The low half that says that an integer object with the count comes next.
 inline constexpr std::uint8_t kCountFollows = 0x0f;
 
-/// The trailer: unused bytes, the size of an offset and of an object number in bytes, and three 8-byte numbers:
-/// the count of objects, the number of the top object, the offset of the offset table.
+/// How many bytes the trailer has.
 inline constexpr std::size_t kTrailerLength = 32;
+/// Where in the trailer stands the size of an offset, one byte.
 inline constexpr std::size_t kTrailerOffsetSize = 6;
+/// Where in the trailer stands the size of an object number, one byte.
 inline constexpr std::size_t kTrailerReferenceSize = 7;
+/// Where in the trailer stands the count of objects, 8 bytes.
 inline constexpr std::size_t kTrailerObjectCount = 8;
+/// Where in the trailer stands the number of the top object, 8 bytes.
 inline constexpr std::size_t kTrailerTopObject = 16;
+/// Where in the trailer stands the offset of the offset table, 8 bytes.
 inline constexpr std::size_t kTrailerTableOffset = 24;
 
 }  // namespace BinaryPropertyList

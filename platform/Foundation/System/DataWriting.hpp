@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Bytes written to files. Any thread may write.
+//
+//     const NSData bytes = NSData::dataWithBytes("text", 4);
+//     if (!writeDataToFile(bytes, path, true)) NSLog(u"%@ is as it was", path);
+//     writeDataToFile(NSData(), path, true);  // false
 #pragma once
 
 #include "platform/Foundation/NSData.hpp"

@@ -12,18 +12,21 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A moment on the steady clock by which work has to end; it is handed down to whoever does a part of the work.
-/// A default-made one is never over.
+/// A default-made one is never over. It is a plain value.
 ///
 ///     const Deadline deadline = earliest(Deadline::after(6), callersDeadline);
 ///     while (!deadline.isOver()) doAStep();
+///     const int wait = deadline.remainingMilliseconds();
 class Deadline {
  public:
   using Clock = std::chrono::steady_clock;
 
+  /// One that is never over.
   constexpr Deadline() noexcept = default;
+  /// One that is never over.
   static constexpr Deadline never() noexcept { return Deadline(); }
-  /// That many seconds from now on. One of no or fewer seconds is over; one beyond the clock, or that is no
-  /// number, never is.
+  /// The moment that many seconds from now on. One of no or fewer seconds is over; one beyond the clock, or
+  /// that is no number, never is.
   static Deadline after(double seconds) noexcept {
     constexpr double kLongestSeconds = 1e9;
     if (!(seconds < kLongestSeconds)) return never();
@@ -31,9 +34,11 @@ class Deadline {
                                        std::chrono::duration<double>(std::max(seconds, 0.0))));
   }
 
+  /// Whether it is never over.
   constexpr bool isNever() const noexcept { return moment_ == Clock::time_point::max(); }
+  /// Whether the moment has come.
   bool isOver() const noexcept { return !isNever() && Clock::now() >= moment_; }
-  /// In seconds: 0 when it is over, infinite when it never is.
+  /// How many seconds are left: 0 when it is over, infinite when it never is.
   double remaining() const noexcept {
     if (isNever()) return HUGE_VAL;
     return std::max(std::chrono::duration<double>(moment_ - Clock::now()).count(), 0.0);
@@ -56,6 +61,7 @@ class Deadline {
   Clock::time_point moment_ = Clock::time_point::max();
 };
 
+/// The one of the two that is over first.
 constexpr Deadline earliest(const Deadline &a, const Deadline &b) noexcept {
   return std::min(a, b);
 }

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Memory of many megabytes. Any thread may ask for it.
+//
+//     void *const bytes = allocateBytes(2 * kLargeBytes);
+//     if (!bytes) throw std::bad_alloc();
+//     const NSData data = NSData::dataWithMallocedBytes(bytes, 2 * kLargeBytes);
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The system's pages of memory. Any thread may ask.
+//
+//     const std::size_t length = roundUpToMultipleOfPageSize(1);
+//     length == pageSize();  // true
+//     roundUpToMultipleOfPageSize(0);  // 0
 #pragma once
 
 #include <unistd.h>
@@ -15,6 +21,7 @@ inline std::size_t pageSize() {
   return size;
 }
 
+/// The smallest number of whole pages that hold so many bytes, in bytes.
 inline std::size_t roundUpToMultipleOfPageSize(std::size_t bytes) {
   return (bytes + pageSize() - 1) / pageSize() * pageSize();
 }

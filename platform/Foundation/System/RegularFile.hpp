@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Files read, never mapped: whoever cuts a mapped file short ends the process that looks behind its new end.
+// Any thread may read.
+//
+//     std::uint64_t size = 0;
+//     NSError error;
+//     if (const FileDescriptor file = openRegularFile(path, &size, &error))
+//       return readData(file.get(), size, NSNotFound, &error);
 #pragma once
 
 #include <cstdint>
@@ -8,9 +16,6 @@
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
-
-// Files are read, never mapped: whoever cuts a mapped file short ends the process that looks behind its new
-// end.
 
 /// The regular file at `path`, open for reading; `*size` gets its size in bytes. What is none is never waited
 /// for. Nothing when it cannot be opened; `*error` says why.

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Names of hosts. Any thread may convert them.
+//
+//     ASCIIHostName(u"bücher.example"_ns);  // "xn--bcher-kva.example"
+//     ASCIIHostName(u"example.org"_ns);  // "example.org"
+//     ASCIIHostName(NSString());  // nil
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"
@@ -10,6 +16,7 @@ namespace NIMBO_PUBLIC nimbo {
 /// `kMaximumHostNameUnits`, and for a name that has no such form.
 NSString ASCIIHostName(const NSString &host);
 
+/// How many units a host name may have to be converted.
 constexpr std::uint32_t kMaximumHostNameUnits = 1024;
 
 }  // namespace nimbo

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Percent escapes of bytes. Any thread may call these.
+//
+//     bytesByAddingPercentEscapes("a b/c", "/");  // "a%20b/c"
+//     bytesByReplacingPercentEscapes("a%20b");  // "a b"
+//     bytesByReplacingPercentEscapes("100%");  // "100%"
 #pragma once
 
 #include <string>
@@ -12,7 +18,7 @@ namespace NIMBO_PUBLIC nimbo {
 /// digits.
 std::string bytesByAddingPercentEscapes(std::string_view bytes, std::string_view plain);
 
-/// The reverse; a "%" without two hexadecimal digits stays.
+/// Writes every escape as its byte; a "%" without two hexadecimal digits stays.
 std::string bytesByReplacingPercentEscapes(std::string_view bytes);
 
 }  // namespace nimbo

@@ -26,11 +26,13 @@ struct URIParts {
   NSRange fragment = kAbsent;
 };
 
-/// A longer reference, or one with more segments in its path, is refused: each segment takes some memory.
+/// A reference of more bytes is refused.
 constexpr std::uint32_t kMaximumURIBytes = 1u << 24;
+/// A reference with more segments in its path is refused: each takes some memory.
 constexpr std::uint32_t kMaximumURIPathSegments = 1u << 20;
 
-/// Nothing when the bytes are no URI or relative reference by the grammar of RFC 3986.
+/// The parts of a reference; nothing when the bytes are no URI or relative reference by the grammar of RFC
+/// 3986.
 std::optional<URIParts> partsOfURIReference(std::string_view reference);
 
 /// The target of a reference whose parts these are, by RFC 3986, section 5.2. The base must have a scheme; it

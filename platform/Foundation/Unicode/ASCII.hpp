@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Letters and digits of ASCII among bytes and units. Only ASCII means anything here: other bytes and units are
+// no letters and no digits, are equal to nothing, and stay as they are. Any thread may call these, and they
+// work at compile time.
+//
+//     toASCIILower(u'É');  // u'É'
+//     hexDigitValue('f');  // 15
+//     endsWithASCIINoCase("PAGE.HTML"sv, ".html");  // true
 #pragma once
 
 #include <algorithm>
@@ -11,41 +19,47 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// What text is made of. Only ASCII means anything to the functions of this header: other bytes and units are
-/// no letters and no digits, are equal to nothing, and stay as they are.
+/// What text is made of: bytes or code units.
 template <class T>
 concept ASCIICodeUnit = std::same_as<T, char> || std::same_as<T, char16_t>;
 
+/// Whether it is one of "0" to "9".
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIIDigit(Unit c) {
   return c >= '0' && c <= '9';
 }
 
+/// Whether it is one of "A" to "Z".
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIIUppercase(Unit c) {
   return c >= 'A' && c <= 'Z';
 }
 
+/// Whether it is one of "a" to "z".
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIILowercase(Unit c) {
   return c >= 'a' && c <= 'z';
 }
 
+/// Whether it is a letter in either case.
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIILetter(Unit c) {
   return isASCIILowercase(static_cast<Unit>(c | 0x20));
 }
 
+/// Whether it is a letter or a digit.
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIIAlphanumeric(Unit c) {
   return isASCIIDigit(c) || isASCIILetter(c);
 }
 
+/// The letter in lower case.
 template <ASCIICodeUnit Unit>
 constexpr Unit toASCIILower(Unit c) {
   return isASCIIUppercase(c) ? static_cast<Unit>(c + ('a' - 'A')) : c;
 }
 
+/// The letter in upper case.
 template <ASCIICodeUnit Unit>
 constexpr Unit toASCIIUpper(Unit c) {
   return isASCIILowercase(c) ? static_cast<Unit>(c - ('a' - 'A')) : c;
@@ -60,6 +74,7 @@ constexpr std::uint32_t hexDigitValue(Unit c) {
   return letter < 6 ? letter + 10 : 16;
 }
 
+/// Whether it is a hexadecimal digit in either case.
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIIHexDigit(Unit c) {
   return hexDigitValue(c) < 16;
@@ -71,7 +86,7 @@ constexpr Unit lowerHexDigit(std::uint32_t value) {
   return static_cast<Unit>("0123456789abcdef"[value & 0xf]);
 }
 
-/// The same in capital letters.
+/// The hexadecimal digit of the value's lowest four bits, in capital letters.
 template <ASCIICodeUnit Unit = char>
 constexpr Unit upperHexDigit(std::uint32_t value) {
   return static_cast<Unit>("0123456789ABCDEF"[value & 0xf]);
@@ -84,20 +99,20 @@ constexpr bool equalsASCIINoCase(std::basic_string_view<Unit> text, std::string_
   return std::ranges::equal(text, lower, isEqual);
 }
 
-/// Whether the text is one of these.
+/// Whether the text is one of these, as `equalsASCIINoCase` compares.
 template <ASCIICodeUnit Unit>
 constexpr bool equalsOneOfASCIINoCase(std::basic_string_view<Unit> text,
                                       std::initializer_list<std::string_view> lower) {
   return std::ranges::any_of(lower, [=](std::string_view one) { return equalsASCIINoCase(text, one); });
 }
 
-/// Whether the text begins with `lower`.
+/// Whether the text begins with `lower`, as `equalsASCIINoCase` compares.
 template <ASCIICodeUnit Unit>
 constexpr bool startsWithASCIINoCase(std::basic_string_view<Unit> text, std::string_view lower) {
   return text.size() >= lower.size() && equalsASCIINoCase(text.substr(0, lower.size()), lower);
 }
 
-/// Whether the text ends with `lower`.
+/// Whether the text ends with `lower`, as `equalsASCIINoCase` compares.
 template <ASCIICodeUnit Unit>
 constexpr bool endsWithASCIINoCase(std::basic_string_view<Unit> text, std::string_view lower) {
   return text.size() >= lower.size() && equalsASCIINoCase(text.substr(text.size() - lower.size()), lower);

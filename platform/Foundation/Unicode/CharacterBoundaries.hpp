@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Where characters as people see them begin, by ICU's rules of grapheme clusters. Any thread may ask.
+//
+//     characterBoundaryAtOrBefore(u"e\u0301a", 1);  // 0
+//     characterBoundaryAtOrBefore(u"ab", 1);  // 1
+//     const std::u16string_view head = units.substr(0, characterBoundaryAtOrBefore(units, 100));
 #pragma once
 
 #include <cstddef>

@@ -31,33 +31,39 @@ namespace nimbo::detail {
 /// Both ranks of a unit, as former in the upper four bits, as latter in the lower.
 using ComposingRank = std::uint8_t;
 
+/// The ranks of all units.
 class ComposingRanks {
  public:
-  /// Made on first use, 64 KB.
+  /// The process's own, of 64 KB, made on first use, from any thread.
   static const ComposingRanks &shared();
 
+  /// The bits of a unit's rank as latter.
   static constexpr ComposingRank kLatterMask = 15;
+  /// How far above them those of its rank as former are.
   static constexpr int kFormerShift = 4;
 
-  /// The rule alone.
+  /// Whether the two may stand side by side by the rule alone.
   bool isOrdered(unichar former, unichar latter) const { return asFormer(former) <= asLatter(latter); }
 
-  /// With its exception.
+  /// Whether the two may stand side by side by the rule and its exception.
   bool mayFollow(unichar former, unichar latter) const {
     return isOrdered(former, latter) || (isMark(former) && !isMark(latter) && mayBegin(latter));
   }
+  /// Whether the unit may stand at the beginning of text.
   bool mayBegin(unichar c) const { return asLatter(c) != kNever; }
 
   /// Whether it is in NFC wherever it stands and nothing before it can change it: text can be cut before it and
   /// each piece brought into NFC by itself.
   bool isSteady(unichar c) const { return asLatter(c) == kAlways; }
 
-  /// Of each unit, in order.
+  /// The ranks of each unit, in order.
   const ComposingRank *data() const { return ranks_.data(); }
 
  private:
   static constexpr std::size_t kUnits = 0x10000;
+  /// Ranks as latter.
   static constexpr ComposingRank kNever = 0, kBehindUnjoined = 1, kAlways = 15;
+  /// Ranks as former, of bases; those of marks are above.
   static constexpr ComposingRank kUnjoined = 1, kJoined = 2;
 
   ComposingRanks();

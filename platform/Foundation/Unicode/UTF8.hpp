@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// UTF-8 and UTF-16 of single characters. Any thread may call these, and they work at compile time.
+//
+//     characterOfSurrogates(u'\xd83d', u'\xde00') == U'😀';  // true
+//     utf8SequenceLength("é");  // 2
+//     char bytes[4];
+//     const std::size_t count = putUTF8(U'€', bytes);  // 3
 #pragma once
 
 #include <cstddef>
@@ -8,22 +15,27 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// Whether the unit is half of a character above U+FFFF.
 constexpr bool isSurrogate(char16_t unit) {
   return (unit & 0xf800) == 0xd800;
 }
+/// Whether the unit is the first half of a character.
 constexpr bool isHighSurrogate(char16_t unit) {
   return (unit & 0xfc00) == 0xd800;
 }
+/// Whether the unit is the second half of a character.
 constexpr bool isLowSurrogate(char16_t unit) {
   return (unit & 0xfc00) == 0xdc00;
 }
-/// The two halves of a character above U+FFFF, and the character of two halves.
+/// The first half of a character above U+FFFF.
 constexpr char16_t highSurrogate(char32_t character) {
   return static_cast<char16_t>(0xd7c0 + (character >> 10));
 }
+/// The second half of a character above U+FFFF.
 constexpr char16_t lowSurrogate(char32_t character) {
   return static_cast<char16_t>(0xdc00 | (character & 0x3ff));
 }
+/// The character that two halves make.
 constexpr char32_t characterOfSurrogates(char16_t high, char16_t low) {
   return 0x10000 + ((high & 0x3ffu) << 10) + (low & 0x3ffu);
 }
@@ -68,6 +80,7 @@ struct UTF8Sequence {
   std::size_t present = 0;
 };
 
+/// What the bytes begin with.
 constexpr UTF8Sequence utf8SequenceAt(std::string_view bytes) {
   if (bytes.empty()) return {};
   const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };

@@ -21,11 +21,14 @@ struct CharacterGroup {
   std::uint8_t bytes;
 };
 
+/// How many shuffles there are for groups of six characters, and of four.
 inline constexpr std::size_t kGroupsOfSix = 64, kGroupsOfFour = 81;
 
+/// Shuffles that spread the characters of a group over lanes.
 struct SpreadingTables {
-  /// By the bits of those bytes that end a character.
+  /// The group that the bytes begin with, by the bits of those that end a character.
   std::array<CharacterGroup, 4096> groups{};
+  /// The shuffles that the groups name.
   std::array<Shuffle, kGroupsOfSix + kGroupsOfFour> shuffles{};
 
   constexpr SpreadingTables() {
@@ -34,7 +37,7 @@ struct SpreadingTables {
   }
 
  private:
-  /// Groups of `count` characters with all lengths up to `longest`.
+  /// Adds the groups of `count` characters with all lengths up to `longest`.
   constexpr void addGroups(std::size_t shuffle, std::size_t count, std::size_t longest, std::size_t laneBytes) {
     std::size_t combinations = 1;
     for (std::size_t i = 0; i < count; ++i) combinations *= longest;
