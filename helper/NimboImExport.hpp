@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// The contract between the helper and its callers: the name under which the helper registers, and the
+// operations that its root object answers. clients/ is written against this file.
 #pragma once
 
 #include <array>
@@ -8,12 +11,13 @@
 
 namespace nimbo {
 
-/// The contract between the helper and its callers: the name under which the helper registers, and the
-/// operations that its root object answers. clients/ is written against this file.
+/// The name under which the helper registers.
 inline constexpr std::u16string_view kHelperConnectionName = u"QuiverleafHelper_2.0pb8build4";
 
+/// What crosses as an argument or a result.
 enum class RemoteKind { string, data, boolean, url, dictionary };
 
+/// An argument of an operation.
 struct RemoteArgument {
   std::u16string_view keyword;  ///< Empty: the operation has no further argument.
   RemoteKind kind = RemoteKind::string;
@@ -29,6 +33,7 @@ struct RemoteOperation {
   RemoteKind result;
 };
 
+/// The operations that the root object answers.
 // clang-format off
 inline constexpr std::array<RemoteOperation, 9> NimboImExport = {{
     {u"metaDataForFile:",

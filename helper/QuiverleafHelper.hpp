@@ -23,17 +23,24 @@ class QuiverleafHelper : public NSConnectionRootObject {
 
   /// The file's metadata attributes by their kMDItem names, without null values.
   NSDictionary metaDataForFile(const NSString &path, NSError *error = nullptr);
-  /// The text and facts of a PDF: `_attributedStringWithPDF` without a file and without the size.
+  /// The text and facts of a PDF, as `_attributedStringWithPDF` answers them without a file and without the
+  /// size.
   NSDictionary attributedStringWithPDF(bool attributed, const NSData &pdf, NSError *error = nullptr);
 
-  // Documents other than PDF are not converted: these answer nil.
+  /// Answers nil: web archives are not converted.
   NSDictionary searchableTextOfWebArchive(const NSString &path, NSError *error = nullptr);
+  /// Answers nil: documents other than PDF are not converted.
   NSDictionary attributedStringWithContentsOfFile(const NSString &path, NSError *error = nullptr);
+  /// Answers nil: rich text is not written.
   id writeRTFDData(const NSData &rtfd, const NSString &toFile, NSError *error = nullptr);
+  /// Answers nil: pages are not made rich text.
   NSData RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest,
                       NSError *error = nullptr);
+  /// Answers nil: documents are not drawn.
   NSData PDFImageRepOfFile(const NSString &path, NSError *error = nullptr);
+  /// Answers nil: movies are not read.
   NSDictionary posterImageForMovieWithFile(const NSString &path, NSError *error = nullptr);
+  /// Answers nil: pictures are not made.
   NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight,
                                        NSError *error = nullptr);
 
@@ -41,13 +48,11 @@ class QuiverleafHelper : public NSConnectionRootObject {
   /// the PDF: its text is better read here. Answers
   ///   "Locked"     true, only when the text needs a password; there is no "String" then
   ///   "String"     the text of all pages, cleaned; missing when there are no pages, or when attributed text is
-  ///   asked for,
-  ///                which this helper does not make
+  ///                asked for, which this helper does not make
   ///   "PageCount"  an integer
   ///   the document's own attributes, which replace those above of the same name
   ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as
-  ///   text, twice,
-  ///                and false
+  ///                text, twice, and false
   /// Nil when there is no data or it is no PDF. `*error` says that, or why the text is missing or not whole.
   /// Lets exceptions out.
   NSDictionary _attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file, bool size,

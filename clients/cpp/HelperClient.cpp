@@ -25,7 +25,7 @@ using Seconds = std::chrono::duration<double>;
 using Answer = HelperClient::Answer;
 using Status = HelperClient::Status;
 
-/// For a helper to end after SIGTERM, before it is killed.
+/// How long a helper may take to end after SIGTERM, before it is killed.
 constexpr Seconds kStopLimit{2};
 /// How long a helper that closed a connection is given to be gone, so that the next call does not meet its
 /// remains.
@@ -33,7 +33,7 @@ constexpr Seconds kDeathLimit{1};
 /// How often a request is sent at most.
 constexpr int kAttempts = 2;
 
-/// "15 seconds".
+/// The time as a message has it: "15 seconds".
 std::string secondsText(double seconds) {
   std::array<char, 32> digits;
   const auto end = std::to_chars(digits.begin(), digits.end(), seconds).ptr;
@@ -77,7 +77,7 @@ struct HelperClient::Session {
 
   HelperProcess process;
   ConnectionChannel channel;
-  /// Of the call under way.
+  /// The deadline of the call under way.
   Deadline deadline;
 };
 

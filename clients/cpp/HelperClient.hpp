@@ -13,23 +13,36 @@ namespace NIMBO_PUBLIC nimbo {
 /// Calls the helper over its named connection. Starts one when none is registered, gives every call a time
 /// limit, and replaces a helper that died or hangs, so that a bad document costs one request. Used from one
 /// thread at a time.
+///
+/// Relative paths that an operation is given count from this process's working directory; when that is gone,
+/// the request is invalid. The empty path stays empty, and "~" is a name like any other. An operation answers
+/// nil when it could not do its work.
+///
+///     HelperClient helper;
+///     const HelperClient::Answer answer = helper.metaDataForFile(u"letter.pdf"_ns);
+///     if (answer.status != HelperClient::Status::answered) NSLog(answer.message);
+///     const NSString title = answer.result.dictionary().objectForKey(u"kMDItemTitle"_ns).string();
 class HelperClient {
  public:
+  /// How a client finds and treats the helper.
   struct Options {
-    /// Nil: the name of the helper's contract. A helper program that is started has to register under it.
+    /// The name of the connection; nil stands for the one of the helper's contract. A helper program that is
+    /// started has to register under it.
     NSString name;
-    /// For one call: request and reply together.
+    /// How long one call may take, request and reply together.
     double timeoutSeconds = 15.0;
     /// Whether a helper is started when none is registered.
     bool startsHelper = true;
     /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
     bool endsHungHelper = true;
-    /// The helper program; a relative path counts from the working directory in which the client is made.
-    /// Empty: `$QUIVERLEAF_HELPER`, else the helper of this library's own prefix or that of the running
-    /// program, else the one that was installed with this library, else "quiverleaf-helper" in `$PATH`.
+    /// The helper program; a relative path counts from the working directory in which the client is made. An
+    /// empty one stands for `$QUIVERLEAF_HELPER`, else the helper of this library's own prefix or that of the
+    /// running program, else the one that was installed with this library, else "quiverleaf-helper" in
+    /// `$PATH`.
     std::string helperPath;
   };
 
+  /// How a call ended.
   enum class Status {
     answered,     ///< `result` is the answer; `reason` and `code` say why it is not whole, if so.
     nil,          ///< The operation answered nil; `reason` and `code` say why.
@@ -40,21 +53,29 @@ class HelperClient {
     invalid       ///< The request cannot be sent; `message` says why.
   };
 
+  /// What came of a call.
   struct Answer {
+    /// How the call ended, which says what else is there.
     Status status = Status::unreachable;
+    /// The answer of the operation; nil unless `answered`.
     id result;
+    /// The exception's name, for programs; nil unless `exception`.
     NSString exceptionName;
+    /// The exception's reason, for people; nil unless `exception`.
     NSString exceptionReason;
-    /// Why the answer is nil, or why it is not whole: for people, and for programs, which take an unknown code
-    /// for `other`. Nil and `none` when the helper does not say it.
+    /// Why the answer is nil, or why it is not whole, for people; nil when the helper does not say it.
     NSString reason;
+    /// The same for programs, which take an unknown code for `other`; `none` when the helper does not say it.
     ErrorCode code = ErrorCode::none;
+    /// Why there is no answer, in UTF-8; empty when there is one.
     std::string message;
   };
 
+  /// A client with the options as they stand above.
   HelperClient();
+  /// A client with these options. Neither of both connects: the first call does.
   explicit HelperClient(Options options);
-  /// A helper that it started lives on.
+  /// Closes the connection; a helper that the client started lives on.
   ~HelperClient();
   HelperClient(HelperClient &&) noexcept;
   HelperClient &operator=(HelperClient &&) noexcept;
@@ -63,16 +84,24 @@ class HelperClient {
   /// left out. Paths among them have to be absolute, since the helper has a working directory of its own.
   Answer call(const NSString &selector, const NSDictionary &arguments);
 
-  // The operations. Relative paths count from this process's working directory; when that is gone, the request
-  // is invalid. The empty path stays empty, and "~" is a name like any other.
+  /// The metadata of a file: a dictionary by kMDItem names, without null values.
   Answer metaDataForFile(const NSString &path);
+  /// The text of a web archive. This helper answers nil.
   Answer searchableTextOfWebArchive(const NSString &path);
+  /// The text and facts of a PDF: a dictionary with "String", "PageCount", "Locked" when it needs a password,
+  /// and the document's own attributes.
   Answer attributedStringWithPDF(bool attributed, const NSData &pdf);
+  /// The text of a document. This helper answers nil.
   Answer attributedStringWithContentsOfFile(const NSString &path);
+  /// Writes rich text to a file. This helper answers nil.
   Answer writeRTFDData(const NSData &rtfd, const NSString &toFile);
+  /// A page as rich text. This helper answers nil.
   Answer RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest);
+  /// A document as a PDF. This helper answers nil.
   Answer PDFImageRepOfFile(const NSString &path);
+  /// A picture out of a movie. This helper answers nil.
   Answer posterImageForMovieWithFile(const NSString &path);
+  /// The picture of a document. This helper answers nil.
   Answer imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
 
   /// The process number of the helper, started if need be; 0 when there is none, and `*failure` then says why.

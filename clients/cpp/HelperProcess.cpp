@@ -28,7 +28,8 @@ namespace {
 
 using Seconds = std::chrono::duration<double>;
 
-/// For a helper to start and register; a client that waits for another one to do this waits as long.
+/// How long a helper may take to start and register; a client that waits for another one to do this waits as
+/// long.
 constexpr Seconds kStartLimit{5};
 constexpr Seconds kKillLimit{5};
 constexpr std::chrono::milliseconds kRetryInterval{5};

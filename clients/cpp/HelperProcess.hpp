@@ -13,14 +13,17 @@ namespace nimbo {
 
 /// A process by its number and by a descriptor (pidfd), which never means a later process of the same number.
 struct HelperProcess {
+  /// The process number; 0 when there is none.
   pid_t number = 0;
+  /// The descriptor of the process.
   FileDescriptor handle;
 
+  /// Whether there is a process.
   explicit operator bool() const noexcept { return static_cast<bool>(handle); }
   /// Waits until the process has ended, and takes its exit status when it is a child that `startHelper` made.
   /// False when it still runs after that time.
   bool waitUntilEnded(std::chrono::duration<double> limit) const;
-  /// Sends a signal. Nothing happens when the process has ended.
+  /// Sends a signal; nothing happens when the process has ended.
   void sendSignal(int signal) const;
   /// Kills it and waits until it has ended.
   void endByForce() const;
@@ -28,9 +31,12 @@ struct HelperProcess {
 
 /// A connection and the process at its other end.
 struct HelperConnection {
+  /// The connected socket.
   FileDescriptor socket;
+  /// The process that serves it.
   HelperProcess process;
 
+  /// Whether there is a connection.
   explicit operator bool() const noexcept { return static_cast<bool>(socket); }
 };
 

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Plug-in bundles, loaded into this process. One thread loads and calls them at a time.
+//
+//     const auto plugIn = CFPlugInCreate(path, &error);
+//     if (!plugIn) return;
+//     for (const CFUUIDBytes &factory : CFPlugInFindFactoriesForPlugInTypeInPlugIn(type, *plugIn))
+//       if (const CFPlugInInstance object = CFPlugInInstanceCreate(*plugIn, factory, type)) use(object.get());
 #pragma once
 
 #include <array>
@@ -21,9 +28,13 @@ std::optional<CFUUIDBytes> CFUUIDCreateFromString(const NSString &string);
 
 /// What the function table of every plug-in object begins with.
 struct IUnknownVTbl {
+  /// Not used.
   void *reserved;
+  /// Stores the object under the interface, with a reference more, and answers 0; else null and another number.
   std::int32_t (*QueryInterface)(void *thisInterface, const std::uint8_t *interfaceID, void **interface);
+  /// Adds a reference and answers how many there are.
   std::uint32_t (*AddRef)(void *thisInterface);
+  /// Takes a reference away and answers how many are left; at 0 the object is freed.
   std::uint32_t (*Release)(void *thisInterface);
 };
 
@@ -34,7 +45,9 @@ class CFPlugInInstance {
   /// Takes over one reference.
   explicit CFPlugInInstance(void *object) noexcept : object_(object) {}
 
+  /// The object, borrowed; null when there is none.
   void *get() const noexcept { return object_.get(); }
+  /// Whether there is an object.
   explicit operator bool() const noexcept { return object_ != nullptr; }
   /// The object under another interface; none when it does not have that.
   CFPlugInInstance QueryInterface(const CFUUIDBytes &interfaceID) const;

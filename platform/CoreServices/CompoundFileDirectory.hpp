@@ -9,8 +9,9 @@
 
 namespace nimbo {
 
-/// Directory sectors and entries beyond these bounds are left out.
+/// Directory sectors beyond so many are left out.
 inline constexpr std::size_t kMaximumCompoundFileSectors = 1024;
+/// Entries beyond so many are left out.
 inline constexpr std::size_t kMaximumCompoundFileEntries = 4096;
 
 /// The names of the streams and storages directly below the root of an OLE compound file; what lies in an

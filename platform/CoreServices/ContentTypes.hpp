@@ -1,4 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Content types of files, from ContentTypes.tsv and the system's database of signatures. One thread asks at a
+// time.
+//
+//     LSCopyItemContentType(u"/tmp"_ns);  // "public.folder"
+//     NSError error;
+//     const NSString type = LSCopyItemContentType(path, &error);
+//     if (!type) NSLog(error.localizedFailureReason);
 #pragma once
 
 #include "platform/Foundation/NSError.hpp"
@@ -13,7 +21,7 @@ inline constexpr std::size_t kContentTypeHeadBytes = 64 << 10;
 /// only when the name says nothing, or may mean several types, by its content. "public.data" when that says
 /// nothing either or cannot be read, "public.folder" for folders that are no documents, "public.item" for what
 /// is neither file nor folder, which is never opened. Nil when nothing is there, or cannot be reached: `*error`
-/// says which. Not thread-safe.
+/// says which.
 NSString LSCopyItemContentType(const NSString &path, NSError *error = nullptr);
 
 }  // namespace nimbo

@@ -16,8 +16,8 @@
  *   CFPlugInTypes                  dictionary {type identifier: [factory identifier, ...]}
  *   CFPlugInFactories              dictionary {factory identifier: name of a function in EXECUTABLE}
  *   CFPlugInDynamicRegistration    boolean: false, or the importer is never used
- *   CFBundleDocumentTypes          [{CFBundleTypeRole: "MDImporter", LSItemContentTypes: [content type, ...]},
- * ...]
+ *   CFBundleDocumentTypes          [{CFBundleTypeRole: "MDImporter",
+ *                                    LSItemContentTypes: [content type, ...]}, ...]
  *
  * Identifiers are UUIDs written as text, "8B08C4BF-415B-11D8-B3F9-0003936726FC", in either case; the factory
  * identifier is one that you make up. Content types are uniform type identifiers such as "com.adobe.pdf".
@@ -27,6 +27,12 @@
  *
  * The library is loaded into the helper's process when a file of one of its types comes first, and is never
  * unloaded. Everything runs on one thread. A crash or a hang ends the helper, and costs that one request.
+ *
+ * The function that reads a file sets its attributes by calls like these, where `attributes` was handed to it:
+ *
+ *     const MDImporterAttributesFunctions *set = attributes->functions;
+ *     set->setInteger(attributes, "kMDItemNumberOfPages", 12);
+ *     set->setUTF8String(attributes, "kMDItemTitle", "A page", 6);
  */
 
 #include <stddef.h>
@@ -100,6 +106,7 @@ typedef struct MDImporterValue {
 enum {
   /** None of the others. */
   kMDImporterOther = 1,
+  /** Nothing has this name. */
   kMDImporterNoSuchFile = 2,
   /** The file may not be read, is a folder or no regular file, or its disk fails. */
   kMDImporterUnreadable = 3,
@@ -111,12 +118,15 @@ enum {
   kMDImporterDamaged = 6,
   /** The content needs a password. */
   kMDImporterLocked = 7,
+  /** The work took too long. */
   kMDImporterTimeLimit = 8,
+  /** The work needed too much memory. */
   kMDImporterMemoryLimit = 9,
   /** The content is empty, or a part of it is left out. */
   kMDImporterIncomplete = 10
 };
 
+/** The attributes of a file, to be set by the functions below. */
 typedef struct MDImporterAttributes MDImporterAttributes;
 
 /**
@@ -135,12 +145,16 @@ typedef struct MDImporterAttributesFunctions {
   /** UTF-16 of `length` units, not terminated, any units. */
   MDImporterBoolean (*setCharacters)(MDImporterAttributes *attributes, const char *name,
                                      const MDImporterUnichar *characters, size_t length);
+  /** A whole number. */
   MDImporterBoolean (*setInteger)(MDImporterAttributes *attributes, const char *name, int64_t integer);
+  /** A real number. */
   MDImporterBoolean (*setReal)(MDImporterAttributes *attributes, const char *name, double real);
+  /** Yes or no. */
   MDImporterBoolean (*setBoolean)(MDImporterAttributes *attributes, const char *name,
                                   MDImporterBoolean boolean);
   /** Seconds since 2001-01-01 00:00:00 UTC; 1970-01-01 is 978307200 seconds earlier. */
   MDImporterBoolean (*setDate)(MDImporterAttributes *attributes, const char *name, double seconds);
+  /** Bytes, `length` of them. */
   MDImporterBoolean (*setData)(MDImporterAttributes *attributes, const char *name, const void *bytes,
                                size_t length);
   /** The null object: "known to be nothing". It is dropped before the attributes leave the helper. */
@@ -162,18 +176,21 @@ typedef struct MDImporterAttributesFunctions {
 
 /** The mutable attributes of a file; they belong to the helper and are there for the duration of one call. */
 struct MDImporterAttributes {
+  /** How they are set. */
   const MDImporterAttributesFunctions *functions;
 };
 
 /** The function table of an importer. `thisInterface` is the pointer that QueryInterface gave. */
 typedef struct MDImporterInterfaceStruct {
+  /** Not used. */
   void *reserved;
   /** When the 16 bytes at `interfaceID` are kMDImporterInterfaceID: adds a reference, stores a pointer to an
      object whose first member points to this table, and answers 0. Else stores null and answers another number.
    */
   int32_t (*QueryInterface)(void *thisInterface, const uint8_t *interfaceID, void **interface);
-  /** Both answer the new number of references; at 0 the importer frees the object. */
+  /** Adds a reference and answers how many there are. */
   uint32_t (*AddRef)(void *thisInterface);
+  /** Takes a reference away and answers how many are left; at 0 the importer frees the object. */
   uint32_t (*Release)(void *thisInterface);
   /**
    * Reads the file and sets its attributes, and the reason why some are missing. `contentTypeUTI` is

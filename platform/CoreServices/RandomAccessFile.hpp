@@ -16,8 +16,9 @@ struct RandomAccessFile {
   std::string read(std::uint64_t offset, std::size_t count) const;
 };
 
-/// The little-endian number at `offset`; 0 when it does not lie inside `bytes`.
+/// The little-endian number of 16 bits at `offset`; 0 when it does not lie inside `bytes`.
 std::uint16_t littleEndian16(std::string_view bytes, std::size_t offset);
+/// The little-endian number of 32 bits at `offset`; 0 when it does not lie inside `bytes`.
 std::uint32_t littleEndian32(std::string_view bytes, std::size_t offset);
 
 }  // namespace nimbo

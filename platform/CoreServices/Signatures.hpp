@@ -5,7 +5,8 @@
 
 namespace nimbo {
 
-/// Readers of PDF accept the header anywhere in the first 1024 bytes, which the databases of signatures do not.
+/// Whether a PDF begins. Readers of PDF accept the header anywhere in the first 1024 bytes, which the
+/// databases of signatures do not.
 bool beginsLikePDF(std::string_view head);
 
 /// Whether the text begins with the header of a mail, whichever field comes first: nothing but header fields up

@@ -14,12 +14,18 @@ struct ImageInput;
 }
 
 /// An image file and what its header and its metadata say; no pixel is decoded. Used from one thread at a time.
+///
+///     NSError error;
+///     const auto source = CGImageSource::sourceWithContentsOfFile(path, &error);
+///     if (!source) return NSLog(error.localizedFailureReason);
+///     const auto width = source->properties().objectForKey(u"PixelWidth"_ns).integer();
 class CGImageSource {
  public:
-  /// Null when there is no such regular file, or no image of a known kind that it could begin with; `*error`
-  /// says why. It also says when the image's metadata cannot be read, which is then left out.
+  /// Reads a file. Null when there is no such regular file, or no image of a known kind that it could begin
+  /// with; `*error` says why. It also says when the image's metadata cannot be read, which is then left out.
   static std::unique_ptr<CGImageSource> sourceWithContentsOfFile(const NSString &path,
                                                                  NSError *error = nullptr);
+  /// Reads data, as above.
   static std::unique_ptr<CGImageSource> sourceWithData(const NSData &data, NSError *error = nullptr);
 
   /// The number of images (pages, frames) that the file says it has, at least 1.

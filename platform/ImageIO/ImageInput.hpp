@@ -12,13 +12,16 @@ namespace nimbo::detail {
 /// Where an image is read from: the open file, or the data when there is none. A file counts as as large as it
 /// was when it was opened.
 struct ImageInput {
-  /// Borrowed.
+  /// The open file, borrowed; negative when the image is data.
   int descriptor = -1;
+  /// The size of the file in bytes when it was opened.
   std::uint64_t fileSize = 0;
+  /// The data, when there is no file.
   NSData data;
 
-  /// At most so many bytes, enough to tell the formats apart.
+  /// How many bytes are enough to tell the formats apart.
   static constexpr std::size_t kFirstBytesLength = 64;
+  /// The first bytes of the image, at most so many.
   std::string firstBytes() const;
 };
 
@@ -28,8 +31,9 @@ struct ImageHeader {
   NSString type;
   /// Whether the file begins like an image of a known format.
   bool isKnown = false;
+  /// The number of images in the file.
   std::uint32_t count = 1;
-  /// By the names of `CGImageSource::properties`.
+  /// The facts, by the names of `CGImageSource::properties`.
   NSDictionary properties;
 };
 

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Dates as PDF writes them. Any thread may read them.
+//
+//     const auto date = dateWithPDFDateString(u"D:20010203040506+01'00'"_ns);
+//     date->ISO8601String().value();  // "2001-02-03T03:05:06Z"
+//     dateWithPDFDateString(u"yesterday"_ns).has_value();  // false
 #pragma once
 
 #include <optional>

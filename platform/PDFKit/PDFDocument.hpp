@@ -20,13 +20,14 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// What one document may cost; whatever is beyond counts as damaged.
 struct PDFLimits {
-  /// Held by the engine for the document at a time, without the document's own bytes.
+  /// How much the engine holds for the document at a time, without the document's own bytes.
   std::size_t memoryBytes = std::size_t{512} << 20;
-  /// For opening, and for each page. Watched whenever the engine asks for memory, so a step that needs none can
-  /// overrun it.
+  /// How long opening may take, and each page. Watched whenever the engine asks for memory, so a step that
+  /// needs none can overrun it.
   double stepSeconds = 6;
-  /// For everything that is asked of the document; watched in the same way.
+  /// When everything that is asked of the document has to end; watched in the same way.
   Deadline deadline = Deadline::never();
+  /// How many pages are counted at most.
   std::uint32_t pages = 100'000;
   /// After so many pages in a row that cannot be read, the rest is not tried any more.
   std::uint32_t pageErrorsInARow = 16;
@@ -42,11 +43,11 @@ class PDFPage {
   /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Nil when the page has no
   /// text, or cannot be read: then `*error` says why.
   NSString string(NSError *error = nullptr) const;
-  /// In points (the page's own unit is taken into account), lower left corner and size, before rotation. The
-  /// crop box is cut to the media box, and is the media box when the page names none; without a media box,
-  /// {612, 792} at the origin.
+  /// The box in points (the page's own unit is taken into account), lower left corner and size, before
+  /// rotation. The crop box is cut to the media box, and is the media box when the page names none; without a
+  /// media box, {612, 792} at the origin.
   NSRect boundsForBox(PDFDisplayBox box) const;
-  /// Clockwise degrees at which the page is shown: 0, 90, 180 or 270.
+  /// The clockwise degrees at which the page is shown: 0, 90, 180 or 270.
   int rotation() const;
 
  private:
@@ -57,16 +58,22 @@ class PDFPage {
   std::uint32_t index_;
 };
 
-/// A PDF in memory. Used from one thread at a time.
+/// A PDF, in memory or in a file. Used from one thread at a time.
+///
+///     NSError error;
+///     const auto document = PDFDocument::documentWithContentsOfFile(path, PDFLimits(), &error);
+///     if (!document || document->isLocked(&error)) return;
+///     const auto print = [](const NSString &text) { return puts(text.UTF8String().c_str()) >= 0; };
+///     document->readPages(Deadline::after(6), print, &error);
 class PDFDocument {
  public:
-  /// Null when the data is no PDF that can be opened; `*error` says why. A document that is open but locked is
-  /// not null.
+  /// Opens data. Null when it is no PDF that can be opened; `*error` says why. A document that is open but
+  /// locked is not null.
   static std::unique_ptr<PDFDocument> documentWithData(const NSData &data,
                                                        const PDFLimits &limits = PDFLimits(),
                                                        NSError *error = nullptr);
-  /// The same of a regular file, which is read while the document is used: one that is changed meanwhile is a
-  /// damaged document from then on, no worse.
+  /// Opens a regular file, as above, which is read while the document is used: one that is changed meanwhile
+  /// is a damaged document from then on, no worse.
   static std::unique_ptr<PDFDocument> documentWithContentsOfFile(const NSString &path,
                                                                  const PDFLimits &limits = PDFLimits(),
                                                                  NSError *error = nullptr);
@@ -78,15 +85,18 @@ class PDFDocument {
   /// "CreationDate" and "ModDate" (dates), as far as the document has them and they can be read; nil when there
   /// are none, or while locked.
   NSDictionary documentAttributes() const;
+  /// Whether the document is encrypted, be it without a password.
   bool isEncrypted() const;
   /// Whether the text needs a password that has not been given; `*error` then says so.
   bool isLocked(NSError *error = nullptr) const;
+  /// The number in front of the full stop of the version: 1 or 2.
   int majorVersion() const;
+  /// The number behind the full stop of the version.
   int minorVersion() const;
-  /// Never more than the limit nor than the document has objects, whatever it claims; 0 when a locked document
-  /// hides it.
+  /// The number of pages: never more than the limit nor than the document has objects, whatever it claims; 0
+  /// when a locked document hides it.
   std::uint32_t pageCount() const;
-  /// `index` must be below the page count.
+  /// The page at `index`, which must be below the page count.
   PDFPage pageAtIndex(std::uint32_t index) const;
   /// Hands the text of each page that has any to `use`, first to last. It stops when `use` answers false, which
   /// means that there is enough text, and when another page as slow as the last one would end after `deadline`;

@@ -30,11 +30,14 @@ struct PDFInput {
     void operator()(std::FILE *file) const { std::fclose(file); }
   };
 
+  /// The data, when there is no file.
   NSData data;
+  /// The file, or null.
   std::unique_ptr<std::FILE, Close> file;
 
-  /// Up to so many bytes, in which the header of a PDF has to begin.
+  /// In how many bytes the header of a PDF has to begin.
   static constexpr std::size_t kHeaderSearchBytes = 1024;
+  /// The first bytes of the document, at most so many.
   std::string firstBytes() const;
 };
 
@@ -51,11 +54,13 @@ class PDFBudget {
   PDFBudget(const PDFBudget &) = delete;
   PDFBudget &operator=(const PDFBudget &) = delete;
 
+  /// The allocator for MuPDF, borrowed from this object.
   const fz_alloc_context *functions() const { return &functions_; }
+  /// Begins a step, which has until the deadline.
   void beginStep(const Deadline &deadline);
-  /// Whether the step takes too long; nothing more is allocated in it then.
+  /// Whether the step takes too long so far; nothing more is allocated in it then.
   bool isLate();
-  /// Whether the step took too long.
+  /// Ends the step, and answers whether it took too long.
   bool endStep();
 
  private:
@@ -98,6 +103,7 @@ class PDFEngine {
   fz_context *context() const { return context_; }
   pdf_document *document() const { return document_; }
   const PDFLimits &limits() const { return limits_; }
+  /// Whether a password is missing.
   bool isLocked() const { return locked_; }
   /// Ten times the major version and the minor one.
   int version() const { return version_; }
@@ -109,8 +115,9 @@ class PDFEngine {
   template <class Work>
   void run(Work &&work);
 
-  /// Whether pages are still worth trying; each page that was tried is reported.
+  /// Whether pages are still worth trying.
   bool triesPages() const { return pageErrors_ < limits_.pageErrorsInARow; }
+  /// Reports whether a page that was tried could be read.
   void pageWasRead(bool read) { pageErrors_ = read ? 0 : pageErrors_ + 1; }
 
  private:
@@ -119,7 +126,7 @@ class PDFEngine {
   [[noreturn]] void raise(bool late) const;
 
   const PDFLimits limits_;
-  /// Read by MuPDF until the document is closed.
+  /// The input, which MuPDF reads until the document is closed.
   const PDFInput input_;
   PDFBudget budget_;
   fz_context *context_ = nullptr;

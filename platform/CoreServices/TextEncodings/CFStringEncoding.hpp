@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Text encodings by number and by name, from StringEncodings.tsv. Any thread may ask.
+//
+//     CFStringConvertIANACharSetNameToEncoding(u"Latin1"_ns);  // kCFStringEncodingISOLatin1
+//     CFStringConvertEncodingToIANACharSetName(kCFStringEncodingWindowsLatin1);  // "windows-1252"
+//     CFStringConvertEncodingToNSStringEncoding(kCFStringEncodingUTF8);  // NSUTF8StringEncoding
 #pragma once
 
 #include <cstdint>
@@ -17,8 +23,10 @@ using CFStringEncoding = std::uint32_t;
 /// others.
 using NSStringEncoding = std::uint32_t;
 
+/// No encoding.
 inline constexpr CFStringEncoding kCFStringEncodingInvalidId = 0xffffffff;
 
+/// The published numbers.
 enum : CFStringEncoding {
   kCFStringEncodingMacRoman = 0x0,
   kCFStringEncodingMacJapanese = 0x1,
@@ -155,8 +163,9 @@ enum : CFStringEncoding {
   kCFStringEncodingNonLossyASCII = 0xbff,
   kCFStringEncodingEBCDIC_US = 0xc01,
   kCFStringEncodingEBCDIC_CP037 = 0xc02,
-  /// Of the project's own: Czech and Slovak text of DOS times.
+  /// A number of the project's own: Czech and Slovak text of DOS times, code page 895.
   kCFStringEncodingKamenicky = 0xa001,
+  /// A number of the project's own: Czech and Slovak text of DOS times, KOI8-CS2.
   kCFStringEncodingKOI8CS2 = 0xa002,
   kCFStringEncodingUTF7 = 0x4000100,
   kCFStringEncodingUTF8 = 0x8000100,
@@ -167,6 +176,7 @@ enum : CFStringEncoding {
   kCFStringEncodingUTF32LE = 0x1c000100,
 };
 
+/// The short list, and those of the others that have a name.
 enum : NSStringEncoding {
   NSASCIIStringEncoding = 1,
   NSNEXTSTEPStringEncoding = 2,
@@ -190,8 +200,9 @@ enum : NSStringEncoding {
   NSUTF32StringEncoding = 0x8c000100,
   NSUTF32BigEndianStringEncoding = 0x98000100,
   NSUTF32LittleEndianStringEncoding = 0x9c000100,
-  /// -16 and -15.
+  /// -16, the number that stands for `kCFStringEncodingKamenicky`.
   NSKamenickyStringEncoding = 0xfffffff0,
+  /// -15, the number that stands for `kCFStringEncodingKOI8CS2`.
   NSKOI8CS2StringEncoding = 0xfffffff1,
 };
 
@@ -201,8 +212,9 @@ bool CFStringIsEncodingAvailable(CFStringEncoding encoding);
 /// Every available encoding, in ascending order of the numbers.
 std::vector<CFStringEncoding> CFStringGetListOfAvailableEncodings();
 
-/// `kCFStringEncodingInvalidId`, which is -1, when the number is no encoding.
+/// The number that strings know an encoding by; `kCFStringEncodingInvalidId`, which is -1, when it is none.
 NSStringEncoding CFStringConvertEncodingToNSStringEncoding(CFStringEncoding encoding);
+/// The number of an encoding that strings know; `kCFStringEncodingInvalidId` when it is none.
 CFStringEncoding CFStringConvertNSStringEncodingToEncoding(NSStringEncoding encoding);
 
 /// The encoding of a registered name or another name of the same, in any case; `kCFStringEncodingInvalidId`
@@ -216,8 +228,9 @@ NSString CFStringConvertEncodingToIANACharSetName(CFStringEncoding encoding);
 /// own tables behind "table:". Empty when it has none. Lives as long as the process.
 std::string_view converterNameOfEncoding(CFStringEncoding encoding);
 
-/// What bytes in `encoding` that come from outside are: where the encoding leaves the order of bytes open, a
-/// byte order mark decides, else it is the order of this machine. `*markLength` gets the bytes of the mark.
+/// The encoding in which bytes in `encoding` that come from outside are to be read: where the encoding leaves
+/// the order of bytes open, a byte order mark decides, else it is the order of this machine. `*markLength`
+/// gets the bytes of the mark.
 CFStringEncoding encodingWithByteOrderMark(CFStringEncoding encoding, std::string_view bytes,
                                            std::uint32_t *markLength);
 

@@ -30,7 +30,9 @@ class CodeTable {
   /// highest single byte (shapes of letters stand below the plain ones), else the lowest of two bytes.
   void index();
 
+  /// Whether the byte begins codes of two bytes.
   bool isLead(std::uint8_t byte) const { return !pairs_[byte].empty(); }
+  /// Whether the code stands in the table.
   bool isPossible(TableCode code) const { return meaning(code) != kImpossible; }
   /// The meaning of a code that is a single unit; `kNoCharacter` for any other code.
   char16_t unitOf(TableCode code) const {
@@ -39,6 +41,7 @@ class CodeTable {
   }
   /// Appends the meaning of a possible code.
   void appendMeaning(TableCode code, std::u16string *text) const;
+  /// The code that a character is written as; nothing when the encoding lacks it.
   std::optional<TableCode> codeOf(char32_t character) const;
 
  private:
@@ -57,10 +60,10 @@ class CodeTable {
   void indexCode(TableCode code);
 
   std::array<char32_t, kBytes> singles_ = impossibleCells();
-  /// By first byte; empty where a byte is no first one.
+  /// Rows of codes of two bytes, by the first one; empty where a byte is no first one.
   std::array<std::vector<char32_t>, kBytes> pairs_;
   std::vector<std::u16string_view> texts_;
-  /// Ascending by character.
+  /// The way back, ascending by character.
   std::vector<std::pair<char32_t, TableCode>> codes_;
 };
 

@@ -14,8 +14,10 @@ struct CodeText {
   std::u16string_view text;
 };
 
-// The tables by name, still without the way from characters to codes; null when there is none of the name.
+/// The table of single bytes of a name, still without the way from characters to codes; null when there is
+/// none.
 std::unique_ptr<CodeTable> singleByteCodeTable(std::string_view name);
+/// The table of two bytes of a name, as above.
 std::unique_ptr<CodeTable> doubleByteCodeTable(std::string_view name);
 
 /// Gives consecutive codes the single characters of each row.

@@ -1,4 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Text whose encoding nobody named. Any thread may detect it.
+//
+//     const DetectedString text = stringWithDetectedEncoding("caf\xc3\xa9");
+//     text.string;  // "café"
+//     text.encodingName;  // "UTF-8"
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Strings as bytes of an encoding. Any thread may convert.
+//
+//     const NSData bytes = dataUsingEncoding(u"café"_ns, NSISOLatin1StringEncoding);
+//     bytes.length();  // 4
+//     initWithData(bytes, NSISOLatin1StringEncoding);  // "café"
+//     canBeConvertedToEncoding(u"€"_ns, NSISOLatin1StringEncoding);  // false
 #pragma once
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"

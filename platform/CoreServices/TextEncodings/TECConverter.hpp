@@ -1,4 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
+//
+// Conversions in pieces, to or from UTF-16:
+//
+//     std::unique_ptr<TECConverter> converter;
+//     if (TECCreateConverter(converter, kCFStringEncodingUTF8, kCFStringEncodingUnicode) != noErr) return;
+//     std::array<std::uint8_t, 64> output;
+//     const TECResult result = converter->convertText(data.span(), output);
 #pragma once
 
 #include <cstddef>
@@ -10,6 +17,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// The status of a call: one of the numbers below.
 using OSStatus = std::int32_t;
 
 /// What conversions answer.
@@ -34,7 +42,9 @@ enum : OSStatus {
 /// What one call did.
 struct TECResult {
   OSStatus status = noErr;
+  /// How many bytes of the input are done with.
   std::size_t consumedBytes = 0;
+  /// How many bytes of output there are.
   std::size_t writtenBytes = 0;
 };
 

@@ -9,23 +9,20 @@ namespace nimbo {
 
 /// The binary form of property lists: the magic, the objects, a table of the objects' offsets, and a trailer.
 /// An object is a marker byte, whose high half is the kind and whose low half a size or a count, and what
-/// follows it. Containers name their elements by object number. All numbers are big-endian.
+/// follows it: `kNull` to `kDate` are whole markers, `kInteger` to `kDictionary` kinds. The low half of an
+/// integer is the logarithm of its size in bytes. Containers name their elements by object number. All numbers
+/// are big-endian.
 namespace BinaryPropertyList {
 
 /// What the data begins with.
 inline constexpr std::string_view kMagic = "bplist00";
 
-// Whole marker bytes.
 inline constexpr std::uint8_t kNull = 0x00;
 inline constexpr std::uint8_t kFalse = 0x08;
 inline constexpr std::uint8_t kTrue = 0x09;
 inline constexpr std::uint8_t kReal32 = 0x22;
 inline constexpr std::uint8_t kReal64 = 0x23;
 inline constexpr std::uint8_t kDate = 0x33;
-
-// Marker bytes whose low half, 0 here, holds the size or count.
-
-/// The kind of integers, whose low half is the logarithm of their size in bytes.
 inline constexpr std::uint8_t kInteger = 0x10;
 inline constexpr std::uint8_t kData = 0x40;
 inline constexpr std::uint8_t kASCIIString = 0x50;
