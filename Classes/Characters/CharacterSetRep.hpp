@@ -25,20 +25,20 @@ struct CharacterSetRep {
   void insert(unichar c) noexcept { bytes[c >> 3] = static_cast<std::uint8_t>(bytes[c >> 3] | 1u << (c & 7)); }
 };
 
-/// The set of no unit.
+/// The empty set.
 const CharacterSetRep *emptyCharacterSetRep();
 /// The white set: the platform's whitespace and newlines (Z*, U+0009 to U+000D, U+0085), and U+0000, U+0003
 /// (end of text), U+FFFC (attachment) and U+FEFF (byte order mark).
 const CharacterSetRep *whiteCharacterSetRep();
 /// The space set, horizontal blanks: Zs and U+0009, and U+0000.
 const CharacterSetRep *spaceCharacterSetRep();
-/// Uppercase and titlecase letters: Lu and Lt.
+/// The upper set, uppercase and titlecase letters: Lu and Lt.
 const CharacterSetRep *upperCharacterSetRep();
-/// Lowercase letters: Ll.
+/// The lower set, lowercase letters: Ll.
 const CharacterSetRep *lowerCharacterSetRep();
-/// Decimal digits: Nd.
+/// The digit set, decimal digits: Nd.
 const CharacterSetRep *digitCharacterSetRep();
-/// Letters, marks and numbers: L*, M* and N*.
+/// The alphaNum set, letters, marks and numbers: L*, M* and N*.
 const CharacterSetRep *alphaNumCharacterSetRep();
 /// The alpha set, letters and marks: L* and M*.
 const CharacterSetRep *alphaCharacterSetRep();

@@ -17,8 +17,8 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSStringTextFinding {
 
-/// Whether the substring stands in the string. False when either is nil or empty; a string
-/// that is not longer than the substring contains it only when both have the same length.
+/// Whether the substring stands in the string. False when either is nil or empty; a string that is not longer
+/// than the substring contains it only when both have the same length.
 bool containsSubstring(const NSString &string, const NSString &substring, Flag caseSensitive = true);
 /// Whether one of the substrings stands in the string, each asked for as `containsSubstring` does.
 bool containsSubstrings(const NSString &string, const std::vector<NSString> &substrings,

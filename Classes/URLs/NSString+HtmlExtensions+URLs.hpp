@@ -13,10 +13,9 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace HtmlExtensions {
 
-/// The URL cleaned by `normalizeURLUnits` (Classes/URLs/URLNormalizing.hpp); with
-/// `trimAnchor` without its anchor. The string itself when it is clean; up to 256 units nothing but a new
-/// result takes memory. Nil when nothing usable is left, for nil, and above `kMaxNormalizedURLLength` units
-/// that are not clean.
+/// The URL cleaned by `normalizeURLUnits` (Classes/URLs/URLNormalizing.hpp); with `trimAnchor` without its
+/// anchor. The string itself when it is clean; up to 256 units nothing but a new result takes memory. Nil when
+/// nothing usable is left, for nil, and above `kMaxNormalizedURLLength` units that are not clean.
 NSString normalizedStringURL(const NSString &string, Flag trimAnchor);
 /// As above, with the anchor.
 NSString normalizedStringURL(const NSString &string);

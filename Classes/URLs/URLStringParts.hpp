@@ -20,9 +20,9 @@ namespace nimbo {
 /// Without an authority `authorityStart` and `pathStart` are equal: 0, or behind the scheme's ":".
 struct URLStringParts {
   std::uint32_t schemeLength = 0;
-  /// Relative, or of a scheme of the web: "\" is as good as "/".
+  /// Whether it is relative, or of a scheme of the web: "\" is as good as "/".
   bool isHierarchical = false;
-  /// The scheme is one whose URLs are text: javascript, applescript, data.
+  /// Whether the scheme is one whose URLs are text: javascript, applescript, data.
   bool isText = false;
   std::uint32_t authorityStart = 0;
   std::uint32_t pathStart = 0;
@@ -30,6 +30,7 @@ struct URLStringParts {
   std::uint32_t fragmentStart = 0;
 };
 
+/// Where the parts of the URL lie.
 URLStringParts partsOfURLString(std::u16string_view url);
 
 /// Whether the scheme's URLs are text.

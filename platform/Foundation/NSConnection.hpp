@@ -35,6 +35,7 @@ class NSConnection {
   /// The process's own connection, made on first use; lives as long as the process.
   static NSConnection &defaultConnection();
 
+  /// A connection of the calling thread, under no name yet.
   NSConnection();
   ~NSConnection();
   NSConnection(const NSConnection &) = delete;

@@ -116,7 +116,7 @@ class SharedPointer {
   /// Gives its reference away, and is null.
   T *detach() noexcept { return static_cast<T *>(std::exchange(object_, nullptr)); }
 
-  /// The object, borrowed; or null.
+  /// The object, borrowed; or null. The operators must not be used on null.
   T *get() const noexcept { return static_cast<T *>(object_); }
   T &operator*() const noexcept { return static_cast<T &>(*object_); }
   T *operator->() const noexcept { return &**this; }

@@ -98,11 +98,11 @@ class PDFDocument {
   std::uint32_t pageCount() const;
   /// The page at `index`, which must be below the page count.
   PDFPage pageAtIndex(std::uint32_t index) const;
-  /// Hands the text of each page that has any to `use`, first to last. It stops when `use` answers false, which
-  /// means that there is enough text, and when another page as slow as the last one would end after `deadline`;
-  /// the first page is always read. A page over which an exception comes, from `use` too, is one that cannot be
-  /// read. `*error` says which pages are missing in the end and why: `timeLimit`,
-  /// `incomplete` when there was enough text, else what was wrong with the first page that cannot be read.
+  /// Hands the text of each page that has any to `use`, first to last. It stops when `use` answers false,
+  /// which means that there is enough text, and when another page as slow as the last one would end after
+  /// `deadline`; the first page is always read. A page over which an exception comes, from `use` too, is one
+  /// that cannot be read. `*error` says which pages are missing in the end and why: `timeLimit`, `incomplete`
+  /// when there was enough text, else what was wrong with the first page that cannot be read.
   void readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                  NSError *error = nullptr) const;
 

@@ -17,9 +17,9 @@ inline namespace NSStringNimboPathExtensions {
 /// counts as U+FFFD. Nil for nil, and when the result would be too long for a string.
 NSString encodebase64(const NSString &string);
 
-/// The text that Base64 stands for, in UTF-8. Characters outside the standard alphabet
-/// are skipped, line breaks and blanks among them; the first "=" ends it; bits that make no whole byte are
-/// dropped. Nil for nil, and when the bytes are no UTF-8.
+/// The text that Base64 stands for, in UTF-8. Characters outside the standard alphabet are skipped, line
+/// breaks and blanks among them; the first "=" ends it; bits that make no whole byte are dropped. Nil for nil,
+/// and when the bytes are no UTF-8.
 NSString decodebase64(const NSString &string);
 /// As `decodebase64`, in the encoding given; nil when the bytes are no text in it.
 NSString decodebase64UsingEncoding(const NSString &string, NSStringEncoding encoding);

@@ -24,11 +24,11 @@ void normalizeLowercaseString(NSMutableString &string);
 /// U+F400 to U+F8FF becomes a space; then the string is brought into NFC.
 void fixAndNormalizeString(NSMutableString &string);
 
-/// Maps whole characters to lower case, as `lowercaseString`.
+/// Maps whole characters to lower case, as `CFStringLowercase`.
 void lowercase(NSMutableString &string);
-/// Maps whole characters to upper case, as `uppercaseString`.
+/// Maps whole characters to upper case, as `CFStringUppercase`.
 void uppercase(NSMutableString &string);
-/// Writes a capital at the beginning of each word, as `capitalizedString`.
+/// Writes a capital at the beginning of each word, as `CFStringCapitalize`.
 void capitalize(NSMutableString &string);
 
 }  // namespace NSMutableStringNimboExtensions

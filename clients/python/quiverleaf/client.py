@@ -97,10 +97,10 @@ class Helper:
 
     The operations have the names of the helper's own. Files are named by str, bytes or os.PathLike, relative ones from
     this process's working directory; names that are not UTF-8 work. An answer that is nil is None: the operation could not
-    do its work, and `reason` and `code` may say why. A dictionary comes as dict, data as bytes, a date as datetime in UTC, null as
-    None. Each operation raises RemoteException, HelperTimeout, HelperDied or HelperUnreachable, HelperError itself for an
-    answer of the wrong kind, ValueError for arguments that cannot be sent, and FileNotFoundError for a relative name in a
-    working directory that is gone.
+    do its work, and `reason` and `code` may say why. A dictionary comes as dict, data as bytes, a date as datetime in UTC,
+    null as None. Each operation raises RemoteException, HelperTimeout, HelperDied or HelperUnreachable, HelperError itself
+    for an answer of the wrong kind, ValueError for arguments that cannot be sent, and FileNotFoundError for a relative name
+    in a working directory that is gone.
     """
 
     reason: Optional[str]

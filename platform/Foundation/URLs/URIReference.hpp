@@ -18,7 +18,7 @@ struct URIParts {
   NSRange scheme = kAbsent;
   bool hasAuthority = false;
   NSRange userInfo = kAbsent;
-  /// Without the brackets of an IP literal.
+  /// The host, without the brackets of an IP literal.
   NSRange host = kAbsent;
   NSRange port = kAbsent;
   NSRange path = kAbsent;
