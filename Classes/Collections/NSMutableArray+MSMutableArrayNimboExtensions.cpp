@@ -23,7 +23,7 @@ struct ByIdentity {
 template <class Sameness>
 class ObjectSet {
  public:
-  /// With room for `moreCount` others.
+  /// Makes a set of the objects, with room for `moreCount` others.
   explicit ObjectSet(std::span<const id> objects, std::size_t moreCount = 0) {
     set_.reserve(objects.size() + moreCount);
     for (const id &object : objects) set_.insert(&object);

@@ -32,7 +32,7 @@ inline constexpr unichar minUmlChar = 0x00a0;
 inline constexpr unichar maxUmlChar = 0x2666;
 
 namespace detail {
-/// For each unit from `minUmlChar` to `maxUmlChar` the index of its entity, or -1.
+/// The index of the entity of each unit from `minUmlChar` to `maxUmlChar`, or -1.
 extern const std::array<std::int16_t, maxUmlChar - minUmlChar + 1> entityIndexes;
 }  // namespace detail
 

@@ -24,10 +24,11 @@ enum class FileKinds : std::uint32_t {
   image = 1 << 0,
   /// All sounds and movies, and what plays them.
   media = 1 << 1,
-  /// Of the media, what browsers play.
+  /// The sounds of the media that browsers play.
   audio = 1 << 2,
+  /// The movies of the media that browsers play.
   video = 1 << 3,
-  /// Of the media, what needs a plug-in.
+  /// The media that need a plug-in.
   embedded = 1 << 4,
   archive = 1 << 5,
   executable = 1 << 6,

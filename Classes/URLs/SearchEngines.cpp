@@ -11,7 +11,7 @@
 namespace nimbo {
 namespace {
 
-/// As they are written in the table.
+/// The kinds of rows, as they are written in the table.
 enum class SearchEngineKind { host, prefix, contentHost, contentPath };
 
 struct SearchEngineRow {

@@ -63,7 +63,7 @@ bool beginsWithEscapedQuote(std::u16string_view url) {
   return url.starts_with(u"\\\"");
 }
 
-/// Without the quote at the end, if there is one, and the backslash before it.
+/// The run without the quote at the end, if there is one, and the backslash before it.
 std::u16string_view withoutLastQuote(std::u16string_view url) {
   if (!url.ends_with(u'"')) return url;
   url.remove_suffix(1);
@@ -71,8 +71,8 @@ std::u16string_view withoutLastQuote(std::u16string_view url) {
   return url;
 }
 
-/// Without what stands around the URL. When `marksEnd`, a quote or ">" ends it, unless its scheme's URLs are
-/// text.
+/// The run without what stands around the URL. When `marksEnd`, a quote or ">" ends it, unless its scheme's
+/// URLs are text.
 std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
   const auto white = [](unichar c) { return (c <= u' ' || c >= 0x80) && isWhite()(c); };
   bool isQuoted = false, isBracketed = false;

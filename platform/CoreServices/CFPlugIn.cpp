@@ -60,7 +60,7 @@ void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error
   const NSBundle bundle(bundlePath);
   const NSString contents = stringByAppendingPathComponent(bundlePath, u"Contents"_ns);
   const std::pair<NSString, mode_t> trusted[] = {
-      // Without slashes at its end, with which a symbolic link would be followed.
+      // The path loses the slashes at its end, with which a symbolic link would be followed.
       {stringByAppendingPathComponent(bundlePath, NSString::string()), S_IFDIR},
       {contents, S_IFDIR},
       {stringByAppendingPathComponent(contents, u"Info.plist"_ns), S_IFREG},

@@ -31,7 +31,7 @@ constexpr ZipKind kZipKinds[] = {
     {"doc.kml", "application/vnd.google-earth.kmz"},
 };
 
-/// The same documents when they bring macros along.
+/// The documents of the same kinds when they bring macros along.
 constexpr ZipKind kZipKindsWithMacros[] = {
     {"word/vbaProject.bin", "application/vnd.ms-word.document.macroEnabled.12"},
     {"xl/vbaProject.bin", "application/vnd.ms-excel.sheet.macroEnabled.12"},
@@ -43,7 +43,7 @@ struct CompoundKind {
   std::string_view type;
 };
 
-/// In lower case: the names in a compound file differ in more than case.
+/// The name in lower case: names in a compound file differ in more than case.
 constexpr CompoundKind kCompoundKinds[] = {
     {u"worddocument", "application/msword"},
     {u"workbook", "application/vnd.ms-excel"},

@@ -64,7 +64,7 @@ std::vector<std::string> namesOfCentralDirectory(std::string_view directory) {
   return names;
 }
 
-/// For archives whose end is missing: from entry to entry, as long as their sizes are known.
+/// Reads archives whose end is missing: goes from entry to entry, as long as their sizes are known.
 std::vector<std::string> namesOfLocalEntries(const RandomAccessFile &file) {
   std::vector<std::string> names;
   std::uint64_t offset = 0;

@@ -70,7 +70,7 @@ class NSArray {
   std::size_t identityHash() const noexcept { return storage_.hash(); }
   /// A hash of the elements and their order.
   std::size_t hash() const noexcept;
-  /// Equal elements in the same order; nil equals only nil.
+  /// Whether the elements and their order are equal; nil equals only nil.
   bool operator==(const NSArray &other) const;
 
  private:

@@ -101,7 +101,7 @@ class NSDictionary {
   std::size_t identityHash() const noexcept { return storage_.hash(); }
   /// A hash of the entries, in whatever order.
   std::size_t hash() const noexcept;
-  /// The same keys with equal values, in any order; nil equals only nil.
+  /// Whether the keys are the same and the values equal, in any order; nil equals only nil.
   bool operator==(const NSDictionary &other) const;
 
  private:

@@ -26,7 +26,7 @@ struct ClassDescription {
   NSString name;
   /// Null for the root class.
   const ClassDescription *superclass = nullptr;
-  /// By selector. Those of the superclass answer, too, where these do not.
+  /// The methods by selector. Those of the superclass answer, too, where these do not.
   std::vector<std::pair<NSString, Method>> methods;
   std::vector<Key> keys;
 };

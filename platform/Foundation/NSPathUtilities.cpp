@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kUserRecordBytes = 16384;
 
-/// Without "/" at the end, unless it is the root.
+/// The path without "/" at the end, unless it is the root.
 std::u16string_view withoutFinalSlashes(std::u16string_view path) {
   while (path.size() > 1 && path.ends_with(u'/')) path.remove_suffix(1);
   return path;

@@ -110,7 +110,7 @@ int depthOfImage(VipsImage *image) {
 
 double dotsPerInch(double pixelsPerMillimeter) {
   if (!(pixelsPerMillimeter > 0) || pixelsPerMillimeter == kUnsetPixelsPerMillimeter) return kDefaultDPI;
-  // Without the noise of the conversions there and back.
+  // Rounding takes away the noise of the conversions there and back.
   return std::round(pixelsPerMillimeter * kMillimetersPerInch * 1000) / 1000;
 }
 
@@ -148,7 +148,7 @@ struct OpenFile {
   std::int64_t size;
   std::int64_t position = 0;
 
-  /// As read(2).
+  /// Reads as read(2) does.
   std::int64_t read(void *buffer, std::int64_t length) {
     const auto room = static_cast<std::size_t>(std::clamp<std::int64_t>(size - position, 0, length));
     ssize_t got = 0;
@@ -158,7 +158,7 @@ struct OpenFile {
     position += std::max<ssize_t>(got, 0);
     return got;
   }
-  /// As lseek(2).
+  /// Seeks as lseek(2) does.
   std::int64_t seek(std::int64_t offset, int whence) {
     const std::int64_t start = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? position : size;
     if (offset < -start || offset > INT64_MAX - start) return -1;

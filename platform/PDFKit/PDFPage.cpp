@@ -107,7 +107,7 @@ NSString PDFPage::string(NSError *error) const {
         options.flags = FZ_STEXT_DEHYPHENATE;
         text.page = fz_new_stext_page(context, pdf_bound_page(context, page));
         device = fz_new_stext_device(context, text.page, &options);
-        // With what annotations and filled forms show.
+        // What annotations and filled forms show is text, too.
         pdf_run_page(context, page, device, fz_identity, nullptr);
         fz_close_device(context, device);
       }

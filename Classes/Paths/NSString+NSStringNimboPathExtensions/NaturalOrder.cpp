@@ -22,7 +22,7 @@ std::u16string_view withoutLeadingZeros(std::u16string_view digits) {
   return digits.substr(std::min(digits.find_first_not_of(u'0'), digits.size()));
 }
 
-/// By the numbers, then by the lengths.
+/// Compares two runs of digits by their numbers, then by their lengths.
 std::int32_t compareDigits(std::u16string_view a, std::u16string_view b) {
   const std::u16string_view left = withoutLeadingZeros(a), right = withoutLeadingZeros(b);
   if (left.size() != right.size()) return left.size() < right.size() ? -1 : 1;

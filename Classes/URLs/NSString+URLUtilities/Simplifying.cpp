@@ -28,7 +28,7 @@ View nameOfParam(View param) {
   return param.substr(0, param.find(u'='));
 }
 
-/// Without the parameters of the query that the predicate picks, the separators before them, and a "?" with
+/// Takes away the parameters of the query that the predicate picks, the separators before them, and a "?" with
 /// nothing left behind it.
 template <class Predicate>
 NSString withoutParams(const NSString &string, Predicate isRemoved) {
@@ -49,7 +49,7 @@ NSString withoutParams(const NSString &string, Predicate isRemoved) {
   return stringByConcatenating(url.substr(0, parts.queryStart), kept, url.substr(parts.fragmentStart));
 }
 
-/// Without the sessions among the parameters of path components. A component may be nothing but a session.
+/// Takes away the sessions among the parameters of path components. A component may be nothing but a session.
 NSString withoutPathSessions(const NSString &string) {
   const View url = string.view();
   const URLStringParts parts = partsOfURLString(url);

@@ -20,10 +20,10 @@ inline namespace NSURLNimboExtensions {
 
 namespace {
 
-/// For a path that ends with "/".
+/// The name of a copy of what a path that ends with "/" names.
 constexpr std::u16string_view kIndexName = u"index";
 
-/// At most so many units, without half a character at the end; 0 is no limit.
+/// Cuts the text to so many units, without half a character at the end; 0 is no limit.
 NSString cutTo(const NSString &string, std::uint32_t maxUnits) {
   if (maxUnits == 0 || string.length() <= maxUnits) return string;
   const bool cutsPair = isHighSurrogate(string.characterAtIndex(maxUnits - 1));
@@ -108,7 +108,7 @@ NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &direc
 }
 
 NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, Flag milliseconds) {
-  // As a double, 0.123 seconds are a little less.
+  // A double of 0.123 seconds is a little less.
   const double time = forDate.timeIntervalSinceReferenceDate + (milliseconds ? 0.0005 : 0);
   const double seconds = std::floor(time);
   std::optional<std::string> name = NSDate{seconds}.ISO8601String();

@@ -20,7 +20,7 @@ bool hasScheme(const NSURL &url, std::initializer_list<std::string_view> schemes
   return equalsOneOfASCIINoCase(url.scheme().view(), schemes);
 }
 
-/// The same resource under "http". What follows "feed:" may be a whole HTTP URL.
+/// The URL of the same resource under "http". What follows "feed:" may be a whole HTTP URL.
 NSURL HTTPURLOfFeed(const NSURL &url) {
   const NSString specifier = url.resourceSpecifier();
   return hasPrefixNoCase(specifier, u"http:"_ns) ? NSURL::URLWithString(specifier)

@@ -28,7 +28,7 @@ constexpr double kAcceptPauseSeconds = 1;
 
 constexpr auto kGenericException = u"NSGenericException";
 
-/// As GLib counts: its monotonic clock is the steady one, in microseconds; -1 is never.
+/// A moment as GLib counts it: its monotonic clock is the steady one, in microseconds; -1 is never.
 std::int64_t monotonicTime(const Deadline &deadline) {
   if (deadline.isNever()) return -1;
   return std::chrono::ceil<std::chrono::microseconds>(deadline.moment().time_since_epoch()).count();

@@ -222,7 +222,7 @@ class Reader {
   std::size_t referenceSize_;
   std::uint64_t objectCount_;
   std::uint64_t topObject_;
-  /// By object number; nil until a string is first met.
+  /// The strings by object number; nil until a string is first met.
   std::vector<NSString> strings_;
   std::uint64_t unclaimedStringBytes_;
   PropertyListLimits limits_;

@@ -289,9 +289,9 @@ class Writer {
   std::vector<std::uint32_t> notes_;
   std::uint64_t values_ = 0;
   std::uint64_t references_ = 0;
-  /// Of all objects, without the references.
+  /// The bytes of all objects, without the references.
   std::uint64_t objectBytes_ = 0;
-  /// Of all pieces of their own.
+  /// The bytes of all pieces of their own.
   std::uint64_t separateBytes_ = 0;
 
   std::size_t referenceSize_ = 0;

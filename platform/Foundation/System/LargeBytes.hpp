@@ -13,7 +13,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// From this size on the first touch of fresh memory, page by page, takes longer than filling it.
+/// The size in bytes from which on the first touch of fresh memory, page by page, takes longer than filling it.
 inline constexpr std::size_t kLargeBytes = 4u << 20;
 
 /// Memory for bytes, to be freed with `free`. Where it is large the system is asked to back it with large
