@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <iterator>
 #include <tuple>
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
+#include "tests/support/FileReaders.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -18,7 +18,7 @@ bool contains(const NSString &text, std::u16string_view part) {
 
 /// The shipped importers alone, as the helper loads them.
 class Importers : public testing::Test {
- protected:
+ public:
   static NSDictionary metaData(const NSString &path, NSError *error = nullptr) {
     static MetaDataImporter importer([] {
       MetaDataImporterLocations locations;
@@ -27,6 +27,8 @@ class Importers : public testing::Test {
     }());
     return importer.metaDataOfFileAtPath(path, error);
   }
+
+ protected:
   static NSDictionary metaDataOfExample(const std::string &name) {
     return metaData(NSString::stringWithUTF8String(EXAMPLES_FOLDER "/" + name));
   }
@@ -38,8 +40,7 @@ class Importers : public testing::Test {
 };
 
 std::string contentsOfExample(const std::string &name) {
-  std::ifstream file(EXAMPLES_FOLDER "/" + name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return contentsOfFile(EXAMPLES_FOLDER "/" + name);
 }
 
 void expectAttributes(const NSDictionary &found, const NSDictionary &wanted) {
@@ -196,35 +197,9 @@ TEST_F(Importers, SayWhatIsWrong) {
     EXPECT_EQ(error.errorCode(), code) << name << ": " << error.localizedFailureReason.UTF8String();
     EXPECT_EQ(found.count() > 0, isAnswered) << name;
   }
-  for (const char *name : {"folder.pdf", "folder.jpg", "folder.txt"}) {
-    std::filesystem::create_directory(folder.path() / name);
-    NSError error;
-    EXPECT_EQ(metaData(folder.string(name), &error).count(), 0u) << name;
-    EXPECT_EQ(error.errorCode(), ErrorCode::unreadable) << name;
-  }
 }
 
-TEST_F(Importers, DamagedFiles) {
-  for (const char *name : {"article.pdf", "locked.pdf", "leaflet", "letter-latin1.txt", "labels-utf16.txt",
-                           "quiver.c", "leaf.jpg", "leaf.png"}) {
-    SCOPED_TRACE(name);
-    const std::string whole = contentsOfExample(name);
-    const std::string copy = std::string("damaged-") + name;
-    EXPECT_FALSE(metaDataOf(copy, "").objectForKey(u"kMDItemPixelWidth"_ns));
-    for (std::size_t cut = 1; cut < 24; ++cut) {
-      const std::size_t middle = whole.size() * cut / 24;
-      metaDataOf(copy, whole.substr(0, middle));
-      std::string changed = whole;
-      changed[middle] = static_cast<char>(~changed[middle]);
-      metaDataOf(copy, changed);
-      std::string holed = whole;
-      holed.replace(middle, holed.size() / 20, holed.size() / 20, '\0');
-      metaDataOf(copy, holed);
-    }
-    for (const char *extension : {".pdf", ".jpg", ".png", ".tiff", ".txt", ".webp", ".heic", ".psd"})
-      metaDataOf(std::string("wrong") + extension, whole);
-  }
-  // What is cut at its end still gives what stands before.
+TEST_F(Importers, TakeWhatStandsBeforeTheCut) {
   const std::string letter = contentsOfExample("letter-latin1.txt");
   const NSDictionary cutLetter = metaDataOf("cut.txt", letter.substr(0, letter.size() / 2));
   EXPECT_TRUE(contains(cutLetter.objectForKey(u"kMDItemTextContent"_ns).string(), u"Köhler"));
@@ -232,6 +207,22 @@ TEST_F(Importers, DamagedFiles) {
   const NSDictionary cutPhoto = metaDataOf("cut.jpg", photo.substr(0, photo.size() * 3 / 4));
   EXPECT_EQ(cutPhoto.objectForKey(u"kMDItemPixelWidth"_ns), id(480));
 }
+
+FileReader importerReader(const char *name, const char *path, const char *example) {
+  return {name, path, contentsOfExample(example), [](const NSString &file, NSError *error) {
+            const NSDictionary found = Importers::metaData(file, error);
+            return found.count() > 0 ? id(found) : id();
+          }};
+}
+
+INSTANTIATE_TEST_SUITE_P(Importers, FileReaders,
+                         testing::Values(importerReader("PDF", "leaf.pdf", "article.pdf"),
+                                         importerReader("LatinText", "leaf.txt", "letter-latin1.txt"),
+                                         importerReader("UTF16Text", "leaf.txt", "labels-utf16.txt"),
+                                         importerReader("Source", "leaf.c", "quiver.c"),
+                                         importerReader("JPEG", "leaf.jpg", "leaf.jpg"),
+                                         importerReader("PNG", "leaf.png", "leaf.png")),
+                         nameOfFileReader);
 
 }  // namespace
 }  // namespace nimbo

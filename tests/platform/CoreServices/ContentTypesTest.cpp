@@ -71,7 +71,7 @@ TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
 
 /// A small container made by zipfile of Python or by libgsf.
 std::string container(const std::string &name) {
-  std::ifstream file(TEST_FILES + ("/" + name), std::ios::binary);
+  std::ifstream file(TEST_FILES + ("/container/" + name), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
