@@ -25,6 +25,7 @@ namespace {
 
 constexpr std::size_t kPlaces = 50;
 constexpr int kReadsOfChangingFile = 100;
+constexpr int kChangesWhileReading = 20;
 /// Far more than a loaded machine needs under sanitizers.
 constexpr unsigned kSecondsUntilAHang = 100;
 
@@ -99,6 +100,7 @@ TEST_P(FileReaders, TakeWholeAndDamagedFiles) {
     holed.replace(place, whole.size() / 20, whole.size() / 20, '\0');
     for (const std::string &damaged : {whole.substr(0, place), changed, holed}) {
       error = {};
+      fs::remove(folder.path() / file);
       answerOf(folder.write(file, damaged), &error);
     }
   }
@@ -144,8 +146,9 @@ TEST_P(FileReaders, BearThatTheFileChangesMeanwhile) {
   for (const bool inPlace : {false, true}) {
     SCOPED_TRACE(inPlace ? "shrunk and written again" : "replaced");
     std::atomic<bool> isOver = false;
+    std::atomic<int> changes = 0;
     std::thread writer([&, &bytes = whole, &target = file] {
-      while (!isOver) {
+      for (; !isOver; ++changes) {
         if (inPlace) {
           fs::resize_file(native, bytes.size() / 2);
           folder.write(target, bytes);
@@ -157,7 +160,7 @@ TEST_P(FileReaders, BearThatTheFileChangesMeanwhile) {
         }
       }
     });
-    for (int i = 0; i < kReadsOfChangingFile; ++i) {
+    for (int reads = 0; reads < kReadsOfChangingFile || changes < kChangesWhileReading; ++reads) {
       error = {};
       const id answer = answerOf(path, &error);
       EXPECT_TRUE(inPlace || answer == ofWhole || answer == ofEmpty) << "neither the old nor the new file";
