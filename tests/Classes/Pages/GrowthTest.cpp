@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <ctime>
+#include <ostream>
 #include <string>
 #include <string_view>
 
