@@ -40,8 +40,9 @@ bool FSPathMakeRef(const NSString &path, FSRef *ref, bool *isDirectory) {
   std::error_code error;
   const fs::path canonical = fs::canonical(*bytes, error);
   std::optional<FSRef> found = error ? std::nullopt : referenceTo(canonical, isDirectory);
-  if (found && ref) *ref = *std::move(found);
-  return found.has_value();
+  if (!found) return false;
+  if (ref) *ref = *std::move(found);
+  return true;
 }
 
 NSString FSRefMakePath(const FSRef &ref) {
