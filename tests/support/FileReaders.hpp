@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "platform/Foundation/NSError.hpp"
@@ -28,6 +29,11 @@ struct FileReader {
 };
 
 class FileReaders : public testing::TestWithParam<FileReader> {};
+
+/// Failures name the reader.
+inline void PrintTo(const FileReader &reader, std::ostream *stream) {
+  *stream << reader.name;
+}
 
 inline std::string nameOfFileReader(const testing::TestParamInfo<FileReader> &info) {
   return info.param.name;
