@@ -5,6 +5,10 @@
 
 #include <cstdlib>
 #include <new>
+#include <optional>
+#include <string>
+
+#include "platform/Foundation/Unicode/OrderedMarks.hpp"
 
 namespace nimbo {
 namespace {
@@ -28,11 +32,36 @@ const UCollator *userCollator() {
   return collator;
 }
 
+/// The text as ICU compares it in linear time: behind a letter with very many marks it looks through all of
+/// them for each.
+class Collated {
+ public:
+  explicit Collated(const NSString &string)
+      : cut_(detail::withLongRunsOfMarksOrdered(string.view(), decomposer(), detail::LongRun::kOrderedAndCut)),
+        units_(cut_ ? *cut_ : string.view()) {}
+  Collated(const Collated &) = delete;
+
+  const unichar *units() const { return units_.data(); }
+  std::int32_t length() const { return static_cast<std::int32_t>(units_.size()); }
+
+ private:
+  static const UNormalizer2 *decomposer() {
+    UErrorCode status = U_ZERO_ERROR;
+    const UNormalizer2 *const instance = unorm2_getNFDInstance(&status);
+    if (U_FAILURE(status)) throw std::bad_alloc();
+    return instance;
+  }
+
+  std::optional<std::u16string> cut_;
+  std::u16string_view units_;
+};
+
 }  // namespace
 
 NSComparisonResult localizedCaseInsensitiveCompare(const NSString &a, const NSString &b) {
-  return comparisonResult(ucol_strcoll(userCollator(), a.characters(), static_cast<std::int32_t>(a.length()),
-                                       b.characters(), static_cast<std::int32_t>(b.length())));
+  const Collated left(a), right(b);
+  return comparisonResult(
+      ucol_strcoll(userCollator(), left.units(), left.length(), right.units(), right.length()));
 }
 
 }  // namespace nimbo

@@ -5,10 +5,12 @@
 
 #include <new>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 
 #include "platform/Foundation/Unicode/NormalQuickCheck.hpp"
+#include "platform/Foundation/Unicode/OrderedMarks.hpp"
 
 namespace nimbo {
 
@@ -36,6 +38,11 @@ const UNormalizer2 *normalizerOfForm(CFStringNormalizationForm form) {
   }
   static const UNormalizer2 *const composer = normalizer(unorm2_getNFCInstance);
   return composer;
+}
+
+const UNormalizer2 *decomposerOfForm(CFStringNormalizationForm form) {
+  const bool isCanonical = form == kCFStringNormalizationFormC || form == kCFStringNormalizationFormD;
+  return normalizerOfForm(isCanonical ? kCFStringNormalizationFormD : kCFStringNormalizationFormKD);
 }
 
 bool isNormal(const UNormalizer2 *normalizer, std::u16string_view units) {
@@ -79,7 +86,9 @@ std::optional<NSMutableString> normalized(std::u16string_view units, CFStringNor
     if (!isNormal(normalizer, doubtful)) {
       if (done == 0) result.reserve(static_cast<std::uint32_t>(units.size()));
       appendUpTo(part.location);
-      appendNormalized(result, normalizer, doubtful);
+      const std::optional<std::u16string> ordered =
+          detail::withLongRunsOfMarksOrdered(doubtful, decomposerOfForm(form));
+      appendNormalized(result, normalizer, ordered ? *ordered : doubtful);
       done = end;
     }
     part = nextPart(form, units, end);

@@ -8,7 +8,9 @@
 #include <random>
 #include <string>
 
+#include "platform/Foundation/NSStringCollation.hpp"
 #include "tests/support/ExactBuffer.hpp"
+#include "tests/support/GrowthRatio.hpp"
 #include "tests/support/VectorTargets.hpp"
 
 namespace nimbo {
@@ -113,20 +115,89 @@ TEST(NSStringNormalization, KnowsEveryUnit) {
   }
 }
 
-TEST(NSStringNormalization, HasTheOtherForms) {
-  const struct {
-    CFStringNormalizationForm form;
-    const UNormalizer2 *(*icu)(UErrorCode *);
-  } forms[] = {{kCFStringNormalizationFormD, unorm2_getNFDInstance},
-               {kCFStringNormalizationFormKD, unorm2_getNFKDInstance},
-               {kCFStringNormalizationFormKC, unorm2_getNFKCInstance}};
-  for (const auto &[form, icu] : forms) {
-    for (const std::u16string_view text : {u"plain", u"\u00e9\ufb01\uac01\ufdfa", u"e\u0301\u0323", u""}) {
-      NSMutableString string(NSString::stringWithCharacters(text));
-      CFStringNormalize(string, form);
-      EXPECT_EQ(string.view(), normalizedByICU(text, icu));
+constexpr struct {
+  CFStringNormalizationForm form;
+  const UNormalizer2 *(*icu)(UErrorCode *);
+} kForms[] = {{kCFStringNormalizationFormD, unorm2_getNFDInstance},
+              {kCFStringNormalizationFormC, unorm2_getNFCInstance},
+              {kCFStringNormalizationFormKD, unorm2_getNFKDInstance},
+              {kCFStringNormalizationFormKC, unorm2_getNFKCInstance}};
+
+void expectEachFormAsICU(std::u16string_view text) {
+  for (const auto &[form, icu] : kForms) {
+    NSMutableString string(NSString::stringWithCharacters(text));
+    CFStringNormalize(string, form);
+    ASSERT_EQ(string.view(), normalizedByICU(text, icu));
+  }
+}
+
+TEST(NSStringNormalization, HasEachForm) {
+  for (const std::u16string_view text : {u"plain", u"\u00e9\ufb01\uac01\ufdfa", u"e\u0301\u0323", u""})
+    expectEachFormAsICU(text);
+}
+
+// Marks of many classes, of two units, that decompose, only for compatibility or to marks only; halves of
+// pairs.
+constexpr std::u16string_view kMarks[] = {
+    u"\u0301", u"\u0323", u"\u0345",     u"\u0334",     u"\u0344", u"\u0f71", u"\u0f72",     u"\u0f73",
+    u"\u3099", u"\uff9e", u"\U0001d165", u"\U0001d16d", u"\u05b0", u"\u0651", u"\U000110ba", u"\u0308",
+};
+
+TEST(NSStringNormalization, OrdersLongRunsOfMarksAsICU) {
+  std::mt19937 random(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::u16string text;
+    for (std::uint32_t runs = 1 + random() % 3; runs > 0; --runs) {
+      text += kPieces[random() % std::size(kPieces)];
+      const std::uint32_t kinds = 1 + random() % std::size(kMarks), first = random() % std::size(kMarks);
+      for (std::uint32_t n = random() % 150; n > 0; --n)
+        text += kMarks[(first + random() % kinds) % std::size(kMarks)];
+    }
+    expectEachFormAsICU(text);
+    if (::testing::Test::HasFatalFailure()) return;
+  }
+}
+
+std::u16string manyMarks(std::u16string_view base, std::u16string_view marks, std::size_t length) {
+  std::u16string text(base);
+  while (text.size() < length) text += marks;
+  return text;
+}
+
+TEST(NSStringNormalization, TakesTimeByTheLengthOfARunOfMarks) {
+  for (const std::u16string_view marks :
+       {u"\u0323\u0301", u"\u0f71\u0f72", u"\u0f73", u"\U0001d165\u0301", u"\uff9e\u0301"}) {
+    for (const auto &[form, icu] : kForms) {
+      expectLinearTime(8000, [&, form = form](std::size_t length) {
+        NSMutableString string(NSString::stringWithCharacters(manyMarks(u"e", marks, length)));
+        CFStringNormalize(string, form);
+      });
     }
   }
+}
+
+TEST(NSStringCollation, TakesTimeByTheLengthOfARunOfMarks) {
+  for (const std::u16string_view marks : {u"\u0323\u0301", u"\u0f71", u"\u0f71\u0f72", u"\u0f73"}) {
+    expectLinearTime(4000, [&](std::size_t length) {
+      const NSString a = NSString::stringWithCharacters(manyMarks(u"e", marks, length)),
+                     b = NSString::stringWithCharacters(manyMarks(u"e\u0300", marks, length));
+      EXPECT_NE(localizedCaseInsensitiveCompare(a, b), NSOrderedSame);
+      EXPECT_EQ(localizedCaseInsensitiveCompare(a, a), NSOrderedSame);
+    });
+  }
+}
+
+TEST(NSStringCollation, SortsLongRunsOfMarksAsTheirEquivalents) {
+  const std::u16string turns = manyMarks(u"e", u"\u0323\u0301", 201);
+  const std::u16string ordered = normalizedByICU(turns, unorm2_getNFDInstance);
+  const auto compared = [](std::u16string_view a, std::u16string_view b) {
+    return localizedCaseInsensitiveCompare(NSString::stringWithCharacters(a),
+                                           NSString::stringWithCharacters(b));
+  };
+  EXPECT_EQ(compared(turns, ordered), NSOrderedSame);
+  EXPECT_EQ(compared(turns, u"f"), NSOrderedAscending);
+  EXPECT_EQ(compared(turns, u"e"), NSOrderedDescending);
+  EXPECT_EQ(compared(turns + u"a", turns + u"b"), NSOrderedAscending);
 }
 
 }  // namespace
