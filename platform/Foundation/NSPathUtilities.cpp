@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Foundation/NSStringJoining.hpp"
@@ -97,11 +98,20 @@ NSString stringByAbbreviatingWithTildeInPath(const NSString &path) {
 
 NSString stringByAppendingPathComponent(const NSString &path, const NSString &component) {
   if (path.length() == 0) return component;
+  NSMutableString whole;
+  whole.reserve(std::size_t{path.length()} + component.length() + 1);
+  whole.appendString(path);
+  appendPathComponent(whole, component);
+  return std::move(whole).string();
+}
+
+void appendPathComponent(NSMutableString &path, const NSString &component) {
+  if (path.length() == 0) return path.appendString(component);
   std::u16string_view tail = component.view();
   while (tail.starts_with(u'/')) tail.remove_prefix(1);
-  std::u16string_view head = path.view();
-  while (head.size() > 1 && head.ends_with(u'/')) head.remove_suffix(1);
-  return stringByConcatenating(head, head != u"/" && !tail.empty() ? u"/" : u"", tail);
+  path.setLength(static_cast<std::uint32_t>(withoutFinalSlashes(path.view()).size()));
+  if (path.view() != u"/" && !tail.empty()) path.appendCharacter(u'/');
+  path.append(tail);
 }
 
 NSString pathExtension(const NSString &path) {

@@ -10,7 +10,7 @@
 
 #include <vector>
 
-#include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -32,6 +32,8 @@ NSString stringByAbbreviatingWithTildeInPath(const NSString &path);
 /// Joins `path` and `component` with exactly one "/" between them; `component` itself when `path` is nil or
 /// empty.
 NSString stringByAppendingPathComponent(const NSString &path, const NSString &component);
+/// The same in place, for a path of many components.
+void appendPathComponent(NSMutableString &path, const NSString &component);
 
 /// What follows the last full stop of the last component, without it: "" when there is none, when nothing
 /// precedes it in that component or when it ends the name.

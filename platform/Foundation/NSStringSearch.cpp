@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/StreamMatcher.hpp"
 
 namespace nimbo {
 namespace {
@@ -21,18 +22,35 @@ constexpr bool isAscii(unichar unit) {
   return unit < 0x80;
 }
 
-/// Reads a string as the units that its characters fold to.
+bool isInsidePair(std::u16string_view string, std::size_t position) {
+  return position > 0 && position < string.size() && U16_IS_TRAIL(string[position]) &&
+         U16_IS_LEAD(string[position - 1]);
+}
+
+/// How many units may be compared in vain: so many, and these for each unit that was passed. Then the rest is
+/// searched in a way that is slower for most text, but whose time grows with the text alone.
+constexpr std::size_t kVainUnits = 512, kVainUnitsPerUnit = 2;
+
+bool isTooVain(std::size_t vainUnits, std::size_t passed) {
+  return vainUnits > kVainUnits + kVainUnitsPerUnit * passed;
+}
+
+/// Reads a string as the units that its characters fold to, from its beginning or from its end.
+template <bool Backwards>
 class FoldedUnits {
  public:
   explicit FoldedUnits(std::u16string_view units) : units_(units) {}
 
   /// Whether all units of the characters read so far have been given.
   bool atCharacterBoundary() const { return given_ == folded_; }
+  /// How many units have been read.
   std::size_t position() const { return position_; }
 
   std::optional<unichar> next() {
     if (given_ == folded_ && !foldNext()) return std::nullopt;
-    return fold_[given_++];
+    const std::int32_t index = Backwards ? folded_ - 1 - given_ : given_;
+    ++given_;
+    return fold_[index];
   }
 
  private:
@@ -40,18 +58,27 @@ class FoldedUnits {
     if (position_ == units_.size()) return false;
     given_ = 0;
     folded_ = 1;
-    const unichar unit = units_[position_];
-    if (isAscii(unit)) {
+    if (const unichar unit = unitAt(position_); isAscii(unit)) {
       fold_[0] = toASCIILower(unit);
       ++position_;
       return true;
     }
-    const bool pair = U16_IS_LEAD(unit) && position_ + 1 < units_.size() && U16_IS_TRAIL(units_[position_ + 1]);
+    const std::size_t length = isPairAt(position_) ? 2 : 1;
+    const std::size_t start = Backwards ? units_.size() - position_ - length : position_;
     UErrorCode error = U_ZERO_ERROR;
-    folded_ = u_strFoldCase(fold_, kLongestFold, units_.data() + position_, pair ? 2 : 1, U_FOLD_CASE_DEFAULT,
-                            &error);
-    position_ += pair ? 2 : 1;
+    folded_ = u_strFoldCase(fold_, kLongestFold, units_.data() + start, static_cast<std::int32_t>(length),
+                            U_FOLD_CASE_DEFAULT, &error);
+    position_ += length;
     return true;
+  }
+
+  unichar unitAt(std::size_t position) const {
+    return units_[Backwards ? units_.size() - 1 - position : position];
+  }
+  bool isPairAt(std::size_t position) const {
+    if (position + 1 == units_.size()) return false;
+    const unichar first = unitAt(position), second = unitAt(position + 1);
+    return Backwards ? U16_IS_TRAIL(first) && U16_IS_LEAD(second) : U16_IS_LEAD(first) && U16_IS_TRAIL(second);
   }
 
   std::u16string_view units_;
@@ -61,59 +88,139 @@ class FoldedUnits {
   std::int32_t folded_ = 0;
 };
 
+/// In the order in which they are read.
+template <bool Backwards>
 std::u16string folded(std::u16string_view units) {
   std::u16string result;
-  FoldedUnits reader(units);
+  FoldedUnits<Backwards> reader(units);
   while (const std::optional<unichar> unit = reader.next()) result.push_back(*unit);
   return result;
 }
 
-/// How many units at the beginning of `string` fold to `foldedFind`, or nothing when none do.
-std::optional<std::size_t> lengthOfFoldedPrefix(std::u16string_view string, std::u16string_view foldedFind) {
-  FoldedUnits reader(string);
-  for (const unichar expected : foldedFind)
-    if (reader.next() != expected) return std::nullopt;
-  return reader.atCharacterBoundary() ? std::optional(reader.position()) : std::nullopt;
+/// Where a match of folded units stands, counted in the direction of the search.
+struct FoldedMatch {
+  std::size_t start, end;
+};
+
+/// What the first characters of a string have in common with folded units.
+struct FoldedPrefix {
+  /// The units of the string that fold to the folded ones, if there are such.
+  std::optional<std::size_t> length;
+  /// The units that were compared.
+  std::size_t compared;
+};
+
+template <bool Backwards>
+FoldedPrefix foldedPrefix(std::u16string_view string, std::u16string_view foldedFind) {
+  FoldedUnits<Backwards> reader(string);
+  for (std::size_t i = 0; i < foldedFind.size(); ++i)
+    if (reader.next() != foldedFind[i]) return {std::nullopt, i + 1};
+  return {reader.atCharacterBoundary() ? std::optional(reader.position()) : std::nullopt, foldedFind.size()};
 }
 
-bool isInsidePair(std::u16string_view string, std::size_t position) {
-  return position > 0 && position < string.size() && U16_IS_TRAIL(string[position]) &&
-         U16_IS_LEAD(string[position - 1]);
+/// The units of `string` behind the first `count` in the direction.
+template <bool Backwards>
+std::u16string_view behind(std::u16string_view string, std::size_t count) {
+  return Backwards ? string.substr(0, string.size() - count) : string.substr(count);
 }
 
-/// As `rangeOfString`, with the location counted in `part`.
-std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_view find,
-                                     std::uint32_t options) {
-  const std::u16string foldedFind = folded(find);
-  const bool backwards = options & NSBackwardsSearch;
-  const bool anchored = options & NSAnchoredSearch;
-  // A character never folds to fewer units, so that a match at the end cannot begin further left than this.
-  const std::size_t leftmost =
-      anchored && backwards ? part.size() - std::min(part.size(), foldedFind.size()) : 0;
-  const std::size_t candidates = anchored && !backwards ? std::min<std::size_t>(part.size(), 1) : part.size();
-  for (std::size_t i = leftmost; i < candidates; ++i) {
-    const std::size_t start = backwards ? leftmost + (candidates - 1 - i) : i;
-    // Most text is ASCII, and most of that is another letter.
-    if (isAscii(part[start]) && toASCIILower(part[start]) != foldedFind[0]) continue;
-    if (isInsidePair(part, start)) continue;
-    const std::optional<std::size_t> length = lengthOfFoldedPrefix(part.substr(start), foldedFind);
-    if (!length || (anchored && backwards && start + *length != part.size())) continue;
-    return NSRange{static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(*length)};
+/// In linear time.
+template <bool Backwards>
+std::optional<FoldedMatch> findFoldedInStream(std::u16string_view string, const std::u16string &foldedFind) {
+  detail::StreamMatcher matcher(foldedFind);
+  // The second reader follows the first at the distance of a match, and so knows where one begins.
+  FoldedUnits<Backwards> end(string), start(string);
+  std::size_t missing = foldedFind.size();
+  while (const std::optional<unichar> unit = end.next()) {
+    if (missing > 0)
+      --missing;
+    else
+      start.next();
+    if (matcher.advance(*unit) && end.atCharacterBoundary() && start.atCharacterBoundary())
+      return FoldedMatch{start.position(), end.position()};
   }
   return std::nullopt;
 }
 
-/// As above, for units as they are.
-std::optional<NSRange> rangeOfUnits(std::u16string_view part, std::u16string_view find, std::uint32_t options) {
-  std::size_t start;
-  if (options & NSAnchoredSearch) {
-    const bool matches = options & NSBackwardsSearch ? part.ends_with(find) : part.starts_with(find);
-    start = !matches ? part.npos : options & NSBackwardsSearch ? part.size() - find.size() : 0;
-  } else {
-    start = options & NSBackwardsSearch ? part.rfind(find) : part.find(find);
+template <bool Backwards>
+std::optional<FoldedMatch> findFolded(std::u16string_view string, const std::u16string &foldedFind) {
+  std::size_t vainUnits = 0;
+  for (std::size_t start = 0; start < string.size(); ++start) {
+    // Most text is ASCII, and most of that is another letter.
+    const unichar unit = string[Backwards ? string.size() - 1 - start : start];
+    if (isAscii(unit) && toASCIILower(unit) != foldedFind[0]) continue;
+    if (isInsidePair(string, Backwards ? string.size() - start : start)) continue;
+    const std::u16string_view rest = behind<Backwards>(string, start);
+    const auto [length, compared] = foldedPrefix<Backwards>(rest, foldedFind);
+    if (length) return FoldedMatch{start, start + *length};
+    vainUnits += compared;
+    if (!isTooVain(vainUnits, start)) continue;
+    const std::optional<FoldedMatch> found = findFoldedInStream<Backwards>(rest, foldedFind);
+    return found ? std::optional(FoldedMatch{start + found->start, start + found->end}) : std::nullopt;
   }
-  if (start == part.npos) return std::nullopt;
-  return NSRange{static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(find.size())};
+  return std::nullopt;
+}
+
+/// As `rangeOfString`, with the location counted in `part`.
+template <bool Backwards>
+std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_view find, bool isAnchored) {
+  const std::u16string foldedFind = folded<Backwards>(find);
+  std::optional<FoldedMatch> found;
+  if (!isAnchored)
+    found = findFolded<Backwards>(part, foldedFind);
+  else if (const auto [length, compared] = foldedPrefix<Backwards>(part, foldedFind); length)
+    found = FoldedMatch{0, *length};
+  if (!found) return std::nullopt;
+  return NSRange{static_cast<std::uint32_t>(Backwards ? part.size() - found->end : found->start),
+                 static_cast<std::uint32_t>(found->end - found->start)};
+}
+
+/// Where `find` begins, in linear time; `last` when nowhere.
+template <class Iterator>
+Iterator findUnitsInStream(Iterator first, Iterator last, Iterator find, Iterator findEnd) {
+  detail::StreamMatcher matcher(std::u16string(find, findEnd));
+  const Iterator end = std::find_if(first, last, [&](unichar unit) { return matcher.advance(unit); });
+  return end == last ? last : end - (findEnd - find - 1);
+}
+
+template <class Iterator>
+Iterator findUnits(Iterator first, Iterator last, Iterator find, Iterator findEnd) {
+  if (last - first < findEnd - find) return last;
+  const Iterator placesEnd = last - (findEnd - find - 1);
+  std::size_t vainUnits = 0;
+  for (Iterator place = first; (place = std::find(place, placesEnd, *find)) != placesEnd; ++place) {
+    const Iterator different = std::mismatch(find + 1, findEnd, place + 1).first;
+    if (different == findEnd) return place;
+    vainUnits += static_cast<std::size_t>(different - find);
+    if (isTooVain(vainUnits, static_cast<std::size_t>(place - first)))
+      return findUnitsInStream(place, last, find, findEnd);
+  }
+  return last;
+}
+
+/// As above, for units as they are; `part.size()` when there is none.
+std::size_t placeOfUnits(std::u16string_view part, std::u16string_view find, std::uint32_t options) {
+  const bool backwards = options & NSBackwardsSearch;
+  if (options & NSAnchoredSearch) {
+    const bool matches = backwards ? part.ends_with(find) : part.starts_with(find);
+    return !matches ? part.size() : backwards ? part.size() - find.size() : 0;
+  }
+  if (!backwards)
+    return static_cast<std::size_t>(findUnits(part.begin(), part.end(), find.begin(), find.end()) -
+                                    part.begin());
+  const auto found = findUnits(part.rbegin(), part.rend(), find.rbegin(), find.rend());
+  return found == part.rend() ? part.size() : static_cast<std::size_t>(part.rend() - found) - find.size();
+}
+
+std::optional<NSRange> rangeInPart(std::u16string_view part, std::u16string_view find, std::uint32_t options) {
+  if (options & NSCaseInsensitiveSearch) {
+    const bool isAnchored = options & NSAnchoredSearch;
+    return options & NSBackwardsSearch ? rangeOfFolded<true>(part, find, isAnchored)
+                                       : rangeOfFolded<false>(part, find, isAnchored);
+  }
+  const std::size_t place = placeOfUnits(part, find, options);
+  if (place == part.size()) return std::nullopt;
+  return NSRange{static_cast<std::uint32_t>(place), static_cast<std::uint32_t>(find.size())};
 }
 
 }  // namespace
@@ -122,13 +229,12 @@ NSRange rangeOfString(std::u16string_view string, std::u16string_view find, std:
                       NSRange range) {
   if (find.empty() || range.location >= string.size()) return {NSNotFound, 0};
   const std::u16string_view part = string.substr(range.location, range.length);
-  const std::optional<NSRange> found = options & NSCaseInsensitiveSearch ? rangeOfFolded(part, find, options)
-                                                                         : rangeOfUnits(part, find, options);
+  const std::optional<NSRange> found = rangeInPart(part, find, options);
   return found ? NSRange{range.location + found->location, found->length} : NSRange{NSNotFound, 0};
 }
 
 bool isEqualCaseInsensitive(std::u16string_view a, std::u16string_view b) {
-  FoldedUnits left(a), right(b);
+  FoldedUnits<false> left(a), right(b);
   for (;;) {
     const std::optional<unichar> unit = left.next();
     if (unit != right.next()) return false;

@@ -12,6 +12,9 @@ namespace {
 
 constexpr NSRange kNowhere{NSNotFound, 0};
 
+/// So many separators are looked through for each unit of what is most often a word. For more, a set is made.
+constexpr std::uint32_t kFewSeparators = 32;
+
 NSRange rangeFromTo(std::uint32_t start, std::uint32_t end) {
   return end > start ? NSRange{start, end - start} : kNowhere;
 }
@@ -104,7 +107,10 @@ NSString lastWord(const NSString &string) {
 }
 
 NSRange getSubstringRangeAtIndex(const NSString &string, std::uint32_t index, const NSString &separators) {
-  return separators ? rangeAround(string, index, IsUnitOf{separators.view()}) : kNowhere;
+  if (!separators) return kNowhere;
+  const auto around = [&](auto isSeparator) { return rangeAround(string, index, isSeparator); };
+  if (separators.length() <= kFewSeparators) return around(IsUnitOf{separators.view()});
+  return withUnitsOf(separators.view(), string.length(), around);
 }
 
 NSString getSubstringAtIndex(const NSString &string, std::uint32_t index, const NSString &separators) {

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
@@ -43,12 +45,9 @@ std::vector<NSString> componentsOfPath(const NSURL &url) {
 }
 
 void joinBeyond(std::vector<NSString> &components, std::uint32_t maxComponents) {
-  if (maxComponents == 0) return;
-  while (components.size() > maxComponents) {
-    const NSString last = components.back();
-    components.pop_back();
-    components.back() = stringByConcatenating(components.back(), u'-', last);
-  }
+  if (maxComponents == 0 || components.size() <= maxComponents) return;
+  components[maxComponents - 1] = stringByJoining(std::span(components).subspan(maxComponents - 1), u"-");
+  components.resize(maxComponents);
 }
 
 }  // namespace
@@ -95,16 +94,16 @@ NSString invertedPathRelativeToDirectory(const NSURL &url, const NSString &direc
     components.push_back(caseInsensitive ? lowercaseString(component) : component);
   joinBeyond(components, maxComponents);
 
-  NSString path = directory;
+  NSMutableString path(directory);
   for (const NSString &component : components) {
     const bool isLast = &component == &components.back();
     const NSString name = stringByCreatingFilename(cutTo(component, maxComponentUnits));
     const NSString bounded =
         isLast ? stringByCreatingFileSystemRepresentationByAppendingExtension(name, pathExtension)
                : stringByCreatingFileSystemRepresentation(name);
-    if (bounded.length() != 0) path = stringByAppendingPathComponent(path, bounded);
+    if (bounded.length() != 0) appendPathComponent(path, bounded);
   }
-  return path;
+  return path.length() == 0 ? directory : std::move(path).string();
 }
 
 NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate, Flag milliseconds) {

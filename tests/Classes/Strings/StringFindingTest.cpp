@@ -2,11 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/Strings/NSString+NSStringTextFinding.hpp"
+#include "tests/support/GrowthRatio.hpp"
 #include "tests/support/StringSamples.hpp"
 
 namespace nimbo {
@@ -168,6 +170,17 @@ TEST(Words, StandAroundTheIndex) {
   EXPECT_EQ(getSubstringRangeAtIndex(u"a;b"_ns, 0, NSString()), kNowhere);
 }
 
+TEST(Words, EndAtAnyOfManySeparators) {
+  expectLinearTime(16000, [](std::size_t length) {
+    std::u16string separators;
+    while (separators.size() < length)
+      separators += static_cast<unichar>(u'\u4e00' + separators.size() % 20000);
+    const NSString string = exactString(u"\u4e01" + std::u16string(length, u'a') + u"\u4e02");
+    EXPECT_EQ(getSubstringRangeAtIndex(string, 5, exactString(separators)),
+              (NSRange{1, static_cast<std::uint32_t>(length)}));
+  });
+}
+
 TEST(Links, EndBeforePunctuation) {
   const struct {
     NSString string;
@@ -241,6 +254,21 @@ TEST(TextFinding, FindsSubstrings) {
   EXPECT_FALSE(containsSubCStrings(u"xABCx"_ns, patterns));
   EXPECT_FALSE(containsSubCStrings(NSString(), patterns));
   EXPECT_FALSE(containsSubCStrings(u"xABCx"_ns, {}));
+}
+
+TEST(TextFinding, TakesTimeByTheLengthOfTheText) {
+  for (const bool caseSensitive : {false, true}) {
+    expectLinearTime(8000, [=](std::size_t length) {
+      const NSString string = exactString(std::u16string(length, u'a')),
+                     different = exactString(std::u16string(length / 2, u'a') + u"b"),
+                     same = exactString(std::u16string(length / 2, u'a'));
+      EXPECT_FALSE(containsSubstring(string, different, caseSensitive));
+      EXPECT_EQ(countSubstring(string, different, caseSensitive), 0u);
+      EXPECT_EQ(countSubstring(string, same, caseSensitive), 2u);
+      EXPECT_FALSE(hasSuffixNoCase(string, different));
+      EXPECT_TRUE(hasSuffixNoCase(string, same));
+    });
+  }
 }
 
 TEST(TextFinding, SearchesARangeInEitherDirection) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
+#include "tests/support/GrowthRatio.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 #include "tests/support/URLTexts.hpp"
 
@@ -350,6 +351,18 @@ TEST(InvertedPaths, StayInTheirFolder) {
   EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, NSDate{NAN}, true)), "-");
   EXPECT_EQ(shown(directoryInPath(one, u"/d"_ns, date, false)), "/d/org.h.www/2006-12-31 23-59-59");
   EXPECT_EQ(shown(directoryInPath(url("file:///a"), u"/d"_ns, date, false)), "-");
+}
+
+TEST(InvertedPaths, TakeTimeByTheLengthOfTheURL) {
+  for (const std::uint32_t maxComponents : {0u, 2u}) {
+    expectLinearTime(12000, [=](std::size_t components) {
+      std::string string = "http://h";
+      for (std::size_t i = 0; i < components; ++i) string += "/a";
+      const NSString path =
+          invertedPathRelativeToDirectory(url(string), u"/d"_ns, true, {}, maxComponents, 0, true);
+      EXPECT_GT(path.length(), 255u);
+    });
+  }
 }
 
 }  // namespace
