@@ -102,20 +102,29 @@ struct FoldedMatch {
   std::size_t start, end;
 };
 
-/// What the first characters of a string have in common with folded units.
-struct FoldedPrefix {
-  /// The units of the string that fold to the folded ones, if there are such.
-  std::optional<std::size_t> length;
-  /// The units that were compared.
-  std::size_t compared;
+/// Reads folded units, as `FoldedUnits` does.
+struct StoredUnits {
+  std::u16string_view units;
+
+  std::optional<unichar> next() {
+    if (units.empty()) return std::nullopt;
+    const unichar unit = units.front();
+    units.remove_prefix(1);
+    return unit;
+  }
 };
 
-template <bool Backwards>
-FoldedPrefix foldedPrefix(std::u16string_view string, std::u16string_view foldedFind) {
+/// How many units at the beginning of `string`, in the direction, fold to those that `find` reads; nothing when
+/// none do. `compared` grows by the number of units compared.
+template <bool Backwards, class Reader>
+std::optional<std::size_t> lengthOfFoldedPrefix(std::u16string_view string, Reader find,
+                                                std::size_t &compared) {
   FoldedUnits<Backwards> reader(string);
-  for (std::size_t i = 0; i < foldedFind.size(); ++i)
-    if (reader.next() != foldedFind[i]) return {std::nullopt, i + 1};
-  return {reader.atCharacterBoundary() ? std::optional(reader.position()) : std::nullopt, foldedFind.size()};
+  while (const std::optional<unichar> expected = find.next()) {
+    ++compared;
+    if (reader.next() != expected) return std::nullopt;
+  }
+  return reader.atCharacterBoundary() ? std::optional(reader.position()) : std::nullopt;
 }
 
 /// The units of `string` behind the first `count` in the direction.
@@ -144,32 +153,34 @@ std::optional<FoldedMatch> findFoldedInStream(std::u16string_view string, const 
 
 template <bool Backwards>
 std::optional<FoldedMatch> findFolded(std::u16string_view string, const std::u16string &foldedFind) {
-  std::size_t vainUnits = 0;
+  std::size_t compared = 0;
   for (std::size_t start = 0; start < string.size(); ++start) {
     // Most text is ASCII, and most of that is another letter.
     const unichar unit = string[Backwards ? string.size() - 1 - start : start];
     if (isAscii(unit) && toASCIILower(unit) != foldedFind[0]) continue;
     if (isInsidePair(string, Backwards ? string.size() - start : start)) continue;
     const std::u16string_view rest = behind<Backwards>(string, start);
-    const auto [length, compared] = foldedPrefix<Backwards>(rest, foldedFind);
+    const auto length = lengthOfFoldedPrefix<Backwards>(rest, StoredUnits{foldedFind}, compared);
     if (length) return FoldedMatch{start, start + *length};
-    vainUnits += compared;
-    if (!isTooVain(vainUnits, start)) continue;
+    if (!isTooVain(compared, start)) continue;
     const std::optional<FoldedMatch> found = findFoldedInStream<Backwards>(rest, foldedFind);
     return found ? std::optional(FoldedMatch{start + found->start, start + found->end}) : std::nullopt;
   }
   return std::nullopt;
 }
 
+template <bool Backwards>
+std::optional<FoldedMatch> foldedPrefix(std::u16string_view string, std::u16string_view find) {
+  std::size_t compared = 0;
+  const auto length = lengthOfFoldedPrefix<Backwards>(string, FoldedUnits<Backwards>(find), compared);
+  return length ? std::optional(FoldedMatch{0, *length}) : std::nullopt;
+}
+
 /// As `rangeOfString`, with the location counted in `part`.
 template <bool Backwards>
 std::optional<NSRange> rangeOfFolded(std::u16string_view part, std::u16string_view find, bool isAnchored) {
-  const std::u16string foldedFind = folded<Backwards>(find);
-  std::optional<FoldedMatch> found;
-  if (!isAnchored)
-    found = findFolded<Backwards>(part, foldedFind);
-  else if (const auto [length, compared] = foldedPrefix<Backwards>(part, foldedFind); length)
-    found = FoldedMatch{0, *length};
+  const std::optional<FoldedMatch> found =
+      isAnchored ? foldedPrefix<Backwards>(part, find) : findFolded<Backwards>(part, folded<Backwards>(find));
   if (!found) return std::nullopt;
   return NSRange{static_cast<std::uint32_t>(Backwards ? part.size() - found->end : found->start),
                  static_cast<std::uint32_t>(found->end - found->start)};
@@ -198,7 +209,7 @@ Iterator findUnits(Iterator first, Iterator last, Iterator find, Iterator findEn
   return last;
 }
 
-/// As above, for units as they are; `part.size()` when there is none.
+/// Where `find` stands as it is; `part.size()` when nowhere.
 std::size_t placeOfUnits(std::u16string_view part, std::u16string_view find, std::uint32_t options) {
   const bool backwards = options & NSBackwardsSearch;
   if (options & NSAnchoredSearch) {
