@@ -8,7 +8,6 @@
 #include <new>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FoldCandidates.hpp"
@@ -76,29 +75,28 @@ class Needle {
     if (second == first) second = length_ - 1;
     const UnicharAnchors anchors{choiceAt(first), choiceAt(second), second - first};
 
-    std::optional<LinearSearch> linearSearch;
+    return foldTable_ ? find(h, places, first, anchors, [table = foldTable_](unichar c) { return table[c]; })
+                      : find(h, places, first, anchors, [](unichar c) { return c; });
+  }
+
+  template <class Fold>
+  std::size_t find(const unichar *h, std::size_t places, std::uint32_t firstAnchor,
+                   const UnicharAnchors &anchors, Fold fold) const {
+    const auto wanted = [elements = elements_, fold](std::size_t i) { return fold(unicharOf(elements[i])); };
+    std::optional<LinearSearch<decltype(wanted)>> linearSearch;
     for (std::size_t from = 0;;) {
-      Attempt attempt{*this, first, h + from};
-      from += detail::findAnchors(h + from + first, places - from, anchors,
+      Attempt attempt{*this, firstAnchor, h + from};
+      from += detail::findAnchors(h + from + firstAnchor, places - from, anchors,
                                   {foldTable_ ? stopsFolded : stopsExactly, &attempt});
       if (!attempt.isTooDense) return from;
       // The anchors fit at so many places that a walk over all units is faster.
-      if (!linearSearch) linearSearch.emplace(foldedUnits());
+      if (!linearSearch) linearSearch.emplace(wanted, length_);
       const std::size_t walked = std::max(kLinearUnits, kLinearNeedles * length_);
       const std::u16string_view rest(h + from, places - from + length_ - 1);
-      const auto [found, place] = linearSearch->search(rest.substr(0, walked), foldTable_);
+      const auto [found, place] = linearSearch->search(rest.substr(0, walked), fold);
       from += place;
       if (found || from >= places) return std::min(from, places);
     }
-  }
-
-  std::vector<unichar> foldedUnits() const {
-    std::vector<unichar> units(length_);
-    std::transform(elements_, elements_ + length_, units.begin(), [this](Element element) {
-      const unichar c = unicharOf(element);
-      return foldTable_ ? foldTable_[c] : c;
-    });
-    return units;
   }
 
   UnicharChoice choiceAt(std::uint32_t index) const {

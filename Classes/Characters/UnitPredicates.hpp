@@ -7,6 +7,9 @@
 //     const bool isBlank = std::all_of(units.begin(), units.end(), isSpace(false));
 #pragma once
 
+#include <algorithm>
+#include <array>
+
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "platform/Foundation/Flag.hpp"
 
@@ -62,6 +65,19 @@ auto withUnitsOf(std::u16string_view units, std::uint32_t length, Function funct
   if (std::uint64_t{units.size()} * length <= kComparisonsOfSet) return function(IsUnitOf{units});
   CharacterSetRep set{};
   for (const unichar c : units) set.insert(c);
+  return function(IsPartOfSet{&set});
+}
+
+/// The same for the units as `map(unichar)` has them.
+template <class Map, class Function>
+auto withMappedUnitsOf(std::u16string_view units, std::uint32_t length, Map map, Function function) {
+  if (units.size() <= kComparisonsOfSet && units.size() * length <= kComparisonsOfSet) {
+    std::array<unichar, kComparisonsOfSet> mapped;
+    std::ranges::transform(units, mapped.begin(), map);
+    return function(IsUnitOf{{mapped.data(), units.size()}});
+  }
+  CharacterSetRep set{};
+  for (const unichar c : units) set.insert(map(c));
   return function(IsPartOfSet{&set});
 }
 

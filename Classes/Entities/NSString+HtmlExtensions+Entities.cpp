@@ -2,9 +2,9 @@
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
 
 #include <array>
-#include <new>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Entities/EntityConversion.hpp"
@@ -21,16 +21,6 @@ constexpr std::uint32_t kMinDecodedLength = 4;
 /// Up to this length a string that stays as it is costs no memory.
 constexpr std::uint32_t kStackLength = 256;
 
-/// What `convert(string)` gives, or the string itself when there is no memory for it.
-template <class Convert>
-NSString convertIfMemorySuffices(const NSString &string, Convert convert) {
-  try {
-    return convert(string);
-  } catch (const std::bad_alloc &) {
-    return string;
-  }
-}
-
 /// Decodes by `decode(source, destination, length)`, which answers how many units it wrote: fewer than it read
 /// when, and only when, it decoded anything.
 template <class Decode>
@@ -38,16 +28,16 @@ NSString stringByDecoding(const NSString &string, Decode decode) {
   const std::uint32_t length = string.length();
   const unichar *const units = string.characters();
   if (length < kMinDecodedLength || findUnichar(units, length, u'&') == NSNotFound) return string;
-  return convertIfMemorySuffices(string, [=](const NSString &receiver) {
+  return answerOr(string, [&] {
     if (length <= kStackLength) {
       std::array<unichar, kStackLength> decoded;
       const std::uint32_t written = decode(units, decoded.data(), length);
-      return written == length ? receiver : NSString::stringWithCharacters(decoded.data(), written);
+      return written == length ? string : NSString::stringWithCharacters(decoded.data(), written);
     }
     NSMutableString decoded;
     decoded.setLength(length);
     const std::uint32_t written = decode(units, decoded.mutableCharacters(), length);
-    if (written == length) return receiver;
+    if (written == length) return string;
     decoded.setLength(written);
     return std::move(decoded).string();
   });
@@ -76,19 +66,15 @@ NSString stringByConvertingStandardEntitiesToCharacters(const NSString &string) 
 }
 
 NSString stringByConvertingCharactersToStandardEntities(const NSString &string) {
-  return convertIfMemorySuffices(string, [](const NSString &receiver) {
-    return nimbo::stringByConvertingCharactersToEntities(receiver, false);
-  });
+  return answerOr(string, [&] { return nimbo::stringByConvertingCharactersToEntities(string, false); });
 }
 
 NSString stringByConvertingHighCharactersToEntities(const NSString &string) {
-  return convertIfMemorySuffices(string, [](const NSString &receiver) {
-    return nimbo::stringByConvertingCharactersToEntities(receiver, true);
-  });
+  return answerOr(string, [&] { return nimbo::stringByConvertingCharactersToEntities(string, true); });
 }
 
 NSString stringByConvertingCharactersToEntities(const NSString &string) {
-  return convertIfMemorySuffices(string, stringByConvertingCharactersToNamedEntities);
+  return answerOr(string, [&] { return stringByConvertingCharactersToNamedEntities(string); });
 }
 
 void initConversionTables() {

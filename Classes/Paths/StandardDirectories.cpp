@@ -1,44 +1,54 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Paths/StandardDirectories.hpp"
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 
 namespace nimbo {
 namespace {
 
+/// Nil when there is no memory for the path, or no folder.
 NSString pathIn(const NSString &folder, const NSString &name) {
-  return folder ? stringByAppendingPathComponent(folder, name) : NSString();
+  if (!folder) return NSString();
+  return answerOr(NSString(), [&] { return stringByAppendingPathComponent(folder, name); });
 }
+
+/// Made on first use. Raises when there is no memory for it, so that the next use makes it.
+template <NSString (*Folder)(), detail::StringLiteral Name>
+NSString keptPath() {
+  static const NSString path = [] {
+    const NSString folder = Folder();
+    return folder ? stringByAppendingPathComponent(folder, operator""_ns<Name>()) : folder;
+  }();
+  return path;
+}
+
+constexpr auto &kLibraryDirectory = keptPath<NSHomeDirectory, u"Library">;
 
 }  // namespace
 
 NSString homeDirectory() {
-  return NSHomeDirectory();
+  return answerOr(NSString(), NSHomeDirectory);
 }
 
 NSString libraryDirectory() {
-  static const NSString path = pathInHomeDirectory(u"Library"_ns);
-  return path;
+  return answerOr(NSString(), kLibraryDirectory);
 }
 
 NSString applicationSupportDirectory() {
-  static const NSString path = pathInLibraryDirectory(u"Application Support"_ns);
-  return path;
+  return answerOr(NSString(), keptPath<kLibraryDirectory, u"Application Support">);
 }
 
 NSString cachesDirectory() {
-  static const NSString path = pathInLibraryDirectory(u"Caches"_ns);
-  return path;
+  return answerOr(NSString(), keptPath<kLibraryDirectory, u"Caches">);
 }
 
 NSString preferencesDirectory() {
-  static const NSString path = pathInLibraryDirectory(u"Preferences"_ns);
-  return path;
+  return answerOr(NSString(), keptPath<kLibraryDirectory, u"Preferences">);
 }
 
 NSString desktopDirectory() {
-  static const NSString path = pathInHomeDirectory(u"Desktop"_ns);
-  return path;
+  return answerOr(NSString(), keptPath<NSHomeDirectory, u"Desktop">);
 }
 
 NSString temporaryDirectory() {
@@ -66,12 +76,14 @@ NSString pathInPreferencesDirectory(const NSString &name) {
 }
 
 bool isTemporaryPath(const NSString &path) {
-  const std::u16string_view units = path.view();
-  if (units.starts_with(u"/tmp") || units.starts_with(u"/var/tmp/") ||
-      units.starts_with(NSTemporaryDirectory().view()))
-    return true;
-  return units.find(u"/Library/Mail/") != units.npos && units.find(u".mimeattach") != units.npos &&
-         stringByAbbreviatingWithTildeInPath(path).view().starts_with(u"~/Library/Mail/");
+  return answerOr(false, [&] {
+    const std::u16string_view units = path.view();
+    if (units.starts_with(u"/tmp") || units.starts_with(u"/var/tmp/") ||
+        units.starts_with(NSTemporaryDirectory().view()))
+      return true;
+    return units.find(u"/Library/Mail/") != units.npos && units.find(u".mimeattach") != units.npos &&
+           stringByAbbreviatingWithTildeInPath(path).view().starts_with(u"~/Library/Mail/");
+  });
 }
 
 }  // namespace nimbo

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/FastSearches.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
@@ -11,6 +12,8 @@ namespace nimbo {
 inline namespace NSStringTextFinding {
 
 namespace {
+
+constexpr NSRange kNowhere{NSNotFound, 0};
 
 constexpr std::uint32_t searchOptions(bool caseSensitive) {
   return caseSensitive ? 0u : NSCaseInsensitiveSearch;
@@ -22,7 +25,9 @@ bool containsSubstring(const NSString &string, const NSString &substring, Flag c
   if (!substring || string.length() == 0 || string.length() < substring.length()) return false;
   if (string.length() == substring.length())
     return caseSensitive ? string == substring : isEqualCaseInsensitive(string.view(), substring.view());
-  return rangeOfString(string.view(), substring.view(), searchOptions(caseSensitive)).location != NSNotFound;
+  return answerOr(false, [&] {
+    return rangeOfString(string.view(), substring.view(), searchOptions(caseSensitive)).location != NSNotFound;
+  });
 }
 
 bool containsSubstrings(const NSString &string, const std::vector<NSString> &substrings, Flag caseSensitive) {
@@ -37,23 +42,27 @@ bool containsSubCStrings(const NSString &string, std::span<const char *const> su
 }
 
 std::uint32_t countSubstring(const NSString &string, const NSString &substring, Flag caseSensitive) {
-  std::uint32_t count = 0;
-  NSRange rest{0, string.length()};
-  for (;;) {
-    const NSRange found = rangeOfString(string.view(), substring.view(), searchOptions(caseSensitive), rest);
-    if (found.location == NSNotFound) return count;
-    ++count;
-    rest.location = found.location + found.length;
-  }
+  return answerOr(0u, [&] {
+    std::uint32_t count = 0;
+    NSRange rest{0, string.length()};
+    for (;;) {
+      const NSRange found = rangeOfString(string.view(), substring.view(), searchOptions(caseSensitive), rest);
+      if (found.location == NSNotFound) return count;
+      ++count;
+      rest.location = found.location + found.length;
+    }
+  });
 }
 
 NSRange findString(const NSString &string, const NSString &find, NSRange inRange, Flag caseSensitive,
                    FindDirection direction, Flag wrap) {
   const std::uint32_t options =
       searchOptions(caseSensitive) | (direction == FindDirection::kBackward ? NSBackwardsSearch : 0u);
-  const NSRange found = rangeOfString(string.view(), find.view(), options, inRange);
-  if (found.location != NSNotFound || !wrap) return found;
-  return rangeOfString(string.view(), find.view(), options);
+  return answerOr(kNowhere, [&] {
+    const NSRange found = rangeOfString(string.view(), find.view(), options, inRange);
+    if (found.location != NSNotFound || !wrap) return found;
+    return rangeOfString(string.view(), find.view(), options);
+  });
 }
 
 }  // namespace NSStringTextFinding

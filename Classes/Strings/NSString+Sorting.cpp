@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCollation.hpp"
@@ -29,11 +30,11 @@ NSComparisonResult sortCaseInsensitiveDescending(const NSString &string, const N
 }
 
 NSComparisonResult sortLocalizedCaseInsensitiveAscending(const NSString &string, const NSString &other) {
-  return localizedCaseInsensitiveCompare(string, other);
+  return answerOr(NSOrderedSame, [&] { return localizedCaseInsensitiveCompare(string, other); });
 }
 
 NSComparisonResult sortLocalizedCaseInsensitiveDescending(const NSString &string, const NSString &other) {
-  return localizedCaseInsensitiveCompare(other, string);
+  return sortLocalizedCaseInsensitiveAscending(other, string);
 }
 
 NSComparisonResult sortAscendingByLength(const NSString &string, const NSString &other) {
@@ -47,13 +48,15 @@ NSComparisonResult sortDescendingByLength(const NSString &string, const NSString
 }
 
 NSComparisonResult comparePaths(const NSString &path, const NSString &other) {
-  const std::vector<NSString> names = pathComponents(path), others = pathComponents(other);
-  if (names.size() != others.size())
-    return names.size() < others.size() ? NSOrderedAscending : NSOrderedDescending;
-  for (std::size_t i = 0; i < names.size(); ++i)
-    if (const auto order = sortCaseInsensitiveAscending(names[i], others[i]); order != NSOrderedSame)
-      return order;
-  return NSOrderedSame;
+  return answerOr(NSOrderedSame, [&] {
+    const std::vector<NSString> names = pathComponents(path), others = pathComponents(other);
+    if (names.size() != others.size())
+      return names.size() < others.size() ? NSOrderedAscending : NSOrderedDescending;
+    for (std::size_t i = 0; i < names.size(); ++i)
+      if (const auto order = sortCaseInsensitiveAscending(names[i], others[i]); order != NSOrderedSame)
+        return order;
+    return NSOrderedSame;
+  });
 }
 
 }  // namespace Sorting

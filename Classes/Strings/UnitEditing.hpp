@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // Edits by functions of code units. Each kind of edit stands here once: a worker on a mutable string, and
-// beside it the form for an immutable one, which answers the string itself when the edit changes nothing.
+// beside it the form for an immutable one, which answers the string itself when the edit changes nothing or
+// there is no room for its result.
 //
 //     stringByRemovingUnits(u"1,000,000"_ns, [](unichar c) { return c == u','; });  // "1000000"
 //     stringByMappingUnits(u"a/b"_ns, [](unichar c) { return c == u'/' ? u':' : c; });  // "a:b"
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -19,9 +21,11 @@ namespace NIMBO_PUBLIC nimbo {
 template <class Edit>
 NSString stringByEditing(const NSString &string, Edit edit) {
   if (string.length() == 0) return string;
-  NSMutableString copy(string);
-  edit(copy);
-  return copy.view() == string.view() ? string : std::move(copy).string();
+  return answerOr(string, [&] {
+    NSMutableString copy(string);
+    edit(copy);
+    return copy.view() == string.view() ? string : std::move(copy).string();
+  });
 }
 
 /// Replaces each unit by `map(unichar)`.
@@ -36,10 +40,12 @@ template <class Map>
 NSString stringByMappingUnits(const NSString &string, Map map) {
   const std::u16string_view units = string.view();
   if (std::all_of(units.begin(), units.end(), [&](unichar c) { return map(c) == c; })) return string;
-  NSMutableString copy;
-  copy.setLength(string.length());
-  std::transform(units.begin(), units.end(), copy.mutableCharacters(), map);
-  return std::move(copy).string();
+  return answerOr(string, [&] {
+    NSMutableString copy;
+    copy.setLength(string.length());
+    std::transform(units.begin(), units.end(), copy.mutableCharacters(), map);
+    return std::move(copy).string();
+  });
 }
 
 /// Removes the units for which `isRemoved(unichar)` holds.
@@ -55,11 +61,13 @@ template <class Predicate>
 NSString stringByRemovingUnits(const NSString &string, Predicate isRemoved) {
   const std::u16string_view units = string.view();
   if (std::none_of(units.begin(), units.end(), isRemoved)) return string;
-  NSMutableString copy;
-  copy.setLength(string.length());
-  unichar *const end = std::remove_copy_if(units.begin(), units.end(), copy.mutableCharacters(), isRemoved);
-  copy.setLength(static_cast<std::uint32_t>(end - copy.mutableCharacters()));
-  return std::move(copy).string();
+  return answerOr(string, [&] {
+    NSMutableString copy;
+    copy.setLength(string.length());
+    unichar *const end = std::remove_copy_if(units.begin(), units.end(), copy.mutableCharacters(), isRemoved);
+    copy.setLength(static_cast<std::uint32_t>(end - copy.mutableCharacters()));
+    return std::move(copy).string();
+  });
 }
 
 /// Which ends are trimmed.
@@ -77,10 +85,15 @@ NSRange trimmedRange(std::u16string_view units, NSRange range, Predicate isTrimm
   return {start, end - start};
 }
 
+/// The units of `range`; `otherwise` when there is no room for them.
+inline NSString substringOr(const NSString &otherwise, const NSString &string, NSRange range) {
+  return answerOr(otherwise, [&] { return string.substringWithRange(range); });
+}
+
 /// The string without the units at its ends for which `isTrimmed(unichar)` holds.
 template <class Predicate>
 NSString stringByTrimmingUnits(const NSString &string, Predicate isTrimmed, Ends ends = Ends::kBoth) {
-  return string.substringWithRange(trimmedRange(string.view(), {0, string.length()}, isTrimmed, ends));
+  return substringOr(string, string, trimmedRange(string.view(), {0, string.length()}, isTrimmed, ends));
 }
 
 /// Removes the units at the ends for which `isTrimmed(unichar)` holds.

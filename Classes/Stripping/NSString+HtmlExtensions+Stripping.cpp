@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 
-#include <exception>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Stripping/StripBodiesHandlers.hpp"
 #include "Classes/Stripping/StripObjectsHandler.hpp"
 #include "Classes/Stripping/StripTagHandlers.hpp"
@@ -18,12 +18,10 @@ namespace {
 /// What the handler makes of the string; `otherwise` when that is nothing, or too much for the memory.
 template <class Context>
 NSString stripped(const NSString &string, TagHandler handler, Context context, const NSString &otherwise) {
-  try {
+  return answerOr(otherwise, [&] {
     GetTagsOfString(string, handler, &context, false);
     return context.result ? std::move(*context.result).string() : otherwise;
-  } catch (const std::exception &) {
-    return otherwise;
-  }
+  });
 }
 
 NSString strippedOfTag(const NSString &string, TagHandler handler, const char *name) {
@@ -35,14 +33,12 @@ NSString strippedOfTag(const NSString &string, TagHandler handler, const char *n
 
 NSString stripTags(const NSString &string) {
   if (!string) return string;
-  try {
+  return answerOr(string, [&] {
     NSMutableString text;
     text.reserve(string.length());
     GetTagsOfString(string, StripTagsHandler, &text, false);
     return std::move(text).string();
-  } catch (const std::exception &) {
-    return string;
-  }
+  });
 }
 
 NSString stripTag(const NSString &string, const char *name) {
@@ -64,13 +60,15 @@ NSString stripTagBodiesExcept(const NSString &string, const std::vector<NSString
 NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, bool except) {
   NSString otherwise = except ? NSString() : string;
   if (string.length() == 0 || names.empty()) return otherwise;
-  std::vector<std::u16string_view> prefixes;
-  for (const NSString &name : names)
-    if (name.length() > 0) prefixes.push_back(name.view());
-  StripBodiesContext context;
-  context.names = prefixes;
-  return stripped(string, except ? StripTagBodiesExceptHandler : StripTagBodiesHandler, std::move(context),
-                  otherwise);
+  return answerOr(otherwise, [&] {
+    std::vector<std::u16string_view> prefixes;
+    for (const NSString &name : names)
+      if (name.length() > 0) prefixes.push_back(name.view());
+    StripBodiesContext context;
+    context.names = prefixes;
+    return stripped(string, except ? StripTagBodiesExceptHandler : StripTagBodiesHandler, std::move(context),
+                    otherwise);
+  });
 }
 
 NSString stripObjects(const NSString &string) {

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/URLs/URLNormalizing.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
 
@@ -34,7 +35,7 @@ NSString normalizedRelLink(const NSString &string) {
       url.view().find(u"://") != std::u16string_view::npos) {
     return url;
   }
-  return stringByConcatenating(u'/', url);
+  return answerOr(NSString(), [&] { return stringByConcatenating(u'/', url); });
 }
 
 }  // namespace HtmlExtensions

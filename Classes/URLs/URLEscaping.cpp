@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 #include <string_view>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/AsciiSetKernels.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/URLs/URLEscapes.hpp"
@@ -115,11 +115,8 @@ std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, F
 
 NSString stringByAddingPercentEscapesToURL(const NSString &string, Flag standard) {
   if (string.length() == 0) return string;
-  try {
-    return stringByEscaping(string, standard ? kEscapedStandard : kEscapedASCII);
-  } catch (const std::bad_alloc &) {
-    return string;
-  }
+  return answerOr(string,
+                  [&] { return stringByEscaping(string, standard ? kEscapedStandard : kEscapedASCII); });
 }
 
 }  // namespace nimbo

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/AsciiSetKernels.hpp"
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
@@ -174,13 +175,15 @@ NSString stringURLWrittenBy(URLUnitsWriter write, const NSString &string) {
     if (url.empty()) return NSString();
     return url == string.view() ? string : NSString::stringWithCharacters(url);
   };
-  if (length <= kStackLength) {
-    std::array<unichar, std::size_t{kMaxURLGrowth} * kStackLength> out;
-    return result({out.data(), write(string.characters(), length, out.data())});
-  }
-  NSMutableString out;
-  out.setLength(kMaxURLGrowth * length);
-  return result({out.characters(), write(string.characters(), length, out.mutableCharacters())});
+  return answerOr(NSString(), [&] {
+    if (length <= kStackLength) {
+      std::array<unichar, std::size_t{kMaxURLGrowth} * kStackLength> out;
+      return result({out.data(), write(string.characters(), length, out.data())});
+    }
+    NSMutableString out;
+    out.setLength(kMaxURLGrowth * length);
+    return result({out.characters(), write(string.characters(), length, out.mutableCharacters())});
+  });
 }
 
 }  // namespace nimbo

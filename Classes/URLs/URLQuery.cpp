@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharKernels.hpp"
 #include "platform/Foundation/id.hpp"
@@ -39,13 +40,15 @@ bool canContain(const NSString &string, const NSString &name) {
 
 NSDictionary queryParams(const NSString &string, std::uint32_t startIndex) {
   if (startIndex >= string.length()) return {};
-  NSDictionary params = NSDictionary::dictionary();
-  walkQuery(string, startIndex, [&](std::u16string_view name, std::u16string_view value) {
-    if (!value.empty())
-      params.setObject(NSString::stringWithCharacters(value), NSString::stringWithCharacters(name));
-    return false;
+  return answerOr(NSDictionary(), [&] {
+    NSDictionary params = NSDictionary::dictionary();
+    walkQuery(string, startIndex, [&](std::u16string_view name, std::u16string_view value) {
+      if (!value.empty())
+        params.setObject(NSString::stringWithCharacters(value), NSString::stringWithCharacters(name));
+      return false;
+    });
+    return params;
   });
-  return params;
 }
 
 std::uint32_t numberOfQueryParams(const NSString &string, std::uint32_t startIndex) {
@@ -62,7 +65,7 @@ NSString queryParamNamed(const NSString &string, const NSString &name, std::uint
   if (!canContain(string, name)) return found;
   walkQuery(string, startIndex, [&](std::u16string_view other, std::u16string_view value) {
     if (other != name.view() || value.empty()) return false;
-    found = NSString::stringWithCharacters(value);
+    found = answerOr(NSString(), [&] { return NSString::stringWithCharacters(value); });
     return true;
   });
   return found;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions/Base64.hpp"
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSDataBase64.hpp"
 
@@ -8,9 +9,11 @@ namespace nimbo {
 inline namespace NSStringNimboPathExtensions {
 
 NSString encodebase64(const NSString &string) {
-  if (!string) return string;
-  const std::string bytes = string.UTF8String();
-  return base64EncodedString(NSData::dataWithBytes(bytes.data(), bytes.size()));
+  return answerOr(NSString(), [&] {
+    if (!string) return string;
+    const std::string bytes = string.UTF8String();
+    return base64EncodedString(NSData::dataWithBytes(bytes.data(), bytes.size()));
+  });
 }
 
 NSString decodebase64(const NSString &string) {
@@ -18,7 +21,7 @@ NSString decodebase64(const NSString &string) {
 }
 
 NSString decodebase64UsingEncoding(const NSString &string, NSStringEncoding encoding) {
-  return initWithData(dataWithBase64EncodedString(string), encoding);
+  return answerOr(NSString(), [&] { return initWithData(dataWithBase64EncodedString(string), encoding); });
 }
 
 }  // namespace NSStringNimboPathExtensions

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
@@ -40,30 +41,38 @@ bool isValidPathExtension(const NSString &string) {
 }
 
 NSString validPathExtension(const NSString &path) {
-  const NSString extension = pathExtension(path);
-  const NSString cut = extension.substringWithRange({0, findOneOf(extension, u"?&;=#"_ns)});
-  return cut.length() <= kLongestCutExtension && isAlphaNumeric(cut) ? cut : NSString::string();
+  return answerOr(NSString::string(), [&] {
+    const NSString extension = pathExtension(path);
+    const NSString cut = extension.substringWithRange({0, findOneOf(extension, u"?&;=#"_ns)});
+    return cut.length() <= kLongestCutExtension && isAlphaNumeric(cut) ? cut : NSString::string();
+  });
 }
 
 NSString stringByReplacingPathExtensionWith(const NSString &path, const NSString &extension) {
-  if (!extension || extension == pathExtension(path)) return path;
-  return stringByAppendingPathExtension(stringByDeletingPathExtension(path), extension);
+  return answerOr(path, [&] {
+    if (!extension || extension == pathExtension(path)) return path;
+    return stringByAppendingPathExtension(stringByDeletingPathExtension(path), extension);
+  });
 }
 
 NSString stringByAppendingPathExtensionIfNecessary(const NSString &path, const NSString &extension) {
-  if (!extension || isEqualToStringNoCase(extension, pathExtension(path))) return path;
-  return stringByAppendingPathExtension(path, extension);
+  return answerOr(path, [&] {
+    if (!extension || isEqualToStringNoCase(extension, pathExtension(path))) return path;
+    return stringByAppendingPathExtension(path, extension);
+  });
 }
 
 NSString pathMatchingExtensions(const NSString &path, std::span<const NSString> extensions) {
-  if (path.length() == 0) return NSString();
-  if (hasExtensionOf(path, extensions)) return path;
-  for (const NSString &extension : extensions) {
-    if (!isExtension(extension)) continue;
-    NSString candidate = stringByAppendingPathExtension(path, extension);
-    if (NSFileManager::fileExistsAtPath(candidate)) return candidate;
-  }
-  return NSString();
+  return answerOr(NSString(), [&] {
+    if (path.length() == 0) return NSString();
+    if (hasExtensionOf(path, extensions)) return path;
+    for (const NSString &extension : extensions) {
+      if (!isExtension(extension)) continue;
+      NSString candidate = stringByAppendingPathExtension(path, extension);
+      if (NSFileManager::fileExistsAtPath(candidate)) return candidate;
+    }
+    return NSString();
+  });
 }
 
 }  // namespace NSStringNimboPathExtensions

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
@@ -23,10 +24,12 @@ NSString stringByCreatingFileSystemRepresentation(const NSString &string) {
 
 NSString stringByCreatingFileSystemRepresentationByAppendingExtension(const NSString &string,
                                                                       const NSString &extension) {
-  if (!string) return string;
-  NSMutableString copy(string);
-  createFileSystemRepresentationAndAppendExtension(copy, extension);
-  return copy.view() == string.view() ? string : std::move(copy).string();
+  return answerOr(string, [&] {
+    if (!string) return string;
+    NSMutableString copy(string);
+    createFileSystemRepresentationAndAppendExtension(copy, extension);
+    return copy.view() == string.view() ? string : std::move(copy).string();
+  });
 }
 
 }  // namespace NSStringNimboPathExtensions

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Strings/NSString+NSStringNimboExtensions/ConfigurationText.hpp"
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Strings/LineIteration.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
@@ -10,13 +11,15 @@ inline namespace NSStringNimboExtensions {
 
 std::vector<NSString> configLines(const NSString &string) {
   const IsPartOfSet isWhiteUnit = isWhite();
-  std::vector<NSString> result;
-  visitLines(string.view(), [&](std::u16string_view line) {
-    const NSRange kept = trimmedRange(line, {0, static_cast<std::uint32_t>(line.size())}, isWhiteUnit);
-    const std::u16string_view text = line.substr(kept.location, kept.length);
-    if (!text.starts_with(u'#')) result.push_back(NSString::stringWithCharacters(text));
+  return answerOr(std::vector<NSString>(), [&] {
+    std::vector<NSString> result;
+    visitLines(string.view(), [&](std::u16string_view line) {
+      const NSRange kept = trimmedRange(line, {0, static_cast<std::uint32_t>(line.size())}, isWhiteUnit);
+      const std::u16string_view text = line.substr(kept.location, kept.length);
+      if (!text.starts_with(u'#')) result.push_back(NSString::stringWithCharacters(text));
+    });
+    return result;
   });
-  return result;
 }
 
 NSString configValueForKey(const NSString &line, const NSString &key) {
@@ -25,7 +28,7 @@ NSString configValueForKey(const NSString &line, const NSString &key) {
       fastCaseInsensitiveCompareUnichars(line.characters(), length, key.characters(), length) != 0)
     return NSString();
   const NSRange value = trimmedRange(line.view(), {length, line.length() - length}, isWhite());
-  return value.length > 0 ? line.substringWithRange(value) : NSString();
+  return value.length > 0 ? substringOr(NSString(), line, value) : NSString();
 }
 
 }  // namespace NSStringNimboExtensions

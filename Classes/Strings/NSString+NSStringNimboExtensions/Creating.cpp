@@ -3,25 +3,29 @@
 
 #include <cstring>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
 
 NSString stringWithCharacter(unichar character) {
-  return NSString::stringWithCharacters(&character, 1);
+  return answerOr(NSString(), [=] { return NSString::stringWithCharacters(&character, 1); });
 }
 
 NSString stringWithCString(const char *bytes, std::uint32_t length, NSStringEncoding encoding) {
-  return bytes ? stringWithData(NSData::dataWithBytes(bytes, length), encoding) : NSString();
+  if (!bytes) return NSString();
+  return answerOr(NSString(), [=] { return initWithData(NSData::dataWithBytes(bytes, length), encoding); });
 }
 
 NSString stringWithNullTerminatedCString(const char *bytes, NSStringEncoding encoding) {
-  return bytes ? stringWithData(NSData::dataWithBytes(bytes, std::strlen(bytes)), encoding) : NSString();
+  if (!bytes) return NSString();
+  return answerOr(NSString(),
+                  [=] { return initWithData(NSData::dataWithBytes(bytes, std::strlen(bytes)), encoding); });
 }
 
 NSString stringWithData(const NSData &data, NSStringEncoding encoding) {
-  return initWithData(data, encoding);
+  return answerOr(NSString(), [&] { return initWithData(data, encoding); });
 }
 
 }  // namespace NSStringNimboExtensions

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
@@ -29,11 +30,26 @@ NSString stringWithLegacyReader(const NSData &data) {
   return initWithData(data, NSMacOSRomanStringEncoding);
 }
 
+NSString read(const NSString &path, NSStringEncoding encoding, NSStringEncoding &used) {
+  const bool detects = isToBeDetected(encoding);
+  if (detects) used = kUnknownEncoding;
+  const NSData data = NSData::dataWithContentsOfFile(path);
+  if (!detects) return initWithData(data, encoding);
+  if (!data) return NSString();
+  const DetectedString found = stringWithDetectedEncoding(data.view());
+  if (!found.string) return stringWithLegacyReader(data);
+  used =
+      CFStringConvertEncodingToNSStringEncoding(CFStringConvertIANACharSetNameToEncoding(found.encodingName));
+  return found.string;
+}
+
 bool writeAndReport(const NSString &string, const NSString &path, bool atomically, NSStringEncoding encoding,
                     NSStringEncoding *usedEncoding) {
   if (usedEncoding) *usedEncoding = encoding;
-  const NSData data = dataUsingEncoding(string, encoding);
-  return data && writeDataToFile(data, path, atomically);
+  return answerOr(false, [&] {
+    const NSData data = dataUsingEncoding(string, encoding);
+    return data && writeDataToFile(data, path, atomically);
+  });
 }
 
 }  // namespace
@@ -43,21 +59,7 @@ inline namespace NSStringNimboExtensions {
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding) {
   NSStringEncoding used = encoding;
-  const NSData data = NSData::dataWithContentsOfFile(path);
-  NSString string;
-  if (!isToBeDetected(encoding)) {
-    string = initWithData(data, encoding);
-  } else {
-    used = kUnknownEncoding;
-    if (const DetectedString found = data ? stringWithDetectedEncoding(data.view()) : DetectedString();
-        found.string) {
-      string = found.string;
-      used = CFStringConvertEncodingToNSStringEncoding(
-          CFStringConvertIANACharSetNameToEncoding(found.encodingName));
-    } else if (data) {
-      string = stringWithLegacyReader(data);
-    }
-  }
+  const NSString string = answerOr(NSString(), [&] { return read(path, encoding, used); });
   if (usedEncoding) *usedEncoding = used;
   return string;
 }

@@ -6,7 +6,6 @@
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
-#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
@@ -86,9 +85,8 @@ std::uint32_t findOneOf(const NSString &string, const NSString &characters, std:
   const auto length = static_cast<std::uint32_t>(units.size());
   if (!caseInsensitive) return withUnitsOf(characters.view(), length, find);
   const EntryOf upper{initUpperCharsTable()};
-  const NSString folded = stringByMappingUnits(characters, upper);
-  return withUnitsOf(folded.view(), length,
-                     [=](auto isWanted) { return find([=](unichar c) { return isWanted(upper(c)); }); });
+  return withMappedUnitsOf(characters.view(), length, upper,
+                           [=](auto isWanted) { return find([=](unichar c) { return isWanted(upper(c)); }); });
 }
 
 }  // namespace NSStringNimboExtensions

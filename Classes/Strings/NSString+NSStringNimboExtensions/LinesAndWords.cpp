@@ -3,7 +3,9 @@
 
 #include <algorithm>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Strings/LineIteration.hpp"
+#include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
 inline namespace NSStringNimboExtensions {
@@ -20,7 +22,7 @@ NSRange rangeFromTo(std::uint32_t start, std::uint32_t end) {
 }
 
 NSString substring(const NSString &string, NSRange range) {
-  return string ? string.substringWithRange(range) : string;
+  return string ? substringOr(NSString::string(), string, range) : string;
 }
 
 /// The line break that comes first, empty and at the end when there is none.
@@ -64,11 +66,13 @@ bool isBeforeLink(std::u16string_view units, std::uint32_t at, bool isMail) {
 }  // namespace
 
 std::vector<NSString> lines(const NSString &string) {
-  std::vector<NSString> result;
-  visitLines(string.view(), [&](std::u16string_view line) {
-    result.push_back(line.size() == string.length() ? string : NSString::stringWithCharacters(line));
+  return answerOr(std::vector<NSString>(), [&] {
+    std::vector<NSString> result;
+    visitLines(string.view(), [&](std::u16string_view line) {
+      result.push_back(line.size() == string.length() ? string : NSString::stringWithCharacters(line));
+    });
+    return result;
   });
-  return result;
 }
 
 std::uint32_t numberOfLines(const NSString &string) {
@@ -78,7 +82,7 @@ std::uint32_t numberOfLines(const NSString &string) {
 }
 
 NSString firstLine(const NSString &string) {
-  return substring(string, {0, rangeOfFirstFeed(string).location});
+  return string ? substringOr(string, string, {0, rangeOfFirstFeed(string).location}) : string;
 }
 
 bool hasFeedOfLine(const NSString &string) {

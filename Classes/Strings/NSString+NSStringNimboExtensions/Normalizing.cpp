@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Normalizing.hpp"
 
 namespace nimbo {
@@ -13,9 +14,11 @@ namespace {
 template <class Edit>
 NSString editedCopy(const NSString &string, Edit edit) {
   if (string.length() == 0) return string;
-  NSMutableString copy(string);
-  edit(copy);
-  return std::move(copy).string();
+  return answerOr(string, [&] {
+    NSMutableString copy(string);
+    edit(copy);
+    return std::move(copy).string();
+  });
 }
 
 }  // namespace

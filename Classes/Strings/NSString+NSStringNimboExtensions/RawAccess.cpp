@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
@@ -31,30 +32,34 @@ NSString string(const NSString &string) {
 
 NSString dump(const NSString &string) {
   if (!string) return string;
-  NSMutableString result;
-  for (std::uint32_t i = 0; i < string.length(); ++i) {
-    const unichar unit = string.characterAtIndex(i);
-    appendFormat(result, u"%d: ", i);
-    appendHexadecimal(result, unit);
-    if (unit > u' ' && unit < 0x7f) {
-      result.appendCharacter(u' ');
-      result.appendCharacter(unit);
+  return answerOr(string, [&] {
+    NSMutableString result;
+    for (std::uint32_t i = 0; i < string.length(); ++i) {
+      const unichar unit = string.characterAtIndex(i);
+      appendFormat(result, u"%d: ", i);
+      appendHexadecimal(result, unit);
+      if (unit > u' ' && unit < 0x7f) {
+        result.appendCharacter(u' ');
+        result.appendCharacter(unit);
+      }
+      result.appendCharacter(u'\n');
     }
-    result.appendCharacter(u'\n');
-  }
-  return std::move(result).string();
+    return std::move(result).string();
+  });
 }
 
 NSString dumpAsArray(const NSString &string) {
   if (!string) return string;
-  NSMutableString result;
-  result.appendCharacter(u'{');
-  for (std::uint32_t i = 0; i < string.length(); ++i) {
-    result.append(i == 0 ? u"0x" : u", 0x");
-    appendHexadecimal(result, string.characterAtIndex(i));
-  }
-  result.appendCharacter(u'}');
-  return std::move(result).string();
+  return answerOr(string, [&] {
+    NSMutableString result;
+    result.appendCharacter(u'{');
+    for (std::uint32_t i = 0; i < string.length(); ++i) {
+      result.append(i == 0 ? u"0x" : u", 0x");
+      appendHexadecimal(result, string.characterAtIndex(i));
+    }
+    result.appendCharacter(u'}');
+    return std::move(result).string();
+  });
 }
 
 }  // namespace NSStringNimboExtensions

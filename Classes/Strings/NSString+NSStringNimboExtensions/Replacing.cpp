@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 #include "Classes/Strings/UnitReplacing.hpp"
 
@@ -11,10 +12,12 @@ inline namespace NSStringNimboExtensions {
 
 NSString stringByReplacingString(const NSString &string, const NSString &replaced, const NSString &withString,
                                  Flag caseSensitive) {
-  NSMutableString result;
-  return replaceOccurrences(string.view(), replaced, withString, caseSensitive, result)
-             ? std::move(result).string()
-             : string;
+  return answerOr(string, [&] {
+    NSMutableString result;
+    return replaceOccurrences(string.view(), replaced, withString, caseSensitive, result)
+               ? std::move(result).string()
+               : string;
+  });
 }
 
 NSString stringByReplacingCharacter(const NSString &string, unichar character, unichar withCharacter,

@@ -34,7 +34,7 @@ NSString stringByTrimmingSuffixCharacter(const NSString &string, unichar charact
 NSString stringByTrimmingEnclosingCharacter(const NSString &string, unichar character) {
   const std::u16string_view units = string.view();
   if (units.size() < 2 || units.front() != character || units.back() != character) return string;
-  return string.substringWithRange({1, string.length() - 2});
+  return substringOr(string, string, {1, string.length() - 2});
 }
 
 NSString stringByTrimmingEllipsis(const NSString &string) {
@@ -54,7 +54,8 @@ NSString stringByTrimmingSpacesOfRightSideAndFeeds(const NSString &string, Flag 
 }
 
 NSString stringByTrimmingSpacesInRange(const NSString &string, NSRange range, Flag andFeeds) {
-  return string.length() > 0 ? string.substringWithRange(trimSpacesInRange(string, range, andFeeds)) : string;
+  if (string.length() == 0) return string;
+  return substringOr(string, string, trimSpacesInRange(string, range, andFeeds));
 }
 
 NSRange trimSpacesInRange(const NSString &string, NSRange range, Flag andFeeds) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/URLs/NSString+URLUtilities/Escaping.hpp"
 
-#include <new>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/URLs/URLEscapes.hpp"
 #include "Classes/URLs/URLEscaping.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
@@ -15,14 +15,12 @@ namespace {
 
 NSString stringByReplacingEscapes(const NSString &string, bool standard) {
   if (string.length() < kEscapeLength) return string;
-  try {
+  return answerOr(string, [&] {
     NSMutableString unescaped(string);
     unescaped.setLength(
         convertPercentEscapesOfURL(unescaped.mutableCharacters(), unescaped.length(), standard));
     return std::move(unescaped).string();
-  } catch (const std::bad_alloc &) {
-    return string;
-  }
+  });
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/URLs/URLParameters.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
@@ -19,9 +20,11 @@ using View = std::u16string_view;
 
 /// The string without the units from `start` to before `end`; itself when there are none.
 NSString without(const NSString &string, std::size_t start, std::size_t end) {
-  if (start == end) return string;
-  const View units = string.view();
-  return stringByConcatenating(units.substr(0, start), units.substr(end));
+  return answerOr(string, [&] {
+    if (start == end) return string;
+    const View units = string.view();
+    return stringByConcatenating(units.substr(0, start), units.substr(end));
+  });
 }
 
 View nameOfParam(View param) {
@@ -32,42 +35,46 @@ View nameOfParam(View param) {
 /// nothing left behind it.
 template <class Predicate>
 NSString withoutParams(const NSString &string, Predicate isRemoved) {
-  const View url = string.view();
-  const URLStringParts parts = partsOfURLString(url);
-  if (parts.isText || parts.queryStart == parts.fragmentStart) return string;
-  NSMutableString kept;
-  View query = url.substr(parts.queryStart, parts.fragmentStart - parts.queryStart);
-  while (!query.empty()) {
-    const View param = query.substr(1, std::min(query.find_first_of(u"&;", 1), query.size()) - 1);
-    if (!isRemoved(param)) {
-      kept.appendCharacter(kept.length() == 0 ? u'?' : query.front());
-      kept.append(param);
+  return answerOr(string, [&] {
+    const View url = string.view();
+    const URLStringParts parts = partsOfURLString(url);
+    if (parts.isText || parts.queryStart == parts.fragmentStart) return string;
+    NSMutableString kept;
+    View query = url.substr(parts.queryStart, parts.fragmentStart - parts.queryStart);
+    while (!query.empty()) {
+      const View param = query.substr(1, std::min(query.find_first_of(u"&;", 1), query.size()) - 1);
+      if (!isRemoved(param)) {
+        kept.appendCharacter(kept.length() == 0 ? u'?' : query.front());
+        kept.append(param);
+      }
+      query.remove_prefix(1 + param.size());
     }
-    query.remove_prefix(1 + param.size());
-  }
-  if (kept.length() == parts.fragmentStart - parts.queryStart) return string;
-  return stringByConcatenating(url.substr(0, parts.queryStart), kept, url.substr(parts.fragmentStart));
+    if (kept.length() == parts.fragmentStart - parts.queryStart) return string;
+    return stringByConcatenating(url.substr(0, parts.queryStart), kept, url.substr(parts.fragmentStart));
+  });
 }
 
 /// Takes away the sessions among the parameters of path components. A component may be nothing but a session.
 NSString withoutPathSessions(const NSString &string) {
-  const View url = string.view();
-  const URLStringParts parts = partsOfURLString(url);
-  if (parts.isText) return string;
-  const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
-  NSMutableString kept;
-  kept.append(url.substr(0, parts.pathStart));
-  for (std::size_t at = 0; at < path.size();) {
-    const View piece = path.substr(at, std::min(path.find_first_of(u"/;", at + 1), path.size()) - at);
-    const bool isSession = piece.front() == u';'
-                               ? isURLNameOfKind(nameOfParam(piece.substr(1)), URLNameKind::session)
-                               : piece.starts_with(u"/(S(") && piece.ends_with(u"))");
-    if (!isSession) kept.append(piece);
-    at += piece.size();
-  }
-  if (kept.length() == parts.queryStart) return string;
-  kept.append(url.substr(parts.queryStart));
-  return std::move(kept).string();
+  return answerOr(string, [&] {
+    const View url = string.view();
+    const URLStringParts parts = partsOfURLString(url);
+    if (parts.isText) return string;
+    const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
+    NSMutableString kept;
+    kept.append(url.substr(0, parts.pathStart));
+    for (std::size_t at = 0; at < path.size();) {
+      const View piece = path.substr(at, std::min(path.find_first_of(u"/;", at + 1), path.size()) - at);
+      const bool isSession = piece.front() == u';'
+                                 ? isURLNameOfKind(nameOfParam(piece.substr(1)), URLNameKind::session)
+                                 : piece.starts_with(u"/(S(") && piece.ends_with(u"))");
+      if (!isSession) kept.append(piece);
+      at += piece.size();
+    }
+    if (kept.length() == parts.queryStart) return string;
+    kept.append(url.substr(parts.queryStart));
+    return std::move(kept).string();
+  });
 }
 
 bool isDefaultPort(View scheme, View port) {
@@ -78,31 +85,33 @@ bool isDefaultPort(View scheme, View port) {
 }
 
 NSString withPlainSchemeAndHost(const NSString &string) {
-  const View url = string.view();
-  const URLStringParts parts = partsOfURLString(url);
-  const View authority = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
-  const std::size_t hostStart = parts.authorityStart + startOfHost(authority);
-  std::size_t hostEnd = parts.pathStart;
-  const std::size_t colon = authority.rfind(u':');
-  if (colon != View::npos && parts.authorityStart + colon >= hostStart) {
-    const View port = authority.substr(colon + 1);
-    const bool isPort = std::ranges::all_of(port, isASCIIDigit<unichar>);
-    if (isPort && isDefaultPort(url.substr(0, parts.schemeLength), port))
-      hostEnd = parts.authorityStart + colon;
-  }
-  if (hostEnd == parts.pathStart &&
-      std::ranges::none_of(url.substr(0, parts.schemeLength), isASCIIUppercase<unichar>) &&
-      std::ranges::none_of(url.substr(hostStart, hostEnd - hostStart), isASCIIUppercase<unichar>)) {
-    return string;
-  }
-  NSMutableString plain(without(string, hostEnd, parts.pathStart));
-  const auto makeSmall = [&](std::size_t start, std::size_t end) {
-    unichar *const units = plain.mutableCharacters();
-    std::transform(units + start, units + end, units + start, toASCIILower<unichar>);
-  };
-  makeSmall(0, parts.schemeLength);
-  makeSmall(hostStart, hostEnd);
-  return std::move(plain).string();
+  return answerOr(string, [&] {
+    const View url = string.view();
+    const URLStringParts parts = partsOfURLString(url);
+    const View authority = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+    const std::size_t hostStart = parts.authorityStart + startOfHost(authority);
+    std::size_t hostEnd = parts.pathStart;
+    const std::size_t colon = authority.rfind(u':');
+    if (colon != View::npos && parts.authorityStart + colon >= hostStart) {
+      const View port = authority.substr(colon + 1);
+      const bool isPort = std::ranges::all_of(port, isASCIIDigit<unichar>);
+      if (isPort && isDefaultPort(url.substr(0, parts.schemeLength), port))
+        hostEnd = parts.authorityStart + colon;
+    }
+    if (hostEnd == parts.pathStart &&
+        std::ranges::none_of(url.substr(0, parts.schemeLength), isASCIIUppercase<unichar>) &&
+        std::ranges::none_of(url.substr(hostStart, hostEnd - hostStart), isASCIIUppercase<unichar>)) {
+      return string;
+    }
+    NSMutableString plain(without(string, hostEnd, parts.pathStart));
+    const auto makeSmall = [&](std::size_t start, std::size_t end) {
+      unichar *const units = plain.mutableCharacters();
+      std::transform(units + start, units + end, units + start, toASCIILower<unichar>);
+    };
+    makeSmall(0, parts.schemeLength);
+    makeSmall(hostStart, hostEnd);
+    return std::move(plain).string();
+  });
 }
 
 }  // namespace
