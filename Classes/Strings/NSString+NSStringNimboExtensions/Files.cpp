@@ -59,7 +59,7 @@ inline namespace NSStringNimboExtensions {
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding) {
   NSStringEncoding used = encoding;
-  const NSString string = answerOr(NSString(), [&] { return read(path, encoding, used); });
+  NSString string = answerOr(NSString(), [&] { return read(path, encoding, used); });
   if (usedEncoding) *usedEncoding = used;
   return string;
 }

@@ -137,6 +137,11 @@ int main(int argc, char **argv) {
           bytesOf(sameView)},
          {"fastCaseInsensitiveContainsUnichars",
           [&] { return ends(fastCaseInsensitiveContainsUnichars(same.data(), length, dense.data(), lenD)); }, 0,
+          bytesOf(sameView)},
+         {"rangeOfString", [&] { return rangeOfString(sameView, dense, 0).location; }, NSNotFound,
+          bytesOf(sameView)},
+         {"rangeOfString, without regard to case",
+          [&] { return rangeOfString(sameView, dense, NSCaseInsensitiveSearch).location; }, NSNotFound,
           bytesOf(sameView)}},
         rounds);
   }

@@ -109,8 +109,9 @@ class MarkReader {
 
 void appendCut(std::u16string &result, std::u16string_view run) {
   while (!run.empty()) {
-    std::size_t end = std::min(run.size(), kCutRun);
-    U16_SET_CP_LIMIT(run, 0, end, run.size());
+    const std::size_t length = run.size();
+    std::size_t end = std::min(length, kCutRun);
+    U16_SET_CP_LIMIT(run, 0, end, length);
     result.append(run.substr(0, end)).append(1, kJoiner);
     run.remove_prefix(end);
   }
