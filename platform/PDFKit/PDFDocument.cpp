@@ -2,6 +2,7 @@
 #include "platform/PDFKit/PDFDocument.hpp"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <new>
 #include <string>
@@ -16,19 +17,10 @@ namespace nimbo {
 
 namespace {
 
-/// The text of an entry of the document's information; nil when it is missing, empty or no text.
-NSString informationEntry(detail::PDFEngine &engine, const char *key) {
-  const char *text = nullptr;
-  try {
-    engine.run([&](fz_context *context) {
-      pdf_obj *information = pdf_dict_get(context, pdf_trailer(context, engine.document()), PDF_NAME(Info));
-      pdf_obj *value = pdf_dict_gets(context, information, key);
-      if (pdf_is_string(context, value)) text = pdf_to_text_string(context, value);
-    });
-  } catch (const detail::PDFFailure &) {
-    return {};
-  }
-  return text && *text ? NSString::stringWithLossyUTF8String(text) : NSString();
+/// The text of an entry, owned by MuPDF; null when it is missing or no text.
+const char *textForKey(fz_context *context, pdf_obj *dictionary, const char *key) {
+  pdf_obj *const value = pdf_dict_gets(context, dictionary, key);
+  return pdf_is_string(context, value) ? pdf_to_text_string(context, value) : nullptr;
 }
 
 /// The parts between commas and semicolons, trimmed; nil when there are none.
@@ -93,16 +85,31 @@ std::unique_ptr<PDFDocument> PDFDocument::documentWithContentsOfFile(const NSStr
 NSDictionary PDFDocument::documentAttributes() const {
   NSDictionary attributes;
   if (isLocked()) return attributes;
-  const auto entry = [this](const char *key) { return informationEntry(*engine_, key); };
-  attributes.setObject(entry("Title"), u"Title"_ns);
-  attributes.setObject(entry("Author"), u"Author"_ns);
-  attributes.setObject(entry("Subject"), u"Subject"_ns);
-  attributes.setObject(keywordsOfString(entry("Keywords")), u"Keywords"_ns);
-  attributes.setObject(entry("Creator"), u"Creator"_ns);
-  attributes.setObject(entry("Producer"), u"Producer"_ns);
-  if (const auto date = dateWithPDFDateString(entry("CreationDate")))
-    attributes.setObject(*date, u"CreationDate"_ns);
-  if (const auto date = dateWithPDFDateString(entry("ModDate"))) attributes.setObject(*date, u"ModDate"_ns);
+  static constexpr std::array<const char *, 8> kKeys = {"Title",   "Author",   "Subject",      "Keywords",
+                                                        "Creator", "Producer", "CreationDate", "ModDate"};
+  std::array<const char *, kKeys.size()> texts = {};
+  try {
+    engine_->run([&](fz_context *context) {
+      pdf_obj *const information =
+          pdf_dict_get(context, pdf_trailer(context, engine_->document()), PDF_NAME(Info));
+      for (std::size_t i = 0; i < kKeys.size(); ++i) texts[i] = textForKey(context, information, kKeys[i]);
+    });
+  } catch (const detail::PDFFailure &) {
+    // Those that were found stay.
+  }
+  for (std::size_t i = 0; i < kKeys.size(); ++i) {
+    if (!texts[i] || !*texts[i]) continue;
+    const std::string_view key = kKeys[i];
+    const NSString text = NSString::stringWithLossyUTF8String(texts[i]);
+    id value = text;
+    if (key == "Keywords") {
+      value = keywordsOfString(text);
+    } else if (key.ends_with("Date")) {
+      const auto date = dateWithPDFDateString(text);
+      value = date ? id(*date) : id();
+    }
+    attributes.setObject(value, NSString::stringWithUTF8String(key));
+  }
   return attributes;
 }
 
@@ -134,6 +141,7 @@ PDFPage PDFDocument::pageAtIndex(std::uint32_t index) const {
 void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                             NSError *error) const {
   const std::uint32_t pages = pageCount();
+  const Deadline end = earliest(deadline, engine_->limits().deadline);
   NSError firstFailure;
   std::uint32_t failures = 0;
   bool isEnough = false;
@@ -150,17 +158,17 @@ void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(c
     }
     if (failure && failures++ == 0) firstFailure = failure;
     // The forecast for the next page: as long as this one took.
-    isLate = deadline.remaining() <= std::chrono::duration<double>(Deadline::Clock::now() - start).count();
+    isLate = end.remaining() <= std::chrono::duration<double>(Deadline::Clock::now() - start).count();
   }
   if (tried < pages)
     setError(error, isEnough ? ErrorCode::incomplete : ErrorCode::timeLimit,
              leftOutPages(tried, pages) +
                  (isEnough ? "there is too much text" : "reading them would take too long"));
   else if (failures > 0)
-    setError(
-        error, firstFailure.errorCode(),
-        std::to_string(failures) + " of " + std::to_string(pages) +
-            " pages cannot be read; the first of them: " + firstFailure.localizedFailureReason.UTF8String());
+    setError(error, firstFailure.errorCode(),
+             std::to_string(failures) + " of " + std::to_string(pages) +
+                 " pages cannot be read in full; the first of them: " +
+                 firstFailure.localizedFailureReason.UTF8String());
 }
 
 }  // namespace nimbo

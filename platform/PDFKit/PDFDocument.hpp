@@ -22,10 +22,12 @@ namespace NIMBO_PUBLIC nimbo {
 struct PDFLimits {
   /// How much the engine holds for the document at a time, without the document's own bytes.
   std::size_t memoryBytes = std::size_t{512} << 20;
-  /// How long opening may take, and each page. Watched whenever the engine asks for memory, so a step that
-  /// needs none can overrun it.
+  /// How much work opening may take, and each page: tokens, looks into arrays and dictionaries, glyphs, blocks
+  /// of memory, and bytes of these and of what streams expand to. Ten million take about a second.
+  std::uint64_t stepWork = 20'000'000;
+  /// How long the same may take. Time differs from run to run; it is for what counts little and takes long.
   double stepSeconds = 6;
-  /// When everything that is asked of the document has to end; watched in the same way.
+  /// When everything that is asked of the document has to end.
   Deadline deadline = Deadline::never();
   /// How many pages are counted at most.
   std::uint32_t pages = 100'000;
@@ -41,7 +43,7 @@ class PDFPage {
  public:
   /// The page's text in reading order, lines ended by line feeds, blocks of lines parted by an empty line.
   /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Nil when the page has no
-  /// text, or cannot be read: then `*error` says why.
+  /// text. A page that cannot be read to its end gives what was found on it by then, and `*error` says why.
   NSString string(NSError *error = nullptr) const;
   /// The box in points (the page's own unit is taken into account), lower left corner and size, before
   /// rotation. The crop box is cut to the media box, and is the media box when the page names none; without a
@@ -98,11 +100,11 @@ class PDFDocument {
   std::uint32_t pageCount() const;
   /// The page at `index`, which must be below the page count.
   PDFPage pageAtIndex(std::uint32_t index) const;
-  /// Hands the text of each page that has any to `use`, first to last. It stops when `use` answers false,
-  /// which means that there is enough text, and when another page as slow as the last one would end after
-  /// `deadline`; the first page is always read. A page over which an exception comes, from `use` too, is one
-  /// that cannot be read. `*error` says which pages are missing in the end and why: `timeLimit`, `incomplete`
-  /// when there was enough text, else what was wrong with the first page that cannot be read.
+  /// Hands the text of each page that has any to `use`, first to last. It stops when `use` answers false, which
+  /// means that there is enough text, and when another page as slow as the last one would end after `deadline`
+  /// or that of the limits; the first page is always tried. A page over which an exception comes, from `use`
+  /// too, is one that cannot be read. `*error` says which pages are missing in the end and why: `timeLimit`,
+  /// `incomplete` when there was enough text, else what was wrong with the first page that cannot be read.
   void readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                  NSError *error = nullptr) const;
 

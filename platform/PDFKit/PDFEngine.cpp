@@ -4,16 +4,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <new>
 #include <utility>
 
 namespace nimbo::detail {
 
 namespace {
-
-/// The clock is read once in so many calls of the allocator.
-constexpr unsigned kCallsBetweenClockReads = 64;
 
 void saysNothing(void *, const char *) {}
 
@@ -44,7 +39,7 @@ std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint3
   const int objects = pdf_xref_len(context, document);
   if (claimed <= objects) return static_cast<std::uint32_t>(std::clamp(claimed, 0, limit));
   int found = 0;
-  for (int most = std::min(objects, limit); found < most && !budget.isLate();) {
+  for (int most = std::min(objects, limit); found < most && !budget.isOver();) {
     const int middle = found + (most - found + 1) / 2;
     if (hasPage(context, document, middle - 1))
       found = middle;
@@ -64,77 +59,11 @@ std::string PDFInput::firstBytes() const {
   return bytes;
 }
 
-PDFBudget::~PDFBudget() {
-  for (Block *block = blocks_.next; block != &blocks_;) std::free(std::exchange(block, block->next));
-}
-
-void PDFBudget::beginStep(const Deadline &deadline) {
-  timedOut_ = false;
-  deadline_ = deadline;
-}
-
-bool PDFBudget::isLate() {
-  timedOut_ = timedOut_ || deadline_.isOver();
-  return timedOut_;
-}
-
-bool PDFBudget::endStep() {
-  deadline_ = Deadline::never();
-  return std::exchange(timedOut_, false);
-}
-
-bool PDFBudget::allows(std::size_t size, std::size_t replaced) {
-  if (++calls_ % kCallsBetweenClockReads == 0) isLate();
-  return !timedOut_ && size <= limit_ && used_ - replaced <= limit_ - size;
-}
-
-void *PDFBudget::enter(Block *block, std::size_t size) {
-  block->size = size;
-  block->previous = &blocks_;
-  block->next = blocks_.next;
-  block->next->previous = block;
-  blocks_.next = block;
-  used_ += size;
-  return block + 1;
-}
-
-void PDFBudget::remove(Block *block) {
-  block->previous->next = block->next;
-  block->next->previous = block->previous;
-  used_ -= block->size;
-}
-
-void *PDFBudget::allocate(void *self, std::size_t size) {
-  auto &budget = *static_cast<PDFBudget *>(self);
-  if (!budget.allows(size, 0)) return nullptr;
-  void *const memory = std::malloc(sizeof(Block) + size);
-  return memory ? budget.enter(new (memory) Block, size) : nullptr;
-}
-
-void *PDFBudget::reallocate(void *self, void *bytes, std::size_t size) {
-  if (!bytes) return allocate(self, size);
-  auto &budget = *static_cast<PDFBudget *>(self);
-  Block *const block = static_cast<Block *>(bytes) - 1;
-  const std::size_t oldSize = block->size;
-  if (!budget.allows(size, oldSize)) return nullptr;
-  budget.remove(block);
-  void *const memory = std::realloc(block, sizeof(Block) + size);
-  if (memory) return budget.enter(static_cast<Block *>(memory), size);
-  budget.enter(block, oldSize);
-  return nullptr;
-}
-
-void PDFBudget::release(void *self, void *bytes) {
-  if (!bytes) return;
-  Block *const block = static_cast<Block *>(bytes) - 1;
-  static_cast<PDFBudget *>(self)->remove(block);
-  std::free(block);
-}
-
 PDFEngine::PDFEngine(PDFInput input, const PDFLimits &limits)
     : limits_(limits), input_(std::move(input)), budget_(limits.memoryBytes) {
   context_ = fz_new_context(budget_.functions(), nullptr, kStoreBytes);
   if (!context_) throw failure(ErrorCode::memoryLimit, "there is not enough memory for a PDF");
+  fz_set_user_context(context_, &budget_);
   fz_set_warning_callback(context_, saysNothing, nullptr);
   fz_set_error_callback(context_, saysNothing, nullptr);
   try {
@@ -168,8 +97,10 @@ void PDFEngine::close() {
   fz_drop_context(context_);
 }
 
-void PDFEngine::raise(bool late) const {
-  if (late) throw failure(ErrorCode::timeLimit, "reading the PDF takes too long");
+void PDFEngine::raise(PDFBudget::Excess excess) const {
+  if (excess == PDFBudget::Excess::time) throw failure(ErrorCode::timeLimit, "reading the PDF takes too long");
+  if (excess == PDFBudget::Excess::work)
+    throw failure(ErrorCode::timeLimit, "reading the PDF takes too much work");
   if (fz_caught(context_) == FZ_ERROR_MEMORY)
     throw failure(ErrorCode::memoryLimit, "the PDF needs too much memory");
   if (!document_ && input_.firstBytes().find("%PDF-") == std::string::npos)

@@ -4,7 +4,6 @@
 #include <mupdf/fitz.h>
 #include <mupdf/pdf.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -14,6 +13,7 @@
 
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSError.hpp"
+#include "platform/PDFKit/PDFBudget.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 
 namespace nimbo::detail {
@@ -41,53 +41,6 @@ struct PDFInput {
   std::string firstBytes() const;
 };
 
-/// The allocator that MuPDF uses for one document. It refuses what goes beyond the limit, and everything once
-/// the time of a step is over: MuPDF then unwinds from wherever it is, inside a decoder too. It knows all its
-/// blocks and frees those that are left in the end, since MuPDF loses some: a whole font for each document with
-/// a divided word, and what its errors jump over.
-class PDFBudget {
- public:
-  explicit PDFBudget(std::size_t memoryBytes)
-      : limit_(std::min<std::size_t>(memoryBytes, PTRDIFF_MAX)),
-        functions_{this, allocate, reallocate, release} {}
-  ~PDFBudget();
-  PDFBudget(const PDFBudget &) = delete;
-  PDFBudget &operator=(const PDFBudget &) = delete;
-
-  /// The allocator for MuPDF, borrowed from this object.
-  const fz_alloc_context *functions() const { return &functions_; }
-  /// Begins a step, which has until the deadline.
-  void beginStep(const Deadline &deadline);
-  /// Whether the step takes too long so far; nothing more is allocated in it then.
-  bool isLate();
-  /// Ends the step, and answers whether it took too long.
-  bool endStep();
-
- private:
-  /// Stands before the bytes that MuPDF gets, in a ring of all blocks.
-  struct alignas(std::max_align_t) Block {
-    Block *previous = this;
-    Block *next = this;
-    std::size_t size = 0;
-  };
-
-  static void *allocate(void *self, std::size_t size);
-  static void *reallocate(void *self, void *bytes, std::size_t size);
-  static void release(void *self, void *bytes);
-  /// Whether `size` bytes may be taken in place of `replaced` ones.
-  bool allows(std::size_t size, std::size_t replaced);
-  void *enter(Block *block, std::size_t size);
-  void remove(Block *block);
-
-  const std::size_t limit_;
-  std::size_t used_ = 0;
-  Deadline deadline_;
-  unsigned calls_ = 0;
-  bool timedOut_ = false;
-  Block blocks_;
-  const fz_alloc_context functions_;
-};
-
 /// A document inside MuPDF, in a context of its own, so that one document can neither harm nor slow another.
 class PDFEngine {
  public:
@@ -109,8 +62,8 @@ class PDFEngine {
   int version() const { return version_; }
   std::uint32_t pageCount() const { return pageCount_; }
 
-  /// Runs `work` (called with the context) as one step, and raises `PDFFailure` when MuPDF fails or the step
-  /// takes too long. A failure jumps over destructors: `work` may hold, make and capture plain data only, and
+  /// Runs `work` (called with the context) as one step, and raises `PDFFailure` when MuPDF fails or the step is
+  /// over its limits. A failure jumps over destructors: `work` may hold, make and capture plain data only, and
   /// must not throw.
   template <class Work>
   void run(Work &&work);
@@ -123,7 +76,7 @@ class PDFEngine {
  private:
   void open();
   void close();
-  [[noreturn]] void raise(bool late) const;
+  [[noreturn]] void raise(PDFBudget::Excess excess) const;
 
   const PDFLimits limits_;
   /// The input, which MuPDF reads until the document is closed.
@@ -140,13 +93,13 @@ class PDFEngine {
 template <class Work>
 [[gnu::noinline]] void PDFEngine::run(Work &&work) {
   static_assert(std::is_trivially_destructible_v<std::remove_reference_t<Work>>);
-  budget_.beginStep(earliest(Deadline::after(limits_.stepSeconds), limits_.deadline));
+  budget_.beginStep(limits_.stepWork, earliest(Deadline::after(limits_.stepSeconds), limits_.deadline));
   volatile bool failed = false;
   fz_try(context_) work(context_);
   fz_catch(context_) failed = true;
   // MuPDF gets over some failures by itself and may take half a result for a whole one.
-  const bool late = budget_.endStep();
-  if (failed || late) raise(late);
+  const PDFBudget::Excess excess = budget_.endStep();
+  if (failed || excess != PDFBudget::Excess::none) raise(excess);
 }
 
 }  // namespace nimbo::detail

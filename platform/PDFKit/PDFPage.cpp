@@ -97,6 +97,7 @@ NSString PDFPage::string(NSError *error) const {
     return {};
   }
   FoundText text{engine_->context()};
+  bool read = false;
   try {
     engine_->run([&](fz_context *context) {
       pdf_page *page = pdf_load_page(context, engine_->document(), static_cast<int>(index_));
@@ -117,13 +118,14 @@ NSString PDFPage::string(NSError *error) const {
       }
       fz_catch(context) fz_rethrow(context);
     });
+    read = true;
   } catch (const detail::PDFFailure &failure) {
-    engine_->pageWasRead(false);
     if (error) *error = failure.error;
-    return {};
+    // What MuPDF has found by then is whole: it puts one character after the other behind the last one.
   }
-  engine_->pageWasRead(true);
-  return text.page ? stringOfPage(*text.page) : NSString();
+  NSString string = text.page ? stringOfPage(*text.page) : NSString();
+  engine_->pageWasRead(read || string);
+  return string;
 }
 
 NSRect PDFPage::boundsForBox(PDFDisplayBox box) const {

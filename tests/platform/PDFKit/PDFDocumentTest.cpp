@@ -92,8 +92,8 @@ TEST(PDFDocument, GetsThroughFalseCountsAndFormsThatDrawThemselves) {
   EXPECT_EQ(huge->pageAtIndex(2).boundsForBox(PDFDisplayBox::mediaBox), (NSRect{{0, 0}, {612, 792}}));
 }
 
-/// Shows annotations and filled forms too. Glyphs without a meaning are blanks, and no text when there is
-/// nothing else.
+/// Shows annotations and filled forms too, and text whatever it is filled with. Glyphs without a meaning are
+/// blanks, and no text when there is nothing else.
 TEST(PDFDocument, TakesWhatAReaderSees) {
   const std::string field =
       "<</Type /Annot /Subtype /Widget /FT /Tx /T (a) /V (x) /Rect [20 20 180 40] /AP <</N 6 0 R>>>>";
@@ -101,12 +101,15 @@ TEST(PDFDocument, TakesWhatAReaderSees) {
       "<</Type /Font /Subtype /Type0 /BaseFont /Odd /Encoding /Identity-H /DescendantFonts [<</Type /Font "
       "/Subtype /CIDFontType2 /BaseFont /Odd /CIDSystemInfo <</Registry (Adobe) /Ordering (Identity) "
       "/Supplement 0>> /FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 4>>>>]>>";
-  const std::string resources = "/Resources <</Font <</F 5 0 R /G 7 0 R>>>>";
+  const std::string resources =
+      "/Resources <</Font <</F 5 0 R /G 7 0 R>> /Pattern <</P <</PatternType 2 /Shading <</ShadingType "
+      "2>>>>>>>>";
   const auto document = PDFDocument::documentWithData(PDFOfObjects({
       kCatalog,
       "<</Type /Pages /Kids [3 0 R 9 0 R] /Count 2 /MediaBox [0 0 200 200] " + resources + ">>",
       "<</Type /Page /Parent 2 0 R /Contents 4 0 R /Annots [" + field + "]>>",
-      PDFStream("", "BT /F 12 Tf 20 150 Td (of) Tj /G 12 Tf <00100011> Tj /F 12 Tf (ce) Tj ET"),
+      PDFStream("",
+                "/Pattern cs /P scn BT /F 12 Tf 20 150 Td (of) Tj /G 12 Tf <00100011> Tj /F 12 Tf (ce) Tj ET"),
       kFont,
       PDFStream("/Type /XObject /Subtype /Form /BBox [0 0 160 20] " + resources,
                 "BT /F 12 Tf 2 5 Td (filled) Tj ET"),
@@ -144,30 +147,57 @@ NSData documentOfBombs(const std::string &kinds, const std::string &leaf) {
 }
 
 TEST(PDFDocument, GivesUpPagesThatCostTooMuch) {
-  const char *const text = "BT /F 12 Tf 20 20 Td (much text in every leaf) Tj ET";
+  const char *const drawing = "0 0 1 1 re f";
   const struct {
     const char *what;
-    const char *leaf;
     const char *kinds;
     PDFLimits limits;
     std::vector<bool> readable;
   } cases[] = {
-      {"time", "0 0 1 1 re f", "bg", {.stepSeconds = 0.3}, {false, true}},
-      {"memory", text, "bg", {.memoryBytes = 8 << 20}, {false, true}},
+      {"time", "bg", {.stepWork = UINT64_MAX, .stepSeconds = 0.3}, {false, true}},
+      {"work", "bg", {.stepWork = 100'000, .stepSeconds = 3600}, {false, true}},
       {"errors in a row",
-       text,
        "bgbbg",
-       {.memoryBytes = 8 << 20, .pageErrorsInARow = 2},
+       {.stepWork = 100'000, .pageErrorsInARow = 2},
        {false, true, false, false, false}},
-      {"pages", text, "gggg", {.pages = 3}, {true, true, true}},
+      {"pages", "gggg", {.pages = 3}, {true, true, true}},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.what);
-    const auto document = PDFDocument::documentWithData(documentOfBombs(c.kinds, c.leaf), c.limits);
+    const auto document = PDFDocument::documentWithData(documentOfBombs(c.kinds, drawing), c.limits);
     ASSERT_TRUE(document);
     ASSERT_EQ(document->pageCount(), c.readable.size());
     for (std::uint32_t i = 0; i < c.readable.size(); ++i)
       EXPECT_EQ(document->pageAtIndex(i).string(), c.readable[i] ? u"good\n"_ns : NSString()) << i;
+  }
+}
+
+/// The same at each run, however much of it there is.
+TEST(PDFDocument, GivesWhatWasFoundOnAPageThatCostsTooMuch) {
+  const NSData data = documentOfBombs("bg", "BT /F 12 Tf 20 20 Td (leaf) Tj ET");
+  const std::pair<PDFLimits, ErrorCode> cases[] = {
+      {{.stepWork = 30'000, .stepSeconds = 3600}, ErrorCode::timeLimit},
+      {{.stepWork = 300'000, .stepSeconds = 3600}, ErrorCode::timeLimit},
+      {{.memoryBytes = 8 << 20}, ErrorCode::memoryLimit},
+  };
+  std::uint32_t length = 0;
+  for (const auto &[limits, code] : cases) {
+    NSString first;
+    for (int run = 0; run < 2; ++run) {
+      const auto document = PDFDocument::documentWithData(data, limits);
+      NSError error;
+      const NSString text = document->pageAtIndex(0).string(&error);
+      EXPECT_EQ(error.errorCode(), code);
+      EXPECT_TRUE(text.view().starts_with(u"leaf\n"));
+      EXPECT_GT(text.length(), length);
+      if (run > 0) {
+        EXPECT_EQ(text, first);
+      }
+      first = text;
+      EXPECT_EQ(document->pageAtIndex(1).string(&(error = {})), u"good\n"_ns);
+      EXPECT_FALSE(error);
+    }
+    length = first.length();
   }
 }
 
@@ -232,7 +262,7 @@ TEST(PDFDocument, LocksAreAReason) {
   EXPECT_FALSE(error);
 }
 
-/// "b" is a page that needs too much memory.
+/// "b" is a page that needs too much work.
 TEST(PDFDocument, SaysWhichPagesAreMissing) {
   const struct {
     const char *kinds;
@@ -243,20 +273,19 @@ TEST(PDFDocument, SaysWhichPagesAreMissing) {
     std::string_view reason;
   } cases[] = {
       {"ggg", 9, Deadline::never(), 3, ErrorCode::none, ""},
-      {"gbg", 9, Deadline::never(), 2, ErrorCode::memoryLimit, "1 of 3 pages cannot be read"},
-      {"bgbb", 9, Deadline::after(3600), 1, ErrorCode::memoryLimit, "3 of 4 pages cannot be read"},
+      {"gbg", 9, Deadline::never(), 2, ErrorCode::timeLimit, "1 of 3 pages cannot be read"},
+      {"bgbb", 9, Deadline::after(3600), 1, ErrorCode::timeLimit, "3 of 4 pages cannot be read"},
       {"ggg", 1, Deadline::never(), 1, ErrorCode::incomplete, "pages 2 to 3 are left out"},
       {"ggg", 2, Deadline::never(), 2, ErrorCode::incomplete, "page 3 is left out"},
       {"ggg", 3, Deadline::never(), 3, ErrorCode::none, ""},
       {"gbg", 9, Deadline::after(0), 1, ErrorCode::timeLimit, "pages 2 to 3 are left out"},
       {"g", 9, Deadline::after(0), 1, ErrorCode::none, ""},
-      {"b", 9, Deadline::after(0), 0, ErrorCode::memoryLimit, "1 of 1 pages"},
+      {"b", 9, Deadline::after(0), 0, ErrorCode::timeLimit, "1 of 1 pages"},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.kinds);
-    const auto document = PDFDocument::documentWithData(
-        documentOfBombs(c.kinds, "BT /F 12 Tf 20 20 Td (much text in every leaf) Tj ET"),
-        {.memoryBytes = 8 << 20});
+    const auto document =
+        PDFDocument::documentWithData(documentOfBombs(c.kinds, "0 0 1 1 re f"), {.stepWork = 100'000});
     ASSERT_TRUE(document);
     std::size_t texts = 0;
     NSError error;
