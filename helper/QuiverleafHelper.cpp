@@ -14,6 +14,9 @@ namespace {
 
 /// How long the pages of one document may be read for.
 constexpr double kPageTextTimeoutSeconds = 60.0;
+/// For everything that is asked of one document. Callers wait little longer, and a part of the text helps them
+/// more than none.
+constexpr double kDocumentSeconds = 10.0;
 
 constexpr std::string_view kIsNotServed = "this helper does not serve the operation";
 
@@ -32,7 +35,9 @@ NSDictionary QuiverleafHelper::attributedStringWithPDF(bool attributed, const NS
 
 NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const NSData &pdf,
                                                         const NSString &file, bool size, NSError *error) {
-  const std::unique_ptr<PDFDocument> document = PDFDocument::documentWithData(pdf, PDFLimits(), error);
+  PDFLimits limits;
+  limits.deadline = Deadline::after(kDocumentSeconds);
+  const std::unique_ptr<PDFDocument> document = PDFDocument::documentWithData(pdf, limits, error);
   if (!document) return NSDictionary();
   const NSDictionary attributes = document->documentAttributes();
   NSDictionary result = NSDictionary::dictionary();
