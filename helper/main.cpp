@@ -1,20 +1,36 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <signal.h>
+
+#include <cstdlib>
+
+#include "helper/HelperOptions.hpp"
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 #include "platform/Foundation/System/LargeBytes.hpp"
+#include "platform/Foundation/System/SignalSource.hpp"
 
-/// Serves the named connection for ever. A process whose name is taken stays unreachable.
-int main() {
+/// Serves the named connection. A process whose name is taken stays unreachable.
+int main(int argc, char **argv) {
   using namespace nimbo;
+  int exitCode = EXIT_SUCCESS;
+  const auto options = readHelperOptions(argc, argv, &exitCode);
+  if (!options) return exitCode;
   returnLargeBytesWhenFreed();
   NSConnection &connection = NSConnection::defaultConnection();
   QuiverleafHelper rootObject;
   connection.setRootObject(&rootObject);
+  connection.setVersion(NSString::stringWithUTF8String(QUIVERLEAF_VERSION));
   connection.registerName(NSString::stringWithCharacters(kHelperConnectionName));
   connection.setIndependentConversationQueueing(true);
   connection.setRequestTimeout(15.0);
   connection.setReplyTimeout(15.0);
+  connection.setIdleLimit(options->idleMinutes * 60);
+  connection.setAbandonedWorkLimit(options->abandonedWorkSeconds);
+  // Nothing is left to be done then, and plug-ins need not be taken down.
+  connection.setInvalidationHandler([] { std::_Exit(EXIT_SUCCESS); });
+  // A request under way is served to its end.
+  callOnSignal(SIGTERM, [&] { connection.invalidate(); });
   for (;;) NSRunLoop::currentRunLoop().run();
 }

@@ -18,6 +18,7 @@ namespace nimbo {
 struct CommonOptions {
   bool noStart = false;
   double timeoutSeconds = 15.0;
+  double waitingSeconds = 300.0;
   bool pretty = false;
   bool propertyList = false;
   bool help = false;

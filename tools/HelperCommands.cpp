@@ -18,6 +18,7 @@ struct PDFOptions : CommonOptions {
 HelperClient clientWithOptions(const CommonOptions &options) {
   HelperClient::Options clientOptions;
   clientOptions.timeoutSeconds = options.timeoutSeconds;
+  clientOptions.waitingSeconds = options.waitingSeconds;
   clientOptions.startsHelper = !options.noStart;
   return HelperClient(std::move(clientOptions));
 }
@@ -80,21 +81,52 @@ int runPDF(const PDFOptions &options, const Operands &operands) {
   return report(answer, nameOfInput(operands.front()), options);
 }
 
+NSDictionary dictionaryOfRecord(const ConnectionRecord &record) {
+  return {{u"ProcessIdentifier"_ns, record.process},
+          {u"Name"_ns, NSString::stringWithCharacters(kHelperConnectionName)},
+          {u"Version"_ns, record.server.version},
+          {u"Path"_ns, record.server.path},
+          {u"Since"_ns, record.server.since}};
+}
+
 int runPing(const CommonOptions &options, const Operands &) {
+  HelperClient client = clientWithOptions(options);
   HelperClient::Answer failure;
-  const int process = clientWithOptions(options).helperProcessIdentifier(&failure);
+  const int process = client.helperProcessIdentifier(&failure);
   if (process == 0) {
-    if (failure.status == HelperClient::Status::timedOut) {
-      writeMessage("the helper takes no connection within the time limit");
-      return kExitTimedOut;
-    }
-    writeMessage("no helper is registered" +
-                 (options.noStart ? "" : " and none could be started: " + failure.message));
+    writeMessage(failure.message);
+    return failure.status == HelperClient::Status::timedOut ? kExitTimedOut : kExitUnreachable;
+  }
+  const auto state = client.helperState();
+  ConnectionRecord older;
+  older.process = process;
+  writeResult(dictionaryOfRecord(state && state->record.process == process ? state->record : older), options);
+  return kExitAnswered;
+}
+
+NSDictionary dictionaryOfRequest(const ConnectionRecord &record) {
+  return {{u"Selector"_ns, record.selector},
+          {u"Input"_ns, record.input},
+          {u"ProcessIdentifier"_ns, record.client},
+          {u"Since"_ns, record.begun}};
+}
+
+int runStatus(const CommonOptions &options, const Operands &) {
+  const auto state = clientWithOptions(options).helperState();
+  if (!state || !state->isRunning) {
+    writeMessage("no helper is registered");
+    if (state && state->record.isWorking) writeMessage("the last one ended while it worked on " +
+                   HelperClient::describedRequest(state->record));
     return kExitUnreachable;
   }
-  writeResult(NSDictionary{{u"ProcessIdentifier"_ns, process},
-                           {u"Name"_ns, NSString::stringWithCharacters(kHelperConnectionName)}},
-              options);
+  NSDictionary result = dictionaryOfRecord(state->record);
+  if (state->record.isWorking) {
+    NSArray waiting = NSArray::array();
+    for (const int process : state->record.waiting) waiting.addObject(process);
+    result.setObject(dictionaryOfRequest(state->record), u"Working"_ns);
+    result.setObject(waiting, u"Waiting"_ns);
+  }
+  writeResult(result, options);
   return kExitAnswered;
 }
 
@@ -128,8 +160,14 @@ A document that needs a password answers "Locked" instead of a text.)",
        runPDF,
        {{"attributed", &PDFOptions::attributed, nullptr, "ask for attributed text"}}},
       {{.name = "ping", .summary = "the helper's process, started if need be", .description = R"(
-Prints the process number of the helper and the name under which it answers.)"},
+Prints the process number of the helper, the name under which it answers, its version, its program and since
+when it runs.)"},
        runPing},
+      {{.name = "status", .summary = "what the helper is doing", .description = R"(
+Prints what "ping" does, and, while the helper works, "Working": the operation, the file, the process that
+asked, since when; and "Waiting": the processes whose requests waited when this one began. It asks the helper
+nothing and starts none, so it does not wait. When there is none, it tells what ended the last one.)"},
+       runStatus},
       {{.name = "stop", .summary = "end the helper", .description = R"(
 Ends the helper that is registered, and waits until it is gone.)"},
        runStop},

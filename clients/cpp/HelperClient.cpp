@@ -9,14 +9,14 @@
 #include <charconv>
 #include <chrono>
 #include <utility>
-#include <vector>
+#include <variant>
 
 #include "clients/cpp/AbsolutePath.hpp"
 #include "clients/cpp/HelperProcess.hpp"
 #include "clients/cpp/HelperProgram.hpp"
 #include "helper/NimboImExport.hpp"
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
-#include "platform/Foundation/System/Deadline.hpp"
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 
 namespace nimbo {
 namespace {
@@ -27,17 +27,23 @@ using Status = HelperClient::Status;
 
 /// How long a helper may take to end after SIGTERM, before it is killed.
 constexpr Seconds kStopLimit{2};
-/// How long a helper that closed a connection is given to be gone, so that the next call does not meet its
+/// How long a helper that closed a connection is given to be gone, so that the next attempt does not meet its
 /// remains.
-constexpr Seconds kDeathLimit{1};
-/// How often a request is sent at most.
-constexpr int kAttempts = 2;
+constexpr Seconds kDeathLimit{0.1};
+/// How often a request that nobody begins is sent at most.
+constexpr int kAttempts = 20;
+/// A helper that is started ends when a request takes it so long and its caller has gone.
+constexpr auto kAbandonedWorkSeconds = "60";
+
+/// In as few digits as tell it from others.
+std::string numberText(double number) {
+  std::array<char, 32> digits;
+  return std::string(digits.begin(), std::to_chars(digits.begin(), digits.end(), number).ptr);
+}
 
 /// The time as a message has it: "15 seconds".
 std::string secondsText(double seconds) {
-  std::array<char, 32> digits;
-  const auto end = std::to_chars(digits.begin(), digits.end(), seconds).ptr;
-  return std::string(digits.begin(), end) + " seconds";
+  return numberText(seconds) + " seconds";
 }
 
 Answer failure(Status status, std::string message) {
@@ -77,8 +83,9 @@ struct HelperClient::Session {
 
   HelperProcess process;
   ConnectionChannel channel;
-  /// The deadline of the call under way.
-  Deadline deadline;
+  /// Whether the helper says when it begins a request. One that does not, being of an older version, counts as
+  /// having begun whatever was sent to it.
+  bool tellsBegin = false;
 };
 
 HelperClient::HelperClient() : HelperClient(Options()) {}
@@ -94,28 +101,54 @@ HelperClient::~HelperClient() = default;
 HelperClient::HelperClient(HelperClient &&) noexcept = default;
 HelperClient &HelperClient::operator=(HelperClient &&) noexcept = default;
 
-/// Makes sure that there is a session whose connection still stands.
-bool HelperClient::connect(bool startsHelper, Answer *failed) {
+/// Makes sure that there is a session whose connection still stands, with a helper whose program is there. An
+/// outdated helper is told to end: it does when the request under way is done.
+bool HelperClient::connect(bool startsHelper, const Deadline &waiting, Answer *failed) {
   if (session_ && !isConnectionStale(session_->channel.socket())) return true;
-  session_.reset();
+  for (;;) {
+    session_.reset();
+    if (!connectOnce(startsHelper, waiting, failed)) return false;
+    std::string message;
+    if (!startsHelper || !session_->process.isProgramGone() || programToStart(&message).empty()) return true;
+    session_->process.sendSignal(SIGTERM);
+    if (!session_->process.waitUntilEnded(Seconds(waiting.remaining()))) {
+      *failed = endUnbegun();
+      return false;
+    }
+  }
+}
+
+bool HelperClient::connectOnce(bool startsHelper, const Deadline &waiting, Answer *failed) {
   bool isBusy = false;
-  HelperConnection connection = connectToHelper(options_.name, Seconds(options_.timeoutSeconds), &isBusy);
+  HelperConnection connection = connectToHelper(options_.name, Seconds(waiting.remaining()), &isBusy);
   if (isBusy) {
-    *failed =
-        failure(Status::timedOut, "The helper takes no connection for " + secondsText(options_.timeoutSeconds));
+    *failed = endUnbegun();
     return false;
   }
   std::string message = "No helper is registered";
   if (!connection && startsHelper) {
-    const std::string path = options_.helperPath.empty() ? findHelperProgram(&message) : options_.helperPath;
-    if (!path.empty()) connection = startHelper(options_.name, path, &message);
+    const std::string path = programToStart(&message);
+    if (!path.empty()) connection = startHelper(options_.name, path, helperArguments(), &message);
   }
   if (!connection) {
     *failed = failure(Status::unreachable, std::move(message));
     return false;
   }
   session_ = std::make_unique<Session>(std::move(connection));
+  const auto record = readConnectionRecord(openConnectionRecord(options_.name));
+  session_->tellsBegin = record && record->process == session_->process.number;
   return true;
+}
+
+/// Empty when there is none; `*message` then says where it was looked for.
+std::string HelperClient::programToStart(std::string *message) const {
+  return options_.helperPath.empty() ? findHelperProgram(message) : options_.helperPath;
+}
+
+std::vector<std::string> HelperClient::helperArguments() const {
+  std::vector<std::string> arguments = {"--abandoned-work-seconds", kAbandonedWorkSeconds};
+  if (options_.idleMinutes > 0) arguments.insert(arguments.end(), {"--idle-minutes", numberText(options_.idleMinutes)});
+  return arguments;
 }
 
 Answer HelperClient::call(const NSString &selector, const NSDictionary &arguments) {
@@ -123,24 +156,20 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
   const ConnectionRequest request = {++serial_, selector, arguments};
   const std::vector<NSData> pieces = encodeMessage(request, &error);
   if (pieces.empty()) return failure(Status::invalid, error.UTF8String());
-  for (int attempt = 1;; ++attempt) {
-    Answer failed;
-    if (!connect(options_.startsHelper, &failed)) return failed;
-    session_->deadline = Deadline::after(options_.timeoutSeconds);
-    if (session_->channel.send(pieces)) {
-      try {
-        return awaitReply(request.serial);
-      } catch (...) {
-        session_.reset();
-        throw;
-      }
+  const Deadline waiting = Deadline::after(options_.waitingSeconds);
+  for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+    Answer answer;
+    if (!connect(options_.startsHelper, waiting, &answer)) return answer;
+    try {
+      if (ask(request.serial, pieces, waiting, &answer)) return answer;
+    } catch (...) {
+      session_.reset();
+      throw;
     }
-    // The helper ended since the last call. Only when it cannot have seen any of the request is that sent
-    // again.
-    if (session_->channel.pendingBytes() < lengthOfPieces(pieces) || attempt == kAttempts)
-      return endDied("The helper closed the connection");
-    endDied({});
+    endSession();
   }
+  return failure(Status::unreachable, "The helper ended, or closed the connection, before it began the request, " +
+                                          std::to_string(kAttempts) + " times");
 }
 
 /// Nil, the empty path and what cannot be one go as they are: they are the helper's to refuse.
@@ -154,23 +183,51 @@ Answer HelperClient::callWithFile(const NSString &selector, const NSString &keyw
   return call(selector, otherArguments);
 }
 
-Answer HelperClient::awaitReply(std::int64_t serial) {
+/// Sends a request and awaits its end. False when the connection ended before the helper had begun it.
+bool HelperClient::ask(std::int64_t serial, const std::vector<NSData> &request, const Deadline &waiting,
+                       Answer *answer) {
   ConnectionChannel &channel = session_->channel;
+  bool hasBegun = false;
+  Deadline deadline = waiting;
+  const auto begin = [&] {
+    if (!hasBegun) deadline = Deadline::after(options_.timeoutSeconds);
+    hasBegun = true;
+  };
+  if (!session_->tellsBegin) begin();
+  bool isOpen = channel.send(request);
   std::vector<NSData> bodies;
-  for (bool isOpen = true; isOpen;) {
+  while (isOpen) {
     const bool sends = channel.pendingBytes() > 0;
-    const short ready = waitUntilReady(channel.socket(), sends ? POLLIN | POLLOUT : POLLIN, session_->deadline);
-    if (ready == 0) return endTimedOut();
-    if (ready & POLLOUT) isOpen = channel.flush();
-    if (ready & ~POLLOUT) isOpen = channel.receive(&bodies) && isOpen;
-    for (const NSData &body : bodies) {
-      ConnectionReply reply;
-      if (!decodeMessage(body, &reply)) return endDied("The helper sent what is no reply");
-      if (reply.serial == serial) return answerOfReply(std::move(reply));
+    const short ready = waitUntilReady(channel.socket(), sends ? POLLIN | POLLOUT : POLLIN, deadline);
+    if (ready == 0) {
+      *answer = hasBegun ? endTimedOut() : endUnbegun();
+      return true;
     }
-    bodies.clear();
+    if (ready & POLLOUT) isOpen = channel.flush();
+    // What has come is read to its end, also when the other side takes no more.
+    if (ready & ~POLLOUT) isOpen = channel.receive(&bodies) && isOpen;
+    for (const NSData &body : std::exchange(bodies, {})) {
+      ConnectionAnswer message;
+      if (!decodeMessage(body, &message)) {
+        *answer = endDied("The helper sent what is no reply");
+        return true;
+      }
+      if (const auto *begun = std::get_if<ConnectionBegun>(&message); begun && begun->serial == serial) begin();
+      if (auto *reply = std::get_if<ConnectionReply>(&message); reply && reply->serial == serial) {
+        *answer = answerOfReply(std::move(*reply));
+        return true;
+      }
+    }
   }
-  return endDied("The helper ended, or closed the connection, before it replied");
+  // Of an older helper nobody knows; but what it has not got in whole, it has not begun.
+  if (!hasBegun || channel.pendingBytes() > 0) return false;
+  *answer = endDied("The helper ended, or closed the connection, before it replied");
+  return true;
+}
+
+void HelperClient::endSession() {
+  session_->process.waitUntilEnded(kDeathLimit);
+  session_.reset();
 }
 
 /// The connection goes with the call: a late reply has nobody to reach.
@@ -180,20 +237,45 @@ Answer HelperClient::endTimedOut() {
   return failure(Status::timedOut, "No reply within " + secondsText(options_.timeoutSeconds));
 }
 
-Answer HelperClient::endDied(std::string message) {
-  session_->process.waitUntilEnded(kDeathLimit);
+/// The helper works for others: it is left alone.
+Answer HelperClient::endUnbegun() {
   session_.reset();
+  std::string message = "The helper did not begin within " + secondsText(options_.waitingSeconds);
+  const auto state = helperState();
+  if (state && state->isRunning && state->record.isWorking)
+    message += ": it works on " + describedRequest(state->record);
+  return failure(Status::timedOut, std::move(message));
+}
+
+Answer HelperClient::endDied(std::string message) {
+  endSession();
   return failure(Status::died, std::move(message));
+}
+
+std::string HelperClient::describedRequest(const ConnectionRecord &record) {
+  const std::string selector = record.selector.UTF8String();
+  const std::string subject = record.input ? record.input.UTF8String() + " (" + selector + ")" : selector;
+  return subject + " for process " + std::to_string(record.client);
+}
+
+std::optional<HelperClient::State> HelperClient::helperState() const {
+  auto record = readConnectionRecord(openConnectionRecord(options_.name));
+  if (!record) return std::nullopt;
+  bool isBusy = false;
+  const HelperConnection connection = connectToHelper(options_.name, Seconds::zero(), &isBusy);
+  const bool isRunning = isBusy ? ::kill(record->process, 0) == 0 : connection.process.number == record->process;
+  return State{isRunning, std::move(*record)};
 }
 
 int HelperClient::helperProcessIdentifier(Answer *failure) {
   Answer ignored;
-  return connect(options_.startsHelper, failure ? failure : &ignored) ? session_->process.number : 0;
+  const Deadline waiting = Deadline::after(options_.timeoutSeconds);
+  return connect(options_.startsHelper, waiting, failure ? failure : &ignored) ? session_->process.number : 0;
 }
 
 bool HelperClient::stopHelper() {
   Answer failed;
-  if (!connect(false, &failed)) return false;
+  if (!connect(false, Deadline::after(options_.timeoutSeconds), &failed)) return false;
   session_->process.sendSignal(SIGTERM);
   if (!session_->process.waitUntilEnded(kStopLimit)) session_->process.endByForce();
   session_.reset();

@@ -3,16 +3,21 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/Foundation/Connection/ConnectionRecord.hpp"
 #include "platform/Foundation/NSError.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
 /// Calls the helper over its named connection. Starts one when none is registered, gives every call a time
-/// limit, and replaces a helper that died or hangs, so that a bad document costs one request. Used from one
-/// thread at a time.
+/// limit, and replaces a helper that died or hangs. The helper says when it begins a request: only a request that
+/// has begun can fail with the helper, and one that has not is sent again to the next helper. So a bad document,
+/// a crash or a kill costs one request, whoever else waits. Used from one thread at a time.
 ///
 /// Relative paths that an operation is given count from this process's working directory; when that is gone,
 /// the request is invalid. The empty path stays empty, and "~" is a name like any other. An operation answers
@@ -29,12 +34,17 @@ class HelperClient {
     /// The name of the connection; nil stands for the one of the helper's contract. A helper program that is
     /// started has to register under it.
     NSString name;
-    /// How long one call may take, request and reply together.
+    /// How long the work on one call may take, reply included, from the moment that the helper begins it.
     double timeoutSeconds = 15.0;
+    /// How long a call may wait for its beginning: while other callers are served, while a helper starts.
+    double waitingSeconds = 300.0;
     /// Whether a helper is started when none is registered.
     bool startsHelper = true;
-    /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one.
+    /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one. It is not
+    /// when it works for somebody else.
     bool endsHungHelper = true;
+    /// A helper that is started ends after so many minutes in which nobody asked for anything; 0 is never.
+    double idleMinutes = 10.0;
     /// The helper program; a relative path counts from the working directory in which the client is made. An
     /// empty one stands for `$QUIVERLEAF_HELPER`, else the helper of this library's own prefix or that of the
     /// running program, else the one that was installed with this library, else "quiverleaf-helper" in
@@ -47,9 +57,9 @@ class HelperClient {
     answered,     ///< `result` is the answer; `reason` and `code` say why it is not whole, if so.
     nil,          ///< The operation answered nil; `reason` and `code` say why.
     exception,    ///< The operation raised; `exceptionName` and `exceptionReason` say what.
-    timedOut,     ///< No reply within the time limit, which `message` names.
-    died,         ///< The helper ended, or closed the connection, before it replied.
-    unreachable,  ///< No helper is registered and none could be started; `message` says why.
+    timedOut,     ///< Not begun, or no reply, within the time limit; `message` says which, and of what it is.
+    died,         ///< The helper ended, or closed the connection, after it had begun the request.
+    unreachable,  ///< No helper is registered and none could be started, or none lived until it began.
     invalid       ///< The request cannot be sent; `message` says why.
   };
 
@@ -104,6 +114,19 @@ class HelperClient {
   /// The picture of a document. This helper answers nil.
   Answer imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
 
+  /// What is known of the helper, whether it answers or works.
+  struct State {
+    /// Whether it still serves the name. Else the record is what it left when it ended.
+    bool isRunning = false;
+    ConnectionRecord record;
+  };
+
+  /// A request in words, as "/a/letter.doc (metaDataForFile:) for process 123".
+  static std::string describedRequest(const ConnectionRecord &record);
+
+  /// Looks at what the helper has written down, and does not wait for it. Nothing when there never was one.
+  std::optional<State> helperState() const;
+
   /// The process number of the helper, started if need be; 0 when there is none, and `*failure` then says why.
   int helperProcessIdentifier(Answer *failure = nullptr);
   /// Ends the helper that is registered (without starting one) and waits until it is gone. False when there is
@@ -115,9 +138,14 @@ class HelperClient {
 
   Answer callWithFile(const NSString &selector, const NSString &keyword, const NSString &path,
                       NSDictionary otherArguments = NSDictionary::dictionary());
-  bool connect(bool startsHelper, Answer *failure);
-  Answer awaitReply(std::int64_t serial);
+  bool connect(bool startsHelper, const Deadline &waiting, Answer *failure);
+  bool connectOnce(bool startsHelper, const Deadline &waiting, Answer *failure);
+  std::string programToStart(std::string *message) const;
+  std::vector<std::string> helperArguments() const;
+  bool ask(std::int64_t serial, const std::vector<NSData> &request, const Deadline &waiting, Answer *answer);
+  void endSession();
   Answer endTimedOut();
+  Answer endUnbegun();
   Answer endDied(std::string message);
 
   Options options_;

@@ -15,7 +15,9 @@ extern "C" {  // glibc 2.36 forgets it.
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <mutex>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -89,14 +91,18 @@ class SpawnSettings {
   posix_spawnattr_t attributes;
 };
 
-HelperProcess spawn(const std::string &path, std::string *message) {
+HelperProcess spawn(const std::string &path, const std::vector<std::string> &options, std::string *message) {
   std::string program = absolutePath(path, message);
   if (program.empty()) return {};
-  char *arguments[] = {program.data(), nullptr};
+  std::vector<std::string> words = {program};
+  words.insert(words.end(), options.begin(), options.end());
+  std::vector<char *> arguments;
+  for (std::string &word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
   const SpawnSettings settings;
   pid_t child = 0;
   const int failure =
-      ::posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes, arguments, environ);
+      ::posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes, arguments.data(), environ);
   if (failure != 0) {
     *message = "Cannot start " + program + ": " + std::strerror(failure);
     return {};
@@ -151,8 +157,15 @@ void HelperProcess::endByForce() const {
   waitUntilEnded(kKillLimit);
 }
 
+bool HelperProcess::isProgramGone() const {
+  // The kernel says so behind the name that the file had.
+  constexpr std::string_view kGone = " (deleted)";
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/" + std::to_string(number) + "/exe", error).native().ends_with(kGone);
+}
+
 bool isConnectionStale(const FileDescriptor &socket) {
-  pollfd state = {socket.get(), POLLIN, 0};
+  pollfd state = {socket.get(), 0, 0};
   return ::poll(&state, 1, 0) != 0;
 }
 
@@ -167,14 +180,15 @@ HelperConnection connectToHelper(const NSString &name, Seconds limit, bool *isBu
   return connection;
 }
 
-HelperConnection startHelper(const NSString &name, const std::string &path, std::string *message) {
+HelperConnection startHelper(const NSString &name, const std::string &path,
+                             const std::vector<std::string> &arguments, std::string *message) {
   const Deadline deadline = Deadline::after(kStartLimit.count());
   children().reap();
   const FileDescriptor lock = takeStartLock(name, deadline, message);
   if (!lock) return {};
   HelperConnection connection = connectToHelper(name, Seconds::zero());
   if (connection) return connection;
-  const HelperProcess child = spawn(path, message);
+  const HelperProcess child = spawn(path, arguments, message);
   if (!child) return {};
   for (;;) {
     connection = connectToHelper(name, Seconds(deadline.remaining()));

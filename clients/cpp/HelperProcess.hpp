@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <string>
+#include <vector>
 
 #include "platform/Foundation/NSString.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
@@ -27,6 +28,8 @@ struct HelperProcess {
   void sendSignal(int signal) const;
   /// Kills it and waits until it has ended.
   void endByForce() const;
+  /// Whether the file that it was started from has been removed or replaced.
+  bool isProgramGone() const;
 };
 
 /// A connection and the process at its other end.
@@ -40,7 +43,7 @@ struct HelperConnection {
   explicit operator bool() const noexcept { return static_cast<bool>(socket); }
 };
 
-/// Whether the other side has closed the connection, or sent what nobody asked for.
+/// Whether the other side has closed the connection; what it sent before may still be there to read.
 bool isConnectionStale(const FileDescriptor &socket);
 
 /// A connection to the helper that is registered under `name`. None when there is none; `*isBusy` is set when
@@ -48,9 +51,10 @@ bool isConnectionStale(const FileDescriptor &socket);
 HelperConnection connectToHelper(const NSString &name, std::chrono::duration<double> limit,
                                  bool *isBusy = nullptr);
 
-/// Starts the helper program at `path`, which has to register under `name`, in a session of its own, with
-/// standard streams on /dev/null, and waits until it answers. Of several clients that do so at once one starts
+/// Starts the helper program at `path`, which has to register under `name`, with these arguments, in a session of
+/// its own, with standard streams on /dev/null, and waits until it answers. Of several clients that do so at once one starts
 /// a helper, and all connect to it. Nothing when that fails; `*message` then says why.
-HelperConnection startHelper(const NSString &name, const std::string &path, std::string *message);
+HelperConnection startHelper(const NSString &name, const std::string &path,
+                             const std::vector<std::string> &arguments, std::string *message);
 
 }  // namespace nimbo

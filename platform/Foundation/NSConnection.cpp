@@ -34,4 +34,28 @@ void NSConnection::setReplyTimeout(double seconds) {
   server_->setReplyTimeout(seconds);
 }
 
+void NSConnection::setVersion(const NSString &version) {
+  server_->setVersion(version);
+}
+
+void NSConnection::setIdleLimit(double seconds) {
+  server_->setIdleLimit(seconds);
+}
+
+void NSConnection::setAbandonedWorkLimit(double seconds) {
+  server_->setAbandonedWorkLimit(seconds);
+}
+
+void NSConnection::setReachabilityInterval(double seconds) {
+  server_->setReachabilityInterval(seconds);
+}
+
+void NSConnection::setInvalidationHandler(std::function<void()> handler) {
+  server_->setInvalidationHandler(std::move(handler));
+}
+
+void NSConnection::invalidate() {
+  server_->invalidate();
+}
+
 }  // namespace nimbo

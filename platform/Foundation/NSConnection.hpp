@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/Foundation/NSError.hpp"
@@ -55,6 +56,23 @@ class NSConnection {
   /// Sets how long a reply that a client has not taken in whole may stand still before its connection is
   /// ended; 15 at first.
   void setReplyTimeout(double seconds);
+
+  /// What clients are told as the version of this program. Set before the name is registered.
+  void setVersion(const NSString &version);
+  /// How long nothing may be asked for before the connection is invalidated; 0, as at first, for ever.
+  void setIdleLimit(double seconds);
+  /// How long a request may be worked on whose client has gone. Beyond that this process ends at once: nobody
+  /// awaits the answer, and others wait. 0, as at first, for ever.
+  void setAbandonedWorkLimit(double seconds);
+  /// How often to look whether clients still find the name; a connection that they do not find is invalidated.
+  /// Every 30 seconds at first.
+  void setReachabilityInterval(double seconds);
+  /// Gives the name up and begins no further request. Requests that wait are dropped unbegun: their clients send
+  /// them to whoever serves the name next.
+  void invalidate();
+  /// Called once, from the run loop or from `invalidate`, when the connection has been invalidated and the
+  /// replies are out that clients were taking.
+  void setInvalidationHandler(std::function<void()> handler);
 
  private:
   std::unique_ptr<ConnectionServer> server_;

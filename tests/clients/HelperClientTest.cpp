@@ -189,11 +189,71 @@ TEST_F(HelperClientTest, AHungHelperCostsOneRequest) {
   EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
   EXPECT_NE(client.helperProcessIdentifier(), hung);
 
-  // One that takes nothing of a large request hangs, too.
-  ::kill(client.helperProcessIdentifier(), SIGSTOP);
-  const NSData large = NSData::dataWithMallocedBytes(std::calloc(8 << 20, 1), 8 << 20);
-  EXPECT_EQ(client.call(u"length:"_ns, {{u"length"_ns, large}}).status, Status::timedOut);
-  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+}
+
+TEST_F(HelperClientTest, TheTimeLimitIsOfWork) {
+  // Three that take 0.6 s each are all answered, though the last waits for longer than it may take.
+  std::vector<Status> statuses(3, Status::invalid);
+  std::vector<std::thread> callers;
+  const int helper = HelperClient().helperProcessIdentifier();
+  for (Status &status : statuses)
+    callers.emplace_back([&status] {
+      HelperClient client = clientWithTimeout(1);
+      status = sleepFor(client, 0.6).status;
+    });
+  for (std::thread &caller : callers) caller.join();
+  EXPECT_EQ(statuses, std::vector(3, Status::answered));
+  EXPECT_EQ(HelperClient().helperProcessIdentifier(), helper);
+}
+
+TEST_F(HelperClientTest, WhoOnlyWaitsEndsNoHelper) {
+  HelperClient::Options options;
+  options.waitingSeconds = 0.3;
+  HelperClient working, waiting(options);
+  const int helper = waiting.helperProcessIdentifier();
+  std::thread caller([&] { EXPECT_EQ(sleepFor(working, 1.5).status, Status::answered); });
+  while (!working.helperState()->record.isWorking) std::this_thread::yield();
+  const auto answer = waiting.call(u"nil"_ns, {});
+  EXPECT_EQ(answer.status, Status::timedOut);
+  EXPECT_NE(answer.message.find("it works on sleep:"), std::string::npos) << answer.message;
+  caller.join();
+  EXPECT_EQ(waiting.helperProcessIdentifier(), helper);
+}
+
+TEST_F(HelperClientTest, ARequestThatHadNotBegunIsSentToTheNextHelper) {
+  HelperClient working;
+  const int helper = working.helperProcessIdentifier();
+  std::vector<Status> statuses(4, Status::invalid);
+  std::thread lost([&] { EXPECT_EQ(sleepFor(working, 600).status, Status::died); });
+  while (!working.helperState()->record.isWorking) std::this_thread::yield();
+  std::vector<std::thread> callers;
+  for (Status &status : statuses)
+    callers.emplace_back([&status] { status = HelperClient().call(u"nil"_ns, {}).status; });
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  ::kill(helper, SIGKILL);
+  for (std::thread &caller : callers) caller.join();
+  lost.join();
+  EXPECT_EQ(statuses, std::vector(4, Status::nil));
+  EXPECT_EQ(startedHelpers(), 2);
+}
+
+TEST_F(HelperClientTest, AHelperWhoseProgramIsGoneIsReplaced) {
+  const auto program = folder / "helper";
+  std::filesystem::copy_file(TEST_HELPER, program);
+  HelperClient::Options options;
+  options.helperPath = program;
+  HelperClient old(options);
+  const int first = old.helperProcessIdentifier();
+  std::filesystem::remove(program);
+  EXPECT_EQ(HelperClient().helperState()->record.process, first);
+  EXPECT_NE(HelperClient().helperProcessIdentifier(), first);
+  // One that has nothing to start, or may not, takes what is there.
+  std::filesystem::copy_file(TEST_HELPER, program);
+  HelperClient().stopHelper();
+  const int second = HelperClient(options).helperProcessIdentifier();
+  std::filesystem::remove(program);
+  options.startsHelper = false;
+  EXPECT_EQ(HelperClient(options).helperProcessIdentifier(), second);
 }
 
 TEST_F(HelperClientTest, ALateReplyIsNotMistaken) {

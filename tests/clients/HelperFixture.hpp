@@ -26,7 +26,8 @@ class HelperFixture : public testing::Test {
   void TearDown() override {
     HelperClient().stopHelper();
     std::filesystem::remove_all(folder);
-    ::unsetenv("TEST_HELPER_TIMEOUT");
+    for (const char *setting : {"TIMEOUT", "IDLE_SECONDS", "ABANDONED_SECONDS", "LOOK_SECONDS"})
+      ::unsetenv((std::string("TEST_HELPER_") + setting).c_str());
   }
 
   static NSString name() { return NSString::stringWithCharacters(kHelperConnectionName); }

@@ -16,6 +16,7 @@
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 #include "platform/Foundation/System/LargeBytes.hpp"
+#include "platform/Foundation/System/SignalSource.hpp"
 
 using namespace nimbo;
 
@@ -61,6 +62,11 @@ class TestRoot final : public NSConnectionRootObject {
   NSArray notes_ = NSArray::array();
 };
 
+double setting(const char *name, double usual) {
+  const char *value = std::getenv(name);
+  return value ? std::atof(value) : usual;
+}
+
 }  // namespace
 
 int main() {
@@ -71,10 +77,14 @@ int main() {
   NSConnection &connection = NSConnection::defaultConnection();
   TestRoot root;
   connection.setRootObject(&root);
+  connection.setVersion(u"1.2"_ns);
+  connection.setInvalidationHandler([] { std::_Exit(EXIT_SUCCESS); });
+  callOnSignal(SIGTERM, [&] { connection.invalidate(); });
+  connection.setIdleLimit(setting("TEST_HELPER_IDLE_SECONDS", 0));
+  connection.setAbandonedWorkLimit(setting("TEST_HELPER_ABANDONED_SECONDS", 0));
+  connection.setReachabilityInterval(setting("TEST_HELPER_LOOK_SECONDS", 30));
   connection.registerName(NSString::stringWithCharacters(kHelperConnectionName));
-  if (const char *seconds = std::getenv("TEST_HELPER_TIMEOUT")) {
-    connection.setRequestTimeout(std::atof(seconds));
-    connection.setReplyTimeout(std::atof(seconds));
-  }
+  connection.setRequestTimeout(setting("TEST_HELPER_TIMEOUT", 15));
+  connection.setReplyTimeout(setting("TEST_HELPER_TIMEOUT", 15));
   NSRunLoop::currentRunLoop().run();
 }

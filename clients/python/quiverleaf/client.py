@@ -33,7 +33,9 @@ OPERATIONS = (
 MAXIMUM_MESSAGE_BYTES = 512 << 20
 START_SECONDS = 5.0
 END_SECONDS = 2.0
-DEATH_SECONDS = 1.0  # For the remains of a helper that closed a connection to be gone.
+DEATH_SECONDS = 0.1  # For the remains of a helper that closed a connection to be gone.
+ABANDONED_WORK_SECONDS = 60.0  # A helper that is started ends when it works so long for a caller that has gone.
+ATTEMPTS = 20  # How often a request that nobody begins is sent at most.
 
 _LENGTH = struct.Struct(">I")
 _READ_BYTES = 1 << 20
@@ -61,15 +63,15 @@ class HelperError(Exception):
 
 
 class HelperUnreachable(HelperError):
-    """No helper is registered and none could be started."""
+    """No helper is registered and none could be started, or none lived until it began."""
 
 
 class HelperTimeout(HelperError):
-    """No reply within the time limit."""
+    """Not begun, or no reply, within the time limit."""
 
 
 class HelperDied(HelperError):
-    """The helper ended, or closed the connection, before it replied."""
+    """The helper ended, or closed the connection, after it had begun the request."""
 
 
 class RemoteException(HelperError):
@@ -87,9 +89,11 @@ class RemoteException(HelperError):
 class Helper:
     """The helper, started when none is registered. Used from one thread at a time.
 
-    `timeout` is for one call, request and reply together, in seconds. A helper that lets a call time out is ended unless
-    `ends_hung_helper` is false, so that the next call meets a fresh one; so does the call after a helper's death. `name`
-    is the name of its connection.
+    `timeout` is for the work on one call, reply included, in seconds from the moment that the helper begins it; `waiting`
+    is how long a call may wait for its beginning, while others are served or a helper starts. A helper that lets a call
+    time out is ended unless `ends_hung_helper` is false, so that the next call meets a fresh one; so does the call after a
+    helper's death. A call that had not begun when the helper ended is made again. A helper that is started ends after
+    `idle_minutes` in which nobody asked for anything; 0 is never. `name` is the name of its connection.
 
     `path` is the helper's program. By default it is $QUIVERLEAF_HELPER, else the one installed in this package's own prefix
     (in a checkout, the one built there), else the one that the installation names or that of /usr/local or /usr, else
@@ -116,12 +120,16 @@ class Helper:
         self,
         *,
         timeout: float = 15.0,
+        waiting: float = 300.0,
+        idle_minutes: float = 10.0,
         starts_helper: bool = True,
         ends_hung_helper: bool = True,
         name: str = CONNECTION_NAME,
         path: Optional[StrPath] = None,
     ) -> None:
         self.timeout = timeout
+        self.waiting = waiting
+        self._idle_minutes = idle_minutes
         self.reason = None
         self.code = None
         self._starts_helper = starts_helper
@@ -216,26 +224,7 @@ class Helper:
         body = plist.dumps({"Request": self._serial, "Selector": selector, "Arguments": present})
         if len(body) > MAXIMUM_MESSAGE_BYTES:
             raise ValueError("the arguments are too large")
-        connection = self._connect()
-        deadline = time.monotonic() + self.timeout
-        try:
-            _limit(connection.socket, deadline)
-            connection.socket.sendall(_LENGTH.pack(len(body)))
-            _limit(connection.socket, deadline)
-            connection.socket.sendall(body)
-            reply = self._read_reply(connection.socket, deadline)
-        except (TimeoutError, socket.timeout):
-            if self._ends_hung_helper:
-                connection.end_process(END_SECONDS, signal.SIGKILL)
-            self.close()
-            raise HelperTimeout(f"no answer to {selector} within {self.timeout:g} seconds") from None
-        except (OSError, EOFError, plist.PropertyListError) as error:
-            connection.wait_until_ended(DEATH_SECONDS)
-            self.close()
-            raise HelperDied(f"the helper ended before it answered {selector}") from error
-        except BaseException:
-            self.close()
-            raise
+        reply = self._request(selector, _LENGTH.pack(len(body)) + body)
         exception = reply.get("Exception")
         if exception is not None:
             raise RemoteException(exception.get("Name"), exception.get("Reason"))
@@ -245,7 +234,7 @@ class Helper:
 
     def ping(self) -> int:
         """The helper's process number; a helper is started if need be. Raises HelperUnreachable or HelperTimeout."""
-        return self._connect().process
+        return self._connect(time.monotonic() + self.timeout).process
 
     def stop(self) -> bool:
         """Ends the helper that is registered and waits until it is gone. False when there is none."""
@@ -264,19 +253,76 @@ class Helper:
             raise HelperError(f"the answer to {selector} is no {kind.__name__} but {type(answer).__name__}")
         return answer
 
-    def _connect(self) -> runtime.Connection:
-        if self._connection and self._connection.is_stale():
-            self.close()
-        if self._connection:
+    def _request(self, selector: str, message: bytes) -> dict[str, Any]:
+        """Sends a request, again to the next helper when one ends before it has begun it, and awaits the reply."""
+        waiting = time.monotonic() + self.waiting
+        for _ in range(ATTEMPTS):
+            work = _Work(waiting, self.timeout)
+            connection = self._connect(waiting)
+            if not connection.tells_begin:
+                work.begin()
+            try:
+                return self._exchange(connection.socket, message, work)
+            except (TimeoutError, socket.timeout):
+                if not work.has_begun:
+                    self.close()
+                    raise self._waited_too_long() from None
+                if self._ends_hung_helper:
+                    connection.end_process(END_SECONDS, signal.SIGKILL)
+                self.close()
+                raise HelperTimeout(f"no answer to {selector} within {self.timeout:g} seconds") from None
+            except (OSError, EOFError, plist.PropertyListError) as error:
+                connection.wait_until_ended(DEATH_SECONDS)
+                self.close()
+                if work.has_begun or not isinstance(error, (OSError, EOFError)):
+                    raise HelperDied(f"the helper ended before it answered {selector}") from error
+            except BaseException:
+                self.close()
+                raise
+        raise HelperUnreachable(f"the helper ended before it began {selector}, {ATTEMPTS} times")
+
+    def _exchange(self, connected: socket.socket, message: bytes, work: "_Work") -> dict[str, Any]:
+        _limit(connected, work.deadline)
+        connected.sendall(message)
+        while True:
+            answer = _read_message(connected, work)
+            if answer.get("Begun") == self._serial:
+                work.begin()
+            elif "Reply" in answer:
+                return self._checked(answer)
+
+    def _waited_too_long(self) -> HelperTimeout:
+        return HelperTimeout(f"the helper did not begin within {self.waiting:g} seconds")
+
+    def _connect(self, deadline: float) -> runtime.Connection:
+        if self._connection and not self._connection.is_stale():
             return self._connection
+        self.close()
         try:
             with _folder() as folder:
-                self._connection = runtime.connect(folder, self._name, self.timeout) or self._start(folder)
+                connection = self._open(folder, deadline)
+                while self._starts_helper and connection.is_program_gone() and self._program():
+                    # Its work for others is done first.
+                    with contextlib.closing(connection):
+                        if not connection.end_orderly(deadline - time.monotonic()):
+                            raise BlockingIOError
+                    connection = self._open(folder, deadline)
+                self._connection = connection
         except BlockingIOError:
-            raise HelperTimeout(f"the helper takes no connection for {self.timeout:g} seconds") from None
+            raise self._waited_too_long() from None
         except (OSError, ValueError) as error:
             raise HelperUnreachable(str(error)) from error
         return self._connection
+
+    def _open(self, folder: int, deadline: float) -> runtime.Connection:
+        connection = runtime.connect(folder, self._name, deadline - time.monotonic()) or self._start(folder)
+        connection.tells_begin = runtime.recorded_process(folder, self._name) == connection.process
+        return connection
+
+    def _program(self) -> Optional[str]:
+        with contextlib.suppress(FileNotFoundError):
+            return self._path or runtime.find_helper()
+        return None
 
     def _start(self, folder: int) -> runtime.Connection:
         if not self._starts_helper:
@@ -285,19 +331,42 @@ class Helper:
         deadline = time.monotonic() + START_SECONDS
         with runtime.start_lock(folder, self._name, deadline):
             connection = runtime.connect(folder, self._name, START_SECONDS)
-            return connection or runtime.start_helper(path, folder, self._name, deadline)
+            return connection or runtime.start_helper([path, *self._arguments()], folder, self._name, deadline)
 
-    def _read_reply(self, connected: socket.socket, deadline: float) -> dict[str, Any]:
-        length = _LENGTH.unpack(_receive(connected, _LENGTH.size, deadline))[0]
-        if length > MAXIMUM_MESSAGE_BYTES:
-            raise EOFError("the reply is too large")
-        reply = plist.loads(_receive(connected, length, deadline))
-        if not isinstance(reply, dict) or reply.get("Reply") != self._serial:
-            raise EOFError("the reply belongs to no request")
+    def _arguments(self) -> list[str]:
+        idle = ["--idle-minutes", f"{self._idle_minutes:g}"] if self._idle_minutes > 0 else []
+        return ["--abandoned-work-seconds", f"{ABANDONED_WORK_SECONDS:g}", *idle]
+
+    def _checked(self, reply: dict[str, Any]) -> dict[str, Any]:
+        if reply["Reply"] != self._serial:
+            raise plist.PropertyListError("the reply belongs to no request")
         for key, kind in (("Exception", dict), ("Reason", str), ("Code", int)):
             if not isinstance(reply.get(key, kind()), kind):
-                raise EOFError(f"the reply's {key} is none")
+                raise plist.PropertyListError(f"the reply's {key} is none")
         return reply
+
+
+class _Work:
+    """Until when the helper's work on a request, or the wait for its beginning, may last."""
+
+    def __init__(self, waiting: float, seconds: float) -> None:
+        self.deadline = waiting
+        self.has_begun = False
+        self._seconds = seconds
+
+    def begin(self) -> None:
+        self.deadline = time.monotonic() + self._seconds
+        self.has_begun = True
+
+
+def _read_message(connected: socket.socket, work: _Work) -> dict[str, Any]:
+    length = _LENGTH.unpack(_receive(connected, _LENGTH.size, work.deadline))[0]
+    if length > MAXIMUM_MESSAGE_BYTES:
+        raise plist.PropertyListError("the message is too large")
+    message = plist.loads(_receive(connected, length, work.deadline))
+    if not isinstance(message, dict):
+        raise plist.PropertyListError("the message is no dictionary")
+    return message
 
 
 def _limit(connected: socket.socket, deadline: float) -> None:

@@ -18,6 +18,8 @@ import time
 from collections.abc import Iterator
 from typing import Optional, Union
 
+from . import plist
+
 StrPath = Union[str, bytes, os.PathLike[str], os.PathLike[bytes]]
 
 HELPER_PROGRAM = "quiverleaf-helper"
@@ -25,6 +27,9 @@ HELPER_PROGRAM = "quiverleaf-helper"
 _CUSTOMARY_FOLDERS = ("/usr/local/libexec/quiverleaf", "/usr/libexec/quiverleaf")
 _POLL_SECONDS = 0.01
 _PEER = struct.Struct("iII")
+_RECORD_HEADER_BYTES = 12
+_RECORD_BYTES = 1 << 17
+_RECORD_ATTEMPTS = 100
 
 
 def open_folder() -> int:
@@ -56,6 +61,8 @@ class Connection:
         """Takes the socket over. Raises ConnectionRefusedError when the process has ended, PermissionError when it is
         another user's; the socket is then left to the caller."""
         self.socket = connected
+        self.tells_begin = False
+        """Whether the process says when it begins a request; one that does not counts as having begun all it was sent."""
         peer = _PEER.unpack(connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))
         self.process: int = peer[0]
         user = peer[1]
@@ -76,10 +83,23 @@ class Connection:
         os.close(self._handle)
 
     def is_stale(self) -> bool:
-        """Whether the other side has ended the connection, or sent what nobody asked for."""
+        """Whether the other side has ended the connection; what it sent before may still be there to read."""
         state = select.poll()
-        state.register(self.socket, select.POLLIN)
+        state.register(self.socket, 0)
         return bool(state.poll(0))
+
+    def is_program_gone(self) -> bool:
+        """Whether the file that the process was started from has been removed or replaced."""
+        with contextlib.suppress(OSError):
+            # The kernel says so behind the name that the file had.
+            return os.readlink(f"/proc/{self.process}/exe").endswith(" (deleted)")
+        return False
+
+    def end_orderly(self, seconds: float) -> bool:
+        """Tells the process to end when the request under way is done; false when it still runs after that time."""
+        with contextlib.suppress(ProcessLookupError):
+            signal.pidfd_send_signal(self._handle, signal.SIGTERM)
+        return self.wait_until_ended(max(seconds, 0))
 
     def wait_until_ended(self, seconds: float) -> bool:
         """Waits for the end of the process; false when it still runs after that time."""
@@ -128,6 +148,36 @@ def connect(folder: int, name: str, seconds: float) -> Optional[Connection]:
     except BaseException:
         connected.close()
         raise
+
+
+def recorded_process(folder: int, name: str) -> Optional[int]:
+    """The number of the process that wrote the record beside the socket; None when there is none that can be read."""
+    flags = os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC | os.O_NOFOLLOW
+    try:
+        record = os.open(f"{name}.record", flags, dir_fd=folder)
+    except OSError:
+        return None
+    try:
+        for _ in range(_RECORD_ATTEMPTS):
+            content = os.pread(record, _RECORD_BYTES, 0)
+            length = int.from_bytes(content[4:8], "big")
+            body = content[_RECORD_HEADER_BYTES:][:length]
+            if int.from_bytes(content[8:12], "big") == _checksum(body):
+                values = plist.loads(body)
+                return values.get("Process") if isinstance(values, dict) else None
+    except (OSError, plist.PropertyListError):
+        pass
+    finally:
+        os.close(record)
+    return None
+
+
+def _checksum(body: bytes) -> int:
+    """FNV-1a of 32 bits. A reader may meet a record that is half written."""
+    checksum = 2166136261
+    for byte in body:
+        checksum = (checksum ^ byte) * 16777619 & 0xFFFFFFFF
+    return checksum
 
 
 @contextlib.contextmanager
@@ -199,14 +249,14 @@ def helper_places() -> list[str]:
     return [str(place / HELPER_PROGRAM) for place in dict.fromkeys(folders)]
 
 
-def start_helper(path: str, folder: int, name: str, deadline: float) -> Connection:
-    """Starts the helper's program, whose path is absolute, and connects to it.
+def start_helper(command: list[str], folder: int, name: str, deadline: float) -> Connection:
+    """Starts the helper's program, whose absolute path begins the command, and connects to it.
 
     `folder` is a descriptor of the runtime folder, `deadline` a moment of time.monotonic(). Raises TimeoutError when the
     helper does not answer until then, ChildProcessError when it ends, and other OSErrors.
     """
     process = subprocess.Popen(
-        [path], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd="/",
+        command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, cwd="/",
         start_new_session=True,
     )  # fmt: skip
     # The helper outlives this client; the thread takes its exit status if it does not.
@@ -218,8 +268,8 @@ def start_helper(path: str, folder: int, name: str, deadline: float) -> Connecti
                 process.kill()  # Another helper was first; this one would idle for ever.
             return connection
         if process.returncode is not None:
-            raise ChildProcessError(f"{path} ended with status {process.returncode} before it answered")
+            raise ChildProcessError(f"{command[0]} ended with status {process.returncode} before it answered")
         if time.monotonic() >= deadline:
             process.kill()
-            raise TimeoutError(f"{path} does not answer")
+            raise TimeoutError(f"{command[0]} does not answer")
         time.sleep(_POLL_SECONDS)

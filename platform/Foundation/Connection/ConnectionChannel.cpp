@@ -44,6 +44,7 @@ bool ConnectionChannel::receive(std::vector<NSData> *bodies) {
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return errno == EAGAIN;
     const auto count = static_cast<std::size_t>(got);
+    receivedBytes_ += count;
     if (readsInPlace) {
       length_ += count;
       if (length_ == announced_) finishBody(bodies);
@@ -123,6 +124,7 @@ bool ConnectionChannel::flush() {
     if (result < 0) return errno == EAGAIN;
     const auto sent = static_cast<std::size_t>(result);
     pendingBytes_ -= sent;
+    sentBytes_ += sent;
     removeOutgoing(sent);
     if (sent < asked) return true;
   }

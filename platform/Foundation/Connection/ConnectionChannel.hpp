@@ -35,8 +35,12 @@ class ConnectionChannel {
   /// property lists of complete messages. False when the stream has ended, is broken, or announces an empty or
   /// too large message; what was appended is whole all the same. Throws std::bad_alloc.
   bool receive(std::vector<NSData> *bodies);
-  /// The bytes of a message that is not complete yet.
+  /// The bytes of a message that is not complete yet, and how many it will have, when that is known.
   std::size_t incompleteBytes() const noexcept { return headerLength_ + length_; }
+  std::size_t announcedBytes() const noexcept { return announced_; }
+  /// All that ever came in, and all that ever went out.
+  std::uint64_t receivedBytes() const noexcept { return receivedBytes_; }
+  std::uint64_t sentBytes() const noexcept { return sentBytes_; }
 
   /// Queues a message, length included, behind those that are still on their way, and writes what the socket
   /// takes. False when the other side is gone.
@@ -66,6 +70,8 @@ class ConnectionChannel {
   /// How many bytes of the first piece have been written.
   std::uint32_t writtenOfFirst_ = 0;
   std::size_t pendingBytes_ = 0;
+  std::uint64_t receivedBytes_ = 0;
+  std::uint64_t sentBytes_ = 0;
 };
 
 }  // namespace nimbo

@@ -50,6 +50,28 @@ bool crossAsArguments(const NSDictionary &arguments) {
   return true;
 }
 
+ConnectionGreeting readGreeting(const NSDictionary &helper) {
+  return {helper.objectForKey(u"Version"_ns).string(), helper.objectForKey(u"Path"_ns).string(),
+          helper.objectForKey(u"Since"_ns).date().value_or(NSDate())};
+}
+
+bool readReply(const NSDictionary &message, ConnectionReply *reply) {
+  const auto serial = message.objectForKey(u"Reply"_ns).integer();
+  const id &exception = message.objectForKey(u"Exception"_ns);
+  NSString name = exception.dictionary().objectForKey(u"Name"_ns).string();
+  NSString reason = exception.dictionary().objectForKey(u"Reason"_ns).string();
+  const id &result = message.objectForKey(u"Result"_ns);
+  const id &why = message.objectForKey(u"Reason"_ns), &code = message.objectForKey(u"Code"_ns);
+  if (!serial || (exception && (!name || !reason || result)) || (why && !why.string()) ||
+      (code && !code.integer()))
+    return false;
+  *reply = {*serial, result, std::move(name), std::move(reason)};
+  if (why || code)
+    reply->error = {NimboErrorDomain(), code.integer().value_or(static_cast<std::int64_t>(ErrorCode::other)),
+                    why.string()};
+  return true;
+}
+
 }  // namespace
 
 std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error) {
@@ -77,6 +99,17 @@ std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error)
   return encode(message, error);
 }
 
+std::vector<NSData> encodeMessage(const ConnectionGreeting &greeting) {
+  return encode({{u"Helper"_ns, NSDictionary{{u"Version"_ns, greeting.version},
+                                             {u"Path"_ns, greeting.path},
+                                             {u"Since"_ns, greeting.since}}}},
+                nullptr);
+}
+
+std::vector<NSData> encodeMessage(ConnectionBegun begun) {
+  return encode({{u"Begun"_ns, begun.serial}}, nullptr);
+}
+
 std::size_t lengthOfPieces(const std::vector<NSData> &pieces) {
   return std::accumulate(pieces.begin(), pieces.end(), std::size_t{0},
                          [](std::size_t sum, const NSData &piece) { return sum + piece.length(); });
@@ -99,21 +132,13 @@ bool decodeMessage(const NSData &body, ConnectionRequest *request) {
   return true;
 }
 
-bool decodeMessage(const NSData &body, ConnectionReply *reply) {
+bool decodeMessage(const NSData &body, ConnectionAnswer *answer) {
   const NSDictionary message = decode(body);
-  const auto serial = message.objectForKey(u"Reply"_ns).integer();
-  const id &exception = message.objectForKey(u"Exception"_ns);
-  NSString name = exception.dictionary().objectForKey(u"Name"_ns).string();
-  NSString reason = exception.dictionary().objectForKey(u"Reason"_ns).string();
-  const id &result = message.objectForKey(u"Result"_ns);
-  const id &why = message.objectForKey(u"Reason"_ns), &code = message.objectForKey(u"Code"_ns);
-  if (!serial || (exception && (!name || !reason || result)) || (why && !why.string()) ||
-      (code && !code.integer()))
-    return false;
-  *reply = {*serial, result, std::move(name), std::move(reason)};
-  if (why || code)
-    reply->error = {NimboErrorDomain(), code.integer().value_or(static_cast<std::int64_t>(ErrorCode::other)),
-                    why.string()};
+  if (!message) return false;
+  if (message.objectForKey(u"Reply"_ns)) return readReply(message, &answer->emplace<ConnectionReply>());
+  *answer = std::monostate();
+  if (const auto serial = message.objectForKey(u"Begun"_ns).integer()) *answer = ConnectionBegun{*serial};
+  if (const NSDictionary helper = message.objectForKey(u"Helper"_ns).dictionary()) *answer = readGreeting(helper);
   return true;
 }
 

@@ -4,9 +4,12 @@
 // a binary property list:
 //
 //   request  {"Request": serial, "Selector": full selector, "Arguments": {keyword: value, ...}}
+//   greeting {"Helper": {"Version": text, "Path": program, "Since": date}}
+//   begun    {"Begun": serial}
 //   reply    {"Reply": serial, "Result": value, "Reason": reason, "Code": code}
 //            {"Reply": serial, "Exception": {"Name": name, "Reason": reason}}
 //
+// The greeting is the first message to a client. "Begun" comes when work on a request begins, before its reply.
 // There is no "Result" when the answer is nil; "Reason" and "Code" are there when it says why it is, or why
 // the result is not whole. Keywords are the selector's parts without their colons: "attributed:stringWithPDF:"
 // takes "attributed" and "stringWithPDF". An absent argument is nil. Any thread may encode and decode.
@@ -19,8 +22,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <variant>
 #include <vector>
 
+#include "platform/Foundation/NSDate.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
@@ -38,7 +43,19 @@ struct ConnectionRequest {
   NSDictionary arguments;
 };
 
-/// What it is answered.
+/// Who answers: the program's version and path, and since when it runs. Nil when it is not known.
+struct ConnectionGreeting {
+  NSString version;
+  NSString path;
+  NSDate since;
+};
+
+/// The work on a request has begun.
+struct ConnectionBegun {
+  std::int64_t serial = 0;
+};
+
+/// What a request is answered.
 struct ConnectionReply {
   std::int64_t serial = 0;
   id result;
@@ -50,12 +67,19 @@ struct ConnectionReply {
   NSError error = {};
 };
 
+/// What the serving side sends. `std::monostate` is a message that this side does not know, and passes over.
+using ConnectionAnswer = std::variant<std::monostate, ConnectionGreeting, ConnectionBegun, ConnectionReply>;
+
 /// The whole message of a request, length included, in pieces to be sent one after the other; large data is
 /// not copied. Empty when a value cannot be written, an argument is of a kind that does not cross, the
 /// selector is missing, or the message would be too large; `*error` then says why.
 std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error = nullptr);
 /// The whole message of a reply, as above.
 std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error = nullptr);
+/// The whole message of a greeting; one that is not known has no parts.
+std::vector<NSData> encodeMessage(const ConnectionGreeting &greeting);
+/// The whole message that says that a request has begun.
+std::vector<NSData> encodeMessage(ConnectionBegun begun);
 /// How many bytes the pieces have in all.
 std::size_t lengthOfPieces(const std::vector<NSData> &pieces);
 
@@ -66,7 +90,7 @@ std::uint32_t decodeMessageLength(const std::uint8_t *bytes);
 /// False when it is malformed: no property list, a value of another kind than its key takes, a missing serial
 /// or selector. Keys that are not known are passed over.
 bool decodeMessage(const NSData &body, ConnectionRequest *request);
-/// Reads the property list of a reply, as above.
-bool decodeMessage(const NSData &body, ConnectionReply *reply);
+/// Reads the property list of what the serving side sends, as above.
+bool decodeMessage(const NSData &body, ConnectionAnswer *answer);
 
 }  // namespace nimbo

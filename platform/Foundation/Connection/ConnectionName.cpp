@@ -22,22 +22,46 @@ namespace {
 
 constexpr mode_t kSocketMode = 0600;
 constexpr int kListenBacklog = 64;
+constexpr auto kLockSuffix = ".lock";
+constexpr auto kRecordSuffix = ".record";
 constexpr std::chrono::milliseconds kRetryInterval{5};
 /// How long to wait for a lock whose owner answers nobody: it is just starting or just ending.
 constexpr double kLockWaitSeconds = 1;
 
-FileDescriptor failed(NSString *error, const std::string &reason) {
+/// What a function that fails gives: nothing.
+struct Failure {
+  operator FileDescriptor() const { return FileDescriptor(); }
+  operator ConnectionListener() const { return {}; }
+};
+
+Failure failed(NSString *error, const std::string &reason) {
   if (error) *error = NSString::stringWithLossyUTF8String(reason);
-  return FileDescriptor();
+  return {};
 }
 
-FileDescriptor failedCall(NSString *error, const std::string &what) {
+Failure failedCall(NSString *error, const std::string &what) {
   return failed(error, what + ": " + std::strerror(errno));
 }
 
 const char *environmentValue(const char *name) {
   const char *value = std::getenv(name);
   return value && *value ? value : nullptr;
+}
+
+struct FolderPlace {
+  std::string path;
+  int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+};
+
+FolderPlace placeOfConnectionFolder() {
+  if (const char *own = environmentValue("QUIVERLEAF_RUNTIME_DIR")) return {own};
+  if (const char *session = environmentValue("XDG_RUNTIME_DIR")) return {session};
+  const char *temporary = environmentValue("TMPDIR");
+  FolderPlace place = {std::string(temporary ? temporary : "/tmp") + "/quiverleaf-" +
+                       std::to_string(::geteuid())};
+  // Anybody may put a link into the temporary folder.
+  place.flags |= O_NOFOLLOW;
+  return place;
 }
 
 /// The name as a file name; nothing when it cannot be one.
@@ -73,6 +97,22 @@ bool isServed(const sockaddr_un &address) {
   return probe && (connectTo(probe, address) == 0 || errno == EAGAIN);
 }
 
+FileDescriptor openBesideSocket(const FileDescriptor &folder, const std::string &file) {
+  return FileDescriptor(::openat(folder.get(), file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+}
+
+/// What is in the socket's place; nothing when that is empty or cannot be seen.
+std::optional<struct stat> fileInPlace(const FileDescriptor &folder, const std::string &fileName) {
+  struct stat info = {};
+  if (!folder || ::fstatat(folder.get(), fileName.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  return info;
+}
+
+bool isInPlace(const ConnectionListener &listener, const FileDescriptor &folder, const std::string &fileName) {
+  const auto info = fileInPlace(folder, fileName);
+  return info && info->st_dev == listener.device && info->st_ino == listener.number;
+}
+
 /// Takes the lock of a name, unless a living process has it.
 bool takeLock(const FileDescriptor &lock, const sockaddr_un &address) {
   const Deadline deadline = Deadline::after(kLockWaitSeconds);
@@ -87,21 +127,15 @@ bool takeLock(const FileDescriptor &lock, const sockaddr_un &address) {
 }  // namespace
 
 FileDescriptor openConnectionFolder(NSString *error) {
-  std::string path;
-  int flags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-  if (const char *own = environmentValue("QUIVERLEAF_RUNTIME_DIR")) {
-    path = own;
-  } else if (const char *session = environmentValue("XDG_RUNTIME_DIR")) {
-    path = session;
-  } else {
-    const char *temporary = environmentValue("TMPDIR");
-    path = std::string(temporary ? temporary : "/tmp") + "/quiverleaf-" + std::to_string(::geteuid());
-    // Anybody may put a link into the temporary folder.
-    flags |= O_NOFOLLOW;
-  }
+  const FolderPlace place = placeOfConnectionFolder();
+  if (place.path.front() == '/' && ::mkdir(place.path.c_str(), 0700) != 0 && errno != EEXIST)
+    return failedCall(error, "Cannot make the runtime folder " + place.path);
+  return openExistingConnectionFolder(error);
+}
+
+FileDescriptor openExistingConnectionFolder(NSString *error) {
+  const auto &[path, flags] = placeOfConnectionFolder();
   if (path.front() != '/') return failed(error, "The runtime folder " + path + " is a relative path");
-  if (::mkdir(path.c_str(), 0700) != 0 && errno != EEXIST)
-    return failedCall(error, "Cannot make the runtime folder " + path);
   FileDescriptor folder(::open(path.c_str(), flags));
   struct stat info = {};
   if (!folder || ::fstat(folder.get(), &info) != 0)
@@ -111,45 +145,69 @@ FileDescriptor openConnectionFolder(NSString *error) {
   return folder;
 }
 
-FileDescriptor listenOnConnectionName(const NSString &name, FileDescriptor *lock, NSString *error) {
+ConnectionListener listenOnConnectionName(const NSString &name, const ConnectionRecord &record, NSString *error) {
   const FileDescriptor folder = openConnectionFolder(error);
-  if (!folder) return FileDescriptor();
+  if (!folder) return {};
   const auto fileName = fileNameOfConnection(name);
   sockaddr_un address;
   if (!fileName || !makeAddress(folder, *fileName, &address))
     return failed(error, "The name cannot be the name of a socket");
-  FileDescriptor ownLock(
-      ::openat(folder.get(), (*fileName + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-  if (!ownLock) return failedCall(error, "Cannot open the lock of the name");
+  ConnectionListener listener;
+  listener.lock = openBesideSocket(folder, *fileName + kLockSuffix);
+  if (!listener.lock) return failedCall(error, "Cannot open the lock of the name");
   // The lock file may have been removed by somebody while its owner lives: who listens keeps the name in any
   // case.
-  if (!takeLock(ownLock, address) || isServed(address)) return failed(error, "Another process serves the name");
+  if (!takeLock(listener.lock, address) || isServed(address))
+    return failed(error, "Another process serves the name");
 
-  struct stat info = {};
-  if (::fstatat(folder.get(), fileName->c_str(), &info, AT_SYMLINK_NOFOLLOW) == 0) {
-    if (!S_ISSOCK(info.st_mode)) return failed(error, "A file that is no socket has the name");
+  if (const auto stale = fileInPlace(folder, *fileName)) {
+    if (!S_ISSOCK(stale->st_mode)) return failed(error, "A file that is no socket has the name");
     if (::unlinkat(folder.get(), fileName->c_str(), 0) != 0)
       return failedCall(error, "Cannot remove the stale socket");
   }
+  listener.record = openBesideSocket(folder, *fileName + kRecordSuffix);
+  writeConnectionRecord(listener.record, record);
   FileDescriptor socket = makeSocket();
   // The socket's file is made with the mode that the socket has: at no moment do clients see another.
   if (!socket || ::fchmod(socket.get(), kSocketMode) != 0 ||
       ::bind(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
       ::listen(socket.get(), kListenBacklog) != 0)
     return failedCall(error, "Cannot listen under the name");
-  *lock = std::move(ownLock);
-  return socket;
+  const auto info = fileInPlace(folder, *fileName);
+  if (!info) return failedCall(error, "Cannot see the socket of the name");
+  listener.device = info->st_dev;
+  listener.number = info->st_ino;
+  listener.socket = std::move(socket);
+  return listener;
+}
+
+bool isReachable(const ConnectionListener &listener, const NSString &name) {
+  const auto fileName = fileNameOfConnection(name);
+  return fileName && isInPlace(listener, openExistingConnectionFolder(), *fileName);
+}
+
+void removeSocket(const ConnectionListener &listener, const NSString &name) {
+  const FileDescriptor folder = openExistingConnectionFolder();
+  const auto fileName = fileNameOfConnection(name);
+  if (fileName && isInPlace(listener, folder, *fileName)) ::unlinkat(folder.get(), fileName->c_str(), 0);
+}
+
+FileDescriptor openConnectionRecord(const NSString &name) {
+  const FileDescriptor folder = openExistingConnectionFolder();
+  const auto fileName = fileNameOfConnection(name);
+  if (!folder || !fileName) return FileDescriptor();
+  return FileDescriptor(::openat(folder.get(), (*fileName + kRecordSuffix).c_str(),
+                                 O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
 }
 
 FileDescriptor connectToConnectionName(const NSString &name, double timeoutSeconds, bool *isBusy) {
   if (isBusy) *isBusy = false;
-  const FileDescriptor folder = openConnectionFolder();
+  const FileDescriptor folder = openExistingConnectionFolder();
   const auto fileName = fileNameOfConnection(name);
   sockaddr_un address;
   if (!folder || !fileName || !makeAddress(folder, *fileName, &address)) return FileDescriptor();
-  struct stat info = {};
-  if (::fstatat(folder.get(), fileName->c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISSOCK(info.st_mode) ||
-      info.st_uid != ::geteuid() || (info.st_mode & 07777) != kSocketMode)
+  const auto info = fileInPlace(folder, *fileName);
+  if (!info || !S_ISSOCK(info->st_mode) || info->st_uid != ::geteuid() || (info->st_mode & 07777) != kSocketMode)
     return FileDescriptor();
 
   FileDescriptor socket = makeSocket();

@@ -12,6 +12,9 @@
 //     if (!listener) NSLog(error);
 #pragma once
 
+#include <sys/types.h>
+
+#include "platform/Foundation/Connection/ConnectionRecord.hpp"
 #include "platform/Foundation/NSString.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
@@ -19,11 +22,37 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// The runtime folder, opened (O_PATH). Nothing when there is none that can be used; `*error` then says why.
 FileDescriptor openConnectionFolder(NSString *error = nullptr);
+/// The same when it is there; it is not made.
+FileDescriptor openExistingConnectionFolder(NSString *error = nullptr);
 
-/// A non-blocking socket that listens under `name`, mode 0600; a stale socket in its place is replaced. `*lock`
-/// gets the lock that makes the name this process's own until it is closed. Nothing when the name is taken or
-/// cannot be used; `*error` says why.
-FileDescriptor listenOnConnectionName(const NSString &name, FileDescriptor *lock, NSString *error = nullptr);
+/// What makes a name a process's own, until it is destroyed.
+struct ConnectionListener {
+  /// Non-blocking, and listens under the name with mode 0600.
+  FileDescriptor socket;
+  FileDescriptor lock;
+  /// For the record of the process's work (ConnectionRecord.hpp). Nothing when it cannot be written.
+  FileDescriptor record;
+  /// Which file the socket is.
+  dev_t device = 0;
+  ino_t number = 0;
+
+  explicit operator bool() const noexcept { return static_cast<bool>(socket); }
+};
+
+/// Takes a name; a stale socket in its place is replaced. `record` is there before the first client can be.
+/// Nothing when the name is taken or cannot be used; `*error` says why.
+ConnectionListener listenOnConnectionName(const NSString &name, const ConnectionRecord &record,
+                                          NSString *error = nullptr);
+
+/// Whether clients that look for `name` find this listener: its folder and its socket are still in their places.
+bool isReachable(const ConnectionListener &listener, const NSString &name);
+
+/// Takes the socket out of its place, for clients to see that nobody serves the name any more.
+void removeSocket(const ConnectionListener &listener, const NSString &name);
+
+/// The record of the process that serves the name, or served it last, for reading. Nothing when there is none
+/// that is this user's.
+FileDescriptor openConnectionRecord(const NSString &name);
 
 /// A non-blocking socket that is connected to the process that serves `name`. Nothing when there is none, when
 /// it belongs to another user, or when it takes no connection for `timeoutSeconds`, which only `*isBusy` tells

@@ -2,21 +2,23 @@
 #include "platform/Foundation/Connection/ConnectionServer.hpp"
 
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <filesystem>
 #include <new>
 #include <utility>
 
-#include "platform/Foundation/Connection/ConnectionName.hpp"
+#include "platform/Foundation/Connection/AbandonedWork.hpp"
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSLog.hpp"
 
 namespace nimbo {
 namespace {
 
-/// Clients beyond this are turned away.
+/// Clients beyond this wait until one leaves, or is idle and makes way.
 constexpr std::size_t kMaximumConnections = 256;
 /// A client with this many requests in the queue is not read from.
 constexpr std::size_t kMaximumQueuedRequests = 16;
@@ -25,6 +27,8 @@ constexpr std::size_t kMaximumPendingReplyBytes = 1u << 20;
 /// The client whose request would take the requests of all beyond this is ended.
 constexpr std::size_t kMaximumBufferedBytes = std::size_t{1} << 30;
 constexpr double kAcceptPauseSeconds = 1;
+/// A request of at least this much is read to its end before another is begun, if it moves.
+constexpr std::size_t kLongRequestBytes = 256u << 10;
 
 constexpr auto kGenericException = u"NSGenericException";
 
@@ -32,6 +36,19 @@ constexpr auto kGenericException = u"NSGenericException";
 std::int64_t monotonicTime(const Deadline &deadline) {
   if (deadline.isNever()) return -1;
   return std::chrono::ceil<std::chrono::microseconds>(deadline.moment().time_since_epoch()).count();
+}
+
+NSString programPath() {
+  std::error_code error;
+  return NSString::stringWithFileSystemRepresentation(
+      std::filesystem::read_symlink("/proc/self/exe", error).native());
+}
+
+/// What a request is about, for people: the first of its arguments that is a text.
+NSString inputOfRequest(const ConnectionRequest &request) {
+  for (const auto &[keyword, value] : request.arguments)
+    if (const NSString text = value.string()) return text;
+  return NSString();
 }
 
 ConnectionReply exceptionReply(std::int64_t serial, NSString name, NSString reason) {
@@ -43,7 +60,7 @@ ConnectionReply exceptionReply(std::int64_t serial, NSString name, NSString reas
 gboolean ConnectionServer::prepareSource(GSource *source, gint *timeout) {
   ConnectionServer &server = *reinterpret_cast<Source *>(source)->server;
   *timeout = -1;
-  return !server.isServing_ && server.nextRequest() != server.queue_.end();
+  return server.mayServe() && server.nextRequest() != server.queue_.end();
 }
 
 gboolean ConnectionServer::dispatchSource(GSource *source, GSourceFunc, gpointer) {
@@ -51,7 +68,13 @@ gboolean ConnectionServer::dispatchSource(GSource *source, GSourceFunc, gpointer
   return G_SOURCE_CONTINUE;
 }
 
+bool ConnectionServer::Client::isIdle() const {
+  return queuedRequests == 0 && channel.incompleteBytes() == 0 && channel.pendingBytes() == 0;
+}
+
 ConnectionServer::ConnectionServer() {
+  record_.process = ::getpid();
+  record_.server = {NSString(), programPath(), NSDate::date()};
   static GSourceFuncs functions = {prepareSource, nullptr, dispatchSource, nullptr, nullptr, nullptr};
   source_ = g_source_new(&functions, sizeof(Source));
   reinterpret_cast<Source *>(source_)->server = this;
@@ -69,23 +92,35 @@ ConnectionServer::~ConnectionServer() {
 
 bool ConnectionServer::registerName(const NSString &name) {
   if (listener_ && name == name_) return true;
-  FileDescriptor lock;
-  FileDescriptor listener = listenOnConnectionName(name, &lock);
+  ConnectionListener listener = listenOnConnectionName(name, record_);
   if (!listener) return false;
   awaitConnections(false);
   name_ = name;
-  lock_ = std::move(lock);
   listener_ = std::move(listener);
   awaitConnections(true);
+  setReachabilityInterval(reachabilitySeconds_);
   return true;
 }
 
-void ConnectionServer::setRequestTimeout(double seconds) {
-  requestTimeoutSeconds_ = seconds;
+void ConnectionServer::setIdleLimit(double seconds) {
+  idleSeconds_ = seconds;
+  idleEnd_ = seconds > 0 ? Deadline::after(seconds) : Deadline::never();
+  updateReadyTime();
 }
 
-void ConnectionServer::setReplyTimeout(double seconds) {
-  replyTimeoutSeconds_ = seconds;
+void ConnectionServer::setReachabilityInterval(double seconds) {
+  reachabilitySeconds_ = seconds;
+  reachabilityCheck_ = listener_ ? Deadline::after(seconds) : Deadline::never();
+  updateReadyTime();
+}
+
+void ConnectionServer::invalidate() {
+  if (std::exchange(isEnding_, true)) return;
+  awaitConnections(false);
+  if (listener_) removeSocket(listener_, name_);
+  listener_ = {};
+  reachabilityCheck_ = idleEnd_ = Deadline::never();
+  endWhenDone();
 }
 
 /// An operation that runs the run loop comes back here: then clients are attended to, but none is served.
@@ -93,16 +128,19 @@ void ConnectionServer::takeTurn() {
   if (listenerTag_ && g_source_query_unix_fd(source_, listenerTag_)) acceptClients();
   for (const auto &client : clients_)
     if (!client->isEnded) attend(*client);
-  if (!isServing_) serveNextRequest();
+  updatePaces();
+  if (mayServe()) serveNextRequest();
   for (const auto &client : clients_)
     if (!client->isEnded) updateAwaited(*client);
   if (!isServing_) removeEndedClients();
+  checkOwnLife();
   updateReadyTime();
+  endWhenDone();
 }
 
 void ConnectionServer::acceptClients() {
-  for (;;) {
-    FileDescriptor socket(::accept4(listener_.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+  while (makePlaceForClient()) {
+    FileDescriptor socket(::accept4(listener_.socket.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
     if (!socket) {
       if (errno == EINTR || errno == ECONNABORTED) continue;
       if (errno == EAGAIN) return;
@@ -111,12 +149,32 @@ void ConnectionServer::acceptClients() {
       acceptAgain_ = Deadline::after(kAcceptPauseSeconds);
       return;
     }
-    if (clients_.size() >= kMaximumConnections || peerProcessIdentifier(socket) == 0) continue;
-    auto client = std::make_unique<Client>(std::move(socket));
+    const int process = peerProcessIdentifier(socket);
+    if (process == 0) continue;
+    auto client = std::make_unique<Client>(std::move(socket), process);
     client->awaited = G_IO_IN;
     client->tag = g_source_add_unix_fd(source_, client->channel.socket().get(), G_IO_IN);
     clients_.push_back(std::move(client));
+    if (!clients_.back()->channel.send(encodeMessage(record_.server))) end(*clients_.back());
   }
+}
+
+/// Ends the client that has been idle for longest when there are as many as there may be. False when all are
+/// busy: then those that come wait in the socket's queue until one leaves.
+bool ConnectionServer::makePlaceForClient() {
+  std::size_t count = 0;
+  Client *idlest = nullptr;
+  for (const auto &client : clients_) {
+    if (client->isEnded) continue;
+    ++count;
+    if (client->isIdle() && (!idlest || client->lastUse < idlest->lastUse)) idlest = client.get();
+  }
+  if (count < kMaximumConnections) return true;
+  if (idlest)
+    end(*idlest);
+  else
+    awaitConnections(false);
+  return idlest != nullptr;
 }
 
 /// Does what a client's socket is ready for, then ends the client when it has stood still for too long. A long
@@ -163,6 +221,21 @@ std::deque<ConnectionServer::QueuedRequest>::iterator ConnectionServer::nextRequ
   });
 }
 
+void ConnectionServer::updatePaces() {
+  for (const auto &client : clients_) {
+    const ConnectionChannel &channel = client->channel;
+    client->requestPace.update(channel.receivedBytes(), !client->isEnded && channel.incompleteBytes() > 0 &&
+                                                            channel.announcedBytes() >= kLongRequestBytes);
+    client->replyPace.update(channel.sentBytes(), !client->isEnded && channel.pendingBytes() > 0);
+  }
+}
+
+bool ConnectionServer::mayServe() const {
+  return !isServing_ && !isEnding_ && std::none_of(clients_.begin(), clients_.end(), [](const auto &client) {
+    return client->requestPace.isSteady() || client->replyPace.isSteady();
+  });
+}
+
 void ConnectionServer::serveNextRequest() {
   const auto next = nextRequest();
   if (next == queue_.end()) return;
@@ -178,11 +251,38 @@ void ConnectionServer::serveNextRequest() {
   } catch (const std::bad_alloc &) {
     NSLog("A connection was ended: no memory for its request");
   }
-  if (!isGood) return end(client);
+  // Who is told that the work begins and has gone does not want it done.
+  if (!isGood || !client.channel.send(encodeMessage(ConnectionBegun{request.serial}))) return end(client);
   isServing_ = true;
-  const ConnectionReply answer = perform(request);
+  serve(client, request);
   isServing_ = false;
+}
+
+void ConnectionServer::serve(Client &client, const ConnectionRequest &request) {
+  noteBegin(client, request);
+  const ConnectionReply answer = [&] {
+    const AbandonedWork abandonedWork(client.channel.socket(), abandonedWorkSeconds_);
+    return perform(request);
+  }();
+  writeConnectionRecordIsIdle(listener_.record);
   if (!client.isEnded) reply(client, answer);
+  client.lastUse = Deadline::Clock::now();
+  if (idleSeconds_ > 0) idleEnd_ = Deadline::after(idleSeconds_);
+}
+
+void ConnectionServer::noteBegin(const Client &client, const ConnectionRequest &request) {
+  record_.isWorking = true;
+  record_.selector = request.selector;
+  record_.input = inputOfRequest(request);
+  record_.client = client.process;
+  record_.begun = NSDate::date();
+  record_.waiting.clear();
+  for (const QueuedRequest &queued : queue_) {
+    const int process = queued.client->process;
+    if (std::find(record_.waiting.begin(), record_.waiting.end(), process) == record_.waiting.end())
+      record_.waiting.push_back(process);
+  }
+  writeConnectionRecord(listener_.record, record_);
 }
 
 ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
@@ -233,7 +333,8 @@ void ConnectionServer::end(Client &client) {
 }
 
 void ConnectionServer::removeEndedClients() {
-  std::erase_if(clients_, [](const auto &client) { return client->isEnded; });
+  const auto removed = std::erase_if(clients_, [](const auto &client) { return client->isEnded; });
+  if (removed > 0 && acceptAgain_.isNever()) awaitConnections(true);
 }
 
 /// Tells GLib what a client's socket is waited for. Only when that changed, since each time costs a turn of the
@@ -252,8 +353,32 @@ void ConnectionServer::updateAwaited(Client &client) {
 }
 
 void ConnectionServer::awaitConnections(bool awaits) {
-  if (listenerTag_) g_source_remove_unix_fd(source_, std::exchange(listenerTag_, nullptr));
-  if (awaits) listenerTag_ = g_source_add_unix_fd(source_, listener_.get(), G_IO_IN);
+  if (awaits == (listenerTag_ != nullptr)) return;
+  if (!awaits)
+    g_source_remove_unix_fd(source_, std::exchange(listenerTag_, nullptr));
+  else if (listener_)
+    listenerTag_ = g_source_add_unix_fd(source_, listener_.socket.get(), G_IO_IN);
+}
+
+/// Ends the service when nobody uses it any more, or nobody can reach it.
+void ConnectionServer::checkOwnLife() {
+  if (isServing_) return;
+  const bool isIdle = std::all_of(clients_.begin(), clients_.end(), [](const auto &client) { return client->isIdle(); });
+  if (idleEnd_.isOver()) {
+    if (isIdle) return invalidate();
+    idleEnd_ = Deadline::after(idleSeconds_);
+  }
+  if (!reachabilityCheck_.isOver()) return;
+  if (isIdle && !isReachable(listener_, name_)) return invalidate();
+  reachabilityCheck_ = Deadline::after(reachabilitySeconds_);
+}
+
+/// What readers still take of their replies is written out first.
+void ConnectionServer::endWhenDone() {
+  if (!isEnding_ || isServing_) return;
+  for (const auto &client : clients_)
+    if (client->replyPace.isSteady()) return;
+  if (invalidated_) std::exchange(invalidated_, nullptr)();
 }
 
 /// Lets the loop come back when the next client may have to be ended. Since GLib is woken by each change, a
@@ -263,9 +388,12 @@ void ConnectionServer::updateReadyTime() {
     acceptAgain_ = Deadline::never();
     awaitConnections(true);
   }
-  Deadline next = acceptAgain_;
-  for (const auto &client : clients_)
-    if (!client->isEnded) next = earliest(next, earliest(client->requestDeadline, client->replyDeadline));
+  Deadline next = earliest(acceptAgain_, earliest(idleEnd_, reachabilityCheck_));
+  for (const auto &client : clients_) {
+    if (client->isEnded) continue;
+    next = earliest(next, earliest(client->requestDeadline, client->replyDeadline));
+    next = earliest(next, earliest(client->requestPace.deadline(), client->replyPace.deadline()));
+  }
   if (next >= readyTime_ && !readyTime_.isOver()) return;
   readyTime_ = next;
   g_source_set_ready_time(source_, monotonicTime(next));

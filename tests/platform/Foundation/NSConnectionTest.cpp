@@ -10,11 +10,14 @@
 #include <sys/wait.h>
 
 #include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <thread>
+#include <variant>
 #include <vector>
 
 #include "platform/Foundation/Connection/ConnectionMessage.hpp"
@@ -68,17 +71,21 @@ class RawClient {
     return ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
            static_cast<ssize_t>(bytes.size());
   }
-  /// Nothing when the connection ends first.
-  std::optional<ConnectionReply> reply() {
-    std::uint8_t length[kMessageLengthBytes];
-    if (!read(length, sizeof length)) return std::nullopt;
-    std::vector<std::uint8_t> bytes(decodeMessageLength(length));
-    ConnectionReply result;
-    if (!read(bytes.data(), bytes.size()) ||
-        !decodeMessage(NSData::dataWithBytes(bytes.data(), bytes.size()), &result))
-      return std::nullopt;
-    return result;
+  /// The next message of a kind; others are passed over. Nothing when the connection ends first.
+  template <class Kind>
+  std::optional<Kind> next() {
+    for (;;) {
+      std::uint8_t length[kMessageLengthBytes];
+      if (!read(length, sizeof length)) return std::nullopt;
+      std::vector<std::uint8_t> bytes(decodeMessageLength(length));
+      ConnectionAnswer message;
+      if (!read(bytes.data(), bytes.size()) ||
+          !decodeMessage(NSData::dataWithBytes(bytes.data(), bytes.size()), &message))
+        return std::nullopt;
+      if (Kind *found = std::get_if<Kind>(&message)) return std::move(*found);
+    }
   }
+  std::optional<ConnectionReply> reply() { return next<ConnectionReply>(); }
   /// Waits until the other side closes. False when it still stands after a long time.
   bool isEnded() {
     pollfd state = {socket_.get(), 0, 0};
@@ -134,8 +141,9 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
         ConnectionReply{3, id(), u"Name"_ns, NSString::string()},
         ConnectionReply{4, id(), {}, {}, NSError::errorWithCode(ErrorCode::locked, "it is \xe2\x82\xac")},
         ConnectionReply{5, true, {}, {}, {NimboErrorDomain(), 1234}}}) {
-    ConnectionReply copy;
-    ASSERT_TRUE(decodeMessage(bodyOf(encodeMessage(reply)), &copy));
+    ConnectionAnswer answer;
+    ASSERT_TRUE(decodeMessage(bodyOf(encodeMessage(reply)), &answer));
+    const auto &copy = std::get<ConnectionReply>(answer);
     EXPECT_EQ(copy.serial, reply.serial);
     EXPECT_EQ(copy.result, reply.result);
     EXPECT_EQ(copy.exceptionName, reply.exceptionName);
@@ -144,7 +152,7 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
   }
   for (const auto &[key, value] : {std::pair<NSString, id>{u"Reason"_ns, 1}, {u"Code"_ns, u"1"_ns}}) {
     const NSDictionary message = {{u"Reply"_ns, 1}, {key, value}};
-    ConnectionReply reply;
+    ConnectionAnswer reply;
     EXPECT_FALSE(decodeMessage(
         NSPropertyListSerialization::dataWithPropertyList(message, NSPropertyListFormat::binary), &reply));
   }
@@ -295,23 +303,165 @@ TEST_F(NSConnectionTest, AnOperationThatRunsTheRunLoopIsNotNested) {
   EXPECT_EQ(first.reply()->result, id(NSArray{1, 2}));
 }
 
-TEST_F(NSConnectionTest, TurnsAwayClientsBeyondTheLimit) {
+TEST_F(NSConnectionTest, TheIdlestClientMakesWayForAnother) {
   const int helper = startHelper();
-  RawClient first;
-  ASSERT_TRUE(first.answers() && first.answers());
-  const long open = descriptors(std::to_string(helper));
-  {
-    std::vector<std::unique_ptr<RawClient>> clients;
-    do {
-      clients.push_back(std::make_unique<RawClient>());
-    } while (clients.size() < 1000 && clients.back()->answers());
-    EXPECT_LT(clients.size(), 1000u);
-    EXPECT_GT(clients.size(), 100u);
-    EXPECT_TRUE(clients.front()->answers());
+  std::vector<std::unique_ptr<RawClient>> clients;
+  for (int i = 0; i < 300; ++i) {
+    clients.push_back(std::make_unique<RawClient>());
+    ASSERT_TRUE(clients.back()->answers()) << i;
+    // The first is used on, and so never the idlest.
+    ASSERT_TRUE(clients.front()->answers()) << i;
   }
-  EXPECT_TRUE(first.answers() && first.answers());
-  EXPECT_EQ(descriptors(std::to_string(helper)), open);
-  EXPECT_TRUE(RawClient().answers());
+  EXPECT_LT(descriptors(std::to_string(helper)), 270);
+  EXPECT_TRUE(clients[1]->isEnded());
+  EXPECT_TRUE(clients.front()->answers());
+}
+
+TEST_F(NSConnectionTest, ClientsBeyondTheLimitWaitWhileAllAreBusy) {
+  startHelper();
+  const std::string half = request(u"nil"_ns).substr(0, 9);
+  std::vector<std::unique_ptr<RawClient>> busy;
+  for (int i = 0; i < 256; ++i) {
+    busy.push_back(std::make_unique<RawClient>());
+    // The greeting says that the connection is taken.
+    ASSERT_TRUE(busy.back()->next<ConnectionGreeting>() && busy.back()->send(half));
+  }
+  RawClient late;
+  ASSERT_TRUE(late.send(request(u"nil"_ns)));
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  busy.front()->close();
+  EXPECT_TRUE(late.reply());
+}
+
+TEST_F(NSConnectionTest, GreetsAndSaysWhenItBegins) {
+  startHelper();
+  RawClient client;
+  const auto greeting = client.next<ConnectionGreeting>();
+  ASSERT_TRUE(greeting);
+  EXPECT_EQ(greeting->version, u"1.2"_ns);
+  EXPECT_EQ(greeting->path.UTF8String(), TEST_HELPER);
+  EXPECT_LT(NSDate::date().timeIntervalSinceReferenceDate - greeting->since.timeIntervalSinceReferenceDate, 60);
+  client.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.2}}, 7) + request(u"nil"_ns, {}, 8));
+  for (const int serial : {7, 8}) {
+    EXPECT_EQ(client.next<ConnectionBegun>()->serial, serial);
+    EXPECT_EQ(client.reply()->serial, serial);
+  }
+}
+
+TEST_F(NSConnectionTest, ALongReplyIsOutBeforeTheNextRequestBegins) {
+  const int helper = startHelper();
+  RawClient first, second;
+  constexpr std::uint32_t kBytes = 24u << 20;
+  first.send(request(u"bytes:"_ns, {{u"bytes"_ns, kBytes}}));
+  ASSERT_TRUE(first.next<ConnectionBegun>());
+  second.send(request(u"sleep:"_ns, {{u"sleep"_ns, 30}}));
+  const auto reply = first.reply();
+  ASSERT_TRUE(reply);
+  EXPECT_EQ(reply->result.data().length(), kBytes);
+  ::kill(helper, SIGKILL);
+}
+
+TEST_F(NSConnectionTest, ALongRequestIsInBeforeTheNextOneBegins) {
+  startHelper();
+  RawClient first, second;
+  const std::string bytes(24u << 20, 'x');
+  const std::string large = request(u"length:"_ns, {{u"length"_ns, NSData::dataWithBytes(bytes.data(), bytes.size())}});
+  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.3}}) + note(1, 2));
+  ASSERT_TRUE(first.next<ConnectionBegun>());
+  // The note is there first, but would wait for the large request only while that moves.
+  std::thread sender([&] { second.send(large); });
+  EXPECT_TRUE(second.reply());
+  EXPECT_EQ(first.reply()->serial, 1);
+  EXPECT_EQ(first.reply()->serial, 2);
+  sender.join();
+}
+
+TEST_F(NSConnectionTest, WritesDownWhatItDoes) {
+  const int helper = startHelper();
+  RawClient first, second;
+  const NSString odd = u"/a\nb\xdcff"_ns;
+  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.1}}));
+  ASSERT_TRUE(first.next<ConnectionBegun>());
+  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 30}, {u"file"_ns, odd}}));
+  second.send(request(u"nil"_ns));
+  ASSERT_TRUE(first.next<ConnectionBegun>());
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  const auto record = readConnectionRecord(openConnectionRecord(name()));
+  ASSERT_TRUE(record);
+  EXPECT_TRUE(record->isWorking);
+  EXPECT_EQ(record->process, helper);
+  EXPECT_EQ(record->client, ::getpid());
+  EXPECT_EQ(record->selector, u"sleep:"_ns);
+  EXPECT_EQ(record->input, odd);
+  EXPECT_EQ(record->server.version, u"1.2"_ns);
+  ::kill(helper, SIGKILL);
+}
+
+TEST_F(NSConnectionTest, ARecordIsReadWholeOrNotAtAll) {
+  EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
+  const ConnectionListener listener = listenOnConnectionName(name(), {.process = 1});
+  ConnectionRecord written = {.process = 2, .isWorking = true, .selector = u"x"_ns};
+  written.input = NSString::stringWithCharacters(std::u16string(100'000, u'y'));
+  writeConnectionRecord(listener.record, written);
+  auto record = readConnectionRecord(openConnectionRecord(name()));
+  ASSERT_TRUE(record && record->isWorking);
+  EXPECT_LT(record->input.length(), 10'000u);
+  writeConnectionRecordIsIdle(listener.record);
+  record = readConnectionRecord(openConnectionRecord(name()));
+  ASSERT_TRUE(record);
+  EXPECT_EQ(record->process, 2);
+  EXPECT_FALSE(record->isWorking);
+  for (const std::uintmax_t size : {200u, 12u, 11u, 0u}) {
+    std::filesystem::resize_file(file(".record"), size);
+    EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name()))) << size;
+  }
+}
+
+TEST_F(NSConnectionTest, EndsWhenNobodyUsesItOrFindsIt) {
+  const auto endsBy = [this](const char *setting, const std::function<void()> &event) {
+    ::setenv(setting, "0.2", 1);
+    const int helper = startHelper();
+    RawClient client;
+    EXPECT_TRUE(client.answers());
+    event();
+    EXPECT_TRUE(client.isEnded()) << setting;
+    EXPECT_EQ(::waitpid(helper, nullptr, 0), helper);
+    EXPECT_FALSE(std::filesystem::exists(file()));
+    ::unsetenv(setting);
+  };
+  endsBy("TEST_HELPER_IDLE_SECONDS", [] {});
+  endsBy("TEST_HELPER_LOOK_SECONDS", [this] { std::filesystem::remove(file()); });
+  endsBy("TEST_HELPER_LOOK_SECONDS", [this] { std::filesystem::remove_all(folder); });
+  EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(NSConnectionTest, ATermSignalLetsTheRequestUnderWayEnd) {
+  const int helper = startHelper();
+  RawClient first, second;
+  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.3}}) + request(u"nil"_ns, {}, 2));
+  second.send(request(u"nil"_ns));
+  ASSERT_TRUE(first.next<ConnectionBegun>());
+  ::kill(helper, SIGTERM);
+  EXPECT_TRUE(first.reply());
+  EXPECT_FALSE(first.next<ConnectionBegun>());
+  EXPECT_FALSE(second.next<ConnectionBegun>());
+}
+
+TEST_F(NSConnectionTest, WorkForACallerThatHasGoneEnds) {
+  ::setenv("TEST_HELPER_ABANDONED_SECONDS", "0.2", 1);
+  const int helper = startHelper();
+  RawClient stays, waits;
+  // Whoever stays is served however long it takes.
+  stays.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.5}}));
+  EXPECT_TRUE(stays.reply());
+  {
+    RawClient goes;
+    goes.send(request(u"sleep:"_ns, {{u"sleep"_ns, 600}}));
+    ASSERT_TRUE(goes.next<ConnectionBegun>());
+  }
+  waits.send(request(u"nil"_ns));
+  EXPECT_FALSE(waits.next<ConnectionBegun>());
+  EXPECT_EQ(::waitpid(helper, nullptr, 0), helper);
 }
 
 TEST_F(NSConnectionTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
@@ -333,15 +483,14 @@ TEST_F(NSConnectionTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
 }
 
 TEST_F(NSConnectionTest, NamesAndFoldersThatCannotBeTrustedAreRefused) {
-  FileDescriptor lock;
   for (const NSString &bad : {NSString(), u""_ns, u"."_ns, u".."_ns, u"a/b"_ns, u"a\0b"_ns})
-    EXPECT_FALSE(listenOnConnectionName(bad, &lock));
+    EXPECT_FALSE(listenOnConnectionName(bad, {}));
   std::ofstream(file()) << "precious";
-  EXPECT_FALSE(listenOnConnectionName(name(), &lock));
+  EXPECT_FALSE(listenOnConnectionName(name(), {}));
   EXPECT_TRUE(std::filesystem::is_regular_file(file()));
   std::filesystem::remove(file());
 
-  const FileDescriptor listener = listenOnConnectionName(name(), &lock);
+  const ConnectionListener listener = listenOnConnectionName(name(), {});
   struct stat info = {};
   ASSERT_EQ(::stat(file().c_str(), &info), 0);
   EXPECT_EQ(info.st_mode & 07777, 0600u);
@@ -365,7 +514,7 @@ TEST_F(NSConnectionTest, NamesAndFoldersThatCannotBeTrustedAreRefused) {
   EXPECT_FALSE(openConnectionFolder());
   // Longer than a socket's address may be.
   ::setenv("QUIVERLEAF_RUNTIME_DIR", (folder / std::string(150, 'x')).c_str(), 1);
-  const FileDescriptor deep = listenOnConnectionName(name(), &lock);
+  const ConnectionListener deep = listenOnConnectionName(name(), {});
   EXPECT_TRUE(deep);
   EXPECT_TRUE(connectToConnectionName(name()));
 }
