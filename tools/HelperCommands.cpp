@@ -94,8 +94,10 @@ int runPing(const CommonOptions &options, const Operands &) {
   HelperClient::Answer failure;
   const int process = client.helperProcessIdentifier(&failure);
   if (process == 0) {
-    writeMessage(failure.message);
-    return failure.status == HelperClient::Status::timedOut ? kExitTimedOut : kExitUnreachable;
+    const bool isTimedOut = failure.status == HelperClient::Status::timedOut;
+    const bool isOfStart = !isTimedOut && !options.noStart;
+    writeMessage((isOfStart ? "no helper is registered and none could be started: " : "") + failure.message);
+    return isTimedOut ? kExitTimedOut : kExitUnreachable;
   }
   const auto state = client.helperState();
   ConnectionRecord older;

@@ -126,6 +126,8 @@ bool HelperClient::connectOnce(bool startsHelper, const Deadline &waiting, Answe
     return false;
   }
   std::string message = "No helper is registered";
+  if (NSString error; !connection && !startsHelper && !openExistingConnectionFolder(&error))
+    message += ": " + error.UTF8String();
   if (!connection && startsHelper) {
     const std::string path = programToStart(&message);
     if (!path.empty()) connection = startHelper(options_.name, path, helperArguments(), &message);

@@ -55,7 +55,11 @@ class HelperProcessTest(unittest.TestCase):
         time.sleep(2)
         writer.sendall(message[10:])
         for connection in (reader, writer):
-            reply = plist.loads(receive(connection, *struct.unpack(">I", receive(connection, 4))))
+            greeting, begun, reply = (
+                plist.loads(receive(connection, *struct.unpack(">I", receive(connection, 4)))) for _ in range(3)
+            )
+            self.assertEqual(greeting["Helper"]["Path"], os.path.realpath(HELPER))
+            self.assertEqual(begun, {"Begun": 1})
             self.assertGreater(len(reply["Result"]["kMDItemTextContent"]), 2_000_000)
 
     def test_another_one_stays_unreachable(self):
@@ -65,6 +69,32 @@ class HelperProcessTest(unittest.TestCase):
             self.assertIsNone(second.poll())
             self.assertEqual(other.ping(), self.process)
             second.kill()
+
+    def test_its_command_line(self):
+        cases = [
+            (["--help"], 0, "usage: quiverleaf-helper "),
+            (["--version"], 0, "quiverleaf-helper "),
+            (["--nonsense"], 1, "unknown argument: --nonsense"),
+            (["file.pdf"], 1, "unknown argument: file.pdf"),
+            *((["--idle-minutes", *value], 1, "has to follow: --idle-minutes") for value in ([], ["0"], ["-1"], ["1x"], ["nan"], ["1e9"])),
+        ]
+        for arguments, code, text in cases:
+            with self.subTest(arguments):
+                done = subprocess.run([HELPER, *arguments], capture_output=True, text=True, timeout=30, check=False)
+                self.assertEqual(done.returncode, code)
+                self.assertIn(text, done.stderr if code else done.stdout)
+                self.assertEqual(done.stdout if code else done.stderr, "")
+
+    def test_one_that_a_client_started_ends_when_idle(self):
+        self.helper.stop()
+        with Helper(path=HELPER, idle_minutes=0.005) as helper:
+            process = helper.ping()
+            command = pathlib.Path(f"/proc/{process}/cmdline").read_bytes().split(b"\0")
+            self.assertIn(b"--abandoned-work-seconds", command)
+            deadline = time.monotonic() + 30
+            while os.path.exists(f"/proc/{process}/exe") and time.monotonic() < deadline:
+                time.sleep(0.05)
+            self.assertFalse((self.folder / CONNECTION_NAME).exists())
 
 
 if __name__ == "__main__":

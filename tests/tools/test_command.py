@@ -3,13 +3,16 @@
 """The quiverleaf command as a person and a script use it, with the real helper."""
 
 import ctypes
+import datetime
 import json
 import os
 import plistlib
+import signal
+import subprocess
 import unittest
 
 import documents
-from command import CommandTestCase
+from command import COMMAND, CommandTestCase
 
 # Of linux/prctl.h and linux/capability.h.
 PR_CAPBSET_DROP = 24
@@ -73,7 +76,7 @@ class CommandTest(CommandTestCase):
                 self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
         done = self.run_command("entities", "-", input=b"a&amp;b\n\nx&#65\n")
         self.assertEqual((done.returncode, done.stdout), (0, b"a&b\n\nx\x065\n"))
-        self.assert_fails(2, "no helper", "ping", "--no-start")
+        self.assert_fails(2, "No helper is registered", "ping", "--no-start")
 
     def test_strip_without_a_helper(self):
         page = "<h1>caf\u00e9</h1><p class=a>b &amp; <a href='u' id=i>c</a> <img alt=d><div>e</div>"
@@ -97,7 +100,7 @@ class CommandTest(CommandTestCase):
         self.assert_fails(1, "'h1' is too much for strip", "strip", "page.html", "--tag=div", "h1")
         self.assert_fails(3, "page.html: has no such element", "strip", "--except", "td", "page.html")
         self.assert_fails(7, "missing: there is no such file", "strip", "missing")
-        self.assert_fails(2, "no helper", "ping", "--no-start")
+        self.assert_fails(2, "No helper is registered", "ping", "--no-start")
 
     def test_tags_of_markup(self):
         self.file("page.html", b'a<b c>"<!--d--><script>e</script')
@@ -168,7 +171,7 @@ class CommandTest(CommandTestCase):
         self.assertEqual((hopeless["URL"], hopeless["Repaired"], hopeless["Resolved"]), (None, None, None))
         plist = plistlib.loads(self.run_command("url", "--plist", "a b").stdout)
         self.assertEqual((plist[0]["Repaired"], "URL" in plist[0]), ("a%20b", False))
-        self.assert_fails(2, "no helper", "ping", "--no-start")
+        self.assert_fails(2, "No helper is registered", "ping", "--no-start")
 
     def test_files_that_give_no_answer(self):
         self.file("empty", b"")
@@ -248,15 +251,35 @@ class CommandTest(CommandTestCase):
                 self.assert_fails(1, message, *arguments)
 
     def test_ping_and_stop(self):
-        self.assert_fails(2, "no helper", "ping", "--no-start")
+        self.assert_fails(2, "No helper is registered", "ping", "--no-start")
         self.assert_fails(2, "", "metadata", "--no-start", "/etc/hostname")
         answer = self.answer("ping")
         self.assertEqual(answer["Name"], "QuiverleafHelper_2.0pb8build4")
         self.assertEqual(os.readlink(f"/proc/{answer['ProcessIdentifier']}/exe").rpartition("/")[2], "quiverleaf-helper")
         self.assertEqual(self.answer("ping", "--no-start"), answer)
+        self.assertEqual(self.answer("status"), answer)
+        self.assertRegex(answer["Version"], r"\A\d+\.\d+\.\d+\Z")
+        self.assertEqual(answer["Path"], os.readlink(f"/proc/{answer['ProcessIdentifier']}/exe"))
+        age = datetime.datetime.now(datetime.timezone.utc) - datetime.datetime.fromisoformat(answer["Since"].replace("Z", "+00:00"))
+        self.assertLess(age, datetime.timedelta(minutes=5))
         done = self.run_command("stop")
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
         self.assert_fails(2, "no helper", "stop")
+        self.assert_fails(2, "no helper is registered", "status")
+
+    def test_status_of_a_helper_that_works_and_dies(self):
+        process = self.answer("ping")["ProcessIdentifier"]
+        page = self.file("page.pdf", documents.pdf(("Words",) * 2000))
+        calls = [subprocess.Popen([COMMAND, "pdf", page], env=self.environment, stdout=subprocess.PIPE) for _ in range(3)]
+        working = None
+        while not working:
+            working = self.answer("status").get("Working")
+        os.kill(process, signal.SIGKILL)
+        self.assertEqual(working["Selector"], "attributed:stringWithPDF:")
+        self.assertIn(working["ProcessIdentifier"], [call.pid for call in calls])
+        for call in calls:
+            call.communicate()
+        self.assertLessEqual(sorted(call.returncode for call in calls), [0, 0, 5])
 
 
 if __name__ == "__main__":

@@ -212,7 +212,7 @@ class HelperTest(CommandTestCase):
             listener.listen(0)
             waiting.connect(str(path))
             for arguments in (["ping"], ["pdf", "a.pdf"]):
-                self.assert_fails(4, "", "--timeout", "0.2", *arguments)
+                self.assert_fails(4, "did not begin within", "--timeout", "0.2", "--wait", "0.2", *arguments)
             path.unlink()
 
 

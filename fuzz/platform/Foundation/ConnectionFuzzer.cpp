@@ -75,8 +75,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t cou
       require(decodeMessage(bodyOf(encodeMessage(request)), &sameRequest));
       require(request.serial == sameRequest.serial && request.selector == sameRequest.selector);
     }
-    ConnectionReply reply, sameReply;
-    if (decodeMessage(body, &reply)) require(decodeMessage(bodyOf(encodeMessage(reply)), &sameReply));
+    ConnectionAnswer answer, sameAnswer;
+    if (!decodeMessage(body, &answer)) continue;
+    if (const auto *reply = std::get_if<ConnectionReply>(&answer))
+      require(decodeMessage(bodyOf(encodeMessage(*reply)), &sameAnswer));
   }
   return 0;
 }

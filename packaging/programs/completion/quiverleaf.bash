@@ -2,8 +2,8 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping stop text strip tags entities charset decode url help version'
-  local options='--no-start --timeout --pretty --plist --help --version'
+  local commands='metadata pdf ping status stop text strip tags entities charset decode url help version'
+  local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
       command=${COMP_WORDS[i]}
@@ -16,7 +16,7 @@ _quiverleaf() {
   [[ $command == decode ]] && options+=' --encoding --default --json'
   [[ $command == strip ]] && options+=' --tag --attributes --bodies --except --objects'
   [[ $command == url ]] && options+=' --base'
-  if [[ $previous =~ ^--(timeout|encoding|default|tag|attributes|bodies|except|base)$ ]]; then
+  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
