@@ -55,7 +55,7 @@ NSStringEncoding encodingOfOption(const char *option, const std::optional<std::s
 int runDecode(const DecodeOptions &options, const Operands &operands) {
   const NSStringEncoding supplied = encodingOfOption("encoding", options.encoding);
   const NSStringEncoding chosenDefault = encodingOfOption("default", options.defaultEncoding);
-  const NSData data = readInput(operands.front());
+  const NSData data = readInput(operands.front(), options.timeoutSeconds);
   const std::string file = nameOfInput(operands.front());
   if (data.length() == 0) throw InputError(file, "is empty");
   const DecodedMarkup decoded =

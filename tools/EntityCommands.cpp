@@ -21,9 +21,9 @@ struct EntityOptions : CommonOptions {
 
 /// A text as it is typed, or standard input for "-", without the line feed that ends it. What is not UTF-8
 /// becomes U+FFFD.
-NSString textOfOperand(const std::string &operand) {
+NSString textOfOperand(const std::string &operand, double patienceSeconds) {
   if (operand != "-") return NSString::stringWithLossyUTF8String(operand);
-  const NSData input = readInput(operand);
+  const NSData input = readInput(operand, patienceSeconds);
   std::string_view bytes = input.view();
   if (bytes.ends_with('\n')) bytes.remove_suffix(1);
   return NSString::stringWithLossyUTF8String(bytes);
@@ -38,7 +38,7 @@ NSString encode(const NSString &text, const std::string &encoding) {
 int runEntities(const EntityOptions &options, const Operands &operands) {
   if (options.encode && (options.noStandard || options.numeric || options.nonUmlauted))
     throw UsageError("--no-standard, --numeric and --non-umlauted are for decoding, not for --encode");
-  const NSString text = textOfOperand(operands.front());
+  const NSString text = textOfOperand(operands.front(), options.timeoutSeconds);
   writeText(options.encode ? encode(text, *options.encode)
                            : stringByConvertingEntitiesToCharacters(text, !options.noStandard, options.numeric,
                                                                     options.nonUmlauted));

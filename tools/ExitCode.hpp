@@ -11,7 +11,7 @@ enum ExitCode : int {
   kExitUsage = 1,
   kExitUnreachable = 2,   ///< No helper could be reached or started.
   kExitNil = 3,           ///< There is no answer for this input, or the operation raised an exception.
-  kExitTimedOut = 4,      ///< The helper did not reply in time.
+  kExitTimedOut = 4,      ///< The helper did not reply, or the input did not come, in time.
   kExitDied = 5,          ///< The helper ended before it replied.
   kExitOutputFailed = 6,  ///< The result could not be written.
   kExitUnreadable = 7,    ///< There is no such file, or it cannot be read.

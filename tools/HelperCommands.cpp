@@ -76,7 +76,7 @@ int runMetadata(const CommonOptions &options, const Operands &operands) {
 }
 
 int runPDF(const PDFOptions &options, const Operands &operands) {
-  const NSData pdf = readInput(operands.front());
+  const NSData pdf = readInput(operands.front(), options.timeoutSeconds);
   const auto answer = clientWithOptions(options).attributedStringWithPDF(options.attributed, pdf);
   return report(answer, nameOfInput(operands.front()), options);
 }

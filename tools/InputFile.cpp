@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <system_error>
 
 #include "platform/Foundation/Connection/ConnectionMessage.hpp"
@@ -18,7 +19,7 @@ static_assert(kMaximumInputBytes < kMaximumMessageBytes);
 
 namespace {
 
-NSData readAll(int descriptor, const std::string &name) {
+NSData readAll(int descriptor, const std::string &name, double patienceSeconds) {
   const auto fail = [&name](ErrorCode code, const std::string &reason) {
     throw InputError(name, NSError::errorWithCode(code, reason));
   };
@@ -30,7 +31,10 @@ NSData readAll(int descriptor, const std::string &name) {
   NSError error;
   const bool isTooLarge = announced > kMaximumInputBytes;
   // One byte more than may be, by which inputs are known that do not announce their size.
-  NSData data = isTooLarge ? NSData() : readData(descriptor, announced, kMaximumInputBytes + 1, &error);
+  if (::isatty(descriptor)) patienceSeconds = HUGE_VAL;
+  NSData data = isTooLarge
+                    ? NSData()
+                    : readData(descriptor, announced, kMaximumInputBytes + 1, &error, patienceSeconds);
   if (isTooLarge || data.length() > kMaximumInputBytes)
     fail(ErrorCode::tooLarge, "the file is larger than " + std::to_string(kMaximumInputBytes) + " bytes");
   if (!data) throw InputError(name, error);
@@ -43,11 +47,12 @@ std::string nameOfInput(const std::string &path) {
   return path == "-" ? "standard input" : path;
 }
 
-NSData readInput(const std::string &path) {
-  if (path == "-") return readAll(STDIN_FILENO, nameOfInput(path));
-  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+NSData readInput(const std::string &path, double patienceSeconds) {
+  if (path == "-") return readAll(STDIN_FILENO, nameOfInput(path), patienceSeconds);
+  // O_NONBLOCK: opening a FIFO must not wait for a writer.
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   if (!file) throw InputError(path, NSError::errorWithFileErrno(errno));
-  return readAll(file.get(), path);
+  return readAll(file.get(), path, patienceSeconds);
 }
 
 }  // namespace nimbo

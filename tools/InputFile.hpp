@@ -32,7 +32,8 @@ class InputError : public std::runtime_error {
 std::string nameOfInput(const std::string &path);
 
 /// All bytes of a file, a pipe or a device, or of standard input when `path` is "-". Raises `InputError`, also
-/// when there are more than `kMaximumInputBytes`.
-NSData readInput(const std::string &path);
+/// when there are more than `kMaximumInputBytes`, or when nothing comes for `patienceSeconds`; a terminal has
+/// time.
+NSData readInput(const std::string &path, double patienceSeconds);
 
 }  // namespace nimbo

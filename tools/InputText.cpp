@@ -15,8 +15,8 @@ NSStringEncoding likelyEncoding(const NSData &data) {
       CFStringConvertIANACharSetNameToEncoding(detected.encodingName));
 }
 
-NSString textOfInput(const std::string &path) {
-  const NSData data = readInput(path);
+NSString textOfInput(const std::string &path, double patienceSeconds) {
+  const NSData data = readInput(path, patienceSeconds);
   if (data.length() == 0) return NSString::string();
   const NSString text = decodeMarkup(data, 0, likelyEncoding(data)).string;
   return text ? text : NSString::stringWithLossyUTF8String(data.view());

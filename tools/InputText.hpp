@@ -13,7 +13,7 @@ namespace nimbo {
 NSStringEncoding likelyEncoding(const NSData &data);
 
 /// The text of a page or feed, in the encoding that it declares or is most likely in; bytes that fit neither
-/// are UTF-8 in which U+FFFD stands for what is not valid. `path` "-" is standard input. Raises `InputError`.
-NSString textOfInput(const std::string &path);
+/// are UTF-8 in which U+FFFD stands for what is not valid. Read as by `readInput`. Raises `InputError`.
+NSString textOfInput(const std::string &path, double patienceSeconds);
 
 }  // namespace nimbo

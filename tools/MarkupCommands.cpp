@@ -40,7 +40,7 @@ NSDictionary valueOfTag(const TagShape &tag, const id &missing) {
 }
 
 int runTags(const CommonOptions &options, const Operands &operands) {
-  const NSString string = textOfInput(operands.front());
+  const NSString string = textOfInput(operands.front(), options.timeoutSeconds);
   // A property list has no null.
   const id missing = options.propertyList ? id() : id(NSNull());
   if (options.pretty || options.propertyList) {
@@ -100,7 +100,7 @@ int runStrip(const StripOptions &options, const Operands &operands) {
   if (operands.size() > 1 && bodies.empty() && except.empty())
     throw UsageError("'" + operands[1] + "' is too much for strip");
 
-  const NSString string = textOfInput(operands.front());
+  const NSString string = textOfInput(operands.front(), options.timeoutSeconds);
   NSString result;
   if (options.tag)
     result = stripTag(string, tag.c_str());

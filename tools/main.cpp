@@ -56,7 +56,7 @@ int main(int argumentCount, char **arguments) {
     return kExitOutputFailed;
   } catch (const InputError &error) {
     writeMessage(error.what());
-    return exitCodeForError(error.code());
+    return error.code() == ErrorCode::timeLimit ? kExitTimedOut : exitCodeForError(error.code());
   } catch (const std::exception &error) {
     writeMessage(error.what());
     return kExitNil;

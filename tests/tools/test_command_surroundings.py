@@ -197,6 +197,20 @@ class HelperTest(CommandTestCase):
         self.assertEqual((done.returncode, json.loads(done.stdout)["attributed"]), (0, False))
         self.assertEqual(done.stderr, b"quiverleaf: a.pdf: two pages are damaged\n")
 
+    def test_an_input_that_does_not_come(self):
+        os.mkfifo(self.folder / "silent")
+        for command in ("pdf", "text", "strip", "tags", "decode"):
+            self.assert_fails(4, "silent: nothing came within", "--timeout", "0.2", command, "silent")
+        # Pauses shorter than that are no matter, nor is who writes how slowly before.
+        with subprocess.Popen([COMMAND, "--timeout", "2", "text", "silent"], env=self.environment, cwd=self.folder,
+                              stdout=subprocess.PIPE) as process:  # fmt: skip
+            with open(self.folder / "silent", "wb") as writer:
+                for word in (b"<p>one", b" two", b" three"):
+                    writer.write(word)
+                    writer.flush()
+                    time.sleep(0.2)
+            self.assertEqual(process.communicate()[0], b"one two three\n")
+
     def test_time_limits(self):
         self.environment["FAKE_HELPER_DOES"] = "slow:"
         self.assertIn("stringWithPDF", self.answer("pdf", "a.pdf"))

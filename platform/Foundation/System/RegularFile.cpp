@@ -2,6 +2,7 @@
 #include "platform/Foundation/System/RegularFile.hpp"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 #include <memory>
 #include <new>
 
+#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/System/LargeBytes.hpp"
 
 namespace nimbo {
@@ -18,6 +20,17 @@ namespace {
 
 /// The first room when there is more than expected: pipes and files of /proc do not tell their length.
 constexpr std::size_t kSmallestRoom = 64u << 10;
+
+/// Waits until there is something to read, or the end. A FIFO that nobody writes to has neither.
+bool comesWithin(double seconds, int descriptor) {
+  if (std::isinf(seconds)) return true;
+  const Deadline deadline = Deadline::after(seconds);
+  pollfd state = {descriptor, POLLIN, 0};
+  int ready = 0;
+  do ready = ::poll(&state, 1, deadline.remainingMilliseconds());
+  while (ready < 0 && errno == EINTR);
+  return ready != 0;
+}
 
 }  // namespace
 
@@ -48,13 +61,18 @@ FileDescriptor openRegularFile(const NSString &path, std::uint64_t *size, NSErro
   return file;
 }
 
-NSData readData(int descriptor, std::uint64_t expectedLength, std::uint32_t maximumLength, NSError *error) {
+NSData readData(int descriptor, std::uint64_t expectedLength, std::uint32_t maximumLength, NSError *error,
+                double patienceSeconds) {
   // One byte more than expected, so that the end is seen without growing.
   std::size_t capacity = static_cast<std::size_t>(std::min<std::uint64_t>(expectedLength, maximumLength)) + 1;
   std::size_t length = 0;
   std::unique_ptr<void, decltype(&std::free)> buffer(allocateBytes(capacity), &std::free);
   while (buffer) {
     const std::size_t room = std::min<std::size_t>(capacity, maximumLength) - length;
+    if (!comesWithin(patienceSeconds, descriptor)) {
+      setError(error, ErrorCode::timeLimit, "nothing came within the time limit");
+      return NSData();
+    }
     const ssize_t got = room > 0 ? ::read(descriptor, static_cast<char *>(buffer.get()) + length, room) : 0;
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
