@@ -2,13 +2,14 @@
 #include "platform/CoreServices/CFPlugIn.hpp"
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <algorithm>
+#include <map>
 #include <string>
 #include <unordered_set>
 
+#include "platform/CoreServices/TrustedFiles.hpp"
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
@@ -30,57 +31,59 @@ id objectForUUID(const NSDictionary &dictionary, const CFUUIDBytes &uuid) {
   return id();
 }
 
-/// Why the file or folder must not be trusted; nil when it may.
-NSError errorForDistrust(const NSString &path, mode_t kind) {
-  const auto name = path.fileSystemRepresentation();
-  struct stat info = {};
-  const auto because = [&](ErrorCode code, std::string_view reason) {
-    return NSError::errorWithCode(code, path.UTF8String().append(" ").append(reason));
-  };
-  if (!name || ::lstat(name->c_str(), &info) != 0) return because(ErrorCode::noSuchFile, "is missing");
-  if ((info.st_mode & S_IFMT) != kind)
-    return because(ErrorCode::unreadable,
-                   S_ISLNK(info.st_mode) ? "is a symbolic link" : "is of the wrong kind");
-  if (info.st_uid != 0 && info.st_uid != ::geteuid())
-    return because(ErrorCode::unreadable, "belongs to another user");
-  if (info.st_mode & (S_IWGRP | S_IWOTH))
-    return because(ErrorCode::unreadable, "is writable by others than its owner");
-  return NSError();
-}
-
 void logRefusalOnce(const NSString &bundlePath, const NSError &error) {
   static std::unordered_set<NSString, NSStringHash> logged;
   if (logged.insert(bundlePath).second)
     NSLog(u"The plug-in %@ is not loaded: %@", bundlePath, error.localizedFailureReason);
 }
 
+/// A path to the open folder that never comes to mean another one: to the dynamic linker a name that it met
+/// once is the same library or folder for ever.
+std::string lastingPath(FileDescriptor folder) {
+  static std::map<std::pair<dev_t, ino_t>, FileDescriptor> kept;
+  struct stat info = {};
+  if (::fstat(folder.get(), &info) != 0) return std::string();
+  const auto [entry, isNew] = kept.try_emplace({info.st_dev, info.st_ino}, std::move(folder));
+  return pathOfDescriptor(entry->second.get());
+}
+
+/// The library in the bundle's folder of libraries; null, with `*error`, when it cannot be loaded.
+void *openLibrary(const NSString &bundlePath, FileDescriptor folder, const std::string &name, NSError *error) {
+  // By its name in a folder that nobody else can change, as its dependencies may be named relative to that.
+  const std::string path = lastingPath(std::move(folder));
+  void *library = ::dlopen((path + "/" + name).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  if (library) return library;
+  const char *message = ::dlerror();
+  std::string reason = message ? message : "its library cannot be loaded";
+  if (reason.starts_with(path + "/"))
+    reason.replace(0, path.size(), stringByAppendingPathComponent(bundlePath, u"Contents/Linux"_ns).UTF8String());
+  setError(error, ErrorCode::damaged, reason);
+  return nullptr;
+}
+
 /// The library of the bundle after `*info`, its information, was read, and nothing in it is found that must not
 /// be trusted; null, with `*error`, when it cannot be loaded.
 void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error) {
-  const NSBundle bundle(bundlePath);
-  const NSString contents = stringByAppendingPathComponent(bundlePath, u"Contents"_ns);
-  const std::pair<NSString, mode_t> trusted[] = {
-      // The path loses the slashes at its end, with which a symbolic link would be followed.
-      {stringByAppendingPathComponent(bundlePath, NSString::string()), S_IFDIR},
-      {contents, S_IFDIR},
-      {stringByAppendingPathComponent(contents, u"Info.plist"_ns), S_IFREG},
-      {stringByAppendingPathComponent(contents, u"Linux"_ns), S_IFDIR},
-  };
-  for (const auto &[path, kind] : trusted)
-    if ((*error = errorForDistrust(path, kind))) return nullptr;
-  *info = bundle.infoDictionary(error);
+  // The path loses the slashes at its end, with which a symbolic link would be followed.
+  const auto path = stringByAppendingPathComponent(bundlePath, NSString::string()).fileSystemRepresentation();
+  const FileDescriptor bundle = openTrusted(AT_FDCWD, path.value_or(std::string()), S_IFDIR, error);
+  if (!bundle || !holderIsTrusted(bundle.get(), error)) return nullptr;
+  const FileDescriptor contents = openTrusted(bundle.get(), "Contents", S_IFDIR, error);
+  if (!contents) return nullptr;
+  const FileDescriptor information = openTrusted(contents.get(), "Info.plist", S_IFREG, error);
+  if (!information) return nullptr;
+  FileDescriptor libraries = openTrusted(contents.get(), "Linux", S_IFDIR, error);
+  if (!libraries) return nullptr;
+  *info = NSBundle::infoDictionaryOfFile(
+      NSString::stringWithFileSystemRepresentation(pathOfDescriptor(information.get())), error);
   if (!*info) return nullptr;
-  const NSString executable = bundle.executablePath();
-  if (!executable) {
+  const auto name = NSBundle::executableName(*info).fileSystemRepresentation();
+  if (!name) {
     setError(error, ErrorCode::damaged, "its library is not named");
     return nullptr;
   }
-  if ((*error = errorForDistrust(executable, S_IFREG))) return nullptr;
-  void *library =
-      ::dlopen(executable.fileSystemRepresentation()->c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-  const char *reason = library ? nullptr : ::dlerror();
-  if (!library) setError(error, ErrorCode::damaged, reason ? reason : "its library cannot be loaded");
-  return library;
+  if (!openTrusted(libraries.get(), *name, S_IFREG, error)) return nullptr;
+  return openLibrary(bundlePath, std::move(libraries), *name, error);
 }
 
 }  // namespace

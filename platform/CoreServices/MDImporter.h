@@ -23,7 +23,8 @@
  * identifier is one that you make up. Content types are uniform type identifiers such as "com.adobe.pdf".
  *
  * The bundle, every folder and file named above, must belong to root or to the user, must not be a symbolic
- * link, and must not be writable by group or others; else it is not loaded.
+ * link, and must not be writable by group or others; else it is not loaded. The folder that holds the bundle
+ * must belong to root or to the user too, and not be writable by group or others unless it is sticky.
  *
  * The library is loaded into the helper's process when a file of one of its types comes first, and is never
  * unloaded. Everything runs on one thread. A crash or a hang ends the helper, and costs that one request.

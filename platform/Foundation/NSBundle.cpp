@@ -42,9 +42,12 @@ NSBundle NSBundle::bundleForAddress(const void *address) {
 }
 
 NSDictionary NSBundle::infoDictionary(NSError *error) const {
+  return infoDictionaryOfFile(stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns), error);
+}
+
+NSDictionary NSBundle::infoDictionaryOfFile(const NSString &path, NSError *error) {
   std::uint64_t size = 0;
-  const FileDescriptor file =
-      openRegularFile(stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns), &size, error);
+  const FileDescriptor file = openRegularFile(path, &size, error);
   if (!file) return NSDictionary();
   // One byte more than may be, by which a file is known that is too large or has grown.
   const NSData data = readData(file.get(), size, kMaximumInfoBytes + 1, error);
@@ -63,11 +66,17 @@ id NSBundle::objectForInfoDictionaryKey(const NSString &key) const {
 }
 
 NSString NSBundle::executablePath() const {
-  const NSString name = objectForInfoDictionaryKey(u"CFBundleExecutable"_ns).string();
+  const NSString name = executableName(infoDictionary());
+  if (!name) return NSString();
+  return stringByAppendingPathComponent(stringByAppendingPathComponent(path_, u"Contents/Linux"_ns), name);
+}
+
+NSString NSBundle::executableName(const NSDictionary &info) {
+  NSString name = info.objectForKey(u"CFBundleExecutable"_ns).string();
   if (name.length() == 0 || name.view() == u"." || name.view() == u".." ||
       name.view().find(u'/') != std::u16string_view::npos)
     return NSString();
-  return stringByAppendingPathComponent(stringByAppendingPathComponent(path_, u"Contents/Linux"_ns), name);
+  return name;
 }
 
 std::vector<NSString> NSBundle::preferredLocalizations() const {

@@ -33,10 +33,14 @@ class NSBundle {
   /// The content of Info.plist, read on every call. Nil when there is none that can be read, or it is no
   /// dictionary; `*error` says why.
   NSDictionary infoDictionary(NSError *error = nullptr) const;
+  /// The content of an information file, at whatever path; else as `infoDictionary`.
+  static NSDictionary infoDictionaryOfFile(const NSString &path, NSError *error = nullptr);
   /// The value under the key of `infoDictionary`; nil when there is none.
   id objectForInfoDictionaryKey(const NSString &key) const;
   /// Where the file that CFBundleExecutable names should be. Nil when that is missing or no plain file name.
   NSString executablePath() const;
+  /// What the information names as CFBundleExecutable. Nil when that is missing or no plain file name.
+  static NSString executableName(const NSDictionary &info);
   /// The names of the user's languages, the one they like best first, each that has a region or a variant with
   /// the plain one behind it: "pt_BR", "pt", "en". From `$LANGUAGE`, `$LC_ALL`, `$LC_MESSAGES` and `$LANG`, on
   /// each call. Bundles have no localisations of their own that would leave any out.
