@@ -56,7 +56,8 @@ void *openLibrary(const NSString &bundlePath, FileDescriptor folder, const std::
   const char *message = ::dlerror();
   std::string reason = message ? message : "its library cannot be loaded";
   if (reason.starts_with(path + "/"))
-    reason.replace(0, path.size(), stringByAppendingPathComponent(bundlePath, u"Contents/Linux"_ns).UTF8String());
+    reason.replace(0, path.size(),
+                   stringByAppendingPathComponent(bundlePath, u"Contents/Linux"_ns).UTF8String());
   setError(error, ErrorCode::damaged, reason);
   return nullptr;
 }

@@ -82,8 +82,8 @@ class CFPlugIn {
 /// Loads a bundle. Nothing when it cannot be loaded, or must not be: the bundle, its folders "Contents" and
 /// "Contents/Linux", its information file and its library must belong to root or the user, be no symbolic
 /// links, and not be writable by group or others; so must the folder that holds it, which may be sticky instead
-/// and reached by links. What is loaded is what was checked. `*error` says why, and the log, once for each bundle.
-/// A descriptor stays open for each bundle.
+/// and reached by links. What is loaded is what was checked. `*error` says why, and the log, once for each
+/// bundle. A descriptor stays open for each bundle.
 std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath, NSError *error = nullptr);
 
 /// The factories that the bundle's CFPlugInTypes names for a type, in its order.

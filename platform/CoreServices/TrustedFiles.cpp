@@ -21,7 +21,8 @@ NSError because(ErrorCode code, const std::filesystem::path &place, std::string_
   return NSError::errorWithCode(code, path.UTF8String().append(" ").append(reason));
 }
 
-/// Why what was opened must not be trusted; nil when it may. Sticky folders may be open to all if `allowsSticky`.
+/// Why what was opened must not be trusted; nil when it may. Sticky folders may be open to all if
+/// `allowsSticky`.
 NSError errorForDistrust(int descriptor, mode_t kind, bool allowsSticky) {
   struct stat info = {};
   if (::fstat(descriptor, &info) != 0) return NSError::errorWithFileErrno(errno);

@@ -19,9 +19,9 @@
 namespace nimbo {
 
 /// What stands at `name`, below the open folder unless that is AT_FDCWD, opened with O_PATH. Nothing, with
-/// `*error`, unless it is of the kind, a file type of `st_mode`, belongs to root or the user and is not writable
-/// by group or others. A symbolic link is none of these kinds. Links and folders further up in `name` are not
-/// looked at.
+/// `*error`, unless it is of the kind, a file type of `st_mode`, belongs to root or the user and is not
+/// writable by group or others. A symbolic link is none of these kinds. Links and folders further up in `name`
+/// are not looked at.
 FileDescriptor openTrusted(int folder, const std::string &name, mode_t kind, NSError *error);
 
 /// Whether only root and the user can exchange the open folder, as far as the folder that holds it says: it

@@ -1,11 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/CoreServices/CFPlugIn.hpp"
 
+#include <dlfcn.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <functional>
+#include <thread>
 
 #include "Classes/Collections/NSObject+NSObjectNimboExtensions.hpp"
+#include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSObject.hpp"
 #include "tests/support/ImporterBundle.hpp"
@@ -77,6 +84,71 @@ TEST(CFPlugIn, LoadsOnlyWhatNobodyElseCanChange) {
       {"Contents/Linux/library.so", [](const fs::path &it) { fs::resize_file(it, 99); }, ErrorCode::damaged},
   };
   for (const auto &[path, tamper, code] : cases) EXPECT_EQ(refusal(path, tamper), code) << path;
+}
+
+TEST(CFPlugIn, LoadsOnlyFromFoldersInWhichNobodyElseCanExchangeIt) {
+  const struct {
+    mode_t mode;
+    ErrorCode code;
+  } cases[] = {{0755, ErrorCode::none},
+               {0775, ErrorCode::unreadable},
+               {0757, ErrorCode::unreadable},
+               {0777, ErrorCode::unreadable},
+               {01777, ErrorCode::none}};
+  for (const auto &[mode, code] : cases)
+    EXPECT_EQ(refusal("..", [mode = mode](const fs::path &it) { ::chmod(it.c_str(), mode); }), code) << mode;
+
+  const TemporaryFolder folder;
+  ImporterBundle{{}, TEST_PLUGIN, {}}.writeTo(folder, "real/x.mdimporter");
+  fs::create_symlink("real", folder.path() / "link");
+  EXPECT_TRUE(CFPlugInCreate(folder.string("link/x.mdimporter")));
+}
+
+TEST(CFPlugIn, LoadsNothingOfOtherUsers) {
+  if (::geteuid() != 0) GTEST_SKIP() << "Only root can give files away.";
+  for (const char *path :
+       {"..", "", "Contents", "Contents/Info.plist", "Contents/Linux", "Contents/Linux/library.so"})
+    EXPECT_EQ(refusal(path, [](const fs::path &it) { ASSERT_EQ(::chown(it.c_str(), 65534, 65534), 0); }),
+              ErrorCode::unreadable)
+        << path;
+}
+
+TEST(CFPlugIn, LoadsNothingThatIsExchangedUnderItsHands) {
+  const ImporterBundle content{{}, TEST_PLUGIN, {}};
+  for (int round = 0; round < 40; ++round) {
+    const TemporaryFolder folder;
+    const NSString bundle = content.writeTo(folder, "good.mdimporter");
+    content.writeTo(folder, "bad.mdimporter");
+    const fs::path good = folder.path() / "good.mdimporter", bad = folder.path() / "bad.mdimporter";
+    fs::permissions(bad, fs::perms::others_write, fs::perm_options::add);
+    std::jthread exchanges([&](const std::stop_token &stop) {
+      bool areExchanged = false;
+      while (!stop.stop_requested() || areExchanged)
+        if (::renameat2(AT_FDCWD, good.c_str(), AT_FDCWD, bad.c_str(), RENAME_EXCHANGE) == 0)
+          areExchanged = !areExchanged;
+    });
+    for (int i = 0; i < 20 && !CFPlugInCreate(bundle); ++i) std::this_thread::yield();
+    exchanges.request_stop();
+    exchanges.join();
+    ASSERT_EQ(::dlopen((bad / "Contents/Linux/library.so").c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << round;
+  }
+}
+
+TEST(CFPlugIn, FindsLibrariesRelativeToItsOwn) {
+  const TemporaryFolder folder;
+  const ImporterBundle split{{}, SPLIT_TEST_PLUGIN, {"makeSplitImporter"}};
+  // What the linker learns from a bundle that lacks a library does not hold for the next bundle.
+  EXPECT_FALSE(CFPlugInCreate(split.writeTo(folder, "x.mdimporter")));
+  const NSString whole = split.writeTo(folder, "y.mdimporter");
+  fs::create_directory(folder.path() / "y.mdimporter/Contents/Parts");
+  fs::copy(SPLIT_TEST_PLUGIN_PART, folder.path() / "y.mdimporter/Contents/Parts");
+  NSError error;
+  const auto plugIn = CFPlugInCreate(whole, &error);
+  ASSERT_TRUE(plugIn) << error.localizedFailureReason.UTF8String();
+  const CFUUIDBytes type = std::to_array(kMDImporterTypeID);
+  const auto factories = CFPlugInFindFactoriesForPlugInTypeInPlugIn(type, *plugIn);
+  ASSERT_EQ(factories.size(), 1u);
+  EXPECT_TRUE(CFPlugInInstanceCreate(*plugIn, factories[0], type));
 }
 
 TEST(CFPlugIn, LogsARefusalOnce) {
