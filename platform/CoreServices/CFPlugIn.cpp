@@ -38,7 +38,7 @@ void logRefusalOnce(const NSString &bundlePath, const NSError &error) {
 }
 
 /// A path to the open folder that never comes to mean another one: to the dynamic linker a name that it met
-/// once is the same library or folder for ever.
+/// once is the same library or folder for ever. Empty when the folder's disk fails.
 std::string lastingPath(FileDescriptor folder) {
   static std::map<std::pair<dev_t, ino_t>, FileDescriptor> kept;
   struct stat info = {};
@@ -51,7 +51,8 @@ std::string lastingPath(FileDescriptor folder) {
 void *openLibrary(const NSString &bundlePath, FileDescriptor folder, const std::string &name, NSError *error) {
   // By its name in a folder that nobody else can change, as its dependencies may be named relative to that.
   const std::string path = lastingPath(std::move(folder));
-  void *library = ::dlopen((path + "/" + name).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  void *library =
+      path.empty() ? nullptr : ::dlopen((path + "/" + name).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   if (library) return library;
   const char *message = ::dlerror();
   std::string reason = message ? message : "its library cannot be loaded";
