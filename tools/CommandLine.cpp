@@ -65,8 +65,10 @@ const Option &optionOfWord(const std::string &word, const std::vector<Option> &a
 const std::vector<Option> &commonOptions() {
   static const std::vector<Option> options = {
       {"no-start", &CommonOptions::noStart, nullptr, "do not start a helper when none is registered"},
-      {"timeout", &CommonOptions::timeoutSeconds, "SECONDS", "how long the work, or a pause of the input, may take (default 15)"},
-      {"wait", &CommonOptions::waitingSeconds, "SECONDS", "how long to wait for the work to begin (default 300)"},
+      {"timeout", &CommonOptions::timeoutSeconds, "SECONDS",
+       "how long the work, or a pause of the input, may take (default 15)"},
+      {"wait", &CommonOptions::waitingSeconds, "SECONDS",
+       "how long to wait for the work to begin (default 300)"},
       {"pretty", &CommonOptions::pretty, nullptr, "indent the JSON"},
       {"plist", &CommonOptions::propertyList, nullptr, "print an XML property list instead of JSON"},
       {"help", &CommonOptions::help, nullptr, "show help"},

@@ -117,8 +117,8 @@ int runStatus(const CommonOptions &options, const Operands &) {
   const auto state = clientWithOptions(options).helperState();
   if (!state || !state->isRunning) {
     writeMessage("no helper is registered");
-    if (state && state->record.isWorking) writeMessage("the last one ended while it worked on " +
-                   HelperClient::describedRequest(state->record));
+    if (state && state->record.isWorking)
+      writeMessage("the last one ended while it worked on " + HelperClient::describedRequest(state->record));
     return kExitUnreachable;
   }
   NSDictionary result = dictionaryOfRecord(state->record);

@@ -32,9 +32,8 @@ NSData readAll(int descriptor, const std::string &name, double patienceSeconds) 
   const bool isTooLarge = announced > kMaximumInputBytes;
   // One byte more than may be, by which inputs are known that do not announce their size.
   if (::isatty(descriptor)) patienceSeconds = HUGE_VAL;
-  NSData data = isTooLarge
-                    ? NSData()
-                    : readData(descriptor, announced, kMaximumInputBytes + 1, &error, patienceSeconds);
+  NSData data =
+      isTooLarge ? NSData() : readData(descriptor, announced, kMaximumInputBytes + 1, &error, patienceSeconds);
   if (isTooLarge || data.length() > kMaximumInputBytes)
     fail(ErrorCode::tooLarge, "the file is larger than " + std::to_string(kMaximumInputBytes) + " bytes");
   if (!data) throw InputError(name, error);

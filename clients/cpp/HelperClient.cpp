@@ -149,7 +149,8 @@ std::string HelperClient::programToStart(std::string *message) const {
 
 std::vector<std::string> HelperClient::helperArguments() const {
   std::vector<std::string> arguments = {"--abandoned-work-seconds", kAbandonedWorkSeconds};
-  if (options_.idleMinutes > 0) arguments.insert(arguments.end(), {"--idle-minutes", numberText(options_.idleMinutes)});
+  if (options_.idleMinutes > 0)
+    arguments.insert(arguments.end(), {"--idle-minutes", numberText(options_.idleMinutes)});
   return arguments;
 }
 
@@ -170,8 +171,9 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
     }
     endSession();
   }
-  return failure(Status::unreachable, "The helper ended, or closed the connection, before it began the request, " +
-                                          std::to_string(kAttempts) + " times");
+  return failure(Status::unreachable,
+                 "The helper ended, or closed the connection, before it began the request, " +
+                     std::to_string(kAttempts) + " times");
 }
 
 /// Nil, the empty path and what cannot be one go as they are: they are the helper's to refuse.
@@ -265,7 +267,8 @@ std::optional<HelperClient::State> HelperClient::helperState() const {
   if (!record) return std::nullopt;
   bool isBusy = false;
   const HelperConnection connection = connectToHelper(options_.name, Seconds::zero(), &isBusy);
-  const bool isRunning = isBusy ? ::kill(record->process, 0) == 0 : connection.process.number == record->process;
+  const bool isRunning =
+      isBusy ? ::kill(record->process, 0) == 0 : connection.process.number == record->process;
   return State{isRunning, std::move(*record)};
 }
 

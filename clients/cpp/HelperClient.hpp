@@ -15,9 +15,9 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// Calls the helper over its named connection. Starts one when none is registered, gives every call a time
-/// limit, and replaces a helper that died or hangs. The helper says when it begins a request: only a request that
-/// has begun can fail with the helper, and one that has not is sent again to the next helper. So a bad document,
-/// a crash or a kill costs one request, whoever else waits. Used from one thread at a time.
+/// limit, and replaces a helper that died or hangs. The helper says when it begins a request: only a request
+/// that has begun can fail with the helper, and one that has not is sent again to the next helper. So a bad
+/// document, a crash or a kill costs one request, whoever else waits. Used from one thread at a time.
 ///
 /// Relative paths that an operation is given count from this process's working directory; when that is gone,
 /// the request is invalid. The empty path stays empty, and "~" is a name like any other. An operation answers

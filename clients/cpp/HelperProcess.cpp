@@ -101,8 +101,8 @@ HelperProcess spawn(const std::string &path, const std::vector<std::string> &opt
   arguments.push_back(nullptr);
   const SpawnSettings settings;
   pid_t child = 0;
-  const int failure =
-      ::posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes, arguments.data(), environ);
+  const int failure = ::posix_spawn(&child, program.c_str(), &settings.actions, &settings.attributes,
+                                    arguments.data(), environ);
   if (failure != 0) {
     *message = "Cannot start " + program + ": " + std::strerror(failure);
     return {};
@@ -161,7 +161,9 @@ bool HelperProcess::isProgramGone() const {
   // The kernel says so behind the name that the file had.
   constexpr std::string_view kGone = " (deleted)";
   std::error_code error;
-  return std::filesystem::read_symlink("/proc/" + std::to_string(number) + "/exe", error).native().ends_with(kGone);
+  return std::filesystem::read_symlink("/proc/" + std::to_string(number) + "/exe", error)
+      .native()
+      .ends_with(kGone);
 }
 
 bool isConnectionStale(const FileDescriptor &socket) {

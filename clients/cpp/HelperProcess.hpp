@@ -51,9 +51,9 @@ bool isConnectionStale(const FileDescriptor &socket);
 HelperConnection connectToHelper(const NSString &name, std::chrono::duration<double> limit,
                                  bool *isBusy = nullptr);
 
-/// Starts the helper program at `path`, which has to register under `name`, with these arguments, in a session of
-/// its own, with standard streams on /dev/null, and waits until it answers. Of several clients that do so at once one starts
-/// a helper, and all connect to it. Nothing when that fails; `*message` then says why.
+/// Starts the helper program at `path`, which has to register under `name`, with these arguments, in a session
+/// of its own, with standard streams on /dev/null, and waits until it answers. Of several clients that do so at
+/// once one starts a helper, and all connect to it. Nothing when that fails; `*message` then says why.
 HelperConnection startHelper(const NSString &name, const std::string &path,
                              const std::vector<std::string> &arguments, std::string *message);
 

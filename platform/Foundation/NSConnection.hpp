@@ -67,8 +67,8 @@ class NSConnection {
   /// How often to look whether clients still find the name; a connection that they do not find is invalidated.
   /// Every 30 seconds at first.
   void setReachabilityInterval(double seconds);
-  /// Gives the name up and begins no further request. Requests that wait are dropped unbegun: their clients send
-  /// them to whoever serves the name next.
+  /// Gives the name up and begins no further request. Requests that wait are dropped unbegun: their clients
+  /// send them to whoever serves the name next.
   void invalidate();
   /// Called once, from the run loop or from `invalidate`, when the connection has been invalidated and the
   /// replies are out that clients were taking.

@@ -188,7 +188,6 @@ TEST_F(HelperClientTest, AHungHelperCostsOneRequest) {
   EXPECT_NE(::kill(hung, 0), 0);
   EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
   EXPECT_NE(client.helperProcessIdentifier(), hung);
-
 }
 
 TEST_F(HelperClientTest, TheTimeLimitIsOfWork) {

@@ -138,7 +138,8 @@ bool decodeMessage(const NSData &body, ConnectionAnswer *answer) {
   if (message.objectForKey(u"Reply"_ns)) return readReply(message, &answer->emplace<ConnectionReply>());
   *answer = std::monostate();
   if (const auto serial = message.objectForKey(u"Begun"_ns).integer()) *answer = ConnectionBegun{*serial};
-  if (const NSDictionary helper = message.objectForKey(u"Helper"_ns).dictionary()) *answer = readGreeting(helper);
+  if (const NSDictionary helper = message.objectForKey(u"Helper"_ns).dictionary())
+    *answer = readGreeting(helper);
   return true;
 }
 

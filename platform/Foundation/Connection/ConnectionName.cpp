@@ -104,7 +104,8 @@ FileDescriptor openBesideSocket(const FileDescriptor &folder, const std::string 
 /// What is in the socket's place; nothing when that is empty or cannot be seen.
 std::optional<struct stat> fileInPlace(const FileDescriptor &folder, const std::string &fileName) {
   struct stat info = {};
-  if (!folder || ::fstatat(folder.get(), fileName.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
+  if (!folder || ::fstatat(folder.get(), fileName.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0)
+    return std::nullopt;
   return info;
 }
 
@@ -145,7 +146,8 @@ FileDescriptor openExistingConnectionFolder(NSString *error) {
   return folder;
 }
 
-ConnectionListener listenOnConnectionName(const NSString &name, const ConnectionRecord &record, NSString *error) {
+ConnectionListener listenOnConnectionName(const NSString &name, const ConnectionRecord &record,
+                                          NSString *error) {
   const FileDescriptor folder = openConnectionFolder(error);
   if (!folder) return {};
   const auto fileName = fileNameOfConnection(name);
@@ -207,7 +209,8 @@ FileDescriptor connectToConnectionName(const NSString &name, double timeoutSecon
   sockaddr_un address;
   if (!folder || !fileName || !makeAddress(folder, *fileName, &address)) return FileDescriptor();
   const auto info = fileInPlace(folder, *fileName);
-  if (!info || !S_ISSOCK(info->st_mode) || info->st_uid != ::geteuid() || (info->st_mode & 07777) != kSocketMode)
+  if (!info || !S_ISSOCK(info->st_mode) || info->st_uid != ::geteuid() ||
+      (info->st_mode & 07777) != kSocketMode)
     return FileDescriptor();
 
   FileDescriptor socket = makeSocket();

@@ -44,7 +44,8 @@ struct ConnectionListener {
 ConnectionListener listenOnConnectionName(const NSString &name, const ConnectionRecord &record,
                                           NSString *error = nullptr);
 
-/// Whether clients that look for `name` find this listener: its folder and its socket are still in their places.
+/// Whether clients that look for `name` find this listener: its folder and its socket are still in their
+/// places.
 bool isReachable(const ConnectionListener &listener, const NSString &name);
 
 /// Takes the socket out of its place, for clients to see that nobody serves the name any more.

@@ -71,7 +71,8 @@ ConnectionRecord recordOfDictionary(const NSDictionary &values) {
   record.input = values.objectForKey(u"Input"_ns).string();
   record.client = integer(values.objectForKey(u"Client"_ns));
   record.begun = values.objectForKey(u"Begun"_ns).date().value_or(NSDate());
-  for (const id &process : values.objectForKey(u"Waiting"_ns).array()) record.waiting.push_back(integer(process));
+  for (const id &process : values.objectForKey(u"Waiting"_ns).array())
+    record.waiting.push_back(integer(process));
   return record;
 }
 
@@ -110,8 +111,8 @@ void writeConnectionRecord(const FileDescriptor &file, const ConnectionRecord &r
 
 void writeConnectionRecordIsIdle(const FileDescriptor &file) {
   const auto isWorking = bigEndian(0);
-  if (file)
-    [[maybe_unused]] const ssize_t written = ::pwrite(file.get(), isWorking.data(), isWorking.size(), 0);
+  if (file) [[maybe_unused]]
+    const ssize_t written = ::pwrite(file.get(), isWorking.data(), isWorking.size(), 0);
 }
 
 std::optional<ConnectionRecord> readConnectionRecord(const FileDescriptor &file) {

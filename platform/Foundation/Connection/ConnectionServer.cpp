@@ -363,7 +363,8 @@ void ConnectionServer::awaitConnections(bool awaits) {
 /// Ends the service when nobody uses it any more, or nobody can reach it.
 void ConnectionServer::checkOwnLife() {
   if (isServing_) return;
-  const bool isIdle = std::all_of(clients_.begin(), clients_.end(), [](const auto &client) { return client->isIdle(); });
+  const bool isIdle =
+      std::all_of(clients_.begin(), clients_.end(), [](const auto &client) { return client->isIdle(); });
   if (idleEnd_.isOver()) {
     if (isIdle) return invalidate();
     idleEnd_ = Deadline::after(idleSeconds_);

@@ -23,8 +23,8 @@ namespace NIMBO_PUBLIC nimbo {
 FileDescriptor openRegularFile(const NSString &path, std::uint64_t *size, NSError *error = nullptr);
 
 /// What is read from the descriptor to its end, but no more than `maximumLength` bytes, which is at most
-/// `NSNotFound`. `expectedLength` is a guess; a right one saves copying. Nil when reading fails, or when nothing
-/// comes for `patienceSeconds`; `*error` says why. Throws std::bad_alloc.
+/// `NSNotFound`. `expectedLength` is a guess; a right one saves copying. Nil when reading fails, or when
+/// nothing comes for `patienceSeconds`; `*error` says why. Throws std::bad_alloc.
 NSData readData(int descriptor, std::uint64_t expectedLength, std::uint32_t maximumLength,
                 NSError *error = nullptr, double patienceSeconds = HUGE_VAL);
 

@@ -365,7 +365,8 @@ TEST_F(NSConnectionTest, ALongRequestIsInBeforeTheNextOneBegins) {
   startHelper();
   RawClient first, second;
   const std::string bytes(24u << 20, 'x');
-  const std::string large = request(u"length:"_ns, {{u"length"_ns, NSData::dataWithBytes(bytes.data(), bytes.size())}});
+  const std::string large =
+      request(u"length:"_ns, {{u"length"_ns, NSData::dataWithBytes(bytes.data(), bytes.size())}});
   first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.3}}) + note(1, 2));
   ASSERT_TRUE(first.next<ConnectionBegun>());
   // The note is there first, but would wait for the large request only while that moves.
