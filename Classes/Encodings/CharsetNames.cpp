@@ -103,7 +103,7 @@ constexpr NumberRule kNumberRules[] = {
     {885915, kCFStringEncodingISOLatin9},
     {885916, kCFStringEncodingISOLatin10},
 };
-static_assert(std::ranges::is_sorted(kNumberRules, {}, &NumberRule::number));
+static_assert(std::ranges::is_sorted(kNumberRules, std::ranges::less_equal(), &NumberRule::number));
 
 /// What pages write for 8859-1.
 constexpr std::uint32_t kLatin1Numbers[] = {8591,  8859,  80591, 85591, 88191, 88391,  88581,

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/clients/HelperFixture.hpp"
+#include "tests/support/Interruptions.hpp"
 
 namespace nimbo {
 namespace {
@@ -182,6 +183,7 @@ TEST_F(HelperClientTest, TheProgramIsNamedFromTheWorkingDirectory) {
 }
 
 TEST_F(HelperClientTest, AHungHelperCostsOneRequest) {
+  const Interruptions interruptions;
   HelperClient client = clientWithTimeout(0.2);
   const int hung = client.helperProcessIdentifier();
   EXPECT_EQ(sleepFor(client, 30).status, Status::timedOut);
@@ -268,13 +270,14 @@ TEST_F(HelperClientTest, ACrashCostsExactlyOneRequest) {
   HelperClient client;
   std::vector<Status> statuses;
   for (int i = 0; i < 30; ++i) {
+    const int helper = client.helperProcessIdentifier();
     // Between two calls a death costs nothing.
     if (i == 20) {
-      const int helper = client.helperProcessIdentifier();
       ::kill(helper, SIGKILL);
       ::waitpid(helper, nullptr, 0);
     }
     statuses.push_back(client.call(i == 10 ? u"crash"_ns : u"nil"_ns, {}).status);
+    EXPECT_EQ(::kill(helper, 0) != 0, i == 10 || i == 20) << "the call ends after its helper";
   }
   for (std::size_t i = 0; i < statuses.size(); ++i)
     EXPECT_EQ(statuses[i], i == 10 ? Status::died : Status::nil) << i;

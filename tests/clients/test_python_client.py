@@ -287,6 +287,9 @@ class BadHelperTest(HelperTestCase):
         with self.assertRaisesRegex(HelperUnreachable, "others may write"):
             self.helper.ping()
         os.chmod(self.folder, 0o700)
+        # Of a user that this one is not.
+        with mock.patch("os.geteuid", return_value=65534), self.assertRaisesRegex(HelperUnreachable, "another user"):
+            self.helper.ping()
         with mock.patch.dict(os.environ, {"QUIVERLEAF_RUNTIME_DIR": "relative"}), self.assertRaises(HelperUnreachable):
             self.helper.ping()
 

@@ -6,6 +6,7 @@
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
 #include "tests/support/FileReaders.hpp"
+#include "tests/support/PDFSamples.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -77,14 +78,29 @@ TEST_F(Importers, LockedPDF) {
   EXPECT_FALSE(locked.objectForKey(u"kMDItemTitle"_ns));
 }
 
-TEST_F(Importers, PagesAreMeasuredAsTheyAreShown) {
-  const NSDictionary found =
-      metaDataOf("turned.pdf",
-                 "%PDF-1.7\n1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj\n"
-                 "2 0 obj <</Type/Pages/Count 1/Kids[3 0 R]>> endobj\n"
-                 "3 0 obj <</Type/Page/Parent 2 0 R/MediaBox[0 0 300 400]/CropBox[50 0 150 400]/Rotate 90"
-                 "/UserUnit 2>> endobj\ntrailer <</Root 1 0 R>>\n");
-  expectAttributes(found, {{u"kMDItemPageWidth"_ns, 800.0}, {u"kMDItemPageHeight"_ns, 200.0}});
+TEST_F(Importers, PagesAreMeasuredAsTheyAreShownAndFactsKeptApart) {
+  for (const int rotation : {0, 90, 180, 270}) {
+    const NSDictionary found =
+        metaDataOf("turned.pdf",
+                   "%PDF-1.7\n1 0 obj <</Type/Catalog/Pages 2 0 R>> endobj\n"
+                   "2 0 obj <</Type/Pages/Count 1/Kids[3 0 R]>> endobj\n"
+                   "3 0 obj <</Type/Page/Parent 2 0 R/MediaBox[0 0 300 400]/CropBox[50 0 150 400]/Rotate " +
+                       std::to_string(rotation) +
+                       "/UserUnit 2>> endobj\n4 0 obj <</Title(a)/Author(b)/Subject(c)/Keywords(d)/Creator(e)"
+                       "/Producer(f)/CreationDate(D:20010101)/ModDate(D:20010102)>> endobj\n"
+                       "trailer <</Root 1 0 R/Info 4 0 R>>\n");
+    const bool isUpright = rotation % 180 == 0;
+    expectAttributes(found, {{u"kMDItemPageWidth"_ns, isUpright ? 200.0 : 800.0},
+                             {u"kMDItemPageHeight"_ns, isUpright ? 800.0 : 200.0},
+                             {u"kMDItemTitle"_ns, u"a"_ns},
+                             {u"kMDItemAuthors"_ns, NSArray{u"b"_ns}},
+                             {u"kMDItemDescription"_ns, u"c"_ns},
+                             {u"kMDItemKeywords"_ns, NSArray{u"d"_ns}},
+                             {u"kMDItemCreator"_ns, u"e"_ns},
+                             {u"kMDItemEncodingApplications"_ns, NSArray{u"f"_ns}},
+                             {u"kMDItemContentCreationDate"_ns, NSDate{0}},
+                             {u"kMDItemContentModificationDate"_ns, NSDate{86400}}});
+  }
 }
 
 TEST_F(Importers, Text) {
@@ -110,6 +126,8 @@ TEST_F(Importers, LongTextIsCut) {
 TEST_F(Importers, Image) {
   const NSDictionary photo = metaDataOfExample("leaf.jpg");
   const NSDictionary wanted = {
+      {u"kMDItemPixelWidth"_ns, 480},
+      {u"kMDItemPixelHeight"_ns, 320},
       {u"kMDItemPixelCount"_ns, 153600},
       // The camera was held upright.
       {u"kMDItemOrientation"_ns, 1},
@@ -118,7 +136,11 @@ TEST_F(Importers, Image) {
       {u"kMDItemHasAlphaChannel"_ns, false},
       {u"kMDItemResolutionWidthDPI"_ns, 300.0},
       {u"kMDItemProfileName"_ns, u"sRGB"_ns},
+      {u"kMDItemAcquisitionMake"_ns, u"Fletcher Optical"_ns},
       {u"kMDItemAcquisitionModel"_ns, u"Quiver 25"_ns},
+      {u"kMDItemFNumber"_ns, 5.6},
+      {u"kMDItemFocalLength"_ns, 35.0},
+      {u"kMDItemCopyright"_ns, u"Archive of Loose Leaves"_ns},
       {u"kMDItemExposureTimeSeconds"_ns, 0.008},
       {u"kMDItemISOSpeed"_ns, 200},
       {u"kMDItemFlashOnOff"_ns, true},
@@ -177,6 +199,7 @@ TEST_F(Importers, SayWhatIsWrong) {
   } cases[] = {
       {"whole.pdf", pdf, ErrorCode::none, true},
       {"locked.pdf", contentsOfExample("locked.pdf"), ErrorCode::locked, true},
+      {"hidden.pdf", std::string(samplePDF("locked-pages.pdf").view()), ErrorCode::locked, true},
       {"circle.pdf", circle, ErrorCode::damaged, true},
       {"empty.pdf", "", ErrorCode::incomplete, false},
       {"begin.pdf", "%PDF-1.4", ErrorCode::damaged, false},

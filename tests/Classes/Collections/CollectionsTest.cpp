@@ -176,6 +176,8 @@ TEST(Dictionaries, ConvertTheirValues) {
   constexpr std::int64_t kMaximum = std::numeric_limits<std::int64_t>::max();
   const std::tuple<id, std::int64_t, double, bool, NSString> cases[] = {
       {-7, -7, -7, true, u"-7"_ns},
+      {0, 0, 0, false, u"0"_ns},
+      {1, 1, 1, true, u"1"_ns},
       {2.9, 2, 2.9, true, u"2.9"_ns},
       {1e300, kMaximum, 1e300, true, u"1e+300"_ns},
       {u" +12.5e1x"_ns, 12, 125, true, u" +12.5e1x"_ns},

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 namespace nimbo {
@@ -61,6 +62,16 @@ TEST(CharsetNames, AreReadAsPeopleWriteThem) {
     }
   }
   EXPECT_EQ(charset2CFStringEncoding(NSString()), kCFStringEncodingInvalidId);
+}
+
+TEST(CharsetNames, OfEncodingsWithANumberOrAScriptAnswerThese) {
+  std::set<std::string> others;
+  for (const CFStringEncoding encoding : CFStringGetListOfAvailableEncodings()) {
+    if (encoding >= kCFStringEncodingASCII) continue;
+    const NSString name = CFStringConvertEncodingToIANACharSetName(encoding);
+    if (charset2CFStringEncoding(name) != encoding) others.insert(name.UTF8String());
+  }
+  EXPECT_EQ(others, (std::set<std::string>{"x-mac-symbol", "x-mac-dingbats", "windows-31j", "johab"}));
 }
 
 TEST(CharsetNames, GiveEncodingsOfStringsOrALineInTheLog) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <random>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -55,6 +56,26 @@ TEST(PlainText, BreaksByTags) {
                       {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e f g"},
                       {"<p>a</p><pre>b</pre>c", "\n\na\n\nb\nc"},
                   });
+}
+
+TEST(PlainText, BreaksByTheNameOfTheTag) {
+  const std::pair<const char *, const char *> cases[] = {
+      {"\n\n\n\n", "p h1 h2 h3 h4 h5 h6 h7 h8 h9 hr div table blockquote"},
+      {"\n\n", "br dd dl dt li ol ul tr"},
+      {"\n",
+       "pre listing address article aside caption center details dialog dir fieldset "
+       "figcaption figure footer form header hgroup legend main marquee menu nav search section summary tbody "
+       "tfoot thead"},
+      {" ",
+       "td th img image input select option optgroup applet audio button canvas datalist "
+       "iframe meter object progress svg text video embed"},
+      {"", "b h10 span a area base col frame link meta param source track wbr"},
+  };
+  for (const auto &[between, names] : cases) {
+    std::istringstream words(names);
+    for (std::string name; words >> name;)
+      expectTexts({}, {{"a<" + name + "><" + name + ">b", "a" + std::string(between) + "b"}});
+  }
 }
 
 TEST(PlainText, CollapsesWhiteSpaceAsBrowsersDo) {

@@ -56,6 +56,8 @@ TEST(FindCharacter, LooksForCapitalsWhenTheCaseMatters) {
   EXPECT_EQ(findLastCharacter(u"aAa"_ns, u'a', true), 2u);
   EXPECT_EQ(findLastCharacter(u"A-A"_ns, u'A', -5, false), 2u);
   EXPECT_EQ(findLastCharacter(NSString(), u'a', -1, true), NSNotFound);
+  EXPECT_EQ(findLastCharacter(u"aAa"_ns, u'A'), 1u);
+  EXPECT_FALSE(containsCharacter(u"xa"_ns, u'a'));
   EXPECT_FALSE(containsCharacter(NSString(), u'-'));
   EXPECT_EQ(countCharacter(NSString(), u'-'), 0u);
 }

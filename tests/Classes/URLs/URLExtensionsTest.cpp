@@ -4,6 +4,9 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <set>
+#include <tuple>
+#include <vector>
 
 #include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
 #include "tests/support/GrowthRatio.hpp"
@@ -160,25 +163,49 @@ TEST(Links, AreFollowedByModeAndLevel) {
 }
 
 TEST(Status, HasItsExceptions) {
-  for (const auto &[code, okay] : std::initializer_list<std::pair<int, bool>>{{-1, true},
-                                                                              {0, true},
-                                                                              {200, true},
-                                                                              {201, false},
-                                                                              {204, false},
-                                                                              {206, false},
-                                                                              {207, true},
-                                                                              {299, true},
-                                                                              {300, false},
-                                                                              {304, false}})
-    EXPECT_EQ(isHTTPStatusCodeOkay(code), okay) << code;
-  EXPECT_TRUE(isHTTPStatusCodeTemporaryError(510) && !isHTTPStatusCodeTemporaryError(505));
-  EXPECT_EQ(messageForHTTPError(404), u"Not Found"_ns);
-  EXPECT_FALSE(messageForHTTPError(418));
-  EXPECT_TRUE(isTemporaryNSURLError({NSURLErrorDomain(), -1005}) &&
-              !isTemporaryNSURLError({NSURLErrorDomain(), -1012}));
-  EXPECT_FALSE(isTemporaryNSURLError({NSString(), -1005}));
-  EXPECT_EQ(HTTPStatusCodeForNSURLError({NSURLErrorDomain(), -1007}), 302);
-  EXPECT_EQ(HTTPStatusCodeForNSURLError({NSURLErrorDomain(), -1}), 0);
+  std::vector<std::int32_t> errors, temporary, withPhrase;
+  std::set<std::u16string> phrases;
+  for (std::int32_t code = -1; code < 1000; ++code) {
+    if (!isHTTPStatusCodeOkay(code) && code < 300) errors.push_back(code);
+    EXPECT_FALSE(isHTTPStatusCodeOkay(code) && code >= 300);
+    if (isHTTPStatusCodeTemporaryError(code)) temporary.push_back(code);
+    if (!messageForHTTPError(code)) continue;
+    withPhrase.push_back(code);
+    phrases.emplace(messageForHTTPError(code).view());
+  }
+  EXPECT_EQ(errors, (std::vector<std::int32_t>{201, 202, 203, 204, 205, 206}));
+  EXPECT_EQ(temporary, (std::vector<std::int32_t>{307, 408, 500, 502, 503, 504, 507, 509, 510}));
+  EXPECT_EQ(phrases.size(), withPhrase.size());
+  for (const auto &[code, phrase] : {std::pair(100, u"Continue"_ns),
+                                     {207, u"Multi-Status"_ns},
+                                     {226, u"IM Used"_ns},
+                                     {305, u"Use Proxy"_ns},
+                                     {307, u"Temporary Redirect"_ns},
+                                     {404, u"Not Found"_ns},
+                                     {417, u"Expectation Failed"_ns},
+                                     {424, u"Failed Dependency"_ns},
+                                     {426, u"Upgrade Required"_ns},
+                                     {505, u"HTTP Version Not Supported"_ns},
+                                     {510, u"Disconnected"_ns},
+                                     {418, NSString()}})
+    EXPECT_EQ(messageForHTTPError(code), phrase) << code;
+  // What stands for an error of the loader, and whether that may go by itself.
+  for (const auto &[error, code, isTemporary] : {std::tuple(-1001, 408, true),
+                                                 {-1005, 0, true},
+                                                 {-1007, 302, false},
+                                                 {-1009, 0, true},
+                                                 {-1010, 302, false},
+                                                 {-1011, 0, true},
+                                                 {-1012, 401, false},
+                                                 {-1013, 401, false},
+                                                 {-1014, 204, false},
+                                                 {-1100, 404, false},
+                                                 {-1102, 403, false},
+                                                 {-1, 0, false}}) {
+    EXPECT_EQ(HTTPStatusCodeForNSURLError({NSURLErrorDomain(), error}), code) << error;
+    EXPECT_EQ(isTemporaryNSURLError({NSURLErrorDomain(), error}), isTemporary) << error;
+    EXPECT_FALSE(isTemporaryNSURLError({NSString(), error}));
+  }
   EXPECT_EQ(HTTPStatusCodeForNSURLError(NSError()), 0);
 }
 

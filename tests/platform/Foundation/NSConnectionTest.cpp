@@ -4,12 +4,14 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -465,6 +467,36 @@ TEST_F(NSConnectionTest, WorkForACallerThatHasGoneEnds) {
   EXPECT_EQ(::waitpid(helper, nullptr, 0), helper);
 }
 
+TEST_F(NSConnectionTest, TakesClientsAgainAfterItsDescriptorsRanOut) {
+  const int helper = startHelper();
+  RawClient first;
+  ASSERT_TRUE(first.answers() && first.answers());
+  const auto open = static_cast<rlim_t>(descriptors(std::to_string(helper)));
+  rlimit before = {};
+  const rlimit few = {open + 1, open + 1};
+  ASSERT_EQ(::prlimit(helper, RLIMIT_NOFILE, &few, &before), 0);
+  RawClient second, third;
+  EXPECT_TRUE(second.answers());
+  EXPECT_TRUE(third.send(request(u"nil"_ns)) && first.answers());
+  second.close();
+  EXPECT_TRUE(third.reply());
+}
+
+TEST_F(NSConnectionTest, CountsNoBytesOfRequestsThatAreDoneOrDropped) {
+  startHelper();
+  RawClient good;
+  // Together more than the requests of all clients may hold at a time.
+  const NSData large = NSData::dataWithMallocedBytes(std::calloc(96u << 20, 1), 96u << 20);
+  const std::string whole = request(u"length:"_ns, {{u"length"_ns, large}});
+  for (int round = 0; round < 12; ++round) {
+    EXPECT_TRUE(good.send(whole) && good.reply());
+    RawClient leaving, cut;
+    leaving.send(whole);
+    leaving.close();
+    cut.send(std::string_view(whole).substr(0, whole.size() - 1));
+  }
+}
+
 TEST_F(NSConnectionTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
   const int helper = startHelper();
   NSConnection second;
@@ -523,6 +555,12 @@ TEST_F(NSConnectionTest, NamesAndFoldersThatCannotBeTrustedAreRefused) {
 TEST_F(NSConnectionTest, OtherUsersAreTurnedAway) {
   if (::geteuid() != 0) GTEST_SKIP() << "only root can become another user";
   startHelper();
+  ASSERT_EQ(::chown(folder.c_str(), 65534, 0), 0);
+  EXPECT_FALSE(openConnectionFolder());
+  ASSERT_EQ(::chown(folder.c_str(), 0, 0), 0);
+  ASSERT_EQ(::chown(file().c_str(), 65534, 0), 0);
+  EXPECT_FALSE(connectToConnectionName(name()));
+  ASSERT_EQ(::chown(file().c_str(), 0, 0), 0);
   ::chmod(folder.c_str(), 0755);
   const FileDescriptor place = openConnectionFolder();
   ::chmod(file().c_str(), 0666);

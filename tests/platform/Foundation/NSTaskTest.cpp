@@ -2,8 +2,12 @@
 #include "platform/Foundation/NSTask.hpp"
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <unistd.h>
 
 #include <filesystem>
+
+#include "tests/support/Interruptions.hpp"
 
 namespace nimbo {
 namespace {
@@ -20,6 +24,7 @@ std::ptrdiff_t openDescriptors() {
 }
 
 TEST(NSTask, CollectsStandardErrorWhileTheProgramRuns) {
+  const Interruptions interruptions;
   const auto result =
       shell(u"head -c 300000 /dev/zero >&2; echo end >&2; exit 3").run();  // A pipe holds 65536.
   ASSERT_TRUE(result);
@@ -39,6 +44,18 @@ TEST(NSTask, DoesNotWaitForWhatTheProgramLeavesRunning) {
   const auto result = shell(u"sleep 90 >/dev/null & echo last >&2").run();
   ASSERT_TRUE(result);
   EXPECT_EQ(result->standardError.view(), "last\n");
+}
+
+TEST(NSTask, EndsWhatATimedOutProgramLeavesRunning) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);  // The program and its children keep the end for writing.
+  NSTask slow = shell(u"sleep 60 & wait");
+  slow.timeLimitSeconds = 0.5;
+  EXPECT_FALSE(slow.run());
+  ::close(ends[1]);
+  pollfd ended = {ends[0], POLLIN, 0};
+  EXPECT_EQ(::poll(&ended, 1, 10'000), 1);
+  ::close(ends[0]);
 }
 
 TEST(NSTask, FailsWithAReasonAndKeepsNothingOpen) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
@@ -15,6 +17,7 @@
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/NSNumber.hpp"
 #include "platform/Foundation/NSObject.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 #include "tests/support/AllocationCount.hpp"
 
 namespace nimbo {
@@ -205,6 +208,14 @@ TEST(NSDate, ConvertsToAndFromCalendarDates) {
 
 TEST(NSGeometry, WritesSizesAsText) {
   EXPECT_EQ(NSStringFromSize({595.276, 841.89}), u"{595.276, 841.89}"_ns);
+}
+
+TEST(LargeBytes, StandOnLargePages) {
+  std::size_t pageBytes = 1;  // Of a system that has none.
+  std::ifstream("/sys/kernel/mm/transparent_hugepage/hpage_pmd_size") >> pageBytes;
+  void *const bytes = allocateBytes(kLargeBytes);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(bytes) % pageBytes, 0u);
+  std::free(bytes);
 }
 
 TEST(NSData, PartsOutliveTheWhole) {
