@@ -1,216 +1,154 @@
 # SPDX-License-Identifier: Apache-2.0
-"""The single faults that can be made in a C++ source. Each replaces one stretch of its text and moves no other line."""
+"""The single faults that can be made in the product's sources, and a choice of them.
 
-import itertools
+They are found in the text alone, so that some do not compile; the choice is none the worse for these.
+"""
+
+import pathlib
+import random
 import re
 from collections import namedtuple
 
-from mutation.source import Source
-
 # `text[start:end]` becomes `replacement`; `line` counts from 1.
-Fault = namedtuple("Fault", "kind line start end replacement")
+Fault = namedtuple("Fault", "kind path line start end replacement")
 
-COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}
-INTEGER = re.compile(r"(0[xX][\dA-Fa-f']+|0[bB][01']+|[\d']+)([uUlLzZ]*)")
-CHARACTER = re.compile(r"((?:u8|[uUL])?)'([ -~])'")
-# A key, a name, an option: not what people read.
-WORD = re.compile(r'((?:u8|[uUL])?")([\w./:=~-]+)("\w*)')
-# Values that are set under keys, in any order.
-KEYED = re.compile(r".*(?:\.|->)set\w*\(.*\"")
-# What a function answers when it cannot do its work.
-FAILURE = re.compile(
-    r'(return( (nil|false|nullptr|\w*::nullopt|-1|\{\}|u?""\w*|\w+(\(\)|\{\})|\w*([eE]rror|[fF]ail|NotFound|Exit).*))?'
-    r"|throw.*);"
+FLOORS = ("platform", "Classes", "helper", "tools", "clients", "importers")
+# A fault in a header that so many sources include takes minutes.
+MOST_USERS = 15
+# What handles processes, files and sockets, or wires the parts together; and a named limit.
+WIRING = re.compile(r"^(helper|tools|clients|importers)/|Connection|RunLoop|Task|File|Bundle|PlugIn")
+SYSTEM = re.compile(r"^#include <((fcntl|unistd|signal|spawn|poll|dlfcn|dirent)\.h|sys/.*|filesystem|fstream|thread)>", re.M)
+LIMIT = re.compile(r"\bk(Max|Min|Large|Most)\w*|\bk\w+(Seconds|Bytes|Limit)\b")
+
+NO_CODE = re.compile(
+    r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\\\n]|\\.)*|\bstatic_assert\(.*?\);"
+    r'|R"(\w*)\(.*?\)\1"|"(?:[^"\\\n]|\\.)*"|\'(?:[^\'\\\n]|\\[^\n]{1,9})\'',
+    re.M | re.S,
 )
-CASTS = frozenset("static_cast reinterpret_cast const_cast dynamic_cast".split())
-STATEMENT_WORDS = frozenset("return throw case co_return else".split())
-NO_ARRAYS = frozenset("auto return delete new operator case throw".split())
+COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}
+INTEGER = re.compile(r"(?<![\w.'])(0[xX][\dA-Fa-f']+|\d[\d']*)(?=[uUlLzZ]*\b)(?!\.\d)")
+INDEX = re.compile(r"(?<=[\w\])]\[)\w+(?=\])")
+# A key, a name, an option: not what people read.
+WORD = re.compile(r"[\w./:=~-]*[\w./:=~-]")
+# What a function answers when it cannot do its work.
+FAILURE = re.compile(r'[\s{]*(return( (nil|false|nullptr|[\w:]*nullopt|-1|\{\}|u?" *"\w*|\w+(\(\)|\{\})))?|throw [^;]*);')
+CALL = re.compile(r"^ +[^\s(]*[\w>]\([^{}]*\);$")
+ASSIGNMENT = re.compile(r"^ +[^\s(]+ [-+*|&]?= [^{}]*;$")
 
 
-def faults_of(text):
-    """All the faults that can be made in the text, in no order that means anything."""
-    source = Source(text)
-    for maker in (comparisons, conditions, operands, numbers, indexes, constants, statements):
-        for kind, start, end, replacement in maker(source):
-            if replacement != text[start:end]:
-                lines = text.count("\n", start, end) - replacement.count("\n")
-                yield Fault(kind, source.line_of(start), start, end, replacement + "\n" * lines)
+def masked(text):
+    """The text with blanks for what is no code, and in strings and characters."""
+
+    def blank(match):
+        quoted = match[0][0] in "R\"'" and len(match[0]) > 1
+        inner = re.sub(r"[^\n]", " ", match[0][1:-1] if quoted else match[0])
+        return match[0][0] + inner + match[0][-1] if quoted else inner
+
+    return NO_CODE.sub(blank, text)
 
 
-def tokens(source, kind):
-    """The tokens of a kind that may be touched, with their indexes."""
-    for index, token in enumerate(source.tokens):
-        if token.kind == kind and index not in source.outside:
-            yield index, token
-
-
-def comparisons(source):
-    for index, token in tokens(source, "operator"):
-        is_operation = source.is_spaced(index) and source.word(index - 1) not in ("operator", "template")
-        if token.text in COMPARISONS and is_operation:
-            yield "comparison", token.start, token.end, COMPARISONS[token.text]
-
-
-def conditions(source):
-    """A condition that always or never holds; one that never holds in front of a failure is an error ignored."""
-    for index, token in tokens(source, "name"):
-        opener = index + 1
-        if token.text not in ("if", "while") or source.word(opener) != "(" or opener not in source.partner:
-            continue
-        closer = source.partner[opener]
-        inner = [i for i in range(opener + 1, closer) if source.outer[i] == opener]
-        first = max([i + 1 for i in inner if source.word(i) == ";"], default=opener + 1)
-        if first >= closer or any(source.word(i) == "=" for i in inner if i >= first):
-            continue  # A declaration or an assignment: its value is used.
-        start, end = source.tokens[first].start, source.tokens[closer - 1].end
-        if token.text == "while":
-            yield "condition", start, end, "false"
-            continue
-        yield "condition", start, end, "true"
-        if not guards_against_error(source, closer + 1):
-            yield "condition", start, end, "false"
-        elif calls(source, first, closer):
-            yield "error", start, end, f"(static_cast<void>({source.text[start:end]}), false)"
-        else:
-            yield "error", start, end, "false"
-
-
-def guards_against_error(source, body):
-    """Whether the statement or block that starts here does little more than return a failure or throw."""
-    last = source.partner.get(body) if source.word(body) == "{" else source.statement_end(body)
-    if last is None or source.word(last + 1) == "else":
-        return False
-    inner = range(body, last + 1)
-    semicolons = [i for i in inner if source.word(i) == ";"]
-    starts = [i for i in inner if source.word(i) in ("return", "throw")]
-    if len(starts) != 1 or not 1 <= len(semicolons) <= 3 or semicolons[-1] < starts[0]:
-        return False
-    answer = source.text[source.tokens[starts[0]].start : source.tokens[semicolons[-1]].end]
-    return re.fullmatch(FAILURE, " ".join(answer.split())) is not None
-
-
-def calls(source, first, last):
-    openers = [i for i in range(first + 1, last) if source.word(i) == "("]
-    return any(source.kind(i - 1) == "name" and source.word(i - 1) not in CASTS for i in openers)
-
-
-def operands(source):
-    """One operand of `&&` or `||` left out."""
-    for index, token in tokens(source, "operator"):
-        if token.text not in ("&&", "||") or not source.is_spaced(index):
-            continue
-        start = operand_edge(source, index, -1)
-        end = operand_edge(source, index, 1)
-        if start is not None and end is not None:
-            yield "condition", source.tokens[start].start, source.tokens[index + 1].start, ""
-            yield "condition", source.tokens[index - 1].end, source.tokens[end].end, ""
-
-
-def operand_edge(source, operator, step):
-    """The outermost token of the operand on one side of the operator, or None when there is none."""
-    stops = {",", ";", "?", ":", "=", "||"} | ({"&&"} if source.word(operator) == "&&" else set())
-    jumps, ends = (("(", "[", "{"), (")", "]", "}"))[::step]
-    edge, index = None, operator + step
-    while 0 <= index < len(source.tokens):
-        word = source.word(index)
-        if word in jumps:
-            index = source.partner.get(index, index)
-        elif word in stops or word in ends or word in STATEMENT_WORDS:
+def end_of_operand(code, start, step, stops):
+    """Where an operand of a condition ends that starts at `start` and is read in steps of 1 or -1."""
+    opening, closing = ("([{", ")]}") if step > 0 else (")]}", "([{")
+    depth, at = 0, start
+    while 0 <= at < len(code):
+        depth += (code[at] in opening) - (code[at] in closing)
+        here = code[at:] if step > 0 else code[: at + 1]
+        if depth < 0 or (depth == 0 and any(here.startswith(stop) if step > 0 else here.endswith(stop) for stop in stops)):
             break
-        edge = index
-        index += step
-    return edge
+        at += step
+    return at if step > 0 else at + 1
 
 
-def numbers(source):
-    """Whole numbers off by one, and other numbers in their place."""
-    for index, token in tokens(source, "number"):
-        match = INTEGER.fullmatch(token.text)
-        is_pure = source.word(index - 1) == "=" and source.word(index - 2) in (")", "const", "override", "noexcept")
-        if not match or is_pure:
+def conditions(code):
+    """A condition that always or never holds; one that never holds in front of a failure is an error ignored."""
+    for match in re.finditer(r"\b(if|while) \(", code):
+        start, end = match.end(), end_of_operand(code, match.end(), 1, ())
+        if re.search(r";|[^=!<>]=[^=]", code[start:end]):
+            continue  # A declaration or an assignment: its value is used.
+        ignored = match[1] == "if" and FAILURE.match(code, end + 1)
+        yield "error" if ignored else "condition", start, end, "false"
+        if match[1] == "if" and not ignored:
+            yield "condition", start, end, "true"
+    for match in re.finditer(r"throw [^;]*;", code):
+        yield "error", match.start(), match.end(), ";"
+    for match in re.finditer(r"\s(&&|\|\|)\s+", code):
+        others = ("||", ";", "?", ",") if match[1] == "||" else ("&&", "||", ";", "?", ",")
+        yield "condition", match.start(), end_of_operand(code, match.end(), 1, others), ""
+        starts = (*others, "return ", " = ", ": ", "{")
+        yield "condition", end_of_operand(code, match.start(), -1, starts), match.end(), " "
+
+
+def values(code, text):
+    for match in re.finditer(r"(?<= )([<>]=?|[=!]=)(?=\s)", code):
+        yield "comparison", *match.span(), COMPARISONS[match[0]]
+    for match in INTEGER.finditer(code):
+        number = int(match[1].replace("'", ""), 0) if match[1][1:2] in ("x", "X") else int(match[1].replace("'", ""))
+        for kind, faulty in (("off by one", number + 1), ("off by one", number - 1), ("constant", 2 * number), ("constant", 0)):
+            if faulty not in (-1, number):
+                yield kind, *match.span(), str(faulty)
+    for match in INDEX.finditer(code):
+        yield from (("off by one", *match.span(), match[0] + step) for step in (" + 1", " - 1"))
+    for match in re.finditer(r"\b(true|false)\b", code):
+        yield "constant", *match.span(), "false" if match[0] == "true" else "true"
+    for match in re.finditer(r"(['\"])( +)\1", code):
+        inner = text[match.start(2) : match.end(2)]
+        if match[1] == "'" and len(inner) == 1:
+            yield "constant", *match.span(2), chr(ord(inner) + 1)
+        elif match[1] == '"' and WORD.fullmatch(inner) and "\\" not in inner:
+            yield "constant", *match.span(2), inner[:-1]
+
+
+def statements(code):
+    """A call that is dropped, and two statements in the wrong order; each on a line of its own."""
+    start, lines = 0, code.split("\n")
+    for before, line, following in zip(["", *lines], lines, [*lines[1:], ""]):
+        end = start + len(line)
+        is_call = CALL.match(line) and ".reserve(" not in line
+        if is_call and before.rstrip().endswith((";", "{", "}", ")", "else", ":")):
+            yield "dropped", start + len(line) - len(line.lstrip()), end, ";"
+        is_pair = re.match(" *", line)[0] == re.match(" *", following)[0]
+        if is_pair and before.rstrip().endswith((";", "{", "}")):
+            kinds = [bool(CALL.match(one)) + 2 * bool(ASSIGNMENT.match(one)) for one in (line, following)]
+            if all(kinds) and 1 in kinds:
+                yield "swapped", start, end + 1 + len(following), None
+        start = end + 1
+
+
+def faults_of(path, text):
+    """All the faults that can be made in the text of a file, in no order that means anything."""
+    code = masked(text)
+    for kind, start, end, replacement in (*conditions(code), *values(code, text), *statements(code)):
+        if kind == "swapped":
+            replacement = "\n".join(reversed(text[start:end].split("\n")))
+        if replacement != text[start:end]:
+            yield Fault(kind, path, text.count("\n", 0, start) + 1, start, end, replacement)
+
+
+def is_aimed(fault, text):
+    """Whether a fault is one of errors, limits, processes, files or wiring."""
+    line = text.split("\n")[fault.line - 1]
+    return fault.kind == "error" or WIRING.search(fault.path) or SYSTEM.search(text) or LIMIT.search(line)
+
+
+def choose(sources, count, seed, only=(), aimed=False):
+    """`count` faults of {path: text}, at most all: a file by its lines, then a kind, then one of these."""
+    found = {}
+    for path, text in sorted(sources.items()):
+        users = sum(f'"{path}"' in other for other in sources.values()) if path.endswith(".hpp") else 0
+        is_product = path.startswith(tuple(floor + "/" for floor in FLOORS)) and pathlib.PurePath(path).suffix in (".cpp", ".hpp")
+        if not is_product or users > MOST_USERS or (only and not path.startswith(tuple(only))):
             continue
-        digits, suffix = match[1].replace("'", ""), match[2]
-        base = {"x": 16, "b": 2}.get(digits[1:2].lower(), 8 if digits[0] == "0" else 10)
-        value = int(digits, base)
-        written = {2: "0b{:b}", 8: "0{:o}", 10: "{}", 16: "0x{:x}"}[base if value else 10]
-        others = [("off by one", value + 1)]
-        others += [("off by one", value - 1)] if value > 0 else []
-        others += [("constant", 0), ("constant", 2 * value)] if value > 1 else []
-        for kind, other in others:
-            yield kind, token.start, token.end, (written.format(other) if other else "0") + suffix
+        found[path] = [fault for fault in faults_of(path, text) if not aimed or is_aimed(fault, text)]
+    chance = random.Random(seed)
+    while count > 0 and (left := {path: faults for path, faults in found.items() if faults}):
+        path = chance.choices(list(left), [len({fault.line for fault in faults}) for faults in left.values()])[0]
+        kind = chance.choice(sorted({fault.kind for fault in left[path]}))
+        fault = chance.choice([fault for fault in left[path] if fault.kind == kind])
+        found[path].remove(fault)
+        count -= 1
+        yield fault
 
 
-def indexes(source):
-    for index, token in tokens(source, "operator"):
-        closer = source.partner.get(index)
-        is_subscript = source.word(index - 1) in (")", "]") or (
-            source.kind(index - 1) == "name" and source.word(index - 1) not in NO_ARRAYS
-        )
-        if token.text != "[" or closer is None or not is_subscript or closer == index + 1:
-            continue
-        inner = [source.kind(i) for i in range(index + 1, closer)]
-        if inner != ["number"] and "string" not in inner:
-            end = source.tokens[closer].start
-            for replacement in (" + 1", " - 1"):
-                yield "off by one", end, end, replacement
-
-
-def constants(source):
-    for _, token in tokens(source, "name"):
-        if token.text in ("true", "false"):
-            yield "constant", token.start, token.end, "false" if token.text == "true" else "true"
-    for _, token in tokens(source, "char"):
-        match = CHARACTER.fullmatch(token.text)
-        other = chr(ord(match[2]) + 1) if match else ""
-        if match and other not in "'\\\x7f":
-            yield "constant", token.start, token.end, f"{match[1]}'{other}'"
-    for index, token in tokens(source, "string"):
-        match = WORD.fullmatch(token.text)
-        if match and "string" not in (source.kind(index - 1), source.kind(index + 1)):
-            yield "constant", token.start, token.end, match[1] + (match[2][:-1] or match[2] + "x") + match[3]
-
-
-def statements(source):
-    """Calls left out, exceptions not thrown, and neighbours that have something in common the other way round."""
-    previous = None  # The statement in front: where it starts, its semicolon.
-    for index, token in enumerate(source.tokens):
-        if index in source.outside or not source.starts_statement(index):
-            continue
-        if token.text == "throw" and source.word(index - 1) != ")" and source.statement_end(index):
-            yield "error", token.start, source.tokens[source.statement_end(index)].start, ""
-        found = source.expression_statement(index)
-        if not found or found[1] - 1 in source.outside:
-            continue
-        kind, semicolon = found
-        if kind == "call":
-            yield "dropped", token.start, source.tokens[semicolon].start, ""
-        is_block_level = source.word(index - 1) in (";", "{", "}")
-        if previous and previous[1] == index - 1 and is_order_relevant(source, previous, (index, semicolon)):
-            start, end = source.tokens[previous[0]].start, source.tokens[semicolon].end
-            first = source.text[start : source.tokens[previous[1]].end]
-            second = source.text[token.start : end]
-            yield "swapped", start, end, second + source.text[start + len(first) : token.start] + first
-        previous = (index, semicolon) if is_block_level else None
-
-
-def is_order_relevant(source, first, second):
-    """Whether one of two statements seems to use what the other changes."""
-    a, b = ([source.word(i) for i in range(*one) if source.word(i) not in ("++", "--", "*")] for one in (first, second))
-    if KEYED.match("".join(a)) and KEYED.match("".join(b)):
-        return False
-    return changes(a, b) or changes(b, a)
-
-
-def changes(words, others):
-    """Whether one statement changes what stands in the other: assigns to it, calls its method or hands it on."""
-    chain = list(itertools.takewhile(lambda word: word.isidentifier() or word in (".", "->", "::"), words))
-    if "".join(words[len(chain) :]).startswith("("):
-        methods = [i for i, word in enumerate(chain) if word in (".", "->")]
-        if not methods:
-            return not {word for word in words[len(chain) :] if word.isidentifier()}.isdisjoint(others)
-        chain = chain[: methods[-1]]
-    for i, word in enumerate(others):
-        is_whole = word == chain[0] and others[i + 1 : i + 2] not in ([], ["."], ["->"])
-        if is_whole or others[i : i + len(chain)] == chain:
-            return True
-    return False
+def apply(text, fault):
+    return text[: fault.start] + fault.replacement + text[fault.end :]

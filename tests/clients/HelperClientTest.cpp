@@ -183,7 +183,6 @@ TEST_F(HelperClientTest, TheProgramIsNamedFromTheWorkingDirectory) {
 }
 
 TEST_F(HelperClientTest, AHungHelperCostsOneRequest) {
-  const Interruptions interruptions;
   HelperClient client = clientWithTimeout(0.2);
   const int hung = client.helperProcessIdentifier();
   EXPECT_EQ(sleepFor(client, 30).status, Status::timedOut);
@@ -267,6 +266,7 @@ TEST_F(HelperClientTest, ALateReplyIsNotMistaken) {
 }
 
 TEST_F(HelperClientTest, ACrashCostsExactlyOneRequest) {
+  const Interruptions interruptions;
   HelperClient client;
   std::vector<Status> statuses;
   for (int i = 0; i < 30; ++i) {

@@ -3,6 +3,7 @@
 // in the runtime folder, so that a test can count the helpers that were started.
 #include <fcntl.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -37,7 +38,12 @@ class TestRoot final : public NSConnectionRootObject {
     if (operation == "raise") throw NSException(u"TestException"_ns, u"as it was told"_ns);
     if (operation == "exhaust") throw std::bad_alloc();
     if (operation == "throwNumber") throw 42;
-    if (operation == "crash") ::kill(::getpid(), SIGKILL);
+    if (operation == "crash") {
+      // Its connections end some time before it does.
+      ::close_range(STDERR_FILENO + 1, ~0u, 0);
+      ::usleep(50'000);
+      ::kill(::getpid(), SIGKILL);
+    }
     if (operation == "unwritable") return nested(2000);
     if (operation == "sleep:") std::this_thread::sleep_for(std::chrono::duration<double>(*value.real()));
     if (operation == "runLoop:") {

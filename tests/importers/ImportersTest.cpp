@@ -149,7 +149,9 @@ TEST_F(Importers, Image) {
       {u"kMDItemAltitude"_ns, 58.5},
       {u"kMDItemTitle"_ns, u"A leaf"_ns},
       {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"archive"_ns}},
+      // The camera's own fields say something else.
       {u"kMDItemAuthors"_ns, NSArray{u"Rowan Fletcher"_ns}},
+      {u"kMDItemDescription"_ns, u"A leaf on paper"_ns},
   };
   expectAttributes(photo, wanted);
   EXPECT_NEAR(photo.objectForKey(u"kMDItemLatitude"_ns).real().value_or(0), -33.86, 1e-9);

@@ -68,7 +68,6 @@ constexpr Text kTexts[] = {
     {kCFStringEncodingJIS_X0212_90, "0!", u"丂"},
     {kCFStringEncodingJIS_C6226_78, "03MZ", u"鰺遙"},
     {kCFStringEncodingCNS_11643_92_P1, "D!", u"一"},
-    {kCFStringEncodingCNS_11643_92_P3, "!D", u"\U0002000b"},
     {kCFStringEncodingVISCII, "Vi\xaet", u"Việt"},
     {kCFStringEncodingDOSLatin2, "\xfe\xa7\xaa\x1a", u"■ž¬\x1a"},
     {kCFStringEncodingJIS_X0201_76, "\x5c\xb1\xde", u"¥ｱﾞ"},
