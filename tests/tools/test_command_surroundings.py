@@ -6,7 +6,6 @@ import base64
 import json
 import os
 import pathlib
-import re
 import shutil
 import socket
 import subprocess
@@ -108,40 +107,6 @@ class PlacesTest(CommandTestCase):
             self.assertTrue((self.folder / place / CONNECTION_NAME).is_socket())
             self.assertEqual((self.folder / place).stat().st_mode & 0o777, 0o700)
             self.assertEqual(self.run_command("stop", environment=environment).returncode, 0)
-
-    def test_the_helper_is_found_from_the_command(self):
-        programs, libraries = self.folder / "bin", self.folder / "lib"
-        programs.mkdir()
-        libraries.mkdir()
-        shutil.copy(COMMAND, programs)
-        for library in ("client", "text"):
-            shutil.copy(next(REAL_HELPER.parents[2].rglob(f"libnimbo-{library}.so.2")), libraries)
-        found = self.folder / "libexec" / "quiverleaf" / "quiverleaf-helper"
-        cache = (REAL_HELPER.parents[2] / "CMakeCache.txt").read_text("utf-8")
-        prefix, libexec = (re.search(rf"^CMAKE_INSTALL_{key}:\w+=(.*)$", cache, re.M)[1] for key in ("PREFIX", "LIBEXECDIR"))
-        installed = pathlib.Path(prefix, libexec, "quiverleaf", "quiverleaf-helper")
-        environment = {**self.environment, "PATH": "/none", "LD_LIBRARY_PATH": str(libraries)}
-
-        def ping():
-            return subprocess.run([programs / "quiverleaf", "ping"], env=environment, capture_output=True, text=True, check=False)
-
-        if not installed.exists():
-            done = ping()
-            self.assertEqual((done.returncode, done.stderr.count("\n")), (2, 1))
-            for place in ("none could be started: quiverleaf-helper was not found", found, f" {installed},", "PATH (/none)"):
-                self.assertIn(str(place), done.stderr)
-        found.parent.mkdir(parents=True)
-        found.symlink_to(REAL_HELPER)
-        self.assertEqual(ping().returncode, 0)
-
-    def test_a_working_directory_that_is_gone(self):
-        (self.folder / "gone").mkdir()
-        path = os.fsdecode(self.file("words.txt", b"Some words"))
-        script = 'cd gone && rmdir ../gone && "$0" metadata "$1"; code=$?; mkdir ../gone; exit $code'
-        for name, code, output in (("x.txt", 3, b"quiverleaf: x.txt: .*working directory.*\n"), (path, 0, b'{.*"Some words".*}\n')):
-            done = subprocess.run(["sh", "-c", script, COMMAND, name], env=self.environment, cwd=self.folder, capture_output=True)
-            self.assertEqual(done.returncode, code)
-            self.assertRegex(done.stdout + done.stderr, rb"\A" + output + rb"\Z")
 
     def test_importers_in_the_home_folder_are_found(self):
         self.file("page.html", b"Some words")

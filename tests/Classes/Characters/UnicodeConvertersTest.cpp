@@ -2,11 +2,12 @@
 #include "Classes/Characters/UnicodeConverters.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/mman.h>
 
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "tests/support/LongestRun.hpp"
 
 using namespace std::literals;
 
@@ -81,28 +82,8 @@ TEST(UnicodeConverters, EncodingToUnicode) {
   }
 }
 
-/// Room for the longest string, of which only what is written takes memory.
-class Room {
- public:
-  static constexpr std::uint32_t kUnits = NSNotFound;
-
-  Room() : memory_(mmap(nullptr, kBytes, PROT_READ | PROT_WRITE, kFlags, -1, 0)) {}
-  Room(const Room &) = delete;
-  Room &operator=(const Room &) = delete;
-  ~Room() { munmap(memory_, kBytes); }
-
-  unichar *units() const { return memory_ == MAP_FAILED ? nullptr : static_cast<unichar *>(memory_); }
-
- private:
-  static constexpr std::size_t kBytes = sizeof(unichar) * std::size_t{kUnits};
-  static constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
-
-  void *memory_;
-};
-
 TEST(UnicodeConverters, AnyRoomInEveryEncoding) {
-  const Room room;
-  ASSERT_TRUE(room.units());
+  const LongestRun room;
   // Four bytes are whole characters everywhere.
   const std::string_view bytes = "!!!!";
   for (const CFStringEncoding encoding : CFStringGetListOfAvailableEncodings()) {
@@ -110,7 +91,8 @@ TEST(UnicodeConverters, AnyRoomInEveryEncoding) {
     EXPECT_EQ(convertEncodingToUnicode(nullptr, 0, encoding, nullptr, 0, nullptr), 1);
     std::uint32_t exact = 99, count = 99;
     const OSStatus status = convertEncodingToUnicode(bytes.data(), 4, encoding, room.units(), 4, &exact);
-    EXPECT_EQ(convertEncodingToUnicode(bytes.data(), 4, encoding, room.units(), Room::kUnits, &count), status);
+    EXPECT_EQ(convertEncodingToUnicode(bytes.data(), 4, encoding, room.units(), LongestRun::kLength, &count),
+              status);
     EXPECT_EQ(count, exact);
     EXPECT_EQ(convertEncodingToUnicode(bytes.data(), 4, encoding, nullptr, 0, &count), 0);
     EXPECT_EQ(count, 0u);

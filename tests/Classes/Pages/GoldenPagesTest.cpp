@@ -17,6 +17,7 @@
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "Classes/PlainText/PlainTextHandler.hpp"
 #include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "tests/support/TextDifference.hpp"
 
 namespace nimbo {
@@ -26,37 +27,17 @@ using Path = std::filesystem::path;
 
 const Path kFolder = Path(QUIVERLEAF_TEST_DATA) / "html";
 
-std::string plainText(const NSString &page) {
-  return stringByConvertingHtml2PlainText(page).UTF8String();
-}
-
-std::string reformattedText(const NSString &page) {
-  return stringByConvertingHtml2ReformattedPlainText(page).UTF8String();
-}
-
-std::string simplifiedText(const NSString &page) {
-  return stringByConvertingHtml2SimplifiedPlainText(page).UTF8String();
-}
-
 /// What is worth an entry in an index.
-std::string indexedText(const NSString &page) {
+NSString indexedText(const NSString &page) {
   bool junkFound = false;
   const PlainTextOptions options{.nonUmlauted = true, .onlyBody = true, .removeJunk = true, .googleTags = true};
   const NSString text = _convertHtml2PlainTextUsingHandler(page, PlainTextHandler, options, &junkFound);
-  return text.UTF8String() + (junkFound ? "\n(and junk)" : "");
-}
-
-std::string markupWithoutTags(const NSString &page) {
-  return stripTags(page).UTF8String();
-}
-
-std::string markupWithoutObjects(const NSString &page) {
-  return stripObjects(page).UTF8String();
+  return junkFound ? stringByConcatenating(text, u"\n(and junk)") : text;
 }
 
 /// A line for each tag: its kind, its name, where its text begins and where it does itself, and its first
 /// units.
-std::string tags(const NSString &page) {
+NSString tags(const NSString &page) {
   std::string lines;
   scanTags(page, [&](const TagShape &tag) {
     const auto utf8 = [](std::u16string_view units) {
@@ -68,17 +49,21 @@ std::string tags(const NSString &page) {
              std::to_string(tag.textLocation()) + " " + std::to_string(tag.tagRange().location) + "+" +
              std::to_string(tag.tagRange().length) + " " + start + "\n";
   });
-  return lines;
+  return NSString::stringWithUTF8String(lines);
 }
 
 struct Projection {
   const char *extension;
-  std::string (*make)(const NSString &page);
+  NSString (*make)(const NSString &page);
 };
 
 constexpr Projection kProjections[] = {
-    {".txt", plainText},       {".reformatted", reformattedText}, {".simplified", simplifiedText},
-    {".indexed", indexedText}, {".stripped", markupWithoutTags},  {".objectless", markupWithoutObjects},
+    {".txt", stringByConvertingHtml2PlainText},
+    {".reformatted", stringByConvertingHtml2ReformattedPlainText},
+    {".simplified", stringByConvertingHtml2SimplifiedPlainText},
+    {".indexed", indexedText},
+    {".stripped", stripTags},
+    {".objectless", stripObjects},
     {".tags", tags},
 };
 
@@ -105,7 +90,7 @@ TEST_P(GoldenPages, AreWhatStandsBesideThem) {
   const NSString path = NSString::stringWithUTF8String(Path(golden).replace_extension(".html").string());
   const NSString page = stringWithMarkupContentsOfFile(path, NSUTF8StringEncoding);
   ASSERT_TRUE(page) << "there is no page";
-  EXPECT_EQ(firstDifference(bytesOfFile(golden), projection->make(page) + "\n"), "");
+  EXPECT_EQ(firstDifference(bytesOfFile(golden), projection->make(page).UTF8String() + "\n"), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, GoldenPages, testing::ValuesIn(filesInFolder(false)), [](const auto &file) {

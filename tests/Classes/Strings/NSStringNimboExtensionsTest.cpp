@@ -9,35 +9,6 @@
 namespace nimbo {
 namespace {
 
-TEST(NSStringNormalization, ComposesInPlace) {
-  // U+FB2C and U+1D160 are longer in NFC than before; U+2126 is another letter.
-  NSMutableString grows;
-  for (int i = 0; i < 50; ++i) grows.appendString(u"\ufb2c"_ns);
-  precomposeStringWithCanonicalMapping(grows);
-  EXPECT_EQ(grows.view().substr(147), u"\u05e9\u05bc\u05c1");
-
-  const struct {
-    NSString text, expected;
-  } cases[] = {
-      {u"e\u0301"_ns, u"\u00e9"_ns},
-      {u"\u0301e"_ns, u"\u0301e"_ns},
-      {u"a\u0302\u0323"_ns, u"\u1ead"_ns},
-      {u"\u1112\u1161\u11ab"_ns, u"\ud55c"_ns},
-      {u"\u2126\u00e9"_ns, u"\u03a9\u00e9"_ns},
-      {u"\U0001d160"_ns, u"\U0001d158\U0001d165\U0001d16e"_ns},
-      {NSString::stringWithCharacters(u"\xd800"
-                                      u"e\u0301\xdc00"),
-       NSString::stringWithCharacters(u"\xd800"
-                                      u"\u00e9\xdc00")},
-  };
-  for (const auto &c : cases) {
-    const NSString composed = precomposedStringWithCanonicalMapping(c.text);
-    EXPECT_EQ(composed, c.expected) << c.text.UTF8String();
-    EXPECT_TRUE(precomposedStringWithCanonicalMapping(composed).identicalTo(composed));
-  }
-  EXPECT_FALSE(precomposedStringWithCanonicalMapping(NSString()));
-}
-
 TEST(FixAndNormalizeString, BlanksStrayUnitsAndComposes) {
   const struct {
     NSString text, expected;

@@ -6,6 +6,8 @@
 #include <cstdlib>
 
 #include <filesystem>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "platform/Foundation/NSBundleLocalization.hpp"
@@ -18,52 +20,20 @@ namespace {
 
 TEST(NSURL, ResolvesReferencesAsTheStandardsExamples) {
   const NSURL base = url("http://a/b/c/d;p?q");
-  const std::string_view cases[][2] = {
-      {"g:h", "g:h"},
-      {"g", "http://a/b/c/g"},
-      {"./g", "http://a/b/c/g"},
-      {"g/", "http://a/b/c/g/"},
-      {"/g", "http://a/g"},
-      {"//g", "http://g"},
-      {"?y", "http://a/b/c/d;p?y"},
-      {"g?y", "http://a/b/c/g?y"},
-      {"#s", "http://a/b/c/d;p?q#s"},
-      {"g#s", "http://a/b/c/g#s"},
-      {"g?y#s", "http://a/b/c/g?y#s"},
-      {";x", "http://a/b/c/;x"},
-      {"g;x", "http://a/b/c/g;x"},
-      {"g;x?y#s", "http://a/b/c/g;x?y#s"},
-      {"", "http://a/b/c/d;p?q"},
-      {".", "http://a/b/c/"},
-      {"./", "http://a/b/c/"},
-      {"..", "http://a/b/"},
-      {"../", "http://a/b/"},
-      {"../g", "http://a/b/g"},
-      {"../..", "http://a/"},
-      {"../../", "http://a/"},
-      {"../../g", "http://a/g"},
-      {"../../../g", "http://a/g"},
-      {"../../../../g", "http://a/g"},
-      {"/./g", "http://a/g"},
-      {"/../g", "http://a/g"},
-      {"g.", "http://a/b/c/g."},
-      {".g", "http://a/b/c/.g"},
-      {"g..", "http://a/b/c/g.."},
-      {"..g", "http://a/b/c/..g"},
-      {"./../g", "http://a/b/g"},
-      {"./g/.", "http://a/b/c/g/"},
-      {"g/./h", "http://a/b/c/g/h"},
-      {"g/../h", "http://a/b/c/h"},
-      {"g;x=1/./y", "http://a/b/c/g;x=1/y"},
-      {"g;x=1/../y", "http://a/b/c/y"},
-      {"g?y/./x", "http://a/b/c/g?y/./x"},
-      {"g?y/../x", "http://a/b/c/g?y/../x"},
-      {"g#s/./x", "http://a/b/c/g#s/./x"},
-      {"g#s/../x", "http://a/b/c/g#s/../x"},
-      {"http:g", "http:g"},
-      {"//u@[2001:DB8::1]:8/g/..", "http://u@[2001:DB8::1]:8/"},
-  };
-  for (const auto &[reference, target] : cases) {
+  // Each reference stands before its target.
+  std::istringstream cases(
+      R"(g:h g:h  g http://a/b/c/g  ./g http://a/b/c/g  g/ http://a/b/c/g/  /g http://a/g  //g http://g
+      ?y http://a/b/c/d;p?y  g?y http://a/b/c/g?y  #s http://a/b/c/d;p?q#s  g#s http://a/b/c/g#s
+      g?y#s http://a/b/c/g?y#s  ;x http://a/b/c/;x  g;x http://a/b/c/g;x  g;x?y#s http://a/b/c/g;x?y#s
+      . http://a/b/c/  ./ http://a/b/c/  .. http://a/b/  ../ http://a/b/  ../g http://a/b/g
+      ../.. http://a/  ../../ http://a/  ../../g http://a/g  ../../../g http://a/g
+      ../../../../g http://a/g  /./g http://a/g  /../g http://a/g  g. http://a/b/c/g.  .g http://a/b/c/.g
+      g.. http://a/b/c/g..  ..g http://a/b/c/..g  ./../g http://a/b/g  ./g/. http://a/b/c/g/
+      g/./h http://a/b/c/g/h  g/../h http://a/b/c/h  g;x=1/./y http://a/b/c/g;x=1/y
+      g;x=1/../y http://a/b/c/y  g?y/./x http://a/b/c/g?y/./x  g?y/../x http://a/b/c/g?y/../x
+      g#s/./x http://a/b/c/g#s/./x  g#s/../x http://a/b/c/g#s/../x  http:g http:g
+      //u@[2001:DB8::1]:8/g/.. http://u@[2001:DB8::1]:8/)");
+  for (std::string reference, target; cases >> reference >> target;) {
     const NSURL resolved = NSURL::URLWithString(text(reference), base);
     EXPECT_EQ(shown(resolved.absoluteString()), target) << reference;
     EXPECT_EQ(resolved.relativeString(), text(reference));

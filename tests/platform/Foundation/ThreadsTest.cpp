@@ -16,134 +16,118 @@
 namespace nimbo {
 namespace {
 
-/// What a thread does with a handle of its own. `change` changes in place where nobody shares the storage.
-template <class Handle>
-struct Use {
-  Handle (*make)();
-  std::size_t (*read)(const Handle &handle);
-  void (*change)(Handle &handle);
-};
-
 class Number : public NSObject {
  public:
   std::size_t value = 7;
 };
 
-const Use<NSString> kString = {[] { return NSString::stringWithUTF8String("some text"); },
-                               [](const NSString &string) { return string.hash(); },
-                               [](NSString &string) {
-                                 string = string.substringWithRange({1, 4});
-                               }};
+/// What a thread does with a handle of its own. `change` changes in place where nobody shares the storage.
+struct UseOfString {
+  static NSString make() { return NSString::stringWithUTF8String("some text"); }
+  static std::size_t read(const NSString &string) { return string.hash(); }
+  static void change(NSString &string) { string = string.substringWithRange({1, 4}); }
+};
 
-const Use<NSData> kData = {[] { return NSData::dataWithBytes("some bytes", 10); },
-                           [](const NSData &data) { return data.hash(); },
-                           [](NSData &data) {
-                             data = data.subdataWithRange({1, 4});
-                           }};
+struct UseOfData {
+  static NSData make() { return NSData::dataWithBytes("some bytes", 10); }
+  static std::size_t read(const NSData &data) { return data.hash(); }
+  static void change(NSData &data) { data = data.subdataWithRange({1, 4}); }
+};
 
-const Use<NSArray> kArray = {[] {
-                               return NSArray{kString.make(), 1};
-                             },
-                             [](const NSArray &array) { return array.hash(); },
-                             [](NSArray &array) {
-                               array.mutableObjects()[0] = kString.make();
-                               array.addObject(2);
-                             }};
+struct UseOfArray {
+  static NSArray make() { return {UseOfString::make(), 1}; }
+  static std::size_t read(const NSArray &array) { return array.hash(); }
+  static void change(NSArray &array) {
+    array.mutableObjects()[0] = UseOfString::make();
+    array.addObject(2);
+  }
+};
 
-const Use<NSDictionary> kDictionary = {
-    [] {
-      NSDictionary dictionary{{u"key"_ns, kString.make()}};
-      for (int i = 0; i < 40; ++i) dictionary.setObject(i, NSString::stringWithUTF8String(std::to_string(i)));
-      return dictionary;
-    },
-    [](const NSDictionary &dictionary) { return dictionary.hash() + dictionary.objectForKey(u"7"_ns).hash(); },
-    [](NSDictionary &dictionary) {
-      dictionary.setObject(kString.make(), u"key"_ns);
-      dictionary.removeObjectForKey(dictionary.begin()->first);
-    }};
+struct UseOfDictionary {
+  static NSDictionary make() {
+    NSDictionary dictionary{{u"key"_ns, UseOfString::make()}};
+    for (int i = 0; i < 40; ++i) dictionary.setObject(i, NSString::stringWithUTF8String(std::to_string(i)));
+    return dictionary;
+  }
+  static std::size_t read(const NSDictionary &all) { return all.hash() + all.objectForKey(u"7"_ns).hash(); }
+  static void change(NSDictionary &dictionary) {
+    dictionary.setObject(UseOfString::make(), u"key"_ns);
+    dictionary.removeObjectForKey(dictionary.begin()->first);
+  }
+};
 
-const Use<NSURL> kURL = {
-    [] { return NSURL::URLWithString(u"b"_ns, NSURL::URLWithString(u"http://host/a"_ns)); },
-    [](const NSURL &url) { return url.hash() + url.host().hash() + url.baseURL().hash(); },
-    [](NSURL &url) { url = url.absoluteURL(); }};
+struct UseOfURL {
+  static NSURL make() { return NSURL::URLWithString(u"b"_ns, NSURL::URLWithString(u"http://host/a"_ns)); }
+  static std::size_t read(const NSURL &url) { return url.hash() + url.host().hash() + url.baseURL().hash(); }
+  static void change(NSURL &url) { url = url.absoluteURL(); }
+};
 
-const Use<id> kValue = {
-    [] {
-      return id(NSArray{kString.make(), kData.make(), kDictionary.make(), makeShared<NSObject>()});
-    },
-    [](const id &value) { return value.identityHash() + value.array()[1].hash() + value.array().count(); },
-    [](id &value) {
-      NSArray array = std::exchange(value, id()).array();
-      kArray.change(array);
-      value = array;
-    }};
+struct UseOfValue {
+  static id make() {
+    return NSArray{UseOfString::make(), UseOfData::make(), UseOfDictionary::make(), makeShared<NSObject>()};
+  }
+  static std::size_t read(const id &value) {
+    return value.identityHash() + value.array()[1].hash() + value.array().count();
+  }
+  static void change(id &value) {
+    NSArray array = std::exchange(value, id()).array();
+    UseOfArray::change(array);
+    value = array;
+  }
+};
 
-const Use<SharedPointer<Number>> kObject = {[] { return makeShared<Number>(); },
-                                            [](const SharedPointer<Number> &object) { return object->value; },
-                                            [](SharedPointer<Number> &object) {
-                                              if (!object.isUnique()) object = makeShared<Number>();
-                                              ++object->value;
-                                            }};
+struct UseOfObject {
+  using Object = SharedPointer<Number>;
+  static Object make() { return makeShared<Number>(); }
+  static std::size_t read(const Object &object) { return object->value; }
+  static void change(Object &object) {
+    if (!object.isUnique()) object = makeShared<Number>();
+    ++object->value;
+  }
+};
+
+template <class Use>
+class Threads : public testing::Test {};
+
+using Uses =
+    testing::Types<UseOfString, UseOfData, UseOfArray, UseOfDictionary, UseOfURL, UseOfValue, UseOfObject>;
+TYPED_TEST_SUITE(Threads, Uses);
 
 /// One thread reads its copy and drops it. The other has heard of that, but not in a way that would order
 /// anything: the counting alone must bring the reading before the change.
-template <class Handle>
-void changeAfterAnotherThreadHasRead(const Use<Handle> &use) {
-  Handle own = use.make();
-  const std::size_t expected = use.read(own);
+TYPED_TEST(Threads, AChangeComesAfterWhatOthersHaveRead) {
+  auto own = TypeParam::make();
+  const std::size_t expected = TypeParam::read(own);
   std::atomic<bool> isDropped = false;
-  std::thread reader([&isDropped, &use, expected, copy = own]() mutable {
-    EXPECT_EQ(use.read(copy), expected);
-    copy = Handle();
+  std::thread reader([&isDropped, expected, copy = own]() mutable {
+    EXPECT_EQ(TypeParam::read(copy), expected);
+    copy = {};
     isDropped.store(true, std::memory_order_relaxed);
   });
   while (!isDropped.load(std::memory_order_relaxed)) std::this_thread::yield();
-  use.change(own);
-  EXPECT_NE(use.read(own), expected);
+  TypeParam::change(own);
+  EXPECT_NE(TypeParam::read(own), expected);
   reader.join();
 }
 
 /// All threads copy the same handle, and change and drop their copies.
-template <class Handle>
-void copyInManyThreads(const Use<Handle> &use) {
-  constexpr int kThreads = 4;
-  constexpr int kRounds = 200;
-  const Handle shared = use.make();
-  const std::size_t expected = use.read(shared);
+TYPED_TEST(Threads, CopiesAreChangedAndDroppedAtOnce) {
+  const auto shared = TypeParam::make();
+  const std::size_t expected = TypeParam::read(shared);
   std::vector<std::thread> threads;
-  for (int i = 0; i < kThreads; ++i)
+  for (int i = 0; i < 4; ++i)
     threads.emplace_back([&] {
-      for (int round = 0; round < kRounds; ++round) {
-        Handle own = shared;
-        const Handle copy = own;
-        use.change(own);
-        EXPECT_EQ(use.read(copy), expected);
-        EXPECT_NE(use.read(own), expected);
-        use.change(own);
+      for (int round = 0; round < 200; ++round) {
+        auto own = shared;
+        const auto copy = own;
+        TypeParam::change(own);
+        EXPECT_EQ(TypeParam::read(copy), expected);
+        EXPECT_NE(TypeParam::read(own), expected);
+        TypeParam::change(own);
       }
     });
   for (std::thread &thread : threads) thread.join();
-  EXPECT_EQ(use.read(shared), expected);
-}
-
-TEST(Threads, AChangeComesAfterWhatOthersHaveRead) {
-  changeAfterAnotherThreadHasRead(kString);
-  changeAfterAnotherThreadHasRead(kData);
-  changeAfterAnotherThreadHasRead(kArray);
-  changeAfterAnotherThreadHasRead(kDictionary);
-  changeAfterAnotherThreadHasRead(kURL);
-  changeAfterAnotherThreadHasRead(kValue);
-  changeAfterAnotherThreadHasRead(kObject);
-}
-
-TEST(Threads, CopiesAreChangedAndDroppedAtOnce) {
-  copyInManyThreads(kString);
-  copyInManyThreads(kData);
-  copyInManyThreads(kArray);
-  copyInManyThreads(kDictionary);
-  copyInManyThreads(kURL);
-  copyInManyThreads(kValue);
-  copyInManyThreads(kObject);
+  EXPECT_EQ(TypeParam::read(shared), expected);
 }
 
 }  // namespace

@@ -32,25 +32,11 @@ TEST(PDFDate, ReadsWhatWritersWrite) {
 }
 
 TEST(PDFDate, GivesNothingRatherThanAWrongDate) {
-  const char *const cases[] = {"",
-                               "D:200",
-                               "D:00000101",
-                               "D:20010230",
-                               "D:19000229",
-                               "D:20011301",
-                               "D:20010203240000",
-                               "D:20010203046000",
-                               "D:20010203040560",
-                               "D:2001020304050",
-                               "D:191000101",
-                               "D:20010203040506+24'00'",
-                               "D:20010203040506+01'60'",
-                               "D:20010203040506Z01'00'",
-                               "D:20010203040506+1",
-                               "Mon Feb  3 04:05:06 2001",
-                               "D:20010203040506+01'00'x",
-                               "D:２００１"};
-  for (const char *text : cases)
+  for (const char *text :
+       {"", "D:200", "D:00000101", "D:20010230", "D:19000229", "D:20011301", "D:20010203240000",
+        "D:20010203046000", "D:20010203040560", "D:2001020304050", "D:191000101", "D:20010203040506+24'00'",
+        "D:20010203040506+01'60'", "D:20010203040506Z01'00'", "D:20010203040506+1", "Mon Feb  3 04:05:06 2001",
+        "D:20010203040506+01'00'x", "D:２００１"})
     EXPECT_FALSE(dateWithPDFDateString(NSString::stringWithUTF8String(text))) << text;
   EXPECT_FALSE(dateWithPDFDateString(NSString()));
 }
