@@ -34,9 +34,12 @@ bool isAsciiUnichars(const unichar *units, std::uint32_t length);
 
 /// How often two units stand in a run.
 struct UnicharCounts {
+  /// How often the first stands there.
   std::uint32_t first = 0;
+  /// How often the second stands there.
   std::uint32_t second = 0;
 
+  /// Whether both counts are equal.
   friend bool operator==(const UnicharCounts &, const UnicharCounts &) = default;
 };
 

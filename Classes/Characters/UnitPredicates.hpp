@@ -30,7 +30,9 @@ constexpr std::uint32_t lengthOfLineBreak(std::u16string_view units, std::size_t
 
 /// A predicate that tells whether a unit is in a set, which it borrows and which must not be null.
 struct IsPartOfSet {
+  /// The set.
   const CharacterSetRep *set;
+  /// Whether the unit is in the set.
   bool operator()(unichar c) const noexcept { return set->contains(c); }
 };
 
@@ -51,7 +53,9 @@ inline IsPartOfSet isSpace(Flag andFeeds) {
 
 /// A predicate that tells whether a unit is one of those of a string, which it borrows.
 struct IsUnitOf {
+  /// The units of the string.
   std::u16string_view units;
+  /// Whether the unit is one of them.
   bool operator()(unichar c) const noexcept { return units.find(c) != units.npos; }
 };
 
@@ -83,13 +87,17 @@ auto withMappedUnitsOf(std::u16string_view units, std::uint32_t length, Map map,
 
 /// A predicate that holds for one unit.
 struct IsUnit {
+  /// The unit.
   unichar unit;
+  /// Whether this is the unit.
   constexpr bool operator()(unichar c) const noexcept { return c == unit; }
 };
 
 /// A map that folds units by a table of `CharacterTables.hpp`, which it borrows.
 struct EntryOf {
+  /// The table, of 65536 entries.
   const unichar *table;
+  /// The table's entry for the unit.
   unichar operator()(unichar c) const noexcept { return table[c]; }
 };
 

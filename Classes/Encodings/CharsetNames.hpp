@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// What the names of character sets mean, however they are written:
+// What the names of character sets mean, however they are written. Any thread may ask.
 //
 //     charset2CFStringEncoding(u"latin1"_ns);           // kCFStringEncodingISOLatin1
 //     charset2NSStringEncoding(u"'Shift-JIS' "_ns);     // NSShiftJISStringEncoding

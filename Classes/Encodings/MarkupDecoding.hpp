@@ -10,7 +10,9 @@ namespace NIMBO_PUBLIC nimbo {
 /// A page's text, and the encoding in which its bytes were read; nil and `kCFStringEncodingInvalidId` when
 /// they could not be.
 struct DecodedMarkup {
+  /// The text, without a byte order mark.
   NSString string;
+  /// The encoding of the bytes.
   NSStringEncoding encoding = kCFStringEncodingInvalidId;
 };
 
@@ -30,7 +32,7 @@ struct DecodedMarkup {
 /// - The last resort is the supplied, then the default encoding, without anything amiss.
 ///
 /// UTF-8 may be damaged: what is not valid becomes U+FFFD, if more characters beyond ASCII are whole than not.
-/// Nil when there are no bytes, or no encoding fits.
+/// Nil when there are no bytes, or no encoding fits. Any thread may call it.
 ///
 ///     const NSStringEncoding supplied = headerEncoding(contentType);
 ///     const DecodedMarkup page = decodeMarkup(body, supplied, NSWindowsCP1252StringEncoding);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The encodings of pages and feeds:
+// The encodings of pages and feeds. None changes its first argument; any thread may call these.
 //
 //     const NSString page = stringWithMarkupContentsOfFile(path, NSWindowsCP1252StringEncoding);
 //     const NSString charset = markupCharset(page);

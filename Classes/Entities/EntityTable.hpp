@@ -44,8 +44,10 @@ inline std::int32_t indexOfEntityForCharacter(unichar c) {
 /// The bytes of a name of at most `kMaxLength` letters in one number, with a 1 in front of them, so that names
 /// that differ only in their length differ.
 struct EntityKey {
+  /// The most letters that a name may have.
   static constexpr std::size_t kMaxLength = 6;
 
+  /// The number.
   std::uint64_t value = 1;
 
   /// Adds a letter at the end.

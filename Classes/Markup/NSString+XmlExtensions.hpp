@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Tags, texts and attributes of markup as strings and ranges:
+// Tags, texts and attributes of markup as strings and ranges. Any thread may call these.
 //
 //     const NSArray texts = getXmlContents(u"<p>one<p>two"_ns);
 //     const NSString link = attributeOfTagWithName(u"<a href='page.html'>"_ns, u"href"_ns);

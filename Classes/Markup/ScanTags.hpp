@@ -31,7 +31,7 @@ void scanTagsWithVisitor(std::u16string_view markup, TagVisitor visitor);
 ///
 /// The units must live and stay as they are until it returns. Broken markup is never an error. Without units
 /// there is no call. Raises what `visit` raises, and `std::bad_alloc` when the marks of odd markup need more
-/// memory than there is.
+/// memory than there is. Any thread may scan, and `visit` is called on that thread alone.
 template <class Visit>
 requires std::invocable<Visit &, const TagShape &>
 void scanTags(std::u16string_view markup, Visit &&visit) {

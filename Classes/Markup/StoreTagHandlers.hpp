@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Handlers that store what the scanner finds, as it is.
+// Handlers that store what the scanner finds, as it is. Any thread may scan with them, each with a context of
+// its own.
 #pragma once
 
 #include <cstdint>
@@ -16,12 +17,16 @@ namespace NIMBO_PUBLIC nimbo {
 ///     GetTagsOfString(page, StoreToRangesHandler, &store, false);
 ///     std::free(store.tagRanges);
 ///
-/// The arrays, of `capacity` ranges, come from `malloc`; null means not
-/// wanted, or that there was no memory for more. They are the caller's after the scan, to `free`.
+/// The arrays, of `capacity` ranges, come from `malloc`; null means not wanted, or that there was no memory for
+/// more. They are the caller's after the scan, to `free`.
 struct StoreToRangesContext {
+  /// The ranges of the tags.
   NSRange *tagRanges;
+  /// The ranges of the texts in front of them.
   NSRange *textRanges;
+  /// How many there are in each array.
   std::uint32_t count;
+  /// How many have room in each array.
   std::uint32_t capacity;
 };
 
@@ -31,8 +36,11 @@ extern const TagHandler StoreToRangesHandler;
 
 /// The context of `StoreToArrayHandler`.
 struct StoreToArrayContext {
+  /// What is added to.
   NSArray result;
+  /// Whether to add the tags.
   bool wantTags;
+  /// Whether to add the texts.
   bool wantContents;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Values of attributes, as views of the markup and as strings:
+// Values of attributes, as views of the markup and as strings. Any thread may read them.
 //
 //     const std::u16string_view link = attributeOfTag(u"<a class=x HREF='page.html'>", "href");
 //     if (!link.empty()) follow(link);

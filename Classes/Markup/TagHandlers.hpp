@@ -37,7 +37,7 @@ bool handleTag(const NSString &string, const unichar *characters, std::uint32_t 
 }  // namespace detail
 
 /// A `TagHandler` made of a function with a context of its own type, which is the scan's context. The function
-/// answers whether to stop the scan, or nothing, when it never does.
+/// answers whether to stop the scan, or nothing, when it never does. It is called on the thread that scans.
 ///
 ///     void countImages(const TagShape &tag, unsigned &images) { images += tag.isNamed("img"); }
 ///     unsigned images = 0;

@@ -26,7 +26,8 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// The names of HTML's elements, old ones included, and "xml": "kA", "kAbbr" ... "kXmp".
+/// The names of HTML's elements, old ones included, and "xml": "kA", "kAbbr" ... "kXmp". Any thread may look
+/// names up.
 ///
 ///     switch (tag.tagName()) {
 ///       case TagName::kImg: return addImage(tag);

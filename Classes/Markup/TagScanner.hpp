@@ -16,11 +16,11 @@ enum TagKind : int {
 };
 
 /// A function that is told of a tag, and answers whether the scan shall stop. `tagHandler` makes one of a
-/// function with a context of its own type. The tag has `tagLength` units from its "<" at
-/// `tagLocation` on, its ">" included; the text in front of it begins at `textLocation`. The name has
-/// `nameLength` units from `nameLocation` on: NSNotFound and 0 when it has none. An end tag has "/" behind its
-/// "<"; a "script" or "style" element with all its text is one tag. In the closing call the tag is empty and
-/// stands at the end of the string.
+/// function with a context of its own type. The tag has `tagLength` units from its "<" at `tagLocation` on, its
+/// ">" included; the text in front of it begins at `textLocation`. The name has `nameLength` units from
+/// `nameLocation` on: NSNotFound and 0 when it has none. An end tag has "/" behind its "<"; a "script" or
+/// "style" element with all its text is one tag. In the closing call the tag is empty and stands at the end of
+/// the string.
 ///
 /// A range may end one unit behind the string (a raw-text element whose end tag has no ">"), and the text may
 /// then begin behind the end of it: clamp what you read, as `TagShape` does.
@@ -41,6 +41,7 @@ using TagHandler = bool (*)(const NSString &string, const unichar *characters, s
 ///     scanTags(page, [&](const TagShape &tag) { tags += tag.isOrdinary(); });  // ScanTags.hpp
 ///
 /// `isMutable` says that the handler changes the units or the string itself: the scan then works on a copy.
+/// Scans share nothing: any thread may begin one, with a context that no other thread uses.
 ///
 /// False, without a call, when the string is nil or empty, or when it cannot be copied (no memory, or more than
 /// 0x3fffffff units); true otherwise, also when the handler stopped the scan. Raises what the handler raises,

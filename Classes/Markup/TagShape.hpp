@@ -13,7 +13,8 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// What the scanner has found: a tag, comment or marked section, and the text in front of it; or, as an empty
-/// tag, the end of the markup. It borrows the markup, and so do its views.
+/// tag, the end of the markup. It borrows the markup, and so do its views. It never changes, and any thread may
+/// read it.
 ///
 ///     if (tag.isStartTag() && tag.tagName() == TagName::kA) links.emplace_back(tag.attribute("HREF"));
 ///     if (tag.isEndTag() && tag.isNamed("my-title")) title = tag.text();
@@ -25,6 +26,7 @@ class TagShape {
            TagKind kind)
       : markup_(markup), nameRange_(nameRange), tagRange_(tagRange), textLocation_(textLocation), kind_(kind) {}
 
+  /// What the scanner has met.
   TagKind kind() const { return kind_; }
   /// NSNotFound and 0 when the tag has no name.
   NSRange nameRange() const { return nameRange_; }
@@ -43,6 +45,7 @@ class TagShape {
   std::u16string_view tag() const { return part(tagRange_.location, tagEnd()); }
   /// The text between the last tag and this one.
   std::u16string_view text() const { return part(firstOfText(), tagRange_.location); }
+  /// The text between the last tag and this one, and the tag.
   std::u16string_view textAndTag() const { return part(firstOfText(), tagEnd()); }
   /// All markup in front of the tag.
   std::u16string_view allBefore() const { return part(0, tagRange_.location); }
@@ -70,6 +73,7 @@ class TagShape {
            fastCaseInsensitiveCompareUnichars(this->name().data(), nameRange_.length, name.data(),
                                               nameRange_.length) == 0;
   }
+  /// The same for a name in ASCII.
   bool isNamed(std::string_view asciiName) const {
     return isOrdinary() && nameRange_.length == asciiName.size() &&
            fastCaseInsensitiveCompareUnicharsWithChars(name().data(), nameRange_.length, asciiName.data(),

@@ -37,6 +37,7 @@ struct MetaDataImporterLocations {
 ///     if (error) NSLog(error.localizedFailureReason);
 class MetaDataImporter {
  public:
+  /// One that looks for importers in these places, when the first file is asked about.
   explicit MetaDataImporter(
       MetaDataImporterLocations locations = MetaDataImporterLocations::standardLocations());
   ~MetaDataImporter();

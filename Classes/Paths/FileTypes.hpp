@@ -65,6 +65,7 @@ inline constexpr std::size_t kLongestFileTypeExtension = 11;
 
 /// A row of the table.
 struct FileType {
+  /// What files of the type are.
   FileKinds kinds;
   /// ASCII without capitals, at most `kLongestFileTypeExtension`.
   std::u16string_view extension;

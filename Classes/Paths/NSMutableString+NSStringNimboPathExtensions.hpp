@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Names for files made of any text, in place:
+// Names for files made of any text, in place. One thread changes a string at a time.
 //
 //     NSMutableString name(u"Either/Or: notes."_ns);
 //     createFilename(name);

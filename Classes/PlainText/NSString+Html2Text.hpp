@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// The text of an HTML page:
+// The text of an HTML page. Any thread may convert.
 //
 //     const NSString text = stringByConvertingHtml2PlainText(page);
 //     const NSString mail = stringByConvertingHtml2ReformattedPlainText(page);

@@ -7,7 +7,8 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// Writes the text that a person would read on the page into its context, a `PlainTextRecord`. It changes no
-/// units and never stops the scan. `docs/plain-text.md` shows each of the rules below on an example.
+/// units and never stops the scan. `docs/plain-text.md` shows each of the rules below on an example. Any
+/// thread may scan with it, each with a record of its own.
 ///
 ///     PlainTextRecord record({.removeJunk = true});
 ///     GetTagsOfString(page, PlainTextHandler, &record, false);
@@ -22,8 +23,8 @@ namespace NIMBO_PUBLIC nimbo {
 /// - A tag that begins with neither a letter nor "/", "!" or "?" is text, up to the next "<" in it that does.
 /// - "script" and "style" elements, comments and marked sections are never written. Where a script or style
 ///   never ends, nothing is written until a body or head tag.
-/// - With `googleTags`, the comments "googleoff: index" and "googleon: index" (or "all") end and begin the
-/// text.
+/// - With `googleTags`, the comments "googleoff: index" and "googleon: index" (or "all") end and begin
+///   the text.
 /// - The text of the first title element is written, with an empty line behind it; a later title is left out.
 ///
 /// Breaks
@@ -39,9 +40,8 @@ namespace NIMBO_PUBLIC nimbo {
 /// - Blanks (units up to U+0020, line breaks) in a row become one space, and none at the beginning and the end
 ///   of a line. A no-break space stays. Soft hyphens go.
 /// - With `reformat`, within a text: two or more line breaks in a row become an empty line; a single one
-/// becomes
-///   a line feed in front of "/", ">", "}", "-" and space, else a space where the output does not end in white
-///   space; spaces in a row become one.
+///   becomes a line feed in front of "/", ">", "}", "-" and space, else a space where the output does not end
+///   in white space; spaces in a row become one.
 /// - pre, listing, textarea, xmp and plaintext keep their white space; CR LF and CR become a line feed, and a
 ///   line break directly behind the start tag goes. In textarea, xmp and plaintext tags are text; in xmp and
 ///   plaintext, character references are too.
@@ -63,7 +63,8 @@ extern const TagHandler PlainTextHandler;
 
 /// Writes a space and the text for each text in the body, whatever its white space, with all character
 /// references decoded when it has more than 3 units; its context is a `PlainTextRecord`. "body" and "noframes"
-/// begin the body, "head" interrupts it. It changes no units and never stops the scan.
+/// begin the body, "head" interrupts it. It changes no units and never stops the scan. Any thread may scan with
+/// it, each with a record of its own.
 extern const TagHandler SimplePlainTextHandler;
 
 }  // namespace nimbo

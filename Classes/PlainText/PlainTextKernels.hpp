@@ -17,9 +17,9 @@ constexpr bool isCollapsible(unichar c) {
 
 constexpr unichar kSoftHyphen = 0x00ad;
 
-/// Copies units up to the first that is not plain: a collapsible one, but for a space in front of a
-/// unit above U+0020; a soft hyphen; "&" if `stopsAtAmpersand`. Answers how many it copied. `readable` units
-/// stand at `source`, at least `length`; `destination` has room for `kPlainUnitsSlack` units more.
+/// Copies units up to the first that is not plain: a collapsible one, but for a space in front of a unit above
+/// U+0020; a soft hyphen; "&" if `stopsAtAmpersand`. Answers how many it copied. `readable` units stand at
+/// `source`, at least `length`; `destination` has room for `kPlainUnitsSlack` units more.
 std::size_t copyPlainUnits(const unichar *source, std::size_t length, std::size_t readable,
                            unichar *destination, bool stopsAtAmpersand);
 

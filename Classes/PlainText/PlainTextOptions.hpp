@@ -5,7 +5,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// What a conversion of HTML to plain text does beside leaving the markup out.
+/// What a conversion of HTML to plain text does beside leaving the markup out: a plain value.
 ///
 ///     const PlainTextOptions options{.reformat = true, .removeJunk = true};
 ///     bool junkFound;

@@ -12,13 +12,15 @@ struct PlainTextConversion;
 }
 
 /// What a page is converted with: the context of `PlainTextHandler` and `SimplePlainTextHandler`. One record is
-/// for one scan. The handlers raise `std::bad_alloc` and `std::length_error` when the text has no room.
+/// for one scan, and for one thread at a time. The handlers raise `std::bad_alloc` and `std::length_error` when
+/// the text has no room.
 ///
 ///     PlainTextRecord record({.reformat = true});
 ///     GetTagsOfString(page, PlainTextHandler, &record, false);
 ///     const NSString text = record.hasText() ? std::move(record).text() : page;
 class PlainTextRecord {
  public:
+  /// A record with these options.
   explicit PlainTextRecord(const PlainTextOptions &options);
   PlainTextRecord(const PlainTextRecord &) = delete;
   PlainTextRecord &operator=(const PlainTextRecord &) = delete;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Markup with some of it taken out:
+// Markup with some of it taken out. Any thread may call these.
 //
 //     const NSString words = stripTags(u"<p>Hello <b>you</b>"_ns);
 //     const NSString plain = stripAttributesOfTag(page, "P");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Handlers that take whole elements out of markup.
+// Handlers that take whole elements out of markup. Any thread may scan with them, each with a context of its
+// own.
 #pragma once
 
 #include <optional>
@@ -23,9 +24,9 @@ struct StripBodiesContext {
   /// How the elements' start tags begin, with their "<", in any case: "<div" stands for "<div class=x>" and for
   /// "<divide>". Not empty.
   std::span<const std::u16string_view> names;
-  /// The name of the element that the scan is in, within the scanned units, and how deep elements of that name
-  /// are nested there; a depth of 0 is outside.
+  /// The name of the element that the scan is in, within the scanned units.
   std::u16string_view elementName;
+  /// How deep elements of that name are nested there; 0 is outside.
   std::uint32_t depth = 0;
 };
 

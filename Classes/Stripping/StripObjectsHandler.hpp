@@ -18,10 +18,11 @@ namespace NIMBO_PUBLIC nimbo {
 struct StripObjectsContext {
   /// Nothing until an object is met.
   std::optional<NSMutableString> result;
-  /// The outermost element that its own text stands for: its name within the scanned units, how deep elements
-  /// of that name are nested in it (0: none is open), and how much of the result is in front of its content.
+  /// The name, within the scanned units, of the outermost element that its own text stands for.
   std::u16string_view elementName;
+  /// How deep elements of that name are nested in it; 0: none is open.
   std::uint32_t depth = 0;
+  /// How much of the result is in front of its content.
   std::uint32_t lengthBeforeContent = 0;
   /// Whether an object has gone since text was copied, so that words could run together.
   bool isBehindObject = false;
@@ -38,7 +39,7 @@ struct StripObjectsContext {
 /// What an element has between its tags is for those who cannot show it. It stays, as markup, when the element
 /// has no text of its own, and when its end tag is missing; else it goes.
 ///
-/// Never stops the scan.
+/// Never stops the scan. Any thread may scan with it, each with a context of its own.
 extern const TagHandler StripObjectsHandler;
 
 }  // namespace nimbo

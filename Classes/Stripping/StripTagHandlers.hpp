@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Handlers that take tags out of markup, or attributes out of tags.
+// Handlers that take tags out of markup, or attributes out of tags. Any thread may scan with them, each with a
+// context of its own.
 #pragma once
 
 #include <optional>

@@ -87,7 +87,9 @@ class HelperClient {
   explicit HelperClient(Options options);
   /// Closes the connection; a helper that the client started lives on.
   ~HelperClient();
+  /// Takes the other's connection over; the other must not be used any more but to assign to it.
   HelperClient(HelperClient &&) noexcept;
+  /// As the constructor; its own connection is closed.
   HelperClient &operator=(HelperClient &&) noexcept;
 
   /// Calls an operation by its full selector; `arguments` are keyed by its keywords, and those that are nil
@@ -118,6 +120,7 @@ class HelperClient {
   struct State {
     /// Whether it still serves the name. Else the record is what it left when it ended.
     bool isRunning = false;
+    /// What it does at the moment, or did last.
     ConnectionRecord record;
   };
 

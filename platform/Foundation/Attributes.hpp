@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Attributes of declarations, for headers that are installed:
+// Attributes of declarations, for headers that are installed. They say nothing of threads.
 //
 //     namespace NIMBO_PUBLIC nimbo {
 //     const unichar *unitsOf(const NSString &string NIMBO_LIFETIMEBOUND);

@@ -7,7 +7,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// How the first of two things stands to the second.
+/// How the first of two things stands to the second: a plain value.
 ///
 ///     const auto isBefore = [](const NSString &a, const NSString &b) {
 ///       return localizedCaseInsensitiveCompare(a, b) == NSOrderedAscending;

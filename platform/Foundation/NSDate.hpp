@@ -39,6 +39,7 @@ struct NSDate {
   /// are any. Nothing for a moment outside the years 0 to 9999 (or not a number).
   std::optional<std::string> ISO8601String() const;
 
+  /// Whether both are the same moment.
   friend constexpr bool operator==(const NSDate &, const NSDate &) = default;
 };
 

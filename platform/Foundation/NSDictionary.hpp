@@ -64,7 +64,9 @@ NIMBO_PUBLIC void destroyShared<detail::DictionaryStorage>(ReferenceCounted *sto
 ///     for (const auto &[key, value] : facts) NSLog(u"%@ = %@", key, stringValue(value));
 class NSDictionary {
  public:
+  /// A key and its value.
   using Entry = std::pair<NSString, id>;
+  /// Goes over the entries in their order.
   using Iterator = detail::DictionaryIterator<Entry>;
 
   NSDictionary() noexcept = default;

@@ -68,6 +68,7 @@ struct NSError {
 
   /// Whether there is an error.
   explicit operator bool() const noexcept { return static_cast<bool>(domain); }
+  /// Whether domain, code and reason are equal.
   friend bool operator==(const NSError &, const NSError &) = default;
 };
 

@@ -19,6 +19,7 @@ namespace NIMBO_PUBLIC nimbo {
 ///     }
 class NSException : public std::exception {
  public:
+  /// An exception of this name and reason.
   NSException(NSString name, NSString reason);
   ~NSException() override;
 

@@ -13,22 +13,31 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// A point of a plane.
 struct NSPoint {
+  /// From left to right.
   double x = 0;
+  /// At right angles to `x`.
   double y = 0;
+  /// Whether both are the same point.
   friend bool operator==(const NSPoint &, const NSPoint &) = default;
 };
 
 /// A width and a height.
 struct NSSize {
+  /// The extent in x.
   double width = 0;
+  /// The extent in y.
   double height = 0;
+  /// Whether both are equally wide and high.
   friend bool operator==(const NSSize &, const NSSize &) = default;
 };
 
 /// A rectangle: its corner of the lowest coordinates, and its size.
 struct NSRect {
+  /// The corner.
   NSPoint origin;
+  /// The size.
   NSSize size;
+  /// Whether corners and sizes are equal.
   friend bool operator==(const NSRect &, const NSRect &) = default;
 };
 

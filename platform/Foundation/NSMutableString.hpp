@@ -23,7 +23,9 @@ class NSMutableString {
   explicit NSMutableString(NSString &&string);
   NSMutableString(const NSMutableString &) = delete;
   NSMutableString &operator=(const NSMutableString &) = delete;
+  /// Takes the units; the other is empty.
   NSMutableString(NSMutableString &&other) noexcept { swap(other); }
+  /// Exchanges the units.
   NSMutableString &operator=(NSMutableString &&other) noexcept {
     swap(other);
     return *this;
@@ -66,6 +68,7 @@ class NSMutableString {
   /// shared empty string. Unused capacity of more than half is given back.
   NSString string() &&;
 
+  /// Swaps two strings.
   void swap(NSMutableString &other) noexcept {
     std::swap(storage_, other.storage_);
     std::swap(capacity_, other.capacity_);

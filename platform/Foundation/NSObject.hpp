@@ -17,17 +17,21 @@ struct ClassDescription {
   using Method = id (*)(NSObject &receiver, const id &argument);
   /// A value that is read, and perhaps written, by its name.
   struct Key {
+    /// The name by which it is asked for.
     NSString name;
+    /// Answers the value of a receiver; nil when it has none.
     id (*get)(const NSObject &receiver);
     /// Null when the value can only be read.
     void (*set)(NSObject &receiver, const id &value);
   };
 
+  /// The name of the class.
   NSString name;
   /// Null for the root class.
   const ClassDescription *superclass = nullptr;
   /// The methods by selector. Those of the superclass answer, too, where these do not.
   std::vector<std::pair<NSString, Method>> methods;
+  /// The values by name. Those of the superclass are there, too.
   std::vector<Key> keys;
 };
 

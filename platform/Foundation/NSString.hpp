@@ -141,6 +141,7 @@ NSString operator""_ns() {
 
 /// The hash of a string in the standard library's containers.
 struct NSStringHash {
+  /// The hash, equal for equal strings.
   std::size_t operator()(const NSString &string) const noexcept { return string.hash(); }
 };
 

@@ -24,17 +24,22 @@ concept FormattedInteger = std::integral<T> && sizeof(T) <= sizeof(std::uint64_t
 /// units and text.
 class FormatArgument {
  public:
+  /// A string; nil is "(null)".
   FormatArgument(const NSString &string) noexcept : units_(string ? string.view() : u"(null)") {}
+  /// Units.
   template <std::convertible_to<std::u16string_view> Units>
   FormatArgument(const Units &units) noexcept : units_(units) {}
+  /// UTF-8, which is converted.
   template <std::convertible_to<std::string_view> Text>
   FormatArgument(const Text &text) : FormatArgument(made(std::string_view(text))) {}
+  /// A whole number in decimal.
   template <FormattedInteger Integer>
   FormatArgument(Integer number)
       : FormatArgument(std::signed_integral<Integer> ? made(static_cast<std::int64_t>(number))
                                                      : made(static_cast<std::uint64_t>(number))) {
     isInteger_ = true;
   }
+  /// A real number with as few digits as tell it from all others.
   template <std::same_as<double> Real>
   FormatArgument(Real number) : FormatArgument(made(number)) {}
 
@@ -63,6 +68,7 @@ class FormatArgument {
 template <class... Arguments>
 class FormatString {
  public:
+  /// The format, which is checked when the program is compiled.
   template <std::size_t Size>
   consteval FormatString(const char16_t (&text)[Size]) : units_(text, Size - 1) {
     constexpr bool isInteger[] = {FormattedInteger<Arguments>..., false};
@@ -79,6 +85,7 @@ class FormatString {
     if (count < sizeof...(Arguments)) throw "The format has fewer directives than arguments.";
   }
 
+  /// The units of the format; they live as long as the process.
   constexpr std::u16string_view units() const noexcept { return units_; }
 
  private:
@@ -103,16 +110,19 @@ void appendFormat(NSMutableString &string, std::u16string_view format, const Arg
 
 }  // namespace detail
 
-/// Appends a format with its directives replaced by the arguments, which must not lie in the string itself.
+/// Appends a format with its directives replaced by the arguments, which must not lie in the string itself. One
+/// thread changes a string at a time.
 ///
 ///     appendFormat(list, u"%d: %@\n", index, name);
+///     appendFormat(list, u"%@ of %d bytes\n", "in UTF-8", bytes.size());
+///     appendFormat(list, u"%d%%\n", 50);  // "50%"
 template <class... Arguments>
 void appendFormat(NSMutableString &string, FormatString<std::type_identity_t<Arguments>...> format,
                   const Arguments &...arguments) {
   detail::appendFormat(string, format.units(), arguments...);
 }
 
-/// A new string out of a format and its arguments; never nil.
+/// A new string out of a format and its arguments; never nil. Any thread may make one.
 ///
 ///     NSString name = stringWithFormat(u"%@-%d.%@", base, counter, extension);
 template <class... Arguments>

@@ -36,6 +36,7 @@ std::u16string_view viewOfPiece(const Unit &unit) {
 
 /// The pieces with the separator between them, made with one allocation: a range of strings or of views of
 /// units. Nil counts as empty; the result is never nil. More than `NSNotFound` units raise `std::length_error`.
+/// Any thread may join.
 ///
 ///     const std::vector<NSString> labels = {u"www"_ns, u"example"_ns, u"org"_ns};
 ///     const NSString host = stringByJoining(labels, u".");  // "www.example.org"

@@ -26,7 +26,9 @@ class ReferenceCounted {
 
  protected:
   constexpr ReferenceCounted() noexcept = default;
+  /// An object that is never counted.
   constexpr explicit ReferenceCounted(Immortal) noexcept : references_(kImmortal) {}
+  /// Counts anew: references to the other stay with the other.
   constexpr ReferenceCounted(const ReferenceCounted &) noexcept {}
   ~ReferenceCounted() = default;
 
@@ -89,20 +91,25 @@ template <class T>
 class SharedPointer {
  public:
   constexpr SharedPointer() noexcept = default;
+  /// Shares the other's object.
   SharedPointer(const SharedPointer &other) noexcept : object_(other.object_) {
     if (object_) object_->retain();
   }
+  /// Takes the other's reference; the other is null.
   SharedPointer(SharedPointer &&other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+  /// Takes a reference of a pointer to a derived class.
   template <class Derived>
   requires(!std::same_as<Derived, T> && std::derived_from<Derived, T>)
       SharedPointer(SharedPointer<Derived> other)
   noexcept : object_(std::exchange(other.object_, nullptr)) { static_assert(std::has_virtual_destructor_v<T>); }
+  /// Shares the other's object in place of its own.
   // The copy is made before anything goes.
   // NOLINTNEXTLINE(bugprone-unhandled-self-assignment)
   SharedPointer &operator=(const SharedPointer &other) noexcept {
     SharedPointer(other).swap(*this);
     return *this;
   }
+  /// Takes the other's reference; the other is null.
   SharedPointer &operator=(SharedPointer &&other) noexcept {
     SharedPointer(std::move(other)).swap(*this);
     return *this;
@@ -118,7 +125,9 @@ class SharedPointer {
 
   /// The object, borrowed; or null. The operators must not be used on null.
   T *get() const noexcept { return static_cast<T *>(object_); }
+  /// The object.
   T &operator*() const noexcept { return static_cast<T &>(*object_); }
+  /// The object, for its members.
   T *operator->() const noexcept { return &**this; }
   /// Whether this is not null.
   explicit operator bool() const noexcept { return object_ != nullptr; }

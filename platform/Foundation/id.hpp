@@ -27,6 +27,7 @@ constexpr std::size_t combinedHash(std::size_t first, std::size_t second) {
 
 /// The null object: a value that says "nothing here" inside a collection, where nil cannot stand.
 struct NSNull {
+  /// Null equals null.
   friend bool operator==(NSNull, NSNull) = default;
 };
 
@@ -42,7 +43,9 @@ struct NSNull {
 class id {
  public:
   id() noexcept = default;
+  /// The null object.
   id(NSNull) noexcept : kind_(Kind::null) {}
+  /// True or false, a whole or a real number, as the type says.
   template <class T>
   requires std::is_arithmetic_v<T> id(T number)
   noexcept : kind_(kindOfNumber<T>()) {
@@ -51,23 +54,33 @@ class id {
     else
       payload_.real = static_cast<double>(number);
   }
+  /// A date.
   id(NSDate date) noexcept : kind_(Kind::date), payload_{.real = date.timeIntervalSinceReferenceDate} {}
+  /// A string.
   id(NSString string) noexcept : id(Kind::string, string.storage_) {}
+  /// Data.
   id(NSData data) noexcept : id(Kind::data, data.storage_) {}
+  /// An array.
   id(NSArray array) noexcept : id(Kind::array, array.storage_) {}
+  /// A dictionary.
   id(NSDictionary dictionary) noexcept : id(Kind::dictionary, dictionary.storage_) {}
+  /// An object, which is shared.
   template <class T>
   requires std::convertible_to<SharedPointer<T>, SharedPointer<NSObject>> id(SharedPointer<T> object)
   noexcept : id(Kind::object, object) {}
 
+  /// The same value.
   id(const id &other) noexcept : kind_(other.kind_), payload_(other.payload_) {
     if (isCounted()) payload_.counted->retain();
   }
+  /// Takes the value; the other is nil.
   id(id &&other) noexcept : kind_(std::exchange(other.kind_, Kind::nil)), payload_(other.payload_) {}
+  /// Takes the same value.
   id &operator=(const id &other) noexcept {
     id(other).swap(*this);
     return *this;
   }
+  /// Takes the value; the other is nil.
   id &operator=(id &&other) noexcept {
     id(std::move(other)).swap(*this);
     return *this;
@@ -155,6 +168,7 @@ class id {
   /// A hash that is equal where `identicalTo` holds.
   std::size_t identityHash() const noexcept;
 
+  /// Swaps two values.
   void swap(id &other) noexcept {
     std::swap(kind_, other.kind_);
     std::swap(payload_, other.payload_);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Appending and inserting, and tabs:
+// Appending and inserting, and tabs. One thread changes a string at a time.
 //
 //     NSMutableString line(u"a"_ns);
 //     appendCharacter(line, u'\t');

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Normal forms and case of whole strings. The length may change.
+// Normal forms and case of whole strings. The length may change. One thread changes a string at a
+// time.
 //
 //     NSMutableString name(u"E\u0301COLE"_ns);
 //     normalizeString(name);

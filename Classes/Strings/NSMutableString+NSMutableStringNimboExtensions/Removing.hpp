@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Removing units and texts:
+// Removing units and texts. One thread changes a string at a time.
 //
 //     NSMutableString number(u"No. 1 234\n"_ns);
 //     removeWhiteCharacters(number);

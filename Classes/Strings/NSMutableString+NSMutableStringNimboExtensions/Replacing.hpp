@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Replacing texts and units:
+// Replacing texts and units. One thread changes a string at a time.
 //
 //     NSMutableString text(u"Dear NAME,"_ns);
 //     replaceStringWithFormat(text, u"NAME"_ns, u"%@ %@"_ns, {u"Ada"_ns, u"Lovelace"_ns});

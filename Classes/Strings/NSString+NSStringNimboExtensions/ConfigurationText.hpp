@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Text of configuration files: lines of a key and a value.
+// Text of configuration files: lines of a key and a value. Any thread may read it.
 //
 //     for (const NSString &line : configLines(u"# limits\npages 10 # at most\n"_ns))
 //       if (const NSString pages = configValueForKey(line, u"Pages"_ns)) return boolValue(pages);

@@ -64,8 +64,8 @@ bool isOfficeTypeIncludingMSWord(const NSString &extension, Flag MSWord, Flag Op
 bool isBinaryFileTypeIncludingRichText(const NSString &extension, Flag richText, Flag MSWord, Flag OpenOffice,
                                        Flag StarOffice, Flag PDF, Flag PostScript);
 
-/// Whether the extension is one of the kinds of media asked for. These lists are shorter than that
-/// of all multimedia and hold what browsers play; "embedded" are the kinds that need a plug-in.
+/// Whether the extension is one of the kinds of media asked for. These lists are shorter than that of all
+/// multimedia and hold what browsers play; "embedded" are the kinds that need a plug-in.
 bool isMultimediaType(const NSString &extension, Flag audio, Flag video, Flag embedded);
 
 }  // namespace NSURLNimboExtensions

@@ -41,6 +41,7 @@ enum : OSStatus {
 
 /// What one call did.
 struct TECResult {
+  /// Why it did no more: one of the statuses above.
   OSStatus status = noErr;
   /// How many bytes of the input are done with.
   std::size_t consumedBytes = 0;

@@ -35,11 +35,13 @@ class ConnectionChannel {
   /// property lists of complete messages. False when the stream has ended, is broken, or announces an empty or
   /// too large message; what was appended is whole all the same. Throws std::bad_alloc.
   bool receive(std::vector<NSData> *bodies);
-  /// The bytes of a message that is not complete yet, and how many it will have, when that is known.
+  /// How many bytes of a message that is not complete yet have come, its length included.
   std::size_t incompleteBytes() const noexcept { return headerLength_ + length_; }
+  /// How many bytes that message has behind its length; 0 when that is not known yet.
   std::size_t announcedBytes() const noexcept { return announced_; }
-  /// All that ever came in, and all that ever went out.
+  /// How many bytes ever came in.
   std::uint64_t receivedBytes() const noexcept { return receivedBytes_; }
+  /// How many bytes ever went out.
   std::uint64_t sentBytes() const noexcept { return sentBytes_; }
 
   /// Queues a message, length included, behind those that are still on their way, and writes what the socket

@@ -38,29 +38,39 @@ inline constexpr std::uint32_t kMaximumMessageBytes = 512u << 20;
 
 /// What a client asks.
 struct ConnectionRequest {
+  /// The number that the replies repeat; the client counts its requests.
   std::int64_t serial = 0;
+  /// The full selector of the operation, as "metaDataForFile:".
   NSString selector;
+  /// The arguments by keyword; those that are nil are left out.
   NSDictionary arguments;
 };
 
 /// Who answers: the program's version and path, and since when it runs. Nil when it is not known.
 struct ConnectionGreeting {
+  /// The version of the program, as text.
   NSString version;
+  /// The absolute path of the program.
   NSString path;
+  /// When the program began.
   NSDate since;
 };
 
 /// The work on a request has begun.
 struct ConnectionBegun {
+  /// The number of the request.
   std::int64_t serial = 0;
 };
 
 /// What a request is answered.
 struct ConnectionReply {
+  /// The number of the request.
   std::int64_t serial = 0;
+  /// The answer of the operation; nil when it has none.
   id result;
   /// Nil unless the operation raised an exception.
   NSString exceptionName;
+  /// The reason of that exception, for people.
   NSString exceptionReason;
   /// Why there is no result, or not a whole one; nil when it is not told. An error of `NimboErrorDomain`; one
   /// of another domain arrives as `other`.

@@ -29,13 +29,16 @@ FileDescriptor openExistingConnectionFolder(NSString *error = nullptr);
 struct ConnectionListener {
   /// Non-blocking, and listens under the name with mode 0600.
   FileDescriptor socket;
+  /// Locked as long as the name is the process's own.
   FileDescriptor lock;
   /// For the record of the process's work (ConnectionRecord.hpp). Nothing when it cannot be written.
   FileDescriptor record;
-  /// Which file the socket is.
+  /// The device of the file that the socket is.
   dev_t device = 0;
+  /// The number of that file on the device.
   ino_t number = 0;
 
+  /// Whether the name is the process's own.
   explicit operator bool() const noexcept { return static_cast<bool>(socket); }
 };
 

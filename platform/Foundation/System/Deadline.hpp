@@ -19,6 +19,7 @@ namespace NIMBO_PUBLIC nimbo {
 ///     const int wait = deadline.remainingMilliseconds();
 class Deadline {
  public:
+  /// The clock of the moments.
   using Clock = std::chrono::steady_clock;
 
   /// One that is never over.
@@ -51,6 +52,7 @@ class Deadline {
   /// The moment on the clock, which the system calls CLOCK_MONOTONIC.
   constexpr Clock::time_point moment() const noexcept { return moment_; }
 
+  /// Compares the moments; one that is never over is the latest.
   // The analyzer takes the zero that the comparison is made with for a pointer.
   // NOLINTNEXTLINE(modernize-use-nullptr)
   friend constexpr auto operator<=>(const Deadline &, const Deadline &) noexcept = default;

@@ -19,7 +19,9 @@ class FileDescriptor {
   FileDescriptor() noexcept = default;
   /// Takes the descriptor over; a negative one is none.
   explicit FileDescriptor(int descriptor) noexcept : descriptor_(descriptor) {}
+  /// Takes the other's descriptor over.
   FileDescriptor(FileDescriptor &&other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+  /// Exchanges the descriptors.
   FileDescriptor &operator=(FileDescriptor &&other) noexcept {
     std::swap(descriptor_, other.descriptor_);
     return *this;

@@ -8,7 +8,12 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// Calls `function` from the calling thread's run loop whenever the process has got the signal, before whatever
-/// else the loop has to do; signals that come close together may be one call. For one signal a process.
+/// else the loop has to do; signals that come close together may be one call. For one signal a process,
+/// and so for one call, from whichever thread runs its loop.
+///
+///     NSConnection connection;
+///     callOnSignal(SIGTERM, [&] { connection.invalidate(); });
+///     if (connection.registerName(name)) NSRunLoop::currentRunLoop().run();
 void callOnSignal(int signal, std::function<void()> function);
 
 }  // namespace nimbo

@@ -30,8 +30,11 @@ enum class ConversionEnd {
 
 /// How far a conversion came: both counts end at a whole character.
 struct ConversionProgress {
+  /// Why it came no further.
   ConversionEnd end;
+  /// How much of the input is converted.
   std::size_t consumed;
+  /// How much of the output is filled.
   std::size_t written;
 };
 
