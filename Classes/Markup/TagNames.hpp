@@ -34,6 +34,7 @@ namespace NIMBO_PUBLIC nimbo {
 ///       case TagName::kBody: return true;
 enum class TagName : std::uint8_t {
   kUnknown,
+/// The value for a name.
 #define NIMBO_TAG_NAME(name) k##name,
   NIMBO_TAG_NAMES(NIMBO_TAG_NAME)
 #undef NIMBO_TAG_NAME

@@ -16,7 +16,8 @@ namespace NIMBO_PUBLIC nimbo {
 /// The context of `StripTagBodiesHandler` and `StripTagBodiesExceptHandler`.
 ///
 ///     const std::u16string_view names[] = {u"<table", u"<form"};
-///     StripBodiesContext context{.names = names};
+///     StripBodiesContext context;
+///     context.names = names;
 ///     GetTagsOfString(page, StripTagBodiesHandler, &context, false);
 struct StripBodiesContext {
   /// Nothing until something is copied.

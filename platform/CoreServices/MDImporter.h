@@ -41,8 +41,10 @@
 
 #ifdef __cplusplus
 extern "C" {
+/** A code unit of UTF-16. */
 typedef char16_t MDImporterUnichar;
 #else
+/** A code unit of UTF-16. */
 typedef uint16_t MDImporterUnichar;
 #endif
 
@@ -88,11 +90,15 @@ enum {
 typedef struct MDImporterValue {
   /** One of the kinds above; an element of another kind makes its array be refused. */
   uint32_t kind;
+  /** The member of the kind; of none for Null. */
   union {
+    /** For the kind Boolean. */
     MDImporterBoolean boolean;
+    /** For the kind Integer. */
     int64_t integer;
+    /** For the kind Real. */
     double real;
-    /** Seconds since 2001-01-01 00:00:00 UTC. */
+    /** For the kind Date: seconds since 2001-01-01 00:00:00 UTC. */
     double date;
     /** For the kinds UTF8String (`char`), Characters (`MDImporterUnichar`), Data (bytes) and Array
        (`MDImporterValue`); `count` elements of that type. */

@@ -16,6 +16,7 @@ class id;
 namespace detail {
 struct ArrayStorage;
 }
+/// Ends the storage of an array.
 template <>
 NIMBO_PUBLIC void destroyShared<detail::ArrayStorage>(ReferenceCounted *storage) noexcept;
 

@@ -49,6 +49,7 @@ class DictionaryIterator {
 
 }  // namespace detail
 
+/// Ends the storage of a dictionary.
 template <>
 NIMBO_PUBLIC void destroyShared<detail::DictionaryStorage>(ReferenceCounted *storage) noexcept;
 

@@ -52,6 +52,7 @@ inline constinit LiteralStorage<sizeof(Text.units) / sizeof(char16_t)> literalSt
 
 }  // namespace detail
 
+/// Ends the storage of a string.
 template <>
 NIMBO_PUBLIC void destroyShared<detail::StringStorage>(ReferenceCounted *storage) noexcept;
 

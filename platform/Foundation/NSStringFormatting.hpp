@@ -137,6 +137,7 @@ NSString stringWithFormat(FormatString<std::type_identity_t<Arguments>...> forma
 /// not asked for are left out, and nothing stands for those that are missing. Other directives stay as they
 /// are, "%d" too where the next argument is no integer.
 NSString stringWithFormat(const NSString &format, std::span<const FormatArgument> arguments);
+/// The same with the arguments one by one.
 template <class... Arguments>
 requires(std::constructible_from<FormatArgument, const Arguments &> &&...) NSString
     stringWithFormat(const NSString &format, const Arguments &...arguments) {

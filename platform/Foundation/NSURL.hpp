@@ -14,6 +14,7 @@ struct URIParts;
 namespace detail {
 struct URLStorage;
 }
+/// Ends the storage of a URL.
 template <>
 NIMBO_PUBLIC void destroyShared<detail::URLStorage>(ReferenceCounted *storage) noexcept;
 

@@ -17,6 +17,7 @@
 namespace NIMBO_PUBLIC nimbo {
 
 class NSObject;
+/// Ends an object, as its class says.
 template <>
 NIMBO_PUBLIC void destroyShared<NSObject>(ReferenceCounted *object) noexcept;
 

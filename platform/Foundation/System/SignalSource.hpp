@@ -11,9 +11,9 @@ namespace NIMBO_PUBLIC nimbo {
 /// else the loop has to do; signals that come close together may be one call. For one signal a process,
 /// and so for one call, from whichever thread runs its loop.
 ///
-///     NSConnection connection;
+///     connection.setInvalidationHandler([] { std::exit(EXIT_SUCCESS); });
 ///     callOnSignal(SIGTERM, [&] { connection.invalidate(); });
-///     if (connection.registerName(name)) NSRunLoop::currentRunLoop().run();
+///     NSRunLoop::currentRunLoop().run();
 void callOnSignal(int signal, std::function<void()> function);
 
 }  // namespace nimbo
