@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/Connection/ConnectionServer.hpp"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -170,6 +171,9 @@ bool ConnectionServer::makePlaceForClient() {
     if (client->isIdle() && (!idlest || client->lastUse < idlest->lastUse)) idlest = client.get();
   }
   if (count < kMaximumConnections) return true;
+  // Nobody makes way for nobody.
+  pollfd waiting = {listener_.socket.get(), POLLIN, 0};
+  if (::poll(&waiting, 1, 0) != 1) return false;
   if (idlest)
     end(*idlest);
   else
