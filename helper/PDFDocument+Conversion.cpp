@@ -24,7 +24,6 @@ NSString fixedAndNormalizedString(PDFDocument &document) {
 
 NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double timeoutSeconds, NSError *error) {
   const std::uint32_t pages = document.pageCount();
-  if (pages == 0) return {};
   const Deadline deadline = timeoutSeconds > 0 ? Deadline::after(timeoutSeconds) : Deadline::never();
   NSMutableString text;
   text.reserve(std::size_t{std::min(pages, kMaximumPagesWithRoom)} * kUnitsPerPage);
@@ -36,7 +35,7 @@ NSString fixedAndNormalizedStringUsingTimeout(PDFDocument &document, double time
     return true;
   };
   document.readPages(deadline, append, error);
-  return std::move(text).string();
+  return pages > 0 ? std::move(text).string() : NSString();
 }
 
 }  // namespace Conversion

@@ -39,7 +39,7 @@ NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const N
   limits.deadline = Deadline::after(kDocumentSeconds);
   const std::unique_ptr<PDFDocument> document = PDFDocument::documentWithData(pdf, limits, error);
   if (!document) return NSDictionary();
-  const NSDictionary attributes = document->documentAttributes();
+  const NSDictionary attributes = document->documentAttributes(error);
   NSDictionary result = NSDictionary::dictionary();
   if (document->isLocked(error))
     result.setObject(true, u"Locked"_ns);

@@ -53,7 +53,7 @@ void importPDF(const NSString &path, Attributes &attributes) {
                  stringWithFormat(u"%d.%d", document->majorVersion(), document->minorVersion()));
   attributes.set("kMDItemSecurityMethod", document->isEncrypted() ? u"Password Encrypted"_ns : u"None"_ns);
 
-  const NSDictionary information = document->documentAttributes();
+  const NSDictionary information = document->documentAttributes(&error);
   attributes.set("kMDItemTitle", information.objectForKey(u"Title"_ns));
   attributes.setArrayOf("kMDItemAuthors", information.objectForKey(u"Author"_ns).string());
   attributes.set("kMDItemDescription", information.objectForKey(u"Subject"_ns));
@@ -62,12 +62,12 @@ void importPDF(const NSString &path, Attributes &attributes) {
   attributes.setArrayOf("kMDItemEncodingApplications", information.objectForKey(u"Producer"_ns).string());
   attributes.set("kMDItemContentCreationDate", information.objectForKey(u"CreationDate"_ns));
   attributes.set("kMDItemContentModificationDate", information.objectForKey(u"ModDate"_ns));
-  if (document->pageCount() == 0) return;
-
-  attributes.set("kMDItemNumberOfPages", document->pageCount());
-  const NSSize size = shownSizeOfPage(document->pageAtIndex(0));
-  attributes.set("kMDItemPageWidth", size.width);
-  attributes.set("kMDItemPageHeight", size.height);
+  if (document->pageCount() > 0) {
+    attributes.set("kMDItemNumberOfPages", document->pageCount());
+    const NSSize size = shownSizeOfPage(document->pageAtIndex(0));
+    attributes.set("kMDItemPageWidth", size.width);
+    attributes.set("kMDItemPageHeight", size.height);
+  }
   if (isLocked) return;
   attributes.set("kMDItemTextContent", textOfDocument(*document, textDeadline, &error));
   attributes.setReason(error);

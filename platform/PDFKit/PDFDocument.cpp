@@ -82,20 +82,24 @@ std::unique_ptr<PDFDocument> PDFDocument::documentWithContentsOfFile(const NSStr
   return documentWithInput(std::move(input), limits, error);
 }
 
-NSDictionary PDFDocument::documentAttributes() const {
+NSDictionary PDFDocument::documentAttributes(NSError *error) const {
   NSDictionary attributes;
   if (isLocked()) return attributes;
   static constexpr std::array<const char *, 8> kKeys = {"Title",   "Author",   "Subject",      "Keywords",
                                                         "Creator", "Producer", "CreationDate", "ModDate"};
   std::array<const char *, kKeys.size()> texts = {};
+  bool isMissing = false;
   try {
     engine_->run([&](fz_context *context) {
       pdf_obj *const information =
           pdf_dict_get(context, pdf_trailer(context, engine_->document()), PDF_NAME(Info));
+      isMissing = pdf_is_indirect(context, information) && !pdf_is_dict(context, information);
       for (std::size_t i = 0; i < kKeys.size(); ++i) texts[i] = textForKey(context, information, kKeys[i]);
     });
-  } catch (const detail::PDFFailure &) {
+    if (isMissing) setError(error, ErrorCode::damaged, "the PDF is damaged: its attributes are missing");
+  } catch (const detail::PDFFailure &failure) {
     // Those that were found stay.
+    if (error) *error = failure.error;
   }
   for (std::size_t i = 0; i < kKeys.size(); ++i) {
     if (!texts[i] || !*texts[i]) continue;
@@ -169,6 +173,8 @@ void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(c
              std::to_string(failures) + " of " + std::to_string(pages) +
                  " pages cannot be read in full; the first of them: " +
                  firstFailure.localizedFailureReason.UTF8String());
+  else
+    engine_->checkWhole(error);
 }
 
 }  // namespace nimbo

@@ -43,7 +43,8 @@ class PDFPage {
  public:
   /// The page's text in reading order, lines ended by line feeds, blocks of lines parted by an empty line.
   /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Nil when the page has no
-  /// text. A page that cannot be read to its end gives what was found on it by then, and `*error` says why.
+  /// text. A page that cannot be read to its end gives what was found on it by then, and one that lost a part
+  /// of its content, or a font, what is left of it; `*error` says why.
   NSString string(NSError *error = nullptr) const;
   /// The box in points (the page's own unit is taken into account), lower left corner and size, before
   /// rotation. The crop box is cut to the media box, and is the media box when the page names none; without a
@@ -85,8 +86,8 @@ class PDFDocument {
 
   /// "Title", "Author", "Subject", "Keywords" (array of strings), "Creator", "Producer" (strings),
   /// "CreationDate" and "ModDate" (dates), as far as the document has them and they can be read; nil when there
-  /// are none, or while locked.
-  NSDictionary documentAttributes() const;
+  /// are none, or while locked. `*error` says why some are missing.
+  NSDictionary documentAttributes(NSError *error = nullptr) const;
   /// Whether the document is encrypted, be it without a password.
   bool isEncrypted() const;
   /// Whether the text needs a password that has not been given; `*error` then says so.
@@ -104,7 +105,8 @@ class PDFDocument {
   /// means that there is enough text, and when another page as slow as the last one would end after `deadline`
   /// or that of the limits; the first page is always tried. A page over which an exception comes, from `use`
   /// too, is one that cannot be read. `*error` says which pages are missing in the end and why: `timeLimit`,
-  /// `incomplete` when there was enough text, else what was wrong with the first page that cannot be read.
+  /// `incomplete` when there was enough text, else what was wrong with the first page that cannot be read. When
+  /// all were read, it says whether the document has no pages, or others than it names, or lost its end.
   void readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                  NSError *error = nullptr) const;
 

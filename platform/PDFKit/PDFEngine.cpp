@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/PDFKit/PDFEngine.hpp"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,11 +11,12 @@ namespace nimbo::detail {
 
 namespace {
 
-void saysNothing(void *, const char *) {}
-
 PDFFailure failure(ErrorCode code, const std::string &reason) {
   return {NSError::errorWithCode(code, reason)};
 }
+
+/// Where a document says how many pages it has.
+constexpr const char *kPageCount = "Root/Pages/Count";
 
 /// Whether the document has a page of this number, from 0 on.
 bool hasPage(fz_context *context, pdf_document *document, int number) {
@@ -32,10 +34,9 @@ bool hasPage(fz_context *context, pdf_document *document, int number) {
 
 /// Throws as MuPDF does. A document that claims more pages than it has objects has those that can be found:
 /// looking up each of them would take a time that grows with the square of their number.
-std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint32_t maximum,
+std::uint32_t countPages(fz_context *context, pdf_document *document, int claimed, std::uint32_t maximum,
                          PDFBudget &budget) {
   const int limit = static_cast<int>(std::min<std::uint32_t>(maximum, NSNotFound));
-  const int claimed = pdf_count_pages(context, document);
   const int objects = pdf_xref_len(context, document);
   if (claimed <= objects) return static_cast<std::uint32_t>(std::clamp(claimed, 0, limit));
   int found = 0;
@@ -52,9 +53,23 @@ std::uint32_t countPages(fz_context *context, pdf_document *document, std::uint3
 }  // namespace
 
 std::string PDFInput::firstBytes() const {
-  if (!file) return std::string(data.view().substr(0, kHeaderSearchBytes));
-  std::string bytes(kHeaderSearchBytes, '\0');
+  if (!file) return std::string(data.view().substr(0, kSearchBytes));
+  std::string bytes(kSearchBytes, '\0');
   const ssize_t got = ::pread(::fileno(file.get()), bytes.data(), bytes.size(), 0);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  return bytes;
+}
+
+std::string PDFInput::lastBytes() const {
+  if (!file) {
+    const std::string_view all = data.view();
+    return std::string(all.substr(all.size() - std::min(all.size(), kSearchBytes)));
+  }
+  struct stat status = {};
+  ::fstat(::fileno(file.get()), &status);
+  std::string bytes(kSearchBytes, '\0');
+  const auto skipped = std::max<off_t>(status.st_size - static_cast<off_t>(bytes.size()), 0);
+  const ssize_t got = ::pread(::fileno(file.get()), bytes.data(), bytes.size(), skipped);
   bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
   return bytes;
 }
@@ -64,8 +79,7 @@ PDFEngine::PDFEngine(PDFInput input, const PDFLimits &limits)
   context_ = fz_new_context(budget_.functions(), nullptr, kStoreBytes);
   if (!context_) throw failure(ErrorCode::memoryLimit, "there is not enough memory for a PDF");
   fz_set_user_context(context_, &budget_);
-  fz_set_warning_callback(context_, saysNothing, nullptr);
-  fz_set_error_callback(context_, saysNothing, nullptr);
+  losses_.watch(context_);
   try {
     open();
   } catch (...) {
@@ -88,8 +102,44 @@ void PDFEngine::open() {
     fz_catch(context) fz_rethrow(context);
     locked_ = pdf_needs_password(context, document_);
     version_ = pdf_version(context, document_);
-    pageCount_ = countPages(context, document_, limits_.pages, budget_);
+    claimedPages_ = pdf_count_pages(context, document_);
+    pageCount_ = countPages(context, document_, claimedPages_, limits_.pages, budget_);
   });
+}
+
+void PDFEngine::checkWhole(NSError *error) {
+  bool hasMore = false;
+  bool hasPageTree = false;
+  try {
+    run([&](fz_context *context) {
+      hasPageTree = pdf_is_int(context, pdf_dict_getp(context, pdf_trailer(context, document_), kPageCount));
+      hasMore = hasPage(context, document_, static_cast<int>(pageCount_));
+    });
+  } catch (const PDFFailure &) {
+    // What has been read by now is all that can be said.
+  }
+  const bool isRepaired = pdf_was_repaired(context_, document_) != 0;
+  const std::string end = input_.lastBytes();
+  const std::size_t mark = end.rfind("%%EOF");
+  const std::string pages = std::to_string(pageCount_);
+  if (hasMore && pageCount_ == limits_.pages)
+    setError(error, ErrorCode::incomplete, "only the first " + pages + " pages are read");
+  else if (hasMore || claimedPages_ != static_cast<int>(pageCount_))
+    setError(error, ErrorCode::damaged,
+             "the PDF is damaged: its page count is " + std::to_string(claimedPages_) + ", but it has " +
+                 (hasMore ? "more" : pages));
+  else if (pageCount_ == 0 && (isRepaired || !hasPageTree))
+    setError(error, ErrorCode::damaged, "the PDF is damaged: its pages are missing");
+  else if (pageCount_ == 0)
+    setError(error, ErrorCode::incomplete, "the PDF has no pages");
+  // An object behind the mark belongs to a change of the document that has a mark of its own.
+  else if (mark == std::string::npos ? isRepaired : end.find(" obj", mark) != std::string::npos)
+    setError(error, ErrorCode::incomplete, "the end of the PDF is missing");
+}
+
+NSError PDFEngine::loss() const {
+  if (!*losses_.reason()) return {};
+  return NSError::errorWithCode(ErrorCode::damaged, std::string("the PDF is damaged: ") + losses_.reason());
 }
 
 void PDFEngine::close() {

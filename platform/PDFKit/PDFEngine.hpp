@@ -15,6 +15,7 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/PDFKit/PDFBudget.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
+#include "platform/PDFKit/PDFLosses.hpp"
 
 namespace nimbo::detail {
 
@@ -35,10 +36,12 @@ struct PDFInput {
   /// The file, or null.
   std::unique_ptr<std::FILE, Close> file;
 
-  /// In how many bytes the header of a PDF has to begin.
-  static constexpr std::size_t kHeaderSearchBytes = 1024;
+  /// In how many bytes the header of a PDF has to begin, and its end mark to stand.
+  static constexpr std::size_t kSearchBytes = 1024;
   /// The first bytes of the document, at most so many.
   std::string firstBytes() const;
+  /// The last bytes of the document, at most so many.
+  std::string lastBytes() const;
 };
 
 /// A document inside MuPDF, in a context of its own, so that one document can neither harm nor slow another.
@@ -61,12 +64,17 @@ class PDFEngine {
   /// Ten times the major version and the minor one.
   int version() const { return version_; }
   std::uint32_t pageCount() const { return pageCount_; }
+  /// Says in `*error` what the document lost although each of its pages can be read.
+  void checkWhole(NSError *error);
 
   /// Runs `work` (called with the context) as one step, and raises `PDFFailure` when MuPDF fails or the step is
   /// over its limits. A failure jumps over destructors: `work` may hold, make and capture plain data only, and
   /// must not throw.
   template <class Work>
   void run(Work &&work);
+
+  /// What was lost in the last step; nil when nothing was.
+  NSError loss() const;
 
   /// Whether pages are still worth trying.
   bool triesPages() const { return pageErrors_ < limits_.pageErrorsInARow; }
@@ -82,11 +90,14 @@ class PDFEngine {
   /// The input, which MuPDF reads until the document is closed.
   const PDFInput input_;
   PDFBudget budget_;
+  PDFLosses losses_;
   fz_context *context_ = nullptr;
   pdf_document *document_ = nullptr;
   bool locked_ = false;
   int version_ = 0;
   std::uint32_t pageCount_ = 0;
+  /// How many pages the document says that it has.
+  int claimedPages_ = 0;
   unsigned pageErrors_ = 0;
 };
 
@@ -94,6 +105,7 @@ template <class Work>
 [[gnu::noinline]] void PDFEngine::run(Work &&work) {
   static_assert(std::is_trivially_destructible_v<std::remove_reference_t<Work>>);
   budget_.beginStep(limits_.stepWork, earliest(Deadline::after(limits_.stepSeconds), limits_.deadline));
+  losses_.beginStep(context_);
   volatile bool failed = false;
   fz_try(context_) work(context_);
   fz_catch(context_) failed = true;

@@ -98,6 +98,7 @@ NSString PDFPage::string(NSError *error) const {
   }
   FoundText text{engine_->context()};
   bool read = false;
+  bool isMissing = false;
   try {
     engine_->run([&](fz_context *context) {
       pdf_page *page = pdf_load_page(context, engine_->document(), static_cast<int>(index_));
@@ -106,6 +107,7 @@ NSString PDFPage::string(NSError *error) const {
       fz_try(context) {
         fz_stext_options options = {};
         options.flags = FZ_STEXT_DEHYPHENATE;
+        isMissing = !pdf_is_dict(context, page->obj);
         text.page = fz_new_stext_page(context, pdf_bound_page(context, page));
         device = fz_new_stext_device(context, text.page, &options);
         // What annotations and filled forms show is text, too.
@@ -119,6 +121,10 @@ NSString PDFPage::string(NSError *error) const {
       fz_catch(context) fz_rethrow(context);
     });
     read = true;
+    if (isMissing)
+      setError(error, ErrorCode::damaged, "the PDF is damaged: the page is missing");
+    else if (const NSError loss = engine_->loss(); loss && error)
+      *error = loss;
   } catch (const detail::PDFFailure &failure) {
     if (error) *error = failure.error;
     // What MuPDF has found by then is whole: it puts one character after the other behind the last one.

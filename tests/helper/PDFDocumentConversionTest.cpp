@@ -29,7 +29,9 @@ TEST(PDFDocumentConversion, CleansAndJoinsThePages) {
 }
 
 TEST(PDFDocumentConversion, TellsNoPagesFromNoText) {
-  EXPECT_FALSE(textOfSample("no-pages.pdf", 0));
+  NSError error;
+  EXPECT_FALSE(textOfSample("no-pages.pdf", 0, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
   EXPECT_TRUE(textOfSample("boxes.pdf", 60).identicalTo(NSString::string()));
 }
 

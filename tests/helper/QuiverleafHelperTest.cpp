@@ -97,7 +97,7 @@ TEST_F(QuiverleafHelperTest, SaysWhyAnAnswerIsNilOrNotWhole) {
   EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, path), ErrorCode::incomplete) << "as the importer says";
   EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, folder.string("missing")), ErrorCode::none);
   EXPECT_EQ(pdf(samplePDF("columns.pdf"), true), ErrorCode::other);
-  EXPECT_EQ(pdf(samplePDF("no-pages.pdf")), ErrorCode::none);
+  EXPECT_EQ(pdf(samplePDF("no-pages.pdf")), ErrorCode::incomplete);
   EXPECT_EQ(pdf(samplePDF("locked.pdf"), true), ErrorCode::locked);
   EXPECT_EQ(pdf(samplePDF("locked-pages.pdf")), ErrorCode::locked);
   EXPECT_EQ(pdf(dataOfString("no PDF")), ErrorCode::unsupportedType);

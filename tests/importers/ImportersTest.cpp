@@ -234,10 +234,15 @@ TEST_F(Importers, TakeWhatStandsBeforeTheCut) {
 }
 
 FileReader importerReader(const char *name, const char *path, const char *example) {
-  return {name, path, contentsOfExample(example), [](const NSString &file, NSError *error) {
+  return {name,
+          path,
+          contentsOfExample(example),
+          [](const NSString &file, NSError *error) {
             const NSDictionary found = Importers::metaData(file, error);
             return found.count() > 0 ? id(found) : id();
-          }};
+          },
+          true,
+          std::string_view(path).ends_with(".pdf")};
 }
 
 INSTANTIATE_TEST_SUITE_P(Importers, FileReaders,

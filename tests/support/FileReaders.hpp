@@ -26,6 +26,8 @@ struct FileReader {
   id (*read)(const NSString &path, NSError *error);
   /// Whether the function has an error to say why.
   bool saysWhy = true;
+  /// Whether it also says what is lost when the file is cut short.
+  bool noticesCuts = false;
 };
 
 class FileReaders : public testing::TestWithParam<FileReader> {};

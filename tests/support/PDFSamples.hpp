@@ -25,7 +25,7 @@ inline NSData PDFOfObjects(const std::vector<std::string> &objects) {
   int number = 0;
   for (const std::string &object : objects)
     bytes += std::to_string(++number) + " 0 obj\n" + object + "\nendobj\n";
-  return dataOfString(bytes + "trailer\n<</Root 1 0 R>>\n");
+  return dataOfString(bytes + "trailer\n<</Root 1 0 R>>\n%%EOF\n");
 }
 
 inline std::string PDFStream(const std::string &entries, const std::string &bytes) {

@@ -31,7 +31,7 @@ id typeOfContent(const NSString &path, NSError *error) {
 
 FileReader reader(const char *name, const char *path, const std::string &sample,
                   decltype(FileReader::read) read) {
-  return {name, path, contentsOfFile(sample), read, read != typeOfContent};
+  return {name, path, contentsOfFile(sample), read, read != typeOfContent, read == textAndAttributes};
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -303,6 +303,87 @@ TEST(PDFDocument, SaysWhichPagesAreMissing) {
   }
 }
 
+TEST(PDFDocument, SaysWhatIsLost) {
+  const auto read = [](const NSData &data, const PDFLimits &limits, int *texts, NSError *error) {
+    const auto document = PDFDocument::documentWithData(data, limits);
+    ASSERT_TRUE(document);
+    document->documentAttributes(error);
+    document->readPages(
+        Deadline::never(), [&](const NSString &) { return ++*texts > 0; }, error);
+  };
+  const std::string tree = "<</Type /Pages /Kids [3 0 R] /Count 1>>";
+  const std::string text = PDFStream("", "BT /F 12 Tf 20 20 Td (good) Tj ET");
+  const auto page = [](const std::string &contents, const std::string &font = "5 0 R") {
+    return "<</Type /Page /Parent 2 0 R /MediaBox [0 0 200 200] /Contents " + contents +
+           " /Resources <</Font <</F " + font + ">> /XObject <</X 8 0 R>>>>>>";
+  };
+  const auto changed = [](const char *sample, std::string_view from, std::string_view to) {
+    std::string bytes(samplePDF(sample).view());
+    const std::size_t place = bytes.find(from);
+    EXPECT_NE(place, std::string::npos) << from;
+    return dataOfString(bytes.replace(place, to.size(), to));
+  };
+  const struct {
+    const char *what;
+    NSData data;
+    int texts;
+    ErrorCode code;
+    std::string_view reason;
+    PDFLimits limits = {};
+  } cases[] = {
+      {"nothing", PDFOfObjects({kCatalog, tree, page("4 0 R"), text, kFont}), 1, ErrorCode::none, ""},
+      {"fonts and pictures, not text",
+       PDFOfObjects({kCatalog, tree, page("[4 0 R 6 0 R]", "9 0 R"), text, kFont,
+                     PDFStream("", "/X Do /Y Do /Z gs unknown")}),
+       1, ErrorCode::none, ""},
+      {"no contents", PDFOfObjects({kCatalog, tree, page("null"), text, kFont}), 0, ErrorCode::none, ""},
+      {"missing contents", PDFOfObjects({kCatalog, tree, page("9 0 R"), text, kFont}), 0, ErrorCode::damaged,
+       "1 of 1 pages cannot be read in full; the first of them: the PDF is damaged: a part of the content is "
+       "missing"},
+      {"missing part", PDFOfObjects({kCatalog, tree, page("[4 0 R 9 0 R]"), text, kFont}), 1,
+       ErrorCode::damaged, "a part of the content is missing"},
+      {"damaged content",
+       PDFOfObjects(
+           {kCatalog, tree, page("[4 0 R 6 0 R]"), text, kFont, PDFStream("/Filter /FlateDecode ", "no zlib")}),
+       1, ErrorCode::damaged, "read error"},
+      {"only errors",
+       PDFOfObjects({kCatalog, tree, page("4 0 R"), PDFStream("", std::string(400, ')')), kFont}), 0,
+       ErrorCode::damaged, "too many syntax errors"},
+      {"unreadable composite font",
+       PDFOfObjects({kCatalog, tree, page("4 0 R"), text, "<</Type /Font /Subtype /Type0 /BaseFont /Odd>>"}), 1,
+       ErrorCode::damaged, "a font cannot be read"},
+      {"missing page",
+       PDFOfObjects({kCatalog, "<</Type /Pages /Kids [3 0 R 9 0 R] /Count 2>>", page("4 0 R"), text, kFont}), 1,
+       ErrorCode::damaged,
+       "1 of 2 pages cannot be read in full; the first of them: the PDF is damaged: the page"},
+      {"no pages", samplePDF("no-pages.pdf"), 0, ErrorCode::incomplete, "the PDF has no pages"},
+      {"no page tree", PDFOfObjects({kCatalog}), 0, ErrorCode::damaged, "its pages are missing"},
+      {"too small a count", changed("columns.pdf", "/Count 2", "/Count 1"), 1, ErrorCode::damaged,
+       "its page count is 1, but it has more"},
+      {"no count", changed("columns.pdf", "/Count 2", "/Count x"), 0, ErrorCode::damaged,
+       "its page count is 0, but it has more"},
+      {"a false count", samplePDF("huge-count.pdf"), 2, ErrorCode::damaged, "but it has 2"},
+      {"too many pages",
+       samplePDF("columns.pdf"),
+       1,
+       ErrorCode::incomplete,
+       "only the first 1 pages are read",
+       {.pages = 1}},
+      {"attributes", changed("metadata.pdf", "/Info 3", "/Info 9"), 0, ErrorCode::damaged,
+       "its attributes are missing"},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.what);
+    int texts = 0;
+    NSError error;
+    read(c.data, c.limits, &texts, &error);
+    EXPECT_EQ(texts, c.texts);
+    const std::string told = error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(error.errorCode(), c.code) << told;
+    EXPECT_NE(told.find(c.reason), std::string::npos) << told;
+  }
+}
+
 TEST(PDFDocument, APageThatCannotBeUsedIsMissing) {
   const auto document = openSample("columns.pdf");
   int pages = 0;
