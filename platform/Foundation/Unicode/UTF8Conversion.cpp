@@ -158,9 +158,9 @@ ConversionEnd Decoder::decode(const char *const end) {
         to += count;
         continue;
       }
-      if (from >= nextLook && left() >= detail::kForeignBlockBytes) {
+      if (lead < 0xf0 && from >= nextLook && left() >= detail::kForeignBlockBytes) {
         nextLook = from + kBytesBetweenLooks;
-        if (lead < 0xf0 && isForeign(from)) {
+        if (isForeign(from)) {
           const detail::BlockProgress done = detail::decodeForeignBlocks(from, left(), to, left());
           from += done.consumed;
           to += done.written;

@@ -34,7 +34,6 @@ BlockProgress encode(const char16_t *, std::size_t, char *, std::size_t) {
 #else
 
 using Bytes = hn::FixedTag<std::uint8_t, 16>;
-using SignedBytes = hn::FixedTag<std::int8_t, 16>;
 using HalfBytes = hn::FixedTag<std::uint8_t, 8>;
 using Units = hn::FixedTag<std::uint16_t, 8>;
 using HalfUnits = hn::FixedTag<std::uint16_t, 4>;
@@ -62,13 +61,20 @@ HWY_INLINE Vector<Bytes> shuffled(Vector<Bytes> bytes, const Shuffle &shuffle) {
 
 /// The bits of the bytes of a block that are below `limit` as signed numbers.
 HWY_INLINE std::uint64_t bytesBelow(std::int8_t limit, const std::uint8_t *block) {
-  const SignedBytes d;
+  // A vector as wide as the block, where there is one, needs no loop.
+  const hn::CappedTag<std::int8_t, kForeignBlockBytes> d;
+  const hn::Repartition<std::uint8_t, decltype(d)> bytes;
   std::uint64_t bits = 0;
-  for (std::size_t i = 0; i < kForeignBlockBytes; i += kVectorBytes) {
-    const auto bytes = hn::BitCast(d, hn::LoadU(Bytes(), block + i));
-    bits |= bitsOf(d, hn::Lt(bytes, hn::Set(d, limit))) << i;
-  }
+  for (std::size_t i = 0; i < kForeignBlockBytes; i += hn::Lanes(d))
+    bits |= bitsOf(d, hn::Lt(hn::BitCast(d, hn::LoadU(bytes, block + i)), hn::Set(d, limit))) << i;
   return bits;
+}
+
+/// Widens the bytes of a vector.
+HWY_INLINE void widen(Vector<Bytes> bytes, std::uint16_t *out) {
+  const Units d;
+  hn::StoreU(hn::PromoteTo(d, hn::LowerHalf(bytes)), d, out);
+  hn::StoreU(hn::PromoteTo(d, hn::UpperHalf(HalfBytes(), bytes)), d, out + hn::MaxLanes(d));
 }
 
 class GroupDecoder {
@@ -128,10 +134,11 @@ BlockProgress decode(const char *bytes, std::size_t length, char16_t *units, std
   const GroupDecoder decoder;
   while (begin + length - in >= static_cast<std::ptrdiff_t>(kForeignBlockBytes) &&
          outBegin + capacity - out >= static_cast<std::ptrdiff_t>(kForeignBlockBytes)) {
-    if (std::popcount(bytesBelow(0, in)) < kFewestForeignBytes) break;
+    const std::uint64_t foreign = bytesBelow(0, in);
+    if (std::popcount(foreign) < kFewestForeignBytes) break;
     // A byte ends a character unless a continuation byte follows.
     std::uint64_t ends = ~(bytesBelow(-0x40, in) >> 1);
-    const std::uint8_t *const lastVector = in + kForeignBlockBytes - kVectorBytes;
+    const std::uint8_t *const block = in, *const lastVector = in + kForeignBlockBytes - kVectorBytes;
     do {
       const auto vector = hn::LoadU(Bytes(), in);
       const std::uint64_t endsOfGroup = ends & (kSpreading.groups.size() - 1);
@@ -141,6 +148,14 @@ BlockProgress decode(const char *bytes, std::size_t length, char16_t *units, std
         in += 12;
         out += 4;
         ends >>= 12;
+        continue;
+      }
+      if (const std::uint64_t rest = foreign >> (in - block); (rest & 0xf) == 0) {
+        widen(vector, out);
+        const int run = std::countr_zero(rest | std::uint64_t{1} << kVectorBytes);
+        in += run;
+        out += run;
+        ends >>= run;
         continue;
       }
       const CharacterGroup &group = kSpreading.groups[endsOfGroup];
