@@ -30,6 +30,13 @@ bool startsWith(const unichar *units, std::size_t length, const char16_t (&prefi
 /// Decodes one of the forms that need no ";".
 class FixedForms {
  public:
+  /// Whether a form begins with this letter; it is false of most names, which then are compared with none.
+  static bool canBeginWith(unichar letter) {
+    constexpr std::uint32_t kFirstLetters =
+        1u << ('a' - 'a') | 1u << ('g' - 'a') | 1u << ('l' - 'a') | 1u << ('n' - 'a') | 1u << ('q' - 'a');
+    return letter >= u'a' && letter <= u'z' && (kFirstLetters >> (letter - u'a') & 1);
+  }
+
   FixedForms(const unichar *units, std::size_t length) : units_(units), length_(length) {}
 
   Reference common() const {
@@ -38,7 +45,7 @@ class FixedForms {
     return {};
   }
 
-  Reference standard() const {
+  [[gnu::always_inline]] Reference standard() const {
     if (startsWith(units_, length_, u"quot")) return found(4, u'"');
     if (startsWith(units_, length_, u"amp")) return found(3, u'&');
     if (startsWith(units_, length_, u"lt")) return found(2, u'<');
@@ -70,14 +77,16 @@ class ReferenceDecoder {
       : standard_(standard), alphaNum_(onlyNumeric ? nullptr : alphaNumCharacterSetRep()) {}
 
   /// `length` is that of the rest of the text, and at least 1.
-  Reference operator()(const unichar *units, std::size_t length) const {
+  [[gnu::always_inline]] Reference operator()(const unichar *units, std::size_t length) const {
     if (*units == u'#') return number(units, length);
     // No name begins with another unit of ASCII.
     if (*units < 128 && !isASCIILetter(*units)) return {};
-    const FixedForms fixed(units, length);
-    if (const Reference reference = fixed.common(); reference.end) return reference;
-    if (standard_)
-      if (const Reference reference = fixed.standard(); reference.end) return reference;
+    if (FixedForms::canBeginWith(*units)) {
+      const FixedForms fixed(units, length);
+      if (const Reference reference = fixed.common(); reference.end) return reference;
+      if (standard_)
+        if (const Reference reference = fixed.standard(); reference.end) return reference;
+    }
     return alphaNum_ ? name(units, length) : Reference();
   }
 
@@ -99,11 +108,16 @@ class ReferenceDecoder {
     const std::size_t limit = std::min(length, kMaxReferenceLength);
     const std::size_t first = isHexadecimal ? 2 : 1;
     std::size_t end = first;
-    while (end < limit && hexDigitValue(units[end]) < base) ++end;
+    unsigned value = 0, valueBefore = 0;
+    for (; end < limit; ++end) {
+      const unsigned digit = hexDigitValue(units[end]);
+      if (digit >= base) break;
+      valueBefore = value;
+      value = value * base + digit;
+    }
     const std::size_t terminator = indexOfTerminator(end, length);
     if (terminator == 0) return {};
-    unsigned value = 0;
-    for (std::size_t i = first; i < terminator; ++i) value = value * base + hexDigitValue(units[i]);
+    if (terminator < end) value = valueBefore;
     const auto character = static_cast<unichar>(value);
     if (!standard_ && isMarkup(character)) return {};
     return found(units, terminator, character);
@@ -138,26 +152,42 @@ Reference decodeStandardReference(const unichar *units, std::size_t length) {
 constexpr std::size_t kShortRunLength = 16;
 constexpr std::size_t kBlockLength = 2048;
 
-/// Copies units forward to a place that may be before them; folded when there is a table.
-void copyUnits(const unichar *in, std::size_t length, unichar *out, const unichar *foldTable) {
-  if (foldTable && !detail::areAllUnicharsAscii(in, length))
-    std::transform(in, in + length, out, [=](unichar c) { return foldTable[c]; });
-  else if (in != out)
-    std::memmove(out, in, length * sizeof(unichar));
+/// What becomes of characters that are to stay.
+struct Unfolded {
+  unichar operator()(unichar c) const { return c; }
+};
+
+/// What becomes of characters whose diacritics are taken away.
+struct Folded {
+  const unichar *table;
+
+  unichar operator()(unichar c) const { return table[c]; }
+};
+
+/// Copies units forward to a place that may be before them.
+void copyUnits(const unichar *in, std::size_t length, unichar *out, Unfolded) {
+  if (in != out) std::memmove(out, in, length * sizeof(unichar));
+}
+void copyUnits(const unichar *in, std::size_t length, unichar *out, Folded fold) {
+  if (detail::areAllUnicharsAscii(in, length))
+    copyUnits(in, length, out, Unfolded());
+  else
+    std::transform(in, in + length, out, fold);
 }
 
 /// Decodes every reference in [in, end) and answers the end of the output.
-template <class Decode>
-unichar *decodeReferences(const unichar *in, const unichar *end, unichar *out, const unichar *foldTable,
-                          Decode decode) {
+template <class Decode, class Fold>
+unichar *decodeReferences(const unichar *in, const unichar *end, unichar *out, Decode decode, Fold fold) {
   for (;;) {
-    const unichar *const shortEnd =
-        in + std::min<std::size_t>(kShortRunLength, static_cast<std::size_t>(end - in));
-    for (; in < shortEnd && *in != u'&'; ++in) *out++ = foldTable ? foldTable[*in] : *in;
+    const std::size_t shortLength = std::min(kShortRunLength, static_cast<std::size_t>(end - in));
+    std::size_t run = 0;
+    for (; run < shortLength && in[run] != u'&'; ++run) out[run] = fold(in[run]);
+    in += run;
+    out += run;
     while (in < end && *in != u'&') {
       const std::size_t length = detail::findOneOfChoice(
           in, std::min(kBlockLength, static_cast<std::size_t>(end - in)), detail::UnicharChoice::only(u'&'));
-      copyUnits(in, length, out, foldTable);
+      copyUnits(in, length, out, fold);
       in += length;
       out += length;
     }
@@ -165,7 +195,7 @@ unichar *decodeReferences(const unichar *in, const unichar *end, unichar *out, c
     ++in;
     const Reference reference = in < end ? decode(in, static_cast<std::size_t>(end - in)) : Reference();
     if (reference.end) {
-      *out++ = foldTable && !reference.isFixed ? foldTable[reference.character] : reference.character;
+      *out++ = reference.isFixed ? reference.character : fold(reference.character);
       in = reference.end;
     } else {
       *out++ = u'&';
@@ -180,9 +210,10 @@ std::uint32_t convertEntities2Characters(const unichar *source, unichar *destina
                                          bool nonUmlauted) {
   if (length == 0) return 0;
   const unichar *const in = source + start;
+  const ReferenceDecoder decode(standard, onlyNumeric);
   const unichar *const end =
-      decodeReferences(in, in + length, destination, nonUmlauted ? initUmlautsCharsTable() : nullptr,
-                       ReferenceDecoder(standard, onlyNumeric));
+      nonUmlauted ? decodeReferences(in, in + length, destination, decode, Folded{initUmlautsCharsTable()})
+                  : decodeReferences(in, in + length, destination, decode, Unfolded());
   return static_cast<std::uint32_t>(end - destination);
 }
 
@@ -190,7 +221,7 @@ std::uint32_t convertStandardEntities2Characters(const unichar *source, unichar 
                                                  std::uint32_t length) {
   if (length == 0) return 0;
   const unichar *const end =
-      decodeReferences(source, source + length, destination, nullptr, decodeStandardReference);
+      decodeReferences(source, source + length, destination, decodeStandardReference, Unfolded());
   return static_cast<std::uint32_t>(end - destination);
 }
 
