@@ -127,7 +127,8 @@ class ReferenceDecoder {
     const std::size_t limit = std::min(length, kMaxReferenceLength);
     EntityKey key;
     std::size_t end = 0;
-    for (; end < limit && alphaNum_->contains(units[end]); ++end)
+    // The letters of ASCII, which are most, need no look into the set.
+    for (; end < limit && (isASCIILetter(units[end]) || alphaNum_->contains(units[end])); ++end)
       key.append(static_cast<std::uint8_t>(units[end]));
     const std::size_t terminator = indexOfTerminator(end, length);
     if (terminator == 0) return {};

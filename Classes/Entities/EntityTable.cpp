@@ -2,7 +2,6 @@
 #include "Classes/Entities/EntityTable.hpp"
 
 #include <algorithm>
-#include <bit>
 #include <string_view>
 
 namespace nimbo {
@@ -78,33 +77,6 @@ constexpr EntityKey keyOfName(std::string_view name) {
   return key;
 }
 
-/// The names short enough to be decoded, hashed with linear probing: a name stands in its slot or behind it,
-/// before the next empty slot. At least half of the slots are empty.
-constexpr std::size_t kSlots = 512;
-static_assert(std::has_single_bit(kSlots) && kSlots >= 2 * kEntityCount);
-
-struct Slot {
-  EntityKey key;
-  unichar character = 0;
-};
-
-constexpr std::size_t slotOfKey(EntityKey key) {
-  return key.value * 0x9e3779b97f4a7c15 >> (64 - std::bit_width(kSlots - 1));
-}
-
-constexpr std::array<Slot, kSlots> kSlotTable = [] {
-  std::array<Slot, kSlots> slots;
-  for (const Entity &entity : kEntities) {
-    const std::string_view name = entity.name;
-    if (name.size() > EntityKey::kMaxLength) continue;
-    const EntityKey key = keyOfName(name);
-    std::size_t slot = slotOfKey(key);
-    while (slots[slot].character) slot = (slot + 1) % kSlots;
-    slots[slot] = {key, entity.character};
-  }
-  return slots;
-}();
-
 }  // namespace
 
 constinit const std::array<const char *, kEntityCount + 1> entityStrings = [] {
@@ -127,10 +99,17 @@ constinit const std::array<std::int16_t, maxUmlChar - minUmlChar + 1> detail::en
   return indexes;
 }();
 
-unichar characterOfEntity(EntityKey key) {
-  std::size_t slot = slotOfKey(key);
-  while (kSlotTable[slot].character && kSlotTable[slot].key.value != key.value) slot = (slot + 1) % kSlots;
-  return kSlotTable[slot].character;
-}
+constinit const std::array<detail::EntitySlot, detail::kEntitySlots> detail::entitySlots = [] {
+  std::array<EntitySlot, kEntitySlots> slots;
+  for (const Entity &entity : kEntities) {
+    const std::string_view name = entity.name;
+    if (name.size() > EntityKey::kMaxLength) continue;
+    const EntityKey key = keyOfName(name);
+    std::size_t slot = slotOfEntityKey(key);
+    while (slots[slot].character) slot = (slot + 1) % kEntitySlots;
+    slots[slot] = {key, entity.character};
+  }
+  return slots;
+}();
 
 }  // namespace nimbo

@@ -11,6 +11,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -56,8 +57,34 @@ struct EntityKey {
   constexpr void removeLast() { value >>= 8; }
 };
 
+namespace detail {
+/// How many slots there are; at least half of them are empty.
+inline constexpr std::size_t kEntitySlots = 512;
+static_assert(std::has_single_bit(kEntitySlots) && kEntitySlots >= 2 * kEntityCount);
+
+/// A short name and its character, which is 0 in an empty slot.
+struct EntitySlot {
+  EntityKey key;
+  unichar character = 0;
+};
+
+/// The names that have a key, hashed with linear probing: a name stands in its slot or behind it, before the
+/// next empty slot.
+extern const std::array<EntitySlot, kEntitySlots> entitySlots;
+
+/// The slot from which on a name is looked for.
+constexpr std::size_t slotOfEntityKey(EntityKey key) {
+  return key.value * 0x9e3779b97f4a7c15 >> (64 - std::bit_width(kEntitySlots - 1));
+}
+}  // namespace detail
+
 /// The character of a name, case-sensitively; 0 when there is no such name. Names of more than
 /// `EntityKey::kMaxLength` letters have no key and are not found.
-unichar characterOfEntity(EntityKey key);
+inline unichar characterOfEntity(EntityKey key) {
+  std::size_t slot = detail::slotOfEntityKey(key);
+  while (detail::entitySlots[slot].character && detail::entitySlots[slot].key.value != key.value)
+    slot = (slot + 1) % detail::kEntitySlots;
+  return detail::entitySlots[slot].character;
+}
 
 }  // namespace nimbo
