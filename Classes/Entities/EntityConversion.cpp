@@ -2,6 +2,7 @@
 #include "Classes/Entities/EntityConversion.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
@@ -70,6 +71,39 @@ constexpr bool isMarkup(unichar c) {
   return c == u'<' || c == u'>' || c == u'&' || c == u'"';
 }
 
+/// The letters and digits of ASCII that the first eight units begin with, found without a branch for each.
+class ASCIIName {
+ public:
+  static constexpr std::size_t kUnits = 8;
+
+  explicit ASCIIName(const unichar *units) {
+    typedef std::uint16_t Units __attribute__((vector_size(kUnits * sizeof(unichar))));
+    typedef std::uint8_t Bytes __attribute__((vector_size(kUnits)));
+    Units block;
+    std::memcpy(&block, units, sizeof block);
+    constexpr std::uint16_t kCase = 0x20, kFirstLetter = 'a', kLetters = 26, kFirstDigit = '0', kDigits = 10;
+    const auto isMember = (((block | kCase) - kFirstLetter) < kLetters) | ((block - kFirstDigit) < kDigits);
+    const auto members = std::bit_cast<std::uint64_t>(__builtin_convertvector(Units(isMember), Bytes));
+    bytes_ = std::bit_cast<std::uint64_t>(__builtin_convertvector(block, Bytes));
+    constexpr bool kIsLittle = std::endian::native == std::endian::little;
+    length_ = static_cast<std::size_t>(kIsLittle ? std::countr_one(members) : std::countl_one(members)) / 8;
+    if constexpr (kIsLittle) bytes_ = __builtin_bswap64(bytes_);
+  }
+
+  std::size_t length() const { return length_; }
+
+  /// The key of a name that is not empty and not too long for one.
+  EntityKey key() const {
+    const std::size_t bits = 8 * length_;
+    return {std::uint64_t{1} << bits | bytes_ >> (64 - bits)};
+  }
+
+ private:
+  std::size_t length_;
+  /// The lowest bytes of the units, the first one on top.
+  std::uint64_t bytes_;
+};
+
 /// Decodes what follows an "&".
 class ReferenceDecoder {
  public:
@@ -99,7 +133,10 @@ class ReferenceDecoder {
   }
 
   static Reference found(const unichar *units, std::size_t terminator, unichar character) {
-    return {units + terminator + (units[terminator] == u';'), character};
+    // A branch that is foreseen lets the text behind the reference begin early.
+    if (__builtin_expect_with_probability(units[terminator] == u';', 1, 0.99))
+      return {units + terminator + 1, character};
+    return {units + terminator, character};
   }
 
   Reference number(const unichar *units, std::size_t length) const {
@@ -124,11 +161,22 @@ class ReferenceDecoder {
   }
 
   Reference name(const unichar *units, std::size_t length) const {
+    if (length < ASCIIName::kUnits) return scannedName(units, length);
+    const ASCIIName start(units);
+    const std::size_t end = start.length();
+    if (end > EntityKey::kMaxLength) return {};
+    // Other characters belong to names, too, though no entity has them.
+    if (units[end] >= 128) return scannedName(units, length);
+    const unichar character = characterOfEntity(start.key());
+    return character ? found(units, end, character) : Reference();
+  }
+
+  /// What `name` gives, found unit by unit.
+  Reference scannedName(const unichar *units, std::size_t length) const {
     const std::size_t limit = std::min(length, kMaxReferenceLength);
     EntityKey key;
     std::size_t end = 0;
-    // The letters of ASCII, which are most, need no look into the set.
-    for (; end < limit && (isASCIILetter(units[end]) || alphaNum_->contains(units[end])); ++end)
+    for (; end < limit && alphaNum_->contains(units[end]); ++end)
       key.append(static_cast<std::uint8_t>(units[end]));
     const std::size_t terminator = indexOfTerminator(end, length);
     if (terminator == 0) return {};
