@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSRange.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -27,7 +28,7 @@ struct AsciiSet {
   /// The set of the units below 128 for which `isMember(unichar)` holds, and of all others when `hasOthers` is
   /// set.
   template <class Predicate>
-  static constexpr AsciiSet of(Predicate isMember, bool hasOthers = false) {
+  static constexpr AsciiSet of(Predicate isMember, Flag hasOthers = false) {
     AsciiSet set;
     set.hasOthers = hasOthers;
     for (unsigned c = 0; c < 128; ++c)

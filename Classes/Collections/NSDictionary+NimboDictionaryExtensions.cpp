@@ -50,11 +50,11 @@ std::int64_t longLongForKey(const NSDictionary &dictionary, const NSString &key,
   return longLongValue(dictionary.objectForKey(key)).value_or(defaultValue);
 }
 
-bool boolForKey(const NSDictionary &dictionary, const NSString &key, bool defaultValue) {
+bool boolForKey(const NSDictionary &dictionary, const NSString &key, Flag defaultValue) {
   const id &value = dictionary.objectForKey(key);
   if (const NSString string = value.string()) return boolValue(string);
   const std::optional<double> number = doubleValue(value);
-  return number ? *number != 0 : defaultValue;
+  return number ? *number != 0 : bool(defaultValue);
 }
 
 float floatForKey(const NSDictionary &dictionary, const NSString &key, float defaultValue) {

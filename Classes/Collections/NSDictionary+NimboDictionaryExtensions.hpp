@@ -10,6 +10,7 @@
 //     stringForKey(limits, u"name"_ns, u"none"_ns);  // "none"
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -33,7 +34,7 @@ std::uint64_t unsignedLongForKey(const NSDictionary &dictionary, const NSString 
 /// The value as a whole number.
 std::int64_t longLongForKey(const NSDictionary &dictionary, const NSString &key, std::int64_t defaultValue = 0);
 /// Whether a number is not 0; a string by `boolValue`.
-bool boolForKey(const NSDictionary &dictionary, const NSString &key, bool defaultValue = false);
+bool boolForKey(const NSDictionary &dictionary, const NSString &key, Flag defaultValue = false);
 /// The value as a number, cut to the bounds of its type.
 float floatForKey(const NSDictionary &dictionary, const NSString &key, float defaultValue = 0);
 /// The value as a number.

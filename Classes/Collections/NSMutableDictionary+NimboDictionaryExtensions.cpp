@@ -28,8 +28,8 @@ void setDouble(NSDictionary &dictionary, double value, const NSString &key) {
   dictionary.setObject(value, key);
 }
 
-void setBool(NSDictionary &dictionary, bool value, const NSString &key) {
-  dictionary.setObject(value, key);
+void setBool(NSDictionary &dictionary, Flag value, const NSString &key) {
+  dictionary.setObject(bool(value), key);
 }
 
 void setString(NSDictionary &dictionary, const NSString &value, const NSString &key) {

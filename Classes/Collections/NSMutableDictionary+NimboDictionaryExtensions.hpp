@@ -9,6 +9,7 @@
 //     limits.count();  // 1
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -27,7 +28,7 @@ void setFloat(NSDictionary &dictionary, float value, const NSString &key);
 /// Stores a number.
 void setDouble(NSDictionary &dictionary, double value, const NSString &key);
 /// Stores true or false.
-void setBool(NSDictionary &dictionary, bool value, const NSString &key);
+void setBool(NSDictionary &dictionary, Flag value, const NSString &key);
 /// Stores a string.
 void setString(NSDictionary &dictionary, const NSString &value, const NSString &key);
 

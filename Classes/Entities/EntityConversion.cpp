@@ -255,8 +255,8 @@ unichar *decodeReferences(const unichar *in, const unichar *end, unichar *out, D
 }  // namespace
 
 std::uint32_t convertEntities2Characters(const unichar *source, unichar *destination, std::uint32_t start,
-                                         std::uint32_t length, bool standard, bool onlyNumeric,
-                                         bool nonUmlauted) {
+                                         std::uint32_t length, Flag standard, Flag onlyNumeric,
+                                         Flag nonUmlauted) {
   if (length == 0) return 0;
   const unichar *const in = source + start;
   const ReferenceDecoder decode(standard, onlyNumeric);

@@ -9,6 +9,7 @@
 
 #include <cstdint>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSRange.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -26,8 +27,8 @@ namespace NIMBO_PUBLIC nimbo {
 /// may be missing, except that at the very end of the text the last letter or digit is then not part of the
 /// reference: "&#65" gives U+0006 and "5". "&#;" gives U+0000.
 std::uint32_t convertEntities2Characters(const unichar *source, unichar *destination, std::uint32_t start,
-                                         std::uint32_t length, bool standard, bool onlyNumeric,
-                                         bool nonUmlauted);
+                                         std::uint32_t length, Flag standard, Flag onlyNumeric,
+                                         Flag nonUmlauted);
 
 /// Decodes as above nothing but "&quot;", "&amp;", "&lt;" and "&gt;".
 std::uint32_t convertStandardEntities2Characters(const unichar *source, unichar *destination,

@@ -128,7 +128,7 @@ NSString encode(const NSString &string) {
 
 }  // namespace
 
-NSString stringByConvertingCharactersToEntities(const NSString &string, bool high) {
+NSString stringByConvertingCharactersToEntities(const NSString &string, Flag high) {
   if (string.length() == 0) return string;
   return high ? encode<NumericEncoding>(string) : encode<MarkupEncoding>(string);
 }

@@ -7,6 +7,7 @@
 //     stringByConvertingCharactersToNamedEntities(u"café"_ns);  // "caf&eacute;"
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -14,7 +15,7 @@ namespace NIMBO_PUBLIC nimbo {
 /// Writes, with `high`, every unit above 127 as "&#%d;"; without, "&", the double quote, "<" and ">" as their
 /// entities. Answers the string itself when nothing changes or the result would be too long; nil for nil.
 /// Raises `std::bad_alloc`.
-NSString stringByConvertingCharactersToEntities(const NSString &string, bool high);
+NSString stringByConvertingCharactersToEntities(const NSString &string, Flag high);
 
 /// The longest string that the table encoder takes.
 inline constexpr std::uint32_t kMaxNamedEntitiesLength = 0x3fffffff;

@@ -45,8 +45,8 @@ NSString stringByDecoding(const NSString &string, Decode decode) {
 
 }  // namespace
 
-NSString stringByConvertingEntitiesToCharacters(const NSString &string, bool standard, bool onlyNumericEntities,
-                                                bool nonUmlauted) {
+NSString stringByConvertingEntitiesToCharacters(const NSString &string, Flag standard, Flag onlyNumericEntities,
+                                                Flag nonUmlauted) {
   return stringByDecoding(string, [=](const unichar *source, unichar *destination, std::uint32_t length) {
     return convertEntities2Characters(source, destination, 0, length, standard, onlyNumericEntities,
                                       nonUmlauted);
@@ -57,7 +57,7 @@ NSString stringByConvertingEntitiesToCharacters(const NSString &string) {
   return stringByConvertingEntitiesToCharacters(string, true, false, false);
 }
 
-NSString stringByConvertingEntitiesToCharactersNonUmlauted(const NSString &string, bool nonUmlauted) {
+NSString stringByConvertingEntitiesToCharactersNonUmlauted(const NSString &string, Flag nonUmlauted) {
   return stringByConvertingEntitiesToCharacters(string, true, false, nonUmlauted);
 }
 

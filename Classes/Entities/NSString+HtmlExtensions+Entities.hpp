@@ -9,6 +9,7 @@
 //     stringByConvertingCharactersToEntities(u"café"_ns);  // "caf&eacute;"
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -16,12 +17,12 @@ inline namespace HtmlExtensions {
 
 /// Decodes character references by `convertEntities2Characters`. The folding of `nonUmlauted` takes effect only
 /// when at least one reference is decoded.
-NSString stringByConvertingEntitiesToCharacters(const NSString &string, bool standard, bool onlyNumericEntities,
-                                                bool nonUmlauted);
+NSString stringByConvertingEntitiesToCharacters(const NSString &string, Flag standard, Flag onlyNumericEntities,
+                                                Flag nonUmlauted);
 /// Decodes all references.
 NSString stringByConvertingEntitiesToCharacters(const NSString &string);
 /// Decodes all references, with or without the folding.
-NSString stringByConvertingEntitiesToCharactersNonUmlauted(const NSString &string, bool nonUmlauted);
+NSString stringByConvertingEntitiesToCharactersNonUmlauted(const NSString &string, Flag nonUmlauted);
 /// Decodes only "&quot;", "&amp;", "&lt;" and "&gt;".
 NSString stringByConvertingStandardEntitiesToCharacters(const NSString &string);
 

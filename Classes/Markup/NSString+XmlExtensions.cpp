@@ -49,7 +49,7 @@ NSString lenientField(const NSString &string, std::u16string_view name) {
 
 }  // namespace
 
-bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *context, bool isMutable) {
+bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *context, Flag isMutable) {
   try {
     return GetTagsOfString(string, handler, context, isMutable);
   } catch (const NSException &exception) {

@@ -10,13 +10,14 @@
 #include <cstdint>
 
 #include "Classes/Markup/TagScanner.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSArray.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 inline namespace XmlExtensions {
 
 /// As `GetTagsOfString`, but an `NSException` is caught, logged and answers false. Others pass through.
-bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *context, bool isMutable);
+bool parseXmlWithHandler(const NSString &string, TagHandler handler, void *context, Flag isMutable);
 
 /// The ranges of all tags, comments and marked sections, and those of the texts in front of them; the last tag
 /// is an empty one at the end. Answers how many there are, 0 when the string is nil or empty. The arrays are

@@ -158,7 +158,7 @@ bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName) {
 }
 
 NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint32_t offset,
-                                           std::uint32_t length, const char *name, bool isTolerant) {
+                                           std::uint32_t length, const char *name, Flag isTolerant) {
   return stringUnlessEmpty(attributeOfTag({characters + offset, length}, name,
                                           isTolerant ? QuotedValue::kMayHoldTags : QuotedValue::kEndsWithTag));
 }
@@ -207,7 +207,7 @@ std::u16string_view fieldOfHeader(std::u16string_view header, std::u16string_vie
 }
 
 NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,
-                                  unichar quote, bool isLenient) {
+                                  unichar quote, Flag isLenient) {
   return stringUnlessEmpty(fieldOfHeader(string.view(), {name, nameLength}, quote,
                                          isLenient ? HeaderValue::kLenient : HeaderValue::kStrict));
 }

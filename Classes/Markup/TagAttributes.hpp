@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -35,7 +36,7 @@ bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName);
 /// As `attributeOfTag` for the tag that has `length` units from `offset` on, but as a string, which is nil
 /// where the view is empty; `name` ends with a zero byte, and `isTolerant` stands for `kMayHoldTags`.
 NSString _attributeOfTagCharactersWithName(const unichar *characters, std::uint32_t offset,
-                                           std::uint32_t length, const char *name, bool isTolerant);
+                                           std::uint32_t length, const char *name, Flag isTolerant);
 
 /// As `attributeOfTag` in a range of a string, which is cut to its bounds. `separator` stands for the "=",
 /// `terminator` for the ">", and the range must have more than `slack` units besides the name. Nil, too, when
@@ -59,6 +60,6 @@ std::u16string_view fieldOfHeader(std::u16string_view header, std::u16string_vie
 
 /// As `fieldOfHeader`, but as a string, which is nil where the view is empty.
 NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,
-                                  unichar quote, bool isLenient);
+                                  unichar quote, Flag isLenient);
 
 }  // namespace nimbo

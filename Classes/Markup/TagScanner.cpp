@@ -17,7 +17,7 @@ constexpr std::uint32_t kMaximumCopiedLength = 0x3fffffff;
 
 }  // namespace
 
-bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, bool isMutable) {
+bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, Flag isMutable) {
   const std::uint32_t length = string.length();
   if (length == 0) return false;
   initLowerCharsTable();

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -46,6 +47,6 @@ using TagHandler = bool (*)(const NSString &string, const unichar *characters, s
 /// False, without a call, when the string is nil or empty, or when it cannot be copied (no memory, or more than
 /// 0x3fffffff units); true otherwise, also when the handler stopped the scan. Raises what the handler raises,
 /// and `std::bad_alloc` when the marks of odd markup need more memory than there is.
-bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, bool isMutable);
+bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, Flag isMutable);
 
 }  // namespace nimbo

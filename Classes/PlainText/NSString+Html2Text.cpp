@@ -49,26 +49,26 @@ NSString stringByConvertingHtml2ReformattedPlainText(const NSString &page) {
   return _convertHtml2PlainTextUsingHandler(page, PlainTextHandler, {.reformat = true}, nullptr);
 }
 
-NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted) {
+NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, Flag nonUmlauted) {
   return _convertHtml2PlainTextUsingHandler(page, PlainTextHandler, {.nonUmlauted = nonUmlauted}, nullptr);
 }
 
-NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted, bool reformat,
-                                                     bool onlyBody, bool googleTags) {
+NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, Flag nonUmlauted, Flag reformat,
+                                                     Flag onlyBody, Flag googleTags) {
   return stringByConvertingHtml2PlainTextNonUmlauted(page, nonUmlauted, reformat, onlyBody, false, nullptr,
                                                      googleTags);
 }
 
-NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted, bool reformat,
-                                                     bool onlyBody, bool removeJunk, bool *junkFound,
-                                                     bool googleTags) {
+NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, Flag nonUmlauted, Flag reformat,
+                                                     Flag onlyBody, Flag removeJunk, bool *junkFound,
+                                                     Flag googleTags) {
   return stringByConvertingHtml2PlainTextEntities(page, true, true, nonUmlauted, reformat, onlyBody, removeJunk,
                                                   junkFound, googleTags);
 }
 
-NSString stringByConvertingHtml2PlainTextEntities(const NSString &page, bool entities, bool stdEntities,
-                                                  bool nonUmlauted, bool reformat, bool onlyBody,
-                                                  bool removeJunk, bool *junkFound, bool googleTags) {
+NSString stringByConvertingHtml2PlainTextEntities(const NSString &page, Flag entities, Flag stdEntities,
+                                                  Flag nonUmlauted, Flag reformat, Flag onlyBody,
+                                                  Flag removeJunk, bool *junkFound, Flag googleTags) {
   return _convertHtml2PlainTextUsingHandler(page, PlainTextHandler,
                                             {.entities = entities,
                                              .stdEntities = stdEntities,

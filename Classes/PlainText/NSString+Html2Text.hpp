@@ -9,6 +9,7 @@
 
 #include "Classes/Markup/TagScanner.hpp"
 #include "Classes/PlainText/PlainTextOptions.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -20,20 +21,20 @@ NSString stringByConvertingHtml2PlainText(const NSString &page);
 /// As `stringByConvertingHtml2PlainText`, with the option `reformat`.
 NSString stringByConvertingHtml2ReformattedPlainText(const NSString &page);
 /// As `stringByConvertingHtml2PlainText`, with or without the option `nonUmlauted`.
-NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted);
+NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, Flag nonUmlauted);
 /// As `stringByConvertingHtml2PlainText`, with some of the options of `PlainTextOptions`.
-NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted, bool reformat,
-                                                     bool onlyBody, bool googleTags);
+NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, Flag nonUmlauted, Flag reformat,
+                                                     Flag onlyBody, Flag googleTags);
 /// As `stringByConvertingHtml2PlainText`, with most of the options of `PlainTextOptions`. `*junkFound`, unless
 /// it is null, says whether `removeJunk` has left out any text.
-NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, bool nonUmlauted, bool reformat,
-                                                     bool onlyBody, bool removeJunk, bool *junkFound,
-                                                     bool googleTags);
+NSString stringByConvertingHtml2PlainTextNonUmlauted(const NSString &page, Flag nonUmlauted, Flag reformat,
+                                                     Flag onlyBody, Flag removeJunk, bool *junkFound,
+                                                     Flag googleTags);
 /// As `stringByConvertingHtml2PlainText`, with all options of `PlainTextOptions`. `*junkFound`, unless it is
 /// null, says whether `removeJunk` has left out any text.
-NSString stringByConvertingHtml2PlainTextEntities(const NSString &page, bool entities, bool stdEntities,
-                                                  bool nonUmlauted, bool reformat, bool onlyBody,
-                                                  bool removeJunk, bool *junkFound, bool googleTags);
+NSString stringByConvertingHtml2PlainTextEntities(const NSString &page, Flag entities, Flag stdEntities,
+                                                  Flag nonUmlauted, Flag reformat, Flag onlyBody,
+                                                  Flag removeJunk, bool *junkFound, Flag googleTags);
 /// The texts of the body, each with a space in front of it, as `SimplePlainTextHandler` writes them: for
 /// comparing, not for reading. It answers the page itself where `stringByConvertingHtml2PlainText` does.
 NSString stringByConvertingHtml2SimplifiedPlainText(const NSString &page);

@@ -57,7 +57,7 @@ NSString stripTagBodiesExcept(const NSString &string, const std::vector<NSString
   return stripTagBodies(string, names, true);
 }
 
-NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, bool except) {
+NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, Flag except) {
   NSString otherwise = except ? NSString() : string;
   if (string.length() == 0 || names.empty()) return otherwise;
   return answerOr(otherwise, [&] {

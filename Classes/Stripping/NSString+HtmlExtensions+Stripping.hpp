@@ -9,6 +9,7 @@
 
 #include <vector>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -41,7 +42,7 @@ NSString stripTagBodies(const NSString &string, const std::vector<NSString> &nam
 NSString stripTagBodiesExcept(const NSString &string, const std::vector<NSString> &names);
 
 /// With `except` as `stripTagBodiesExcept`, else as `stripTagBodies` of two parameters.
-NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, bool except);
+NSString stripTagBodies(const NSString &string, const std::vector<NSString> &names, Flag except);
 
 /// Without embedded objects, as `StripObjectsHandler` tells, their "ALT" or "TITLE" text in their place. The
 /// string itself when it has none.

@@ -103,7 +103,7 @@ HelperClient &HelperClient::operator=(HelperClient &&) noexcept = default;
 
 /// Makes sure that there is a session whose connection still stands, with a helper whose program is there. An
 /// outdated helper is told to end: it does when the request under way is done.
-bool HelperClient::connect(bool startsHelper, const Deadline &waiting, Answer *failed) {
+bool HelperClient::connect(Flag startsHelper, const Deadline &waiting, Answer *failed) {
   if (session_ && !isConnectionStale(session_->channel.socket())) return true;
   for (;;) {
     session_.reset();
@@ -118,7 +118,7 @@ bool HelperClient::connect(bool startsHelper, const Deadline &waiting, Answer *f
   }
 }
 
-bool HelperClient::connectOnce(bool startsHelper, const Deadline &waiting, Answer *failed) {
+bool HelperClient::connectOnce(Flag startsHelper, const Deadline &waiting, Answer *failed) {
   bool isBusy = false;
   HelperConnection connection = connectToHelper(options_.name, Seconds(waiting.remaining()), &isBusy);
   if (isBusy) {
@@ -295,8 +295,9 @@ Answer HelperClient::searchableTextOfWebArchive(const NSString &path) {
   return callWithFile(u"searchableTextOfWebArchive:"_ns, u"searchableTextOfWebArchive"_ns, path);
 }
 
-Answer HelperClient::attributedStringWithPDF(bool attributed, const NSData &pdf) {
-  return call(u"attributed:stringWithPDF:"_ns, {{u"attributed"_ns, attributed}, {u"stringWithPDF"_ns, pdf}});
+Answer HelperClient::attributedStringWithPDF(Flag attributed, const NSData &pdf) {
+  return call(u"attributed:stringWithPDF:"_ns,
+              {{u"attributed"_ns, bool(attributed)}, {u"stringWithPDF"_ns, pdf}});
 }
 
 Answer HelperClient::attributedStringWithContentsOfFile(const NSString &path) {
@@ -308,10 +309,11 @@ Answer HelperClient::writeRTFDData(const NSData &rtfd, const NSString &toFile) {
   return callWithFile(u"writeRTFDData:toFile:"_ns, u"toFile"_ns, toFile, {{u"writeRTFDData"_ns, rtfd}});
 }
 
-Answer HelperClient::RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest) {
-  return call(
-      u"RTFDWithHTML:baseURL:allowRemoteRequest:"_ns,
-      {{u"RTFDWithHTML"_ns, html}, {u"baseURL"_ns, baseURL}, {u"allowRemoteRequest"_ns, allowRemoteRequest}});
+Answer HelperClient::RTFDWithHTML(const NSData &html, const NSString &baseURL, Flag allowRemoteRequest) {
+  return call(u"RTFDWithHTML:baseURL:allowRemoteRequest:"_ns,
+              {{u"RTFDWithHTML"_ns, html},
+               {u"baseURL"_ns, baseURL},
+               {u"allowRemoteRequest"_ns, bool(allowRemoteRequest)}});
 }
 
 Answer HelperClient::PDFImageRepOfFile(const NSString &path) {
@@ -322,10 +324,10 @@ Answer HelperClient::posterImageForMovieWithFile(const NSString &path) {
   return callWithFile(u"posterImageForMovieWithFile:"_ns, u"posterImageForMovieWithFile"_ns, path);
 }
 
-Answer HelperClient::imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight) {
-  return callWithFile(u"imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"_ns,
-                      u"imageWithContentsOfFile"_ns, path,
-                      {{u"stringFromPDF"_ns, stringFromPDF}, {u"canUseSpotlight"_ns, canUseSpotlight}});
+Answer HelperClient::imageWithContentsOfFile(const NSString &path, Flag stringFromPDF, Flag canUseSpotlight) {
+  return callWithFile(
+      u"imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"_ns, u"imageWithContentsOfFile"_ns, path,
+      {{u"stringFromPDF"_ns, bool(stringFromPDF)}, {u"canUseSpotlight"_ns, bool(canUseSpotlight)}});
 }
 
 }  // namespace nimbo

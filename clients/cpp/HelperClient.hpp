@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Foundation/Connection/ConnectionRecord.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
@@ -102,19 +103,19 @@ class HelperClient {
   Answer searchableTextOfWebArchive(const NSString &path);
   /// The text and facts of a PDF: a dictionary with "String", "PageCount", "Locked" when it needs a password,
   /// and the document's own attributes.
-  Answer attributedStringWithPDF(bool attributed, const NSData &pdf);
+  Answer attributedStringWithPDF(Flag attributed, const NSData &pdf);
   /// The text of a document. This helper answers nil.
   Answer attributedStringWithContentsOfFile(const NSString &path);
   /// Writes rich text to a file. This helper answers nil.
   Answer writeRTFDData(const NSData &rtfd, const NSString &toFile);
   /// A page as rich text. This helper answers nil.
-  Answer RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest);
+  Answer RTFDWithHTML(const NSData &html, const NSString &baseURL, Flag allowRemoteRequest);
   /// A document as a PDF. This helper answers nil.
   Answer PDFImageRepOfFile(const NSString &path);
   /// A picture out of a movie. This helper answers nil.
   Answer posterImageForMovieWithFile(const NSString &path);
   /// The picture of a document. This helper answers nil.
-  Answer imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight);
+  Answer imageWithContentsOfFile(const NSString &path, Flag stringFromPDF, Flag canUseSpotlight);
 
   /// What is known of the helper, whether it answers or works.
   struct State {
@@ -141,8 +142,8 @@ class HelperClient {
 
   Answer callWithFile(const NSString &selector, const NSString &keyword, const NSString &path,
                       NSDictionary otherArguments = NSDictionary::dictionary());
-  bool connect(bool startsHelper, const Deadline &waiting, Answer *failure);
-  bool connectOnce(bool startsHelper, const Deadline &waiting, Answer *failure);
+  bool connect(Flag startsHelper, const Deadline &waiting, Answer *failure);
+  bool connectOnce(Flag startsHelper, const Deadline &waiting, Answer *failure);
   std::string programToStart(std::string *message) const;
   std::vector<std::string> helperArguments() const;
   bool ask(std::int64_t serial, const std::vector<NSData> &request, const Deadline &waiting, Answer *answer);

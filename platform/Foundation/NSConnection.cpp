@@ -24,7 +24,7 @@ bool NSConnection::registerName(const NSString &name) {
   return server_->registerName(name);
 }
 
-void NSConnection::setIndependentConversationQueueing(bool) {}
+void NSConnection::setIndependentConversationQueueing(Flag) {}
 
 void NSConnection::setRequestTimeout(double seconds) {
   server_->setRequestTimeout(seconds);

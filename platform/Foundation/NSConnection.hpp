@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/id.hpp"
 
@@ -49,7 +50,7 @@ class NSConnection {
   bool registerName(const NSString &name);
   /// Whether requests of other clients wait while one is served. Requests never nest here, so this is always
   /// so; kept for callers that state it.
-  void setIndependentConversationQueueing(bool queueing);
+  void setIndependentConversationQueueing(Flag queueing);
   /// Sets how long a request that a client has begun may stand still before its connection is ended; 15 at
   /// first.
   void setRequestTimeout(double seconds);

@@ -95,7 +95,7 @@ NSURL NSURL::fileURLWithPath(const NSString &path) {
   return fileURLWithPath(path, NSFileManager::fileExistsAtPath(path, &isDirectory) && isDirectory);
 }
 
-NSURL NSURL::fileURLWithPath(const NSString &path, bool isDirectory) {
+NSURL NSURL::fileURLWithPath(const NSString &path, Flag isDirectory) {
   std::optional<std::string> bytes = path.fileSystemRepresentation();
   if (!bytes) return NSURL();
   if (!bytes->starts_with('/')) {
@@ -180,7 +180,7 @@ NSString NSURL::pathWithParameters() const {
   return decodedPath(true);
 }
 
-NSString NSURL::decodedPath(bool withParameters) const {
+NSString NSURL::decodedPath(Flag withParameters) const {
   if (!storage_ || isOpaque()) return NSString();
   std::u16string_view units = storage_->path();
   if (!withParameters) units = units.substr(0, units.find(u';'));

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -55,7 +56,7 @@ class NSURL {
   /// Nil when the path is nil, empty or none for the system (U+0000, some lone surrogates).
   static NSURL fileURLWithPath(const NSString &path);
   /// The URL of a file or, when `isDirectory`, a folder, without asking the disk.
-  static NSURL fileURLWithPath(const NSString &path, bool isDirectory);
+  static NSURL fileURLWithPath(const NSString &path, Flag isDirectory);
 
   /// The whole URL, resolved against the base.
   NSString absoluteString() const;
@@ -112,7 +113,7 @@ class NSURL {
  private:
   using Storage = detail::URLStorage;
 
-  NSString decodedPath(bool withParameters) const;
+  NSString decodedPath(Flag withParameters) const;
   static NSURL make(NSString relativeString, NSURL base, NSString absoluteString, const URIParts &parts);
   explicit NSURL(SharedPointer<Storage> storage) noexcept : storage_(std::move(storage)) {}
 

@@ -272,7 +272,7 @@ DetectedString stringWithZeroPattern(std::string_view bytes, bool isCut) {
 
 }  // namespace
 
-DetectedString stringWithDetectedEncoding(std::string_view bytes, bool isCut) {
+DetectedString stringWithDetectedEncoding(std::string_view bytes, Flag isCut) {
   if (bytes.size() > NSNotFound) return {};
   if (DetectedString marked = stringWithByteOrderMark(bytes); marked.string) return marked;
   if (DetectedString wide = stringWithZeroPattern(bytes, isCut); wide.string) return wide;

@@ -9,6 +9,7 @@
 
 #include <string_view>
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -29,6 +30,6 @@ struct DetectedString {
 /// else by the statistics of its letters, else as windows-1252, else as macintosh or IBM850. Bytes with more
 /// than a few control characters are not text. `isCut` says that the bytes are the beginning of longer ones; a
 /// character that the cut divides is dropped. No bytes are the empty string.
-DetectedString stringWithDetectedEncoding(std::string_view bytes, bool isCut = false);
+DetectedString stringWithDetectedEncoding(std::string_view bytes, Flag isCut = false);
 
 }  // namespace nimbo

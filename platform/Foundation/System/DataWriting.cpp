@@ -85,7 +85,7 @@ bool replaceFile(const NSData &data, const std::string &path) {
 
 }  // namespace
 
-bool writeDataToFile(const NSData &data, const NSString &path, bool atomically) {
+bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically) {
   const auto name = path.fileSystemRepresentation();
   if (!data || !name) return false;
   if (!atomically || isSpecialFile(*name)) return overwriteFile(data, *name);

@@ -7,6 +7,7 @@
 //     writeDataToFile(NSData(), path, true);  // false
 #pragma once
 
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
@@ -17,6 +18,6 @@ namespace NIMBO_PUBLIC nimbo {
 /// or made, not the link; a device or a pipe is never replaced but written to. Otherwise: over the old content;
 /// on failure the file may have any part of the bytes. False when the data is nil or the file cannot be written
 /// whole.
-bool writeDataToFile(const NSData &data, const NSString &path, bool atomically);
+bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically);
 
 }  // namespace nimbo
