@@ -26,7 +26,7 @@ enum class QuotedValue : std::uint8_t {
 /// ends as `quoted` says, any other at white space or ">". White space at its end is trimmed; entities stay as
 /// they are. The view is a part of the tag; it is empty when the tag has no such attribute or the value is
 /// empty, and when the tag is not at least 6 units longer than the name.
-std::u16string_view attributeOfTag(std::u16string_view tag, std::string_view name,
+std::u16string_view attributeOfTag(std::u16string_view tag NIMBO_LIFETIMEBOUND, std::string_view name,
                                    QuotedValue quoted = QuotedValue::kEndsWithTag);
 
 /// Whether the tag has an attribute of the name, which is ASCII in lower case, with or without a value:
@@ -55,8 +55,9 @@ enum class HeaderValue : std::uint8_t {
 /// upper case with the name, which is not folded and may follow any unit. A value that begins with `quote` ends
 /// at the next one or with the text, and is passed over when it is empty; any other has at least one unit. The
 /// view is empty when there is no such field, and when the text is not longer than the name.
-std::u16string_view fieldOfHeader(std::u16string_view header, std::u16string_view upperCaseName,
-                                  unichar quote = u'\'', HeaderValue value = HeaderValue::kLenient);
+std::u16string_view fieldOfHeader(std::u16string_view header NIMBO_LIFETIMEBOUND,
+                                  std::u16string_view upperCaseName, unichar quote = u'\'',
+                                  HeaderValue value = HeaderValue::kLenient);
 
 /// As `fieldOfHeader`, but as a string, which is nil where the view is empty.
 NSString _copyOfAttributeOfString(const NSString &string, const unichar *name, std::uint32_t nameLength,

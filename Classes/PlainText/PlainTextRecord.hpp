@@ -37,7 +37,7 @@ class PlainTextRecord {
   NSString text() &&;
 
   /// For the handlers.
-  detail::PlainTextConversion &conversion() { return *conversion_; }
+  detail::PlainTextConversion &conversion() NIMBO_LIFETIMEBOUND { return *conversion_; }
 
  private:
   std::unique_ptr<detail::PlainTextConversion> conversion_;

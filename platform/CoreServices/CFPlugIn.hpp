@@ -46,7 +46,7 @@ class CFPlugInInstance {
   explicit CFPlugInInstance(void *object) noexcept : object_(object) {}
 
   /// The object, borrowed; null when there is none.
-  void *get() const noexcept { return object_.get(); }
+  void *get() const noexcept NIMBO_LIFETIMEBOUND { return object_.get(); }
   /// Whether there is an object.
   explicit operator bool() const noexcept { return object_ != nullptr; }
   /// The object under another interface; none when it does not have that.

@@ -29,7 +29,7 @@ class NSBundle {
   static NSBundle bundleForAddress(const void *address);
 
   /// The path that the bundle was made with.
-  const NSString &bundlePath() const { return path_; }
+  const NSString &bundlePath() const NIMBO_LIFETIMEBOUND { return path_; }
   /// The content of Info.plist, read on every call. Nil when there is none that can be read, or it is no
   /// dictionary; `*error` says why.
   NSDictionary infoDictionary(NSError *error = nullptr) const;

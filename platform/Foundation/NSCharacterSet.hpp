@@ -40,7 +40,7 @@ class NSCharacterSet {
   /// Whether the unit is in the set.
   bool characterIsMember(unichar c) const noexcept { return bitmap_[c >> 3] >> (c & 7) & 1; }
   /// The set's bitmap; borrowed from the set.
-  const BitmapRepresentation &bitmapRepresentation() const noexcept { return bitmap_; }
+  const BitmapRepresentation &bitmapRepresentation() const noexcept NIMBO_LIFETIMEBOUND { return bitmap_; }
 
  private:
   NSCharacterSet() = default;
@@ -55,7 +55,7 @@ class NSCharacterSet {
 inline namespace Bitmap {
 
 /// The first of the `kBitmapBytes` bytes of the set's bitmap; borrowed from the set.
-inline const std::uint8_t *bitmap(const NSCharacterSet &set) noexcept {
+inline const std::uint8_t *bitmap(const NSCharacterSet &set NIMBO_LIFETIMEBOUND) noexcept {
   return set.bitmapRepresentation().data();
 }
 

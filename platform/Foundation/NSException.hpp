@@ -24,11 +24,11 @@ class NSException : public std::exception {
   ~NSException() override;
 
   /// The name, for programs.
-  const NSString &name() const noexcept { return name_; }
+  const NSString &name() const noexcept NIMBO_LIFETIMEBOUND { return name_; }
   /// The reason, for people.
-  const NSString &reason() const noexcept { return reason_; }
+  const NSString &reason() const noexcept NIMBO_LIFETIMEBOUND { return reason_; }
   /// "name: reason" in UTF-8.
-  const char *what() const noexcept override { return what_.c_str(); }
+  const char *what() const noexcept NIMBO_LIFETIMEBOUND override { return what_.c_str(); }
 
  private:
   NSString name_;

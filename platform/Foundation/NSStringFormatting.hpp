@@ -20,15 +20,16 @@ concept FormattedInteger = std::integral<T> && sizeof(T) <= sizeof(std::uint64_t
                            !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
 /// An argument of a format: a string, whose nil is "(null)", units, text in UTF-8 or a number, which is written
-/// in decimal, a real one with as few digits as tell it from all others ("0.1", "1e+300"). It borrows strings,
-/// units and text.
+/// in decimal, a real one with as few digits as tell it from all others ("0.1", "1e+300"). It borrows strings
+/// and units.
 class FormatArgument {
  public:
   /// A string; nil is "(null)".
-  FormatArgument(const NSString &string) noexcept : units_(string ? string.view() : u"(null)") {}
+  FormatArgument(const NSString &string NIMBO_LIFETIMEBOUND) noexcept
+      : units_(string ? string.view() : u"(null)") {}
   /// Units.
   template <std::convertible_to<std::u16string_view> Units>
-  FormatArgument(const Units &units) noexcept : units_(units) {}
+  FormatArgument(const Units &units NIMBO_LIFETIMEBOUND) noexcept : units_(units) {}
   /// UTF-8, which is converted.
   template <std::convertible_to<std::string_view> Text>
   FormatArgument(const Text &text) : FormatArgument(made(std::string_view(text))) {}
@@ -44,7 +45,7 @@ class FormatArgument {
   FormatArgument(Real number) : FormatArgument(made(number)) {}
 
   /// The argument as text; borrowed from this object or from what it was made of.
-  std::u16string_view units() const noexcept { return units_; }
+  std::u16string_view units() const noexcept NIMBO_LIFETIMEBOUND { return units_; }
   /// Whether "%d" takes it.
   bool isInteger() const noexcept { return isInteger_; }
 

@@ -15,11 +15,11 @@ namespace NIMBO_PUBLIC nimbo {
 namespace detail {
 
 /// The units of a piece that is a string.
-inline std::u16string_view viewOfPiece(const NSString &string) {
+inline std::u16string_view viewOfPiece(const NSString &string NIMBO_LIFETIMEBOUND) {
   return string.view();
 }
 /// The units of a piece that is a mutable string.
-inline std::u16string_view viewOfPiece(const NSMutableString &string) {
+inline std::u16string_view viewOfPiece(const NSMutableString &string NIMBO_LIFETIMEBOUND) {
   return string.view();
 }
 /// The units of a piece that is a view.
@@ -28,7 +28,7 @@ inline std::u16string_view viewOfPiece(std::u16string_view units) {
 }
 /// The units of a piece that is a single one.
 template <std::same_as<unichar> Unit>
-std::u16string_view viewOfPiece(const Unit &unit) {
+std::u16string_view viewOfPiece(const Unit &unit NIMBO_LIFETIMEBOUND) {
   return {&unit, 1};
 }
 

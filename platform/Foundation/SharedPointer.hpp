@@ -124,11 +124,11 @@ class SharedPointer {
   T *detach() noexcept { return static_cast<T *>(std::exchange(object_, nullptr)); }
 
   /// The object, borrowed; or null. The operators must not be used on null.
-  T *get() const noexcept { return static_cast<T *>(object_); }
+  T *get() const noexcept NIMBO_LIFETIMEBOUND { return static_cast<T *>(object_); }
   /// The object.
-  T &operator*() const noexcept { return static_cast<T &>(*object_); }
+  T &operator*() const noexcept NIMBO_LIFETIMEBOUND { return static_cast<T &>(*object_); }
   /// The object, for its members.
-  T *operator->() const noexcept { return &**this; }
+  T *operator->() const noexcept NIMBO_LIFETIMEBOUND { return &**this; }
   /// Whether this is not null.
   explicit operator bool() const noexcept { return object_ != nullptr; }
   /// Whether nobody else shares the object, so that it may be changed. Not for null.

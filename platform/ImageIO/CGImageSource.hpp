@@ -31,7 +31,7 @@ class CGImageSource {
   /// The number of images (pages, frames) that the file says it has, at least 1.
   std::uint32_t count() const { return count_; }
   /// The uniform type identifier of the file's format, as "public.jpeg"; never nil.
-  const NSString &type() const { return type_; }
+  const NSString &type() const NIMBO_LIFETIMEBOUND { return type_; }
   /// The facts of the first image under the platform's names, as far as they are known:
   /// "PixelWidth", "PixelHeight" (integers, as stored, before the orientation is applied; always there);
   /// "DPIWidth", "DPIHeight" (reals; 72 when the file does not say); "Depth" (integer, bits of one sample);
@@ -41,7 +41,7 @@ class CGImageSource {
   /// "Altitude" (metres) have no sign, which stands in "LatitudeRef" ("N", "S"), "LongitudeRef" ("E", "W") and
   /// "AltitudeRef" (1 is below the sea). What only XMP says about title, authors, keywords and copyright stands
   /// in "{IPTC}" too.
-  const NSDictionary &properties() const { return properties_; }
+  const NSDictionary &properties() const NIMBO_LIFETIMEBOUND { return properties_; }
 
  private:
   CGImageSource() = default;

@@ -29,7 +29,7 @@ class ConnectionChannel {
   explicit ConnectionChannel(FileDescriptor socket) : socket_(std::move(socket)) {}
 
   /// The socket, borrowed from the channel.
-  const FileDescriptor &socket() const noexcept { return socket_; }
+  const FileDescriptor &socket() const noexcept NIMBO_LIFETIMEBOUND { return socket_; }
 
   /// Reads what is there until a message is complete, or `kReceiveBytesPerTurn` have come, and appends the
   /// property lists of complete messages. False when the stream has ended, is broken, or announces an empty or

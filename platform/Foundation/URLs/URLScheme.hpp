@@ -16,7 +16,7 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// What stands before the first ":" of a URL when it makes a scheme: a letter, then letters, digits, "+",
 /// "-" and ".". Empty when there is none.
-constexpr std::u16string_view schemeOfStringURL(std::u16string_view url) {
+constexpr std::u16string_view schemeOfStringURL(std::u16string_view url NIMBO_LIFETIMEBOUND) {
   if (url.empty() || !isASCIILetter(url.front())) return {};
   const auto isPart = [](char16_t c) { return isASCIIAlphanumeric(c) || c == u'+' || c == u'-' || c == u'.'; };
   const auto end = std::ranges::find_if_not(url, isPart);
