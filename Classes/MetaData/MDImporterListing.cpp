@@ -81,8 +81,9 @@ void loadPluginsFromFolder(std::vector<NSString> &target, const NSString &folder
   }
 }
 
-std::vector<NSString> listMDImporters(const MetaDataImporterLocations &locations) {
-  const auto result = NSTask{.launchPath = locations.importerTool, .arguments = {u"-L"_ns}}.run();
+std::vector<NSString> listMDImporters(const MetaDataImporterLocations &locations, const Deadline &deadline) {
+  const NSTask tool{.launchPath = locations.importerTool, .arguments = {u"-L"_ns}, .deadline = deadline};
+  const auto result = tool.run();
   const NSString text =
       result ? NSString::stringWithUTF8String(result->standardError.view()) : NSString::string();
   if (!text) return {};

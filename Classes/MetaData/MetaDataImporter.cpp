@@ -23,6 +23,9 @@ namespace {
 /// Importers of the CHM format declare this type, which only ever stood for the file name extension.
 constexpr std::u16string_view kDynamicTypeOfCHM = u"dyn.ah62d4rv4ge80g4dr";
 
+/// How long the importer tool may take.
+constexpr double kListingSeconds = 5;
+
 /// The types of what is no document of a known kind.
 constexpr std::u16string_view kTypesThatSayNothing[] = {u"public.data", u"public.folder", u"public.item"};
 
@@ -135,7 +138,7 @@ void MetaDataImporter::learnContentTypes(const NSString &importer) {
 }
 
 void MetaDataImporter::loadMDImporters() {
-  MDImporterArray = listMDImporters(locations_);
+  MDImporterArray = listMDImporters(locations_, Deadline::after(kListingSeconds));
   contentTypesForMDImporter.emplace();
   for (const NSString &importer : *MDImporterArray) learnContentTypes(importer);
 }

@@ -15,7 +15,6 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
@@ -133,7 +132,6 @@ std::optional<NSTask::Result> NSTask::run(NSError *error) const {
   }
   writeEnd.close();
 
-  const Deadline deadline = Deadline::after(timeLimitSeconds);
   std::string output;
   for (bool ended = false; !ended;) {
     if (deadline.isOver()) return fail(ErrorCode::timeLimit, "the program took longer than its time limit");

@@ -7,6 +7,7 @@
 
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSError.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -15,12 +16,11 @@ namespace NIMBO_PUBLIC nimbo {
 /// threads may run one.
 ///
 ///     NSError error;
-///     const auto result = NSTask{.launchPath = u"/bin/ls"_ns, .arguments = {path}}.run(&error);
+///     const NSTask task{.launchPath = u"/bin/ls"_ns, .arguments = {path}, .deadline = Deadline::after(5)};
+///     const auto result = task.run(&error);
 ///     if (!result) NSLog(error.localizedFailureReason);
 ///     const bool isListed = result && result->terminationStatus == 0;
 struct NSTask {
-  /// How long a program may run unless it is said otherwise.
-  static constexpr double kTimeLimitSeconds = 5.0;
   /// How many bytes a program may write to its standard error unless it is said otherwise.
   static constexpr std::uint32_t kMaximumOutputBytes = 16 << 20;
 
@@ -36,8 +36,8 @@ struct NSTask {
   NSString launchPath;
   /// The arguments behind the program's name.
   std::vector<NSString> arguments = {};
-  /// How long the program may run.
-  double timeLimitSeconds = kTimeLimitSeconds;
+  /// When the program has to have ended.
+  Deadline deadline = {};
   /// How many bytes it may write to its standard error.
   std::uint32_t maximumOutputBytes = kMaximumOutputBytes;
 

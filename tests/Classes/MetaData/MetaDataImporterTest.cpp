@@ -40,7 +40,7 @@ class MetaDataImporterTest : public testing::Test {
   /// The importers in their order, without this test's folder and the ending.
   std::vector<std::string> listed() {
     std::vector<std::string> names;
-    for (const NSString &path : listMDImporters(locations)) {
+    for (const NSString &path : listMDImporters(locations, Deadline::after(60))) {
       const std::string name = path.UTF8String().substr(folder.path().native().size() + 1);
       names.push_back(name.substr(0, name.find(".mdimporter")));
     }

@@ -15,7 +15,7 @@ namespace {
 NSTask shell(std::u16string_view script) {
   return NSTask{.launchPath = u"/bin/sh"_ns,
                 .arguments = {u"-c"_ns, NSString::stringWithCharacters(script)},
-                .timeLimitSeconds = 60};
+                .deadline = Deadline::after(60)};
 }
 
 std::ptrdiff_t openDescriptors() {
@@ -60,9 +60,9 @@ TEST(NSTask, EndsWhatATimedOutProgramLeavesRunning) {
 
 TEST(NSTask, FailsWithAReasonAndKeepsNothingOpen) {
   NSTask slow = shell(u"sleep 30");
-  slow.timeLimitSeconds = 0.05;
+  slow.deadline = Deadline::after(0.05);
   NSTask closed = shell(u"exec 2>&-; sleep 30");
-  closed.timeLimitSeconds = 0.05;
+  closed.deadline = Deadline::after(0.05);
   NSTask loud = shell(u"while :; do echo too much >&2; done");
   loud.maximumOutputBytes = 100'000;
   const struct {
