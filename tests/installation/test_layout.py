@@ -143,6 +143,8 @@ add_subdirectory(${QUIVERLEAF} part)
 remember(after)
 add_executable(parent main.cpp)
 target_link_libraries(parent PRIVATE nimbo::text nimbo::client)
+add_executable(readme readme.cpp)
+target_link_libraries(readme PRIVATE nimbo::client)
 """
 PARENT_PROGRAM = """
 #include <nimbo/client.hpp>
@@ -158,6 +160,8 @@ class PartTest(HollowTestCase):
         source.mkdir()
         (source / "CMakeLists.txt").write_text(PARENT)
         (source / "main.cpp").write_text(PARENT_PROGRAM)
+        readme = (TOP / "README.md").read_text("utf-8")
+        (source / "readme.cpp").write_text(re.search(r"```cpp\n(.*?)```", readme, re.DOTALL)[1])
         self.make(source, QUIVERLEAF=TOP, QUIVERLEAF_MEDIA="OFF", CMAKE_BUILD_TYPE="")
 
         before, after = ((self.build / f"{when}.txt").read_text("utf-8").splitlines() for when in ("before", "after"))
@@ -172,13 +176,13 @@ class PartTest(HollowTestCase):
         self.assertNotRegex((self.build / "build.ninja").read_text("utf-8"), "mupdf|vips|exiv2|lcms|magic|nlohmann")
         commands = json.loads((self.build / "compile_commands.json").read_text("utf-8"))
         commands = {pathlib.Path(entry["file"]): shlex.split(entry["command"]) for entry in commands}
-        own = commands.pop(source / "main.cpp")
-        self.assertNotIn("-O2", own)
-        self.assertNotIn("ccache", " ".join(own))
+        own = [commands.pop(source / name) for name in ("main.cpp", "readme.cpp")]
+        self.assertNotIn("-O2", own[0])
+        self.assertNotIn("ccache", " ".join(own[0]))
         for words in commands.values():
             self.assertIn("-O2", words)
-        compiler = own.index(os.environ["CXX"])
-        run(*own[compiler:], "-fsyntax-only", folder=self.build)
+        for command in own:
+            run(*command[command.index(os.environ["CXX"]) :], "-fsyntax-only", folder=self.build)
 
 
 if __name__ == "__main__":
