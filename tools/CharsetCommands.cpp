@@ -57,7 +57,7 @@ int runDecode(const DecodeOptions &options, const Operands &operands) {
   const NSStringEncoding chosenDefault = encodingOfOption("default", options.defaultEncoding);
   const NSData data = readInput(operands.front(), options.timeoutSeconds);
   const std::string file = nameOfInput(operands.front());
-  if (data.length() == 0) throw InputError(file, "is empty");
+  if (data.length() == 0) throw InputError(file, "the file is empty");
   const DecodedMarkup decoded =
       decodeMarkup(data, supplied, options.defaultEncoding ? chosenDefault : likelyEncoding(data));
   if (!decoded.string) throw InputError(file, "is no text in any encoding that is given, declared or likely");

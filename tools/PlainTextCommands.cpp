@@ -40,7 +40,7 @@ int runText(const TextOptions &options, const Operands &operands) {
   if (options.simple && (options.reformat || options.noJunk || options.googleTags || options.plainAscii))
     throw UsageError("--simple takes none of --reformat, --no-junk, --google-tags and --plain-ascii");
   const NSString page = textOfInput(operands.front(), options.timeoutSeconds);
-  if (page.length() == 0) throw InputError(nameOfInput(operands.front()), "is empty");
+  if (page.length() == 0) throw InputError(nameOfInput(operands.front()), "the file is empty");
   if (options.simple)
     writeText(stringByConvertingHtml2SimplifiedPlainText(page));
   else

@@ -190,7 +190,7 @@ class CommandTest(CommandTestCase):
         cases = [
             (7, "metadata", "missing", "missing: there is no such file"),
             (7, "metadata", ".", "is a folder"),
-            (3, "metadata", "empty", "is empty"),
+            (3, "metadata", "empty", "empty: the file is empty"),
             (3, "metadata", "empty.pdf", "empty.pdf: the file is empty"),
             (3, "metadata", "cut.pdf", "cut.pdf: the PDF is damaged"),
             (8, "metadata", "text.pdf", "is no PDF"),
@@ -207,8 +207,8 @@ class CommandTest(CommandTestCase):
             (3, "pdf", "large", "is larger than"),
             (7, "pdf", "/proc/self/mem", "cannot be read"),
             (7, "text", "missing", "there is no such file"),
-            (3, "text", "empty", "empty: is empty"),
-            (3, "decode", "empty", "empty: is empty"),
+            (3, "text", "empty", "empty: the file is empty"),
+            (3, "decode", "empty", "empty: the file is empty"),
         ]
         for code, command, name, message in cases:
             with self.subTest(command=command, name=name):
