@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
 
 namespace nimbo {
 
@@ -62,15 +63,6 @@ JSON convert(const id &value) {
   return value.visit(Converter());
 }
 
-void writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = ::write(descriptor, text.data(), text.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) throw std::system_error(errno, std::generic_category());
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-}
-
 }  // namespace
 
 std::string JSONFromValue(const id &value, bool pretty) {
@@ -84,13 +76,11 @@ void prepareStandardStreams() {
 }
 
 void writeOutput(std::string_view text) {
-  try {
-    writeAll(STDOUT_FILENO, text);
-  } catch (const std::system_error &error) {
-    const std::string message = "cannot write to standard output: " + error.code().message();
-    if (error.code() == std::errc::broken_pipe) throw OutputClosed(message);
-    throw OutputError(message);
-  }
+  if (writeAll(STDOUT_FILENO, text)) return;
+  const int number = errno;
+  const std::string message = "cannot write to standard output: " + std::generic_category().message(number);
+  if (number == EPIPE) throw OutputClosed(message);
+  throw OutputError(message);
 }
 
 void writeText(const NSString &text) {
@@ -116,11 +106,8 @@ void writeMessage(std::string_view message) {
     line += byte < 0x20 || byte == 0x7f ? '?' : character;
   }
   line += '\n';
-  try {
-    writeAll(STDERR_FILENO, line);
-  } catch (const std::system_error &) {
-    // There is nowhere left to tell it.
-  }
+  // When that fails, there is nowhere left to tell it.
+  static_cast<void>(writeAll(STDERR_FILENO, line));
 }
 
 }  // namespace nimbo

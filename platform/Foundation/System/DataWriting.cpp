@@ -12,7 +12,6 @@
 #include <memory>
 #include <optional>
 #include <random>
-#include <span>
 #include <string>
 #include <system_error>
 
@@ -25,16 +24,6 @@ constexpr int kTemporaryNames = 100;
 constexpr mode_t kNewFileMode = 0666;
 /// What a new file takes over from an old one; not the bits that run it as its owner, who may be another one.
 constexpr mode_t kPermissions = 0777;
-
-bool writeAll(int file, std::span<const std::uint8_t> bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(file, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    bytes = bytes.subspan(static_cast<std::size_t>(count));
-  }
-  return true;
-}
 
 /// The file that `path` leads to through symbolic links, be it there or not. Nothing when the links go in a
 /// circle or through a folder that is closed to us.
@@ -61,7 +50,7 @@ FileDescriptor openTemporaryFile(const std::string &path, std::string *name) {
 
 bool overwriteFile(const NSData &data, const std::string &path) {
   const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
-  return file && writeAll(file.get(), data.span());
+  return file && writeAll(file.get(), data.view());
 }
 
 /// Whether there is something at `path` that is no regular file: a device, say, which nothing may replace.
@@ -77,13 +66,23 @@ bool replaceFile(const NSData &data, const std::string &path) {
   struct stat old = {};
   const bool keepsMode = ::stat(path.c_str(), &old) == 0;
   const bool isDone = (!keepsMode || ::fchmod(file.get(), old.st_mode & kPermissions) == 0) &&
-                      writeAll(file.get(), data.span()) && ::fsync(file.get()) == 0 &&
+                      writeAll(file.get(), data.view()) && ::fsync(file.get()) == 0 &&
                       ::rename(temporary.c_str(), path.c_str()) == 0;
   if (!isDone) ::unlink(temporary.c_str());
   return isDone;
 }
 
 }  // namespace
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
 
 bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically) {
   const auto name = path.fileSystemRepresentation();

@@ -7,11 +7,16 @@
 //     writeDataToFile(NSData(), path, true);  // false
 #pragma once
 
+#include <string_view>
+
 #include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
+
+/// Writes all bytes to an open file, whatever it is. False when it cannot; errno says why.
+bool writeAll(int descriptor, std::string_view bytes);
 
 /// Writes all bytes to the file at `path`. Atomically: to a new file beside it that then takes its place, with
 /// the old file's permissions; on failure the old file is as it was. What a symbolic link leads to is replaced,
