@@ -240,7 +240,7 @@ std::uint32_t firstNumber(std::u16string_view name) {
   constexpr std::uint32_t kLargest = std::numeric_limits<std::int32_t>::max();
   std::uint64_t number = 0;
   for (auto at = std::ranges::find_if(name, isASCIIDigit<unichar>); at != name.end() && isASCIIDigit(*at); ++at)
-    number = std::min<std::uint64_t>(10 * number + (*at - u'0'), kLargest);
+    number = std::min<std::uint64_t>(10 * number + digitValue(*at), kLargest);
   return static_cast<std::uint32_t>(number);
 }
 

@@ -125,8 +125,6 @@ class AttributeReader {
   const CharacterSetRep &alphaNums_ = *alphaNumCharacterSetRep();
 };
 
-constexpr std::u16string_view kBlanks = u" \t\n\r\f";
-
 /// The end of an attribute's value, or the end of the tag.
 std::size_t endOfValue(std::u16string_view tag, std::size_t start) {
   if (start >= tag.size()) return tag.size();
@@ -150,9 +148,9 @@ bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName) {
     const std::size_t start = std::min(tag.find_first_not_of(u" \t\n\r\f/>\"'", i), tag.size());
     const std::size_t end = std::min(tag.find_first_of(u" \t\n\r\f/>=", start), tag.size());
     if (end > start && equalsASCIINoCase(tag.substr(start, end - start), lowerCaseName)) return true;
-    i = std::min(tag.find_first_not_of(kBlanks, end), tag.size());
+    i = std::min(tag.find_first_not_of(kMarkupWhiteSpace, end), tag.size());
     if (i < tag.size() && tag[i] == u'=')
-      i = endOfValue(tag, std::min(tag.find_first_not_of(kBlanks, i + 1), tag.size()));
+      i = endOfValue(tag, std::min(tag.find_first_not_of(kMarkupWhiteSpace, i + 1), tag.size()));
   }
   return false;
 }

@@ -15,6 +15,9 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// The white space between attributes, and around the properties of a style.
+inline constexpr std::u16string_view kMarkupWhiteSpace = u" \t\n\r\f";
+
 /// What ends a value in quotes beside the second quote.
 enum class QuotedValue : std::uint8_t {
   kEndsWithTag,  ///< A ">".

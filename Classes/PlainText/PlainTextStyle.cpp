@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <optional>
 
+#include "Classes/Characters/UnitPredicates.hpp"
+#include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/NSRange.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo::detail {
 
@@ -14,7 +17,7 @@ namespace {
 constexpr double kTiniestReadablePoints = 3;
 constexpr double kPointsOfPixel = 0.75;
 constexpr double kFarOutside = -100;
-constexpr std::u16string_view kBlanks = u" \t\n\r\f";
+constexpr IsUnitOf kIsBlank{kMarkupWhiteSpace};
 
 struct NamedColor {
   std::string_view name;
@@ -27,12 +30,6 @@ constexpr NamedColor kNamedColors[] = {
     {"green", 0x008000},  {"lime", 0x00ff00},   {"olive", 0x808000},  {"yellow", 0xffff00},
     {"navy", 0x000080},   {"blue", 0x0000ff},   {"teal", 0x008080},   {"aqua", 0x00ffff},
 };
-
-std::u16string_view trimmed(std::u16string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
 
 std::optional<std::uint32_t> colorValue(std::u16string_view text) {
   for (const NamedColor &color : kNamedColors) {
@@ -67,7 +64,7 @@ std::optional<Measure> measure(std::u16string_view value) {
     } else if (isASCIIDigit(value[i])) {
       hasDigit = true;
       if (hasPoint) scale /= 10;
-      number = hasPoint ? number + (value[i] - u'0') * scale : number * 10 + (value[i] - u'0');
+      number = hasPoint ? number + digitValue(value[i]) * scale : number * 10 + digitValue(value[i]);
     } else {
       break;
     }
@@ -116,8 +113,8 @@ StyleFindings findingsOfStyle(std::u16string_view style, std::u16string_view pag
     style.remove_prefix(std::min(end + 1, style.size()));
     const std::size_t colon = declaration.find(u':');
     if (colon == declaration.npos) continue;
-    const std::u16string_view name = trimmed(declaration.substr(0, colon));
-    std::u16string_view value = trimmed(declaration.substr(colon + 1));
+    const std::u16string_view name = trimmed(declaration.substr(0, colon), kIsBlank);
+    std::u16string_view value = trimmed(declaration.substr(colon + 1), kIsBlank);
     value = value.substr(0, value.find_first_of(u" \t\n\r\f!"));
     if (equalsASCIINoCase(name, "display") && equalsASCIINoCase(value, "none")) findings.isInvisible = true;
     if (equalsASCIINoCase(name, "visibility") && equalsASCIINoCase(value, "hidden"))

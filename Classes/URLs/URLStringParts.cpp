@@ -11,13 +11,17 @@ namespace nimbo {
 namespace {
 
 bool isWebScheme(std::u16string_view scheme) {
-  return equalsOneOfASCIINoCase(scheme, {"http", "https", "ftp", "ftps", "sftp", "feed", "file"});
+  return isFTPScheme(scheme) || equalsOneOfASCIINoCase(scheme, {"http", "https", "feed", "file"});
 }
 
 }  // namespace
 
 bool isTextScheme(std::u16string_view scheme) {
   return equalsOneOfASCIINoCase(scheme, {"javascript", "applescript", "data"});
+}
+
+bool isFTPScheme(std::u16string_view scheme) {
+  return equalsOneOfASCIINoCase(scheme, {"ftp", "ftps", "sftp"});
 }
 
 URLStringParts partsOfURLString(std::u16string_view url) {

@@ -36,6 +36,9 @@ URLStringParts partsOfURLString(std::u16string_view url);
 /// Whether the scheme's URLs are text.
 bool isTextScheme(std::u16string_view scheme);
 
+/// Whether it is "ftp", "ftps" or "sftp".
+bool isFTPScheme(std::u16string_view scheme);
+
 /// Where the host begins in an authority: behind the last "@".
 constexpr std::size_t startOfHost(std::u16string_view authority) {
   return authority.rfind(u'@') + 1;

@@ -15,14 +15,10 @@
 namespace nimbo {
 namespace {
 
-bool isWhiteSpace(unichar c) {
-  return c == u' ' || (c >= u'\t' && c <= u'\r');
-}
-
 /// The characters that may belong to the number at the beginning of `units`, in ASCII, without a plus sign.
 /// Empty when there is no number.
 std::string leadingNumber(std::u16string_view units) {
-  while (!units.empty() && isWhiteSpace(units.front())) units.remove_prefix(1);
+  while (!units.empty() && isASCIIWhiteSpace(units.front())) units.remove_prefix(1);
   if (units.starts_with(u'+')) units.remove_prefix(1);
   const std::size_t first = units.starts_with(u'-') ? 1 : 0;
   const bool isNumber = units.size() > first && (isASCIIDigit(units[first]) || units[first] == u'.');

@@ -40,7 +40,7 @@ class Reader {
     int value = 0;
     std::size_t count = 0;
     for (; count < maximumDigits && count < text_.size() && isASCIIDigit(text_[count]); ++count)
-      value = value * 10 + (text_[count] - u'0');
+      value = value * 10 + static_cast<int>(digitValue(text_[count]));
     if (count < minimumDigits) return std::nullopt;
     text_.remove_prefix(count);
     return value;

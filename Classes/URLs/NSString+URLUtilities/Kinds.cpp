@@ -5,11 +5,12 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Paths/FileTypes.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/URLs/URLScheme.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {
@@ -24,18 +25,8 @@ bool hasPrefix(const NSString &string, std::initializer_list<std::string_view> p
   });
 }
 
-bool isWhite(unichar c) {
-  return whiteCharacterSetRep()->contains(c);
-}
-
-std::u16string_view trimmed(std::u16string_view units) {
-  while (!units.empty() && isWhite(units.front())) units.remove_prefix(1);
-  while (!units.empty() && isWhite(units.back())) units.remove_suffix(1);
-  return units;
-}
-
 bool hasScheme(const NSString &string, std::string_view scheme) {
-  return equalsASCIINoCase(schemeOfStringURL(trimmed(string.view())), scheme);
+  return equalsASCIINoCase(schemeOfStringURL(trimmed(string.view(), isWhite())), scheme);
 }
 
 std::u16string_view lastComponentOfPath(std::u16string_view url) {
@@ -78,7 +69,7 @@ bool isAppleScriptStringURL(const NSString &string) {
 
 bool isFeedStringURL(const NSString &string) {
   if (hasScheme(string, "feed")) return true;
-  const std::u16string_view component = lastComponentOfPath(trimmed(string.view()));
+  const std::u16string_view component = lastComponentOfPath(trimmed(string.view(), isWhite()));
   if (equalsASCIINoCase(component, "index.xml")) return true;
   const std::size_t dot = std::min(component.rfind(u'.'), component.size());
   return equalsOneOfASCIINoCase(component.substr(0, dot), {"feed", "feeds", "rss", "rss2", "atom"}) ||
@@ -86,7 +77,7 @@ bool isFeedStringURL(const NSString &string) {
 }
 
 bool isMarkupMIMEType(const NSString &string) {
-  const std::u16string_view type = trimmed(string.view().substr(0, string.view().find(u';')));
+  const std::u16string_view type = trimmed(string.view().substr(0, string.view().find(u';')), isWhite());
   if (equalsOneOfASCIINoCase(type, {"text/html", "text/xml", "text/sgml", "text/x-opml", "text/vnd.wap.wml",
                                     "application/xml", "application/sgml"})) {
     return true;

@@ -2,7 +2,9 @@
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/FileSystem.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <span>
 #include <string>
 #include <utility>
@@ -116,7 +118,11 @@ NSString directoryInPath(const NSURL &url, const NSString &path, NSDate forDate,
   name->pop_back();  // The "Z" of UTC.
   std::ranges::replace(*name, 'T', ' ');
   std::ranges::replace(*name, ':', '-');
-  if (milliseconds) *name += "-" + std::to_string(1000 + static_cast<int>((time - seconds) * 1000)).substr(1);
+  if (milliseconds) {
+    std::array<char, 16> text{};
+    std::snprintf(text.data(), text.size(), "-%03d", static_cast<int>((time - seconds) * 1000));
+    *name += text.data();
+  }
   return stringByAppendingPathComponent(
       stringByAppendingPathComponent(path, stringByCreatingFileSystemRepresentation(host)),
       NSString::stringWithUTF8String(*name));

@@ -8,6 +8,7 @@
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/FileSystem.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "Classes/URLs/SearchEngines.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
@@ -34,7 +35,7 @@ bool isHTTPURL(const NSURL &url) {
 }
 
 bool isFTPURL(const NSURL &url) {
-  return hasScheme(url, {"ftp", "ftps", "sftp"});
+  return isFTPScheme(url.scheme().view());
 }
 
 bool isFeedURL(const NSURL &url) {

@@ -33,7 +33,7 @@ NSString decode(const NSData &data) {
 }
 
 bool isWhiteSpace(unichar unit) {
-  return unit == ' ' || (unit >= '\t' && unit <= '\r') || unit == 0x2028 || unit == 0x2029;
+  return isASCIIWhiteSpace(unit) || unit == 0x2028 || unit == 0x2029;
 }
 
 /// Units that a string may hold without quotes.

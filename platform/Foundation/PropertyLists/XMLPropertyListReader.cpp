@@ -16,16 +16,13 @@
 
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 #include "platform/Foundation/PropertyLists/XMLPropertyList.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo {
 namespace {
 
-constexpr std::string_view kWhiteSpace = " \t\r\n";
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kWhiteSpace);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kWhiteSpace) + 1 - first);
+bool isWhiteSpace(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
 [[noreturn]] void fail(const NSData &data, std::ptrdiff_t offset, const std::string &reason) {
@@ -91,7 +88,7 @@ NSData readBase64(const std::string &text) {
   for (const char c : text) {
     if (allowed[static_cast<unsigned char>(c)])
       ++characters;
-    else if (kWhiteSpace.find(c) == std::string_view::npos)
+    else if (!isWhiteSpace(c))
       return NSData();
   }
   const std::size_t end = text.find('=');
@@ -147,7 +144,8 @@ class Reader {
   /// The first element among `node` and what follows it; text other than white space must not come before it.
   pugi::xml_node nextElement(pugi::xml_node node) const {
     for (; node && node.type() != pugi::node_element; node = node.next_sibling())
-      if (!trimmed(node.value()).empty()) failAt(node, "text outside of a value");
+      if (!std::ranges::all_of(std::string_view(node.value()), isWhiteSpace))
+        failAt(node, "text outside of a value");
     return node;
   }
 
@@ -158,6 +156,11 @@ class Reader {
       result += part.value();
     }
     return result;
+  }
+
+  std::string trimmedText(const pugi::xml_node &element) const {
+    const std::string whole = text(element);
+    return std::string(trimmed(std::string_view(whole), isWhiteSpace));
   }
 
   NSString string(const pugi::xml_node &element) const {
@@ -207,14 +210,14 @@ class Reader {
   id integer(const pugi::xml_node &element) const {
     std::int64_t result = 0;
     bool outOfRange = false;
-    if (!readInteger(trimmed(text(element)), &result, &outOfRange))
+    if (!readInteger(trimmedText(element), &result, &outOfRange))
       failAt(element, outOfRange ? "integer out of range" : "not an integer");
     return result;
   }
 
   /// Also "nan", "inf" and "infinity".
   id real(const pugi::xml_node &element) const {
-    const std::string number(trimmed(text(element)));
+    const std::string number = trimmedText(element);
     char *end = nullptr;
     const double result = g_ascii_strtod(number.c_str(), &end);
     if (number.empty() || end != number.c_str() + number.size()) failAt(element, "not a real");
@@ -223,7 +226,7 @@ class Reader {
 
   id date(const pugi::xml_node &element) const {
     NSDate result;
-    if (!readDate(trimmed(text(element)), &result)) failAt(element, "not a date");
+    if (!readDate(trimmedText(element), &result)) failAt(element, "not a date");
     return result;
   }
 

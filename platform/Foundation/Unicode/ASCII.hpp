@@ -29,6 +29,18 @@ constexpr bool isASCIIDigit(Unit c) {
   return c >= '0' && c <= '9';
 }
 
+/// The value of a decimal digit, which it must be.
+template <ASCIICodeUnit Unit>
+constexpr std::uint32_t digitValue(Unit c) {
+  return static_cast<std::uint32_t>(c - '0');
+}
+
+/// Whether it is white space: the space, or U+0009 to U+000D.
+template <ASCIICodeUnit Unit>
+constexpr bool isASCIIWhiteSpace(Unit c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 /// Whether it is one of "A" to "Z".
 template <ASCIICodeUnit Unit>
 constexpr bool isASCIIUppercase(Unit c) {
@@ -69,7 +81,7 @@ constexpr Unit toASCIIUpper(Unit c) {
 /// is below the base.
 template <ASCIICodeUnit Unit>
 constexpr std::uint32_t hexDigitValue(Unit c) {
-  if (isASCIIDigit(c)) return static_cast<std::uint32_t>(c - '0');
+  if (isASCIIDigit(c)) return digitValue(c);
   const std::uint32_t letter = (static_cast<std::uint32_t>(c) | 0x20) - 'a';
   return letter < 6 ? letter + 10 : 16;
 }

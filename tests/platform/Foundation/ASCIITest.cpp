@@ -9,6 +9,7 @@ namespace nimbo {
 namespace {
 
 constexpr std::string_view kCapitals = "ABCDEFGHIJKLMNOPQRSTUVWXYZ", kSmall = "abcdefghijklmnopqrstuvwxyz";
+constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 constexpr std::string_view kDigits = "0123456789", kHexDigits = "0123456789abcdef0123456789ABCDEF";
 
 /// Whether the header says of a unit what the alphabets say; `byte` is the unit, or what is in no alphabet.
@@ -19,6 +20,8 @@ bool isReadRightly(Unit unit, char byte) {
   const bool isDigit = kDigits.find(byte) != kDigits.npos;
   return isASCIIUppercase(unit) == isCapital && isASCIILowercase(unit) == isSmall &&
          isASCIILetter(unit) == (isCapital || isSmall) && isASCIIDigit(unit) == isDigit &&
+         (!isDigit || digitValue(unit) == kDigits.find(byte)) &&
+         isASCIIWhiteSpace(unit) == (kWhiteSpace.find(byte) != kWhiteSpace.npos) &&
          isASCIIAlphanumeric(unit) == (isCapital || isSmall || isDigit) &&
          toASCIILower(unit) == (isCapital ? static_cast<Unit>(kSmall[capital]) : unit) &&
          toASCIIUpper(unit) == (isSmall ? static_cast<Unit>(kCapitals[small]) : unit) &&
