@@ -50,7 +50,7 @@ TEST(NSTask, EndsWhatATimedOutProgramLeavesRunning) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);  // The program and its children keep the end for writing.
   NSTask slow = shell(u"sleep 60 & wait");
-  slow.timeLimitSeconds = 0.5;
+  slow.deadline = Deadline::after(0.5);
   EXPECT_FALSE(slow.run());
   ::close(ends[1]);
   pollfd ended = {ends[0], POLLIN, 0};
