@@ -89,6 +89,8 @@ class MarkReader {
 
  private:
   std::u16string_view marksOf(UChar32 c, std::u16string_view character) {
+    // Most characters are told by this alone, in less time.
+    if (unorm2_hasBoundaryBefore(decomposer_, c)) return {};
     UErrorCode error = U_ZERO_ERROR;
     const std::int32_t length =
         unorm2_getDecomposition(decomposer_, c, decomposition_.data(), kDecompositionCapacity, &error);
