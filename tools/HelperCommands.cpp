@@ -55,7 +55,7 @@ int report(const HelperClient::Answer &answer, const std::string &file, const Co
       writeMessage(file + ": " + answer.message);
       return kExitTimedOut;
     case Status::died:
-      writeMessage(file + ": the helper died over it");
+      writeMessage(file + ": " + answer.message);
       return kExitDied;
     case Status::nil:
     case Status::invalid:

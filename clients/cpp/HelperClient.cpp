@@ -31,7 +31,7 @@ constexpr Seconds kStopLimit{2};
 /// remains.
 constexpr Seconds kDeathLimit{0.1};
 /// How often a request that nobody begins is sent at most.
-constexpr int kAttempts = 20;
+constexpr int kAttempts = 1000;
 /// A helper that is started ends when a request takes it so long and its caller has gone.
 constexpr auto kAbandonedWorkSeconds = "60";
 
@@ -86,6 +86,7 @@ struct HelperClient::Session {
   /// Whether the helper says when it begins a request. One that does not, being of an older version, counts as
   /// having begun whatever was sent to it.
   bool tellsBegin = false;
+  bool hasLostProgram = false;
 };
 
 HelperClient::HelperClient() : HelperClient(Options()) {}
@@ -109,7 +110,7 @@ bool HelperClient::connect(Flag startsHelper, const Deadline &waiting, Answer *f
     session_.reset();
     if (!connectOnce(startsHelper, waiting, failed)) return false;
     std::string message;
-    if (!startsHelper || !session_->process.isProgramGone() || programToStart(&message).empty()) return true;
+    if (!startsHelper || !session_->hasLostProgram || programToStart(&message).empty()) return true;
     session_->process.sendSignal(SIGTERM);
     if (!session_->process.waitUntilEnded(Seconds(waiting.remaining()))) {
       *failed = endUnbegun();
@@ -138,7 +139,10 @@ bool HelperClient::connectOnce(Flag startsHelper, const Deadline &waiting, Answe
   }
   session_ = std::make_unique<Session>(std::move(connection));
   const auto record = readConnectionRecord(openConnectionRecord(options_.name));
-  session_->tellsBegin = record && record->process == session_->process.number;
+  session_->tellsBegin = !isRecordMissing(options_.name);
+  session_->hasLostProgram =
+      record && record->process == session_->process.number && record->server.path &&
+      session_->process.isProgramGone(record->server.path.fileSystemRepresentation().value_or(std::string()));
   return true;
 }
 
@@ -216,6 +220,12 @@ bool HelperClient::ask(std::int64_t serial, const std::vector<NSData> &request, 
         *answer = endDied("The helper sent what is no reply");
         return true;
       }
+      // It is of the present version after all: nothing was begun.
+      if (std::holds_alternative<ConnectionGreeting>(message) && !session_->tellsBegin) {
+        session_->tellsBegin = true;
+        hasBegun = false;
+        deadline = waiting;
+      }
       if (const auto *begun = std::get_if<ConnectionBegun>(&message); begun && begun->serial == serial) begin();
       if (auto *reply = std::get_if<ConnectionReply>(&message); reply && reply->serial == serial) {
         *answer = answerOfReply(std::move(*reply));
@@ -225,7 +235,7 @@ bool HelperClient::ask(std::int64_t serial, const std::vector<NSData> &request, 
   }
   // Of an older helper nobody knows; but what it has not got in whole, it has not begun.
   if (!hasBegun || channel.pendingBytes() > 0) return false;
-  *answer = endDied("The helper ended, or closed the connection, before it replied");
+  *answer = endDied("The helper closed the connection before it replied");
   return true;
 }
 
@@ -252,8 +262,9 @@ Answer HelperClient::endUnbegun() {
 }
 
 Answer HelperClient::endDied(std::string message) {
-  endSession();
-  return failure(Status::died, std::move(message));
+  const bool hasEnded = session_->process.waitUntilEnded(kDeathLimit);
+  session_.reset();
+  return failure(Status::died, hasEnded ? "The helper died over it" : std::move(message));
 }
 
 std::string HelperClient::describedRequest(const ConnectionRecord &record) {
@@ -264,11 +275,13 @@ std::string HelperClient::describedRequest(const ConnectionRecord &record) {
 
 std::optional<HelperClient::State> HelperClient::helperState() const {
   auto record = readConnectionRecord(openConnectionRecord(options_.name));
-  if (!record) return std::nullopt;
   bool isBusy = false;
   const HelperConnection connection = connectToHelper(options_.name, Seconds::zero(), &isBusy);
-  const bool isRunning =
-      isBusy ? ::kill(record->process, 0) == 0 : connection.process.number == record->process;
+  // Whoever answers under the name serves it, whatever has become of its record.
+  if (connection && (!record || record->process != connection.process.number))
+    return State{true, ConnectionRecord{.process = connection.process.number}};
+  if (!record) return std::nullopt;
+  const bool isRunning = connection || (::kill(record->process, 0) == 0 && (isBusy || isLocked(options_.name)));
   return State{isRunning, std::move(*record)};
 }
 

@@ -6,6 +6,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 extern "C" {  // glibc 2.36 forgets it.
@@ -15,9 +16,7 @@ extern "C" {  // glibc 2.36 forgets it.
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <mutex>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -157,13 +156,11 @@ void HelperProcess::endByForce() const {
   waitUntilEnded(kKillLimit);
 }
 
-bool HelperProcess::isProgramGone() const {
-  // The kernel says so behind the name that the file had.
-  constexpr std::string_view kGone = " (deleted)";
-  std::error_code error;
-  return std::filesystem::read_symlink("/proc/" + std::to_string(number) + "/exe", error)
-      .native()
-      .ends_with(kGone);
+bool HelperProcess::isProgramGone(const std::string &path) const {
+  struct stat running = {}, present = {};
+  if (::stat(("/proc/" + std::to_string(number) + "/exe").c_str(), &running) != 0) return false;
+  return ::stat(path.c_str(), &present) != 0 || present.st_dev != running.st_dev ||
+         present.st_ino != running.st_ino;
 }
 
 bool isConnectionStale(const FileDescriptor &socket) {
@@ -172,14 +169,20 @@ bool isConnectionStale(const FileDescriptor &socket) {
 }
 
 HelperConnection connectToHelper(const NSString &name, Seconds limit, bool *isBusy) {
-  HelperConnection connection;
-  connection.socket = connectToConnectionName(name, limit.count(), isBusy);
-  if (!connection) return connection;
-  const int number = peerProcessIdentifier(connection.socket);
-  connection.process = {number, FileDescriptor(::pidfd_open(number, 0))};
-  // While the connection stands the number has not been given to another process.
-  if (!connection.process || isConnectionStale(connection.socket)) return {};
-  return connection;
+  const Deadline deadline = Deadline::after(limit.count());
+  for (;;) {
+    HelperConnection connection;
+    connection.socket = connectToConnectionName(name, deadline.remaining(), isBusy);
+    if (!connection) return connection;
+    const int number = peerProcessIdentifier(connection.socket);
+    connection.process = {number, FileDescriptor(::pidfd_open(number, 0))};
+    if (!connection.process) return {};
+    // While the connection stands the number has not been given to another process.
+    if (!isConnectionStale(connection.socket)) return connection;
+    // The helper is ending, or is in such demand that this connection had to make way.
+    if (deadline.isOver()) return {};
+    std::this_thread::sleep_for(kRetryInterval);
+  }
 }
 
 HelperConnection startHelper(const NSString &name, const std::string &path,

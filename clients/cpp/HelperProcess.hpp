@@ -28,8 +28,8 @@ struct HelperProcess {
   void sendSignal(int signal) const;
   /// Kills it and waits until it has ended.
   void endByForce() const;
-  /// Whether the file that it was started from has been removed or replaced.
-  bool isProgramGone() const;
+  /// Whether the file that it was started from, which it says was `path`, has been removed, moved or replaced.
+  bool isProgramGone(const std::string &path) const;
 };
 
 /// A connection and the process at its other end.

@@ -20,4 +20,4 @@ def pdf(pages=("Hello",), title=None, locked=False):
     lock = f"/Filter /Standard /V 1 /R 2 /P -4 /O <{'5a' * 32}> /U <{'a5' * 32}>"
     extra = f"/ID [<00112233> <00112233>] /Encrypt << {lock} >>" if locked else ""
     body = "".join(f"{number} 0 obj\n{text}\nendobj\n" for number, text in enumerate(objects, 1))
-    return f"%PDF-1.4\n{body}trailer\n<< /Root 1 0 R /Info 4 0 R {extra} >>\n".encode()
+    return f"%PDF-1.4\n{body}trailer\n<< /Root 1 0 R /Info 4 0 R {extra} >>\n%%EOF\n".encode()

@@ -44,7 +44,7 @@ def pdf(objects, trailer=b"/Root 1 0 R", version=b"1.7"):
     """Of a list, the objects 1, 2 ...; or of a dictionary by number."""
     numbered = objects if isinstance(objects, dict) else dict(enumerate(objects, 1))
     body = b"".join(b"%d 0 obj\n%b\nendobj\n" % item for item in numbered.items())
-    return b"%%PDF-%b\n%btrailer\n<<%b>>\n" % (version, body, trailer)
+    return b"%%PDF-%b\n%btrailer\n<<%b>>\n%%%%EOF\n" % (version, body, trailer)
 
 
 def page(content, *more, resources=b"/Font <</F 5 0 R>>", entries=b""):

@@ -35,7 +35,7 @@ START_SECONDS = 5.0
 END_SECONDS = 2.0
 DEATH_SECONDS = 0.1  # For the remains of a helper that closed a connection to be gone.
 ABANDONED_WORK_SECONDS = 60.0  # A helper that is started ends when it works so long for a caller that has gone.
-ATTEMPTS = 20  # How often a request that nobody begins is sent at most.
+ATTEMPTS = 1000  # How often a request that nobody begins is sent at most.
 
 _LENGTH = struct.Struct(">I")
 _READ_BYTES = 1 << 20
@@ -286,7 +286,11 @@ class Helper:
         connected.sendall(message)
         while True:
             answer = _read_message(connected, work)
-            if answer.get("Begun") == self._serial:
+            if "Helper" in answer and self._connection and not self._connection.tells_begin:
+                # It is of the present version after all: nothing was begun.
+                self._connection.tells_begin = True
+                work.wait_again()
+            elif answer.get("Begun") == self._serial and not work.has_begun:
                 work.begin()
             elif "Reply" in answer:
                 return self._checked(answer)
@@ -316,7 +320,10 @@ class Helper:
 
     def _open(self, folder: int, deadline: float) -> runtime.Connection:
         connection = runtime.connect(folder, self._name, deadline - time.monotonic()) or self._start(folder)
-        connection.tells_begin = runtime.recorded_process(folder, self._name) == connection.process
+        record = runtime.record(folder, self._name)
+        connection.tells_begin = record is not None
+        if record and record.get("Process") == connection.process:
+            connection.program = record.get("Path")
         return connection
 
     def _program(self) -> Optional[str]:
@@ -350,13 +357,17 @@ class _Work:
     """Until when the helper's work on a request, or the wait for its beginning, may last."""
 
     def __init__(self, waiting: float, seconds: float) -> None:
-        self.deadline = waiting
+        self.deadline = self._waiting = waiting
         self.has_begun = False
         self._seconds = seconds
 
     def begin(self) -> None:
         self.deadline = time.monotonic() + self._seconds
         self.has_begun = True
+
+    def wait_again(self) -> None:
+        self.deadline = self._waiting
+        self.has_begun = False
 
 
 def _read_message(connected: socket.socket, work: _Work) -> dict[str, Any]:

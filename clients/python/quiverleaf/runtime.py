@@ -16,7 +16,7 @@ import subprocess
 import threading
 import time
 from collections.abc import Iterator
-from typing import Optional, Union
+from typing import Any, Optional, Union
 
 from . import plist
 
@@ -58,9 +58,11 @@ class Connection:
     """A socket and the process at its other end: its number, and a descriptor that never means a later process."""
 
     def __init__(self, connected: socket.socket) -> None:
-        """Takes the socket over. Raises ConnectionRefusedError when the process has ended, PermissionError when it is
-        another user's; the socket is then left to the caller."""
+        """Takes the socket over. Raises ConnectionRefusedError when the process has ended, ConnectionAbortedError when it
+        has closed the connection, PermissionError when it is another user's; the socket is then left to the caller."""
         self.socket = connected
+        self.program: Optional[str] = None
+        """The path of its program, when it has written it down."""
         self.tells_begin = False
         """Whether the process says when it begins a request; one that does not counts as having begun all it was sent."""
         peer = _PEER.unpack(connected.getsockopt(socket.SOL_SOCKET, socket.SO_PEERCRED, _PEER.size))
@@ -75,7 +77,7 @@ class Connection:
         # While the connection stands, the number has not been given to another process.
         if self.is_stale():
             os.close(self._handle)
-            raise ConnectionRefusedError
+            raise ConnectionAbortedError
 
     def close(self) -> None:
         """Closes the connection; the process goes on."""
@@ -89,11 +91,17 @@ class Connection:
         return bool(state.poll(0))
 
     def is_program_gone(self) -> bool:
-        """Whether the file that the process was started from has been removed or replaced."""
-        with contextlib.suppress(OSError):
-            # The kernel says so behind the name that the file had.
-            return os.readlink(f"/proc/{self.process}/exe").endswith(" (deleted)")
-        return False
+        """Whether the file that the process says it was started from has been removed, moved or replaced."""
+        if not self.program:
+            return False
+        try:
+            running = os.stat(f"/proc/{self.process}/exe")
+        except OSError:
+            return False
+        try:
+            return not os.path.samestat(running, os.stat(self.program))
+        except OSError:
+            return True
 
     def end_orderly(self, seconds: float) -> bool:
         """Tells the process to end when the request under way is done; false when it still runs after that time."""
@@ -127,49 +135,55 @@ def connect(folder: int, name: str, seconds: float) -> Optional[Connection]:
     many seconds, PermissionError when the socket or the process is not this user's alone, and other OSErrors.
     """
     deadline = time.monotonic() + seconds
-    connected = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM | socket.SOCK_CLOEXEC)
-    connected.setblocking(False)
-    try:
-        status = os.stat(name, dir_fd=folder, follow_symlinks=False)
-        if status.st_mode != stat.S_IFSOCK | 0o600 or status.st_uid != os.geteuid():
-            raise PermissionError(f"{name} is no socket of this user alone")
-        while True:
-            try:
-                # Through the descriptor, since a socket's path may only be about a hundred bytes long.
-                connected.connect(f"/proc/self/fd/{folder}/{name}")
-                return Connection(connected)
-            except BlockingIOError:  # The helper is so busy that its queue is full.
-                if time.monotonic() >= deadline:
-                    raise
-                time.sleep(_POLL_SECONDS)
-    except (FileNotFoundError, ConnectionRefusedError):
-        connected.close()
-        return None
-    except BaseException:
-        connected.close()
-        raise
+    while True:
+        connected = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM | socket.SOCK_CLOEXEC)
+        connected.setblocking(False)
+        try:
+            status = os.stat(name, dir_fd=folder, follow_symlinks=False)
+            if status.st_mode != stat.S_IFSOCK | 0o600 or status.st_uid != os.geteuid():
+                raise PermissionError(f"{name} is no socket of this user alone")
+            # Through the descriptor, since a socket's path may only be about a hundred bytes long.
+            connected.connect(f"/proc/self/fd/{folder}/{name}")
+            return Connection(connected)
+        except (FileNotFoundError, ConnectionRefusedError):
+            connected.close()
+            return None
+        except (BlockingIOError, ConnectionAbortedError) as error:
+            # So busy that its queue is full, in such demand that this connection had to make way, or ending.
+            connected.close()
+            if time.monotonic() >= deadline:
+                if isinstance(error, ConnectionAbortedError):
+                    return None
+                raise
+            time.sleep(_POLL_SECONDS)
+        except BaseException:
+            connected.close()
+            raise
 
 
-def recorded_process(folder: int, name: str) -> Optional[int]:
-    """The number of the process that wrote the record beside the socket; None when there is none that can be read."""
+def record(folder: int, name: str) -> Optional[dict[str, Any]]:
+    """What the process that serves the name has written beside its socket: empty when it cannot be read, None when there
+    is nothing at all, as beside a helper of an older version."""
     flags = os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC | os.O_NOFOLLOW
     try:
-        record = os.open(f"{name}.record", flags, dir_fd=folder)
-    except OSError:
+        file = os.open(f"{name}.record", flags, dir_fd=folder)
+    except FileNotFoundError:
         return None
+    except OSError:
+        return {}
     try:
         for _ in range(_RECORD_ATTEMPTS):
-            content = os.pread(record, _RECORD_BYTES, 0)
+            content = os.pread(file, _RECORD_BYTES, 0)
             length = int.from_bytes(content[4:8], "big")
             body = content[_RECORD_HEADER_BYTES:][:length]
-            if int.from_bytes(content[8:12], "big") == _checksum(body):
+            if body and int.from_bytes(content[8:12], "big") == _checksum(body):
                 values = plist.loads(body)
-                return values.get("Process") if isinstance(values, dict) else None
+                return values if isinstance(values, dict) else {}
     except (OSError, plist.PropertyListError):
         pass
     finally:
-        os.close(record)
-    return None
+        os.close(file)
+    return {}
 
 
 def _checksum(body: bytes) -> int:

@@ -101,6 +101,15 @@ FileDescriptor openBesideSocket(const FileDescriptor &folder, const std::string 
   return FileDescriptor(::openat(folder.get(), file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
 }
 
+/// A new file with the record, whatever is in its place. Clients take the lack of one for an older version.
+FileDescriptor makeRecord(const FileDescriptor &folder, const std::string &file,
+                          const ConnectionRecord &record) {
+  if (::unlinkat(folder.get(), file.c_str(), 0) != 0) ::unlinkat(folder.get(), file.c_str(), AT_REMOVEDIR);
+  FileDescriptor made = openBesideSocket(folder, file);
+  writeConnectionRecord(made, record);
+  return made;
+}
+
 /// What is in the socket's place; nothing when that is empty or cannot be seen.
 std::optional<struct stat> fileInPlace(const FileDescriptor &folder, const std::string &fileName) {
   struct stat info = {};
@@ -167,8 +176,7 @@ ConnectionListener listenOnConnectionName(const NSString &name, const Connection
     if (::unlinkat(folder.get(), fileName->c_str(), 0) != 0)
       return failedCall(error, "Cannot remove the stale socket");
   }
-  listener.record = openBesideSocket(folder, *fileName + kRecordSuffix);
-  writeConnectionRecord(listener.record, record);
+  listener.record = makeRecord(folder, *fileName + kRecordSuffix, record);
   FileDescriptor socket = makeSocket();
   // The socket's file is made with the mode that the socket has: at no moment do clients see another.
   if (!socket || ::fchmod(socket.get(), kSocketMode) != 0 ||
@@ -192,6 +200,30 @@ void removeSocket(const ConnectionListener &listener, const NSString &name) {
   const FileDescriptor folder = openExistingConnectionFolder();
   const auto fileName = fileNameOfConnection(name);
   if (fileName && isInPlace(listener, folder, *fileName)) ::unlinkat(folder.get(), fileName->c_str(), 0);
+}
+
+void writeRecord(ConnectionListener *listener, const NSString &name, const ConnectionRecord &record) {
+  struct stat info = {};
+  if (listener->record && ::fstat(listener->record.get(), &info) == 0 && info.st_nlink > 0)
+    return writeConnectionRecord(listener->record, record);
+  const FileDescriptor folder = openExistingConnectionFolder();
+  const auto fileName = fileNameOfConnection(name);
+  if (folder && fileName) listener->record = makeRecord(folder, *fileName + kRecordSuffix, record);
+}
+
+bool isLocked(const NSString &name) {
+  const FileDescriptor folder = openExistingConnectionFolder();
+  const auto fileName = fileNameOfConnection(name);
+  if (!folder || !fileName) return false;
+  const FileDescriptor lock(::openat(folder.get(), (*fileName + kLockSuffix).c_str(),
+                                     O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
+  return lock && ::flock(lock.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+bool isRecordMissing(const NSString &name) {
+  const FileDescriptor folder = openExistingConnectionFolder();
+  const auto fileName = fileNameOfConnection(name);
+  return fileName && !fileInPlace(folder, *fileName + kRecordSuffix);
 }
 
 FileDescriptor openConnectionRecord(const NSString &name) {

@@ -54,6 +54,15 @@ bool isReachable(const ConnectionListener &listener, const NSString &name);
 /// Takes the socket out of its place, for clients to see that nobody serves the name any more.
 void removeSocket(const ConnectionListener &listener, const NSString &name);
 
+/// Writes the record of the listener's process, into a new file when somebody has removed the old one.
+void writeRecord(ConnectionListener *listener, const NSString &name, const ConnectionRecord &record);
+
+/// Whether a living process holds the name, reachable or not.
+bool isLocked(const NSString &name);
+
+/// Whether there is no record of the name at all: who serves it is of a version that writes none.
+bool isRecordMissing(const NSString &name);
+
 /// The record of the process that serves the name, or served it last, for reading. Nothing when there is none
 /// that is this user's.
 FileDescriptor openConnectionRecord(const NSString &name);

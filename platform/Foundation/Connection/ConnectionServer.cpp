@@ -45,6 +45,11 @@ NSString programPath() {
       std::filesystem::read_symlink("/proc/self/exe", error).native());
 }
 
+bool isReadable(const FileDescriptor &socket) {
+  pollfd state = {socket.get(), POLLIN, 0};
+  return ::poll(&state, 1, 0) == 1;
+}
+
 /// What a request is about, for people: the first of its arguments that is a text.
 NSString inputOfRequest(const ConnectionRequest &request) {
   for (const auto &[keyword, value] : request.arguments)
@@ -163,17 +168,16 @@ void ConnectionServer::acceptClients() {
 /// Ends the client that has been idle for longest when there are as many as there may be. False when all are
 /// busy: then those that come wait in the socket's queue until one leaves.
 bool ConnectionServer::makePlaceForClient() {
-  std::size_t count = 0;
+  const auto count =
+      std::count_if(clients_.begin(), clients_.end(), [](const auto &client) { return !client->isEnded; });
+  if (static_cast<std::size_t>(count) < kMaximumConnections) return true;
+  // Nobody makes way for nobody, and nobody who has just asked for something.
+  if (!isReadable(listener_.socket)) return false;
   Client *idlest = nullptr;
-  for (const auto &client : clients_) {
-    if (client->isEnded) continue;
-    ++count;
-    if (client->isIdle() && (!idlest || client->lastUse < idlest->lastUse)) idlest = client.get();
-  }
-  if (count < kMaximumConnections) return true;
-  // Nobody makes way for nobody.
-  pollfd waiting = {listener_.socket.get(), POLLIN, 0};
-  if (::poll(&waiting, 1, 0) != 1) return false;
+  for (const auto &client : clients_)
+    if (!client->isEnded && client->isIdle() && (!idlest || client->lastUse < idlest->lastUse) &&
+        !isReadable(client->channel.socket()))
+      idlest = client.get();
   if (idlest)
     end(*idlest);
   else
@@ -286,7 +290,7 @@ void ConnectionServer::noteBegin(const Client &client, const ConnectionRequest &
     if (std::find(record_.waiting.begin(), record_.waiting.end(), process) == record_.waiting.end())
       record_.waiting.push_back(process);
   }
-  writeConnectionRecord(listener_.record, record_);
+  if (listener_) writeRecord(&listener_, name_, record_);
 }
 
 ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
@@ -381,6 +385,7 @@ void ConnectionServer::checkOwnLife() {
 /// What readers still take of their replies is written out first.
 void ConnectionServer::endWhenDone() {
   if (!isEnding_ || isServing_) return;
+  updatePaces();
   for (const auto &client : clients_)
     if (client->replyPace.isSteady()) return;
   if (invalidated_) std::exchange(invalidated_, nullptr)();

@@ -441,10 +441,15 @@ TEST_F(NSConnectionTest, EndsWhenNobodyUsesItOrFindsIt) {
 TEST_F(NSConnectionTest, ATermSignalLetsTheRequestUnderWayEnd) {
   const int helper = startHelper();
   RawClient first, second;
-  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.3}}) + request(u"nil"_ns, {}, 2));
+  // Its answer is longer than a socket's buffer.
+  first.send(
+      request(u"sleep:"_ns, {{u"sleep"_ns, 0.3},
+                             {u"large"_ns, NSData::dataWithBytes(std::string(2 << 20, 'x').data(), 2 << 20)}}) +
+      request(u"nil"_ns, {}, 2));
   second.send(request(u"nil"_ns));
   ASSERT_TRUE(first.next<ConnectionBegun>());
   ::kill(helper, SIGTERM);
+  std::this_thread::sleep_for(std::chrono::milliseconds(350));
   EXPECT_TRUE(first.reply());
   EXPECT_FALSE(first.next<ConnectionBegun>());
   EXPECT_FALSE(second.next<ConnectionBegun>());
