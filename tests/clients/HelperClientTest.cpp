@@ -254,7 +254,6 @@ TEST_F(HelperClientTest, AHelperWhoseProgramIsGoneIsReplaced) {
   EXPECT_EQ(HelperClient().helperState()->record.process, first);
   EXPECT_NE(HelperClient().helperProcessIdentifier(), first);
   // One that has nothing to start, or may not, takes what is there.
-  std::filesystem::copy_file(TEST_HELPER, program);
   HelperClient().stopHelper();
   const int second = HelperClient(options).helperProcessIdentifier();
   std::filesystem::remove(program);
