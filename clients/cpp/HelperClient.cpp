@@ -275,14 +275,17 @@ std::string HelperClient::describedRequest(const ConnectionRecord &record) {
 
 std::optional<HelperClient::State> HelperClient::helperState() const {
   auto record = readConnectionRecord(openConnectionRecord(options_.name));
+  const bool isAlive = record && ::kill(record->process, 0) == 0;
+  const bool isHeld = isLocked(options_.name);
+  // No connection is made without need: it would wait beside those of callers.
+  if (isAlive && isHeld) return State{true, std::move(*record)};
   bool isBusy = false;
   const HelperConnection connection = connectToHelper(options_.name, Seconds::zero(), &isBusy);
-  // Whoever answers under the name serves it, whatever has become of its record.
+  // Whoever answers under the name serves it, whatever has become of its record and lock.
   if (connection && (!record || record->process != connection.process.number))
     return State{true, ConnectionRecord{.process = connection.process.number}};
-  if (!record) return std::nullopt;
-  const bool isRunning = connection || (::kill(record->process, 0) == 0 && (isBusy || isLocked(options_.name)));
-  return State{isRunning, std::move(*record)};
+  if (!record) return isHeld || isBusy ? std::optional(State{.isRunning = true}) : std::nullopt;
+  return State{connection || (isAlive && isBusy), std::move(*record)};
 }
 
 int HelperClient::helperProcessIdentifier(Answer *failure) {

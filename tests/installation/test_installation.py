@@ -84,6 +84,10 @@ class InstallationTest(unittest.TestCase):
             place = (f"-Wl,-rpath,{self.libraries}", "-Wl,--as-needed")
             self.run_here(*COMPILER, EXAMPLES / f"{name}.cpp", "-o", build / name, *flags, *place)
         self.check_programs(build)
+        readme = build / "readme.cpp"
+        readme.write_text(re.search(r"```cpp\n(.*?)```", (TOP / "README.md").read_text("utf-8"), re.DOTALL)[1])
+        flags = self.run_here("pkg-config", "--cflags", "--libs", "nimbo-client").split()
+        self.run_here(*COMPILER, readme, "-o", build / "readme", *flags)
 
     def test_what_is_loaded(self):
         libraries = {path.name: path for path in self.prefix.rglob("*.so*") if not path.is_symlink()}

@@ -143,8 +143,6 @@ add_subdirectory(${QUIVERLEAF} part)
 remember(after)
 add_executable(parent main.cpp)
 target_link_libraries(parent PRIVATE nimbo::text nimbo::client)
-add_executable(readme readme.cpp)
-target_link_libraries(readme PRIVATE nimbo::client)
 """
 PARENT_PROGRAM = """
 #include <nimbo/client.hpp>
@@ -160,8 +158,6 @@ class PartTest(HollowTestCase):
         source.mkdir()
         (source / "CMakeLists.txt").write_text(PARENT)
         (source / "main.cpp").write_text(PARENT_PROGRAM)
-        readme = (TOP / "README.md").read_text("utf-8")
-        (source / "readme.cpp").write_text(re.search(r"```cpp\n(.*?)```", readme, re.DOTALL)[1])
         self.make(source, QUIVERLEAF=TOP, QUIVERLEAF_MEDIA="OFF", CMAKE_BUILD_TYPE="")
 
         before, after = ((self.build / f"{when}.txt").read_text("utf-8").splitlines() for when in ("before", "after"))

@@ -11,8 +11,8 @@ namespace nimbo {
 /// `kSteadyBytes` in every `kWindowSeconds`; one that has fallen behind does again once it has moved as much.
 class TransferPace {
  public:
-  static constexpr double kWindowSeconds = 0.1;
-  static constexpr std::uint64_t kSteadyBytes = 2u << 20;
+  static constexpr double kWindowSeconds = 0.5;
+  static constexpr std::uint64_t kSteadyBytes = 1u << 20;
 
   /// Takes note of how many bytes were moved in all, and whether there are more to come.
   void update(std::uint64_t movedBytes, bool isUnderWay) {
