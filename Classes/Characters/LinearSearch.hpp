@@ -37,21 +37,23 @@ class LinearSearch {
     std::size_t place;
   };
 
-  /// The first match that lies in the units, each taken as `fold(unichar)` has it.
+  /// The first match that lies in the units, each taken as `fold(unichar)` has it. By itself its loop has
+  /// the registers that it needs.
   template <class Fold>
-  Result search(std::u16string_view units, Fold fold) const {
+  [[gnu::noinline]] Result search(std::u16string_view units, Fold fold) const {
+    const Wanted wanted = wanted_;
     std::size_t known = 0, place = 0;
     while (place + length_ <= units.size()) {
       const unichar *const at = units.data() + place;
       std::size_t right = std::max(middle_, known);
-      while (right < length_ && wanted_(right) == fold(at[right])) ++right;
+      while (right < length_ && wanted(right) == fold(at[right])) ++right;
       if (right < length_) {
         place += right - middle_ + 1;
         known = 0;
         continue;
       }
       std::size_t left = middle_;
-      while (left > known && wanted_(left - 1) == fold(at[left - 1])) --left;
+      while (left > known && wanted(left - 1) == fold(at[left - 1])) --left;
       if (left <= known) return {true, place};
       place += step_;
       known = known_;
