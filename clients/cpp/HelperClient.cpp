@@ -27,9 +27,11 @@ using Status = HelperClient::Status;
 
 /// How long a helper may take to end after SIGTERM, before it is killed.
 constexpr Seconds kStopLimit{2};
-/// How long a helper that closed a connection is given to be gone, so that the next attempt does not meet its
+/// How long a helper that closed a connection is given to be gone, so that the next call does not meet its
 /// remains.
-constexpr Seconds kDeathLimit{0.1};
+constexpr Seconds kDeathLimit{1};
+/// The same before the next attempt of a call, which meets a living helper more often.
+constexpr Seconds kAttemptPause{0.1};
 /// How often a request that nobody begins is sent at most.
 constexpr int kAttempts = 1000;
 /// A helper that is started ends when a request takes it so long and its caller has gone.
@@ -240,7 +242,7 @@ bool HelperClient::ask(std::int64_t serial, const std::vector<NSData> &request, 
 }
 
 void HelperClient::endSession() {
-  session_->process.waitUntilEnded(kDeathLimit);
+  session_->process.waitUntilEnded(kAttemptPause);
   session_.reset();
 }
 

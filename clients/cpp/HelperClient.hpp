@@ -122,7 +122,7 @@ class HelperClient {
     /// Whether it still serves the name. Else the record is what it left when it ended.
     bool isRunning = false;
     /// What it does at the moment, or did last.
-    ConnectionRecord record;
+    ConnectionRecord record = {};
   };
 
   /// A request in words, as "/a/letter.doc (metaDataForFile:) for process 123".

@@ -33,7 +33,8 @@ OPERATIONS = (
 MAXIMUM_MESSAGE_BYTES = 512 << 20
 START_SECONDS = 5.0
 END_SECONDS = 2.0
-DEATH_SECONDS = 0.1  # For the remains of a helper that closed a connection to be gone.
+DEATH_SECONDS = 1.0  # For the remains of a helper that closed a connection to be gone.
+ATTEMPT_PAUSE_SECONDS = 0.1  # The same before the next attempt of a call, which meets a living helper more often.
 ABANDONED_WORK_SECONDS = 60.0  # A helper that is started ends when it works so long for a caller that has gone.
 ATTEMPTS = 1000  # How often a request that nobody begins is sent at most.
 
@@ -272,7 +273,7 @@ class Helper:
                 self.close()
                 raise HelperTimeout(f"no answer to {selector} within {self.timeout:g} seconds") from None
             except (OSError, EOFError, plist.PropertyListError) as error:
-                connection.wait_until_ended(DEATH_SECONDS)
+                connection.wait_until_ended(DEATH_SECONDS if work.has_begun else ATTEMPT_PAUSE_SECONDS)
                 self.close()
                 if work.has_begun or not isinstance(error, (OSError, EOFError)):
                     raise HelperDied(f"the helper ended before it answered {selector}") from error
