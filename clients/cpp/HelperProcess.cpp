@@ -96,6 +96,7 @@ HelperProcess spawn(const std::string &path, const std::vector<std::string> &opt
   std::vector<std::string> words = {program};
   words.insert(words.end(), options.begin(), options.end());
   std::vector<char *> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string &word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   const SpawnSettings settings;

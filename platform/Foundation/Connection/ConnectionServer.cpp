@@ -53,7 +53,7 @@ bool isReadable(const FileDescriptor &socket) {
 /// What a request is about, for people: the first of its arguments that is a text.
 NSString inputOfRequest(const ConnectionRequest &request) {
   for (const auto &[keyword, value] : request.arguments)
-    if (const NSString text = value.string()) return text;
+    if (NSString text = value.string()) return text;
   return NSString();
 }
 
