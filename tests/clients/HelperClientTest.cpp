@@ -291,8 +291,8 @@ TEST_F(HelperClientTest, AKillDuringARequestCostsThatRequest) {
   HelperClient client;
   HelperClient waiting;
   const int helper = client.helperProcessIdentifier();
-  std::thread killer([helper] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  std::thread killer([helper, &waiting] {
+    while (!waiting.helperState()->record.isWorking) std::this_thread::yield();
     ::kill(helper, SIGKILL);
   });
   EXPECT_EQ(sleepFor(client, 30).status, Status::died);
