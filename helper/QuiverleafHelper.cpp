@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/WebKit/WebArchive+SearchableText.hpp"
 #include "helper/PDFDocument+Conversion.hpp"
 #include "helper/PDFProducer.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
@@ -71,9 +72,15 @@ NSString QuiverleafHelper::textOfPDF(PDFDocument &document, const NSDictionary &
   return fixedAndNormalizedStringUsingTimeout(document, kPageTextTimeoutSeconds, error);
 }
 
-NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return NSDictionary();
+NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &path, NSError *error) {
+  NSURL baseURL;
+  NSString source;
+  const NSString text = searchableTextOfFile(path, &baseURL, &source, error);
+  NSDictionary result = NSDictionary::dictionary();
+  result.setObject(text, u"String"_ns);
+  result.setObject(source, u"Source"_ns);
+  result.setObject(baseURL.absoluteString(), u"URL"_ns);
+  return result;
 }
 
 NSDictionary QuiverleafHelper::attributedStringWithContentsOfFile(const NSString &, NSError *error) {

@@ -27,7 +27,11 @@ class QuiverleafHelper : public NSConnectionRootObject {
   /// size.
   NSDictionary attributedStringWithPDF(bool attributed, const NSData &pdf, NSError *error = nullptr);
 
-  /// Answers nil: web archives are not converted.
+  /// The text of a web archive and of its frames. Answers
+  ///   "String"  the text, as `searchableTextOfFile` makes it
+  ///   "Source"  the markup of the page, when it is known
+  ///   "URL"     the absolute string of the page's URL, when it is known
+  /// Empty when the file cannot be read or is no web archive. `*error` says that, or why the text is not whole.
   NSDictionary searchableTextOfWebArchive(const NSString &path, NSError *error = nullptr);
   /// Answers nil: documents other than PDF are not converted.
   NSDictionary attributedStringWithContentsOfFile(const NSString &path, NSError *error = nullptr);

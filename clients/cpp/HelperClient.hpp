@@ -99,7 +99,8 @@ class HelperClient {
 
   /// The metadata of a file: a dictionary by kMDItem names, without null values.
   Answer metaDataForFile(const NSString &path);
-  /// The text of a web archive. This helper answers nil.
+  /// The text of a web archive: a dictionary with "String", and with "Source", the markup of the page, and
+  /// "URL" when they are known; empty, with a reason, for what is no web archive.
   Answer searchableTextOfWebArchive(const NSString &path);
   /// The text and facts of a PDF: a dictionary with "String", "PageCount", "Locked" when it needs a password,
   /// and the document's own attributes.

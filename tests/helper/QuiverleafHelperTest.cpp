@@ -9,6 +9,7 @@
 #include "platform/Foundation/NSException.hpp"
 #include "tests/support/ImporterBundle.hpp"
 #include "tests/support/PDFSamples.hpp"
+#include "tests/support/WebArchiveSamples.hpp"
 
 namespace nimbo {
 namespace {
@@ -30,6 +31,11 @@ class QuiverleafHelperTest : public testing::Test {
   }
   NSDictionary facts(const char *sample, const NSString &file = NSString(), bool size = false) {
     return helper._attributedStringWithPDF(false, samplePDF(sample), file, size);
+  }
+  /// Expects the answer to no arguments: nil, but of a web archive a dictionary of nothing.
+  static void expectNothing(const id &answer, const RemoteOperation &operation) {
+    const bool isOfWebArchive = operation.selector == u"searchableTextOfWebArchive:";
+    EXPECT_EQ(answer, isOfWebArchive ? id(NSDictionary::dictionary()) : id());
   }
   /// What an importer stores, cleaned; it is told from the PDF's own text by this.
   static constexpr std::u16string_view kImporterText = u" b\u00e4\ufffd\r\n\u00e4 ";
@@ -75,6 +81,22 @@ TEST_F(QuiverleafHelperTest, AsksTheImporterFirstUnlessGhostscriptMadeThePDF) {
   EXPECT_EQ(text("metadata.pdf", path), NSString::string());
 }
 
+TEST_F(QuiverleafHelperTest, WebArchivesAnswerWhatIsKnown) {
+  const auto answer = [&](const id &list, NSError *error = nullptr) {
+    return helper.searchableTextOfWebArchive(folder.write("a.webarchive", bytesOfList(list).view()), error);
+  };
+  const NSString markup = u"<body>caf&eacute;"_ns, URL = u"http://example.org/"_ns;
+  EXPECT_EQ(answer(listOfArchive(listOfResource(markup.UTF8String(), URL))),
+            (NSDictionary{{u"String"_ns, u"\n\ncaf\u00e9"_ns}, {u"Source"_ns, markup}, {u"URL"_ns, URL}}));
+  EXPECT_EQ(answer(listOfArchive(listOfResource("image", URL, u"image/png"_ns))),
+            (NSDictionary{{u"String"_ns, NSString::string()}, {u"URL"_ns, URL}}));
+  const id frame = listOfArchive(listOfResource("<body>frame", URL));
+  EXPECT_EQ(answer(listOfArchive({}, {}, NSArray{frame})), (NSDictionary{{u"String"_ns, u"\n\nframe"_ns}}));
+  NSError error;
+  EXPECT_EQ(answer(NSArray::array(), &error), NSDictionary::dictionary());
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+}
+
 TEST_F(QuiverleafHelperTest, SaysWhyAnAnswerIsNilOrNotWhole) {
   const auto errorOf = [](const auto &operation) {
     NSError error;
@@ -105,7 +127,8 @@ TEST_F(QuiverleafHelperTest, SaysWhyAnAnswerIsNilOrNotWhole) {
 
   for (const RemoteOperation &operation : NimboImExport) {
     NSError error;
-    EXPECT_FALSE(helper.perform(NSString::stringWithCharacters(operation.selector), NSDictionary(), &error));
+    expectNothing(helper.perform(NSString::stringWithCharacters(operation.selector), NSDictionary(), &error),
+                  operation);
     EXPECT_GT(error.localizedFailureReason.length(), 0u);
   }
 }
@@ -120,7 +143,7 @@ TEST_F(QuiverleafHelperTest, AddsTheSizeOfTheFirstPage) {
 TEST_F(QuiverleafHelperTest, AnswersTheContractAndNothingElse) {
   for (const RemoteOperation &operation : NimboImExport) {
     const NSString selector = NSString::stringWithCharacters(operation.selector);
-    EXPECT_FALSE(helper.perform(selector, NSDictionary())) << selector.UTF8String();
+    expectNothing(helper.perform(selector, NSDictionary()), operation);
     EXPECT_THROW(helper.perform(selector, {{u"other"_ns, 1}}), NSException);
     for (const RemoteArgument &argument : operation.arguments) {
       if (argument.keyword.empty()) continue;

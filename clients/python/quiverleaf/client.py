@@ -159,7 +159,7 @@ class Helper:
     def searchableTextOfWebArchive(self, path: StrPath) -> Optional[dict[str, Any]]:
         """The text of a web archive: "String", and when they are known "Source", the markup, and "URL", its base.
 
-        A file that is no archive has none of them, or the answer is None.
+        For a file that is no archive or cannot be read the answer has none of them, and `reason` says why.
         """
         return self._ask(dict, "searchableTextOfWebArchive:", _path(path))
 
