@@ -16,6 +16,7 @@ if(QUIVERLEAF_MEDIA)
   pkg_check_modules(QUIVERLEAF_VIPS REQUIRED IMPORTED_TARGET vips)
   pkg_check_modules(QUIVERLEAF_EXIV2 REQUIRED IMPORTED_TARGET exiv2)
   pkg_check_modules(QUIVERLEAF_LCMS REQUIRED IMPORTED_TARGET lcms2)
+  pkg_check_modules(QUIVERLEAF_CURL REQUIRED libcurl)
   # MuPDF's own pkg-config file names the wrong libraries.
   add_library(MuPDF INTERFACE IMPORTED)
   target_link_libraries(MuPDF INTERFACE mupdf mupdf-third mujs gumbo openjp2 jbig2dec jpeg freetype harfbuzz z m)

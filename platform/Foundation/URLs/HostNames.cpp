@@ -15,12 +15,12 @@ constexpr std::uint32_t kToleratedErrors = UIDNA_ERROR_EMPTY_LABEL | UIDNA_ERROR
                                            UIDNA_ERROR_TRAILING_HYPHEN | UIDNA_ERROR_HYPHEN_3_4;
 
 /// A label of n characters grows to at most "xn--" and some units for each of them.
-constexpr std::int32_t kMaximumASCIIUnits = 16 * static_cast<std::int32_t>(kMaximumHostNameUnits);
+constexpr std::int32_t kMaximumConvertedUnits = 16 * static_cast<std::int32_t>(kMaximumHostNameUnits);
 
-}  // namespace
+using Conversion = decltype(&uidna_nameToASCII);
 
-NSString ASCIIHostName(const NSString &host) {
-  if (std::ranges::all_of(host.view(), [](unichar c) { return c < 0x80; })) return host;
+/// Nil when the name has no such form.
+NSString converted(const NSString &host, Conversion convert) {
   if (host.length() > kMaximumHostNameUnits) return NSString();
   UErrorCode status = U_ZERO_ERROR;
   static const UIDNA *const idna =
@@ -29,13 +29,33 @@ NSString ASCIIHostName(const NSString &host) {
                       &status);
   if (!idna) return NSString();
   status = U_ZERO_ERROR;
-  std::array<unichar, kMaximumASCIIUnits> name;
+  std::array<unichar, kMaximumConvertedUnits> name;
   UIDNAInfo info = UIDNA_INFO_INITIALIZER;
-  const std::int32_t length =
-      uidna_nameToASCII(idna, host.characters(), static_cast<std::int32_t>(host.length()), name.data(),
-                        kMaximumASCIIUnits, &info, &status);
+  const std::int32_t length = convert(idna, host.characters(), static_cast<std::int32_t>(host.length()),
+                                      name.data(), kMaximumConvertedUnits, &info, &status);
   if (U_FAILURE(status) || (info.errors & ~kToleratedErrors) != 0) return NSString();
   return NSString::stringWithCharacters(name.data(), static_cast<std::uint32_t>(length));
+}
+
+bool isASCII(const NSString &host) {
+  return std::ranges::all_of(host.view(), [](unichar c) { return c < 0x80; });
+}
+
+/// Whether a label may stand for other characters, in any case.
+bool hasEncodedLabel(const NSString &host) {
+  const auto isEqual = [](unichar c, char16_t lower) { return (c | 0x20) == lower || c == lower; };
+  const std::u16string_view prefix = u"xn--";
+  return !std::ranges::search(host.view(), prefix, isEqual).empty();
+}
+
+}  // namespace
+
+NSString ASCIIHostName(const NSString &host) {
+  return isASCII(host) ? host : converted(host, uidna_nameToASCII);
+}
+
+NSString UnicodeHostName(const NSString &host) {
+  return isASCII(host) && !hasEncodedLabel(host) ? host : converted(host, uidna_nameToUnicode);
 }
 
 }  // namespace nimbo

@@ -4,7 +4,7 @@
 //
 //     ASCIIHostName(u"bücher.example"_ns);  // "xn--bcher-kva.example"
 //     ASCIIHostName(u"example.org"_ns);  // "example.org"
-//     ASCIIHostName(NSString());  // nil
+//     UnicodeHostName(u"xn--bcher-kva.example"_ns);  // "bücher.example"
 #pragma once
 
 #include "platform/Foundation/NSString.hpp"
@@ -15,6 +15,11 @@ namespace NIMBO_PUBLIC nimbo {
 /// that "ß" stays a letter of its own). The string itself when it is ASCII. Nil for nil, for one above
 /// `kMaximumHostNameUnits`, and for a name that has no such form.
 NSString ASCIIHostName(const NSString &host);
+
+/// A host name as people read it: labels "xn--..." as the characters that they stand for. The string itself
+/// when it has no such label. Nil for nil, for one above `kMaximumHostNameUnits`, and for a name whose labels
+/// stand for nothing.
+NSString UnicodeHostName(const NSString &host);
 
 /// How many units a host name may have to be converted.
 constexpr std::uint32_t kMaximumHostNameUnits = 1024;

@@ -155,6 +155,18 @@ TEST(HostNames, BecomeASCII) {
   EXPECT_FALSE(ASCIIHostName(u"\xd800.org"_ns));
 }
 
+TEST(HostNames, BecomeReadable) {
+  const std::string_view cases[][2] = {
+      {"xn--bcher-kva.example", "b\u00fccher.example"},
+      {"a.XN--STRAE-OQA.de", "a.stra\u00dfe.de"},
+      {"Ex_ample.org", "Ex_ample.org"},
+      {"B\u00fccher.example", "b\u00fccher.example"},
+      {"xn--\u00e4.org", "-"},
+      {"xn--99999999.org", "-"},
+  };
+  for (const auto &[name, readable] : cases) EXPECT_EQ(shown(UnicodeHostName(text(name))), readable);
+}
+
 TEST(NSBundle, LooksTextsUpInTheUsersLanguages) {
   const TemporaryFolder folder;
   folder.write("Contents/Resources/de.lproj/Localizable.strings", "/* Status */ \"Gone\" = \"Weg\";");

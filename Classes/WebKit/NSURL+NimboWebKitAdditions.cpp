@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/WebKit/NSURL+NimboWebKitAdditions.hpp"
+
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
+
+namespace nimbo {
+inline namespace NimboWebKitAdditions {
+
+NSURL URLWithUserTypedString(const NSString &string) {
+  return URLWithNormalizedStringURL(string);
+}
+
+}  // namespace NimboWebKitAdditions
+}  // namespace nimbo

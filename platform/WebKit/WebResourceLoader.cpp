@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/WebKit/WebResourceLoader.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "platform/Foundation/NSError.hpp"
+#include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
+#include "platform/WebKit/DataURL.hpp"
+
+namespace nimbo::detail {
+namespace {
+
+constexpr int kFirstFailedStatus = 400;
+
+bool isHTTP(const NSURL &url) {
+  const NSString scheme = lowercaseString(url.scheme());
+  return scheme == u"http"_ns || scheme == u"https"_ns;
+}
+
+}  // namespace
+
+/// A part of the page on its way.
+struct WebResourceLoader::Request {
+  /// Its place among the URLs that are loaded together.
+  std::size_t place = 0;
+  std::uint32_t resource = 0;
+  NSURL URL;
+  NSURLResponse redirectResponse = {};
+  int redirects = 0;
+  WebResource *result = nullptr;
+};
+
+WebResourceLoader::WebResourceLoader(SharedPointer<WebResourceLoadDelegate> delegate, WebView webView,
+                                     WebDataSource dataSource, const WebLoadLimits &limits)
+    : delegate_(std::move(delegate)),
+      webView_(std::move(webView)),
+      dataSource_(std::move(dataSource)),
+      limits_(limits),
+      transfers_({
+          .maximumBytes = limits.bytesOfResource,
+          .maximumConnections = limits.connections,
+          // A proxy would be asked in place of the host that the delegate has allowed.
+          .mayUseProxies = !delegate_,
+          .mayConnect =
+              [this](const sockaddr &address) { return !delegate_ || delegate_->mayConnectToAddress(address); },
+      }) {}
+
+std::vector<WebResource> WebResourceLoader::load(std::span<const NSURL> urls) {
+  std::vector<WebResource> resources(urls.size());
+  std::vector<Request> requests(urls.size());
+  for (std::size_t index = 0; index < urls.size(); ++index) {
+    requests[index] = {.place = index,
+                       .resource = static_cast<std::uint32_t>(loadedResources_++),
+                       .URL = urls[index],
+                       .result = &resources[index]};
+    begin(requests[index]);
+  }
+  while (transfers_.isBusy()) {
+    std::optional<HTTPAnswer> answer = transfers_.next(webView_.deadline);
+    if (!answer) answer = transfers_.abandon();
+    Request &request = requests[answer->tag];
+    finish(request, std::move(*answer));
+  }
+  return resources;
+}
+
+bool WebResourceLoader::begin(Request &request) {
+  if (!request.URL) return fail(request, "it is no URL");
+  if (request.resource >= limits_.resources) return fail(request, "the page refers to too many parts");
+  if (loadedBytes_ >= limits_.bytesInAll) return fail(request, "the parts of the page are too large");
+  if (const std::optional<DataURL> data = DataURL::ofURL(request.URL)) {
+    keep(request, data->data, data->type.MIMEType, data->type.charset);
+    return true;
+  }
+  if (webView_.deadline.isOver()) return fail(request, "it took too long");
+  if (delegate_) {
+    const NSURLRequest allowed = delegate_->webViewWillSendRequest(webView_, request.resource, {request.URL},
+                                                                   request.redirectResponse, dataSource_);
+    if (!allowed) return fail(request, "the request was refused");
+    request.URL = allowed.URL;
+  }
+  // Who answers over HTTP must not lead into the files of this machine.
+  if (!request.URL.isFileURL() || request.redirectResponse) return beginRemote(request);
+  NSError error;
+  std::uint64_t size = 0;
+  const FileDescriptor file = openRegularFile(request.URL.path(), &size, &error);
+  if (!file) return fail(request, error.localizedFailureReason.UTF8String());
+  if (size > limits_.bytesOfResource) return fail(request, "it is too large");
+  const NSData data = readData(file.get(), size, static_cast<std::uint32_t>(limits_.bytesOfResource), &error);
+  if (!data) return fail(request, error.localizedFailureReason.UTF8String());
+  keep(request, data, NSString(), NSString());
+  return true;
+}
+
+bool WebResourceLoader::beginRemote(Request &request) {
+  if (!isHTTP(request.URL)) return fail(request, "its scheme is not loaded");
+  return transfers_.start(request.place, request.URL) || fail(request, "it cannot be asked for");
+}
+
+void WebResourceLoader::finish(Request &request, HTTPAnswer answer) {
+  if (answer.redirectURL) {
+    if (++request.redirects > limits_.redirects) {
+      fail(request, "it is redirected too often");
+      return;
+    }
+    request.redirectResponse = {request.URL, answer.statusCode};
+    request.URL = std::move(answer.redirectURL);
+    begin(request);
+    return;
+  }
+  if (!answer.failure.empty()) fail(request, answer.failure);
+  if (answer.statusCode >= kFirstFailedStatus) {
+    fail(request, "the server answered " + std::to_string(answer.statusCode));
+    return;
+  }
+  if (answer.body.empty() && !answer.failure.empty()) return;
+  const ContentTypeField type = contentTypeOfField(answer.contentType);
+  keep(request, NSData::dataWithBytes(answer.body.data(), answer.body.size()), type.MIMEType, type.charset);
+}
+
+void WebResourceLoader::keep(Request &request, const NSData &data, const NSString &MIMEType,
+                             const NSString &charset) {
+  loadedBytes_ += data.length();
+  *request.result = WebResource::resourceWithData(data, request.URL, MIMEType, charset);
+}
+
+bool WebResourceLoader::fail(const Request &request, std::string reason) {
+  failures_.push_back({request.URL, std::move(reason)});
+  return false;
+}
+
+}  // namespace nimbo::detail

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/WebKit/WebResourceLoader.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/WebKit/DataURL.hpp"
+#include "tests/support/LoopbackServer.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+
+namespace nimbo {
+namespace {
+
+using detail::DataURL;
+using detail::WebLoadLimits;
+using detail::WebResourceLoader;
+
+NSURL url(std::string_view string) {
+  return NSURL::URLWithString(NSString::stringWithUTF8String(string));
+}
+
+/// Refuses the paths that hold "refused", and what it is told to refuse at the connection.
+class Gate final : public WebResourceLoadDelegate {
+ public:
+  NSURLRequest webViewWillSendRequest(const WebView &, std::uint32_t, const NSURLRequest &request,
+                                      const NSURLResponse &redirect, const WebDataSource &) override {
+    asked.push_back((redirect ? std::to_string(redirect.statusCode) + " " : "") +
+                    request.URL.path().UTF8String());
+    return asked.back().find("refused") == std::string::npos ? request : NSURLRequest();
+  }
+  bool mayConnectToAddress(const sockaddr &) override { return mayConnect; }
+
+  std::vector<std::string> asked;
+  bool mayConnect = true;
+};
+
+std::string loaded(WebResourceLoader &loader, std::string_view string) {
+  const NSURL one = url(string);
+  const WebResource resource = loader.load({&one, 1}).front();
+  return resource ? std::string(resource.data().view()) : "nil";
+}
+
+TEST(DataURL, HoldsTypeAndBytes) {
+  const std::string_view cases[][4] = {
+      {"data:,A%20brief%20note", "text/plain", "-", "A brief note"},
+      {"data:text/html;charset=utf-8,%3Cp%3E", "text/html", "utf-8", "<p>"},
+      {"DATA:image/PNG;base64,aGFsbG8=", "image/png", "-", "hallo"},
+      {"data:image/svg+xml;charset=%22x-y%22;base64,aGFsbG8#x", "image/svg+xml", "x-y", "hallo"},
+      {"data:;base64,aGFs%0AbG8%3D", "text/plain", "-", "hallo"},
+  };
+  for (const auto &[string, type, charset, bytes] : cases) {
+    const auto data = DataURL::ofURL(url(string));
+    ASSERT_TRUE(data) << string;
+    EXPECT_EQ(data->type.MIMEType.UTF8String(), type);
+    EXPECT_EQ(data->type.charset ? data->type.charset.UTF8String() : "-", charset);
+    EXPECT_EQ(data->data.view(), bytes);
+  }
+  for (const std::string_view other : {"data:text/html", "http://a/,b"})
+    EXPECT_FALSE(DataURL::ofURL(url(other)));
+}
+
+TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
+  LoopbackServer server;
+  server.answer("/sheet", "HTTP/1.0 200 OK\r\nContent-Type: text/css; charset=\"latin1\"\r\n\r\np{}");
+  server.answer("/moved", "HTTP/1.0 302 Found\r\nLocation: /sheet\r\n\r\n");
+  server.answer("/gone", "HTTP/1.0 404 Not Found\r\n\r\nnothing here");
+  server.answer("/loop", "HTTP/1.0 301 Moved\r\nLocation: /loop\r\n\r\n");
+  server.answer("/file", "HTTP/1.0 301 Moved\r\nLocation: file:///etc/hostname\r\n\r\n");
+  const TemporaryFolder folder;
+  const NSString file = folder.write("a b.txt", "of a file");
+  const NSURL urls[] = {
+      url(server.url("/moved")), NSURL::fileURLWithPath(file), url("data:,x"),
+      url(server.url("/gone")),  url(server.url("/loop")),     url(server.url("/file")),
+      url("ftp://127.0.0.1/x"),  url("file:///no/such/file"),  NSURL(),
+      url("file:///dev/zero"),
+  };
+  WebResourceLoader loader({}, {Deadline::after(20)}, {});
+  const std::vector<WebResource> resources = loader.load(urls);
+  EXPECT_EQ(resources[0].data().view(), "p{}");
+  EXPECT_EQ(resources[0].URL().absoluteString().UTF8String(), server.url("/sheet"));
+  EXPECT_EQ(resources[0].MIMEType().UTF8String(), "text/css");
+  EXPECT_EQ(resources[0].textEncodingName().UTF8String(), "latin1");
+  EXPECT_EQ(resources[1].data().view(), "of a file");
+  EXPECT_EQ(resources[2].data().view(), "x");
+  for (std::size_t index = 3; index < std::size(urls); ++index) EXPECT_FALSE(resources[index]) << index;
+  EXPECT_EQ(loader.failures().size(), 7U);
+}
+
+TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
+  LoopbackServer server;
+  server.answer("/a", "HTTP/1.0 200 OK\r\n\r\na");
+  server.answer("/away", "HTTP/1.0 307 Over There\r\nLocation: /refused\r\n\r\n");
+  server.answer("/refused", "HTTP/1.0 200 OK\r\n\r\nno");
+  const auto gate = makeShared<Gate>();
+  WebResourceLoader loader(gate, {Deadline::after(20)}, {});
+  EXPECT_EQ(loaded(loader, server.url("/a")), "a");
+  EXPECT_EQ(loaded(loader, server.url("/away")), "nil");
+  EXPECT_EQ(loaded(loader, server.url("/refused")), "nil");
+  EXPECT_EQ(gate->asked, (std::vector<std::string>{"/a", "/away", "307 /refused", "/refused"}));
+  EXPECT_EQ(server.requests("/refused"), 0);
+  ASSERT_EQ(loader.failures().size(), 2U);
+  EXPECT_EQ(loader.failures()[0].URL.path().UTF8String(), "/refused");
+  gate->mayConnect = false;
+  EXPECT_EQ(loaded(loader, server.url("/a", "localhost")), "nil");
+  EXPECT_EQ(server.requests("/a"), 1);
+}
+
+TEST(WebResourceLoader, KeepsToItsLimits) {
+  LoopbackServer server;
+  server.answer("/large", "HTTP/1.0 200 OK\r\n\r\n" + std::string(5000, 'x'));
+  const WebLoadLimits limits{.resources = 3, .bytesOfResource = 1000, .bytesInAll = 1500};
+  WebResourceLoader loader({}, {Deadline::after(20)}, {}, limits);
+  EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
+  EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
+  EXPECT_EQ(loaded(loader, server.url("/large")), "nil");
+  EXPECT_EQ(loaded(loader, "data:,x"), "nil");
+  EXPECT_EQ(loader.failures().size(), 4U);
+}
+
+TEST(WebResourceLoader, TakesWhatHasComeAtTheDeadline) {
+  LoopbackServer server;
+  server.answer("/begun", "HTTP/1.0 200 OK\r\nContent-Length: 100\r\n\r\nthe beginning");
+  WebResourceLoader loader({}, {Deadline::after(1)}, {});
+  const NSURL urls[] = {url(server.url("/never")), url(server.url("/begun"))};
+  const std::vector<WebResource> resources = loader.load(urls);
+  EXPECT_FALSE(resources[0]);
+  EXPECT_EQ(resources[1].data().view(), "the beginning");
+  EXPECT_EQ(loader.failures().size(), 2U);
+  EXPECT_EQ(loaded(loader, server.url("/begun")), "nil");
+}
+
+}  // namespace
+}  // namespace nimbo
