@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/DataURL.hpp"
+#include "platform/WebKit/Loading/DataURL.hpp"
 
 #include <string>
 

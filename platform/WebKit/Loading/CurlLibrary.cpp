@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/CurlLibrary.hpp"
+#include "platform/WebKit/Loading/CurlLibrary.hpp"
 
 #include <dlfcn.h>
 

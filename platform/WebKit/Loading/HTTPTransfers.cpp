@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/HTTPTransfers.hpp"
+#include "platform/WebKit/Loading/HTTPTransfers.hpp"
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include "platform/WebKit/CurlLibrary.hpp"
+#include "platform/WebKit/Loading/CurlLibrary.hpp"
 
 namespace nimbo::detail {
 namespace {

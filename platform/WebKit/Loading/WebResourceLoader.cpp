@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/WebResourceLoader.hpp"
+#include "platform/WebKit/Loading/WebResourceLoader.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -9,7 +9,7 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
-#include "platform/WebKit/DataURL.hpp"
+#include "platform/WebKit/Loading/DataURL.hpp"
 
 namespace nimbo::detail {
 namespace {

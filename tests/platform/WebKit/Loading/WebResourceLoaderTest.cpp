@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/WebResourceLoader.hpp"
+#include "platform/WebKit/Loading/WebResourceLoader.hpp"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "platform/WebKit/DataURL.hpp"
+#include "platform/WebKit/Loading/DataURL.hpp"
 #include "tests/support/LoopbackServer.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
