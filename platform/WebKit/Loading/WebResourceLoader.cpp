@@ -25,7 +25,7 @@ bool isHTTP(const NSURL &url) {
 
 /// A part of the page on its way.
 struct WebResourceLoader::Request {
-  /// Its place among the URLs that are loaded together.
+  /// Its place among those that are loaded together.
   std::size_t place = 0;
   std::uint32_t resource = 0;
   NSURL URL;
@@ -49,22 +49,33 @@ WebResourceLoader::WebResourceLoader(SharedPointer<WebResourceLoadDelegate> dele
               [this](const sockaddr &address) { return !delegate_ || delegate_->mayConnectToAddress(address); },
       }) {}
 
+void WebResourceLoader::provide(std::span<const WebResource> resources) {
+  for (const WebResource &resource : resources)
+    if (resource.URL()) known_.emplace(resource.URL().absoluteString().view(), resource);
+}
+
 std::vector<WebResource> WebResourceLoader::load(std::span<const NSURL> urls) {
-  std::vector<WebResource> resources(urls.size());
-  std::vector<Request> requests(urls.size());
-  for (std::size_t index = 0; index < urls.size(); ++index) {
-    requests[index] = {.place = index,
-                       .resource = static_cast<std::uint32_t>(loadedResources_++),
-                       .URL = urls[index],
-                       .result = &resources[index]};
-    begin(requests[index]);
+  std::vector<WebResource *> places;
+  std::vector<Request> requests;
+  for (const NSURL &url : urls) {
+    const auto [place, isNew] = known_.try_emplace(std::u16string(url.absoluteString().view()));
+    places.push_back(&place->second);
+    if (isNew)
+      requests.push_back({.place = requests.size(),
+                          .resource = static_cast<std::uint32_t>(loadedResources_++),
+                          .URL = url,
+                          .result = &place->second});
   }
+  for (Request &request : requests) begin(request);
   while (transfers_.isBusy()) {
     std::optional<HTTPAnswer> answer = transfers_.next(webView_.deadline);
     if (!answer) answer = transfers_.abandon();
     Request &request = requests[answer->tag];
     finish(request, std::move(*answer));
   }
+  std::vector<WebResource> resources;
+  resources.reserve(places.size());
+  for (const WebResource *place : places) resources.push_back(*place);
   return resources;
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -39,8 +41,12 @@ class WebResourceLoader {
   WebResourceLoader(SharedPointer<WebResourceLoadDelegate> delegate, WebView webView, WebDataSource dataSource,
                     const WebLoadLimits &limits = WebLoadLimits());
 
-  /// What the absolute URLs stand for, in their order: nil where nothing came, and the beginning of what had
-  /// not come at the view's deadline or goes beyond a limit. Throws std::bad_alloc.
+  /// Resources that are at hand: they are not asked for.
+  void provide(std::span<const WebResource> resources);
+
+  /// What the absolute URLs stand for, in their order, each asked for once by all calls: nil where nothing
+  /// came, and the beginning of what had not come at the view's deadline or goes beyond a limit. Throws
+  /// std::bad_alloc.
   std::vector<WebResource> load(std::span<const NSURL> urls);
 
   /// What was not loaded so far, by any call.
@@ -59,6 +65,8 @@ class WebResourceLoader {
   WebView webView_;
   WebDataSource dataSource_;
   WebLoadLimits limits_;
+  /// By URL; nil where nothing came.
+  std::map<std::u16string, WebResource, std::less<>> known_;
   std::size_t loadedResources_ = 0;
   std::size_t loadedBytes_ = 0;
   HTTPTransfers transfers_;

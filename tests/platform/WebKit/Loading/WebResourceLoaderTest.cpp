@@ -108,14 +108,20 @@ TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
 
 TEST(WebResourceLoader, KeepsToItsLimits) {
   LoopbackServer server;
-  server.answer("/large", "HTTP/1.0 200 OK\r\n\r\n" + std::string(5000, 'x'));
+  for (const char *path : {"/large", "/large?2", "/large?3"})
+    server.answer(path, "HTTP/1.0 200 OK\r\n\r\n" + std::string(5000, 'x'));
   const WebLoadLimits limits{.resources = 3, .bytesOfResource = 1000, .bytesInAll = 1500};
   WebResourceLoader loader({}, {Deadline::after(20)}, {}, limits);
   EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
   EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
-  EXPECT_EQ(loaded(loader, server.url("/large")), "nil");
+  EXPECT_EQ(server.requests("/large"), 1);
+  EXPECT_EQ(loaded(loader, server.url("/large?2")), std::string(1000, 'x'));
+  EXPECT_EQ(loaded(loader, server.url("/large?3")), "nil");
   EXPECT_EQ(loaded(loader, "data:,x"), "nil");
   EXPECT_EQ(loader.failures().size(), 4U);
+  const NSURL known = url("http://name.invalid/");
+  loader.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("at hand", 7), known, {})});
+  EXPECT_EQ(loaded(loader, "http://name.invalid/"), "at hand");
 }
 
 TEST(WebResourceLoader, TakesWhatHasComeAtTheDeadline) {
@@ -127,7 +133,7 @@ TEST(WebResourceLoader, TakesWhatHasComeAtTheDeadline) {
   EXPECT_FALSE(resources[0]);
   EXPECT_EQ(resources[1].data().view(), "the beginning");
   EXPECT_EQ(loader.failures().size(), 2U);
-  EXPECT_EQ(loaded(loader, server.url("/begun")), "nil");
+  EXPECT_EQ(loaded(loader, server.url("/begun?late")), "nil");
 }
 
 }  // namespace
