@@ -4,6 +4,7 @@
 #include "clients/cpp/HelperClient.hpp"
 #include "helper/NimboImExport.hpp"
 #include "tools/ExitCode.hpp"
+#include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
 
@@ -14,59 +15,6 @@ namespace {
 struct PDFOptions : CommonOptions {
   bool attributed = false;
 };
-
-HelperClient clientWithOptions(const CommonOptions &options) {
-  HelperClient::Options clientOptions;
-  clientOptions.timeoutSeconds = options.timeoutSeconds;
-  clientOptions.waitingSeconds = options.waitingSeconds;
-  clientOptions.startsHelper = !options.noStart;
-  return HelperClient(std::move(clientOptions));
-}
-
-/// Why the answer is nil, or not whole.
-std::string reasonOfAnswer(const HelperClient::Answer &answer) {
-  return answer.reason ? answer.reason.UTF8String() : "the helper does not say why";
-}
-
-/// An answer without content, and a reason for that, says no more than nil.
-bool isNil(const HelperClient::Answer &answer) {
-  using Status = HelperClient::Status;
-  const NSDictionary attributes = answer.result.dictionary();
-  return answer.status == Status::nil || (answer.status == Status::answered && answer.code != ErrorCode::none &&
-                                          attributes && attributes.count() == 0);
-}
-
-/// Writes the result, the line that says why there is none or what is missing in it, and gives the exit code.
-int report(const HelperClient::Answer &answer, const std::string &file, const CommonOptions &options) {
-  using Status = HelperClient::Status;
-  if (isNil(answer)) {
-    writeMessage(file + ": " + reasonOfAnswer(answer));
-    return exitCodeForError(answer.code);
-  }
-  switch (answer.status) {
-    case Status::answered:
-      writeResult(answer.result, options);
-      if (answer.code != ErrorCode::none) writeMessage(file + ": " + reasonOfAnswer(answer));
-      return kExitAnswered;
-    case Status::exception:
-      writeMessage(answer.exceptionName.UTF8String() + ": " + answer.exceptionReason.UTF8String());
-      return kExitNil;
-    case Status::timedOut:
-      writeMessage(file + ": " + answer.message);
-      return kExitTimedOut;
-    case Status::died:
-      writeMessage(file + ": " + answer.message);
-      return kExitDied;
-    case Status::nil:
-    case Status::invalid:
-      writeMessage(file + ": " + answer.message);
-      return kExitNil;
-    case Status::unreachable:
-      break;
-  }
-  writeMessage(answer.message);
-  return kExitUnreachable;
-}
 
 int runMetadata(const CommonOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
