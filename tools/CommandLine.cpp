@@ -45,9 +45,9 @@ struct Setter {
   }
 };
 
-/// The option that is typed so: by its name, by a beginning that no other name has, or as "-h".
+/// The option that is typed so: by its name, by a beginning that no other name has, or as "-h" or "-o".
 const Option &optionOfWord(const std::string &word, const std::vector<Option> &accepted) {
-  const std::string name = word == "-h" ? "--help" : word;
+  const std::string name = word == "-h" ? "--help" : word == "-o" ? "--output" : word;
   std::vector<const Option *> found;
   for (const Option &option : accepted) {
     const std::string whole = std::string("--") + option.name;
