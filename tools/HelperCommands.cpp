@@ -119,7 +119,8 @@ asked, since when; and "Waiting": the processes whose requests waited when this 
 nothing and starts none, so it does not wait. When there is none, it tells what ended the last one.)"},
        runStatus},
       {{.name = "stop", .summary = "end the helper", .description = R"(
-Ends the helper that is registered, and waits until it is gone.)"},
+Ends the helper that is registered when the request under way is done, and waits until it is gone. One that is
+not gone after 2 seconds is killed.)"},
        runStop},
   };
   return commands;

@@ -134,8 +134,8 @@ class HelperClient {
 
   /// The process number of the helper, started if need be; 0 when there is none, and `*failure` then says why.
   int helperProcessIdentifier(Answer *failure = nullptr);
-  /// Ends the helper that is registered (without starting one) and waits until it is gone. False when there is
-  /// none.
+  /// Ends the helper that is registered (without starting one) when its request under way is done, and waits
+  /// until it is gone; one that is not gone after 2 seconds is killed. False when there is none.
   bool stopHelper();
 
  private:

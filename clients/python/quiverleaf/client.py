@@ -238,7 +238,10 @@ class Helper:
         return self._connect(time.monotonic() + self.timeout).process
 
     def stop(self) -> bool:
-        """Ends the helper that is registered and waits until it is gone. False when there is none."""
+        """Ends the helper that is registered when its request under way is done, and waits until it is gone.
+
+        One that is not gone after END_SECONDS is killed. False when there is none.
+        """
         self.close()
         with _folder() as folder:
             connection = runtime.connect(folder, self._name, self.timeout)
