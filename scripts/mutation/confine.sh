@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Runs a command where a faulty program reaches no other process and no network, and writes only below a folder and to
-# memory:  confine.sh FOLDER COMMAND...
+# Runs a command where a faulty program reaches no other process and no network but its own loopback, and writes only below
+# a folder and to memory:  confine.sh FOLDER COMMAND...
 set -euo pipefail
 if [ -z "${CONFINED_USER-}" ]; then
   namespaces=(--mount --pid --fork --kill-child --mount-proc --ipc --net)
@@ -18,6 +18,7 @@ done </proc/self/mounts
 for memory in /tmp /var/tmp /dev/shm /run; do
   mount -t tmpfs -o mode=1777,size=1g none "$memory"
 done
+ip link set lo up
 mkdir /run/home
 mkdir -m 700 /run/home/run
 for name in "${!XDG_@}"; do unset "$name"; done
