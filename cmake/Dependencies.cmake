@@ -15,6 +15,8 @@ if(QUIVERLEAF_MEDIA)
   pkg_check_modules(QUIVERLEAF_MAGIC REQUIRED IMPORTED_TARGET libmagic)
   pkg_check_modules(QUIVERLEAF_VIPS REQUIRED IMPORTED_TARGET vips)
   pkg_check_modules(QUIVERLEAF_EXIV2 REQUIRED IMPORTED_TARGET exiv2)
+  pkg_check_modules(QUIVERLEAF_ARCHIVE REQUIRED IMPORTED_TARGET libarchive)
+  pkg_check_modules(QUIVERLEAF_EXPAT REQUIRED IMPORTED_TARGET expat)
   pkg_check_modules(QUIVERLEAF_LCMS REQUIRED IMPORTED_TARGET lcms2)
   pkg_check_modules(QUIVERLEAF_CURL REQUIRED libcurl)
   # MuPDF's own pkg-config file names the wrong libraries.

@@ -2,18 +2,9 @@
 #include "tools/InputText.hpp"
 
 #include "Classes/Encodings/MarkupDecoding.hpp"
-#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
-#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "tools/InputFile.hpp"
 
 namespace nimbo {
-
-NSStringEncoding likelyEncoding(const NSData &data) {
-  const DetectedString detected = stringWithDetectedEncoding(data.view());
-  if (!detected.encodingName) return NSUTF8StringEncoding;
-  return CFStringConvertEncodingToNSStringEncoding(
-      CFStringConvertIANACharSetNameToEncoding(detected.encodingName));
-}
 
 NSString textOfInput(const std::string &path, double patienceSeconds) {
   const NSData data = readInput(path, patienceSeconds);

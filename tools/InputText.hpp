@@ -9,9 +9,6 @@
 
 namespace nimbo {
 
-/// What text without a declaration is most likely in.
-NSStringEncoding likelyEncoding(const NSData &data);
-
 /// The text of a page or feed, in the encoding that it declares or is most likely in; bytes that fit neither
 /// are UTF-8 in which U+FFFD stands for what is not valid. Read as by `readInput`. Raises `InputError`.
 NSString textOfInput(const std::string &path, double patienceSeconds);

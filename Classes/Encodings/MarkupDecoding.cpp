@@ -10,6 +10,7 @@
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnicodeConverters.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
@@ -167,6 +168,13 @@ std::span<const CFStringEncoding> relativesOf(NSStringEncoding encoding) {
 }
 
 }  // namespace
+
+NSStringEncoding likelyEncoding(const NSData &data) {
+  const DetectedString detected = stringWithDetectedEncoding(data.view());
+  if (!detected.encodingName) return NSUTF8StringEncoding;
+  return CFStringConvertEncodingToNSStringEncoding(
+      CFStringConvertIANACharSetNameToEncoding(detected.encodingName));
+}
 
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStringEncoding defaultEncoding) {
   const std::string_view bytes = data.view();

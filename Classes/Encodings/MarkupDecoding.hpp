@@ -16,6 +16,10 @@ struct DecodedMarkup {
   NSStringEncoding encoding = kCFStringEncodingInvalidId;
 };
 
+/// What text is most likely in that declares nothing; UTF-8 for what is no text. It is a good default for
+/// `decodeMarkup`.
+NSStringEncoding likelyEncoding(const NSData &data);
+
 /// Reads the bytes of a page or feed. `supplied` is the encoding that came with it, as in a header of HTTP: 0
 /// or `kCFStringEncodingInvalidId` when none did, and then `defaultEncoding` is tried at first.
 ///

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "importers/ImporterPlugIn.hpp"
+#include "platform/Foundation/NSDate.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// What a document says of itself, beside its text. Texts are UTF-8; those that are empty are not there.
+struct DocumentProperties {
+  std::string title;
+  std::string subject;
+  std::string description;
+  std::string language;
+  /// The program that the document was made with.
+  std::string application;
+  std::string organization;
+  std::vector<std::string> authors;
+  std::vector<std::string> keywords;
+  std::optional<NSDate> created;
+  std::optional<NSDate> modified;
+  std::optional<std::uint32_t> pages;
+  std::optional<std::uint32_t> words;
+
+  void setAttributes(Attributes &attributes) const;
+};
+
+/// The parts of a list, trimmed, without empty ones; `separators` are those that part them.
+std::vector<std::string> listOfText(std::string_view text, std::string_view separators);
+
+/// The text without white space at its ends, and with one blank for each other run of it.
+std::string simplifiedText(std::string_view text);
+
+/// The moment of "2001-02-03", "2001-02-03T04:05:06", or more exact with a fraction and a zone; it is UTC
+/// without a zone. Nothing for other texts, and for fields out of their range.
+std::optional<NSDate> dateWithISO8601(std::string_view text);
+
+}  // namespace nimbo

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "importers/Packages/DocumentText.hpp"
+
+#include <algorithm>
+#include <utility>
+
+namespace nimbo {
+namespace {
+
+/// Empty cells beyond so many in a row are not told from each other.
+constexpr std::uint32_t kMaximumTabs = 64;
+
+}  // namespace
+
+void DocumentText::append(std::string_view text) {
+  if (text.empty() || budget_->isSpent()) return;
+  separate();
+  const std::uint32_t before = text_.length();
+  text_.append(text);
+  text_.setLength(before + budget_->spendText(text_.length() - before));
+}
+
+void DocumentText::append(std::u16string_view text) {
+  if (text.empty() || budget_->isSpent()) return;
+  separate();
+  text_.append(text.substr(0, budget_->spendText(static_cast<std::uint32_t>(text.size()))));
+}
+
+void DocumentText::endCell() noexcept {
+  endsLine_ = false;
+  tabs_ = std::min(tabs_ + 1, kMaximumTabs);
+}
+
+void DocumentText::endRow() noexcept {
+  endsLine_ = true;
+  tabs_ = 0;
+}
+
+void DocumentText::appendLines(std::u16string_view lines) {
+  if (lines.empty()) return;
+  endRow();
+  separate();
+  text_.append(lines);
+  endRow();
+}
+
+NSString DocumentText::string() && {
+  return text_.length() > 0 ? std::move(text_).string() : NSString();
+}
+
+void DocumentText::separate() {
+  if (endsLine_ && text_.length() > 0) text_.appendCharacter(u'\n');
+  for (; tabs_ > 0; --tabs_) text_.appendCharacter(u'\t');
+  endsLine_ = false;
+}
+
+}  // namespace nimbo
