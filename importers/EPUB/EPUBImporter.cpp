@@ -15,6 +15,7 @@
 #include "importers/Packages/Package.hpp"
 #include "importers/Packages/XMLStream.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo {
 namespace {
@@ -157,7 +158,8 @@ class Book {
   static void appendPage(const std::string &page, DocumentText &text) {
     const NSString markup =
         stringWithMarkupData(NSData::dataWithBytes(page.data(), page.size()), NSUTF8StringEncoding);
-    text.append(stringByConvertingHtml2PlainTextNonUmlauted(markup, false, false, true, false).view());
+    const NSString plain = stringByConvertingHtml2PlainTextNonUmlauted(markup, false, false, true, false);
+    text.append(trimmed(plain.view(), [](unichar c) { return c == u'\n'; }));
   }
 
   NSString text() {

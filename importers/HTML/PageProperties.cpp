@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "importers/HTML/PageProperties.hpp"
 
+#include <optional>
 #include <utility>
 
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
@@ -37,11 +38,15 @@ void setMeta(const TagShape &tag, DocumentProperties &properties) {
 
 DocumentProperties propertiesOfPage(const NSString &markup) {
   DocumentProperties properties;
-  bool isInTitle = false;
+  std::optional<std::size_t> titleStart;
   scanTags(markup, [&](const TagShape &tag) {
-    if (isInTitle && properties.title.empty()) properties.title = textOfMarkup(tag.text());
     const TagName name = tag.tagName();
-    isInTitle = name == TagName::kTitle && tag.isStartTag();
+    if (name == TagName::kTitle && tag.isStartTag()) {
+      titleStart = tag.tagRange().location + tag.tag().size();
+    } else if (name == TagName::kTitle && titleStart && properties.title.empty()) {
+      // What looks like a tag in a title is none.
+      properties.title = textOfMarkup(tag.allBefore().substr(*titleStart));
+    }
     if (name == TagName::kHtml && properties.language.empty())
       properties.language = textOfMarkup(tag.attribute("lang"));
     if (name == TagName::kMeta) setMeta(tag, properties);

@@ -33,6 +33,8 @@ void OpenDocumentHandler::startElement(std::string_view name, const XMLAttribute
   if (isOneOf(name, {"tracked-changes", "forms", "scripts", "binary-data", "note-citation", "ruby-text",
                      "title", "desc", "event-listeners", "page-number"})) {
     skippedDepth_ = depth_;
+  } else if (commentDepth_ > 0 && isOneOf(name, {"creator", "date", "date-string", "sender-initials"})) {
+    skippedDepth_ = depth_;
   } else if (name == "meta") {
     propertiesDepth_ = depth_;
   } else if (name == "note-body") {
@@ -52,6 +54,8 @@ void OpenDocumentHandler::startElement(std::string_view name, const XMLAttribute
     text().endLine();
     text().append(attributes.value("name").value_or(""));
     text().endLine();
+  } else if (name == "table-row") {
+    text().endRow();
   } else if (paragraphs_ > 0 && name == "s") {
     text().append(std::string(std::clamp(attributes.number("c").value_or(1), 1u, kMaximumBlanks), ' '));
   } else if (paragraphs_ > 0 && name == "tab") {

@@ -121,9 +121,7 @@ class OpenXMLDocument {
       for (const OrderHandler::Item &item : order->second.items()) {
         const auto referred = std::ranges::find(related, item.identifier, &Relationships::value_type::first);
         if (referred == related.end()) continue;
-        text.endLine();
-        text.append(item.name);
-        text.endLine();
+        text.appendLines(NSString::stringWithLossyUTF8String(item.name).view());
         append(referred->second, text, references - 1);
       }
       return;

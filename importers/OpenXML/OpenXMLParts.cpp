@@ -9,6 +9,9 @@ namespace {
 /// Parts, references and sheets beyond so many are not looked at.
 constexpr std::size_t kMaximumItems = Package::kMaximumParts;
 
+/// Names of sheets are cut behind so many bytes.
+constexpr std::size_t kMaximumNameBytes = 1024;
+
 constexpr std::string_view kXML = "+xml";
 
 /// The ends of content types, in front of "+xml".
@@ -88,8 +91,8 @@ void OrderHandler::startElement(std::string_view name, const XMLAttributes &attr
   if ((name != "sldId" && name != "sheet") || items_.size() >= kMaximumItems) return;
   // Slides have an "id" of their own beside the "r:id".
   const auto identifier = attributes.prefixedValue("id");
-  if (identifier)
-    items_.push_back({std::string(*identifier), std::string(attributes.value("name").value_or(""))});
+  const std::string_view sheet = attributes.value("name").value_or("").substr(0, kMaximumNameBytes);
+  if (identifier) items_.push_back({std::string(*identifier), std::string(sheet)});
 }
 
 }  // namespace nimbo

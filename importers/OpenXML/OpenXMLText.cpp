@@ -57,6 +57,8 @@ void OpenXMLTextHandler::startElement(std::string_view name, const XMLAttributes
     text_.append(std::u16string_view(u"\u2011"));
   else if (name == "p")
     text_.endLine();
+  else if (name == "tr")
+    text_.endRow();
 }
 
 void OpenXMLTextHandler::endElement(std::string_view name) {

@@ -14,16 +14,22 @@ constexpr std::uint32_t kMaximumTabs = 64;
 
 void DocumentText::append(std::string_view text) {
   if (text.empty() || budget_->isSpent()) return;
-  separate();
   const std::uint32_t before = text_.length();
+  separate();
   text_.append(text);
   text_.setLength(before + budget_->spendText(text_.length() - before));
 }
 
 void DocumentText::append(std::u16string_view text) {
   if (text.empty() || budget_->isSpent()) return;
+  const std::uint32_t before = text_.length();
   separate();
-  text_.append(text.substr(0, budget_->spendText(static_cast<std::uint32_t>(text.size()))));
+  text_.append(text);
+  text_.setLength(before + budget_->spendText(text_.length() - before));
+}
+
+void DocumentText::endLine() noexcept {
+  if (tabs_ == 0) endsLine_ = true;
 }
 
 void DocumentText::endCell() noexcept {
@@ -32,7 +38,7 @@ void DocumentText::endCell() noexcept {
 }
 
 void DocumentText::endRow() noexcept {
-  endsLine_ = true;
+  endsRow_ = true;
   tabs_ = 0;
 }
 
@@ -49,9 +55,9 @@ NSString DocumentText::string() && {
 }
 
 void DocumentText::separate() {
-  if (endsLine_ && text_.length() > 0) text_.appendCharacter(u'\n');
+  if ((endsLine_ || endsRow_) && text_.length() > 0) text_.appendCharacter(u'\n');
   for (; tabs_ > 0; --tabs_) text_.appendCharacter(u'\t');
-  endsLine_ = false;
+  endsLine_ = endsRow_ = false;
 }
 
 }  // namespace nimbo

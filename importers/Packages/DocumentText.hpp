@@ -19,11 +19,11 @@ class DocumentText {
   void append(std::string_view text);
   /// Appends units.
   void append(std::u16string_view text);
-  /// Ends a line, if there is one.
-  void endLine() noexcept { endsLine_ = true; }
+  /// Ends a line, if there is one. The first line of a cell stands beside that of the cell in front of it.
+  void endLine() noexcept;
   /// Ends a cell; a line that ended in it last does not count.
   void endCell() noexcept;
-  /// Ends a row of cells.
+  /// Begins or ends a row of cells.
   void endRow() noexcept;
 
   /// Appends another text in lines of its own; its length is accounted for already.
@@ -40,7 +40,7 @@ class DocumentText {
   DocumentBudget *budget_;
   NSMutableString text_;
   std::uint32_t tabs_ = 0;
-  bool endsLine_ = false;
+  bool endsLine_ = false, endsRow_ = false;
 };
 
 }  // namespace nimbo

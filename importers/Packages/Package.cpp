@@ -3,6 +3,7 @@
 
 #include <archive.h>
 #include <archive_entry.h>
+#include <locale.h>
 #include <unistd.h>
 
 #include <array>
@@ -51,6 +52,23 @@ struct ReadFree {
   void operator()(struct archive *archive) const noexcept { archive_read_free(archive); }
 };
 
+/// The library gives names in the character set of the thread's locale, and none that it cannot hold.
+class NamesInUTF8 {
+ public:
+  NamesInUTF8() : previous_(::uselocale(locale())) {}
+  NamesInUTF8(const NamesInUTF8 &) = delete;
+  NamesInUTF8 &operator=(const NamesInUTF8 &) = delete;
+  ~NamesInUTF8() { ::uselocale(previous_); }
+
+ private:
+  static locale_t locale() {
+    static const locale_t made = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+    return made;
+  }
+
+  locale_t previous_;
+};
+
 bool needsPassword(int descriptor) {
   ::lseek(descriptor, 0, SEEK_SET);
   const NSData data = readData(descriptor, 0, kMaximumSearchedBytes);
@@ -76,6 +94,7 @@ bool Package::read(const std::function<PartReader(const std::string &)> &readerO
     budget_.fail(ErrorCode::unreadable, "the file cannot be read");
     return false;
   }
+  const NamesInUTF8 names;
   const std::unique_ptr<struct archive, ReadFree> archive(archive_read_new());
   const auto source = std::make_unique<Source>(Source{file_.get(), budget_, {}});
   archive_read_support_format_zip(archive.get());
@@ -95,7 +114,7 @@ bool Package::read(const std::function<PartReader(const std::string &)> &readerO
       budget_.fail(ErrorCode::incomplete, "only the first 65536 parts are read");
       return false;
     }
-    const char *const name = archive_entry_pathname_utf8(entry);
+    const char *const name = archive_entry_pathname(entry);
     const PartReader reader = name ? readerOf(nameOfPart(name)) : PartReader();
     if (!reader) continue;
     if (archive_entry_is_data_encrypted(entry)) {

@@ -5,9 +5,11 @@
 #include <tuple>
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "tests/support/FileReaders.hpp"
 #include "tests/support/PDFSamples.hpp"
 #include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/WebArchiveSamples.hpp"
 
 namespace nimbo {
 namespace {
@@ -233,26 +235,136 @@ TEST_F(Importers, TakeWhatStandsBeforeTheCut) {
   EXPECT_EQ(cutPhoto.objectForKey(u"kMDItemPixelWidth"_ns), id(480));
 }
 
-FileReader importerReader(const char *name, const char *path, const char *example) {
+std::string contentsOfDocument(const std::string &name) {
+  return contentsOfFile(QUIVERLEAF_TEST_DATA "/documents/" + name);
+}
+
+TEST_F(Importers, Documents) {
+  const NSArray author{u"Rowan Fletcher"_ns}, both{u"Rowan Fletcher"_ns, u"Ash Birch"_ns};
+  const NSArray keywords{u"leaf"_ns, u"quiver"_ns};
+  const NSDate made = NSDate::dateWithUTC(2024, 9, 20, 10, 30, 0);
+  const NSDictionary letter = {
+      {u"kMDItemTitle"_ns, u"Loose leaves"_ns},
+      {u"kMDItemSubject"_ns, u"Leaves"_ns},
+      {u"kMDItemDescription"_ns, u"What was found"_ns},
+      {u"kMDItemAuthors"_ns, author},
+      {u"kMDItemContentCreationDate"_ns, made},
+      {u"kMDItemContentModificationDate"_ns, NSDate::dateWithUTC(2024, 9, 21, 8, 0, 0)},
+      {u"kMDItemNumberOfPages"_ns, 1}};
+  // What is deleted is not there; notes, comments and what stands on every page come last.
+  const NSString body =
+      u"The quiver and the leaf\nGr\u00fc\u00dfe & \u9280\u674f fall.\tTab   blanks\nnext "
+      u"line\noak\nash\na1\na1 "
+      u"below\tb1\n\tb2\nThe end\n"_ns;
+  const NSString last = u"A footnote\nThat is me\nArchive of Loose Leaves\nBelow every page"_ns;
+  const struct {
+    const char *name;
+    NSDictionary attributes;
+    NSString text;
+  } cases[] = {
+      {"letter.fodt", letter, stringByConcatenating(body, last)},
+      {"letter.odt", letter, stringByConcatenating(body, last)},
+      {"letter.docx", letter, stringByConcatenating(body, u"\t", last)},
+      {"table.xlsx",
+       {{u"kMDItemTitle"_ns, u"Quivers"_ns},
+        {u"kMDItemAuthors"_ns, both},
+        {u"kMDItemKeywords"_ns, keywords},
+        {u"kMDItemContentCreationDate"_ns, made}},
+       u"Leaves\nName\tCount\tPressed\nGingko \u9280\u674f\t12\tTRUE\nOak & ash\t3.5\tlast\nA rare one\nEmpty\n"
+       u"Sums\nName\t15.5"_ns},
+      {"table.ods",
+       {{u"kMDItemTitle"_ns, u"Quivers"_ns}, {u"kMDItemKeywords"_ns, keywords}},
+       u"Leaves\nName\tCount\nGingko \u9280\u674f\t12\nSums\nName\t15.5"_ns},
+      {"talk.odp", {{u"kMDItemAuthors"_ns, author}}, u"First slide\nSay hello\nSecond slide"_ns},
+      {"talk.pptx",
+       {{u"kMDItemTitle"_ns, u"A talk"_ns},
+        {u"kMDItemKeywords"_ns, keywords},
+        {u"kMDItemOrganizations"_ns, NSArray{u"Archive of Loose Leaves"_ns}},
+        {u"kMDItemContentCreationDate"_ns, made},
+        {u"kMDItemNumberOfPages"_ns, 2},
+        {u"kMDItemWordCount"_ns, 9}},
+       u"Shown\nfirst\nSay hello\nShown last\na\tb\nc\td"_ns},
+      {"book.epub",
+       {{u"kMDItemTitle"_ns, u"Loose Leaves"_ns},
+        {u"kMDItemAuthors"_ns, both},
+        {u"kMDItemLanguages"_ns, NSArray{u"en"_ns}},
+        {u"kMDItemContentCreationDate"_ns, NSDate::dateWithUTC(2024, 9, 20, 0, 0, 0)}},
+       u"First\nSecond\n\n\n\ncaf\u00e9 & more"_ns},
+  };
+  for (const auto &[name, attributes, text] : cases) {
+    SCOPED_TRACE(name);
+    NSError error;
+    const NSDictionary found = metaData(folder.write(name, contentsOfDocument(name)), &error);
+    EXPECT_FALSE(error) << error.localizedFailureReason.UTF8String();
+    expectAttributes(found, attributes);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().UTF8String(), text.UTF8String());
+  }
+}
+
+constexpr std::string_view kPage =
+    "<!DOCTYPE html><html lang=de><head><title>\n A  <page> &amp; more </title><meta name=Author "
+    "content='Rowan F.'>"
+    "<meta content='leaf, quiver;oak' name=keywords><meta name=description content='a &amp; b'>"
+    "<title>Other</title>"
+    "</head><body><svg><title>Drawing</title></svg><p>Gr\xc3\xbc\xc3\x9f"
+    "e<script>code</script>";
+
+TEST_F(Importers, Pages) {
+  const NSDictionary wanted = {{u"kMDItemTitle"_ns, u"A <page> & more"_ns},
+                               {u"kMDItemAuthors"_ns, NSArray{u"Rowan F."_ns}},
+                               {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns, u"oak"_ns}},
+                               {u"kMDItemDescription"_ns, u"a & b"_ns},
+                               {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}};
+  const id archive =
+      listOfArchive(listOfResource(kPage, u"http://example.org/"_ns, u"text/html"_ns, u"UTF-8"_ns), {},
+                    NSArray{listOfArchive(listOfResource("<p>frame", NSString()))});
+  const NSDictionary archived = metaDataOf("a.webarchive", bytesOfList(archive).view());
+  const NSDictionary page = metaDataOf("a.html", kPage);
+  for (const NSDictionary &found : {page, archived}) {
+    expectAttributes(found, wanted);
+    EXPECT_TRUE(contains(found.objectForKey(u"kMDItemTextContent"_ns).string(), u"Gr\u00fc\u00dfe"));
+    EXPECT_FALSE(contains(found.objectForKey(u"kMDItemTextContent"_ns).string(), u"code"));
+  }
+  EXPECT_TRUE(contains(archived.objectForKey(u"kMDItemTextContent"_ns).string(), u"\n\nframe"));
+  EXPECT_EQ(archived.objectForKey(u"kMDItemWhereFroms"_ns), id(NSArray{u"http://example.org/"_ns}));
+  NSError error;
+  metaData(folder.write("long.html", std::string(kPage) + std::string(16 << 20, ' ')), &error);
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+}
+
+FileReader importerReader(const char *name, const char *path, std::string whole, bool noticesCuts = true) {
   return {name,
           path,
-          contentsOfExample(example),
+          std::move(whole),
           [](const NSString &file, NSError *error) {
             const NSDictionary found = Importers::metaData(file, error);
             return found.count() > 0 ? id(found) : id();
           },
           true,
-          std::string_view(path).ends_with(".pdf")};
+          noticesCuts};
 }
 
-INSTANTIATE_TEST_SUITE_P(Importers, FileReaders,
-                         testing::Values(importerReader("PDF", "leaf.pdf", "article.pdf"),
-                                         importerReader("LatinText", "leaf.txt", "letter-latin1.txt"),
-                                         importerReader("UTF16Text", "leaf.txt", "labels-utf16.txt"),
-                                         importerReader("Source", "leaf.c", "quiver.c"),
-                                         importerReader("JPEG", "leaf.jpg", "leaf.jpg"),
-                                         importerReader("PNG", "leaf.png", "leaf.png")),
-                         nameOfFileReader);
+FileReader exampleReader(const char *name, const char *path, const char *example, bool noticesCuts = false) {
+  return importerReader(name, path, contentsOfExample(example), noticesCuts);
+}
+
+FileReader documentReader(const char *name, const char *document) {
+  return importerReader(name, document, contentsOfDocument(document));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Importers, FileReaders,
+    testing::Values(exampleReader("PDF", "leaf.pdf", "article.pdf", true),
+                    exampleReader("LatinText", "leaf.txt", "letter-latin1.txt"),
+                    exampleReader("UTF16Text", "leaf.txt", "labels-utf16.txt"),
+                    exampleReader("Source", "leaf.c", "quiver.c"),
+                    exampleReader("JPEG", "leaf.jpg", "leaf.jpg"), exampleReader("PNG", "leaf.png", "leaf.png"),
+                    importerReader("HTML", "leaf.html", std::string(kPage), false),
+                    documentReader("FODT", "letter.fodt"), documentReader("ODT", "letter.odt"),
+                    documentReader("DOCX", "letter.docx"), documentReader("XLSX", "table.xlsx"),
+                    documentReader("ODS", "table.ods"), documentReader("ODP", "talk.odp"),
+                    documentReader("PPTX", "talk.pptx"), documentReader("EPUB", "book.epub")),
+    nameOfFileReader);
 
 }  // namespace
 }  // namespace nimbo
