@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/CSS/CSSDeclaration.hpp"
+#include "platform/CSS/CSSNames.hpp"
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+
+/// An element of `CSSElements`: its place in the order of the document.
+using CSSElementIndex = std::uint32_t;
+/// No element.
+inline constexpr CSSElementIndex kNoCSSElement = 0xffffffff;
+
+/// An attribute of an element.
+struct CSSAttribute {
+  std::u16string_view name;
+  std::u16string_view value;
+};
+
+/// A page's elements as selectors see them, in the order of the document. The page's text must outlive it.
+///
+///     CSSElements elements(names, CSSMode::kStandard);
+///     elements.begin(u"p", attributes, CSSElements::Kind::kHTML);
+///     elements.addText();
+///     elements.end();
+class CSSElements {
+ public:
+  /// Whose names are compared in any case of their letters.
+  enum class Kind : std::uint8_t { kHTML, kForeign };
+
+  /// An element.
+  struct Element {
+    CSSName type = kNoCSSName;
+    CSSName id = kNoCSSName;
+    CSSElementIndex parent = kNoCSSElement;
+    CSSElementIndex previousSibling = kNoCSSElement;
+    CSSElementIndex nextSibling = kNoCSSElement;
+    /// One behind its last descendant.
+    CSSElementIndex end = 0;
+    /// Its place among the elements of its parent, from 1 on.
+    std::uint32_t childIndex = 1;
+    std::uint32_t childCount = 0;
+    std::uint32_t firstClass = 0, classCount = 0;
+    std::uint32_t firstAttribute = 0, attributeCount = 0;
+    /// The filter of its ancestors; `kNoFilter` for the root.
+    std::uint32_t ancestorFilter = 0;
+    Kind kind = Kind::kHTML;
+    /// Whether it has neither elements nor text.
+    bool isEmpty = true;
+  };
+
+  /// An attribute with its name as a number.
+  struct Attribute {
+    CSSName name = kNoCSSName;
+    std::u16string_view value;
+  };
+
+  /// A page in the mode whose names go to the table, which must outlive it.
+  CSSElements(CSSNames &names, CSSMode mode);
+
+  /// Begins an element in the one that is open, and answers its index. The names of HTML elements and of their
+  /// attributes are taken in lower case. Raises `std::bad_alloc`.
+  CSSElementIndex begin(std::u16string_view type, std::span<const CSSAttribute> attributes, Kind kind);
+  /// Says that the open element has text.
+  void addText();
+  /// Ends the open element.
+  void end();
+
+  /// How many elements there are.
+  std::size_t size() const { return elements_.size(); }
+  /// An element, which must be one.
+  const Element &operator[](CSSElementIndex index) const NIMBO_LIFETIMEBOUND { return elements_[index]; }
+  /// The classes of an element, borrowed.
+  std::span<const CSSName> classes(const Element &element) const NIMBO_LIFETIMEBOUND {
+    return std::span(classes_).subspan(element.firstClass, element.classCount);
+  }
+  /// The attributes of an element, borrowed.
+  std::span<const Attribute> attributes(const Element &element) const NIMBO_LIFETIMEBOUND {
+    return std::span(attributes_).subspan(element.firstAttribute, element.attributeCount);
+  }
+  /// The value of an attribute; nothing when the element does not have it.
+  std::optional<std::u16string_view> attribute(const Element &element, CSSName name) const;
+  /// Whether an ancestor of the element may have the type, id or class that a bit stands for.
+  bool mayHaveAncestor(const Element &element, std::uint16_t filterBit) const {
+    return filters_[element.ancestorFilter][filterBit / 64] >> (filterBit % 64) & 1;
+  }
+  /// The table of the names.
+  CSSNames &names() const { return *names_; }
+  /// The mode of the page.
+  CSSMode mode() const { return mode_; }
+
+  /// How many bits a filter of ancestors has.
+  static constexpr std::size_t kFilterBits = 256;
+  /// The bit of a type, id or class in the filters.
+  static std::uint16_t filterBit(CSSName name) {
+    return static_cast<std::uint16_t>((name * 0x9e3779b1U) >> 24);
+  }
+
+ private:
+  using Filter = std::array<std::uint64_t, kFilterBits / 64>;
+  struct Open {
+    CSSElementIndex index;
+    CSSElementIndex lastChild = kNoCSSElement;
+    std::uint32_t filter = kNoFilter;
+  };
+  static constexpr std::uint32_t kNoFilter = 0xffffffff;
+
+  std::uint32_t filterOfChildren(Open &open);
+
+  CSSNames *names_;
+  CSSMode mode_;
+  CSSName idName_, className_;
+  std::vector<Element> elements_;
+  std::vector<CSSName> classes_;
+  std::vector<Attribute> attributes_;
+  std::vector<Filter> filters_;
+  std::vector<Open> open_;
+};
+
+}  // namespace nimbo
