@@ -11,14 +11,15 @@
 #include "tools/MarkupCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
 #include "tools/URLCommands.hpp"
+#include "tools/WebArchiveCommands.hpp"
 
 namespace nimbo {
 
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
-    for (const auto *more : {&helperCommands(), &plainTextCommands(), &markupCommands(), &entityCommands(),
-                             &charsetCommands(), &urlCommands(), &helpCommands()})
+    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &plainTextCommands(), &markupCommands(),
+                             &entityCommands(), &charsetCommands(), &urlCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

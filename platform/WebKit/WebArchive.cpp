@@ -2,6 +2,7 @@
 #include "platform/WebKit/WebArchive.hpp"
 
 #include <algorithm>
+#include <string>
 
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/id.hpp"
@@ -84,8 +85,13 @@ WebArchive WebArchive::archiveWithPropertyList(const NSDictionary &list, std::ui
 }
 
 WebArchive WebArchive::archiveWithData(const NSData &data, NSError *error) {
-  const id list = NSPropertyListSerialization::propertyListFromData(data, nullptr, error);
-  if (!list) return WebArchive();
+  NSError listError;
+  const id list = NSPropertyListSerialization::propertyListFromData(data, nullptr, &listError);
+  if (!list) {
+    const std::string reason = listError.localizedFailureReason.UTF8String();
+    setError(error, listError.errorCode(), "the file is no web archive: " + reason);
+    return WebArchive();
+  }
   Reading reading;
   WebArchive archive = archiveWithPropertyList(list.dictionary(), 1, reading);
   if (!archive && reading.isCut)

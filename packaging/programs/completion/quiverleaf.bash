@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping status stop text strip tags entities charset decode url help version'
+  local commands='metadata pdf ping status stop webarchive text strip tags entities charset decode url help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -11,6 +11,7 @@ _quiverleaf() {
     fi
   done
   [[ $command == pdf ]] && options+=' --attributed'
+  [[ $command == webarchive ]] && options+=' --create --output'
   [[ $command == text ]] && options+=' --reformat --simple --body --no-junk --google-tags --plain-ascii'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
   [[ $command == decode ]] && options+=' --encoding --default --json'
@@ -22,9 +23,12 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
   elif [[ $word == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+  elif [[ $previous =~ ^(-o|--output)$ ]]; then
+    compopt -o filenames
+    mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command =~ ^(metadata|pdf|text|strip|tags|decode)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|text|strip|tags|decode)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi

@@ -1,0 +1,101 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Web archives made and read by the quiverleaf command."""
+
+import plistlib
+import unittest
+
+from command import CommandTestCase
+
+PAGE = """<!DOCTYPE html><title>Page</title><link rel="alternate STYLESHEET" href="css/b.css"><link rel=next href=next.html>
+<style>/* url(no.png) */ @import 'css/c.css'; p { background: url( "sub dir/e.png" ) }</style>
+<body background=d.gif style="background:url(&quot;d.gif&quot;)">Gr\u00fc\u00dfe<a href=other.html>no</a>
+<img src=sub%20dir/e.png#x srcset="f.png 1x, g.jpg, http://example.org/h.png 2x"><img src="data:image/gif;base64,R0">
+<picture><source srcset="caf\u00e9.webp 100w"></picture><input type=IMAGE src=d.gif><video poster=poster.avif></video>
+<iframe name="a &amp; b" src=frame.html></iframe><iframe src=page.html></iframe><script src=code.js></script>"""
+FILES = {
+    "css/b.css": '@charset "utf-8"; @import "c.css"; @import URL(missing.css) screen; p { background: url(../d.gif) }',
+    "css/c.css": '@import "b.css"; @font-face { src: url(f.woff2) format("woff2") } p::before { content: "i.png" }',
+    "css/f.woff2": "font",
+    "sub dir/e.png": "image e",
+    "caf\u00e9.webp": "image w",
+    "d.gif": "image d",
+    "f.png": "image f",
+    "poster.avif": "image p",
+    "frame.html": "<base href=css/><p>In the frame<img src=../d.gif><iframe src=../inner.xhtml></iframe>",
+    "inner.xhtml": "<p>inside",
+    "code.js": "code",
+}
+
+
+def names(archive, folder):
+    """What an archive holds, by the paths of its resources."""
+
+    def name(resource):
+        return resource["WebResourceURL"].removeprefix(f"file://{folder}/")
+
+    resources = sorted(name(resource) for resource in archive.get("WebSubresources", ()))
+    frames = [names(frame, folder) for frame in archive.get("WebSubframeArchives", ())]
+    return name(archive["WebMainResource"]), resources, frames
+
+
+class WebArchiveTest(CommandTestCase):
+    def setUp(self):
+        super().setUp()
+        for name, content in FILES.items():
+            (self.folder / name).parent.mkdir(exist_ok=True)
+            self.file(name, content.encode())
+        self.file("page.html", PAGE.encode())
+
+    def create(self, page, *missing):
+        """The archive of a page, which tells what is missing in it."""
+        done = self.run_command("webarchive", "--create", page, "-o", "out.webarchive")
+        self.assertEqual((done.returncode, done.stdout), (0, b""), done.stderr)
+        lines = sorted(line.split(": ")[1] for line in done.stderr.decode().splitlines())
+        self.assertEqual(lines, sorted(missing))
+        return plistlib.loads((self.folder / "out.webarchive").read_bytes())
+
+    def test_a_page_is_collected_with_all_that_it_shows(self):
+        archive = self.create("page.html", "g.jpg", "http://example.org/h.png", "missing.css", "page.html")
+        inner = ("inner.xhtml", [], [])
+        resources = ["caf%C3%A9.webp", "css/b.css", "css/c.css", "css/f.woff2", "d.gif", "f.png", "poster.avif", "sub%20dir/e.png"]
+        self.assertEqual(names(archive, self.folder), ("page.html", resources, [("frame.html", ["d.gif"], [inner])]))
+        main, frame = archive["WebMainResource"], archive["WebSubframeArchives"][0]["WebMainResource"]
+        self.assertEqual((main["WebResourceData"].decode(), main["WebResourceTextEncodingName"]), (PAGE, "UTF-8"))
+        self.assertEqual(frame["WebResourceFrameName"], "a & b")
+        image = next(r for r in archive["WebSubresources"] if r["WebResourceURL"].endswith("e.png"))
+        self.assertEqual((image["WebResourceData"], image["WebResourceMIMEType"]), (b"image e", "image/png"))
+
+        answer = self.answer("webarchive", "out.webarchive")
+        self.assertEqual(answer["URL"], f"file://{self.folder}/page.html")
+        self.assertEqual(answer["Source"], PAGE)
+        self.assertEqual([line.strip() for line in answer["String"].split("\n") if line], ["Gr\u00fc\u00dfeno", "In the frame", "inside"])
+
+    def test_nothing_but_what_pages_show_leaves_the_machine(self):
+        self.file("secret", b"secret")
+        self.file("secret.txt", b"secret")
+        frames = "<iframe src=secret.txt></iframe><link rel=stylesheet href=secret><img src=secret.txt><img src=file://host/d.gif>"
+        self.file("curious.html", frames.encode())
+        archive = self.create("curious.html", "secret.txt", "secret", "secret.txt", "file://host/d.gif")
+        self.assertEqual(names(archive, self.folder), ("curious.html", [], []))
+
+    def test_frames_that_show_each_other_end(self):
+        self.file("a.html", b"<iframe src=b.html></iframe>" * 3)
+        self.file("b.html", b"<iframe src=a.html></iframe>")
+        archive = self.create("a.html", *["a.html"] * 3)
+        self.assertEqual(names(archive, self.folder), ("a.html", [], [("b.html", [], [])] * 3))
+        for number in range(70):
+            self.file(f"{number}.html", f"<iframe src={number + 1}.html></iframe>".encode())
+        self.create("0.html", "64.html")
+
+    def test_what_goes_wrong(self):
+        self.assert_fails(7, "no such file", "webarchive", "--create", "missing.html", "-o", "out")
+        self.assert_fails(6, "cannot be written", "webarchive", "--create", "frame.html", "-o", "no folder/out")
+        self.assert_fails(1, "go together", "webarchive", "--create", "page.html")
+        self.assert_fails(1, "go together", "webarchive", "page.html", "-o", "out")
+        self.assert_fails(3, "no web archive", "webarchive", "page.html")
+        self.assert_fails(7, "no such file", "webarchive", "missing.webarchive")
+
+
+if __name__ == "__main__":
+    unittest.main()
