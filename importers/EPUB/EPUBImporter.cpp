@@ -126,8 +126,7 @@ class Book {
     if (chapters_.empty()) budget_.fail(ErrorCode::damaged, "the document is damaged");
     for (const std::string &chapter : chapters_) texts_.try_emplace(chapter, budget_);
     package_.read([this](const std::string &name) { return readerOfChapter(name); });
-    properties.setAttributes(attributes);
-    attributes.set("kMDItemTextContent", text());
+    setDocument(attributes, properties, text(), budget_);
   }
 
  private:
@@ -184,7 +183,6 @@ class Book {
 void importEPUB(const NSString &path, Attributes &attributes) {
   DocumentBudget budget;
   Book(path, budget).read(attributes);
-  attributes.setReason(budget.error());
 }
 
 }  // namespace

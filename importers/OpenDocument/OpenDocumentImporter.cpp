@@ -85,9 +85,7 @@ struct OpenDocument {
 void importOpenDocument(const NSString &path, Attributes &attributes) {
   OpenDocument document;
   document.read(path);
-  document.properties.setAttributes(attributes);
-  attributes.set("kMDItemTextContent", document.text());
-  attributes.setReason(document.budget.error());
+  setDocument(attributes, document.properties, document.text(), document.budget);
 }
 
 }  // namespace

@@ -151,10 +151,7 @@ void importOpenXML(const NSString &path, Attributes &attributes) {
   DocumentBudget budget;
   OpenXMLDocument document(path, budget);
   document.read();
-  document.properties().setAttributes(attributes);
-  const NSString text = document.text();
-  attributes.set("kMDItemTextContent", text);
-  attributes.setReason(budget.error());
+  setDocument(attributes, document.properties(), document.text(), budget);
 }
 
 }  // namespace

@@ -48,6 +48,14 @@ void DocumentProperties::setAttributes(Attributes &attributes) const {
   if (words) attributes.set("kMDItemWordCount", *words);
 }
 
+void setDocument(Attributes &attributes, const DocumentProperties &properties, const NSString &text,
+                 DocumentBudget &budget) {
+  properties.setAttributes(attributes);
+  attributes.set("kMDItemTextContent", text);
+  if (!text) budget.fail(ErrorCode::incomplete, "the document holds no text");
+  attributes.setReason(budget.error());
+}
+
 std::vector<std::string> listOfText(std::string_view text, std::string_view separators) {
   std::vector<std::string> list;
   while (!text.empty()) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "importers/ImporterPlugIn.hpp"
+#include "importers/Packages/DocumentBudget.hpp"
 #include "platform/Foundation/NSDate.hpp"
 #include "platform/Foundation/NSString.hpp"
 
@@ -31,6 +32,10 @@ struct DocumentProperties {
 
   void setAttributes(Attributes &attributes) const;
 };
+
+/// Sets what was found of a document, and the reason why it is not whole, or that it holds no text.
+void setDocument(Attributes &attributes, const DocumentProperties &properties, const NSString &text,
+                 DocumentBudget &budget);
 
 /// The parts of a list, trimmed, without empty ones; `separators` are those that part them.
 std::vector<std::string> listOfText(std::string_view text, std::string_view separators);
