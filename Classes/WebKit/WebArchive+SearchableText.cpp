@@ -11,6 +11,9 @@ inline namespace SearchableText {
 
 namespace {
 
+/// Stands in front of the text of each page.
+constexpr std::u16string_view kSeparator = u"\n\n";
+
 /// Goes through an archive and its frames.
 class TextGathering {
  public:
@@ -20,7 +23,9 @@ class TextGathering {
   bool append(const WebArchive &archive, const NSString &source) {
     markupLength_ += source.length();
     if (const NSString page = stringByConvertingHtml2PlainTextNonUmlauted(source, false, true, true, false)) {
-      text_.append(u"\n\n");
+      // Most archives have one page.
+      if (text_.length() == 0) text_.reserve(kSeparator.size() + page.length());
+      text_.append(kSeparator);
       text_.appendString(page);
     }
     for (const WebArchive &frame : archive.subframeArchives()) {
