@@ -45,7 +45,8 @@ bool isASCII(const NSString &host) {
 bool hasEncodedLabel(const NSString &host) {
   const auto isEqual = [](unichar c, char16_t lower) { return (c | 0x20) == lower || c == lower; };
   const std::u16string_view prefix = u"xn--";
-  return !std::ranges::search(host.view(), prefix, isEqual).empty();
+  const std::u16string_view units = host.view();
+  return std::search(units.begin(), units.end(), prefix.begin(), prefix.end(), isEqual) != units.end();
 }
 
 }  // namespace
