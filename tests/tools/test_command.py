@@ -179,7 +179,7 @@ class CommandTest(CommandTestCase):
         self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
         self.file("text.pdf", b"no PDF at all")
         self.file("empty.pdf", b"")
-        self.file("letter.docx", b"PK")
+        self.file("letter.hwp", b"PK")
         self.file("strange.qqq", bytes(range(1, 200, 3)))
         os.mkfifo(self.folder / "fifo")
         (self.folder / "loop").symlink_to("loop")
@@ -198,7 +198,7 @@ class CommandTest(CommandTestCase):
             (7, "metadata", "fifo", "is no regular file"),
             (7, "metadata", "loop", "cannot be read: Too many levels"),
             (8, "metadata", "strange.qqq", "its type is unknown"),
-            (8, "metadata", "letter.docx", "no importer reads files of this type .*document"),
+            (8, "metadata", "letter.hwp", "no importer reads files of this type .*hwp"),
             (7, "pdf", "missing\nline", "missing.line: there is no such file"),
             (7, "pdf", "text.pdf/x", "no such file"),
             (7, "pdf", "folder.pdf", "is a folder"),

@@ -109,15 +109,15 @@ class PlacesTest(CommandTestCase):
             self.assertEqual(self.run_command("stop", environment=environment).returncode, 0)
 
     def test_importers_in_the_home_folder_are_found(self):
-        self.file("page.html", b"Some words")
+        self.file("letter.hwp", b"Some words")
         self.environment["HOME"] = str(self.folder)
-        self.assert_fails(8, "no importer", "metadata", "page.html")
+        self.assert_fails(8, "no importer", "metadata", "letter.hwp")
         self.run_command("stop")
         bundle = self.folder / "Library" / "Spotlight" / "Mine.mdimporter"
         shutil.copytree(REAL_HELPER.parent / "importers" / "Text.mdimporter", bundle)
         information = bundle / "Contents" / "Info.plist"
-        information.write_text(information.read_text("utf-8").replace("public.plain-text", "public.html"), "utf-8")
-        self.assertIn("Some words", self.answer("metadata", "page.html")["kMDItemTextContent"])
+        information.write_text(information.read_text("utf-8").replace("public.plain-text", "com.haansoft.hancomofficeviewer.hwp"), "utf-8")
+        self.assertIn("Some words", self.answer("metadata", "letter.hwp")["kMDItemTextContent"])
 
 
 class HelperTest(CommandTestCase):
