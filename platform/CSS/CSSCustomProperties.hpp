@@ -15,6 +15,8 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+class CSSVariableReplacement;
+
 /// What replacing variables may cost a page, in code units; then values with variables are invalid.
 struct CSSVariableBudget {
   std::size_t remaining = std::size_t{1} << 26;
@@ -41,6 +43,7 @@ class CSSCustomProperties : public ReferenceCounted {
   std::optional<std::u16string_view> value(std::u16string_view name) const;
 
  private:
+  friend class CSSVariableReplacement;
   friend SharedPointer<CSSCustomProperties> makeShared<CSSCustomProperties>();
 
   struct Property {
@@ -51,7 +54,7 @@ class CSSCustomProperties : public ReferenceCounted {
 
   CSSCustomProperties() = default;
   const Property *find(std::u16string_view name) const;
-  void flatten();
+  void flatten(CSSVariableBudget &budget);
 
   std::vector<Property> own_;
   SharedPointer<CSSCustomProperties> inherited_;

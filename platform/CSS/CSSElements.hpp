@@ -51,7 +51,7 @@ class CSSElements {
     std::uint32_t childCount = 0;
     std::uint32_t firstClass = 0, classCount = 0;
     std::uint32_t firstAttribute = 0, attributeCount = 0;
-    /// The filter of its ancestors; `kNoFilter` for the root.
+    /// The filter of its ancestors, by its place among the filters.
     std::uint32_t ancestorFilter = 0;
     Kind kind = Kind::kHTML;
     /// Whether it has neither elements nor text.
@@ -79,7 +79,7 @@ class CSSElements {
   std::size_t size() const { return elements_.size(); }
   /// An element, which must be one.
   const Element &operator[](CSSElementIndex index) const NIMBO_LIFETIMEBOUND { return elements_[index]; }
-  /// The classes of an element, borrowed.
+  /// The classes of an element in ascending order, each once; borrowed.
   std::span<const CSSName> classes(const Element &element) const NIMBO_LIFETIMEBOUND {
     return std::span(classes_).subspan(element.firstClass, element.classCount);
   }
@@ -92,6 +92,10 @@ class CSSElements {
   /// Whether an ancestor of the element may have the type, id or class that a bit stands for.
   bool mayHaveAncestor(const Element &element, std::uint16_t filterBit) const {
     return filters_[element.ancestorFilter][filterBit / 64] >> (filterBit % 64) & 1;
+  }
+  /// How many elements have the element's parent; of a root how many roots there are.
+  std::uint32_t siblingCount(const Element &element) const {
+    return element.parent == kNoCSSElement ? rootCount_ : elements_[element.parent].childCount;
   }
   /// The table of the names.
   CSSNames &names() const { return *names_; }
@@ -110,19 +114,21 @@ class CSSElements {
   struct Open {
     CSSElementIndex index;
     CSSElementIndex lastChild = kNoCSSElement;
-    std::uint32_t filter = kNoFilter;
+    /// The filter of its children; 0 while it has none.
+    std::uint32_t filter = 0;
   };
-  static constexpr std::uint32_t kNoFilter = 0xffffffff;
 
+  void addAttributes(Element &element, std::span<const CSSAttribute> attributes);
   std::uint32_t filterOfChildren(Open &open);
 
   CSSNames *names_;
   CSSMode mode_;
-  CSSName idName_, className_;
+  std::uint32_t rootCount_ = 0;
   std::vector<Element> elements_;
   std::vector<CSSName> classes_;
   std::vector<Attribute> attributes_;
   std::vector<Filter> filters_;
+  /// The first one stands for the page, which holds the root.
   std::vector<Open> open_;
 };
 

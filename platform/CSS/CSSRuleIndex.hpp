@@ -3,7 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <span>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/CSS/CSSSelectorMatcher.hpp"
@@ -56,33 +59,31 @@ class CSSRuleIndex {
  private:
   struct Entry {
     const CSSSelector *selector;
-    const CSSStyleSheet *sheet;
-    const CSSStyleRule *rule;
+    std::span<const CSSDeclaration> declarations;
     std::uint32_t order;
-    Layer layer;
+    /// The layer; when the index is made, its rank.
+    std::uint32_t layer;
   };
   /// The entries of each name one behind the other: those of name n from starts[n] to starts[n + 1].
   struct Bucket {
     std::vector<std::uint32_t> starts;
     std::vector<Entry> entries;
 
+    void fill(std::span<const Entry> added, CSSSelector::Key key);
     std::span<const Entry> of(CSSName name) const;
   };
-  struct OriginLayer {
-    const CSSStyleSheet *sheet;
-    std::u16string_view name;
-    Layer parent;
-  };
+  using LayersOfSheet = std::vector<Layer>;
 
   void matchEntries(std::span<const Entry> entries, CSSSelectorMatcher &matcher, CSSElementIndex element,
                     std::vector<CSSMatch> &matches) const;
-  void rankLayers();
+  std::vector<std::uint32_t> rankedLayers() const;
 
   std::vector<Entry> added_;
-  Bucket byId_, byClass_, byType_;
-  std::vector<Entry> others_;
-  std::vector<OriginLayer> layers_;
-  std::vector<std::uint32_t> layerRanks_;
+  Bucket byId_, byClass_, byType_, others_;
+  /// Of each layer the one around it.
+  std::vector<Layer> layersAround_ = {kNoLayer};
+  std::map<std::pair<Layer, std::u16string_view>, Layer> namedLayers_;
+  std::map<std::pair<const CSSStyleSheet *, Layer>, LayersOfSheet> layersOfSheets_;
   std::uint32_t order_ = 0;
 };
 

@@ -13,7 +13,7 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-class CSSSelectorPart;
+struct CSSSelectorPart;
 
 /// What stands between a compound and the one to its left.
 enum class CSSCombinator : std::uint8_t {

@@ -5,11 +5,14 @@
 #include <cstdint>
 #include <span>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/CSS/CSSElements.hpp"
 #include "platform/CSS/CSSSelector.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
+
+enum class CSSSelectorPartKind : std::uint8_t;
 
 /// Matches selectors against the elements of a page.
 ///
@@ -22,13 +25,12 @@ namespace NIMBO_PUBLIC nimbo {
 class CSSSelectorMatcher {
  public:
   /// How many looks at an element a page may cost.
-  static constexpr std::uint64_t kBudget = 2'000'000'000;
+  static constexpr std::uint64_t kBudget = 500'000'000;
   /// How many elements one ":has()" looks at.
   static constexpr std::uint32_t kMaximumHasElements = 4096;
 
   /// A matcher for the page.
-  explicit CSSSelectorMatcher(const CSSElements &elements, std::uint64_t budget = kBudget)
-      : elements_(&elements), budget_(budget) {}
+  explicit CSSSelectorMatcher(const CSSElements &elements, std::uint64_t budget = kBudget);
 
   /// Whether the selector matches the element, or its pseudo-element.
   bool matches(const CSSSelector &selector, CSSElementIndex element);
@@ -41,36 +43,54 @@ class CSSSelectorMatcher {
 
  private:
   /// How far a failure reaches.
-  enum class Outcome : std::uint8_t { kMatches, kFailsHere, kFailsForSiblings, kFailsForAncestors };
-  struct CountKey {
-    const void *list;
-    CSSName type;
+  enum class Outcome : std::uint8_t {
+    kMatches,
+    kFailsHere,         ///< A farther sibling or ancestor may match.
+    kFailsForSiblings,  ///< No farther sibling matches; an ancestor may.
+    kFails,
+  };
+  /// The siblings that a place is counted among.
+  struct Counted {
+    /// Null for all of a type.
+    const CSSSelector *list;
+    /// The type, or the length of the list.
+    std::uint32_t typeOrLength;
     CSSElementIndex parent;
-    bool operator==(const CountKey &) const = default;
+    bool operator==(const Counted &) const = default;
   };
-  struct CountKeyHash {
-    std::size_t operator()(const CountKey &key) const;
+  struct CountedHash {
+    std::size_t operator()(const Counted &counted) const;
   };
+  /// How many of them there are up to an element and with it.
   struct Count {
     CSSElementIndex element;
     std::uint32_t count;
   };
 
-  Outcome matchFrom(std::span<const CSSSelectorPart> parts, CSSElementIndex element);
-  bool matchesPart(const CSSSelectorPart &part, CSSElementIndex element);
-  bool matchesPseudoClass(const CSSSelectorPart &part, CSSElementIndex element);
-  bool matchesAttribute(const CSSSelectorPart &part, const CSSElements::Element &element) const;
-  bool matchesAny(std::span<const CSSSelector> list, CSSElementIndex element);
-  bool matchesHas(std::span<const CSSSelector> list, CSSElementIndex element);
-  bool matchesNth(const CSSSelectorPart &part, CSSElementIndex element);
-  bool isCounted(const CSSSelectorPart &part, CSSName type, CSSElementIndex element);
-  std::uint32_t indexAmongCounted(const CSSSelectorPart &part, CSSElementIndex element, bool fromEnd);
+  Outcome matchFrom(std::span<const CSSSelectorPart> parts, CSSElementIndex index);
+  Outcome matchAlong(std::span<const CSSSelectorPart> rest, CSSCombinator combinator, CSSElementIndex index);
+  bool matchesPart(const CSSSelectorPart &part, CSSElementIndex index);
+  bool matchesState(CSSSelectorPartKind state, const CSSElements::Element &element);
+  bool matchesAttribute(const CSSSelectorPart &part, const CSSElements::Element &element);
+  bool matchesLanguage(const CSSSelectorPart &part, CSSElementIndex index);
+  bool isRightToLeft(CSSElementIndex index);
+  bool isDisabled(const CSSElements::Element &element);
+  bool matchesAny(std::span<const CSSSelector> list, CSSElementIndex index);
+  bool matchesHas(std::span<const CSSSelector> list, CSSElementIndex index);
+  bool matchesNth(const CSSSelectorPart &part, CSSElementIndex index);
+  bool isCounted(const Counted &counted, CSSElementIndex index);
+  std::uint32_t countUpTo(const Counted &counted, CSSElementIndex index);
+  std::uint32_t countOfAll(const Counted &counted, CSSElementIndex index);
+  CSSName known(std::size_t name) const { return known_[name]; }
+  bool hasAttribute(const CSSElements::Element &element, std::size_t known) const;
 
   const CSSElements *elements_;
   std::uint64_t budget_;
   std::uint64_t cost_ = 0;
   CSSElementIndex scope_ = kNoCSSElement;
-  std::unordered_map<CountKey, Count, CountKeyHash> counts_, totals_;
+  std::unordered_map<Counted, Count, CountedHash> counts_;
+  std::unordered_map<Counted, std::uint32_t, CountedHash> totals_;
+  std::vector<CSSName> known_;
 };
 
 }  // namespace nimbo
