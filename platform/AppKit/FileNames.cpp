@@ -35,6 +35,8 @@ std::size_t extensionOf(std::u16string_view name) {
 
 /// A name that the system takes, and that leads nowhere.
 std::u16string harmless(std::u16string_view preferred) {
+  while (!preferred.empty() && preferred.front() <= u' ') preferred.remove_prefix(1);
+  while (!preferred.empty() && preferred.back() <= u' ') preferred.remove_suffix(1);
   std::u16string name;
   for (std::size_t i = 0; i < preferred.size(); ++i) {
     const char16_t unit = preferred[i];
