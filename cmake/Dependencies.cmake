@@ -4,6 +4,7 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(QUIVERLEAF_ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 pkg_check_modules(QUIVERLEAF_GLIB REQUIRED IMPORTED_TARGET glib-2.0 gio-2.0 gio-unix-2.0)
 pkg_check_modules(QUIVERLEAF_PUGIXML REQUIRED IMPORTED_TARGET pugixml)
+pkg_check_modules(QUIVERLEAF_SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(QUIVERLEAF_URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
 
 # Of Highway the headers alone; platform/Foundation/Vectors/VectorTargets.cpp has what they call.

@@ -9,13 +9,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "platform/Foundation/System/FileDescriptor.hpp"
+#include "platform/Foundation/System/PipeReading.hpp"
 
 namespace nimbo {
 namespace {
@@ -85,21 +85,6 @@ int Child::start(const std::string &program, const std::vector<std::string> &arg
   return descriptor_ ? 0 : errno;
 }
 
-enum class Reading { waiting, ended, tooMuch };
-
-/// Takes what the pipe has now, without waiting.
-Reading readAvailable(int pipe, std::string &output, std::size_t limit) {
-  std::array<char, 16384> buffer;
-  for (;;) {
-    const ssize_t got = ::read(pipe, buffer.data(), buffer.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return errno == EAGAIN ? Reading::waiting : Reading::ended;
-    if (got == 0) return Reading::ended;
-    if (output.size() + static_cast<std::size_t>(got) > limit) return Reading::tooMuch;
-    output.append(buffer.data(), static_cast<std::size_t>(got));
-  }
-}
-
 }  // namespace
 
 std::optional<NSTask::Result> NSTask::run(NSError *error) const {
@@ -140,13 +125,13 @@ std::optional<NSTask::Result> NSTask::run(NSError *error) const {
     // Whether it has ended is looked at before the pipe is read: what it wrote last is then not missed.
     ended = waited[0].revents != 0;
     if (!readEnd) continue;
-    switch (readAvailable(readEnd.get(), output, maximumOutputBytes)) {
-      case Reading::waiting:
+    switch (detail::readAvailable(readEnd.get(), output, maximumOutputBytes)) {
+      case detail::PipeReading::waiting:
         break;
-      case Reading::ended:
+      case detail::PipeReading::ended:
         readEnd.close();
         break;
-      case Reading::tooMuch:
+      case detail::PipeReading::tooMuch:
         return fail(ErrorCode::tooLarge, "the program wrote more than its output limit");
     }
   }
