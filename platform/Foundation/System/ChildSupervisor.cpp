@@ -34,6 +34,7 @@ constexpr int kNotStarted = 127;
 
 std::vector<char *> pointers(const std::vector<std::string> &texts) {
   std::vector<char *> result;
+  result.reserve(texts.size() + 1);
   for (const std::string &text : texts) result.push_back(const_cast<char *>(text.c_str()));
   result.push_back(nullptr);
   return result;
@@ -245,7 +246,8 @@ void Supervisor::setUpNamespaces() {
   report_.protections.descendants = true;
   report_.protections.signals = true;
   report_.protections.network = !prepared_.plan.confinement().network;
-  report_.protections.writing = protectMounts(prepared_.plan);
+  // Programs know that they may not write everywhere, but not that a system is read-only.
+  if (!prepared_.plan.usesLandlock()) report_.protections.writing = protectMounts(prepared_.plan);
 }
 
 void Supervisor::start() {
@@ -330,12 +332,14 @@ void killChildren() {
 /// Ends the child and all that came of it. Those whose parents die become children of this process, the first
 /// of their process namespace, or the one that takes such children in.
 void Supervisor::endAll() {
-  if (prepared_.hasNamespaces)
+  // Anywhere else, this would be all processes of the user.
+  const bool isFirst = prepared_.hasNamespaces && ::getpid() == 1;
+  if (isFirst)
     ::kill(-1, SIGKILL);
-  else if (child_ > 0)
+  else if (child_ > 1)
     ::kill(-child_, SIGKILL);
   for (;;) {
-    if (!prepared_.hasNamespaces) killChildren();
+    if (!isFirst) killChildren();
     siginfo_t information = {};
     if (::waitid(P_ALL, 0, &information, WEXITED | WNOWAIT) != 0 && errno == ECHILD) return;
     reap(WNOHANG);

@@ -42,7 +42,9 @@ struct Protections {
 /// What is refused:
 /// - writing, making and removing files outside of `writableFolders`, and reading them outside of the readable
 ///   ones: "permission denied". Whether a file is there, and how large it is, can be seen;
-/// - permissions, owners, times and extended attributes of files are not changed, not even of its own;
+/// - permissions, owners, times and extended attributes of files are not changed, not even of its own; the
+/// calls
+///   succeed all the same, because programs make them without need and fail without them;
 /// - sockets, but those it was given; with `network`, all sockets but those of the internet;
 /// - more than `children` processes at a time;
 /// - tracing other processes, namespaces, mounts, keys, kernel modules, clocks, asynchronous rings, and system

@@ -78,7 +78,7 @@ ConfinementPlan::Step ConfinementPlan::apply(Protections *protections,
   if (!applyLimits(countsOwnProcesses)) return Step::limits;
   if (countsOwnProcesses && ::getuid() != 0) protections->processes = true;
   if (!dropPrivileges()) return Step::privileges;
-  if (confinement_.usesLandlock && landlock_.isAvailable()) {
+  if (usesLandlock()) {
     if (!landlock_.apply()) return Step::files;
     protections->reading = !confinement_.readablePaths.empty();
     protections->writing = true;
@@ -114,8 +114,10 @@ std::vector<NSString> Confinement::systemPaths() {
                            "/var/cache/fontconfig",
                            "/var/lib/ghostscript",
                            "/var/lib/libreoffice",
+                           "/var/spool/libreoffice",
                            "/sys/devices/system/cpu",
                            "/proc/cpuinfo",
+                           "/proc/filesystems",
                            "/proc/meminfo",
                            "/dev/null",
                            "/dev/zero",

@@ -24,6 +24,8 @@ class ConfinementPlan {
 
   const Confinement &confinement() const { return confinement_; }
   const std::vector<std::string> &writableFolders() const { return writableFolders_; }
+  /// Whether Landlock keeps the files, so that nothing else has to.
+  bool usesLandlock() const { return confinement_.usesLandlock && landlock_.isAvailable(); }
   /// Confines the calling thread, which is the process's only one, and adds what is in force to `protections`.
   /// Makes system calls only. A feature that the kernel lacks is left out; when one that it has fails, the step
   /// is answered, and errno says why. `*listener`, unless it is null, gets the descriptor at which refused

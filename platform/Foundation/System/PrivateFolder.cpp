@@ -69,6 +69,21 @@ NSString PrivateFolder::pathOf(std::string_view name) const {
       (fs::path(path_.fileSystemRepresentation().value_or("")) / name).native());
 }
 
+FileDescriptor PrivateFolder::openFile(std::string_view name, std::uint64_t *size, NSError *error) const {
+  FileDescriptor file(::openat(lock_.get(), std::string(name).c_str(),
+                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat info = {};
+  if (file && ::fstat(file.get(), &info) == 0 && S_ISREG(info.st_mode)) {
+    *size = static_cast<std::uint64_t>(info.st_size);
+    return file;
+  }
+  if (!file && errno != ELOOP && error)
+    *error = NSError::errorWithFileErrno(errno);
+  else
+    setError(error, ErrorCode::unreadable, "the file is no regular file");
+  return FileDescriptor();
+}
+
 void PrivateFolder::clear() const {
   std::error_code error;
   for (const auto &entry : fs::directory_iterator(path_.fileSystemRepresentation().value_or(""), error)) {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <string_view>
 
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSString.hpp"
@@ -28,6 +30,9 @@ class PrivateFolder {
   const NSString &path() const NIMBO_LIFETIMEBOUND { return path_; }
   /// The path of a file in it.
   NSString pathOf(std::string_view name) const;
+  /// A regular file in it, open for reading, but not what a link leads to: a child may put anything there.
+  /// `*size` gets its size in bytes. Nothing when there is none; `*error` says why.
+  FileDescriptor openFile(std::string_view name, std::uint64_t *size, NSError *error = nullptr) const;
   /// Removes all that is in it.
   void clear() const;
 

@@ -35,10 +35,15 @@ constexpr const char *kRefusedCalls[] = {
     "add_key", "chroot", "fsconfig", "fsmount", "fsopen", "fspick", "keyctl", "mount", "mount_setattr",
     "move_mount", "open_by_handle_at", "open_tree", "pivot_root", "request_key", "setns", "umount", "umount2",
     "unshare",
-    // What files are, beside their content: no other protection covers it everywhere.
-    "chmod", "chown", "fchmod", "fchmodat", "fchown", "fchownat", "fremovexattr", "fsetxattr", "futimesat",
-    "lchown", "lremovexattr", "lsetxattr", "mknod", "mknodat", "removexattr", "setxattr", "utime", "utimensat",
-    "utimes"};
+    // Devices.
+    "mknod", "mknodat"};
+
+/// What files are, beside their content: Landlock does not cover it. Programs change it of their own files
+/// without need, and fail when they cannot; here they succeed, and nothing is changed.
+constexpr const char *kIgnoredCalls[] = {"chmod",        "chown",        "fchmod",      "fchmodat",  "fchown",
+                                         "fchownat",     "fremovexattr", "fsetxattr",   "futimesat", "lchown",
+                                         "lremovexattr", "lsetxattr",    "removexattr", "setxattr",  "utime",
+                                         "utimensat",    "utimes"};
 
 /// Programs do without them where the system lacks them, or fall back on calls whose arguments can be seen.
 constexpr const char *kMissingCalls[] = {"clone3", "io_uring_setup", "io_uring_enter", "io_uring_register"};
@@ -64,6 +69,7 @@ class Filter {
   void refuse(const char *name, scmp_arg_cmp condition) {
     add(refusal_, ::seccomp_syscall_resolve_name(name), {condition});
   }
+  void ignore(const char *name) { add(SCMP_ACT_ERRNO(0), ::seccomp_syscall_resolve_name(name), {}); }
   void hide(int number) { add(SCMP_ACT_ERRNO(ENOSYS), number, {}); }
 
   std::vector<sock_filter> program() const {
@@ -114,6 +120,7 @@ void refuseSockets(Filter &filter, bool allowsInternet) {
 std::vector<sock_filter> systemCallFilter(const Confinement &confinement, Refusal refusal) {
   Filter filter(refusal);
   for (const char *name : kRefusedCalls) filter.refuse(name);
+  for (const char *name : kIgnoredCalls) filter.ignore(name);
   for (const char *name : kMissingCalls) filter.hide(::seccomp_syscall_resolve_name(name));
   for (int number = kFirstNewerCall; number <= kLastNewerCall; ++number) filter.hide(number);
   for (const std::uint64_t space :

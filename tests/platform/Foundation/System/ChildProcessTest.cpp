@@ -122,7 +122,7 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
       {"link", newFile, &Protections::writing},
       {"remove", outside("removed"), &Protections::writing},
       {"rename", outside("renamed"), &Protections::writing},
-      {"mode", outside("mode"), &Protections::systemCalls, "chmod "},
+      {"mode", outside("mode"), &Protections::systemCalls},
       {"fork", "", &Protections::processes},
       {"unshare", "", &Protections::systemCalls, "unshare "},
       {"trace", own, &Protections::signals},

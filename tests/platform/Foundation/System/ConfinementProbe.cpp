@@ -176,7 +176,15 @@ int main(int argc, char **argv) {
       {"rename", [&] { return ::rename(where.c_str(), (where + ".new").c_str()) == 0; }},
       {"folder", [&] { return ::mkdir(where.c_str(), 0700) == 0; }},
       {"link", [&] { return ::symlink("/", where.c_str()) == 0; }},
-      {"mode", [&] { return ::chmod(where.c_str(), 0777) == 0; }},
+      {"mode",
+       [&] {
+         struct stat before = {}, after = {};
+         ::stat(where.c_str(), &before);
+         const bool isDone = ::chmod(where.c_str(), before.st_mode ^ S_IXOTH) == 0;
+         ::stat(where.c_str(), &after);
+         errno = isDone ? 0 : errno;
+         return before.st_mode != after.st_mode;
+       }},
       {"list",
        [&] {
          DIR *folder = ::opendir(where.c_str());

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/System/InstalledProgram.hpp"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace nimbo {
+namespace {
+
+using std::filesystem::path;
+
+/// It lies in the program or shared library that this code is part of.
+const char landmark = 0;
+
+/// The folder of the shared library that this code is part of; empty when it is part of the program.
+path folderOfLibrary() {
+  Dl_info information = {};
+  link_map *object = nullptr;
+  if (::dladdr1(&landmark, &information, reinterpret_cast<void **>(&object), RTLD_DL_LINKMAP) == 0) return {};
+  std::error_code error;
+  return *object->l_name ? std::filesystem::canonical(object->l_name, error).parent_path() : path();
+}
+
+}  // namespace
+
+std::vector<std::string> placesOfProgram(std::string_view name) {
+  std::vector<path> folders;
+  if (const path library = folderOfLibrary(); !library.empty())
+    folders.push_back(library / QUIVERLEAF_PROGRAMS_FROM_LIBRARY);
+  std::error_code error;
+  if (const path program = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+      !program.empty())
+    folders.insert(folders.end(), {program, program / QUIVERLEAF_PROGRAMS_FROM_PROGRAM});
+  folders.emplace_back(QUIVERLEAF_PROGRAMS);
+  std::vector<std::string> places;
+  for (const path &folder : folders) {
+    std::string place = (folder / name).lexically_normal().string();
+    if (std::ranges::find(places, place) == places.end()) places.push_back(std::move(place));
+  }
+  return places;
+}
+
+bool isProgram(const std::string &file) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0;
+}
+
+std::string installedProgram(std::string_view name) {
+  const std::vector<std::string> places = placesOfProgram(name);
+  const auto found = std::ranges::find_if(places, isProgram);
+  return found == places.end() ? std::string() : *found;
+}
+
+}  // namespace nimbo
