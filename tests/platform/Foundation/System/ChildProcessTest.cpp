@@ -18,6 +18,7 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <stdexcept>
 #include <thread>
 
 #include "platform/Foundation/System/FileDescriptor.hpp"
@@ -46,7 +47,7 @@ class Listener {
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t length = sizeof address;
-    ::bind(file_.get(), reinterpret_cast<sockaddr *>(&address), length);
+    bindTo(reinterpret_cast<sockaddr *>(&address), length);
     if (type == SOCK_STREAM) ::listen(file_.get(), 8);
     ::getsockname(file_.get(), reinterpret_cast<sockaddr *>(&address), &length);
     name_ = std::to_string(ntohs(address.sin_port));
@@ -58,13 +59,17 @@ class Listener {
     address.sun_family = AF_UNIX;
     name.copy(address.sun_path, sizeof address.sun_path - 1);
     if (name.starts_with('@')) address.sun_path[0] = '\0';
-    ::bind(file_.get(), reinterpret_cast<sockaddr *>(&address),
+    bindTo(reinterpret_cast<sockaddr *>(&address),
            static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size()));
     ::listen(file_.get(), 8);
   }
   const std::string &name() const { return name_; }
 
  private:
+  void bindTo(const sockaddr *address, socklen_t length) {
+    if (::bind(file_.get(), address, length) != 0) throw std::runtime_error("no socket");
+  }
+
   FileDescriptor file_;
   std::string name_;
 };
@@ -152,8 +157,13 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
     for (const auto &[what, where, by, named] : cases) {
       renewFiles();
       const std::string said = answer(probe(what, where));
-      const std::string message =
-          std::string(what) + " " + where + ", ways " + std::to_string(ways) + ": " + said;
+      std::string message = what;
+      message.append(" ")
+          .append(where)
+          .append(", ways ")
+          .append(std::to_string(ways))
+          .append(": ")
+          .append(said);
       if (protections_.*by) {
         EXPECT_TRUE(said.starts_with("refused: ")) << message;
         EXPECT_EQ(refused_.find(named) != std::string::npos, protections_.namedRefusals || !*named) << message;
@@ -286,8 +296,10 @@ TEST_F(ChildProcessTest, EndsWhatLeftTheFamily) {
     const pid_t caller = ::fork();
     if (caller == 0) {
       const auto orphan = ChildProcess::start(probe("leave-and-stay", name("orphan")), confinement_);
-      for (;;) ::pause();
+      while (orphan) ::pause();
+      ::_exit(1);
     }
+    ASSERT_GT(caller, 1);
     waitForFile(name("orphan"));
     ::kill(caller, SIGKILL);
     ::waitpid(caller, nullptr, 0);
@@ -403,6 +415,7 @@ TEST(PrivateFolder, IsRemovedWithItsContentEvenAfterAKill) {
     if (::write(ends[1], path.data(), path.size()) < 0) ::_exit(1);
     for (;;) ::pause();
   }
+  ASSERT_GT(process, 1);
   char path[4096] = {};
   ASSERT_GT(::read(ends[0], path, sizeof path - 1), 0);
   const auto other = PrivateFolder::make();
