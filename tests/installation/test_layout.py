@@ -58,10 +58,12 @@ class LayoutTest(HollowTestCase):
     def check(self, root, prefix, folders):
         place = {name: root / str(pathlib.PurePath(prefix, folder)).lstrip("/") for name, folder in folders.items()}
         libraries, helper = place["LIBDIR"], place["LIBEXECDIR"] / "quiverleaf"
-        importers = {f"importers/{name}.mdimporter/Contents/Linux/{name}.so" for name in ("Image", "PDF", "Text")}
+        names = [information.parent.name for information in (TOP / "importers").glob("*/Info.plist")]
+        importers = {f"importers/{name}.mdimporter/Contents/Linux/{name}.so" for name in names}
+        programs = {helper / name for name in ("quiverleaf-helper", "quiverleaf-office")}
         self.assertEqual(
             self.files(root, ".hpp", ".py"),
-            {place["BINDIR"] / "quiverleaf", helper / "quiverleaf-helper"}
+            {place["BINDIR"] / "quiverleaf", *programs}
             | {helper / name for name in importers}
             | {(helper / name).parents[1] / "Info.plist" for name in importers}
             | {libraries / f"libnimbo-{name}.so{end}" for name in ("text", "media", "client") for end in ("", ".2", ".2.0.0")}
