@@ -229,7 +229,7 @@ void FlatDocumentReader::readTable(const pugi::xml_node &table) {
   FlatDocumentLists::OpenLists around = lists_.moveTo();
   for (const FlatDocumentTable::Cell &cell : cells.cells()) {
     if (!mayGoOn()) break;
-    cells_.push_back(cell.block);
+    cells_.push_back(cells.block(cell));
     const std::uint32_t before = text_.length();
     readBlocks(cell.node);
     if (text_.length() == before) {

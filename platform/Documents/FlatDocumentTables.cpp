@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 #include "platform/Documents/FlatDocumentValues.hpp"
 
@@ -88,47 +87,48 @@ FlatDocumentTable::FlatDocumentTable(const pugi::xml_node &table, std::uint32_t 
     shared.width = {*width, NSTextBlockWidth::Unit::points};
   shared.collapsesBorders =
       std::string_view(properties.attribute("table:border-model").value()) == "collapsing";
-  const Interned<NSTextTable> interned(shared);
+  table_ = Interned<NSTextTable>(shared);
+  collectCells(cellsLeft);
+}
 
-  std::uint32_t rowIndex = 0;
-  for (const pugi::xml_node &row : rows_) {
+void FlatDocumentTable::collectCells(std::uint32_t *cellsLeft) {
+  for (std::uint32_t row = 0; row < rows_.size(); ++row) {
     std::uint32_t column = 0;
-    for (const pugi::xml_node &cell : row.children()) {
+    for (const pugi::xml_node &cell : rows_[row].children()) {
       if (!isCell(cell)) continue;
-      const std::uint32_t count = repetitions(cell, "table:number-columns-repeated", kMaximumColumns);
       const bool isCovered = std::string_view(cell.name()) == "table:covered-table-cell";
-      NSTextTableBlock place = isCovered ? NSTextTableBlock() : block(cell);
-      for (std::uint32_t i = 0; i < count && column < shared.numberOfColumns; ++i, ++column) {
+      const std::uint32_t end =
+          std::min(column + repetitions(cell, "table:number-columns-repeated", kMaximumColumns),
+                   table_->numberOfColumns);
+      for (; column < end; ++column) {
         if (isCovered) continue;
         if (*cellsLeft == 0) {
           isCut_ = true;
           return;
         }
         --*cellsLeft;
-        place.table = interned;
-        place.startingRow = rowIndex;
-        place.startingColumn = column;
-        place.columnSpan = std::min(place.columnSpan, shared.numberOfColumns - column);
-        place.rowSpan = std::min(place.rowSpan, static_cast<std::uint32_t>(rows_.size()) - rowIndex);
-        if (column + place.columnSpan <= columnWidths_.size())
-          if (const double width = std::accumulate(columnWidths_.begin() + column,
-                                                   columnWidths_.begin() + column + place.columnSpan, 0.0))
-            place.width = {width, NSTextBlockWidth::Unit::points};
-        cells_.push_back({cell, Interned<NSTextTableBlock>(place)});
+        cells_.push_back({cell, row, column});
       }
     }
-    ++rowIndex;
   }
 }
 
-NSTextTableBlock FlatDocumentTable::block(const pugi::xml_node &cell) const {
+Interned<NSTextTableBlock> FlatDocumentTable::block(const Cell &cell) const {
   NSTextTableBlock result;
-  result.columnSpan = repetitions(cell, "table:number-columns-spanned", kMaximumColumns);
-  result.rowSpan = repetitions(cell, "table:number-rows-spanned", kMaximumSpan);
-  readCellProperties(styles_.properties("table-cell", cell.attribute("table:style-name").value(),
+  result.table = table_;
+  result.startingRow = cell.row;
+  result.startingColumn = cell.column;
+  result.columnSpan = std::min(repetitions(cell.node, "table:number-columns-spanned", kMaximumColumns),
+                               table_->numberOfColumns - cell.column);
+  result.rowSpan = std::min(repetitions(cell.node, "table:number-rows-spanned", kMaximumSpan),
+                            static_cast<std::uint32_t>(rows_.size()) - cell.row);
+  if (const std::size_t end = cell.column + result.columnSpan; end <= columnWidths_.size())
+    for (std::size_t column = cell.column; column < end; ++column) result.width.value += columnWidths_[column];
+  if (result.width.value > 0) result.width.unit = NSTextBlockWidth::Unit::points;
+  readCellProperties(styles_.properties("table-cell", cell.node.attribute("table:style-name").value(),
                                         "style:table-cell-properties"),
                      result);
-  return result;
+  return Interned<NSTextTableBlock>(result);
 }
 
 void FlatDocumentTable::collectRows(const pugi::xml_node &parent, std::uint32_t depth) {

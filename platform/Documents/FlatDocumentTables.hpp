@@ -23,22 +23,25 @@ class FlatDocumentTable {
   /// A cell with its place.
   struct Cell {
     pugi::xml_node node;
-    Interned<NSTextTableBlock> block;
+    std::uint32_t row = 0, column = 0;
   };
   /// The cells in reading order.
   const std::vector<Cell> &cells() const { return cells_; }
+  /// What paragraphs of a cell have in common.
+  Interned<NSTextTableBlock> block(const Cell &cell) const;
   /// Whether cells are left out.
   bool isCut() const { return isCut_; }
 
  private:
+  void collectCells(std::uint32_t *cellsLeft);
   void collectRows(const pugi::xml_node &parent, std::uint32_t depth);
   void readColumns(const pugi::xml_node &parent, std::uint32_t depth);
-  NSTextTableBlock block(const pugi::xml_node &cell) const;
 
   const FlatDocumentStyles &styles_;
   std::vector<pugi::xml_node> rows_;
   std::vector<double> columnWidths_;
   std::vector<Cell> cells_;
+  Interned<NSTextTable> table_;
   bool isCut_ = false;
 };
 
