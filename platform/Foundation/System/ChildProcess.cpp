@@ -239,8 +239,12 @@ ChildProcess::Event ChildProcess::waitForEvent(const Deadline &deadline, bool wa
     if (::poll(waited, std::size(waited), deadline.remainingMilliseconds()) < 0) continue;
     if (waited[1].revents) state.readError();
     if (waited[2].revents && state.readOutput() == detail::PipeReading::tooMuch) return Event::tooMuch;
-    if (waited[3].revents & POLLIN) return Event::message;
-    if (waited[3].revents) wantsMessage = false;
+    if (waited[3].revents == 0) continue;
+    // The end of the child can be read, too, as a message of no bytes.
+    char first = 0;
+    const bool hasBytes = ::recv(state.messages.get(), &first, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+    if (hasBytes || waited[3].revents == POLLIN) return Event::message;
+    wantsMessage = false;
   }
   // Whatever the child wrote, it has written.
   state.readError();

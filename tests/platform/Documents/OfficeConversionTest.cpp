@@ -28,14 +28,22 @@ std::string flat(const std::string &body, const std::string &scripts = "") {
          "</office:text></office:body></office:document>";
 }
 
-/// The processes of a program, as the system lists them.
+pid_t parentOf(pid_t process) {
+  std::ifstream status("/proc/" + std::to_string(process) + "/status");
+  for (std::string line; std::getline(status, line);)
+    if (line.starts_with("PPid:")) return std::stoi(line.substr(5));
+  return 0;
+}
+
+/// The processes of a program that a supervisor of this process has started.
 std::vector<pid_t> processesOf(const std::string &program) {
   std::vector<pid_t> found;
   for (const auto &entry : std::filesystem::directory_iterator("/proc")) {
     const std::string name = entry.path().filename();
     std::error_code error;
     if (name.find_first_not_of("0123456789") == std::string::npos &&
-        std::filesystem::read_symlink(entry.path() / "exe", error) == program)
+        std::filesystem::read_symlink(entry.path() / "exe", error) == program &&
+        parentOf(parentOf(std::stoi(name))) == ::getpid())
       found.push_back(std::stoi(name));
   }
   return found;
