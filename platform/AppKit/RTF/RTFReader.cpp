@@ -30,7 +30,7 @@ ByteClass classOf(char c) {
 
 /// No word is longer; what follows is another word, which nobody knows.
 constexpr std::ptrdiff_t kMaximumWord = 32;
-constexpr std::int64_t kMaximumParameter = INT32_MAX;
+constexpr std::int64_t kMaximumParameter = std::int64_t{1} << 31;
 
 }  // namespace
 
@@ -187,7 +187,7 @@ void RTFReader::readWord() {
     std::int64_t number = 0;
     for (; at_ < end_ && isASCIIDigit(*at_); ++at_)
       number = std::min(number * 10 + static_cast<std::int64_t>(digitValue(*at_)), kMaximumParameter);
-    parameter = static_cast<std::int32_t>(isNegative ? -number : number);
+    parameter = static_cast<std::int32_t>(isNegative ? -number : std::min<std::int64_t>(number, INT32_MAX));
   }
   if (at_ < end_ && *at_ == ' ') ++at_;
   const bool isStarred = std::exchange(isStarred_, false);

@@ -196,6 +196,7 @@ std::uint32_t RTFTables::cellAtDepth(std::size_t depth) {
   if (!open.hasRow) table.rows.emplace_back();
   open.hasRow = true;
   if (open.cell) return open.cell;
+  isBehindInnerTable_ = false;
   std::vector<std::uint32_t> &row = table.rows.back().cells;
   if (cells_.size() == kMaximumCells || row.size() == RTFRowDefinition::kMaximumCells)
     return open.cell = static_cast<std::uint32_t>(cells_.size());
