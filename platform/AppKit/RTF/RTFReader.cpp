@@ -49,11 +49,11 @@ bool RTFReader::isRTF(std::string_view bytes) {
 NSAttributedString RTFReader::read() {
   at_ = std::find(at_, end_, '{');
   readTokens();
-  while (!outerGroups_.empty()) closeGroup();
   endPendingBytes();
+  const Group last = group_;
+  while (!outerGroups_.empty() || groupsBeyond_ > 0) closeGroup();
   if (isGraphicPending_) appendAttachment(pendingGraphic_);
-  if (main_.hasOpenParagraph()) main_.endParagraph(group_.characters, group_.paragraph, false);
-  if (notes_.hasOpenParagraph()) notes_.endParagraph(group_.characters, group_.paragraph, false);
+  if (main_.hasOpenParagraph()) main_.endParagraph(last.characters, last.paragraph, false);
   if (!notes_.text().empty() && !main_.text().empty() && !main_.text().ends_with(u'\n'))
     main_.endParagraph(RTFCharacterState(), RTFParagraphState(), true);
   const auto font = fontWithNumber(defaultFontNumber_);
@@ -85,14 +85,16 @@ void RTFReader::readTokens() {
         break;
       case ByteClass::closeBrace:
         ++at_;
-        closeGroup();
-        if (outerGroups_.empty() && isEndOfDocument()) return;
+        if (groupsBeyond_ > 0 || outerGroups_.size() > 1)
+          closeGroup();
+        else if (isEndOfDocument())
+          return;
         break;
     }
   }
 }
 
-/// Whether what follows the last brace is none of the document: groups go on behind a brace too many.
+/// Whether what follows the outermost group is none of the document. Behind a brace too many it goes on.
 bool RTFReader::isEndOfDocument() const {
   return std::find(at_, end_, '}') == end_;
 }

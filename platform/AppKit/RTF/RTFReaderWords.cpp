@@ -185,7 +185,11 @@ bool RTFReader::takeTableWord(RTFWord word) {
 
 bool RTFReader::takeDestination(RTFWord word) {
   const auto begin = [this](Destination destination) {
-    beginDestination(destination);
+    // A group without a state of its own cannot have a destination of its own.
+    if (groupsBeyond_ > 0)
+      skipGroup();
+    else
+      beginDestination(destination);
     return true;
   };
   const auto skip = [this] {
@@ -275,6 +279,7 @@ bool RTFReader::takeDestination(RTFWord word) {
     case RTFWord::alttext_:
       return now == Destination::graphic ? begin(Destination::alternativeText) : skip();
     case RTFWord::footnote_:
+      if (groupsBeyond_ > 0) return skip();
       group_.isInNotes = true;
       group_.paragraph = RTFParagraphState();
       return true;

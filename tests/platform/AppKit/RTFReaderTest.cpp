@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "tests/platform/AppKit/RichTextDescription.hpp"
+
+namespace nimbo {
+namespace {
+
+NSData dataOf(std::string_view bytes) {
+  return NSData::dataWithBytes(bytes.data(), bytes.size());
+}
+
+NSAttributedString read(std::string_view body) {
+  return initWithRTF(dataOf("{\\rtf1\\ansi\\ansicpg1252\\deff0" + std::string(body) + "}"));
+}
+
+std::string textOf(std::string_view body) {
+  return read(body).string().UTF8String();
+}
+
+struct Case {
+  std::string_view source;
+  std::string_view expected;
+};
+
+TEST(RTFReader, Text) {
+  using namespace std::string_view_literals;
+  constexpr std::string_view kFonts =
+      "{\\fonttbl{\\f0\\fcharset0 A;}{\\f1\\fcharset128 J;}{\\f2\\fcharset204 C;}{\\f3\\fcharset2 Symbol;}"
+      "{\\f4\\fcharset0\\cpg1253 G;}\\f5\\fcharset134 S;}";
+  for (const Case &c : {
+           Case{"a\r\nb\\par\\par c", "ab\n\nc"},
+           Case{"a\\\nb\\\r\nc", "a\nb\nc"},
+           Case{"\\{\\}\\\\\\~\\_\\-\\tab\\line\\page\\emdash\\ldblquote x\\bullet",
+                "{}\\\u00a0\u2011\u00ad\t\u2028\f\u2014\u201cx\u2022"},
+           Case{"\\'e4\xe4\\'80", "\u00e4\u00e4\u20ac"},
+           Case{"\\f2\\'cf\\'f0\\f4\\'e1\\f0\\'e1", "\u041f\u0440\u03b1\u00e1"},
+           Case{"\\f1\\'83A\\'83\\'5c\\'b1\x82\xa0\\'83{\\b x}", "\u30a2\u30bd\uff71\u3042\ufffdx"},
+           Case{"\\f1\\'83\\\\x", "\u30bdx"},
+           Case{"\\f5\\'c4\\'e3", "\u4f60"},
+           Case{"\\f3\\'b7", "\u2022"},
+           Case{"\\u8364?x\\uc2\\u-10179ab\\u-8704\\'61\\'62z\\uc0\\u97 b", "\u20acx\U0001f600zab"},
+           Case{"{\\uc3\\u97 xyz}\\u98 xy", "aby"},
+           Case{"\\u97\\par\\u98{x}y", "a\nbxy"},
+           Case{"\\u97 \\bullet b", "ab"},
+           Case{"a{\\*\\unknown gone {\\b gone}}b{\\unknown kept}\\unknown1 c", "abkeptc"},
+           Case{"a{\\v gone}{\\deleted gone}b\\v1 gone\\v0 c", "abc"},
+           Case{"{\\header gone}{\\footerl gone}{\\stylesheet{\\s0 gone;}}{\\*\\annotation "
+                "gone}a{\\object{\\*\\objdata 00}{\\result b}}",
+                "ab"},
+           Case{"a{\\footnote note}b", "ab\nnote\n"},
+           Case{"a{\\shp{\\*\\shpinst gone{\\shptxt box\\par}}{\\shprslt gone}}b", "abox\nb"},
+           Case{"{\\bin5 }}}}}a{\\*\\x\\bin3 }}}b}c", "ac"},
+           Case{"a}b{\\b c}", "abc"},
+           Case{"a{{{b", "ab"},
+           Case{"a\\'4", "a4"},
+           Case{"a\0b"sv, "ab"},
+           Case{"\\pard{\\listtext\\tab\\bullet\\tab}x\\par{\\pntext 1.}y", "\t\u2022\tx\n\t1.\ty"},
+       })
+    EXPECT_EQ(textOf(std::string(kFonts) + std::string(c.source)), c.expected) << c.source;
+}
+
+TEST(RTFReader, Attributes) {
+  constexpr std::string_view kTables =
+      "{\\fonttbl{\\f0\\froman Times{\\*\\falt X};}{\\f1 "
+      "Arial;}}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue255;}"
+      "{\\*\\expandedcolortbl;;\\cssrgb\\c0\\c0\\c100000\\alpha50196;}";
+  for (const Case &c : {
+           Case{"a{\\b b}\\i c\\plain d",
+                "[a] font=Times\n[b] font=Times weight=300\n[c] font=Times italic=1\n[d] font=Times\n"},
+           Case{"\\f1\\fs25\\b\\b0 x", "[x] font=Arial size=0.5\n"},
+           Case{"\\f9 x\\f1 y", "[x] font=Times\n[y] font=Arial\n"},
+           Case{"\\cf1\\highlight2 x\\cf9 y",
+                "[x] font=Times color=255.0.0 background=0.0.255.128\n[y] font=Times background=0.0.255.128\n"},
+           Case{"\\uldb\\ulc1 x\\ul0 y",
+                "[x] font=Times underline=3 underlinecolor=255.0.0\n[y] font=Times underlinecolor=255.0.0\n"},
+           Case{"\\super x\\sub y\\nosupersub\\up6 z",
+                "[x] font=Times superscript=1\n[y] font=Times superscript=-1\n[z] font=Times offset=3\n"},
+           Case{"\\expndtw20\\strike x", "[x] font=Times strike=1 kern=1\n"},
+           Case{"\\li720\\fi-360\\ri100\\qj x\\par\\pard y",
+                "[x\\n] font=Times align=4 first=18 head=36 tail=5\n[y] font=Times\n"},
+           Case{"x\\qc\\par", "[x\\n] font=Times align=2\n"},
+           Case{"\\sl360\\slmult1\\sb20\\sa40 x\\par\\sl-300\\slmult0 y\\par\\sl240\\slmult1 z",
+                "[x\\n] font=Times multiple=1.5 after=2 before=1\n[y\\n] font=Times minimum=15 maximum=15 "
+                "after=2 before=1\n"
+                "[z] font=Times after=2 before=1\n"},
+           Case{"\\tqr\\tx720\\tx1440 x", "[x] font=Times tab=2:36 tab=0:72\n"},
+           Case{"\\outlinelevel1\\rtlpar x", "[x] font=Times direction=2 header=2\n"},
+           Case{"{\\field{\\*\\fldinst{HYPERLINK \"http://a/\\\\\\\\b\" \\\\l \"c\" \\\\o "
+                "\"tip\"}}{\\fldrslt{\\ul x}}}y",
+                "[x] font=Times underline=1 link=http://a/\\b#c\n[y] font=Times\n"},
+           Case{"{\\field{\\*\\fldinst PAGE}{\\fldrslt 3}}", "[3] font=Times\n"},
+           Case{"{\\pict\\pngblip\\picwgoal200\\pichgoal100\\picscalex50 8950\n4e470d0a1a0a}",
+                "[\ufffc] font=Times file=picture1.png bytes=8 shown=5x5\n"},
+           Case{"{\\pict\\dibitmap0 00}{\\nonshppict{\\pict\\pngblip 00}}x", "[x] font=Times\n"},
+           Case{"{{\\NeXTGraphic none.png \\width20 \\height20\n}\\'ac}x", "[x] font=Times\n"},
+           Case{"\\pard{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart4}x\\par y\\par\\pard z",
+                "[\\t1.\\tx\\ny\\n] font=Times list=1073741824:{upper-roman}:4\n[z] font=Times\n"},
+       })
+    EXPECT_EQ(describe(read(std::string(kTables) + std::string(c.source))), c.expected) << c.source;
+}
+
+TEST(RTFReader, Lists) {
+  constexpr std::string_view kLists =
+      "{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00);}}{"
+      "\\listlevel\\levelnfc4\\levelstartat3"
+      "{\\leveltext\\'04\\'00.(\\'01;}}\\listid7}{\\list{\\listlevel\\levelnfc23{\\leveltext\\'01\\u8226 "
+      "?;}}\\listid8}}"
+      "{\\*\\listoverridetable{\\listoverride\\listid7\\ls1}{\\listoverride\\listid8\\ls2}"
+      "{\\listoverride\\listid7{\\lfolevel\\listoverridestartat\\levelstartat9}\\ls3}{"
+      "\\listoverride\\listid99\\ls4}}";
+  for (const Case &c : {
+           Case{"\\ls1\\ilvl0 x", "[x] list=1:{decimal}):1\n"},
+           Case{"\\ls1\\ilvl1 x", "[x] list=1:{decimal}):1 list=2:{lower-alpha}:3\n"},
+           Case{"\\ls2 x", "[x] list=10:{disc}:1\n"},
+           Case{"\\ls3 x", "[x] list=46:{decimal}):9\n"},
+           Case{"\\ls4 x\\par\\ls5 y\\par\\ls0 z", "[x\\ny\\nz]\n"},
+       })
+    EXPECT_EQ(describe(read(std::string(kLists) + std::string(c.source))), c.expected) << c.source;
+}
+
+TEST(RTFReader, Tables) {
+  for (const Case &c : {
+           Case{"\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\par c\\cell\\row\\pard d",
+                "[a\\n] cell=1/2:0+1,0+1 width=50pt\n[b\\nc\\n] cell=1/2:0+1,1+1 width=50pt\n[d]\n"},
+           Case{"\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row\\trowd\\cellx2010\\intbl "
+                "c\\cell\\row",
+                "[a\\n] cell=1/2:0+1,0+1 width=50pt\n[b\\n] cell=1/2:0+1,1+1 width=50pt\n[c\\n] "
+                "cell=1/2:1+1,0+2 width=100.5pt\n"},
+           Case{"\\trowd\\clvmgf\\cellx1000\\cellx2000\\intbl a\\cell "
+                "b\\cell\\row\\trowd\\clvmrg\\cellx1000\\cellx2000\\intbl\\cell c\\cell\\row",
+                "[a\\n] cell=1/2:0+2,0+1 width=50pt\n[b\\n] cell=1/2:0+1,1+1 width=50pt\n[c\\n] "
+                "cell=1/2:1+1,1+1 width=50pt\n"},
+           Case{"\\trowd\\cellx1000\\intbl a\\cell\\row\\pard x\\par\\trowd\\cellx1000\\intbl b\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 width=50pt\n[x\\n]\n[b\\n] cell=2/1:0+1,0+1 width=50pt\n"},
+           Case{"\\trowd\\cellx1000\\lastrow\\intbl a\\cell\\row\\trowd\\cellx1000\\intbl b\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 width=50pt\n[b\\n] cell=2/1:0+1,0+1 width=50pt\n"},
+           Case{"\\trowd\\cellx1000\\intbl a\\par\\itap2 "
+                "b\\nestcell{\\*\\nesttableprops\\trowd\\cellx500\\nestrow}"
+                "{\\nonesttables\\par}\\pard\\intbl\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 width=50pt\n[b\\n] cell=1/1:0+1,0+1 width=50pt cell=2/1:0+1,0+1 "
+                "width=25pt\n"},
+           Case{"\\trowd\\clcbpat1\\clbrdrb\\brdrs\\brdrw40\\clpadl20\\clftsWidth2\\clwWidth2500\\clvertalc\\ce"
+                "llx9\\intbl a\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 padding=1 border=2 width=50% valign=1\n"},
+           // Cells without definitions, and a row without an end.
+           Case{"\\intbl a\\cell b\\cell\\row\\intbl c",
+                "[a\\n] cell=1/2:0+1,0+1\n[b\\n] cell=1/2:0+1,1+1\n[c] cell=1/2:1+1,0+1\n"},
+           Case{"\\row\\cell\\nestcell\\nestrow\\cellx5\\lastrow\\row x",
+                "[\\n] cell=1/2:0+1,0+1 width=2pt\n[\\n] cell=1/2:0+1,1+1 cell=2/1:0+1,0+1\n[x]\n"},
+       })
+    EXPECT_EQ(describe(read(c.source)), c.expected) << c.source;
+}
+
+TEST(RTFReader, DocumentAttributes) {
+  DocumentAttributes attributes;
+  ASSERT_TRUE(
+      initWithRTF(dataOf("{\\rtf1\\ansi\\paperw12240\\paperh15840\\margl1440\\margr0{\\info{\\title T\\u228 "
+                         "?}{\\author  A }{\\subject}"
+                         "{\\keywords a, b;c}{\\*\\company C}{\\upr{\\author no}{\\*\\ud{\\author yes}}}"
+                         "{\\creatim\\yr2001\\mo2\\dy3\\hr4\\min5}}x{\\title no}}"),
+                  &attributes));
+  EXPECT_EQ(attributes.documentType, u"NSRTF"_ns);
+  EXPECT_EQ(attributes.title, u"T\u00e4"_ns);
+  EXPECT_EQ(attributes.author, u"yes"_ns);
+  EXPECT_FALSE(attributes.subject);
+  EXPECT_EQ(attributes.keywords, (std::vector<NSString>{u"a"_ns, u"b"_ns, u"c"_ns}));
+  EXPECT_EQ(attributes.company, u"C"_ns);
+  EXPECT_EQ(attributes.creationTime, NSDate::dateWithUTC(2001, 2, 3, 4, 5, 0));
+  EXPECT_EQ(attributes.paperSize, (NSSize{612, 792}));
+  EXPECT_EQ(attributes.leftMargin, 72);
+  EXPECT_EQ(attributes.rightMargin, 0);
+  EXPECT_FALSE(attributes.topMargin);
+}
+
+TEST(RTFReader, OtherDataIsNil) {
+  for (const std::string_view bytes : {"", "text", "{\\rt", "{rtf1}", "rtfd"}) {
+    NSError error;
+    EXPECT_FALSE(initWithRTF(dataOf(bytes), nullptr, &error));
+    EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
+    error = NSError();
+    EXPECT_FALSE(initWithRTFD(dataOf(bytes), nullptr, &error));
+    EXPECT_TRUE(error.localizedFailureReason);
+  }
+  EXPECT_FALSE(initWithRTF(NSData()));
+  EXPECT_FALSE(RTFFromRange(NSAttributedString(), {0, 5}));
+  EXPECT_FALSE(RTFDFromRange(NSAttributedString(), {0, 5}));
+  EXPECT_TRUE(initWithRTF(dataOf(" \n{\\rtf1}")));
+}
+
+TEST(RTFReader, RTFDAttachments) {
+  const auto file = [](std::string_view name, std::string_view bytes) {
+    return NSFileWrapper::regularFileWithContents(dataOf(bytes), NSString::stringWithUTF8String(name));
+  };
+  const NSFileWrapper folder = NSFileWrapper::directoryWithFileWrappers(
+      {file("TXT.rtf",
+            "{\\rtf1\\ansi a{{\\NeXTGraphic pic.png \\width200 \\height100 \\noorient\n}\\'ac}b{{\\NeXTGraphic "
+            "link \\width0 "
+            "\\height0}\\'ac}{{\\NeXTGraphic ../pic.png}\\'ac}c}"),
+       file("pic.png", "1234"), NSFileWrapper::symbolicLinkWithDestination(u"/etc/passwd"_ns, u"link"_ns)});
+  EXPECT_EQ(describe(initWithRTFD(folder.serializedRepresentation())),
+            "[a]\n[\ufffc] file=pic.png bytes=4 shown=10x5\n[bc]\n");
+  NSError error;
+  EXPECT_FALSE(
+      initWithRTFDFileWrapper(NSFileWrapper::directoryWithFileWrappers({file("x", "y")}), nullptr, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+}
+
+TEST(RTFWriter, AttachmentsGetNamesOfTheirOwn) {
+  const auto attachment = [](std::string_view name, std::string_view bytes) {
+    TextAttributes attributes;
+    attributes.attachment = NSTextAttachment(
+        NSFileWrapper::regularFileWithContents(dataOf(bytes), NSString::stringWithUTF8String(name)));
+    return Interned(attributes);
+  };
+  NSMutableAttributedString builder;
+  for (const auto &[name, bytes] :
+       {std::pair("txt.RTF", "1"), {"a.png", "2"}, {"A.png", "3"}, {"a.png", "2"}, {"../x", "4"}})
+    builder.append(NSAttachmentCharacter, attachment(name, bytes));
+  const NSAttributedString text = std::move(builder).attributedString();
+  const NSFileWrapper folder = RTFDFileWrapperFromRange(text, {0, 5});
+  std::string names;
+  for (const auto &entry : folder.fileWrappers()) names += entry.first.UTF8String() + " ";
+  EXPECT_EQ(names, "TXT.rtf txt-1.RTF a.png A-1.png .._x ");
+  EXPECT_EQ(initWithRTFDFileWrapper(folder).length(), 5u);
+  EXPECT_EQ(initWithRTF(RTFFromRange(text, {0, 5})).length(), 0u) << "RTF alone holds pictures only";
+}
+
+std::string repeated(std::string_view part, std::size_t times) {
+  std::string text;
+  for (std::size_t i = 0; i < times; ++i) text += part;
+  return text;
+}
+
+TEST(RTFReader, LimitsHold) {
+  EXPECT_EQ(textOf(repeated("{\\b ", 100'000) + "x" + repeated("}", 100'000) + "y"), "xy");
+  EXPECT_EQ(textOf(repeated("{\\field{\\*\\fldinst{HYPERLINK a}}{\\fldrslt ", 20'000) + "x"), "x");
+  EXPECT_EQ(read("\\trowd" + repeated("\\cellx5", 10'000) + "\\intbl " + repeated("x\\cell ", 10'000) + "\\row")
+                .length(),
+            20'000u);
+  const NSAttributedString deep = read(repeated("\\intbl\\itap900 x\\nestcell", 10));
+  EXPECT_EQ(deep.attributesAtIndex(0)->paragraphStyle->textBlocks.size(), 16u);
+  EXPECT_EQ(read(repeated("\\tx5", 1000) + "x").attributesAtIndex(0)->paragraphStyle->tabStops.size(), 64u);
+  EXPECT_EQ(textOf("\\u99999999999999999999999?\\fs-99999999999\\li99999999999\\cellx-9999999999 x").substr(3),
+            "x");
+  EXPECT_EQ(textOf("{\\pict\\pngblip\\bin999999999 x"), "\ufffc");
+}
+
+}  // namespace
+}  // namespace nimbo
