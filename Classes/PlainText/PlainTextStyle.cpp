@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/PlainText/PlainTextStyle.hpp"
 
-#include <algorithm>
 #include <optional>
 
-#include "Classes/Characters/UnitPredicates.hpp"
-#include "Classes/Markup/TagAttributes.hpp"
-#include "platform/Foundation/NSRange.hpp"
+#include "platform/CSS/CSSDeclaration.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
-#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo::detail {
 
@@ -17,60 +13,20 @@ namespace {
 constexpr double kTiniestReadablePoints = 3;
 constexpr double kPointsOfPixel = 0.75;
 constexpr double kFarOutside = -100;
-constexpr IsUnitOf kIsBlank{kMarkupWhiteSpace};
 
-struct NamedColor {
-  std::string_view name;
-  std::uint32_t value;
-};
-
-constexpr NamedColor kNamedColors[] = {
-    {"black", 0x000000},  {"silver", 0xc0c0c0}, {"gray", 0x808080},   {"white", 0xffffff},
-    {"maroon", 0x800000}, {"red", 0xff0000},    {"purple", 0x800080}, {"fuchsia", 0xff00ff},
-    {"green", 0x008000},  {"lime", 0x00ff00},   {"olive", 0x808000},  {"yellow", 0xffff00},
-    {"navy", 0x000080},   {"blue", 0x0000ff},   {"teal", 0x008080},   {"aqua", 0x00ffff},
-};
-
-std::optional<std::uint32_t> colorValue(std::u16string_view text) {
-  for (const NamedColor &color : kNamedColors) {
-    if (equalsASCIINoCase(text, color.name)) return color.value;
-  }
-  if (text.starts_with(u'#')) text.remove_prefix(1);
-  if (text.size() != 3 && text.size() != 6) return std::nullopt;
-  std::uint32_t value = 0;
-  for (const unichar c : text) {
-    const std::uint32_t digit = hexDigitValue(c);
-    if (digit > 15) return std::nullopt;
-    value = text.size() == 3 ? value << 8 | digit * 0x11 : value << 4 | digit;
-  }
-  return value;
-}
-
+/// A number with its unit, such as "-1.5em".
 struct Measure {
   double number;
   std::u16string_view unit;
 };
 
-/// A number with its unit, such as "-1.5em".
 std::optional<Measure> measure(std::u16string_view value) {
-  const bool isNegative = value.starts_with(u'-');
-  if (isNegative) value.remove_prefix(1);
-  double number = 0, scale = 1;
-  std::size_t i = 0;
-  bool hasPoint = false, hasDigit = false;
-  for (; i < value.size(); ++i) {
-    if (value[i] == u'.' && !hasPoint) {
-      hasPoint = true;
-    } else if (isASCIIDigit(value[i])) {
-      hasDigit = true;
-      if (hasPoint) scale /= 10;
-      number = hasPoint ? number + digitValue(value[i]) * scale : number * 10 + digitValue(value[i]);
-    } else {
-      break;
-    }
-  }
-  if (!hasDigit) return std::nullopt;
-  return Measure{isNegative ? -number : number, value.substr(i)};
+  CSSTokenizer tokenizer(value);
+  const CSSToken token = tokenizer.next();
+  if (token.type != CSSTokenType::kNumber && token.type != CSSTokenType::kPercentage &&
+      token.type != CSSTokenType::kDimension)
+    return std::nullopt;
+  return Measure{tokenizer.number(token), tokenizer.rawText(token)};
 }
 
 StyleFindings::Size sizeOf(std::u16string_view value) {
@@ -81,10 +37,6 @@ StyleFindings::Size sizeOf(std::u16string_view value) {
     return StyleFindings::Size::kReadable;
   const double points = isPixels ? size->number * kPointsOfPixel : size->number;
   return points <= kTiniestReadablePoints ? StyleFindings::Size::kTiny : StyleFindings::Size::kReadable;
-}
-
-bool isBackground(std::u16string_view name) {
-  return equalsOneOfASCIINoCase(name, {"background", "background-color", "background-image"});
 }
 
 bool showsPage(std::u16string_view background, std::u16string_view pageColor) {
@@ -100,31 +52,46 @@ bool isFarOutside(std::u16string_view value) {
 }  // namespace
 
 bool isSameColor(std::u16string_view a, std::u16string_view b) {
-  const std::optional<std::uint32_t> value = colorValue(a);
-  return value && value == colorValue(b);
+  if (a.empty() || b.empty()) return false;
+  const std::optional<CSSColor> color = readColor(a, CSSMode::kQuirks);
+  return color && color == readColor(b, CSSMode::kQuirks);
 }
 
 StyleFindings findingsOfStyle(std::u16string_view style, std::u16string_view pageColor) {
   StyleFindings findings;
   bool isAbsolute = false, isOutside = false;
-  while (!style.empty()) {
-    const std::size_t end = std::min(style.find(u';'), style.size());
-    const std::u16string_view declaration = style.substr(0, end);
-    style.remove_prefix(std::min(end + 1, style.size()));
-    const std::size_t colon = declaration.find(u':');
-    if (colon == declaration.npos) continue;
-    const std::u16string_view name = trimmed(declaration.substr(0, colon), kIsBlank);
-    std::u16string_view value = trimmed(declaration.substr(colon + 1), kIsBlank);
-    value = value.substr(0, value.find_first_of(u" \t\n\r\f!"));
-    if (equalsASCIINoCase(name, "display") && equalsASCIINoCase(value, "none")) findings.isInvisible = true;
-    if (equalsASCIINoCase(name, "visibility") && equalsASCIINoCase(value, "hidden"))
-      findings.isInvisible = true;
-    if (equalsASCIINoCase(name, "position")) isAbsolute = equalsASCIINoCase(value, "absolute");
-    if (equalsASCIINoCase(name, "top") || equalsASCIINoCase(name, "left"))
-      isOutside = isOutside || isFarOutside(value);
-    if (equalsASCIINoCase(name, "font-size")) findings.size = sizeOf(value);
-    if (equalsASCIINoCase(name, "color")) findings.isInPageColor = isSameColor(value, pageColor);
-    if (isBackground(name)) findings.hasOwnBackground = !showsPage(value, pageColor);
+  CSSRawDeclarations declarations(style);
+  while (const std::optional<CSSRawDeclaration> declaration = declarations.next()) {
+    const std::u16string_view value =
+        declaration->value.substr(0, declaration->value.find_first_of(u" \t\n\r\f!"));
+    switch (propertyNamed(declaration->name)) {
+      case CSSProperty::kDisplay:
+        findings.isInvisible = findings.isInvisible || equalsASCIINoCase(value, "none");
+        break;
+      case CSSProperty::kVisibility:
+        findings.isInvisible = findings.isInvisible || equalsASCIINoCase(value, "hidden");
+        break;
+      case CSSProperty::kPosition:
+        isAbsolute = equalsASCIINoCase(value, "absolute");
+        break;
+      case CSSProperty::kTop:
+      case CSSProperty::kLeft:
+        isOutside = isOutside || isFarOutside(value);
+        break;
+      case CSSProperty::kFontSize:
+        findings.size = sizeOf(value);
+        break;
+      case CSSProperty::kColor:
+        findings.isInPageColor = isSameColor(declaration->value, pageColor);
+        break;
+      case CSSProperty::kBackground:
+      case CSSProperty::kBackgroundColor:
+      case CSSProperty::kBackgroundImage:
+        findings.hasOwnBackground = !showsPage(value, pageColor);
+        break;
+      default:
+        break;
+    }
   }
   findings.isInvisible = findings.isInvisible || (isAbsolute && isOutside);
   return findings;

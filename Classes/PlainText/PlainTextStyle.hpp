@@ -23,7 +23,7 @@ struct StyleFindings {
 /// `pageColor` is the page's colour; empty when it has none.
 StyleFindings findingsOfStyle(std::u16string_view style, std::u16string_view pageColor);
 
-/// Whether both are the same colour: a name of HTML, "#rgb", or "#rrggbb", with or without the "#".
+/// Whether both are the same colour, in any form of style sheets; hexadecimal digits may lack the "#".
 bool isSameColor(std::u16string_view a, std::u16string_view b);
 
 }  // namespace nimbo::detail

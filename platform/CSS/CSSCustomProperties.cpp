@@ -38,7 +38,8 @@ class Replacement {
   Replacement(CSSVariableBudget &budget, ValueOf valueOf) : budget_(budget), valueOf_(valueOf) {}
 
   bool append(std::u16string &to, std::u16string_view text, std::size_t depth) {
-    if (depth > CSSCustomProperties::kMaximumDepth) return false;
+    if (depth > CSSCustomProperties::kMaximumDepth || text.size() > CSSCustomProperties::kMaximumValueLength)
+      return false;
     CSSTokenizer tokenizer(text);
     std::size_t copied = 0;
     for (CSSToken token = tokenizer.next(); token.type != CSSTokenType::kEnd; token = tokenizer.next()) {
@@ -82,8 +83,8 @@ class Replacement {
     } else if (startsWithASCIINoCase(std::u16string_view(name), "safe-area-inset-")) {
       return put(to, u"0px/**/");
     }
-    return hasFallback &&
-           append(to, tokenizer.source().substr(fallback, token.location - fallback), depth + 1) &&
+    const std::u16string_view rest = tokenizer.source().substr(fallback, token.location - fallback);
+    return hasFallback && append(to, trimmed(rest, isASCIIWhiteSpace<unichar>), depth + 1) &&
            put(to, kSeparator);
   }
 

@@ -156,10 +156,15 @@ bool readValue(CSSProperty property, std::u16string_view text, CSSMode mode, CSS
 }
 
 std::optional<CSSColor> readColor(std::u16string_view text, CSSMode mode) {
-  const CSSTokenizer tokenizer(text);
-  const std::vector<CSSToken> tokens = detail::tokensOf(tokenizer);
+  CSSTokenizer tokenizer(text);
+  const CSSToken first = detail::nextBesideSpace(tokenizer);
+  // Most colours are a single token, which needs no memory of the heap.
+  std::vector<CSSToken> tokens;
+  if (detail::nextBesideSpace(tokenizer).type != CSSTokenType::kEnd)
+    tokens = detail::tokensOf(CSSTokenizer(text));
   CSSArena arena;
-  detail::CSSValueReader reader(tokenizer, tokens, mode, arena);
+  detail::CSSValueReader reader(tokenizer, tokens.empty() ? std::span<const CSSToken>(&first, 1) : tokens, mode,
+                                arena);
   const CSSValue color = reader.color(true);
   return color.kind() == CSSValueKind::kColor && reader.isAtEnd() ? std::optional(color.color()) : std::nullopt;
 }

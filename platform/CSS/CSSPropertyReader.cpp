@@ -110,7 +110,6 @@ Keywords keywordsOf(CSSProperty property) {
     case kWordSpacing:
       return kNormalAlone;
     case kListStyleImage:
-    case kBackgroundImage:
       return kNoneAlone;
     case kListStylePosition:
       return kMarkerPositions;

@@ -256,6 +256,9 @@ CSSValue initialCSSValue(CSSProperty property) {
 }
 
 bool readShorthand(CSSProperty shorthand, const CSSPropertyReading &reading) {
+  const bool hasQuirks =
+      shorthand == kMargin || shorthand == kPadding || shorthand == kBorderWidth || shorthand == kBorderColor;
+  if (!hasQuirks) reading.reader.setStandardMode();
   switch (shorthand) {
     case kBackground:
       return readBackground(reading);

@@ -92,6 +92,7 @@ class CSSSheetReader {
     mayImport_ = false;
     tokenizer_.setLocation(token.location);
     readStyleRule(block);
+    block.firstDeclaration = static_cast<std::uint32_t>(sheet_.declarations_.size());
     return true;
   }
 

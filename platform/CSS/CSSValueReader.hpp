@@ -34,7 +34,8 @@ class CSSValueReader {
   bool isAtEnd() const { return position_ == tokens_.size(); }
   std::size_t position() const { return position_; }
   void setPosition(std::size_t position) { position_ = position; }
-  CSSMode mode() const { return mode_; }
+  /// Takes no quirks from here on.
+  void setStandardMode() { mode_ = CSSMode::kStandard; }
   CSSArena &arena() { return *arena_; }
   /// The token that comes next; `kEnd` at the end.
   const CSSToken &peek() const;

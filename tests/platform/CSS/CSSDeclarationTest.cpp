@@ -1,0 +1,266 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CSS/CSSDeclaration.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/platform/CSS/CSSText.hpp"
+#include "tests/support/GrowthRatio.hpp"
+
+namespace nimbo {
+namespace {
+
+struct Case {
+  std::string_view style, declarations;
+};
+
+TEST(CSSDeclaration, DropsWhatIsInvalidAndGoesOn) {
+  for (const Case &test : std::initializer_list<Case>{
+           {"", ""},
+           {"color:red", "color: #ff0000"},
+           {"COLOR : RED ! Important ; float:left", "color: #ff0000 !; float: left"},
+           {"color:red!", ""},
+           {"color:red !important x", ""},
+           {"color:red;;;color:;color;:red;color:green", "color: #ff0000; color: #008000"},
+           {"color red; color:lime", "color: #00ff00"},
+           {"color:rgb(1,2,3;color:red);float:none", "float: none"},
+           {"color:red)", ""},
+           {"color:'\n;float:left", "float: left"},
+           {"color:url(x y);float:left", "float: left"},
+           {"unknown: ({;});float:left", "float: left"},
+           {"a:hover { color:red } float:left", "float: left"},
+           {"@media x; float:left", "float: left"},
+           {"@media x { color: red } float:left", "float: left"},
+           {"c\\6flor:red", "color: #ff0000"},
+           {"color:/**/red/**/", "color: #ff0000"},
+           {"-moz-float:left; -webkit-margin-start:1px", "margin-inline-start: 1px"},
+           {"float:left right", ""},
+           {"color:inherit; float:Initial; margin:unset",
+            "color: inherit; float: initial; margin-top: unset; margin-right: unset; margin-bottom: unset; "
+            "margin-left: unset"},
+           {"all:revert", "all: revert"},
+           {"all:red", ""},
+           {"--a:{;};--B: x y ;--c:;--:x;--d:inherit !important",
+            "--a: {{;}}; --B: {x y}; --c: {}; --d: inherit !"},
+           {"color:var(--a);margin:1px var(--b, 2px)!important",
+            "color: {var(--a)}; margin: {1px var(--b, 2px)} !"},
+       })
+    EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, ReadsValues) {
+  for (const Case &test : std::initializer_list<Case>{
+           {"width:1in;height:2.54cm;top:25.4mm;left:101.6q;right:72pt;bottom:6pc",
+            "width: 96px; height: 96px; top: 96px; left: 96px; right: 96px; bottom: 96px"},
+           {"width:1em;width:2REM;width:3vw;width:4dvh;width:5ch",
+            "width: 1em; width: 2rem; width: 3vw; width: 4vh; width: 5ch"},
+           {"width:0;width:1;width:-1px;margin-left:-1px;width:5%", "width: 0px; margin-left: -1px; width: 5%"},
+           {"width:auto;max-width:none;max-width:auto;width:fit-content(2px)",
+            "width: auto; max-width: none; width: fit-content"},
+           {"width:calc(1px + 2px);width:calc(1px+2px);width:calc(10% - 2em);width:min(10px, 2em)",
+            "width: 3px; width: =-12px; width: =10px"},
+           {"width:clamp(1px, 5%, 8px);width:calc(2 * (3px + 4px) / 7);width:calc(1px * 1px);width:calc(1 / 0 "
+            "* 1px)",
+            "width: =8px; width: 2px; width: 3.403e+38px"},
+           {"width:calc(1 + 1px);opacity:calc(.25 + .25);width:max(1px,2px,3px);width:calc(-5px);z:1",
+            "opacity: 0.5; width: 3px; width: 0px"},
+           {"width:round(up, 7px, 5px);width:mod(7px, 5px);width:calc(sqrt(16) * "
+            "1px);width:abs(-3px);width:hypot(3px, 4px)",
+            "width: 10px; width: 2px; width: 4px; width: 3px; width: 5px"},
+           {"border-top-width:10%;border-top-width:calc(1px + 0%);border-top-width:thick",
+            "border-top-width: 5px"},
+           {"display:block flow;display:inline flow-root;display:list-item block;display:flow inline",
+            "display: block; display: inline-block; display: list-item; display: inline"},
+           {"display:-webkit-box;display:inline grid;display:table-cell block;display:grid;display:none none",
+            "display: flex; display: inline-grid; display: grid"},
+           {"font-weight:bold;font-weight:350;font-weight:1001;font-weight:lighter",
+            "font-weight: 700; font-weight: 350; font-weight: lighter"},
+           {"font-family:Times  New\tRoman, 'A b', serif, \"serif\"",
+            "font-family: [\"Times New Roman\" \"A b\" serif \"serif\"]"},
+           {"font-family:a,,b;font-family:inherit, x;font-family:1a", ""},
+           {"font-style:oblique 10deg;font-stretch:condensed;font-size:larger;line-height:1.5",
+            "font-style: oblique; font-stretch: 75%; font-size: larger; line-height: 1.5"},
+           {"line-height:-1;font-size:-1px;padding:-1px;tab-size:4", "tab-size: 4"},
+           {"content:'a' attr(x) counter(c) counters(c, '.', upper-roman) open-quote url(i.png)",
+            "content: [\"a\" attr[x] counter[c decimal] counters[c \".\" upper-roman] open-quote url(i.png)]"},
+           {"content:none;content:normal;content:'a' / 'b';content:linear-gradient(red, blue);content:none 'a'",
+            "content: none; content: normal; content: [\"a\"]; content: [gradient]"},
+           {"counter-reset:a b 2;counter-increment:a -1 c;counter-set:none;counter-reset:1 a",
+            "counter-reset: [a 0 b 2]; counter-increment: [a -1 c 1]; counter-set: none"},
+           {"quotes:'<' '>' '(' ')';quotes:'a';quotes:auto", "quotes: [\"<\" \">\" \"(\" \")\"]; quotes: auto"},
+           {"list-style-type:mine;list-style-type:'-';list-style-type:square;list-style-type:none",
+            "list-style-type: mine; list-style-type: \"-\"; list-style-type: square; list-style-type: none"},
+           {"text-decoration-line:underline overline;text-decoration-line:underline "
+            "underline;text-decoration-line:none",
+            "text-decoration-line: [underline overline]; text-decoration-line: none"},
+           {"clip:rect(0, 1px, auto, 0);clip:rect(1px 1px 1px 1px);clip-path:inset(50%);clip-path:circle(4px)",
+            "clip: rect[0px 1px auto 0px]; clip: rect[1px 1px 1px 1px]; clip-path: inset[50%]; clip-path: "
+            "polygon[]"},
+           {"vertical-align:super;vertical-align:-2px;text-align:-webkit-center;opacity:150%;border-spacing:"
+            "1px 2px",
+            "vertical-align: super; vertical-align: -2px; text-align: -webkit-center; opacity: 1; "
+            "border-spacing: [1px 2px]"},
+           {"text-transform:uppercase full-width;text-indent:2em hanging;white-space:pre-wrap",
+            "text-transform: uppercase; text-indent: 2em; white-space: pre-wrap"},
+           {"background-image:none, url(a), url(b);background-image:image-set('c' 1x)",
+            "background-image: url(a); background-image: url(c)"},
+           {"margin-block-start:1px;block-size:2px;inset-block-end:3px;padding-inline-end:4px",
+            "margin-top: 1px; height: 2px; bottom: 3px; padding-inline-end: 4px"},
+       })
+    EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, TakesShorthandsApart) {
+  for (const Case &test : std::initializer_list<Case>{
+           {"margin:1px 2px 3px", "margin-top: 1px; margin-right: 2px; margin-bottom: 3px; margin-left: 2px"},
+           {"margin:1px 2px 3px 4px 5px;padding:auto;margin:", ""},
+           {"margin-inline:1px 2px;inset:auto",
+            "margin-inline-start: 1px; margin-inline-end: 2px; top: auto; right: auto; bottom: auto; left: "
+            "auto"},
+           {"border-top:solid red",
+            "border-top-width: 3px; border-top-style: solid; border-top-color: #ff0000"},
+           {"border-left:0",
+            "border-left-width: 0px; border-left-style: none; border-left-color: currentcolor"},
+           {"border:1px 2px", ""},
+           {"border-color:red blue",
+            "border-top-color: #ff0000; border-right-color: #0000ff; border-bottom-color: #ff0000; "
+            "border-left-color: #0000ff"},
+           {"font:italic small-caps bold 12px/1.5 a, serif",
+            "font-style: italic; font-variant-caps: small-caps; font-variant-position: normal; font-weight: "
+            "700; "
+            "font-stretch: 100%; font-size: 12px; line-height: 1.5; font-family: [\"a\" serif]"},
+           {"font:normal normal 400 x-large serif",
+            "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
+            "font-stretch: 100%; font-size: x-large; line-height: normal; font-family: [serif]"},
+           {"font:12px;font:bold serif;font:12px/x serif;font:bold bold 12px serif", ""},
+           {"list-style:none", "list-style-type: none; list-style-position: outside; list-style-image: none"},
+           {"list-style:inside url(a) none",
+            "list-style-type: none; list-style-position: inside; list-style-image: url(a)"},
+           {"list-style:none none none;list-style:disc circle", ""},
+           {"background:url(a) no-repeat 0 0 / 10px auto, #fff",
+            "background-color: #ffffff; background-image: url(a)"},
+           {"background:none", "background-color: #000000/0; background-image: none"},
+           {"background:red, url(a);background:foo;background:red red", ""},
+           {"text-decoration:underline dotted red 2px",
+            "text-decoration-line: [underline]; text-decoration-style: dotted; text-decoration-color: #ff0000; "
+            "text-decoration-thickness: 2px"},
+           {"text-decoration:none",
+            "text-decoration-line: none; text-decoration-style: solid; text-decoration-color: currentcolor; "
+            "text-decoration-thickness: auto"},
+           {"overflow:hidden", "overflow-x: hidden; overflow-y: hidden"},
+           {"font-variant:small-caps tabular-nums;font-variant:none",
+            "font-variant-caps: small-caps; font-variant-position: normal; font-variant-caps: normal; "
+            "font-variant-position: normal"},
+       })
+    EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, ReadsColors) {
+  for (const Case &test : std::initializer_list<Case>{
+           {"#abc", "#aabbcc"},
+           {"#abcd", "#aabbcc/0.8667"},
+           {"#12345678", "#123456/0.4706"},
+           {"#12345", ""},
+           {"ReBeccaPurple", "#663399"},
+           {"transparent", "#000000/0"},
+           {"currentColor", "currentcolor"},
+           {"CanvasText", "#000000"},
+           {"fff", ""},
+           {"rgb(1,2,3)", "#010203"},
+           {"rgba(1, 2, 3, .5)", "#010203/0.5"},
+           {"rgb(100% 0% 50% / 25%)", "#ff0080/0.25"},
+           {"rgb(300, -5, 127.5)", "#ff0080"},
+           {"rgb(1, 2%, 3)", ""},
+           {"rgb(1 2, 3)", ""},
+           {"rgb(none 2 3)", "#000203"},
+           {"rgb(calc(1 + 1) 2 3)", "#020203"},
+           {"hsl(120, 100%, 25%)", "#008000"},
+           {"hsl(.5turn 100% 50% / 1)", "#00ffff"},
+           {"hsl(-120 100 50)", "#0000ff"},
+           {"hsl(120, 1, .5)", ""},
+           {"hwb(0 20% 40%)", "#993333"},
+           {"hwb(0 60% 60%)", "#808080"},
+           {"lab(100% 0 0)", "#ffffff"},
+           {"lab(29.2345% 39.3825 20.0664)", "#7d2329"},
+           {"lch(52.2345% 72.2 56.2)", "#c65d06"},
+           {"oklab(40.101% 0.1147 0.0453)", "#7d2329"},
+           {"oklch(59.686% 0.15619 49.7694deg)", "#c65d06"},
+           {"color(srgb 1 .5 0)", "#ff8000"},
+           {"color(display-p3 0 1 0)", "#00ff00"},
+           {"color(srgb-linear 0.5 0 0)", "#bc0000"},
+           {"color(xyz 0.9505 1 1.089)", "#ffffff"},
+           {"color(xyz-d50 0.9643 1 0.8251)", "#ffffff"},
+           {"color(rec2020 1 1 1 / .5)", "#ffffff/0.5"},
+           {"color(prophoto-rgb 1 1 1)", "#ffffff"},
+           {"color(a98-rgb 1 1 1)", "#ffffff"},
+           {"color-mix(in srgb, red, blue)", "#800080"},
+           {"color-mix(in srgb, red 25%, blue)", "#4000bf"},
+           {"color-mix(in oklab, white, black)", "#636363"},
+           {"color-mix(in srgb, red 0%, blue 0%)", ""},
+           {"light-dark(red, blue)", "#ff0000"},
+           {"red blue", ""},
+       }) {
+    const std::string expected = test.declarations.empty() ? "" : "color: " + std::string(test.declarations);
+    EXPECT_EQ(declarationsOf("color:" + std::string(test.style)), expected) << test.style;
+  }
+}
+
+TEST(CSSDeclaration, LetsQuirkyPagesLeaveUnitsAndHashesOut) {
+  for (const Case &test : std::initializer_list<Case>{
+           {"width:10;font-size:12;margin:1 2",
+            "width: 10px; font-size: 12px; margin-top: 1px; margin-right: 2px; margin-bottom: 1px; "
+            "margin-left: 2px"},
+           {"line-height:2;border:1 solid;font:12 serif", "line-height: 2"},
+           {"color:ff0000;background-color:123;background:fff", "color: #ff0000; background-color: #112233"},
+           {"color:12ab56;color:000001;color:+123;color:1.5", "color: #12ab56; color: #000001"},
+           {"width:calc(10);border-top-color:abc", "border-top-color: #aabbcc"},
+       })
+    EXPECT_EQ(declarationsOf(test.style, CSSMode::kQuirks), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, TakesRawDeclarationsApart) {
+  struct RawCase {
+    std::u16string_view style, declarations;
+  };
+  for (const RawCase &test : std::initializer_list<RawCase>{
+           {u"a : b c ;d:e!important;f:g !  IMPORTANT", u"a=b c|d=e!|f=g!|"},
+           {u"a:';';b:(;);c;d:", u"a=';'|b=(;)|d=|"},
+           {u"x{a:b}c:d;@e f;g:h", u"c=d|g=h|"},
+           {u"a:!important;b:x!y", u"a=!|b=x!y|"},
+       }) {
+    CSSRawDeclarations declarations(test.style);
+    std::u16string text;
+    while (const std::optional<CSSRawDeclaration> declaration = declarations.next()) {
+      text += declaration->name;
+      text += u'=';
+      text += declaration->value;
+      text += declaration->isImportant ? u"!|" : u"|";
+    }
+    EXPECT_EQ(textOf(text), textOf(test.declarations)) << textOf(test.style);
+  }
+}
+
+/// What is made to cost much must neither take time by the square nor the stack.
+TEST(CSSDeclaration, BearsDeepAndLongValues) {
+  const auto repeated = [](std::u16string_view part, std::size_t count) {
+    std::u16string text;
+    for (std::size_t i = 0; i < count; ++i) text += part;
+    return text;
+  };
+  const auto read = [](const std::u16string &style) {
+    CSSArena arena;
+    std::vector<CSSDeclaration> declarations;
+    readDeclarations(style, CSSMode::kStandard, arena, declarations);
+    CSSRawDeclarations raw(style);
+    while (raw.next()) continue;
+  };
+  for (const std::u16string_view part :
+       {u"(", u"{", u"[", u"calc(", u"min(", u"color-mix(in srgb,", u"var(--a,", u"a:hover{", u"a:b;", u"a,",
+        u"1px ", u"url(", u"'a'", u"@x{"})
+    for (const std::u16string_view head : {u"width:", u"font-family:", u"--x:", u""})
+      expectLinearTime(4000, [&](std::size_t n) { read(std::u16string(head) + repeated(part, n)); });
+}
+
+}  // namespace
+}  // namespace nimbo

@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CSS/CSSStyleSheet.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/CSS/CSSRuleIndex.hpp"
+#include "tests/platform/CSS/CSSPage.hpp"
+#include "tests/support/GrowthRatio.hpp"
+
+namespace nimbo {
+namespace {
+
+CSSStyleSheet sheetOf(std::string_view text, CSSNames &names, bool onlyKnownNames = false) {
+  CSSSheetReading reading;
+  reading.selectors.names = &names;
+  reading.selectors.onlyKnownNames = onlyKnownNames;
+  return {NSString::stringWithUTF8String(text), reading};
+}
+
+/// What holds for an element by the sheet, the winner of each property last.
+std::string styleOf(const CSSRuleIndex &index, const CSSPage &page, CSSElementIndex element) {
+  CSSSelectorMatcher matcher(page.elements);
+  std::vector<CSSMatch> matches;
+  index.match(matcher, element, matches);
+  std::string text;
+  for (const CSSMatch &match : matches) {
+    if (!text.empty()) text += " | ";
+    constexpr const char *kElements[] = {"", "before ", "after ", "marker "};
+    text += kElements[static_cast<std::size_t>(match.pseudoElement)] + textOfDeclarations(match.declarations);
+  }
+  return text;
+}
+
+std::string styleBySheet(std::string_view text, bool onlyKnownNames = false) {
+  CSSNames names;
+  const CSSPage page("<html><div class=a id=i><p class='b c'></></></>", names);
+  const CSSStyleSheet sheet = sheetOf(text, names, onlyKnownNames);
+  CSSRuleIndex index;
+  index.add(sheet);
+  index.finish();
+  return styleOf(index, page, 2);
+}
+
+TEST(CSSStyleSheet, ReadsRulesAndGoesOnBehindErrors) {
+  struct Case {
+    std::string_view sheet, style;
+  };
+  for (const Case &test : std::initializer_list<Case>{
+           {"p{float:left}", "float: left"},
+           {"p{float:left", "float: left"},
+           {"p{float:left} p", "float: left"},
+           {"p{float:none}.b{float:left}p{float:right}", "float: none | float: right | float: left"},
+           {".b{float:none}p.b{float:left}.c{float:right}#i p{top:0}",
+            "float: none | float: right | float: left | top: 0px"},
+           {"u,p,.b{float:left}", "float: left"},
+           {"p,:foo{float:left}.b{float:none}", "float: none"},
+           {"p}{float:left}p{float:none}", "float: none"},
+           {"}p{float:left}p{float:none}", "float: none"},
+           {";p{float:left}p{float:none}", "float: none"},
+           {"p{(float:left}p{float:none}", ""},
+           {"p[{float:left}]{}p{float:none}", "float: none"},
+           {"<!-- p{float:left} -->", "float: left"},
+           {"/* p{float:left}", ""},
+           {"p{}.u{float:left}", ""},
+           {"@charset 'x';@namespace x url(y);p{float:left}", "float: left"},
+           {"@font-face{float:none}@keyframes x{from{float:none}}@page{float:none}p{float:left}",
+            "float: left"},
+           {"@foo x{p{float:none}} @foo; p{float:left}", "float: left"},
+           {"@media screen{p{float:left}}@media print{p{float:none}}", "float: left"},
+           {"@media screen{@media (min-width:1px){p{float:left}}p{top:0}}", "float: left | top: 0px"},
+           {"@media screen{p{float:left;}x}p{float:none}", "float: left | float: none"},
+           {"@media screen{;p{float:left}", "float: left"},
+           {"@media screen;p{float:left}", "float: left"},
+           {"@media{p{float:left}}", "float: left"},
+           {"@supports (display:grid){p{float:left}}@supports (foo:bar){p{float:none}}", "float: left"},
+           {"@supports not (foo:bar){p{float:left}}", "float: left"},
+           {"@layer a,b;@layer b{p{float:left}}@layer a{p#x,p{float:none}}p{top:0}",
+            "float: none | float: left | top: 0px"},
+           {"@layer a{p{float:left}@layer c{p.b{float:none}}}@layer a.c{p{top:0}}",
+            "top: 0px | float: none | float: left"},
+           {"@layer{p{float:left}}@layer{p{float:none}}", "float: left | float: none"},
+           {"@layer a b{p{float:left}}", ""},
+           {"div{p{float:left}&>.b{float:none}}", "float: left | float: none"},
+           {"p{float:left;&.b{top:0}left:0}", "float: left | left: 0px | top: 0px"},
+           {".a{.c &,.x{top:0}p:is(&>*){float:left}}", "float: left"},
+           {".a,#i{p{float:left}}#i p{float:none}", "float: left | float: none"},
+           {"div{@media screen{top:0;p{float:left}}@media print{p{float:none}}}", "float: left"},
+           {"p{a:hover{float:left}float:none}", "float: none"},
+           {"p{.x float:left;float:none}", "float: none"},
+           {"p{@media screen{float:left}}", "float: left"},
+           {"& p{float:left}", "float: left"},
+           {"p::before{content:'x'}p:after{top:0}p::marker{left:0}p{float:none}",
+            "float: none | before content: [\"x\"] | after top: 0px | marker left: 0px"},
+           {"p::before,p{float:left}", "float: left | before float: left"},
+       }) {
+    EXPECT_EQ(styleBySheet(test.sheet), test.style) << test.sheet;
+    EXPECT_EQ(styleBySheet(test.sheet, true), test.style) << test.sheet;
+  }
+}
+
+TEST(CSSStyleSheet, KnowsWhatItImports) {
+  CSSNames names;
+  const CSSStyleSheet sheet = sheetOf(
+      "@charset 'utf-8';@import 'a';@layer x;@import url(b) screen;@import url('c') print;@import url(d) layer;"
+      "@import 'e' layer(y.z) supports(display:grid) (min-width:1px);@import 'f' supports(foo:bar);@import g;"
+      "p{float:left}@import 'h';",
+      names);
+  std::string text;
+  for (const CSSImport &import : sheet.imports()) {
+    text += textOf(import.url) + (import.layer == kNoCSSLayer ? "" : "@" + std::to_string(import.layer)) + "/" +
+            std::to_string(import.precedingLayers) + " ";
+  }
+  EXPECT_EQ(text, "a/0 b/1 d@1/1 e@3/2 ");
+  EXPECT_EQ(sheet.layers().size(), 4u);
+}
+
+TEST(CSSStyleSheet, OrdersLayersOfSeveralSheets) {
+  CSSNames names;
+  const CSSPage page("<p></>", names);
+  const CSSStyleSheet outer = sheetOf("@layer b;@import 'x' layer(a);@layer b{p{float:left}}", names);
+  const CSSStyleSheet inner = sheetOf("p{float:none}@layer c{p{float:right}}", names);
+  CSSRuleIndex index;
+  const CSSImport &import = outer.imports()[0];
+  index.addLayers(outer, import.precedingLayers);
+  index.add(inner, index.addedLayer(outer, import.layer));
+  index.add(outer);
+  index.finish();
+  EXPECT_EQ(styleOf(index, page, 0), "float: left | float: right | float: none");
+}
+
+TEST(CSSStyleSheet, LeavesOutWhatThePageCannotHave) {
+  CSSNames names;
+  const CSSPage page("<p class=a></>", names);
+  const std::size_t before = names.size();
+  const CSSStyleSheet sheet = sheetOf(
+      ".x{top:0} p .x{top:0} #y{top:0} [z]{top:0} q{top:0} p:not(.x){top:0} :is(.x,p){top:0} .x{p{top:0}}",
+      names, true);
+  EXPECT_EQ(sheet.rules().size(), 2u);
+  EXPECT_EQ(names.size(), before);
+}
+
+/// A table that stands on another one finds its names under their numbers.
+TEST(CSSStyleSheet, SharesNamesOfABaseTable) {
+  CSSNames base;
+  const CSSStyleSheet userAgent = sheetOf("p{float:left}", base);
+  CSSNames names(&base);
+  const CSSPage page("<html><p class=p></></>", names);
+  CSSRuleIndex index;
+  index.add(userAgent);
+  index.finish();
+  EXPECT_EQ(styleOf(index, page, 1), "float: left");
+  EXPECT_EQ(names.find(u"p"), base.find(u"p"));
+  EXPECT_EQ(names.text(names.intern(u"new")), u"new");
+  EXPECT_EQ(base.find(u"new"), kNoCSSName);
+}
+
+TEST(CSSStyleSheet, ReadsEverySheetInLinearTime) {
+  for (const std::string_view part : {"{",
+                                      "}",
+                                      "(",
+                                      "a{",
+                                      "@media x{",
+                                      "@media screen{",
+                                      "@layer a{",
+                                      "@layer a.b;",
+                                      "@supports (",
+                                      "a{b:c}",
+                                      "a,",
+                                      "a{color:red;",
+                                      "@import 'a';",
+                                      "&{",
+                                      "a:hover{",
+                                      "a{a:hover{",
+                                      ":is(a,",
+                                      "@x",
+                                      "'",
+                                      "\\",
+                                      "/*",
+                                      "url(",
+                                      "a{--x:{",
+                                      "a{&:is(&,&){",
+                                      "@layer{",
+                                      "<!--",
+                                      "@supports not (not ("})
+    expectLinearTime(3000, [&](std::size_t n) {
+      std::string text;
+      for (std::size_t i = 0; i < n; ++i) text += part;
+      CSSNames names;
+      const CSSStyleSheet sheet = sheetOf(text, names);
+      CSSRuleIndex index;
+      index.add(sheet);
+      index.finish();
+    });
+}
+
+}  // namespace
+}  // namespace nimbo
