@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/WebKit/CharacterReferences.hpp"
+
+#include <algorithm>
+#include <iterator>
+
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
+namespace nimbo {
+namespace {
+
+struct Row {
+  char32_t first;
+  /// 0 when there is one character alone.
+  char32_t second;
+  bool isGoodWithoutSemicolon;
+  char name[32];
+};
+
+constexpr Row kRows[] = {
+#include "CharacterReferences.inc"
+};
+static_assert(std::ranges::adjacent_find(kRows, std::ranges::greater_equal(), [](const Row &row) {
+                return std::string_view(row.name);
+              }) == std::end(kRows));
+
+/// The first row whose name begins with each byte.
+constexpr auto kFirstRows = [] {
+  std::array<std::uint16_t, 129> rows{};
+  for (std::size_t byte = 0; byte < rows.size(); ++byte)
+    rows[byte] = static_cast<std::uint16_t>(
+        std::ranges::lower_bound(kRows, byte, {},
+                                 [](const Row &row) { return static_cast<std::size_t>(row.name[0]); }) -
+        std::begin(kRows));
+  return rows;
+}();
+
+void append(CharacterReference &reference, char32_t c) {
+  if (c > 0xffff) {
+    reference.units[reference.unitCount++] = static_cast<unichar>(0xd7c0 + (c >> 10));
+    c = 0xdc00 + (c & 0x3ff);
+  }
+  reference.units[reference.unitCount++] = static_cast<unichar>(c);
+}
+
+/// What numbers from 0x80 to 0x9f stand for: pages mean the characters that Windows has there. 0 for the number
+/// itself.
+constexpr std::array<unichar, 32> kWindowsCharacters = {
+    0x20ac, 0,      0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
+    0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0,      0x017e, 0x0178};
+
+char32_t characterOfNumber(char32_t number) {
+  if (number == 0 || number > 0x10ffff || (number >= 0xd800 && number <= 0xdfff)) return 0xfffd;
+  if (number >= 0x80 && number <= 0x9f && kWindowsCharacters[number - 0x80] != 0)
+    return kWindowsCharacters[number - 0x80];
+  return number;
+}
+
+CharacterReference readNumber(std::u16string_view text) {
+  std::size_t i = 2;
+  const bool isHexadecimal = i < text.size() && (text[i] | 0x20) == u'x';
+  const std::uint32_t base = isHexadecimal ? 16 : 10;
+  if (isHexadecimal) ++i;
+  const std::size_t digits = i;
+  char32_t number = 0;
+  for (; i < text.size() && hexDigitValue(text[i]) < base; ++i)
+    number = std::min<char32_t>(number * base + hexDigitValue(text[i]), 0x110000);
+  CharacterReference reference;
+  if (i == digits) return reference;
+  if (i < text.size() && text[i] == u';') ++i;
+  append(reference, characterOfNumber(number));
+  reference.length = static_cast<std::uint32_t>(i);
+  return reference;
+}
+
+/// The longest name that the text has behind its "&".
+CharacterReference readName(std::u16string_view text, bool isInAttribute) {
+  const Row *first = kRows + kFirstRows[text[1]], *last = kRows + kFirstRows[text[1] + 1], *found = nullptr;
+  std::size_t length = 1, foundLength = 0;
+  while (first != last) {
+    // All of these rows have what was read so far in front; a row that has no more comes first.
+    if (first->name[length] == '\0') {
+      const bool isEnded = length + 1 < text.size() && text[length + 1] == u';';
+      if (isEnded || first->isGoodWithoutSemicolon) {
+        found = first;
+        foundLength = length + (isEnded ? 2 : 1);
+      }
+      if (isEnded) break;
+    }
+    if (++length >= text.size() || !isASCIIAlphanumeric(text[length])) break;
+    const auto unitAt = [at = length - 1](const Row &row) { return static_cast<unichar>(row.name[at]); };
+    first = std::ranges::lower_bound(first, last, text[length], {}, unitAt);
+    last = std::ranges::upper_bound(first, last, text[length], {}, unitAt);
+  }
+  CharacterReference reference;
+  if (!found) return reference;
+  // An address such as "?a=1&copy=2" means no sign.
+  if (isInAttribute && text[foundLength - 1] != u';' && foundLength < text.size() &&
+      (text[foundLength] == u'=' || isASCIIAlphanumeric(text[foundLength])))
+    return reference;
+  append(reference, found->first);
+  if (found->second != 0) append(reference, found->second);
+  reference.length = static_cast<std::uint32_t>(foundLength);
+  return reference;
+}
+
+}  // namespace
+
+CharacterReference readCharacterReference(std::u16string_view text, bool isInAttribute) {
+  if (text.size() < 2) return {};
+  if (text[1] == u'#') return readNumber(text);
+  return isASCIILetter(text[1]) ? readName(text, isInAttribute) : CharacterReference();
+}
+
+}  // namespace nimbo

@@ -1,0 +1,326 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "platform/Foundation/NSString.hpp"
+#include "tests/platform/WebKit/HTMLTreeCheck.hpp"
+#include "tests/platform/WebKit/TreeText.hpp"
+#include "tests/support/ExactBuffer.hpp"
+
+namespace nimbo {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct Case {
+  /// The page, behind a document type.
+  std::string_view page;
+  /// The tree on one line: "p(b(\"x\"))" for `<p><b>x</b></p>`, attributes in brackets.
+  std::string_view tree;
+};
+
+/// The children of a node as the cases write them.
+std::string shortTree(const HTMLDocument &document, HTMLNodeIndex parent) {
+  const auto bytes = [](std::u16string_view units) {
+    return NSString::stringWithCharacters(units).UTF8String();
+  };
+  std::string tree;
+  for (auto i = document.node(parent).firstChild; i != kNoHTMLNode; i = document.node(i).nextSibling) {
+    const HTMLNode &node = document.node(i);
+    if (!tree.empty()) tree += ' ';
+    if (node.kind == HTMLNodeKind::text) tree += "'" + bytes(document.text(node)) + "'";
+    if (node.kind == HTMLNodeKind::comment) tree += "{" + bytes(document.text(node)) + "}";
+    if (node.kind == HTMLNodeKind::doctype) tree += "!" + bytes(document.atoms().text(node.name));
+    if (!node.isElement()) continue;
+    tree += node.nameSpace == HTMLNamespace::svg      ? "svg:"
+            : node.nameSpace == HTMLNamespace::mathML ? "math:"
+                                                      : "";
+    tree += bytes(document.atoms().text(node.name));
+    for (const HTMLAttribute &one : document.attributes(node))
+      tree += "[" + bytes(document.atoms().text(one.name)) + "=" + bytes(document.value(one)) + "]";
+    const bool isTemplate = node.isHTML("template"_atom);
+    const std::string inside = shortTree(document, isTemplate ? document.templateContents(i) : i);
+    if (!inside.empty()) tree += (isTemplate ? "<" : "(") + inside + (isTemplate ? ">" : ")");
+  }
+  return tree;
+}
+
+std::string shortTree(std::string_view page, bool isWhole) {
+  const NSString string = NSString::stringWithUTF8String(page);
+  const HTMLDocument document = HTMLDocument::documentWithText(string.view());
+  EXPECT_TRUE(isSoundTree(document, HTMLLimits().depth)) << page;
+  return shortTree(document, isWhole ? HTMLDocument::kRoot : document.body());
+}
+
+TEST(HTMLTreeTest, readsTagsAndAttributes) {
+  const Case cases[] = {
+      {"<DIV Class=a ID='b' TITLE=\"c\">x</dIv >", "div[class=a][id=b][title=c]('x')"},
+      {"<p a a=1 =b c=d=e / f=g/h/>", "p[a=][=b=][c=d=e][f=g/h/]"},
+      {"<p a='&amp;&lt=&ltx&gt;&#65' b=&amp;c>", "p[a=&&lt=&ltx>A][b=&c]"},
+      {"<p a=\"x>y\" b='\n'\tc>z", "p[a=x>y][b=\n][c=]('z')"},
+      {"<p a=1\0b=2>x\0y"sv,
+       "p[a=1\xef\xbf\xbd"
+       "b=2]('xy')"},
+      {"a<b<c>d", "'a' b<c('d')"},
+      {"1 < 2 <3 <", "'1 < 2 <3 <'"},
+      {"a</>b</ c>d</5>e</", "'ab' { c} 'd' {5} 'e</'"},
+      {"a<p b='c", "'a'"},
+      {"a<p b", "'a'"},
+      {"a\r\nb\rc<p d='\r\n'>", "'a\nb\nc' p[d=\n]"},
+      {"<br/>x<p/>y</br>", "br 'x' p('y' br)"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, readsCharacterReferences) {
+  const Case cases[] = {
+      {"&amp;&AMP&amp&ampx&am", "'&&&&x&am'"},
+      {"&notit;&notin;&notinE;&not;", "'\u00acit;\u2209\u22f9\u0338\u00ac'"},
+      {"&NotEqualTilde;&Aopf;", "'\u2242\u0338\U0001d538'"},
+      {"&CounterClockwiseContourIntegral;&CounterClockwiseContourIntegral",
+       "'\u2233&CounterClockwiseContourIntegral'"},
+      {"&#65;&#x41&#X41;&#;&#x;&#xg;", "'AAA&#;&#x;&#xg;'"},
+      {"&#128;&#x9f;&#129;", "'\u20ac\u0178\u0081'"},
+      {"&#0;&#xd800;&#x110000;&#99999999999999999999;", "'\ufffd\ufffd\ufffd\ufffd'"},
+      {"&#x1F600;&;& &1", "'\U0001f600&;& &1'"},
+      {"a&lt;b&lt\0c"sv, "'a<b<c'"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, readsCommentsAndText) {
+  const Case cases[] = {
+      {"<!--a--><!----><!--><!---><!--->-->", "{a} {} {} {} {} '-->'"},
+      {"<!--a--!>b<!-- -- ! --->c", "{a} 'b' { -- ! -} 'c'"},
+      {"<!--a<!--b-->c<!--d<!-->e", "{a<!--b} 'c' {d<!} 'e'"},
+      {"<!--a--", "{a}"},
+      {"<!--a--!", "{a}"},
+      {"<!--a-", "{a}"},
+      {"<!-a><!a><?a?><![CDATA[a]]>", "{-a} {a} {?a?} {[CDATA[a]]}"},
+      {"<!--a\0b-->"sv,
+       "{a\ufffd"
+       "b}"},
+      {"<style>a<!--</style>b", "style('a<!--') 'b'"},
+      {"<style></sty</style x>a", "style('</sty') 'a'"},
+      {"<textarea>\n\n<p>&lt;</textarea >a", "textarea('\n<p><') 'a'"},
+      {"<title>&amp;</titles></TITLE>a", "title('&</titles>') 'a'"},
+      {"<xmp>&amp;<p></xmp>a<noembed><p></noembed>", "xmp('&amp;<p>') 'a' noembed('<p>')"},
+      {"<pre>\n\na</pre><pre>&#10;b", "pre('\na') pre('b')"},
+      {"<script>a<!--<script>b</script>c--></script>d", "script('a<!--<script>b</script>c-->') 'd'"},
+      {"<script>a<!--<script>b--></script>c", "script('a<!--<script>b-->') 'c'"},
+      {"<script><!--></script>a", "script('<!-->') 'a'"},
+      {"<script><!--</scriptx></script>a", "script('<!--</scriptx>') 'a'"},
+      {"<script>a\0</script "sv, "script('a\ufffd')"},
+      {"<plaintext>a</plaintext>&lt;", "plaintext('a</plaintext>&lt;')"},
+      {"<noscript>a<b></noscript>b", "noscript('a' b) b('b')"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, impliesEnds) {
+  const Case cases[] = {
+      {"<p>a<p>b<div>c</p>d", "p('a') p('b') div('c' p 'd')"},
+      {"<p>a<button>b<p>c</button>d</p>e", "p('a' button('b' p('c')) 'd') 'e'"},
+      {"<p><table></table>", "p table"},
+      {"<ul><li>a<li>b<ul><li>c</ul><li>d<div><li>e", "ul(li('a') li('b' ul(li('c'))) li('d' div) li('e'))"},
+      {"<dl><dt>a<dd>b<dt>c<p>d</dl>e", "dl(dt('a') dd('b') dt('c' p('d'))) 'e'"},
+      {"<h1>a<h2>b</h3>c", "h1('a') h2('b') 'c'"},
+      {"<ruby>a<rb>b<rt>c<rtc>d<rt>e<rp>f</ruby>g", "ruby('a' rb('b') rt('c') rtc('d' rt('e') rp('f'))) 'g'"},
+      {"<form>a<div></form>b</div><form>c", "form('a' div('b')) form('c')"},
+      {"<form><form>a</form>b", "form('a') 'b'"},
+      {"<button>a<button>b", "button('a') button('b')"},
+      {"<div><span></div>a</span>", "div(span) 'a'"},
+      {"<x><y></x>a", "x(y) 'a'"},
+      {"<image src=a>", "img[src=a]"},
+      {"<select><option>a<optgroup><option>b<option>c<hr></select>d",
+       "select(option('a') optgroup(option('b') option('c')) hr) 'd'"},
+      {"<select><div>a<select>b", "select(div('a')) 'b'"},
+      {"<select>a<input>b", "select('a') input 'b'"},
+      {"<option>a<option>b<optgroup>c", "option('a') option('b') optgroup('c')"},
+      {"</p>a</li></div></body><p>b", "p 'a' p('b')"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, carriesFormattingOn) {
+  const Case cases[] = {
+      {"<b>a<p>b</b>c", "b('a') p(b('b') 'c')"},
+      {"<p><b>a<p>b</b>c", "p(b('a')) p(b('b') 'c')"},
+      {"<b><i>a</b>b</i>c", "b(i('a')) i('b') 'c'"},
+      {"<a href=1>a<a href=2>b", "a[href=1]('a') a[href=2]('b')"},
+      {"<a>a<div>b<a>c", "a('a') div(a('b') a('c'))"},
+      {"<b>1<div>2<div>3</b>4", "b('1') div(b('2') div(b('3') '4'))"},
+      {"<b><b><b><b><p>a", "b(b(b(b(p('a')))))"},
+      {"<p><b><b><b><b><p>a", "p(b(b(b(b)))) p(b(b(b('a'))))"},
+      {"<p><b x=1 y=2><b y=2 x=1><b x=1 y=2><b x=1 y=2><p>a",
+       "p(b[x=1][y=2](b[y=2][x=1](b[x=1][y=2](b[x=1][y=2])))) p(b[y=2][x=1](b[x=1][y=2](b[x=1][y=2]('a'))))"},
+      {"<b><em><u><i><s><p>a</b>b", "b(em(u(i(s)))) u(i(s(p(b('a') 'b'))))"},
+      {"<nobr>a<nobr>b", "nobr('a') nobr('b')"},
+      {"<b>a<object>b</b>c</object>d", "b('a' object('bc') 'd')"},
+      {"<font>a<table><td>b<font>c</table>d", "font('a' table(tbody(tr(td('b' font('c'))))) 'd')"},
+      {"a</b></i>b", "'ab'"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, completesTables) {
+  const Case cases[] = {
+      {"<table><td>a<th>b<tr><td>c<tbody><tr>", "table(tbody(tr(td('a') th('b')) tr(td('c'))) tbody(tr))"},
+      {"<table>a<tr>b<td>c</td>d</table>e", "'abd' table(tbody(tr(td('c')))) 'e'"},
+      {"<table> <tr> </tr> </table>", "table(' ' tbody(tr(' ') ' '))"},
+      {"<table><b>a<tr><td>b</table>c", "b('a') table(tbody(tr(td('b')))) b('c')"},
+      {"<table><caption>a<p>b<col><colgroup><col>c",
+       "'c' table(caption('a' p('b')) colgroup(col) colgroup(col))"},
+      {"<table><caption>a</table>b", "table(caption('a')) 'b'"},
+      {"<table><td>a<table><td>b</table>c</table>d",
+       "table(tbody(tr(td('a' table(tbody(tr(td('b')))) 'c')))) 'd'"},
+      {"<table>a<table>b", "'a' table 'b' table"},
+      {"<table><input type=HIDDEN><input><form>a</table>", "input 'a' table(input[type=HIDDEN] form)"},
+      {"<table><tr></body></td><thead></tr><th>a", "table(tbody(tr) thead(tr(th('a'))))"},
+      {"<table><style>a</style><script>b</script><td><style>c",
+       "table(style('a') script('b') tbody(tr(td(style('c')))))"},
+      {"<table><div><td>a", "div table(tbody(tr(td('a'))))"},
+      {"<table><td><select><option>a<td>b", "table(tbody(tr(td(select(option('a'))) td('b'))))"},
+      {"<td>a</tr><tr>b<caption>c", "'abc'"},
+      {"<table>a&amp;<td>b&lt;<tr>c&gt;<td>d&amp;", "'a&c>' table(tbody(tr(td('b<')) tr(td('d&'))))"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, keepsSVGAndMathML) {
+  const Case cases[] = {
+      {"<SVG viewbox=1 onclick=2><LINEARGRADIENT/><g>a</G></svg>b",
+       "svg:svg[viewBox=1][onclick=2](svg:linearGradient svg:g('a')) 'b'"},
+      {"<svg><g><p>a", "svg:svg(svg:g) p('a')"},
+      {"<svg><font>a<font size=1>b", "svg:svg(svg:font('a')) font[size=1]('b')"},
+      {"<svg><foreignObject><p>a<svg><desc><b>c</b></desc>d",
+       "svg:svg(svg:foreignObject(p('a' svg:svg(svg:desc(b('c')) 'd'))))"},
+      {"<svg><title><p>a</title>b", "svg:svg(svg:title(p('ab')))"},
+      {"<svg><g></p>a", "svg:svg(svg:g) p 'a'"},
+      {"<svg><![CDATA[<a>&amp;]]]]>b<![CDATA[c", "svg:svg('<a>&amp;]]bc')"},
+      {"<math definitionurl=1><mi><b>a</b><mglyph/></mi><mo>b",
+       "math:math[definitionURL=1](math:mi(b('a') math:mglyph) math:mo('b'))"},
+      {"<math><annotation-xml><p>a", "math:math(math:annotation-xml) p('a')"},
+      {"<math><annotation-xml encoding=TEXT/html><p>a",
+       "math:math(math:annotation-xml[encoding=TEXT/html](p('a')))"},
+      {"<math><annotation-xml><svg><g>a", "math:math(math:annotation-xml(svg:svg(svg:g('a'))))"},
+      {"<svg><a><div>a", "svg:svg(svg:a) div('a')"},
+      {"<svg><script>a<b>c</b></script>d", "svg:svg(svg:script('a')) b('c') 'd'"},
+      {"<svg>a\0b"sv,
+       "svg:svg('a\ufffd"
+       "b')"},
+      {"<div><svg></div>a", "div(svg:svg) 'a'"},
+  };
+  for (const Case &one : cases)
+    EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, framesPages) {
+  const Case cases[] = {
+      {"", "html(head body)"},
+      {" \n", "html(head body)"},
+      {"a", "html(head body('a'))"},
+      {"<!--a--><!doctype HTML><!--b--><p>c", "{a} !html {b} html(head body(p('c')))"},
+      {" <title>a</title> <p>b", "html(head(title('a') ' ') body(p('b')))"},
+      {"<html a=1><html a=2 b=3><body c=4><body c=5 d=6>", "html[a=1][b=3](head body[c=4][d=6])"},
+      {"<head></head> <link><p>a<title>b</title>", "html(head(link) ' ' body(p('a' title('b'))))"},
+      {"<head><noscript><link><p>a</noscript>b", "html(head(noscript(link)) body(p('ab')))"},
+      {"<p>a</body>b</html>c<!--d-->", "html(head body(p('abc' {d})))"},
+      {"<body></body><!--a--></html><!--b--> c", "html(head body(' c') {a}) {b}"},
+      {"<body></body></html><!--a-->", "html(head body) {a}"},
+      {"<frameset><frame>a <noframes>b</noframes></frameset> c</html> d<!--e-->",
+       "html(head frameset(frame ' ' noframes('b')) '  ') {e}"},
+      {"<div></div><frameset><frame>", "html(head frameset(frame))"},
+      {"<div>a<frameset><frame>", "html(head body(div('a')))"},
+      {"<template>a<td>b</template><p>c", "html(head(template<'a' td('b')>) body(p('c')))"},
+      {"<template><td>a<tr><td>b</template>", "html(head(template<td('a') td('b')>) body)"},
+      {"<template><col><p>a<template>b", "html(head(template<col template<'b'>>) body)"},
+      {"<body><template><p>a<template>b</template>c</template>d",
+       "html(head body(template<p('a' template<'b'> 'c')> 'd'))"},
+      {"<table><template><tr></template><tr><template>a",
+       "html(head body(table(template<tr> tbody(tr(template<'a'>)))))"},
+      {"<template><caption>a</template></template><b></template>c",
+       "html(head(template<caption('a')>) body(b('c')))"},
+  };
+  for (const Case &one : cases) EXPECT_EQ(shortTree(one.page, true), one.tree) << one.page;
+}
+
+TEST(HTMLTreeTest, writesTreesWithIndents) {
+  const HTMLDocument document =
+      HTMLDocument::documentWithText(u"<!doctype html><p id=b class=a>One<template><svg><g/></svg></template>");
+  EXPECT_EQ(
+      treeText(document),
+      "<!DOCTYPE html>\n<html>\n  <head>\n  <body>\n    <p>\n      class=\"a\"\n      id=\"b\"\n      \"One\"\n"
+      "      <template>\n        content\n          <svg svg>\n            <svg g>\n");
+}
+
+TEST(HTMLTreeTest, knowsTheModeOfDoctypes) {
+  const struct {
+    std::u16string_view page;
+    HTMLQuirksMode mode;
+  } cases[] = {
+      {u"<p>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html>", HTMLQuirksMode::noQuirks},
+      {u"<!doctypeHTML>", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE xml>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html x>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html SYSTEM 'about:legacy-compat'>", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE html SYSTEM 'a' b>", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE html SYSTEM 'a>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC '' x>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'HTML'>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 3.2 Final//EN\">", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\">", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\" \"x\">",
+       HTMLQuirksMode::limitedQuirks},
+      {u"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01//EN\">", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE html PUBLIC '-//w3c//dtd xhtml 1.0 Transitional//EN''x'>", HTMLQuirksMode::limitedQuirks},
+      {u"<!DOCTYPE html SYSTEM 'http://www.ibm.com/data/dtd/v11/ibmxhtml1-transitional.dtd'>",
+       HTMLQuirksMode::quirks},
+  };
+  for (const auto &one : cases)
+    EXPECT_EQ(HTMLDocument::documentWithText(one.page).quirksMode(), one.mode)
+        << NSString::stringWithCharacters(one.page).UTF8String();
+  // In quirks mode a table is part of a paragraph.
+  EXPECT_EQ(shortTree("<p><table>", false), "p(table)");
+}
+
+TEST(HTMLTreeTest, knowsTitleAndBase) {
+  const HTMLDocument document = HTMLDocument::documentWithText(
+      u"<template><title>x</title><base href=x></template><svg><title>y</title></svg><base target=a>"
+      u"<base href=z><base href=w><title>One</title><title>Two</title>");
+  EXPECT_EQ(document.text(document.node(document.node(document.title()).firstChild)), u"One");
+  EXPECT_EQ(document.attribute(document.node(document.base()), "href"_atom), u"z");
+  EXPECT_FALSE(document.attribute(document.node(document.base()), "target"_atom));
+  const HTMLDocument empty = HTMLDocument::documentWithText(u"<base>");
+  EXPECT_EQ(empty.title(), kNoHTMLNode);
+  EXPECT_EQ(empty.base(), kNoHTMLNode);
+}
+
+TEST(HTMLTreeTest, readsAnyUnits) {
+  constexpr std::u16string_view kUnits = u"<<<<<>>>//!-='\"&;# \n\r\0abpistdr[]\u00e9\xd800\xdc00";
+  std::mt19937 random(7);
+  for (int round = 0; round < 5000; ++round) {
+    std::u16string text;
+    for (unsigned i = random() % 60; i > 0; --i) text += kUnits[random() % kUnits.size()];
+    const ExactBuffer<unichar> page(text);
+    const HTMLDocument document = HTMLDocument::documentWithText({page.data(), text.size()});
+    ASSERT_TRUE(isSoundTree(document, HTMLLimits().depth));
+    treeText(document);
+  }
+}
+
+}  // namespace
+}  // namespace nimbo
