@@ -301,6 +301,25 @@ TEST_F(Importers, Documents) {
   }
 }
 
+TEST_F(Importers, RichText) {
+  folder.write("leaf.rtfd/TXT.rtf", "{\\rtf1{\\info{\\title A title}}caf\\'e9\\line next\\par}");
+  for (const NSString &path :
+       {folder.string("leaf.rtfd"),
+        folder.write("leaf.rtf", contentsOfFile((folder.path() / "leaf.rtfd/TXT.rtf").native()))}) {
+    NSError error;
+    expectAttributes(metaData(path, &error), {{u"kMDItemTitle"_ns, u"A title"_ns},
+                                              {u"kMDItemTextContent"_ns, u"caf\u00e9\nnext\n"_ns}});
+    EXPECT_FALSE(error);
+  }
+  const NSString letter = metaDataOf("letter.rtf", contentsOfDocument("letter.rtf"))
+                              .objectForKey(u"kMDItemTextContent"_ns)
+                              .string();
+  for (const std::u16string_view part :
+       {u"The quiver and the leaf\n", u"Gr\u00fc\u00dfe & \u9280\u674f fall.\tTab   blanks\nnext line\n",
+        u"A footnote"})
+    EXPECT_TRUE(contains(letter, part)) << letter.UTF8String();
+}
+
 constexpr std::string_view kPage =
     "<!DOCTYPE html><html lang=de><head><title>\n A  <page> &amp; more </title><meta name=Author "
     "content='Rowan F.'>"
@@ -360,6 +379,7 @@ INSTANTIATE_TEST_SUITE_P(
                     exampleReader("Source", "leaf.c", "quiver.c"),
                     exampleReader("JPEG", "leaf.jpg", "leaf.jpg"), exampleReader("PNG", "leaf.png", "leaf.png"),
                     importerReader("HTML", "leaf.html", std::string(kPage), false),
+                    importerReader("RTF", "letter.rtf", contentsOfDocument("letter.rtf"), false),
                     documentReader("FODT", "letter.fodt"), documentReader("ODT", "letter.odt"),
                     documentReader("DOCX", "letter.docx"), documentReader("XLSX", "table.xlsx"),
                     documentReader("ODS", "table.ods"), documentReader("ODP", "talk.odp"),
