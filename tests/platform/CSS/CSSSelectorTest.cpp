@@ -40,9 +40,10 @@ TEST(CSSSelector, MatchesByTheStandard) {
       "<div class=a><p>text</><p id=p class='b a'><b></>"     // 2 div, 3 p, 4 p, 5 b
       "<i></></></>"                                          // 6 i
       "<div class='A c' title='Hello world' data-x=Foo-bar>"  // 7
-      "<a href=x></><a></><input type=CheckBox checked></><input type=text required disabled></></>"  // 8 9 10 11
-      "<ul dir=rtl lang=de><li></><li class=m></><li class=m></><li></><li class=m></></>"         // 12; 13-17
-      "<SvG><linearGradient></><foreignObject></></></></>",                                       // 18 19 20
+      "<a href=x></><a></><input type=CheckBox checked></><input type=text required disabled></></>"  // 8 9 10
+                                                                                                      // 11
+      "<ul dir=rtl lang=de><li></><li class=m></><li class=m></><li></><li class=m></></>"  // 12; 13-17
+      "<SvG><linearGradient></><foreignObject></></></></>",                                // 18 19 20
       names);
   struct Case {
     std::string_view selectors, elements;
