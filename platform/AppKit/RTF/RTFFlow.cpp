@@ -67,6 +67,11 @@ class AttributeCache {
 
 }  // namespace
 
+void RTFFlow::reserve(std::size_t units) {
+  constexpr std::size_t kMostReserved = 1 << 26;
+  text_.reserve(std::min(units, kMostReserved));
+}
+
 void RTFFlow::append(std::u16string_view units, const RTFCharacterState &state) {
   if (units.empty()) return;
   text_.append(units);

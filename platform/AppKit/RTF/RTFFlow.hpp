@@ -55,6 +55,8 @@ class RTFFlow {
   /// How many runs there may be; what follows looks as the last one.
   static constexpr std::size_t kMaximumRuns = 1 << 24;
 
+  /// Makes room for so many units, within reason.
+  void reserve(std::size_t units);
   /// Appends units that look as the state says.
   void append(std::u16string_view units, const RTFCharacterState &state);
   /// Appends ASCII.

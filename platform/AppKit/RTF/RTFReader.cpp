@@ -48,6 +48,7 @@ bool RTFReader::isRTF(std::string_view bytes) {
 
 NSAttributedString RTFReader::read() {
   at_ = std::find(at_, end_, '{');
+  main_.reserve(static_cast<std::size_t>(end_ - at_));
   readTokens();
   endPendingBytes();
   const Group last = group_;
@@ -333,6 +334,7 @@ void RTFReader::appendUnits(std::u16string_view units) {
   if (isGraphicPending_) {
     appendAttachment(pendingGraphic_);
     units.remove_prefix(1);
+    if (units.empty()) return;
   }
   if (group_.destination == Destination::listText && !std::exchange(hasListText_, true) && units[0] != u'\t')
     flow().append(std::string_view("\t"), group_.characters);
