@@ -211,8 +211,8 @@ void CSSCustomProperties::flatten(CSSVariableBudget &budget) {
   (void)spend(budget, own_.size() * kUnitsOfProperty);
   const auto name = [](const Property &property) { return property.name.view(); };
   std::ranges::stable_sort(own_, {}, name);
-  const auto [first, last] = std::ranges::unique(own_, {}, name);
-  own_.erase(first, last);
+  const auto isSame = [](const Property &a, const Property &b) { return a.name == b.name; };
+  own_.erase(std::unique(own_.begin(), own_.end(), isSame), own_.end());
   inherited_ = {};
   depth_ = 0;
 }

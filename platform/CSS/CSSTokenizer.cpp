@@ -228,23 +228,22 @@ bool CSSTokenizer::skipComments() {
   return location_ < source_.size();
 }
 
-CSSToken CSSTokenizer::ended(CSSToken token, CSSTokenType type) {
-  token.type = type;
-  token.end = location_;
-  return token;
-}
-
 CSSToken CSSTokenizer::next() {
   CSSToken token;
   const bool hasMore = location_ < source_.size() && (source_[location_] != u'/' || skipComments());
   token.location = token.contentLocation = token.contentEnd = location_;
-  if (!hasMore) return ended(token, CSSTokenType::kEnd);
+  token.type = hasMore ? read(token) : CSSTokenType::kEnd;
+  token.end = location_;
+  return token;
+}
+
+CSSTokenType CSSTokenizer::read(CSSToken &token) {
   const unichar c = source_[location_];
   switch (classOf(c)) {
     case kSpace:
       do ++location_;
       while (location_ < source_.size() && isSpace(source_[location_]));
-      return ended(token, CSSTokenType::kWhiteSpace);
+      return CSSTokenType::kWhiteSpace;
     case kQuote:
       return readString(token, c);
     case kNameStart:
@@ -255,7 +254,7 @@ CSSToken CSSTokenizer::next() {
       if (startsNumber(location_)) return readNumeric(token);
       if (source_.substr(location_, 3) == u"-->") {
         location_ += 3;
-        return ended(token, CSSTokenType::kCDC);
+        return CSSTokenType::kCDC;
       }
       if (startsIdentifier(location_)) return readIdentLike(token);
       break;
@@ -270,20 +269,20 @@ CSSToken CSSTokenizer::next() {
         token.flag = startsIdentifier(location_ + 1);
         ++location_;
         readName(token);
-        return ended(token, CSSTokenType::kHash);
+        return CSSTokenType::kHash;
       }
       break;
     case kAt:
       if (startsIdentifier(location_ + 1)) {
         ++location_;
         readName(token);
-        return ended(token, CSSTokenType::kAtKeyword);
+        return CSSTokenType::kAtKeyword;
       }
       break;
     case kLess:
       if (source_.substr(location_, 4) == u"<!--") {
         location_ += 4;
-        return ended(token, CSSTokenType::kCDO);
+        return CSSTokenType::kCDO;
       }
       break;
     case kBackslash:
@@ -291,12 +290,12 @@ CSSToken CSSTokenizer::next() {
       break;
     case kPunctuation:
       ++location_;
-      return ended(token, punctuation(c));
+      return punctuation(c);
     case kOther:
       break;
   }
   ++location_;
-  return ended(token, CSSTokenType::kDelim);
+  return CSSTokenType::kDelim;
 }
 
 void CSSTokenizer::readEscape() {
@@ -329,17 +328,17 @@ void CSSTokenizer::readName(CSSToken &token) {
   token.contentEnd = location_;
 }
 
-CSSToken CSSTokenizer::readString(CSSToken token, unichar quote) {
+CSSTokenType CSSTokenizer::readString(CSSToken &token, unichar quote) {
   token.contentLocation = ++location_;
   for (; location_ < source_.size(); ++location_) {
     const unichar c = source_[location_];
     if (c == quote) {
       token.contentEnd = location_++;
-      return ended(token, CSSTokenType::kString);
+      return CSSTokenType::kString;
     }
     if (isLineBreak(c)) {
       token.contentEnd = location_;
-      return ended(token, CSSTokenType::kBadString);
+      return CSSTokenType::kBadString;
     }
     if (c == 0) token.hasEscapes = true;
     if (c == u'\\') {
@@ -353,10 +352,10 @@ CSSToken CSSTokenizer::readString(CSSToken token, unichar quote) {
   // A backslash at the text's end is no part of the string.
   token.contentEnd = location_;
   location_ = static_cast<std::uint32_t>(source_.size());
-  return ended(token, CSSTokenType::kString);
+  return CSSTokenType::kString;
 }
 
-CSSToken CSSTokenizer::readNumeric(CSSToken token) {
+CSSTokenType CSSTokenizer::readNumeric(CSSToken &token) {
   const auto skipDigits = [this] {
     while (location_ < source_.size() && isASCIIDigit(source_[location_])) ++location_;
   };
@@ -379,17 +378,17 @@ CSSToken CSSTokenizer::readNumeric(CSSToken token) {
   }
   if (startsIdentifier(location_)) {
     readName(token);
-    return ended(token, CSSTokenType::kDimension);
+    return CSSTokenType::kDimension;
   }
   token.contentLocation = token.contentEnd = location_;
-  if (at(location_) != u'%') return ended(token, CSSTokenType::kNumber);
+  if (at(location_) != u'%') return CSSTokenType::kNumber;
   ++location_;
-  return ended(token, CSSTokenType::kPercentage);
+  return CSSTokenType::kPercentage;
 }
 
-CSSToken CSSTokenizer::readIdentLike(CSSToken token) {
+CSSTokenType CSSTokenizer::readIdentLike(CSSToken &token) {
   readName(token);
-  if (at(location_) != u'(') return ended(token, CSSTokenType::kIdent);
+  if (at(location_) != u'(') return CSSTokenType::kIdent;
   ++location_;
   const std::u16string_view name = rawText(token);
   const bool isURL = token.hasEscapes ? equalsASCIINoCase(std::u16string_view(unescapedCSS(name)), "url")
@@ -399,10 +398,10 @@ CSSToken CSSTokenizer::readIdentLike(CSSToken token) {
     while (content < source_.size() && isSpace(source_[content])) ++content;
     if (at(content) != u'"' && at(content) != u'\'') return readURL(token);
   }
-  return ended(token, CSSTokenType::kFunction);
+  return CSSTokenType::kFunction;
 }
 
-CSSToken CSSTokenizer::readURL(CSSToken token) {
+CSSTokenType CSSTokenizer::readURL(CSSToken &token) {
   const auto skipSpace = [this] {
     while (location_ < source_.size() && isSpace(source_[location_])) ++location_;
   };
@@ -417,7 +416,7 @@ CSSToken CSSTokenizer::readURL(CSSToken token) {
       skipSpace();
       if (location_ < source_.size() && source_[location_] != u')') return readBadURL(token);
       if (location_ < source_.size()) ++location_;
-      return ended(token, CSSTokenType::kURL);
+      return CSSTokenType::kURL;
     }
     if (c == u'"' || c == u'\'' || c == u'(' || !isPrintable(c)) return readBadURL(token);
     if (c == u'\\') {
@@ -431,10 +430,10 @@ CSSToken CSSTokenizer::readURL(CSSToken token) {
   }
   token.contentEnd = location_;
   if (location_ < source_.size()) ++location_;
-  return ended(token, CSSTokenType::kURL);
+  return CSSTokenType::kURL;
 }
 
-CSSToken CSSTokenizer::readBadURL(CSSToken token) {
+CSSTokenType CSSTokenizer::readBadURL(CSSToken &token) {
   while (location_ < source_.size() && source_[location_] != u')') {
     if (isValidEscape(location_)) {
       readEscape();
@@ -444,7 +443,7 @@ CSSToken CSSTokenizer::readBadURL(CSSToken token) {
   }
   if (location_ < source_.size()) ++location_;
   token.contentEnd = token.contentLocation;
-  return ended(token, CSSTokenType::kBadURL);
+  return CSSTokenType::kBadURL;
 }
 
 }  // namespace nimbo

@@ -99,14 +99,14 @@ class CSSTokenizer {
   bool startsIdentifier(std::size_t location) const;
   bool startsNumber(std::size_t location) const;
   bool skipComments();
+  CSSTokenType read(CSSToken &token);
   void readName(CSSToken &token);
   void readEscape();
-  CSSToken readString(CSSToken token, unichar quote);
-  CSSToken readNumeric(CSSToken token);
-  CSSToken readIdentLike(CSSToken token);
-  CSSToken readURL(CSSToken token);
-  CSSToken readBadURL(CSSToken token);
-  CSSToken ended(CSSToken token, CSSTokenType type);
+  CSSTokenType readString(CSSToken &token, unichar quote);
+  CSSTokenType readNumeric(CSSToken &token);
+  CSSTokenType readIdentLike(CSSToken &token);
+  CSSTokenType readURL(CSSToken &token);
+  CSSTokenType readBadURL(CSSToken &token);
 
   std::u16string_view source_;
   std::uint32_t location_ = 0;
