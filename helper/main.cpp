@@ -6,6 +6,7 @@
 #include "helper/HelperOptions.hpp"
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
+#include "platform/Documents/OfficeConversion.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 #include "platform/Foundation/System/LargeBytes.hpp"
@@ -28,8 +29,11 @@ int main(int argc, char **argv) {
   connection.setReplyTimeout(15.0);
   connection.setIdleLimit(options->idleMinutes * 60);
   connection.setAbandonedWorkLimit(options->abandonedWorkSeconds);
-  // Nothing is left to be done then, and plug-ins need not be taken down.
-  connection.setInvalidationHandler([] { std::_Exit(EXIT_SUCCESS); });
+  // Nothing is left to be done then but to remove the folder of a child; plug-ins need not be taken down.
+  connection.setInvalidationHandler([] {
+    OfficeConversion::sharedConversion().endProcess();
+    std::_Exit(EXIT_SUCCESS);
+  });
   // A request under way is served to its end.
   callOnSignal(SIGTERM, [&] { connection.invalidate(); });
   for (;;) NSRunLoop::currentRunLoop().run();

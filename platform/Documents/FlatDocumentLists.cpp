@@ -74,10 +74,6 @@ std::int32_t firstNumber(const pugi::xml_node &definition) {
 
 }  // namespace
 
-FlatDocumentLists::FlatDocumentLists(const FlatDocumentStyles &styles) : styles_(styles) {}
-
-FlatDocumentLists::~FlatDocumentLists() = default;
-
 FlatDocumentLists::OpenLists FlatDocumentLists::moveTo(OpenLists lists) {
   return std::exchange(open_, std::move(lists));
 }

@@ -207,7 +207,7 @@ void FlatDocumentReader::endParagraph() {
   text_.append(kParagraphEnd, Interned<TextAttributes>(paragraphEnd_));
 }
 
-void FlatDocumentReader::readShapes(std::vector<pugi::xml_node> shapes) {
+void FlatDocumentReader::readShapes(const std::vector<pugi::xml_node> &shapes) {
   FlatDocumentLists::OpenLists around = lists_.moveTo();
   for (const pugi::xml_node &shape : shapes) readBlocks(shape);
   lists_.moveTo(std::move(around));

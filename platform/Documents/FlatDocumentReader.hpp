@@ -33,7 +33,7 @@ class FlatDocumentReader {
   void readParagraph(const pugi::xml_node &paragraph);
   void readList(const pugi::xml_node &list);
   void readTable(const pugi::xml_node &table);
-  void readShapes(std::vector<pugi::xml_node> shapes);
+  void readShapes(const std::vector<pugi::xml_node> &shapes);
   void readNotes();
   void endParagraph();
 

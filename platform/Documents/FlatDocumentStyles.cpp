@@ -2,7 +2,6 @@
 #include "platform/Documents/FlatDocumentStyles.hpp"
 
 #include <algorithm>
-#include <ranges>
 
 #include "platform/Documents/FlatDocumentValues.hpp"
 
@@ -13,7 +12,8 @@ constexpr std::size_t kMaximumAncestors = 64;
 constexpr std::size_t kMaximumTabStops = 256;
 constexpr double kLargestFont = 2000;
 constexpr std::uint32_t kHeaderLevels = 6;
-constexpr std::string_view kDefaultStyle = "", kHeadingStyle = "Heading_20_";
+constexpr std::string_view kDefaultStyle;
+constexpr std::string_view kHeadingStyle = "Heading_20_";
 
 std::string keyOf(std::string_view family, std::string_view name) {
   return std::string(family).append("\n").append(name);
@@ -127,7 +127,7 @@ pugi::xml_node FlatDocumentStyles::style(std::string_view family, std::string_vi
   return found == styles_.end() ? pugi::xml_node() : found->second;
 }
 
-/// The style and what it inherits from, itself first.
+/// The style and what it inherits from, itself last.
 std::vector<pugi::xml_node> FlatDocumentStyles::chain(std::string_view family, std::string_view name) const {
   std::vector<pugi::xml_node> result;
   for (pugi::xml_node node = name.empty() ? pugi::xml_node() : style(family, name);
@@ -136,14 +136,16 @@ std::vector<pugi::xml_node> FlatDocumentStyles::chain(std::string_view family, s
     const std::string_view parent = node.attribute("style:parent-style-name").value();
     node = parent.empty() ? pugi::xml_node() : style(family, parent);
   }
+  std::ranges::reverse(result);
   return result;
 }
 
 pugi::xml_node FlatDocumentStyles::properties(std::string_view family, std::string_view name,
                                               const char *element) const {
+  pugi::xml_node result = style(family, kDefaultStyle).child(element);
   for (const pugi::xml_node &node : chain(family, name))
-    if (const pugi::xml_node found = node.child(element)) return found;
-  return style(family, kDefaultStyle).child(element);
+    if (const pugi::xml_node found = node.child(element)) result = found;
+  return result;
 }
 
 pugi::xml_node FlatDocumentStyles::pageLayout() const {
@@ -161,10 +163,10 @@ const Look &FlatDocumentStyles::paragraphLook(std::string_view styleName) {
   std::vector<pugi::xml_node> nodes = chain("paragraph", styleName);
   if (!nodes.empty())
     look.hasOwnMargin =
-        static_cast<bool>(nodes.front().child("style:paragraph-properties").attribute("fo:margin-left")) &&
-        std::string_view(nodes.front().parent().name()) == "office:automatic-styles";
-  if (const pugi::xml_node node = style("paragraph", kDefaultStyle)) nodes.push_back(node);
-  for (const pugi::xml_node &node : nodes | std::views::reverse) {
+        static_cast<bool>(nodes.back().child("style:paragraph-properties").attribute("fo:margin-left")) &&
+        std::string_view(nodes.back().parent().name()) == "office:automatic-styles";
+  if (const pugi::xml_node node = style("paragraph", kDefaultStyle)) nodes.insert(nodes.begin(), node);
+  for (const pugi::xml_node &node : nodes) {
     // Some writers forget what the built-in styles are for.
     with(node, "style:name", [&look](std::string_view name) {
       if (!name.starts_with(kHeadingStyle)) return;
@@ -181,7 +183,7 @@ const Look &FlatDocumentStyles::paragraphLook(std::string_view styleName) {
 }
 
 void FlatDocumentStyles::applyTextStyle(std::string_view styleName, Look &look) const {
-  for (const pugi::xml_node &node : chain("text", styleName) | std::views::reverse)
+  for (const pugi::xml_node &node : chain("text", styleName))
     applyTextProperties(node.child("style:text-properties"), look);
 }
 
@@ -214,7 +216,7 @@ void FlatDocumentStyles::applyTextProperties(const pugi::xml_node &properties, L
     const double height = percentage(value.substr(0, value.find(' '))).value_or(0);
     const bool isRaised = value.starts_with("super") || height > 0;
     const bool isLowered = value.starts_with("sub") || height < 0;
-    text.superscript = isRaised ? 1 : isLowered ? -1 : 0;
+    text.superscript = static_cast<std::int8_t>(isRaised ? 1 : isLowered ? -1 : 0);
   });
   with(properties, "fo:letter-spacing",
        [&](std::string_view value) { text.kern = lengthInPoints(value).value_or(0); });
