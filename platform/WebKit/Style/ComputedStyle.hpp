@@ -45,6 +45,13 @@ struct InheritedStyle {
   /// The first generic family: `kSerif`, `kSansSerif`, `kMonospace` ...
   CSSKeyword genericFamily = CSSKeyword::kSerif;
   double fontSize = 16;
+  /// The keyword that the size comes from, which means another size for the family "monospace" alone;
+  /// `kUnknown` for none.
+  CSSKeyword fontSizeKeyword = CSSKeyword::kMedium;
+  /// Whether the size comes from one in pixels, so that the family has no part in it.
+  bool hasAbsoluteFontSize = false;
+  /// Whether the only family is "monospace".
+  bool isMonospaceAlone = false;
   std::uint16_t fontWeight = 400;
   bool isItalic = false;
   bool isSmallCaps = false;
@@ -75,12 +82,16 @@ struct InheritedStyle {
 struct ComputedStyle {
   InheritedStyle inherited;
 
-  /// The element's own display, as a box among boxes: `kNone`, `kContents`, `kBlock`, `kInline`, `kListItem` ...
-  /// Floats and what is placed absolutely are blocks.
+  /// The element's own display, as a box among boxes: `kNone`, `kContents`, `kBlock`, `kInline`, `kListItem`
+  /// ... Floats and what is placed absolutely are blocks.
   CSSKeyword display = CSSKeyword::kInline;
   CSSKeyword floating = CSSKeyword::kNone;
   CSSKeyword position = CSSKeyword::kStatic;
-  /// Whether the box is there but nobody can see it: of no opacity, clipped away, far outside of the page.
+  /// Whether what is directly in the element, its texts above all, has no box though the element has one: in a
+  /// closed "details", in what "content-visibility" hides. Elements in it say so for themselves, and one may be
+  /// seen, as the "summary" is. What is laid out but not painted where somebody could see it (of no opacity,
+  /// clipped, off the page) is text of the page, which scripts and readers aloud bring up, and is not unseen.
+  /// Text of a font size of 0 is for who makes the text.
   bool isUnseen = false;
 
   /// Of the element itself; transparent where it has none.
@@ -100,6 +111,10 @@ struct ComputedStyle {
   /// The values of "content", "counter-reset", "counter-increment" and "counter-set"; no value for "normal" and
   /// "none".
   CSSValue content, counterReset, counterIncrement, counterSet;
+
+  /// The number of what children and pseudo-elements take from this style; equal numbers of one resolver stand
+  /// for equal things. A copy that is changed may not be anybody's parent.
+  std::uint32_t inheritanceNumber = 0;
 };
 
 }  // namespace nimbo::detail
