@@ -12,3 +12,19 @@ function(quiverleaf_embed_table library table source)
   set_source_files_properties(${source} TARGET_DIRECTORY ${library} PROPERTIES
     INCLUDE_DIRECTORIES ${CMAKE_CURRENT_BINARY_DIR} OBJECT_DEPENDS ${output})
 endfunction()
+
+# quiverleaf_embed_text(LIBRARY TEXT SOURCE): makes the file TEXT a part of a library, as a literal that SOURCE includes as
+# TEXT.inc.
+function(quiverleaf_embed_text library text source)
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${text}.inc)
+  add_custom_command(OUTPUT ${output}
+    COMMAND ${CMAKE_COMMAND} -DINPUT=${CMAKE_CURRENT_SOURCE_DIR}/${text} -DOUTPUT=${output}
+      -P ${PROJECT_SOURCE_DIR}/cmake/EmbedText.cmake
+    DEPENDS ${text} ${PROJECT_SOURCE_DIR}/cmake/EmbedText.cmake
+    VERBATIM)
+  string(MAKE_C_IDENTIFIER ${text} name)
+  add_custom_target(${library}-${name} DEPENDS ${output})
+  add_dependencies(${library} ${library}-${name})
+  set_property(SOURCE ${source} TARGET_DIRECTORY ${library} APPEND PROPERTY INCLUDE_DIRECTORIES ${CMAKE_CURRENT_BINARY_DIR})
+  set_property(SOURCE ${source} TARGET_DIRECTORY ${library} APPEND PROPERTY OBJECT_DEPENDS ${output})
+endfunction()

@@ -87,12 +87,14 @@ struct ComputedStyle {
   CSSKeyword display = CSSKeyword::kInline;
   CSSKeyword floating = CSSKeyword::kNone;
   CSSKeyword position = CSSKeyword::kStatic;
-  /// Whether what is directly in the element, its texts above all, has no box though the element has one: in a
-  /// closed "details", in what "content-visibility" hides. Elements in it say so for themselves, and one may be
-  /// seen, as the "summary" is. What is laid out but not painted where somebody could see it (of no opacity,
-  /// clipped, off the page) is text of the page, which scripts and readers aloud bring up, and is not unseen.
-  /// Text of a font size of 0 is for who makes the text.
+  /// Whether what is in the element, its texts above all, has no box though the element has one: in a closed
+  /// "details", in a menu of "option" elements, in what "content-visibility" hides. What is laid out but not
+  /// painted where somebody could see it (of no opacity, clipped, off the page) is text of the page, which
+  /// scripts and readers aloud bring up, and is not unseen. Text of a font size of 0 is for who makes the text.
   bool isUnseen = false;
+  /// Whether an element in what is unseen may be seen, as is the "summary" of a closed "details" or the option
+  /// that a menu shows; its own style says so.
+  bool mayHoldSeenElement = false;
 
   /// Of the element itself; transparent where it has none.
   CSSColor backgroundColor = {0, 0, 0, 0};
