@@ -65,7 +65,7 @@ void appendOfTable(const HTMLDocument &document, const HTMLNode &table, HintList
     hints.set(kBorderStyles, CSSKeyword::kOutset);
   }
   const HTMLAtom name = document.atoms().existingAtomOf(u"bordercolor");
-  if (name == HTMLAtom::none) return;
+  if (name == HTMLAtom()) return;
   if (const auto color = document.attribute(table, name))
     hints.setColor({CSSProperty::kBorderTopColor, CSSProperty::kBorderRightColor,
                     CSSProperty::kBorderBottomColor, CSSProperty::kBorderLeftColor},
