@@ -14,15 +14,15 @@ function(quiverleaf_embed_table library table source)
 endfunction()
 
 # quiverleaf_embed_text(LIBRARY TEXT SOURCE): makes the file TEXT a part of a library, as a literal that SOURCE includes as
-# TEXT.inc.
+# TEXT.inc, without the folder.
 function(quiverleaf_embed_text library text source)
-  set(output ${CMAKE_CURRENT_BINARY_DIR}/${text}.inc)
+  get_filename_component(name ${text} NAME)
+  set(output ${CMAKE_CURRENT_BINARY_DIR}/${name}.inc)
   add_custom_command(OUTPUT ${output}
     COMMAND ${CMAKE_COMMAND} -DINPUT=${CMAKE_CURRENT_SOURCE_DIR}/${text} -DOUTPUT=${output}
       -P ${PROJECT_SOURCE_DIR}/cmake/EmbedText.cmake
     DEPENDS ${text} ${PROJECT_SOURCE_DIR}/cmake/EmbedText.cmake
     VERBATIM)
-  string(MAKE_C_IDENTIFIER ${text} name)
   add_custom_target(${library}-${name} DEPENDS ${output})
   add_dependencies(${library} ${library}-${name})
   set_property(SOURCE ${source} TARGET_DIRECTORY ${library} APPEND PROPERTY INCLUDE_DIRECTORIES ${CMAKE_CURRENT_BINARY_DIR})

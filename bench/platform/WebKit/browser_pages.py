@@ -55,7 +55,7 @@ COLLECT = r"""
         weight: Number(style.fontWeight), italic: style.fontStyle !== 'normal', size: parseFloat(style.fontSize),
         color: /^rgb/.test(style.color) ? [...color.slice(0, 3), color.length > 3 ? color[3] : 1] : style.color,
         underline: lines.includes('underline'), strike: lines.includes('line-through'),
-        link: link ? link.href : null,
+        link: !link ? null : typeof link.href === 'string' ? link.href : new URL(link.href.baseVal, document.baseURI).href,
       };
     }
     attributes.set(element, found);

@@ -141,8 +141,8 @@ def made_pages():
                           + "<div class=x><p style='color:var(--a)'>deep<p class=y>inherited</div>"),
         "media": page("@media print{p{color:red}}@media screen and (min-width:600px){p{color:green}}@media (max-width:600px){p{"
                       "font-weight:900}}@media not all{p{color:red}}@media (prefers-color-scheme:dark){p{color:white}}@media (400px"
-                      "<=width<=2000px){b{color:blue}}@media (orientation:landscape){i{color:teal}}@media (hover:hover){u{color:navy"
-                      "}}@media print,screen{s{color:olive}}", "<p>one <b>two</b> <i>three</i> <u>four</u> <s>five</s>",
+                      "<=width<=2000px){b{color:blue}}@media (orientation:landscape){i{color:teal}}@media not (width:1px){u{color:"
+                      "navy}}@media print,screen{s{color:olive}}", "<p>one <b>two</b> <i>three</i> <u>four</u> <s>five</s>",
                       head="<style media=print>p{font-size:30px}</style><style media='screen, tv'>p{font-size:18px}</style>"),
         "supports": page("@supports (display:grid){p{color:green}}@supports not (display:grid){p{color:red}}@supports (foo:bar){p{"
                          "font-weight:900}}@supports (color:red) and (not (foo:bar)){b{color:blue}}", "<p>one <b>two</b>"),

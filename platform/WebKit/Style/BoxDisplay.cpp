@@ -58,10 +58,10 @@ void adjustDisplay(const ComputedStyle &parent, bool isRoot, ComputedStyle &styl
     style.display = blockOf(style.display);
 }
 
-bool breaksDecorations(const ComputedStyle &style) {
+bool breaksDecorations(const ComputedStyle &style, bool isDeclaredFloat) {
   return style.display == CSSKeyword::kInlineBlock || style.display == CSSKeyword::kInlineTable ||
          style.display == CSSKeyword::kInlineFlex || style.display == CSSKeyword::kInlineGrid ||
-         style.floating != CSSKeyword::kNone || isOutOfFlow(style);
+         isDeclaredFloat || isOutOfFlow(style);
 }
 
 bool makesItems(CSSKeyword display) {

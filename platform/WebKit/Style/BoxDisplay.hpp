@@ -9,8 +9,8 @@ namespace nimbo::detail {
 /// absolutely, items of flex and grid boxes and the root are blocks; sides follow the direction.
 void adjustDisplay(const ComputedStyle &parent, bool isRoot, ComputedStyle &style);
 
-/// Whether the lines of the elements around do not go on in the element.
-bool breaksDecorations(const ComputedStyle &style);
+/// Whether the lines of the elements around do not go on in the element, which was declared to float or not.
+bool breaksDecorations(const ComputedStyle &style, bool isDeclaredFloat);
 
 /// Whether the children of an element of the display are items of a flex or grid box.
 bool makesItems(CSSKeyword display);

@@ -45,6 +45,9 @@ struct InheritedStyle {
   /// The first generic family: `kSerif`, `kSansSerif`, `kMonospace` ...
   CSSKeyword genericFamily = CSSKeyword::kSerif;
   double fontSize = 16;
+  /// What relative sizes in it refer to: the size as it was declared, which is less when it is too small to
+  /// read.
+  double declaredFontSize = 16;
   /// The keyword that the size comes from, which means another size for the family "monospace" alone;
   /// `kUnknown` for none.
   CSSKeyword fontSizeKeyword = CSSKeyword::kMedium;

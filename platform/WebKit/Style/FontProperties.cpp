@@ -18,6 +18,7 @@ constexpr Sizes kMonospaceSizes = {9, 10, 12, 13, 16, 20, 26, 39};
 constexpr Sizes kQuirksMonospaceSizes = {9, 9, 10, 13, 16, 20, 26, 40};
 constexpr double kMonospaceShare = 13.0 / 16;
 constexpr double kStepOfSizes = 1.2;
+constexpr double kLeastRelativeSize = 6;
 
 constexpr bool isSizeKeyword(CSSKeyword keyword) {
   return keyword >= CSSKeyword::kXXSmall && keyword <= CSSKeyword::kXXXLarge;
@@ -67,30 +68,35 @@ bool isRelativeSize(const CSSValue &value) {
 
 void applySize(const CSSValue &value, const InheritedStyle &parent, const StyleContext &context,
                InheritedStyle &style) {
-  bool isInherited = !value || value.is(CSSKeyword::kInherit);
   if (value.is(CSSKeyword::kInitial) || isSizeKeyword(value.keyword())) {
-    style.fontSizeKeyword = isSizeKeyword(value.keyword()) ? value.keyword() : CSSKeyword::kMedium;
+    style.fontSizeKeyword = value.is(CSSKeyword::kInitial) ? CSSKeyword::kMedium : value.keyword();
     style.hasAbsoluteFontSize = false;
-    style.fontSize = sizeOfKeyword(style.fontSizeKeyword, style.isMonospaceAlone, context.isQuirks);
+    style.declaredFontSize = sizeOfKeyword(style.fontSizeKeyword, style.isMonospaceAlone, context.isQuirks);
     return;
   }
-  if (!isInherited) {
-    std::optional<double> size;
-    if (value.is(CSSKeyword::kLarger)) size = parent.fontSize * kStepOfSizes;
-    if (value.is(CSSKeyword::kSmaller)) size = parent.fontSize / kStepOfSizes;
-    if (!size) size = resolvedNumber(value, context.lengths(parent, parent.fontSize));
-    if (size) {
-      style.fontSize = std::clamp(*size, 0.0, kMaximumFontSize);
-      style.fontSizeKeyword = CSSKeyword::kUnknown;
-      style.hasAbsoluteFontSize = parent.hasAbsoluteFontSize || !isRelativeSize(value);
-    }
+  const double parentSize = parent.declaredFontSize;
+  CSSLengthContext lengths = context.lengths(parent, parentSize);
+  lengths.fontSize = parentSize;
+  std::optional<double> size = resolvedNumber(value, lengths);
+  if (value.is(CSSKeyword::kLarger)) size = parentSize * kStepOfSizes;
+  if (value.is(CSSKeyword::kSmaller)) size = parentSize / kStepOfSizes;
+  if (size) {
+    style.declaredFontSize = std::clamp(*size, 0.0, kMaximumFontSize);
+    style.fontSizeKeyword = CSSKeyword::kUnknown;
+    style.hasAbsoluteFontSize = parent.hasAbsoluteFontSize || !isRelativeSize(value);
   }
   if (style.hasAbsoluteFontSize || style.isMonospaceAlone == parent.isMonospaceAlone) return;
   // The size was meant for other letters.
   if (style.fontSizeKeyword != CSSKeyword::kUnknown)
-    style.fontSize = sizeOfKeyword(style.fontSizeKeyword, style.isMonospaceAlone, context.isQuirks);
+    style.declaredFontSize = sizeOfKeyword(style.fontSizeKeyword, style.isMonospaceAlone, context.isQuirks);
   else
-    style.fontSize *= style.isMonospaceAlone ? kMonospaceShare : 1 / kMonospaceShare;
+    style.declaredFontSize *= style.isMonospaceAlone ? kMonospaceShare : 1 / kMonospaceShare;
+}
+
+/// Enlarges a size that nobody can read, unless it was declared so or is to hide the text.
+double readableSize(const InheritedStyle &style) {
+  const bool isTooSmall = style.declaredFontSize > 0 && style.declaredFontSize < kLeastRelativeSize;
+  return isTooSmall && !style.hasAbsoluteFontSize ? kLeastRelativeSize : style.declaredFontSize;
 }
 
 std::uint16_t bolder(std::uint16_t weight) {
@@ -153,6 +159,7 @@ void applyFontProperties(const Cascade &cascade, const InheritedStyle &parent, S
                          InheritedStyle &style) {
   applyFamily(cascade.value(CSSProperty::kFontFamily), context, style);
   applySize(cascade.value(CSSProperty::kFontSize), parent, context, style);
+  style.fontSize = readableSize(style);
   applyWeight(cascade.value(CSSProperty::kFontWeight), parent, context, style);
   if (const CSSValue slant = cascade.value(CSSProperty::kFontStyle); slant && !slant.is(CSSKeyword::kInherit))
     style.isItalic = slant.keyword() == CSSKeyword::kItalic || slant.keyword() == CSSKeyword::kOblique;

@@ -36,7 +36,7 @@ class StyleBuilder {
   void applyColor();
   void applyTextAlign(const CSSValue &value);
   void applyVerticalAlign(const CSSValue &value);
-  void applyDecorations();
+  void applyDecorations(bool isDeclaredFloat);
   void finishBorders();
 
   CSSColor color(const CSSValue &value, CSSColor otherwise) const;
@@ -276,8 +276,8 @@ void StyleBuilder::apply(CSSProperty property, const CSSValue &value) {
   }
 }
 
-void StyleBuilder::applyDecorations() {
-  if (!breaksDecorations(style_) && element_ != StyledElement::kRubyText) {
+void StyleBuilder::applyDecorations(bool isDeclaredFloat) {
+  if (!breaksDecorations(style_, isDeclaredFloat) && element_ != StyledElement::kRubyText) {
     style_.underline = parent_.underline;
     style_.overline = parent_.overline;
     style_.lineThrough = parent_.lineThrough;
@@ -320,8 +320,9 @@ ComputedStyle StyleBuilder::make() {
   applyTextAlign(cascade_.value(CSSProperty::kTextAlign));
   for (const CSSProperty property : cascade_.declaredProperties()) apply(property, cascade_.value(property));
   finishBorders();
+  const bool isDeclaredFloat = style_.floating != CSSKeyword::kNone;
   adjustDisplay(parent_, element_ == StyledElement::kRoot, style_);
-  applyDecorations();
+  applyDecorations(isDeclaredFloat);
   return std::move(style_);
 }
 

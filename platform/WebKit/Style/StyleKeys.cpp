@@ -72,7 +72,7 @@ void StyleKey::addInheritance(const ComputedStyle &style) {
   const InheritedStyle &own = style.inherited;
   // Families are one string each.
   add(static_cast<const void *>(own.fontFamily.characters()));
-  add(own.fontSize);
+  add(own.declaredFontSize);
   add(packed(own.genericFamily, own.fontSizeKeyword, own.hasAbsoluteFontSize, own.isMonospaceAlone,
              own.isItalic, own.isSmallCaps, own.visibility, own.textAlign));
   add(packed(own.textTransform, own.whiteSpace, own.direction, own.listStylePosition, own.borderCollapse,

@@ -47,7 +47,7 @@ struct Inheritance {
 }  // namespace
 
 struct StyleResolver::State {
-  State(HTMLDocument &page, std::span<const AuthorSheet> sheets, const CSSMedium &medium);
+  State(const HTMLDocument &html, std::span<const AuthorSheet> sheets, const CSSMedium &medium);
 
   void match(HTMLNodeIndex element);
   const ComputedStyle &styleOf(HTMLNodeIndex element, const ComputedStyle &parent);
@@ -78,19 +78,20 @@ struct StyleResolver::State {
   ComputedStyle single;
 };
 
-StyleResolver::State::State(HTMLDocument &page, std::span<const AuthorSheet> sheets, const CSSMedium &medium)
-    : document(page),
-      mode(modeOf(page)),
+StyleResolver::State::State(const HTMLDocument &html, std::span<const AuthorSheet> sheets,
+                            const CSSMedium &medium)
+    : document(html),
+      mode(modeOf(html)),
       userAgent(UserAgentRules::rulesOfMode(mode)),
       names(&userAgent.names()),
-      page(page, names, mode),
+      page(html, names, mode),
       author(sheets, {{&names, mode, true}, medium}),
-      matcher(this->page.elements()),
+      matcher(page.elements()),
       texts(mode),
-      presentational(page, texts),
-      seenContent(page),
+      presentational(html, texts),
+      seenContent(html),
       cascade(texts),
-      pseudoElements(page.nodeCount()) {
+      pseudoElements(html.nodeCount()) {
   context.medium = medium;
   context.isQuirks = mode == CSSMode::kQuirks;
 }
