@@ -140,6 +140,7 @@ void HintList::setPixels(std::initializer_list<CSSProperty> properties, std::u16
 PresentationalHints::PresentationalHints(const HTMLDocument &document, DeclarationTexts &texts)
     : document_(&document), texts_(&texts) {
   const HTMLAtoms &atoms = document.atoms();
+  popover_ = atoms.existingAtomOf(u"popover");
   leftMargin_ = atoms.existingAtomOf(u"leftmargin");
   topMargin_ = atoms.existingAtomOf(u"topmargin");
   rightMargin_ = atoms.existingAtomOf(u"rightmargin");
@@ -228,6 +229,15 @@ void PresentationalHints::append(HTMLNodeIndex index, HintList &hints) const {
     const std::u16string_view value = document_->value(attribute);
     if (attribute.name == "dir"_atom) {
       hasDirection = !equalsASCIINoCase(value, "auto");
+      if (equalsASCIINoCase(value, "ltr")) hints.set(CSSProperty::kDirection, CSSKeyword::kLtr);
+      if (equalsASCIINoCase(value, "rtl")) hints.set(CSSProperty::kDirection, CSSKeyword::kRtl);
+    } else if (attribute.name == "hidden"_atom) {
+      if (equalsASCIINoCase(value, "until-found"))
+        hints.set(CSSProperty::kContentVisibility, CSSKeyword::kHidden);
+      else
+        hints.set(CSSProperty::kDisplay, CSSKeyword::kNone);
+    } else if (attribute.name == popover_) {
+      hints.set(CSSProperty::kDisplay, CSSKeyword::kNone);
     } else {
       appendOfAttribute(element, attribute.name, value, hints);
       if (element.name == "body"_atom) appendOfBody(attribute.name, value, hints);

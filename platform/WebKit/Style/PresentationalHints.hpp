@@ -47,7 +47,7 @@ class PresentationalHints {
   const HTMLDocument *document_;
   DeclarationTexts *texts_;
   /// Names that are rare enough to have no atom of their own.
-  HTMLAtom leftMargin_, topMargin_, rightMargin_, bottomMargin_, marginWidth_, marginHeight_;
+  HTMLAtom popover_, leftMargin_, topMargin_, rightMargin_, bottomMargin_, marginWidth_, marginHeight_;
   /// The colour of links by the body's attribute; no value for none.
   CSSValue linkColor_;
 };

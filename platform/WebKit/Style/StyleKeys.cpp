@@ -93,13 +93,4 @@ void StyleKey::addInheritance(const ComputedStyle &style) {
   add(style.verticalAlign);
 }
 
-std::size_t StyleKeyHash::operator()(const std::vector<std::uint64_t> &words) const {
-  std::uint64_t hash = words.size();
-  for (const std::uint64_t word : words) {
-    hash = (hash ^ word) * 0x9e3779b97f4a7c15;
-    hash ^= hash >> 32;
-  }
-  return hash;
-}
-
 }  // namespace nimbo::detail

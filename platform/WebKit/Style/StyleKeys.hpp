@@ -2,9 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <span>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/CSS/CSSDeclaration.hpp"
@@ -36,14 +34,5 @@ class StyleKey {
 
   std::vector<std::uint64_t> words_;
 };
-
-/// The hash of a key's words.
-struct StyleKeyHash {
-  std::size_t operator()(const std::vector<std::uint64_t> &words) const;
-};
-
-/// Things by their keys.
-template <class T>
-using StyleKeyMap = std::unordered_map<std::vector<std::uint64_t>, T, StyleKeyHash>;
 
 }  // namespace nimbo::detail

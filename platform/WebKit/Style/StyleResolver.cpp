@@ -13,14 +13,12 @@
 #include "platform/WebKit/Style/SeenContent.hpp"
 #include "platform/WebKit/Style/StyleBuilder.hpp"
 #include "platform/WebKit/Style/StyleKeys.hpp"
+#include "platform/WebKit/Style/StyleTable.hpp"
 #include "platform/WebKit/Style/UserAgentRules.hpp"
 
 namespace nimbo::detail {
 
 namespace {
-
-/// How many styles are remembered; then all are made anew.
-constexpr std::size_t kMaximumRemembered = 1 << 14;
 
 CSSMode modeOf(const HTMLDocument &document) {
   return document.quirksMode() == HTMLQuirksMode::quirks ? CSSMode::kQuirks : CSSMode::kStandard;
@@ -70,9 +68,9 @@ struct StyleResolver::State {
   HintList hints;
   /// By node, which pseudo-elements rules have been found for.
   std::vector<std::uint8_t> pseudoElements;
-  StyleKey key;
-  StyleKeyMap<ComputedStyle> styles;
-  StyleKeyMap<Inheritance> inheritances;
+  StyleKey key, styleKey;
+  StyleTable<ComputedStyle> styles;
+  StyleTable<Inheritance> inheritances;
   std::uint32_t lastNumber = 0;
   /// A style that is not remembered.
   ComputedStyle single;
@@ -109,10 +107,9 @@ void StyleResolver::State::match(HTMLNodeIndex element) {
 void StyleResolver::State::number(ComputedStyle &style) {
   key.clear();
   key.addInheritance(style);
-  if (inheritances.size() >= kMaximumRemembered) inheritances.clear();
-  const auto [found, isNew] = inheritances.try_emplace(key.words());
-  if (isNew) found->second = {++lastNumber, style.inherited.customProperties};
-  style.inheritanceNumber = found->second.number;
+  const Inheritance *found = inheritances.find(key.words());
+  if (!found) found = &inheritances.add(key.words(), {++lastNumber, style.inherited.customProperties});
+  style.inheritanceNumber = found->number;
 }
 
 const ComputedStyle &StyleResolver::State::styleOf(HTMLNodeIndex index, const ComputedStyle &parent) {
@@ -142,16 +139,15 @@ const ComputedStyle &StyleResolver::State::styleOf(HTMLNodeIndex index, const Co
   }
   key.add(input.hints);
   key.add(static_cast<const void *>(input.style.data()));
-  if (const auto found = styles.find(key.words()); found != styles.end()) return found->second;
-  const std::vector<std::uint64_t> words = key.words();
+  if (const ComputedStyle *found = styles.find(key.words())) return *found;
+  styleKey = key;
 
   cascade.begin(input, parent.inherited.customProperties);
   single = makeStyle(cascade, parent, kind, context);
   seenContent.apply(seen, single);
   number(single);
   if (dependsOnParentBox(cascade)) return single;
-  if (styles.size() >= kMaximumRemembered) styles.clear();
-  return styles.emplace(words, single).first->second;
+  return styles.add(styleKey.words(), single);
 }
 
 StyleResolver::StyleResolver(HTMLDocument &document, std::span<const AuthorSheet> sheets,
