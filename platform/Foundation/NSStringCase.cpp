@@ -29,32 +29,33 @@ NSMutableString mapped(std::u16string_view source, Map map) {
   return result;
 }
 
-NSMutableString lowercased(std::u16string_view source) {
+NSMutableString lowercased(std::u16string_view source, const char *language) {
   return mapped(source,
-                [](unichar *to, std::int32_t capacity, const unichar *from, std::int32_t length,
-                   UErrorCode *status) { return u_strToLower(to, capacity, from, length, "", status); });
+                [=](unichar *to, std::int32_t capacity, const unichar *from, std::int32_t length,
+                    UErrorCode *status) { return u_strToLower(to, capacity, from, length, language, status); });
 }
 
 }  // namespace
 
 NSString lowercaseString(const NSString &string) {
   if (string.length() == 0) return string;
-  NSMutableString result = lowercased(string.view());
+  NSMutableString result = lowercased(string.view(), "");
   return result.view() == string.view() ? string : std::move(result).string();
 }
 
-void CFStringLowercase(NSMutableString &string) {
-  if (string.length() > 0) string = lowercased(string.view());
+void CFStringLowercase(NSMutableString &string, const char *language) {
+  if (string.length() > 0) string = lowercased(string.view(), language);
 }
 
-void CFStringUppercase(NSMutableString &string) {
+void CFStringUppercase(NSMutableString &string, const char *language) {
   if (string.length() == 0) return;
-  string = mapped(string.view(),
-                  [](unichar *to, std::int32_t capacity, const unichar *from, std::int32_t length,
-                     UErrorCode *status) { return u_strToUpper(to, capacity, from, length, "", status); });
+  string = mapped(string.view(), [=](unichar *to, std::int32_t capacity, const unichar *from,
+                                     std::int32_t length, UErrorCode *status) {
+    return u_strToUpper(to, capacity, from, length, language, status);
+  });
 }
 
-void CFStringCapitalize(NSMutableString &string) {
+void CFStringCapitalize(NSMutableString &string, const char *language) {
   if (string.length() == 0) return;
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<UBreakIterator, decltype(&ubrk_close)> words(
@@ -62,7 +63,7 @@ void CFStringCapitalize(NSMutableString &string) {
   if (U_FAILURE(error)) throw std::bad_alloc();
   string = mapped(string.view(), [&](unichar *to, std::int32_t capacity, const unichar *from,
                                      std::int32_t length, UErrorCode *status) {
-    return u_strToTitle(to, capacity, from, length, words.get(), "", status);
+    return u_strToTitle(to, capacity, from, length, words.get(), language, status);
   });
 }
 

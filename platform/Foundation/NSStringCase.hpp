@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Case of whole strings, by Unicode's rules without those of any language. Any thread may map its own strings.
+// Case of whole strings, by Unicode's rules, and those of a language where one is given, as "tr" or "el-GR".
+// Any thread may map its own strings.
 //
 //     lowercaseString(u"ÉCOLE"_ns);  // "école"
 //     NSMutableString title(u"the old town"_ns);
@@ -16,11 +17,11 @@ namespace NIMBO_PUBLIC nimbo {
 NSString lowercaseString(const NSString &string);
 
 /// Writes the string in lower case, in place. The length may change.
-void CFStringLowercase(NSMutableString &string);
+void CFStringLowercase(NSMutableString &string, const char *language = "");
 /// Writes the string in upper case, in place. The length may change.
-void CFStringUppercase(NSMutableString &string);
+void CFStringUppercase(NSMutableString &string, const char *language = "");
 /// Writes a capital at the beginning of each word and lower case in the rest of it, in place. The length may
 /// change.
-void CFStringCapitalize(NSMutableString &string);
+void CFStringCapitalize(NSMutableString &string, const char *language = "");
 
 }  // namespace nimbo

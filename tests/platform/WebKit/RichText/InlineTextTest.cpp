@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include "tests/platform/WebKit/RichText/PageDump.hpp"
+
+namespace nimbo::detail {
+namespace {
+
+struct Case {
+  std::u16string_view html;
+  std::string_view expected;
+};
+
+void expectText(std::initializer_list<Case> cases) {
+  for (const Case &test : cases)
+    EXPECT_EQ(plainDump(test.html), test.expected) << NSString::stringWithCharacters(test.html).UTF8String();
+}
+
+TEST(InlineText, WhiteSpaceCollapsesAcrossElements) {
+  expectText({
+      {u"<p> a  b\n\tc ", "a b c|"},
+      {u"<p>a <b> b</b> <i> </i> c", "a b c|"},
+      {u"<p>a<b> </b>b", "a b|"},
+      {u"<p>a <br> b", "a/b|"},
+      {u"<p>a&nbsp; b", "a\u00a0 b|"},
+      {u"<p>a <!-- --> b<wbr>c", "a bc|"},
+      {u"<p> </p><p>a</p> <p> <b> </b> </p>", "a|"},
+      {u"<div>a <div> b </div> c</div>", "a|b|c|"},
+      {u"a<span hidden>x</span> <span style='display:none'>y</span>b", "a b|"},
+      {u"<p>a <span style='display:inline-block'> b <i> c </i> </span> d", "a b c d|"},
+      {u"<p>a <span style='display:inline-block'> </span> d", "a d|"},
+      {u"<p><span style='display:inline-block'> b</span>d <span style='display:inline-block'>c </span> ",
+       "bd c|"},
+  });
+}
+
+TEST(InlineText, WhiteSpaceIsKeptWhereStylesSaySo) {
+  expectText({
+      {u"<pre>a  b\n\n\tc\n</pre>d", "a  b||^c|d|"},
+      {u"<pre>\n\na</pre>", "|a|"},
+      {u"<pre>  a <b> b</b></pre>", "  a  b|"},
+      {u"<div style='white-space:pre-line'> a  b \n c\n\nd</div>", "a b|c||d|"},
+      {u"<div style='white-space:pre-wrap'>a  b\nc</div>", "a  b|c|"},
+      {u"<div style='white-space:break-spaces'>a  </div>", "a  |"},
+      {u"<div style='white-space:nowrap'>a\n b</div>", "a b|"},
+      {u"<p style='white-space:pre'>a\nb</p>", "a/b|"},
+      {u"<p>a <span style='white-space:pre'> b </span> c", "a  b  c|"},
+  });
+}
+
+TEST(InlineText, LinesAndParagraphsEndWhereABrowserEndsThem) {
+  expectText({
+      {u"<p>a<br>b<br>", "a/b|"},
+      {u"<p>a<br><br>b", "a//b|"},
+      {u"<p><br></p><p>a", "|a|"},
+      {u"<div>a<br><br>b<br></div>c", "a||b|c|"},
+      {u"<div><br></div>a", "|a|"},
+      {u"<div><div></div><span></span><div> </div></div>", ""},
+      {u"<b>a<div>b</div>c</b>", "a|b|c|"},
+      {u"<h1>a<br>b</h1>", "a/b|"},
+      {u"<div style='display:flex'>a<span>b</span> <span>c</span></div>", "a|b|c|"},
+      {u"<div style='display:contents'>a</div>b", "ab|"},
+      {u"", ""},
+  });
+}
+
+TEST(InlineText, HiddenTextIsLeftOutButNotWhatShowsInIt) {
+  expectText({
+      {u"<p style='visibility:hidden'>a <span style='visibility:visible'>b</span> c</p>", "b|"},
+      {u"<p><span style='font-size:0'>a</span>b", "b|"},
+      {u"<title>t</title><script>s</script><style>p{}</style>a<noframes>n</noframes><template>x</template>",
+       "a|"},
+      {u"<iframe>a</iframe><audio>b</audio><canvas>c</canvas>d", "d|"},
+      {u"<svg><title>t</title><desc>d</desc> x <text>a</text><g><text>b<tspan>c</tspan></text></g></svg>",
+       "a bc|"},
+      {u"<p>a <math> <mi>x</mi> <mo>=</mo> <mn>1</mn><annotation>tex</annotation></math> b", "a x=1 b|"},
+      {u"<p><ruby>漢<rp>(</rp><rt>kan</rt><rp>)</rp></ruby>", "漢kan|"},
+  });
+}
+
+TEST(InlineText, CaseIsMappedByLanguage) {
+  expectText({
+      {u"<p style='text-transform:uppercase'>straße <span lang=tr>i</span>i", "STRASSE İI|"},
+      {u"<p lang=lt style='text-transform:lowercase'>ÀB", "àb|"},
+      {u"<p lang=el style='text-transform:uppercase'>άλφα", "ΑΛΦΑ|"},
+      {u"<p style='text-transform:capitalize'>don't stop-me no<b>w élan ǆ ßa 'q' 3d</b>",
+       "Don't Stop-Me Now Élan ǅ Ssa 'Q' 3d|"},
+  });
+}
+
+TEST(InlineText, QuotesFollowLanguageAndDepth) {
+  expectText({
+      {u"<p><q>a <q>b</q></q>", "“a ‘b’”|"},
+      {u"<p lang=de><q>a <q>b</q></q> <q lang=fr>c</q>", "„a ‚b‘“ «c»|"},
+      {u"<p lang=de-CH><q>a</q>", "«a»|"},
+  });
+}
+
+TEST(InlineText, FormControlsShowTheirText) {
+  expectText({
+      {u"<p>a <button> b </button> c", "a b c|"},
+      {u"<input value=x><input type=password value=secret><input type=submit><input type=hidden value=h>",
+       "xSubmit|"},
+      {u"<select><option>a<option selected> b  c<option>d</select>", "b c|"},
+      {u"<select><option disabled>a<option label=L>b</select>", "L|"},
+      {u"<select size=3><option>a<optgroup label=G><option>b</select>", "a|G|b|"},
+      {u"<textarea>a  b\nc</textarea>", "a  b|c|"},
+      {u"<object data=x.bin><p>fallback</object>", "fallback|"},
+  });
+}
+
+}  // namespace
+}  // namespace nimbo::detail

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/WebKit/RichText/GeneratedContent.hpp"
+#include "platform/WebKit/RichText/ParagraphMaker.hpp"
+#include "tests/platform/WebKit/RichText/PageDump.hpp"
+
+namespace nimbo::detail {
+namespace {
+
+struct Case {
+  std::u16string_view html;
+  std::string_view expected;
+};
+
+void expectText(std::initializer_list<Case> cases) {
+  for (const Case &test : cases)
+    EXPECT_EQ(plainDump(test.html), test.expected) << NSString::stringWithCharacters(test.html).UTF8String();
+}
+
+TEST(ListFlow, MarkersCountAsListsSay) {
+  expectText({
+      {u"<ul><li>a<ul><li>b<ul><li>c</ul></ul><li>d</ul>", "^•^a|^◦^b|^▪^c|^•^d|"},
+      {u"<ol><li>a<li value=7>b<li>c</ol><ol start=-1><li>d<li>e</ol>", "^1.^a|^7.^b|^8.^c|^-1.^d|^0.^e|"},
+      {u"<ol reversed><li>a<li>b</ol><ol reversed start=9><li>c<li>d</ol>", "^2.^a|^1.^b|^9.^c|^8.^d|"},
+      {u"<ol><li>a<ol><li>b</ol><li>c</ol>", "^1.^a|^1.^b|^2.^c|"},
+      {u"<ol><li>a<p>b</p><li><p>c", "^1.^a|b|^2.^c|"},
+      {u"<ol><li><li>b<li><ul><li>c</ul></ol>", "^1.^|^2.^b|^3.^|^◦^c|"},
+      {u"<ol><li hidden>a<li>b<div style='display:list-item'>c</div></ol>", "^1.^b|^2.^c|"},
+      {u"<ul style='list-style:none'><li>a</ul>", "a|"},
+      {u"<ul><li style='visibility:hidden'>a<li>b</ul>", "^•^b|"},
+  });
+}
+
+TEST(ListFlow, MarkersComeInAllStyles) {
+  expectText({
+      {u"<ol type=a start=26><li>a<li>b</ol>", "^z.^a|^aa.^b|"},
+      {u"<ol type=I start=1999><li>a</ol><ol type=i start=4000><li>b</ol>", "^MCMXCIX.^a|^4000.^b|"},
+      {u"<ol style='list-style:decimal-leading-zero'><li>a</ol>", "^01.^a|"},
+      {u"<ol style='list-style:lower-greek' start=24><li>a<li>b</ol>", "^ω.^a|^αα.^b|"},
+      {u"<ol style='list-style:upper-latin' start=0><li>a</ol>", "^0.^a|"},
+      {u"<ol style='list-style:arabic-indic' start=12><li>a</ol>", "^١٢.^a|"},
+      {u"<ol style='list-style:hebrew' start=15><li>a</ol>", "^טו.^a|"},
+      {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
+      {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
+      {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},
+  });
+}
+
+TEST(ListFlow, ParagraphsSayTheirLists) {
+  EXPECT_EQ(
+      paragraphDump(u"<ol style='margin:0' start=3><li>a<ul><li>b</ul></ol>c"),
+      "<first=0 head=30 list2={decimal}.3>^3.^a|<first=0 head=60 list2={decimal}.3 list3={circle}1>^◦^b|c|");
+  const NSAttributedString text = textOfHTML(u"<ul style='padding:0'><li>a</ul>").text;
+  const NSParagraphStyle &style = *text.attributesAtIndex(0)->paragraphStyle;
+  ASSERT_EQ(style.tabStops.size(), 2U);
+  EXPECT_GT(style.tabStops[0].location, 0) << "a marker needs room even where its list has none";
+  EXPECT_EQ(style.tabStops[1].location, style.headIndent);
+}
+
+TEST(ListFlow, ContentIsGenerated) {
+  expectText({
+      {u"<style>p::before{content:'[' attr(title) '] '}p::after{content:'\\A x';white-space:pre}</style><p "
+       u"title=t>a",
+       "[t] a/x|"},
+      {u"<style>body{counter-reset:s}h2{counter-increment:s}h2::before{content:counter(s) '. '}</style>"
+       u"<h2>a</h2><h2>b</h2>",
+       "1. a|2. b|"},
+      {u"<style>ul{counter-reset:i;list-style:none}li::before{counter-increment:i;content:counters(i,'.') ' '}"
+       u"</style><ul><li>a<ul><li>b<li>c</ul><li>d</ul>",
+       "1 a|1.1 b|1.2 c|2 d|"},
+      {u"<style>p{counter-increment:n 2}p::before{content:counter(n,lower-roman)}</style><p>a<p>b", "iia|ivb|"},
+      {u"<style>div{counter-reset:n 4}i{counter-increment:n}b{counter-set:n "
+       u"9}i::after,b::after{content:counter(n)}"
+       u"</style><div><i></i><b></b><i></i></div>",
+       "5910|"},
+      {u"<style>i::before{content:'\\e001 \\f8ff'}b::before{content:none}s::before{display:block;content:'x'}"
+       u"</style>a<i></i><b>b</b><s>c</s>",
+       "ab|x|c|"},
+      {u"<style>p{quotes:'<' '>' '[' ']'}i{quotes:none}</style><p><q>a<q>b<q>c</q></q></q><i><q>d</q></i>",
+       "<a[b[c]]>d|"},
+      {u"<style>.c::after{content:'';display:table}</style><div class=c>a</div>b", "a|b|"},
+  });
+}
+
+TEST(ListFlow, GeneratedContentIsLimited) {
+  std::u16string html = u"<style>i::before{content:'";
+  html.append(std::size_t{1} << 20, u'x');
+  html += u"'}</style>";
+  for (int i = 0; i < 40; ++i) html += u"<i></i>";
+  EXPECT_EQ(textOfHTML(html).text.length(), GeneratedContent::kMaximumUnits + 1);
+}
+
+TEST(ListFlow, DeepListsAreLimited) {
+  std::u16string html;
+  for (int i = 0; i < 100; ++i) html += u"<ul><li>a";
+  const NSAttributedString text = textOfHTML(html).text;
+  EXPECT_EQ(text.attributesAtIndex(text.length() - 1)->paragraphStyle->textLists.size(),
+            ParagraphMaker::kMaximumLists);
+}
+
+}  // namespace
+}  // namespace nimbo::detail

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include "tests/platform/WebKit/RichText/PageDump.hpp"
+
+namespace nimbo::detail {
+namespace {
+
+struct Case {
+  std::u16string_view html;
+  std::string_view expected;
+};
+
+void expectParagraphs(std::initializer_list<Case> cases) {
+  for (const Case &test : cases)
+    EXPECT_EQ(paragraphDump(test.html), test.expected)
+        << NSString::stringWithCharacters(test.html).UTF8String();
+}
+
+void expectRuns(std::initializer_list<Case> cases) {
+  for (const Case &test : cases)
+    EXPECT_EQ(runDump(test.html), test.expected) << NSString::stringWithCharacters(test.html).UTF8String();
+}
+
+TEST(ParagraphFlow, DistancesAreThoseOfCollapsedMargins) {
+  expectParagraphs({
+      {u"<!doctype html><p>a<p>b", "<before=12 after=12>a|<after=12>b|"},
+      {u"<div style='margin:8px 0 16px'>a</div><div style='margin-top:24px'>b</div>",
+       "<before=6 after=12>a|<before=6>b|"},
+      {u"<div style='margin-bottom:16px'>a</div><div style='margin-top:-8px'>b</div>", "<after=6>a|b|"},
+      {u"<div style='margin-bottom:16px'><div style='margin-bottom:4px'>a</div></div>b", "<after=12>a|b|"},
+      {u"<div>a</div><div style='margin:16px 0'></div><div>b</div>", "a|<before=12>b|"},
+      {u"<div style='margin-top:16px;padding:8px 0'><div style='margin-top:4px'>a</div></div>b",
+       "<before=21 after=6>a|b|"},
+      {u"<body style='margin:50px;padding:9px'>a", "a|"},
+      {u"<pre style='margin:8px 0'>a\nb</pre>", "<before=6>a|<after=6>b|"},
+  });
+}
+
+TEST(ParagraphFlow, IndentsAlignmentAndLinesFollowBlocks) {
+  expectParagraphs({
+      {u"<blockquote style='margin:0 40px'>a<div "
+       u"style='margin-left:-8px;padding-right:4px'>b</div></blockquote>",
+       "<head=30 tail=30>a|<head=24 tail=33>b|"},
+      {u"<dl style='margin:0'><dt>a<dd>b</dl>", "a|<head=30>b|"},
+      {u"<div style='text-indent:16px'>a<p style='margin:0'>b</p>c</div>", "<first=12>a|<first=12>b|c|"},
+      {u"<center>a<div style='text-align:right'>b</div></center><p style='margin:0;text-align:justify'>c",
+       "<center>a|<right>b|<justified>c|"},
+      {u"<div dir=rtl>א<div style='text-align:left'>b</div></div><div>א</div>", "<rtl>א|<left rtl>b|<ltr>א|"},
+      {u"<div style='line-height:1.8'>a</div><div style='line-height:40px'>b</div>",
+       "<lines=1.5>a|<high=30>b|"},
+      {u"<h3 style='margin:0'>a<div>b</div></h3>c", "<h3>a|<h3>b|c|"},
+      {u"a<hr style='margin:8px 0'>b", "<after=6>a|<cell 1:0,0/1 border=0.75#808080>|<before=6>b|"},
+  });
+}
+
+TEST(ParagraphFlow, CharactersLookAsStylesSay) {
+  expectRuns({
+      {u"<h1>a <i>b</i></h1><p>c<b>d</b><tt>e</tt>", "{24 b}a {24 b i}b|c{b}d{Courier New 9.75}e|"},
+      {u"<p style='font:600 italic small-caps 20px Georgia'>a", "{Georgia 15 weight=600 i caps}a|"},
+      {u"a<font color=red>b</font><mark>c</mark>", "a{#ff0000}b{on#ffff00}c|"},
+      {u"<u>a<s>b</s></u><span style='text-decoration:underline wavy red'>c", "{u}a{u s}b{u-wavy u#ff0000}c|"},
+      {u"x<sup>2<sub>i</sub></sup><span style='vertical-align:4px;letter-spacing:2px'>y",
+       "x{10 super=1}2{8.33}i{up=3 kern=1.5}y|"},
+      {u"<a href=u>l<b>m</b></a> n<a>o</a>", "{#0000ee u ->u}l{b #0000ee u ->u}m{} no|"},
+      {u"<a href=u><div>l</div></a>", "{#0000ee u ->u}l|"},
+  });
+}
+
+TEST(ParagraphFlow, BackgroundsOfBlocksShowOnlyBehindLightText) {
+  expectRuns({
+      {u"<div style='background:#000080'>a<span style='color:white'>b</span></div>", "a{#ffffff on#000080}b|"},
+      {u"<body bgcolor=black text=white>a<code style='background:red'>b",
+       "{#ffffff on#000000}a{Courier New "
+       "9.75 #ffffff on#ff0000}b|"},
+      {u"<table bgcolor=black><tr><td style='color:white'>a</table>", "{#ffffff}a|"},
+  });
+}
+
+TEST(ParagraphFlow, LinksAreWhatTheResolverSays) {
+  PageTextOptions options;
+  options.absoluteURL = [](const NSString &reference) {
+    return reference.view() == u"x:" ? NSString()
+                                     : NSString::stringWithUTF8String("http://a/" + reference.UTF8String());
+  };
+  const NSAttributedString text = textOfHTML(u"<a href=b>1</a><a href='x:'>2</a>", options).text;
+  EXPECT_EQ(text.attributesAtIndex(0)->link, u"http://a/b"_ns);
+  EXPECT_FALSE(text.attributesAtIndex(1)->link);
+}
+
+}  // namespace
+}  // namespace nimbo::detail
