@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/WebKit/Loading/PageSheets.hpp"
+
+#include <algorithm>
+#include <deque>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "platform/CSS/CSSNames.hpp"
+#include "platform/CSS/CSSStyleSheet.hpp"
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+
+namespace nimbo::detail {
+namespace {
+
+constexpr std::u16string_view kBlanks = u" \t\n\r\f";
+
+unichar lowercase(unichar c) {
+  return c >= u'A' && c <= u'Z' ? static_cast<unichar>(c | 0x20) : c;
+}
+
+bool isEqualNoCase(std::u16string_view text, std::u16string_view lower) {
+  return std::ranges::equal(text, lower, {}, lowercase);
+}
+
+std::u16string_view trimmed(std::u16string_view text) {
+  const std::size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::u16string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+/// Whether a word stands in a list of words.
+bool hasWord(std::u16string_view list, std::u16string_view lower) {
+  while (!(list = trimmed(list)).empty()) {
+    const std::size_t end = std::min(list.find_first_of(kBlanks), list.size());
+    if (isEqualNoCase(list.substr(0, end), lower)) return true;
+    list.remove_prefix(end);
+  }
+  return false;
+}
+
+bool isStyleSheetType(std::optional<std::u16string_view> type) {
+  if (!type) return true;
+  const std::u16string_view name = trimmed(type->substr(0, type->find(u';')));
+  return name.empty() || isEqualNoCase(name, u"text/css");
+}
+
+NSURL resolved(std::u16string_view reference, const NSURL &base) {
+  const NSString string = NSString::stringWithCharacters(trimmed(reference));
+  const NSURL url = NSURL::URLWithString(string, base);
+  return url.absoluteURL();
+}
+
+/// A sheet on its way. The places of those that it imports come behind it.
+struct Sheet {
+  NSString text;
+  /// Where it comes from; relative references in it begin there.
+  NSURL URL;
+  std::u16string_view media;
+  std::vector<std::size_t> imports;
+  std::size_t depth = 0;
+  bool isToLoad = false;
+};
+
+class SheetLoading {
+ public:
+  SheetLoading(const CSSMedium &medium, WebResourceLoader &loader) : medium_(medium), loader_(loader) {}
+
+  void addPageSheets(const HTMLDocument &document, const NSURL &base);
+  void loadAll();
+  std::vector<AuthorSheet> takeAll();
+
+ private:
+  std::size_t add(Sheet sheet);
+  void addLink(const HTMLDocument &document, const HTMLNode &link, const NSURL &base);
+  void addStyle(const HTMLDocument &document, const HTMLNode &style, const NSURL &base);
+  void addImports(std::size_t importer);
+  void fetch(std::size_t begin, std::size_t end);
+  AuthorSheet take(std::size_t index);
+
+  const CSSMedium &medium_;
+  WebResourceLoader &loader_;
+  std::deque<Sheet> sheets_;
+  std::size_t pageSheets_ = 0;
+};
+
+std::size_t SheetLoading::add(Sheet sheet) {
+  sheets_.push_back(std::move(sheet));
+  return sheets_.size() - 1;
+}
+
+void SheetLoading::addLink(const HTMLDocument &document, const HTMLNode &link, const NSURL &base) {
+  const std::u16string_view rel = document.attribute(link, "rel"_atom).value_or(u"");
+  const std::optional<std::u16string_view> reference = document.attribute(link, "href"_atom);
+  if (!reference || !hasWord(rel, u"stylesheet") || hasWord(rel, u"alternate") ||
+      document.attribute(link, "disabled"_atom))
+    return;
+  const std::u16string_view media = document.attribute(link, "media"_atom).value_or(u"");
+  if (!isStyleSheetType(document.attribute(link, "type"_atom)) || !matchesMedium(media, medium_)) return;
+  add({.URL = resolved(*reference, base), .media = media, .isToLoad = true});
+}
+
+void SheetLoading::addStyle(const HTMLDocument &document, const HTMLNode &style, const NSURL &base) {
+  const std::u16string_view media = document.attribute(style, "media"_atom).value_or(u"");
+  if (!isStyleSheetType(document.attribute(style, "type"_atom)) || !matchesMedium(media, medium_)) return;
+  NSMutableString text;
+  for (HTMLNodeIndex child = style.firstChild; child != kNoHTMLNode; child = document.node(child).nextSibling)
+    if (document.node(child).kind == HTMLNodeKind::text) text.append(document.text(document.node(child)));
+  add({.text = std::move(text).string(), .URL = base, .media = media});
+}
+
+void SheetLoading::addPageSheets(const HTMLDocument &document, const NSURL &base) {
+  for (HTMLNodeIndex index = document.nextInTree(HTMLDocument::kRoot);
+       index != kNoHTMLNode && sheets_.size() < kMaximumPageSheets; index = document.nextInTree(index)) {
+    const HTMLNode &node = document.node(index);
+    if (node.isHTML("link"_atom)) addLink(document, node, base);
+    if (node.isElement() && node.name == "style"_atom) addStyle(document, node, base);
+  }
+  pageSheets_ = sheets_.size();
+}
+
+void SheetLoading::fetch(std::size_t begin, std::size_t end) {
+  std::vector<NSURL> urls;
+  for (std::size_t index = begin; index < end; ++index)
+    if (sheets_[index].isToLoad) urls.push_back(sheets_[index].URL);
+  const std::vector<WebResource> loaded = loader_.load(urls);
+  auto resource = loaded.begin();
+  for (std::size_t index = begin; index < end; ++index) {
+    if (!sheets_[index].isToLoad) continue;
+    sheets_[index].text = textOfSheet(resource->data(), resource->textEncodingName());
+    ++resource;
+  }
+}
+
+void SheetLoading::addImports(std::size_t importer) {
+  const Sheet &sheet = sheets_[importer];
+  constexpr std::u16string_view kImport = u"@import";
+  const auto hasImport = [&] {
+    return !std::ranges::search(sheet.text.view(), kImport, {}, lowercase).empty();
+  };
+  if (sheet.depth >= kMaximumImportDepth || !hasImport()) return;
+  CSSNames names;
+  const CSSStyleSheet rules(sheet.text, {.selectors = {.names = &names}, .medium = medium_});
+  for (const CSSImport &import : rules.imports()) {
+    if (sheets_.size() >= kMaximumPageSheets) return;
+    const std::size_t place =
+        add({.URL = resolved(import.url, sheet.URL), .depth = sheet.depth + 1, .isToLoad = true});
+    sheets_[importer].imports.push_back(place);
+  }
+}
+
+void SheetLoading::loadAll() {
+  for (std::size_t begin = 0; begin < sheets_.size();) {
+    const std::size_t end = sheets_.size();
+    fetch(begin, end);
+    for (; begin < end; ++begin) addImports(begin);
+  }
+}
+
+AuthorSheet SheetLoading::take(std::size_t index) {
+  Sheet &sheet = sheets_[index];
+  AuthorSheet result{.text = sheet.text, .media = sheet.media, .imports = {}};
+  for (const std::size_t import : sheet.imports) result.imports.push_back(take(import));
+  return result;
+}
+
+std::vector<AuthorSheet> SheetLoading::takeAll() {
+  std::vector<AuthorSheet> result;
+  for (std::size_t index = 0; index < pageSheets_; ++index) result.push_back(take(index));
+  return result;
+}
+
+/// The encoding of an "@charset" rule, which has to be written in just this way.
+CFStringEncoding charsetRule(std::string_view bytes) {
+  constexpr std::string_view kRule = "@charset \"";
+  if (!bytes.starts_with(kRule)) return kCFStringEncodingInvalidId;
+  bytes.remove_prefix(kRule.size());
+  const std::size_t end = bytes.find('"');
+  constexpr std::size_t kLongestName = 64;
+  if (end == std::string_view::npos || end > kLongestName) return kCFStringEncodingInvalidId;
+  return CFStringConvertIANACharSetNameToEncoding(NSString::stringWithUTF8String(bytes.substr(0, end)));
+}
+
+}  // namespace
+
+std::vector<AuthorSheet> loadPageSheets(const HTMLDocument &document, const NSURL &base,
+                                        const CSSMedium &medium, WebResourceLoader &loader) {
+  SheetLoading loading(medium, loader);
+  loading.addPageSheets(document, base);
+  loading.loadAll();
+  return loading.takeAll();
+}
+
+NSString textOfSheet(const NSData &data, const NSString &textEncodingName) {
+  if (!data) return NSString();
+  const std::string_view bytes = data.view();
+  constexpr std::string_view kUTF8Mark = "\xEF\xBB\xBF";
+  if (bytes.starts_with(kUTF8Mark)) return NSString::stringWithUTF8String(bytes.substr(kUTF8Mark.size()));
+  CFStringEncoding encoding = kCFStringEncodingInvalidId;
+  if (bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE"))
+    encoding = kCFStringEncodingUTF16;
+  else if (textEncodingName)
+    encoding = CFStringConvertIANACharSetNameToEncoding(textEncodingName);
+  if (encoding == kCFStringEncodingInvalidId) encoding = charsetRule(bytes);
+  if (encoding != kCFStringEncodingInvalidId && encoding != kCFStringEncodingUTF8)
+    if (NSString text = initWithData(data, CFStringConvertEncodingToNSStringEncoding(encoding))) return text;
+  return NSString::stringWithUTF8String(bytes);
+}
+
+}  // namespace nimbo::detail
