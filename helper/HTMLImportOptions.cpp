@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "helper/HTMLImportOptions.hpp"
+
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
+#include "platform/WebKit/NSAttributedString+HTML.hpp"
+
+namespace nimbo {
+
+NSDictionary HTMLImportOptions(const SharedPointer<WebResourceLoadDelegate> &delegate, const NSURL &baseURL) {
+  NSDictionary options = {{NSUseWebKitDocumentOption, true},
+                          {NSTimeoutDocumentOption, kHTMLImportTimeoutSeconds},
+                          {NSWebResourceLoadDelegateDocumentOption, delegate}};
+  options.setObject(baseURLForWebKit(baseURL).absoluteString(), NSBaseURLDocumentOption);
+  return options;
+}
+
+}  // namespace nimbo
