@@ -10,8 +10,8 @@ namespace nimbo {
 /// How long a page waits for its parts.
 inline constexpr float kHTMLImportTimeoutSeconds = 15;
 
-/// The options for `initWithHTML`: "UseWebKit", "Timeout", "WebResourceLoadDelegate" unless the delegate is null,
-/// and "BaseURL" unless the web engine has no use for the URL.
+/// The options for `initWithHTML`: "UseWebKit", "Timeout", "WebResourceLoadDelegate" unless the delegate is
+/// null, and "BaseURL" unless the web engine has no use for the URL.
 NSDictionary HTMLImportOptions(const SharedPointer<WebResourceLoadDelegate> &delegate, const NSURL &baseURL);
 
 }  // namespace nimbo

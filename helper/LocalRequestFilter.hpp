@@ -5,9 +5,9 @@
 
 namespace nimbo {
 
-/// Lets a page load what stays on this machine and its local network: files, URLs without a host, and hosts all of
-/// whose addresses are this machine's own or on a network that it is attached to. A host is looked up for every
-/// request, redirects too, and its address once more when it is connected to.
+/// Lets a page load what stays on this machine and its local network: files, URLs without a host, and hosts all
+/// of whose addresses are this machine's own or on a network that it is attached to. A host is looked up for
+/// every request, redirects too, and its address once more when it is connected to.
 class LocalRequestFilter final : public WebResourceLoadDelegate {
  public:
   /// How long one host may be looked up for.

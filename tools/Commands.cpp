@@ -10,6 +10,7 @@
 #include "tools/HelperCommands.hpp"
 #include "tools/MarkupCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
+#include "tools/RichTextCommands.hpp"
 #include "tools/URLCommands.hpp"
 #include "tools/WebArchiveCommands.hpp"
 
@@ -19,6 +20,7 @@ const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
     for (const auto *more : {&helperCommands(), &webArchiveCommands(), &plainTextCommands(), &markupCommands(),
+    for (const auto *more : {&helperCommands(), &richTextCommands(), &plainTextCommands(), &markupCommands(),
                              &entityCommands(), &charsetCommands(), &urlCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;

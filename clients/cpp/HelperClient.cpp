@@ -25,6 +25,9 @@ using Seconds = std::chrono::duration<double>;
 using Answer = HelperClient::Answer;
 using Status = HelperClient::Status;
 
+/// The operation that waits for what a page refers to.
+constexpr std::u16string_view kPageSelector = u"RTFDWithHTML:baseURL:allowRemoteRequest:";
+
 /// How long a helper may take to end after SIGTERM, before it is killed.
 constexpr Seconds kStopLimit{2};
 /// How long a helper that closed a connection is given to be gone, so that the next call does not meet its
@@ -165,6 +168,7 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
   const ConnectionRequest request = {++serial_, selector, arguments};
   const std::vector<NSData> pieces = encodeMessage(request, &error);
   if (pieces.empty()) return failure(Status::invalid, error.UTF8String());
+  workSeconds_ = options_.timeoutSeconds + (selector.view() == kPageSelector ? kPageLoadSeconds : 0);
   const Deadline waiting = Deadline::after(options_.waitingSeconds);
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {
     Answer answer;
@@ -200,7 +204,7 @@ bool HelperClient::ask(std::int64_t serial, const std::vector<NSData> &request, 
   bool hasBegun = false;
   Deadline deadline = waiting;
   const auto begin = [&] {
-    if (!hasBegun) deadline = Deadline::after(options_.timeoutSeconds);
+    if (!hasBegun) deadline = Deadline::after(workSeconds_);
     hasBegun = true;
   };
   if (!session_->tellsBegin) begin();
@@ -250,7 +254,7 @@ void HelperClient::endSession() {
 Answer HelperClient::endTimedOut() {
   if (options_.endsHungHelper) session_->process.endByForce();
   session_.reset();
-  return failure(Status::timedOut, "No reply within " + secondsText(options_.timeoutSeconds));
+  return failure(Status::timedOut, "No reply within " + secondsText(workSeconds_));
 }
 
 /// The helper works for others: it is left alone.
@@ -328,7 +332,7 @@ Answer HelperClient::writeRTFDData(const NSData &rtfd, const NSString &toFile) {
 }
 
 Answer HelperClient::RTFDWithHTML(const NSData &html, const NSString &baseURL, Flag allowRemoteRequest) {
-  return call(u"RTFDWithHTML:baseURL:allowRemoteRequest:"_ns,
+  return call(NSString::stringWithCharacters(kPageSelector),
               {{u"RTFDWithHTML"_ns, html},
                {u"baseURL"_ns, baseURL},
                {u"allowRemoteRequest"_ns, bool(allowRemoteRequest)}});

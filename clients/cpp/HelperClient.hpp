@@ -30,12 +30,16 @@ namespace NIMBO_PUBLIC nimbo {
 ///     const NSString title = answer.result.dictionary().objectForKey(u"kMDItemTitle"_ns).string();
 class HelperClient {
  public:
+  /// How long a page that becomes rich text waits for its style sheets and images.
+  static constexpr double kPageLoadSeconds = 15.0;
+
   /// How a client finds and treats the helper.
   struct Options {
     /// The name of the connection; nil stands for the one of the helper's contract. A helper program that is
     /// started has to register under it.
     NSString name;
-    /// How long the work on one call may take, reply included, from the moment that the helper begins it.
+    /// How long the work on one call may take, reply included, from the moment that the helper begins it. A
+    /// page has `kPageLoadSeconds` more, in which it waits for its parts.
     double timeoutSeconds = 15.0;
     /// How long a call may wait for its beginning: while other callers are served, while a helper starts.
     double waitingSeconds = 300.0;
@@ -105,11 +109,12 @@ class HelperClient {
   /// The text and facts of a PDF: a dictionary with "String", "PageCount", "Locked" when it needs a password,
   /// and the document's own attributes.
   Answer attributedStringWithPDF(Flag attributed, const NSData &pdf);
-  /// The text of a document. This helper answers nil.
+  /// A document as rich text: a dictionary with "Rtfd", its RTFD data, and "DocumentAttributes".
   Answer attributedStringWithContentsOfFile(const NSString &path);
-  /// Writes rich text to a file. This helper answers nil.
+  /// Writes RTFD data as a file package, and answers whether it was written; nil counts as not.
   Answer writeRTFDData(const NSData &rtfd, const NSString &toFile);
-  /// A page as rich text. This helper answers nil.
+  /// A page as RTFD data. `baseURL`, an absolute URL, completes the relative ones in it. What the page refers
+  /// to is loaded from beyond the local network only with `allowRemoteRequest`.
   Answer RTFDWithHTML(const NSData &html, const NSString &baseURL, Flag allowRemoteRequest);
   /// A document as a PDF. This helper answers nil.
   Answer PDFImageRepOfFile(const NSString &path);
@@ -156,6 +161,8 @@ class HelperClient {
   Options options_;
   std::unique_ptr<Session> session_;
   std::int64_t serial_ = 0;
+  /// How long the work on the present call may take.
+  double workSeconds_ = 0;
 };
 
 }  // namespace nimbo

@@ -17,6 +17,9 @@ from .runtime import StrPath
 
 CONNECTION_NAME = "QuiverleafHelper_2.0pb8build4"
 
+# The one that waits for what a page refers to.
+PAGE_SELECTOR = "RTFDWithHTML:baseURL:allowRemoteRequest:"
+
 # The operations: the keywords of a selector are its parts.
 OPERATIONS = (
     "metaDataForFile:",
@@ -24,13 +27,14 @@ OPERATIONS = (
     "attributed:stringWithPDF:",
     "attributedStringWithContentsOfFile:",
     "writeRTFDData:toFile:",
-    "RTFDWithHTML:baseURL:allowRemoteRequest:",
+    PAGE_SELECTOR,
     "PDFImageRepOfFile:",
     "posterImageForMovieWithFile:",
     "imageWithContentsOfFile:stringFromPDF:canUseSpotlight:",
 )
 
 MAXIMUM_MESSAGE_BYTES = 512 << 20
+PAGE_LOAD_SECONDS = 15.0  # A page waits so long for its style sheets and images.
 START_SECONDS = 5.0
 END_SECONDS = 2.0
 DEATH_SECONDS = 1.0  # For the remains of a helper that closed a connection to be gone.
@@ -90,7 +94,8 @@ class RemoteException(HelperError):
 class Helper:
     """The helper, started when none is registered. Used from one thread at a time.
 
-    `timeout` is for the work on one call, reply included, in seconds from the moment that the helper begins it; `waiting`
+    `timeout` is for the work on one call, reply included, in seconds from the moment that the helper begins it; a page
+    that becomes rich text has PAGE_LOAD_SECONDS more, in which it waits for its style sheets and images; `waiting`
     is how long a call may wait for its beginning, while others are served or a helper starts. A helper that lets a call
     time out is ended unless `ends_hung_helper` is false, so that the next call meets a fresh one; so does the call after a
     helper's death. A call that had not begun when the helper ended is made again. A helper that is started ends after
@@ -188,8 +193,7 @@ class Helper:
         `html` is its bytes; `base_url`, an absolute URL, completes the relative ones in it. What the page refers to is
         loaded from the network only with `allow_remote_request`.
         """
-        selector = "RTFDWithHTML:baseURL:allowRemoteRequest:"
-        return self._ask(bytes, selector, html, base_url, allow_remote_request)
+        return self._ask(bytes, PAGE_SELECTOR, html, base_url, allow_remote_request)
 
     def PDFImageRepOfFile(self, path: StrPath) -> Optional[bytes]:
         """The PDF data of a file that is a PDF or can become one, as PostScript; None for all others."""
@@ -260,8 +264,9 @@ class Helper:
     def _request(self, selector: str, message: bytes) -> dict[str, Any]:
         """Sends a request, again to the next helper when one ends before it has begun it, and awaits the reply."""
         waiting = time.monotonic() + self.waiting
+        limit = self.timeout + (PAGE_LOAD_SECONDS if selector == PAGE_SELECTOR else 0)
         for _ in range(ATTEMPTS):
-            work = _Work(waiting, self.timeout)
+            work = _Work(waiting, limit)
             connection = self._connect(waiting)
             if not connection.tells_begin:
                 work.begin()
@@ -274,7 +279,7 @@ class Helper:
                 if self._ends_hung_helper:
                     connection.end_process(END_SECONDS, signal.SIGKILL)
                 self.close()
-                raise HelperTimeout(f"no answer to {selector} within {self.timeout:g} seconds") from None
+                raise HelperTimeout(f"no answer to {selector} within {limit:g} seconds") from None
             except (OSError, EOFError, plist.PropertyListError) as error:
                 connection.wait_until_ended(DEATH_SECONDS if work.has_begun else ATTEMPT_PAUSE_SECONDS)
                 self.close()
