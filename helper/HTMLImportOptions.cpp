@@ -6,9 +6,10 @@
 
 namespace nimbo {
 
-NSDictionary HTMLImportOptions(const SharedPointer<WebResourceLoadDelegate> &delegate, const NSURL &baseURL) {
+NSDictionary HTMLImportOptions(const SharedPointer<WebResourceLoadDelegate> &delegate, const NSURL &baseURL,
+                               float timeoutSeconds) {
   NSDictionary options = {{NSUseWebKitDocumentOption, true},
-                          {NSTimeoutDocumentOption, kHTMLImportTimeoutSeconds},
+                          {NSTimeoutDocumentOption, timeoutSeconds},
                           {NSWebResourceLoadDelegateDocumentOption, delegate}};
   options.setObject(baseURLForWebKit(baseURL).absoluteString(), NSBaseURLDocumentOption);
   return options;

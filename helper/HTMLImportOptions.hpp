@@ -12,6 +12,7 @@ inline constexpr float kHTMLImportTimeoutSeconds = 15;
 
 /// The options for `initWithHTML`: "UseWebKit", "Timeout", "WebResourceLoadDelegate" unless the delegate is
 /// null, and "BaseURL" unless the web engine has no use for the URL.
-NSDictionary HTMLImportOptions(const SharedPointer<WebResourceLoadDelegate> &delegate, const NSURL &baseURL);
+NSDictionary HTMLImportOptions(const SharedPointer<WebResourceLoadDelegate> &delegate, const NSURL &baseURL,
+                               float timeoutSeconds = kHTMLImportTimeoutSeconds);
 
 }  // namespace nimbo

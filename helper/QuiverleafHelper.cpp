@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/QuiverleafHelper.hpp"
 
+#include <exception>
 #include <string_view>
 #include <utility>
 
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/WebKit/WebArchive+SearchableText.hpp"
+#include "helper/HTMLImportOptions.hpp"
+#include "helper/LocalRequestFilter.hpp"
 #include "helper/PDFDocument+Conversion.hpp"
 #include "helper/PDFProducer.hpp"
+#include "platform/AppKit/NSAttributedString+RTF.hpp"
+#include "platform/Documents/NSAttributedString+Path.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
+#include "platform/WebKit/NSAttributedString+HTML.hpp"
 
 namespace nimbo {
 namespace {
@@ -18,6 +25,24 @@ constexpr double kPageTextTimeoutSeconds = 60.0;
 /// For everything that is asked of one document. Callers wait little longer, and a part of the text helps them
 /// more than none.
 constexpr double kDocumentSeconds = 10.0;
+
+/// The encoding of pages that say nothing of theirs, as most such pages are written.
+constexpr NSStringEncoding kPageEncoding = NSWindowsCP1252StringEncoding;
+
+NSString textOfPage(const NSData &data, const NSString &textEncodingName, const NSURL &url) {
+  return stringWithMarkupData(data, textEncodingName, kPageEncoding, url.absoluteString());
+}
+
+/// What an operation answers; nil, or false, for what it raises, and `*error` then says what that was.
+template <class Operation>
+auto guarded(NSError *error, Operation operation) -> decltype(operation()) {
+  try {
+    return operation();
+  } catch (const std::exception &exception) {
+    if (error) *error = NSError::errorWithException(exception);
+    return {};
+  }
+}
 
 constexpr std::string_view kIsNotServed = "this helper does not serve the operation";
 
@@ -83,19 +108,40 @@ NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &path, 
   return result;
 }
 
-NSDictionary QuiverleafHelper::attributedStringWithContentsOfFile(const NSString &, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return NSDictionary();
+NSDictionary QuiverleafHelper::attributedStringWithContentsOfFile(const NSString &path, NSError *error) {
+  return guarded(error, [&] {
+    const NSDictionary options = HTMLImportOptions(makeShared<LocalRequestFilter>(), NSURL(), kDocumentSeconds);
+    const DocumentReading reading{
+        .decodeMarkup = textOfPage, .pageOptions = options, .deadline = Deadline::after(kDocumentSeconds)};
+    DocumentAttributes attributes;
+    const NSAttributedString text = initWithPath(path, reading, &attributes, error);
+    const NSData rtfd = RTFDFromRange(text, {0, text.length()}, attributes);
+    if (!rtfd) return NSDictionary();
+    return NSDictionary{{u"Rtfd"_ns, rtfd}, {u"DocumentAttributes"_ns, attributes.dictionary()}};
+  });
 }
 
-id QuiverleafHelper::writeRTFDData(const NSData &, const NSString &, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return id();
+id QuiverleafHelper::writeRTFDData(const NSData &rtfd, const NSString &toFile, NSError *error) {
+  const bool isWritten = guarded(error, [&] {
+    DocumentAttributes attributes;
+    const NSAttributedString text = initWithRTFD(rtfd, &attributes, error);
+    const NSFileWrapper package = RTFDFileWrapperFromRange(text, {0, text.length()}, attributes);
+    return package && package.writeToFile(toFile, true);
+  });
+  return isWritten;
 }
 
-NSData QuiverleafHelper::RTFDWithHTML(const NSData &, const NSString &, bool, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return NSData();
+NSData QuiverleafHelper::RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest,
+                                      NSError *error) {
+  if (!html) return NSData();
+  return guarded(error, [&] {
+    SharedPointer<WebResourceLoadDelegate> filter;
+    if (!allowRemoteRequest) filter = makeShared<LocalRequestFilter>();
+    const NSURL base = NSURL::URLWithString(baseURL);
+    const NSString page = html.length() == 0 ? NSString::string() : textOfPage(html, NSString(), base);
+    const NSAttributedString text = initWithHTML(page, HTMLImportOptions(filter, base), nullptr, error);
+    return RTFDFromRange(text, {0, text.length()});
+  });
 }
 
 NSData QuiverleafHelper::PDFImageRepOfFile(const NSString &, NSError *error) {

@@ -33,11 +33,18 @@ class QuiverleafHelper : public NSConnectionRootObject {
   ///   "URL"     the absolute string of the page's URL, when it is known
   /// Empty when the file cannot be read or is no web archive. `*error` says that, or why the text is not whole.
   NSDictionary searchableTextOfWebArchive(const NSString &path, NSError *error = nullptr);
-  /// Answers nil: documents other than PDF are not converted.
+  /// A document of any kind that `initWithPath` reads, as rich text. Parts of a page that are neither on this
+  /// machine nor on its local network are left out. Answers
+  ///   "Rtfd"                the text as RTFD data
+  ///   "DocumentAttributes"  what the document says of itself, by the text system's names
+  /// Nil when it cannot be read. `*error` says why, or what is missing.
   NSDictionary attributedStringWithContentsOfFile(const NSString &path, NSError *error = nullptr);
-  /// Answers nil: rich text is not written.
+  /// Writes RTFD data as a folder, whole or not at all; what stood there before is replaced. Answers whether it
+  /// was written; never nil.
   id writeRTFDData(const NSData &rtfd, const NSString &toFile, NSError *error = nullptr);
-  /// Answers nil: pages are not made rich text.
+  /// A page as RTFD data. References in it begin at `baseURL`, when the web engine has a use for that. Parts
+  /// that are neither on this machine nor on its local network are loaded only with `allowRemoteRequest`; what
+  /// has not come within 15 seconds is left out. Nil for nil. `*error` says which parts are missing.
   NSData RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest,
                       NSError *error = nullptr);
   /// Answers nil: documents are not drawn.
