@@ -2,7 +2,7 @@
 #include "helper/HTMLImportOptions.hpp"
 
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
-#include "platform/WebKit/NSAttributedString+HTML.hpp"
+#include "platform/WebKit/NSAttributedStringHTML.hpp"
 
 namespace nimbo {
 

@@ -12,10 +12,10 @@
 #include "helper/LocalRequestFilter.hpp"
 #include "helper/PDFDocument+Conversion.hpp"
 #include "helper/PDFProducer.hpp"
-#include "platform/AppKit/NSAttributedString+RTF.hpp"
-#include "platform/Documents/NSAttributedString+Path.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "platform/Documents/NSAttributedStringPath.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
-#include "platform/WebKit/NSAttributedString+HTML.hpp"
+#include "platform/WebKit/NSAttributedStringHTML.hpp"
 
 namespace nimbo {
 namespace {

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/Documents/NSAttributedString+Path.hpp"
+#include "platform/Documents/NSAttributedStringPath.hpp"
 
 #include <algorithm>
 #include <string_view>
 
-#include "platform/AppKit/NSAttributedString+RTF.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/Documents/FlatDocumentText.hpp"
 #include "platform/Documents/OfficeConversion.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
-#include "platform/WebKit/NSAttributedString+HTML.hpp"
+#include "platform/WebKit/NSAttributedStringHTML.hpp"
 
 namespace nimbo {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/NSAttributedString+HTML.hpp"
+#include "platform/WebKit/NSAttributedStringHTML.hpp"
 
 #include <algorithm>
 #include <string>
