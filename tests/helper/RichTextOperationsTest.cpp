@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <utility>
+
+#include "helper/HTMLImportOptions.hpp"
+#include "helper/LocalRequestFilter.hpp"
+#include "helper/QuiverleafHelper.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "platform/WebKit/NSAttributedStringHTML.hpp"
+#include "tests/support/LoopbackServer.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/WebArchiveSamples.hpp"
+
+namespace nimbo {
+namespace {
+
+NSString text(std::string_view utf8) {
+  return NSString::stringWithUTF8String(utf8);
+}
+
+NSData bytes(std::string_view content) {
+  return NSData::dataWithBytes(content.data(), content.size());
+}
+
+/// The smallest picture that browsers show: one pixel.
+constexpr std::string_view kPicture(
+    "GIF89a\1\0\1\0\200\0\0\0\0\0\377\377\377!\371\4\1\0\0\0\0,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 43);
+
+class RichTextOperationsTest : public testing::Test {
+ protected:
+  static std::string shown(const NSData &rtfd) {
+    return rtfd ? initWithRTFD(rtfd).string().UTF8String() : "nil";
+  }
+  std::string shownDocument(const NSString &path) {
+    return shown(helper.attributedStringWithContentsOfFile(path, &error).objectForKey(u"Rtfd"_ns).data());
+  }
+  static int attachments(const NSData &rtfd) {
+    int count = 0;
+    for (const AttributeRun &run : initWithRTFD(rtfd).runs()) count += run.attributes->attachment ? 1 : 0;
+    return count;
+  }
+  std::string reason() const {
+    return error.localizedFailureReason ? error.localizedFailureReason.UTF8String() : "";
+  }
+
+  TemporaryFolder folder;
+  QuiverleafHelper helper;
+  NSError error;
+};
+
+TEST_F(RichTextOperationsTest, OptionsHaveWhatTheWebEngineCanUse) {
+  const auto filter = makeShared<LocalRequestFilter>();
+  const NSString file = folder.write("page.html", "");
+  const auto base = [](std::string_view url) {
+    return HTMLImportOptions({}, NSURL::URLWithString(text(url))).objectForKey(NSBaseURLDocumentOption);
+  };
+  const NSDictionary both = {{u"UseWebKit"_ns, true}, {u"Timeout"_ns, 15.0F}};
+  EXPECT_EQ(HTMLImportOptions({}, NSURL()), both);
+  EXPECT_EQ(HTMLImportOptions(filter, NSURL()).objectForKey(u"WebResourceLoadDelegate"_ns), id(filter));
+  EXPECT_EQ(base("http://a.org/b"), id(u"http://a.org/b"_ns));
+  EXPECT_EQ(base("feed://a.org/b"), id(u"http://a.org/b"_ns));
+  EXPECT_EQ(base("feed:http://a.org/b"), id(u"http://a.org/b"_ns));
+  EXPECT_EQ(base("ftp://a.org/b"), id());
+  EXPECT_EQ(base("file:///no/such/file"), id());
+  EXPECT_TRUE(base(NSURL::fileURLWithPath(file).absoluteString().UTF8String()));
+}
+
+TEST_F(RichTextOperationsTest, PagesLoadWhatIsNear) {
+  LoopbackServer server;
+  server.answer("/near.gif", "HTTP/1.0 200 OK\r\nContent-Type: image/gif\r\n\r\n" + std::string(kPicture));
+  server.answer("/away.gif", "HTTP/1.0 302 Found\r\nLocation: http://198.51.100.1/far.gif\r\n\r\n");
+  server.answer("/style.css", "HTTP/1.0 200 OK\r\nContent-Type: text/css\r\n\r\n.no { display: none }");
+  const std::string page =
+      "<link rel=stylesheet href=style.css><p>One <b>two</b><p class=no>three<p><img src=near.gif>"
+      "<img src=away.gif alt=away><img src='http://198.51.100.1/far.gif' alt=far>"
+      "<img src='data:image/gif;base64,R0lGODlhAQABAAAAACw='>";
+  const NSString base = text(server.url("/"));
+  const NSData rtfd = helper.RTFDWithHTML(bytes(page), base, false, &error);
+  const std::string content = shown(rtfd);
+  EXPECT_TRUE(content.starts_with("One two\n")) << content;
+  EXPECT_EQ(content.find("three"), std::string::npos);
+  EXPECT_NE(content.find("away"), std::string::npos) << "the text that stands for the picture";
+  EXPECT_EQ(attachments(rtfd), 2);
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+  EXPECT_TRUE(reason().starts_with("2 parts of the page were not loaded: ")) << reason();
+  EXPECT_NE(reason().find("http://198.51.100.1/far.gif (the request was refused)"), std::string::npos)
+      << reason();
+  EXPECT_EQ(server.requests("/near.gif"), 1);
+}
+
+TEST_F(RichTextOperationsTest, PagesNeedBytes) {
+  EXPECT_FALSE(helper.RTFDWithHTML(NSData(), NSString(), false, &error));
+  EXPECT_EQ(shown(helper.RTFDWithHTML(NSData::data(), NSString(), false)), "");
+  EXPECT_EQ(shown(helper.RTFDWithHTML(bytes("caf\xe9 \x80"), text("ftp://a.org/"), true)),
+            "caf\u00e9 \u20ac\n");
+  EXPECT_EQ(shown(helper.RTFDWithHTML(bytes("<meta charset=utf-8>caf\xc3\xa9"), NSString(), false)),
+            "caf\u00e9\n");
+}
+
+TEST_F(RichTextOperationsTest, DocumentsOfEveryKindBecomeRichText) {
+  folder.write("a.gif", kPicture);
+  const std::pair<NSString, std::string_view> cases[] = {
+      {folder.write("plain.txt", "caf\xc3\xa9\n"), "caf\u00e9\n"},
+      {folder.write("rich.rtf", "{\\rtf1 one {\\b two}}"), "one two"},
+      {folder.write("named.doc", "{\\rtf1 not named so}"), "not named so"},
+      {folder.write("page.html", "<p>text<img src=a.gif>"), "text\ufffc\n"},
+      {folder.write("source.cpp", "int main;"), "int main;"},
+      {folder.write("empty.txt", ""), ""},
+  };
+  for (const auto &[path, content] : cases) EXPECT_EQ(shownDocument(path), content) << path.UTF8String();
+  for (const auto &[path, code] :
+       {std::pair(folder.write("b.bin", std::string("\0\1\2\3", 4)), ErrorCode::unsupportedType),
+        std::pair(folder.write("no.rtf", "\1\2\3"), ErrorCode::damaged),
+        std::pair(text("/no/such/file"), ErrorCode::noSuchFile),
+        std::pair(folder.write("w.webarchive", "no archive"), ErrorCode::damaged)}) {
+    EXPECT_EQ(shownDocument(path), "nil") << path.UTF8String();
+    EXPECT_EQ(error.errorCode(), code) << reason();
+  }
+  EXPECT_EQ(shownDocument(NSString()), "nil");
+}
+
+TEST_F(RichTextOperationsTest, PackagesAreWrittenWholeOrNotAtAll) {
+  folder.write("a.gif", kPicture);
+  const NSString page = folder.write("page.html", "<title>T</title>a picture<img src=a.gif>");
+  const NSData rtfd = helper.attributedStringWithContentsOfFile(page).objectForKey(u"Rtfd"_ns).data();
+  const NSString package = folder.string("out.rtfd");
+  EXPECT_EQ(helper.writeRTFDData(rtfd, package), id(true));
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "out.rtfd/TXT.rtf"));
+  EXPECT_EQ(shownDocument(package), "a picture\ufffc\n");
+  EXPECT_EQ(helper.writeRTFDData(rtfd, package), id(true)) << "again";
+  EXPECT_EQ(helper.writeRTFDData(rtfd, folder.string("no folder/out.rtfd")), id(false));
+  EXPECT_EQ(helper.writeRTFDData(bytes("no RTFD"), folder.string("no.rtfd"), &error), id(false));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+  EXPECT_EQ(helper.writeRTFDData(NSData(), folder.string("no.rtfd")), id(false));
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "no.rtfd"));
+  std::size_t entries = 0;
+  for ([[maybe_unused]] const auto &entry : std::filesystem::directory_iterator(folder.path())) ++entries;
+  EXPECT_EQ(entries, 3U) << "nothing half written is left";
+}
+
+}  // namespace
+}  // namespace nimbo
