@@ -5,6 +5,7 @@
 //
 //   bench-styled-text PAGE...
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -101,9 +102,9 @@ class RunWriter {
   void writeElement(HTMLNodeIndex index, const ComputedStyle &style, bool isLink) {
     const HTMLNode &element = page_.node(index);
     if (style.display == CSSKeyword::kNone) return;
-    for (const HTMLAtom name : {"iframe"_atom, "video"_atom, "audio"_atom, "textarea"_atom, "meter"_atom,
-                                "progress"_atom, "select"_atom}) {
-      if (element.isHTML(name) && name != "select"_atom) return;
+    for (const HTMLAtom name :
+         {"iframe"_atom, "video"_atom, "audio"_atom, "textarea"_atom, "meter"_atom, "progress"_atom}) {
+      if (element.isHTML(name)) return;
     }
     isLink |= element.name == "a"_atom && page_.attribute(element, "href"_atom).has_value();
     for (HTMLNodeIndex i = element.firstChild; i != kNoHTMLNode; i = page_.node(i).nextSibling) {

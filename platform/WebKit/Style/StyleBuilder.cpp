@@ -2,7 +2,6 @@
 #include "platform/WebKit/Style/StyleBuilder.hpp"
 
 #include <algorithm>
-#include <cmath>
 
 #include "platform/WebKit/Style/BoxDisplay.hpp"
 #include "platform/WebKit/Style/FontProperties.hpp"

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -368,8 +367,7 @@ TEST(StyleResolver, StopsAtTheDepthOfImports) {
   EXPECT_EQ(colorWith({chain(AuthorSheet::kMaximumImportDepth + 1)}), "0 0 0");
 }
 
-/// The style of each element as a page without a memory would have it: asked of a page with that element alone
-/// in its place.
+/// There are more styles than the resolver remembers, and each comes again.
 TEST(StyleResolver, RemembersStylesOfEqualElementsOnly) {
   std::u16string text =
       u"<!DOCTYPE html><style>b:nth-child(3n){color:lime}.k b{font-style:italic}</style><body>";
