@@ -151,7 +151,7 @@ std::string Package::nameOfPart(std::string_view name) {
 std::string Package::nameOfTarget(std::string_view part, std::string_view target) {
   std::string folder = nameOfPart(part);
   folder.resize(folder.rfind('/') == folder.npos ? 0 : folder.rfind('/'));
-  const std::string path = nameOfPart(target);
+  std::string path = nameOfPart(target);
   if (target.starts_with('/')) return path;
   std::string_view rest = path;
   while (rest.starts_with("../") || rest.starts_with("./")) {
