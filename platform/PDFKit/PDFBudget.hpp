@@ -29,7 +29,9 @@ class PDFBudget {
   /// The allocator for MuPDF, borrowed from this object.
   const fz_alloc_context *functions() const { return &functions_; }
   /// The budget that the context was made with; null when it was made without one.
-  static PDFBudget *ofContext(const fz_context *context) { return static_cast<PDFBudget *>(context->user); }
+  static PDFBudget *ofContext(const fz_context *context) {
+    return static_cast<PDFBudget *>(context->alloc.user);
+  }
 
   /// Begins a step, which has so much work (in the units of `PDFLimits::stepWork`), until the deadline.
   void beginStep(std::uint64_t work, const Deadline &deadline);

@@ -142,8 +142,8 @@ PDFPage PDFDocument::pageAtIndex(std::uint32_t index) const {
   return PDFPage(engine_.get(), index);
 }
 
-void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
-                            NSError *error) const {
+template <class Read, class Use>
+void PDFDocument::readEachPage(const Deadline &deadline, Read read, const Use &use, NSError *error) const {
   const std::uint32_t pages = pageCount();
   const Deadline end = earliest(deadline, engine_->limits().deadline);
   NSError firstFailure;
@@ -155,7 +155,7 @@ void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(c
     const auto start = Deadline::Clock::now();
     NSError failure;
     try {
-      const NSString text = pageAtIndex(tried).string(&failure);
+      const auto text = (pageAtIndex(tried).*read)(&failure);
       isEnough = text.length() > 0 && !use(text);
     } catch (const std::exception &exception) {
       failure = NSError::errorWithException(exception);
@@ -175,6 +175,28 @@ void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(c
                  firstFailure.localizedFailureReason.UTF8String());
   else
     engine_->checkWhole(error);
+}
+
+void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
+                            NSError *error) const {
+  readEachPage(deadline, &PDFPage::string, use, error);
+}
+
+void PDFDocument::readAttributedPages(const Deadline &deadline,
+                                      const std::function<bool(const NSAttributedString &text)> &use,
+                                      NSError *error) const {
+  readEachPage(deadline, &PDFPage::attributedString, use, error);
+}
+
+NSAttributedString PDFSelection::attributedString(const Deadline &deadline, NSError *error) const {
+  NSMutableAttributedString string;
+  const auto append = [&string](const NSAttributedString &page) {
+    string.append(page);
+    string.append(u'\n', page.runs().back().attributes);
+    return true;
+  };
+  document_->readAttributedPages(deadline, append, error);
+  return document_->pageCount() > 0 ? std::move(string).attributedString() : NSAttributedString();
 }
 
 }  // namespace nimbo

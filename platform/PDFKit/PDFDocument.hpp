@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "platform/AppKit/NSAttributedString.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
@@ -33,7 +34,13 @@ struct PDFLimits {
   std::uint32_t pages = 100'000;
   /// After so many pages in a row that cannot be read, the rest is not tried any more.
   std::uint32_t pageErrorsInARow = 16;
+  /// How many runs of attributes a page may have; what is behind the last has the attributes of that.
+  std::uint32_t attributeRuns = 100'000;
+  /// How often a character, or a line, of a page is compared with the place of a link; what is behind has none.
+  std::uint32_t linkComparisons = 20'000'000;
 };
+
+class PDFDocument;
 
 /// The boxes of a page; numbered as the platform numbers them.
 enum class PDFDisplayBox { mediaBox = 0, cropBox = 1 };
@@ -46,6 +53,11 @@ class PDFPage {
   /// text. A page that cannot be read to its end gives what was found on it by then, and one that lost a part
   /// of its content, or a font, what is left of it; `*error` says why.
   NSString string(NSError *error = nullptr) const;
+  /// The same text with its fonts (family, weight and slant by the document's own name of each, sizes as they
+  /// are shown), the colours that it is filled with (nothing for black), what is smaller and off the line as
+  /// super- or subscript, and the links that lead to URLs, without those within the document or to files. Nil
+  /// and `*error` as above; it also says when attributes are missing.
+  NSAttributedString attributedString(NSError *error = nullptr) const;
   /// The box in points (the page's own unit is taken into account), lower left corner and size, before
   /// rotation. The crop box is cut to the media box, and is the media box when the page names none; without a
   /// media box, {612, 792} at the origin.
@@ -59,6 +71,22 @@ class PDFPage {
 
   detail::PDFEngine *engine_;
   std::uint32_t index_;
+};
+
+/// All text of a document; borrowed from it, and valid as long as it.
+class PDFSelection {
+ public:
+  /// The attributed texts of all pages that have any, a line feed after each. It stops when another page as
+  /// slow as the last one would end after `deadline` or that of the document's limits. Nil when the document
+  /// has no pages. `*error` says which pages are missing, as `readPages` does.
+  NSAttributedString attributedString(const Deadline &deadline = Deadline::never(),
+                                      NSError *error = nullptr) const;
+
+ private:
+  friend class PDFDocument;
+  explicit PDFSelection(const PDFDocument *document) : document_(document) {}
+
+  const PDFDocument *document_;
 };
 
 /// A PDF, in memory or in a file. Used from one thread at a time.
@@ -109,8 +137,16 @@ class PDFDocument {
   /// all were read, it says whether the document has no pages, or others than it names, or lost its end.
   void readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                  NSError *error = nullptr) const;
+  /// The same with attributed texts.
+  void readAttributedPages(const Deadline &deadline,
+                           const std::function<bool(const NSAttributedString &text)> &use,
+                           NSError *error = nullptr) const;
+  /// All text.
+  PDFSelection selectionForEntireDocument() const { return PDFSelection(this); }
 
  private:
+  template <class Read, class Use>
+  void readEachPage(const Deadline &deadline, Read read, const Use &use, NSError *error) const;
   static std::unique_ptr<PDFDocument> documentWithInput(detail::PDFInput input, const PDFLimits &limits,
                                                         NSError *error);
   explicit PDFDocument(std::unique_ptr<detail::PDFEngine> engine);

@@ -78,7 +78,6 @@ PDFEngine::PDFEngine(PDFInput input, const PDFLimits &limits)
     : limits_(limits), input_(std::move(input)), budget_(limits.memoryBytes) {
   context_ = fz_new_context(budget_.functions(), nullptr, kStoreBytes);
   if (!context_) throw failure(ErrorCode::memoryLimit, "there is not enough memory for a PDF");
-  fz_set_user_context(context_, &budget_);
   losses_.watch(context_);
   try {
     open();

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/PDFKit/PDFFonts.hpp"
+
 namespace nimbo::detail {
 namespace {
 
@@ -115,6 +117,7 @@ pdf_font_desc *__wrap_pdf_load_font(fz_context *context, pdf_document *document,
       losses->add("a font cannot be read");
     fz_rethrow(context);
   }
+  if (PDFFonts *const fonts = PDFFonts::ofContext(context)) fonts->add(dictionary, *font);
   return font;
 }
 // NOLINTEND(bugprone-reserved-identifier)

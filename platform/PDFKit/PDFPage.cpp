@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <algorithm>
 #include <cmath>
-#include <utility>
 
-#include "platform/Foundation/NSMutableString.hpp"
-#include "platform/Foundation/Unicode/UTF8.hpp"
 #include "platform/PDFKit/PDFEngine.hpp"
+#include "platform/PDFKit/PDFFonts.hpp"
+#include "platform/PDFKit/PDFTextLooks.hpp"
+#include "platform/PDFKit/PDFTextWalk.hpp"
 
 namespace nimbo {
 
@@ -14,102 +13,38 @@ namespace {
 /// What a page without a media box gets: US letter, in points.
 constexpr fz_rect kDefaultMediaBox = {0, 0, 612, 792};
 
-/// The text that MuPDF found on a page; drops it.
+/// What MuPDF found on a page; drops it.
 struct FoundText {
   fz_context *context;
   fz_stext_page *page = nullptr;
+  fz_link *links = nullptr;
 
-  ~FoundText() { fz_drop_stext_page(context, page); }
+  ~FoundText() {
+    fz_drop_stext_page(context, page);
+    fz_drop_link(context, links);
+  }
 };
 
-/// Neither a control nor what stands for a glyph of unknown meaning.
-bool isReadable(int character) {
-  return character > ' ' && !(character >= 0x7f && character <= 0x9f) && character != 0xfffd &&
-         character <= 0x10ffff && !(character >= 0xd800 && character <= 0xdfff);
-}
-
-/// Above `NSNotFound` when it would be too long for a string.
-std::uint32_t maximumLengthInCodeUnits(const fz_stext_page &page) {
-  std::uint64_t length = 0;
-  for (const fz_stext_block *block = page.first_block; block; block = block->next) {
-    if (block->type != FZ_STEXT_BLOCK_TEXT) continue;
-    for (const fz_stext_line *line = block->u.t.first_line; line; line = line->next) {
-      for (const fz_stext_char *character = line->first_char; character; character = character->next)
-        length += character->c > 0xffff ? 2 : 1;
-      length += 2;
-    }
-  }
-  return static_cast<std::uint32_t>(std::min<std::uint64_t>(length, NSNotFound + std::uint64_t{1}));
-}
-
-/// Writes the line and a line feed, nothing when it has no readable character; answers the new end.
-unichar *putLine(const fz_stext_line &line, unichar *const start) {
-  unichar *out = start;
-  bool hasText = false;
-  bool afterUnknown = false;
-  for (const fz_stext_char *character = line.first_char; character; character = character->next) {
-    const int c = character->c;
-    const bool unknown = c != ' ' && !isReadable(c);
-    // Many unknown glyphs in a row are one blank.
-    if (std::exchange(afterUnknown, unknown) && unknown) continue;
-    if (unknown || c == ' ') {
-      *out++ = u' ';
-      continue;
-    }
-    hasText = true;
-    out += putUTF16(static_cast<char32_t>(c), out);
-  }
-  if (!hasText) return start;
-  *out++ = u'\n';
-  return out;
-}
-
-NSString stringOfPage(const fz_stext_page &page) {
-  NSMutableString string;
-  string.setLength(maximumLengthInCodeUnits(page));
-  unichar *const start = string.mutableCharacters();
-  unichar *out = start;
-  for (const fz_stext_block *block = page.first_block; block; block = block->next) {
-    if (block->type != FZ_STEXT_BLOCK_TEXT) continue;
-    // The empty line before all blocks but the first.
-    unichar *const first = out == start ? out : out + 1;
-    unichar *end = first;
-    for (const fz_stext_line *line = block->u.t.first_line; line; line = line->next) end = putLine(*line, end);
-    if (end == first) continue;
-    if (first != out) *out = u'\n';
-    out = end;
-  }
-  if (out == start) return {};
-  string.setLength(static_cast<std::uint32_t>(out - start));
-  return std::move(string).string();
-}
-
-bool isUsable(const fz_rect &box) {
-  return std::isfinite(box.x0) && std::isfinite(box.y0) && std::isfinite(box.x1) && std::isfinite(box.y1) &&
-         box.x0 < box.x1 && box.y0 < box.y1;
-}
-
-}  // namespace
-
-NSString PDFPage::string(NSError *error) const {
-  if (!engine_->triesPages()) {
+/// Puts the text of a page where `found` says, whole or as much as there is before it fails; answers whether it
+/// could be read.
+bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, NSError *error) {
+  if (!engine.triesPages()) {
     setError(error, ErrorCode::damaged, "too many pages before this one cannot be read");
-    return {};
+    return false;
   }
-  FoundText text{engine_->context()};
-  bool read = false;
   bool isMissing = false;
   try {
-    engine_->run([&](fz_context *context) {
-      pdf_page *page = pdf_load_page(context, engine_->document(), static_cast<int>(index_));
+    engine.run([&](fz_context *context) {
+      pdf_page *page = pdf_load_page(context, engine.document(), static_cast<int>(index));
       fz_device *device = nullptr;
       fz_var(device);
       fz_try(context) {
         fz_stext_options options = {};
         options.flags = FZ_STEXT_DEHYPHENATE;
         isMissing = !pdf_is_dict(context, page->obj);
-        text.page = fz_new_stext_page(context, pdf_bound_page(context, page));
-        device = fz_new_stext_device(context, text.page, &options);
+        found->links = pdf_load_links(context, page);
+        found->page = fz_new_stext_page(context, pdf_bound_page(context, page));
+        device = fz_new_stext_device(context, found->page, &options);
         // What annotations and filled forms show is text, too.
         pdf_run_page(context, page, device, fz_identity, nullptr);
         fz_close_device(context, device);
@@ -120,18 +55,49 @@ NSString PDFPage::string(NSError *error) const {
       }
       fz_catch(context) fz_rethrow(context);
     });
-    read = true;
     if (isMissing)
       setError(error, ErrorCode::damaged, "the PDF is damaged: the page is missing");
-    else if (const NSError loss = engine_->loss(); loss && error)
+    else if (const NSError loss = engine.loss(); loss && error)
       *error = loss;
+    return true;
   } catch (const detail::PDFFailure &failure) {
     if (error) *error = failure.error;
     // What MuPDF has found by then is whole: it puts one character after the other behind the last one.
+    return false;
   }
-  NSString string = text.page ? stringOfPage(*text.page) : NSString();
-  engine_->pageWasRead(read || string);
+}
+
+/// The text that was found, which the listener hears of; nil when there is none.
+template <class Listener>
+NSString stringOfText(const FoundText &found, Listener &listener) {
+  return found.page ? detail::PDFTextWalk(listener).stringOfPage(*found.page) : NSString();
+}
+
+bool isUsable(const fz_rect &box) {
+  return std::isfinite(box.x0) && std::isfinite(box.y0) && std::isfinite(box.x1) && std::isfinite(box.y1) &&
+         box.x0 < box.x1 && box.y0 < box.y1;
+}
+
+}  // namespace
+
+NSString PDFPage::string(NSError *error) const {
+  FoundText found{engine_->context()};
+  const bool isRead = readPage(*engine_, index_, &found, error);
+  detail::PDFTextIgnorer ignorer;
+  NSString string = stringOfText(found, ignorer);
+  engine_->pageWasRead(isRead || string);
   return string;
+}
+
+NSAttributedString PDFPage::attributedString(NSError *error) const {
+  const detail::PDFFonts fonts(engine_->context());
+  FoundText found{engine_->context()};
+  const bool isRead = readPage(*engine_, index_, &found, error);
+  detail::PDFTextLooks looks(engine_->context(), found.links, engine_->limits());
+  const NSString string = stringOfText(found, looks);
+  engine_->pageWasRead(isRead || string);
+  if (isRead && looks.loss() && error && !*error) setError(error, ErrorCode::incomplete, looks.loss());
+  return looks.attributedString(string, fonts);
 }
 
 NSRect PDFPage::boundsForBox(PDFDisplayBox box) const {
