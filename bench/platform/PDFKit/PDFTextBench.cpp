@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// What PDFDocument costs beyond MuPDF: opens every PDF of a folder that has text and takes the text of its
-// pages, once through PDFDocument and once by MuPDF's own calls with the same settings, a context for each
-// document. Both must find the same words.
+// What PDFDocument costs beyond MuPDF, and attributed text beyond plain text: opens every PDF of a folder that
+// has text and takes the text of its pages, twice through PDFDocument and once by MuPDF's own calls with the
+// same settings, a context for each document. All must find the same words, PDFDocument the same text.
 //
 //   bench-pdf-text FOLDER [ROUNDS]
 
@@ -102,6 +102,23 @@ std::vector<NSString> textByPDFDocument(const NSData &data) {
   return text;
 }
 
+std::vector<NSAttributedString> attributedTextByPDFDocument(const NSData &data) {
+  std::vector<NSAttributedString> text;
+  const auto document = PDFDocument::documentWithData(data);
+  const std::uint32_t pages = document && !document->isLocked() ? document->pageCount() : 0;
+  for (std::uint32_t index = 0; index < pages; ++index)
+    text.push_back(document->pageAtIndex(index).attributedString());
+  return text;
+}
+
+/// Whether both are the same text, and all of the attributed one has attributes.
+bool isSameText(const std::vector<NSAttributedString> &attributed, const std::vector<NSString> &plain) {
+  return std::equal(attributed.begin(), attributed.end(), plain.begin(), plain.end(),
+                    [](const NSAttributedString &a, const NSString &b) {
+                      return a.string() == b && (a.length() == 0 || a.runs().back().end == a.length());
+                    });
+}
+
 /// The words, each followed by a blank; what stands for an unknown glyph is a blank too.
 std::u16string wordsOfString(std::u16string_view string) {
   std::u16string words;
@@ -152,19 +169,24 @@ int main(int argc, char **argv) {
     const std::u16string words = wordsByPDFDocument(data);
     if (words.empty()) continue;
     documents.push_back(data);
-    if (words == wordsOfString(NSString::stringWithLossyUTF8String(textByMuPDF(data)).view())) continue;
+    if (words == wordsOfString(NSString::stringWithLossyUTF8String(textByMuPDF(data)).view()) &&
+        isSameText(attributedTextByPDFDocument(data), textByPDFDocument(data)))
+      continue;
     ++different;
-    std::printf("different words: %s\n", entry.path().filename().c_str());
+    std::printf("different text: %s\n", entry.path().filename().c_str());
   }
   if (documents.empty() || different) return std::fputs("nothing to compare\n", stderr), 1;
 
-  std::vector<double> adapter, engine;
+  std::vector<double> adapter, engine, attributed;
   for (int round = 0; round < rounds; ++round) {
     adapter.push_back(secondsFor(documents, textByPDFDocument));
     engine.push_back(secondsFor(documents, textByMuPDF));
+    attributed.push_back(secondsFor(documents, attributedTextByPDFDocument));
   }
   std::printf("%zu documents, median of %d rounds: PDFDocument %.1f ms, MuPDF %.1f ms, ratio %.3f\n",
               documents.size(), rounds, median(adapter) * 1e3, median(engine) * 1e3,
               median(adapter) / median(engine));
+  std::printf("attributed text %.1f ms, ratio to plain text %.3f\n", median(attributed) * 1e3,
+              median(attributed) / median(adapter));
   return 0;
 }
