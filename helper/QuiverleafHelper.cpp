@@ -70,7 +70,7 @@ NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const N
   if (document->isLocked(error))
     result.setObject(true, u"Locked"_ns);
   else if (attributed)
-    setError(error, ErrorCode::other, "this helper makes no attributed text");
+    result.setObject(attributedTextOfPDF(*document, error), u"String"_ns);
   else
     result.setObject(textOfPDF(*document, attributes, file, error), u"String"_ns);
   result.setObject(document->pageCount(), u"PageCount"_ns);
@@ -95,6 +95,14 @@ NSString QuiverleafHelper::textOfPDF(PDFDocument &document, const NSDictionary &
     }
   }
   return fixedAndNormalizedStringUsingTimeout(document, kPageTextTimeoutSeconds, error);
+}
+
+NSData QuiverleafHelper::attributedTextOfPDF(const PDFDocument &document, NSError *error) {
+  const Deadline deadline = Deadline::after(kPageTextTimeoutSeconds);
+  const NSAttributedString text = document.selectionForEntireDocument().attributedString(deadline, error);
+  NSData rtfd = RTFDFromRange(text, {0, text.length()});
+  if (text && !rtfd) setError(error, ErrorCode::tooLarge, "the attributed text is too long");
+  return rtfd;
 }
 
 NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &path, NSError *error) {

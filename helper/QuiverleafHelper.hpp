@@ -58,8 +58,8 @@ class QuiverleafHelper : public NSConnectionRootObject {
   /// The PDF worker. With `file`, the metadata importers are asked for its text first, unless Ghostscript made
   /// the PDF: its text is better read here. Answers
   ///   "Locked"     true, only when the text needs a password; there is no "String" then
-  ///   "String"     the text of all pages, cleaned; missing when there are no pages, or when attributed text is
-  ///                asked for, which this helper does not make
+  ///   "String"     the text of all pages, cleaned; with `attributed` as RTFD data, as `PDFSelection` makes it,
+  ///                not cleaned and without the importers; missing when there are no pages
   ///   "PageCount"  an integer
   ///   the document's own attributes, which replace those above of the same name
   ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as
@@ -72,6 +72,7 @@ class QuiverleafHelper : public NSConnectionRootObject {
  private:
   NSString textOfPDF(class PDFDocument &document, const NSDictionary &attributes, const NSString &file,
                      NSError *error);
+  static NSData attributedTextOfPDF(const class PDFDocument &document, NSError *error);
 
   MetaDataImporter _mdimporter;
 };

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/HelperCommands.hpp"
 
+#include <optional>
+#include <string>
+
 #include "clients/cpp/HelperClient.hpp"
 #include "helper/NimboImExport.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/RichTextOutput.hpp"
 
 namespace nimbo {
 
@@ -14,6 +18,7 @@ namespace {
 
 struct PDFOptions : CommonOptions {
   bool attributed = false;
+  std::optional<std::string> output;
 };
 
 int runMetadata(const CommonOptions &options, const Operands &operands) {
@@ -24,9 +29,18 @@ int runMetadata(const CommonOptions &options, const Operands &operands) {
 }
 
 int runPDF(const PDFOptions &options, const Operands &operands) {
+  if (options.output && (!options.attributed || options.output->empty()))
+    throw UsageError("-o needs --attributed and the name of a folder");
   const NSData pdf = readInput(operands.front(), options.timeoutSeconds);
-  const auto answer = clientWithOptions(options).attributedStringWithPDF(options.attributed, pdf);
-  return report(answer, nameOfInput(operands.front()), options);
+  const std::string name = nameOfInput(operands.front());
+  HelperClient client = clientWithOptions(options);
+  const auto answer = client.attributedStringWithPDF(options.attributed, pdf);
+  if (!options.output) return report(answer, name, options);
+  NSData rtfd;
+  const int code = report(
+      answer, name, [&](const id &result) { rtfd = result.dictionary().objectForKey(u"String"_ns).data(); });
+  if (code != kExitAnswered) return code;
+  return rtfd ? writeRichText(client, rtfd, *options.output) : int{kExitNil};
 }
 
 NSDictionary dictionaryOfRecord(const ConnectionRecord &record) {
@@ -104,11 +118,14 @@ The text of the document is kMDItemTextContent.)",
         .summary = "the text, page count and document attributes of a PDF",
         .description = R"(
 Prints "String" (the text), "PageCount" and the attributes of the document. FILE "-" is standard input.
-A document that needs a password answers "Locked" instead of a text.)",
+A document that needs a password answers "Locked" instead of a text.
+With --attributed the text is RTFD data, which has its fonts, sizes, colours and links. With -o it is written
+as a folder, and nothing is printed.)",
         .minimumOperands = 1,
         .maximumOperands = 1},
        runPDF,
-       {{"attributed", &PDFOptions::attributed, nullptr, "ask for attributed text"}}},
+       {{"attributed", &PDFOptions::attributed, nullptr, "ask for the text as RTFD data"},
+        {"output", &PDFOptions::output, "OUT.rtfd", "the folder to write that text to (-o)"}}},
       {{.name = "ping", .summary = "the helper's process, started if need be", .description = R"(
 Prints the process number of the helper, the name under which it answers, its version, its program and since
 when it runs.)"},

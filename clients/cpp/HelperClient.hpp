@@ -106,8 +106,8 @@ class HelperClient {
   /// The text of a web archive: a dictionary with "String", and with "Source", the markup of the page, and
   /// "URL" when they are known; empty, with a reason, for what is no web archive.
   Answer searchableTextOfWebArchive(const NSString &path);
-  /// The text and facts of a PDF: a dictionary with "String", "PageCount", "Locked" when it needs a password,
-  /// and the document's own attributes.
+  /// The text and facts of a PDF: a dictionary with "String" (RTFD data with `attributed`), "PageCount",
+  /// "Locked" when it needs a password, and the document's own attributes.
   Answer attributedStringWithPDF(Flag attributed, const NSData &pdf);
   /// A document as rich text: a dictionary with "Rtfd", its RTFD data, and "DocumentAttributes".
   Answer attributedStringWithContentsOfFile(const NSString &path);

@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "helper/NimboImExport.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Foundation/NSException.hpp"
+#include "platform/PDFKit/PDFDocument.hpp"
 #include "tests/support/ImporterBundle.hpp"
 #include "tests/support/PDFSamples.hpp"
 #include "tests/support/WebArchiveSamples.hpp"
@@ -61,6 +63,25 @@ TEST_F(QuiverleafHelperTest, ReadsThePagesWithoutAFile) {
   EXPECT_FALSE(helper.attributedStringWithPDF(false, dataOfString("no PDF")));
 }
 
+TEST_F(QuiverleafHelperTest, AttributedTextIsRTFD) {
+  NSError error;
+  const NSDictionary answer = helper.attributedStringWithPDF(true, samplePDF("rich.pdf"), &error);
+  EXPECT_FALSE(error);
+  const NSAttributedString text = initWithRTFD(answer.objectForKey(u"String"_ns).data());
+  ASSERT_TRUE(text);
+  EXPECT_EQ(
+      text,
+      PDFDocument::documentWithData(samplePDF("rich.pdf"))->selectionForEntireDocument().attributedString());
+  EXPECT_EQ(answer.objectForKey(u"PageCount"_ns).integer(), 2);
+  const NSDictionary empty = helper.attributedStringWithPDF(true, samplePDF("boxes.pdf"));
+  EXPECT_EQ(initWithRTFD(empty.objectForKey(u"String"_ns).data()).string(), NSString::string());
+  EXPECT_EQ(helper._attributedStringWithPDF(true, samplePDF("columns.pdf"), path, false)
+                .objectForKey(u"String"_ns)
+                .data(),
+            helper.attributedStringWithPDF(true, samplePDF("columns.pdf")).objectForKey(u"String"_ns).data())
+      << "no importer makes attributed text";
+}
+
 TEST_F(QuiverleafHelperTest, LocksAndEmptyDocumentsHaveNoText) {
   for (const bool attributed : {false, true}) {
     for (const auto &[name, pages] : {std::pair("locked.pdf", 1), {"locked-pages.pdf", 0}}) {
@@ -69,6 +90,8 @@ TEST_F(QuiverleafHelperTest, LocksAndEmptyDocumentsHaveNoText) {
     }
   }
   EXPECT_EQ(facts("no-pages.pdf", NSString(), true), (NSDictionary{{u"PageCount"_ns, 0}}));
+  EXPECT_EQ(helper.attributedStringWithPDF(true, samplePDF("no-pages.pdf")),
+            (NSDictionary{{u"PageCount"_ns, 0}}));
 }
 
 TEST_F(QuiverleafHelperTest, AsksTheImporterFirstUnlessGhostscriptMadeThePDF) {
@@ -118,7 +141,7 @@ TEST_F(QuiverleafHelperTest, SaysWhyAnAnswerIsNilOrNotWhole) {
   EXPECT_EQ(pdf(samplePDF("columns.pdf")), ErrorCode::none);
   EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, path), ErrorCode::incomplete) << "as the importer says";
   EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, folder.string("missing")), ErrorCode::none);
-  EXPECT_EQ(pdf(samplePDF("columns.pdf"), true), ErrorCode::other);
+  EXPECT_EQ(pdf(samplePDF("huge-count.pdf"), true), ErrorCode::damaged);
   EXPECT_EQ(pdf(samplePDF("no-pages.pdf")), ErrorCode::incomplete);
   EXPECT_EQ(pdf(samplePDF("locked.pdf"), true), ErrorCode::locked);
   EXPECT_EQ(pdf(samplePDF("locked-pages.pdf")), ErrorCode::locked);

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """The quiverleaf command as a person and a script use it, with the real helper."""
 
+import base64
 import ctypes
 import datetime
 import json
@@ -39,8 +40,9 @@ class CommandTest(CommandTestCase):
         pretty = self.run_command("--pretty", "pdf", "a.pdf", "--timeout", "10").stdout
         self.assertIn(b'\n  "PageCount": 2', pretty)
         done = self.run_command("pdf", "--attributed", "a.pdf")
-        self.assertEqual((done.returncode, json.loads(done.stdout)["PageCount"]), (0, 2))
-        self.assertEqual(done.stderr, b"quiverleaf: a.pdf: this helper makes no attributed text\n")
+        attributed = json.loads(done.stdout)
+        self.assertEqual((done.returncode, done.stderr, attributed["PageCount"]), (0, b"", 2))
+        self.assertIn(rb"First page", base64.b64decode(attributed["String"]))
         self.assertEqual(plistlib.loads(self.run_command("pdf", "--plist", "a.pdf").stdout), answer)
 
     def test_a_locked_pdf_is_an_answer(self):
@@ -49,6 +51,7 @@ class CommandTest(CommandTestCase):
         answer = json.loads(done.stdout)
         self.assertEqual((done.returncode, answer["Locked"], "String" in answer), (0, True, False))
         self.assertRegex(done.stderr, rb"\Aquiverleaf: locked\.pdf: the PDF is locked[^\n]*\n\Z")
+        self.assert_fails(3, "locked.pdf: the PDF is locked", "pdf", "--attributed", "-o", "out.rtfd", "locked.pdf")
 
     def test_metadata_of_files_with_any_name(self):
         for name in ("plain.txt", "\u00fcber.txt", b"caf\xe9 \xff.txt", "-dash.txt"):
@@ -231,6 +234,8 @@ class CommandTest(CommandTestCase):
             ("unknown option '-\u00e9h'", "pdf", "-\u00e9h"),
             ("unknown option '-hp'", "pdf", "-hp"),
             ("unknown option '--attributed'", "--attributed", "pdf", "a"),
+            ("-o needs --attributed", "pdf", "-o", "out.rtfd", "a"),
+            ("-o needs --attributed and the name of a folder", "pdf", "--attributed", "-o", "", "a"),
             ("'--p' may be --pretty or --plist", "pdf", "--p", "a"),
             ("'--pretty' takes no value", "pdf", "--pretty=no", "a"),
             ("unknown option '--attributed'", "metadata", "--attributed", "a"),

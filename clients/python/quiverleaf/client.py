@@ -171,8 +171,8 @@ class Helper:
     def attributedStringWithPDF(self, attributed: bool, pdf: Data) -> Optional[dict[str, Any]]:
         """The text and facts of a PDF that is given as its bytes; None when they are no PDF.
 
-        "String" is the text, missing when there are no pages; with `attributed` it is wanted as RTFD data, and missing
-        when the helper makes none. "PageCount" is an integer. "Locked" is True, and there is no text, when the PDF needs a
+        "String" is the text, missing when there are no pages; with `attributed` it is RTFD data, with the fonts, colours
+        and links of the text. "PageCount" is an integer. "Locked" is True, and there is no text, when the PDF needs a
         password. The document's own attributes stand beside them, as "Title" and "Producer".
         """
         return self._ask(dict, "attributed:stringWithPDF:", attributed, pdf)

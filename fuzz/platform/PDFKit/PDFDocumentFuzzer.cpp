@@ -17,6 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t len
     document->pageAtIndex(index).boundsForBox(PDFDisplayBox::cropBox);
     document->pageAtIndex(index).rotation();
   }
-  if (!document->isLocked()) fixedAndNormalizedStringUsingTimeout(*document, 2);
+  if (document->isLocked()) return 0;
+  fixedAndNormalizedStringUsingTimeout(*document, 2);
+  document->selectionForEntireDocument().attributedString(Deadline::after(2));
   return 0;
 }

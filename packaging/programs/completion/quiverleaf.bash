@@ -10,7 +10,7 @@ _quiverleaf() {
       break
     fi
   done
-  [[ $command == pdf ]] && options+=' --attributed'
+  [[ $command == pdf ]] && options+=' --attributed --output'
   [[ $command == webarchive ]] && options+=' --create --output'
   [[ $command == text ]] && options+=' --reformat --simple --body --no-junk --google-tags --plain-ascii'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
