@@ -19,9 +19,9 @@ namespace nimbo {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
-    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &plainTextCommands(), &markupCommands(),
-    for (const auto *more : {&helperCommands(), &richTextCommands(), &plainTextCommands(), &markupCommands(),
-                             &entityCommands(), &charsetCommands(), &urlCommands(), &helpCommands()})
+    for (const auto *more :
+         {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
+          &markupCommands(), &entityCommands(), &charsetCommands(), &urlCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

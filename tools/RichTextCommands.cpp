@@ -8,7 +8,7 @@
 #include "tools/ExitCode.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
-#include "tools/Output.hpp"
+#include "tools/RichTextOutput.hpp"
 
 namespace nimbo {
 
@@ -26,17 +26,6 @@ struct PageOptions : RichTextOptions {
 const std::string &outputFolder(const RichTextOptions &options) {
   if (!options.output || options.output->empty()) throw UsageError("it needs -o OUT.rtfd, the folder to write");
   return *options.output;
-}
-
-/// Has the helper write the data, and gives the exit code.
-int writeRichText(HelperClient &client, const NSData &rtfd, const std::string &folder) {
-  const auto answer = client.writeRTFDData(rtfd, NSString::stringWithFileSystemRepresentation(folder));
-  bool isWritten = false;
-  const int code =
-      report(answer, folder, [&](const id &result) { isWritten = result.boolean().value_or(false); });
-  if (code != kExitAnswered || isWritten) return code;
-  if (answer.code == ErrorCode::none) writeMessage(folder + ": it cannot be written");
-  return kExitOutputFailed;
 }
 
 int runRTFD(const RichTextOptions &options, const Operands &operands) {

@@ -7,8 +7,7 @@
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
-#include "platform/Documents/FlatDocumentText.hpp"
-#include "platform/Documents/OfficeConversion.hpp"
+#include "platform/Documents/WordProcessorDocuments.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
 #include "platform/WebKit/NSAttributedStringHTML.hpp"
 
@@ -53,12 +52,6 @@ struct Document {
   NSAttributedString textOfFolder() const {
     const NSFileWrapper folder = NSFileWrapper::initWithPath(path, error);
     return folder ? initWithRTFDFileWrapper(folder, attributes, error) : NSAttributedString();
-  }
-
-  NSAttributedString textOfOffice() const {
-    const NSData xml =
-        OfficeConversion::sharedConversion().flatDocumentWithContentsOfFile(path, reading.deadline, error);
-    return xml ? textOfFlatDocument(xml, attributes, error) : NSAttributedString();
   }
 
   NSString decoded(const NSData &data, const NSString &textEncodingName, const NSURL &url) const {
@@ -109,7 +102,8 @@ struct Document {
     const NSData data = bytes();
     if (!data) return NSAttributedString();
     if (data.view().starts_with("{\\rtf")) return initWithRTF(data, attributes, error);
-    if (isOfficeType(type)) return textOfOffice();
+    if (isOfficeType(type))
+      return attributedStringWithWordProcessorDocument(path, reading.deadline, attributes, error);
     if (type == u"public.rtf"_ns) return fail(error, ErrorCode::damaged, "the file is no RTF");
     if (type == u"com.apple.webarchive"_ns) return textOfArchive(data);
     if (type == u"public.html"_ns || type == u"public.xhtml"_ns)
