@@ -10,8 +10,8 @@
 //
 // What is read is whatever can be read: unknown words and groups are passed over. Headers and footers, hidden
 // and deleted text, comments and embedded objects are left out (but not what objects show); the notes of a page
-// stand at the end of the text. A link does not reach over the end of a paragraph, the last paragraph of a cell
-// ends with the cell.
+// stand at the end of the text. Neither a link nor raised text reaches over the end of a paragraph, the last
+// paragraph of a cell ends with the cell.
 //
 // What is written is read again as the same runs and attachments, as far as RTF can say it: lengths are whole
 // twentieths of a point, those of characters half points and thousandths; lists and tables are numbered anew in

@@ -142,8 +142,9 @@ void RTFReader::takeWord(RTFWord word, Parameter parameter, bool isStarred) {
 bool RTFReader::takeTableWord(RTFWord word) {
   if (group_.destination == Destination::ignored) return false;
   RTFCharacterState state = group_.characters;
-  // A link does not reach over the end of a paragraph.
+  // Neither a link nor raised text reaches over the end of a paragraph.
   state.link = -1;
+  state.superscript = 0;
   const auto definition = [this](std::size_t depth) -> RTFRowDefinition & {
     if (rowDefinitions_.size() < depth) rowDefinitions_.resize(depth);
     return rowDefinitions_[depth - 1];

@@ -109,6 +109,12 @@ void appendCell(std::string *output, const RTFSlot &slot, const RTFTokens &token
   }
 }
 
+/// The attributes without what belongs in a group.
+Interned<TextAttributes> loweredAttributes(TextAttributes attributes) {
+  attributes.superscript = 0;
+  return Interned(std::move(attributes));
+}
+
 }  // namespace
 
 RTFWriter::RTFWriter(const NSAttributedString &text, Attachments attachments)
@@ -223,7 +229,10 @@ void RTFWriter::writeParagraph(std::size_t index) {
   }
   write(markerEnd, textEnd);
   // A paragraph's end looks as its run has it; a text that ends without one is ended as it is.
-  if (hasLineFeed) writeAttributes(runs[run].attributes);
+  if (hasLineFeed) {
+    const Interned<TextAttributes> &attributes = runs[run].attributes;
+    writeAttributes(attributes->superscript ? loweredAttributes(*attributes) : attributes);
+  }
   writeEnd(index, hasLineFeed);
 }
 
@@ -255,14 +264,21 @@ void RTFWriter::writeUnits(std::u16string_view units, const Interned<TextAttribu
       link_ = attributes->link;
     }
   }
+  // Some readers keep raised text back until its group ends, for it may be the mark of a note.
+  const bool isRaised = attributes->superscript != 0;
+  if (isRaised) openGroup("{");
   writeAttributes(attributes);
-  if (!attributes->attachment) return appendText(&output_, units);
+  if (!attributes->attachment) {
+    appendText(&output_, units);
+    units = {};
+  }
   while (!units.empty()) {
     const std::size_t place = std::min(units.find(NSAttachmentCharacter), units.size());
     appendText(&output_, units.substr(0, place));
     if (place < units.size()) writeAttachment(attributes->attachment);
     units.remove_prefix(std::min(place + 1, units.size()));
   }
+  if (isRaised) closeGroup();
 }
 
 void RTFWriter::writeEnd(std::size_t index, bool hasLineFeed) {

@@ -159,6 +159,7 @@ class Generator {
     }
     TextAttributes end = *characters(paragraph);
     end.link = NSString();
+    end.superscript = 0;
     end.attachment = NSTextAttachment();
     builder_.append(u"\n", end);
   }
