@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "platform/Foundation/Attributes.hpp"
@@ -17,6 +18,16 @@ namespace NIMBO_PUBLIC nimbo {
 /// destructor. Moving it leaves what it holds in place. One arena is used by one thread.
 class CSSArena {
  public:
+  /// An empty arena.
+  CSSArena() = default;
+  /// Takes over what the other holds; the other is empty.
+  CSSArena(CSSArena &&other) noexcept { swap(other); }
+  /// Takes over what the other holds, in place of its own; the other is empty.
+  CSSArena &operator=(CSSArena &&other) noexcept {
+    CSSArena(std::move(other)).swap(*this);
+    return *this;
+  }
+
   /// A copy of the elements; empty for none. Raises `std::bad_alloc`.
   template <class T>
   requires std::is_trivially_copyable_v<T> std::span<const T> copy(std::span<const T> elements)
@@ -33,6 +44,12 @@ class CSSArena {
   }
 
  private:
+  void swap(CSSArena &other) noexcept {
+    blocks_.swap(other.blocks_);
+    std::swap(blockSize_, other.blockSize_);
+    std::swap(next_, other.next_);
+    std::swap(end_, other.end_);
+  }
   void *allocate(std::size_t size, std::size_t alignment);
 
   std::vector<std::unique_ptr<std::byte[]>> blocks_;

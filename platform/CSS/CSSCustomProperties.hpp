@@ -63,6 +63,7 @@ class CSSCustomProperties : public ReferenceCounted {
 
 /// The tokens of a value with its variables replaced by those of the element, which may be null. Nothing when a
 /// variable has neither a value nor a fallback, when the text grows too long, and when the budget is used up.
+/// Values that are read from the text point into it, so that it belongs into the arena of the values.
 std::optional<std::u16string> replacedVariables(std::u16string_view tokens,
                                                 const CSSCustomProperties *properties,
                                                 CSSVariableBudget &budget);

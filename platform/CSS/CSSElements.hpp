@@ -72,7 +72,7 @@ class CSSElements {
   CSSElementIndex begin(std::u16string_view type, std::span<const CSSAttribute> attributes, Kind kind);
   /// Says that the open element has text.
   void addText();
-  /// Ends the open element.
+  /// Ends the open element; each one that began must end.
   void end();
 
   /// How many elements there are.

@@ -144,16 +144,21 @@ bool CSSSelectorMatcher::matches(const CSSSelector &selector, CSSElementIndex el
   return matchFrom(selector.parts, element) == Outcome::kMatches;
 }
 
-/// Its depth is the number of compounds, which is bounded, times that of selectors in each other.
 CSSSelectorMatcher::Outcome CSSSelectorMatcher::matchFrom(std::span<const CSSSelectorPart> parts,
                                                           CSSElementIndex index) {
-  if (!spend(1)) return Outcome::kFails;
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    if (!matchesPart(parts[i], index)) return Outcome::kFailsHere;
-    if (parts[i].combinator != CSSCombinator::kNone)
-      return matchAlong(parts.subspan(i + 1), parts[i].combinator, index);
+  if (depth_ >= kMaximumDepth || !spend(1)) return Outcome::kFails;
+  ++depth_;
+  Outcome outcome = Outcome::kMatches;
+  for (std::size_t i = 0; i < parts.size() && outcome == Outcome::kMatches; ++i) {
+    if (!matchesPart(parts[i], index)) {
+      outcome = Outcome::kFailsHere;
+    } else if (parts[i].combinator != CSSCombinator::kNone) {
+      outcome = matchAlong(parts.subspan(i + 1), parts[i].combinator, index);
+      break;
+    }
   }
-  return Outcome::kMatches;
+  --depth_;
+  return outcome;
 }
 
 /// The nearest ancestor or sibling that matches is as good as a farther one, because what is left of the

@@ -26,6 +26,8 @@ class CSSSelectorMatcher {
  public:
   /// How many looks at an element a page may cost.
   static constexpr std::uint64_t kBudget = 500'000'000;
+  /// How many compounds of selectors in each other are matched at a time; deeper ones fail.
+  static constexpr std::uint32_t kMaximumDepth = 1024;
   /// How many elements one ":has()" looks at.
   static constexpr std::uint32_t kMaximumHasElements = 4096;
 
@@ -88,6 +90,7 @@ class CSSSelectorMatcher {
   std::uint64_t budget_;
   std::uint64_t cost_ = 0;
   CSSElementIndex scope_ = kNoCSSElement;
+  std::uint32_t depth_ = 0;
   std::unordered_map<Counted, Count, CountedHash> counts_;
   std::unordered_map<Counted, std::uint32_t, CountedHash> totals_;
   std::vector<CSSName> known_;

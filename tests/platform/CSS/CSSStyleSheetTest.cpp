@@ -156,6 +156,27 @@ TEST(CSSStyleSheet, SharesNamesOfABaseTable) {
   EXPECT_EQ(base.find(u"new"), kNoCSSName);
 }
 
+/// Rules and selectors in each other multiply; the stack must not.
+TEST(CSSStyleSheet, BoundsTheDepthOfMatching) {
+  std::string chain, sheet, markup;
+  for (int i = 0; i < 250; ++i) chain += " a";
+  for (int rule = 0; rule < 30; ++rule) {
+    std::string selector = rule == 0 ? "a" : "&";
+    for (int nested = 0; nested < 30; ++nested)
+      selector = ":is(" + selector + ")" + (nested % 10 == 0 ? chain : " a");
+    sheet += selector + "{";
+  }
+  sheet += "top:0";
+  for (int i = 0; i < 50000; ++i) markup += "<a>";
+  for (int i = 0; i < 50000; ++i) markup += "</>";
+  CSSNames names;
+  const CSSPage page(markup, names);
+  const CSSStyleSheet read = sheetOf(sheet, names);
+  ASSERT_EQ(read.rules().size(), 1u);
+  CSSSelectorMatcher matcher(page.elements, 10'000'000);
+  EXPECT_FALSE(matcher.matches(read.selectors(read.rules()[0])[0], 49999));
+}
+
 TEST(CSSStyleSheet, ReadsEverySheetInLinearTime) {
   for (const std::string_view part : {"{",
                                       "}",
