@@ -18,19 +18,20 @@ struct RichTextOptions : CommonOptions {
   std::optional<std::string> output;
 };
 
-struct PageOptions : RichTextOptions {
+struct PageOptions : CommonOptions {
+  std::optional<std::string> output;
   std::optional<std::string> base;
   bool remote = false;
 };
 
-const std::string &outputFolder(const RichTextOptions &options) {
-  if (!options.output || options.output->empty()) throw UsageError("it needs -o OUT.rtfd, the folder to write");
-  return *options.output;
+const std::string &outputFolder(const std::optional<std::string> &output) {
+  if (!output || output->empty()) throw UsageError("it needs -o OUT.rtfd, the folder to write");
+  return *output;
 }
 
 int runRTFD(const RichTextOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
-  const std::string &folder = outputFolder(options);
+  const std::string &folder = outputFolder(options.output);
   if (file == "-") throw UsageError("rtfd needs a file with a name, not standard input");
   HelperClient client = clientWithOptions(options);
   NSDictionary document;
@@ -49,7 +50,7 @@ NSString baseOfPage(const PageOptions &options, const std::string &file) {
 
 int runPage(const PageOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
-  const std::string &folder = outputFolder(options);
+  const std::string &folder = outputFolder(options.output);
   const NSData html = readInput(file, options.timeoutSeconds);
   HelperClient client = clientWithOptions(options);
   NSData rtfd;

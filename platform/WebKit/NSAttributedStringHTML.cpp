@@ -8,6 +8,7 @@
 
 #include "platform/WebKit/HTMLDocument.hpp"
 #include "platform/WebKit/Loading/PageSheets.hpp"
+#include "platform/WebKit/Loading/References.hpp"
 #include "platform/WebKit/Loading/WebResourceLoader.hpp"
 #include "platform/WebKit/RichText/PageText.hpp"
 #include "platform/WebKit/Style/StyleResolver.hpp"
@@ -28,7 +29,7 @@ NSURL baseOfPage(const HTMLDocument &document, const NSURL &given) {
   if (document.base() == kNoHTMLNode) return given;
   const std::u16string_view reference =
       document.attribute(document.node(document.base()), "href"_atom).value_or(u"");
-  const NSURL base = NSURL::URLWithString(NSString::stringWithCharacters(reference), given).absoluteURL();
+  const NSURL base = URLOfReference(reference, given);
   return base.scheme() ? base : given;
 }
 
@@ -45,8 +46,7 @@ void tellFailures(const std::vector<WebResourceLoader::Failure> &failures, NSErr
 
 std::vector<WebResource> loadImages(const PageText &page, const NSURL &base, WebResourceLoader &loader) {
   std::vector<NSURL> urls;
-  for (const PageImage &image : page.images)
-    urls.push_back(NSURL::URLWithString(image.URL, base).absoluteURL());
+  for (const PageImage &image : page.images) urls.push_back(URLOfReference(image.URL.view(), base));
   return loader.load(urls);
 }
 
@@ -71,10 +71,13 @@ NSAttributedString initWithHTML(const NSString &html, const WebArchive &archive,
   const CSSMedium medium;
   const std::vector<AuthorSheet> sheets = loadPageSheets(document, base, medium, loader);
   StyleResolver resolver(document, sheets, medium);
-  PageText page = textOfPage(document, resolver, base);
-  if (documentAttributes) *documentAttributes = attributesOfPage(document);
+  const PageTextOptions textOptions{.absoluteURL = [&base](const NSString &reference) {
+    return URLOfReference(reference.view(), base).absoluteString();
+  }};
+  const PageText page = textOfPage(document, resolver, textOptions);
+  if (documentAttributes) *documentAttributes = documentAttributesOfPage(document);
   const std::vector<WebResource> images = loadImages(page, base, loader);
-  NSAttributedString text = textWithImages(std::move(page), images);
+  NSAttributedString text = textWithImages(page, images);
   tellFailures(loader.failures(), error);
   return text;
 }

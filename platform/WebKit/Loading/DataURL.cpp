@@ -1,27 +1,24 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/WebKit/Loading/DataURL.hpp"
 
+#include <algorithm>
 #include <string>
 
 #include "platform/Foundation/NSDataBase64.hpp"
-#include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/URLs/PercentEscapes.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo::detail {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n\f";
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+std::string_view withoutBlanks(std::string_view text) {
+  return trimmed(text, isASCIIWhiteSpace<char>);
 }
 
 std::string lowercase(std::string_view text) {
   std::string lower(text);
-  for (char &c : lower)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
+  std::ranges::transform(lower, lower.begin(), toASCIILower<char>);
   return lower;
 }
 
@@ -30,7 +27,7 @@ std::string_view takeUntil(std::string_view &text, char separator) {
   const std::size_t end = std::min(text.find(separator), text.size());
   const std::string_view taken = text.substr(0, end);
   text.remove_prefix(std::min(end + 1, text.size()));
-  return trimmed(taken);
+  return withoutBlanks(taken);
 }
 
 }  // namespace
@@ -42,7 +39,7 @@ ContentTypeField contentTypeOfField(std::string_view field) {
   while (!field.empty() && !type.charset) {
     std::string_view value = takeUntil(field, ';');
     const std::string name = lowercase(takeUntil(value, '='));
-    value = trimmed(value);
+    value = withoutBlanks(value);
     if (value.size() > 1 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
       value = value.substr(1, value.size() - 2);
     if (name == "charset" && !value.empty()) type.charset = NSString::stringWithUTF8String(value);
@@ -57,10 +54,11 @@ std::optional<DataURL> DataURL::ofURL(const NSURL &url) {
   body = body.substr(0, body.find('#'));
   const std::size_t comma = body.find(',');
   if (comma == std::string_view::npos) return std::nullopt;
-  std::string_view head = trimmed(body.substr(0, comma));
+  std::string_view head = withoutBlanks(body.substr(0, comma));
   constexpr std::string_view kBase64 = "base64";
   const std::size_t last = head.rfind(';');
-  const bool isBase64 = last != std::string_view::npos && lowercase(trimmed(head.substr(last + 1))) == kBase64;
+  const bool isBase64 =
+      last != std::string_view::npos && lowercase(withoutBlanks(head.substr(last + 1))) == kBase64;
   if (isBase64) head = head.substr(0, last);
   const std::string bytes = bytesByReplacingPercentEscapes(body.substr(comma + 1));
   DataURL result;

@@ -11,29 +11,27 @@
 #include "platform/CSS/CSSStyleSheet.hpp"
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
+#include "platform/WebKit/Loading/References.hpp"
 
 namespace nimbo::detail {
 namespace {
 
 constexpr std::u16string_view kBlanks = u" \t\n\r\f";
 
-unichar lowercase(unichar c) {
-  return c >= u'A' && c <= u'Z' ? static_cast<unichar>(c | 0x20) : c;
-}
-
 bool isEqualNoCase(std::u16string_view text, std::u16string_view lower) {
-  return std::ranges::equal(text, lower, {}, lowercase);
+  return std::ranges::equal(text, lower, {}, toASCIILower<char16_t>);
 }
 
-std::u16string_view trimmed(std::u16string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::u16string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+std::u16string_view withoutBlanks(std::u16string_view text) {
+  return trimmed(text, isASCIIWhiteSpace<char16_t>);
 }
 
 /// Whether a word stands in a list of words.
 bool hasWord(std::u16string_view list, std::u16string_view lower) {
-  while (!(list = trimmed(list)).empty()) {
+  while (!(list = withoutBlanks(list)).empty()) {
     const std::size_t end = std::min(list.find_first_of(kBlanks), list.size());
     if (isEqualNoCase(list.substr(0, end), lower)) return true;
     list.remove_prefix(end);
@@ -43,23 +41,17 @@ bool hasWord(std::u16string_view list, std::u16string_view lower) {
 
 bool isStyleSheetType(std::optional<std::u16string_view> type) {
   if (!type) return true;
-  const std::u16string_view name = trimmed(type->substr(0, type->find(u';')));
+  const std::u16string_view name = withoutBlanks(type->substr(0, type->find(u';')));
   return name.empty() || isEqualNoCase(name, u"text/css");
-}
-
-NSURL resolved(std::u16string_view reference, const NSURL &base) {
-  const NSString string = NSString::stringWithCharacters(trimmed(reference));
-  const NSURL url = NSURL::URLWithString(string, base);
-  return url.absoluteURL();
 }
 
 /// A sheet on its way. The places of those that it imports come behind it.
 struct Sheet {
-  NSString text;
+  NSString text = {};
   /// Where it comes from; relative references in it begin there.
   NSURL URL;
-  std::u16string_view media;
-  std::vector<std::size_t> imports;
+  std::u16string_view media = {};
+  std::vector<std::size_t> imports = {};
   std::size_t depth = 0;
   bool isToLoad = false;
 };
@@ -99,7 +91,7 @@ void SheetLoading::addLink(const HTMLDocument &document, const HTMLNode &link, c
     return;
   const std::u16string_view media = document.attribute(link, "media"_atom).value_or(u"");
   if (!isStyleSheetType(document.attribute(link, "type"_atom)) || !matchesMedium(media, medium_)) return;
-  add({.URL = resolved(*reference, base), .media = media, .isToLoad = true});
+  add({.URL = URLOfReference(*reference, base), .media = media, .isToLoad = true});
 }
 
 void SheetLoading::addStyle(const HTMLDocument &document, const HTMLNode &style, const NSURL &base) {
@@ -138,7 +130,7 @@ void SheetLoading::addImports(std::size_t importer) {
   const Sheet &sheet = sheets_[importer];
   constexpr std::u16string_view kImport = u"@import";
   const auto hasImport = [&] {
-    return !std::ranges::search(sheet.text.view(), kImport, {}, lowercase).empty();
+    return !std::ranges::search(sheet.text.view(), kImport, {}, toASCIILower<char16_t>).empty();
   };
   if (sheet.depth >= kMaximumImportDepth || !hasImport()) return;
   CSSNames names;
@@ -146,7 +138,7 @@ void SheetLoading::addImports(std::size_t importer) {
   for (const CSSImport &import : rules.imports()) {
     if (sheets_.size() >= kMaximumPageSheets) return;
     const std::size_t place =
-        add({.URL = resolved(import.url, sheet.URL), .depth = sheet.depth + 1, .isToLoad = true});
+        add({.URL = URLOfReference(import.url, sheet.URL), .depth = sheet.depth + 1, .isToLoad = true});
     sheets_[importer].imports.push_back(place);
   }
 }

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/WebKit/Loading/References.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nimbo {
+namespace {
+
+// The references as a browser resolves them.
+TEST(References, AreReadAsBrowsersDo) {
+  const NSURL base = NSURL::URLWithString(u"http://a.org/b/c?d"_ns);
+  const std::pair<std::u16string_view, std::string_view> cases[] = {
+      {u"e.html", "http://a.org/b/e.html"},
+      {u" \n e f.html\t", "http://a.org/b/e%20f.html"},
+      {u"e\n\tf", "http://a.org/b/ef"},
+      {u"\\e\\f?g\\h", "http://a.org/e/f?g%5Ch"},
+      {u"\u00e9?\u00e9#\u00e9", "http://a.org/b/%C3%A9?%C3%A9#%C3%A9"},
+      {u"100%", "http://a.org/b/100%25"},
+      {u"%e9%zz", "http://a.org/b/%e9%25zz"},
+      {u"[x]{y}|\"<>`^", "http://a.org/b/%5Bx%5D%7By%7D%7C%22%3C%3E%60%5E"},
+      {u"#a#b", "http://a.org/b/c?d#a%23b"},
+      {u"//B\u00fccher.example/x y", "http://xn--bcher-kva.example/x%20y"},
+      {u"https://user:pw@h.org:8080/", "https://user:pw@h.org:8080/"},
+      {u"mailto:a b@c.org", "mailto:a%20b@c.org"},
+      {u"javascript:void(0)", "javascript:void(0)"},
+      {u"data:text/plain,a\\b", "data:text/plain,a%5Cb"},
+      {u"?e", "http://a.org/b/c?e"},
+      {u"", "http://a.org/b/c?d"},
+  };
+  for (const auto &[reference, expected] : cases) {
+    const NSString url = detail::URLOfReference(reference, base).absoluteString();
+    EXPECT_EQ(url ? url.UTF8String() : "nil", expected);
+  }
+  EXPECT_FALSE(detail::URLOfReference(u" \n", base));
+  EXPECT_FALSE(detail::URLOfReference(u"relative", NSURL()).scheme());
+}
+
+}  // namespace
+}  // namespace nimbo
