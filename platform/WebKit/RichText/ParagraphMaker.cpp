@@ -272,12 +272,12 @@ void ParagraphMaker::flush(double spacingAfter) {
   if (!hasCompleted_) return;
   hasCompleted_ = false;
   completed_.style.paragraphSpacing = spacingAfter;
-  const Interned<NSParagraphStyle> style(std::move(completed_.style));
+  if (*lastStyle_ != completed_.style) lastStyle_ = Interned(std::move(completed_.style));
   const std::uint32_t offset = output_.length();
   const std::u16string_view text = completed_.text;
   std::uint32_t start = 0;
   for (const Run &run : completed_.runs) {
-    output_.append(text.substr(start, run.end - start), inParagraph(run.attributes, style));
+    output_.append(text.substr(start, run.end - start), inParagraph(run.attributes, lastStyle_));
     start = run.end;
   }
   for (PageImage &image : completed_.images) {

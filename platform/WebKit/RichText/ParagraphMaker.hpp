@@ -160,6 +160,7 @@ class ParagraphMaker {
   /// The distance below the last paragraph, when a block has begun since.
   std::optional<double> distanceBelow_;
 
+  Interned<NSParagraphStyle> lastStyle_;
   std::unordered_map<std::pair<Attributes, Interned<NSParagraphStyle>>, Attributes, AttributesHash> known_;
 };
 
