@@ -12,7 +12,11 @@ namespace NIMBO_PUBLIC nimbo {
 /// A colour in sRGB, cut to its gamut.
 struct CSSColor {
   /// From 0 to 255.
-  std::uint8_t red = 0, green = 0, blue = 0;
+  std::uint8_t red = 0;
+  /// From 0 to 255.
+  std::uint8_t green = 0;
+  /// From 0 to 255.
+  std::uint8_t blue = 0;
   /// From 0, which is transparent, to 1.
   float alpha = 1;
 

@@ -19,6 +19,7 @@ class CSSVariableReplacement;
 
 /// What replacing variables may cost a page, in code units; then values with variables are invalid.
 struct CSSVariableBudget {
+  /// What is left.
   std::size_t remaining = std::size_t{1} << 26;
 };
 

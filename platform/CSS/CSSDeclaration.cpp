@@ -105,7 +105,7 @@ bool CSSDeclarationReader::declare(const CSSTokenizer &tokenizer, CSSProperty pr
                                    bool isImportant) {
   if (property == CSSProperty::kCustom) {
     CSSDeclaration declaration{property, isImportant, {}, tokenizer.text(name, *arena_)};
-    std::u16string_view text = u"";
+    std::u16string_view text;
     if (!tokens_.empty())
       text = tokenizer.source().substr(tokens_.front().location, tokens_.back().end - tokens_.front().location);
     const CSSKeyword wide = tokens_.size() == 1 ? keywordNamed(text) : CSSKeyword::kUnknown;

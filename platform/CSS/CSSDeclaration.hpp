@@ -50,8 +50,11 @@ enum class CSSMode : std::uint8_t {
 /// A declaration. A shorthand is taken apart; it stands here itself, with tokens as its value, when it has
 /// "var()" in it, and when it is "all", whose value is a keyword.
 struct CSSDeclaration {
+  /// What is declared.
   CSSProperty property = CSSProperty::kUnknown;
+  /// Whether "!important" follows.
   bool isImportant = false;
+  /// Never none.
   CSSValue value;
   /// Of a custom property, "--" included. Its value is tokens, or a keyword that every property may have.
   std::u16string_view customName;
@@ -72,9 +75,11 @@ std::optional<CSSColor> readColor(std::u16string_view text, CSSMode mode);
 
 /// A declaration as it stands in the text, before anybody knows whether it is valid.
 struct CSSRawDeclaration {
+  /// As it is written, with escapes.
   std::u16string_view name;
   /// Without white space around it, and without "!important".
   std::u16string_view value;
+  /// Whether "!important" follows.
   bool isImportant = false;
 };
 

@@ -22,7 +22,9 @@ inline constexpr CSSElementIndex kNoCSSElement = 0xffffffff;
 
 /// An attribute of an element.
 struct CSSAttribute {
+  /// In any case.
   std::u16string_view name;
+  /// With its character references decoded.
   std::u16string_view value;
 };
 
@@ -39,20 +41,33 @@ class CSSElements {
 
   /// An element.
   struct Element {
+    /// Its name.
     CSSName type = kNoCSSName;
+    /// Its id, or `kNoCSSName`.
     CSSName id = kNoCSSName;
+    /// The element around it; `kNoCSSElement` for the root.
     CSSElementIndex parent = kNoCSSElement;
+    /// The element in front of it in its parent, or `kNoCSSElement`.
     CSSElementIndex previousSibling = kNoCSSElement;
+    /// The element behind it in its parent, or `kNoCSSElement`.
     CSSElementIndex nextSibling = kNoCSSElement;
     /// One behind its last descendant.
     CSSElementIndex end = 0;
     /// Its place among the elements of its parent, from 1 on.
     std::uint32_t childIndex = 1;
+    /// How many elements it has.
     std::uint32_t childCount = 0;
-    std::uint32_t firstClass = 0, classCount = 0;
-    std::uint32_t firstAttribute = 0, attributeCount = 0;
+    /// The place of its classes, which `classes` gives.
+    std::uint32_t firstClass = 0;
+    /// How many classes it has.
+    std::uint32_t classCount = 0;
+    /// The place of its attributes, which `attributes` gives.
+    std::uint32_t firstAttribute = 0;
+    /// How many attributes it has.
+    std::uint32_t attributeCount = 0;
     /// The filter of its ancestors, by its place among the filters.
     std::uint32_t ancestorFilter = 0;
+    /// Whether it is one of HTML.
     Kind kind = Kind::kHTML;
     /// Whether it has neither elements nor text.
     bool isEmpty = true;
@@ -60,7 +75,9 @@ class CSSElements {
 
   /// An attribute with its name as a number.
   struct Attribute {
+    /// Of HTML elements in lower case.
     CSSName name = kNoCSSName;
+    /// Borrowed from the page.
     std::u16string_view value;
   };
 

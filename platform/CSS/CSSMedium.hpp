@@ -9,7 +9,9 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// What media queries ask about: a colour screen with a mouse, light, without scripts.
 struct CSSMedium {
+  /// Of the viewport and of the screen.
   double widthInPixels = 1280;
+  /// Of the viewport and of the screen.
   double heightInPixels = 720;
 };
 

@@ -16,13 +16,16 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// A rule that holds for an element.
 struct CSSMatch {
+  /// The rule's, borrowed from the sheet.
   std::span<const CSSDeclaration> declarations;
+  /// That of the most specific selector that matches.
   CSSSpecificity specificity = 0;
   /// The place of its layer among the origin's; what is in no layer comes last. For important declarations the
   /// order of layers is the reverse.
   std::uint32_t layerRank = 0;
   /// The place of the rule among all of the origin.
   std::uint32_t order = 0;
+  /// The box of the element that it is for.
   CSSPseudoElement pseudoElement = CSSPseudoElement::kNone;
 };
 

@@ -43,21 +43,31 @@ constexpr CSSSpecificity specificity(std::uint64_t ids, std::uint64_t classes, s
 /// A complex selector. Its parts stand from right to left, as they are matched: the last compound first.
 /// It is borrowed from the arena that it was read into.
 struct CSSSelector {
+  /// The simple selectors.
   std::span<const CSSSelectorPart> parts;
+  /// How much it weighs.
   CSSSpecificity specificity = 0;
+  /// The box that it is for.
   CSSPseudoElement pseudoElement = CSSPseudoElement::kNone;
-  /// What an element must have for the selector to match: the id, else a class, else a type of the last
-  /// compound; `kNoCSSName` when none of them is asked for.
-  enum class Key : std::uint8_t { kAny, kId, kClass, kType } key = Key::kAny;
+  /// What an element must have for the selector to match: the id, else a class, else the type that the last
+  /// compound asks for.
+  enum class Key : std::uint8_t { kAny, kId, kClass, kType };
+  /// Which of them there is.
+  Key key = Key::kAny;
+  /// Its name; `kNoCSSName` when the compound asks for none of them.
   CSSName keyName = kNoCSSName;
-  /// Bits that the ancestors' filter must have, as `CSSElements` makes it; `kNoFilterBit` for none.
+  /// No bit.
   static constexpr std::uint16_t kNoFilterBit = 0xffff;
+  /// Bits that the filter of the element's ancestors must have, as `CSSElements` makes it; none behind the
+  /// first `kNoFilterBit`.
   std::array<std::uint16_t, 4> ancestorBits = {kNoFilterBit, kNoFilterBit, kNoFilterBit, kNoFilterBit};
 };
 
 /// How selectors are read.
 struct CSSSelectorReading {
+  /// The table that names go to, or are looked up in; never null.
   CSSNames *names = nullptr;
+  /// In which classes and ids are compared.
   CSSMode mode = CSSMode::kStandard;
   /// Whether names that the table lacks stay unknown. A selector that asks for one is valid but matches nothing
   /// and is left out. Sheets that are read after the page, for that page alone, are read so.

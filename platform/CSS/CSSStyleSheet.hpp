@@ -28,13 +28,21 @@ inline constexpr CSSLayerIndex kNoCSSLayer = 0xffffffff;
 struct CSSLayer {
   /// One part of its name; empty for a layer without a name, which is equal to no other.
   std::u16string_view name;
+  /// The layer around it, or `kNoCSSLayer`.
   CSSLayerIndex parent = kNoCSSLayer;
 };
 
 /// A rule: the declarations that the elements of some selectors have.
 struct CSSStyleRule {
-  std::uint32_t firstSelector = 0, selectorCount = 0;
-  std::uint32_t firstDeclaration = 0, declarationCount = 0;
+  /// The place of its selectors, which `selectors` gives.
+  std::uint32_t firstSelector = 0;
+  /// At least 1.
+  std::uint32_t selectorCount = 0;
+  /// The place of its declarations, which `declarations` gives.
+  std::uint32_t firstDeclaration = 0;
+  /// At least 1.
+  std::uint32_t declarationCount = 0;
+  /// The layer that it stands in, or `kNoCSSLayer`.
   CSSLayerIndex layer = kNoCSSLayer;
 };
 
@@ -50,7 +58,9 @@ struct CSSImport {
 
 /// How a sheet is read.
 struct CSSSheetReading {
+  /// For its selectors; the mode is for the values, too.
   CSSSelectorReading selectors;
+  /// The medium that "@media" and "@import" ask about.
   CSSMedium medium;
 };
 

@@ -48,6 +48,7 @@ enum class CSSTokenType : std::uint8_t {
 
 /// A token: where it stands in the text.
 struct CSSToken {
+  /// Its kind.
   CSSTokenType type = CSSTokenType::kEnd;
   /// Whether the content has escapes or U+0000, so that `text` differs from `rawText`.
   bool hasEscapes = false;
@@ -55,11 +56,13 @@ struct CSSToken {
   bool flag = false;
   /// Whether a number begins with "+" or "-".
   bool hasSign = false;
+  /// Where the token begins.
   std::uint32_t location = 0;
   /// Where the token ends.
   std::uint32_t end = 0;
   /// The content: a name without "@", "#" or "(", a string without quotes, a URL, a dimension's unit.
   std::uint32_t contentLocation = 0;
+  /// Where the content ends.
   std::uint32_t contentEnd = 0;
 };
 

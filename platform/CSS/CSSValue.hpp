@@ -60,10 +60,13 @@ enum class CSSOperation : std::uint8_t {
 
 /// A part of an expression such as "calc(1em + 2%)". What it points to lives in the arena of the value.
 struct CSSExpression {
+  /// What is done with the parts.
   CSSOperation operation = CSSOperation::kValue;
+  /// Of a value: its unit.
   CSSUnit unit = CSSUnit::kNone;
   /// Of a value: the number in front of the unit.
   double number = 0;
+  /// Of an operation: what it is done with, borrowed from the arena.
   std::span<const CSSExpression> parts;
 };
 
@@ -174,12 +177,22 @@ class CSSValue {
 
 /// What lengths are relative to, in pixels.
 struct CSSLengthContext {
+  /// Of the element; of its parent for the size of the font itself.
   double fontSize = 16;
+  /// Of the root.
   double rootFontSize = 16;
-  /// As a rule about half a font size each.
-  double xHeight = 8, chWidth = 8;
-  double lineHeight = 19.2, rootLineHeight = 19.2;
-  double viewportWidth = 1280, viewportHeight = 720;
+  /// As a rule about half a font size.
+  double xHeight = 8;
+  /// The width of "0", as a rule about half a font size.
+  double chWidth = 8;
+  /// Of the element.
+  double lineHeight = 19.2;
+  /// Of the root.
+  double rootLineHeight = 19.2;
+  /// As `CSSMedium` has it.
+  double viewportWidth = 1280;
+  /// As `CSSMedium` has it.
+  double viewportHeight = 720;
   /// What 100 % are; nothing when that is not known.
   std::optional<double> percentageBase;
 };
