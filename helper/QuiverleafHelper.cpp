@@ -141,7 +141,10 @@ id QuiverleafHelper::writeRTFDData(const NSData &rtfd, const NSString &toFile, N
 
 NSData QuiverleafHelper::RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest,
                                       NSError *error) {
-  if (!html) return NSData();
+  if (!html) {
+    setError(error, ErrorCode::incomplete, "there is no page");
+    return NSData();
+  }
   return guarded(error, [&] {
     SharedPointer<WebResourceLoadDelegate> filter;
     if (!allowRemoteRequest) filter = makeShared<LocalRequestFilter>();

@@ -95,6 +95,7 @@ std::uint32_t PDFTextLooks::roundedSize(const fz_stext_char &character) {
 void PDFTextLooks::endLine(std::uint32_t index) {
   Look look = marks_.back().look;
   look.link = nullptr;
+  look.superscript = 0;
   mark(index, look);
 }
 
