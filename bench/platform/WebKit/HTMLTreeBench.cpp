@@ -23,7 +23,6 @@
 
 #include "platform/Foundation/NSString.hpp"
 #include "platform/WebKit/HTMLDocument.hpp"
-#include "platform/WebKit/HTMLElementIndex.hpp"
 
 namespace {
 
@@ -105,11 +104,7 @@ void compare(const char *title, const Pages &pages, int rounds) {
   for (const Page &page : pages) bytes += static_cast<double>(page.bytes.size());
   std::vector<Contestant> contestants = {
       {"Gumbo", [](const Page &page) { parseByGumbo(page, [](const GumboNode *) {}); }},
-      {"HTMLDocument", [](const Page &page) { HTMLDocument::documentWithText(page.string.view()); }},
-      {"HTMLDocument, HTMLElementIndex", [](const Page &page) {
-         HTMLDocument document = HTMLDocument::documentWithText(page.string.view());
-         HTMLElementIndex index(document);
-       }}};
+      {"HTMLDocument", [](const Page &page) { HTMLDocument::documentWithText(page.string.view()); }}};
   for (int round = 0; round < rounds; ++round)
     for (Contestant &one : contestants) {
       const double start = processorSeconds();
