@@ -64,26 +64,27 @@ int runPage(const PageOptions &options, const Operands &operands) {
 const std::vector<Command> &richTextCommands() {
   static const std::vector<Command> commands = {
       {{.name = "rtfd",
-        .operands = "FILE -o OUT.rtfd",
+        .operands = "FILE",
         .summary = "a document of any kind as rich text with attachments",
         .description = R"(
-Reads plain text, RTF, RTFD, pages, web archives and what LibreOffice reads, and writes a folder: the text in
-TXT.rtf, its pictures beside it. A part of a page that is not on this machine or its local network is left out.)",
+Reads plain text, RTF, RTFD, pages, web archives and what LibreOffice reads, and writes a folder, which -o
+names: the text in TXT.rtf, its pictures beside it. A part of a page that is not on this machine or its local
+network is left out.)",
         .minimumOperands = 1,
         .maximumOperands = 1},
        runRTFD,
-       {{"output", &RichTextOptions::output, "OUT.rtfd", "the folder to write"}}},
+       {{"output", &RichTextOptions::output, "OUT.rtfd", "the folder to write (-o)"}}},
       {{.name = "html2rtfd",
-        .operands = "FILE -o OUT.rtfd",
+        .operands = "FILE",
         .summary = "a page as rich text with attachments",
         .description = R"(
-Writes a folder: the text, as a browser shows it, in TXT.rtf, its pictures beside it. FILE "-" is standard
-input. Style sheets and pictures are loaded from this machine and its local network, and from elsewhere with
---remote; what does not come within 15 seconds is left out. Scripts are not run.)",
+Writes a folder, which -o names: the text, as a browser shows it, in TXT.rtf, its pictures beside it. FILE "-"
+is standard input. Style sheets and pictures are loaded from this machine and its local network, and from
+elsewhere with --remote; what does not come within 15 seconds is left out. Scripts are not run.)",
         .minimumOperands = 1,
         .maximumOperands = 1},
        runPage,
-       {{"output", &PageOptions::output, "OUT.rtfd", "the folder to write"},
+       {{"output", &PageOptions::output, "OUT.rtfd", "the folder to write (-o)"},
         {"base", &PageOptions::base, "URL", "the URL of the page, which relative ones in it begin at"},
         {"remote", &PageOptions::remote, nullptr, "load parts of the page from anywhere"}}},
   };

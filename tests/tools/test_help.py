@@ -37,7 +37,7 @@ class HelpTest(unittest.TestCase):
         cls.own = {name: set(options) - set(cls.common) for name, options in cls.options.items()}
 
     def test_every_way_to_ask_gives_the_same(self):
-        self.assertEqual(len(self.commands), 15)
+        self.assertEqual(len(self.commands), 17)
         for name, options in self.options.items():
             self.assertLessEqual(self.common.items(), options.items(), name)
             for arguments in ((name, "-h"), ("--help", name), (name, "--help", "--pretty", "x")):
@@ -54,7 +54,7 @@ class HelpTest(unittest.TestCase):
             return {f"-{flag}" for flag in re.findall(r"\bFl (-[a-z-]+)", text)}
 
         self.assertEqual(flags(synopsis), set().union(*self.own.values()))
-        blocks = dict(re.findall(r"^\.It Cm ([a-z]+)[^\n]*\n(.*?)(?=^\.It|^\.El)", page, re.MULTILINE | re.DOTALL))
+        blocks = dict(re.findall(r"^\.It Cm ([a-z0-9]+)[^\n]*\n(.*?)(?=^\.It|^\.El)", page, re.MULTILINE | re.DOTALL))
         self.assertEqual({name: flags(block) for name, block in blocks.items()}, self.own)
         self.assertEqual({f"-{flag}" for flag in re.findall(r"^\.It Fl (?:h , )?(-[a-z-]+)", page, re.MULTILINE)}, set(self.common))
         codes = re.findall(r"\b(\d) [a-z]", self.overview.partition("Exit status: ")[2])
@@ -76,10 +76,10 @@ class HelpTest(unittest.TestCase):
 
     def test_zsh_completes_commands_and_options(self):
         text = ZSH_COMPLETION.read_text("utf-8")
-        shown = dict(re.findall(r"""^    ['"]([a-z]+):(.*)['"]$""", text, re.MULTILINE))
+        shown = dict(re.findall(r"""^    ['"]([a-z0-9]+):(.*)['"]$""", text, re.MULTILINE))
         self.assertEqual(shown, {name: summary for name, (_, summary) in self.commands.items()})
         branches = {"": text.partition("  options=(")[2].partition("\n  )")[0]}
-        for names, branch in re.findall(r"^        ([a-z |]+)\)(.*?);;", text, re.MULTILINE | re.DOTALL):
+        for names, branch in re.findall(r"^        ([a-z0-9 |]+)\)(.*?);;", text, re.MULTILINE | re.DOTALL):
             branches.update(dict.fromkeys(names.split(" | "), branch))
         for name in ("", *self.commands):
             expected = {option: self.options[name][option] for option in self.own[name]} if name else self.common

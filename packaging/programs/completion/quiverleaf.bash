@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping status stop webarchive text strip tags entities charset decode url help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -12,6 +12,8 @@ _quiverleaf() {
   done
   [[ $command == pdf ]] && options+=' --attributed --output'
   [[ $command == webarchive ]] && options+=' --create --output'
+  [[ $command == rtfd ]] && options+=' --output'
+  [[ $command == html2rtfd ]] && options+=' --base --remote --output'
   [[ $command == text ]] && options+=' --reformat --simple --body --no-junk --google-tags --plain-ascii'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
   [[ $command == decode ]] && options+=' --encoding --default --json'
@@ -28,7 +30,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command =~ ^(metadata|pdf|webarchive|text|strip|tags|decode)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi
