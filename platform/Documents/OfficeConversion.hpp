@@ -41,6 +41,7 @@ struct OfficeOptions {
 ///     if (!xml) NSLog(error.localizedFailureReason);
 class OfficeConversion {
  public:
+  /// Starts no process yet.
   explicit OfficeConversion(OfficeOptions options = {});
   ~OfficeConversion();
   OfficeConversion(const OfficeConversion &) = delete;

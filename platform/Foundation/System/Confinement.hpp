@@ -43,8 +43,7 @@ struct Protections {
 /// - writing, making and removing files outside of `writableFolders`, and reading them outside of the readable
 ///   ones: "permission denied". Whether a file is there, and how large it is, can be seen;
 /// - permissions, owners, times and extended attributes of files are not changed, not even of its own; the
-/// calls
-///   succeed all the same, because programs make them without need and fail without them;
+///   calls succeed all the same, because programs make them without need and fail without them;
 /// - sockets, but those it was given; with `network`, all sockets but those of the internet;
 /// - more than `children` processes at a time;
 /// - tracing other processes, namespaces, mounts, keys, kernel modules, clocks, asynchronous rings, and system
@@ -70,9 +69,11 @@ struct Confinement {
   /// is refused. Otherwise it holds where there are namespaces, and not for the system's administrator.
   std::uint32_t children = 0;
 
-  /// Which features of the kernel are used where they are there; tests leave some out.
+  /// Whether Landlock is used where it is there, as for the other two; tests leave some out.
   bool usesLandlock = true;
+  /// Whether the filter of system calls is used.
   bool usesFilter = true;
+  /// Whether namespaces are used.
   bool usesNamespaces = true;
 
   /// Programs, libraries, fonts and settings of the system, without anybody's home folder.
