@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/QuiverleafHelper.hpp"
 
+#include <algorithm>
 #include <exception>
 #include <string_view>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "helper/PDFProducer.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Documents/NSAttributedStringPath.hpp"
+#include "platform/Foundation/NSFileManager.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 #include "platform/WebKit/NSAttributedStringHTML.hpp"
 
@@ -42,6 +44,15 @@ auto guarded(NSError *error, Operation operation) -> decltype(operation()) {
     if (error) *error = NSError::errorWithException(exception);
     return {};
   }
+}
+
+/// Whether a package may take the place of what is at the path: nothing, an empty folder, or a package.
+bool isReplaceable(const NSString &path) {
+  bool isFolder = false;
+  if (!NSFileManager::fileExistsAtPath(path, &isFolder)) return true;
+  if (!isFolder) return false;
+  const auto names = NSFileManager::contentsOfDirectoryAtPath(path);
+  return names && (names->empty() || std::ranges::find(*names, u"TXT.rtf"_ns) != names->end());
 }
 
 constexpr std::string_view kIsNotServed = "this helper does not serve the operation";
@@ -134,6 +145,10 @@ id QuiverleafHelper::writeRTFDData(const NSData &rtfd, const NSString &toFile, N
     DocumentAttributes attributes;
     const NSAttributedString text = initWithRTFD(rtfd, &attributes, error);
     const NSFileWrapper package = RTFDFileWrapperFromRange(text, {0, text.length()}, attributes);
+    if (package && !isReplaceable(toFile)) {
+      setError(error, ErrorCode::other, "what is there is no RTFD folder, and stays");
+      return false;
+    }
     return package && package.writeToFile(toFile, true);
   });
   return isWritten;

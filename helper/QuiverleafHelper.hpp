@@ -39,8 +39,8 @@ class QuiverleafHelper : public NSConnectionRootObject {
   ///   "DocumentAttributes"  what the document says of itself, by the text system's names
   /// Nil when it cannot be read. `*error` says why, or what is missing.
   NSDictionary attributedStringWithContentsOfFile(const NSString &path, NSError *error = nullptr);
-  /// Writes RTFD data as a folder, whole or not at all; what stood there before is replaced. Answers whether it
-  /// was written; never nil.
+  /// Writes RTFD data as a folder, whole or not at all. An RTFD folder or an empty one that stood there is
+  /// replaced, nothing else is. Answers whether it was written; never nil.
   id writeRTFDData(const NSData &rtfd, const NSString &toFile, NSError *error = nullptr);
   /// A page as RTFD data. References in it begin at `baseURL`, when the web engine has a use for that. Parts
   /// that are neither on this machine nor on its local network are loaded only with `allowRemoteRequest`; what

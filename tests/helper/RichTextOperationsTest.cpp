@@ -122,6 +122,30 @@ TEST_F(RichTextOperationsTest, DocumentsOfEveryKindBecomeRichText) {
   EXPECT_EQ(shownDocument(NSString()), "nil");
 }
 
+TEST_F(RichTextOperationsTest, PackagesReplaceOnlyPackages) {
+  const NSData rtfd = helper.attributedStringWithContentsOfFile(folder.write("a.txt", "new"))
+                          .objectForKey(u"Rtfd"_ns)
+                          .data();
+  folder.write("photos/2026/a.jpg", "kept");
+  folder.write("letter.rtfd", "kept");
+  folder.write("package.rtfd/TXT.rtf", "{\\rtf1 old}");
+  folder.write("package.rtfd/old.gif", kPicture);
+  std::filesystem::create_directory(folder.path() / "empty");
+  std::filesystem::create_directory_symlink("photos", folder.path() / "link");
+  for (const char *name : {"photos", "photos/2026/", "link", "letter.rtfd"}) {
+    error = {};
+    EXPECT_EQ(helper.writeRTFDData(rtfd, folder.string(name), &error), id(false)) << name;
+    EXPECT_EQ(reason(), "what is there is no RTFD folder, and stays") << name;
+  }
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "photos/2026/a.jpg"));
+  EXPECT_TRUE(std::filesystem::is_regular_file(folder.path() / "letter.rtfd"));
+  for (const char *name : {"package.rtfd", "empty"}) {
+    EXPECT_EQ(helper.writeRTFDData(rtfd, folder.string(name)), id(true)) << name;
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / name / "TXT.rtf"));
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "package.rtfd/old.gif"));
+}
+
 TEST_F(RichTextOperationsTest, PackagesAreWrittenWholeOrNotAtAll) {
   folder.write("a.gif", kPicture);
   const NSString page = folder.write("page.html", "<title>T</title>a picture<img src=a.gif>");
