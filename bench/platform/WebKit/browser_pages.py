@@ -106,6 +106,8 @@ class Browser:
         self.session = self.call("Target.attachToTarget", {"targetId": target, "flatten": True}, session=None)["sessionId"]
         self.call("Page.enable")
         self.call("Emulation.setScriptExecutionDisabled", {"value": True})
+        screen = {"width": 1280, "height": 720, "deviceScaleFactor": 1, "mobile": False}
+        self.call("Emulation.setDeviceMetricsOverride", screen)
 
     def __enter__(self):
         return self

@@ -3,25 +3,8 @@
 
 import random
 
-DOCTYPE = "<!DOCTYPE html><meta charset=utf-8>"
-WORDS = "stone river amber quiet lantern meadow copper winter signal harbour velvet thistle cinder orchard marble hollow".split()
-
-
-def text(seed, count=8):
-    return " ".join(random.Random(seed).choices(WORDS, k=count))
-
-
-def page(css, body, doctype=DOCTYPE, head=""):
-    return f"{doctype}<title>Made</title>{head}<style>{css}</style><body>{body}"
-
-
-def paragraphs(attributes, start=0):
-    return "".join(f"<p {a}>{text(start + i)}</p>\n" for i, a in enumerate(attributes))
-
-
-def each(template, values):
-    return "".join(template.format(v=v, t=text(str(v), 4)) for v in values)
-
+from page_parts import DOCTYPE, each, page, paragraphs, text
+from site_pages import site_pages
 
 INLINE = (
     "a abbr acronym b bdi bdo big cite code del dfn em font i ins kbd label mark nobr q s samp small span strike strong sub sup"
@@ -211,6 +194,7 @@ def made_pages():
                         "stylesheet' href=sheet-d.css title=no><link rel=stylesheet href=sheet-d.css media=print>"),
         "framework": framework(),
     }  # fmt: skip
+    pages.update(site_pages())
     pages.update({f"random-{seed:02}": random_page(seed) for seed in range(1, 13)})
     return pages
 
