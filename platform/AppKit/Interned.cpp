@@ -2,8 +2,8 @@
 #include "platform/AppKit/Interned.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <mutex>
-#include <unordered_set>
 #include <vector>
 
 #include "platform/AppKit/RecordHash.hpp"
@@ -61,7 +61,8 @@ std::size_t hashOfRecord(const Record &record) {
 }
 
 /// All records of a type that somebody may hold. A handle to one that only the table holds comes from the table
-/// alone, behind the lock, so that such a one can go.
+/// alone, behind the lock, so that such a one can go. The slots have the hashes beside them: a search touches
+/// the records whose hash is the one it looks for, and growing touches none.
 template <class Record>
 class RecordTable {
  public:
@@ -73,53 +74,72 @@ class RecordTable {
   }
 
   SharedPointer<Node> intern(Record &&record) {
-    const Key key{record, hashOfRecord(record)};
+    const std::size_t hash = spread(hashOfRecord(record));
     std::vector<SharedPointer<Node>> dropped;  // They end when the lock is open again.
     const std::lock_guard lock(mutex_);
-    if (const auto found = nodes_.find(key); found != nodes_.end()) return *found;
-    if (nodes_.size() >= sweepAt_) sweep(&dropped);
-    return *nodes_.insert(makeShared<Node>(std::move(record), key.hash)).first;
+    std::size_t place = hash & mask();
+    for (; slots_[place].node; place = (place + 1) & mask())
+      if (slots_[place].hash == hash && slots_[place].node->record == record) return slots_[place].node;
+    if (count_ >= sweepAt_) {
+      sweep(&dropped);
+      place = freePlace(hash);
+    }
+    auto node = makeShared<Node>(std::move(record));
+    slots_[place] = {hash, node};
+    ++count_;
+    return node;
   }
 
   void sweepAfter(std::size_t released) {
     std::vector<SharedPointer<Node>> dropped;
     const std::lock_guard lock(mutex_);
-    if (nodes_.size() >= kFewRecords && released >= nodes_.size() / 4) sweep(&dropped);
+    if (count_ >= kFewRecords && released >= count_ / 4) sweep(&dropped);
   }
 
  private:
-  struct Key {
-    const Record &record;
-    std::size_t hash;
-  };
-  struct Hash {
-    using is_transparent = void;
-    std::size_t operator()(const Key &key) const { return key.hash; }
-    std::size_t operator()(const SharedPointer<Node> &node) const { return node->hash; }
-  };
-  struct Equal {
-    using is_transparent = void;
-    bool operator()(const SharedPointer<Node> &a, const SharedPointer<Node> &b) const { return a == b; }
-    bool operator()(const Key &key, const SharedPointer<Node> &node) const {
-      return key.hash == node->hash && key.record == node->record;
-    }
-    bool operator()(const SharedPointer<Node> &node, const Key &key) const { return (*this)(key, node); }
+  struct Slot {
+    std::size_t hash = 0;
+    /// Null where the slot is free.
+    SharedPointer<Node> node;
   };
 
+  /// Brings all bits of a hash to where those for the slots are taken from.
+  static std::size_t spread(std::size_t hash) {
+    hash *= 0x9e3779b97f4a7c15;
+    return hash ^ (hash >> 32);
+  }
+  std::size_t mask() const { return slots_.size() - 1; }
+  std::size_t freePlace(std::size_t hash) const {
+    std::size_t place = hash & mask();
+    while (slots_[place].node) place = (place + 1) & mask();
+    return place;
+  }
+
+  /// Hands out what nobody holds, and makes room for as many again as are left.
   void sweep(std::vector<SharedPointer<Node>> *dropped) {
-    for (auto node = nodes_.begin(); node != nodes_.end();)
-      if (node->isUnique()) {
-        dropped->push_back(*node);
-        node = nodes_.erase(node);
-      } else {
-        ++node;
-      }
-    if (nodes_.bucket_count() > 4 * std::max(nodes_.size(), kFewRecords)) nodes_.rehash(2 * nodes_.size());
-    sweepAt_ = std::max(kFewRecords, 2 * nodes_.size());
+    std::vector<Slot> kept;
+    kept.reserve(count_);
+    dropped->reserve(count_);
+    for (Slot &slot : slots_) {
+      if (!slot.node) continue;
+      if (slot.node.isUnique())
+        dropped->push_back(std::move(slot.node));
+      else
+        kept.push_back(std::move(slot));
+    }
+    count_ = kept.size();
+    sweepAt_ = std::max(kFewRecords, 2 * count_);
+    slots_ = std::vector<Slot>(std::bit_ceil(2 * sweepAt_));
+    for (Slot &slot : kept) {
+      const std::size_t place = freePlace(slot.hash);
+      slots_[place] = std::move(slot);
+    }
   }
 
   std::mutex mutex_;
-  std::unordered_set<SharedPointer<Node>, Hash, Equal> nodes_;
+  /// A power of two, less than half of them taken.
+  std::vector<Slot> slots_ = std::vector<Slot>(2 * kFewRecords);
+  std::size_t count_ = 0;
   std::size_t sweepAt_ = kFewRecords;
 };
 

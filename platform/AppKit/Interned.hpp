@@ -10,14 +10,13 @@ namespace NIMBO_PUBLIC nimbo {
 
 namespace detail {
 
-/// A record and its hash, as the table of its type holds them.
+/// A record as the table of its type holds it.
 template <class Record>
 struct InternedNode : ReferenceCounted {
-  InternedNode(Record &&value, std::size_t hashOfValue) : record(std::move(value)), hash(hashOfValue) {}
+  explicit InternedNode(Record &&value) : record(std::move(value)) {}
   InternedNode(const InternedNode &) = delete;
 
   const Record record;
-  const std::size_t hash;
 };
 
 }  // namespace detail
