@@ -2,6 +2,9 @@
 #include "platform/WebKit/RichText/ParagraphMaker.hpp"
 
 #include <algorithm>
+#include <utility>
+
+#include "platform/Foundation/id.hpp"
 
 namespace nimbo::detail {
 
@@ -12,9 +15,6 @@ constexpr unichar kLineSeparator = 0x2028;
 /// How far a marker stands in front of the text of its item, and where that begins at least, in points.
 constexpr double kMarkerRoom = 20;
 constexpr double kLeastItemIndent = 24;
-
-/// How many combinations of attributes are kept at once.
-constexpr std::size_t kMaximumKnownAttributes = 4096;
 
 bool isCollapsible(unichar c) {
   return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r';
@@ -289,14 +289,14 @@ void ParagraphMaker::flush(double spacingAfter) {
 
 const ParagraphMaker::Attributes &ParagraphMaker::inParagraph(const Attributes &attributes,
                                                               const Interned<NSParagraphStyle> &style) {
-  if (known_.size() >= kMaximumKnownAttributes) known_.clear();
-  const auto [place, isNew] = known_.try_emplace({attributes, style});
-  if (isNew) {
+  const std::size_t hash = combinedHash(attributes.hash() >> 4, style.hash() >> 4);
+  Known &known = known_[(hash ^ (hash >> 15)) % kKnownAttributes];
+  if (known.attributes != attributes || known.style != style) {
     TextAttributes complete = *attributes;
     complete.paragraphStyle = style;
-    place->second = Interned(std::move(complete));
+    known = {attributes, style, Interned(std::move(complete))};
   }
-  return place->second;
+  return known.complete;
 }
 
 PageText ParagraphMaker::finish() && {

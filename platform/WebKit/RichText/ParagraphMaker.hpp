@@ -5,8 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "platform/AppKit/NSAttributedString.hpp"
@@ -115,11 +113,14 @@ class ParagraphMaker {
     /// How many blocks are open, that of the item the last one.
     std::size_t depth;
   };
-  struct AttributesHash {
-    std::size_t operator()(const std::pair<Attributes, Interned<NSParagraphStyle>> &key) const {
-      return key.first.hash() * 31 + key.second.hash();
-    }
+  /// Attributes, and what they are in a paragraph of the style.
+  struct Known {
+    Attributes attributes;
+    Interned<NSParagraphStyle> style;
+    Attributes complete;
   };
+  /// How many of them are kept, of those that were lately asked for.
+  static constexpr std::size_t kKnownAttributes = 64;
 
   void beginParagraph();
   void placeMarker();
@@ -161,7 +162,7 @@ class ParagraphMaker {
   std::optional<double> distanceBelow_;
 
   Interned<NSParagraphStyle> lastStyle_;
-  std::unordered_map<std::pair<Attributes, Interned<NSParagraphStyle>>, Attributes, AttributesHash> known_;
+  std::vector<Known> known_ = std::vector<Known>(kKnownAttributes);
 };
 
 }  // namespace nimbo::detail

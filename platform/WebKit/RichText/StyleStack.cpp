@@ -37,7 +37,7 @@ void StyleStack::pushRoot() {
 
 void StyleStack::push(HTMLNodeIndex element) {
   Level &level = next();
-  level.style = styles_.styleOf(element, top().style);
+  level.style = styleOf(element);
   begin(level, element);
 }
 

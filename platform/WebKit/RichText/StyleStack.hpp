@@ -40,6 +40,8 @@ class StyleStack {
   void pushRoot();
   /// Begins an element that is a child of the last one, or of one of "display: contents" in it.
   void push(HTMLNodeIndex element);
+  /// The style that `push` would give the element, borrowed until another one is asked for.
+  const ComputedStyle &styleOf(HTMLNodeIndex element) { return styles_.styleOf(element, top().style); }
   /// Begins a pseudo-element of the last element.
   void push(ComputedStyle &&style);
   /// Ends the last element.

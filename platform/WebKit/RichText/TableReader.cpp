@@ -42,12 +42,9 @@ CSSKeyword TableReader::displayOf(HTMLNodeIndex index) {
     return std::ranges::all_of(document_.text(node), isASCIIWhiteSpace<char16_t>) ? kNoBox
                                                                                   : CSSKeyword::kInline;
   if (!node.isElement()) return kNoBox;
-  styles_.push(index);
-  const ComputedStyle &style = styles_.top().style;
+  const ComputedStyle &style = styles_.styleOf(index);
   const bool isCollapsed = style.inherited.visibility == CSSKeyword::kCollapse && isTablePart(style.display);
-  const CSSKeyword display = isCollapsed ? kNoBox : style.display;
-  styles_.pop();
-  return display;
+  return isCollapsed ? kNoBox : style.display;
 }
 
 /// The siblings in front of the first one that has a box and is no part.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/WebKit/Style/StyleResolver.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -42,6 +43,12 @@ struct Inheritance {
   SharedPointer<CSSCustomProperties> customProperties;
 };
 
+/// A style in the table of styles, and for which parents it is the element's.
+struct KnownStyle {
+  const ComputedStyle *style = nullptr;
+  std::uint32_t parentNumber = 0;
+};
+
 }  // namespace
 
 struct StyleResolver::State {
@@ -70,6 +77,8 @@ struct StyleResolver::State {
   std::vector<std::uint8_t> pseudoElements;
   StyleKey key, styleKey;
   StyleTable<ComputedStyle> styles;
+  /// By node, as long as the table remembers it: those of tables are asked for several times.
+  std::vector<KnownStyle> knownStyles;
   StyleTable<Inheritance> inheritances;
   std::uint32_t lastNumber = 0;
   /// A style that is not remembered.
@@ -89,7 +98,8 @@ StyleResolver::State::State(const HTMLDocument &html, std::span<const AuthorShee
       presentational(html, texts),
       seenContent(html),
       cascade(texts),
-      pseudoElements(html.nodeCount()) {
+      pseudoElements(html.nodeCount()),
+      knownStyles(html.nodeCount()) {
   context.medium = medium;
   context.isQuirks = mode == CSSMode::kQuirks;
 }
@@ -113,6 +123,9 @@ void StyleResolver::State::number(ComputedStyle &style) {
 }
 
 const ComputedStyle &StyleResolver::State::styleOf(HTMLNodeIndex index, const ComputedStyle &parent) {
+  KnownStyle &known = knownStyles[index];
+  const std::uint32_t parentNumber = parent.inheritanceNumber;
+  if (known.style && known.parentNumber == parentNumber) return *known.style;
   const HTMLNode &element = document.node(index);
   const bool isRoot = index == document.rootElement();
   const StyledElement kind = isRoot ? StyledElement::kRoot : styledElement(element);
@@ -139,7 +152,10 @@ const ComputedStyle &StyleResolver::State::styleOf(HTMLNodeIndex index, const Co
   }
   key.add(input.hints);
   key.add(static_cast<const void *>(input.style.data()));
-  if (const ComputedStyle *found = styles.find(key.words())) return *found;
+  if (const ComputedStyle *found = styles.find(key.words())) {
+    known = {found, parentNumber};
+    return *found;
+  }
   styleKey = key;
 
   cascade.begin(input, parent.inherited.customProperties);
@@ -147,7 +163,9 @@ const ComputedStyle &StyleResolver::State::styleOf(HTMLNodeIndex index, const Co
   seenContent.apply(seen, single);
   number(single);
   if (dependsOnParentBox(cascade)) return single;
-  return styles.add(styleKey.words(), single);
+  if (styles.isFull()) std::ranges::fill(knownStyles, KnownStyle());
+  known = {&styles.add(styleKey.words(), single), parentNumber};
+  return *known.style;
 }
 
 StyleResolver::StyleResolver(HTMLDocument &document, std::span<const AuthorSheet> sheets,
@@ -163,7 +181,7 @@ ComputedStyle StyleResolver::rootStyle() {
   return root;
 }
 
-ComputedStyle StyleResolver::styleOf(HTMLNodeIndex element, const ComputedStyle &parent) {
+const ComputedStyle &StyleResolver::styleOf(HTMLNodeIndex element, const ComputedStyle &parent) {
   const ComputedStyle &style = state_->styleOf(element, parent);
   if (element == state_->document.body()) state_->context.bodyColor = style.inherited.color;
   return style;

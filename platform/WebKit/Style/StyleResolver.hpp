@@ -7,6 +7,7 @@
 
 #include "platform/CSS/CSSMedium.hpp"
 #include "platform/CSS/CSSSelector.hpp"
+#include "platform/Foundation/Attributes.hpp"
 #include "platform/Foundation/NSString.hpp"
 #include "platform/WebKit/HTMLDocument.hpp"
 #include "platform/WebKit/Style/ComputedStyle.hpp"
@@ -44,8 +45,9 @@ class StyleResolver {
 
   /// The style of the root element.
   ComputedStyle rootStyle();
-  /// The style of an element whose parent element has the style `parent`, which this resolver made.
-  ComputedStyle styleOf(HTMLNodeIndex element, const ComputedStyle &parent);
+  /// The style of an element whose parent element has the style `parent`, which this resolver made; borrowed
+  /// until the next one is asked for.
+  const ComputedStyle &styleOf(HTMLNodeIndex element, const ComputedStyle &parent) NIMBO_LIFETIMEBOUND;
   /// The style of "::before", "::after" or "::marker" of an element that has the style `own`; nothing when no
   /// rule makes the pseudo-element. A marker is there without a rule, too; one that its rules take away has the
   /// display `kNone`.

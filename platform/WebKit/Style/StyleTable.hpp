@@ -32,9 +32,12 @@ class StyleTable {
     return slot.place != 0 ? &things_[keys_[slot.place]] : nullptr;
   }
 
+  /// Whether the next thing that is added is the only one.
+  bool isFull() const { return things_.size() >= kCapacity || keys_.size() >= kCapacityOfKeys; }
+
   /// Adds a thing for a key that has none.
   T &add(std::span<const std::uint64_t> key, T thing) NIMBO_LIFETIMEBOUND {
-    if (things_.size() >= kCapacity || keys_.size() >= kCapacityOfKeys) *this = StyleTable();
+    if (isFull()) *this = StyleTable();
     const auto hash = static_cast<std::uint32_t>(hashOfWords(key));
     slotOf(key, hash) = {hash, static_cast<std::uint32_t>(keys_.size())};
     keys_.push_back(things_.size());
