@@ -123,9 +123,8 @@ TEST_F(RichTextOperationsTest, DocumentsOfEveryKindBecomeRichText) {
 }
 
 TEST_F(RichTextOperationsTest, PackagesReplaceOnlyPackages) {
-  const NSData rtfd = helper.attributedStringWithContentsOfFile(folder.write("a.txt", "new"))
-                          .objectForKey(u"Rtfd"_ns)
-                          .data();
+  const NSData rtfd =
+      helper.attributedStringWithContentsOfFile(folder.write("a.txt", "new")).objectForKey(u"Rtfd"_ns).data();
   folder.write("photos/2026/a.jpg", "kept");
   folder.write("letter.rtfd", "kept");
   folder.write("package.rtfd/TXT.rtf", "{\\rtf1 old}");
