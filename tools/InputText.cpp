@@ -6,11 +6,14 @@
 
 namespace nimbo {
 
-NSString textOfInput(const std::string &path, double patienceSeconds) {
-  const NSData data = readInput(path, patienceSeconds);
+NSString textOfData(const NSData &data) {
   if (data.length() == 0) return NSString::string();
   const NSString text = decodeMarkup(data, 0, likelyEncoding(data)).string;
   return text ? text : NSString::stringWithLossyUTF8String(data.view());
+}
+
+NSString textOfInput(const std::string &path, double patienceSeconds) {
+  return textOfData(readInput(path, patienceSeconds));
 }
 
 }  // namespace nimbo

@@ -9,8 +9,10 @@
 
 namespace nimbo {
 
-/// The text of a page or feed, in the encoding that it declares or is most likely in; bytes that fit neither
-/// are UTF-8 in which U+FFFD stands for what is not valid. Read as by `readInput`. Raises `InputError`.
+/// The text of a page or feed in the encoding that it declares or is most likely in; bytes that fit neither are
+/// UTF-8 in which U+FFFD stands for what is not valid.
+NSString textOfData(const NSData &data);
+/// The same of an input, which is read as by `readInput`. Raises `InputError`.
 NSString textOfInput(const std::string &path, double patienceSeconds);
 
 }  // namespace nimbo

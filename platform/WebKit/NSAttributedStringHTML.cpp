@@ -37,7 +37,9 @@ NSURL baseOfPage(const HTMLDocument &document, const NSURL &given) {
 void tellFailures(const std::vector<WebResourceLoader::Failure> &failures, NSError *error) {
   constexpr std::size_t kNamed = 10;
   if (failures.empty()) return;
-  std::string reason = std::to_string(failures.size()) + " parts of the page were not loaded";
+  std::string reason = failures.size() == 1
+                           ? "1 part of the page was not loaded"
+                           : std::to_string(failures.size()) + " parts of the page were not loaded";
   for (std::size_t index = 0; index < std::min(failures.size(), kNamed); ++index)
     reason += (index == 0 ? ": " : "; ") + failures[index].URL.absoluteString().UTF8String() + " (" +
               failures[index].reason + ")";
