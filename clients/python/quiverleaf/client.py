@@ -178,7 +178,10 @@ class Helper:
         return self._ask(dict, "attributed:stringWithPDF:", attributed, pdf)
 
     def attributedStringWithContentsOfFile(self, path: StrPath) -> Optional[dict[str, Any]]:
-        """A document as rich text: "Rtfd", its RTFD data, and "DocumentAttributes", a dict. None when it is unreadable."""
+        """A document as rich text: "Rtfd", its RTFD data, and "DocumentAttributes", a dict. None when it is unreadable.
+
+        Parts of a page are loaded from this machine and its local network alone.
+        """
         return self._ask(dict, "attributedStringWithContentsOfFile:", _path(path))
 
     def writeRTFDData(self, rtfd: Data, to_file: StrPath) -> Optional[bool]:
@@ -188,31 +191,25 @@ class Helper:
     def RTFDWithHTML(
         self, html: Data, base_url: Optional[str] = None, allow_remote_request: bool = False
     ) -> Optional[bytes]:
-        """A page as RTFD data, None when it cannot be rendered.
+        """A page as RTFD data; its scripts are not run.
 
         `html` is its bytes; `base_url`, an absolute URL, completes the relative ones in it. What the page refers to is
-        loaded from the network only with `allow_remote_request`.
+        loaded from beyond the local network only with `allow_remote_request`; `reason` tells what is missing.
         """
         return self._ask(bytes, PAGE_SELECTOR, html, base_url, allow_remote_request)
 
     def PDFImageRepOfFile(self, path: StrPath) -> Optional[bytes]:
-        """The PDF data of a file that is a PDF or can become one, as PostScript; None for all others."""
+        """A document as a PDF. This helper answers None."""
         return self._ask(bytes, "PDFImageRepOfFile:", _path(path))
 
     def posterImageForMovieWithFile(self, path: StrPath) -> Optional[dict[str, Any]]:
-        """A movie's poster: "Duration" in seconds, "Size", its natural size as the text "{width, height}", and
-        "Thumbnail", the picture as TIFF data, missing when there is none. None when the file is unreadable."""
+        """A picture out of a movie. This helper answers None."""
         return self._ask(dict, "posterImageForMovieWithFile:", _path(path))
 
     def imageWithContentsOfFile(
         self, path: StrPath, string_from_pdf: bool = False, can_use_spotlight: bool = False
     ) -> Optional[dict[str, Any]]:
-        """The picture of an image or a PDF: "Thumbnail", TIFF data within 256 x 256 pixels; None when there is none.
-
-        Beside it stand "Properties", or else "Size" in points and "PixelSize" in pixels, both as the text "{width,
-        height}", and "Alpha", a bool. With `string_from_pdf` the entries of `attributedStringWithPDF` are added for a PDF;
-        with `can_use_spotlight` the metadata importers may provide its text.
-        """
+        """The picture of a document. This helper answers None."""
         selector = "imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"
         return self._ask(dict, selector, _path(path), string_from_pdf, can_use_spotlight)
 
