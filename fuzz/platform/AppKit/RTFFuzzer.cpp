@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "fuzz/platform/AppKit/SoundRuns.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 
 using namespace nimbo;
@@ -14,29 +15,17 @@ void require(bool holds) {
   if (!holds) std::abort();
 }
 
-/// A text whose runs are as they must be.
-void check(const NSAttributedString &text) {
-  std::uint32_t start = 0;
-  const Interned<TextAttributes> *last = nullptr;
-  for (const AttributeRun &run : text.runs()) {
-    require(run.end > start && (!last || *last != run.attributes));
-    start = run.end;
-    last = &run.attributes;
-  }
-  require(start == text.length());
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
   DocumentAttributes attributes;
   const NSAttributedString read = initWithRTF(NSData::dataWithBytes(bytes, size), &attributes);
   if (!read) return 0;
-  check(read);
+  require(hasSoundRuns(read));
   const NSData rtf = RTFFromRange(read, {0, read.length()}, attributes);
   require(static_cast<bool>(rtf));
   const NSAttributedString once = initWithRTF(rtf);
-  check(once);
+  require(hasSoundRuns(once));
   const NSAttributedString twice = initWithRTF(RTFFromRange(once, {0, once.length()}));
   require(twice == once);
   const NSAttributedString files = initWithRTFD(RTFDFromRange(once, {0, once.length()}));
