@@ -31,9 +31,8 @@ void OpenDocumentHandler::startElement(std::string_view name, const XMLAttribute
   if (skippedDepth_ > 0) return;
   if (propertiesDepth_ > 0) return startProperty(name, attributes);
   if (isOneOf(name, {"tracked-changes", "forms", "scripts", "binary-data", "note-citation", "ruby-text",
-                     "title", "desc", "event-listeners", "page-number"})) {
-    skippedDepth_ = depth_;
-  } else if (commentDepth_ > 0 && isOneOf(name, {"creator", "date", "date-string", "sender-initials"})) {
+                     "title", "desc", "event-listeners", "page-number"}) ||
+      (commentDepth_ > 0 && isOneOf(name, {"creator", "date", "date-string", "sender-initials"}))) {
     skippedDepth_ = depth_;
   } else if (name == "meta") {
     propertiesDepth_ = depth_;
@@ -133,9 +132,7 @@ void OpenDocumentHandler::endProperty(std::string_view name) {
     properties_.language = value;
   else if (name == "generator")
     properties_.application = value;
-  else if (name == "initial-creator")
-    properties_.authors = {value};
-  else if (name == "creator" && properties_.authors.empty())
+  else if (name == "initial-creator" || (name == "creator" && properties_.authors.empty()))
     properties_.authors = {value};
   else if (name == "keyword" && properties_.keywords.size() < kMaximumKeywords)
     properties_.keywords.push_back(value);

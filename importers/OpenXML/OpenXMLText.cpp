@@ -51,12 +51,10 @@ void OpenXMLTextHandler::startElement(std::string_view name, const XMLAttributes
     chartTextDepth_ = depth_;
   else if (isOneOf(name, {"tab", "ptab"}))
     text_.append(std::string_view("\t"));
-  else if (isOneOf(name, {"br", "cr"}))
+  else if (isOneOf(name, {"br", "cr", "p"}))
     text_.endLine();
   else if (name == "noBreakHyphen")
     text_.append(std::u16string_view(u"\u2011"));
-  else if (name == "p")
-    text_.endLine();
   else if (name == "tr")
     text_.endRow();
 }

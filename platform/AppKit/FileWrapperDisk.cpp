@@ -180,7 +180,7 @@ NSFileWrapper fileWrapperOfPath(const NSString &path, NSError *error) {
     return {};
   }
   NSError reason;
-  const NSFileWrapper wrapper =
+  NSFileWrapper wrapper =
       DiskReader(&reason).readEntry(AT_FDCWD, name->c_str(), lastPathComponent(path), true, 0);
   if (!wrapper && !reason) setError(&reason, ErrorCode::unreadable, "it is neither a file nor a folder");
   if (!wrapper && error) *error = reason;

@@ -87,7 +87,7 @@ class FolderReader {
       : data_(data), at_(start), end_(end) {}
 
   NSFileWrapper readEntry(const NSString &name, std::uint32_t depth, std::uint32_t *files) {
-    const std::optional<std::uint32_t> kind = readNumber();
+    const std::uint32_t kind = readNumber().value_or(0);
     if (kind == kFolder) return readFolder(name, depth, files);
     if (kind != kFile && kind != kLink) return {};
     const std::optional<NSRange> range = readRange();
@@ -167,7 +167,7 @@ NSFileWrapper folderOfSerializedForm(const NSData &data, NSError *error) {
   }
   std::uint32_t files = 0;
   FolderReader reader(data, static_cast<std::uint32_t>(kMagic.size()), data.length());
-  const NSFileWrapper folder = reader.readEntry(NSString(), 0, &files);
+  NSFileWrapper folder = reader.readEntry(NSString(), 0, &files);
   if (folder.isDirectory()) return folder;
   setError(error, ErrorCode::damaged, "the serialised folder is damaged or has too many files");
   return {};

@@ -32,10 +32,8 @@ constexpr std::uint8_t kNoDigit = 0xff;
 constexpr auto kDigits = [] {
   std::array<std::uint8_t, 256> digits{};
   digits.fill(kNoDigit);
-  for (int i = 0; i < 10; ++i) digits[static_cast<std::size_t>('0' + i)] = static_cast<std::uint8_t>(i);
-  for (int i = 0; i < 6; ++i)
-    digits[static_cast<std::size_t>('a' + i)] = digits[static_cast<std::size_t>('A' + i)] =
-        static_cast<std::uint8_t>(10 + i);
+  for (std::uint8_t i = 0; i < 10; ++i) digits['0' + i] = i;
+  for (std::uint8_t i = 10; i < 16; ++i) digits['a' + i - 10] = digits['A' + i - 10] = i;
   return digits;
 }();
 

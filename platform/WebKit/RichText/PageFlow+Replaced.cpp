@@ -132,7 +132,7 @@ void PageFlow::addRule() {
   table.identifier = ++lastTable_;
   table.numberOfColumns = 1;
   NSTextTableBlock block;
-  block.table = Interned(std::move(table));
+  block.table = Interned(table);
   block.borderWidths[NSTopEdge] = kRuleWidth;
   block.borderColors[NSTopEdge] = colorOf(top().style.borderColor[kTopSide]);
   TextAttributes attributes;

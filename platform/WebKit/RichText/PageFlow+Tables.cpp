@@ -44,7 +44,7 @@ void PageFlow::flowTable(SiblingRange range, const ComputedStyle *style) {
     table.collapsesBorders = style->inherited.borderCollapse == CSSKeyword::kCollapse;
     table.width = widthOf(style->width);
   }
-  const Interned<NSTextTable> interned(std::move(table));
+  const Interned<NSTextTable> interned(table);
   flowCaptions(shape, CSSKeyword::kTop, base);
   Interned<NSTextTableBlock> block;
   for (const TableCell &cell : shape.cells) flowCell(cell, interned, base, &block);
