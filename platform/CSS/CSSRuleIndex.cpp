@@ -13,6 +13,8 @@ namespace {
 
 /// How many entries are passed over in the time that a look at an element takes.
 constexpr std::size_t kEntriesOfLook = 4;
+/// How many looks at an element take the time that a rule that holds for it costs, until it is in its style.
+constexpr std::size_t kLooksOfMatch = 12;
 
 }  // namespace
 
@@ -98,7 +100,7 @@ void CSSRuleIndex::matchEntries(std::span<const Entry> entries, CSSSelectorMatch
   if (entries.empty() || !matcher.spend(entries.size() / kEntriesOfLook)) return;
   for (const Entry &entry : entries) {
     const CSSSelector &selector = *entry.selector;
-    if (matcher.matches(selector, element))
+    if (matcher.matches(selector, element) && matcher.spend(kLooksOfMatch))
       matches.push_back(
           {entry.declarations, selector.specificity, entry.layer, entry.order, selector.pseudoElement});
   }

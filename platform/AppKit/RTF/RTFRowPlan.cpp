@@ -49,8 +49,8 @@ void RTFRowPlans::add(const Blocks &allBlocks) {
       }
       rows_.push_back(std::move(row));
       open_.push_back(std::move(open));
-      before_[paragraphs_].push_back(
-          {RTFTableEvent::Kind::openRow, static_cast<std::uint32_t>(level), rows_.size() - 1, 0});
+      addEvent(2 * paragraphs_,
+               {RTFTableEvent::Kind::openRow, static_cast<std::uint32_t>(level), rows_.size() - 1, 0});
     }
     addCell(level, block);
   }
@@ -66,15 +66,15 @@ void RTFRowPlans::endParagraph(const Blocks &next) {
   while (open_.size() > common) {
     const std::size_t level = open_.size() - 1;
     Open &open = open_.back();
-    std::vector<RTFTableEvent> &events = behind_[paragraphs_ - 1];
-    events.push_back({RTFTableEvent::Kind::endCell, static_cast<std::uint32_t>(level), open.row, 0});
+    const std::size_t place = 2 * paragraphs_ - 1;
+    addEvent(place, {RTFTableEvent::Kind::endCell, static_cast<std::uint32_t>(level), open.row, 0});
     open.hasCell = false;
     const bool goesOn = level == common && level < next.size() && next[level]->table == open.block->table &&
                         next[level]->startingRow == open.number;
     if (goesOn) return;
     // Cells of earlier rows may reach down to the end of this row, too.
     if (!open.above.empty()) fillTo(&open, open.above.rbegin()->first + 1);
-    events.push_back({RTFTableEvent::Kind::endRow, static_cast<std::uint32_t>(level), open.row, 0});
+    addEvent(place, {RTFTableEvent::Kind::endRow, static_cast<std::uint32_t>(level), open.row, 0});
     ended_ = {true, level, std::move(open)};
     open_.pop_back();
   }
@@ -127,8 +127,8 @@ void RTFRowPlans::addCell(std::size_t level, const Interned<NSTextTableBlock> &b
   std::vector<std::int32_t> &widths = columns_[row.columns];
   if (widths.size() < row.nextColumn) widths.resize(row.nextColumn);
   if (span == 1 && widths[slot.column] == 0) widths[slot.column] = widthOf(block->width);
-  before_[paragraphs_].push_back(
-      {RTFTableEvent::Kind::openCell, static_cast<std::uint32_t>(level), open.row, row.slots.size()});
+  addEvent(2 * paragraphs_,
+           {RTFTableEvent::Kind::openCell, static_cast<std::uint32_t>(level), open.row, row.slots.size()});
   row.slots.push_back(slot);
   for (std::uint32_t i = 1; i < span; ++i) {
     RTFSlot part;
@@ -160,16 +160,17 @@ std::int32_t RTFRowPlans::rightEdge(const RTFRowPlan &row, std::uint32_t column)
   return columns_[row.columns][column];
 }
 
-const std::vector<RTFTableEvent> &RTFRowPlans::eventsBefore(std::size_t paragraph) const {
-  static const std::vector<RTFTableEvent> kNone;
-  const auto found = before_.find(paragraph);
-  return found == before_.end() ? kNone : found->second;
+void RTFRowPlans::addEvent(std::size_t place, RTFTableEvent event) {
+  if (places_.empty() || places_.back().place != place) places_.push_back({place, events_.size()});
+  events_.push_back(event);
 }
 
-const std::vector<RTFTableEvent> &RTFRowPlans::eventsBehind(std::size_t paragraph) const {
-  static const std::vector<RTFTableEvent> kNone;
-  const auto found = behind_.find(paragraph);
-  return found == behind_.end() ? kNone : found->second;
+std::span<const RTFTableEvent> RTFRowPlans::eventsAt(std::size_t place) const {
+  const auto found = std::ranges::lower_bound(places_, place, {}, &Place::place);
+  if (found == places_.end() || found->place != place) return {};
+  const auto next = std::next(found);
+  const std::size_t end = next == places_.end() ? events_.size() : next->firstEvent;
+  return std::span(events_).subspan(found->firstEvent, end - found->firstEvent);
 }
 
 }  // namespace nimbo

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <vector>
 
 #include "platform/AppKit/NSParagraphStyle.hpp"
@@ -56,8 +57,10 @@ class RTFRowPlans {
   /// Ends the text.
   void end() { endParagraph({}); }
 
-  const std::vector<RTFTableEvent> &eventsBefore(std::size_t paragraph) const;
-  const std::vector<RTFTableEvent> &eventsBehind(std::size_t paragraph) const;
+  std::span<const RTFTableEvent> eventsBefore(std::size_t paragraph) const { return eventsAt(2 * paragraph); }
+  std::span<const RTFTableEvent> eventsBehind(std::size_t paragraph) const {
+    return eventsAt(2 * paragraph + 1);
+  }
   const RTFRowPlan &row(std::size_t index) const { return rows_[index]; }
   /// Where a row's column ends, in twips.
   std::int32_t rightEdge(const RTFRowPlan &row, std::uint32_t column) const;
@@ -83,6 +86,8 @@ class RTFRowPlans {
   void addCell(std::size_t level, const Interned<NSTextTableBlock> &block);
   void fillTo(Open *open, std::uint32_t column);
   void addFiller(RTFRowPlan *row, RTFSlot slot);
+  void addEvent(std::size_t place, RTFTableEvent event);
+  std::span<const RTFTableEvent> eventsAt(std::size_t place) const;
 
   std::vector<RTFRowPlan> rows_;
   /// The widths of columns, then their right edges.
@@ -96,7 +101,14 @@ class RTFRowPlans {
   } ended_;
   std::size_t paragraphs_ = 0;
   std::size_t fillers_ = 0;
-  std::map<std::size_t, std::vector<RTFTableEvent>> before_, behind_;
+  /// In the order of the text, those before and behind a paragraph each in one piece.
+  std::vector<RTFTableEvent> events_;
+  /// Where events are: twice the number of the paragraph, 1 more behind it, and the first of them.
+  struct Place {
+    std::size_t place;
+    std::size_t firstEvent;
+  };
+  std::vector<Place> places_;
 };
 
 }  // namespace nimbo

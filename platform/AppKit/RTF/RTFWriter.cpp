@@ -282,7 +282,7 @@ void RTFWriter::writeUnits(std::u16string_view units, const Interned<TextAttribu
 }
 
 void RTFWriter::writeEnd(std::size_t index, bool hasLineFeed) {
-  const std::vector<RTFTableEvent> &events = rows_.eventsBehind(index);
+  const std::span<const RTFTableEvent> events = rows_.eventsBehind(index);
   bool isParagraphEnded = false;
   for (const RTFTableEvent &event : events) {
     if (event.kind == RTFTableEvent::Kind::endRow) {

@@ -16,11 +16,12 @@ std::int32_t sum(std::int32_t a, std::int32_t b) {
   return static_cast<std::int32_t>(std::clamp<std::int64_t>(std::int64_t{a} + b, Limits::min(), Limits::max()));
 }
 
-/// Calls `action(name, number)` for each pair of a list; a number that is not there is `standard`.
+/// Calls `action(name, number)` for each pair of a list, as long as there are some `left`; a number that is not
+/// there is `standard`.
 template <class Action>
-void forEachCounter(const CSSValue &pairs, std::int32_t standard, Action action) {
+void forEachCounter(const CSSValue &pairs, std::int32_t standard, std::uint32_t *left, Action action) {
   const auto values = valuesOf(pairs);
-  for (std::size_t i = 0; i < values.size(); ++i) {
+  for (std::size_t i = 0; i < values.size() && *left > 0; ++i, --*left) {
     const std::u16string name = nameOf(values[i]);
     if (name.empty()) continue;
     std::int32_t number = standard;
@@ -67,10 +68,11 @@ void Counters::set(std::u16string_view name, std::int32_t value, std::uint32_t d
 
 void Counters::apply(const CSSValue &resets, const CSSValue &increments, const CSSValue &sets,
                      std::uint32_t depth) {
-  if (resets) forEachCounter(resets, 0, [&](const auto &name, auto value) { reset(name, value, depth); });
+  std::uint32_t *const left = &changesLeft_;
+  if (resets) forEachCounter(resets, 0, left, [&](const auto &name, auto value) { reset(name, value, depth); });
   if (increments)
-    forEachCounter(increments, 1, [&](const auto &name, auto step) { increment(name, step, depth); });
-  if (sets) forEachCounter(sets, 0, [&](const auto &name, auto value) { set(name, value, depth); });
+    forEachCounter(increments, 1, left, [&](const auto &name, auto step) { increment(name, step, depth); });
+  if (sets) forEachCounter(sets, 0, left, [&](const auto &name, auto value) { set(name, value, depth); });
 }
 
 void Counters::leave(std::uint32_t depth) {

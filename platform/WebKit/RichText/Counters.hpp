@@ -23,6 +23,9 @@ inline constexpr std::u16string_view kListItemCounter = u"list-item";
 ///     counters.value(u"section");  // 1
 class Counters {
  public:
+  /// How many changes that style sheets ask for a page may cost; then counters stand still.
+  static constexpr std::uint32_t kMaximumChanges = 1U << 22;
+
   /// Makes a counter for an element at `depth`.
   void reset(std::u16string_view name, std::int32_t value, std::uint32_t depth);
   /// Adds to the innermost counter, which is made when there is none.
@@ -56,6 +59,7 @@ class Counters {
   /// The innermost counter of each name.
   std::vector<std::uint32_t> innermost_;
   std::vector<Instance> instances_;
+  std::uint32_t changesLeft_ = kMaximumChanges;
 };
 
 }  // namespace nimbo::detail

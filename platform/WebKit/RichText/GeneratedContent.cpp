@@ -28,7 +28,10 @@ std::u16string GeneratedContent::text(
     const ComputedStyle &style, const Source &source,
     const std::function<void(std::u16string text, std::u16string_view URL)> &onImage) {
   std::u16string text;
-  for (const CSSValue &part : valuesOf(style.content)) switch (part.kind()) {
+  for (const CSSValue &part : valuesOf(style.content)) {
+    if (partsLeft_ == 0 || unitsLeft_ == 0) break;
+    --partsLeft_;
+    switch (part.kind()) {
       case CSSValueKind::kString:
         appendReadable(counted(part.text()), &text);
         break;
@@ -47,6 +50,7 @@ std::u16string GeneratedContent::text(
       default:
         break;
     }
+  }
   return text;
 }
 

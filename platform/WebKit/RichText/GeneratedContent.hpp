@@ -19,6 +19,8 @@ class GeneratedContent {
  public:
   /// How many units are added to a page at most.
   static constexpr std::size_t kMaximumUnits = 1U << 24;
+  /// How many parts of values of "content" are looked at for a page; those without text take time, too.
+  static constexpr std::uint32_t kMaximumParts = 1U << 22;
 
   /// The element that has the content, and what is around it.
   struct Source {
@@ -41,6 +43,7 @@ class GeneratedContent {
 
   std::size_t quoteDepth_ = 0;
   std::size_t unitsLeft_ = kMaximumUnits;
+  std::uint32_t partsLeft_ = kMaximumParts;
 };
 
 }  // namespace nimbo::detail

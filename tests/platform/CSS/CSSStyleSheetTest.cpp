@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "platform/CSS/CSSRuleIndex.hpp"
 #include "tests/platform/CSS/CSSPage.hpp"
@@ -175,6 +176,25 @@ TEST(CSSStyleSheet, BoundsTheDepthOfMatching) {
   ASSERT_EQ(read.rules().size(), 1u);
   CSSSelectorMatcher matcher(page.elements, 10'000'000);
   EXPECT_FALSE(matcher.matches(read.selectors(read.rules()[0])[0], 49999));
+}
+
+TEST(CSSStyleSheet, RulesThatHoldForManyElementsAreLimited) {
+  constexpr std::size_t kRules = 1000, kElements = 1000, kBudget = 1'000'000;
+  std::string sheet, markup = "<r>";
+  for (std::size_t i = 0; i < kRules; ++i) sheet += "*{top:0}";
+  for (std::size_t i = 0; i < kElements; ++i) markup += "<a></>";
+  CSSNames names;
+  const CSSPage page(markup + "</>", names);
+  const CSSStyleSheet read = sheetOf(sheet, names);
+  CSSRuleIndex index;
+  index.add(read);
+  index.finish();
+  CSSSelectorMatcher matcher(page.elements, kBudget);
+  std::vector<CSSMatch> matches;
+  index.match(matcher, 1, matches);
+  EXPECT_EQ(matches.size(), kRules);
+  for (CSSElementIndex i = 2; i < kElements; ++i) index.match(matcher, i, matches);
+  EXPECT_LT(matches.size(), kBudget / 10);
 }
 
 TEST(CSSStyleSheet, ReadsEverySheetInLinearTime) {

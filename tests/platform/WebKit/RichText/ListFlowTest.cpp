@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "platform/WebKit/RichText/Counters.hpp"
 #include "platform/WebKit/RichText/GeneratedContent.hpp"
 #include "platform/WebKit/RichText/ParagraphMaker.hpp"
 #include "tests/platform/WebKit/RichText/PageDump.hpp"
@@ -91,6 +92,24 @@ TEST(ListFlow, GeneratedContentIsLimited) {
   html += u"'}</style>";
   for (int i = 0; i < 40; ++i) html += u"<i></i>";
   EXPECT_EQ(textOfHTML(html).text.length(), GeneratedContent::kMaximumUnits + 1);
+}
+
+TEST(ListFlow, PartsWithoutTextAreLimited) {
+  std::u16string html = u"<style>i::before{content:";
+  constexpr std::size_t kParts = std::size_t{1} << 16;
+  for (std::size_t i = 0; i < kParts; ++i) html += u"attr(a)";
+  html += u"}b::before{content:'x'}</style><b></b>";
+  for (std::size_t i = 0; i < GeneratedContent::kMaximumParts / kParts; ++i) html += u"<i></i>";
+  EXPECT_EQ(plainDump(html + u"<b></b>c"), "xc|");
+}
+
+TEST(ListFlow, ChangesOfCountersAreLimited) {
+  std::u16string html = u"<style>i{counter-increment:";
+  constexpr std::size_t kChanges = std::size_t{1} << 16;
+  for (std::size_t i = 0; i < kChanges; ++i) html += u"n ";
+  html += u"}b::before{content:counter(n)}</style>";
+  for (std::size_t i = 0; i <= Counters::kMaximumChanges / kChanges; ++i) html += u"<i></i>";
+  EXPECT_EQ(plainDump(html + u"<b></b>"), std::to_string(Counters::kMaximumChanges) + "|");
 }
 
 TEST(ListFlow, DeepListsAreLimited) {
