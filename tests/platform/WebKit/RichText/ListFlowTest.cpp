@@ -96,7 +96,7 @@ TEST(ListFlow, GeneratedContentIsLimited) {
 
 TEST(ListFlow, PartsWithoutTextAreLimited) {
   std::u16string html = u"<style>i::before{content:";
-  constexpr std::size_t kParts = std::size_t{1} << 16;
+  constexpr std::size_t kParts = std::size_t{1} << 14;
   for (std::size_t i = 0; i < kParts; ++i) html += u"attr(a)";
   html += u"}b::before{content:'x'}</style><b></b>";
   for (std::size_t i = 0; i < GeneratedContent::kMaximumParts / kParts; ++i) html += u"<i></i>";
@@ -105,7 +105,7 @@ TEST(ListFlow, PartsWithoutTextAreLimited) {
 
 TEST(ListFlow, ChangesOfCountersAreLimited) {
   std::u16string html = u"<style>i{counter-increment:";
-  constexpr std::size_t kChanges = std::size_t{1} << 16;
+  constexpr std::size_t kChanges = std::size_t{1} << 14;
   for (std::size_t i = 0; i < kChanges; ++i) html += u"n ";
   html += u"}b::before{content:counter(n)}</style>";
   for (std::size_t i = 0; i <= Counters::kMaximumChanges / kChanges; ++i) html += u"<i></i>";
