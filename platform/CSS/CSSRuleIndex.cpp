@@ -118,17 +118,20 @@ void CSSRuleIndex::match(CSSSelectorMatcher &matcher, CSSElementIndex index,
   const auto first = matches.begin() + static_cast<std::ptrdiff_t>(before);
   if (matches.end() - first < 2) return;
   // Of several selectors of a rule the most specific one counts.
-  std::sort(first, matches.end(), [](const CSSMatch &a, const CSSMatch &b) {
+  // What comes from one list is in order, mostly.
+  const auto isEarlier = [](const CSSMatch &a, const CSSMatch &b) {
     return std::tie(a.order, a.pseudoElement, b.specificity) <
            std::tie(b.order, b.pseudoElement, a.specificity);
-  });
+  };
+  if (!std::is_sorted(first, matches.end(), isEarlier)) std::sort(first, matches.end(), isEarlier);
   const auto isSame = [](const CSSMatch &a, const CSSMatch &b) {
     return a.order == b.order && a.pseudoElement == b.pseudoElement;
   };
   matches.erase(std::unique(first, matches.end(), isSame), matches.end());
-  std::stable_sort(first, matches.end(), [](const CSSMatch &a, const CSSMatch &b) {
+  const auto isWeaker = [](const CSSMatch &a, const CSSMatch &b) {
     return std::tie(a.layerRank, a.specificity, a.order) < std::tie(b.layerRank, b.specificity, b.order);
-  });
+  };
+  if (!std::is_sorted(first, matches.end(), isWeaker)) std::stable_sort(first, matches.end(), isWeaker);
 }
 
 }  // namespace nimbo

@@ -90,6 +90,11 @@ void RTFRowPlans::addFiller(RTFRowPlan *row, RTFSlot slot) {
 void RTFRowPlans::fillTo(Open *open, std::uint32_t column) {
   RTFRowPlan &row = rows_[open->row];
   column = std::min(column, kMaximumColumns);
+  if (fillers_ == kMaximumFillers) {
+    row.nextColumn = std::max(row.nextColumn, column);
+    open->above.clear();
+    return;
+  }
   while (row.nextColumn < column) {
     const auto above = open->above.find(row.nextColumn);
     // What begins in this row reaches down from it, not into it.
