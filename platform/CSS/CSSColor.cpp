@@ -159,7 +159,7 @@ constexpr detail::CSSNameLookup kColors(std::to_array<detail::CSSNamedValue<std:
     {"whitesmoke", 0xf5f5f5},
     {"yellow", 0xffff00},
     {"yellowgreen", 0x9acd32},
-    {"accentcolor", 0x0078d7},
+    {"accentcolor", 0x0075ff},
     {"accentcolortext", 0xffffff},
     {"activetext", 0xff0000},
     {"buttonborder", 0x000000},

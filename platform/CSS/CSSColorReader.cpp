@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <string>
 
 #include "platform/CSS/CSSColorSpaces.hpp"
 #include "platform/CSS/CSSNameLookup.hpp"
@@ -269,11 +270,12 @@ CSSValue CSSValueReader::color(bool mayLackHash) {
       return colorFunction();
     case CSSTokenType::kNumber:
     case CSSTokenType::kDimension:
-      // Digits that began with zeros have lost them as a number.
+      // A number has lost the zeros that it began with; as many come back as make six digits.
       if (isQuirky && token.flag && !token.hasSign && !token.hasEscapes) {
-        const std::u16string_view digits =
-            tokenizer_->source().substr(token.location, token.end - token.location);
-        color = colorOfHexDigits(digits.size() == 3 || digits.size() == 6 ? digits : u"");
+        std::u16string_view digits = tokenizer_->source().substr(token.location, token.end - token.location);
+        digits.remove_prefix(std::min(digits.find_first_not_of(u'0'), digits.size()));
+        if (digits.size() <= 6)
+          color = colorOfHexDigits(std::u16string(6 - digits.size(), u'0').append(digits));
       }
       break;
     default:

@@ -387,8 +387,8 @@ CSSValue fontWeight(CSSValueReader &reader) {
 CSSValue fontStyle(CSSValueReader &reader) {
   static constexpr CSSKeyword kStyles[] = {K::kNormal, K::kItalic, K::kOblique};
   const CSSValue style = reader.keyword(kStyles);
-  if (style.is(K::kOblique) && reader.peek().type == CSSTokenType::kDimension) reader.angle();
-  return style;
+  if (!style.is(K::kOblique) || reader.peek().type != CSSTokenType::kDimension) return style;
+  return reader.angle() == 0 ? CSSValue(K::kNormal) : style;
 }
 
 CSSValue fontStretch(CSSValueReader &reader) {

@@ -18,6 +18,11 @@ using Element = CSSElements::Element;
 /// How many attributes or units are compared in the time that a look at an element takes.
 constexpr std::size_t kAttributesOfLook = 16, kUnitsOfLook = 16;
 
+/// Whether it is the name of an element that only a script could define.
+bool isCustomElementName(std::u16string_view name) {
+  return !name.empty() && isASCIILetter(name.front()) && name.find(u'-') != name.npos;
+}
+
 /// The names of HTML that pseudo-classes ask for, by their places below.
 enum KnownName : std::size_t {
   kA,
@@ -229,6 +234,9 @@ bool CSSSelectorMatcher::matchesPart(const CSSSelectorPart &part, CSSElementInde
       return elements_->siblingCount(element) == 1;
     case Kind::kOnlyOfType:
       return countOfAll({nullptr, element.type, element.parent}, index) == 1;
+    case Kind::kDefined:
+      return element.kind != CSSElements::Kind::kHTML ||
+             !isCustomElementName(elements_->names().text(element.type));
     case Kind::kNever:
       return false;
     default:

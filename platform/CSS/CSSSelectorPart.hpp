@@ -44,6 +44,7 @@ enum class CSSSelectorPartKind : std::uint8_t {
   kOptional,
   kReadOnly,
   kReadWrite,
+  kDefined,
   kNever,
 };
 

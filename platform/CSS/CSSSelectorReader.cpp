@@ -51,7 +51,7 @@ constexpr CSSNameLookup kPseudoClasses(std::to_array<CSSNamedValue<Kind>>({
     {"optional", Kind::kOptional},
     {"read-only", Kind::kReadOnly},
     {"read-write", Kind::kReadWrite},
-    {"defined", Kind::kUniversal},
+    {"defined", Kind::kDefined},
     {"active", Kind::kNever},
     {"autofill", Kind::kNever},
     {"-webkit-autofill", Kind::kNever},
@@ -599,7 +599,7 @@ bool CSSSelectorReader::readLanguages(Complex &complex) {
   do {
     next();
     skipSpace();
-    if (token_.type != CSSTokenType::kIdent && token_.type != CSSTokenType::kString) return false;
+    if (token_.type != CSSTokenType::kIdent) return false;
     ranges.push_back(text());
     next();
     skipSpace();

@@ -155,7 +155,7 @@ bool readFont(const CSSPropertyReading &reading) {
     return true;
   };
   if (reader.keyword(kSystemFonts)) {
-    constexpr double kSystemFontPixels = 13.333;
+    constexpr double kSystemFontPixels = 16;
     value(kFontSize) = CSSValue::number(kSystemFontPixels, CSSUnit::kPixels);
     const CSSValue family = CSSKeyword::kSystemUI;
     value(kFontFamily) = CSSValue::list(reader.arena().copy(std::span<const CSSValue>(&family, 1)));

@@ -20,7 +20,7 @@ using detail::cssTokens;
 
 constexpr std::uint32_t kRightBrace = cssTokens(CSSTokenType::kRightBrace);
 
-enum class AtRule : std::uint8_t { kCharset, kImport, kNamespace, kMedia, kSupports, kLayer };
+enum class AtRule : std::uint8_t { kCharset, kImport, kNamespace, kMedia, kSupports, kLayer, kContainer };
 
 /// The others have nothing that text shows, or ask for what only a layout knows.
 constexpr detail::CSSNameLookup kAtRules(std::to_array<detail::CSSNamedValue<AtRule>>({
@@ -30,6 +30,7 @@ constexpr detail::CSSNameLookup kAtRules(std::to_array<detail::CSSNamedValue<AtR
     {"media", AtRule::kMedia},
     {"supports", AtRule::kSupports},
     {"layer", AtRule::kLayer},
+    {"container", AtRule::kContainer},
 }));
 
 }  // namespace
@@ -181,10 +182,11 @@ class CSSSheetReader {
       if (*rule == AtRule::kImport && mayImport_ && block.depth == 0) readImport(prelude);
       if (*rule == AtRule::kLayer) readLayers(prelude, block.layer);
     } else if (holds) {
-      holds = *rule == AtRule::kMedia      ? detail::matchesMedium(prelude, reading_.medium)
-              : *rule == AtRule::kSupports ? detail::isSupported(prelude)
-              : *rule == AtRule::kLayer    ? readLayerOfBlock(prelude, inner.layer)
-                                           : false;
+      holds = *rule == AtRule::kMedia       ? detail::matchesMedium(prelude, reading_.medium)
+              : *rule == AtRule::kSupports  ? detail::isSupported(prelude)
+              : *rule == AtRule::kLayer     ? readLayerOfBlock(prelude, inner.layer)
+              : *rule == AtRule::kContainer ? matchesContainer(prelude)
+                                            : false;
     }
     const bool isBeforeImports =
         !hasBlock && rule && (*rule == AtRule::kCharset || *rule == AtRule::kImport || *rule == AtRule::kLayer);
@@ -197,6 +199,13 @@ class CSSSheetReader {
     flush(block);
     readBlock(inner);
     block.firstDeclaration = static_cast<std::uint32_t>(sheet_.declarations_.size());
+  }
+
+  /// How wide a container is only a layout knows: each is taken to be as wide as the page.
+  bool matchesContainer(detail::CSSValueReader &prelude) const {
+    const CSSToken &name = prelude.peek();
+    if (name.type == CSSTokenType::kIdent && !equalsASCIINoCase(prelude.text(name), "not")) prelude.advance();
+    return !prelude.isAtEnd() && detail::matchesMedium(prelude, reading_.medium);
   }
 
   void readImport(detail::CSSValueReader &prelude) {

@@ -18,7 +18,7 @@ BROWSER = "chromium"
 PAGE_SECONDS = 20
 
 # Decorations go on into the boxes inside, but not into those that stand outside of the text's flow. What a closed "details" and
-# "content-visibility" hide has rectangles all the same.
+# "content-visibility" hide has rectangles all the same, and so has text of no size, which are empty.
 COLLECT = r"""
 (() => {
   const styles = new Map();
@@ -39,6 +39,15 @@ COLLECT = r"""
     decorations.set(element, lines);
     return lines;
   };
+  const canvas = new OffscreenCanvas(1, 1).getContext('2d', {willReadFrequently: true});
+  const componentsOf = color => {
+    const numbers = (color.match(/[\d.]+/g) || []).map(Number);
+    if (/^rgb/.test(color)) return [...numbers.slice(0, 3), numbers.length > 3 ? numbers[3] : 1];
+    const [, opaque, alpha] = color.match(/^([^/]*?)(?: *\/ *([^)]+))?\)$/);
+    canvas.fillStyle = opaque + ')';
+    canvas.fillRect(0, 0, 1, 1);
+    return [...canvas.getImageData(0, 0, 1, 1).data.slice(0, 3), alpha ? parseFloat(alpha) : 1];
+  };
   const attributes = new Map();
   const attributesOf = element => {
     let found = attributes.get(element);
@@ -49,11 +58,10 @@ COLLECT = r"""
       found = null;
     } else {
       const lines = decorationsOf(element);
-      const color = (style.color.match(/[\d.]+/g) || []).map(Number);
-      const link = element.closest('a[href], area[href]');
+      const link = element.closest('a[href], area[href], a[*|href]');
       found = {
         weight: Number(style.fontWeight), italic: style.fontStyle !== 'normal', size: parseFloat(style.fontSize),
-        color: /^rgb/.test(style.color) ? [...color.slice(0, 3), color.length > 3 ? color[3] : 1] : style.color,
+        color: componentsOf(style.color),
         underline: lines.includes('underline'), strike: lines.includes('line-through'),
         link: !link ? null : typeof link.href === 'string' ? link.href : new URL(link.href.baseVal, document.baseURI).href,
       };
@@ -69,7 +77,7 @@ COLLECT = r"""
     const found = attributesOf(node.parentElement);
     if (!found) continue;
     range.selectNodeContents(node);
-    if (range.getClientRects().length === 0) continue;
+    if (![...range.getClientRects()].some(box => box.width > 0 && box.height > 0)) continue;
     runs.push([node.data, found]);
   }
   return JSON.stringify({charset: document.characterSet, runs: runs});

@@ -68,6 +68,7 @@ class SheetLoading {
   std::size_t add(Sheet sheet);
   void addLink(const HTMLDocument &document, const HTMLNode &link, const NSURL &base);
   void addStyle(const HTMLDocument &document, const HTMLNode &style, const NSURL &base);
+  bool isOfChosenSet(const HTMLDocument &document, const HTMLNode &sheet);
   void addImports(std::size_t importer);
   void fetch(std::size_t begin, std::size_t end);
   AuthorSheet take(std::size_t index);
@@ -76,11 +77,20 @@ class SheetLoading {
   WebResourceLoader &loader_;
   std::deque<Sheet> sheets_;
   std::size_t pageSheets_ = 0;
+  /// The title of the first sheet that has one.
+  std::u16string_view chosenSet_;
 };
 
 std::size_t SheetLoading::add(Sheet sheet) {
   sheets_.push_back(std::move(sheet));
   return sheets_.size() - 1;
+}
+
+/// Sheets with a title are sets of which readers choose one; the first is theirs until they do.
+bool SheetLoading::isOfChosenSet(const HTMLDocument &document, const HTMLNode &sheet) {
+  const std::u16string_view title = document.attribute(sheet, "title"_atom).value_or(u"");
+  if (chosenSet_.empty()) chosenSet_ = title;
+  return title.empty() || title == chosenSet_;
 }
 
 void SheetLoading::addLink(const HTMLDocument &document, const HTMLNode &link, const NSURL &base) {
@@ -91,12 +101,14 @@ void SheetLoading::addLink(const HTMLDocument &document, const HTMLNode &link, c
     return;
   const std::u16string_view media = document.attribute(link, "media"_atom).value_or(u"");
   if (!isStyleSheetType(document.attribute(link, "type"_atom)) || !matchesMedium(media, medium_)) return;
+  if (!isOfChosenSet(document, link)) return;
   add({.URL = URLOfReference(*reference, base), .media = media, .isToLoad = true});
 }
 
 void SheetLoading::addStyle(const HTMLDocument &document, const HTMLNode &style, const NSURL &base) {
   const std::u16string_view media = document.attribute(style, "media"_atom).value_or(u"");
   if (!isStyleSheetType(document.attribute(style, "type"_atom)) || !matchesMedium(media, medium_)) return;
+  if (!isOfChosenSet(document, style)) return;
   NSMutableString text;
   for (HTMLNodeIndex child = style.firstChild; child != kNoHTMLNode; child = document.node(child).nextSibling)
     if (document.node(child).kind == HTMLNodeKind::text) text.append(document.text(document.node(child)));
@@ -108,7 +120,9 @@ void SheetLoading::addPageSheets(const HTMLDocument &document, const NSURL &base
        index != kNoHTMLNode && sheets_.size() < kMaximumPageSheets; index = document.nextInTree(index)) {
     const HTMLNode &node = document.node(index);
     if (node.isHTML("link"_atom)) addLink(document, node, base);
-    if (node.isElement() && node.name == "style"_atom) addStyle(document, node, base);
+    const bool isStyle =
+        node.isHTML("style"_atom) || (node.name == "style"_atom && node.nameSpace == HTMLNamespace::svg);
+    if (isStyle) addStyle(document, node, base);
   }
   pageSheets_ = sheets_.size();
 }

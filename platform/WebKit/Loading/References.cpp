@@ -52,13 +52,24 @@ std::string escaped(std::u16string_view part) {
   return result;
 }
 
+/// The port that a scheme has when none is written, as ":80"; empty for a scheme whose URLs have no host.
+std::string_view ownPort(std::string_view scheme) {
+  if (scheme == "http:" || scheme == "ws:") return ":80";
+  if (scheme == "https:" || scheme == "wss:") return ":443";
+  return scheme == "ftp:" ? ":21" : "";
+}
+
 /// User, host and port; what is no ASCII in a host has a form of its own.
-std::string authority(std::u16string_view part) {
+std::string authority(std::u16string_view part, std::string_view scheme) {
   const std::size_t user = part.rfind(u'@');
   const std::size_t hostStart = user == part.npos ? 0 : user + 1;
   const std::u16string_view host = part.substr(hostStart);
   const NSString ascii = ASCIIHostName(NSString::stringWithCharacters(host));
-  return escaped(part.substr(0, hostStart)) + (ascii ? ascii.UTF8String() : escaped(host));
+  std::string name = ascii ? ascii.UTF8String() : escaped(host);
+  std::ranges::transform(name, name.begin(), toASCIILower<char>);
+  const std::string_view port = ownPort(scheme);
+  if (!port.empty() && name.ends_with(port)) name.resize(name.size() - port.size());
+  return escaped(part.substr(0, hostStart)) + name;
 }
 
 }  // namespace
@@ -72,14 +83,19 @@ NSURL URLOfReference(std::u16string_view reference, const NSURL &base) {
   if (!isOpaque) std::replace(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(pathEnd), u'\\', u'/');
   const std::u16string_view view = text;
   std::string result = NSString::stringWithCharacters(view.substr(0, scheme)).UTF8String();
+  std::ranges::transform(result, result.begin(), toASCIILower<char>);
   std::size_t rest = scheme;
   if (view.substr(scheme).starts_with(u"//")) {
     const std::size_t end = std::min(view.find_first_of(u"/?#", scheme + 2), view.size());
-    result += "//" + authority(view.substr(scheme + 2, end - scheme - 2));
+    const std::string ownScheme = scheme > 0      ? result
+                                  : base.scheme() ? base.scheme().UTF8String() + ":"
+                                                  : std::string();
+    result += "//" + authority(view.substr(scheme + 2, end - scheme - 2), ownScheme);
     rest = end;
+    if (!ownPort(ownScheme).empty() && end > scheme + 2 && !view.substr(rest).starts_with(u'/')) result += '/';
   }
   result += escaped(view.substr(rest));
-  return NSURL::URLWithString(NSString::stringWithUTF8String(result), base).absoluteURL();
+  return NSURL::URLWithString(NSString::stringWithUTF8String(result), base).standardizedURL();
 }
 
 }  // namespace nimbo::detail

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/WebKit/Style/FormulaHints.hpp"
 #include "platform/WebKit/Style/LegacyValues.hpp"
 #include "platform/WebKit/Style/TableHints.hpp"
 #include "platform/WebKit/Style/TextDirection.hpp"
@@ -161,8 +162,7 @@ void PresentationalHints::appendOfBody(HTMLAtom name, std::u16string_view value,
   if (name == marginHeight_ || name == bottomMargin_) hints.setPixels({CSSProperty::kMarginBottom}, value);
 }
 
-void PresentationalHints::appendOfForeign(const HTMLNode &element, HintList &hints) const {
-  if (element.nameSpace != HTMLNamespace::svg) return;
+void PresentationalHints::appendOfPicture(const HTMLNode &element, HintList &hints) const {
   for (const HTMLAttribute &attribute : document_->attributes(element)) {
     switch (const CSSProperty property = propertyNamed(document_->atoms().text(attribute.name))) {
       case CSSProperty::kColor:
@@ -220,7 +220,8 @@ void PresentationalHints::appendOfFont(HTMLAtom name, std::u16string_view value,
 
 void PresentationalHints::append(HTMLNodeIndex index, HintList &hints) const {
   const HTMLNode &element = document_->node(index);
-  if (element.nameSpace != HTMLNamespace::html) return appendOfForeign(element, hints);
+  if (element.nameSpace == HTMLNamespace::mathML) return appendFormulaHints(*document_, index, *texts_, hints);
+  if (element.nameSpace == HTMLNamespace::svg) return appendOfPicture(element, hints);
   if (linkColor_ && isLink(*document_, element)) hints.set(CSSProperty::kColor, linkColor_);
   if (element.name == "hr"_atom) return appendOfRule(*document_, element, hints);
   appendTableHints(*document_, index, hints);

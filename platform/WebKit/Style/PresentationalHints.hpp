@@ -42,7 +42,7 @@ class PresentationalHints {
                          HintList &hints) const;
   void appendOfBody(HTMLAtom name, std::u16string_view value, HintList &hints) const;
   void appendOfFont(HTMLAtom name, std::u16string_view value, HintList &hints) const;
-  void appendOfForeign(const HTMLNode &element, HintList &hints) const;
+  void appendOfPicture(const HTMLNode &element, HintList &hints) const;
 
   const HTMLDocument *document_;
   DeclarationTexts *texts_;

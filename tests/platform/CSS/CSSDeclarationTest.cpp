@@ -79,6 +79,7 @@ TEST(CSSDeclaration, ReadsValues) {
            {"font-family:Times  New\tRoman, 'A b', serif, \"serif\"",
             "font-family: [\"Times New Roman\" \"A b\" serif \"serif\"]"},
            {"font-family:a,,b;font-family:inherit, x;font-family:1a", ""},
+           {"font-style:oblique 0deg", "font-style: normal"},
            {"font-style:oblique 10deg;font-stretch:condensed;font-size:larger;line-height:1.5",
             "font-style: oblique; font-stretch: 75%; font-size: larger; line-height: 1.5"},
            {"line-height:-1;font-size:-1px;padding:-1px;tab-size:4", "tab-size: 4"},
@@ -212,8 +213,9 @@ TEST(CSSDeclaration, LetsQuirkyPagesLeaveUnitsAndHashesOut) {
             "width: 10px; font-size: 12px; margin-top: 1px; margin-right: 2px; margin-bottom: 1px; "
             "margin-left: 2px"},
            {"line-height:2;border:1 solid;font:12 serif", "line-height: 2"},
-           {"color:ff0000;background-color:123;background:fff", "color: #ff0000; background-color: #112233"},
-           {"color:12ab56;color:000001;color:+123;color:1.5", "color: #12ab56; color: #000001"},
+           {"color:ff0000;background-color:123;background:fff", "color: #ff0000; background-color: #000123"},
+           {"color:12ab56;color:000001;color:+123;color:1.5;color:00f;color:1234567",
+            "color: #12ab56; color: #000001; color: #00000f"},
            {"width:calc(10);border-top-color:abc", "border-top-color: #aabbcc"},
        })
     EXPECT_EQ(declarationsOf(test.style, CSSMode::kQuirks), test.declarations) << test.style;

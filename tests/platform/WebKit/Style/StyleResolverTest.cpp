@@ -166,6 +166,34 @@ TEST(StyleResolver, KnowsWhatElementsLookLike) {
   });
 }
 
+TEST(StyleResolver, TakesElementsOfScriptsForUndefined) {
+  expect({
+      {u"<style>:not(:defined){display:none}</style><my-x id=x>a", "display", "none"},
+      {u"<style>:defined{color:red}</style><b id=x>a", "color", "255 0 0"},
+      {u"<style>:defined{color:red}</style><svg><font-face id=x>a", "color", "255 0 0"},
+  });
+}
+
+TEST(StyleResolver, MakesPartsOfFormulasSmaller) {
+  expect({
+      {u"<math><msup><mi>a</mi><mi id=x>b</msup>", "size", "12.8"},
+      {u"<math><msup><mi id=x>a</mi><mi>b</msup>", "size", "16"},
+      {u"<math><msup><mi>a</mi><msup><mi>b</mi><mi id=x>c</msup></msup>", "size", "9.6"},
+      {u"<math><msub><mi>a</mi><msub><mi>b</mi><msub><mi>c</mi><mi id=x>d</msub></msub></msub>", "size",
+       "6.816"},
+      {u"<math><mroot><mi>a</mi><mi id=x>b</mroot>", "size", "9.6"},
+      {u"<math><mfrac><mi id=x>a</mi><mi>b</mfrac>", "size", "12.8"},
+      {u"<math display=block><mfrac><mi id=x>a</mi><mi>b</mfrac>", "size", "16"},
+      {u"<math display=block><mfrac><mfrac><mi id=x>a</mi><mi>b</mfrac></mfrac>", "size", "12.8"},
+      {u"<math display=block><mtable><mtr><mtd><mfrac><mi id=x>a</mi></mfrac>", "size", "12.8"},
+      {u"<math><mstyle displaystyle=true><mfrac><mi id=x>a</mi></mfrac>", "size", "16"},
+      {u"<math><mover accent=true><mi>a</mi><mo id=x>b</mover>", "size", "16"},
+      {u"<math><munderover accent=true><mi>a</mi><mo id=x>b</mo><mo>c</munderover>", "size", "12.8"},
+      {u"<math><mstyle id=x mathsize=20px mathcolor=red><mi>a</mstyle>", "size", "20"},
+      {u"<math><mstyle mathcolor=red><mi id=x>a</mstyle>", "color", "255 0 0"},
+  });
+}
+
 TEST(StyleResolver, HidesWhatHasNoBoxButNotWhatIsShownOfIt) {
   expect({
       {u"<details id=x>a", "unseen", "yes"},
