@@ -60,7 +60,7 @@ struct RegularInput {
 
   NSString typeOfFile(const std::string &name) const {
     NSError error;
-    const NSString type = LSCopyItemContentType(path, &error);
+    NSString type = LSCopyItemContentType(path, &error);
     if (!type) throw InputError(name, error);
     return type;
   }
