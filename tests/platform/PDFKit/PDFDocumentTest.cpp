@@ -178,7 +178,7 @@ TEST(PDFDocument, GivesWhatWasFoundOnAPageThatCostsTooMuch) {
   const std::pair<PDFLimits, ErrorCode> cases[] = {
       {{.stepWork = 30'000, .stepSeconds = 3600}, ErrorCode::timeLimit},
       {{.stepWork = 300'000, .stepSeconds = 3600}, ErrorCode::timeLimit},
-      {{.memoryBytes = 8 << 20}, ErrorCode::memoryLimit},
+      {{.memoryBytes = 8 << 20, .stepSeconds = 3600}, ErrorCode::memoryLimit},
   };
   std::uint32_t length = 0;
   for (const auto &[limits, code] : cases) {

@@ -138,14 +138,16 @@ TEST(HTMLLimitsTest, endsFormattingThatIsNeverClosed) {
     for (const char c : std::to_string(i)) start += static_cast<unichar>(c);
     start += u">";
   }
+  const std::u16string one = start + u"<p>x";
+  const std::u16string paragraphs = start + repeated(u"<p>x", 5000);
   // The last 64 begin again, the first 36 do not.
-  const HTMLDocument page = HTMLDocument::documentWithText(start + u"<p>x");
+  const HTMLDocument page = HTMLDocument::documentWithText(one);
   std::size_t depth = 0;
   HTMLNodeIndex i = page.node(page.node(page.body()).lastChild).firstChild;
   for (; page.node(i).isHTML("b"_atom); i = page.node(i).firstChild) ++depth;
   EXPECT_EQ(depth, 64U);
   // Text goes on without them when there were too many, and is all there.
-  const HTMLDocument many = HTMLDocument::documentWithText(start + repeated(u"<p>x", 5000));
+  const HTMLDocument many = HTMLDocument::documentWithText(paragraphs);
   EXPECT_EQ(allText(many), repeated(u"x", 5000));
   EXPECT_TRUE(page.node(page.node(page.node(page.body()).lastChild).firstChild).isElement());
   EXPECT_FALSE(many.node(many.node(many.node(many.body()).lastChild).firstChild).isElement());
