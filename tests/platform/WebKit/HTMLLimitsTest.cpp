@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -72,24 +74,27 @@ constexpr struct {
     {u"", u"<!DOCTYPE x>"},
 };
 
-TEST(HTMLLimitsTest, takesTimeAndNodesByTheLengthOfThePage) {
-  for (const auto &shape : kShapes) {
-    SCOPED_TRACE(std::string(shape.unit.begin(), shape.unit.end()));
-    std::size_t nodes[2] = {};
-    for (const std::size_t times : {1, 2}) {
-      const std::u16string text = std::u16string(shape.start) + repeated(shape.unit, 20'000 * times);
-      const HTMLDocument document = HTMLDocument::documentWithText(text);
-      ASSERT_TRUE(isSoundTree(document, HTMLLimits().depth));
-      nodes[times - 1] = document.nodeCount();
-      EXPECT_LT(document.nodeCount(), text.size() + 30'000);
-    }
-    EXPECT_LT(nodes[1], 3 * nodes[0] + 30'000);
-    expectLinearTime(5'000, [&](std::size_t count) {
-      const std::u16string text = std::u16string(shape.start) + repeated(shape.unit, count);
-      HTMLDocument::documentWithText(text);
-    });
+class HTMLShapesTest : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(HTMLShapesTest, takesTimeAndNodesByTheLengthOfThePage) {
+  const auto &shape = kShapes[GetParam()];
+  SCOPED_TRACE(std::string(shape.unit.begin(), shape.unit.end()));
+  std::size_t nodes[2] = {};
+  for (const std::size_t times : {1, 2}) {
+    const std::u16string text = std::u16string(shape.start) + repeated(shape.unit, 20'000 * times);
+    const HTMLDocument document = HTMLDocument::documentWithText(text);
+    ASSERT_TRUE(isSoundTree(document, HTMLLimits().depth));
+    nodes[times - 1] = document.nodeCount();
+    EXPECT_LT(document.nodeCount(), text.size() + 30'000);
   }
+  EXPECT_LT(nodes[1], 3 * nodes[0] + 30'000);
+  expectLinearTime(5'000, [&](std::size_t count) {
+    const std::u16string text = std::u16string(shape.start) + repeated(shape.unit, count);
+    HTMLDocument::documentWithText(text);
+  });
 }
+
+INSTANTIATE_TEST_SUITE_P(Shapes, HTMLShapesTest, testing::Range(std::size_t{0}, std::size(kShapes)));
 
 TEST(HTMLLimitsTest, makesDeepElementsSiblings) {
   const std::u16string deep =
