@@ -2,6 +2,9 @@
 #include "platform/WebKit/Style/FormulaHints.hpp"
 
 #include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
