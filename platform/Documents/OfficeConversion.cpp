@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/System/ChildProcess.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
@@ -51,6 +52,27 @@ NSString programFolder(const OfficeOptions &options) {
 NSString childProgram(const OfficeOptions &options) {
   return options.childProgram ? options.childProgram
                               : NSString::stringWithFileSystemRepresentation(installedProgram(kChildProgram));
+}
+
+/// Why LibreOffice reads no document of that type: systems install its parts apart. Null when it may read it.
+const char *reasonOfMissingPart(const NSString &programFolder, const NSString &type) {
+  constexpr struct {
+    std::u16string_view kind;
+    const char *library, *reason;
+  } kParts[] = {
+      {u"excel", "libsclo.so", "LibreOffice Calc, which reads spreadsheets, is not installed"},
+      {u"spreadsheet", "libsclo.so", "LibreOffice Calc, which reads spreadsheets, is not installed"},
+      {u"powerpoint", "libsdlo.so", "LibreOffice Impress, which reads presentations, is not installed"},
+      {u"presentation", "libsdlo.so", "LibreOffice Impress, which reads presentations, is not installed"},
+      {u"graphics", "libsdlo.so", "LibreOffice Draw, which reads drawings, is not installed"}};
+  const std::filesystem::path folder = programFolder.fileSystemRepresentation().value_or("");
+  std::error_code error;
+  // Where the writer has no library of its own, all are in one.
+  if (!std::filesystem::exists(folder / "libswlo.so", error)) return nullptr;
+  const auto *const part = std::ranges::find_if(
+      kParts, [&](const auto &one) { return type.view().find(one.kind) != std::u16string_view::npos; });
+  return part == std::end(kParts) || std::filesystem::exists(folder / part->library, error) ? nullptr
+                                                                                            : part->reason;
 }
 
 /// LibreOffice looks at the name of a file, too. The name is made of nothing else, whatever the document is
@@ -147,6 +169,10 @@ bool OfficeConversion::startProcess(NSError *error) {
 NSData OfficeConversion::flatDocumentWithContentsOfFile(const NSString &path, const Deadline &deadline,
                                                         NSError *error) {
   if (!isAvailable(error)) return NSData();
+  if (const char *const missing = reasonOfMissingPart(programFolder(options_), LSCopyItemContentType(path))) {
+    setError(error, ErrorCode::unsupportedType, missing);
+    return NSData();
+  }
   const Deadline end = earliest(deadline, Deadline::after(options_.seconds));
   if (process_ && (process_->documents >= options_.documentsPerProcess ||
                    process_->memoryBytes > options_.keptMemoryBytes || !process_->child->isRunning()))

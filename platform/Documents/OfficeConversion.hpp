@@ -53,8 +53,8 @@ class OfficeConversion {
   /// Whether there is a LibreOffice; `*error` says what is missing.
   bool isAvailable(NSError *error = nullptr) const;
   /// The content of a document as flat OpenDocument XML. Nil when it cannot be read; `*error` says why:
-  /// `unsupportedType` without LibreOffice, `timeLimit`, `tooLarge`, `damaged` when it ended the process or
-  /// LibreOffice does not read it.
+  /// `unsupportedType` without LibreOffice or its part for such documents, `timeLimit`, `tooLarge`, `damaged`
+  /// when it ended the process or LibreOffice does not read it.
   NSData flatDocumentWithContentsOfFile(const NSString &path, const Deadline &deadline = {},
                                         NSError *error = nullptr);
   /// Ends the process, if there is one; the next document starts another.

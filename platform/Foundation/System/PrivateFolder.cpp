@@ -41,7 +41,8 @@ void removeLeftFolders(const fs::path &parent) {
 
 std::unique_ptr<PrivateFolder> PrivateFolder::make(NSError *error) {
   std::error_code failure;
-  const fs::path parent = fs::canonical(fs::temp_directory_path(failure), failure);
+  fs::path parent = fs::temp_directory_path(failure);
+  if (!failure) parent = fs::canonical(parent, failure);
   if (!failure) {
     removeLeftFolders(parent);
     std::string name = (parent / std::string(kPrefix).append("XXXXXX")).native();
@@ -55,7 +56,7 @@ std::unique_ptr<PrivateFolder> PrivateFolder::make(NSError *error) {
     }
     failure = std::error_code(errno, std::generic_category());
   }
-  setError(error, ErrorCode::other, "no private folder can be made: " + failure.message());
+  setError(error, ErrorCode::other, "no temporary folder can be made: " + failure.message());
   return nullptr;
 }
 

@@ -33,6 +33,7 @@ struct HTTPTransfers::Transfer {
   std::unique_ptr<CURL, CloseHandle> handle;
   HTTPAnswer answer;
   std::size_t maximumBytes = 0;
+  bool isTooLarge = false;
 
   /// A number other than `count` ends the transfer.
   static std::size_t receive(const char *bytes, std::size_t, std::size_t count, void *transfer) noexcept {
@@ -43,7 +44,8 @@ struct HTTPTransfers::Transfer {
     } catch (const std::bad_alloc &) {
       return 0;
     }
-    return count <= room ? count : 0;
+    self.isTooLarge = count > room;
+    return self.isTooLarge ? 0 : count;
   }
 };
 
@@ -130,7 +132,7 @@ HTTPAnswer HTTPTransfers::take(void *handle, std::string failure) {
   text = nullptr;
   if (CurlLibrary::shared()->easy_getinfo(handle, CURLINFO_REDIRECT_URL, &text) == CURLE_OK && text)
     answer.redirectURL = NSURL::URLWithString(NSString::stringWithUTF8String(text));
-  answer.failure = std::move(failure);
+  answer.failure = place->second->isTooLarge ? "it is too large" : std::move(failure);
   CurlLibrary::shared()->multi_remove_handle(multi_.get(), handle);
   transfers_.erase(place);
   return answer;

@@ -116,6 +116,18 @@ TEST_F(OfficeConversionTest, TellsWhyThereIsNoContent) {
   EXPECT_TRUE(holds(read(good), ">good<")) << "after a time limit";
 }
 
+TEST_F(OfficeConversionTest, TellsWhichPartOfLibreOfficeIsMissing) {
+  const bool hasCalc = std::filesystem::exists("/usr/lib/libreoffice/program/libsclo.so");
+  const std::string content = read(folder_.write("sheet.fods", R"(<?xml version="1.0"?>
+<office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0"
+  xmlns:table="urn:oasis:names:tc:opendocument:xmlns:table:1.0" office:version="1.2"
+  office:mimetype="application/vnd.oasis.opendocument.spreadsheet"><office:body><office:spreadsheet>
+  <table:table table:name="One"/></office:spreadsheet></office:body></office:document>)"));
+  EXPECT_EQ(holds(content, "office:spreadsheet"), hasCalc) << content;
+  EXPECT_EQ(error_.errorCode(), hasCalc ? ErrorCode::none : ErrorCode::unsupportedType) << content;
+  EXPECT_EQ(holds(content, "LibreOffice Calc"), !hasCalc) << content;
+}
+
 TEST_F(OfficeConversionTest, IsReplacedWhenItDiesOrHasDoneEnough) {
   OfficeOptions options;
   options.documentsPerProcess = 2;

@@ -435,5 +435,15 @@ TEST(PrivateFolder, IsRemovedWithItsContentEvenAfterAKill) {
   ::close(ends[1]);
 }
 
+TEST(PrivateFolder, TellsThatThereIsNoTemporaryFolder) {
+  const char *const set = std::getenv("TMPDIR");
+  const std::string old = set ? set : "";
+  ::setenv("TMPDIR", "/no/such/folder", 1);
+  NSError error;
+  EXPECT_FALSE(PrivateFolder::make(&error));
+  EXPECT_EQ(error.localizedFailureReason.UTF8String(), "no temporary folder can be made: Not a directory");
+  set ? ::setenv("TMPDIR", old.c_str(), 1) : ::unsetenv("TMPDIR");
+}
+
 }  // namespace
 }  // namespace nimbo

@@ -118,7 +118,8 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   EXPECT_EQ(loaded(loader, server.url("/large?2")), std::string(1000, 'x'));
   EXPECT_EQ(loaded(loader, server.url("/large?3")), "nil");
   EXPECT_EQ(loaded(loader, "data:,x"), "nil");
-  EXPECT_EQ(loader.failures().size(), 4U);
+  ASSERT_EQ(loader.failures().size(), 4U);
+  EXPECT_EQ(loader.failures()[0].reason, "it is too large");
   const NSURL known = url("http://name.invalid/");
   loader.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("at hand", 7), known, {})});
   EXPECT_EQ(loaded(loader, "http://name.invalid/"), "at hand");
