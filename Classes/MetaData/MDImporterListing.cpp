@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/Files/NSFileManager+NimboFileManagerExtensions.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Listing.hpp"
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/Files/NSFileManager+NimboFileManagerExtensions.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Listing.hpp"
 
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
