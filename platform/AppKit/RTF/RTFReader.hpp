@@ -174,14 +174,14 @@ class RTFReader {
   bool hasListText_ = false;
 
   RTFDecoders decoders_;
-  CFStringEncoding documentEncoding_ = kCFStringEncodingWindowsLatin1;
   /// The decoder of the font that was last asked for.
   RTFDecoder *decoder_ = nullptr;
   std::int32_t decoderFont_ = -2;
-  bool decoderIsOfTable_ = false;
+  CFStringEncoding documentEncoding_ = kCFStringEncodingWindowsLatin1;
   /// Bytes of characters that may have several.
   std::string pendingBytes_;
   bool endsWithLeadByte_ = false;
+  bool decoderIsOfTable_ = false;
 };
 
 }  // namespace nimbo

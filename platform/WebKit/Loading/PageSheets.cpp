@@ -186,7 +186,7 @@ CFStringEncoding charsetRule(std::string_view bytes) {
   bytes.remove_prefix(kRule.size());
   const std::size_t end = bytes.find('"');
   constexpr std::size_t kLongestName = 64;
-  if (end == std::string_view::npos || end > kLongestName) return kCFStringEncodingInvalidId;
+  if (end > kLongestName) return kCFStringEncodingInvalidId;
   return CFStringConvertIANACharSetNameToEncoding(NSString::stringWithUTF8String(bytes.substr(0, end)));
 }
 
