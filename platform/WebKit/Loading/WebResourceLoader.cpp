@@ -37,7 +37,7 @@ struct WebResourceLoader::Request {
 WebResourceLoader::WebResourceLoader(SharedPointer<WebResourceLoadDelegate> delegate, WebView webView,
                                      WebDataSource dataSource, const WebLoadLimits &limits)
     : delegate_(std::move(delegate)),
-      webView_(std::move(webView)),
+      webView_(webView),
       dataSource_(std::move(dataSource)),
       limits_(limits),
       transfers_({
