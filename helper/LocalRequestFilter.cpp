@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "helper/LocalRequestFilter.hpp"
 
+#include <algorithm>
+
 #include "platform/SystemConfiguration/SCNetworkReachability.hpp"
 
 namespace nimbo {
@@ -17,10 +19,17 @@ NSURLRequest LocalRequestFilter::webViewWillSendRequest(const WebView &webView, 
   if (url.isFileURL()) return willSendRequest;
   const NSString host = url.host();
   if (host.length() == 0) return willSendRequest;
+  return isNear(host.UTF8String(), webView.deadline) ? willSendRequest : NSURLRequest();
+}
+
+bool LocalRequestFilter::isNear(const std::string &host, const Deadline &deadline) {
+  if (unknownHosts_.contains(host)) return false;
+  const Deadline end = Deadline::after(std::max(lookupSeconds_, kLeastLookupSeconds));
   SCNetworkConnectionFlags flags = 0;
-  const Deadline deadline = earliest(webView.deadline, Deadline::after(kLookupSeconds));
-  const bool isKnown = SCNetworkCheckReachabilityByName(host.UTF8String().c_str(), &flags, deadline);
-  return isKnown && (flags & kNear) != 0 ? willSendRequest : NSURLRequest();
+  const bool isKnown = SCNetworkCheckReachabilityByName(host.c_str(), &flags, earliest(deadline, end));
+  lookupSeconds_ = std::min(lookupSeconds_, end.remaining());
+  if (!isKnown) unknownHosts_.insert(host);
+  return isKnown && (flags & kNear) != 0;
 }
 
 bool LocalRequestFilter::mayConnectToAddress(const sockaddr &address) {

@@ -92,6 +92,18 @@ TEST_F(RichTextOperationsTest, PagesLoadWhatIsNear) {
   EXPECT_EQ(server.requests("/near.gif"), 1);
 }
 
+TEST(LocalRequestFilter, SilentNamesLeaveTimeForOthers) {
+  LocalRequestFilter filter(0.3);
+  const WebView view{Deadline::after(6)};
+  const auto isAllowed = [&](const std::string &host) {
+    const NSURL url = NSURL::URLWithString(NSString::stringWithUTF8String("http://" + host + "/"));
+    return static_cast<bool>(filter.webViewWillSendRequest(view, 0, {url}, {}, {}));
+  };
+  for (int request = 0; request < 100; ++request)
+    EXPECT_FALSE(isAllowed(std::to_string(request % 4) + ".silent.invalid"));
+  EXPECT_TRUE(isAllowed("localhost"));
+}
+
 TEST_F(RichTextOperationsTest, PagesNeedBytes) {
   EXPECT_FALSE(helper.RTFDWithHTML(NSData(), NSString(), false, &error));
   EXPECT_EQ(shown(helper.RTFDWithHTML(NSData::data(), NSString(), false)), "");

@@ -32,18 +32,22 @@ curl_socket_t openSocket(void *limits, curlsocktype, curl_sockaddr *address) {
 struct HTTPTransfers::Transfer {
   std::unique_ptr<CURL, CloseHandle> handle;
   HTTPAnswer answer;
-  std::size_t maximumBytes = 0;
+  const Limits *limits = nullptr;
   bool isTooLarge = false;
 
   /// A number other than `count` ends the transfer.
   static std::size_t receive(const char *bytes, std::size_t, std::size_t count, void *transfer) noexcept {
     auto &self = *static_cast<Transfer *>(transfer);
-    const std::size_t room = self.maximumBytes - self.answer.body.size();
+    std::size_t room = self.limits->maximumBytes - self.answer.body.size();
+    std::size_t *const left = self.limits->bytesLeft;
+    if (left) room = std::min(room, *left);
+    const std::size_t taken = std::min(count, room);
     try {
-      self.answer.body.append(bytes, std::min(count, room));
+      self.answer.body.append(bytes, taken);
     } catch (const std::bad_alloc &) {
       return 0;
     }
+    if (left) *left -= taken;
     self.isTooLarge = count > room;
     return self.isTooLarge ? 0 : count;
   }
@@ -75,7 +79,7 @@ bool HTTPTransfers::start(std::size_t tag, const NSURL &url) {
   auto transfer = std::make_unique<Transfer>();
   transfer->handle.reset(CurlLibrary::shared()->easy_init());
   transfer->answer.tag = tag;
-  transfer->maximumBytes = limits_.maximumBytes;
+  transfer->limits = &limits_;
   CURL *const handle = transfer->handle.get();
   if (!handle) return false;
   const bool isSet =
@@ -91,6 +95,8 @@ bool HTTPTransfers::start(std::size_t tag, const NSURL &url) {
   if (!isSet) return false;
   CurlLibrary::shared()->easy_setopt(handle, CURLOPT_USERAGENT, kUserAgent);
   CurlLibrary::shared()->easy_setopt(handle, CURLOPT_ACCEPT_ENCODING, "");
+  // Who gives up a request does not wait for the answer to a name.
+  CurlLibrary::shared()->easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
   if (!limits_.mayUseProxies) CurlLibrary::shared()->easy_setopt(handle, CURLOPT_PROXY, "");
   if (CurlLibrary::shared()->multi_add_handle(multi_.get(), handle) != CURLM_OK) return false;
   transfers_.emplace(handle, std::move(transfer));

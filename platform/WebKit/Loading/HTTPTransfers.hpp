@@ -37,6 +37,8 @@ class HTTPTransfers {
   struct Limits {
     /// What one answer may have, decompressed.
     std::size_t maximumBytes = 0;
+    /// What all answers may still have, decompressed, and whatever else its owner counts; unless it is null.
+    std::size_t *bytesLeft = nullptr;
     std::size_t maximumConnections = 0;
     /// Whether proxies that the environment names are used.
     bool mayUseProxies = false;

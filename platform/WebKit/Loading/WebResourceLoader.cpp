@@ -40,8 +40,10 @@ WebResourceLoader::WebResourceLoader(SharedPointer<WebResourceLoadDelegate> dele
       webView_(webView),
       dataSource_(std::move(dataSource)),
       limits_(limits),
+      bytesLeft_(limits.bytesInAll),
       transfers_({
           .maximumBytes = limits.bytesOfResource,
+          .bytesLeft = &bytesLeft_,
           .maximumConnections = limits.connections,
           // A proxy would be asked in place of the host that the delegate has allowed.
           .mayUseProxies = !delegate_,
@@ -67,9 +69,13 @@ std::vector<WebResource> WebResourceLoader::load(std::span<const NSURL> urls) {
                           .result = &place->second});
   }
   for (Request &request : requests) begin(request);
+  // Late ones are ended without another look, which would begin those that wait for their turn.
+  bool isLate = false;
   while (transfers_.isBusy()) {
-    std::optional<HTTPAnswer> answer = transfers_.next(webView_.deadline);
-    if (!answer) answer = transfers_.abandon();
+    std::optional<HTTPAnswer> answer;
+    if (!isLate) answer = transfers_.next(webView_.deadline);
+    isLate = !answer;
+    if (isLate) answer = transfers_.abandon();
     Request &request = requests[answer->tag];
     finish(request, std::move(*answer));
   }
@@ -82,8 +88,9 @@ std::vector<WebResource> WebResourceLoader::load(std::span<const NSURL> urls) {
 bool WebResourceLoader::begin(Request &request) {
   if (!request.URL) return fail(request, "it is no URL");
   if (request.resource >= limits_.resources) return fail(request, "the page refers to too many parts");
-  if (loadedBytes_ >= limits_.bytesInAll) return fail(request, "the parts of the page are too large");
+  if (bytesLeft_ == 0) return fail(request, "the parts of the page are too large");
   if (const std::optional<DataURL> data = DataURL::ofURL(request.URL)) {
+    bytesLeft_ -= std::min<std::size_t>(data->data.length(), bytesLeft_);
     keep(request, data->data, data->type.MIMEType, data->type.charset);
     return true;
   }
@@ -100,9 +107,11 @@ bool WebResourceLoader::begin(Request &request) {
   std::uint64_t size = 0;
   const FileDescriptor file = openRegularFile(request.URL.path(), &size, &error);
   if (!file) return fail(request, error.localizedFailureReason.UTF8String());
-  if (size > limits_.bytesOfResource) return fail(request, "it is too large");
-  const NSData data = readData(file.get(), size, static_cast<std::uint32_t>(limits_.bytesOfResource), &error);
+  const std::size_t room = std::min(limits_.bytesOfResource, bytesLeft_);
+  if (size > room) return fail(request, "it is too large");
+  const NSData data = readData(file.get(), size, static_cast<std::uint32_t>(room), &error);
   if (!data) return fail(request, error.localizedFailureReason.UTF8String());
+  bytesLeft_ -= data.length();
   keep(request, data, NSString(), NSString());
   return true;
 }
@@ -123,11 +132,11 @@ void WebResourceLoader::finish(Request &request, HTTPAnswer answer) {
     begin(request);
     return;
   }
-  if (!answer.failure.empty()) fail(request, answer.failure);
   if (answer.statusCode >= kFirstFailedStatus) {
     fail(request, "the server answered " + std::to_string(answer.statusCode));
     return;
   }
+  if (!answer.failure.empty()) fail(request, answer.failure);
   if (answer.body.empty() && !answer.failure.empty()) return;
   const ContentTypeField type = contentTypeOfField(answer.contentType);
   keep(request, NSData::dataWithBytes(answer.body.data(), answer.body.size()), type.MIMEType, type.charset);
@@ -135,7 +144,6 @@ void WebResourceLoader::finish(Request &request, HTTPAnswer answer) {
 
 void WebResourceLoader::keep(Request &request, const NSData &data, const NSString &MIMEType,
                              const NSString &charset) {
-  loadedBytes_ += data.length();
   *request.result = WebResource::resourceWithData(data, request.URL, MIMEType, charset);
 }
 

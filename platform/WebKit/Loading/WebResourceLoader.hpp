@@ -68,7 +68,7 @@ class WebResourceLoader {
   /// By URL; nil where nothing came.
   std::map<std::u16string, WebResource, std::less<>> known_;
   std::size_t loadedResources_ = 0;
-  std::size_t loadedBytes_ = 0;
+  std::size_t bytesLeft_;
   HTTPTransfers transfers_;
   std::vector<Failure> failures_;
 };

@@ -7,6 +7,7 @@
 
 #include "platform/WebKit/Loading/DataURL.hpp"
 #include "tests/support/LoopbackServer.hpp"
+#include "tests/support/SilentNames.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -115,7 +116,7 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
   EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
   EXPECT_EQ(server.requests("/large"), 1);
-  EXPECT_EQ(loaded(loader, server.url("/large?2")), std::string(1000, 'x'));
+  EXPECT_EQ(loaded(loader, server.url("/large?2")), std::string(500, 'x'));
   EXPECT_EQ(loaded(loader, server.url("/large?3")), "nil");
   EXPECT_EQ(loaded(loader, "data:,x"), "nil");
   ASSERT_EQ(loader.failures().size(), 4U);
@@ -123,6 +124,29 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   const NSURL known = url("http://name.invalid/");
   loader.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("at hand", 7), known, {})});
   EXPECT_EQ(loaded(loader, "http://name.invalid/"), "at hand");
+}
+
+TEST(WebResourceLoader, SharesTheBytesAmongPartsOfOneTime) {
+  LoopbackServer server;
+  std::vector<NSURL> urls;
+  for (const char *path : {"/1", "/2", "/3", "/4"}) {
+    server.answer(path, "HTTP/1.0 200 OK\r\n\r\n" + std::string(1000, 'x'));
+    urls.push_back(url(server.url(path)));
+  }
+  WebResourceLoader loader({}, {Deadline::after(20)}, {}, {.bytesOfResource = 1000, .bytesInAll = 1500});
+  std::size_t bytes = 0;
+  for (const WebResource &resource : loader.load(urls)) bytes += resource.data().length();
+  EXPECT_EQ(bytes, 1500U);
+  EXPECT_EQ(loader.failures().size(), 3U);
+}
+
+TEST(WebResourceLoader, WaitsForNoNameBeyondTheDeadline) {
+  WebResourceLoader loader({}, {Deadline::after(1)}, {});
+  std::vector<NSURL> urls;
+  for (int host = 0; host < 20; ++host) urls.push_back(url("http://" + std::to_string(host) + ".silent.invalid/"));
+  loader.load(urls);
+  EXPECT_EQ(endedSilentLookups(), 0);
+  EXPECT_EQ(loader.failures().size(), urls.size());
 }
 
 TEST(WebResourceLoader, TakesWhatHasComeAtTheDeadline) {
