@@ -54,7 +54,8 @@ std::optional<DataURL> DataURL::ofURL(const NSURL &url) {
   body = body.substr(0, body.find('#'));
   const std::size_t comma = body.find(',');
   if (comma == std::string_view::npos) return std::nullopt;
-  std::string_view head = withoutBlanks(body.substr(0, comma));
+  const std::string plainHead = bytesByReplacingPercentEscapes(body.substr(0, comma));
+  std::string_view head = withoutBlanks(plainHead);
   constexpr std::string_view kBase64 = "base64";
   const std::size_t last = head.rfind(';');
   const bool isBase64 =
@@ -62,7 +63,7 @@ std::optional<DataURL> DataURL::ofURL(const NSURL &url) {
   if (isBase64) head = head.substr(0, last);
   const std::string bytes = bytesByReplacingPercentEscapes(body.substr(comma + 1));
   DataURL result;
-  result.type = contentTypeOfField(bytesByReplacingPercentEscapes(head));
+  result.type = contentTypeOfField(head);
   if (!result.type.MIMEType) result.type.MIMEType = u"text/plain"_ns;
   result.data = isBase64 ? dataWithBase64EncodedString(NSString::stringWithUTF8String(bytes))
                          : NSData::dataWithBytes(bytes.data(), bytes.size());

@@ -9,12 +9,11 @@
 
 #include "platform/CSS/CSSNames.hpp"
 #include "platform/CSS/CSSStyleSheet.hpp"
-#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
-#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/Unicode/Trimming.hpp"
 #include "platform/WebKit/Loading/References.hpp"
+#include "platform/WebKit/Loading/SheetText.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -79,6 +78,7 @@ class SheetLoading {
   std::size_t pageSheets_ = 0;
   /// The title of the first sheet that has one.
   std::u16string_view chosenSet_;
+  NSString pageEncodingName_;
 };
 
 std::size_t SheetLoading::add(Sheet sheet) {
@@ -125,6 +125,7 @@ void SheetLoading::addPageSheets(const HTMLDocument &document, const NSURL &base
     if (isStyle) addStyle(document, node, base);
   }
   pageSheets_ = sheets_.size();
+  pageEncodingName_ = declaredEncodingName(document);
 }
 
 void SheetLoading::fetch(std::size_t begin, std::size_t end) {
@@ -135,7 +136,7 @@ void SheetLoading::fetch(std::size_t begin, std::size_t end) {
   auto resource = loaded.begin();
   for (std::size_t index = begin; index < end; ++index) {
     if (!sheets_[index].isToLoad) continue;
-    sheets_[index].text = textOfSheet(resource->data(), resource->textEncodingName());
+    sheets_[index].text = textOfSheet(resource->data(), resource->textEncodingName(), pageEncodingName_);
     ++resource;
   }
 }
@@ -179,17 +180,6 @@ std::vector<AuthorSheet> SheetLoading::takeAll() {
   return result;
 }
 
-/// The encoding of an "@charset" rule, which has to be written in just this way.
-CFStringEncoding charsetRule(std::string_view bytes) {
-  constexpr std::string_view kRule = "@charset \"";
-  if (!bytes.starts_with(kRule)) return kCFStringEncodingInvalidId;
-  bytes.remove_prefix(kRule.size());
-  const std::size_t end = bytes.find('"');
-  constexpr std::size_t kLongestName = 64;
-  if (end > kLongestName) return kCFStringEncodingInvalidId;
-  return CFStringConvertIANACharSetNameToEncoding(NSString::stringWithUTF8String(bytes.substr(0, end)));
-}
-
 }  // namespace
 
 std::vector<AuthorSheet> loadPageSheets(const HTMLDocument &document, const NSURL &base,
@@ -198,22 +188,6 @@ std::vector<AuthorSheet> loadPageSheets(const HTMLDocument &document, const NSUR
   loading.addPageSheets(document, base);
   loading.loadAll();
   return loading.takeAll();
-}
-
-NSString textOfSheet(const NSData &data, const NSString &textEncodingName) {
-  if (!data) return NSString();
-  const std::string_view bytes = data.view();
-  constexpr std::string_view kUTF8Mark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(kUTF8Mark)) return NSString::stringWithUTF8String(bytes.substr(kUTF8Mark.size()));
-  CFStringEncoding encoding = kCFStringEncodingInvalidId;
-  if (bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xFF\xFE"))
-    encoding = kCFStringEncodingUTF16;
-  else if (textEncodingName)
-    encoding = CFStringConvertIANACharSetNameToEncoding(textEncodingName);
-  if (encoding == kCFStringEncodingInvalidId) encoding = charsetRule(bytes);
-  if (encoding != kCFStringEncodingInvalidId && encoding != kCFStringEncodingUTF8)
-    if (NSString text = initWithData(data, CFStringConvertEncodingToNSStringEncoding(encoding))) return text;
-  return NSString::stringWithUTF8String(bytes);
 }
 
 }  // namespace nimbo::detail

@@ -21,8 +21,4 @@ inline constexpr std::size_t kMaximumImportDepth = 8;
 std::vector<AuthorSheet> loadPageSheets(const HTMLDocument &document, const NSURL &base,
                                         const CSSMedium &medium, WebResourceLoader &loader);
 
-/// The text of a sheet: by its byte order mark, the name of its encoding that came with it, its "@charset"
-/// rule, else as UTF-8.
-NSString textOfSheet(const NSData &data, const NSString &textEncodingName);
-
 }  // namespace nimbo::detail

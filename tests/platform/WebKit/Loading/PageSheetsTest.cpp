@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "platform/WebKit/Loading/SheetText.hpp"
+
 namespace nimbo::detail {
 namespace {
 
@@ -34,6 +36,35 @@ TEST(PageSheets, AreThoseThatABrowserUses) {
   };
   for (const auto &[page, expected] : cases)
     EXPECT_EQ(sheetsOf(page), expected) << NSString::stringWithCharacters(page).UTF8String();
+}
+
+TEST(PageSheets, AreReadInTheirEncodings) {
+  struct Case {
+    std::string bytes, name, page, expected;
+  };
+  const Case cases[] = {
+      {"p{}/*\xC3\xA9*/", "", "iso-8859-1", "p{}/*\u00e9*/"},
+      {"p{}/*\xE9*/", "", "iso-8859-1", "p{}/*\u00e9*/"},
+      {"p{}/*\xE9*/", "no-such-name", "utf-8", "p{}/*\ufffd*/"},
+      {"p{}/*\xE9*/", "", "utf-16", "p{}/*\ufffd*/"},
+      {"p{}/*\xE9*/", "utf-8", "", "p{}/*\ufffd*/"},
+      {"p{}/*\x93*/", "ISO-8859-1", "", "p{}/*\u201c*/"},
+      {"p{}/*\xE9*/", "windows-1252", "utf-8", "p{}/*\u00e9*/"},
+      {"@charset \"iso-8859-5\";/*\xE9*/", "", "iso-8859-1", "@charset \"iso-8859-5\";/*\u0449*/"},
+      {"@charset \"utf-16\";/*\xC3\xA9*/", "", "", "@charset \"utf-16\";/*\u00e9*/"},
+      {"\xEF\xBB\xBFp{}/*\xE9*/", "windows-1252", "", "p{}/*\ufffd*/"},
+      {std::string("\xFF\xFEp\0", 4), "windows-1252", "", "p"},
+  };
+  for (const auto &[bytes, name, page, expected] : cases)
+    EXPECT_EQ(textOfSheet(NSData::dataWithBytes(bytes.data(), bytes.size()),
+                          name.empty() ? NSString() : NSString::stringWithUTF8String(name),
+                          page.empty() ? NSString() : NSString::stringWithUTF8String(page))
+                  .UTF8String(),
+              expected)
+        << bytes << " of " << page;
+  EXPECT_EQ(sheetsOf(u"<meta http-equiv=Content-Type content='text/html; charset=ISO-8859-1'>"
+                     u"<link rel=stylesheet href=data:text/css,%E9>"),
+            "\u00e9|");
 }
 
 }  // namespace

@@ -48,6 +48,7 @@ TEST(DataURL, HoldsTypeAndBytes) {
       {"data:text/html;charset=utf-8,%3Cp%3E", "text/html", "utf-8", "<p>"},
       {"DATA:image/PNG;base64,aGFsbG8=", "image/png", "-", "hallo"},
       {"data:image/svg+xml;charset=%22x-y%22;base64,aGFsbG8#x", "image/svg+xml", "x-y", "hallo"},
+      {"data:image/png%20;%20BASE64%20,aGFsbG8", "image/png", "-", "hallo"},
       {"data:;base64,aGFs%0AbG8%3D", "text/plain", "-", "hallo"},
   };
   for (const auto &[string, type, charset, bytes] : cases) {
@@ -143,7 +144,8 @@ TEST(WebResourceLoader, SharesTheBytesAmongPartsOfOneTime) {
 TEST(WebResourceLoader, WaitsForNoNameBeyondTheDeadline) {
   WebResourceLoader loader({}, {Deadline::after(1)}, {});
   std::vector<NSURL> urls;
-  for (int host = 0; host < 20; ++host) urls.push_back(url("http://" + std::to_string(host) + ".silent.invalid/"));
+  for (int host = 0; host < 20; ++host)
+    urls.push_back(url("http://" + std::to_string(host) + ".silent.invalid/"));
   loader.load(urls);
   EXPECT_EQ(endedSilentLookups(), 0);
   EXPECT_EQ(loader.failures().size(), urls.size());
