@@ -59,17 +59,58 @@ std::string_view ownPort(std::string_view scheme) {
   return scheme == "ftp:" ? ":21" : "";
 }
 
-/// User, host and port; what is no ASCII in a host has a form of its own.
+/// A host in ASCII and in lower case. Escapes stand for characters, unless these may not be in a host.
+std::string hostName(std::u16string_view part) {
+  const NSString written = NSString::stringWithCharacters(part);
+  const std::string bytes = bytesByReplacingPercentEscapes(written.UTF8String());
+  const bool isPlain = std::ranges::none_of(bytes, [](char c) {
+    return (c >= 0 && c <= ' ') || std::string_view("#%/:<>?@[\\]^|\x7f").find(c) != std::string_view::npos;
+  });
+  const NSString host = isPlain ? NSString::stringWithLossyUTF8String(bytes) : written;
+  const NSString ascii = ASCIIHostName(host);
+  std::string name = ascii ? ascii.UTF8String() : escaped(host.view());
+  std::ranges::transform(name, name.begin(), toASCIILower<char>);
+  return name;
+}
+
+/// User, host and port, which is left out when it is the scheme's own.
 std::string authority(std::u16string_view part, std::string_view scheme) {
   const std::size_t user = part.rfind(u'@');
   const std::size_t hostStart = user == part.npos ? 0 : user + 1;
-  const std::u16string_view host = part.substr(hostStart);
-  const NSString ascii = ASCIIHostName(NSString::stringWithCharacters(host));
-  std::string name = ascii ? ascii.UTF8String() : escaped(host);
-  std::ranges::transform(name, name.begin(), toASCIILower<char>);
-  const std::string_view port = ownPort(scheme);
-  if (!port.empty() && name.ends_with(port)) name.resize(name.size() - port.size());
-  return escaped(part.substr(0, hostStart)) + name;
+  const std::u16string_view place = part.substr(hostStart);
+  const std::size_t colon = std::min(place.find(u':', place.rfind(u']') + 1), place.size());
+  std::string port = escaped(place.substr(colon));
+  const std::string_view own = ownPort(scheme);
+  if (!own.empty()) {
+    if (port.size() > 1) port.erase(1, std::min(port.find_first_not_of('0', 1), port.size() - 1) - 1);
+    if (port == own || port == ":") port.clear();
+  }
+  std::string result;
+  for (const char c : escaped(part.substr(0, user == part.npos ? 0 : user)))
+    result += c == '@' ? "%40" : std::string(1, c);
+  if (user != part.npos) result += '@';
+  return result + hostName(place.substr(0, colon)) + port;
+}
+
+/// With the two slashes before a host that browsers read where a scheme has hosts, whatever is written; without
+/// the base's own scheme when none follow.
+void repairSlashes(std::u16string &reference, std::string_view ownScheme, std::string_view baseScheme) {
+  if (ownPort(ownScheme).empty()) return;
+  const std::size_t scheme = schemeLength(reference);
+  const std::size_t rest = std::min(reference.find_first_not_of(u"/\\", scheme), reference.size());
+  if (scheme > 0 && rest - scheme < 2 && ownScheme == baseScheme) {
+    reference.erase(0, scheme);
+    if (schemeLength(reference) > 0) reference.insert(0, u"./");
+  } else if (scheme > 0 || rest >= 2) {
+    reference.replace(scheme, rest - scheme, u"//");
+  }
+}
+
+/// With the colon behind it; empty for none.
+std::string lowercaseScheme(std::u16string_view scheme) {
+  std::string result = NSString::stringWithCharacters(scheme).UTF8String();
+  std::ranges::transform(result, result.begin(), toASCIILower<char>);
+  return result;
 }
 
 }  // namespace
@@ -77,23 +118,26 @@ std::string authority(std::u16string_view part, std::string_view scheme) {
 NSURL URLOfReference(std::u16string_view reference, const NSURL &base) {
   std::u16string text = cleaned(reference);
   if (text.empty() && !reference.empty()) return NSURL();
+  const std::string baseScheme = base.scheme() ? lowercaseScheme(base.scheme().view()) + ":" : std::string();
+  const std::string written = lowercaseScheme(std::u16string_view(text).substr(0, schemeLength(text)));
+  const std::string ownScheme = written.empty() ? baseScheme : written;
+  repairSlashes(text, ownScheme, baseScheme);
   const std::size_t scheme = schemeLength(text);
   const bool isOpaque = scheme > 0 && scheme < text.size() && text[scheme] != u'/' && text[scheme] != u'\\';
   const std::size_t pathEnd = std::min(text.find_first_of(u"?#"), text.size());
   if (!isOpaque) std::replace(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(pathEnd), u'\\', u'/');
   const std::u16string_view view = text;
-  std::string result = NSString::stringWithCharacters(view.substr(0, scheme)).UTF8String();
-  std::ranges::transform(result, result.begin(), toASCIILower<char>);
+  std::string result = lowercaseScheme(view.substr(0, scheme));
   std::size_t rest = scheme;
   if (view.substr(scheme).starts_with(u"//")) {
     const std::size_t end = std::min(view.find_first_of(u"/?#", scheme + 2), view.size());
-    const std::string ownScheme = scheme > 0      ? result
-                                  : base.scheme() ? base.scheme().UTF8String() + ":"
-                                                  : std::string();
     result += "//" + authority(view.substr(scheme + 2, end - scheme - 2), ownScheme);
     rest = end;
     if (!ownPort(ownScheme).empty() && end > scheme + 2 && !view.substr(rest).starts_with(u'/')) result += '/';
   }
+  // A colon in the first part of a path would end a scheme.
+  const std::size_t part = view.find_first_of(u":/?#");
+  if (scheme == 0 && part != view.npos && view[part] == u':') result += "./";
   result += escaped(view.substr(rest));
   return NSURL::URLWithString(NSString::stringWithUTF8String(result), base).standardizedURL();
 }
