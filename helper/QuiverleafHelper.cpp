@@ -8,6 +8,7 @@
 
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "Classes/WebKit/WebArchive+SearchableText.hpp"
 #include "helper/HTMLImportOptions.hpp"
 #include "helper/LocalRequestFilter.hpp"
@@ -53,6 +54,13 @@ bool isReplaceable(const NSString &path) {
   if (!isFolder) return false;
   const auto names = NSFileManager::contentsOfDirectoryAtPath(path);
   return names && (names->empty() || std::ranges::find(*names, u"TXT.rtf"_ns) != names->end());
+}
+
+/// A URL, which may also be written with blanks and letters that are not ASCII.
+NSURL URLOfCaller(const NSString &string) {
+  if (NSURL url = NSURL::URLWithString(string)) return url;
+  NSURL url = URLWithNormalizedStringURL(string);
+  return url && hasPrefixNoCase(string, url.scheme()) ? url : NSURL();
 }
 
 constexpr std::string_view kIsNotServed = "this helper does not serve the operation";
@@ -163,7 +171,7 @@ NSData QuiverleafHelper::RTFDWithHTML(const NSData &html, const NSString &baseUR
   return guarded(error, [&] {
     SharedPointer<WebResourceLoadDelegate> filter;
     if (!allowRemoteRequest) filter = makeShared<LocalRequestFilter>();
-    const NSURL base = NSURL::URLWithString(baseURL);
+    const NSURL base = URLOfCaller(baseURL);
     const NSString page = html.length() == 0 ? NSString::string() : textOfPage(html, NSString(), base);
     const NSAttributedString text = initWithHTML(page, HTMLImportOptions(filter, base), nullptr, error);
     return RTFDFromRange(text, {0, text.length()});

@@ -33,6 +33,15 @@ NSURL baseOfPage(const HTMLDocument &document, const NSURL &given) {
   return base.scheme() ? base : given;
 }
 
+/// As much of a URL as tells it from others, for people; a page may have some that are megabytes long.
+std::string shortened(const NSURL &url) {
+  constexpr std::uint32_t kShown = 200;
+  if (!url) return "a reference";
+  const NSString string = url.absoluteString();
+  if (string.length() <= kShown) return string.UTF8String();
+  return NSString::stringWithCharacters(string.characters(), kShown).UTF8String() + "...";
+}
+
 /// One line about what was not loaded; of many parts it names the first.
 void tellFailures(const std::vector<WebResourceLoader::Failure> &failures, NSError *error) {
   constexpr std::size_t kNamed = 10;
@@ -41,8 +50,7 @@ void tellFailures(const std::vector<WebResourceLoader::Failure> &failures, NSErr
                            ? "1 part of the page was not loaded"
                            : std::to_string(failures.size()) + " parts of the page were not loaded";
   for (std::size_t index = 0; index < std::min(failures.size(), kNamed); ++index)
-    reason += (index == 0 ? ": " : "; ") + failures[index].URL.absoluteString().UTF8String() + " (" +
-              failures[index].reason + ")";
+    reason += (index == 0 ? ": " : "; ") + shortened(failures[index].URL) + " (" + failures[index].reason + ")";
   setError(error, ErrorCode::incomplete, reason);
 }
 

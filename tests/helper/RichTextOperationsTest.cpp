@@ -92,6 +92,27 @@ TEST_F(RichTextOperationsTest, PagesLoadWhatIsNear) {
   EXPECT_EQ(server.requests("/near.gif"), 1);
 }
 
+TEST_F(RichTextOperationsTest, PagesSayBrieflyWhatIsMissing) {
+  const std::string far = "http://198.51.100.1/" + std::string(100000, 'a');
+  helper.RTFDWithHTML(bytes("<img src=" + far + "><img src='http://[1'>"), NSString(), false, &error);
+  EXPECT_EQ(reason(), "2 parts of the page were not loaded: " + far.substr(0, 200) +
+                          "... (the request was refused); a reference (it is no URL)");
+}
+
+TEST_F(RichTextOperationsTest, BasesMayBeWrittenForPeople) {
+  const std::pair<const char *, const char *> cases[] = {
+      {"http://a.org/b c/\u00e9/", "http://a.org/b%20c/%C3%A9/x"},
+      {"http://b\u00fccher.example/", "http://xn--bcher-kva.example/x"},
+      {"b c/", "x"},
+      {"www.\u00e9.org", "x"},
+  };
+  for (const auto &[base, link] : cases) {
+    const NSData rtfd = helper.RTFDWithHTML(bytes("<a href=x>y</a>"), text(base), false);
+    EXPECT_NE(std::string(rtfd.view()).find("HYPERLINK \"" + std::string(link) + "\""), std::string::npos)
+        << base << rtfd.view();
+  }
+}
+
 TEST(LocalRequestFilter, SilentNamesLeaveTimeForOthers) {
   LocalRequestFilter filter(0.3);
   const WebView view{Deadline::after(6)};

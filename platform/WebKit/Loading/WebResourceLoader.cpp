@@ -9,6 +9,7 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
+#include "platform/WebKit/Loading/CurlLibrary.hpp"
 #include "platform/WebKit/Loading/DataURL.hpp"
 
 namespace nimbo::detail {
@@ -19,6 +20,12 @@ constexpr int kFirstFailedStatus = 400;
 bool isHTTP(const NSURL &url) {
   const NSString scheme = lowercaseString(url.scheme());
   return scheme == u"http"_ns || scheme == u"https"_ns;
+}
+
+/// A fragment is a place in what is loaded, and no part of the request.
+std::u16string withoutFragment(const NSURL &url) {
+  const NSString string = url.absoluteString();
+  return std::u16string(string.view().substr(0, string.view().find(u'#')));
 }
 
 }  // namespace
@@ -53,14 +60,14 @@ WebResourceLoader::WebResourceLoader(SharedPointer<WebResourceLoadDelegate> dele
 
 void WebResourceLoader::provide(std::span<const WebResource> resources) {
   for (const WebResource &resource : resources)
-    if (resource.URL()) known_.emplace(resource.URL().absoluteString().view(), resource);
+    if (resource.URL()) known_.emplace(withoutFragment(resource.URL()), resource);
 }
 
 std::vector<WebResource> WebResourceLoader::load(std::span<const NSURL> urls) {
   std::vector<WebResource *> places;
   std::vector<Request> requests;
   for (const NSURL &url : urls) {
-    const auto [place, isNew] = known_.try_emplace(std::u16string(url.absoluteString().view()));
+    const auto [place, isNew] = known_.try_emplace(withoutFragment(url));
     places.push_back(&place->second);
     if (isNew)
       requests.push_back({.place = requests.size(),
@@ -118,6 +125,7 @@ bool WebResourceLoader::begin(Request &request) {
 
 bool WebResourceLoader::beginRemote(Request &request) {
   if (!isHTTP(request.URL)) return fail(request, "its scheme is not loaded");
+  if (!CurlLibrary::shared()) return fail(request, "libcurl is missing");
   return transfers_.start(request.place, request.URL) || fail(request, "it cannot be asked for");
 }
 

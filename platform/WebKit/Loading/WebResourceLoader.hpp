@@ -65,7 +65,7 @@ class WebResourceLoader {
   WebView webView_;
   WebDataSource dataSource_;
   WebLoadLimits limits_;
-  /// By URL; nil where nothing came.
+  /// By URL without fragment; nil where nothing came.
   std::map<std::u16string, WebResource, std::less<>> known_;
   std::size_t loadedResources_ = 0;
   std::size_t bytesLeft_;

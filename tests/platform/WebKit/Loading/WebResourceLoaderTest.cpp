@@ -116,6 +116,7 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   WebResourceLoader loader({}, {Deadline::after(20)}, {}, limits);
   EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
   EXPECT_EQ(loaded(loader, server.url("/large")), std::string(1000, 'x'));
+  EXPECT_EQ(loaded(loader, server.url("/large#fragment")), std::string(1000, 'x'));
   EXPECT_EQ(server.requests("/large"), 1);
   EXPECT_EQ(loaded(loader, server.url("/large?2")), std::string(500, 'x'));
   EXPECT_EQ(loaded(loader, server.url("/large?3")), "nil");
