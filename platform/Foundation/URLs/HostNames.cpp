@@ -49,10 +49,19 @@ bool hasEncodedLabel(const NSString &host) {
   return std::search(units.begin(), units.end(), prefix.begin(), prefix.end(), isEqual) != units.end();
 }
 
+/// Whether it has a character that ends a host in a URL, or may not be in one. Labels would take it in.
+bool hasForbiddenCharacter(const NSString &host) {
+  constexpr std::u16string_view kForbidden = u"#%/:<>?@[\\]^|\x7f";
+  return std::ranges::any_of(
+      host.view(), [&](unichar c) { return c <= u' ' || kForbidden.find(c) != std::u16string_view::npos; });
+}
+
 }  // namespace
 
 NSString ASCIIHostName(const NSString &host) {
-  return isASCII(host) ? host : converted(host, uidna_nameToASCII);
+  if (isASCII(host)) return host;
+  const NSString name = converted(host, uidna_nameToASCII);
+  return name.length() == 0 || hasForbiddenCharacter(name) ? NSString() : name;
 }
 
 NSString UnicodeHostName(const NSString &host) {

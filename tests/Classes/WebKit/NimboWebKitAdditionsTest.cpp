@@ -14,8 +14,9 @@ TEST(NimboWebKitAdditions, NamesOfHostsGoBothWays) {
     EXPECT_TRUE(encodeHostName(string).identicalTo(string));
     EXPECT_TRUE(decodeHostName(string).identicalTo(string));
   }
-  const NSString noHost = u"\xd800.org"_ns;
-  EXPECT_TRUE(encodeHostName(noHost).identicalTo(noHost));
+  for (const NSString &noHost : {u"\xd800.org"_ns, u"\u00fc.\u00fc:80"_ns, u"a@\u00fc"_ns, u"\u00fc/a"_ns,
+                                 u"a \u00fc"_ns, u"\u00fc\uff0fa"_ns, u"\u00ad"_ns})
+    EXPECT_TRUE(encodeHostName(noHost).identicalTo(noHost)) << noHost.UTF8String();
 }
 
 TEST(NimboWebKitAdditions, WhatIsTypedBecomesAURL) {
