@@ -8,6 +8,7 @@
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
+#include "platform/Foundation/System/BigEndian.hpp"
 
 namespace nimbo {
 namespace {
@@ -16,13 +17,6 @@ using namespace BinaryPropertyList;
 
 [[noreturn]] void fail(const char *reason) {
   throw PropertyListError{reason};
-}
-
-/// A number of 1 to 8 bytes.
-std::uint64_t bigEndian(const std::uint8_t *bytes, std::size_t size) {
-  std::uint64_t value = 0;
-  for (std::size_t i = 0; i < size; ++i) value = value << 8 | bytes[i];
-  return value;
 }
 
 class Reader {

@@ -15,6 +15,7 @@
 #include <string>
 #include <system_error>
 
+#include "platform/Foundation/System/ExtendedAttributes.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
@@ -65,7 +66,8 @@ bool replaceFile(const NSData &data, const std::string &path) {
   if (!file) return false;
   struct stat old = {};
   const bool keepsMode = ::stat(path.c_str(), &old) == 0;
-  const bool isDone = (!keepsMode || ::fchmod(file.get(), old.st_mode & kPermissions) == 0) &&
+  const bool isDone = copyExtendedAttributes(path, file.get()) &&
+                      (!keepsMode || ::fchmod(file.get(), old.st_mode & kPermissions) == 0) &&
                       writeAll(file.get(), data.view()) && ::fsync(file.get()) == 0 &&
                       ::rename(temporary.c_str(), path.c_str()) == 0;
   if (!isDone) ::unlink(temporary.c_str());

@@ -19,10 +19,10 @@ namespace NIMBO_PUBLIC nimbo {
 bool writeAll(int descriptor, std::string_view bytes);
 
 /// Writes all bytes to the file at `path`. Atomically: to a new file beside it that then takes its place, with
-/// the old file's permissions; on failure the old file is as it was. What a symbolic link leads to is replaced,
-/// or made, not the link; a device or a pipe is never replaced but written to. Otherwise: over the old content;
-/// on failure the file may have any part of the bytes. False when the data is nil or the file cannot be written
-/// whole.
+/// the old file's permissions and extended attributes; on failure the old file is as it was. What a symbolic
+/// link leads to is replaced, or made, not the link; a device or a pipe is never replaced but written to.
+/// Otherwise: over the old content; on failure the file may have any part of the bytes. False when the data is
+/// nil or the file cannot be written whole.
 bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically);
 
 }  // namespace nimbo
