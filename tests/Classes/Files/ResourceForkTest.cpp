@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Files/ResourceFork.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "Classes/Files/ResourceMap.hpp"
+#include "platform/Foundation/System/AppleDouble.hpp"
+#include "platform/Foundation/System/ExtendedAttributes.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+
+namespace nimbo {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+constexpr OSType kText = 0x54455854, kURL = 0x75726c20;
+const NSString kForkAttribute = u"user.org.netatalk.ResourceFork"_ns;
+const NSString kForkStream = u"user.DosStream.AFP_Resource:$DATA"_ns;
+
+NSData bytes(std::string_view text) {
+  return NSData::dataWithBytes(text.data(), text.size());
+}
+
+/// Two types, of which the first has two resources; the second one of these has the same content as that of the
+/// other type.
+constexpr std::string_view kFork =
+    "\0\0\0\x10\0\0\0\x20\0\0\0\x10\0\0\0\x57"  // Data at 16, map at 32, their lengths 16 and 87.
+    "\0\0\0\5hello\0\0\0\3url"
+    "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"  // At 32: what means something in memory only.
+    "\0\x80\0\x1c\0\x52"                            // Attributes; types at 28 of the map, names at 82.
+    "\0\1"                                          // At 60: one type less than there are.
+    "TEXT\0\1\0\x12"                                // Resources at 18 of the type list.
+    "url \0\0\0\x2a"
+    "\0\x80\0\0\x20\0\0\0\0\0\0\0"  // At 78: number 128, name at 0, purgeable, content at 0.
+    "\xff\xff\xff\xff\0\0\0\x09\0\0\0\0"
+    "\1\0\xff\xff\0\0\0\x09\0\0\0\0"
+    "\4n\x8ame"sv;  // At 114.
+
+TEST(ResourceMap, IsReadByteByByte) {
+  const auto map = ResourceMap::resourceMapWithData(bytes(kFork));
+  ASSERT_TRUE(map);
+  EXPECT_EQ(map->attributes, 0x80);
+  ASSERT_EQ(map->resources.size(), 3u);
+  const auto &[type, ID, attributes, name, data] = map->resources[0];
+  EXPECT_EQ(type, kText);
+  EXPECT_EQ(ID, 128);
+  EXPECT_EQ(attributes, 0x20);
+  EXPECT_EQ(name, u"n\u00e4me"_ns);
+  EXPECT_EQ(data, bytes("hello"));
+  EXPECT_EQ(map->resources[1].ID, -1);
+  EXPECT_FALSE(map->resources[1].name);
+  EXPECT_EQ(map->resources[1].data, bytes("url"));
+  EXPECT_EQ(map->resources[2].type, kURL);
+  EXPECT_EQ(map->resources[2].ID, 256);
+  EXPECT_EQ(map->resources[2].data, bytes("url"));
+}
+
+TEST(ResourceMap, IsNilWhenItLeadsOutOfItsAreas) {
+  struct Change {
+    std::size_t offset;
+    std::string_view bytes;
+  };
+  const Change hostile[] = {
+      {3, "\x0f"},              // Contents in the header.
+      {3, "\x11"},              // Contents that overlap the map.
+      {7, "\x1f"},              // A map that overlaps the contents.
+      {4, "\xff\xff\xff\xff"},  // A map behind the end.
+      {8, "\xff\xff\xff\xff"},  // Lengths that overflow.
+      {12, "\xff\xff\xff\xff"},
+      {11, "\x0f"},          // An area of contents that cuts the last one.
+      {15, "\x56"},          // A map that cuts the last name.
+      {15, "\x1b"},          // One that cuts its own header.
+      {16, "\xff"},          // A content that is longer than its area.
+      {56, "\xff\xff"},      // A list of types behind the map.
+      {58, "\xff\xff"},      // A list of names behind the map.
+      {60, "\0\7"sv},        // More types than bytes.
+      {66, "\xff\xfe"},      // 65535 resources.
+      {66, "\0\4"sv},        // More resources of all types than bytes.
+      {68, "\xff\xff"},      // Resources behind the map.
+      {80, "\x7f\xff"},      // A name behind the map.
+      {83, "\xff\xff\xff"},  // A content behind its area.
+      {114, "\5"},           // A name that is longer than the map.
+  };
+  for (const Change &change : hostile) {
+    std::string changed(kFork);
+    changed.replace(change.offset, change.bytes.size(), change.bytes);
+    EXPECT_FALSE(ResourceMap::resourceMapWithData(bytes(changed))) << change.offset;
+  }
+  for (std::size_t length = 0; length < kFork.size(); ++length)
+    EXPECT_FALSE(ResourceMap::resourceMapWithData(bytes(kFork.substr(0, length)))) << length;
+  EXPECT_FALSE(ResourceMap::resourceMapWithData(NSData()));
+
+  // Whatever else a byte becomes, it is read, and what is read is written.
+  for (std::size_t i = 0; i < kFork.size(); ++i) {
+    for (const int value : {0x00, 0x01, 0x7f, 0x80, 0xff}) {
+      std::string changed(kFork);
+      changed[i] = static_cast<char>(value);
+      if (const auto map = ResourceMap::resourceMapWithData(bytes(changed))) {
+        const auto again = ResourceMap::resourceMapWithData(map->data());
+        ASSERT_TRUE(again) << i;
+        EXPECT_EQ(again->resources.size(), map->resources.size()) << i;
+      }
+    }
+  }
+}
+
+TEST(ResourceMap, IsWrittenByteByByte) {
+  ResourceMap map = {.attributes = 0x80, .reserved = {}, .resources = {}};
+  map.resources = {
+      {.type = kText, .ID = 128, .attributes = 0x20, .name = u"n\u00e4me"_ns, .data = bytes("hello")},
+      {.type = kURL, .ID = 256, .data = bytes("url")},
+      {.type = kText, .ID = -1, .data = NSData::data()}};
+  const std::string header = "\0\0\1\0\0\0\1\x14\0\0\0\x14\0\0\0\x57"s;
+  const std::string expected = header + std::string(240, '\0') +
+                               std::string("\0\0\0\5hello\0\0\0\3url\0\0\0\0"sv) + header +
+                               std::string(
+                                   "\0\0\0\0\0\0\0\x80\0\x1c\0\x52"
+                                   "\0\1TEXT\0\1\0\x12url \0\0\0\x2a"
+                                   "\0\x80\0\0\x20\0\0\0\0\0\0\0"
+                                   "\xff\xff\xff\xff\0\0\0\x10\0\0\0\0"
+                                   "\1\0\xff\xff\0\0\0\x09\0\0\0\0"
+                                   "\4n\x8ame"sv);
+  EXPECT_EQ(map.data(), bytes(expected));
+  const auto again = ResourceMap::resourceMapWithData(map.data()).value();
+  EXPECT_EQ(again.reserved, bytes(std::string(240, '\0')));
+  EXPECT_EQ(ResourceMap::resourceMapWithData(again.data())->data(), again.data());
+}
+
+TEST(ResourceMap, HasLimits) {
+  const auto fits = [](std::vector<Resource> resources) {
+    return static_cast<bool>(
+        ResourceMap{.attributes = 0, .reserved = {}, .resources = std::move(resources)}.data());
+  };
+  const NSData half = bytes(std::string((8u << 20) - 4, 'x'));
+  EXPECT_TRUE(fits({{.type = kText, .ID = 1, .data = half}, {.type = kText, .ID = 2, .data = half}}));
+  EXPECT_FALSE(fits({{.type = kText, .ID = 1, .data = half},
+                     {.type = kText, .ID = 2, .data = half},
+                     {.type = kText, .ID = 3, .data = bytes("")}}));
+  EXPECT_TRUE(
+      fits({{.type = kText, .name = NSString::stringWithUTF8String(std::string(255, 'x')), .data = half}}));
+  EXPECT_FALSE(
+      fits({{.type = kText, .name = NSString::stringWithUTF8String(std::string(256, 'x')), .data = half}}));
+  EXPECT_FALSE(fits({{.type = kText, .name = u"\u4e00"_ns, .data = half}}));
+  std::vector<Resource> many(5457, {.type = kText, .data = bytes("")});
+  EXPECT_TRUE(fits(many));
+  many.resize(many.size() + 3, many.front());
+  EXPECT_FALSE(fits(many));
+}
+
+TEST(ResourceFork, IsWrittenToTheAttributeOrBesideTheFile) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("page\xff", "content"), companion = folder.string("._page\xff");
+  EXPECT_FALSE(ResourceFork::resourceForkForReadingAtPath(file));
+  auto fork = ResourceFork::resourceForkForWritingAtPath(file).value();
+  ASSERT_TRUE(fork.addString(u"http://example.org/\u00e4"_ns, kURL, 256));
+  ASSERT_TRUE(fork.addData(bytes("text"), kText, -5));
+  EXPECT_TRUE(extendedAttribute(file, kForkAttribute, true));
+  EXPECT_FALSE(fs::exists(folder.path() / "._page\xff"));
+
+  // Every place holds what the last change made of the fork, and the other place nothing.
+  const NSData large = bytes(std::string(200'000, 'x'));
+  for (const NSData &data : {large, bytes("small"), large}) {
+    ASSERT_TRUE(fork.addData(data, kText, 7));
+    const bool isBeside = data == large;
+    EXPECT_EQ(static_cast<bool>(extendedAttribute(file, kForkAttribute, true)), !isBeside);
+    EXPECT_EQ(fs::exists(folder.path() / "._page\xff"), isBeside);
+    const auto read = ResourceFork::resourceForkForReadingAtPath(file).value();
+    EXPECT_EQ(read.resources().size(), 3u);
+    EXPECT_EQ(read.dataForType(kURL, 256), bytes("http://example.org/\xc3\xa4"));
+    EXPECT_EQ(read.dataForType(kText, -5), bytes("text"));
+    EXPECT_EQ(read.dataForType(kText, 7), data);
+    EXPECT_FALSE(read.dataForType(kText, 8));
+  }
+  EXPECT_EQ(NSData::dataWithContentsOfFile(file).view(), "content");
+
+  EXPECT_FALSE(fork.removeType(kText, 8));
+  for (const auto &[type, ID] : {std::pair(kText, 7), {kURL, 256}, {kText, -5}})
+    EXPECT_TRUE(fork.removeType(type, static_cast<std::int16_t>(ID)));
+  EXPECT_FALSE(fs::exists(folder.path() / "._page\xff"));
+  EXPECT_EQ(extendedAttributeNames(file, true)->size(), 0u);
+  EXPECT_FALSE(ResourceFork::resourceForkForReadingAtPath(file));
+}
+
+TEST(ResourceFork, KeepsNamesAttributesAndTheCompanionsOtherEntries) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", "");
+  AppleDouble companion = AppleDouble::companion();
+  companion.setEntry(AppleDouble::kComment, bytes("comment"));
+  companion.setEntry(AppleDouble::kResourceFork, bytes(kFork));
+  folder.write("._file", companion.data().view());
+  fs::create_symlink("file", folder.path() / "link");
+  auto fork = ResourceFork::resourceForkForWritingAtPath(folder.string("link")).value();
+  ASSERT_TRUE(fork.addData(bytes(std::string(100'000, 'x')), kText, 128));
+  const auto beside =
+      AppleDouble::appleDoubleWithData(NSData::dataWithContentsOfFile(folder.string("._file"))).value();
+  EXPECT_EQ(beside.entry(AppleDouble::kComment), bytes("comment"));
+  const auto map = ResourceMap::resourceMapWithData(beside.entry(AppleDouble::kResourceFork)).value();
+  EXPECT_EQ(map.attributes, 0x80);
+  EXPECT_EQ(map.resources[0].name, u"n\u00e4me"_ns);
+  EXPECT_EQ(map.resources[0].attributes, 0x20);
+  EXPECT_EQ(map.resources[0].data.length(), 100'000u);
+}
+
+TEST(ResourceFork, IsReadFromAllPlacesInTheirOrder) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", "");
+  const auto forkWith = [](std::string_view text) {
+    return ResourceMap{.attributes = 0, .reserved = {}, .resources = {{.type = kText, .data = bytes(text)}}}
+        .data();
+  };
+  const auto found = [&] {
+    return ResourceFork::resourceForkForReadingAtPath(file).value().dataForType(kText, 0);
+  };
+  ASSERT_TRUE(
+      setExtendedAttribute(file, kForkStream, bytes(std::string(forkWith("stream").view()) + '\0'), true));
+  EXPECT_EQ(found(), bytes("stream"));
+  AppleDouble companion = AppleDouble::companion();
+  companion.setEntry(AppleDouble::kResourceFork, forkWith("beside"));
+  folder.write("._file", companion.data().view());
+  EXPECT_EQ(found(), bytes("beside"));
+  ASSERT_TRUE(setExtendedAttribute(file, kForkAttribute, forkWith("attribute"), true));
+  EXPECT_EQ(found(), bytes("attribute"));
+}
+
+TEST(ResourceFork, SaysWhyThereIsNone) {
+  const TemporaryFolder folder;
+  const NSString damaged = folder.write("damaged", ""), foreign = folder.write("foreign", "");
+  ASSERT_TRUE(setExtendedAttribute(damaged, kForkAttribute, bytes("no fork"), true));
+  const NSString note = folder.write("._foreign", "a user's own note");
+  const std::pair<NSString, ErrorCode> cases[] = {
+      {folder.string("missing"), ErrorCode::noSuchFile},
+      {NSString(), ErrorCode::noSuchFile},
+      {damaged, ErrorCode::damaged},
+      {foreign, ErrorCode::damaged},
+  };
+  for (const auto &[path, code] : cases) {
+    for (const auto open :
+         {ResourceFork::resourceForkForReadingAtPath, ResourceFork::resourceForkForWritingAtPath}) {
+      NSError error;
+      EXPECT_FALSE(open(path, &error)) << path.UTF8String();
+      EXPECT_EQ(error.errorCode(), code) << path.UTF8String();
+    }
+  }
+  EXPECT_EQ(NSData::dataWithContentsOfFile(note).view(), "a user's own note");
+
+  const NSString file = folder.write("file", "");
+  auto fork = ResourceFork::resourceForkForWritingAtPath(file).value();
+  EXPECT_FALSE(fork.addData(NSData(), kText, 1));
+  EXPECT_FALSE(fork.addString(NSString(), kText, 1));
+  EXPECT_FALSE(fork.addData(bytes(std::string(17u << 20, 'x')), kText, 1));
+  ASSERT_TRUE(fork.addData(NSData::data(), kText, 1));
+  EXPECT_FALSE(ResourceFork::resourceForkForReadingAtPath(file).value().addData(bytes("x"), kText, 1));
+}
+
+TEST(HFSFileTypes, AreFourCharactersInQuotes) {
+  const std::pair<OSType, NSString> cases[] = {{0, u"''"_ns},
+                                               {kText, u"'TEXT'"_ns},
+                                               {0x8a20ff27, u"'\u00e4 \u02c7''"_ns},
+                                               {0x00000001, u"'\0\0\0\1'"_ns}};
+  for (const auto &[code, text] : cases) {
+    EXPECT_EQ(NSFileTypeForHFSTypeCode(code), text);
+    EXPECT_EQ(NSHFSTypeCodeFromFileType(text), code);
+  }
+  for (const NSString &text :
+       {NSString(), u"TEXT"_ns, u"'TEX'"_ns, u"'TEXTS'"_ns, u"'TEXT"_ns, u"'\u4e00bcd'"_ns})
+    EXPECT_EQ(NSHFSTypeCodeFromFileType(text), 0u);
+}
+
+}  // namespace
+}  // namespace nimbo
