@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "platform/Foundation/System/ForkStorage.hpp"
 #include "Classes/Files/ResourceMap.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/System/ForkStorage.hpp"
 
 namespace nimbo {
 namespace {
