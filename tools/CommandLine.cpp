@@ -29,16 +29,20 @@ const std::string &checkedChoice(const Option &option, const std::string &value)
   throw UsageError("'" + value + "' is not a value of --" + option.name + ", which is " + words);
 }
 
-/// Sets the field of an option; a switch has no value.
+/// Sets the field of an option; a switch has no value, and only a pair has a second one.
 struct Setter {
   const Option &option;
   const std::string &value;
+  const std::string &secondValue;
   CommonOptions *options;
 
   void operator()(bool CommonOptions::*field) const { options->*field = true; }
   void operator()(double CommonOptions::*field) const { options->*field = secondsFromText(value); }
   void operator()(std::optional<std::string> CommonOptions::*field) const {
     options->*field = checkedChoice(option, value);
+  }
+  void operator()(std::optional<TextPair> CommonOptions::*field) const {
+    options->*field = TextPair(value, secondValue);
   }
   void operator()(std::vector<std::string> CommonOptions::*field) const {
     (options->*field).push_back(checkedChoice(option, value));
@@ -94,7 +98,7 @@ Operands readOptions(const std::vector<std::string> &arguments, const std::vecto
     }
     const std::size_t equals = word.find('=');
     const Option &option = optionOfWord(word.substr(0, equals), accepted);
-    std::string value;
+    std::string value, secondValue;
     if (equals != std::string::npos) {
       if (!option.valueName) throw UsageError(std::string("option '--") + option.name + "' takes no value");
       value = word.substr(equals + 1);
@@ -102,7 +106,11 @@ Operands readOptions(const std::vector<std::string> &arguments, const std::vecto
       if (++i == arguments.size()) throw UsageError("option '" + word + "' needs a value");
       value = arguments[i];
     }
-    std::visit(Setter{option, value, options}, option.field);
+    if (std::holds_alternative<std::optional<TextPair> CommonOptions::*>(option.field)) {
+      if (++i == arguments.size()) throw UsageError("option '" + word + "' needs two values");
+      secondValue = arguments[i];
+    }
+    std::visit(Setter{option, value, secondValue, options}, option.field);
   }
   return operands;
 }

@@ -25,15 +25,18 @@ struct CommonOptions {
   bool version = false;
 };
 
+/// Two words behind one option.
+using TextPair = std::pair<std::string, std::string>;
+
 /// The longest time that --timeout takes.
 inline constexpr double kMaximumTimeoutSeconds = 86400.0;
 
-/// An option as it is typed, and the field that it sets: a switch, a number of seconds, a text of which the
-/// last one given counts, or a list of texts, one for each time that the option is given.
+/// An option as it is typed, and the field that it sets: a switch, a number of seconds, a text or a pair of
+/// texts of which the last one given counts, or a list of texts, one for each time that the option is given.
 struct Option {
   const char *name;
   std::variant<bool CommonOptions::*, double CommonOptions::*, std::optional<std::string> CommonOptions::*,
-               std::vector<std::string> CommonOptions::*>
+               std::optional<TextPair> CommonOptions::*, std::vector<std::string> CommonOptions::*>
       field;
   /// For the help text, where it stands behind the option's name; null for a switch.
   const char *valueName;

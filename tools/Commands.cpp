@@ -10,6 +10,7 @@
 #include "tools/HelperCommands.hpp"
 #include "tools/MarkupCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
+#include "tools/ResourceForkCommands.hpp"
 #include "tools/RichTextCommands.hpp"
 #include "tools/URLCommands.hpp"
 #include "tools/WebArchiveCommands.hpp"
@@ -19,9 +20,9 @@ namespace nimbo {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
-    for (const auto *more :
-         {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
-          &markupCommands(), &entityCommands(), &charsetCommands(), &urlCommands(), &helpCommands()})
+    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(),
+                             &plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(),
+                             &urlCommands(), &resourceForkCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

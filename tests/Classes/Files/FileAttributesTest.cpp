@@ -166,12 +166,6 @@ TEST(FileAttributes, ThatCannotBeChangedAreLogged) {
       [](const NSString &path) { return setFileLocked(true, path); },
       [](const NSString &path) { return setFinderComment(u"x"_ns, path); },
       [](const NSString &path) { return setFinderLabel(1, path); },
-      [](const NSString &path) {
-        return setFinderLabels({{path, 1}});
-      },
-      [](const NSString &path) {
-        return setFileComments({{path, u"x"_ns}});
-      },
       [](const NSString &path) { return setExtendedAttributeNamed(NSData::data(), u"user.x"_ns, path); },
   };
   for (const Change &change : changes) {
