@@ -21,8 +21,8 @@ constexpr double kRuleFontSize = 4;
 
 /// Whether nothing in the element is shown, but perhaps something in place of it.
 bool hidesContent(const HTMLNode &node) {
-  static constexpr HTMLAtom kHiding[] = {"audio"_atom,  "canvas"_atom, "embed"_atom,    "frame"_atom,
-                                         "iframe"_atom, "meter"_atom,  "progress"_atom, "video"_atom};
+  static constexpr HTMLAtom kHiding[] = {"audio"_atom, "embed"_atom,    "frame"_atom, "iframe"_atom,
+                                         "meter"_atom, "progress"_atom, "video"_atom};
   return std::ranges::find(kHiding, node.name) != std::end(kHiding);
 }
 
