@@ -125,6 +125,8 @@ bool WebResourceLoader::begin(Request &request) {
 
 bool WebResourceLoader::beginRemote(Request &request) {
   if (!isHTTP(request.URL)) return fail(request, "its scheme is not loaded");
+  // The library would take the first part of the path for the host, which no delegate was asked about.
+  if (request.URL.host().length() == 0) return fail(request, "it has no host");
   if (!CurlLibrary::shared()) return fail(request, "libcurl is missing");
   return transfers_.start(request.place, request.URL) || fail(request, "it cannot be asked for");
 }

@@ -72,10 +72,17 @@ TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
   const TemporaryFolder folder;
   const NSString file = folder.write("a b.txt", "of a file");
   const NSURL urls[] = {
-      url(server.url("/moved")), NSURL::fileURLWithPath(file), url("data:,x"),
-      url(server.url("/gone")),  url(server.url("/loop")),     url(server.url("/file")),
-      url("ftp://127.0.0.1/x"),  url("file:///no/such/file"),  NSURL(),
+      url(server.url("/moved")),
+      NSURL::fileURLWithPath(file),
+      url("data:,x"),
+      url(server.url("/gone")),
+      url(server.url("/loop")),
+      url(server.url("/file")),
+      url("ftp://127.0.0.1/x"),
+      url("file:///no/such/file"),
+      NSURL(),
       url("file:///dev/zero"),
+      url("http:/" + server.url("/sheet").substr(7)),
   };
   WebResourceLoader loader({}, {Deadline::after(20)}, {});
   const std::vector<WebResource> resources = loader.load(urls);
@@ -86,7 +93,7 @@ TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
   EXPECT_EQ(resources[1].data().view(), "of a file");
   EXPECT_EQ(resources[2].data().view(), "x");
   for (std::size_t index = 3; index < std::size(urls); ++index) EXPECT_FALSE(resources[index]) << index;
-  EXPECT_EQ(loader.failures().size(), 7U);
+  EXPECT_EQ(loader.failures().size(), 8U);
 }
 
 TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
