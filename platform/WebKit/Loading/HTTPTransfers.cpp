@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/WebKit/Loading/CurlLibrary.hpp"
+#include "platform/WebKit/Loading/References.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -25,6 +26,13 @@ curl_socket_t openSocket(void *limits, curlsocktype, curl_sockaddr *address) {
   const auto &mayConnect = static_cast<HTTPTransfers::Limits *>(limits)->mayConnect;
   if (mayConnect && !mayConnect(address->addr)) return CURL_SOCKET_BAD;
   return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
+/// Servers write characters that no URL may have, as pages do.
+NSURL URLOfRedirect(const char *text) {
+  const NSString string = NSString::stringWithLossyUTF8String(text);
+  if (NSURL url = NSURL::URLWithString(string)) return url;
+  return URLOfReference(string.view(), NSURL());
 }
 
 }  // namespace
@@ -137,7 +145,7 @@ HTTPAnswer HTTPTransfers::take(void *handle, std::string failure) {
     answer.contentType = text;
   text = nullptr;
   if (CurlLibrary::shared()->easy_getinfo(handle, CURLINFO_REDIRECT_URL, &text) == CURLE_OK && text)
-    answer.redirectURL = NSURL::URLWithString(NSString::stringWithUTF8String(text));
+    answer.redirectURL = URLOfRedirect(text);
   answer.failure = place->second->isTooLarge ? "it is too large" : std::move(failure);
   CurlLibrary::shared()->multi_remove_handle(multi_.get(), handle);
   transfers_.erase(place);

@@ -15,7 +15,8 @@
 namespace nimbo::detail {
 namespace {
 
-constexpr int kFirstFailedStatus = 400;
+/// Redirects that lead nowhere, too.
+constexpr int kFirstFailedStatus = 300;
 
 bool isHTTP(const NSURL &url) {
   const NSString scheme = lowercaseString(url.scheme());

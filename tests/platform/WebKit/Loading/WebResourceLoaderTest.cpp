@@ -68,21 +68,15 @@ TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
   server.answer("/moved", "HTTP/1.0 302 Found\r\nLocation: /sheet\r\n\r\n");
   server.answer("/gone", "HTTP/1.0 404 Not Found\r\n\r\nnothing here");
   server.answer("/loop", "HTTP/1.0 301 Moved\r\nLocation: /loop\r\n\r\n");
+  server.answer("/lost", "HTTP/1.0 302 Found\r\nLocation: http://[\r\n\r\nnothing here");
   server.answer("/file", "HTTP/1.0 301 Moved\r\nLocation: file:///etc/hostname\r\n\r\n");
   const TemporaryFolder folder;
   const NSString file = folder.write("a b.txt", "of a file");
   const NSURL urls[] = {
-      url(server.url("/moved")),
-      NSURL::fileURLWithPath(file),
-      url("data:,x"),
-      url(server.url("/gone")),
-      url(server.url("/loop")),
-      url(server.url("/file")),
-      url("ftp://127.0.0.1/x"),
-      url("file:///no/such/file"),
-      NSURL(),
-      url("file:///dev/zero"),
-      url("http:/" + server.url("/sheet").substr(7)),
+      url(server.url("/moved")), NSURL::fileURLWithPath(file), url("data:,x"),
+      url(server.url("/gone")),  url(server.url("/loop")),     url(server.url("/file")),
+      url("ftp://127.0.0.1/x"),  url("file:///no/such/file"),  NSURL(),
+      url("file:///dev/zero"),   url(server.url("/lost")),     url("http:/" + server.url("/sheet").substr(7)),
   };
   WebResourceLoader loader({}, {Deadline::after(20)}, {});
   const std::vector<WebResource> resources = loader.load(urls);
@@ -93,7 +87,7 @@ TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
   EXPECT_EQ(resources[1].data().view(), "of a file");
   EXPECT_EQ(resources[2].data().view(), "x");
   for (std::size_t index = 3; index < std::size(urls); ++index) EXPECT_FALSE(resources[index]) << index;
-  EXPECT_EQ(loader.failures().size(), 8U);
+  EXPECT_EQ(loader.failures().size(), 9U);
 }
 
 TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
@@ -108,7 +102,12 @@ TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
   EXPECT_EQ(loaded(loader, server.url("/refused")), "nil");
   EXPECT_EQ(gate->asked, (std::vector<std::string>{"/a", "/away", "307 /refused", "/refused"}));
   EXPECT_EQ(server.requests("/refused"), 0);
-  ASSERT_EQ(loader.failures().size(), 2U);
+  server.answer("/idn",
+                "HTTP/1.0 302 Found\r\nLocation: http://b\xC3\xBC"
+                "cher.example/refused\r\n\r\n");
+  EXPECT_EQ(loaded(loader, server.url("/idn")), "nil");
+  EXPECT_EQ(gate->asked.back(), "302 /refused");
+  ASSERT_EQ(loader.failures().size(), 3U);
   EXPECT_EQ(loader.failures()[0].URL.path().UTF8String(), "/refused");
   gate->mayConnect = false;
   EXPECT_EQ(loaded(loader, server.url("/a", "localhost")), "nil");
