@@ -106,12 +106,15 @@ struct ChildProcess::State {
   std::size_t outputLimit = 0;
   std::optional<ChildReport> end;
 
-  std::optional<ChildReport> receiveReport() const {
+  std::optional<ChildReport> receiveReport() {
     ChildReport report;
     ssize_t got = 0;
     while ((got = ::recv(reports.get(), &report, sizeof report, 0)) < 0 && errno == EINTR) {
     }
-    return got == sizeof report ? std::optional(report) : std::nullopt;
+    if (got == sizeof report) return report;
+    // A supervisor that was killed has none more.
+    if (got >= 0 || errno != EAGAIN) reports.close();
+    return std::nullopt;
   }
   /// Keeps the end of the standard error.
   void readError() {
@@ -221,10 +224,7 @@ std::unique_ptr<ChildProcess> ChildProcess::start(const ChildProgram &program, c
 }
 
 bool ChildProcess::isRunning() {
-  if (!state_->end && state_->reports) {
-    state_->end = state_->receiveReport();
-    if (!state_->end && errno != EAGAIN) state_->reports.close();
-  }
+  if (!state_->end && state_->reports) state_->end = state_->receiveReport();
   return !state_->end && state_->reports;
 }
 

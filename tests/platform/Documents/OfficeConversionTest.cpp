@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Documents/OfficeConversion.hpp"
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
+#include <vector>
 
+#include "tests/support/Processes.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -28,23 +27,14 @@ std::string flat(const std::string &body, const std::string &scripts = "") {
          "</office:text></office:body></office:document>";
 }
 
-pid_t parentOf(pid_t process) {
-  std::ifstream status("/proc/" + std::to_string(process) + "/status");
-  for (std::string line; std::getline(status, line);)
-    if (line.starts_with("PPid:")) return std::stoi(line.substr(5));
-  return 0;
-}
-
 /// The processes of a program that a supervisor of this process has started.
 std::vector<pid_t> processesOf(const std::string &program) {
   std::vector<pid_t> found;
-  for (const auto &entry : std::filesystem::directory_iterator("/proc")) {
-    const std::string name = entry.path().filename();
+  for (const pid_t process : allProcesses()) {
     std::error_code error;
-    if (name.find_first_not_of("0123456789") == std::string::npos &&
-        std::filesystem::read_symlink(entry.path() / "exe", error) == program &&
-        parentOf(parentOf(std::stoi(name))) == ::getpid())
-      found.push_back(std::stoi(name));
+    const std::string link = "/proc/" + std::to_string(process) + "/exe";
+    if (std::filesystem::read_symlink(link, error) == program && parentOf(parentOf(process)) == ::getpid())
+      found.push_back(process);
   }
   return found;
 }

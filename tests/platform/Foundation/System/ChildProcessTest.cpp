@@ -15,6 +15,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -24,6 +26,7 @@
 #include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/Foundation/System/PrivateFolder.hpp"
 #include "tests/support/Interruptions.hpp"
+#include "tests/support/Processes.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -356,6 +359,23 @@ TEST_F(ChildProcessTest, TellsWhyAWarmChildGaveNoReply) {
     EXPECT_FALSE(child->isRunning());
     EXPECT_FALSE(child->exchange("again", Deadline::after(1), &error));
   }
+}
+
+TEST_F(ChildProcessTest, NoticesThatItsSupervisorWasKilled) {
+  NSError error;
+  const auto child = ChildProcess::start(probe("serve"), confinement_, &error);
+  ASSERT_TRUE(child) << error.localizedFailureReason.UTF8String();
+  const auto processes = allProcesses();
+  const auto supervisor =
+      std::ranges::find_if(processes, [](pid_t process) { return parentOf(process) == ::getpid(); });
+  ASSERT_NE(supervisor, processes.end());
+  ::kill(*supervisor, SIGKILL);
+  siginfo_t info = {};
+  ::waitid(P_PID, static_cast<id_t>(*supervisor), &info, WEXITED | WNOWAIT);
+  // As some call before may have left it.
+  errno = EAGAIN;
+  EXPECT_FALSE(child->exchange("hang", Deadline::after(60), &error));
+  EXPECT_EQ(error.localizedFailureReason.UTF8String(), "the program was ended from outside");
 }
 
 std::ptrdiff_t openDescriptors() {
