@@ -164,10 +164,10 @@ std::vector<std::string> HelperClient::helperArguments() const {
 }
 
 Answer HelperClient::call(const NSString &selector, const NSDictionary &arguments) {
-  NSString error;
+  NSError error;
   const ConnectionRequest request = {++serial_, selector, arguments};
   const std::vector<NSData> pieces = encodeMessage(request, &error);
-  if (pieces.empty()) return failure(Status::invalid, error.UTF8String());
+  if (pieces.empty()) return failure(Status::invalid, error.localizedFailureReason.UTF8String());
   workSeconds_ = options_.timeoutSeconds + (selector.view() == kPageSelector ? kPageLoadSeconds : 0);
   const Deadline waiting = Deadline::after(options_.waitingSeconds);
   for (int attempt = 1; attempt <= kAttempts; ++attempt) {

@@ -14,18 +14,21 @@ namespace {
 
 using Pieces = std::vector<NSData>;
 
-Pieces encode(const NSDictionary &message, NSString *error) {
+Pieces encode(const NSDictionary &message, NSError *error) {
   try {
     Pieces pieces = binaryPiecesWithPropertyList(message);
     const std::size_t length = lengthOfPieces(pieces);
-    if (length > kMaximumMessageBytes) throw PropertyListError{"The message is too large"};
+    if (length > kMaximumMessageBytes) {
+      setError(error, ErrorCode::tooLarge, "the message is too large");
+      return {};
+    }
     const std::uint8_t announced[kMessageLengthBytes] = {
         static_cast<std::uint8_t>(length >> 24), static_cast<std::uint8_t>(length >> 16),
         static_cast<std::uint8_t>(length >> 8), static_cast<std::uint8_t>(length)};
     pieces.insert(pieces.begin(), NSData::dataWithBytes(announced, sizeof announced));
     return pieces;
   } catch (const PropertyListError &failure) {
-    if (error) *error = NSString::stringWithLossyUTF8String(failure.reason);
+    setError(error, ErrorCode::other, failure.reason);
     return {};
   }
 }
@@ -74,10 +77,10 @@ bool readReply(const NSDictionary &message, ConnectionReply *reply) {
 
 }  // namespace
 
-std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error) {
+std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSError *error) {
   if (!request.selector || !crossAsArguments(request.arguments)) {
-    if (error)
-      *error = u"A request needs a selector, and arguments that are booleans, numbers, strings or data"_ns;
+    setError(error, ErrorCode::other,
+             "A request needs a selector, and arguments that are booleans, numbers, strings or data");
     return {};
   }
   return encode({{u"Request"_ns, request.serial},
@@ -86,7 +89,7 @@ std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *er
                 error);
 }
 
-std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error) {
+std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSError *error) {
   NSDictionary message{{u"Reply"_ns, reply.serial}};
   if (!reply.exceptionName) {
     message.setObject(reply.result, u"Result"_ns);

@@ -82,10 +82,10 @@ using ConnectionAnswer = std::variant<std::monostate, ConnectionGreeting, Connec
 
 /// The whole message of a request, length included, in pieces to be sent one after the other; large data is
 /// not copied. Empty when a value cannot be written, an argument is of a kind that does not cross, the
-/// selector is missing, or the message would be too large; `*error` then says why.
-std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSString *error = nullptr);
+/// selector is missing, or the message would be too large (`tooLarge`); `*error` then says why.
+std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSError *error = nullptr);
 /// The whole message of a reply, as above.
-std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSString *error = nullptr);
+std::vector<NSData> encodeMessage(const ConnectionReply &reply, NSError *error = nullptr);
 /// The whole message of a greeting; one that is not known has no parts.
 std::vector<NSData> encodeMessage(const ConnectionGreeting &greeting);
 /// The whole message that says that a request has begun.

@@ -310,16 +310,19 @@ ConnectionReply ConnectionServer::perform(const ConnectionRequest &request) {
 }
 
 void ConnectionServer::reply(Client &client, const ConnectionReply &reply) {
-  NSString error;
+  NSError error;
   std::vector<NSData> pieces;
   try {
     pieces = encodeMessage(reply, &error);
   } catch (const std::bad_alloc &) {
-    error = u"No memory for the answer"_ns;
+    setError(&error, ErrorCode::memoryLimit, "there is no memory for the answer");
   }
-  if (pieces.empty())
-    pieces = encodeMessage(
-        exceptionReply(reply.serial, NSString::stringWithCharacters(kGenericException), std::move(error)));
+  // There is no answer that large; one that cannot be written at all is a fault of the operation.
+  if (pieces.empty() && error.errorCode() != ErrorCode::other)
+    pieces = encodeMessage(ConnectionReply{reply.serial, id(), NSString(), NSString(), error});
+  else if (pieces.empty())
+    pieces = encodeMessage(exceptionReply(reply.serial, NSString::stringWithCharacters(kGenericException),
+                                          error.localizedFailureReason));
   const bool wasIdle = client.channel.pendingBytes() == 0;
   if (!client.channel.send(std::move(pieces))) return end(client);
   if (wasIdle && client.channel.pendingBytes() > 0)

@@ -162,11 +162,11 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
 
 TEST_F(NSConnectionTest, ObjectsDoNotCross) {
   const id object = makeShared<NSObject>();
-  NSString error;
+  NSError error;
   EXPECT_TRUE(encodeMessage(ConnectionRequest{1, u"a:"_ns, {{u"a"_ns, object}}}, &error).empty());
   EXPECT_TRUE(error);
   EXPECT_TRUE(encodeMessage(ConnectionReply{1, NSArray{object}, {}, {}}, &error).empty());
-  EXPECT_EQ(error, u"an object is no property list"_ns);
+  EXPECT_EQ(error.localizedFailureReason, u"an object is no property list"_ns);
 }
 
 TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
@@ -258,6 +258,16 @@ TEST_F(NSConnectionTest, AClientThatNeverReadsHoldsUpNobody) {
   EXPECT_LT(residentPages(helper), pages + (32 << 20) / 4096) << "replies pile up";
   EXPECT_TRUE(deaf.isEnded());
   EXPECT_TRUE(good.answers());
+}
+
+TEST_F(NSConnectionTest, AnAnswerThatIsTooLargeIsNil) {
+  startHelper();
+  RawClient client;
+  ASSERT_TRUE(client.send(request(u"bytes:"_ns, {{u"bytes"_ns, (512 << 20) + 1}})));
+  const auto reply = client.reply();
+  ASSERT_TRUE(reply);
+  EXPECT_FALSE(reply->exceptionName);
+  EXPECT_EQ(reply->error.errorCode(), ErrorCode::tooLarge);
 }
 
 TEST_F(NSConnectionTest, ManyRequestsAheadAreAllAnsweredInOrder) {
