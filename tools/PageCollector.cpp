@@ -50,11 +50,14 @@ const FileType *typeOfPath(std::u16string_view path, ReferenceKind kind) {
       {"xht", frame, u"application/xhtml+xml"_ns},
       {"xhtml", frame, u"application/xhtml+xml"_ns},
   };
+  const std::u16string_view name = path.substr(path.rfind(u'/') + 1);
+  const auto hasExtension = [](std::u16string_view file, std::string_view extension) {
+    return equalsASCIINoCase(file.substr(file.rfind(u'.') + 1), extension);
+  };
   // Saved pages keep the query of a URL in the names of files: "a.css?v=2".
-  const std::u16string_view name = path.substr(0, path.find(u'?'));
-  const std::u16string_view extension = name.substr(name.rfind(u'.') + 1);
   const auto found = std::ranges::find_if(types, [&](const FileType &type) {
-    return type.kind == kind && equalsASCIINoCase(extension, type.extension);
+    return type.kind == kind && (hasExtension(name, type.extension) ||
+                                 hasExtension(name.substr(0, name.find(u'?')), type.extension));
   });
   return found == std::end(types) ? nullptr : found;
 }

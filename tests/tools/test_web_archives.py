@@ -11,7 +11,7 @@ PAGE = """<!DOCTYPE html><title>Page</title><link rel="alternate STYLESHEET" hre
 <style>/* url(no.png) */ @import 'css/c.css'; p { background: url( "sub dir/e.png" ) }</style>
 <body background=d.gif style="background:url(&quot;d.gif&quot;)">Gr\u00fc\u00dfe<a href=other.html>no</a>
 <img src=sub%20dir/e.png#x srcset="f.png 1x, g.jpg, http://example.org/h.png 2x"><img src="data:image/gif;base64,R0">
-<picture><source srcset="caf\u00e9.webp 100w"></picture><input type=IMAGE src=d.gif><video poster=poster.avif></video>
+<picture><source srcset="caf\u00e9.webp 100w"></picture><input type=IMAGE src=what%3Fnow.png><video poster=poster.avif></video>
 <iframe name="a &amp; b" src=frame.html></iframe><iframe src=page.html></iframe><script src=code.js></script>"""
 FILES = {
     "css/b.css": '@charset "utf-8"; @import "c.css"; @import URL(missing.css) screen; p { background: url(../d.gif) }',
@@ -21,6 +21,7 @@ FILES = {
     "caf\u00e9.webp": "image w",
     "d.gif": "image d",
     "f.png": "image f",
+    "what?now.png": "image q",
     "poster.avif": "image p",
     "frame.html": "<base href=css/><p>In the frame<img src=../d.gif><iframe src=../inner.xhtml></iframe>",
     "inner.xhtml": "<p>inside",
@@ -58,7 +59,7 @@ class WebArchiveTest(CommandTestCase):
     def test_a_page_is_collected_with_all_that_it_shows(self):
         archive = self.create("page.html", "g.jpg", "http://example.org/h.png", "missing.css", "page.html")
         inner = ("inner.xhtml", [], [])
-        resources = ["caf%C3%A9.webp", "css/b.css", "css/c.css", "css/f.woff2", "d.gif", "f.png", "poster.avif", "sub%20dir/e.png"]
+        resources = ["caf%C3%A9.webp", "css/b.css", "css/c.css", "css/f.woff2", "d.gif", "f.png", "poster.avif", "sub%20dir/e.png", "what%3Fnow.png"]
         self.assertEqual(names(archive, self.folder), ("page.html", resources, [("frame.html", ["d.gif"], [inner])]))
         main, frame = archive["WebMainResource"], archive["WebSubframeArchives"][0]["WebMainResource"]
         self.assertEqual((main["WebResourceData"].decode(), main["WebResourceTextEncodingName"]), (PAGE, "UTF-8"))
