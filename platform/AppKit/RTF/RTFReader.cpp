@@ -37,6 +37,9 @@ constexpr std::int64_t kMaximumParameter = std::int64_t{1} << 31;
 RTFReader::RTFReader(std::string_view bytes, const NSFileWrapper &attachments)
     : at_(bytes.data()), end_(bytes.data() + bytes.size()), attachments_(attachments) {
   for (const auto &[name, file] : attachments_.fileWrappers()) attachmentsByName_.emplace(name, file);
+  // The text calls them as they were called before they got harmless names of their own.
+  for (const auto &[name, file] : attachments_.fileWrappers())
+    if (const NSString given = file.preferredFilename()) attachmentsByName_.emplace(given, file);
 }
 
 bool RTFReader::isRTF(std::string_view bytes) {

@@ -200,10 +200,13 @@ TEST(RTFReader, RTFDAttachments) {
       {file("TXT.rtf",
             "{\\rtf1\\ansi a{{\\NeXTGraphic pic.png \\width200 \\height100 \\noorient\n}\\'ac}b{{\\NeXTGraphic "
             "link \\width0 "
-            "\\height0}\\'ac}{{\\NeXTGraphic ../pic.png}\\'ac}c}"),
-       file("pic.png", "1234"), NSFileWrapper::symbolicLinkWithDestination(u"/etc/passwd"_ns, u"link"_ns)});
-  EXPECT_EQ(describe(initWithRTFD(folder.serializedRepresentation())),
-            "[a]\n[\ufffc] file=pic.png bytes=4 shown=10x5\n[bc]\n");
+            "\\height0}\\'ac}{{\\NeXTGraphic ../pic.png}\\'ac}c{{\\NeXTGraphic PIC.png}\\'ac}}"),
+       file("pic.png", "1234"), file("PIC.png", "12345"),
+       NSFileWrapper::symbolicLinkWithDestination(u"/etc/passwd"_ns, u"link"_ns)});
+  const std::string expected = "[a]\n[\ufffc] file=pic.png bytes=4 shown=10x5\n[bc]\n";
+  EXPECT_EQ(describe(initWithRTFD(folder.serializedRepresentation())), expected);
+  // Beside the other it has another name in the folder.
+  EXPECT_EQ(describe(initWithRTFDFileWrapper(folder)), expected + "[\ufffc] file=PIC.png bytes=5\n");
   NSError error;
   EXPECT_FALSE(
       initWithRTFDFileWrapper(NSFileWrapper::directoryWithFileWrappers({file("x", "y")}), nullptr, &error));
