@@ -157,7 +157,7 @@ id QuiverleafHelper::writeRTFDData(const NSData &rtfd, const NSString &toFile, N
       setError(error, ErrorCode::other, "what is there is no RTFD folder, and stays");
       return false;
     }
-    return package && package.writeToFile(toFile, true);
+    return package && package.writeToFile(toFile, true, error);
   });
   return isWritten;
 }

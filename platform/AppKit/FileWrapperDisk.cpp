@@ -113,9 +113,12 @@ std::optional<std::string> makeUnderNewName(Make &&make) {
   return std::nullopt;
 }
 
+/// Keeps `errno`, which says why the tree is not needed.
 void removeTree(int folder, const std::string &name) {
+  const int reason = errno;
   std::error_code ignored;
   std::filesystem::remove_all("/proc/self/fd/" + std::to_string(folder) + "/" + name, ignored);
+  errno = reason;
 }
 
 bool writeFolderInto(int folder, const NSFileWrapper &wrapper, std::uint32_t depth);
@@ -139,11 +142,12 @@ bool writeLeaf(int folder, const std::string &name, const NSFileWrapper &wrapper
   });
   if (!temporary) return false;
   if (::renameat(folder, temporary->c_str(), folder, name.c_str()) == 0) return true;
-  ::unlinkat(folder, temporary->c_str(), 0);
+  removeTree(folder, *temporary);
   return false;
 }
 
 bool writeEntry(int folder, const std::string &name, const NSFileWrapper &wrapper, std::uint32_t depth) {
+  errno = ELOOP;
   if (depth > NSFileWrapper::kMaximumDepth) return false;
   if (!wrapper.isDirectory()) return writeLeaf(folder, name, wrapper);
   if (::mkdirat(folder, name.c_str(), kNewFolderMode) != 0 && errno != EEXIST) return false;
@@ -189,6 +193,7 @@ NSFileWrapper fileWrapperOfPath(const NSString &path, NSError *error) {
 
 bool writeFileWrapper(const NSFileWrapper &file, const NSString &path, Flag atomically) {
   const auto wanted = path.fileSystemRepresentation();
+  errno = EINVAL;
   if (!wanted) return false;
   // What a link at the path itself leads to is meant.
   std::error_code error;

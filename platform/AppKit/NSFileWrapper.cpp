@@ -2,6 +2,8 @@
 #include "platform/AppKit/NSFileWrapper.hpp"
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 
 #include "platform/AppKit/FileNames.hpp"
 #include "platform/AppKit/FileWrapperDisk.hpp"
@@ -104,8 +106,10 @@ NSData NSFileWrapper::serializedRepresentation() const {
   return isDirectory() ? serializedFolder(*this) : NSData();
 }
 
-bool NSFileWrapper::writeToFile(const NSString &path, Flag atomically) const {
-  return storage_ && writeFileWrapper(*this, path, atomically);
+bool NSFileWrapper::writeToFile(const NSString &path, Flag atomically, NSError *error) const {
+  if (!storage_ || writeFileWrapper(*this, path, atomically)) return static_cast<bool>(storage_);
+  setError(error, ErrorCode::other, "it cannot be written: " + std::generic_category().message(errno));
+  return false;
 }
 
 bool NSFileWrapper::operator==(const NSFileWrapper &other) const {

@@ -87,8 +87,8 @@ class NSFileWrapper {
   /// Writes it to the path. Atomically: under another name beside it, which then takes the place of what was
   /// there; on failure that is as it was. Otherwise: into what is there, file by file, each whole or not at
   /// all. A folder leaves the files of an old folder alone that it has no names for. False when anything cannot
-  /// be written.
-  bool writeToFile(const NSString &path, Flag atomically) const;
+  /// be written; `*error` says why.
+  bool writeToFile(const NSString &path, Flag atomically, NSError *error = nullptr) const;
 
   /// Whether this is not nil.
   explicit operator bool() const noexcept { return static_cast<bool>(storage_); }

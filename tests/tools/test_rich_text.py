@@ -126,9 +126,9 @@ class RichTextTest(CommandTestCase):
             (7, "missing: there is no such file", "html2rtfd", "missing", "-o", "out"),
             (3, "no.rtf: ", "rtfd", "no.rtf", "-o", "out"),
             (8, "strange.qqq: ", "rtfd", "strange.qqq", "-o", "out"),
-            *((6, "cannot be written", *command, "-o", place)
+            *((6, f"{place}: it cannot be written: {reason}", *command, "-o", place)
               for command in (("rtfd", "page.html"), ("html2rtfd", "page.html"), ("pdf", "--attributed", "a.pdf"))
-              for place in ("no folder/out", "file/out", "/proc/out")),
+              for place, reason in (("no folder/out", "No such file"), ("file/out", "Not a dir"), ("/proc/out", "No such file"))),
             (1, "-o OUT.rtfd", "rtfd", "page.html"),
             (1, "-o OUT.rtfd", "html2rtfd", "page.html", "-o", ""),
             (1, "not standard input", "rtfd", "-", "-o", "out"),
