@@ -39,6 +39,10 @@ NSData writeRTF(RTFWriter *writer, const DocumentAttributes &documentAttributes)
 
 }  // namespace
 
+bool isRTF(const NSData &data) {
+  return RTFReader::isRTF(data.view());
+}
+
 NSAttributedString initWithRTF(const NSData &data, DocumentAttributes *documentAttributes, NSError *error) {
   return readRTF(data, {}, u"NSRTF"_ns, documentAttributes, error);
 }

@@ -24,6 +24,9 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// Whether the data begins as RTF does; a byte order mark and white space may stand before it.
+bool isRTF(const NSData &data);
+
 /// The text of RTF; pictures in it are attachments. `*documentAttributes` gets what it says about itself. Nil
 /// when the data is nil or no RTF; `*error` says why.
 NSAttributedString initWithRTF(const NSData &data, DocumentAttributes *documentAttributes = nullptr,

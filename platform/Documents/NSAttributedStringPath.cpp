@@ -2,6 +2,7 @@
 #include "platform/Documents/NSAttributedStringPath.hpp"
 
 #include <algorithm>
+#include <initializer_list>
 #include <string_view>
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
@@ -35,6 +36,18 @@ constexpr std::u16string_view kOfficeTypes[] = {
 bool isOfficeType(const NSString &type) {
   return std::ranges::any_of(kOfficeTypes,
                              [&](std::u16string_view start) { return type.view().starts_with(start); });
+}
+
+/// Whether it is a PDF or an archive, whatever it is called: the bytes may all be characters, but no text.
+bool isNeverText(std::string_view bytes, const NSString &type) {
+  return type.view().ends_with(u"-archive") ||
+         std::ranges::any_of(std::initializer_list<std::string_view>{"%PDF-", "PK\3\4", "\x1f\x8b"},
+                             [&](std::string_view start) { return bytes.starts_with(start); });
+}
+
+/// Whether the bytes are a zip archive without its directory, which stands at the end.
+bool isCutArchive(std::string_view bytes) {
+  return bytes.starts_with("PK\3\4") && bytes.rfind("PK\5\6") == std::string_view::npos;
 }
 
 NSAttributedString fail(NSError *error, ErrorCode code, std::string_view reason) {
@@ -78,9 +91,23 @@ struct Document {
     return text;
   }
 
+  NSAttributedString textOfOfficeDocument(const NSData &data) const {
+    NSAttributedString text =
+        attributedStringWithWordProcessorDocument(path, reading.deadline, attributes, error);
+    // LibreOffice takes what it finds in such an archive for the whole document.
+    if (!text || !isCutArchive(data.view())) return text;
+    if (text.length() == 0) return fail(error, ErrorCode::damaged, "the document is cut short");
+    setError(error, ErrorCode::incomplete, "the document is cut short, and some of it is missing");
+    return text;
+  }
+
+  NSAttributedString failWithType() const {
+    return fail(error, ErrorCode::unsupportedType, "nothing reads documents of this kind");
+  }
+
   NSAttributedString textOfPlainText(const NSData &data) const {
     const NSString text = stringWithDetectedEncoding(data.view()).string;
-    if (!text) return fail(error, ErrorCode::unsupportedType, "nothing reads documents of this kind");
+    if (!text) return failWithType();
     if (attributes) attributes->documentType = u"NSPlainText"_ns;
     return NSAttributedString(text);
   }
@@ -101,11 +128,11 @@ struct Document {
     if (type == u"com.apple.rtfd"_ns) return textOfFolder();
     const NSData data = bytes();
     if (!data) return NSAttributedString();
-    if (data.view().starts_with("{\\rtf")) return initWithRTF(data, attributes, error);
-    if (isOfficeType(type))
-      return attributedStringWithWordProcessorDocument(path, reading.deadline, attributes, error);
+    if (isRTF(data)) return initWithRTF(data, attributes, error);
+    if (isOfficeType(type)) return textOfOfficeDocument(data);
     if (type == u"public.rtf"_ns) return fail(error, ErrorCode::damaged, "the file is no RTF");
     if (type == u"com.apple.webarchive"_ns) return textOfArchive(data);
+    if (isNeverText(data.view(), type)) return failWithType();
     if (type == u"public.html"_ns || type == u"public.xhtml"_ns)
       return textOfPage(data, NSString(), NSURL::fileURLWithPath(path), WebArchive());
     return textOfPlainText(data);

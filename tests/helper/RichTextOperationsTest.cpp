@@ -140,12 +140,19 @@ TEST_F(RichTextOperationsTest, DocumentsOfEveryKindBecomeRichText) {
       {folder.write("plain.txt", "caf\xc3\xa9\n"), "caf\u00e9\n"},
       {folder.write("rich.rtf", "{\\rtf1 one {\\b two}}"), "one two"},
       {folder.write("named.doc", "{\\rtf1 not named so}"), "not named so"},
+      {folder.write("marked.rtf", "\xef\xbb\xbf\r\n{\\rtf1 not at the start}"), "not at the start"},
       {folder.write("page.html", "<p>text<img src=a.gif>"), "text\ufffc\n"},
       {folder.write("source.cpp", "int main;"), "int main;"},
       {folder.write("empty.txt", ""), ""},
   };
   for (const auto &[path, content] : cases) EXPECT_EQ(shownDocument(path), content) << path.UTF8String();
+  for (const std::string_view start : {"%PDF-1.4\n", "PK\3\4", "\x1f\x8b"})
+    for (const char *name : {"all-text.pdf", "all-text.html", "all-text.txt", "all-text"}) {
+      EXPECT_EQ(shownDocument(folder.write(name, std::string(start) + "all text")), "nil") << name << start;
+      EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType) << name << start;
+    }
   for (const auto &[path, code] : {std::pair(folder.write("b.bin", kPicture), ErrorCode::unsupportedType),
+                                   std::pair(folder.write("a.tar", "all text"), ErrorCode::unsupportedType),
                                    std::pair(folder.write("no.rtf", "\1\2\3"), ErrorCode::damaged),
                                    std::pair(text("/no/such/file"), ErrorCode::noSuchFile),
                                    std::pair(folder.write("w.webarchive", "no archive"), ErrorCode::damaged)}) {

@@ -5,7 +5,9 @@
 
 #include <string>
 
+#include "platform/Documents/NSAttributedStringPath.hpp"
 #include "platform/Documents/OfficeConversion.hpp"
+#include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
 namespace {
@@ -134,6 +136,28 @@ TEST_P(WordProcessorDocuments, KeepPicturesAndFacts) {
   EXPECT_NEAR(facts_.paperSize->height, 841.9, 0.2);
   EXPECT_NEAR(facts_.leftMargin.value_or(0), 85, 0.2);
   EXPECT_NEAR(facts_.rightMargin.value_or(0), 70.9, 0.2);
+}
+
+TEST(CutWordProcessorDocument, IsNotTakenForAWholeOne) {
+  if (!OfficeConversion::sharedConversion().isAvailable()) GTEST_SKIP() << "LibreOffice is not installed";
+  const NSData whole = NSData::dataWithContentsOfFile(document("letter.odt"));
+  const TemporaryFolder folder;
+  const struct {
+    std::uint32_t missing;
+    std::string_view beginning;
+    ErrorCode code;
+  } cases[] = {{0, "First", ErrorCode::none},
+               {30, "First", ErrorCode::incomplete},
+               {whole.length() / 2, "", ErrorCode::damaged}};
+  for (const auto &[missing, beginning, code] : cases) {
+    NSError error;
+    const NSString path = folder.write("cut.odt", whole.view().substr(0, whole.length() - missing));
+    const NSAttributedString text = initWithPath(path, {.deadline = Deadline::after(60)}, nullptr, &error);
+    EXPECT_TRUE(text.string().UTF8String().starts_with(beginning)) << missing;
+    EXPECT_EQ(error.errorCode(), code) << missing;
+    EXPECT_EQ(static_cast<bool>(text), code != ErrorCode::damaged) << missing;
+  }
+  OfficeConversion::sharedConversion().endProcess();
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, WordProcessorDocuments, testing::Values("odt", "docx", "doc", "rtf", "fodt"),
