@@ -125,14 +125,16 @@ NSData QuiverleafHelper::attributedTextOfPDF(const PDFDocument &document, NSErro
 }
 
 NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &path, NSError *error) {
-  NSURL baseURL;
-  NSString source;
-  const NSString text = searchableTextOfFile(path, &baseURL, &source, error);
-  NSDictionary result = NSDictionary::dictionary();
-  result.setObject(text, u"String"_ns);
-  result.setObject(source, u"Source"_ns);
-  result.setObject(baseURL.absoluteString(), u"URL"_ns);
-  return result;
+  return guarded(error, [&] {
+    NSURL baseURL;
+    NSString source;
+    const NSString text = searchableTextOfFile(path, &baseURL, &source, error);
+    NSDictionary result = NSDictionary::dictionary();
+    result.setObject(text, u"String"_ns);
+    result.setObject(source, u"Source"_ns);
+    result.setObject(baseURL.absoluteString(), u"URL"_ns);
+    return result;
+  });
 }
 
 NSDictionary QuiverleafHelper::attributedStringWithContentsOfFile(const NSString &path, NSError *error) {

@@ -4,6 +4,8 @@
 
 import os
 import pathlib
+import plistlib
+import resource
 import socket
 import struct
 import subprocess
@@ -11,7 +13,7 @@ import tempfile
 import time
 import unittest
 
-from quiverleaf import CONNECTION_NAME, Helper, plist
+from quiverleaf import CONNECTION_NAME, ErrorCode, Helper, plist
 
 HELPER = os.environ["QUIVERLEAF_HELPER"]
 
@@ -61,6 +63,18 @@ class HelperProcessTest(unittest.TestCase):
             self.assertEqual(greeting["Helper"]["Path"], os.path.realpath(HELPER))
             self.assertEqual(begun, {"Begun": 1})
             self.assertGreater(len(reply["Result"]["kMDItemTextContent"]), 2_000_000)
+
+    def test_without_memory_an_answer_is_nil(self):
+        if "libasan" in pathlib.Path(f"/proc/{self.process}/maps").read_text("utf-8"):
+            self.skipTest("the address sanitizer needs more addresses than there could be a limit for")
+        page = {"WebResourceData": b"<p>words" * 6_000_000, "WebResourceMIMEType": "text/html"}
+        path = self.folder / "long.webarchive"
+        path.write_bytes(plistlib.dumps({"WebMainResource": page}, fmt=plistlib.FMT_BINARY))
+        pages = int(pathlib.Path(f"/proc/{self.process}/statm").read_text("ascii").split()[0])
+        limit = pages * resource.getpagesize() + (64 << 20)
+        resource.prlimit(self.process, resource.RLIMIT_AS, (limit, limit))
+        self.assertIsNone(self.helper.searchableTextOfWebArchive(path))
+        self.assertEqual(self.helper.code, ErrorCode.MEMORY_LIMIT)
 
     def test_another_one_stays_unreachable(self):
         with subprocess.Popen([HELPER], stdin=subprocess.DEVNULL) as second, Helper(path=HELPER) as other:
