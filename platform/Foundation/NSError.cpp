@@ -38,6 +38,34 @@ NSError NSError::errorWithFileErrno(int number) {
   }
 }
 
+NSError NSError::errorWithFileWritingErrno(int number) {
+  switch (number) {
+    case ENOENT:
+    case ENOTDIR:
+      return errorWithCode(ErrorCode::noSuchFile, "there is no such file or folder");
+    case EEXIST:
+    case ENOTEMPTY:
+      return errorWithCode(ErrorCode::other, "there is something of that name already");
+    case EACCES:
+    case EPERM:
+      return errorWithCode(ErrorCode::other, "the file cannot be changed: permission denied");
+    case EROFS:
+      return errorWithCode(ErrorCode::other, "the disk can only be read");
+    case ENOSPC:
+    case EDQUOT:
+      return errorWithCode(ErrorCode::other, "the disk is full");
+    case EFBIG:
+      return errorWithCode(ErrorCode::tooLarge, "the file is too large");
+    case ENAMETOOLONG:
+      return errorWithCode(ErrorCode::other, "the name is too long");
+    case EOPNOTSUPP:
+      return errorWithCode(ErrorCode::other, "the disk there keeps no extended attributes");
+    default:
+      return errorWithCode(ErrorCode::other,
+                           "the file cannot be changed: " + std::generic_category().message(number));
+  }
+}
+
 NSError NSError::errorWithException(const std::exception &exception) {
   if (dynamic_cast<const std::bad_alloc *>(&exception))
     return errorWithCode(ErrorCode::memoryLimit, "there is not enough memory");

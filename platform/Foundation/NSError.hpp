@@ -59,6 +59,8 @@ struct NSError {
   static NSError errorWithCode(ErrorCode code, std::string_view reason);
   /// What the system's error number says about a file.
   static NSError errorWithFileErrno(int number);
+  /// What the system's error number says about a file that was to be made, changed, moved or removed.
+  static NSError errorWithFileWritingErrno(int number);
   /// `memoryLimit` for std::bad_alloc, else `other` with what the exception says.
   static NSError errorWithException(const std::exception &exception);
 

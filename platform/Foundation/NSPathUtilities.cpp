@@ -61,16 +61,26 @@ void ascend(std::u16string &path) {
   path.resize(std::min(path.rfind(u'/'), path.size()));
 }
 
+/// What the user database has of the process's user in a field; nil when it has none.
+NSString userRecord(char *passwd::*field) {
+  std::vector<char> buffer(kUserRecordBytes);
+  struct passwd record;
+  struct passwd *user = nullptr;
+  if (::getpwuid_r(::getuid(), &record, buffer.data(), buffer.size(), &user) != 0 || !user) return NSString();
+  return NSString::stringWithFileSystemRepresentation(user->*field);
+}
+
 }  // namespace
 
 NSString NSHomeDirectory() {
   if (const char *home = std::getenv("HOME"); home && home[0] == '/')
     return NSString::stringWithFileSystemRepresentation(home);
-  std::vector<char> buffer(kUserRecordBytes);
-  struct passwd record;
-  struct passwd *user = nullptr;
-  if (::getpwuid_r(::getuid(), &record, buffer.data(), buffer.size(), &user) != 0 || !user) return NSString();
-  return NSString::stringWithFileSystemRepresentation(user->pw_dir);
+  return userRecord(&passwd::pw_dir);
+}
+
+NSString NSUserName() {
+  NSString name = userRecord(&passwd::pw_name);
+  return name ? name : NSString::stringWithUTF8String(std::to_string(::getuid()));
 }
 
 NSString NSTemporaryDirectory() {

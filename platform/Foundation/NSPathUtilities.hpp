@@ -18,6 +18,9 @@ namespace NIMBO_PUBLIC nimbo {
 /// is none.
 NSString NSHomeDirectory();
 
+/// The login name of the process's user; the user's number when the user database has none.
+NSString NSUserName();
+
 /// The folder for the user's temporary files, with a "/" at its end: `$TMPDIR` when that is an absolute path
 /// other than "/", else "/tmp/".
 NSString NSTemporaryDirectory();

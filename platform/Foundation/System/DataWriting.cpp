@@ -11,17 +11,17 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <random>
 #include <string>
 #include <system_error>
 
 #include "platform/Foundation/System/ExtendedAttributes.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
+#include "platform/Foundation/System/ItemRenaming.hpp"
+#include "platform/Foundation/System/TemporaryNames.hpp"
 
 namespace nimbo {
 namespace {
 
-constexpr int kTemporaryNames = 100;
 constexpr mode_t kNewFileMode = 0666;
 /// What a new file takes over from an old one; not the bits that run it as its owner, who may be another one.
 constexpr mode_t kPermissions = 0777;
@@ -37,18 +37,6 @@ std::optional<std::string> resolved(const std::string &path) {
   return error ? path : resolved((link.parent_path() / target).string());
 }
 
-/// A new file beside `path`. Its name is short, so that a long one leaves room for it.
-FileDescriptor openTemporaryFile(const std::string &path, std::string *name) {
-  const std::string folder = path.substr(0, path.rfind('/') + 1);
-  std::random_device random;
-  for (int i = 0; i < kTemporaryNames; ++i) {
-    *name = folder + ".quiverleaf-" + std::to_string(random());
-    FileDescriptor file(::open(name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
-    if (file || errno != EEXIST) return file;
-  }
-  return FileDescriptor();
-}
-
 bool overwriteFile(const NSData &data, const std::string &path) {
   const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kNewFileMode));
   return file && writeAll(file.get(), data.view());
@@ -60,18 +48,26 @@ bool isSpecialFile(const std::string &path) {
   return ::stat(path.c_str(), &info) == 0 && !S_ISREG(info.st_mode);
 }
 
-bool replaceFile(const NSData &data, const std::string &path) {
-  std::string temporary;
-  const FileDescriptor file = openTemporaryFile(path, &temporary);
-  if (!file) return false;
+/// Writes a new file beside `path`, which `place` then moves there. It takes over what the old file, if any,
+/// has beside its content.
+template <class Place>
+bool writeBeside(const NSData &data, const std::string &path, Place &&place) {
+  FileDescriptor file;
+  const auto temporary = makeBeside(path, [&](const std::string &name) {
+    file = FileDescriptor(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+    return static_cast<bool>(file);
+  });
+  if (!temporary) return false;
   struct stat old = {};
   const bool keepsMode = ::stat(path.c_str(), &old) == 0;
   const bool isDone = copyExtendedAttributes(path, file.get()) &&
                       (!keepsMode || ::fchmod(file.get(), old.st_mode & kPermissions) == 0) &&
-                      writeAll(file.get(), data.view()) && ::fsync(file.get()) == 0 &&
-                      ::rename(temporary.c_str(), path.c_str()) == 0;
-  if (!isDone) ::unlink(temporary.c_str());
-  return isDone;
+                      writeAll(file.get(), data.view()) && ::fsync(file.get()) == 0 && place(*temporary, path);
+  if (isDone) return true;
+  const int reason = errno;
+  ::unlink(temporary->c_str());
+  errno = reason;
+  return false;
 }
 
 }  // namespace
@@ -91,7 +87,15 @@ bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically) 
   if (!data || !name) return false;
   if (!atomically || isSpecialFile(*name)) return overwriteFile(data, *name);
   const auto target = resolved(*name);
-  return target && replaceFile(data, *target);
+  return target && writeBeside(data, *target, [](const std::string &from, const std::string &to) {
+           return ::rename(from.c_str(), to.c_str()) == 0;
+         });
+}
+
+bool writeDataToNewFile(const NSData &data, const NSString &path) {
+  const auto name = path.fileSystemRepresentation();
+  errno = EINVAL;
+  return data && name && writeBeside(data, *name, renameWithoutReplacing);
 }
 
 }  // namespace nimbo

@@ -25,4 +25,9 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// nil or the file cannot be written whole.
 bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically);
 
+/// Makes the file at `path`, where there must be nothing, not even a link. It shows there when all bytes are in
+/// it; of several that make it at once one wins. False when the data is nil or the file is not made; errno says
+/// why (EEXIST: something is there).
+bool writeDataToNewFile(const NSData &data, const NSString &path);
+
 }  // namespace nimbo
