@@ -68,6 +68,10 @@ void createFileSystemRepresentation(NSMutableString &string) {
   cutToBytes(string, kMaximumFileNameBytes);
 }
 
+void createFileSystemRepresentationWithinBytes(NSMutableString &string, std::uint32_t maximumBytes) {
+  cutToBytes(string, maximumBytes);
+}
+
 void createFileSystemRepresentationAndAppendExtension(NSMutableString &string, const NSString &extension) {
   constexpr std::size_t kRoom = kMaximumFileNameBytes - 1;  // For the name and the extension.
   const std::optional<std::string> bytes = extension.fileSystemRepresentation();

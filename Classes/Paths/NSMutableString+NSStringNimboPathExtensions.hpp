@@ -29,6 +29,8 @@ void createFilename(NSMutableString &string);
 /// byte. Characters as people see them are kept whole or go whole, a letter with its marks for one; only the
 /// first one is cut, between its code points, when it is longer than a name by itself.
 void createFileSystemRepresentation(NSMutableString &string);
+/// As `createFileSystemRepresentation`, with another limit.
+void createFileSystemRepresentationWithinBytes(NSMutableString &string, std::uint32_t maximumBytes);
 
 /// As `createFileSystemRepresentation`, with a full stop and `extension` at the end: the string is cut to what
 /// leaves room for them, then they are appended unless it ends with them. With a nil or empty extension, and
