@@ -10,11 +10,6 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// The key of a file's permissions in attributes, an integer.
-inline NSString NSFilePosixPermissions() {
-  return u"NSFilePosixPermissions"_ns;
-}
-
 /// The file system. Functions that look follow symbolic links; those that remove, move or copy take a link for
 /// what it is. "/" at the end of a path counts for nothing. Any thread may call.
 ///
@@ -45,8 +40,10 @@ struct NSFileManager {
 
   /// Moves a file, a link or a folder to `toPath`, where there must be nothing. To another file system it is
   /// copied with its permissions, times and extended attributes, all of which is on the disk before the item is
-  /// removed. False when it is not moved; `*error` says why. It is then where it was, alone, unless only its
-  /// removal failed: then the copy is whole.
+  /// removed. False when it is not moved; `*error` says why. It is then where it was, alone, unless the
+  /// original alone could not be removed. What is left of a folder that could be removed only in part has a
+  /// hidden name
+  /// (".quiverleaf-" and a number), and is logged.
   static bool moveItemAtPath(const NSString &path, const NSString &toPath, NSError *error = nullptr);
 
   /// As `moveItemAtPath`, in place of what is at `path`, if anything: a file is replaced at one stroke. A

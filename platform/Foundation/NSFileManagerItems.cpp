@@ -9,7 +9,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Foundation/NSFileAttributes.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/Foundation/System/ItemCopying.hpp"
 #include "platform/Foundation/System/ItemRemoval.hpp"
@@ -74,12 +76,24 @@ bool makeFolders(const std::string &path, bool *isNew) {
   return true;
 }
 
-/// Writes to the disk what is still in memory of the file system that holds the item.
-bool synchronize(const std::string &path) {
+FileDescriptor openForReading(const std::string &path, int flags) {
+  return FileDescriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | flags));
+}
+
+/// Waits until the content of an item is on the disk; for a folder, all that its file system has in memory.
+bool synchronizeItem(const std::string &path) {
+  struct stat info = {};
+  if (::lstat(path.c_str(), &info) != 0) return false;
+  if (!S_ISREG(info.st_mode) && !S_ISDIR(info.st_mode)) return true;
+  const FileDescriptor item = openForReading(path, O_NOFOLLOW);
+  return item && (S_ISDIR(info.st_mode) ? ::syncfs(item.get()) : ::fsync(item.get())) == 0;
+}
+
+/// Waits until the name of an item is on the disk.
+bool synchronizeName(const std::string &path) {
   const std::size_t parent = lengthOfParent(path, path.size());
-  const std::string folder = parent == 0 ? "." : path.substr(0, parent);
-  const FileDescriptor file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return file && ::syncfs(file.get()) == 0;
+  const FileDescriptor folder = openForReading(parent == 0 ? "." : path.substr(0, parent), O_DIRECTORY);
+  return folder && ::fsync(folder.get()) == 0;
 }
 
 /// Whether nothing is there, which is better known before the work than behind it.
@@ -95,11 +109,25 @@ template <class Place>
 bool copyInto(const std::string &from, const std::string &to, AttributeLoss loss, Place &&place) {
   const auto copy = makeBeside(to, [&](const std::string &name) { return copyItem(from, name, loss); });
   if (!copy) return false;
-  if ((loss == AttributeLoss::allowed || synchronize(to)) && place(*copy, to)) return true;
+  if ((loss == AttributeLoss::allowed || synchronizeItem(*copy)) && place(*copy, to)) return true;
   const int reason = errno;
   removeItem(*copy);
   errno = reason;
   return false;
+}
+
+/// Removes what has been copied. A folder first gets a hidden name: nobody takes what is left of it, after this
+/// process was killed, for the folder.
+bool removeOriginal(const std::string &path) {
+  struct stat info = {};
+  if (::lstat(path.c_str(), &info) != 0) return false;
+  if (!S_ISDIR(info.st_mode)) return removeItem(path);
+  const auto hidden =
+      makeBeside(path, [&](const std::string &name) { return renameWithoutReplacing(path, name); });
+  if (!hidden) return false;
+  if (!removeItem(*hidden))
+    NSLog(u"Couldn't remove path %@", NSString::stringWithFileSystemRepresentation(*hidden));
+  return true;
 }
 
 template <class Place>
@@ -107,8 +135,8 @@ bool move(const std::string &from, const std::string &to, Place &&place) {
   if (from.empty() || to.empty()) return false;
   if (place(from, to)) return true;
   // Its bytes may go only when the name of the copy is on the disk, too.
-  return errno == EXDEV && copyInto(from, to, AttributeLoss::refused, place) && synchronize(to) &&
-         removeItem(from);
+  return errno == EXDEV && copyInto(from, to, AttributeLoss::refused, place) && synchronizeName(to) &&
+         removeOriginal(from);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/ItemStatus.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/System/FinderInfo.hpp"
 
 namespace nimbo {
 inline namespace NimboFileManagerExtensions {
@@ -46,7 +47,7 @@ bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite) {
 bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite, Flag hideFileExtensions,
                 const FileManagerHandler &handler) {
   if (!movePath(path, toPath, overwrite, handler)) return false;
-  (void)hideFileExtensions;
+  setFinderField(toPath, kFinderHidesExtension, hideFileExtensions ? kFinderHidesExtension.mask : 0);
   return true;
 }
 

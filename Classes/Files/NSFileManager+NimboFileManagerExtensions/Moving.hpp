@@ -37,8 +37,8 @@ struct FileManagerHandler {
 /// so that at any moment the old content or the new one is there; without, nothing is overwritten. When it is
 /// false, both are where they were.
 bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite = false);
-/// The same, with a handler. What has been moved then shows its path extension or hides it, as
-/// `setFileExtensionHidden` has it; where the file system cannot keep that it is moved all the same.
+/// The same, with a handler. What has been moved is then marked as one whose path extension is hidden, or
+/// shown; where the file system cannot keep that it is moved all the same.
 bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite, Flag hideFileExtensions,
                 const FileManagerHandler &handler);
 
