@@ -16,14 +16,13 @@
 
 namespace nimbo {
 
-/// Folders in each other, deeper than paths can say, removed with their siblings. Each folder of the way has,
-/// beside the next one, an empty folder of each of the other names.
+/// A temporary folder with folders in each other, deeper than paths can say. Each folder of the way has, beside
+/// the next one, an empty folder of each of the other names.
 class DeepFolder {
  public:
-  DeepFolder(const TemporaryFolder &top, std::size_t depth, std::string name,
-             std::initializer_list<const char *> siblings = {})
+  DeepFolder(std::size_t depth, std::string name, std::initializer_list<const char *> siblings = {})
       : depth_(depth), name_(std::move(name)), siblings_(siblings.begin(), siblings.end()) {
-    inner_ = open(AT_FDCWD, top.path().c_str());
+    inner_ = open(AT_FDCWD, top_.path().c_str());
     for (std::size_t i = 0; i < depth; ++i) {
       for (const std::string &sibling : siblings_) ::mkdirat(inner_.get(), sibling.c_str(), 0700);
       if (::mkdirat(inner_.get(), name_.c_str(), 0700) != 0) throw std::runtime_error("no deep folder");
@@ -40,11 +39,14 @@ class DeepFolder {
     }
   }
 
+  NSString path() const { return top_.string(""); }
+
  private:
   static FileDescriptor open(int folder, const char *name) {
     return FileDescriptor(::openat(folder, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   }
 
+  const TemporaryFolder top_ = TemporaryFolder::inMemory();
   std::size_t depth_;
   std::string name_;
   std::vector<std::string> siblings_;

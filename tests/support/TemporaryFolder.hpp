@@ -16,10 +16,10 @@ namespace nimbo {
 /// A folder of a test's own, removed with everything in it.
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "quiverleaf-test-XXXXXX").native();
-    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    path_ = name;
+  TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
+  /// One in memory, where the system has such a place, for very many files and folders.
+  static TemporaryFolder inMemory() {
+    return std::filesystem::is_directory("/dev/shm") ? TemporaryFolder("/dev/shm") : TemporaryFolder();
   }
   TemporaryFolder(const TemporaryFolder &) = delete;
   TemporaryFolder &operator=(const TemporaryFolder &) = delete;
@@ -37,6 +37,12 @@ class TemporaryFolder {
   }
 
  private:
+  explicit TemporaryFolder(const std::filesystem::path &parent) {
+    std::string name = (parent / "quiverleaf-test-XXXXXX").native();
+    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+    path_ = name;
+  }
+
   std::filesystem::path path_;
 };
 

@@ -145,10 +145,10 @@ TEST_F(FolderListing, LeavesOutWhatCannotBeRead) {
   fs::permissions(folder_.path() / "other", fs::perms::none);
   // Root may read everything.
   const bool isRoot = ::geteuid() == 0;
-  if (isRoot) ASSERT_EQ(::seteuid(65534), 0);
+  ASSERT_TRUE(!isRoot || ::seteuid(65534) == 0);
   const Names names = sorted(deepDirectoryContentsAtPath(folder_.string(""), false));
   const Names none = sorted(directoryContentsAtPath(folder_.string("other"), false, false));
-  if (isRoot) ASSERT_EQ(::seteuid(0), 0);
+  ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
   fs::permissions(folder_.path() / "other", fs::perms::owner_all);
   const auto has = [&](const char *name) { return std::count(names.begin(), names.end(), name); };
   EXPECT_EQ(has("work") + has("other"), 2);
@@ -158,9 +158,8 @@ TEST_F(FolderListing, LeavesOutWhatCannotBeRead) {
 
 TEST_F(FolderListing, IsBoundedForPathsThatNothingOpens) {
   constexpr std::size_t kDepth = 1'100, kListed = std::size_t{1} << 27;
-  const TemporaryFolder top;
-  const DeepFolder deep(top, kDepth, std::string(255, 'n'));
-  const auto paths = deepDirectoryContentsAtPath(top.string(""), false);
+  const DeepFolder deep(kDepth, std::string(255, 'n'));
+  const auto paths = deepDirectoryContentsAtPath(deep.path(), false);
   std::size_t units = 0;
   for (const NSString &path : paths) units += path.length();
   EXPECT_LE(units, kListed + kListed / 100);
@@ -169,11 +168,9 @@ TEST_F(FolderListing, IsBoundedForPathsThatNothingOpens) {
 }
 
 TEST_F(FolderListing, GoesAsDeepAsFoldersGo) {
-  const TemporaryFolder top;
-  const DeepFolder deep(top, 10'000, "d");
-  top.write("file", "1");
-  EXPECT_EQ(deepDirectoryFoldersAtPath(top.string(""), false).size(), 10'000u);
-  EXPECT_EQ(directorySize(top.string("")), 1u);
+  const DeepFolder deep(10'000, "d");
+  EXPECT_EQ(deepDirectoryFoldersAtPath(deep.path(), false).size(), 10'000u);
+  EXPECT_EQ(directorySize(deep.path()), 0u);
 }
 
 }  // namespace
