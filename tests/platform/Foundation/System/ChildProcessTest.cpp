@@ -16,7 +16,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -369,12 +368,13 @@ TEST_F(ChildProcessTest, NoticesThatItsSupervisorWasKilled) {
   const auto supervisor =
       std::ranges::find_if(processes, [](pid_t process) { return parentOf(process) == ::getpid(); });
   ASSERT_NE(supervisor, processes.end());
-  ::kill(*supervisor, SIGKILL);
-  siginfo_t info = {};
-  ::waitid(P_PID, static_cast<id_t>(*supervisor), &info, WEXITED | WNOWAIT);
-  // As some call before may have left it.
-  errno = EAGAIN;
-  EXPECT_FALSE(child->exchange("hang", Deadline::after(60), &error));
+  // While the reply is waited for, mostly.
+  std::thread killer([&] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    ::kill(*supervisor, SIGKILL);
+  });
+  EXPECT_FALSE(child->exchange("hang", Deadline::after(20), &error));
+  killer.join();
   EXPECT_EQ(error.localizedFailureReason.UTF8String(), "the program was ended from outside");
 }
 
