@@ -96,7 +96,7 @@ bool writeForkToCompanion(const NSData &fork, const NSString &path, NSError *err
 }  // namespace
 
 NSData resourceForkData(const NSString &path, NSError *error) {
-  if (const NSData data = extendedAttribute(path, forkAttribute(), true); data.length() > 0) return data;
+  if (NSData data = extendedAttribute(path, forkAttribute(), true); data.length() > 0) return data;
   if (const NSString companion = companionPath(path)) {
     bool exists = false;
     NSError reason;
