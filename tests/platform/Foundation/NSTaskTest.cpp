@@ -40,6 +40,50 @@ TEST(NSTask, GivesTheProgramAnEmptyInputAndPlainSignals) {
   EXPECT_EQ(result->standardError, NSData::data());
 }
 
+TEST(NSTask, ReadsWhatItIsGivenAndCollectsBothOutputs) {
+  const Interruptions interruptions;
+  const std::string input(3'000'000, 'x');
+  NSTask task = shell(u"cat; echo \"$A|$HOME|$PWD\" >&2");
+  task.standardInput = NSData::dataWithBytes(input.data(), input.size());
+  task.environment = {{u"A"_ns, u"a b=c"_ns}, {u"EMPTY"_ns, u""_ns}};
+  task.currentDirectoryPath = u"/usr/bin"_ns;
+  task.standardOutput = NSTask::Output::collected;
+  const auto result = task.run();
+  ASSERT_TRUE(result);
+  EXPECT_EQ(result->standardOutput, task.standardInput);
+  EXPECT_EQ(result->standardError.view(), "a b=c||/usr/bin\n");
+  task.standardError = NSTask::Output::discarded;
+  EXPECT_EQ(task.run()->standardError, NSData());
+
+  std::string handed;
+  task.maximumOutputBytes = 10;
+  task.outputHandler = [&handed](std::string_view piece) { return handed += piece, true; };
+  ASSERT_TRUE(task.run());
+  EXPECT_EQ(handed, input);
+}
+
+TEST(NSTask, UsesNoShellAndWritesToItsOwnOutputs) {
+  NSTask task{.launchPath = u"/bin/echo"_ns, .arguments = {u"$HOME; `ls` *"_ns, u""_ns, u"end"_ns}};
+  testing::internal::CaptureStdout();
+  ASSERT_TRUE(task.run());
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "$HOME; `ls` *  end\n");
+}
+
+TEST(NSTask, ConnectsOutputsWhereThisProcessHasNone) {
+  NSTask task = shell(u"echo out; echo err >&2; cat >&2");
+  task.standardOutput = NSTask::Output::collected;
+  task.standardInput = NSData::dataWithBytes("in", 2);
+  EXPECT_EXIT(
+      {
+        for (int descriptor = 0; descriptor < 3; ++descriptor) ::close(descriptor);
+        const auto result = task.run();
+        const bool isRight =
+            result && result->standardOutput.view() == "out\n" && result->standardError.view() == "err\nin";
+        ::_exit(isRight ? 7 : 1);
+      },
+      testing::ExitedWithCode(7), "");
+}
+
 TEST(NSTask, DoesNotWaitForWhatTheProgramLeavesRunning) {
   const auto result = shell(u"sleep 90 >/dev/null & echo last >&2").run();
   ASSERT_TRUE(result);
@@ -65,6 +109,14 @@ TEST(NSTask, FailsWithAReasonAndKeepsNothingOpen) {
   closed.deadline = Deadline::after(0.05);
   NSTask loud = shell(u"while :; do echo too much >&2; done");
   loud.maximumOutputBytes = 100'000;
+  NSTask collected = shell(u"yes");
+  collected.standardOutput = NSTask::Output::collected;
+  collected.maximumOutputBytes = 100'000;
+  NSTask refused = shell(u"yes");
+  refused.outputHandler = [](std::string_view) { return false; };
+  NSTask endless = shell(u"yes");
+  endless.outputHandler = [](std::string_view) { return true; };
+  endless.deadline = Deadline::after(0.05);
   const struct {
     NSTask task;
     ErrorCode code;
@@ -73,6 +125,18 @@ TEST(NSTask, FailsWithAReasonAndKeepsNothingOpen) {
       {slow, ErrorCode::timeLimit, "time limit"},
       {closed, ErrorCode::timeLimit, "time limit"},
       {loud, ErrorCode::tooLarge, "output limit"},
+      {collected, ErrorCode::tooLarge, "output limit"},
+      {refused, ErrorCode::other, "refused"},
+      {endless, ErrorCode::timeLimit, "time limit"},
+      {{.launchPath = u"/bin/true"_ns, .environment = {{{u"A=B"_ns, u"c"_ns}}}},
+       ErrorCode::other,
+       "environment"},
+      {{.launchPath = u"/bin/true"_ns, .environment = {{{u"A"_ns, u"b\0c"_ns}}}},
+       ErrorCode::other,
+       "environment"},
+      {{.launchPath = u"/bin/true"_ns, .currentDirectoryPath = u"/etc/passwd"_ns},
+       ErrorCode::noSuchFile,
+       "folder"},
       {{.launchPath = u"/nowhere/at/all"_ns}, ErrorCode::noSuchFile, "no such program"},
       {{.launchPath = u"/etc/passwd"_ns}, ErrorCode::unreadable, "may not be run"},
       {{.launchPath = u"sh"_ns}, ErrorCode::other, "absolute"},
