@@ -6,6 +6,7 @@ pkg_check_modules(QUIVERLEAF_GLIB REQUIRED IMPORTED_TARGET glib-2.0 gio-2.0 gio-
 pkg_check_modules(QUIVERLEAF_PUGIXML REQUIRED IMPORTED_TARGET pugixml)
 pkg_check_modules(QUIVERLEAF_SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(QUIVERLEAF_URIPARSER REQUIRED IMPORTED_TARGET liburiparser)
+pkg_check_modules(QUIVERLEAF_CURL REQUIRED libcurl)
 
 # Of Highway the headers alone; platform/Foundation/Vectors/VectorTargets.cpp has what they call.
 pkg_check_modules(QUIVERLEAF_HIGHWAY REQUIRED libhwy)
@@ -19,7 +20,6 @@ if(QUIVERLEAF_MEDIA)
   pkg_check_modules(QUIVERLEAF_ARCHIVE REQUIRED IMPORTED_TARGET libarchive)
   pkg_check_modules(QUIVERLEAF_EXPAT REQUIRED IMPORTED_TARGET expat)
   pkg_check_modules(QUIVERLEAF_LCMS REQUIRED IMPORTED_TARGET lcms2)
-  pkg_check_modules(QUIVERLEAF_CURL REQUIRED libcurl)
   # MuPDF's own pkg-config file names the wrong libraries.
   add_library(MuPDF INTERFACE IMPORTED)
   target_link_libraries(MuPDF INTERFACE mupdf mupdf-third mujs gumbo openjp2 jbig2dec jpeg freetype harfbuzz z m)

@@ -11,12 +11,10 @@
 #include <array>
 #include <memory>
 #include <optional>
-#include <span>
 #include <utility>
 #include <vector>
 
-#include "platform/Foundation/NSError.hpp"
-#include "platform/Foundation/id.hpp"
+#include "platform/Foundation/System/BundleLibrary.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -59,8 +57,7 @@ class CFPlugInInstance {
   std::unique_ptr<void, Release> object_;
 };
 
-/// A loaded plug-in bundle. Its code stays loaded for the life of the process: objects that it made, exceptions
-/// that it threw and functions that it registered elsewhere may outlive every handle.
+/// A loaded plug-in bundle, whose code stays loaded.
 class CFPlugIn {
  private:
   friend std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath, NSError *error);
@@ -69,21 +66,13 @@ class CFPlugIn {
   friend CFPlugInInstance CFPlugInInstanceCreate(const CFPlugIn &plugIn, const CFUUIDBytes &factory,
                                                  const CFUUIDBytes &type);
 
-  struct Close {
-    void operator()(void *library) const noexcept;
-  };
-  CFPlugIn(NSDictionary info, std::unique_ptr<void, Close> library)
-      : info_(std::move(info)), library_(std::move(library)) {}
+  explicit CFPlugIn(BundleLibrary library) : library_(std::move(library)) {}
 
-  NSDictionary info_;
-  std::unique_ptr<void, Close> library_;
+  BundleLibrary library_;
 };
 
-/// Loads a bundle. Nothing when it cannot be loaded, or must not be: the bundle, its folders "Contents" and
-/// "Contents/Linux", its information file and its library must belong to root or the user, be no symbolic
-/// links, and not be writable by group or others; so must the folder that holds it, which may be sticky instead
-/// and reached by links. What is loaded is what was checked. `*error` says why, and the log, once for each
-/// bundle. A descriptor stays open for each bundle.
+/// Loads a bundle. Nothing when it cannot be loaded, or must not be, as `BundleLibrary` says. `*error` says
+/// why, and the log, once for each bundle.
 std::optional<CFPlugIn> CFPlugInCreate(const NSString &bundlePath, NSError *error = nullptr);
 
 /// The factories that the bundle's CFPlugInTypes names for a type, in its order.

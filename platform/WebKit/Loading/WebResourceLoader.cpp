@@ -9,8 +9,8 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
-#include "platform/WebKit/Loading/CurlLibrary.hpp"
 #include "platform/WebKit/Loading/DataURL.hpp"
+#include "platform/WebKit/Loading/References.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -27,6 +27,12 @@ bool isHTTP(const NSURL &url) {
 std::u16string withoutFragment(const NSURL &url) {
   const NSString string = url.absoluteString();
   return std::u16string(string.view().substr(0, string.view().find(u'#')));
+}
+
+/// Servers write characters that no URL may have, as pages do.
+NSURL URLOfRedirect(const NSString &string) {
+  NSURL url = NSURL::URLWithString(string);
+  return url ? url : URLOfReference(string.view(), NSURL());
 }
 
 }  // namespace
@@ -128,18 +134,18 @@ bool WebResourceLoader::beginRemote(Request &request) {
   if (!isHTTP(request.URL)) return fail(request, "its scheme is not loaded");
   // The library would take the first part of the path for the host, which no delegate was asked about.
   if (request.URL.host().length() == 0) return fail(request, "it has no host");
-  if (!CurlLibrary::shared()) return fail(request, "libcurl is missing");
+  if (!HTTPTransfers::isAvailable()) return fail(request, "libcurl is missing");
   return transfers_.start(request.place, request.URL) || fail(request, "it cannot be asked for");
 }
 
 void WebResourceLoader::finish(Request &request, HTTPAnswer answer) {
-  if (answer.redirectURL) {
+  if (NSURL redirect = URLOfRedirect(answer.redirect)) {
     if (++request.redirects > limits_.redirects) {
       fail(request, "it is redirected too often");
       return;
     }
     request.redirectResponse = {request.URL, answer.statusCode};
-    request.URL = std::move(answer.redirectURL);
+    request.URL = std::move(redirect);
     begin(request);
     return;
   }

@@ -11,7 +11,7 @@
 
 #include "platform/Foundation/NSURL.hpp"
 #include "platform/Foundation/SharedPointer.hpp"
-#include "platform/WebKit/Loading/HTTPTransfers.hpp"
+#include "platform/Foundation/URLs/HTTPTransfers.hpp"
 #include "platform/WebKit/WebResource.hpp"
 #include "platform/WebKit/WebResourceLoadDelegate.hpp"
 

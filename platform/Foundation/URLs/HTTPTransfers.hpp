@@ -13,9 +13,9 @@
 
 struct sockaddr;
 
-namespace nimbo::detail {
+namespace NIMBO_PUBLIC nimbo {
 
-/// What came of a request over HTTP.
+/// What came of a request over HTTP. It is a plain value.
 struct HTTPAnswer {
   /// The number that the request was started with.
   std::size_t tag = 0;
@@ -23,22 +23,29 @@ struct HTTPAnswer {
   int statusCode = 0;
   /// The field "Content-Type".
   std::string contentType;
-  /// Where a redirect leads; nil when the answer is none.
-  NSURL redirectURL;
+  /// Where a redirect leads, whole; nil when the answer is none. It may have characters that no URL has.
+  NSString redirect;
   /// What has come of the content.
   std::string body;
   /// Why the content is not whole; empty when it is.
   std::string failure;
 };
 
-/// Requests over HTTP that run at the same time, without following redirects. Used by one thread.
+/// Requests over HTTP that run at the same time, without following redirects. Used by one thread. It takes
+/// libcurl, which is loaded with the first request.
+///
+///     HTTPTransfers transfers({.maximumBytes = 1 << 20, .maximumConnections = 6});
+///     for (std::size_t i = 0; i < urls.size(); ++i) transfers.start(i, urls[i]);
+///     while (const auto answer = transfers.next(deadline)) use(answer->tag, answer->body);
 class HTTPTransfers {
  public:
+  /// What the requests may take and do.
   struct Limits {
     /// What one answer may have, decompressed.
     std::size_t maximumBytes = 0;
     /// What all answers may still have, decompressed, and whatever else its owner counts; unless it is null.
     std::size_t *bytesLeft = nullptr;
+    /// How many connections there may be at a time.
     std::size_t maximumConnections = 0;
     /// Whether proxies that the environment names are used.
     bool mayUseProxies = false;
@@ -46,6 +53,10 @@ class HTTPTransfers {
     std::function<bool(const sockaddr &)> mayConnect;
   };
 
+  /// Whether there is libcurl, without which nothing can be requested.
+  static bool isAvailable();
+
+  /// None runs yet.
   explicit HTTPTransfers(Limits limits);
   ~HTTPTransfers();
   HTTPTransfers(const HTTPTransfers &) = delete;
@@ -74,4 +85,4 @@ class HTTPTransfers {
   std::map<void *, std::unique_ptr<Transfer>> transfers_;
 };
 
-}  // namespace nimbo::detail
+}  // namespace nimbo

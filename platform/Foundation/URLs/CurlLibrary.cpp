@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/Loading/CurlLibrary.hpp"
+#include "platform/Foundation/URLs/CurlLibrary.hpp"
 
 #include <dlfcn.h>
 

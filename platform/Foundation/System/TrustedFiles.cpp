@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/CoreServices/TrustedFiles.hpp"
+#include "platform/Foundation/System/TrustedFiles.hpp"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/Loading/HTTPTransfers.hpp"
+#include "platform/Foundation/URLs/HTTPTransfers.hpp"
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -8,11 +8,12 @@
 #include <new>
 #include <utility>
 
-#include "platform/WebKit/Loading/CurlLibrary.hpp"
-#include "platform/WebKit/Loading/References.hpp"
+#include "platform/Foundation/URLs/CurlLibrary.hpp"
 
-namespace nimbo::detail {
+namespace nimbo {
 namespace {
+
+using detail::CurlLibrary;
 
 constexpr const char *kUserAgent = "Quiverleaf";
 constexpr long kConnectSeconds = 10;
@@ -26,13 +27,6 @@ curl_socket_t openSocket(void *limits, curlsocktype, curl_sockaddr *address) {
   const auto &mayConnect = static_cast<HTTPTransfers::Limits *>(limits)->mayConnect;
   if (mayConnect && !mayConnect(address->addr)) return CURL_SOCKET_BAD;
   return socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
-}
-
-/// Servers write characters that no URL may have, as pages do.
-NSURL URLOfRedirect(const char *text) {
-  const NSString string = NSString::stringWithLossyUTF8String(text);
-  if (NSURL url = NSURL::URLWithString(string)) return url;
-  return URLOfReference(string.view(), NSURL());
 }
 
 }  // namespace
@@ -63,6 +57,10 @@ struct HTTPTransfers::Transfer {
 
 void HTTPTransfers::CloseMulti::operator()(void *multi) const {
   CurlLibrary::shared()->multi_cleanup(static_cast<CURLM *>(multi));
+}
+
+bool HTTPTransfers::isAvailable() {
+  return CurlLibrary::shared() != nullptr;
 }
 
 HTTPTransfers::HTTPTransfers(Limits limits) : limits_(std::move(limits)) {}
@@ -145,11 +143,11 @@ HTTPAnswer HTTPTransfers::take(void *handle, std::string failure) {
     answer.contentType = text;
   text = nullptr;
   if (CurlLibrary::shared()->easy_getinfo(handle, CURLINFO_REDIRECT_URL, &text) == CURLE_OK && text)
-    answer.redirectURL = URLOfRedirect(text);
+    answer.redirect = NSString::stringWithLossyUTF8String(text);
   answer.failure = place->second->isTooLarge ? "it is too large" : std::move(failure);
   CurlLibrary::shared()->multi_remove_handle(multi_.get(), handle);
   transfers_.erase(place);
   return answer;
 }
 
-}  // namespace nimbo::detail
+}  // namespace nimbo

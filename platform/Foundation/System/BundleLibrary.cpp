@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/Foundation/System/BundleLibrary.hpp"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <map>
+#include <mutex>
+#include <utility>
+
+#include "platform/Foundation/NSBundle.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/System/TrustedFiles.hpp"
+
+namespace nimbo {
+namespace {
+
+/// A path to the open folder that never comes to mean another one: to the dynamic linker a name that it met
+/// once is the same library or folder for ever. Empty when the folder's disk fails.
+std::string lastingPath(FileDescriptor folder) {
+  static std::map<std::pair<dev_t, ino_t>, FileDescriptor> kept;
+  static std::mutex mutex;
+  struct stat info = {};
+  if (::fstat(folder.get(), &info) != 0) return std::string();
+  const std::scoped_lock lock(mutex);
+  const auto [entry, isNew] = kept.try_emplace({info.st_dev, info.st_ino}, std::move(folder));
+  return pathOfDescriptor(entry->second.get());
+}
+
+/// The library in the bundle's folder of libraries; null, with `*error`, when it cannot be loaded.
+void *openLibrary(const NSString &bundlePath, FileDescriptor folder, const std::string &name, NSError *error) {
+  // By its name in a folder that nobody else can change, as its dependencies may be named relative to that.
+  const std::string path = lastingPath(std::move(folder));
+  void *library =
+      path.empty() ? nullptr : ::dlopen((path + "/" + name).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  if (library) return library;
+  const char *message = ::dlerror();
+  std::string reason = message ? message : "its library cannot be loaded";
+  if (reason.starts_with(path + "/"))
+    reason.replace(0, path.size(),
+                   stringByAppendingPathComponent(bundlePath, u"Contents/Linux"_ns).UTF8String());
+  setError(error, ErrorCode::damaged, reason);
+  return nullptr;
+}
+
+/// The library of the bundle after `*info`, its information, was read, and nothing in it is found that must not
+/// be trusted; null, with `*error`, when it cannot be loaded.
+void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error) {
+  // The path loses the slashes at its end, with which a symbolic link would be followed.
+  const auto path = stringByAppendingPathComponent(bundlePath, NSString::string()).fileSystemRepresentation();
+  const FileDescriptor bundle = openTrusted(AT_FDCWD, path.value_or(std::string()), S_IFDIR, error);
+  if (!bundle || !holderIsTrusted(bundle.get(), error)) return nullptr;
+  const FileDescriptor contents = openTrusted(bundle.get(), "Contents", S_IFDIR, error);
+  if (!contents) return nullptr;
+  const FileDescriptor information = openTrusted(contents.get(), "Info.plist", S_IFREG, error);
+  if (!information) return nullptr;
+  FileDescriptor libraries = openTrusted(contents.get(), "Linux", S_IFDIR, error);
+  if (!libraries) return nullptr;
+  *info = NSBundle::infoDictionaryOfFile(
+      NSString::stringWithFileSystemRepresentation(pathOfDescriptor(information.get())), error);
+  if (!*info) return nullptr;
+  const auto name = NSBundle::executableName(*info).fileSystemRepresentation();
+  if (!name) {
+    setError(error, ErrorCode::damaged, "its library is not named");
+    return nullptr;
+  }
+  if (!openTrusted(libraries.get(), *name, S_IFREG, error)) return nullptr;
+  return openLibrary(bundlePath, std::move(libraries), *name, error);
+}
+
+}  // namespace
+
+std::optional<BundleLibrary> BundleLibrary::load(const NSString &path, NSError *error) {
+  NSDictionary info;
+  void *library = loadLibrary(path, &info, error);
+  return library ? std::optional(BundleLibrary(std::move(info), library)) : std::nullopt;
+}
+
+void *BundleLibrary::symbol(const std::string &name) const {
+  return ::dlsym(library_, name.c_str());
+}
+
+}  // namespace nimbo
