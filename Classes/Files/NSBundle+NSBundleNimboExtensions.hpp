@@ -1,24 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Temporary folders of programs. Any thread may ask.
+// Bundles: what they are called, their plug-ins, frameworks that may be there, and folders of their own. Any
+// thread may call.
 //
+//     const NSString name = localizedBundleName(NSBundle::mainBundle());
+//     for (const NSBundle &plugin : loadPlugins()) NSLog(plugin.bundlePath());
 //     const NSString folder = bundleTemporaryDirectory();
-//     const NSString file = stringByAppendingPathComponent(folder, u"page.html"_ns);
-//     if (folder) writeToFile(page, file, true, NSUTF8StringEncoding);
 #pragma once
 
-#include "platform/Foundation/NSBundle.hpp"
-
-namespace NIMBO_PUBLIC nimbo {
-inline namespace NSBundleNimboExtensions {
-
-/// A folder for the bundle's temporary files in `temporaryDirectory()`, of the user's own and closed to others
-/// when it has to be made, which this does. It has the bundle's name: CFBundleName, else that of the bundle
-/// without its extension. Where somebody else has that name, the user's number stands behind it, as in
-/// "Name-1000". Nil when the folder cannot be made.
-NSString temporaryDirectory(const NSBundle &bundle);
-/// The folder of the main bundle.
-NSString bundleTemporaryDirectory();
-
-}  // namespace NSBundleNimboExtensions
-}  // namespace nimbo
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions/Frameworks.hpp"
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions/Information.hpp"
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions/Locations.hpp"
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions/Plugins.hpp"

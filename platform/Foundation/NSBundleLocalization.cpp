@@ -11,26 +11,53 @@ namespace {
 
 constexpr std::uint32_t kMaximumTableBytes = 1 << 24;
 
+/// The text in UTF-8, of which a byte order mark tells that it is in UTF-16.
+std::string tableText(std::string_view bytes) {
+  const bool isLittle = bytes.starts_with("\xff\xfe");
+  if (!isLittle && !bytes.starts_with("\xfe\xff")) return std::string(bytes);
+  std::u16string units;
+  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
+    const auto first = static_cast<unsigned char>(bytes[i]), second = static_cast<unsigned char>(bytes[i + 1]);
+    units += static_cast<char16_t>(isLittle ? second << 8 | first : first << 8 | second);
+  }
+  return NSString::stringWithCharacters(units).UTF8String();
+}
+
 NSDictionary tableAtPath(const NSString &path) {
   const NSData data = NSData::dataWithContentsOfFile(path);
   if (!data || data.length() > kMaximumTableBytes) return NSDictionary();
-  if (const id list = NSPropertyListSerialization::propertyListFromData(data)) return list.dictionary();
-  const std::string braced = "{" + std::string(data.view()) + "\n}";
-  return NSPropertyListSerialization::propertyListFromData(NSData::dataWithBytes(braced.data(), braced.size()))
-      .dictionary();
+  const auto read = [](const std::string &text) {
+    return NSPropertyListSerialization::propertyListFromData(NSData::dataWithBytes(text.data(), text.size()));
+  };
+  const std::string text = tableText(data.view());
+  const id list = read(text);
+  return (list ? list : read("{" + text + "\n}")).dictionary();
 }
 
-}  // namespace
-
-NSString localizedStringForKey(const NSBundle &bundle, const NSString &key, const NSString &value) {
+/// Nil when no table of the user's languages has the key.
+NSString localizedText(const NSBundle &bundle, const NSString &key, const NSString &table) {
   const NSString resources = stringByAppendingPathComponent(bundle.bundlePath(), u"Contents/Resources"_ns);
   for (const NSString &language : bundle.preferredLocalizations()) {
     const NSString folder =
         stringByAppendingPathComponent(resources, stringByAppendingPathExtension(language, u"lproj"_ns));
-    const NSString path = stringByAppendingPathComponent(folder, u"Localizable.strings"_ns);
+    const NSString path =
+        stringByAppendingPathComponent(folder, stringByAppendingPathExtension(table, u"strings"_ns));
     if (NSString text = tableAtPath(path).objectForKey(key).string()) return text;
   }
+  return NSString();
+}
+
+}  // namespace
+
+NSString localizedStringForKey(const NSBundle &bundle, const NSString &key, const NSString &value,
+                               const NSString &table) {
+  if (NSString text = localizedText(bundle, key, table.length() != 0 ? table : u"Localizable"_ns)) return text;
   return value.length() != 0 ? value : key;
+}
+
+id localizedObjectForInfoDictionaryKey(const NSBundle &bundle, const NSString &key) {
+  if (NSString text = localizedText(bundle, key, u"InfoPlist"_ns)) return text;
+  return bundle.objectForInfoDictionaryKey(key);
 }
 
 }  // namespace nimbo

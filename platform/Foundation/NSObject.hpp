@@ -33,6 +33,9 @@ struct ClassDescription {
   std::vector<std::pair<NSString, Method>> methods;
   /// The values by name. Those of the superclass are there, too.
   std::vector<Key> keys;
+  /// Makes an object of the class for others, such as who has found the class in a bundle; null when only its
+  /// own code makes them.
+  SharedPointer<NSObject> (*make)() = nullptr;
 };
 
 /// The root class: objects that are asked by name. It knows the selectors "className", "isKindOfClass:" (with a

@@ -1,12 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSUserDefaults.hpp"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <system_error>
 
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 namespace {
@@ -21,16 +32,78 @@ NSString standardPath() {
   return stringByAppendingPathComponent(folder, u"quiverleaf/defaults.plist"_ns);
 }
 
+/// The dictionary in the file, empty when there is no file. Nil, with `*error`, when the file is anything else;
+/// `*format` gets its form.
+NSDictionary readEntries(const NSString &path, NSPropertyListFormat *format, NSError *error) {
+  NSError failure;
+  const NSData data = NSData::dataWithContentsOfFile(path, &failure);
+  if (failure.errorCode() == ErrorCode::noSuchFile) return NSDictionary::dictionary();
+  const id list = data ? NSPropertyListSerialization::propertyListFromData(data, format, &failure) : id();
+  if (list && !list.dictionary()) setError(&failure, ErrorCode::damaged, "it is no dictionary");
+  if (failure && error) *error = std::move(failure);
+  return list.dictionary();
+}
+
+void setWritingError(NSError *error) {
+  setError(error, ErrorCode::unreadable,
+           "the file cannot be written: " + std::generic_category().message(errno));
+}
+
+/// Keeps others from writing the file until it is closed. Nothing, with `*error`, when that cannot be had.
+FileDescriptor lockFile(const std::filesystem::path &path, NSError *error) {
+  constexpr useconds_t kPauseMicroseconds = 5000;
+  std::error_code ignored;
+  std::filesystem::create_directories(path.parent_path(), ignored);
+  const std::string name = path.parent_path() / ("." + path.filename().native() + ".lock");
+  FileDescriptor lock(::open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  const Deadline deadline = Deadline::after(NSUserDefaults::kLockSeconds);
+  while (!lock || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (!lock || (errno != EWOULDBLOCK && errno != EINTR)) {
+      setWritingError(error);
+      return FileDescriptor();
+    }
+    if (deadline.isOver()) {
+      setError(error, ErrorCode::timeLimit, "another process keeps the file locked");
+      return FileDescriptor();
+    }
+    ::usleep(kPauseMicroseconds);
+  }
+  return lock;
+}
+
+/// Makes the changes in the file. What stands in it then; nil, with `*error`, when that fails.
+NSDictionary writeChanges(const NSString &path, const NSDictionary &changes, NSError *error) {
+  const auto name = path.fileSystemRepresentation();
+  if (!name) {
+    setError(error, ErrorCode::noSuchFile, "there is no folder for it");
+    return NSDictionary();
+  }
+  const FileDescriptor lock = lockFile(*name, error);
+  if (!lock) return NSDictionary();
+  auto format = NSPropertyListFormat::xml;
+  NSDictionary entries = readEntries(path, &format, error);
+  if (!entries) return NSDictionary();
+  for (const auto &[key, value] : changes) {
+    if (value.isNull())
+      entries.removeObjectForKey(key);
+    else
+      entries.setObject(value, key);
+  }
+  // The text form can only be read.
+  if (format == NSPropertyListFormat::openStep) format = NSPropertyListFormat::xml;
+  const NSData data = NSPropertyListSerialization::dataWithPropertyList(entries, format, error);
+  if (!data) return NSDictionary();
+  if (writeDataToFile(data, path, true)) return entries;
+  setWritingError(error);
+  return NSDictionary();
+}
+
 }  // namespace
 
-NSUserDefaults::NSUserDefaults(const NSString &path) {
-  if (!NSFileManager::fileExistsAtPath(path)) return;
+NSUserDefaults::NSUserDefaults(const NSString &path) : path_(path) {
   NSError error;
-  const NSData data = NSData::dataWithContentsOfFile(path, &error);
-  if (data) values_ = NSPropertyListSerialization::propertyListFromData(data, nullptr, &error).dictionary();
-  if (!values_)
-    NSLog(u"The user defaults are not used, %@: %@", path,
-          error ? error.localizedFailureReason : u"no dictionary"_ns);
+  values_ = readEntries(path, nullptr, &error);
+  if (!values_) NSLog(u"The user defaults are not used, %@: %@", path, error.localizedFailureReason);
 }
 
 NSUserDefaults &NSUserDefaults::standardUserDefaults() {
@@ -39,12 +112,16 @@ NSUserDefaults &NSUserDefaults::standardUserDefaults() {
 }
 
 void NSUserDefaults::registerDefaults(const NSDictionary &defaults) {
+  const std::scoped_lock lock(mutex_);
   registered_.addEntriesFromDictionary(defaults);
 }
 
 id NSUserDefaults::objectForKey(const NSString &key) const {
-  const id &value = values_.objectForKey(key);
-  return value ? value : registered_.objectForKey(key);
+  const std::scoped_lock lock(mutex_);
+  const id &change = changes_.objectForKey(key);
+  if (change && !change.isNull()) return change;
+  const id &value = change ? change : values_.objectForKey(key);
+  return value && !value.isNull() ? value : registered_.objectForKey(key);
 }
 
 std::optional<std::vector<NSString>> NSUserDefaults::stringArrayForKey(const NSString &key) const {
@@ -56,6 +133,31 @@ std::optional<std::vector<NSString>> NSUserDefaults::stringArrayForKey(const NSS
     if (!strings.back()) return std::nullopt;
   }
   return strings;
+}
+
+void NSUserDefaults::setObject(id object, const NSString &key) {
+  const std::scoped_lock lock(mutex_);
+  changes_.setObject(object ? std::move(object) : id(NSNull()), key);
+}
+
+void NSUserDefaults::removeObjectForKey(const NSString &key) {
+  setObject(NSNull(), key);
+}
+
+bool NSUserDefaults::synchronize(NSError *error) {
+  const std::scoped_lock one(synchronizing_);
+  const NSDictionary changes = [this] {
+    const std::scoped_lock lock(mutex_);
+    return changes_;
+  }();
+  NSDictionary entries =
+      changes.count() == 0 ? readEntries(path_, nullptr, error) : writeChanges(path_, changes, error);
+  if (!entries) return false;
+  const std::scoped_lock lock(mutex_);
+  values_ = std::move(entries);
+  for (const auto &[key, value] : changes)
+    if (changes_.objectForKey(key) == value) changes_.removeObjectForKey(key);
+  return true;
 }
 
 }  // namespace nimbo

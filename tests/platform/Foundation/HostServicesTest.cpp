@@ -4,7 +4,6 @@
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
-#include "platform/Foundation/NSUserDefaults.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -104,21 +103,6 @@ TEST(NSBundle, ReadsItsInformationAndRefusesExecutablesElsewhere) {
                "{ Other = \"" + std::string(NSBundle::kMaximumInfoBytes, 'x') + "\"; }");
   EXPECT_FALSE(NSBundle(folder.string("x.bundle")).infoDictionary());
   EXPECT_FALSE(NSBundle(folder.string("none")).infoDictionary());
-}
-
-TEST(NSUserDefaults, PrefersTheFileToWhatIsRegistered) {
-  const TemporaryFolder folder;
-  NSUserDefaults defaults(folder.write("d.plist", "{ a = file; list = (x, y); mixed = (x, (y)); }"));
-  defaults.registerDefaults({{u"a"_ns, u"registered"_ns}, {u"b"_ns, 1}});
-  defaults.registerDefaults({{u"b"_ns, 2}});
-  EXPECT_EQ(defaults.stringForKey(u"a"_ns), u"file"_ns);
-  EXPECT_EQ(defaults.objectForKey(u"b"_ns), id(2));
-  EXPECT_FALSE(defaults.stringForKey(u"b"_ns));
-  EXPECT_EQ(defaults.stringArrayForKey(u"list"_ns), (std::vector<NSString>{u"x"_ns, u"y"_ns}));
-  EXPECT_FALSE(defaults.stringArrayForKey(u"mixed"_ns));
-  for (const NSString &path :
-       {folder.write("bad.plist", "{ a = "), folder.write("list", "(a)"), folder.string("no")})
-    EXPECT_FALSE(NSUserDefaults(path).objectForKey(u"a"_ns));
 }
 
 }  // namespace

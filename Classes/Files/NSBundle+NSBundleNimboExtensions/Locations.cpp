@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Classes/Files/NSBundle+NSBundleNimboExtensions.hpp"
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions/Locations.hpp"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "Classes/Files/NSBundle+NSBundleNimboExtensions/Information.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions/FileNames.hpp"
 #include "Classes/Paths/StandardDirectories.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
@@ -17,8 +18,8 @@ inline namespace NSBundleNimboExtensions {
 
 namespace {
 
-NSString bundleName(const NSBundle &bundle) {
-  NSString name = bundle.objectForInfoDictionaryKey(u"CFBundleName"_ns).string();
+NSString folderName(const NSBundle &bundle) {
+  NSString name = bundleName(bundle);
   if (name.length() == 0) name = stringByDeletingPathExtension(lastPathComponent(bundle.bundlePath()));
   return stringByCreatingFileSystemRepresentation(stringByCreatingFilename(name));
 }
@@ -35,7 +36,7 @@ bool makeOwnFolder(const std::string &path) {
 }  // namespace
 
 NSString temporaryDirectory(const NSBundle &bundle) {
-  const NSString name = bundleName(bundle);
+  const NSString name = folderName(bundle);
   if (name.length() == 0) return NSString();
   for (const NSString &each : {name, stringWithFormat(u"%@-%d", name, ::geteuid())}) {
     NSString path = stringByAppendingPathComponent(nimbo::temporaryDirectory(), each);
@@ -47,6 +48,13 @@ NSString temporaryDirectory(const NSBundle &bundle) {
 
 NSString bundleTemporaryDirectory() {
   return temporaryDirectory(NSBundle::mainBundle());
+}
+
+NSString logFile(const NSBundle &bundle) {
+  const NSString identifier = bundle.bundleIdentifier();
+  // It is the name of a file, and leads to no other folder.
+  if (identifier.length() == 0 || identifier.view().find(u'/') != identifier.view().npos) return NSString();
+  return pathInLibraryDirectory(stringWithFormat(u"Logs/%@.log", identifier));
 }
 
 }  // namespace NSBundleNimboExtensions
