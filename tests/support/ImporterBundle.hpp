@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/CodeBundle.hpp"
 
 namespace nimbo {
 
@@ -30,22 +30,15 @@ struct ImporterBundle {
       return "<dict><key>CFBundleTypeRole</key><string>" + role +
              "</string><key>LSItemContentTypes</key><array>" + of + "</array></dict>";
     };
-    folder.write(name + "/Contents/Info.plist",
-                 "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" +
-                     executable + "</string><key>CFPlugInDynamicRegistration</key>" + dynamicRegistration +
-                     "<key>CFPlugInTypes</key><dict><key>8B08C4BF-415B-11D8-B3F9-0003936726FC</key><array>" +
-                     named + "</array></dict><key>CFPlugInFactories</key><dict>" + functions +
-                     "</dict><key>CFBundleDocumentTypes</key><array>" +
-                     documentType("Editor", "<string>public.png</string>") + documentType("MDImporter", types) +
-                     "</array></dict></plist>");
-    const std::filesystem::path bundle = folder.path() / name;
-    const std::filesystem::path code = bundle / "Contents/Linux";
-    std::filesystem::create_directory(code);
-    std::filesystem::copy_file(library, code / "library.so");
-    for (const auto &path :
-         {bundle, bundle / "Contents", bundle / "Contents/Info.plist", code, code / "library.so"})
-      std::filesystem::permissions(path, std::filesystem::perms(0755));
-    return folder.string(name);
+    const std::string information =
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleExecutable</key><string>" +
+        executable + "</string><key>CFPlugInDynamicRegistration</key>" + dynamicRegistration +
+        "<key>CFPlugInTypes</key><dict><key>8B08C4BF-415B-11D8-B3F9-0003936726FC</key><array>" + named +
+        "</array></dict><key>CFPlugInFactories</key><dict>" + functions +
+        "</dict><key>CFBundleDocumentTypes</key><array>" +
+        documentType("Editor", "<string>public.png</string>") + documentType("MDImporter", types) +
+        "</array></dict></plist>";
+    return writeCodeBundle(folder, name, information, library);
   }
 };
 
