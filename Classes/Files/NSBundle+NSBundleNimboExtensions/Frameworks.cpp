@@ -9,7 +9,7 @@ inline namespace NSBundleNimboExtensions {
 
 namespace {
 
-NSString setting(const NSString &key, NSString standard) {
+NSString setting(const NSString &key, const NSString &standard) {
   NSString value = NSUserDefaults::standardUserDefaults().stringForKey(key);
   return value ? value : standard;
 }
