@@ -5,6 +5,7 @@
 //     for (const NSString &name : directoryContentsAtPath(u"/tmp"_ns, u"html"_ns)) NSLog(name);
 #pragma once
 
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Aliases.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Archives.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/AttributeChanges.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Attributes.hpp"
@@ -13,6 +14,7 @@
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/DirectorySize.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/ExtendedAttributes.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/FinderMetadata.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/InternetLocations.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Kinds.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Links.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Listing.hpp"

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/InternetLocations.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "Classes/Files/InternetLocationData.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Kinds.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
+namespace nimbo {
+inline namespace NimboFileManagerExtensions {
+
+namespace {
+
+/// A location file holds one URL; what is larger is another file under the name of one.
+constexpr std::uint32_t kMaximumLocationBytes = 16u << 20;
+
+bool isQuoted(const NSString &type) {
+  return type.view().starts_with(u'\'');
+}
+
+/// Writes the file and the folders above it.
+bool writeLocation(const NSData &data, const NSString &path) {
+  const auto name = path.fileSystemRepresentation();
+  if (!data || !name) return false;
+  const std::filesystem::path folder = std::filesystem::path(*name).parent_path();
+  std::error_code error;
+  if (!folder.empty()) std::filesystem::create_directories(folder, error);
+  return writeDataToFile(data, path, true);
+}
+
+bool writeLocation(const std::string &text, const NSString &path) {
+  return writeLocation(NSData::dataWithBytes(text.data(), text.size()), path);
+}
+
+/// A value of a desktop entry, whose backslashes begin escapes.
+std::string escapedValue(const NSString &text) {
+  std::string value;
+  for (const char c : text.UTF8String()) {
+    if (c == '\\' || c == '\n' || c == '\r' || c == '\t') value += '\\';
+    value += c == '\n' ? 'n' : c == '\r' ? 'r' : c == '\t' ? 't' : c;
+  }
+  return value;
+}
+
+}  // namespace
+
+std::vector<NSString> InternetLocationTypes() {
+  return {u"'ilht'"_ns, u"'ilft'"_ns,  u"'ilfi'"_ns, u"'ilma'"_ns, u"'ilnw'"_ns,  u"'ilaf'"_ns,  u"'ilat'"_ns,
+          u"'ilns'"_ns, u"'ilge'"_ns,  u"'ilvn'"_ns, u"webloc"_ns, u"mailloc"_ns, u"newsloc"_ns, u"fileloc"_ns,
+          u"ftploc"_ns, u"inetloc"_ns, u"vncloc"_ns, u"url"_ns,    u"URL"_ns,     u"'LINK'"_ns};
+}
+
+bool isInternetLocationExtension(const NSString &extension, const NSString &type) {
+  return std::ranges::any_of(InternetLocationTypes(), [&](const NSString &known) {
+    return isQuoted(known) ? known == type : equalsASCIINoCase(extension.view(), known.UTF8String());
+  });
+}
+
+bool isInternetLocationFile(const NSString &path) {
+  std::uint64_t size = 0;
+  if (!openRegularFile(path, &size)) return false;
+  const NSString extension = pathExtension(path);
+  if (equalsASCIINoCase(extension.view(), "desktop")) return static_cast<bool>(resolveInternetLocation(path));
+  return isInternetLocationExtension(extension, NSString());
+}
+
+NSString pathExtensionForInternetLocation(const NSURL &url) {
+  const NSString scheme = url.scheme();
+  if (url.isFileURL()) return u"fileloc"_ns;
+  if (isHTTPURL(url)) return u"webloc"_ns;
+  if (isFTPURL(url)) return u"ftploc"_ns;
+  if (isMailURL(url)) return u"mailloc"_ns;
+  if (equalsOneOfASCIINoCase(scheme.view(), {"news", "nntp"})) return u"newsloc"_ns;
+  if (equalsASCIINoCase(scheme.view(), "vnc")) return u"vncloc"_ns;
+  return u"inetloc"_ns;
+}
+
+NSString pathExtensionForInternetLocation(const NSString &string) {
+  if (isFileStringURL(string)) return u"fileloc"_ns;
+  if (isHTTPStringURL(string)) return u"webloc"_ns;
+  if (isFTPStringURL(string)) return u"ftploc"_ns;
+  if (isNewsStringURL(string)) return u"newsloc"_ns;
+  if (isMailStringURL(string)) return u"mailloc"_ns;
+  if (startsWithASCIINoCase(string.view(), "vnc://")) return u"vncloc"_ns;
+  return u"inetloc"_ns;
+}
+
+bool createURL(const NSURL &url, const NSString &atPath) {
+  return url && writeLocation("[InternetShortCut]\nURL=" + url.absoluteString().UTF8String() + "\n", atPath);
+}
+
+bool createInternetLocation(const NSURL &url, const NSString &atPath, NSPropertyListFormat format) {
+  if (!url) return false;
+  const NSDictionary list = {{u"URL"_ns, url.absoluteString()}};
+  return writeLocation(NSPropertyListSerialization::dataWithPropertyList(list, format), atPath);
+}
+
+bool createDesktopLink(const NSURL &url, const NSString &atPath) {
+  const NSString name = stringByDeletingPathExtension(lastPathComponent(atPath));
+  return url && writeLocation("[Desktop Entry]\nVersion=1.0\nType=Link\nName=" + escapedValue(name) +
+                                  "\nURL=" + escapedValue(url.absoluteString()) + "\n",
+                              atPath);
+}
+
+NSString resolveInternetLocation(const NSString &path, NSError *error) {
+  std::uint64_t size = 0;
+  const FileDescriptor file = openRegularFile(path, &size, error);
+  if (!file) return {};
+  if (size > kMaximumLocationBytes) {
+    setError(error, ErrorCode::tooLarge, "the file is too large for a location");
+    return {};
+  }
+  const NSData data = readData(file.get(), size, kMaximumLocationBytes, error);
+  return data ? URLOfInternetLocationData(data, error) : NSString();
+}
+
+}  // namespace NimboFileManagerExtensions
+}  // namespace nimbo
