@@ -22,3 +22,4 @@
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Moving.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Names.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Removal.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/ZipArchives.hpp"

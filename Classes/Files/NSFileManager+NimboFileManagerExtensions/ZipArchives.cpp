@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/ZipArchives.hpp"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/NSLog.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSTask.hpp"
+#include "platform/Foundation/System/InstalledProgram.hpp"
+
+namespace nimbo {
+inline namespace NimboFileManagerExtensions {
+
+namespace {
+
+constexpr char kDitto[] = "/usr/bin/ditto", kOwnProgram[] = "quiverleaf-archive";
+
+/// Runs a program that says nothing when all is well; what else it says is logged.
+bool runTask(NSTask task) {
+  task.standardOutput = NSTask::Output::collected;
+  NSError error;
+  const auto result = task.run(&error);
+  if (result && result->terminationStatus == 0) return true;
+  NSMutableString reason(error.localizedFailureReason);
+  if (result) {
+    reason.append(result->standardError.view());
+    reason.append(result->standardOutput.view());
+  }
+  NSLog(u"%@: %@", task.launchPath, std::move(reason).string());
+  return false;
+}
+
+/// The path from the root, also of what is not there.
+NSString absolutePath(const NSString &path) {
+  std::error_code error;
+  const auto name = path.fileSystemRepresentation();
+  const auto absolute = name ? std::filesystem::absolute(*name, error) : std::filesystem::path();
+  return absolute.empty() ? NSString() : NSString::stringWithFileSystemRepresentation(absolute.native());
+}
+
+/// The name as an argument that is no option, and not "@", which stands for names from standard input.
+NSString nameArgument(const NSString &name) {
+  if (!name.view().starts_with(u'-') && name.view() != u"@") return name;
+  return NSString::stringWithCharacters(std::u16string(u"./").append(name.view()));
+}
+
+bool removeFile(const NSString &path) {
+  return ::unlink(path.fileSystemRepresentation().value_or("").c_str()) == 0 || errno == ENOENT;
+}
+
+}  // namespace
+
+bool compressFileAtPath(const NSString &path, const NSString &toPath, Flag keepParent) {
+  const NSString source = absolutePath(path), destination = absolutePath(toPath);
+  if (!source || !destination || !NSFileManager::fileExistsAtPath(source)) return false;
+  const std::string program = isProgram(kDitto) ? kDitto : installedProgram(kOwnProgram);
+  NSTask task{.launchPath = NSString::stringWithFileSystemRepresentation(program),
+              .arguments = {u"-c"_ns, u"-k"_ns, u"--sequesterRsrc"_ns}};
+  if (keepParent) task.arguments.push_back(u"--keepParent"_ns);
+  task.arguments.insert(task.arguments.end(), {source, destination});
+  return runTask(std::move(task));
+}
+
+bool compressFiles(std::span<const NSString> files, const NSString &inDirectory, const NSString &toPath,
+                   Flag append) {
+  const NSString archive = absolutePath(toPath);
+  bool isDirectory = false;
+  if (files.empty() || !archive || !NSFileManager::fileExistsAtPath(inDirectory, &isDirectory) || !isDirectory)
+    return false;
+  if (std::ranges::any_of(files, [](const NSString &name) { return !name.fileSystemRepresentation(); }))
+    return false;
+  if (!append && !removeFile(archive)) return false;
+  NSTask task{.launchPath = u"/usr/bin/zip"_ns,
+              .arguments = {u"-r"_ns, u"-q"_ns, archive},
+              .currentDirectoryPath = inDirectory};
+  std::ranges::transform(files, std::back_inserter(task.arguments), nameArgument);
+  return runTask(std::move(task));
+}
+
+bool compressFiles(std::initializer_list<NSString> files, const NSString &inDirectory, const NSString &toPath,
+                   Flag append) {
+  return compressFiles(std::span(files.begin(), files.size()), inDirectory, toPath, append);
+}
+
+}  // namespace NimboFileManagerExtensions
+}  // namespace nimbo
