@@ -1,19 +1,26 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/InternetLocations.hpp"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "Classes/Files/InternetLocationData.hpp"
+#include "Classes/Files/ResourceFork.hpp"
 #include "Classes/URLs/NSString+URLUtilities/Kinds.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
+#include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
+#include "platform/Foundation/System/FinderInfo.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
@@ -24,6 +31,21 @@ namespace {
 
 /// A location file holds one URL; what is larger is another file under the name of one.
 constexpr std::uint32_t kMaximumLocationBytes = 16u << 20;
+
+/// Where resource forks have the URL.
+constexpr OSType kURLResource = 0x75726c20;  // "url "
+constexpr std::int16_t kURLResourceID = 256;
+
+/// The type codes of the extensions.
+constexpr std::pair<std::u16string_view, OSType> kTypesOfExtensions[] = {
+    {u"webloc", 0x696c6874},   // "ilht"
+    {u"ftploc", 0x696c6674},   // "ilft"
+    {u"fileloc", 0x696c6669},  // "ilfi"
+    {u"mailloc", 0x696c6d61},  // "ilma"
+    {u"newsloc", 0x696c6e77},  // "ilnw"
+    {u"vncloc", 0x696c766e},   // "ilvn"
+    {u"inetloc", 0x696c6765},  // "ilge"
+};
 
 bool isQuoted(const NSString &type) {
   return type.view().starts_with(u'\'');
@@ -53,6 +75,35 @@ std::string escapedValue(const NSString &text) {
   return value;
 }
 
+OSType typeForURL(const NSURL &url) {
+  const NSString extension = pathExtensionForInternetLocation(url);
+  return std::ranges::find_if(kTypesOfExtensions,
+                              [&](const auto &row) { return row.first == extension.view(); })
+      ->second;
+}
+
+/// What the file had is there until the fork is.
+bool createLocationInResourceFork(const NSURL &url, const NSString &path) {
+  const bool isNew = !NSFileManager::fileExistsAtPath(path);
+  if (isNew && !writeLocation(NSData::data(), path)) return false;
+  auto fork = ResourceFork::resourceForkForWritingAtPath(path);
+  if (fork && fork->addString(url.absoluteString(), kURLResource, kURLResourceID)) {
+    // The URL is all that matters; a file system without attributes has no place for types.
+    setFinderField(path, kFinderType, typeForURL(url));
+    return isNew || writeLocation(NSData::data(), path);
+  }
+  if (isNew) ::unlink(path.fileSystemRepresentation().value_or("").c_str());
+  return false;
+}
+
+NSString URLOfResourceFork(const NSString &path) {
+  const auto fork = ResourceFork::resourceForkForReadingAtPath(path);
+  if (!fork) return {};
+  const auto found = std::ranges::find(fork->resources(), kURLResource, &Resource::type);
+  if (found == fork->resources().end()) return {};
+  return URLOfLocationText(stringWithDetectedEncoding(found->data.view()).string.view());
+}
+
 }  // namespace
 
 std::vector<NSString> InternetLocationTypes() {
@@ -71,8 +122,9 @@ bool isInternetLocationFile(const NSString &path) {
   std::uint64_t size = 0;
   if (!openRegularFile(path, &size)) return false;
   const NSString extension = pathExtension(path);
+  const auto type = static_cast<OSType>(finderField(path, kFinderType));
   if (equalsASCIINoCase(extension.view(), "desktop")) return static_cast<bool>(resolveInternetLocation(path));
-  return isInternetLocationExtension(extension, NSString());
+  return isInternetLocationExtension(extension, NSFileTypeForHFSTypeCode(type));
 }
 
 NSString pathExtensionForInternetLocation(const NSURL &url) {
@@ -100,8 +152,11 @@ bool createURL(const NSURL &url, const NSString &atPath) {
   return url && writeLocation("[InternetShortCut]\nURL=" + url.absoluteString().UTF8String() + "\n", atPath);
 }
 
-bool createInternetLocation(const NSURL &url, const NSString &atPath, NSPropertyListFormat format) {
+bool createInternetLocation(const NSURL &url, const NSString &atPath, InternetLocationForm form) {
   if (!url) return false;
+  if (form == InternetLocationForm::resourceFork) return createLocationInResourceFork(url, atPath);
+  const bool isBinary = form == InternetLocationForm::binary;
+  const NSPropertyListFormat format = isBinary ? NSPropertyListFormat::binary : NSPropertyListFormat::xml;
   const NSDictionary list = {{u"URL"_ns, url.absoluteString()}};
   return writeLocation(NSPropertyListSerialization::dataWithPropertyList(list, format), atPath);
 }
@@ -121,8 +176,12 @@ NSString resolveInternetLocation(const NSString &path, NSError *error) {
     setError(error, ErrorCode::tooLarge, "the file is too large for a location");
     return {};
   }
-  const NSData data = readData(file.get(), size, kMaximumLocationBytes, error);
-  return data ? URLOfInternetLocationData(data, error) : NSString();
+  NSError reason;
+  const NSData data = readData(file.get(), size, kMaximumLocationBytes, &reason);
+  NSString url = data ? URLOfInternetLocationData(data, &reason) : NSString();
+  if (!url && data) url = URLOfResourceFork(path);
+  if (!url && error) *error = reason;
+  return url;
 }
 
 }  // namespace NimboFileManagerExtensions

@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "platform/Foundation/NSError.hpp"
-#include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/NSURL.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -24,8 +23,9 @@ std::vector<NSString> InternetLocationTypes();
 /// nil.
 bool isInternetLocationExtension(const NSString &extension, const NSString &type);
 
-/// Whether a regular file, or the one that a symbolic link leads to, is a location file by its extension. A
-/// "desktop" entry is looked into: it is one when `resolveInternetLocation` has its URL.
+/// Whether a regular file, or the one that a symbolic link leads to, is a location file by its extension or by
+/// the type code that file servers keep. A "desktop" entry is looked into: it is one when
+/// `resolveInternetLocation` has its URL.
 bool isInternetLocationFile(const NSString &path);
 
 /// The extension for a location file of this URL; "inetloc" for nil and for schemes that have none of their
@@ -38,10 +38,17 @@ NSString pathExtensionForInternetLocation(const NSString &string);
 /// False when the URL is nil or the file cannot be written.
 bool createURL(const NSURL &url, const NSString &atPath);
 
-/// Writes a property list with the absolute "URL", atomically, and makes missing folders of the path. False
-/// when the URL is nil or the file cannot be written; the form must be `xml` or `binary`.
+/// The forms of location files that are no shortcuts.
+enum class InternetLocationForm {
+  XML,           ///< A property list with the "URL", as text.
+  binary,        ///< The same in the binary form.
+  resourceFork,  ///< An empty file, whose URL stands in its resource fork, and its type code.
+};
+
+/// Writes the absolute URL in one of the forms, and makes missing folders of the path. False when the URL is
+/// nil or the file cannot be written; it is then as it was.
 bool createInternetLocation(const NSURL &url, const NSString &atPath,
-                            NSPropertyListFormat format = NSPropertyListFormat::xml);
+                            InternetLocationForm form = InternetLocationForm::XML);
 
 /// Writes a desktop entry of type Link, whose name is that of the file, atomically, and makes missing folders
 /// of the path. False when the URL is nil or the file cannot be written.

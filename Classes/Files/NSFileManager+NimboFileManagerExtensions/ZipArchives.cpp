@@ -17,6 +17,8 @@
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSTask.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo {
 inline namespace NimboFileManagerExtensions {
@@ -36,7 +38,8 @@ bool runTask(NSTask task) {
     reason.append(result->standardError.view());
     reason.append(result->standardOutput.view());
   }
-  NSLog(u"%@: %@", task.launchPath, std::move(reason).string());
+  NSLog(u"%@: %@", task.launchPath,
+        NSString::stringWithCharacters(trimmed(reason.view(), isASCIIWhiteSpace<unichar>)));
   return false;
 }
 

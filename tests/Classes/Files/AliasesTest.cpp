@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "Classes/Files/AliasRecords.hpp"
+#include "Classes/Files/ResourceFork.hpp"
+#include "platform/Foundation/System/FinderInfo.hpp"
 #include "tests/support/ExactBuffer.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -170,6 +172,17 @@ TEST(Aliases, AreFilesWhoseOriginalMayBeThere) {
   EXPECT_TRUE(isDirectory);
   EXPECT_EQ(resolveAlias(aliasOf(folder.path() / "a/b", 2), false, &isDirectory), folder.string("a/b"));
   EXPECT_FALSE(isDirectory);
+
+  // Older ones have a record in their fork, and a flag that says so.
+  const NSString old = folder.write("old", "");
+  const std::string record = aliasRecord(2, 0, tag(18, "/x") + tag(19, "/"));
+  auto fork = ResourceFork::resourceForkForWritingAtPath(old);
+  ASSERT_TRUE(fork && fork->addData(dataOf(record), OSTypeFromString(u"alis"_ns), 0));
+  EXPECT_FALSE(isAliasFileAtPath(old));
+  if (setFinderField(old, {FinderField::Entry::finderInfo, 8, 2, 0x8000}, 0x8000)) {
+    EXPECT_TRUE(isAliasFileAtPath(old));
+    EXPECT_EQ(resolveAlias(old), u"/x"_ns);
+  }
 
   std::filesystem::create_symlink("a", folder.path() / "link");
   const NSString noAliases[] = {NSString(), folder.string("a"), folder.string("link"), folder.string("none"),

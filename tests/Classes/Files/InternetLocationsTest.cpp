@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Foundation/NSHFSFileTypes.hpp"
+#include "platform/Foundation/System/FinderInfo.hpp"
 #include "tests/support/FileReaders.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -111,10 +113,9 @@ TEST(InternetLocations, AreWrittenAsTheyAreRead) {
   const auto create = [&](int kind, const NSURL &target, const NSString &path) {
     if (kind == 0) return createURL(target, path);
     if (kind == 1) return createDesktopLink(target, path);
-    return createInternetLocation(target, path,
-                                  kind == 2 ? NSPropertyListFormat::xml : NSPropertyListFormat::binary);
+    return createInternetLocation(target, path, static_cast<InternetLocationForm>(kind - 2));
   };
-  for (int kind = 0; kind < 4; ++kind) {
+  for (int kind = 0; kind < 5; ++kind) {
     const NSString path = folder.string("new/" + std::to_string(kind) + "/a \\ b.desktop");
     ASSERT_TRUE(create(kind, url, path)) << kind;
     EXPECT_EQ(resolveInternetLocation(path), whole) << kind;
@@ -133,8 +134,11 @@ TEST(InternetLocations, AreWrittenAsTheyAreRead) {
             "[Desktop Entry]\nVersion=1.0\nType=Link\nName=a \\\\ b\nURL=vnc://b\n");
   EXPECT_TRUE(contents("2/a \\ b.desktop").starts_with("<?xml"));
   EXPECT_TRUE(contents("3/a \\ b.desktop").starts_with("bplist00"));
-  EXPECT_FALSE(createInternetLocation(url, folder.string("old"), NSPropertyListFormat::openStep));
-  EXPECT_FALSE(std::filesystem::exists(folder.path() / "old"));
+  EXPECT_EQ(contents("4/a \\ b.desktop"), "");
+  // A fork takes the place of what was there.
+  const NSString other = folder.string("new/1/a \\ b.desktop");
+  ASSERT_TRUE(createInternetLocation(url, other, InternetLocationForm::resourceFork));
+  EXPECT_EQ(resolveInternetLocation(other), whole);
 }
 
 TEST(InternetLocations, HaveTheExtensionOfTheirScheme) {
@@ -181,7 +185,13 @@ TEST(InternetLocations, AreKnownByExtensionsAndTypes) {
   EXPECT_TRUE(isInternetLocationFile(folder.write("a.desktop", "[Desktop Entry]\nType=Link\nURL=http://a\n")));
   EXPECT_FALSE(
       isInternetLocationFile(folder.write("b.desktop", "[Desktop Entry]\nType=Application\nExec=a\n")));
-  EXPECT_FALSE(isInternetLocationFile(folder.write("a.txt", "URL=http://a")));
+  const NSString plain = folder.write("a.txt", "URL=http://a");
+  EXPECT_FALSE(isInternetLocationFile(plain));
+  const NSURL url = NSURL::URLWithString(u"ftp://a/"_ns);
+  if (createInternetLocation(url, plain, InternetLocationForm::resourceFork) &&
+      finderField(plain, kFinderType) == NSHFSTypeCodeFromFileType(u"'ilft'"_ns)) {
+    EXPECT_TRUE(isInternetLocationFile(plain));
+  }
   EXPECT_FALSE(isInternetLocationFile(folder.string("none.webloc")));
   std::filesystem::create_directory(folder.path() / "folder.webloc");
   EXPECT_FALSE(isInternetLocationFile(folder.string("folder.webloc")));
