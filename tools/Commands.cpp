@@ -8,6 +8,7 @@
 #include "tools/EntityCommands.hpp"
 #include "tools/HelpCommands.hpp"
 #include "tools/HelperCommands.hpp"
+#include "tools/LocationCommands.hpp"
 #include "tools/MarkupCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
 #include "tools/ResourceForkCommands.hpp"
@@ -23,10 +24,12 @@ const std::vector<Command> &allCommands() {
     for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(),
                              &plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(),
                              &urlCommands(), &resourceForkCommands(), &helpCommands()})
+      &urlCommands(), &locationCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
-    return all;
-  }();
-  return commands;
+  return all;
+}
+();
+return commands;
 }
 
 const Command &commandNamed(const std::string &name) {

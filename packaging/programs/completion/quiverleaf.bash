@@ -3,6 +3,7 @@
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url fork help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url location help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -21,6 +22,8 @@ _quiverleaf() {
   [[ $command == url ]] && options+=' --base'
   [[ $command == fork ]] && options+=' --extract --output'
   if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract)$ ]]; then
+  [[ $command == location ]] && options+=' --create --output'
+  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
@@ -32,6 +35,7 @@ _quiverleaf() {
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
   elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode|fork)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode|location)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi
