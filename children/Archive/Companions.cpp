@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include <cstdint>
 #include <optional>
@@ -27,6 +28,8 @@ bool saysSomething(const NSData &data) {
 }  // namespace
 
 NSData companionOfFile(int descriptor, const NSData &beside) {
+  // Most files have no attributes, which one call tells.
+  if (::flistxattr(descriptor, nullptr, 0) <= 0) return beside;
   const NSString path = NSString::stringWithUTF8String("/proc/self/fd/" + std::to_string(descriptor));
   const NSData fork = resourceForkData(path), information = metadataEntry(path, AppleDouble::kFinderInfo);
   if (fork.length() == 0 && !saysSomething(information)) return beside;
