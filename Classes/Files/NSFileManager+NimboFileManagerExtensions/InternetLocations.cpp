@@ -19,6 +19,7 @@
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/NSStringSearch.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/FinderInfo.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
@@ -114,7 +115,7 @@ std::vector<NSString> InternetLocationTypes() {
 
 bool isInternetLocationExtension(const NSString &extension, const NSString &type) {
   return std::ranges::any_of(InternetLocationTypes(), [&](const NSString &known) {
-    return isQuoted(known) ? known == type : equalsASCIINoCase(extension.view(), known.UTF8String());
+    return isQuoted(known) ? known == type : isEqualCaseInsensitive(extension.view(), known.view());
   });
 }
 
