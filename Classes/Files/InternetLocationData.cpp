@@ -36,11 +36,16 @@ u16string_view sectionOfLine(u16string_view line) {
   return trimmedText(line.substr(1, line.size() - 2));
 }
 
-/// The value of a line "key=value"; null data when it is another line. `key` is in small letters.
-u16string_view valueOfLine(u16string_view line, std::string_view key) {
+/// A line "key=value".
+struct Setting {
+  u16string_view key, value;
+};
+
+/// Both are empty for any other line.
+Setting settingOfLine(u16string_view line) {
   const std::size_t equals = line.find(u'=');
-  if (equals == line.npos || !equalsASCIINoCase(trimmedText(line.substr(0, equals)), key)) return {};
-  return trimmedText(line.substr(equals + 1));
+  if (equals == line.npos) return {};
+  return {trimmedText(line.substr(0, equals)), trimmedText(line.substr(equals + 1))};
 }
 
 /// Shortcuts keep a URL that the code page cannot hold a second time, in UTF-7.
@@ -55,8 +60,8 @@ NSString URLOfShortcut(u16string_view text) {
   while (!text.empty()) {
     const u16string_view line = takeLine(text);
     if (const u16string_view name = sectionOfLine(line); !name.empty()) section = name;
-    const u16string_view value = valueOfLine(line, "url");
-    if (value.empty()) continue;
+    const auto [key, value] = settingOfLine(line);
+    if (value.empty() || !equalsASCIINoCase(key, "url")) continue;
     if (equalsASCIINoCase(section, "internetshortcut.w"))
       if (const NSString wide = textFromUTF7(value)) return URLOfLocationText(wide.view());
     if (own.empty() && equalsASCIINoCase(section, "internetshortcut")) own = value;
@@ -89,11 +94,10 @@ NSString URLOfDesktopEntry(u16string_view text) {
     if (const u16string_view name = sectionOfLine(line); !name.empty()) {
       if (isEntry) break;
       isEntry = name == u"Desktop Entry";
-    } else if (isEntry && line.starts_with(u"Type")) {
-      isLink = valueOfLine(line, "type") == u"Link";
-    } else if (isEntry && line.starts_with(u"URL")) {
-      url = valueOfLine(line, "url");
     }
+    const auto [key, value] = settingOfLine(line);
+    if (isEntry && key == u"Type") isLink = value == u"Link";
+    if (isEntry && key == u"URL") url = value;
   }
   return isLink ? URLOfLocationText(unescapedValue(url)) : NSString();
 }

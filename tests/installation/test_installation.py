@@ -9,6 +9,7 @@ import shutil
 import subprocess
 import tempfile
 import unittest
+import zipfile
 
 import documents
 from commands import ENVIRONMENT, run
@@ -106,6 +107,10 @@ class InstallationTest(unittest.TestCase):
                     linked = path.with_name(path.name.removesuffix(f".{version}"))
                     self.assertEqual(linked.exists(), path.parent == self.libraries)
         self.assertNotIn("libnimbo-imageio", needed(libraries[f"libnimbo-media.so.{version}"]))
+
+    def test_the_program_for_archives(self):
+        self.run_here(next(self.prefix.rglob("quiverleaf-archive")), "-c", "-k", "--sequesterRsrc", "page.html", "a.zip")
+        self.assertEqual(zipfile.ZipFile(self.folder / "a.zip").namelist(), ["page.html"])
 
     def find_package(self, arguments, **options):
         source = pathlib.Path(tempfile.mkdtemp(dir=self.folder))

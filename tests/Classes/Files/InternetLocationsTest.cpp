@@ -44,7 +44,8 @@ constexpr std::string_view kWindowsShortcut =
 
 TEST(InternetLocations, AreReadInAllForms) {
   const std::string page = "[InternetShortcut]\r\nURL=http://example.org/\r\n";
-  const std::string entry = "[Desktop Entry]\nType=Link\nURL=http://example.org/a\\sb\\\\c\n";
+  const std::string entry =
+      "[Desktop Entry]\nType=Link\nTypes=x\nURL=http://example.org/a\\sb\\\\c\nURL[de]=x\n";
   const std::pair<std::string, const char *> cases[] = {
       {std::string(kXML), "http://example.org/?a&b"},
       {"\xef\xbb\xbf" + std::string(kXML), "http://example.org/?a&b"},
