@@ -180,7 +180,7 @@ AliasOriginal originalOfBookmark(const NSData &data) {
 AliasOriginal originalOfAliasRecord(const NSData &data) {
   const BoundedBytes record(data.view());
   const auto version = record.bigEndian16(kVersionOffset), kind = record.bigEndian16(kKindOffset);
-  if (!kind || (version != 2 && version != 3)) return {};
+  if (!kind || !version || *version < 2 || *version > 3) return {};
   const AliasPaths paths = pathsOfTags(record, version == 2 ? kTagsOfVersion2 : kTagsOfVersion3);
   AliasOriginal original{.path = {}, .isDirectory = *kind == 1};
   if (paths.path) {

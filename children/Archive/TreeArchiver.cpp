@@ -107,7 +107,9 @@ void TreeArchiver::addContents(FileDescriptor opened, const std::string &name, s
     if (!entry) break;
     const std::string entryName = entry->d_name;
     if (entryName == "." || entryName == ".." || isCompanion(descriptor, entryName)) continue;
-    addItem({descriptor, entryName, name.empty() ? entryName : name + '/' + entryName, depth + 1}, false);
+    std::string entryPath = name;
+    if (!name.empty()) entryPath += '/';
+    addItem({descriptor, entryName, entryPath.append(entryName), depth + 1}, false);
   }
   if (errno != 0) throw ArchiveError(name, errno);
 }

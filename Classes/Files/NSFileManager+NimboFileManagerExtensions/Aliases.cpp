@@ -57,7 +57,7 @@ bool isAliasFileAtPath(const NSString &path, bool *isDirectory) {
 
 NSString resolveAlias(const NSString &path, Flag /*noUI*/, bool *isDirectory) {
   const auto original = originalOfFile(path);
-  const NSString found = original ? original->path : NSString();
+  NSString found = original ? original->path : NSString();
   bool isFolder = false;
   if (!NSFileManager::fileExistsAtPath(found, &isFolder)) isFolder = original && original->isDirectory;
   if (isDirectory) *isDirectory = found && isFolder;
