@@ -23,13 +23,11 @@ const std::vector<Command> &allCommands() {
     std::vector<Command> all;
     for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(),
                              &plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(),
-                             &urlCommands(), &resourceForkCommands(), &helpCommands()})
-      &urlCommands(), &locationCommands(), &helpCommands()})
+                             &urlCommands(), &locationCommands(), &resourceForkCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
-  return all;
-}
-();
-return commands;
+    return all;
+  }();
+  return commands;
 }
 
 const Command &commandNamed(const std::string &name) {

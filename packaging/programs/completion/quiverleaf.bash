@@ -2,8 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url fork help version'
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url location help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url location fork help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -21,9 +20,8 @@ _quiverleaf() {
   [[ $command == strip ]] && options+=' --tag --attributes --bodies --except --objects'
   [[ $command == url ]] && options+=' --base'
   [[ $command == fork ]] && options+=' --extract --output'
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract)$ ]]; then
   [[ $command == location ]] && options+=' --create --output'
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base)$ ]]; then
+  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
@@ -34,8 +32,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode|fork)$ ]]; then
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode|location)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode|location|fork)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi
