@@ -10,7 +10,6 @@
 #include <string_view>
 
 #include "platform/Foundation/NSFileAttributes.hpp"
-#include "platform/Foundation/NSFileAttributes.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"

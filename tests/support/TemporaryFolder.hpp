@@ -16,7 +16,11 @@ namespace nimbo {
 /// A folder of a test's own, removed with everything in it.
 class TemporaryFolder {
  public:
-  TemporaryFolder() : TemporaryFolder(std::filesystem::temp_directory_path()) {}
+  explicit TemporaryFolder(const std::filesystem::path &parent = std::filesystem::temp_directory_path()) {
+    std::string name = (parent / "quiverleaf-test-XXXXXX").native();
+    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
+    path_ = name;
+  }
   /// One in memory, where the system has such a place, for very many files and folders.
   static TemporaryFolder inMemory() {
     return std::filesystem::is_directory("/dev/shm") ? TemporaryFolder("/dev/shm") : TemporaryFolder();
@@ -37,12 +41,6 @@ class TemporaryFolder {
   }
 
  private:
-  explicit TemporaryFolder(const std::filesystem::path &parent) {
-    std::string name = (parent / "quiverleaf-test-XXXXXX").native();
-    if (!::mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-    path_ = name;
-  }
-
   std::filesystem::path path_;
 };
 

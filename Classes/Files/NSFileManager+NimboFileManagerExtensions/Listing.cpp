@@ -49,15 +49,19 @@ std::vector<NSString> listing(const NSString &path, Kinds kinds, bool fullPath, 
   return found;
 }
 
+/// Most names are ASCII, whose units are their bytes.
 void appendName(std::u16string &path, std::string_view name) {
-  if (std::all_of(name.begin(), name.end(),
-                  [](char byte) { return static_cast<unsigned char>(byte) < 0x80; })) {
-    const std::size_t length = path.size();
-    path.resize(length + name.size());
-    std::copy(name.begin(), name.end(), path.begin() + static_cast<std::ptrdiff_t>(length));
-  } else {
-    path += NSString::stringWithFileSystemRepresentation(name).view();
+  const std::size_t length = path.size();
+  path.resize(length + name.size());
+  unsigned char bits = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(name[i]);
+    bits |= byte;
+    path[length + i] = byte;
   }
+  if (bits < 0x80) return;
+  path.resize(length);
+  path += NSString::stringWithFileSystemRepresentation(name).view();
 }
 
 std::vector<NSString> deepListing(const NSString &folder, Kinds kinds, bool resolveLinks) {

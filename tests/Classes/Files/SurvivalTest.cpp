@@ -2,7 +2,6 @@
 //
 // What is left of files when the process is killed at any system call, or when any call fails.
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,7 +9,6 @@
 #include <functional>
 #include <iterator>
 #include <map>
-#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -170,20 +168,13 @@ std::vector<Scenario> scenarios() {
 
 class Survival : public testing::TestWithParam<Scenario> {
  protected:
-  /// In memory, where there is such a folder: a disk would make some thousand runs wait.
-  Survival() {
-    if (const char *folder = ::getenv("TMPDIR")) before_ = folder;
-    if (fs::is_directory("/dev/shm")) ::setenv("TMPDIR", "/dev/shm", 1);
-  }
-  ~Survival() override { before_ ? ::setenv("TMPDIR", before_->c_str(), 1) : ::unsetenv("TMPDIR"); }
-
   /// Runs the scenario with the faults at each call in turn, until there are no more.
   void runAtEachCall(SystemCallFaults faults) {
     const Scenario &scenario = GetParam();
     faults.withFoldersApart = scenario.surroundings.withFoldersApart;
     faults.withoutRenameFlags = scenario.surroundings.withoutRenameFlags;
     for (faults.call = 0;; ++faults.call) {
-      const TemporaryFolder folder;
+      const TemporaryFolder folder = TemporaryFolder::inMemory();
       for (const auto &[path, content] : scenario.files) folder.write(path, content);
       const Outcome outcome = runWithFaults(faults, [&] { return scenario.work(folder); });
       if (outcome == Outcome::notTraced) GTEST_SKIP() << "No process can be traced here.";
@@ -204,14 +195,11 @@ class Survival : public testing::TestWithParam<Scenario> {
     const State state = stateOf(folder);
     ASSERT_TRUE(!State{scenario.files}.has(kNew) || state.has(kNew)) << description(state);
   }
-
- private:
-  std::optional<std::string> before_;
 };
 
 TEST_P(Survival, KeepsWhatThereWas) {
   SystemCallFaults none = GetParam().surroundings;
-  const TemporaryFolder folder;
+  const TemporaryFolder folder = TemporaryFolder::inMemory();
   for (const auto &[path, content] : GetParam().files) folder.write(path, content);
   const Outcome outcome = runWithFaults(none, [&] { return GetParam().work(folder); });
   if (outcome == Outcome::notTraced) GTEST_SKIP() << "No process can be traced here.";

@@ -121,9 +121,11 @@ TEST(FolderWalk, EndsBehindTooManyLinks) {
 
 TEST(FolderWalk, StaysInsideWhenFoldersAreMoved) {
   const TemporaryFolder top;
-  // Where the walk would come out if it trusted "..", folders of the same names stand.
-  for (const char *name : {"a", "b", "c", "e", "f", "g"}) {
-    top.write(std::string("outside/") + name + "/secret", "");
+  // Where the walk would come out if it trusted "..", folders of the same names stand, so many that some are
+  // met after the way down.
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = std::to_string(i);
+    top.write("outside/" + name + "/secret", "");
     fs::create_directories(top.path() / "inside/d/d" / name);
   }
   std::string way = "inside";
