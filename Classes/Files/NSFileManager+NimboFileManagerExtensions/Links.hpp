@@ -17,7 +17,9 @@ namespace NIMBO_PUBLIC nimbo {
 ///
 ///     const NSString path = stringByAppendingPathComponent(FSRefMakePath(file.folder), file.name);
 struct FSSpec {
+  /// The folder.
   FSRef folder;
+  /// The last component of the path.
   NSString name;
 };
 

@@ -9,8 +9,11 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// A big-endian number in what a file server keeps of a file, and the bits of it that are meant.
 struct FinderField {
-  /// The entry of the metadata in which it stands.
-  enum class Entry { finderInfo, fileDates, AFPFileInfo } entry;
+  /// The entries of the metadata.
+  enum class Entry { finderInfo, fileDates, AFPFileInfo };
+
+  /// The one in which it stands.
+  Entry entry;
   /// Where it stands there, in bytes.
   std::uint32_t offset;
   /// How long it is, in bytes.
