@@ -277,6 +277,7 @@ void RTFReader::closeGroup() {
 bool RTFReader::takesBytes() const {
   switch (group_.destination) {
     case Destination::ignored:
+    case Destination::plainTwin:
     case Destination::colorTable:
     case Destination::expandedColors:
     case Destination::lists:

@@ -45,8 +45,9 @@ class RTFReader {
   /// What becomes of text.
   enum class Destination : std::uint8_t {
     body,
-    listText,  ///< The body, too: a marker.
-    ignored,   ///< None, but groups in it may have some.
+    listText,   ///< The body, too: a marker.
+    ignored,    ///< None, but groups in it may have some.
+    plainTwin,  ///< None: what the body has comes in Unicode once more.
     fontTable,
     colorTable,
     expandedColors,

@@ -289,7 +289,10 @@ bool RTFReader::takeDestination(RTFWord word) {
       return true;
     case RTFWord::shppict_:
       return true;
+    case RTFWord::upr_:
+      return now == Destination::body ? begin(Destination::plainTwin) : true;
     case RTFWord::ud_:
+      if (now == Destination::plainTwin) return begin(Destination::body);
       return now == Destination::info || skip();
     case RTFWord::falt_:
     case RTFWord::panose_:

@@ -43,7 +43,7 @@ namespace nimbo {
   WORD(margl) WORD(margr) WORD(margt) WORD(margb) WORD(fonttbl) WORD(falt) WORD(panose) WORD(fcharset) \
   WORD(cpg) WORD(colortbl) WORD(expandedcolortbl) WORD(red) WORD(green) WORD(blue) WORD(alpha) WORD(info) \
   WORD(title) WORD(author) WORD(subject) WORD(keywords) WORD(company) WORD(copyright) WORD(doccomm) \
-  WORD(creatim) WORD(revtim) WORD(yr) WORD(mo) WORD(dy) WORD(hr) WORD(min) WORD(sec) WORD(ud) \
+  WORD(creatim) WORD(revtim) WORD(yr) WORD(mo) WORD(dy) WORD(hr) WORD(min) WORD(sec) \
   /* Lists. */ \
   WORD(listtable) WORD(list) WORD(listid) WORD(listlevel) WORD(levelnfc) WORD(levelnfcn) WORD(levelstartat) \
   WORD(leveltext) WORD(levelmarker) WORD(leveltemplateid) WORD(listoverridetable) WORD(listoverride) \
@@ -57,7 +57,7 @@ namespace nimbo {
   WORD(sn) WORD(sv) WORD(object) WORD(objdata) WORD(result) WORD(NeXTGraphic) WORD(width) WORD(height) \
   WORD(alttext) WORD(stylesheet) WORD(filetbl) WORD(header) WORD(headerl) WORD(headerr) WORD(headerf) \
   WORD(footer) WORD(footerl) WORD(footerr) WORD(footerf) WORD(footnote) WORD(nesttableprops) \
-  WORD(nonesttables) WORD(xe) WORD(tc) WORD(private1) WORD(do) WORD(docvar)
+  WORD(nonesttables) WORD(upr) WORD(ud) WORD(xe) WORD(tc) WORD(private1) WORD(do) WORD(docvar)
 // clang-format on
 
 /// A control word. Its name follows the backslash, case counts.

@@ -54,6 +54,7 @@ TEST(RTFReader, Text) {
                 "ab"},
            Case{"a{\\footnote note}b", "ab\nnote\n"},
            Case{"a{\\shp{\\*\\shpinst gone{\\shptxt box\\par}}{\\shprslt gone}}b", "abox\nb"},
+           Case{"a{\\upr{b?{\\b ?}}{\\*\\ud{b\\u8364 ?{\\b c}}}}d", "ab\u20accd"},
            Case{"{\\bin5 }}}}}a{\\*\\x\\bin3 }}}b}c", "ac"},
            Case{"a}b{\\b c}", "abc"},
            Case{"a{{{b", "ab"},
