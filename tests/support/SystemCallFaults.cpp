@@ -33,6 +33,8 @@ bool reachesFiles(unsigned long long call) {
     case SYS_rt_sigaction:
     case SYS_rt_sigprocmask:
     case SYS_rt_sigreturn:
+    case SYS_sigaltstack:
+    case SYS_prlimit64:
     case SYS_getpid:
     case SYS_gettid:
     case SYS_getuid:
