@@ -1,23 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Files/NSBundle+NSBundleNimboExtensions/Plugins.hpp"
 
-#include <filesystem>
+#include <utility>
 
-#include "platform/Foundation/NSFileManager.hpp"
-#include "platform/Foundation/NSPathUtilities.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Listing.hpp"
+#include "Classes/Files/NSString+NSStringNimboLinkExtensions.hpp"
 
 namespace nimbo {
 inline namespace NSBundleNimboExtensions {
 
 namespace {
-
-/// The path without symbolic links; nil when it leads nowhere.
-NSString resolvedPath(const NSString &path) {
-  const auto name = path.fileSystemRepresentation();
-  std::error_code error;
-  const std::filesystem::path real = name ? std::filesystem::canonical(*name, error) : std::filesystem::path();
-  return real.empty() ? NSString() : NSString::stringWithFileSystemRepresentation(real.native());
-}
 
 NSString builtInPlugIns() {
   return NSBundle::mainBundle().builtInPlugInsPath();
@@ -27,10 +19,8 @@ NSString builtInPlugIns() {
 
 std::vector<NSBundle> loadPluginsAtPath(const NSString &path) {
   std::vector<NSBundle> plugins;
-  const auto names = NSFileManager::contentsOfDirectoryAtPath(path);
-  for (const NSString &name : names.value_or(std::vector<NSString>()))
-    if (NSBundle bundle = NSBundle::bundleWithPath(resolvedPath(stringByAppendingPathComponent(path, name))))
-      plugins.push_back(std::move(bundle));
+  for (const NSString &entry : directoryContentsAtPath(stringByResolvingLinksInPath(path), true, true))
+    if (NSBundle bundle = NSBundle::bundleWithPath(entry)) plugins.push_back(std::move(bundle));
   return plugins;
 }
 
