@@ -8,6 +8,8 @@
 #include <system_error>
 #include <vector>
 
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Aliases.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Kinds.hpp"
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Links.hpp"
 
 namespace nimbo {
@@ -23,6 +25,25 @@ constexpr int kMaximumLinks = 40;
 void appendReversed(std::vector<fs::path> &components, const fs::path &path) {
   const std::vector<fs::path> own(path.begin(), path.end());
   components.insert(components.end(), own.rbegin(), own.rend());
+}
+
+/// What an alias file leads to; nil when that is not there, or the file is no alias.
+NSString originalOfAlias(const NSString &path) {
+  NSString original = resolveAlias(path);
+  return fileExistsAtPath(original, false) ? original : NSString();
+}
+
+/// Where the link or the alias file at the path leads to; empty when there is none.
+fs::path targetOf(const fs::path &path) {
+  // No link has a longer name, and long paths stay linear.
+  if (path.native().size() >= PATH_MAX) return fs::path();
+  std::error_code error;
+  const fs::file_type type = fs::symlink_status(path, error).type();
+  if (type == fs::file_type::symlink) return fs::read_symlink(path, error);
+  if (type != fs::file_type::regular) return fs::path();
+  return originalOfAlias(NSString::stringWithFileSystemRepresentation(path.native()))
+      .fileSystemRepresentation()
+      .value_or("");
 }
 
 /// The path without links; an empty one when they lead in circles.
@@ -41,8 +62,7 @@ fs::path withoutLinks(const fs::path &path) {
       continue;
     }
     fs::path next = result / component;
-    std::error_code error;
-    const fs::path target = next.native().size() < PATH_MAX ? fs::read_symlink(next, error) : fs::path();
+    const fs::path target = targetOf(next);
     if (target.empty()) {
       result = std::move(next);
       continue;
@@ -56,8 +76,9 @@ fs::path withoutLinks(const fs::path &path) {
 }  // namespace
 
 NSString stringByResolvingLinkOfPath(const NSString &path) {
-  const NSString target = resolveLink(path);
-  return target ? target : path;
+  if (const NSString target = resolveLink(path)) return target;
+  const NSString original = originalOfAlias(path);
+  return original ? original : path;
 }
 
 NSString stringByResolvingLinksInPath(const NSString &path) {

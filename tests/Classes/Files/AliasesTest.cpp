@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "Classes/Files/AliasRecords.hpp"
+#include "Classes/Files/NSString+NSStringNimboLinkExtensions.hpp"
 #include "Classes/Files/ResourceFork.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/System/FinderInfo.hpp"
 #include "tests/support/ExactBuffer.hpp"
 #include "tests/support/TemporaryFolder.hpp"
@@ -182,6 +184,21 @@ TEST(Aliases, AreFilesWhoseOriginalMayBeThere) {
   if (setFinderField(old, {FinderField::Entry::finderInfo, 8, 2, 0x8000}, 0x8000)) {
     EXPECT_TRUE(isAliasFileAtPath(old));
     EXPECT_EQ(resolveAlias(old), u"/x"_ns);
+  }
+
+  // Paths lead through aliases as through links, as long as their originals are there.
+  const NSString alias = aliasOf(folder.path() / "a", 2);
+  std::filesystem::create_symlink("alias", folder.path() / "named");
+  const std::pair<NSString, NSString> ways[] = {{alias, folder.string("a")},
+                                                {folder.string("named"), alias},
+                                                {folder.string("alias/b"), folder.string("alias/b")}};
+  for (const auto &[path, one] : ways) EXPECT_EQ(stringByResolvingLinkOfPath(path), one);
+  const NSString all = stringByResolvingLinksInPath(folder.string("a/b"));
+  EXPECT_EQ(stringByResolvingLinksInPath(folder.string("named/../alias/b")), all);
+  for (const std::filesystem::path &lost :
+       {folder.path() / "alias", std::filesystem::path("/no/such/folder")}) {
+    const NSString useless = stringByAppendingPathComponent(aliasOf(lost, 2), u"b"_ns);
+    EXPECT_TRUE(stringByResolvingLinksInPath(useless).view().ends_with(u"/alias/b"));
   }
 
   std::filesystem::create_symlink("a", folder.path() / "link");
