@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSTask.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
@@ -57,6 +59,13 @@ NSString nameArgument(const NSString &name) {
   return NSString::stringWithCharacters(std::u16string(u"./").append(name.view()));
 }
 
+/// The path under which the program writes an archive: it appends an extension to one without any.
+NSString zipPath(const NSString &path) {
+  const bool hasExtension =
+      path.view().substr(path.view().rfind(u'/') + 1).find(u'.') != std::u16string_view::npos;
+  return hasExtension ? path : stringByAppendingPathExtension(path, u"zip"_ns);
+}
+
 bool removeFile(const NSString &path) {
   return ::unlink(path.fileSystemRepresentation().value_or("").c_str()) == 0 || errno == ENOENT;
 }
@@ -76,7 +85,7 @@ bool compressFileAtPath(const NSString &path, const NSString &toPath, Flag keepP
 
 bool compressFiles(std::span<const NSString> files, const NSString &inDirectory, const NSString &toPath,
                    Flag append) {
-  const NSString archive = absolutePath(toPath);
+  const NSString archive = zipPath(absolutePath(toPath));
   bool isDirectory = false;
   if (files.empty() || !archive || !NSFileManager::fileExistsAtPath(inDirectory, &isDirectory) || !isDirectory)
     return false;

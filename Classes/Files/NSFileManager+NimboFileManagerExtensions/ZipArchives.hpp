@@ -26,7 +26,7 @@ bool compressFileAtPath(const NSString &path, const NSString &toPath, Flag keepP
 /// Makes an archive of files and folders, which are named from a folder, by "/usr/bin/zip"; with `append` it
 /// puts them into the archive that is there, in the place of those with the same names. What a symbolic link
 /// leads to is archived. Any name is a name, also one that begins with "-". A relative archive path begins at
-/// this process's working folder; the program appends ".zip" to one without an extension. False when no file is
+/// this process's working folder; ".zip" is appended to one without an extension. False when no file is
 /// named, the folder is none, the old archive cannot be removed, or the program is not there or fails, as it
 /// does when it cannot read one of the files or when the names are longer together than a command line may be.
 bool compressFiles(std::span<const NSString> files, const NSString &inDirectory, const NSString &toPath,

@@ -171,6 +171,12 @@ TEST_F(ZipArchives, AddNamedFiles) {
   ASSERT_TRUE(compress({u"a.txt"_ns}, false));
   EXPECT_EQ(namesIn(archive), Names{"a.txt"});
 
+  // The program appends an extension.
+  const NSString plain = folder.write("plain", "");
+  for (const NSString &name : {u"@"_ns, u"a.txt"_ns}) ASSERT_TRUE(compressFiles({name}, tree, plain, false));
+  EXPECT_EQ(namesIn(folder.string("plain.zip")), Names{"a.txt"});
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "plain"));
+
   EXPECT_FALSE(compress({}, false));
   EXPECT_FALSE(compress({u""_ns}, false));
   EXPECT_FALSE(compressFiles({u"a.txt"_ns}, folder.string("none"), archive, false));
@@ -179,6 +185,7 @@ TEST_F(ZipArchives, AddNamedFiles) {
   EXPECT_EQ(namesIn(archive), Names{"a.txt"});
   EXPECT_FALSE(compress({u"none"_ns}, true));
   EXPECT_EQ(namesIn(archive), Names{"a.txt"});
+  std::filesystem::create_directory(folder.path() / "out.zip");
   EXPECT_FALSE(compressFiles({u"a.txt"_ns}, tree, folder.string("out"), false));
   EXPECT_EQ(namesInFolder(folder.path() / "out"), Names{"a.zip"});
 }
