@@ -40,8 +40,11 @@ bool logErrno(const NSString &operation, const NSString &attribute, const NSStri
 
 /// Folders keep something else in the place of the codes.
 bool setCodes(const NSString &operation, const NSString &path, const FinderField &field, std::uint64_t codes) {
-  if (fileAttributeAtPath(path, NSFileType(), true).string() != NSFileTypeRegular())
-    return logErrno(operation, u"codes"_ns, path, ENOENT);
+  const NSString type = fileAttributeAtPath(path, NSFileType(), true).string();
+  if (type != NSFileTypeRegular()) {
+    const int reason = type == NSFileTypeDirectory() ? EISDIR : type ? EINVAL : ENOENT;
+    return logErrno(operation, u"codes"_ns, path, reason);
+  }
   return setField(operation, u"codes"_ns, path, field, codes);
 }
 

@@ -9,6 +9,7 @@ namespace nimbo {
 inline namespace NimboFileManagerExtensions {
 
 bool existsCustomIconForPath(const NSString &path, Flag isDirectory) {
+  if (path.length() == 0) return false;
   if (!isDirectory) return finderField(path, kFinderHasCustomIcon) != 0;
   if (NSFileManager::fileExistsAtPath(stringByAppendingPathComponent(path, u"Icon\r"_ns))) return true;
   const NSString parent = stringByDeletingLastPathComponent(stringByStandardizingPath(path));

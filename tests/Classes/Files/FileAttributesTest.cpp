@@ -152,8 +152,8 @@ TEST(FileAttributes, ThatCannotBeChangedAreLogged) {
       }).find("setFileHFSTypeCode:atPath: (codes):\n/proc/version\nthe file system keeps no such attributes"),
       std::string::npos);
   EXPECT_NE(logOf([&] {
-              EXPECT_FALSE(setFileHFSCreatorCode(kText, folder.string("")));
-            }).find("setFileHFSCreatorCode:atPath: (codes):\n" + folder.path().native()),
+              EXPECT_FALSE(setFileHFSCreatorCode(kText, u"/"_ns));
+            }).find("setFileHFSCreatorCode:atPath: (codes):\n/\nIs a directory"),
             std::string::npos);
   using Change = bool (*)(const NSString &path);
   const Change changes[] = {
@@ -350,7 +350,11 @@ TEST(CustomIcons, OfFoldersAreFilesOrTheSystems) {
   };
   for (const auto &[path, exists] : cases)
     EXPECT_EQ(existsCustomIconForPath(path), exists) << path.UTF8String();
-  EXPECT_FALSE(existsCustomIconForPath(NSString(), true));
+  // No path is not that of the working folder.
+  const fs::path working = fs::current_path();
+  fs::current_path(folder.path() / "icon");
+  EXPECT_FALSE(existsCustomIconForPath(NSString(), true) || existsCustomIconForPath(u""_ns, true));
+  fs::current_path(working);
   ::setenv("HOME", home.c_str(), 1);
 }
 
