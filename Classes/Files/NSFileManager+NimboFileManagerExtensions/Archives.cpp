@@ -18,8 +18,11 @@ namespace {
 /// Up to how many archives each number is tried; beyond, the folder tells which there are.
 constexpr std::uint32_t kTriedNumbers = 100;
 
+/// Nil for the root, whose name takes no extension.
 NSString archiveOf(const NSString &path, std::uint64_t number) {
-  return stringByAppendingPathExtension(path, NSString::stringWithUTF8String(std::to_string(number)));
+  NSString archive =
+      stringByAppendingPathExtension(path, NSString::stringWithUTF8String(std::to_string(number)));
+  return archive == path ? NSString() : archive;
 }
 
 /// The number of an archive by its name, if it is one of the file's.

@@ -2,8 +2,10 @@
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Moving.hpp"
 
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/ItemStatus.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Kinds.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/System/FinderInfo.hpp"
 
 namespace nimbo {
@@ -16,9 +18,13 @@ bool makeFolderOf(const NSString &path, NSError *error) {
   return folder.length() == 0 || NSFileManager::createDirectoryAtPath(folder, true, {}, error);
 }
 
+/// The path in one form; "~" is a name like others.
+NSString standardized(const NSString &path) {
+  return stringByStandardizingPath(path.view().starts_with(u'~') ? stringByConcatenating(u"./", path) : path);
+}
+
 bool movePath(const NSString &path, const NSString &toPath, bool overwrite, const FileManagerHandler &handler) {
-  if (stringByStandardizingPath(path) == stringByStandardizingPath(toPath))
-    return statusOfItem(path).has_value();
+  if (standardized(path) == standardized(toPath)) return statusOfItem(path).has_value();
   if (handler.willProcessPath) handler.willProcessPath(path);
   for (;;) {
     NSError error;
@@ -47,7 +53,9 @@ bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite) {
 bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite, Flag hideFileExtensions,
                 const FileManagerHandler &handler) {
   if (!movePath(path, toPath, overwrite, handler)) return false;
-  setFinderField(toPath, kFinderHidesExtension, hideFileExtensions ? kFinderHidesExtension.mask : 0);
+  // A link has no marks of its own.
+  if (!isSymbolicLinkAtPath(toPath))
+    setFinderField(toPath, kFinderHidesExtension, hideFileExtensions ? kFinderHidesExtension.mask : 0);
   return true;
 }
 

@@ -38,7 +38,7 @@ struct FileManagerHandler {
 /// false, both are where they were.
 bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite = false);
 /// The same, with a handler. What has been moved is then marked as one whose path extension is hidden, or
-/// shown; where the file system cannot keep that it is moved all the same.
+/// shown, unless it is a link; where the file system cannot keep that it is moved all the same.
 bool updatePath(const NSString &path, const NSString &toPath, Flag overwrite, Flag hideFileExtensions,
                 const FileManagerHandler &handler);
 

@@ -31,6 +31,19 @@ bool claimAndReplace(const std::string &from, const std::string &to) {
   return false;
 }
 
+/// Renaming leaves both names alone when they are those of one file: removes the old one.
+bool removeOtherName(const std::string &from, const std::string &to) {
+  struct stat left = {}, there = {};
+  if (::lstat(from.c_str(), &left) != 0 || ::lstat(to.c_str(), &there) != 0) return true;
+  if (left.st_nlink < 2 || S_ISDIR(left.st_mode) || left.st_dev != there.st_dev || left.st_ino != there.st_ino)
+    return true;
+  // Both may lead to the same name, which has to stay.
+  const auto other =
+      makeBeside(from, [&](const std::string &name) { return renameWithoutReplacing(from, name); });
+  if (!other) return false;
+  return ::lstat(to.c_str(), &there) == 0 ? ::unlink(other->c_str()) == 0 : renameWithoutReplacing(*other, to);
+}
+
 }  // namespace
 
 bool renameWithoutReplacing(const std::string &from, const std::string &to) {
@@ -39,7 +52,7 @@ bool renameWithoutReplacing(const std::string &from, const std::string &to) {
 }
 
 bool renameReplacing(const std::string &from, const std::string &to) {
-  if (::rename(from.c_str(), to.c_str()) == 0) return true;
+  if (::rename(from.c_str(), to.c_str()) == 0) return removeOtherName(from, to);
   if (errno != EISDIR && errno != ENOTDIR && errno != ENOTEMPTY && errno != EEXIST) return false;
   const auto old = makeBeside(to, [&](const std::string &name) { return renameWithoutReplacing(to, name); });
   if (!old) return false;

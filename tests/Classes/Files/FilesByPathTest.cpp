@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -49,6 +50,8 @@ TEST(Archives, Rotate) {
   EXPECT_EQ(contentOf(tooLong), "1");
   EXPECT_TRUE(archivePath(folder.write(odd, "1"), 3));
   EXPECT_TRUE(fs::exists(folder.path() / (odd + ".0")));
+  EXPECT_EQ(archivedPaths(u"//"_ns), std::vector{u"//"_ns});
+  EXPECT_FALSE(archivePath(u"/"_ns, 1));
 }
 
 TEST(Names, AreFreeAndFit) {
@@ -188,6 +191,32 @@ TEST(Moving, AsksWhatToDo) {
   EXPECT_TRUE(updatePath(a, b, false, true, handler));
   EXPECT_EQ(contentOf(b), "1");
   EXPECT_EQ(std::pair(questions, told), std::pair(2, 2));
+
+  // The path's "~" is a name, and stands for no other folder.
+  const fs::path working = fs::current_path();
+  const char *const home = std::getenv("HOME");
+  folder.write("~/a", "3");
+  fs::current_path(folder.path());
+  ::setenv("HOME", folder.path().c_str(), 1);
+  EXPECT_TRUE(updatePath(u"~/a"_ns, a));
+  home ? ::setenv("HOME", home, 1) : ::unsetenv("HOME");
+  fs::current_path(working);
+  EXPECT_EQ(contentOf(a), "3");
+
+  // Of two names of one file the old one goes, but not a name by which it takes the place of itself.
+  fs::create_hard_link(folder.path() / "a", folder.path() / "again");
+  fs::create_directory_symlink(".", folder.path() / "here");
+  EXPECT_TRUE(updatePath(a, folder.string("here/a"), true));
+  EXPECT_EQ(contentOf(a), "3");
+  EXPECT_TRUE(updatePath(folder.string("again"), folder.string("here/a"), true));
+  EXPECT_EQ(contentOf(a), "3");
+  EXPECT_FALSE(fs::exists(folder.path() / "again"));
+
+  // A link is moved as itself, and what it leads to keeps its marks.
+  fs::create_symlink("a", folder.path() / "link");
+  EXPECT_TRUE(updatePath(folder.string("link"), folder.string("moved"), false, true, {}));
+  EXPECT_TRUE(isSymbolicLinkAtPath(folder.string("moved")));
+  EXPECT_FALSE(fileExtensionHidden(a));
 }
 
 TEST(Creation, WritesWholeOrNotAtAll) {
