@@ -93,10 +93,22 @@ bool writeForkToCompanion(const NSData &fork, const NSString &path, NSError *err
   return false;
 }
 
+/// The attribute, nil when there is none. `*isClosed` gets whether there may be one that cannot be read, and
+/// that must not be taken for none and replaced.
+NSData readableAttribute(const NSString &path, const NSString &name, bool *isClosed, NSError *error) {
+  NSError reason;
+  NSData data = extendedAttribute(path, name, true, &reason);
+  *isClosed = !data && reason.errorCode() == ErrorCode::unreadable;
+  if (*isClosed && error) *error = reason;
+  return data;
+}
+
 }  // namespace
 
 NSData resourceForkData(const NSString &path, NSError *error) {
-  if (NSData data = extendedAttribute(path, forkAttribute(), true); data.length() > 0) return data;
+  bool isClosed = false;
+  NSData attribute = readableAttribute(path, forkAttribute(), &isClosed, error);
+  if (isClosed || attribute.length() > 0) return attribute;
   if (const NSString companion = companionPath(path)) {
     bool exists = false;
     NSError reason;
@@ -158,7 +170,10 @@ NSData metadataEntry(const NSString &path, AppleDouble::EntryID number) {
 }
 
 bool setMetadataEntry(const NSString &path, AppleDouble::EntryID number, const NSData &data, NSError *error) {
-  auto metadata = AppleDouble::appleDoubleWithData(extendedAttribute(path, metadataAttribute(), true));
+  bool isClosed = false;
+  auto metadata =
+      AppleDouble::appleDoubleWithData(readableAttribute(path, metadataAttribute(), &isClosed, error));
+  if (isClosed) return false;
   if (!metadata) {
     // What the file has elsewhere counts no more once the attribute is there.
     metadata = AppleDouble::metadata();

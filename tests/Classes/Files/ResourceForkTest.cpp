@@ -2,13 +2,16 @@
 #include "Classes/Files/ResourceFork.hpp"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
 #include "Classes/Files/ResourceMap.hpp"
 #include "platform/Foundation/System/AppleDouble.hpp"
 #include "platform/Foundation/System/ExtendedAttributes.hpp"
+#include "platform/Foundation/System/FinderInfo.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -247,6 +250,20 @@ TEST(ResourceFork, SaysWhyThereIsNone) {
     }
   }
   EXPECT_EQ(NSData::dataWithContentsOfFile(note).view(), "a user's own note");
+
+  // Who may write but not read a file does not lose what it has.
+  const NSString closed = folder.write("closed", "");
+  ASSERT_TRUE(setExtendedAttribute(closed, kForkAttribute, bytes(kFork), true));
+  fs::permissions(folder.path(), fs::perms(0755));
+  fs::permissions(folder.path() / "closed", fs::perms(0222));
+  const bool isRoot = ::geteuid() == 0;
+  ASSERT_TRUE(!isRoot || ::seteuid(65534) == 0);
+  NSError reason;
+  const bool isOpen = ResourceFork::resourceForkForWritingAtPath(closed, &reason).has_value();
+  const bool isLabelled = setFinderField(closed, kFinderLabel, 2);
+  ASSERT_TRUE(!isRoot || ::seteuid(0) == 0);
+  EXPECT_FALSE(isOpen || isLabelled);
+  EXPECT_EQ(reason.errorCode(), ErrorCode::unreadable);
 
   const NSString file = folder.write("file", "");
   auto fork = ResourceFork::resourceForkForWritingAtPath(file).value();
