@@ -96,11 +96,14 @@ class Child {
   int start(const Launch &launch, const Streams &streams);
   /// Readable when the process has ended.
   int descriptor() const { return descriptor_.get(); }
-  int wait() {
+  /// Nothing when the status is lost: this process ignores SIGCHLD, or another thread has waited for any child.
+  std::optional<int> wait() {
     int status = 0;
-    while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
-    }
+    pid_t waited = 0;
+    do waited = ::waitpid(pid_, &status, 0);
+    while (waited < 0 && errno == EINTR);
     pid_ = 0;
+    if (waited < 0) return std::nullopt;
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
   }
 
@@ -279,8 +282,10 @@ std::optional<NSTask::Result> NSTask::run(NSError *error) const {
     if (state == OutputReader::State::refused)
       return fail(ErrorCode::other, "what the program wrote was refused");
   }
+  const std::optional<int> status = child.wait();
+  if (!status) return fail(ErrorCode::other, "how the program has ended cannot be learned");
   const bool keepsOutput = readsOutput && !outputHandler;
-  return Result{child.wait(), keepsOutput ? output.data() : NSData(), readsErrors ? errors.data() : NSData()};
+  return Result{*status, keepsOutput ? output.data() : NSData(), readsErrors ? errors.data() : NSData()};
 }
 
 }  // namespace nimbo

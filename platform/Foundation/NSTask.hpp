@@ -66,7 +66,8 @@ struct NSTask {
 
   /// Runs the program and waits for it to exit, but not for what it leaves running. Nothing when it cannot be
   /// started, or does not keep within its limits; it is then killed with its process group. `*error` says why:
-  /// `timeLimit`, `tooLarge` for its output, else what was wrong with the program.
+  /// `timeLimit`, `tooLarge` for its output, else what was wrong with the program. Nothing, too, when its
+  /// status is lost, as in a process that ignores SIGCHLD.
   std::optional<Result> run(NSError *error = nullptr) const;
 };
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -80,6 +81,16 @@ TEST(NSTask, ConnectsOutputsWhereThisProcessHasNone) {
         const bool isRight =
             result && result->standardOutput.view() == "out\n" && result->standardError.view() == "err\nin";
         ::_exit(isRight ? 7 : 1);
+      },
+      testing::ExitedWithCode(7), "");
+}
+
+TEST(NSTask, MakesUpNoStatusThatTheSystemThrowsAway) {
+  EXPECT_EXIT(
+      {
+        ::signal(SIGCHLD, SIG_IGN);
+        NSError error;
+        ::_exit(shell(u"exit 3").run(&error) || !error ? 1 : 7);
       },
       testing::ExitedWithCode(7), "");
 }
