@@ -106,7 +106,13 @@ const ClassDescription *classInLibrary(const BundleLibrary &library, const NSStr
     return nullptr;
   }
   const auto function = reinterpret_cast<ClassFunction>(library.symbol(symbol.UTF8String()));
-  const ClassDescription *found = function ? function() : nullptr;
+  const ClassDescription *found = nullptr;
+  try {
+    found = function ? function() : nullptr;
+  } catch (...) {
+    setError(error, ErrorCode::damaged, "its library fails to make the class");
+    return nullptr;
+  }
   if (found && found->name == name) return found;
   setError(error, ErrorCode::damaged, function ? "it answers another class" : "its library lacks the class");
   return nullptr;

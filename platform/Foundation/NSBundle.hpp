@@ -78,7 +78,7 @@ class NSBundle {
   bool isLoaded() const;
   /// The class of this name among those that the bundle names, which is loaded for that; it lives as long as
   /// the process. Null when there is none: the bundle cannot be loaded, does not name the class or does not
-  /// export its function, or that answers another class; `*error` says why.
+  /// export its function, or that raises or answers another class; `*error` says why.
   const ClassDescription *classNamed(const NSString &name, NSError *error = nullptr) const;
   /// The class that the information has as NSPrincipalClass, as `classNamed`.
   const ClassDescription *principalClass(NSError *error = nullptr) const;

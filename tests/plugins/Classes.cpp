@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <stdexcept>
+
 #include "platform/Foundation/NSObject.hpp"
 #include "platform/Foundation/NSStringFormatting.hpp"
 
-// Functions that answer classes: one of this library, one of another, none, and one of another name.
+// Functions that answer classes: one of this library, one of another, and none; and one that raises.
 
 namespace nimbo {
 namespace {
@@ -38,5 +40,9 @@ const nimbo::ClassDescription *rootClass() {
 
 const nimbo::ClassDescription *noClass() {
   return nullptr;
+}
+
+const nimbo::ClassDescription *failingClass() {
+  throw std::runtime_error("no class");
 }
 }

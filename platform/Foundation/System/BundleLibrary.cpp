@@ -3,11 +3,17 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <link.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <map>
 #include <mutex>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
@@ -26,6 +32,28 @@ std::string lastingPath(FileDescriptor folder) {
   const std::scoped_lock lock(mutex);
   const auto [entry, isNew] = kept.try_emplace({info.st_dev, info.st_ino}, std::move(folder));
   return pathOfDescriptor(entry->second.get());
+}
+
+/// Whether the file lacks what its segments are to be mapped from, which would end the process that reads them.
+/// A file of another kind lacks nothing.
+bool isCutShort(int file) {
+  const FileDescriptor open(::open(pathOfDescriptor(file).c_str(), O_RDONLY | O_CLOEXEC));
+  struct stat info = {};
+  ElfW(Ehdr) header = {};
+  if (!open || ::fstat(open.get(), &info) != 0) return false;
+  if (::pread(open.get(), &header, sizeof header, 0) != sizeof header ||
+      std::string_view(reinterpret_cast<const char *>(header.e_ident), SELFMAG) != ELFMAG ||
+      header.e_phentsize != sizeof(ElfW(Phdr)))
+    return false;
+  std::vector<ElfW(Phdr)> segments(header.e_phnum);
+  const std::size_t size = segments.size() * sizeof(ElfW(Phdr));
+  if (::pread(open.get(), segments.data(), size, static_cast<off_t>(header.e_phoff)) !=
+      static_cast<ssize_t>(size))
+    return true;
+  const auto end = static_cast<std::uint64_t>(info.st_size);
+  return std::ranges::any_of(segments, [end](const auto &segment) {
+    return segment.p_type == PT_LOAD && (segment.p_offset > end || segment.p_filesz > end - segment.p_offset);
+  });
 }
 
 /// The library in the bundle's folder of libraries; null, with `*error`, when it cannot be loaded.
@@ -65,7 +93,12 @@ void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error
     setError(error, ErrorCode::damaged, "its library is not named");
     return nullptr;
   }
-  if (!openTrusted(libraries.get(), *name, S_IFREG, error)) return nullptr;
+  const FileDescriptor library = openTrusted(libraries.get(), *name, S_IFREG, error);
+  if (!library) return nullptr;
+  if (isCutShort(library.get())) {
+    setError(error, ErrorCode::damaged, "its library is cut short");
+    return nullptr;
+  }
   return openLibrary(bundlePath, std::move(libraries), *name, error);
 }
 

@@ -52,6 +52,7 @@ TEST(NSBundle, SaysWhyItHasNoClass) {
       {named + "NimboClasses = { Greeter = greeterClas; };", ErrorCode::damaged},
       {named + "NimboClasses = { Greeter = noClass; };", ErrorCode::damaged},
       {named + "NimboClasses = { Greeter = rootClass; };", ErrorCode::damaged},
+      {named + "NimboClasses = { Greeter = failingClass; };", ErrorCode::damaged},
       {"NimboClasses = { Greeter = greeterClass; };", ErrorCode::damaged},
       {"CFBundleExecutable = none; NimboClasses = { Greeter = greeterClass; };", ErrorCode::noSuchFile}};
   int number = 0;
@@ -66,11 +67,25 @@ TEST(NSBundle, SaysWhyItHasNoClass) {
   }
   fs::permissions(folder.path() / "0", fs::perms::others_write, fs::perm_options::add);
   EXPECT_TRUE(NSBundle(folder.string("0")).load());  // It was loaded when nobody else could change it.
-  fs::permissions(folder.path() / "7", fs::perms::others_write, fs::perm_options::add);
+  const NSString unnamed = folder.string("8");
+  fs::permissions(folder.path() / "8", fs::perms::others_write, fs::perm_options::add);
   NSError error;
-  EXPECT_FALSE(NSBundle(folder.string("7")).load(&error));
+  EXPECT_FALSE(NSBundle(unnamed).load(&error));
   EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
   EXPECT_FALSE(NSBundle().load() || NSBundle().isLoaded());
+}
+
+TEST(NSBundle, DoesNotLoadALibraryThatWasCutShort) {
+  const TemporaryFolder folder;
+  for (const std::uintmax_t length : {0, 50, 200, 4'000, 9'000}) {
+    const std::string name = std::to_string(length);
+    const NSBundle bundle(
+        writeCodeBundle(folder, name, "{ CFBundleExecutable = \"library.so\"; }", CLASSES_TEST_PLUGIN));
+    fs::resize_file(folder.path() / name / "Contents/Linux/library.so", length);
+    NSError error;
+    EXPECT_FALSE(bundle.load(&error)) << length;
+    EXPECT_EQ(error.errorCode(), ErrorCode::damaged) << length;
+  }
 }
 
 TEST(NSBundle, IsWhereItsInformationIs) {
