@@ -11,8 +11,10 @@ namespace {
 
 constexpr std::uint32_t kMaximumTableBytes = 1 << 24;
 
-/// The text in UTF-8, of which a byte order mark tells that it is in UTF-16.
+/// The text in UTF-8 without a byte order mark, which may tell that it is in UTF-16.
 std::string tableText(std::string_view bytes) {
+  constexpr std::string_view kUTF8Mark = "\xef\xbb\xbf";
+  if (bytes.starts_with(kUTF8Mark)) bytes.remove_prefix(kUTF8Mark.size());
   const bool isLittle = bytes.starts_with("\xff\xfe");
   if (!isLittle && !bytes.starts_with("\xfe\xff")) return std::string(bytes);
   std::u16string units;

@@ -171,10 +171,12 @@ TEST(NSBundle, LooksTextsUpInTheUsersLanguages) {
   const TemporaryFolder folder;
   folder.write("Contents/Resources/de.lproj/Localizable.strings", "/* Status */ \"Gone\" = \"Weg\";");
   const NSBundle bundle(folder.string(""));
+  folder.write("Contents/Resources/de.lproj/Marked.strings", "\xef\xbb\xbf\"Gone\" = \"Fort\";");
   ::setenv("LC_ALL", "de_AT.UTF-8", 1);
   EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString::string()), u"Weg"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, NSString::string()), u"OK"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, u"x"_ns), u"x"_ns);
+  EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString::string(), u"Marked"_ns), u"Fort"_ns);
   ::unsetenv("LC_ALL");
 }
 
