@@ -7,7 +7,7 @@
 #include "platform/Foundation/NSDataURLLoading.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
-#include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/NSStringSearch.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -23,10 +23,6 @@ NSDictionary loadedList(const UpdateCheck &check) {
 
 NSString localized(const UpdateCheck &check, const NSString &text) {
   return localizedStringForKey(check.library, text, NSString(), u"Bundle"_ns);
-}
-
-bool isSameVersion(const NSString &version, const NSString &other) {
-  return lowercaseString(version) == lowercaseString(other);
 }
 
 void offer(const UpdateCheck &check, const NSString &name, const NSString &version, const NSString &download) {
@@ -54,7 +50,7 @@ bool UpdateCheck::run() const {
   const NSString name = bundleName(application);
   const NSDictionary updates = loadedList(*this);
   const NSString listed = updates.objectForKey(name).string();
-  if (!listed || !version || isSameVersion(version, listed)) {
+  if (!listed || !version || isEqualCaseInsensitive(version.view(), listed.view())) {
     desktop.runAlert({.title = localized(*this, u"Your software is up-to-date"_ns)});
     return false;
   }

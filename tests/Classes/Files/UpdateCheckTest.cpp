@@ -56,6 +56,8 @@ TEST(UpdateCheck, OffersWhatTheListHasForTheProgram) {
       {"{ App = \"2.0\"; }", kInformation, 0, true, "", ""},
       {"{ App = \"2.0\"; Download = (x); }", kInformation, 0, true, "", ""},
       {"{ App = \"1.0B\"; Download = \"http://h/d\"; }", kInformation, 0, false, kUpToDate, ""},
+      {"{ App = STRASSE; Download = \"http://h/d\"; }",
+       "{ CFBundleName = App; CFBundleVersion = \"stra\u00dfe\"; }", 0, false, kUpToDate, ""},
       {"{ Other = \"2.0\"; Download = \"http://h/d\"; }", kInformation, 0, false, kUpToDate, ""},
       {"{ App = (\"2.0\"); Download = \"http://h/d\"; }", kInformation, 0, false, kUpToDate, ""},
       {"(App)", kInformation, 0, false, kUpToDate, ""},
