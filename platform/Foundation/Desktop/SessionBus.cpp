@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdlib>
 #include <filesystem>
+#include <thread>
 #include <utility>
 
 namespace nimbo::detail {
@@ -50,6 +51,15 @@ struct Connecting {
     self.connection = g_dbus_connection_new_for_address_finish(result, nullptr);
     self.isOver = true;
   }
+  /// Waits for the end in a thread of its own: the bus's greeting cannot be cancelled.
+  static void abandon(GMainContext *context, std::shared_ptr<Connecting> connecting) {
+    g_main_context_ref(context);
+    std::thread([context, connecting = std::move(connecting)] {
+      while (!connecting->isOver) g_main_context_iteration(context, TRUE);
+      if (connecting->connection) g_object_unref(connecting->connection);
+      g_main_context_unref(context);
+    }).detach();
+  }
 };
 
 }  // namespace
@@ -57,20 +67,20 @@ struct Connecting {
 SessionBus::SessionBus() : context_(g_main_context_new()) {
   const std::string address = busAddress();
   if (address.empty()) return;
-  Connecting connecting;
+  const auto connecting = std::make_shared<Connecting>();
   GCancellable *const cancellable = g_cancellable_new();
   g_main_context_push_thread_default(context_);
   g_dbus_connection_new_for_address(
       address.c_str(),
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, cancellable, &Connecting::finish, &connecting);
-  runContext(context_, Deadline::after(kConnectSeconds), [&] { return connecting.isOver; });
-  g_cancellable_cancel(cancellable);
-  while (!connecting.isOver) g_main_context_iteration(context_, TRUE);
+      nullptr, cancellable, &Connecting::finish, connecting.get());
+  runContext(context_, Deadline::after(kConnectSeconds), [&] { return connecting->isOver; });
   g_main_context_pop_thread_default(context_);
+  g_cancellable_cancel(cancellable);
   g_object_unref(cancellable);
-  connection_ = connecting.connection;
+  connection_ = connecting->connection;
+  if (!connecting->isOver) Connecting::abandon(context_, connecting);
 }
 
 SessionBus::~SessionBus() {

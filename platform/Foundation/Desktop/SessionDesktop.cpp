@@ -131,6 +131,9 @@ struct NotificationEvents {
 void tell(std::string line) {
   for (char &c : line)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7f') c = ' ';
+  // U+0080 to U+009F, some of which stand for an escape sequence's beginning.
+  for (std::size_t i = 1; i < line.size(); ++i)
+    if (line[i - 1] == '\xc2' && static_cast<unsigned char>(line[i]) < 0xa0) line[i - 1] = line[i] = ' ';
   writeAll(STDERR_FILENO, line + "\n");
 }
 

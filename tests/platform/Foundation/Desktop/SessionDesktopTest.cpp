@@ -3,13 +3,17 @@
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <condition_variable>
+#include <cstdio>
 #include <mutex>
 #include <thread>
 
+#include "platform/Foundation/System/Deadline.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -246,6 +250,43 @@ TEST_F(SessionDesktopTest, OpensURLsByThePortalOrATool) {
   EXPECT_EQ(opened, "opened http://h/a%20b");
 }
 
+TEST(SessionDesktop, GivesUpABusThatDoesNotGreet) {
+  const TemporaryFolder folder;
+  const std::filesystem::path path = folder.path() / "bus";
+  const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = {}};
+  path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+  ASSERT_EQ(::listen(listener, 1), 0);
+  FILE *stream = nullptr;
+  std::thread bus([listener, &stream] {
+    const int client = ::accept(listener, nullptr, nullptr);
+    stream = ::fdopen(client, "r");
+    char line[4096];
+    std::string_view text;
+    while (!text.starts_with("BEGIN") && std::fgets(line, sizeof line, stream)) {
+      text = line;
+      const std::string_view answer = text.find("AUTH EXTERNAL") != text.npos
+                                          ? "OK 1234deadbeef1234deadbeef12345678\r\n"
+                                      : text.starts_with("NEGOTIATE") ? "AGREE_UNIX_FD\r\n"
+                                      : text.starts_with("BEGIN")     ? ""
+                                                                      : "REJECTED EXTERNAL\r\n";
+      ::send(client, answer.data(), answer.size(), MSG_NOSIGNAL);
+    }
+  });
+  ::setenv("DBUS_SESSION_BUS_ADDRESS", ("unix:path=" + path.native()).c_str(), 1);
+  SessionDesktop desktop({.alertSeconds = 60, .browserTool = {}});
+  const Deadline deadline = Deadline::after(20);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(desktop.runAlert({.title = u"T"_ns}), std::nullopt);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "T\n");
+  EXPECT_FALSE(deadline.isOver());
+  ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  bus.join();
+  std::fclose(stream);
+  ::close(listener);
+}
+
 TEST(SessionDesktop, TellsTheStandardErrorWithoutADesktop) {
   const TemporaryFolder folder;
   const std::string none = "unix:path=" + (folder.path() / "none").native();
@@ -255,11 +296,13 @@ TEST(SessionDesktop, TellsTheStandardErrorWithoutADesktop) {
   for (const char *address : {"", none.c_str(), "nonsense"}) {
     ::setenv("DBUS_SESSION_BUS_ADDRESS", address, 1);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(
-        desktop.runAlert({.title = u"T\x1b\n"_ns, .message = u"m"_ns, .buttons = {u"b"_ns}, .address = url}),
-        std::nullopt);
+    EXPECT_EQ(desktop.runAlert({.title = u"T\x1b\n"_ns,
+                                .message = u"\u009b\u00e4m\u0085"_ns,
+                                .buttons = {u"b"_ns},
+                                .address = url}),
+              std::nullopt);
     EXPECT_FALSE(desktop.openURL(url));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "T  \nm http://h/\nhttp://h/\n") << address;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "T  \n  \u00e4m   http://h/\nhttp://h/\n") << address;
   }
   ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
   ::unsetenv("XDG_RUNTIME_DIR");
