@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Listing.hpp"
-#include "Classes/Files/NSString+NSStringNimboLinkExtensions.hpp"
+#include "platform/Foundation/System/FSRef.hpp"
 
 namespace nimbo {
 inline namespace NSBundleNimboExtensions {
@@ -19,7 +19,10 @@ NSString builtInPlugIns() {
 
 std::vector<NSBundle> loadPluginsAtPath(const NSString &path) {
   std::vector<NSBundle> plugins;
-  for (const NSString &entry : directoryContentsAtPath(stringByResolvingLinksInPath(path), true, true))
+  FSRef folder;
+  if (!FSPathMakeRef(path, &folder)) return plugins;
+  // Their paths are absolute: they hold when the working folder changes.
+  for (const NSString &entry : directoryContentsAtPath(FSRefMakePath(folder), true, true))
     if (NSBundle bundle = NSBundle::bundleWithPath(entry)) plugins.push_back(std::move(bundle));
   return plugins;
 }

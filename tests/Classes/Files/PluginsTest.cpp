@@ -49,6 +49,12 @@ TEST(Plugins, AreTheBundlesOfAFolderThatHaveTheClass) {
   for (const NSString &other : {folder.string("none"), folder.string("plugins/file.bundle"), NSString()})
     EXPECT_TRUE(loadPluginsAtPath(other).empty());
   EXPECT_TRUE(loadPluginsOfClassName(u"Other"_ns, path).empty());
+
+  const fs::path working = fs::current_path();
+  fs::current_path(folder.path());
+  for (const NSBundle &plugin : loadPluginsAtPath(u"plugins"_ns))
+    EXPECT_TRUE(plugin.bundlePath().view().starts_with(u"/"));
+  fs::current_path(working);
 }
 
 TEST(Frameworks, AreLoadedFromConfiguredFoldersAndFoundByConfiguredIdentifiers) {
