@@ -76,7 +76,7 @@ fs::path withoutLinks(const fs::path &path) {
 }  // namespace
 
 NSString stringByResolvingLinkOfPath(const NSString &path) {
-  if (const NSString target = resolveLink(path)) return target;
+  if (NSString target = resolveLink(path)) return target;
   const NSString original = originalOfAlias(path);
   return original ? original : path;
 }
