@@ -32,12 +32,13 @@ NSString standardPath() {
   return stringByAppendingPathComponent(folder, u"quiverleaf/defaults.plist"_ns);
 }
 
-/// The dictionary in the file, empty when there is no file. Nil, with `*error`, when the file is anything else;
-/// `*format` gets its form.
+/// The dictionary in the file, empty when there is no file or nothing in it. Nil, with `*error`, when the file
+/// is anything else; `*format` gets its form.
 NSDictionary readEntries(const NSString &path, NSPropertyListFormat *format, NSError *error) {
   NSError failure;
   const NSData data = NSData::dataWithContentsOfFile(path, &failure);
-  if (failure.errorCode() == ErrorCode::noSuchFile) return NSDictionary::dictionary();
+  const bool isEmpty = data && data.length() == 0;
+  if (isEmpty || failure.errorCode() == ErrorCode::noSuchFile) return NSDictionary::dictionary();
   const id list = data ? NSPropertyListSerialization::propertyListFromData(data, format, &failure) : id();
   if (list && !list.dictionary()) setError(&failure, ErrorCode::damaged, "it is no dictionary");
   if (failure && error) *error = std::move(failure);

@@ -24,8 +24,8 @@ class NSUserDefaults {
   /// How long `synchronize` waits for others who write the file, in seconds.
   static constexpr double kLockSeconds = 10;
 
-  /// Reads `path` now; a file that is missing or no dictionary counts as empty, and all but a missing one is
-  /// logged.
+  /// Reads `path` now; a file that is missing or has no content counts as empty, and so does one that cannot be
+  /// read or is no dictionary, which is logged.
   explicit NSUserDefaults(const NSString &path);
   NSUserDefaults(const NSUserDefaults &) = delete;
   NSUserDefaults &operator=(const NSUserDefaults &) = delete;

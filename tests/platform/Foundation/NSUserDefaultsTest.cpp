@@ -75,6 +75,9 @@ TEST(NSUserDefaults, KeepsTheFormOfTheFileAsFarAsItCanBeWritten) {
                                   NSDictionary{{u"old"_ns, u"x"_ns}}, NSPropertyListFormat::binary),
                               binary, true));
   EXPECT_EQ(formatAfterChange(binary), NSPropertyListFormat::binary);
+  NSUserDefaults touched(folder.write("touched", ""));
+  touched.setObject(1, u"new"_ns);
+  EXPECT_TRUE(touched.synchronize());
 }
 
 TEST(NSUserDefaults, LeavesAFileThatItCannotReadOrWriteAndKeepsTheChanges) {
