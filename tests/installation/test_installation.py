@@ -72,7 +72,7 @@ class InstallationTest(unittest.TestCase):
 
     def test_programs_built_with_cmake(self):
         build = self.folder / "cmake"
-        self.run_here("cmake", "-S", EXAMPLES, "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}")
+        self.run_here("cmake", "-G", "Ninja", "-S", EXAMPLES, "-B", build, f"-DCMAKE_PREFIX_PATH={self.prefix}")
         self.run_here("cmake", "--build", build, "--parallel", "2")
         self.check_programs(build)
 
@@ -120,7 +120,7 @@ class InstallationTest(unittest.TestCase):
             "foreach(name text media client)\n  if(TARGET nimbo::${name})\n    message(target-${name})\n  endif()\n"
             "endforeach()\n"
         )
-        command = ("cmake", "-S", source, "-B", source / "build", f"-DCMAKE_PREFIX_PATH={self.prefix}")
+        command = ("cmake", "-G", "Ninja", "-S", source, "-B", source / "build", f"-DCMAKE_PREFIX_PATH={self.prefix}")
         done = subprocess.run(command, env=ENVIRONMENT, capture_output=True, text=True, check=False)
         return done.returncode, " ".join(done.stderr.split())
 

@@ -150,7 +150,11 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
   };
   for (const int ways : {7, 1, 2, 4, 3, 6}) {
     setWays(ways & 1, ways & 2, ways & 4);
-    answer(probe("pair"));
+    const std::string first = answer(probe("pair"));
+    if (!((ways & 1) && hasLandlock) && !((ways & 2) && hasFilter) && !((ways & 4) && hasNamespaces)) {
+      EXPECT_EQ(first, "failed: this system has nothing to confine a program with") << ways;
+      continue;
+    }
     EXPECT_EQ(protections_.reading, (ways & 1) && hasLandlock) << ways;
     EXPECT_EQ(protections_.systemCalls, (ways & 2) && hasFilter) << ways;
     EXPECT_EQ(protections_.descendants, (ways & 4) && hasNamespaces) << ways;
@@ -177,7 +181,8 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
   }
   // Without a confinement all that can be done is done, or this test could not fail.
   for (const auto &[what, where, by, named] : cases) {
-    if (what == std::string("trace") || where == newFile) continue;
+    if (what == std::string("trace") || where == newFile || (what == std::string("unshare") && !hasNamespaces))
+      continue;
     renewFiles();
     const std::string command = std::string(CONFINEMENT_PROBE " ") + what + " '" + where + "' >/dev/null";
     EXPECT_EQ(::system(command.c_str()), 0) << command;
