@@ -4,7 +4,10 @@
 #include <cstdint>
 #include <memory>
 
+#include "platform/CoreGraphics/CGContext.hpp"
+#include "platform/CoreGraphics/CGImage.hpp"
 #include "platform/Foundation/NSError.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -13,7 +16,29 @@ namespace detail {
 struct ImageInput;
 }
 
-/// An image file and what its header and its metadata say; no pixel is decoded. Used from one thread at a time.
+/// How a thumbnail is made.
+struct CGImageThumbnailOptions {
+  /// The most pixels of its longer side; images are never enlarged. 0 is as large as the image.
+  std::uint32_t maxPixelSize = 0;
+  /// Whether it is made from the image when the file has no thumbnail of its own that is large enough.
+  bool createFromImageIfAbsent = false;
+  /// Whether it is always made from the image.
+  bool createFromImageAlways = false;
+  /// Whether it is turned as the file's orientation says.
+  bool withTransform = false;
+  /// By when it has to be there.
+  Deadline deadline = {};
+};
+
+/// How an image is decoded.
+struct CGImageOptions {
+  /// Whether it is turned as the file's orientation says.
+  bool withTransform = false;
+  /// By when it has to be there.
+  Deadline deadline = {};
+};
+
+/// An image file: what its header and its metadata say, and its pixels. Used from one thread at a time.
 ///
 ///     NSError error;
 ///     const auto source = CGImageSource::sourceWithContentsOfFile(path, &error);
@@ -42,6 +67,21 @@ class CGImageSource {
   /// "AltitudeRef" (1 is below the sea). What only XMP says about title, authors, keywords and copyright stands
   /// in "{IPTC}" too.
   const NSDictionary &properties() const NIMBO_LIFETIMEBOUND { return properties_; }
+  /// The facts of one image, as above and with "{PNG}", "{GIF}", "{JFIF}" and the like; nil when there is no
+  /// such image.
+  NSDictionary copyPropertiesAtIndex(std::uint32_t index) const;
+  /// A thumbnail; nil when there is none, or the image is damaged from the start, too large, or not decoded by
+  /// the deadline: `*error` says which. Of an image whose end is missing the part that is there.
+  CGImage createThumbnailAtIndex(std::uint32_t index, const CGImageThumbnailOptions &options,
+                                 NSError *error = nullptr) const;
+  /// All pixels; nil as above.
+  CGImage createImageAtIndex(std::uint32_t index, const CGImageOptions &options,
+                             NSError *error = nullptr) const;
+  /// The image scaled to exactly that many pixels while it is decoded, which takes less time and memory than
+  /// afterwards; nil as above.
+  CGImage createImageAtIndex(std::uint32_t index, std::uint32_t width, std::uint32_t height,
+                             CGInterpolationQuality quality, const CGImageOptions &options,
+                             NSError *error = nullptr) const;
 
  private:
   CGImageSource() = default;
