@@ -18,20 +18,20 @@ using std::filesystem::path;
 /// It lies in the program or shared library that this code is part of.
 const char landmark = 0;
 
-/// The folder of the shared library that this code is part of; empty when it is part of the program.
-path folderOfLibrary() {
+}  // namespace
+
+std::string folderOfThisLibrary() {
   Dl_info information = {};
   link_map *object = nullptr;
   if (::dladdr1(&landmark, &information, reinterpret_cast<void **>(&object), RTLD_DL_LINKMAP) == 0) return {};
+  if (!*object->l_name) return {};
   std::error_code error;
-  return *object->l_name ? std::filesystem::canonical(object->l_name, error).parent_path() : path();
+  return std::filesystem::canonical(object->l_name, error).parent_path().string();
 }
-
-}  // namespace
 
 std::vector<std::string> placesOfProgram(std::string_view name) {
   std::vector<path> folders;
-  if (const path library = folderOfLibrary(); !library.empty())
+  if (const path library = folderOfThisLibrary(); !library.empty())
     folders.push_back(library / QUIVERLEAF_PROGRAMS_FROM_LIBRARY);
   std::error_code error;
   if (const path program = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
