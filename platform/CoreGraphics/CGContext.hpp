@@ -32,14 +32,22 @@ struct CGColor {
 ///     const CGImage thumbnail = context.makeImage();
 class CGContext {
  public:
+  /// The most pixels that a bitmap may have.
+  static constexpr std::uint64_t kMaximumPixels = std::uint64_t{1} << 28;
+
   /// A bitmap of that many pixels; `isValid` tells whether it could be made.
   CGContext(std::uint32_t width, std::uint32_t height);
   ~CGContext();
   CGContext(CGContext &&) noexcept;
   CGContext &operator=(CGContext &&) noexcept;
 
-  /// Whether the sides are in the range that images may have.
+  /// Whether there is a bitmap: its sides are in the range that images may have, and so is the number of its
+  /// pixels. Nothing is drawn otherwise.
   bool isValid() const noexcept;
+  /// The number of columns; 0 when not valid.
+  std::uint32_t width() const noexcept;
+  /// The number of rows; 0 when not valid.
+  std::uint32_t height() const noexcept;
   /// Whether edges that fall between pixels are smooth; true at first.
   bool shouldAntialias() const noexcept;
   /// Sets it.
@@ -55,7 +63,7 @@ class CGContext {
   /// `rect`. The image's alpha is multiplied by `fraction`.
   void drawImage(const NSRect &rect, const CGImage &image, const NSRect &from,
                  CGBlendMode mode = CGBlendMode::sourceOver, double fraction = 1.0);
-  /// What has been drawn, as it is now.
+  /// What has been drawn, as it is now; it has alpha when a pixel of it is not opaque. Nil when not valid.
   CGImage makeImage() const;
 
  private:
