@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/Foundation/NSFileAttributes.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/System/BigEndian.hpp"
 
@@ -36,6 +37,11 @@ OSType NSHFSTypeCodeFromFileType(const NSString &fileType) {
   const std::u16string_view view = fileType.view();
   if (view.size() != kCodeLength + 2 || view.front() != u'\'' || view.back() != u'\'') return 0;
   return OSTypeFromString(fileType.substringWithRange({1, kCodeLength}));
+}
+
+NSString NSHFSTypeOfFile(const NSString &path) {
+  const auto code = fileAttributeAtPath(path, NSFileHFSTypeCode(), true).integer();
+  return code ? NSFileTypeForHFSTypeCode(static_cast<OSType>(*code)) : NSString();
 }
 
 OSType OSTypeFromString(const NSString &characters) {

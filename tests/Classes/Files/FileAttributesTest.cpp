@@ -372,5 +372,16 @@ TEST(FileTypes, ForWorkspaces) {
   EXPECT_EQ(typeOf(file), u"'TEXT'"_ns);
 }
 
+TEST(FileTypes, OfFiles) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", "");
+  fs::create_symlink("file", folder.path() / "link");
+  EXPECT_EQ(NSHFSTypeOfFile(file), u"''"_ns);
+  ASSERT_TRUE(setFileHFSTypeCode(kText, file));
+  EXPECT_EQ(NSHFSTypeOfFile(folder.string("link")), u"'TEXT'"_ns);
+  for (const NSString &path : {folder.string(""), folder.string("missing"), NSString()})
+    EXPECT_FALSE(NSHFSTypeOfFile(path)) << path.UTF8String();
+}
+
 }  // namespace
 }  // namespace nimbo
