@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Classes/Characters/UnitPredicates.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -55,6 +56,13 @@ FileKinds kindsOfExtension(std::u16string_view extension) {
   const bool isKnown =
       type != types.end() && std::ranges::equal(type->extension, extension, {}, {}, toASCIILower<unichar>);
   return isKnown ? type->kinds : FileKinds::none;
+}
+
+bool isExtensionOfKinds(const NSString &extension, FileKinds kinds, const unichar *table) {
+  unichar folded[kLongestFileTypeExtension];
+  if (extension.length() > kLongestFileTypeExtension) return false;
+  std::ranges::transform(extension.view(), folded, EntryOf{table});
+  return intersects(kindsOfExtension({folded, extension.length()}), kinds);
 }
 
 std::vector<NSString> extensionsOfKinds(FileKinds kinds) {

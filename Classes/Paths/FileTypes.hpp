@@ -43,6 +43,12 @@ enum class FileKinds : std::uint32_t {
   data = 1 << 14,
   markup = 1 << 15,
   feed = 1 << 16,
+  /// The images that all browsers show.
+  webImage = 1 << 17,
+  /// What is PDF or has a form as PDF.
+  pdfForm = 1 << 18,
+  /// Folders that hold a PDF file and what belongs to it.
+  pdfBundle = 1 << 19,
 };
 
 /// The kinds of both sets.
@@ -76,6 +82,10 @@ std::span<const FileType> fileTypes();
 
 /// What files of this extension are, whatever the case of its ASCII letters; none when it is unknown.
 FileKinds kindsOfExtension(std::u16string_view extension);
+
+/// Whether the extension is of one of the kinds, its units compared by a table of `CharacterTables.hpp`. False
+/// for nil.
+bool isExtensionOfKinds(const NSString &extension, FileKinds kinds, const unichar *table);
 
 /// The extensions that are of one of these kinds, in the order of the table; one that stands in several of its
 /// rows may be in the list as often.

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Types.hpp"
 
-#include <algorithm>
-
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
-#include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Collections/NSArray+NSStringExtensions.hpp"
 #include "Classes/Paths/FileTypes.hpp"
 
@@ -40,14 +37,6 @@ bool isOfKinds(const NSString &extension, FileKinds kinds) {
     return intersects(kindsOfExtension(extension.view()), kinds);
   // Some other characters fold to ASCII, one of them to several letters.
   return containsStringNoCase(extensionsOfKinds(kinds), extension);
-}
-
-/// Compares by a table of `CharacterTables.hpp`, unit by unit.
-bool isOfKinds(const NSString &extension, FileKinds kinds, const unichar *table) {
-  unichar folded[kLongestFileTypeExtension];
-  if (extension.length() > kLongestFileTypeExtension) return false;
-  std::ranges::transform(extension.view(), folded, EntryOf{table});
-  return intersects(kindsOfExtension({folded, extension.length()}), kinds);
 }
 
 }  // namespace
@@ -115,11 +104,11 @@ bool isExecutableType(const NSString &extension) {
 }
 
 bool isArchiveType(const NSString &extension) {
-  return isOfKinds(extension, FileKinds::archive, initUpperCharsTable());
+  return isExtensionOfKinds(extension, FileKinds::archive, initUpperCharsTable());
 }
 
 bool isMultimediaType(const NSString &extension) {
-  return isOfKinds(extension, FileKinds::media, initUpperCharsTable());
+  return isExtensionOfKinds(extension, FileKinds::media, initUpperCharsTable());
 }
 
 bool isOfficeType(const NSString &extension) {
@@ -144,7 +133,7 @@ bool isBinaryFileTypeIncludingRichText(const NSString &extension, Flag richText,
 bool isMultimediaType(const NSString &extension, Flag audio, Flag video, Flag embedded) {
   const FileKinds kinds = kindsIf(audio, FileKinds::audio) | kindsIf(video, FileKinds::video) |
                           kindsIf(embedded, FileKinds::embedded);
-  return isOfKinds(extension, kinds, initLowerCharsTable());
+  return isExtensionOfKinds(extension, kinds, initLowerCharsTable());
 }
 
 }  // namespace NSURLNimboExtensions

@@ -38,7 +38,7 @@ TEST(FileTypes, AreListedByTheirKinds) {
     for (const auto &[kinds, extension] : fileTypes())
       if (intersects(kinds, kind)) expected.emplace(extension);
     EXPECT_EQ(listed, expected) << bit;
-    EXPECT_EQ(listed.empty(), kind > FileKinds::feed) << bit;
+    EXPECT_EQ(listed.empty(), kind > FileKinds::pdfBundle) << bit;
   }
   const auto both = extensionsOfKinds(FileKinds::pdf | FileKinds::word);
   EXPECT_EQ(both.size(), extensionsOfKinds(FileKinds::pdf).size() + extensionsOfKinds(FileKinds::word).size());
