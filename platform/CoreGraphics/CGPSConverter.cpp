@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/CoreGraphics/CGPSConverter.hpp"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "platform/Foundation/System/ChildProcess.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
+#include "platform/Foundation/System/InstalledProgram.hpp"
+#include "platform/Foundation/System/PrivateFolder.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
+
+namespace nimbo {
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+constexpr const char *kPrograms[] = {"/usr/bin/gs", "/usr/local/bin/gs", "/opt/ghostscript/bin/gs"};
+
+/// The names of the files in the child's folder.
+constexpr std::string_view kInputName = "input.ps";
+constexpr std::string_view kOutputName = "output.pdf";
+
+constexpr std::uint32_t kMaximumPDFBytes = 256 << 20;
+/// What a document prints while it is drawn, and why it failed.
+constexpr std::uint32_t kMaximumMessageBytes = 1 << 20;
+constexpr std::uint64_t kAddressSpaceBytes = std::uint64_t{1} << 30;
+/// What documents may allocate, below that of the whole process, so that they fail by an error of the language.
+constexpr std::uint32_t kDocumentKilobytes = 512 << 10;
+constexpr std::uint32_t kProcessorSeconds = 60;
+
+/// How far behind the beginning the program begins at most, when there are orders for the printer before it.
+constexpr std::size_t kMaximumOrderBytes = 4096;
+/// How far from its beginning and from its end a program has its comments.
+constexpr std::size_t kCommentBytes = 64 << 10;
+
+/// The part of the file that is a program; what DOS programs put around EPS is a table of parts and a preview.
+std::string_view programInFile(std::string_view bytes) {
+  constexpr std::string_view kMark = "\xc5\xd0\xd3\xc6"sv;
+  constexpr std::size_t kOffset = 4, kLength = 8, kHeaderBytes = 30;
+  if (!bytes.starts_with(kMark) || bytes.size() < kHeaderBytes) return bytes;
+  const auto littleEndian = [&](std::size_t place) {
+    std::size_t value = 0;
+    for (std::size_t i = 4; i > 0; --i) value = value << 8 | static_cast<std::uint8_t>(bytes[place + i - 1]);
+    return value;
+  };
+  return bytes.substr(std::min(littleEndian(kOffset), bytes.size()), littleEndian(kLength));
+}
+
+/// The first line, which begins with "%!"; empty for what is no PostScript.
+std::string_view firstLine(std::string_view program) {
+  constexpr std::string_view kPrinterMark = "\x1b%-12345X";
+  const std::size_t beginning = program.starts_with(kPrinterMark)
+                                    ? program.substr(0, kMaximumOrderBytes).find("%!")
+                                    : program.find_first_not_of("\x04\t\n\f\r \0"sv);
+  if (beginning == std::string_view::npos) return {};
+  const std::string_view line = program.substr(beginning);
+  return line.starts_with("%!") ? line.substr(0, line.find_first_of("\r\n")) : std::string_view();
+}
+
+/// The program in parts to be joined. A bounding box that the comments at its beginning leave to those at its
+/// end is set in, because Ghostscript does not look there.
+std::array<std::string_view, 3> partsOfProgram(std::string_view bytes) {
+  constexpr std::string_view kKey = "%%BoundingBox:", kAtEnd = "(atend)";
+  const std::size_t key = bytes.substr(0, kCommentBytes).find(kKey);
+  if (key == std::string_view::npos) return {bytes};
+  const std::size_t value = bytes.find_first_not_of(" \t", key + kKey.size());
+  const std::size_t last = bytes.rfind(kKey);
+  if (value == std::string_view::npos || last == key || bytes.size() - last > kCommentBytes ||
+      !bytes.substr(value).starts_with(kAtEnd))
+    return {bytes};
+  const std::string_view box = bytes.substr(last + kKey.size());
+  return {bytes.substr(0, value), box.substr(0, box.find_first_of("\r\n")),
+          bytes.substr(value + kAtEnd.size())};
+}
+
+bool writeProgram(std::string_view bytes, const NSString &path, NSError *error) {
+  constexpr mode_t kOwnersAlone = 0600;
+  const FileDescriptor file(
+      ::open(path.UTF8String().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnersAlone));
+  const bool isWritten = file && std::ranges::all_of(partsOfProgram(bytes), [&](std::string_view part) {
+                           return writeAll(file.get(), part);
+                         });
+  if (!isWritten)
+    setError(error, ErrorCode::other,
+             "the PostScript cannot be copied: " + std::generic_category().message(errno));
+  return isWritten;
+}
+
+/// Its language's own file operators are off; what it prints goes to the standard output, errors included.
+std::vector<NSString> argumentsOfGhostscript(const PrivateFolder &folder, std::uint32_t pages) {
+  const auto argument = [](const std::string &text) { return NSString::stringWithUTF8String(text); };
+  const auto path = [&](std::string_view name) { return folder.pathOf(name).UTF8String(); };
+  const std::string count = std::to_string(pages);
+  return {argument("-q"), argument("-dSAFER"), argument("-dBATCH"), argument("-dNOPAUSE"),
+          argument("-dNOPROMPT"), argument("-K" + std::to_string(kDocumentKilobytes)),
+          argument("-sDEVICE=pdfwrite"), argument("-dEPSCrop"), argument("-dAutoRotatePages=/None"),
+          // The size of pages that have none is the same everywhere.
+          argument("-sPAPERSIZE=letter"), argument("-dLastPage=" + count),
+          argument("-sOutputFile=" + path(kOutputName)),
+          // Pages behind the last one would be computed without being written, for ever where they do not end.
+          argument("-c"), argument("<</EndPage {exch " + count + " ge {quit} if 2 ne}>> setpagedevice"),
+          argument("-f"), argument(path(kInputName))};
+}
+
+/// Tells why Ghostscript gave up, by the error's name in its language and by where it was.
+void setErrorOfGhostscript(NSError *error, const ChildResult &result) {
+  constexpr std::string_view kMark = "Error: /";
+  constexpr std::size_t kLongestReason = 100;
+  const std::string_view output = result.standardOutput.view();
+  const std::size_t mark = output.rfind(kMark);
+  if (mark == std::string_view::npos) {
+    setError(error, ErrorCode::damaged,
+             "Ghostscript ended with exit code " + std::to_string(result.terminationStatus));
+    return;
+  }
+  std::string reason(output.substr(mark + kMark.size(), kLongestReason));
+  reason.resize(std::min(reason.find('\n'), reason.size()));
+  if (reason.starts_with("VMerror"))
+    setError(error, ErrorCode::memoryLimit, "the PostScript needs too much memory");
+  else
+    setError(error, ErrorCode::damaged, "the PostScript is faulty: " + reason);
+}
+
+}  // namespace
+
+NSData PDFDataWithPostScript(const NSData &postScript, const PostScriptLimits &limits, NSError *error) {
+  const std::string_view bytes = programInFile(postScript.view()), line = firstLine(bytes);
+  if (line.empty() || limits.maximumPages == 0) {
+    setError(error, ErrorCode::unsupportedType, line.empty() ? "it is no PostScript" : "no page is asked for");
+    return NSData();
+  }
+  const auto *const program = std::ranges::find_if(kPrograms, isProgram);
+  if (program == std::end(kPrograms)) {
+    setError(error, ErrorCode::unsupportedType, "Ghostscript, which reads PostScript, is not installed");
+    return NSData();
+  }
+  const auto folder = PrivateFolder::make(error);
+  if (!folder || !writeProgram(bytes, folder->pathOf(kInputName), error)) return NSData();
+  const Confinement confinement{.writableFolders = {folder->path()},
+                                .readablePaths = Confinement::systemPaths(),
+                                .memoryBytes = kAddressSpaceBytes,
+                                .processorSeconds = kProcessorSeconds,
+                                .fileBytes = kMaximumPDFBytes};
+  const bool isPicture = line.find(" EPSF-") != std::string_view::npos;
+  const std::uint32_t pages = isPicture ? 1 : limits.maximumPages;
+  const auto child = ChildProcess::start({.launchPath = NSString::stringWithUTF8String(*program),
+                                          .arguments = argumentsOfGhostscript(*folder, pages),
+                                          .maximumOutputBytes = kMaximumMessageBytes},
+                                         confinement, error);
+  const auto result = child ? child->waitUntilExit(limits.deadline, error) : std::nullopt;
+  if (!result) return NSData();
+  // A run that fails leaves a small PDF all the same.
+  if (result->terminationStatus != 0) {
+    setErrorOfGhostscript(error, *result);
+    return NSData();
+  }
+  std::uint64_t size = 0;
+  const FileDescriptor file = folder->openFile(kOutputName, &size, error);
+  return file ? readData(file.get(), size, kMaximumPDFBytes, error) : NSData();
+}
+
+}  // namespace nimbo
