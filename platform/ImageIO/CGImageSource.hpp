@@ -12,10 +12,6 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-namespace detail {
-struct ImageInput;
-}
-
 /// How a thumbnail is made.
 struct CGImageThumbnailOptions {
   /// The most pixels of its longer side; images are never enlarged. 0 is as large as the image.
@@ -52,11 +48,14 @@ class CGImageSource {
                                                                  NSError *error = nullptr);
   /// Reads data, as above.
   static std::unique_ptr<CGImageSource> sourceWithData(const NSData &data, NSError *error = nullptr);
+  CGImageSource(const CGImageSource &) = delete;
+  CGImageSource &operator=(const CGImageSource &) = delete;
+  ~CGImageSource();
 
   /// The number of images (pages, frames) that the file says it has, at least 1.
-  std::uint32_t count() const { return count_; }
+  std::uint32_t count() const;
   /// The uniform type identifier of the file's format, as "public.jpeg"; never nil.
-  const NSString &type() const NIMBO_LIFETIMEBOUND { return type_; }
+  const NSString &type() const NIMBO_LIFETIMEBOUND;
   /// The facts of the first image under the platform's names, as far as they are known:
   /// "PixelWidth", "PixelHeight" (integers, as stored, before the orientation is applied; always there);
   /// "DPIWidth", "DPIHeight" (reals; 72 when the file does not say); "Depth" (integer, bits of one sample);
@@ -66,7 +65,7 @@ class CGImageSource {
   /// "Altitude" (metres) have no sign, which stands in "LatitudeRef" ("N", "S"), "LongitudeRef" ("E", "W") and
   /// "AltitudeRef" (1 is below the sea). What only XMP says about title, authors, keywords and copyright stands
   /// in "{IPTC}" too.
-  const NSDictionary &properties() const NIMBO_LIFETIMEBOUND { return properties_; }
+  const NSDictionary &properties() const NIMBO_LIFETIMEBOUND;
   /// The facts of one image, as above and with "{PNG}", "{GIF}", "{JFIF}" and the like; nil when there is no
   /// such image.
   NSDictionary copyPropertiesAtIndex(std::uint32_t index) const;
@@ -84,12 +83,12 @@ class CGImageSource {
                              NSError *error = nullptr) const;
 
  private:
-  CGImageSource() = default;
-  static std::unique_ptr<CGImageSource> sourceWithInput(const detail::ImageInput &input, NSError *error);
+  struct Storage;
 
-  std::uint32_t count_ = 1;
-  NSString type_;
-  NSDictionary properties_;
+  explicit CGImageSource(std::unique_ptr<Storage> storage);
+  static std::unique_ptr<CGImageSource> sourceWithStorage(std::unique_ptr<Storage> storage, NSError *error);
+
+  std::unique_ptr<Storage> storage_;
 };
 
 }  // namespace nimbo

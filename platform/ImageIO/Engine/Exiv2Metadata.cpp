@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
-#include "platform/ImageIO/ImageInput.hpp"
+#include "platform/ImageIO/Engine/ImageReading.hpp"
 
 namespace nimbo::detail {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/ImageIO/ImageInput.hpp"
+#include "platform/ImageIO/Engine/ImageReading.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -30,7 +30,7 @@ double dotsPerInch(std::uint32_t dotsPerMeter) {
 }  // namespace
 
 ImageHeader readHeaderOfBMP(const ImageInput &input) {
-  std::string bytes = input.firstBytes();
+  std::string bytes = firstBytes(input, kHeaderLength);
   if (!bytes.starts_with("BM")) return {};
   // Zeros stand for what is missing.
   bytes.resize(kHeaderLength);

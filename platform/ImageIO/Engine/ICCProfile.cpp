@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/ImageIO/ICCProfile.hpp"
+#include "platform/ImageIO/Engine/ICCProfile.hpp"
 
 #include <lcms2.h>
 
