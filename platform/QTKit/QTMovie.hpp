@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
+#include "platform/QTKit/QTTrack.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
 
@@ -21,8 +23,11 @@ namespace NIMBO_PUBLIC nimbo {
 class QTMovie {
  public:
   /// Opens a file. Null when there is none or it is no movie or sound; `*error` says why. All that is done with
-  /// it ends at `deadline`.
+  /// it ends at `deadline`. Nothing but this file is ever read, whatever it refers to.
   static std::unique_ptr<QTMovie> movieWithFile(const NSString &path, const Deadline &deadline,
+                                                NSError *error = nullptr);
+  /// Opens data, as above.
+  static std::unique_ptr<QTMovie> movieWithData(const NSData &data, const Deadline &deadline,
                                                 NSError *error = nullptr);
   ~QTMovie();
 
@@ -32,25 +37,51 @@ class QTMovie {
   NSSize naturalSize() const;
   /// The time of the current frame, in seconds; 0 at first.
   double currentTime() const;
-  /// Sets it.
+  /// Sets it, to no less than 0 and no more than the duration.
   void setCurrentTime(double seconds);
-  /// The frame at a time, turned and with square pixels, in its natural size; nil when there is none, `*error`
-  /// says why. Cover art is no frame.
+  /// The frame that is shown at a time, turned and with square pixels, in its natural size; behind the end the
+  /// last one, in front of the first one that one. Nil when there is none, `*error` says why. Cover art is no
+  /// frame. Between the key frame in front and that time no more is decoded than some 500 frames of high
+  /// definition; in a movie whose key frames are farther apart it is the last one of these.
   CGImage frameImageAtTime(double seconds, NSError *error = nullptr);
   /// The frame that the file names as its poster, else the first one that is there; nil as above.
   CGImage posterImage(NSError *error = nullptr);
   /// The picture that comes with a sound file; nil when there is none.
   CGImage coverImage(NSError *error = nullptr);
-  /// The attributes under the platform's names: "QTMovieDurationAttribute" (real, seconds),
-  /// "QTMovieNaturalSizeAttribute" (string of the size), "QTMovieLoopsAttribute", ... and of each track.
+  /// Reads on for at most that long where the last search for a frame gave up because there was none in the
+  /// part that it read; the frame that comes then is what the next search finds.
+  void play(double seconds);
+
+  /// In the order of the file.
+  const std::vector<QTTrack> &tracks() const NIMBO_LIFETIMEBOUND;
+  /// On the average, of all tracks together; 0 when it is unknown.
+  std::int64_t bitsPerSecond() const;
+  /// What the file says of itself: strings under the customary names in lower case, as "title", "artist",
+  /// "album", "genre", "date", "comment", "copyright", "encoder".
+  const NSDictionary &metadata() const NIMBO_LIFETIMEBOUND;
+  /// The attributes under the platform's names: "QTMovieFileNameAttribute" (string; not of data),
+  /// "QTMovieDisplayNameAttribute" (string: the title, else the file's name), "QTMovieDurationAttribute" (real,
+  /// seconds; absent when unknown), "QTMovieNaturalSizeAttribute" and "QTMovieCurrentSizeAttribute" (string of
+  /// the size), "QTMovieCurrentTimeAttribute", "QTMoviePosterTimeAttribute" (reals, seconds),
+  /// "QTMovieHasVideoAttribute", "QTMovieHasAudioAttribute", "QTMovieHasDurationAttribute" (booleans),
+  /// "QTMovieCopyrightAttribute" (string), those that can be set, and "QTMovieTracks", an array of dictionaries
+  /// with "QTTrackMediaTypeAttribute", "QTTrackFormatSummaryAttribute" (strings) and
+  /// "QTTrackDimensionsAttribute" (string of a size).
   NSDictionary movieAttributes() const;
-  /// Sets one of the attributes that can be set.
+  /// One of the attributes; nil when it is absent.
+  id attributeForKey(const NSString &name) const;
+  /// Sets one of the attributes that can be set: the booleans "QTMovieLoopsAttribute",
+  /// "QTMovieLoopsBackAndForthAttribute", "QTMovieMutedAttribute", "QTMoviePlaysAllFramesAttribute" and
+  /// "QTMoviePlaysSelectionOnlyAttribute", all false at first. Nothing happens for another name, and for a
+  /// value of another kind.
   void setAttribute(const id &value, const NSString &name);
   /// The file name extensions and type codes (as "'MooV'") of the files that can be opened.
   static const std::vector<NSString> &movieFileTypes();
 
  private:
   struct Storage;
+  explicit QTMovie(std::unique_ptr<Storage> storage);
+
   std::unique_ptr<Storage> storage_;
 };
 
