@@ -316,9 +316,7 @@ CGImage CGContext::makeImage() const {
   const std::size_t size = storage_->width * kBytes * storage_->height;
   std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[size]);
   std::memcpy(copy.get(), storage_->pixels.get(), size);
-  std::uint8_t lowest = 0xff;
-  for (std::size_t i = kBytes - 1; i < size; i += kBytes) lowest = std::min(lowest, copy[i]);
-  return CGImage::imageWithPixels(storage_->width, storage_->height, lowest < 0xff, std::move(copy));
+  return CGImage::imageWithPixels(storage_->width, storage_->height, std::move(copy));
 }
 
 }  // namespace nimbo

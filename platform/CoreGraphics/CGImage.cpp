@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/CoreGraphics/CGImage.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace nimbo {
@@ -25,6 +26,18 @@ CGImage CGImage::imageWithPixels(std::uint32_t width, std::uint32_t height, bool
   CGImage image;
   if (width > 0 && width <= kMaximumSide && height > 0 && height <= kMaximumSide && pixels)
     image.storage_ = makeShared<detail::ImageStorage>(width, height, hasAlpha, std::move(pixels));
+  return image;
+}
+
+CGImage CGImage::imageWithPixels(std::uint32_t width, std::uint32_t height,
+                                 std::unique_ptr<std::uint8_t[]> pixels) {
+  CGImage image = imageWithPixels(width, height, true, std::move(pixels));
+  if (!image) return image;
+  std::uint8_t lowest = 0xff;
+  const std::uint8_t *const end = image.pixels() + image.bytesPerRow() * height;
+  for (const std::uint8_t *pixel = image.pixels(); pixel != end; pixel += kBytesPerPixel)
+    lowest = std::min(lowest, pixel[kBytesPerPixel - 1]);
+  image.storage_->hasAlpha = lowest < 0xff;
   return image;
 }
 

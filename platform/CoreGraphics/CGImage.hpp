@@ -38,6 +38,9 @@ class CGImage {
   /// all alphas must be 255.
   static CGImage imageWithPixels(std::uint32_t width, std::uint32_t height, bool hasAlpha,
                                  std::unique_ptr<std::uint8_t[]> pixels);
+  /// The same of pixels that are looked through: the image has alpha when one of them is not opaque.
+  static CGImage imageWithPixels(std::uint32_t width, std::uint32_t height,
+                                 std::unique_ptr<std::uint8_t[]> pixels);
 
   /// The number of columns; 0 for nil.
   std::uint32_t width() const noexcept;

@@ -38,6 +38,7 @@ void PDFBudget::beginStep(std::uint64_t work, const Deadline &deadline) {
   deadline_ = deadline;
   lowestStackAddress_ = stackAddress() - kMaximumStackBytes;
   excess_ = Excess::none;
+  setCanvas(0, 0);
 }
 
 PDFBudget::Excess PDFBudget::endStep() {

@@ -35,6 +35,15 @@ class PDFBudget {
 
   /// Begins a step, which has so much work (in the units of `PDFLimits::stepWork`), until the deadline.
   void beginStep(std::uint64_t work, const Deadline &deadline);
+  /// Makes the step one that draws into so many pixels, so that it needs pictures and shadings.
+  void setCanvas(std::uint32_t width, std::uint32_t height) {
+    canvasWidth_ = width;
+    canvasHeight_ = height;
+  }
+  /// Whether the step draws.
+  bool draws() const { return canvasWidth_ > 0; }
+  std::uint32_t canvasWidth() const { return canvasWidth_; }
+  std::uint32_t canvasHeight() const { return canvasHeight_; }
   /// Whether the step may go on after so much more work. It may not when its calls nest too deep either.
   bool spend(std::uint64_t work);
   /// Whether the step is over its limits; nothing more is allocated in it then.
@@ -69,6 +78,8 @@ class PDFBudget {
   /// Where the stack may not grow beyond.
   std::uintptr_t lowestStackAddress_ = 0;
   Excess excess_ = Excess::none;
+  std::uint32_t canvasWidth_ = 0;
+  std::uint32_t canvasHeight_ = 0;
   Block blocks_;
   const fz_alloc_context functions_;
 };

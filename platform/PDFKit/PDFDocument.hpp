@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "platform/AppKit/NSAttributedString.hpp"
+#include "platform/CoreGraphics/CGImage.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
@@ -34,6 +35,12 @@ struct PDFLimits {
   std::uint32_t pages = 100'000;
   /// After so many pages in a row that cannot be read, the rest is not tried any more.
   std::uint32_t pageErrorsInARow = 16;
+  /// How much work drawing a page may take.
+  std::uint64_t drawingWork = 100'000'000;
+  /// How long the same may take.
+  double drawingSeconds = 10;
+  /// How many pixels may be drawn.
+  std::uint64_t drawnPixels = std::uint64_t{1} << 26;
   /// How many runs of attributes a page may have; what is behind the last has the attributes of that.
   std::uint32_t attributeRuns = 100'000;
   /// How often a character, or a line, of a page is compared with the place of a link; what is behind has none.
@@ -41,6 +48,14 @@ struct PDFLimits {
 };
 
 class PDFDocument;
+
+/// How a page is drawn.
+struct PDFDrawingOptions {
+  /// Whether edges are smooth.
+  bool shouldAntialias = true;
+  /// By when it has to be there; the document's own deadline counts too.
+  Deadline deadline = {};
+};
 
 /// The boxes of a page; numbered as the platform numbers them.
 enum class PDFDisplayBox { mediaBox = 0, cropBox = 1 };
@@ -64,6 +79,14 @@ class PDFPage {
   NSRect boundsForBox(PDFDisplayBox box) const;
   /// The clockwise degrees at which the page is shown: 0, 90, 180 or 270.
   int rotation() const;
+  /// The size of the crop box in points, as the page is shown.
+  NSSize sizeAsShown() const;
+  /// A picture of a part of the page, as it is shown: `area` is in points from the lower left corner, and fills
+  /// the picture of `width` by `height` pixels. It is transparent where the page paints nothing. Nil when there
+  /// is no such page, it is locked, takes too long or too much, or the picture is too large: `*error` says
+  /// which. Of a page that is damaged as much as there is; `*error` says so, too.
+  CGImage imageOfArea(const NSRect &area, std::uint32_t width, std::uint32_t height,
+                      const PDFDrawingOptions &options, NSError *error = nullptr) const;
 
  private:
   friend class PDFDocument;

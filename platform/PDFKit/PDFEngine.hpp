@@ -72,6 +72,10 @@ class PDFEngine {
   /// must not throw.
   template <class Work>
   void run(Work &&work);
+  /// The same for work that draws so many pixels until the deadline, which may take what the limits say of
+  /// that.
+  template <class Work>
+  void runDrawing(std::uint32_t width, std::uint32_t height, const Deadline &deadline, Work &&work);
 
   /// What was lost in the last step; nil when nothing was.
   NSError loss() const;
@@ -84,6 +88,8 @@ class PDFEngine {
  private:
   void open();
   void close();
+  template <class Work>
+  void runStep(Work &&work);
   [[noreturn]] void raise(PDFBudget::Excess excess) const;
 
   const PDFLimits limits_;
@@ -102,9 +108,22 @@ class PDFEngine {
 };
 
 template <class Work>
-[[gnu::noinline]] void PDFEngine::run(Work &&work) {
-  static_assert(std::is_trivially_destructible_v<std::remove_reference_t<Work>>);
+void PDFEngine::run(Work &&work) {
   budget_.beginStep(limits_.stepWork, earliest(Deadline::after(limits_.stepSeconds), limits_.deadline));
+  runStep(work);
+}
+
+template <class Work>
+void PDFEngine::runDrawing(std::uint32_t width, std::uint32_t height, const Deadline &deadline, Work &&work) {
+  const Deadline end = earliest(deadline, limits_.deadline);
+  budget_.beginStep(limits_.drawingWork, earliest(Deadline::after(limits_.drawingSeconds), end));
+  budget_.setCanvas(width, height);
+  runStep(work);
+}
+
+template <class Work>
+[[gnu::noinline]] void PDFEngine::runStep(Work &&work) {
+  static_assert(std::is_trivially_destructible_v<std::remove_reference_t<Work>>);
   losses_.beginStep(context_);
   volatile bool failed = false;
   fz_try(context_) work(context_);

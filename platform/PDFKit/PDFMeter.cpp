@@ -32,6 +32,11 @@ void spend(fz_context *context, std::uint64_t work) {
   if (!maySpend(context, work)) fz_throw(context, FZ_ERROR_ABORT, "over the limits");
 }
 
+bool drawsPictures(const fz_context *context) {
+  const PDFBudget *const budget = PDFBudget::ofContext(context);
+  return !budget || budget->draws();
+}
+
 /// Counts a token, or ends the stream: what goes on after errors ends there.
 void spendToken(fz_context *context, fz_stream *stream) {
   if (maySpend(context, 1)) return;
@@ -76,8 +81,8 @@ decltype(pdf_dict_get) __real_pdf_dict_get, __wrap_pdf_dict_get;
 decltype(fz_advance_glyph) __real_fz_advance_glyph, __wrap_fz_advance_glyph;
 decltype(fz_convert_color) __real_fz_convert_color, __wrap_fz_convert_color;
 decltype(fz_open_image_decomp_stream) __real_fz_open_image_decomp_stream, __wrap_fz_open_image_decomp_stream;
-decltype(pdf_load_image) __wrap_pdf_load_image;
-decltype(pdf_load_shading) __wrap_pdf_load_shading;
+decltype(pdf_load_image) __real_pdf_load_image, __wrap_pdf_load_image;
+decltype(pdf_load_shading) __real_pdf_load_shading, __wrap_pdf_load_shading;
 decltype(pdf_load_function) __real_pdf_load_function, __wrap_pdf_load_function;
 decltype(pdf_add_hmtx) __real_pdf_add_hmtx, __wrap_pdf_add_hmtx;
 decltype(pdf_load_to_unicode) __real_pdf_load_to_unicode, __wrap_pdf_load_to_unicode;
@@ -116,20 +121,22 @@ void __wrap_fz_convert_color(fz_context *context, fz_colorspace *source, const f
 
 fz_stream *__wrap_fz_open_image_decomp_stream(fz_context *context, fz_stream *source,
                                               fz_compression_params *parameters, int *reduction) {
-  // Whole pictures are decoded at once; nothing that is read here is one.
-  if (parameters->type == FZ_IMAGE_JBIG2 || parameters->type == FZ_IMAGE_JPX)
+  // Whole pictures are decoded at once; nothing that is read for the text is one.
+  if (!drawsPictures(context) && (parameters->type == FZ_IMAGE_JBIG2 || parameters->type == FZ_IMAGE_JPX))
     fz_throw(context, FZ_ERROR_GENERIC, "pictures are not read");
   fz_stream *const decoded = __real_fz_open_image_decomp_stream(context, source, parameters, reduction);
   return decoded == source ? decoded : fz_new_stream(context, decoded, nextMetered, dropMetered);
 }
 
 // The text needs no pictures. A minor error costs the operator that draws one.
-fz_image *__wrap_pdf_load_image(fz_context *context, pdf_document *, pdf_obj *) {
+fz_image *__wrap_pdf_load_image(fz_context *context, pdf_document *document, pdf_obj *dictionary) {
+  if (drawsPictures(context)) return __real_pdf_load_image(context, document, dictionary);
   fz_throw(context, FZ_ERROR_MINOR, "pictures are not read");
 }
 
 // Nor the colours of a shading, which are computed point by point. But text may be filled with one.
-fz_shade *__wrap_pdf_load_shading(fz_context *context, pdf_document *, pdf_obj *) {
+fz_shade *__wrap_pdf_load_shading(fz_context *context, pdf_document *document, pdf_obj *dictionary) {
+  if (drawsPictures(context)) return __real_pdf_load_shading(context, document, dictionary);
   fz_shade *const shade = fz_malloc_struct(context, fz_shade);
   FZ_INIT_STORABLE(shade, 1, fz_drop_shade_imp);
   shade->type = FZ_LINEAR;
