@@ -6,10 +6,10 @@
 #include "helper/HelperOptions.hpp"
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
+#include "platform/AppKit/Images/NSApplication.hpp"
 #include "platform/Documents/OfficeConversion.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
-#include "platform/Foundation/System/LargeBytes.hpp"
 #include "platform/Foundation/System/SignalSource.hpp"
 
 /// Serves the named connection. A process whose name is taken stays unreachable.
@@ -18,7 +18,6 @@ int main(int argc, char **argv) {
   int exitCode = EXIT_SUCCESS;
   const auto options = readHelperOptions(argc, argv, &exitCode);
   if (!options) return exitCode;
-  returnLargeBytesWhenFreed();
   NSConnection &connection = NSConnection::defaultConnection();
   QuiverleafHelper rootObject;
   connection.setRootObject(&rootObject);
@@ -36,5 +35,6 @@ int main(int argc, char **argv) {
   });
   // A request under way is served to its end.
   callOnSignal(SIGTERM, [&] { connection.invalidate(); });
+  NSApplication::sharedApplication();
   for (;;) NSRunLoop::currentRunLoop().run();
 }
