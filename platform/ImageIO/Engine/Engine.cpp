@@ -5,7 +5,7 @@
 #include "platform/Foundation/System/EngineLibrary.hpp"
 #include "platform/ImageIO/Engine/ImageDecoding.hpp"
 #include "platform/ImageIO/Engine/ImageEncoding.hpp"
-#include "platform/ImageIO/Engine/ImageReading.hpp"
+#include "platform/ImageIO/Engine/ImageReader.hpp"
 #include "platform/ImageIO/Engine/VipsText.hpp"
 
 namespace nimbo::detail {
@@ -22,9 +22,15 @@ auto guarded(NSError *error, Work work) -> decltype(work()) {
   }
 }
 
+ImageHeader headerAtIndex(const ImageInput &input, std::uint32_t index) {
+  const auto reader = readerOfInput(input, Deadline::never());
+  ImageHeader header = reader ? reader->header(index) : ImageHeader();
+  vips_error_clear();
+  return header;
+}
+
 ImageHeader headerOfInput(const ImageInput &input, NSError *error) {
-  ImageHeader header = readHeaderWithVips(input, 0);
-  if (!header.isKnown) header = readHeaderOfBMP(input);
+  ImageHeader header = headerAtIndex(input, 0);
   NSError metadataError = addMetadataWithExiv2(input, header);
   if (header.type) {
     if (error && metadataError) *error = std::move(metadataError);
@@ -42,7 +48,7 @@ class Engine final : public ImageEngine {
     return guarded(error, [&] { return headerOfInput(input, error); });
   }
   NSDictionary properties(const ImageInput &input, std::uint32_t index) const override {
-    return guarded(nullptr, [&] { return readHeaderWithVips(input, index).properties; });
+    return guarded(nullptr, [&] { return headerAtIndex(input, index).properties; });
   }
   ImagePixels pixels(const ImageInput &input, const ImageRequest &request, NSError *error) const override {
     return guarded(error, [&] { return decodedPixels(input, request, error); });

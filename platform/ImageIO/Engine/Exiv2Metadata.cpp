@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
-#include "platform/ImageIO/Engine/ImageReading.hpp"
+#include "platform/ImageIO/Engine/Exiv2Image.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -17,8 +17,6 @@ namespace {
 /// Longer texts, and more keywords or authors, are damage.
 constexpr std::size_t kMaximumTextLengthInBytes = 64 << 10;
 constexpr std::uint32_t kMaximumElements = 1000;
-/// Of formats of which Exiv2 wants the whole file, as TIFF, no larger one is read.
-constexpr std::size_t kMaximumReadBytes = std::size_t{256} << 20;
 
 /// Programs write text in every encoding, padded with blanks or zeros. Nil when nothing is left.
 NSString stringWithMetadataText(std::string_view text) {
@@ -181,41 +179,6 @@ void removeEmptyDictionaries(NSDictionary &properties) {
       properties.removeObjectForKey(name);
 }
 
-struct TooLargeToRead {};
-
-/// A file that is read where Exiv2 would map it, and that ends where it ended when it was opened: who cuts a
-/// mapped file short, or makes it longer while it is looked at, ends the process.
-class UnmappedFile final : public Exiv2::FileIo {
- public:
-  /// Goes through the descriptor, so that it is the same file whatever has its name now.
-  explicit UnmappedFile(const ImageInput &input)
-      : FileIo("/proc/self/fd/" + std::to_string(input.descriptor)), size_(input.fileSize) {}
-
-  std::size_t size() const override { return size_; }
-  Exiv2::byte *mmap(bool) override {
-    if (size_ > kMaximumReadBytes) throw TooLargeToRead();
-    content_.assign(size_, 0);
-    seek(0L, beg);
-    read(content_.data(), static_cast<long>(size_));
-    return content_.data();
-  }
-  int munmap() override {
-    content_ = {};
-    return 0;
-  }
-
- private:
-  const std::size_t size_;
-  std::vector<Exiv2::byte> content_;
-};
-
-/// Null, or an exception, when Exiv2 does not know the format.
-Exiv2::Image::AutoPtr openImage(const ImageInput &input) {
-  if (input.descriptor < 0)
-    return Exiv2::ImageFactory::open(input.data.bytes(), static_cast<long>(input.data.length()));
-  return Exiv2::ImageFactory::open(Exiv2::BasicIo::AutoPtr(new UnmappedFile(input)));
-}
-
 void addMetadataOfImage(Exiv2::Image &image, ImageHeader &header) {
   const NSString type = typeForMIMEType(image.mimeType());
   if (type) header.isKnown = true;
@@ -233,12 +196,10 @@ void addMetadataOfImage(Exiv2::Image &image, ImageHeader &header) {
 }  // namespace
 
 NSError addMetadataWithExiv2(const ImageInput &input, ImageHeader &header) {
-  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-  Exiv2::enableBMFF();
   NSError error;
   Exiv2::Image::AutoPtr image;
   try {
-    image = openImage(input);
+    image = openWithExiv2(input);
     if (image.get()) addMetadataOfImage(*image, header);
   } catch (const TooLargeToRead &) {
     setError(&error, ErrorCode::tooLarge, "the image is too large for its metadata to be read");

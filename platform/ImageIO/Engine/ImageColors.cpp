@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/ImageIO/Engine/VipsLoading.hpp"
+#include "platform/ImageIO/Engine/VipsHeader.hpp"
 
 namespace nimbo::detail {
 namespace {

@@ -8,34 +8,17 @@
 
 #include "platform/CoreGraphics/CGImage.hpp"
 #include "platform/ImageIO/Engine/ImageColors.hpp"
+#include "platform/ImageIO/Engine/ImageReader.hpp"
 #include "platform/ImageIO/Engine/PixelCopying.hpp"
-#include "platform/ImageIO/Engine/VipsLoading.hpp"
 
 namespace nimbo::detail {
 namespace {
 
-/// Larger images are not decoded at all.
-constexpr std::int64_t kMaximumPixels = std::int64_t{1} << 29;
-/// As much memory is used for an image whose decoder holds it whole.
-constexpr std::int64_t kMaximumDecodedBytes = std::int64_t{1} << 30;
 /// As much memory is used for the pixels that are answered.
 constexpr std::int64_t kMaximumAnsweredBytes = std::int64_t{1} << 30;
 
-/// What a decoder holds of an image in memory: all of it when it does not decode row by row.
-std::int64_t decodedBytes(VipsImage *image, const ImageFormat &format) {
-  const std::int64_t pixels = std::int64_t{vips_image_get_width(image)} * vips_image_get_height(image);
-  if (vips_image_get_typeof(image, "jpeg-multiscan"))
-    return pixels * vips_image_get_bands(image) * static_cast<std::int64_t>(sizeof(std::int16_t));
-  int interlaced = 0;
-  if (vips_image_get_typeof(image, "interlaced")) vips_image_get_int(image, "interlaced", &interlaced);
-  return format.isDecodedWhole || interlaced ? pixels * static_cast<std::int64_t>(VIPS_IMAGE_SIZEOF_PEL(image))
-                                             : 0;
-}
-
-bool isTooLarge(VipsImage *image, const ImageFormat &format) {
-  return std::int64_t{vips_image_get_width(image)} * vips_image_get_height(image) > kMaximumPixels ||
-         decodedBytes(image, format) > kMaximumDecodedBytes;
-}
+/// The ratios of the sides of a thumbnail and of its image differ by rounding.
+constexpr double kMaximumShapeDifference = 0.02;
 
 VipsKernel kernelOfQuality(CGInterpolationQuality quality) {
   switch (quality) {
@@ -89,59 +72,85 @@ bool canBeAnswered(PixelSize size) {
              kMaximumAnsweredBytes;
 }
 
-/// Tells of a failure of which libvips knows more than anybody wants to.
-void setDecodingError(NSError *error, const Deadline &deadline) {
-  if (deadline.isOver())
-    setError(error, ErrorCode::timeLimit, "the image takes too long to decode");
-  else
-    setError(error, ErrorCode::damaged, "the image is damaged");
+/// Whether one can be a smaller picture of the other: cameras put black bars at the sides of some thumbnails.
+bool haveOneShape(PixelSize a, PixelSize b) {
+  const double ratio = static_cast<double>(a.width) * b.height / (static_cast<double>(a.height) * b.width);
+  return std::abs(ratio - 1) <= kMaximumShapeDifference;
 }
 
-ImagePixels pixelsByVips(const ImageInput &input, const ImageFormat &format, const ImageRequest &request,
-                         NSError *error) {
-  const VipsInput source(input, request.deadline);
-  VipsPointer<VipsImage> image = openWithVips(format, source, request.index);
-  if (!image) {
-    setDecodingError(error, request.deadline);
-    return {};
+/// Decodes one image.
+class Decoding {
+ public:
+  Decoding(ImageReader &reader, const ImageRequest &request, NSError &error)
+      : reader_(reader), request_(request), error_(error) {}
+
+  ImagePixels pixels() {
+    auto image = reader_.open(request_.index, &error_);
+    if (!image) return {};
+    const PixelSize whole = pixelSizeOfImage(image.get());
+    if (request_.withTransform) orientation_ = Orientation(vips_image_get_orientation(image.get()));
+    const PixelSize wanted = answeredSize(request_, whole, orientation_);
+    if (request_.mayBeEmbedded && request_.index == 0)
+      if (ImagePixels embedded = embeddedPixels(whole, wanted); embedded.bytes) return embedded;
+    if (!request_.mayBeDecoded) {
+      setError(&error_, ErrorCode::incomplete, "the image has no thumbnail of its own");
+      return {};
+    }
+    if (!canBeAnswered(wanted)) {
+      setError(&error_, ErrorCode::tooLarge, "the image has too many pixels");
+      return {};
+    }
+    const double shrink = std::min(static_cast<double>(whole.width) / wanted.width,
+                                   static_cast<double>(whole.height) / wanted.height);
+    if (shrink != 1) image = reader_.openSmaller(request_.index, shrink, std::move(image));
+    return finished(std::move(image), wanted);
   }
-  const PixelSize whole = pixelSizeOfImage(image.get());
-  const Orientation orientation =
-      request.withTransform ? Orientation(vips_image_get_orientation(image.get())) : Orientation();
-  const PixelSize wanted = answeredSize(request, whole, orientation);
-  if (isTooLarge(image.get(), format) || !canBeAnswered(wanted)) {
-    setError(error, ErrorCode::tooLarge, "the image has too many pixels");
-    return {};
+
+ private:
+  ImagePixels finished(VipsPointer<VipsImage> image, PixelSize size) {
+    if (image) image = scaledImage(std::move(image), size, request_.quality);
+    if (image) image = imageInSRGB(std::move(image));
+    return image ? copiedPixels(image.get(), orientation_, request_.deadline) : ImagePixels();
   }
-  const double shrink = std::min(static_cast<double>(whole.width) / wanted.width,
-                                 static_cast<double>(whole.height) / wanted.height);
-  if (shrink != 1) image = openSmallerWithVips(format, source, request.index, shrink);
-  if (image) image = scaledImage(std::move(image), wanted, request.quality);
-  if (image) image = imageInSRGB(std::move(image));
-  ImagePixels pixels;
-  if (image) pixels = copiedPixels(image.get(), orientation, request.deadline);
-  if (!pixels.bytes) setDecodingError(error, request.deadline);
-  return pixels;
-}
+
+  ImagePixels embeddedPixels(PixelSize whole, PixelSize wanted) {
+    if (wanted.width == whole.width && request_.mayBeDecoded) return {};
+    auto image = reader_.openThumbnail(std::max(wanted.width, wanted.height), !request_.mayBeDecoded);
+    if (!image) return {};
+    const PixelSize size = pixelSizeOfImage(image.get());
+    if (!haveOneShape(size, whole) || (size.width == whole.width && size.height == whole.height)) return {};
+    if (size.width < wanted.width || size.height < wanted.height) {
+      if (request_.mayBeDecoded) return {};
+      wanted = size;
+    }
+    return finished(std::move(image), wanted);
+  }
+
+  ImageReader &reader_;
+  const ImageRequest &request_;
+  NSError &error_;
+  Orientation orientation_;
+};
 
 }  // namespace
 
 ImagePixels decodedPixels(const ImageInput &input, const ImageRequest &request, NSError *error) {
-  const ImageFormat *format = imageFormatOfBytes(firstBytes(input));
-  ImagePixels pixels;
-  if (!format) {
+  const auto reader = readerOfInput(input, request.deadline);
+  if (!reader) {
     setError(error, ErrorCode::unsupportedType, "the file is no image of a known kind");
-    return pixels;
+    return {};
   }
-  if (!startVips()) {
-    setError(error, ErrorCode::other, "the library of images cannot be started");
-    return pixels;
-  }
-  if (request.mayBeDecoded)
-    pixels = pixelsByVips(input, *format, request, error);
-  else
-    setError(error, ErrorCode::incomplete, "the image has no thumbnail of its own");
+  NSError reason;
+  ImagePixels pixels = Decoding(*reader, request, reason).pixels();
   vips_error_clear();
+  if (pixels.bytes || !error) return pixels;
+  // What is cut off by the deadline looks damaged.
+  if (request.deadline.isOver())
+    setError(error, ErrorCode::timeLimit, "the image takes too long to decode");
+  else if (reason)
+    *error = std::move(reason);
+  else
+    setError(error, ErrorCode::damaged, "the image is damaged");
   return pixels;
 }
 

@@ -28,6 +28,8 @@ struct ImageFormat {
   bool hasPages;
   /// Whether the loader holds all pixels in memory.
   bool isDecodedWhole;
+  /// Whether the loader can give a "thumbnail" that stands in the file.
+  bool hasThumbnails = false;
 };
 
 /// Null when the bytes begin no format of ours.

@@ -6,6 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
+
+#include "platform/Foundation/NSRange.hpp"
+#include "platform/Foundation/System/LargeBytes.hpp"
 
 namespace nimbo::detail {
 
@@ -29,6 +33,21 @@ std::string firstBytes(const ImageInput &input, std::size_t length) {
   const std::int64_t got = readBytes(input, bytes.data(), static_cast<std::int64_t>(length), 0);
   bytes.resize(static_cast<std::size_t>(std::max<std::int64_t>(got, 0)));
   return bytes;
+}
+
+NSData wholeData(const ImageInput &input) {
+  if (input.descriptor < 0) return input.data;
+  if (input.fileSize > NSNotFound) return {};
+  void *const bytes = allocateBytes(static_cast<std::size_t>(input.fileSize));
+  if (!bytes) throw std::bad_alloc();
+  std::int64_t length = 0;
+  while (length < static_cast<std::int64_t>(input.fileSize)) {
+    const std::int64_t got = readBytes(input, static_cast<char *>(bytes) + length,
+                                       static_cast<std::int64_t>(input.fileSize) - length, length);
+    if (got <= 0) break;
+    length += got;
+  }
+  return NSData::dataWithMallocedBytes(bytes, static_cast<std::size_t>(length));
 }
 
 }  // namespace nimbo::detail

@@ -17,11 +17,8 @@ std::string firstBytes(const ImageInput &input, std::size_t length = kFirstBytes
 /// Reads bytes at a place, as pread(2) does; never behind the end that the image had when it was opened.
 std::int64_t readBytes(const ImageInput &input, void *buffer, std::int64_t length, std::int64_t position);
 
-/// The header as libvips reads it; formats whose loaders are not meant for untrusted files are unknown.
-ImageHeader readHeaderWithVips(const ImageInput &input, std::uint32_t index);
-
-/// The header of a Windows bitmap, which libvips does not read by itself.
-ImageHeader readHeaderOfBMP(const ImageInput &input);
+/// All bytes of the image; nil when they cannot be read or are too many. Throws std::bad_alloc.
+NSData wholeData(const ImageInput &input);
 
 /// Adds what Exiv2 finds: Exif, IPTC and XMP. Of formats that libvips leaves unknown it gives type and size
 /// too. Answers nil, or why there is metadata that cannot be read.

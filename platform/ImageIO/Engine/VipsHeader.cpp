@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <vips/vips.h>
+#include "platform/ImageIO/Engine/VipsHeader.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -7,8 +7,6 @@
 #include <string_view>
 
 #include "platform/ImageIO/Engine/ICCProfile.hpp"
-#include "platform/ImageIO/Engine/ImageReading.hpp"
-#include "platform/ImageIO/Engine/VipsLoading.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -64,6 +62,17 @@ double dotsPerInch(double pixelsPerMillimeter) {
   return std::round(pixelsPerMillimeter * kMillimetersPerInch * 1000) / 1000;
 }
 
+}  // namespace
+
+NSString profileNameOfImage(VipsImage *image) {
+  const void *bytes = nullptr;
+  std::size_t length = 0;
+  if (!vips_image_get_typeof(image, VIPS_META_ICC_NAME) ||
+      vips_image_get_blob(image, VIPS_META_ICC_NAME, &bytes, &length))
+    return {};
+  return descriptionOfICCProfile({static_cast<const std::uint8_t *>(bytes), length});
+}
+
 ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format) {
   ImageHeader header;
   header.isKnown = true;
@@ -79,19 +88,6 @@ ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format) {
   properties.setObject(vips_image_hasalpha(image) != 0, u"HasAlpha"_ns);
   properties.setObject(vips_image_get_orientation(image), u"Orientation"_ns);
   properties.setObject(profileNameOfImage(image), u"ProfileName"_ns);
-  return header;
-}
-
-}  // namespace
-
-ImageHeader readHeaderWithVips(const ImageInput &input, std::uint32_t index) {
-  const ImageFormat *format = imageFormatOfBytes(firstBytes(input));
-  if (!format || !startVips()) return {};
-  ImageHeader header;
-  header.isKnown = true;
-  const VipsInput source(input, Deadline::never());
-  if (const auto image = openWithVips(*format, source, index)) header = headerOfImage(image.get(), *format);
-  vips_error_clear();
   return header;
 }
 

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <vips/vips.h>
+
+#include "platform/ImageIO/Engine/ImageFormats.hpp"
+#include "platform/ImageIO/Engine/ImageReading.hpp"
+
+namespace nimbo::detail {
+
+/// What libvips says of an image.
+ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format);
+
+/// The name of the image's colour profile; nil when it has none, or it has no name.
+NSString profileNameOfImage(VipsImage *image);
+
+}  // namespace nimbo::detail
