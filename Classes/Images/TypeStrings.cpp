@@ -10,11 +10,16 @@
 namespace nimbo {
 namespace {
 
+enum class Key { typeCode, MIMESubtype, uniformType };
+
 struct Row {
   std::u16string_view key;
   std::u16string_view extension;
 
-  constexpr bool isTypeCode() const { return key.starts_with(u'\''); }
+  constexpr Key kind() const {
+    if (key.starts_with(u'\'')) return Key::typeCode;
+    return key.find(u'.') == std::u16string_view::npos ? Key::MIMESubtype : Key::uniformType;
+  }
 };
 
 constexpr auto kRows = std::to_array<Row>({
@@ -22,23 +27,27 @@ constexpr auto kRows = std::to_array<Row>({
 });
 
 template <class Matches>
-NSString extensionOfFirst(Matches matches) {
-  const auto row = std::ranges::find_if(kRows, matches);
+NSString extensionOfFirst(Key kind, Matches matches) {
+  const auto row = std::ranges::find_if(
+      kRows, [&](const Row &candidate) { return candidate.kind() == kind && matches(candidate.key); });
   return row == kRows.end() ? NSString() : NSString::stringWithCharacters(row->extension);
 }
 
 }  // namespace
 
 NSString pathExtensionForTypeCode(const NSString &code) {
-  return extensionOfFirst([&](const Row &row) { return row.isTypeCode() && row.key == code.view(); });
+  return extensionOfFirst(Key::typeCode, [&](std::u16string_view key) { return key == code.view(); });
 }
 
 NSString pathExtensionForMIMESubtype(const NSString &subtype) {
-  return extensionOfFirst([&](const Row &row) {
-    return !row.isTypeCode() &&
-           fastCaseInsensitiveContainsUnichars(subtype.characters(), subtype.length(), row.key.data(),
-                                               static_cast<std::uint32_t>(row.key.size()));
+  return extensionOfFirst(Key::MIMESubtype, [&](std::u16string_view key) {
+    return fastCaseInsensitiveContainsUnichars(subtype.characters(), subtype.length(), key.data(),
+                                               static_cast<std::uint32_t>(key.size()));
   });
+}
+
+NSString pathExtensionForUniformType(const NSString &identifier) {
+  return extensionOfFirst(Key::uniformType, [&](std::u16string_view key) { return key == identifier.view(); });
 }
 
 }  // namespace nimbo

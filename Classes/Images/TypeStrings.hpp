@@ -15,4 +15,7 @@ NSString pathExtensionForTypeCode(const NSString &code);
 /// Nil when no part of it is known.
 NSString pathExtensionForMIMESubtype(const NSString &subtype);
 
+/// The path extension of the files of a uniform type identifier; nil when it is not known.
+NSString pathExtensionForUniformType(const NSString &identifier);
+
 }  // namespace nimbo
