@@ -2,14 +2,13 @@
 #include "helper/QuiverleafHelper.hpp"
 
 #include <algorithm>
-#include <exception>
-#include <string_view>
 #include <utility>
 
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "Classes/WebKit/WebArchive+SearchableText.hpp"
+#include "helper/ExceptionGuard.hpp"
 #include "helper/HTMLImportOptions.hpp"
 #include "helper/LocalRequestFilter.hpp"
 #include "helper/PDFDocument+Conversion.hpp"
@@ -36,17 +35,6 @@ NSString textOfPage(const NSData &data, const NSString &textEncodingName, const 
   return stringWithMarkupData(data, textEncodingName, kPageEncoding, url.absoluteString());
 }
 
-/// What an operation answers; nil, or false, for what it raises, and `*error` then says what that was.
-template <class Operation>
-auto guarded(NSError *error, Operation operation) -> decltype(operation()) {
-  try {
-    return operation();
-  } catch (const std::exception &exception) {
-    if (error) *error = NSError::errorWithException(exception);
-    return {};
-  }
-}
-
 /// Whether a package may take the place of what is at the path: nothing, an empty folder, or a package.
 bool isReplaceable(const NSString &path) {
   bool isFolder = false;
@@ -63,8 +51,6 @@ NSURL URLOfCaller(const NSString &string) {
   return url && hasPrefixNoCase(string, url.scheme()) ? url : NSURL();
 }
 
-constexpr std::string_view kIsNotServed = "this helper does not serve the operation";
-
 }  // namespace
 
 NSDictionary QuiverleafHelper::metaDataForFile(const NSString &path, NSError *error) {
@@ -75,13 +61,14 @@ NSDictionary QuiverleafHelper::metaDataForFile(const NSString &path, NSError *er
 }
 
 NSDictionary QuiverleafHelper::attributedStringWithPDF(bool attributed, const NSData &pdf, NSError *error) {
-  return _attributedStringWithPDF(attributed, pdf, NSString(), false, error);
+  return _attributedStringWithPDF(attributed, pdf, NSString(), false, Deadline(), error);
 }
 
 NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const NSData &pdf,
-                                                        const NSString &file, bool size, NSError *error) {
+                                                        const NSString &file, bool size,
+                                                        const Deadline &deadline, NSError *error) {
   PDFLimits limits;
-  limits.deadline = Deadline::after(kDocumentSeconds);
+  limits.deadline = earliest(Deadline::after(kDocumentSeconds), deadline);
   const std::unique_ptr<PDFDocument> document = PDFDocument::documentWithData(pdf, limits, error);
   if (!document) return NSDictionary();
   const NSDictionary attributes = document->documentAttributes(error);
@@ -178,21 +165,6 @@ NSData QuiverleafHelper::RTFDWithHTML(const NSData &html, const NSString &baseUR
     const NSAttributedString text = initWithHTML(page, HTMLImportOptions(filter, base), nullptr, error);
     return RTFDFromRange(text, {0, text.length()});
   });
-}
-
-NSData QuiverleafHelper::PDFImageRepOfFile(const NSString &, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return NSData();
-}
-
-NSDictionary QuiverleafHelper::posterImageForMovieWithFile(const NSString &, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return NSDictionary();
-}
-
-NSDictionary QuiverleafHelper::imageWithContentsOfFile(const NSString &, bool, bool, NSError *error) {
-  setError(error, ErrorCode::other, kIsNotServed);
-  return NSDictionary();
 }
 
 }  // namespace nimbo

@@ -5,6 +5,7 @@
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
 #include "platform/Foundation/NSConnection.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 
 namespace nimbo {
 
@@ -47,11 +48,26 @@ class QuiverleafHelper : public NSConnectionRootObject {
   /// has not come within 15 seconds is left out. Nil for nil. `*error` says which parts are missing.
   NSData RTFDWithHTML(const NSData &html, const NSString &baseURL, bool allowRemoteRequest,
                       NSError *error = nullptr);
-  /// Answers nil: documents are not drawn.
+  /// A file that is PDF or PostScript, an Illustrator file with PDF in it, or a folder with a PDF (.pdfd), as
+  /// PDF. Nil when it is another one or cannot be read: `*error` says which.
   NSData PDFImageRepOfFile(const NSString &path, NSError *error = nullptr);
-  /// Answers nil: movies are not read.
+  /// The frame in the middle of a movie, but not behind its 15th second. Answers
+  ///   "Duration"   seconds; 0 when it is not known
+  ///   "Size"       the natural size in points, as text
+  ///   "Thumbnail"  the frame in that size as TIFF; missing when there is none
+  /// Never nil. `*error` says why the frame is missing. Lets exceptions out.
   NSDictionary posterImageForMovieWithFile(const NSString &path, NSError *error = nullptr);
-  /// Answers nil: pictures are not made.
+  /// The thumbnail and the facts of an image, a PDF or PostScript. Without `stringFromPDF`, of an image,
+  ///   "Properties"  what the file says of itself, by the platform's names
+  ///   "Thumbnail"   as TIFF, within 256 points
+  /// Of other files, and of all with `stringFromPDF`,
+  ///   "Size", "PixelSize"  in points and in pixels, as text
+  ///   "Alpha"       whether it can be transparent
+  ///   "Thumbnail"   as above
+  /// and with `stringFromPDF`, of PDF and PostScript, what `_attributedStringWithPDF` answers, which replaces
+  /// those of the same name. With `canUseSpotlight` the metadata importers are asked first for the text of a
+  /// file that is a PDF itself. A damaged PDF, which has no picture, still gives its text.
+  /// Nil when it is none of these or cannot be read: `*error` says which, or what is missing.
   NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight,
                                        NSError *error = nullptr);
 
@@ -65,9 +81,9 @@ class QuiverleafHelper : public NSConnectionRootObject {
   ///   "Size", "PixelSize", "Alpha"  with `size`, when there is a page: the first page's media box in points as
   ///                text, twice, and false
   /// Nil when there is no data or it is no PDF. `*error` says that, or why the text is missing or not whole.
-  /// Lets exceptions out.
+  /// Reading ends at `deadline` at the latest. Lets exceptions out.
   NSDictionary _attributedStringWithPDF(bool attributed, const NSData &pdf, const NSString &file, bool size,
-                                        NSError *error = nullptr);
+                                        const Deadline &deadline = {}, NSError *error = nullptr);
 
  private:
   NSString textOfPDF(class PDFDocument &document, const NSDictionary &attributes, const NSString &file,
