@@ -10,6 +10,7 @@
 #include "tools/HelperCommands.hpp"
 #include "tools/LocationCommands.hpp"
 #include "tools/MarkupCommands.hpp"
+#include "tools/PictureCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
 #include "tools/ResourceForkCommands.hpp"
 #include "tools/RichTextCommands.hpp"
@@ -21,7 +22,7 @@ namespace nimbo {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
-    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(),
+    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
                              &plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(),
                              &urlCommands(), &locationCommands(), &resourceForkCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
