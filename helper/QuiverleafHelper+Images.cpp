@@ -130,10 +130,10 @@ NSDictionary QuiverleafHelper::posterImageForMovieWithFile(const NSString &path,
   NSDictionary attributes;
   const NSImage image =
       thumbnailImageForMovieWithFile(path, &attributes, Deadline::after(kPictureSeconds), error);
-  const NSSize size = NSSizeFromString(attributes.objectForKey(u"QTMovieNaturalSizeAttribute"_ns).string());
+  const NSString size = attributes.objectForKey(u"QTMovieNaturalSizeAttribute"_ns).string();
   const auto seconds =
       static_cast<float>(attributes.objectForKey(u"QTMovieDurationAttribute"_ns).real().value_or(0));
-  NSDictionary answer = {{u"Duration"_ns, seconds}, {u"Size"_ns, NSStringFromSize(size)}};
+  NSDictionary answer = {{u"Duration"_ns, seconds}, {u"Size"_ns, size ? size : NSStringFromSize({})}};
   if (image)
     answer.setObject(image.TIFFRepresentationUsingCompression(kLZWCompression, 1.0F, error), u"Thumbnail"_ns);
   return answer;

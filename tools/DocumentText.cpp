@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/DocumentText.hpp"
 
+#include <string_view>
 #include <utility>
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
@@ -32,16 +33,11 @@ int writeRichTextAsPlain(HelperClient &client, const NSString &path, const std::
   });
 }
 
-}  // namespace
-
-int writeTextOfDocument(const NSString &path, const std::string &name, const CommonOptions &options) {
-  HelperClient client = clientWithOptions(options);
-  const auto answer = client.metaDataForFile(path);
-  if (answer.status == HelperClient::Status::nil && answer.code == ErrorCode::unsupportedType)
-    return writeRichTextAsPlain(client, path, name);
+/// Writes a text that there is; otherwise, unless it is known why, says that there is none.
+int writeTextOfAnswer(const HelperClient::Answer &answer, std::u16string_view key, const std::string &name) {
   NSString text;
   const int code = report(answer, name, [&](const id &result) {
-    text = result.dictionary().objectForKey(u"kMDItemTextContent"_ns).string();
+    text = result.dictionary().objectForKey(NSString::stringWithCharacters(key)).string();
   });
   if (code != kExitAnswered) return code;
   if (text) {
@@ -50,6 +46,28 @@ int writeTextOfDocument(const NSString &path, const std::string &name, const Com
   }
   if (answer.code == ErrorCode::none) writeMessage(name + ": has no text");
   return kExitNil;
+}
+
+}  // namespace
+
+bool isPostScriptType(const NSString &type) {
+  return type == u"com.adobe.postscript"_ns || type == u"com.adobe.encapsulated-postscript"_ns;
+}
+
+int writeTextOfPostScript(const NSString &path, const std::string &name, const CommonOptions &options) {
+  HelperClient client = clientWithOptions(options);
+  NSData pdf;
+  const int code = report(client.PDFImageRepOfFile(path), name, [&](const id &result) { pdf = result.data(); });
+  return code != kExitAnswered ? code
+                               : writeTextOfAnswer(client.attributedStringWithPDF(false, pdf), u"String", name);
+}
+
+int writeTextOfDocument(const NSString &path, const std::string &name, const CommonOptions &options) {
+  HelperClient client = clientWithOptions(options);
+  const auto answer = client.metaDataForFile(path);
+  if (answer.status == HelperClient::Status::nil && answer.code == ErrorCode::unsupportedType)
+    return writeRichTextAsPlain(client, path, name);
+  return writeTextOfAnswer(answer, u"kMDItemTextContent", name);
 }
 
 }  // namespace nimbo

@@ -7,6 +7,7 @@
 #include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
 #include "tools/ContactSheet.hpp"
+#include "tools/DocumentText.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
@@ -98,8 +99,7 @@ int reportPicture(const HelperClient::Answer &answer, const std::string &name, c
 bool isDrawnAsPDF(const NSString &path) {
   bool isFolder = false;
   NSFileManager::fileExistsAtPath(path, &isFolder);
-  const NSString type = LSCopyItemContentType(path);
-  return isFolder || type == u"com.adobe.postscript"_ns || type == u"com.adobe.encapsulated-postscript"_ns;
+  return isFolder || isPostScriptType(LSCopyItemContentType(path));
 }
 
 /// A picture that is larger than the helper's, which this program has made.

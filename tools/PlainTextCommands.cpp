@@ -104,7 +104,8 @@ int runText(const TextOptions &options, const Operands &operands) {
   if (!isPage && !isPlainText) {
     if (isForPages)
       throw UsageError(name + ": the options are for pages, and its type is " + type.UTF8String());
-    return writeTextOfDocument(input.path, name, options);
+    return isPostScriptType(type) ? writeTextOfPostScript(input.path, name, options)
+                                  : writeTextOfDocument(input.path, name, options);
   }
   const auto path = input.path.fileSystemRepresentation();
   const NSString text = textOfInput(*path, options.timeoutSeconds);

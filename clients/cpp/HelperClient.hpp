@@ -116,11 +116,16 @@ class HelperClient {
   /// A page as RTFD data. `baseURL`, an absolute URL, completes the relative ones in it. What the page refers
   /// to is loaded from beyond the local network only with `allowRemoteRequest`.
   Answer RTFDWithHTML(const NSData &html, const NSString &baseURL, Flag allowRemoteRequest);
-  /// A document as a PDF. This helper answers nil.
+  /// A file that is PDF or PostScript, as PDF data.
   Answer PDFImageRepOfFile(const NSString &path);
-  /// A picture out of a movie. This helper answers nil.
+  /// A frame of a movie: a dictionary with "Duration" in seconds, "Size" in points, as "{640, 360}", and, when
+  /// there is a frame, "Thumbnail", its TIFF data in that size.
   Answer posterImageForMovieWithFile(const NSString &path);
-  /// The picture of a document. This helper answers nil.
+  /// The picture of an image, a PDF or PostScript: a dictionary with "Thumbnail", TIFF data of at most 256
+  /// pixels a side. An image has "Properties" besides, what the file says of itself; other files, and all with
+  /// `stringFromPDF`, have "Size" in points, "PixelSize" and "Alpha". With `stringFromPDF`, of PDF and
+  /// PostScript, what `attributedStringWithPDF` answers, too; with `canUseSpotlight` the metadata importers are
+  /// asked for the text first.
   Answer imageWithContentsOfFile(const NSString &path, Flag stringFromPDF, Flag canUseSpotlight);
 
   /// What is known of the helper, whether it answers or works.

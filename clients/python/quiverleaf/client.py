@@ -199,17 +199,25 @@ class Helper:
         return self._ask(bytes, PAGE_SELECTOR, html, base_url, allow_remote_request)
 
     def PDFImageRepOfFile(self, path: StrPath) -> Optional[bytes]:
-        """A document as a PDF. This helper answers None."""
+        """A file that is PDF or PostScript, as a PDF."""
         return self._ask(bytes, "PDFImageRepOfFile:", _path(path))
 
     def posterImageForMovieWithFile(self, path: StrPath) -> Optional[dict[str, Any]]:
-        """A picture out of a movie. This helper answers None."""
+        """A frame of a movie: "Duration" in seconds, "Size" in points, as "{640, 360}", and "Thumbnail", when there is one.
+
+        The frame is TIFF data in that size. It is the one in the middle, but not behind the 15th second.
+        """
         return self._ask(dict, "posterImageForMovieWithFile:", _path(path))
 
     def imageWithContentsOfFile(
         self, path: StrPath, string_from_pdf: bool = False, can_use_spotlight: bool = False
     ) -> Optional[dict[str, Any]]:
-        """The picture of a document. This helper answers None."""
+        """The picture of an image, a PDF or PostScript: "Thumbnail", TIFF data of at most 256 pixels a side.
+
+        An image has "Properties" besides, what the file says of itself; other files, and all with `string_from_pdf`, have
+        "Size" in points, "PixelSize" and "Alpha". With `string_from_pdf`, of PDF and PostScript, what
+        attributedStringWithPDF answers, too; with `can_use_spotlight` the metadata importers are asked for the text first.
+        """
         selector = "imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"
         return self._ask(dict, selector, _path(path), string_from_pdf, can_use_spotlight)
 

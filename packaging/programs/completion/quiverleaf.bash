@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url location fork help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags entities charset decode url location fork help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -14,6 +14,10 @@ _quiverleaf() {
   [[ $command == webarchive ]] && options+=' --create --output'
   [[ $command == rtfd ]] && options+=' --output'
   [[ $command == html2rtfd ]] && options+=' --base --remote --output'
+  [[ $command == image ]] && options+=' --text --spotlight --output --size'
+  [[ $command == topdf ]] && options+=' --output'
+  [[ $command == poster ]] && options+=' --cover --output --size'
+  [[ $command == sheet ]] && options+=' --output --size'
   [[ $command == text ]] && options+=' --reformat --simple --body --no-junk --google-tags --plain-ascii'
   [[ $command == entities ]] && options+=' --encode --no-standard --numeric --non-umlauted'
   [[ $command == decode ]] && options+=' --encoding --default --json'
@@ -21,7 +25,7 @@ _quiverleaf() {
   [[ $command == url ]] && options+=' --base'
   [[ $command == fork ]] && options+=' --extract --output'
   [[ $command == location ]] && options+=' --create --output'
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract)$ ]]; then
+  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract|size)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
@@ -32,7 +36,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|decode|location|fork)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|image|topdf|poster|sheet|text|strip|tags|decode|location|fork)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi
