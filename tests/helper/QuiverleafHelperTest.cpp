@@ -34,11 +34,13 @@ class QuiverleafHelperTest : public testing::Test {
   NSDictionary facts(const char *sample, const NSString &file = NSString(), bool size = false) {
     return helper._attributedStringWithPDF(false, samplePDF(sample), file, size);
   }
-  /// Expects the answer to no arguments: nil, but of a web archive a dictionary of nothing, and that nothing
-  /// was written.
+  /// Expects the answer to no arguments: nil, but of a web archive a dictionary of nothing, of a movie that it
+  /// has no length and no size, and that nothing was written.
   static void expectNothing(const id &answer, const RemoteOperation &operation) {
     id expected;
     if (operation.selector == u"searchableTextOfWebArchive:") expected = NSDictionary::dictionary();
+    if (operation.selector == u"posterImageForMovieWithFile:")
+      expected = NSDictionary{{u"Duration"_ns, 0.0}, {u"Size"_ns, u"{0, 0}"_ns}};
     if (operation.selector == u"writeRTFDData:toFile:") expected = false;
     EXPECT_EQ(answer, expected);
   }
@@ -139,7 +141,7 @@ TEST_F(QuiverleafHelperTest, SaysWhyAnAnswerIsNilOrNotWhole) {
 
   const auto pdf = [&](const NSData &data, bool attributed = false, const NSString &file = NSString()) {
     return errorOf(
-        [&](NSError *error) { helper._attributedStringWithPDF(attributed, data, file, false, error); });
+        [&](NSError *error) { helper._attributedStringWithPDF(attributed, data, file, false, {}, error); });
   };
   EXPECT_EQ(pdf(samplePDF("columns.pdf")), ErrorCode::none);
   EXPECT_EQ(pdf(samplePDF("columns.pdf"), false, path), ErrorCode::incomplete) << "as the importer says";
