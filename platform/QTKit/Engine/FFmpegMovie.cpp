@@ -48,6 +48,11 @@ constexpr double kLeadsInSeconds[] = {0, 1, 5, std::numeric_limits<double>::infi
 /// An index may have the times of decoding, which come so much before those of showing.
 constexpr AVRational kDecodingDelay = {1, 4};
 
+/// What is added to times before their fractions of ticks are dropped.
+constexpr double kRoundingInTicks = 0.01;
+/// Times are at most so much behind the end that the file names, which is often not quite right.
+constexpr double kSecondsBehindEnd = 1;
+
 int refuseToOpen(AVFormatContext *, AVIOContext **, const char *, int, AVDictionary **) {
   return AVERROR(EPERM);
 }
@@ -160,7 +165,13 @@ bool FFmpegMovie::openDecoder(NSError *error) {
     setError(error, ErrorCode::unsupportedType, "the file has sound only");
     return false;
   }
-  if (!decoder_) decoder_ = PictureDecoder::decoderForStream(pictureStream(), error);
+  if (decoder_) return true;
+  decoder_ = PictureDecoder::decoderForStream(pictureStream(), error);
+  // Palettes come with the first packet alone.
+  if (decoder_ && pictureStream().codecpar->format == AV_PIX_FMT_PAL8) {
+    decoder_->search(*format_, timeOfSeconds(0), input_.deadline());
+    isAtStart_ = false;
+  }
   return static_cast<bool>(decoder_);
 }
 
@@ -170,8 +181,8 @@ std::int64_t FFmpegMovie::timeOfSeconds(double seconds) const {
       format_->start_time == AV_NOPTS_VALUE ? 0 : av_rescale_q(format_->start_time, AV_TIME_BASE_Q, unit);
   // No movie is longer, and no sum overflows.
   constexpr double kFarthest = 1e15;
-  const double ticks = std::isfinite(seconds) ? seconds / av_q2d(unit) : 0;
-  return start + std::llrint(std::clamp(ticks, 0.0, kFarthest));
+  const double ticks = std::max(seconds, 0.0) / av_q2d(unit);
+  return start + static_cast<std::int64_t>(std::min(ticks + kRoundingInTicks, kFarthest));
 }
 
 bool FFmpegMovie::seekTo(std::int64_t time) {
@@ -198,6 +209,7 @@ MoviePicture FFmpegMovie::pictureAsShown(const AVFrame &frame, AVStream &stream,
 MoviePicture FFmpegMovie::frameAtTime(double seconds, NSError *error) {
   if (!openDecoder(error)) return {};
   if (lateFrame_) return pictureAsShown(*lateFrame_, pictureStream(), error);
+  if (facts_.durationSeconds) seconds = std::min(seconds, *facts_.durationSeconds + kSecondsBehindEnd);
   const std::int64_t start = timeOfSeconds(0);
   const std::int64_t time = timeOfSeconds(seconds);
   PictureDecoder::Search found;

@@ -47,13 +47,17 @@ void setColors(SwsContext *scaler, const AVFrame &frame) {
                            kFixedPointOne, kFixedPointOne);
 }
 
-/// The colours multiplied by alpha.
+/// The colours multiplied by alpha, which also says whether there is any transparency.
 void premultiply(MoviePicture &picture) {
+  picture.hasAlpha = false;
   std::uint8_t *pixel = picture.pixels.get();
   const std::size_t count = std::size_t{picture.width} * picture.height;
-  for (std::size_t i = 0; i < count; ++i, pixel += CGImage::kBytesPerPixel)
+  for (std::size_t i = 0; i < count; ++i, pixel += CGImage::kBytesPerPixel) {
+    if (pixel[3] == 255) continue;
+    picture.hasAlpha = true;
     for (int component = 0; component < 3; ++component)
       pixel[component] = static_cast<std::uint8_t>((pixel[component] * pixel[3] + 127) / 255);
+  }
 }
 
 }  // namespace

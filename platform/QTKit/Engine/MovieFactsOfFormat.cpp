@@ -101,10 +101,11 @@ MovieFacts factsOfFormat(AVFormatContext &format) {
     facts.durationSeconds = static_cast<double>(format.duration) / AV_TIME_BASE;
   facts.bitsPerSecond = std::max<std::int64_t>(format.bit_rate, 0);
   addTexts(format.metadata, facts.metadata);
+  const bool isSaid = facts.metadata.count() > 0;
   for (unsigned int i = 0; i < format.nb_streams; ++i) {
     facts.tracks.push_back(trackOfStream(format, *format.streams[i]));
     // Ogg has what is said of the file in its streams.
-    if (!format.metadata && !facts.tracks.back().isCover) addTexts(format.streams[i]->metadata, facts.metadata);
+    if (!isSaid && !facts.tracks.back().isCover) addTexts(format.streams[i]->metadata, facts.metadata);
   }
   facts.pictureTrack = pictureTrack(format, facts.tracks);
   return facts;

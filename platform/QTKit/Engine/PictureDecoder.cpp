@@ -37,6 +37,10 @@ const AVCodec *softwareDecoder(AVCodecID wanted) {
   return nullptr;
 }
 
+bool canHaveThreads(const AVCodec &decoder) {
+  return (decoder.capabilities & (AV_CODEC_CAP_FRAME_THREADS | AV_CODEC_CAP_SLICE_THREADS)) != 0;
+}
+
 }  // namespace
 
 std::unique_ptr<PictureDecoder> PictureDecoder::decoderForStream(const AVStream &stream, NSError *error) {
@@ -135,7 +139,7 @@ PictureDecoder::Search PictureDecoder::search(AVFormatContext &format, std::int6
       search.begin = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
       const double pixels = search.begin == AV_NOPTS_VALUE ? 0 : pixelsBetween(search.begin, time);
       if (pixels > kMaximumPixelsToTime) search.end = End::tooFar;
-      if (pixels > kMinimumPixelsForThreads && codec_->thread_count == 1)
+      if (pixels > kMinimumPixelsForThreads && codec_->thread_count == 1 && canHaveThreads(decoder_))
         open(static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMaximumThreads)));
     }
     if (isWanted && search.end != End::tooFar && decode(&packet, search, time)) search.end = End::found;
