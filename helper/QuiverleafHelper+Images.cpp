@@ -41,17 +41,18 @@ NSImage imageInFile(const NSString &path, const Deadline &deadline, NSError *err
 }
 
 struct PDFForm {
-  NSData data;
+  NSData data = {};
   /// Whether the file itself is the PDF; otherwise it was made of PostScript.
   bool isOriginal = false;
 };
 
 /// The PDF that an image consists of, or that its PostScript becomes; without data when it has neither.
 PDFForm PDFOfImage(const NSImage &image, const Deadline &deadline, NSError *error) {
-  if (const auto original = PDFImageRep(image)) return {original->PDFRepresentation(), true};
+  if (const auto original = PDFImageRep(image)) return {original->PDFRepresentation(error), true};
   const auto postScript = EPSImageRep(image);
-  const auto converted = postScript ? initPDFImageRep(*postScript, deadline, error) : nullptr;
-  return {converted ? converted->PDFRepresentation() : NSData()};
+  if (!postScript) return {};
+  const auto converted = initPDFImageRep(*postScript, deadline, error);
+  return {converted ? converted->PDFRepresentation(error) : NSData(), false};
 }
 
 /// Whether a PDF that is no image may still give its text.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <string_view>
 #include <system_error>
 
@@ -66,6 +67,10 @@ std::optional<std::uint32_t> numberOfPixels(const std::optional<std::string> &op
 }
 
 NSData makePicture(const PictureOrder &order, const std::string &name) {
+  // The program works in a folder of its own.
+  std::error_code gone;
+  const auto file = std::filesystem::absolute(order.path.fileSystemRepresentation().value_or(""), gone);
+  if (gone) throw InputError(name, "the working directory is gone");
   const NSString program = NSString::stringWithFileSystemRepresentation(installedProgram(kProgram));
   if (program.length() == 0) throw InputError(name, "the program that makes pictures is not installed");
   NSError error;
@@ -73,7 +78,8 @@ NSData makePicture(const PictureOrder &order, const std::string &name) {
   const Confinement confinement{.writableFolders = {folder ? folder->path() : NSString()},
                                 .memoryBytes = kMemoryBytes};
   const ChildProgram child{.launchPath = program,
-                           .arguments = {NSString::stringWithUTF8String(order.what), order.path,
+                           .arguments = {NSString::stringWithUTF8String(order.what),
+                                         NSString::stringWithFileSystemRepresentation(file.native()),
                                          NSString::stringWithUTF8String(std::to_string(order.side)), order.type,
                                          stringWithNumber(order.seconds)},
                            .maximumOutputBytes = kMaximumPictureBytes};

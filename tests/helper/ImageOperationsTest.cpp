@@ -78,7 +78,7 @@ class ImageOperationsTest : public testing::Test {
 };
 
 TEST_F(ImageOperationsTest, PhotosAnswerPropertiesOrSizes) {
-  const NSString photo = folder.write("a.jpg", picture(2000, 1000, u"public.jpeg"_ns, 144));
+  const NSString photo = folder.write("a.tiff", picture(2000, 1000, u"public.tiff"_ns, 144));
   const NSDictionary quick = image(photo);
   EXPECT_EQ(keys(quick), " Properties Thumbnail");
   EXPECT_EQ(quick.objectForKey(u"Properties"_ns).dictionary().objectForKey(u"PixelWidth"_ns).integer(), 2000);
@@ -93,7 +93,7 @@ TEST_F(ImageOperationsTest, PhotosAnswerPropertiesOrSizes) {
   const NSString small = folder.write("b.png", picture(30, 20, u"public.png"_ns, 72, true));
   EXPECT_EQ(thumbnailOf(image(small)), "30 x 20") << "nothing is enlarged";
   EXPECT_EQ(image(small, true).objectForKey(u"Alpha"_ns).boolean(), true);
-  EXPECT_EQ(thumbnailOf(image(folder.write("no name", picture(300, 30, u"public.tiff"_ns)))), "256 x 25");
+  EXPECT_EQ(thumbnailOf(image(folder.write("no name", picture(300, 75, u"public.tiff"_ns)))), "256 x 64");
 }
 
 TEST_F(ImageOperationsTest, PDFAnswersItsTextAndThePicturesSize) {
