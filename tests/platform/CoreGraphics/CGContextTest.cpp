@@ -5,54 +5,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <functional>
 #include <limits>
-#include <ostream>
 #include <utility>
-#include <vector>
+
+#include "tests/support/Pixels.hpp"
 
 namespace nimbo {
 
 namespace {
-
-struct Pixel {
-  int red = 0;
-  int green = 0;
-  int blue = 0;
-  int alpha = 255;
-  friend bool operator==(const Pixel &, const Pixel &) = default;
-};
-
-[[maybe_unused]] void PrintTo(const Pixel &pixel, std::ostream *out) {
-  *out << '(' << pixel.red << ' ' << pixel.green << ' ' << pixel.blue << ' ' << pixel.alpha << ')';
-}
-
-constexpr Pixel kRed = {255, 0, 0};
-constexpr Pixel kBlue = {0, 0, 255};
-constexpr Pixel kNothing = {0, 0, 0, 0};
-
-/// The pixel of a column and a row from the top.
-Pixel pixelAt(const CGImage &image, std::uint32_t x, std::uint32_t y) {
-  const std::uint8_t *const bytes = image.pixels() + y * image.bytesPerRow() + x * CGImage::kBytesPerPixel;
-  return {bytes[0], bytes[1], bytes[2], bytes[3]};
-}
-
-/// An image of what a function says of each column and row from the top.
-CGImage imageOf(std::uint32_t width, std::uint32_t height,
-                const std::function<Pixel(std::uint32_t x, std::uint32_t y)> &pixel, bool hasAlpha = false) {
-  std::unique_ptr<std::uint8_t[]> pixels(
-      new std::uint8_t[std::size_t{width} * height * CGImage::kBytesPerPixel]);
-  std::uint8_t *out = pixels.get();
-  for (std::uint32_t y = 0; y < height; ++y) {
-    for (std::uint32_t x = 0; x < width; ++x) {
-      const Pixel value = pixel(x, y);
-      for (const int component : {value.red, value.green, value.blue, value.alpha})
-        *out++ = static_cast<std::uint8_t>(component);
-    }
-  }
-  return CGImage::imageWithPixels(width, height, hasAlpha, std::move(pixels));
-}
 
 NSRect wholeOf(const CGImage &image) {
   return {{0, 0}, {double(image.width()), double(image.height())}};
@@ -77,7 +37,7 @@ TEST(CGContext, IsInvalidBeyondItsLimits) {
     CGContext context(width, height);
     EXPECT_FALSE(context.isValid()) << width << " x " << height;
     context.fillRect({{0, 0}, {1, 1}}, {1, 0, 0});
-    context.drawImage({{0, 0}, {1, 1}}, imageOf(1, 1, [](auto, auto) { return kRed; }), {{0, 0}, {1, 1}});
+    context.drawImage({{0, 0}, {1, 1}}, imageOf(1, 1, kRedPixel), {{0, 0}, {1, 1}});
     EXPECT_FALSE(context.makeImage());
   }
 }
@@ -88,10 +48,10 @@ TEST(CGContext, FillsFromTheLowerLeftCorner) {
   context.fillRect({{2, 1}, {5, 5}}, {0, 0, 1, 0.5});
   const CGImage image = context.makeImage();
   EXPECT_TRUE(image.hasAlpha());
-  EXPECT_EQ(pixelAt(image, 0, 1), kRed);
+  EXPECT_EQ(pixelAt(image, 0, 1), kRedPixel);
   EXPECT_EQ(pixelAt(image, 2, 0), (Pixel{0, 0, 128, 128}));
-  EXPECT_EQ(pixelAt(image, 0, 0), kNothing);
-  EXPECT_EQ(pixelAt(image, 1, 1), kNothing);
+  EXPECT_EQ(pixelAt(image, 0, 0), kNoPixel);
+  EXPECT_EQ(pixelAt(image, 1, 1), kNoPixel);
 }
 
 TEST(CGContext, JoinsWhatIsThere) {
@@ -104,7 +64,7 @@ TEST(CGContext, JoinsWhatIsThere) {
       {CGBlendMode::sourceOver, {0, 0, 1, 0.4}, {153, 0, 102, 255}},
       {CGBlendMode::copy, {0, 0, 1, 0.4}, {0, 0, 102, 102}},
       {CGBlendMode::sourceOver, {0, 0, 1, 7}, {0, 0, 255, 255}},
-      {CGBlendMode::copy, {0, 0, 1, 0}, kNothing},
+      {CGBlendMode::copy, {0, 0, 1, 0}, kNoPixel},
   };
   for (const Row &row : rows) {
     CGContext context(1, 1);
@@ -120,13 +80,12 @@ TEST(CGContext, CoversPartsOfPixelsOnlyWhenItAntialiases) {
       CGContext context(3, 1);
       context.fillRect({{0, 0}, {3, 1}}, {1, 0, 0});
       context.setShouldAntialias(smooth);
-      context.drawImage({{0.8, 0}, {1.6, 1}}, imageOf(1, 1, [](auto, auto) { return kBlue; }), {{0, 0}, {1, 1}},
-                        mode);
+      context.drawImage({{0.8, 0}, {1.6, 1}}, imageOf(1, 1, kBluePixel), {{0, 0}, {1, 1}}, mode);
       const CGImage image = context.makeImage();
       EXPECT_FALSE(image.hasAlpha());
-      EXPECT_EQ(pixelAt(image, 0, 0), (smooth ? Pixel{204, 0, 51} : kRed));
-      EXPECT_EQ(pixelAt(image, 1, 0), kBlue);
-      EXPECT_EQ(pixelAt(image, 2, 0), (smooth ? Pixel{153, 0, 102} : kRed));
+      EXPECT_EQ(pixelAt(image, 0, 0), (smooth ? Pixel{204, 0, 51} : kRedPixel));
+      EXPECT_EQ(pixelAt(image, 1, 0), kBluePixel);
+      EXPECT_EQ(pixelAt(image, 2, 0), (smooth ? Pixel{153, 0, 102} : kRedPixel));
     }
   }
 }
@@ -144,7 +103,7 @@ TEST(CGContext, DrawsPixelsAsTheyAre) {
     for (std::uint32_t y = 0; y < 9; ++y) {
       for (std::uint32_t x = 0; x < 9; ++x) {
         const bool inside = x >= 4 && x < 7 && y >= 4 && y < 6;
-        EXPECT_EQ(pixelAt(drawn, x, y), inside ? pixelAt(image, x - 2, y - 3) : kNothing) << x << ' ' << y;
+        EXPECT_EQ(pixelAt(drawn, x, y), inside ? pixelAt(image, x - 2, y - 3) : kNoPixel) << x << ' ' << y;
       }
     }
   }
@@ -153,8 +112,7 @@ TEST(CGContext, DrawsPixelsAsTheyAre) {
 TEST(CGContext, MultipliesByTheFraction) {
   CGContext context(1, 1);
   context.fillRect({{0, 0}, {1, 1}}, {1, 1, 1});
-  context.drawImage({{0, 0}, {1, 1}}, imageOf(1, 1, [](auto, auto) { return kRed; }), {{0, 0}, {1, 1}},
-                    CGBlendMode::sourceOver, 0.2);
+  context.drawImage({{0, 0}, {1, 1}}, imageOf(1, 1, kRedPixel), {{0, 0}, {1, 1}}, CGBlendMode::sourceOver, 0.2);
   EXPECT_EQ(pixelAt(context.makeImage(), 0, 0), (Pixel{255, 204, 204}));
 }
 
@@ -206,8 +164,8 @@ TEST(CGContext, AveragesWhatItReduces) {
 }
 
 TEST(CGContext, TakesNothingFromBesideThePart) {
-  const CGImage image =
-      imageOf(60, 60, [](auto x, auto y) { return x >= 20 && x < 40 && y >= 20 && y < 40 ? kRed : kBlue; });
+  const CGImage image = imageOf(
+      60, 60, [](auto x, auto y) { return x >= 20 && x < 40 && y >= 20 && y < 40 ? kRedPixel : kBluePixel; });
   for (const double side : {7.0, 20.0, 55.0}) {
     for (const CGInterpolationQuality quality : kQualities) {
       CGContext context(static_cast<std::uint32_t>(side), static_cast<std::uint32_t>(side));
@@ -215,8 +173,8 @@ TEST(CGContext, TakesNothingFromBesideThePart) {
       context.drawImage({{0, 0}, {side, side}}, image, {{20, 20}, {20, 20}});
       const CGImage drawn = context.makeImage();
       for (std::uint32_t i = 0; i < side; ++i) {
-        EXPECT_EQ(pixelAt(drawn, i, 0), kRed);
-        EXPECT_EQ(pixelAt(drawn, 0, i), kRed);
+        EXPECT_EQ(pixelAt(drawn, i, 0), kRedPixel);
+        EXPECT_EQ(pixelAt(drawn, 0, i), kRedPixel);
       }
     }
   }
@@ -226,7 +184,7 @@ TEST(CGContext, KeepsColoursWithinTheirAlpha) {
   const CGImage edges = imageOf(
       50, 50,
       [](auto x, auto) {
-        return x % 10 < 5 ? Pixel{255, 255, 255, 255} : kNothing;
+        return x % 10 < 5 ? Pixel{255, 255, 255, 255} : kNoPixel;
       },
       true);
   for (const double side : {23.0, 41.0, 120.0}) {
@@ -245,7 +203,7 @@ TEST(CGContext, SurvivesRectanglesWithoutSense) {
   constexpr double kInfinite = std::numeric_limits<double>::infinity();
   const double lengths[] = {0, -1, 1e-9, 0.01, 3, 1e6, kHuge, kNaN, kInfinite};
   const double places[] = {0, -kHuge, -1e6, 2.5, 1e6, kNaN, -kInfinite};
-  const CGImage image = imageOf(5, 5, [](auto, auto) { return kRed; });
+  const CGImage image = imageOf(5, 5, kRedPixel);
   CGContext context(4, 4);
   for (const CGInterpolationQuality quality : kQualities) {
     context.setInterpolationQuality(quality);
@@ -262,14 +220,14 @@ TEST(CGContext, SurvivesRectanglesWithoutSense) {
   // A rectangle that reaches far beyond both sides covers the whole.
   CGContext covered(4, 4);
   covered.drawImage({{-1000, -1000}, {2004, 2004}}, image, wholeOf(image));
-  EXPECT_EQ(pixelAt(covered.makeImage(), 0, 0), kRed);
-  EXPECT_EQ(pixelAt(covered.makeImage(), 3, 3), kRed);
+  EXPECT_EQ(pixelAt(covered.makeImage(), 0, 0), kRedPixel);
+  EXPECT_EQ(pixelAt(covered.makeImage(), 3, 3), kRedPixel);
   // What is beyond the image is left alone.
   CGContext part(4, 4);
   part.drawImage({{0, 0}, {4, 4}}, image, {{-5, -5}, {10, 10}});
-  EXPECT_EQ(pixelAt(part.makeImage(), 3, 0), kRed);
-  EXPECT_EQ(pixelAt(part.makeImage(), 0, 0), kNothing);
-  EXPECT_EQ(pixelAt(part.makeImage(), 3, 3), kNothing);
+  EXPECT_EQ(pixelAt(part.makeImage(), 3, 0), kRedPixel);
+  EXPECT_EQ(pixelAt(part.makeImage(), 0, 0), kNoPixel);
+  EXPECT_EQ(pixelAt(part.makeImage(), 3, 3), kNoPixel);
 }
 
 }  // namespace
