@@ -14,6 +14,8 @@
 namespace nimbo {
 namespace {
 
+using namespace std::literals;
+
 /// Whether `text` holds `part`.
 bool contains(const NSString &text, std::u16string_view part) {
   return text.view().find(part) != std::u16string_view::npos;
@@ -351,6 +353,54 @@ TEST_F(Importers, Pages) {
   EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
 }
 
+TEST_F(Importers, Sounds) {
+  for (const char *name : {"cover.mp3", "sound.m4a", "sound.ogg", "sound.flac", "sound.wav"}) {
+    SCOPED_TRACE(name);
+    const NSDictionary found =
+        metaData(NSString::stringWithUTF8String(QUIVERLEAF_TEST_DATA "/movies/"s + name));
+    expectAttributes(found, {{u"kMDItemTitle"_ns, u"Lose Blätter"_ns},
+                             {u"kMDItemAuthors"_ns, NSArray{u"Rowan Fletcher"_ns}},
+                             {u"kMDItemAlbum"_ns, u"Quivers"_ns},
+                             {u"kMDItemMusicalGenre"_ns, u"Folk"_ns},
+                             {u"kMDItemRecordingYear"_ns, 2004},
+                             {u"kMDItemComment"_ns, u"Recorded in the fletcher's loft"_ns},
+                             {u"kMDItemAudioTrackNumber"_ns, 3},
+                             {u"kMDItemMediaTypes"_ns, NSArray{u"Sound"_ns}},
+                             {u"kMDItemAudioChannelCount"_ns, 1}});
+    EXPECT_GT(found.objectForKey(u"kMDItemDurationSeconds"_ns).real().value_or(0), 0.1);
+    EXPECT_EQ(found.objectForKey(u"kMDItemCodecs"_ns).array().count(), 1u);
+    EXPECT_FALSE(found.objectForKey(u"kMDItemPixelWidth"_ns));
+  }
+}
+
+TEST_F(Importers, TagsOfSeveralTextsAndTheWordsOfASong) {
+  // The comment header of a sound: each entry's length, its name and its text.
+  std::string sound = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
+  std::string comments("\0\0\0\0\3\0\0\0", 8);
+  for (const std::string_view entry : {"ARTIST=Iris Bowyer"sv, "ARTIST=Jan Leaf"sv, "LYRICS=Leaf by leaf"sv}) {
+    comments += static_cast<char>(entry.size()) + std::string(3, '\0');
+    comments += entry;
+  }
+  // The first block is 34 bytes about the stream; the new one stands behind it.
+  sound.insert(4 + 4 + 34, std::string("\4\0\0", 3) + static_cast<char>(comments.size()) + comments);
+  expectAttributes(metaDataOf("song.flac", sound),
+                   {{u"kMDItemAuthors"_ns, NSArray{u"Iris Bowyer"_ns, u"Jan Leaf"_ns}},
+                    {u"kMDItemTextContent"_ns, u"Leaf by leaf"_ns}});
+}
+
+TEST_F(Importers, Movies) {
+  const NSDictionary found =
+      metaData(NSString::stringWithUTF8String(QUIVERLEAF_TEST_DATA "/movies/quarters.mov"));
+  expectAttributes(found, {{u"kMDItemPixelWidth"_ns, 144},
+                           {u"kMDItemPixelHeight"_ns, 48},
+                           {u"kMDItemCodecs"_ns, NSArray{u"PNG"_ns}},
+                           {u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}}});
+  EXPECT_FALSE(found.objectForKey(u"kMDItemAudioChannelCount"_ns));
+  NSError error;
+  EXPECT_EQ(metaData(folder.write("none.mp4", "no movie"), &error).count(), 0u);
+  EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
+}
+
 FileReader importerReader(const char *name, const char *path, std::string whole, bool noticesCuts = true) {
   return {name,
           path,
@@ -377,6 +427,10 @@ INSTANTIATE_TEST_SUITE_P(
                     exampleReader("LatinText", "leaf.txt", "letter-latin1.txt"),
                     exampleReader("UTF16Text", "leaf.txt", "labels-utf16.txt"),
                     exampleReader("Source", "leaf.c", "quiver.c"),
+                    importerReader("MP3", "leaf.mp3", contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/cover.mp3"),
+                                   false),
+                    importerReader("MP4", "leaf.mp4",
+                                   contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/ten-seconds.mp4"), false),
                     exampleReader("JPEG", "leaf.jpg", "leaf.jpg"), exampleReader("PNG", "leaf.png", "leaf.png"),
                     importerReader("HTML", "leaf.html", std::string(kPage), false),
                     importerReader("RTF", "letter.rtf", contentsOfDocument("letter.rtf"), false),
