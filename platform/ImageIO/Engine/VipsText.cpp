@@ -108,6 +108,10 @@ ImagePixels drawnTextLine(const NSString &text, double pointSize, std::uint32_t 
     return pixels;
   }
   const std::vector<std::string> characters = charactersOf(text);
+  if (std::ranges::all_of(characters, [](const std::string &character) { return character == " "; })) {
+    setError(error, ErrorCode::incomplete, "the text has nothing to see");
+    return pixels;
+  }
   const LineDrawing drawing(pointSize, color);
   const auto lineOf = [&](std::size_t count) {
     auto line = drawing.line(shortened(characters, count));

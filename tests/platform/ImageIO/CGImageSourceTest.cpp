@@ -44,16 +44,17 @@ TEST(CGImageSource, KnowsOtherFormats) {
 
 TEST(CGImageSource, SaysWhyItIsNull) {
   const TemporaryFolder folder;
-  // Only its header, of a kind that Exiv2 alone reads.
+  // Its header alone, with no sides.
   const std::string photoshop = "8BPS\0\1"s + std::string(200, '\0');
   const std::pair<std::string_view, ErrorCode> contents[] = {
       {""sv, ErrorCode::incomplete},
       {"x"sv, ErrorCode::unsupportedType},
       {"2 2\n1 2\n3 4\n"sv, ErrorCode::unsupportedType},
-      {"<svg xmlns='http://www.w3.org/2000/svg'/>"sv, ErrorCode::unsupportedType},
+      {"<svg xmlns='http://www.w3.org/2000/svg'>"sv, ErrorCode::damaged},
       {"%PDF-1.4\n"sv, ErrorCode::unsupportedType},
       {"%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\n"sv, ErrorCode::unsupportedType},
-      {"P6 1 1 255\nabc"sv, ErrorCode::unsupportedType},
+      {"P6 picture"sv, ErrorCode::unsupportedType},
+      {"\0\0\0\x18\x66typisom\0\0\2\0isomiso2"sv, ErrorCode::unsupportedType},
       {"BM"sv, ErrorCode::unsupportedType},
       {"BM\x4e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\0\0\0\0\2\0\0\0"sv, ErrorCode::damaged},
       {"\xff\xd8\xff"sv, ErrorCode::damaged},

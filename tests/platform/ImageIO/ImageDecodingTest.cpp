@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "platform/ImageIO/CGImageDestination.hpp"
+#include "platform/ImageIO/CGImageSource.hpp"
+#include "tests/platform/ImageIO/QuarteredImage.hpp"
+#include "tests/support/PeakMemory.hpp"
+#include "tests/support/TemporaryFolder.hpp"
+
+namespace nimbo {
+namespace {
+
+using namespace std::literals;
+
+constexpr CGImageThumbnailOptions kThumbnail = {
+    .maxPixelSize = 16, .createFromImageIfAbsent = true, .withTransform = true};
+
+NSData dataWithBytes(std::string_view bytes) {
+  return NSData::dataWithBytes(bytes.data(), bytes.size());
+}
+
+CGImage thumbnail(const NSData &data, const CGImageThumbnailOptions &options, NSError *error = nullptr) {
+  const auto source = CGImageSource::sourceWithData(data, error);
+  return source ? source->createThumbnailAtIndex(0, options, error) : CGImage();
+}
+
+TEST(ImageDecoding, ShowsTheSamePictureOfEveryFormat) {
+  constexpr int kExact = 3, kLossy = 12, kInk = 150;
+  const struct {
+    const char *name;
+    NSString type;
+    std::uint32_t count;
+    int tolerance;
+  } cases[] = {
+      {"plain.jpg", u"public.jpeg"_ns, 1, kLossy},
+      {"progressive.jpg", u"public.jpeg"_ns, 1, kLossy},
+      {"turned.jpg", u"public.jpeg"_ns, 1, kLossy},
+      {"cmyk.jpg", u"public.jpeg"_ns, 1, kInk},
+      {"interlaced.png", u"public.png"_ns, 1, kExact},
+      {"palette.png", u"public.png"_ns, 1, kExact},
+      {"plain.tiff", u"public.tiff"_ns, 1, kExact},
+      {"deep.tiff", u"public.tiff"_ns, 1, kExact},
+      {"lab.tiff", u"public.tiff"_ns, 1, kLossy},
+      {"cmyk.tiff", u"public.tiff"_ns, 1, kInk},
+      {"pages.tiff", u"public.tiff"_ns, 2, kExact},
+      {"plain.gif", u"com.compuserve.gif"_ns, 1, kExact},
+      {"frames.gif", u"com.compuserve.gif"_ns, 2, kExact},
+      {"plain.webp", u"org.webmproject.webp"_ns, 1, kExact},
+      {"plain.heic", u"public.heic"_ns, 1, kLossy},
+      {"plain.avif", u"public.avif"_ns, 1, kLossy},
+      {"plain.jp2", u"public.jpeg-2000"_ns, 1, kLossy},
+      {"plain.jxl", u"public.jpeg-xl"_ns, 1, kExact},
+      {"plain.svg", u"public.svg-image"_ns, 1, kExact},
+      {"plain.bmp", u"com.microsoft.bmp"_ns, 1, kExact},
+      {"palette.bmp", u"com.microsoft.bmp"_ns, 1, kExact},
+      {"icon.ico", u"com.microsoft.ico"_ns, 2, kExact},
+      {"plain.psd", u"com.adobe.photoshop-image"_ns, 1, kExact},
+      {"deep.psd", u"com.adobe.photoshop-image"_ns, 1, kExact},
+      {"palette.psd", u"com.adobe.photoshop-image"_ns, 1, kExact},
+      {"lab.psd", u"com.adobe.photoshop-image"_ns, 1, kLossy},
+      {"cmyk.psd", u"com.adobe.photoshop-image"_ns, 1, kInk},
+      {"plain.dds", u"com.microsoft.dds"_ns, 1, kLossy},
+      {"plain.pam", u"public.pbm"_ns, 1, kExact},
+      {"plain.pcx", u"com.zsoft.pcx-image"_ns, 1, kExact},
+      {"plain.pict", u"com.apple.pict"_ns, 1, kExact},
+      {"plain.ppm", u"public.pbm"_ns, 1, kExact},
+      {"plain.qoi", u"org.qoiformat.qoi"_ns, 1, kExact},
+      {"plain.ras", u"com.sun.raster-image"_ns, 1, kExact},
+      {"plain.sgi", u"com.sgi.sgi-image"_ns, 1, kExact},
+      {"plain.tga", u"com.truevision.tga-image"_ns, 1, kExact},
+      {"plain.xpm", u"public.xpixmap-image"_ns, 1, kExact},
+      {"plain.xwd", u"public.xwindowdump-image"_ns, 1, kExact},
+      {"plain.dng", u"public.camera-raw-image"_ns, 1, kLossy},
+  };
+  for (const auto &c : cases) {
+    NSError error;
+    const auto source = CGImageSource::sourceWithData(testPicture(c.name), &error);
+    ASSERT_TRUE(source) << c.name << ": " << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(source->type(), c.type) << c.name;
+    EXPECT_EQ(source->count(), c.count) << c.name;
+    const auto width = source->properties().objectForKey(u"PixelWidth"_ns).integer().value_or(0);
+    const auto height = source->properties().objectForKey(u"PixelHeight"_ns).integer().value_or(0);
+    const CGImage small = source->createThumbnailAtIndex(0, kThumbnail, &error);
+    EXPECT_EQ(std::max(small.width(), small.height()), 16u) << c.name;
+    EXPECT_LE(difference(quartersOf(small), kQuarters), c.tolerance) << c.name;
+    const CGImage stored = source->createImageAtIndex(0, {}, &error);
+    EXPECT_EQ(stored.width(), width) << c.name << ": " << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(stored.height(), height) << c.name;
+    const CGImage shown = source->createImageAtIndex(0, {.withTransform = true}, &error);
+    EXPECT_LE(difference(quartersOf(shown), kQuarters), c.tolerance) << c.name;
+    EXPECT_FALSE(source->createImageAtIndex(c.count, {}, &error)) << c.name;
+  }
+  // Without colours.
+  for (const char *name : {"plain.pgm", "plain.pbm", "plain.xbm"}) {
+    const Quarters quarters = quartersOf(thumbnail(testPicture(name), kThumbnail));
+    EXPECT_LT(quarters[2][0], 60) << name;
+    EXPECT_GT(quarters[3][0], 150) << name;
+  }
+}
+
+TEST(ImageDecoding, TurnsAsTheFileSays) {
+  // The upper left quarter's places by the numbers of Exif.
+  const std::size_t places[] = {0, 1, 3, 2, 0, 1, 3, 2};
+  const std::string turned(testPicture("turned.jpg").view());
+  const std::size_t value = turned.find("\x12\x01\x03\0\x01\0\0\0\x06"s) + 8;
+  const auto plain = CGImageSource::sourceWithData(testPicture("turned.jpg"));
+  ASSERT_TRUE(plain);
+  ASSERT_LT(value, turned.size());
+  for (int orientation = 0; orientation <= 9; ++orientation) {
+    std::string bytes = turned;
+    bytes[value] = static_cast<char>(orientation);
+    const auto source = CGImageSource::sourceWithData(dataWithBytes(bytes));
+    ASSERT_TRUE(source) << orientation;
+    const CGImage stored = source->createImageAtIndex(0, {});
+    const CGImage shown = source->createImageAtIndex(0, {.withTransform = true});
+    const bool isKnown = orientation >= 1 && orientation <= 8;
+    const bool isOnItsSide = isKnown && orientation >= 5;
+    EXPECT_EQ(shown.width(), isOnItsSide ? stored.height() : stored.width()) << orientation;
+    const Quarters before = quartersOf(stored);
+    const Quarters after = quartersOf(shown);
+    const std::size_t place = isKnown ? places[orientation - 1] : 0;
+    EXPECT_EQ(before[0], after[place]) << orientation;
+    EXPECT_EQ(before[1] == after[place ^ 2], isOnItsSide) << orientation;
+  }
+}
+
+TEST(ImageDecoding, ScalesToAnySize) {
+  const auto source = CGImageSource::sourceWithData(testPicture("turned.jpg"));
+  ASSERT_TRUE(source);
+  for (const auto quality : {CGInterpolationQuality::standard, CGInterpolationQuality::none,
+                             CGInterpolationQuality::low, CGInterpolationQuality::high})
+    for (const auto &[width, height] : {std::pair(16u, 12u), {7u, 29u}, {100u, 60u}, {2u, 2u}}) {
+      const CGImage image = source->createImageAtIndex(0, width, height, quality, {.withTransform = true});
+      EXPECT_EQ(image.width(), width);
+      EXPECT_EQ(image.height(), height);
+      if (width > 2) {
+        EXPECT_LE(difference(quartersOf(image), kQuarters), 40) << width;
+      }
+    }
+  NSError error;
+  EXPECT_FALSE(source->createImageAtIndex(0, 0, 5, CGInterpolationQuality::low, {}, &error));
+  EXPECT_FALSE(
+      source->createImageAtIndex(0, CGImage::kMaximumSide + 1, 5, CGInterpolationQuality::low, {}, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+  // Nothing is enlarged to be a thumbnail, and no side vanishes.
+  EXPECT_EQ(source->createThumbnailAtIndex(0, {.maxPixelSize = 999, .createFromImageAlways = true}).height(),
+            32u);
+  EXPECT_EQ(source->createThumbnailAtIndex(0, {.maxPixelSize = 1, .createFromImageAlways = true}).width(), 1u);
+}
+
+TEST(ImageDecoding, MultipliesByAlpha) {
+  const CGImage image = thumbnail(testPicture("half.png"), kThumbnail);
+  EXPECT_TRUE(image.hasAlpha());
+  const Quarters half = {{{128, 0, 0, 128}, {0, 128, 0, 128}, {0, 0, 128, 128}, {128, 128, 128, 128}}};
+  EXPECT_LE(difference(quartersOf(image), half), 3);
+}
+
+TEST(ImageDecoding, TakesTheFilesOwnThumbnailWhenItWillDo) {
+  // It has 16 by 12 pixels, and its left is the image's right.
+  const NSData data = testPicture("thumbnail.jpg");
+  const auto isEmbedded = [&](const CGImageThumbnailOptions &options) {
+    const Quarters quarters = quartersOf(thumbnail(data, options));
+    return quarters[0][1] > 128 && quarters[0][0] < 128;
+  };
+  EXPECT_TRUE(isEmbedded({.maxPixelSize = 16, .createFromImageIfAbsent = true}));
+  EXPECT_TRUE(isEmbedded({.maxPixelSize = 10, .createFromImageIfAbsent = true}));
+  EXPECT_TRUE(isEmbedded({.maxPixelSize = 64}));
+  EXPECT_FALSE(isEmbedded({.maxPixelSize = 64, .createFromImageIfAbsent = true}));
+  EXPECT_FALSE(isEmbedded({.maxPixelSize = 16, .createFromImageAlways = true}));
+  NSError error;
+  EXPECT_FALSE(thumbnail(testPicture("plain.jpg"), {.maxPixelSize = 16}, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+}
+
+TEST(ImageDecoding, CountsImages) {
+  const auto pages = CGImageSource::sourceWithData(testPicture("pages.tiff"));
+  EXPECT_EQ(pages->createImageAtIndex(1, {}).width(), 16u);
+  EXPECT_EQ(pages->copyPropertiesAtIndex(1).objectForKey(u"PixelWidth"_ns), id(16));
+  EXPECT_FALSE(pages->copyPropertiesAtIndex(2));
+  // Whatever their order in the file is.
+  const auto icon = CGImageSource::sourceWithData(testPicture("icon.ico"));
+  EXPECT_EQ(icon->createImageAtIndex(0, {}).width(), 32u);
+  EXPECT_EQ(icon->createImageAtIndex(1, {}).width(), 16u);
+  const auto frames = CGImageSource::sourceWithData(testPicture("frames.gif"));
+  EXPECT_EQ(quartersOf(frames->createImageAtIndex(1, {}))[3][0], 0);
+}
+
+TEST(ImageDecoding, LivesThroughCutFiles) {
+  for (const auto &entry : std::filesystem::directory_iterator(TEST_FILES "/image-thumbnail")) {
+    const NSData whole = testPicture(entry.path().filename());
+    for (std::uint32_t part = 0; part < 20; ++part) {
+      NSError error;
+      const NSData cut = whole.subdataWithRange({0, whole.length() * part / 20});
+      const CGImage image = thumbnail(cut, kThumbnail, &error);
+      EXPECT_TRUE(image || error) << entry.path() << " " << part;
+      EXPECT_LE(image.width(), 16u) << entry.path() << " " << part;
+    }
+  }
+}
+
+TEST(ImageDecoding, RefusesWhatIsTooLarge) {
+  std::string png(testPicture("interlaced.png").view());
+  png.replace(16, 8, "\0\1\x86\xa0\0\1\x86\xa0"s);
+  // The check sum of the header with these sides.
+  const std::string header = png.substr(12, 17);
+  std::uint32_t crc = ~0u;
+  for (const char c : header) {
+    crc ^= static_cast<unsigned char>(c);
+    for (int i = 0; i < 8; ++i) crc = crc >> 1 ^ (crc & 1 ? 0xedb88320u : 0);
+  }
+  for (int i = 0; i < 4; ++i) png[29 + static_cast<std::size_t>(i)] = static_cast<char>(~crc >> (24 - 8 * i));
+  std::string psd(testPicture("plain.psd").view());
+  psd.replace(14, 8, "\0\4\0\0\0\4\0\0"s);
+  std::string bmp(testPicture("plain.bmp").view());
+  bmp.replace(18, 8, "\0\0\1\0\0\0\1\0"s);
+  const std::string ppm = "P6 60000 60000 255\n";
+  for (const std::string &bytes : {png, psd, bmp, ppm}) {
+    NSError error;
+    const std::size_t peak = peakMemoryOf([&] { return !thumbnail(dataWithBytes(bytes), kThumbnail, &error); });
+    EXPECT_LT(peak, 200u << 20) << bytes.substr(0, 4);
+    thumbnail(dataWithBytes(bytes), kThumbnail, &error);
+    EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge) << bytes.substr(0, 4);
+  }
+}
+
+TEST(ImageDecoding, EndsAtItsDeadline) {
+  const NSData large = dataWithImage(quarteredImage(3000, 2000), u"public.png"_ns, {});
+  auto options = kThumbnail;
+  options.deadline = Deadline::after(0.001);
+  NSError error;
+  EXPECT_FALSE(thumbnail(large, options, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
+}
+
+TEST(ImageDecoding, LoadsNothingThatDrawingsName) {
+  const TemporaryFolder folder;
+  folder.write("red.png", testPicture("plain.svg").view());
+  const std::string path = (folder.path() / "red.png").native();
+  for (const std::string &address : {path, "file://" + path, "red.png"s}) {
+    const std::string svg =
+        "<!DOCTYPE svg [<!ENTITY other SYSTEM '" + address +
+        "'>]>\n<svg xmlns='http://www.w3.org/2000/svg' width='32' height='24'><image href='" + address +
+        "' width='32' height='24'/><text>&other;</text></svg>";
+    const auto source = CGImageSource::sourceWithContentsOfFile(folder.write("a.svg", svg));
+    const CGImage image = source ? source->createImageAtIndex(0, {}) : CGImage();
+    EXPECT_EQ(difference(quartersOf(image), Quarters()), 0) << address;
+  }
+}
+
+TEST(ImageDecoding, IsNotOverwhelmedByBombs) {
+  std::string entities = "<!DOCTYPE svg [<!ENTITY a0 'x'>";
+  for (int i = 1; i < 30; ++i) {
+    const std::string before = "&a" + std::to_string(i - 1) + ";";
+    entities += "<!ENTITY a" + std::to_string(i) + " '" + before + before + "'>";
+  }
+  entities += "]><svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><text>&a29;</text></svg>";
+  const std::string frame = ",\0\0\0\0\2\0\1\0\0\2\2\x44\x0a\0"s;
+  std::string frames = "GIF89a\2\0\1\0\x80\0\0\0\0\0\xff\xff\xff"s;
+  for (int i = 0; i < 10'000; ++i) frames += frame;
+  for (const std::string &bytes : {entities, frames + ";"}) {
+    NSError error;
+    const std::size_t peak =
+        peakMemoryOf([&] { return thumbnail(dataWithBytes(bytes), kThumbnail, &error) || error; });
+    EXPECT_LT(peak, 300u << 20) << bytes.substr(0, 8);
+  }
+}
+
+}  // namespace
+}  // namespace nimbo

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/ImageIO/TextImage.hpp"
+
+#include <gtest/gtest.h>
+
+namespace nimbo {
+namespace {
+
+TEST(TextImage, DrawsALine) {
+  NSError error;
+  const CGImage small = imageWithText(u"ace"_ns, 14, 500, {1, 0, 0, 1}, &error);
+  ASSERT_TRUE(small) << error.localizedFailureReason.UTF8String();
+  int greatest = 0;
+  for (std::size_t i = 0; i < small.height() * small.bytesPerRow(); i += 4) {
+    greatest = std::max<int>(greatest, small.pixels()[i]);
+    EXPECT_EQ(small.pixels()[i + 1], 0);
+  }
+  EXPECT_GT(greatest, 200);
+  // High and low letters make no difference, and characters of markup are but characters.
+  EXPECT_EQ(imageWithText(u"Agf"_ns, 14, 500, {}).height(), small.height());
+  EXPECT_GT(imageWithText(u"<b>ace</b>&amp;"_ns, 14, 500, {}).width(), small.width() * 3);
+}
+
+TEST(TextImage, ShortensInTheMiddle) {
+  const NSString text = u"A name that is much too long for the place where it has to stand.jpeg"_ns;
+  const CGImage whole = imageWithText(text, 14, 5000, {});
+  const CGImage cut = imageWithText(text, 14, 200, {});
+  EXPECT_GT(whole.width(), 400u);
+  EXPECT_LE(cut.width(), 200u);
+  EXPECT_GT(cut.width(), 150u);
+}
+
+TEST(TextImage, SaysWhenThereIsNothing) {
+  const std::pair<NSString, double> cases[] = {{NSString(), 14}, {u""_ns, 14},   {u" \t"_ns, 14},
+                                               {u"a"_ns, 0},     {u"a"_ns, 1e9}, {u"a"_ns, -1}};
+  for (const auto &[text, size] : cases) {
+    NSError error;
+    EXPECT_FALSE(imageWithText(text, size, 200, {}, &error)) << text.UTF8String() << size;
+    EXPECT_TRUE(error);
+  }
+  EXPECT_FALSE(imageWithText(u"abc"_ns, 14, 2, {}));
+}
+
+}  // namespace
+}  // namespace nimbo
