@@ -58,6 +58,10 @@ int depthOfImage(VipsImage *image) {
 
 double dotsPerInch(double pixelsPerMillimeter) {
   if (!(pixelsPerMillimeter > 0) || pixelsPerMillimeter == kUnsetPixelsPerMillimeter) return kDefaultDPI;
+  // Several formats store whole pixels of a metre, cut or rounded, which no whole number of dots an inch is.
+  constexpr double kMillimetersPerMeter = 1000;
+  const double whole = std::round(pixelsPerMillimeter * kMillimetersPerInch);
+  if (std::abs(pixelsPerMillimeter - whole / kMillimetersPerInch) * kMillimetersPerMeter < 1) return whole;
   // Rounding takes away the noise of the conversions there and back.
   return std::round(pixelsPerMillimeter * kMillimetersPerInch * 1000) / 1000;
 }
