@@ -74,7 +74,8 @@ NSData dataWithBlob(VipsBlob *blob) {
 NSData savedImage(VipsImage *image, const FileType &type, const CGImageDestinationOptions &options) {
   const VipsPointer<VipsOperation> saver(vips_operation_new(type.saver));
   if (!saver) return {};
-  g_object_set(saver.get(), "in", image, "strip", TRUE, nullptr);
+  // The resolution of JPEG goes for metadata, of which there is none else.
+  g_object_set(saver.get(), "in", image, "strip", type.type != u"public.jpeg"_ns, nullptr);
   if (type.hasQuality)
     g_object_set(saver.get(), "Q",
                  static_cast<int>(std::clamp(std::round(double{options.compressionFactor} * kMaximumQuality),

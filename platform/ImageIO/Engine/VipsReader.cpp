@@ -136,7 +136,8 @@ class VipsReader final : public ImageReader {
   VipsPointer<VipsImage> load(std::uint32_t index) {
     auto first = Loader(format_, source_.source()).run();
     if (index == 0 || !first) return decoded(std::move(first));
-    if (!format_.hasPages) return nullptr;
+    if (!format_.hasPages || index >= static_cast<std::uint32_t>(vips_image_get_n_pages(first.get())))
+      return nullptr;
     Loader loader(format_, source_.source());
     loader.set("page", pageOfIndex(first.get(), index));
     return decoded(loader.run());

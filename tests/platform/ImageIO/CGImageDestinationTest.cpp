@@ -35,7 +35,8 @@ TEST(CGImageDestination, WritesWhatIsReadAgain) {
       ASSERT_TRUE(source) << c.type.UTF8String() << ": " << error.localizedFailureReason.UTF8String();
       EXPECT_EQ(source->type(), c.type);
       if (c.keepsResolution) {
-        EXPECT_NEAR(source->properties().objectForKey(u"DPIWidth"_ns).real().value_or(0), 144, 0.5);
+        EXPECT_NEAR(source->properties().objectForKey(u"DPIWidth"_ns).real().value_or(0), 144, 0.5)
+            << c.type.UTF8String();
       }
       const CGImage image = source->createImageAtIndex(0, {}, &error);
       EXPECT_EQ(image.width(), 67u) << c.type.UTF8String();
