@@ -20,6 +20,7 @@ extern "C" {
 #include "platform/QTKit/Engine/MovieInput.hpp"
 #include "platform/QTKit/Engine/PictureDecoder.hpp"
 #include "platform/QTKit/Engine/PictureOrientation.hpp"
+#include "platform/QTKit/Engine/PosterTime.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -131,6 +132,8 @@ bool FFmpegMovie::open(const std::string &name, NSError *error) {
     setOpeningError(AVERROR_EXIT, input_.deadline(), error);
     return false;
   }
+  const bool isQuickTime = av_match_list(inputFormat->name, "mov", ',') > 0;
+  const auto poster = isQuickTime ? posterTimeOfMovie(*format->pb) : std::nullopt;
   // FFmpeg opens nothing by itself: references to other files and places lead nowhere.
   format->io_open = refuseToOpen;
   format->format_whitelist = av_strdup(kFormats);
@@ -155,6 +158,7 @@ bool FFmpegMovie::open(const std::string &name, NSError *error) {
     return false;
   }
   facts_ = factsOfFormat(*format);
+  facts_.posterSeconds = poster;
   for (unsigned int i = 0; i < format->nb_streams; ++i)
     if (i != facts_.pictureTrack) format->streams[i]->discard = AVDISCARD_ALL;
   return true;

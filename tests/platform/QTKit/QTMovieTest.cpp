@@ -82,6 +82,18 @@ TEST(QTMovie, FramesAreTurnedAsTheFileSays) {
   }
 }
 
+TEST(QTMovie, PostersAreWhereTheFileSays) {
+  std::string bytes = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/three-seconds.mov");
+  // The header's times are thousandths of a second; that of the poster stands near its end.
+  const std::size_t header = bytes.find("mvhd") + 4;
+  bytes.replace(header + 80, 4, std::string("\0\0\x09\x60", 4));
+  const auto movie =
+      QTMovie::movieWithData(NSData::dataWithBytes(bytes.data(), bytes.size()), Deadline::never());
+  ASSERT_TRUE(movie);
+  EXPECT_EQ(movie->attributeForKey(u"QTMoviePosterTimeAttribute"_ns), id(2.4));
+  EXPECT_EQ(numberOfFrame(movie->posterImage()), 12);
+}
+
 TEST(QTMovie, TransparentColorsAreMultiplied) {
   const CGImage frame = opened("see-through.mov")->frameImageAtTime(0);
   ASSERT_TRUE(frame.hasAlpha());
