@@ -74,6 +74,17 @@ void cutToImage(Extent &source, Extent &canvas, std::uint32_t length) {
   source = cut;
 }
 
+/// The part of an image with its ends between pixels where they nearly are: resolutions are rounded, and a
+/// sliver of a pixel beside the part must not be seen.
+Extent withoutSlivers(const Extent &part) {
+  constexpr double kSliver = 1.0 / 16;
+  const auto snapped = [](double end) {
+    const double whole = std::round(end);
+    return std::abs(end - whole) < kSliver ? whole : end;
+  };
+  return {snapped(part.begin), snapped(part.end)};
+}
+
 /// How much of the pixel that begins at `pixel` lies in the extent, from 0 to 1.
 double coverage(const Extent &extent, int pixel) {
   return std::clamp(std::min(extent.end, pixel + 1.0) - std::max(extent.begin, double(pixel)), 0.0, 1.0);
@@ -238,8 +249,9 @@ void CGContext::drawImage(const NSRect &rect, const CGImage &image, const NSRect
                           double fraction) {
   Extent columns = storage_->columnsOf(rect);
   Extent rows = storage_->rowsOf(rect);
-  Extent fromColumns = {from.origin.x, from.origin.x + from.size.width};
-  Extent fromRows = {image.height() - from.origin.y - from.size.height, image.height() - from.origin.y};
+  Extent fromColumns = withoutSlivers({from.origin.x, from.origin.x + from.size.width});
+  Extent fromRows =
+      withoutSlivers({image.height() - from.origin.y - from.size.height, image.height() - from.origin.y});
   if (!isValid() || !image || !fromColumns.isVisible() || !fromRows.isVisible()) return;
   cutToImage(fromColumns, columns, image.width());
   cutToImage(fromRows, rows, image.height());

@@ -123,9 +123,11 @@ bool NSBitmapImageRep::draw(NSGraphicsContext &context, const NSRect &rect, cons
                             NSCompositingOperation operation, double fraction, NSError *error) const {
   CGImage image = image_;
   if (!image) {
-    // As many pixels as they will be, so that the file is reduced while it is decoded.
+    // As many pixels as they will be, so that the file is reduced while it is decoded. Sizes by a resolution
+    // are not exact; they must not cost a pixel more.
+    constexpr double kSliver = 1.0 / 16;
     const auto drawn = [](double canvas, double part, double whole, std::uint32_t pixels) {
-      const double wanted = std::ceil(canvas * whole / part);
+      const double wanted = std::ceil(canvas * whole / part - kSliver);
       return wanted >= 1 && wanted < pixels ? static_cast<std::uint32_t>(wanted) : pixels;
     };
     const std::scoped_lock lock(source_->mutex);

@@ -22,7 +22,7 @@ enum class NSImageRepClass { bitmap, cached, PDF, EPS, PICT, iconRef };
 class NSImageRep : public NSObject {
  public:
   /// How many images of one file become representations.
-  static constexpr std::uint32_t kMaximumRepresentations = 100;
+  static constexpr std::uint32_t kMaximumRepresentations = 50;
 
   ~NSImageRep() override;
   /// The representations of a file by its content: those of an image (each page of a TIFF file and each size of

