@@ -46,24 +46,31 @@ std::vector<NSString> filesOfPaths(const Operands &paths) {
   return files;
 }
 
-/// The thumbnail of a file, as data of an image; nil when none can be made.
-NSData thumbnailOfFile(HelperClient &client, const NSString &path, std::uint32_t side) {
-  const auto thumbnailIn = [](const HelperClient::Answer &answer) {
-    using Status = HelperClient::Status;
-    if (answer.status == Status::unreachable) throw InputError("the helper", answer.message);
-    return answer.result.dictionary().objectForKey(u"Thumbnail"_ns).data();
-  };
-  const NSString extension = pathExtension(path);
-  // What is a movie by its name is not tried as an image first.
-  if (!isMultimediaType(extension)) return thumbnailIn(client.imageWithContentsOfFile(path, false, false));
+NSData imageOfFile(HelperClient &client, const NSString &path) {
+  const auto answer = client.imageWithContentsOfFile(path, false, false);
+  return answer.result.dictionary().objectForKey(u"Thumbnail"_ns).data();
+}
+
+/// A frame of a movie, or the cover of what has a duration and no frames; nil when there is neither.
+NSData posterOfFile(HelperClient &client, const NSString &path, std::uint32_t side) {
+  PictureOrder order{
+      .what = "cover", .path = path, .side = side, .type = u"public.tiff"_ns, .seconds = kSheetSeconds};
+  const NSDictionary movie = client.posterImageForMovieWithFile(path).result.dictionary();
+  const NSData frame = movie.objectForKey(u"Thumbnail"_ns).data();
+  if (!frame && !(movie.objectForKey(u"Duration"_ns).real().value_or(0) > 0)) return NSData();
   const std::string name = path.UTF8String();
-  const NSString type = u"public.tiff"_ns;
+  if (!frame) return makePicture(order, name);
+  order.what = "picture";
+  return makePicture(order, frame, name);
+}
+
+/// The picture of a file, as data of an image; nil when none can be made. What is a movie or a sound by its
+/// name is not tried as an image first, for which it would be read as a whole.
+NSData thumbnailOfFile(HelperClient &client, const NSString &path, std::uint32_t side) {
   try {
-    if (const NSData poster = thumbnailIn(client.posterImageForMovieWithFile(path)))
-      return makePicture({.what = "picture", .side = side, .type = type, .seconds = kSheetSeconds}, poster,
-                         name);
-    return makePicture({.what = "cover", .path = path, .side = side, .type = type, .seconds = kSheetSeconds},
-                       name);
+    if (!isMultimediaType(pathExtension(path)))
+      if (const NSData image = imageOfFile(client, path)) return image;
+    return posterOfFile(client, path, side);
   } catch (const InputError &) {
     return NSData();
   }

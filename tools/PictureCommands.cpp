@@ -164,6 +164,9 @@ int runSheet(const SheetOptions &options, const Operands &operands) {
   const std::uint32_t side = output.side.value_or(kUsualSide);
   if (side > kThumbnailSide) throw UsageError("pictures of a sheet have 256 pixels at most");
   HelperClient client = clientWithOptions(options);
+  // Without a helper there would be no pictures at all.
+  HelperClient::Answer failure;
+  if (client.helperProcessIdentifier(&failure) == 0) return report(failure, output.file, options);
   const NSData sheet = contactSheetOfFiles(client, operands, side, output.type);
   writeFile(sheet, output.file);
   return kExitAnswered;

@@ -143,6 +143,7 @@ class PicturesTest(CommandTestCase):
             (8, "photo.png: ", "topdf", "photo.png", "-o", "out.pdf"),
             (6, "no folder/out.png: ", "image", "photo.png", "-o", "no folder/out.png"),
             (6, "no folder/out.pdf: ", "topdf", "page.pdf", "-o", "no folder/out.pdf"),
+            (2, "no helper", "sheet", "mixed", "-o", "out.png", "--no-start"),
             (3, "there are no files", "sheet", "empty", "-o", "out.png"),
         ]  # fmt: skip
         for code, message, *arguments in cases:
