@@ -9,6 +9,8 @@
 
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Drawing.hpp"
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Encoding.hpp"
+#include "Classes/Images/NSImage+NSImageNimboExtensions/Icons.hpp"
+#include "Classes/Images/NSImage+NSImageNimboExtensions/Loading.hpp"
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Redrawing.hpp"
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Representations.hpp"
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Sizes.hpp"
