@@ -11,8 +11,8 @@ namespace nimbo {
 /// Whether a type is that of PostScript, EPS included.
 bool isPostScriptType(const NSString &type);
 
-/// Writes the text of PostScript to standard output, as that of the PDF that it becomes. `name` is what messages
-/// call the file. Answers the exit code.
+/// Writes the text of PostScript to standard output, as that of the PDF that it becomes. `name` is what
+/// messages call the file. Answers the exit code.
 int writeTextOfPostScript(const NSString &path, const std::string &name, const CommonOptions &options);
 
 /// Writes the text of a document to standard output, as its metadata importer finds it; where there is none,
