@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstdint>
+
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/QTKit/Engine/FFmpegHandles.hpp"
 #include "platform/QTKit/Engine/MovieEngine.hpp"
@@ -8,7 +10,7 @@
 namespace nimbo::detail {
 
 /// Frames of more pixels than the largest that are in use, 8192 by 4320, are refused.
-inline constexpr std::int64_t kMaximumFramePixels = 8192 * 4320;
+inline constexpr std::int64_t kMaximumFramePixels = std::int64_t{8192} * 4320;
 
 /// The size in square pixels; that in pixels when the aspect is unknown, or makes no sense.
 NSSize squarePixelSize(int width, int height, AVRational sampleAspect);
