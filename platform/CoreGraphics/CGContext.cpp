@@ -130,6 +130,27 @@ void setConvolution(pixman_image_t *image, const Mapping &x, const Mapping &y, p
   pixman_image_set_filter(image, PIXMAN_FILTER_SEPARABLE_CONVOLUTION, parameters.get(), count);
 }
 
+/// Replaces the pixels by averages of them where the scale is so large that `rest` is left of it, and answers
+/// what the new ones stand in; null when they stay. A convolution takes time by the square of the scale,
+/// averages take it by the pixels alone; what is left to the convolution of a high quality is enough to hide
+/// the boxes.
+std::unique_ptr<std::uint8_t[]> reduceByBoxes(detail::PixelArea &area, Mapping &x, Mapping &y, double rest) {
+  const auto factor = [rest](double scale, std::uint32_t length) {
+    return static_cast<std::uint32_t>(std::clamp<double>(std::floor(scale / rest), 1, length));
+  };
+  const std::uint32_t columns = factor(x.scale, area.width);
+  const std::uint32_t rows = factor(y.scale, area.height);
+  if (columns == 1 && rows == 1) return nullptr;
+  std::unique_ptr<std::uint8_t[]> reduced = detail::reducedByBoxes(area, columns, rows);
+  area.width = detail::boxCount(area.width, columns);
+  area.height = detail::boxCount(area.height, rows);
+  area.pixels = reduced.get();
+  area.bytesPerRow = area.width * kBytes;
+  x = {x.scale / columns, x.offset / columns};
+  y = {y.scale / rows, y.offset / rows};
+  return reduced;
+}
+
 }  // namespace
 
 struct CGContext::Storage {
@@ -278,27 +299,10 @@ void CGContext::drawImage(const NSRect &rect, const CGImage &image, const NSRect
   Mapping mapX = mapping(fromColumns, sourceX.first, columns, x.first);
   Mapping mapY = mapping(fromRows, sourceY.first, rows, y.first);
 
-  // A convolution takes time by the square of the scale, averages take it by the image's own pixels. What is
-  // left to the convolution of a high quality is enough to hide the boxes.
   std::unique_ptr<std::uint8_t[]> reduced;
   const CGInterpolationQuality quality = storage_->quality;
-  if (quality != CGInterpolationQuality::none) {
-    const double rest = quality == CGInterpolationQuality::high ? 2 : 1;
-    const auto factor = [rest](double scale, std::uint32_t length) {
-      return static_cast<std::uint32_t>(std::clamp<double>(std::floor(scale / rest), 1, length));
-    };
-    const std::uint32_t factorX = factor(mapX.scale, area.width);
-    const std::uint32_t factorY = factor(mapY.scale, area.height);
-    if (factorX > 1 || factorY > 1) {
-      reduced = detail::reducedByBoxes(area, factorX, factorY);
-      area.width = detail::boxCount(area.width, factorX);
-      area.height = detail::boxCount(area.height, factorY);
-      area.pixels = reduced.get();
-      area.bytesPerRow = area.width * kBytes;
-      mapX = {mapX.scale / factorX, mapX.offset / factorX};
-      mapY = {mapY.scale / factorY, mapY.offset / factorY};
-    }
-  }
+  if (quality != CGInterpolationQuality::none)
+    reduced = reduceByBoxes(area, mapX, mapY, quality == CGInterpolationQuality::high ? 2 : 1);
 
   // What is reduced more is smaller than a pixel.
   const auto fixed = [](double value) {

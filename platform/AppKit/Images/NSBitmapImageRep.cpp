@@ -42,22 +42,12 @@ bool hasRepresentations(const NSString &type) {
   return std::ranges::find(kTypes, type) != std::end(kTypes);
 }
 
+/// Nil when the number has no type.
 NSString uniformTypeOfFileType(NSBitmapImageFileType type) {
-  switch (type) {
-    case NSBitmapImageFileType::TIFF:
-      return u"public.tiff"_ns;
-    case NSBitmapImageFileType::BMP:
-      return u"com.microsoft.bmp"_ns;
-    case NSBitmapImageFileType::GIF:
-      return u"com.compuserve.gif"_ns;
-    case NSBitmapImageFileType::JPEG:
-      return u"public.jpeg"_ns;
-    case NSBitmapImageFileType::PNG:
-      return u"public.png"_ns;
-    case NSBitmapImageFileType::JPEG2000:
-      return u"public.jpeg-2000"_ns;
-  }
-  return {};
+  static const NSString kTypes[] = {u"public.tiff"_ns, u"com.microsoft.bmp"_ns, u"com.compuserve.gif"_ns,
+                                    u"public.jpeg"_ns, u"public.png"_ns,        u"public.jpeg-2000"_ns};
+  const auto number = static_cast<std::size_t>(type);
+  return number < std::size(kTypes) ? kTypes[number] : NSString();
 }
 
 }  // namespace
@@ -68,7 +58,7 @@ NSBitmapImageRep::~NSBitmapImageRep() = default;
 SharedPointer<NSBitmapImageRep> NSBitmapImageRep::imageRepWithCGImage(const CGImage &image,
                                                                       NSSize sizeInPoints) {
   if (!image) return {};
-  const auto rep = SharedPointer<NSBitmapImageRep>::adopt(new NSBitmapImageRep);
+  auto rep = SharedPointer<NSBitmapImageRep>::adopt(new NSBitmapImageRep);
   const bool hasSize = sizeInPoints.width > 0 && sizeInPoints.height > 0;
   rep->image_ = image;
   rep->size_ = hasSize ? sizeInPoints : NSSize{double(image.width()), double(image.height())};

@@ -35,16 +35,9 @@ struct NSGraphicsContext {
   }
   /// What `imageInterpolation` is to a bitmap.
   CGInterpolationQuality qualityOfInterpolation() const noexcept {
-    switch (imageInterpolation) {
-      case NSImageInterpolation::none:
-        return CGInterpolationQuality::none;
-      case NSImageInterpolation::low:
-        return CGInterpolationQuality::low;
-      case NSImageInterpolation::high:
-        return CGInterpolationQuality::high;
-      default:
-        return CGInterpolationQuality::standard;
-    }
+    static_assert(static_cast<int>(NSImageInterpolation::high) ==
+                  static_cast<int>(CGInterpolationQuality::high));
+    return static_cast<CGInterpolationQuality>(imageInterpolation);
   }
 };
 
