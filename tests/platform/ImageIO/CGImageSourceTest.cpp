@@ -93,18 +93,22 @@ TEST(CGImageSource, SaysThatMetadataIsMissing) {
   EXPECT_TRUE(CGImageSource::sourceWithData(png.subdataWithRange({0, png.length() / 2}), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
 
-  // A TIFF of one pixel, and then of a size at which nobody wants it in memory.
+  // A TIFF of one pixel with a maker's name, and then of a size at which nobody wants it in memory.
   const auto entry = [](char tag, char value) { return std::string{tag, 1, 3, 0, 1, 0, 0, 0, value, 0, 0, 0}; };
-  const std::string tiff = "II*\0\x08\0\0\0\x08\0"s + entry(0, 1) + entry(1, 1) + entry(2, 8) + entry(3, 1) +
-                           entry(6, 1) + entry(17, 122) + entry(22, 1) + entry(23, 1) + std::string(20, '\0');
+  const std::string tiff = "II*\0\x08\0\0\0\x09\0"s + entry(0, 1) + entry(1, 1) + entry(2, 8) + entry(3, 1) +
+                           entry(6, 1) + "\x0f\1\2\0\4\0\0\0Oak\0"s + entry(17, 122) + entry(22, 1) +
+                           entry(23, 1) + std::string(20, '\0');
   const TemporaryFolder folder;
   const NSString path = folder.write("a.tiff", tiff);
-  error = {};
-  EXPECT_TRUE(CGImageSource::sourceWithContentsOfFile(path, &error));
-  EXPECT_FALSE(error) << error.localizedFailureReason.UTF8String();
-  std::filesystem::resize_file(folder.path() / "a.tiff", (std::uintmax_t{256} << 20) + 1);
-  EXPECT_TRUE(CGImageSource::sourceWithContentsOfFile(path, &error));
-  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+  for (const bool isLarge : {false, true}) {
+    if (isLarge) std::filesystem::resize_file(folder.path() / "a.tiff", std::uintmax_t{3} << 30);
+    error = {};
+    const auto source = CGImageSource::sourceWithContentsOfFile(path, &error);
+    ASSERT_TRUE(source) << error.localizedFailureReason.UTF8String();
+    EXPECT_FALSE(error) << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(source->properties().objectForKey(u"{TIFF}"_ns).dictionary().objectForKey(u"Make"_ns),
+              id(u"Oak"_ns));
+  }
 }
 
 TEST(CGImageSource, TakesNoNameForAnythingButAFile) {
