@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "tools/CharsetCommands.hpp"
+#include "tools/DateCommands.hpp"
 #include "tools/EntityCommands.hpp"
 #include "tools/HelpCommands.hpp"
 #include "tools/HelperCommands.hpp"
@@ -25,7 +26,11 @@ const std::vector<Command> &allCommands() {
     for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
                              &plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(),
                              &urlCommands(), &locationCommands(), &resourceForkCommands(), &helpCommands()})
-      all.insert(all.end(), more->begin(), more->end());
+      for (const auto *more :
+           {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
+            &markupCommands(), &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
+            &locationCommands(), &resourceForkCommands(), &helpCommands()})
+        all.insert(all.end(), more->begin(), more->end());
     return all;
   }();
   return commands;

@@ -3,6 +3,7 @@
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags entities charset decode url location fork help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url date location fork help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -23,6 +24,7 @@ _quiverleaf() {
   [[ $command == decode ]] && options+=' --encoding --default --json'
   [[ $command == strip ]] && options+=' --tag --attributes --bodies --except --objects'
   [[ $command == url ]] && options+=' --base'
+  [[ $command == date ]] && options+=' --http'
   [[ $command == fork ]] && options+=' --extract --output'
   [[ $command == location ]] && options+=' --create --output'
   if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract|size)$ ]]; then

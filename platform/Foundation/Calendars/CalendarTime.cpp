@@ -5,8 +5,11 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <memory>
 #include <new>
+
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -37,6 +40,16 @@ bool isInCalendar(const CalendarTime &time) {
 }
 
 }  // namespace
+
+double fractionOfDigits(std::u16string_view digits) {
+  constexpr std::size_t kMostDigits = 9;
+  double fraction = 0, place = 1;
+  for (const unichar digit : digits.substr(0, kMostDigits)) {
+    fraction = fraction * 10 + digitValue(digit);
+    place *= 10;
+  }
+  return fraction / place;
+}
 
 std::optional<NSDate> momentOf(const CalendarTime &time, const CalendarZone &zone) {
   if (!isInCalendar(time)) return std::nullopt;

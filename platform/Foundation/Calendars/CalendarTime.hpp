@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "platform/Foundation/Calendars/CalendarZone.hpp"
 #include "platform/Foundation/NSDate.hpp"
@@ -24,6 +25,9 @@ struct CalendarTime {
 constexpr std::int32_t yearOfTwoDigits(std::int32_t digits) {
   return digits + (digits < 69 ? 2000 : 1900);
 }
+
+/// The fraction of 1 that digits behind a decimal point stand for, to nanoseconds.
+double fractionOfDigits(std::u16string_view digits);
 
 /// The moment at which a clock in the zone shows this; nothing when none ever does, as on 30 February. 24:00:00
 /// is the end of the day.
