@@ -118,7 +118,8 @@ class FormReader {
   }
 
   std::u16string_view rest_;
-  detail::CalendarTime time_;
+  /// No moment unless the form has a year.
+  detail::CalendarTime time_{.year = -1};
   detail::CalendarZone zone_;
 };
 

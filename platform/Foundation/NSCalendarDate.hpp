@@ -13,8 +13,8 @@ namespace NIMBO_PUBLIC nimbo {
 /// calendar. Directives are %a and %A (weekday, abbreviated and whole; which one is not looked at), %d, %b
 /// (month, abbreviated), %m, %Y (four digits), %y (two: 69 to 99 are of the last century), %H, %M, %S (with or
 /// without a leading zero) and %Z (zone: its name, abbreviation or offset); "%%" and all other characters match
-/// themselves. Names are English, in either case. Without %Z the process's zone is meant. Any thread may call
-/// this.
+/// themselves. Names are English, in either case. A form without a year fits nothing. Without %Z the process's
+/// zone is meant. Any thread may call this.
 ///
 ///     dateWithCalendarFormat(u"24.12.2006"_ns, u"%d.%m.%Y");
 ///     dateWithCalendarFormat(u"Dec 24 2006 18:30 CET"_ns, u"%b %d %Y %H:%M %Z");

@@ -97,7 +97,11 @@ CalendarZone zoneAhead(std::int32_t minutes) {
   return {minutes * 60, {}};
 }
 
-/// "+1", "+01", "+0130", "+01:30"; nothing for another text. No place is a day from UTC.
+/// No clock is further from UTC.
+constexpr std::int32_t kHoursAhead = 14;
+constexpr std::int32_t kHoursBehind = 12;
+
+/// "+1", "+01", "+0130", "+01:30"; nothing for another text.
 std::optional<CalendarZone> zoneOfOffset(std::u16string_view text) {
   const bool isBehind = text[0] == u'-' || text[0] == u'\u2212';
   if (!isBehind && text[0] != u'+') return std::nullopt;
@@ -116,7 +120,7 @@ std::optional<CalendarZone> zoneOfOffset(std::u16string_view text) {
     ++count;
   }
   const std::int32_t hour = digits[0] * 10 + digits[1], minute = digits[2] * 10 + digits[3];
-  if (hour > 23 || minute > 59) return std::nullopt;
+  if (hour > (isBehind ? kHoursBehind : kHoursAhead) || minute > 59) return std::nullopt;
   return zoneAhead((isBehind ? -1 : 1) * (hours(hour) + minute));
 }
 

@@ -38,7 +38,7 @@ constexpr std::int32_t valueOf(DateUnit unit) {
 constexpr Keyword kKeywords[] = {
     {kFiller, 0,
      u"a the of on at in and am um den der dem des vom und le la les du de del d et e el y em og och en "
-     u"feira "},
+     u"feira \u0433 "},
     {kDay, -2, u"vorgestern "},
     {kDay, -1, u"yesterday gestern hier "},
     {kDay, 0, u"today heute aujourd'hui "},

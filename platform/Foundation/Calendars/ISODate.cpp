@@ -98,7 +98,8 @@ class ISOReader {
     const sys_days monday = fourth - days(year_month_weekday(fourth).weekday().iso_encoding() - 1);
     const std::int32_t year = time_.year;
     if (!setDay(monday + days(7 * (week - 1) + weekday - 1), true)) return false;
-    return week < 53 || monday + weeks(52) < firstOfYear(year + 1) + days(3);
+    // A week is of the year that its Thursday is in.
+    return week < 53 || monday + weeks(52) + days(3) < firstOfYear(year + 1);
   }
 
   std::chrono::sys_days firstOfYear() const { return firstOfYear(time_.year); }

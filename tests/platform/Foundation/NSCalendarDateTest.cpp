@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <ctime>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "platform/Foundation/NSCalendarDate.hpp"
+#include "platform/Foundation/NSDateFormatter.hpp"
+
+namespace nimbo {
+namespace {
+
+std::string written(const std::optional<NSDate> &date) {
+  return date ? date->ISO8601String().value_or("?") : "";
+}
+
+std::string read(std::string_view text, std::u16string_view format) {
+  return written(dateWithCalendarFormat(NSString::stringWithUTF8String(text), format));
+}
+
+TEST(NSCalendarDate, ReadsWhatTheCLibraryWrites) {
+  constexpr std::pair<const char *, std::u16string_view> kForms[] = {
+      {"%a, %d %b %Y %H:%M:%S GMT", u"%a, %d %b %Y %H:%M:%S %Z"},
+      {"%A, %d-%b-%y %H:%M:%S UTC", u"%A, %d-%b-%y %H:%M:%S %Z"},
+      {"%a %b %e %H:%M:%S %Y +0000", u"%a %b %d %H:%M:%S %Y %Z"},
+      {"%Y-%m-%dT%H:%M:%SZ", u"%Y-%m-%dT%H:%M:%S%Z"},
+      {"100%% %d.%m.%Y %H:%M:%S Etc/UTC", u"100%% %d.%m.%Y %H:%M:%S %Z"},
+  };
+  std::mt19937 random(3);
+  for (int i = 0; i < 2000; ++i) {
+    // 1970 to 2068, where two digits name one year.
+    const std::time_t seconds = std::uniform_int_distribution<std::time_t>(0, 3124137600)(random);
+    const std::tm fields = *std::gmtime(&seconds);
+    for (const auto &[form, format] : kForms) {
+      std::array<char, 100> text{};
+      std::strftime(text.data(), text.size(), form, &fields);
+      const auto found = dateWithCalendarFormat(NSString::stringWithUTF8String(text.data()), format);
+      ASSERT_TRUE(found) << text.data();
+      EXPECT_EQ(found->timeIntervalSince1970(), static_cast<double>(seconds)) << text.data();
+    }
+  }
+}
+
+TEST(NSCalendarDate, TakesNothingThatDoesNotFit) {
+  constexpr std::u16string_view kForm = u"%d.%m.%Y %H:%M:%S %Z";
+  EXPECT_EQ(read("29.02.2004 23:59:60 GMT", kForm), "2004-03-01T00:00:00Z");
+  EXPECT_EQ(read("1.3.2004 24:00:00 GMT", kForm), "2004-03-02T00:00:00Z");
+  for (const char *const text :
+       {"29.02.2005 00:00:00 GMT", "0.1.2005 00:00:00 GMT", "1.13.2005 00:00:00 GMT", "1.0.2005 00:00:00 GMT",
+        "1.1.2005 24:00:01 GMT", "1.1.2005 25:00:00 GMT", "1.1.2005 00:60:00 GMT", "1.1.2005 00:00:61 GMT",
+        "1.1.05 00:00:00 GMT", "1.1.2005 00:00:00", "1.1.2005 00:00:00 GMT ", "1.1.2005  00:00:00 XYZ",
+        "001.1.2005 00:00:00 GMT", "1.1.2005 00:00:00 +25:00", "1.1.2005 00:00:00 Europe/Nowhere", ""})
+    EXPECT_EQ(read(text, kForm), "") << text;
+  EXPECT_EQ(read("Sonntag, 1 Mai", u"%A, %d %b"), "");
+  EXPECT_EQ(read("1.1.2005", u"%d.%m.%Q"), "");
+  EXPECT_EQ(read("", u""), "");
+  EXPECT_FALSE(dateWithCalendarFormat(NSString(), u"%Y"));
+}
+
+TEST(NSCalendarDate, KnowsZones) {
+  const std::string_view cases[][2] = {
+      {"GMT", "12:00"},
+      {"z", "12:00"},
+      {"CET", "11:00"},
+      {"mesz", "10:00"},
+      {"EST", "17:00"},
+      {"PDT", "19:00"},
+      {"IST", "06:30"},
+      {"NST", "15:30"},
+      {"+01:00", "11:00"},
+      {"-0530", "17:30"},
+      {"+1", "11:00"},
+      {"+130", "10:30"},
+      {"+14", "22:00"},
+      {"GMT+01:00", "11:00"},
+      {"UTC-3", "15:00"},
+      {"Europe/Berlin", "10:00"},
+      {"America/New_York", "16:00"},
+      {"ET", "16:00"},
+      {"pt", "19:00"},
+      {"Etc/GMT+5", "17:00"},
+      {"+1:00", "11:00"},
+      {"+", ""},
+      {"+12345", ""},
+      {"+1:0", ""},
+      {"GMTx", ""},
+      {"EST5EDT", ""},
+      {"europe/berlin", ""},
+      {"+01:60", ""},
+  };
+  for (const auto &[zone, time] : cases) {
+    const std::string day = zone == "+14" ? "2005-06-30T" : "2005-07-01T";
+    EXPECT_EQ(read("1.7.2005 12:00 " + std::string(zone), u"%d.%m.%Y %H:%M %Z"),
+              time.empty() ? "" : day + std::string(time) + ":00Z")
+        << zone;
+  }
+  // In the hour that is left out the clock is as it was before; of the hour that comes twice the second counts.
+  EXPECT_EQ(read("27.3.2005 02:30 Europe/Berlin", u"%d.%m.%Y %H:%M %Z"), "2005-03-27T01:30:00Z");
+  EXPECT_EQ(read("30.10.2005 02:30 Europe/Berlin", u"%d.%m.%Y %H:%M %Z"), "2005-10-30T01:30:00Z");
+  EXPECT_EQ(read("1.1.0001 12:00 Etc/UTC", u"%d.%m.%Y %H:%M %Z"), "0001-01-01T12:00:00Z");
+}
+
+TEST(NSDateFormatter, WritesByStyleAndLocale) {
+  const NSDate eve = *dateWithCalendarFormat(u"24.12.2006 18:30:05"_ns, u"%d.%m.%Y %H:%M:%S");
+  const auto text = [&](NSDateFormatterStyle date, NSDateFormatterStyle time, const char *locale) {
+    return NSDateFormatter(date, time, locale).stringFromDate(eve).UTF8String();
+  };
+  EXPECT_EQ(text(NSDateFormatterMediumStyle, NSDateFormatterShortStyle, "de"), "24.12.2006, 18:30");
+  EXPECT_EQ(text(NSDateFormatterFullStyle, NSDateFormatterNoStyle, "fr"), "dimanche 24 d\u00e9cembre 2006");
+  EXPECT_EQ(text(NSDateFormatterNoStyle, NSDateFormatterMediumStyle, "en_GB"), "18:30:05");
+  const NSDateFormatter formatter(NSDateFormatterFullStyle, NSDateFormatterFullStyle);
+  EXPECT_FALSE(formatter.stringFromDate(NSDate{std::nan("")}));
+}
+
+}  // namespace
+}  // namespace nimbo
