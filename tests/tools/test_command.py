@@ -143,6 +143,22 @@ class CommandTest(CommandTestCase):
                 self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
         self.assertEqual(self.run_command("text", "-", input=b"<br>").stdout, b"<br>\n")
 
+    def test_dates_are_of_the_zone_of_the_environment(self):
+        self.environment["TZ"] = "Europe/Berlin"
+        cases = {
+            "24.12.2006": "2006-12-23T23:00:00Z",
+            "le 3 juillet 2005 \u00e0 14h30": "2005-07-03T12:30:00Z",
+            "Sun Nov  6 08:49:37 1994": "1994-11-06T07:49:37Z",
+            "2006-12-24T18:30:00.5-05:00": "2006-12-24T23:30:00.5Z",
+        }
+        self.assertEqual(self.answer("date", *cases), list(cases.values()))
+        done = self.run_command("date", "24.12.2006", "Christmas", "")
+        self.assertEqual((done.returncode, json.loads(done.stdout)), (3, ["2006-12-23T23:00:00Z", None, None]))
+        self.assertEqual(done.stderr, b"Unknown date: Christmas\n")
+        done = self.run_command("date", "--plist", "--http", "24.12.2006", "Sun, 06 Nov 1994 08:49:37 GMT")
+        self.assertEqual((done.returncode, done.stderr), (3, b""))
+        self.assertEqual(plistlib.loads(done.stdout), ["", datetime.datetime(1994, 11, 6, 8, 49, 37)])
+
     def test_encodings_of_names_and_pages(self):
         known, unknown = self.answer("charset", "iso_8859-1", "no such name")
         self.assertEqual((known["Encoding"], known["CFStringEncoding"], known["NSStringEncoding"]), ("ISO-8859-1", 0x201, 5))
