@@ -3,9 +3,8 @@
 
 #include <unicode/ucal.h>
 
-#include <algorithm>
 #include <array>
-#include <iterator>
+#include <cstddef>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
@@ -100,26 +99,23 @@ CalendarZone zoneAhead(std::int32_t minutes) {
 /// No clock is further from UTC.
 constexpr std::int32_t kHoursAhead = 14;
 constexpr std::int32_t kHoursBehind = 12;
+constexpr std::size_t kMostDigits = 4;
 
 /// "+1", "+01", "+0130", "+01:30"; nothing for another text.
 std::optional<CalendarZone> zoneOfOffset(std::u16string_view text) {
   const bool isBehind = text[0] == u'-' || text[0] == u'\u2212';
   if (!isBehind && text[0] != u'+') return std::nullopt;
-  std::array<std::int32_t, 4> digits{};
   std::size_t count = 0;
+  std::int32_t number = 0;
   for (std::size_t i = 1; i < text.size(); ++i) {
-    const bool isColon = text[i] == u':' && (i == 2 || i == 3) && count == i - 1 && text.size() == i + 3;
+    const bool isColon = text[i] == u':' && (i == 2 || i == 3) && text.size() == i + 3;
     if (isColon) continue;
-    if (!isASCIIDigit(text[i]) || count == digits.size()) return std::nullopt;
-    digits[count++] = static_cast<std::int32_t>(digitValue(text[i]));
+    if (!isASCIIDigit(text[i]) || ++count > kMostDigits) return std::nullopt;
+    number = number * 10 + static_cast<std::int32_t>(digitValue(text[i]));
   }
   if (count == 0) return std::nullopt;
-  // An odd number of digits lacks the first of the hours.
-  if (count % 2 == 1) {
-    std::ranges::rotate(digits, std::prev(digits.end()));
-    ++count;
-  }
-  const std::int32_t hour = digits[0] * 10 + digits[1], minute = digits[2] * 10 + digits[3];
+  const bool hasMinutes = count > 2;
+  const std::int32_t hour = hasMinutes ? number / 100 : number, minute = hasMinutes ? number % 100 : 0;
   if (hour > (isBehind ? kHoursBehind : kHoursAhead) || minute > 59) return std::nullopt;
   return zoneAhead((isBehind ? -1 : 1) * (hours(hour) + minute));
 }

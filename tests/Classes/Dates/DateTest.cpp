@@ -137,7 +137,7 @@ TEST(Date, TriesTheFormsInTheirOrder) {
   std::mt19937 random(7);
   int dates = 0;
   testing::internal::CaptureStderr();
-  for (int i = 0; i < 20000; ++i) {
+  for (int i = 0; i < 4000; ++i) {
     std::string text;
     for (auto pieces = 1 + random() % 7; pieces > 0; --pieces) text += kPieces[random() % std::size(kPieces)];
     const auto found = date(string(text));
@@ -145,7 +145,7 @@ TEST(Date, TriesTheFormsInTheirOrder) {
     dates += found.has_value();
   }
   testing::internal::GetCapturedStderr();
-  EXPECT_GT(dates, 500);
+  EXPECT_GT(dates, 100);
 }
 
 TEST(DateTimeFormatter, WritesDateAndTime) {
