@@ -2,9 +2,12 @@
 #include "platform/Foundation/NSDateFormatter.hpp"
 
 #include <unicode/udat.h>
+#include <unicode/uloc.h>
 
 #include <array>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <vector>
@@ -12,10 +15,18 @@
 namespace nimbo {
 namespace {
 
-const char *userLocale() {
-  for (const char *name : {"LC_ALL", "LC_TIME", "LANG"})
-    if (const char *value = std::getenv(name); value && value[0]) return value;
-  return "";
+/// ICU's name of the user's locale, without the character set that POSIX adds.
+std::string userLocale() {
+  std::string locale = "C";
+  for (const char *name : {"LANG", "LC_TIME", "LC_ALL"})
+    if (const char *value = std::getenv(name); value && value[0]) locale = value;
+  if (const std::size_t dot = locale.find('.'); dot != locale.npos)
+    locale.erase(dot, locale.find('@', dot) - dot);
+  if (locale == "C" || locale == "POSIX") return "en_US_POSIX";
+  std::array<char, ULOC_FULLNAME_CAPACITY> canonical{};
+  UErrorCode status = U_ZERO_ERROR;
+  uloc_canonicalize(locale.c_str(), canonical.data(), static_cast<std::int32_t>(canonical.size()), &status);
+  return U_SUCCESS(status) ? canonical.data() : "en_US_POSIX";
 }
 
 UDateFormatStyle styleOfICU(NSDateFormatterStyle style) {
@@ -29,7 +40,7 @@ NSDateFormatter::NSDateFormatter(NSDateFormatterStyle dateStyle, NSDateFormatter
                                  const std::string &locale) {
   UErrorCode status = U_ZERO_ERROR;
   format_ = udat_open(styleOfICU(timeStyle), styleOfICU(dateStyle),
-                      locale.empty() ? userLocale() : locale.c_str(), nullptr, 0, nullptr, 0, &status);
+                      (locale.empty() ? userLocale() : locale).c_str(), nullptr, 0, nullptr, 0, &status);
   if (U_FAILURE(status)) throw std::bad_alloc();
 }
 

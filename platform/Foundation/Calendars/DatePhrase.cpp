@@ -140,13 +140,16 @@ class PhraseReader {
     }
     if (!keyword(1, kOClock)) return false;
     at_ += 2;
-    const bool hasMinute =
-        isGluedNumber(0) || (isNumber(0) && !isSign(1, u".") && tokens_[at_ - 1].word.size() > 1);
-    if (hasMinute) {
+    if (isGluedNumber(0) || (isNumber(0) && tokens_[at_ - 1].word.size() > 1 && !isDayAt(0))) {
       time.minute = token()->number;
       ++at_;
     }
     return setTime(time);
+  }
+
+  /// Whether the number there is the day in front of a month.
+  bool isDayAt(std::size_t ahead) const {
+    return isGluedSign(ahead + 1, u"./-") || (token(ahead + 1) && monthNamed(token(ahead + 1)->word));
   }
 
   struct Meridian {
