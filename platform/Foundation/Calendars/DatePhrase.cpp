@@ -24,7 +24,7 @@ constexpr std::int32_t kHoursOfHalfDay = 12;
 constexpr std::size_t kLongestAbbreviation = 5;
 
 /// Reads the tokens of a text from left to right. A `read...` that answers false does not know what stands
-/// there; then the text is no date, unless another one knows.
+/// there; another one may, if it has not moved on, and else the text is no date.
 class PhraseReader {
  public:
   explicit PhraseReader(std::span<const DateToken> tokens) : tokens_(tokens) {}
@@ -102,7 +102,7 @@ class PhraseReader {
   bool readNumber() {
     if (isGluedSign(1, u":")) return readClock();
     if (keyword(1, kPartMark)) return readMarkedPart();
-    if (isNumber(0) && readHour()) return true;
+    if (isNumber(0) && isHour()) return readHour();
     for (const View separator : {u"/", u"-", u"."})
       if (isGluedSign(1, separator) && isGluedNumber(2, kYearDigits)) return readNumericDate(separator);
     if (isSpacedDate()) {
@@ -130,15 +130,19 @@ class PhraseReader {
     return setTimeWithMeridian(time);
   }
 
+  // 18.30 Uhr.
+  bool isHourAndMinute() const { return isGluedSign(1, u".") && isGluedNumber(2) && keyword(3, kOClock); }
+
+  bool isHour() const { return meridianAt(1) || keyword(1, kOClock) || isHourAndMinute(); }
+
   // 3 pm, 18h, 18h30, 18 Uhr 30, 18.30 Uhr.
   bool readHour() {
     TimeOfDay time{token()->number};
     if (meridianAt(1)) return skip(1) && setTimeWithMeridian(time);
-    if (isGluedSign(1, u".") && isGluedNumber(2) && keyword(3, kOClock)) {
+    if (isHourAndMinute()) {
       time.minute = token(2)->number;
       return skip(4) && setTime(time);
     }
-    if (!keyword(1, kOClock)) return false;
     at_ += 2;
     if (isGluedNumber(0) || (isNumber(0) && tokens_[at_ - 1].word.size() > 1 && !isDayAt(0))) {
       time.minute = token()->number;
@@ -253,6 +257,7 @@ class PhraseReader {
   bool readWord() {
     if (at_ == endOfTime_ && readZone()) return true;
     if (readRelative()) return true;
+    if (const auto hour = keyword(0, kTimeOfDay)) return skip(1) && setTime({*hour});
     const std::u16string &word = token()->word;
     if (const auto month = monthNamed(word)) return readMonth(*month);
     if (const auto weekday = weekdayNamed(word)) return readWeekday(*weekday);
@@ -291,7 +296,6 @@ class PhraseReader {
   bool readRelative() {
     if (const auto day = keyword(0, kDay)) return set(fields_.dayOffset, *day) && skip(1);
     if (keyword(0, kNow)) return set(fields_.shift, {0, DateUnit::kSecond}) && skip(1);
-    if (const auto hour = keyword(0, kTimeOfDay)) return skip(1) && setTime({*hour});
     if (const auto modifier = keyword(0, kModifier)) {
       if (const auto unit = unitAt(1)) return set(fields_.shift, {*modifier, *unit}) && skip(2);
       return token(1) && weekdayNamed(token(1)->word) && set(fields_.weekdayDirection, *modifier) && skip(1);

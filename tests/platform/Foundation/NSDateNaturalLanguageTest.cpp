@@ -162,6 +162,8 @@ TEST(NaturalDates, TakeNothingElse) {
                                  "32 March 2005",
                                  "March 3 2005 2006",
                                  "3 March 2005 by",
+                                 "14:00 3 pm",
+                                 "14:00 noon",
                                  "today tomorrow",
                                  "today 3 March",
                                  "1:2:3:4",
