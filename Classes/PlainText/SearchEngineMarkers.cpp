@@ -5,7 +5,7 @@
 
 #include "Classes/Characters/FastSearches.hpp"
 
-namespace nimbo::detail {
+namespace nimbo {
 
 namespace {
 
@@ -33,4 +33,4 @@ void SearchEngineMarkers::followComment(std::u16string_view comment) {
   if (isOn) mask_ |= named;
 }
 
-}  // namespace nimbo::detail
+}  // namespace nimbo

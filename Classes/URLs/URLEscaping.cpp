@@ -10,6 +10,7 @@
 #include "Classes/Characters/AsciiSetKernels.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/URLs/URLEscapes.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {
@@ -48,6 +49,36 @@ constexpr detail::AsciiSet kEscapedStandard = setOf(u" #$%&+/:;=?@");
 constexpr detail::AsciiSet kEscapedASCII =
     detail::AsciiSet::of([](unichar c) { return !isASCIIAlphanumeric(c); });
 
+/// What means the same there without its escape.
+constexpr detail::AsciiSet kDecodedInPath = setOf(u"$&'+:@~"), kDecodedInQuery = setOf(u"$'/:@~");
+
+/// Decodes in place the escapes for which `isDecoded(value, index of the "%")` is true, and answers how many
+/// units are left.
+template <class IsDecoded>
+std::uint32_t decodeEscapes(unichar *units, std::uint32_t length, IsDecoded isDecoded) {
+  if (length < kEscapeLength) return length;
+  const std::uint32_t end = length - (kEscapeLength - 1);
+  std::uint32_t written = 0, read = 0;
+  const auto keep = [&](std::uint32_t count) {
+    if (written != read) std::memmove(units + written, units + read, count * sizeof(unichar));
+    written += count;
+    read += count;
+  };
+  while (read < end) {
+    keep(nextPercent(units, read, end) - read);
+    if (read == end) break;
+    const int value = valueOfEscape(units + read);
+    if (value >= 0 && isDecoded(value, read)) {
+      units[written++] = static_cast<unichar>(value);
+      read += kEscapeLength;
+    } else {
+      keep(1);
+    }
+  }
+  keep(length - read);
+  return written;
+}
+
 /// The index of the first unit of the set from `start` on; `end` when there is none.
 std::uint32_t nextEscaped(const unichar *units, std::uint32_t start, std::uint32_t end,
                           const detail::AsciiSet &set) {
@@ -79,38 +110,32 @@ NSString stringByEscaping(const NSString &string, const detail::AsciiSet &set) {
 }  // namespace
 
 std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, Flag standard) {
-  if (length < kEscapeLength) return length;
-  const std::uint32_t end = length - (kEscapeLength - 1);
   // Whether an escaped "?" is decoded is found out at the first one. Until then no "?" has been decoded, and
   // what has been moved forward still stands somewhere, so that a "?" in the run is one of its own.
   enum class Question { kUnknown, kDecode, kKeep } question = Question::kUnknown;
-  const auto isDecoded = [&](int value) {
-    if (value < 0) return false;
+  return decodeEscapes(units, length, [&](int value, std::uint32_t) {
     if (!standard) return value < 128;
     if (value != '?') return kDecodedStandard.contains(static_cast<unichar>(value));
     if (question == Question::kUnknown)
       question = findUnichar(units, length, u'?') == NSNotFound ? Question::kDecode : Question::kKeep;
     return question == Question::kDecode;
-  };
-  std::uint32_t written = 0, read = 0;
-  const auto keep = [&](std::uint32_t count) {
-    if (written != read) std::memmove(units + written, units + read, count * sizeof(unichar));
-    written += count;
-    read += count;
-  };
-  while (read < end) {
-    keep(nextPercent(units, read, end) - read);
-    if (read == end) break;
-    const int value = valueOfEscape(units + read);
-    if (isDecoded(value)) {
-      units[written++] = static_cast<unichar>(value);
-      read += kEscapeLength;
-    } else {
-      keep(1);
-    }
-  }
-  keep(length - read);
-  return written;
+  });
+}
+
+std::uint32_t convertPercentEscapesPreservingMeaning(unichar *units, std::uint32_t length) {
+  const std::u16string_view url(units, length);
+  const URLStringParts parts = partsOfURLString(url);
+  if (!parts.isHierarchical) return length;
+  // In front of it a ":" would end a scheme.
+  const std::size_t colonStart = parts.schemeLength > 0 || parts.authorityStart < parts.pathStart
+                                     ? 0
+                                     : std::min(url.find_first_of(u"/\\"), url.size());
+  return decodeEscapes(units, length, [&](int value, std::uint32_t place) {
+    const auto unit = static_cast<unichar>(value);
+    if (place < parts.pathStart) return false;
+    if (place >= parts.queryStart) return kDecodedInQuery.contains(unit);
+    return kDecodedInPath.contains(unit) && (unit != u':' || place > colonStart);
+  });
 }
 
 NSString stringByAddingPercentEscapesToURL(const NSString &string, Flag standard) {

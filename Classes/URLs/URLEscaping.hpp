@@ -23,6 +23,14 @@ namespace NIMBO_PUBLIC nimbo {
 ///   "@" and "~"; "?" too when the run has no "?" of its own, so that no second query begins.
 std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, Flag standard);
 
+/// As above, but decodes nothing that would then be read otherwise; the run is a URL.
+///
+/// - In the path: "$", "&", "'", "+", "@" and "~"; ":" too, but in the first component of a relative path, which
+///   would become a scheme.
+/// - In the query and the anchor: "$", "'", "/", ":", "@" and "~".
+/// - Nothing in front of the path, and nothing where a scheme's URLs have no path.
+std::uint32_t convertPercentEscapesPreservingMeaning(unichar *units, std::uint32_t length);
+
 /// Answers the string with units written as escapes, in small digits; always a new string, but for a nil or
 /// empty one and for one that is too long to escape or for which there is no memory, which is answered itself.
 ///

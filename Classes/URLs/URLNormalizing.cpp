@@ -141,7 +141,8 @@ bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor) {
   return length > 0 && detail::findOneOfAsciiSet(units, length, special) == length;
 }
 
-std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out) {
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out,
+                                Flag preservingMeaning) {
   if (isPlainURL(units, length, trimAnchor)) {
     std::copy_n(units, length, out);
     return length;
@@ -158,8 +159,10 @@ std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag
   if (trimAnchor) url = url.substr(0, url.find(u'#'));
   url = trimmedURL(url, false);
   unichar *const start = work + (url.data() - work);
-  return writeEscapedURL(
-      {start, convertPercentEscapesOfURL(start, static_cast<std::uint32_t>(url.size()), true)}, out);
+  const auto urlLength = static_cast<std::uint32_t>(url.size());
+  return writeEscapedURL({start, preservingMeaning ? convertPercentEscapesPreservingMeaning(start, urlLength)
+                                                   : convertPercentEscapesOfURL(start, urlLength, true)},
+                         out);
 }
 
 std::uint32_t cleanURLUnits(const unichar *units, std::uint32_t length, unichar *out) {

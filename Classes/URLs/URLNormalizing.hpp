@@ -37,12 +37,14 @@ bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor);
 /// - Character references are converted (`convertEntities2Characters`, all of them): "&amp;b=1" becomes "&b=1",
 ///   and "&copy=1" the sign and "=1". Then the first two steps apply again, but now a quote ends nothing.
 /// - With `trimAnchor`, the first "#" and what follows is dropped.
-/// - Escapes are converted (`convertPercentEscapesOfURL`, standard).
+/// - Escapes are converted (`convertPercentEscapesOfURL`, standard); with `preservingMeaning` only those that
+///   mean the same as what they stand for (`convertPercentEscapesPreservingMeaning`).
 /// - "\" becomes "/" before the first "?" or "#", in relative URLs and in those of the schemes http,
 ///   https, ftp, ftps, sftp, feed and file.
 /// - What remains of white, control characters, quotes, "<", ">", "\", and of "[" and "]" outside the host, is
 ///   escaped: " " becomes "%20". Units above U+007F stay.
-std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out);
+std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag trimAnchor, unichar *out,
+                                Flag preservingMeaning = false);
 
 /// Cleans as above a URL that is not as markup has it: normalised already, or typed. References, escapes and
 /// the anchor stay, so that a URL which is normalised does not lose another level of them.

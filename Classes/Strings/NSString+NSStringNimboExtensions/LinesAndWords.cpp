@@ -2,6 +2,7 @@
 #include "Classes/Strings/NSString+NSStringNimboExtensions/LinesAndWords.hpp"
 
 #include <algorithm>
+#include <utility>
 
 #include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Strings/LineIteration.hpp"
@@ -91,6 +92,17 @@ bool hasFeedOfLine(const NSString &string) {
 
 NSString feedOfLine(const NSString &string) {
   return substring(string, rangeOfFirstFeed(string));
+}
+
+std::uint32_t numberOfWordsUsingDefaultSeparation(const NSString &string) {
+  const CharacterSetRep &alphaNum = *alphaNumCharacterSetRep();
+  std::uint32_t count = 0;
+  bool isInWord = false;
+  for (const unichar c : string.view()) {
+    const bool wasInWord = std::exchange(isInWord, alphaNum.contains(c));
+    count += isInWord && !wasInWord;
+  }
+  return count;
 }
 
 NSRange getWordRangeAtIndex(const NSString &string, std::uint32_t index) {

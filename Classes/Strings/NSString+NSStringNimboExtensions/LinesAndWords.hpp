@@ -8,6 +8,7 @@
 //     getLinkAtIndex(u"see www.example.org."_ns, 6);  // "www.example.org"
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "platform/Foundation/NSString.hpp"
@@ -27,6 +28,8 @@ bool hasFeedOfLine(const NSString &string);
 /// The first line break, CR LF in one; empty when there is none, nil for nil.
 NSString feedOfLine(const NSString &string);
 
+/// How many runs of units of the alphaNum set there are.
+std::uint32_t numberOfWordsUsingDefaultSeparation(const NSString &string);
 /// The run of units of the alphaNum set around the index.
 NSRange getWordRangeAtIndex(const NSString &string, std::uint32_t index);
 /// The text at `getWordRangeAtIndex`.
