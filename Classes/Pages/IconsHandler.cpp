@@ -41,8 +41,8 @@ bool areThumbsWanted(const IconsContext &context) {
 }
 
 bool areTitlesWanted(const IconsContext &context) {
-  return context.titles && (!context.googleTags ||
-                            (context.markers.areIndexed() && context.markers.areAnchorsIndexed()));
+  return context.titles &&
+         (!context.googleTags || (context.markers.areIndexed() && context.markers.areAnchorsIndexed()));
 }
 
 /// A normalised URL as it is stored; nil when it leads nowhere.
@@ -127,9 +127,8 @@ void addTitleToIconsContext(IconsContext &context, const NSString &title, const 
   if (words == 0) return;
   if (const NSString known = context.titles.objectForKey(link).string()) {
     const auto counted = context.wordsOfTitles.find(link);
-    const std::uint32_t knownWords = counted == context.wordsOfTitles.end()
-                                         ? numberOfWordsUsingDefaultSeparation(known)
-                                         : counted->second;
+    const std::uint32_t knownWords =
+        counted == context.wordsOfTitles.end() ? numberOfWordsUsingDefaultSeparation(known) : counted->second;
     if (!replace || words < knownWords) return;
   }
   context.wordsOfTitles[link] = words;

@@ -68,8 +68,8 @@ bool retrieveMetaAttribute(const TagShape &tag, MetaAttributeContext &context) {
   const TagName name = tag.tagName();
   if (name != TagName::kMeta) return name == TagName::kBody;
   const std::u16string_view value = tag.attribute(context.attributeName);
-  if (value.empty() || (!equalsNoCase(value, context.firstValue.view()) &&
-                        !equalsNoCase(value, context.secondValue.view()))) {
+  if (value.empty() ||
+      (!equalsNoCase(value, context.firstValue.view()) && !equalsNoCase(value, context.secondValue.view()))) {
     return false;
   }
   if (const auto content = readMetaContent(tag); !content.empty()) context.result.join(content);
@@ -106,15 +106,15 @@ std::u16string_view linkOfBaseTag(const TagShape &tag) {
   return isOpeningTag(tag) ? tag.attribute("HREF") : std::u16string_view();
 }
 
-NSString canonicalURLOfLinkTag(const TagShape &tag) {
+NSString canonicalURLOfLinkTag(const TagShape &tag, Flag preservingMeaning) {
   if (!isOpeningTag(tag) || !equalsNoCase(tag.attribute("REL"), "canonical")) return {};
-  NSString url = normalizedStringURL(stringUnlessEmpty(tag.attribute("HREF")));
+  NSString url = normalizedStringURL(stringUnlessEmpty(tag.attribute("HREF")), false, preservingMeaning);
   return url && url.view().front() == u'#' ? NSString() : url;
 }
 
-NSString favIconOfLinkTag(const TagShape &tag) {
+NSString favIconOfLinkTag(const TagShape &tag, Flag preservingMeaning) {
   if (!isOpeningTag(tag) || !findNoCase(tag.attribute("REL"), kIconRelation)) return {};
-  return normalizedRelLink(stringUnlessEmpty(tag.attribute("HREF")));
+  return normalizedRelLink(stringUnlessEmpty(tag.attribute("HREF")), preservingMeaning);
 }
 
 bool isDateMeta(std::u16string_view name, std::u16string_view headerField) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Classes/Markup/TagShape.hpp"
+#include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo::detail {
@@ -17,10 +18,12 @@ inline NSString stringUnlessEmpty(std::u16string_view units) {
 
 /// The link of a "base" tag; empty when it has none, or is an end tag.
 std::u16string_view linkOfBaseTag(const TagShape &tag);
-/// The canonical URL that a "link" tag names, normalised; nil when it names none.
-NSString canonicalURLOfLinkTag(const TagShape &tag);
-/// The icon that a "link" tag names, as `getFavIcon` has it; nil when it names none.
-NSString favIconOfLinkTag(const TagShape &tag);
+/// The canonical URL that a "link" tag names, normalised, with or without its meaning preserved; nil when it
+/// names none.
+NSString canonicalURLOfLinkTag(const TagShape &tag, Flag preservingMeaning = false);
+/// The icon that a "link" tag names, as `getFavIcon` has it, with or without its meaning preserved; nil when it
+/// names none.
+NSString favIconOfLinkTag(const TagShape &tag, Flag preservingMeaning = false);
 /// Whether a meta tag of this name, or for this header field, tells the page's date.
 bool isDateMeta(std::u16string_view name, std::u16string_view headerField);
 /// Whether the tag, of unknown name, is the root of a feed.

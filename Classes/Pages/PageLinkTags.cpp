@@ -23,18 +23,6 @@ NSString linkWithRelation(const TagShape &tag, std::initializer_list<std::string
   return {};
 }
 
-/// The sheet that the first "@import" of an element names in double quotes.
-NSString importOfElement(std::u16string_view element, Flag preservingMeaning) {
-  const unichar *const import = findNoCase(element, kImport);
-  if (!import) return {};
-  element.remove_prefix(static_cast<std::size_t>(import - element.data()));
-  const std::size_t open = element.find(u'"');
-  const std::size_t close = open == element.npos ? open : element.find(u'"', open + 1);
-  if (close == element.npos) return {};
-  return normalizedStringURL(stringUnlessEmpty(element.substr(open + 1, close - open - 1)), false,
-                             preservingMeaning);
-}
-
 }  // namespace
 
 NSString URLOfTag(const TagShape &tag, std::string_view attribute, Flag preservingMeaning) {
@@ -56,6 +44,17 @@ NSString imageOfTag(const TagShape &tag, TagName name, Flag preservingMeaning) {
     default:
       return {};
   }
+}
+
+NSString importOfElement(std::u16string_view element, Flag preservingMeaning) {
+  const unichar *const import = findNoCase(element, kImport);
+  if (!import) return {};
+  element.remove_prefix(static_cast<std::size_t>(import - element.data()));
+  const std::size_t open = element.find(u'"');
+  const std::size_t close = open == element.npos ? open : element.find(u'"', open + 1);
+  if (close == element.npos) return {};
+  return normalizedStringURL(stringUnlessEmpty(element.substr(open + 1, close - open - 1)), false,
+                             preservingMeaning);
 }
 
 NSString sheetOrScriptOfTag(const TagShape &tag, TagName name, Flag preservingMeaning) {

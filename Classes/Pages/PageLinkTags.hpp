@@ -19,6 +19,8 @@ NSString URLOfTag(const TagShape &tag, std::string_view attribute, Flag preservi
 bool isNoFollowTag(const TagShape &tag);
 /// The image that an opening tag shows, or refers to as an icon.
 NSString imageOfTag(const TagShape &tag, TagName name, Flag preservingMeaning);
+/// The sheet that the first "@import" in a raw-text element names in double quotes.
+NSString importOfElement(std::u16string_view element, Flag preservingMeaning);
 /// The style sheet or script that an opening tag refers to. The "SRC" of a raw-text element may stand anywhere
 /// in it.
 NSString sheetOrScriptOfTag(const TagShape &tag, TagName name, Flag preservingMeaning);

@@ -25,7 +25,8 @@ std::uint32_t convertPercentEscapesOfURL(unichar *units, std::uint32_t length, F
 
 /// As above, but decodes nothing that would then be read otherwise; the run is a URL.
 ///
-/// - In the path: "$", "&", "'", "+", "@" and "~"; ":" too, but in the first component of a relative path, which
+/// - In the path: "$", "&", "'", "+", "@" and "~"; ":" too, but in the first component of a relative path,
+/// which
 ///   would become a scheme.
 /// - In the query and the anchor: "$", "'", "/", ":", "@" and "~".
 /// - Nothing in front of the path, and nothing where a scheme's URLs have no path.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/PageContents.hpp"
 #include "platform/Foundation/id.hpp"
 #include "tests/Classes/Pages/PlainPages.hpp"
 #include "tests/support/StringSamples.hpp"
@@ -59,17 +60,18 @@ TEST(PageFacts, TheFirstBaseDecides) {
 }
 
 TEST(PageFacts, LinkTagsNameTheCanonicalURLAndTheIcon) {
-  expectEach({{u"<link rel=Canonical href='/a b'/><link rel=canonical href=c>", "/a%20b"},
-              {u"<link rel='canonical x' href=a><link rel=canonical href='#b'><link rel=canonical href=c>", "c"},
-              {u"<link rel=canonical><body><link rel=canonical href=a>", nullptr}},
-             htmlCanonicalURL);
-  expectEach({{u"<link rel=icon href=/a.ico>", nullptr},
-              {u"<link rel='SHORTCUT ICON' href=a.ico>", "/a.ico"},
-              {u"<link rel='x shortcut icons' href=../a.ico>", "../a.ico"},
-              {u"<body><link rel='shortcut icon'><link rel='shortcut icon' href=http://e.org/a>",
-               "http://e.org/a"},
-              {u"</link rel='shortcut icon' href=a>", nullptr}},
-             htmlFavIcon);
+  expectEach(
+      {{u"<link rel=Canonical href='/a b'/><link rel=canonical href=c>", "/a%20b"},
+       {u"<link rel='canonical x' href=a><link rel=canonical href='#b'><link rel=canonical href=c>", "c"},
+       {u"<link rel=canonical><body><link rel=canonical href=a>", nullptr}},
+      htmlCanonicalURL);
+  expectEach(
+      {{u"<link rel=icon href=/a.ico>", nullptr},
+       {u"<link rel='SHORTCUT ICON' href=a.ico>", "/a.ico"},
+       {u"<link rel='x shortcut icons' href=../a.ico>", "../a.ico"},
+       {u"<body><link rel='shortcut icon'><link rel='shortcut icon' href=http://e.org/a>", "http://e.org/a"},
+       {u"</link rel='shortcut icon' href=a>", nullptr}},
+      htmlFavIcon);
   constexpr std::u16string_view kTag = u"x<link rel='shortcut icon' href=a>";
   EXPECT_EQ(getFavIcon(kTag.data(), 2, 4, 1, static_cast<std::uint32_t>(kTag.size()) - 1), u"/a"_ns);
   EXPECT_FALSE(getFavIcon(kTag.data(), NSNotFound, 0, 1, static_cast<std::uint32_t>(kTag.size()) - 1));
@@ -84,9 +86,10 @@ TEST(PageFacts, MetaTagsOfOneNameAreJoined) {
               {u"<meta name=description content='a > b'>", "a"},
               {u"<meta name=\"a'b\" name=description content=c>", nullptr}},
              [](const NSString &page) { return htmlMetaDescription(page); });
-  const NSString page = u"<meta http-equiv=Refresh content='5; url=a'><meta name=author content=b>"
-                        u"<meta name=dc.rights content=c><meta name=INDEXTITLE content=d>"
-                        u"<meta name=date content=e><meta name=title content=f><meta name=x content=g>"_ns;
+  const NSString page =
+      u"<meta http-equiv=Refresh content='5; url=a'><meta name=author content=b>"
+      u"<meta name=dc.rights content=c><meta name=INDEXTITLE content=d>"
+      u"<meta name=date content=e><meta name=title content=f><meta name=x content=g>"_ns;
   EXPECT_EQ(htmlMetaRefresh(page), u"5; url=a"_ns);
   EXPECT_EQ(htmlMetaHTTPEquiv(page, u"REFRESH"_ns), u"5; url=a"_ns);
   EXPECT_EQ(htmlMetaAuthor(page), u"b"_ns);
@@ -109,8 +112,9 @@ TEST(PageFacts, TheDateIsTheFirstOfThreeKinds) {
 }
 
 TEST(PageFacts, AllMetaAttributesStandUnderTheirNames) {
-  const NSString page = u"<meta name=\u00c4 content='&lt;b&gt;a&lt;/b&gt;'><meta name=k content='b\n c&amp;'>"
-                        u"<meta content=x><meta name=K content=d><body><meta name=e content=f>"_ns;
+  const NSString page =
+      u"<meta name=\u00c4 content='&lt;b&gt;a&lt;/b&gt;'><meta name=k content='b\n c&amp;'>"
+      u"<meta content=x><meta name=K content=d><body><meta name=e content=f>"_ns;
   const NSDictionary raw = {{u"\u00e4"_ns, u"&lt;b&gt;a&lt;/b&gt;"_ns}, {u"k"_ns, u"b\n c&amp; d"_ns}};
   EXPECT_EQ(htmlMetaAttributes(page), raw);
   const NSDictionary converted = {{u"\u00e4"_ns, u"a"_ns}, {u"k"_ns, u"b c& d"_ns}};
@@ -120,10 +124,11 @@ TEST(PageFacts, AllMetaAttributesStandUnderTheirNames) {
 
 TEST(PageFacts, TheDublinCoreIsIndexedFirst) {
   NSString keywords, description, title, indexTitle = u"old"_ns;
-  htmlMetaKeywords(u"<meta name=keywords content=a><title>b</title><body><meta name=title content=c>"
-                   u"<meta name=keywords content=d><meta name=description content=e>"
-                   u"<meta name=dc.description content=f><meta name=dc.description content=g>"_ns,
-                   &keywords, &description, &title, &indexTitle);
+  htmlMetaKeywords(
+      u"<meta name=keywords content=a><title>b</title><body><meta name=title content=c>"
+      u"<meta name=keywords content=d><meta name=description content=e>"
+      u"<meta name=dc.description content=f><meta name=dc.description content=g>"_ns,
+      &keywords, &description, &title, &indexTitle);
   EXPECT_EQ(keywords, u"a d"_ns);
   EXPECT_EQ(description, u"f g"_ns);
   EXPECT_EQ(title, u"b"_ns);
@@ -159,13 +164,13 @@ constexpr std::u16string_view kPieces[] = {
     u"<link rel=canonical href=/c>", u"<link rel=Canonical href='#'>", u"<link rel='Shortcut Icon' href=i>",
     u"<link rel=icon href=./i>", u"<link rel=stylesheet href=s.css>", u"</link rel=script href=t>",
     u"<meta name=", u"<meta http-equiv=", u"description", u"dc.description", u"keywords", u"title", u"date",
-    u"last-modified", u"refresh", u"robots", u"revisit-after", u"IndexTitle", u"dc.title", u" content=",
+    u"last-modified", u"refresh", u"author", u"dc.rights", u"robots", u"revisit-after", u"IndexTitle", u"dc.title", u" content=",
     u" content='a <b>c</b>'>", u" content=\"x\">", u" content='y <'>", u" content = z >", u"'", u"\"", u">", u"<",
     u" ", u"<meta ", u"</meta name=date content=n>", u"<a href=u.html>", u"<a href='v w' rel=nofollow>",
     u"<A HREF=feed:x>", u"<a name=x>", u"</a>", u"<area href=r/>", u"<a href=javascript:x>", u"<img src=p.png>",
     u"<frame src=f>", u"<iframe src='f&amp;g'/>", u"<rss>", u"<RDF:RDF>", u"<feed x>", u"<script src=s.js>",
     u"<script>x.src='q'", u"</script>", u"<style>@IMPORT \"i.css\"", u"</style>", u"<style>@import url(x);",
-    u"<embed href=e>", u"<object data=d HREF=o>", u"<!--", u"-->", u"<a", u"\u00df\u0130",
+    u"<embed href=e>", u"<object data=d HREF=o>", u"<!--", u"-->", u"<a", u"\u00df",
     // clang-format on
 };
 
@@ -205,8 +210,9 @@ void expectSame(const NSString &page) {
     }
   NSString icon, robots;
   bool isFeed = true;
-  EXPECT_EQ(set(htmlLinksAndFramesSet(page, nullptr, &base, &icon, nullptr, nullptr, &robots, nullptr, &isFeed)),
-            plain.frames(true));
+  EXPECT_EQ(
+      set(htmlLinksAndFramesSet(page, nullptr, &base, &icon, nullptr, nullptr, &robots, nullptr, &isFeed)),
+      plain.frames(true));
   EXPECT_EQ(base, plain.base(true));
   EXPECT_EQ(text(icon), plain.favIcon(true));
   EXPECT_EQ(text(robots), plain.robots());
@@ -215,6 +221,47 @@ void expectSame(const NSString &page) {
   EXPECT_EQ(set(htmlImages(page)), plain.images());
   EXPECT_EQ(set(htmlStylesheetsAndScripts(page)), plain.sheets());
   EXPECT_EQ(set(htmlEmbeddedObjects(page)), plain.objects());
+}
+
+PlainPage::Strings linksOfKind(const PageContents &contents, PageLinkKind kind) {
+  PlainPage::Strings result;
+  for (const PageLink &link : contents.links)
+    if (link.kind == kind) result.emplace(link.URL.view());
+  return result;
+}
+
+/// All in one pass is what the functions tell one by one.
+void expectSameContents(const NSString &page) {
+  const PageContents contents = contentsOfPage(page);
+  const PageFacts &facts = contents.facts;
+  EXPECT_EQ(facts.title, htmlTitle(page));
+  EXPECT_EQ(facts.normalizedTitle, normalizedHtmlTitle(page));
+  EXPECT_EQ(facts.baseURL, htmlBaseURL(page));
+  EXPECT_EQ(facts.canonicalURL, htmlCanonicalURL(page));
+  EXPECT_EQ(facts.date, htmlDate(page));
+  EXPECT_EQ(facts.favIcon, htmlFavIcon(page));
+  EXPECT_EQ(facts.author, htmlMetaAuthor(page));
+  EXPECT_EQ(facts.copyright, htmlMetaCopyright(page));
+  EXPECT_EQ(facts.refresh, htmlMetaRefresh(page));
+  EXPECT_EQ(facts.metaAttributes, htmlMetaAttributesByConvertingEntitiesToCharacters(page));
+  NSString keywords, description, title, indexTitle, robots, revisit;
+  htmlMetaKeywords(page, &keywords, &description, &title, &indexTitle);
+  EXPECT_EQ(facts.indexedKeywords, keywords);
+  EXPECT_EQ(facts.indexedDescription, description);
+  EXPECT_EQ(facts.indexedTitle, title);
+  EXPECT_EQ(facts.indexTitle, indexTitle);
+  NSURL base;
+  bool isFeed = false;
+  htmlFramesSet(page, nullptr, &base, nullptr, nullptr, nullptr, &robots, &revisit, &isFeed);
+  EXPECT_EQ(facts.robots ? facts.robots : NSString::string(), robots);
+  EXPECT_EQ(facts.revisit, revisit);
+  EXPECT_EQ(facts.isFeed, isFeed);
+  EXPECT_EQ(contents.linksBaseURL, base);
+  const PlainPage plain(page.view());
+  EXPECT_EQ(linksOfKind(contents, PageLinkKind::kLink), plain.links(u"", false, false));
+  EXPECT_EQ(linksOfKind(contents, PageLinkKind::kFrame), plain.frames(false));
+  EXPECT_EQ(linksOfKind(contents, PageLinkKind::kImage), plain.images());
+  EXPECT_EQ(linksOfKind(contents, PageLinkKind::kObject), plain.objects());
 }
 
 TEST(PageFacts, OfRandomPagesAreThoseOfThePlainTwin) {
@@ -227,6 +274,7 @@ TEST(PageFacts, OfRandomPagesAreThoseOfThePlainTwin) {
     for (std::size_t left = count(random); left > 0; --left) page += kPieces[piece(random)];
     SCOPED_TRACE(NSString::stringWithCharacters(page).UTF8String());
     expectSame(exactString(page));
+    expectSameContents(exactString(page));
   }
   EXPECT_NE(testing::internal::GetCapturedStderr().find("Invalid base: #a\n"), std::string::npos);
 }

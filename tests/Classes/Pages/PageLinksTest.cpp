@@ -7,6 +7,7 @@
 #include "Classes/Pages/IconsHandler.hpp"
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "Classes/Pages/NSString+HtmlLinkThumbsAndTitles.hpp"
+#include "Classes/Pages/PageContents.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/id.hpp"
 #include "tests/support/StringSamples.hpp"
@@ -35,14 +36,16 @@ TEST(PageLinks, AreGatheredOnce) {
                "javascript:x feed:y z.rss AppleScript:w"},
               {u"", ""}},
              links);
-  expectEach({{u"<a href=' JavaScript:x'><a href=feed:y><a href=z.rss><area href=AppleScript:w><a href=v>", "v"}},
-             [](const NSString &page) { return filteredHtmlLinksBaseURL(page, nullptr); });
+  expectEach(
+      {{u"<a href=' JavaScript:x'><a href=feed:y><a href=z.rss><area href=AppleScript:w><a href=v>", "v"}},
+      [](const NSString &page) { return filteredHtmlLinksBaseURL(page, nullptr); });
   EXPECT_TRUE(links(NSString()).empty());
 }
 
 TEST(PageLinks, MayBeForbiddenToFollow) {
-  expectEach({{u"<a href=a rel=NOFOLLOW><a href=b rel='x nofollow'><a href=c rel=nofollo><a href=d rel=x>", "c d"}},
-             [](const NSString &page) { return htmlLinksContaining(page, NSString::string(), true, nullptr); });
+  expectEach(
+      {{u"<a href=a rel=NOFOLLOW><a href=b rel='x nofollow'><a href=c rel=nofollo><a href=d rel=x>", "c d"}},
+      [](const NSString &page) { return htmlLinksContaining(page, NSString::string(), true, nullptr); });
 }
 
 TEST(PageLinks, MayHaveToContainAText) {
@@ -70,11 +73,12 @@ TEST(PageLinks, OfImagesSheetsAndObjects) {
                u"<link rel=image_src href=./e><table background=f><link rel=ico href=g>",
                "a c /d ./e"}},
              htmlImages);
-  expectEach({{u"<script src=a.js></script><style>@import url(b);</style><STYLE>@Import \"c d\"; @import \"e\"</STYLE>"
-               u"<style>@import 'f'</style><link rel='alternate StyleSheet' href=g><link rel=feed href=h>",
-               "a.js c%20d /g"},
-              {u"<script>x.src='a'; @import \"b\"</script><style>@import \"c</style>", "a"}},
-             htmlStylesheetsAndScripts);
+  expectEach(
+      {{u"<script src=a.js></script><style>@import url(b);</style><STYLE>@Import \"c d\"; @import \"e\"</STYLE>"
+        u"<style>@import 'f'</style><link rel='alternate StyleSheet' href=g><link rel=feed href=h>",
+        "a.js c%20d /g"},
+       {u"<script>x.src='a'; @import \"b\"</script><style>@import \"c</style>", "a"}},
+      htmlStylesheetsAndScripts);
   expectEach({{u"<embed src=a><embed href=b><object data=c><object href=d></object href=e>", "b d"}},
              htmlEmbeddedObjects);
 }
@@ -103,6 +107,27 @@ TEST(PageLinks, FramesComeWithFacts) {
   EXPECT_TRUE(ask(u"<html><rss>"_ns).empty());
   EXPECT_FALSE(icon || title || refresh || revisit || isFeed);
   EXPECT_EQ(robots, NSString::string());
+}
+
+TEST(PageContents, TellTextAndPlaceOfEachLink) {
+  constexpr std::u16string_view kPage =
+      u"<a href=a>A &amp;\n<b>b</b><a href=a rel=nofollow><img src=i alt='An image'></a><area href=c alt=C>"
+      u"<script data-x='>' src=s>x.src='t'</script><script>x.src='u'</script>"
+      u"<style>x.src='v'; @import \"w\"</style><a href='/?u=%26'> </a>";
+  const PageContents contents =
+      contentsOfPage(exactString(kPage), {.preservingMeaning = true, .withTexts = true});
+  std::vector<std::string> links;
+  for (const PageLink &link : contents.links) {
+    EXPECT_EQ(kPage[link.place.location], u'<');
+    EXPECT_EQ(kPage[link.place.location + link.place.length - 1], u'>');
+    links.push_back(std::to_string(static_cast<int>(link.kind)) + " " + link.URL.UTF8String() + " " +
+                    (link.text ? link.text.UTF8String() : "-") + (link.isNoFollow ? " nofollow" : ""));
+  }
+  EXPECT_EQ(links, (std::vector<std::string>{"0 a A & b", "0 a An image nofollow", "2 i An image", "0 c C",
+                                             "3 s -", "3 w -", "0 /?u=%26 -"}));
+  for (const PageLink &link : contentsOfPage(exactString(kPage)).links) EXPECT_FALSE(link.text);
+  EXPECT_TRUE(contentsOfPage(NSString()).links.empty());
+  EXPECT_EQ(contentsOfPage(NSString()).facts.title, NSString::string());
 }
 
 TEST(PageLinks, ScriptsOpenLinks) {
@@ -140,9 +165,10 @@ TEST(LinkThumbsAndTitles, AreThoseOfTheLinks) {
 }
 
 TEST(LinkThumbsAndTitles, AreHiddenFromSearchEngines) {
-  const NSString page = u"<a href=a><!--googleoff: anchor-->x<!--googleon: anchor--> y</a>"
-                        u"<!--GOOGLEOFF: INDEX--><a href=b title=z>z<img src=b.png></a><!--googleon: all-->"
-                        u"<a href=c>c<!--googleoff: snippet-->d<img src=c.png></a>"_ns;
+  const NSString page =
+      u"<a href=a><!--googleoff: anchor-->x<!--googleon: anchor--> y</a>"
+      u"<!--GOOGLEOFF: INDEX--><a href=b title=z>z<img src=b.png></a><!--googleon: all-->"
+      u"<a href=c>c<!--googleoff: snippet-->d<img src=c.png></a>"_ns;
   NSDictionary thumbs, titles;
   getLinkThumbs(page, &thumbs, &titles, NSURL(), true);
   EXPECT_EQ(thumbs, (NSDictionary{{u"c"_ns, u"c.png"_ns}}));

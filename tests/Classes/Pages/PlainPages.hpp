@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "Classes/Pages/PageFactHandlers.hpp"
-#include "Classes/Markup/NSString+XmlExtensions.hpp"
 #include "tests/Classes/Markup/PlainTagScanner.hpp"
 
 namespace nimbo {
@@ -83,7 +83,8 @@ class PlainPage {
       if (tag.name == u"BODY") break;
       const std::u16string value = upper(tag.value(attribute));
       if (tag.name != u"META" || value.empty() || (value != upper(first) && value != upper(second))) continue;
-      if (const auto content = tag.content(); !content.empty()) result += (result.empty() ? u"" : u" ") + content;
+      if (const auto content = tag.content(); !content.empty())
+        result += (result.empty() ? u"" : u" ") + content;
     }
     return result;
   }

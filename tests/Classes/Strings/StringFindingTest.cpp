@@ -162,6 +162,9 @@ TEST(Words, StandAroundTheIndex) {
     EXPECT_EQ(getWordRangeAtIndex(string, index), kNowhere);
     EXPECT_EQ(getWordAtIndex(string, index), u""_ns);
   }
+  EXPECT_EQ(numberOfWordsUsingDefaultSeparation(string), 2u);
+  EXPECT_EQ(numberOfWordsUsingDefaultSeparation(u" - "_ns) + numberOfWordsUsingDefaultSeparation(NSString()),
+            0u);
   EXPECT_EQ(firstWord(u"hello world"_ns), u"hello"_ns);
   EXPECT_EQ(firstWord(u" hello"_ns), u""_ns);
   EXPECT_EQ(lastWord(u"hello world"_ns), u""_ns);

@@ -261,6 +261,17 @@ TEST(URLNormalizing, StaysInsideItsBuffers) {
   }
 }
 
+TEST(URLNormalizing, MayPreserveMeaning) {
+  checkChanges([](const NSString &url) { return normalizedStringURL(url, false, true); },
+               {{u"http://h/%2f%26%3A%3b?u=http%3A%2F%2Fe.org%2F%3Fa%3D1%26b%3D2&amp;c=%2B%25%7e#%2f%3D",
+                 u"http://h/%2f&:%3b?u=http://e.org/%3Fa%3D1%26b%3D2&c=%2B%25~#/%3D"},
+                {u"http://a%40b%3A1/%40", u"http://a%40b%3A1/@"},
+                {u"a%3Ab/c%3A", u"a%3Ab/c:"},
+                {u"//h/a%3a", u"//h/a:"},
+                {u"a%3Fb c", u"a%3Fb%20c"},
+                {u"mailto:a%40b?c=%26", u"mailto:a%40b?c=%26"}});
+}
+
 TEST(URLNormalizing, PutsASlashBeforeNames) {
   checkChanges(normalizedRelLink, {{u"favicon.ico", u"/favicon.ico"},
                                    {u"./a", u"./a"},
