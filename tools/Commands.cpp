@@ -11,6 +11,7 @@
 #include "tools/HelperCommands.hpp"
 #include "tools/LocationCommands.hpp"
 #include "tools/MarkupCommands.hpp"
+#include "tools/PageCommands.hpp"
 #include "tools/PictureCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
 #include "tools/ResourceForkCommands.hpp"
@@ -21,26 +22,33 @@
 namespace nimbo {
 
 const std::vector<Command> &allCommands() {
-  static const std::vector<Command> commands = [] {
-    std::vector<Command> all;
-    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
-                             &plainTextCommands(), &markupCommands(), &entityCommands(), &charsetCommands(),
-                             &urlCommands(), &locationCommands(), &resourceForkCommands(), &helpCommands()})
-      for (const auto *more :
-           {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
-            &markupCommands(), &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
-            &locationCommands(), &resourceForkCommands(), &helpCommands()})
-        all.insert(all.end(), more->begin(), more->end());
-    return all;
+  static const std::vector<Command> commands =
+      [] {
+        std::vector<Command> all;
+    for (const auto *more : {
+      &helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(), &plainTextCommands(),
+          &markupCommands(), &entityCommands(), &charsetCommands(),
+          for (const auto *more :
+               {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
+                &markupCommands(), &pageCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
+                &locationCommands(), &resourceForkCommands(),
+                &helpCommands()}) for (const auto *more :
+                                       {&helperCommands(), &webArchiveCommands(), &richTextCommands(),
+                                        &plainTextCommands(), &markupCommands(), &entityCommands(),
+                                        &charsetCommands(), &urlCommands(), &dateCommands(),
+                                        &locationCommands(), &resourceForkCommands(), &helpCommands()})
+              all.insert(all.end(), more->begin(), more->end());
+      return all;
   }();
   return commands;
-}
+      }
 
-const Command &commandNamed(const std::string &name) {
-  const auto found =
-      std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
-  if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
-  return *found;
-}
+      const Command &
+      commandNamed(const std::string &name) {
+    const auto found =
+        std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
+    if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
+    return *found;
+  }
 
 }  // namespace nimbo

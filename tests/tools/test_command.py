@@ -125,6 +125,28 @@ class CommandTest(CommandTestCase):
         many = self.answer("tags", "-", input=b"<p>\n" * 10000)
         self.assertEqual((len(many), many[9999]["tag"]), (10001, [39996, 3]))
 
+    def test_facts_and_links_of_pages(self):
+        page = (b"<meta charset=windows-1252><title> caf\xe9 &amp; </title><base href=http://a.org/><meta name=Author content='B &amp; C'>"
+                b"<link rel=canonical href='/?u=%26'><body><a href='?u=%2f%26'>An <b>&amp;</b></a><a href=x.rss>feed</a>"
+                b"<a href='?u=%2f%26' rel=nofollow><img src='a b.png' alt=image></a><script src=s.js></script><embed href=e><frame src=f>")
+        self.file("page.html", page)
+        facts = {"Title": " caf\u00e9 &amp; ", "NormalizedTitle": "caf\u00e9 &", "BaseURL": "http://a.org/",
+                 "CanonicalURL": "/?u=%26", "Author": "B &amp; C", "IndexedTitle": " caf\u00e9 &amp; ", "Feed": False,
+                 "MetaAttributes": {"author": "B & C"}}
+        self.assertEqual(self.answer("page", "page.html"), facts)
+        links = {"BaseURL": "http://a.org/", "Links": ["?u=/%26", "x.rss"], "Frames": ["f"], "Images": ["a%20b.png"],
+                 "StylesheetsAndScripts": ["s.js"], "EmbeddedObjects": ["e"]}
+        self.assertEqual(self.answer("links", "-", input=page), links)
+        cases = [(["?u=/%26"], "--filtered"), (["?u=/%26"], "--containing", "An &"), (["?u=/%26"], "--nofollow", "--filtered"),
+                 (["x.rss"], "--containing", "feed"), ([], "--containing", "image", "--nofollow")]
+        for expected, *options in cases:
+            self.assertEqual(self.answer("links", *options, "page.html")["Links"], expected, options)
+        found = self.answer("links", "--details", "page.html")["Links"]
+        self.assertEqual([(link["URL"], link["Text"], link.get("NoFollow")) for link in found],
+                         [("?u=/%26", "An &", None), ("x.rss", "feed", None), ("?u=/%26", "image", True)])
+        location, length = found[1]["Tag"]
+        self.assertEqual(page[location:location + length], b"<a href=x.rss>")
+
     def test_text_of_pages(self):
         page = ("<meta charset=windows-1252><title>T</title><body>caf\u00e9<br>a\n> b<b style='display:none'>junk</b>"
                 "<!--googleoff: all-->hidden")

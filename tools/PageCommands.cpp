@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/PageCommands.hpp"
+
+#include <iterator>
+#include <unordered_set>
+
+#include "Classes/Characters/FastSearches.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions+PageLinks.hpp"
+#include "Classes/Pages/PageContents.hpp"
+#include "platform/Foundation/NSArray.hpp"
+#include "platform/Foundation/NSDictionary.hpp"
+#include "platform/Foundation/id.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/InputText.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+struct LinksOptions : CommonOptions {
+  std::optional<std::string> containing;
+  bool noFollow = false;
+  bool filtered = false;
+  bool details = false;
+};
+
+int runPage(const CommonOptions &options, const Operands &operands) {
+  const NSString page = textOfInput(operands.front(), options.timeoutSeconds);
+  const PageFacts facts = contentsOfPage(page, {.preservingMeaning = true}).facts;
+  writeResult(NSDictionary{{u"Title"_ns, facts.title},
+                           {u"NormalizedTitle"_ns, facts.normalizedTitle},
+                           {u"BaseURL"_ns, facts.baseURL.absoluteString()},
+                           {u"CanonicalURL"_ns, facts.canonicalURL},
+                           {u"Date"_ns, facts.date},
+                           {u"FavIcon"_ns, facts.favIcon},
+                           {u"IndexedTitle"_ns, facts.indexedTitle},
+                           {u"IndexTitle"_ns, facts.indexTitle},
+                           {u"Keywords"_ns, facts.indexedKeywords},
+                           {u"Description"_ns, facts.indexedDescription},
+                           {u"Author"_ns, facts.author},
+                           {u"Copyright"_ns, facts.copyright},
+                           {u"Refresh"_ns, facts.refresh},
+                           {u"Robots"_ns, facts.robots},
+                           {u"RevisitAfter"_ns, facts.revisit},
+                           {u"Feed"_ns, facts.isFeed},
+                           {u"MetaAttributes"_ns, facts.metaAttributes}},
+              options);
+  return kExitAnswered;
+}
+
+/// Where the links of each kind stand in the result, in the order of `PageLinkKind`.
+const NSString &nameOfKind(PageLinkKind kind) {
+  static const NSString names[] = {u"Links"_ns, u"Frames"_ns, u"Images"_ns, u"StylesheetsAndScripts"_ns,
+                                   u"EmbeddedObjects"_ns};
+  return names[static_cast<std::size_t>(kind)];
+}
+
+bool isWanted(const PageLink &link, const LinksOptions &options, const NSString &containing) {
+  if (link.kind != PageLinkKind::kLink) return true;
+  if ((options.noFollow && link.isNoFollow) || (options.filtered && filterLink(link.URL))) return false;
+  return containing.length() == 0 || fastContainsUnichars(link.text.characters(), link.text.length(),
+                                                          containing.characters(), containing.length());
+}
+
+NSDictionary detailsOf(const PageLink &link) {
+  NSDictionary details = {{u"URL"_ns, link.URL},
+                          {u"Text"_ns, link.text},
+                          {u"Tag"_ns, NSArray{link.place.location, link.place.length}}};
+  if (link.isNoFollow) details.setObject(true, u"NoFollow"_ns);
+  return details;
+}
+
+int runLinks(const LinksOptions &options, const Operands &operands) {
+  const NSString page = textOfInput(operands.front(), options.timeoutSeconds);
+  const NSString containing =
+      options.containing ? NSString::stringWithLossyUTF8String(*options.containing) : NSString();
+  const PageContents contents = contentsOfPage(
+      page, {.preservingMeaning = true, .withTexts = options.details || containing.length() > 0});
+  std::vector<NSArray> links(static_cast<std::size_t>(PageLinkKind::kObject) + 1, NSArray::array());
+  std::vector<std::unordered_set<NSString, NSStringHash>> known(links.size());
+  for (const PageLink &link : contents.links) {
+    const auto kind = static_cast<std::size_t>(link.kind);
+    if (!isWanted(link, options, containing)) continue;
+    if (options.details)
+      links[kind].addObject(detailsOf(link));
+    else if (known[kind].insert(link.URL).second)
+      links[kind].addObject(link.URL);
+  }
+  NSDictionary result = {{u"BaseURL"_ns, contents.linksBaseURL.absoluteString()}};
+  for (std::size_t kind = 0; kind < links.size(); ++kind)
+    result.setObject(links[kind], nameOfKind(static_cast<PageLinkKind>(kind)));
+  writeResult(result, options);
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &pageCommands() {
+  static const std::vector<Command> commands = {
+      {{.name = "page",
+        .operands = "FILE",
+        .summary = "what a page says about itself",
+        .description = R"(
+Prints an object with the page's title, its base and canonical URL, its date, icon, keywords,
+description, author and so on, as they are written; "MetaAttributes" has all its meta tags by their
+names, cleaned. What the page does not say is left out. FILE "-" is standard input.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
+       runPage},
+      {{.name = "links",
+        .operands = "FILE",
+        .summary = "what a page refers to",
+        .description = R"(
+Prints an object with the page's links, frames, images, style sheets and scripts, and embedded
+objects, each URL once, cleaned and not resolved, and the base URL that they count from. The options
+but the last are for the links. FILE "-" is standard input.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
+       runLinks,
+       {{"containing", &LinksOptions::containing, "TEXT", "those whose text contains this"},
+        {"nofollow", &LinksOptions::noFollow, nullptr, "none that the page forbids to follow"},
+        {"filtered", &LinksOptions::filtered, nullptr, "none to feeds and scripts"},
+        {"details", &LinksOptions::details, nullptr, "every place of a URL, with its tag and text"}}},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
