@@ -75,8 +75,9 @@ int runLinks(const LinksOptions &options, const Operands &operands) {
   const NSString page = textOfInput(operands.front(), options.timeoutSeconds);
   const NSString containing =
       options.containing ? NSString::stringWithLossyUTF8String(*options.containing) : NSString();
-  const PageContents contents = contentsOfPage(
-      page, {.preservingMeaning = true, .withTexts = options.details || containing.length() > 0});
+  const PageContents contents =
+      contentsOfPage(page, {.preservingMeaning = true,
+                            .withDetails = options.details || options.noFollow || containing.length() > 0});
   std::vector<NSArray> links(static_cast<std::size_t>(PageLinkKind::kObject) + 1, NSArray::array());
   std::vector<std::unordered_set<NSString, NSStringHash>> known(links.size());
   for (const PageLink &link : contents.links) {

@@ -8,6 +8,7 @@
 
 #include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/CharacterTables.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -50,12 +51,14 @@ class AttributeReader {
  private:
   std::optional<std::size_t> startOfValue() const {
     const std::size_t lastStart = tag_.size() - name_.size() - 1;
+    const unichar firstOfName = upper_[static_cast<unichar>(name_[0])];
     // It never goes back: white space behind names that are made of it is passed only once.
     std::size_t separator = 0;
     for (std::size_t i = 0; i <= lastStart; ++i) {
       if (isQuote(tag_[i])) {
-        i = std::min(tag_.substr(0, lastStart + 1).find(tag_[i], i + 1), lastStart);
-      } else if (isNameAt(i)) {
+        const std::u16string_view rest = tag_.substr(i + 1, lastStart - i);
+        i += 1 + findOneOf(rest, detail::UnicharChoice::only(tag_[i]));
+      } else if (upper_[tag_[i]] == firstOfName && isNameAt(i)) {
         separator = skipWhite(std::max(separator, i + name_.size()));
         if (separator == tag_.size() || tag_[separator] != syntax_.separator) continue;
         const std::size_t start = skipWhite(separator + 1);
@@ -77,6 +80,15 @@ class AttributeReader {
     return i;
   }
 
+  /// The index of the first unit of the choice; the length when there is none. Values are short or very long.
+  static std::size_t findOneOf(std::u16string_view units, const detail::UnicharChoice &choice) {
+    constexpr std::size_t kNearby = 16;
+    std::size_t i = 0;
+    for (const std::size_t near = std::min(units.size(), kNearby); i < near; ++i)
+      if (units[i] == choice.units[0] || units[i] == choice.units[1]) return i;
+    return i + detail::findOneOfChoice(units.data() + i, units.size() - i, choice);
+  }
+
   std::size_t endOfPlainValue(std::size_t i) const {
     while (i < tag_.size() && tag_[i] != syntax_.terminator && !whites_.contains(tag_[i])) ++i;
     return i;
@@ -84,9 +96,8 @@ class AttributeReader {
 
   std::size_t endOfQuotedValue(std::size_t start, unichar quote) const {
     if (syntax_.quoted == QuotedValue::kMayHoldTags) return endOfTolerantValue(start, quote);
-    std::size_t i = start;
-    while (i < tag_.size() && tag_[i] != quote && tag_[i] != syntax_.terminator) ++i;
-    return i;
+    const unichar end = syntax_.terminator;
+    return start + findOneOf(tag_.substr(start), {2, {quote, end, quote, quote}});
   }
 
   std::size_t endOfTolerantValue(std::size_t start, unichar quote) const {

@@ -138,7 +138,8 @@ class LinksReader {
     switch (name) {
       case TagName::kA:
       case TagName::kArea:
-        if (!add(PageLinkKind::kLink, detail::URLOfTag(tag, "HREF", meaning), tag)) break;
+        if (!add(PageLinkKind::kLink, detail::URLOfTag(tag, "HREF", meaning), tag) || !options_.withDetails)
+          break;
         links_.back().isNoFollow = detail::isNoFollowTag(tag);
         if (name == TagName::kA) beginAnchor();
         break;
@@ -165,7 +166,7 @@ class LinksReader {
       default:
         break;
     }
-    if (options_.withTexts && (name == TagName::kImg || name == TagName::kArea)) takeAlternative(tag);
+    if (options_.withDetails && (name == TagName::kImg || name == TagName::kArea)) takeAlternative(tag);
   }
 
   void endAnchor() {
@@ -184,7 +185,6 @@ class LinksReader {
   }
 
   void beginAnchor() {
-    if (!options_.withTexts) return;
     text_.emplace();
     anchor_ = links_.size() - 1;
   }

@@ -2,7 +2,7 @@
 //
 // All facts and links of a page, read in one pass. Any thread may read a page.
 //
-//     const PageContents contents = contentsOfPage(page, {.withTexts = true});
+//     const PageContents contents = contentsOfPage(page, {.withDetails = true});
 //     show(contents.facts.normalizedTitle, contents.facts.indexedDescription);
 //     for (const PageLink &link : contents.links) show(link.URL, link.text);
 #pragma once
@@ -74,11 +74,11 @@ struct PageLink {
   NSString URL;
   /// The text of an "a" element up to its end tag or the next one, its entities converted and white space
   /// joined; the "ALT" of an image or area, and of the first image in a link without text. Nil when there is
-  /// none, and unless texts are asked for.
+  /// none, and unless details are asked for.
   NSString text;
   /// Where the tag stands in the page, in units.
   NSRange place;
-  /// Whether its relation contains "nofollow".
+  /// Whether its relation contains "nofollow"; false unless details are asked for.
   bool isNoFollow = false;
 };
 
@@ -86,8 +86,8 @@ struct PageLink {
 struct PageContentsOptions {
   /// Escapes in URLs stay where they mean something else than what they stand for.
   bool preservingMeaning = false;
-  /// The texts of links are read.
-  bool withTexts = false;
+  /// The texts of links and whether they are to be followed are read as well.
+  bool withDetails = false;
 };
 
 /// What is read of a page.

@@ -30,7 +30,7 @@ NSString URLOfTag(const TagShape &tag, std::string_view attribute, Flag preservi
 }
 
 bool isNoFollowTag(const TagShape &tag) {
-  return findNoCase(tag.attribute("REL"), kNoFollow) != nullptr;
+  return findNoCase(tag.tag(), kNoFollow) && findNoCase(tag.attribute("REL"), kNoFollow);
 }
 
 NSString imageOfTag(const TagShape &tag, TagName name, Flag preservingMeaning) {

@@ -13,6 +13,9 @@
 #include "Classes/Encodings/MarkupDecoding.hpp"
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
 #include "Classes/Markup/ScanTags.hpp"
+#include "Classes/Pages/NSString+HtmlExtensions.hpp"
+#include "Classes/Pages/NSString+HtmlLinkThumbsAndTitles.hpp"
+#include "Classes/Pages/PageContents.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions.hpp"
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "Classes/PlainText/PlainTextHandler.hpp"
@@ -45,7 +48,8 @@ constexpr std::u16string_view kInputs[] = {
     u"|</a>", u"|<p>", u"|<div>a ", u"|<table><tr><td>", u"|<li>a</li>", u"|<b>a</b>\n", u"|<script>",
     u"|<script><!--", u"|<script></script>", u"|<style>a</style>", u"|<title>", u"|<textarea>", u"|<pre>\n",
     u"|<select><option>", u"|<object>", u"|<object></object>a", u"|<img alt=a>",
-    u"|<div style=\"display:none\">", u"|<span hidden>a</span>", u"|<meta charset=a>",
+    u"|<div style=\"display:none\">", u"|<span hidden>a</span>", u"|<meta charset=a>", u"|<meta name=a content=b>", u"|<a href=a>", u"<a href=b>|<a href=a>ab</a>",
+    u"|<style>@import</style>", u"|<link rel='shortcut icon'>",
     u"|<!--googleoff: all-->", u"|&", u"|&amp;", u"|&#", u"|&#x41;", u"|&euml", u"|/", u"/|a/", u"/|../",
     u"/|a/../", u"http://a/|../", u"http://a/|a;b/", u"http://a/?|a=b&", u"http://a/?|&",
     u"http://a/?|utm_source=a&", u"http://a/?|sid=a&", u"http://a/?|a=&", u"http://|a.", u"http://a/#|#",
@@ -89,6 +93,16 @@ constexpr Work kWorks[] = {
        const PlainTextOptions options{
            .nonUmlauted = true, .onlyBody = true, .removeJunk = true, .googleTags = true};
        _convertHtml2PlainTextUsingHandler(s, PlainTextHandler, options, nullptr);
+     }},
+    {"PageContents",
+     [](const NSString &s) { contentsOfPage(s, {.preservingMeaning = true, .withDetails = true}); }},
+    {"PageFacts", [](const NSString &s) { htmlMetaAttributes(s), htmlFavIcon(s), htmlMetaDescription(s); }},
+    {"PageLinks",
+     [](const NSString &s) { htmlLinksContaining(s, u"ab"_ns, true, nullptr), htmlStylesheetsAndScripts(s); }},
+    {"LinkThumbs",
+     [](const NSString &s) {
+       NSDictionary thumbs, titles;
+       getLinkThumbs(s, &thumbs, &titles, NSURL(), true);
      }},
     {"StripTags", [](const NSString &s) { stripTags(s); }},
     {"StripTag", [](const NSString &s) { stripTag(s, "A"); }},

@@ -115,7 +115,7 @@ TEST(PageContents, TellTextAndPlaceOfEachLink) {
       u"<script data-x='>' src=s>x.src='t'</script><script>x.src='u'</script>"
       u"<style>x.src='v'; @import \"w\"</style><a href='/?u=%26'> </a>";
   const PageContents contents =
-      contentsOfPage(exactString(kPage), {.preservingMeaning = true, .withTexts = true});
+      contentsOfPage(exactString(kPage), {.preservingMeaning = true, .withDetails = true});
   std::vector<std::string> links;
   for (const PageLink &link : contents.links) {
     EXPECT_EQ(kPage[link.place.location], u'<');
