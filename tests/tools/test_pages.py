@@ -12,7 +12,7 @@ from command import CommandTestCase
 ENCODINGS = [
     ("utf-8", "utf-8", "Zo\u00eb \u65e5\u672c"),
     ("utf-8", "", "\u65e5\u672c\u8a9e \u20ac"),
-    ("utf-8-sig", "iso-8859-1", "caf\u00e9 \u4e2d"),
+    ("utf-8-sig", "utf-8", "caf\u00e9 \u4e2d"),
     ("utf-16", "", "na\u00efve \u0416"),
     ("windows-1252", "windows-1252", "caf\u00e9 \u201cq\u201d \u20ac"),
     ("iso-8859-2", "ISO-8859-2", "\u017d\u00e1dost"),
