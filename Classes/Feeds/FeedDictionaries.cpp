@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Feeds/FeedDictionaries.hpp"
+
+#include <utility>
+
+#include "Classes/Dates/NSString+Date.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
+#include "platform/Foundation/id.hpp"
+
+namespace nimbo::detail {
+
+namespace {
+
+NSString orEmpty(const NSString &string) {
+  return string ? string : NSString::string();
+}
+
+}  // namespace
+
+NSDictionary dictionaryOfItem(const FeedItem &item) {
+  NSDictionary dictionary = {{u"title"_ns, orEmpty(item.title)},
+                             {u"description"_ns, orEmpty(item.description)},
+                             {u"content"_ns, orEmpty(item.content)},
+                             {u"author"_ns, orEmpty(item.author)}};
+  if (!item.tags.empty())
+    dictionary.setObject(NSArray(std::vector<id>(item.tags.begin(), item.tags.end())), u"tags"_ns);
+  if (!item.enclosures.empty()) {
+    NSArray enclosures;
+    for (const FeedEnclosure &one : item.enclosures)
+      enclosures.addObject(NSDictionary{{u"url"_ns, orEmpty(one.url)}, {u"length"_ns, orEmpty(one.length)}});
+    dictionary.setObject(std::move(enclosures), u"enclosures"_ns);
+  }
+  const auto moment = item.dateString.length() > 0 ? date(item.dateString) : std::nullopt;
+  dictionary.setObject(moment.value_or(NSDate::date()), u"calendarDate"_ns);
+  dictionary.setObject(orEmpty(item.dateString), u"date"_ns);
+  dictionary.setObject(orEmpty(item.link), u"link"_ns);
+  return dictionary;
+}
+
+FeedItem itemOfDictionary(const NSDictionary &dictionary) {
+  const auto text = [&](const NSString &key) { return dictionary.objectForKey(key).string(); };
+  FeedItem item;
+  item.title = text(u"title"_ns);
+  item.description = text(u"description"_ns);
+  item.content = text(u"content"_ns);
+  item.author = text(u"author"_ns);
+  item.dateString = text(u"date"_ns);
+  item.link = text(u"link"_ns);
+  for (const id &tag : dictionary.objectForKey(u"tags"_ns).array())
+    if (const NSString name = tag.string()) item.tags.push_back(name);
+  for (const id &one : dictionary.objectForKey(u"enclosures"_ns).array())
+    if (const NSDictionary enclosure = one.dictionary())
+      item.enclosures.push_back({enclosure.objectForKey(u"url"_ns).string(),
+                                 enclosure.objectForKey(u"length"_ns).string(), NSString()});
+  return item;
+}
+
+NSString withoutRedirect(const NSString &link) {
+  if (link.length() == 0) return link;
+  const NSString host = NSUserDefaults::standardUserDefaults().stringForKey(u"NewsAggregatorHost"_ns);
+  if (host.length() == 0 || !hasPrefixNoCase(link, stringWithFormat(u"http://%@/news/url?", host))) return link;
+  const std::u16string_view units = link.view();
+  const std::size_t parameter = units.find(u"&url=");
+  if (parameter == units.npos) return link;
+  const std::size_t start = units.find(u"http", parameter);
+  if (start == units.npos) return link;
+  const std::u16string_view target = units.substr(start);
+  return NSString::stringWithCharacters(target.substr(0, target.find(u"&cid=")));
+}
+
+}  // namespace nimbo::detail

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Feeds/FeedElements.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
+namespace nimbo::detail {
+
+namespace {
+
+struct Row {
+  std::string_view name;
+  FeedElement element;
+};
+
+constexpr bool isShorter(const Row &a, const Row &b) {
+  return a.name.size() < b.name.size();
+}
+
+/// By length of name.
+constexpr auto kRows = [] {
+  using enum FeedElement;
+  auto rows = std::to_array<Row>({
+      {"html", kPage},
+      {"head", kPage},
+      {"body", kPage},
+      {"rss", kRSS},
+      {"feed", kAtom},
+      {"rdf:rdf", kRDF},
+      {"item", kItem},
+      {"entry", kItem},
+      {"title", kTitle},
+      {"link", kLink},
+      {"description", kDescription},
+      {"summary", kDescription},
+      {"content:encoded", kContent},
+      {"content", kContent},
+      {"author", kAuthor},
+      {"dc:creator", kCreator},
+      {"name", kName},
+      {"pubdate", kPublished},
+      {"dc:date", kUpdated},
+      {"updated", kUpdated},
+      {"published", kPublished},
+      {"issued", kPublished},
+      {"category", kCategory},
+      {"enclosure", kEnclosure},
+      {"image", kImage},
+      {"textinput", kForeign},
+      {"source", kForeign},
+      {"contributor", kForeign},
+      {"channel", kChannel},
+      {"guid", kPermanentLink},
+      {"id", kIdentifier},
+      {"subtitle", kSubtitle},
+      {"tagline", kSubtitle},
+      {"language", kLanguage},
+      {"dc:language", kLanguage},
+      {"url", kURL},
+      {"logo", kPicture},
+      {"itunes:image", kThumbnail},
+      {"media:thumbnail", kThumbnail},
+      {"dc:subject", kSubject},
+      {"dc:title", kOtherTitle},
+      {"media:title", kOtherTitle},
+      {"dc:description", kOtherDescription},
+      {"itunes:summary", kOtherDescription},
+      {"media:description", kOtherDescription},
+      {"abstract", kOtherDescription},
+      {"xhtml:body", kOtherContent},
+      {"fullitem", kOtherContent},
+      {"dc:author", kOtherAuthor},
+      {"itunes:author", kOtherAuthor},
+      {"managingeditor", kOtherAuthor},
+      {"dcterms:issued", kOtherPublished},
+      {"dcterms:created", kOtherPublished},
+      {"created", kOtherPublished},
+      {"dcterms:modified", kOtherUpdated},
+      {"modified", kOtherUpdated},
+      {"lastbuilddate", kOtherUpdated},
+      {"lastmod", kOtherUpdated},
+  });
+  std::ranges::sort(rows, isShorter);
+  return rows;
+}();
+
+constexpr std::size_t kLongestName = kRows.back().name.size();
+
+/// Where the rows of names of each length begin.
+constexpr auto kFirstRows = [] {
+  std::array<std::uint8_t, kLongestName + 2> firsts{};
+  for (std::size_t length = 0; length < firsts.size(); ++length)
+    firsts[length] = static_cast<std::uint8_t>(
+        std::ranges::count_if(kRows, [=](const Row &row) { return row.name.size() < length; }));
+  return firsts;
+}();
+
+}  // namespace
+
+FeedElement feedElementNamed(std::u16string_view name) {
+  if (name.size() > kLongestName) return FeedElement::kOther;
+  const std::size_t end = kFirstRows[name.size() + 1];
+  for (std::size_t i = kFirstRows[name.size()]; i < end; ++i)
+    if (equalsASCIINoCase(name, kRows[i].name)) return kRows[i].element;
+  return FeedElement::kOther;
+}
+
+bool isNeverMarkup(FeedElement element) {
+  using enum FeedElement;
+  switch (element) {
+    case kItem:
+    case kCreator:
+    case kPublished:
+    case kUpdated:
+    case kEnclosure:
+    case kIdentifier:
+    case kPermanentLink:
+    case kOtherPublished:
+    case kOtherUpdated:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace nimbo::detail

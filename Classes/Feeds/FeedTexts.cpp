@@ -1,0 +1,213 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "Classes/Feeds/FeedTexts.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
+#include "Classes/Entities/EntityConversion.hpp"
+#include "Classes/Entities/EntityTable.hpp"
+#include "Classes/Markup/ScanTags.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
+
+namespace nimbo::detail {
+
+namespace {
+
+constexpr std::u16string_view kSectionStart = u"<![CDATA[", kSectionEnd = u"]]>";
+/// Shorter texts hold no reference.
+constexpr std::size_t kShortestReference = 4;
+
+/// What the numbers from 0x80 on stand for in feeds, whose writers mean the code page 1252.
+constexpr std::u16string_view kCodePage1252 =
+    u"\u20ac\x81\u201a\u0192\u201e\u2026\u2020\u2021\u02c6\u2030\u0160\u2039\u0152\x8d\u017d\x8f"
+    u"\x90\u2018\u2019\u201c\u201d\u2022\u2013\u2014\u02dc\u2122\u0161\u203a\u0153\x9d\u017e\u0178";
+
+char32_t characterOfNumber(std::u16string_view digits, std::uint32_t base) {
+  constexpr char32_t kReplacement = 0xfffd, kLast = 0x10ffff;
+  char32_t value = 0;
+  for (const unichar digit : digits) {
+    value = value * base + hexDigitValue(digit);
+    if (value > kLast) return kReplacement;
+  }
+  if (value >= 0x80 && value < 0x80 + kCodePage1252.size()) return kCodePage1252[value - 0x80];
+  return value == 0 || (value >= 0xd800 && value <= 0xdfff) ? kReplacement : value;
+}
+
+/// A reference and what it stands for; of no units when there is none.
+struct Reference {
+  std::size_t length = 0;
+  char32_t character = 0;
+};
+
+Reference numericReference(std::u16string_view text) {
+  const bool isHex = text.size() > 2 && (text[2] | 0x20) == u'x';
+  const std::size_t first = isHex ? 3 : 2;
+  const std::uint32_t base = isHex ? 16 : 10;
+  std::size_t end = first;
+  while (end < text.size() && hexDigitValue(text[end]) < base) ++end;
+  if (end == first) return {};
+  const char32_t character = characterOfNumber(text.substr(first, end - first), base);
+  return {end + (end < text.size() && text[end] == u';'), character};
+}
+
+char32_t characterNamed(std::u16string_view name) {
+  constexpr std::pair<std::u16string_view, char32_t> kXMLNames[] = {
+      {u"amp", U'&'}, {u"lt", U'<'}, {u"gt", U'>'}, {u"quot", U'"'}, {u"apos", U'\''}};
+  for (const auto &[known, character] : kXMLNames)
+    if (name == known) return character;
+  if (name.size() <= EntityKey::kMaxLength) {
+    EntityKey key;
+    for (const unichar c : name) key.append(static_cast<std::uint8_t>(c));
+    return characterOfEntity(key);
+  }
+  for (std::size_t i = 0; i < kEntityCount; ++i)
+    if (std::ranges::equal(name, std::string_view(entityStrings[i]))) return entityCharacters[i];
+  return 0;
+}
+
+/// The text begins with "&".
+Reference referenceAt(std::u16string_view text) {
+  constexpr std::size_t kLongestName = 8;
+  if (text.size() > 2 && text[1] == u'#') return numericReference(text);
+  const std::size_t most = std::min(text.size(), kLongestName + 2);
+  std::size_t end = 1;
+  while (end < most && isASCIIAlphanumeric(text[end])) ++end;
+  if (end == most || text[end] != u';') return {};
+  const char32_t character = characterNamed(text.substr(1, end - 1));
+  return character ? Reference{end + 1, character} : Reference{};
+}
+
+std::uint32_t lengthOf(std::u16string_view units) {
+  return static_cast<std::uint32_t>(units.size());
+}
+
+/// Appends the text with its references decoded, once.
+void appendDecoded(NSMutableString &result, std::u16string_view text) {
+  while (true) {
+    const std::uint32_t run = std::min(findUnichar(text.data(), lengthOf(text), u'&'), lengthOf(text));
+    result.append(text.substr(0, run));
+    text.remove_prefix(run);
+    if (text.empty()) return;
+    const auto [length, character] = referenceAt(text);
+    if (length == 0) {
+      result.appendCharacter(u'&');
+    } else {
+      unichar units[2];
+      result.append({units, putUTF16(character, units)});
+    }
+    text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+}
+
+void append(NSMutableString &result, std::u16string_view text, Decoding decoding) {
+  if (decoding == Decoding::kNone || text.size() < kShortestReference) return result.append(text);
+  if (decoding == Decoding::kReferences) return appendDecoded(result, text);
+  const std::uint32_t before = result.length(), length = lengthOf(text);
+  result.append(text);
+  unichar *const units = result.mutableCharacters() + before;
+  result.setLength(before + (decoding == Decoding::kEntities
+                                 ? convertEntities2Characters(units, units, 0, length, true, false, false)
+                                 : convertStandardEntities2Characters(units, units, length)));
+}
+
+/// Calls `take(part, isSection)` for the parts of the text inside and outside of CDATA sections.
+template <class Take>
+void forEachPart(std::u16string_view text, Take take) {
+  while (true) {
+    const std::size_t start = text.find(kSectionStart);
+    if (start != 0 && !text.empty()) take(text.substr(0, start), false);
+    if (start == text.npos) return;
+    text.remove_prefix(start + kSectionStart.size());
+    const std::size_t end = text.find(kSectionEnd);
+    take(text.substr(0, end), true);
+    if (end == text.npos) return;
+    text.remove_prefix(end + kSectionEnd.size());
+  }
+}
+
+NSString trimmedString(NSMutableString &&text) {
+  const std::u16string_view inner = withoutWhiteEnds(text.view());
+  if (inner.size() == text.length()) return std::move(text).string();
+  return NSString::stringWithCharacters(inner);
+}
+
+}  // namespace
+
+TextForm textFormOfTag(std::u16string_view tag) {
+  const std::u16string_view type = attributeOfTag(tag, "type"), mode = attributeOfTag(tag, "mode");
+  if (equalsASCIINoCase(mode, "base64")) return TextForm::kBase64;
+  if (type.empty()) return TextForm::kUnknown;
+  const bool isXML = equalsASCIINoCase(type, "xhtml") || endsWithASCIINoCase(type, "xml");
+  if (isXML) return equalsASCIINoCase(mode, "escaped") ? TextForm::kMarkup : TextForm::kInline;
+  if (equalsOneOfASCIINoCase(type, {"html", "text/html"})) return TextForm::kMarkup;
+  if (equalsOneOfASCIINoCase(type, {"text", "text/plain"})) return TextForm::kPlain;
+  return startsWithASCIINoCase(type, "text/") || type.find(u'/') == type.npos ? TextForm::kUnknown
+                                                                              : TextForm::kBase64;
+}
+
+NSString feedText(std::u16string_view units, Decoding decoding) {
+  units = withoutWhiteEnds(units);
+  if (units.empty()) return NSString::string();
+  NSMutableString text;
+  text.reserve(units.size());
+  // Mostly there is one part, whose ends may be white again within a section.
+  const Decoding inSections = decoding == Decoding::kEntities ? decoding : Decoding::kNone;
+  forEachPart(units, [&](std::u16string_view part, bool isSection) {
+    append(text, part, isSection ? inSections : decoding);
+  });
+  return trimmedString(std::move(text));
+}
+
+NSString inlineText(std::u16string_view units) {
+  units = withoutWhiteEnds(units);
+  if (units.find(kSectionStart) == units.npos) return NSString::stringWithCharacters(units);
+  NSMutableString text;
+  forEachPart(units, [&](std::u16string_view part, bool isSection) {
+    if (!isSection) return text.append(part);
+    for (const unichar c : part) {
+      if (c == u'<')
+        text.append(u"&lt;");
+      else if (c == u'&')
+        text.append(u"&amp;");
+      else
+        text.appendCharacter(c);
+    }
+  });
+  return trimmedString(std::move(text));
+}
+
+std::u16string_view withoutEnclosingDiv(std::u16string_view markup) {
+  const std::u16string_view whole = withoutWhiteEnds(markup);
+  int depth = 0;
+  std::size_t start = 0, end = whole.npos;
+  scanTags(whole, [&](const TagShape &tag) {
+    if (!tag.isOrdinary()) return false;
+    const std::u16string_view name = tag.name();
+    if (!equalsASCIINoCase(name.substr(std::min(name.find(u':') + 1, name.size())), "div")) return depth == 0;
+    if (depth == 0 && (tag.tagRange().location != 0 || !tag.isStartTag())) return true;
+    if (depth == 0) start = tag.tag().size();
+    depth += tag.depthChange();
+    if (depth == 0 && tag.tagRange().location + tag.tagRange().length == whole.size())
+      end = tag.tagRange().location;
+    return depth == 0;
+  });
+  return end == whole.npos ? markup : withoutWhiteEnds(whole.substr(start, end - start));
+}
+
+std::u16string_view firstText(std::u16string_view markup) {
+  std::u16string_view found;
+  scanTags(markup, [&](const TagShape &tag) { return !(found = withoutWhiteEnds(tag.text())).empty(); });
+  return found;
+}
+
+std::u16string_view withoutWhiteEnds(std::u16string_view text) {
+  return trimmed(text, [&white = *whiteCharacterSetRep()](unichar c) { return white.contains(c); });
+}
+
+}  // namespace nimbo::detail

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo::detail {
+
+/// How the text of an element is written down, by its attributes.
+enum class TextForm : std::uint8_t {
+  kUnknown,
+  kPlain,   ///< It is no markup once its references are decoded.
+  kMarkup,  ///< It is markup once its references are decoded.
+  kInline,  ///< It is markup as it stands.
+  kBase64,
+};
+
+/// The form that the "type" and "mode" attributes of an element's start tag tell.
+TextForm textFormOfTag(std::u16string_view tag);
+
+/// Which character references in a text are decoded; those in CDATA sections never are, but where it says so.
+enum class Decoding : std::uint8_t {
+  kNone,
+  /// All that `convertEntities2Characters` knows, in CDATA sections, too.
+  kEntities,
+  /// "&quot;", "&amp;", "&lt;" and "&gt;".
+  kStandardEntities,
+  /// Those of XML and HTML, and all numbers.
+  kReferences,
+};
+
+/// What stands between the tags of an element, without the white space at both ends and the marks of CDATA
+/// sections. It is never nil.
+NSString feedText(std::u16string_view units, Decoding decoding);
+
+/// The same of markup that stands there as it is: the text of CDATA sections is written as markup.
+NSString inlineText(std::u16string_view units);
+
+/// Without a "div" element around all of it.
+std::u16string_view withoutEnclosingDiv(std::u16string_view markup);
+
+/// The first text in the markup that is not white space.
+std::u16string_view firstText(std::u16string_view markup);
+
+/// The text without the units of the white set at both ends.
+std::u16string_view withoutWhiteEnds(std::u16string_view text);
+
+}  // namespace nimbo::detail
