@@ -7,6 +7,7 @@
 #include "tools/CharsetCommands.hpp"
 #include "tools/DateCommands.hpp"
 #include "tools/EntityCommands.hpp"
+#include "tools/FeedCommands.hpp"
 #include "tools/HelpCommands.hpp"
 #include "tools/HelperCommands.hpp"
 #include "tools/LocationCommands.hpp"
@@ -22,9 +23,8 @@
 namespace nimbo {
 
 const std::vector<Command> &allCommands() {
-  static const std::vector<Command> commands =
-      [] {
-        std::vector<Command> all;
+  static const std::vector<Command> commands = [] {
+    std::vector<Command> all;
     for (const auto *more : {
       &helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(), &plainTextCommands(),
           &markupCommands(), &entityCommands(), &charsetCommands(),
@@ -39,16 +39,23 @@ const std::vector<Command> &allCommands() {
                                         &locationCommands(), &resourceForkCommands(), &helpCommands()})
               all.insert(all.end(), more->begin(), more->end());
       return all;
-  }();
-  return commands;
+      static const std::vector<Command> commands = [] {
+        std::vector<Command> all;
+        for (const auto *more :
+             {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
+              &markupCommands(), &feedCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
+              &locationCommands(), &resourceForkCommands(), &helpCommands()})
+          all.insert(all.end(), more->begin(), more->end());
+        return all;
+      }();
+      return commands;
       }
 
       const Command &
       commandNamed(const std::string &name) {
-    const auto found =
-        std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
-    if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
-    return *found;
+      const auto found =
+          std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
+      if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
+      return *found;
   }
-
-}  // namespace nimbo
+  }  // namespace nimbo

@@ -8,7 +8,6 @@
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringFormatting.hpp"
-#include "platform/Foundation/NSURL.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
 
 namespace nimbo::detail {
@@ -49,9 +48,9 @@ void appendItem(NSMutableString &page, const FeedItem &item) {
                   item.tags, item.enclosures);
 }
 
-FeedItem safeItem(const FeedItem &item) {
-  const auto safe = [](const NSString &text, bool isPlain) {
-    return isPlain ? stringByConvertingCharactersToStandardEntities(text) : safeMarkup(text);
+FeedItem safeItem(const FeedItem &item, const NSURL &baseURL) {
+  const auto safe = [&](const NSString &text, bool isPlain) {
+    return isPlain ? stringByConvertingCharactersToStandardEntities(text) : safeMarkup(text, baseURL);
   };
   FeedItem result = item;
   result.title = safe(item.title, item.isPlainTitle);

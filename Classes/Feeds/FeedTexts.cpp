@@ -206,6 +206,13 @@ std::u16string_view firstText(std::u16string_view markup) {
   return found;
 }
 
+NSString plainText(const NSString &text, bool isPlain) {
+  if (isPlain || text.view().find_first_of(u"<&") == std::u16string_view::npos) return text;
+  NSMutableString stripped;
+  scanTags(text, [&](const TagShape &tag) { stripped.append(tag.text()); });
+  return feedText(stripped.view(), Decoding::kReferences);
+}
+
 std::u16string_view withoutWhiteEnds(std::u16string_view text) {
   return trimmed(text, [&white = *whiteCharacterSetRep()](unichar c) { return white.contains(c); });
 }

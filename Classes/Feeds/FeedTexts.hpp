@@ -44,6 +44,9 @@ std::u16string_view withoutEnclosingDiv(std::u16string_view markup);
 /// The first text in the markup that is not white space.
 std::u16string_view firstText(std::u16string_view markup);
 
+/// A text that is markup, or plain, as people read it: without tags, references and white space at its ends.
+NSString plainText(const NSString &text, bool isPlain);
+
 /// The text without the units of the white set at both ends.
 std::u16string_view withoutWhiteEnds(std::u16string_view text);
 

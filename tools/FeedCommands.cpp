@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/FeedCommands.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "Classes/Feeds/FeedReading.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
+#include "platform/Foundation/NSArray.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
+#include "platform/Foundation/System/InstalledProgram.hpp"
+#include "platform/Foundation/id.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/InputText.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+struct FeedOptions : CommonOptions {
+  std::optional<std::string> url;
+  bool html = false;
+  bool linked = false;
+  bool asGiven = false;
+  bool JSONFeed = false;
+  bool OPML = false;
+};
+
+/// How much of a long list is gathered before it is written.
+constexpr std::size_t kWrittenBytes = 64u << 10;
+
+void writeItems(const Feed &feed, const CommonOptions &options) {
+  if (options.pretty || options.propertyList) {
+    NSArray items = NSArray::array();
+    for (const FeedItem &item : feed.items) items.addObject(dictionaryOfFeedItem(item));
+    return writeResult(items, options);
+  }
+  // There may be a million: they are written as they come.
+  std::string text = "[";
+  std::string_view separator;
+  for (const FeedItem &item : feed.items) {
+    text.append(separator) += JSONFromValue(dictionaryOfFeedItem(item), false);
+    separator = ",";
+    if (text.size() < kWrittenBytes) continue;
+    writeOutput(text);
+    text.clear();
+  }
+  writeOutput(text + "]\n");
+}
+
+/// Makes the style sheet that is installed with this program the one of pages, unless the user has set another.
+void registerStyleSheet() {
+  const std::vector<std::string> places = placesOfProgram("feed.css");
+  const auto found = std::ranges::find_if(places, [](const std::string &place) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(place, error);
+  });
+  if (found == places.end()) return;
+  NSUserDefaults::standardUserDefaults().registerDefaults(
+      {{u"linkableFeedStyleSheet"_ns, NSString::stringWithFileSystemRepresentation(*found)}});
+}
+
+NSURL baseOfTexts(const Feed &feed, const NSURL &url) {
+  if (url) return url;
+  return NSURL::URLWithString(feed.feedURL ? feed.feedURL : feed.header.link);
+}
+
+int runFeed(const FeedOptions &options, const Operands &operands) {
+  if (options.html + options.JSONFeed + options.OPML > 1)
+    throw UsageError("--html, --json-feed and --opml cannot be joined");
+  if ((options.linked || options.asGiven) && !options.html)
+    throw UsageError("--linked-style and --as-given are for --html");
+  NSURL url;
+  if (options.url) {
+    url = URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.url));
+    if (!url) throw UsageError("'" + *options.url + "' is no URL");
+  }
+  const std::optional<Feed> feed = readFeed(textOfInput(operands.front(), options.timeoutSeconds), url);
+  if (!feed) {
+    writeMessage(nameOfInput(operands.front()) + ": is no feed");
+    return kExitNil;
+  }
+  if (options.html) {
+    registerStyleSheet();
+    writeText(stringByConvertingFeedToHTML(
+        *feed, {.isSafe = !options.asGiven, .isLinked = options.linked, .baseURL = baseOfTexts(*feed, url)}));
+  } else if (options.JSONFeed) {
+    writeResult(JSONFeedOfFeed(*feed), options);
+  } else if (options.OPML) {
+    writeText(OPMLOfFeed(*feed, url));
+  } else {
+    writeItems(*feed, options);
+  }
+  return kExitAnswered;
+}
+
+}  // namespace
+
+const std::vector<Command> &feedCommands() {
+  static const std::vector<Command> commands = {
+      {{.name = "feed",
+        .operands = "FILE",
+        .summary = "the items of a feed, or the feed as a page",
+        .description = R"(
+Prints an array of the items of a feed (RSS, RDF, Atom, JSON Feed): "title", "description",
+"content", "author", "tags", "enclosures", "calendarDate" (now, when the item has none), "date" (as
+the feed has it), "link", and "id", "published", "updated" and "image" when there are any. --html
+prints a page, in which nothing of the feed runs. FILE "-" is standard input.)",
+        .minimumOperands = 1,
+        .maximumOperands = 1},
+       runFeed,
+       {{"url", &FeedOptions::url, "URL", "where the feed is, for links that are relative"},
+        {"html", &FeedOptions::html, nullptr, "print the feed as a page"},
+        {"linked-style", &FeedOptions::linked, nullptr, "in a page, link to the style sheet"},
+        {"as-given", &FeedOptions::asGiven, nullptr, "in a page, write texts as the feed has them"},
+        {"json-feed", &FeedOptions::JSONFeed, nullptr, "print the feed as JSON Feed 1.1"},
+        {"opml", &FeedOptions::OPML, nullptr, "print a list of subscriptions with the feed in it"}}},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
