@@ -23,7 +23,8 @@ NSString orEmpty(const NSString &string) {
 NSString dateLine(const NSString &author, const NSString &dateString) {
   NSString line = orEmpty(dateString);
   if (line.length() > 0)
-    if (const std::optional<NSDate> moment = date(line)) line = orEmpty(dateTimeFormatter().stringFromDate(*moment));
+    if (const std::optional<NSDate> moment = date(line))
+      line = orEmpty(dateTimeFormatter().stringFromDate(*moment));
   if (author.length() == 0) return line;
   return line.length() > 0 ? stringWithFormat(u"%@ - %@", author, line) : author;
 }
@@ -66,9 +67,8 @@ void AppendItem2Feed(NSMutableString *buffer, const NSString &title, const NSStr
                  u"class=\"feed_article\">\n%@\n",
                  heading, line, body);
   else
-    appendFormat(*buffer,
-                 u"\n<div class=\"feed_header\">%@<br/></div><div class=\"feed_article\">\n%@\n", heading,
-                 body);
+    appendFormat(*buffer, u"\n<div class=\"feed_header\">%@<br/></div><div class=\"feed_article\">\n%@\n",
+                 heading, body);
   if (enclosures.empty()) return buffer->append(u"</div>\n");
   buffer->append(u"<div class=\"feed_enclosures\"><p>\n");
   for (const FeedEnclosure &enclosure : enclosures) appendEnclosure(*buffer, enclosure);

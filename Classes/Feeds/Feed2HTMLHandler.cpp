@@ -70,6 +70,11 @@ void setIfEmpty(NSString &value, const NSString &text) {
   if (value.length() == 0) value = text;
 }
 
+/// Whether an identifier is that of a page.
+bool isPage(std::u16string_view identifier) {
+  return startsWithASCIINoCase(identifier, "http://") || startsWithASCIINoCase(identifier, "https://");
+}
+
 /// Whether a link begins with a scheme.
 bool isAbsolute(std::u16string_view link) {
   const std::size_t colon = link.find_first_of(u":/?#");
@@ -93,7 +98,8 @@ void FeedContext::read(std::u16string_view markup) {
     const std::u16string_view part = rest.substr(0, rest.find(kSectionStart));
     bool isComment = false;
     scanTags(part, [&](const TagShape &tag) {
-      isComment = isComment || (tag.kind() == kComment && endOf(tag.tag()) == endOf(part) && !part.ends_with(u"->") && !part.ends_with(u"!>"));
+      isComment = isComment || (tag.kind() == kComment && endOf(tag.tag()) == endOf(part) &&
+                                !part.ends_with(u"->") && !part.ends_with(u"!>"));
       return stops = readTag(tag);
     });
     rest.remove_prefix(part.size());
@@ -124,7 +130,10 @@ bool FeedContext::readTag(const TagShape &tag) {
 }
 
 FeedElement FeedContext::elementOf(std::u16string_view name) const {
-  if (isWide()) return namespaces_.elementNamed(name);
+  if (isWide()) {
+    const FeedElement element = namespaces_.elementNamed(name);
+    return element == FeedElement::kPage && insideItem_ ? FeedElement::kOtherContent : element;
+  }
   const FeedElement element = feedElementNamed(name);
   return element < FeedElement::kFirstExtension ? element : FeedElement::kOther;
 }
@@ -154,8 +163,9 @@ bool FeedContext::readTagInField(const TagShape &tag) {
       return true;
     }
     field_.depth += static_cast<std::uint32_t>(tag.depthChange());
-  } else if (tag.isEndTag() ? insideItem_ && areEqual(tag.name(), itemName_)
-                            : endsField(field_.element, elementOf(tag.name()))) {
+  } else if (tag.isEndTag()
+                 ? insideItem_ && areEqual(tag.name(), itemName_)
+                 : field_.form != TextForm::kInline && endsField(field_.element, elementOf(tag.name()))) {
     closeField(tag.tag().data());
     return false;
   }
@@ -250,8 +260,12 @@ void FeedContext::endItem() {
 
 void FeedContext::readLink(const TagShape &tag) {
   const NSString address = attributeText(tag, "HREF");
-  if (address.length() == 0) return openField(tag, FeedElement::kLink);
   const std::u16string_view relation = tag.attribute("REL");
+  const bool isAlternate = relation.empty() || equalsASCIINoCase(relation, "alternate");
+  if (address.length() == 0) {
+    if (isAlternate || !isWide()) openField(tag, FeedElement::kLink);
+    return;
+  }
   if (equalsASCIINoCase(relation, "self")) {
     if (!insideItem_) setIfEmpty(feed_.feedURL, address);
     return;
@@ -260,7 +274,7 @@ void FeedContext::readLink(const TagShape &tag) {
   if (isWide()) {
     if (equalsASCIINoCase(relation, "enclosure"))
       target().enclosures.push_back({address, attributeText(tag, "LENGTH"), attributeText(tag, "TYPE")});
-    if (!relation.empty() && !equalsASCIINoCase(relation, "alternate")) return;
+    if (!isAlternate) return;
   }
   setIfEmpty(target().link, address);
 }
@@ -293,9 +307,9 @@ void FeedContext::closeField(const unichar *end) {
 void FeedContext::closeContainer(const unichar *end) {
   if (container_.element == FeedElement::kAuthor && target().author.length() == 0) {
     const std::u16string_view units(container_.text, static_cast<std::size_t>(end - container_.text));
-    target().author =
-        feedText(units.find(u'<') == units.npos || units.find(kSectionStart) != units.npos ? units : firstText(units),
-                 isWide() ? Decoding::kReferences : Decoding::kEntities);
+    target().author = feedText(
+        units.find(u'<') == units.npos || units.find(kSectionStart) != units.npos ? units : firstText(units),
+        isWide() ? Decoding::kReferences : Decoding::kEntities);
   }
   container_ = {};
 }
@@ -306,9 +320,9 @@ NSString FeedContext::textOfMarkupField(std::u16string_view units, bool *isPlain
   if (!isWide()) {
     if (isInline) return inlineText(units);
     const bool isAsItStands = field_.hasMarkup && holdsMarkup(field_.element);
-    return feedText(units, isAsItStands                   ? Decoding::kNone
+    return feedText(units, isAsItStands              ? Decoding::kNone
                            : isTitle(field_.element) ? Decoding::kEntities
-                                                          : Decoding::kStandardEntities);
+                                                     : Decoding::kStandardEntities);
   }
   if (isInline || field_.form == TextForm::kMarkup) units = withoutEnclosingDiv(units);
   if (isInline) return inlineText(units);
@@ -324,7 +338,8 @@ NSString FeedContext::textOfMarkupField(std::u16string_view units, bool *isPlain
 NSString FeedContext::textOfField(std::u16string_view units, bool *isPlain) const {
   using enum FeedElement;
   if (isTitle(field_.element) || holdsMarkup(field_.element)) return textOfMarkupField(units, isPlain);
-  if (field_.hasMarkup && (field_.element == kCreator || field_.element == kName || field_.element == kOtherAuthor))
+  if (field_.hasMarkup &&
+      (field_.element == kCreator || field_.element == kName || field_.element == kOtherAuthor))
     units = firstText(units);
   if (field_.element == kLink) return feedText(units, Decoding::kStandardEntities);
   return feedText(units, isWide() ? Decoding::kReferences : Decoding::kEntities);
@@ -361,7 +376,7 @@ void FeedContext::store(FeedElement element, const NSString &text, bool isPlain)
     case kSubject:
       return item.tags.push_back(text);
     case kPermanentLink:
-      if (insideItem_ && isAbsolute(text.view())) setIfEmpty(fallbacks_.permanentLink, text);
+      if (insideItem_ && isPage(text.view())) setIfEmpty(fallbacks_.permanentLink, text);
       return setIfEmpty(item.identifier, text);
     case kIdentifier:
       return setIfEmpty(item.identifier, text);

@@ -54,7 +54,7 @@ constexpr auto kRows = [] {
       {"contributor", kForeign},
       {"channel", kChannel},
       {"guid", kPermanentLink},
-      {"id", kIdentifier},
+      {"id", kPermanentLink},
       {"subtitle", kSubtitle},
       {"tagline", kSubtitle},
       {"language", kLanguage},

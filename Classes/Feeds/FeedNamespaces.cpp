@@ -67,8 +67,8 @@ FeedElement FeedNamespaces::elementNamed(std::u16string_view name) const {
   const std::size_t colon = name.find(u':');
   if (colon == name.npos) return feedElementNamed(name);
   // The innermost declaration counts.
-  const auto declared = std::ranges::find(commonPrefixes_.rbegin(), commonPrefixes_.rend(), name.substr(0, colon),
-                                          [](const auto &entry) { return entry.first; });
+  const auto declared = std::ranges::find(commonPrefixes_.rbegin(), commonPrefixes_.rend(),
+                                          name.substr(0, colon), [](const auto &entry) { return entry.first; });
   if (declared == commonPrefixes_.rend()) return feedElementNamed(name);
   if (declared->second.empty()) return feedElementNamed(name.substr(colon + 1));
   // Longer names than those of the table are none of it.

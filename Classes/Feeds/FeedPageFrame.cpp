@@ -25,16 +25,17 @@ NSString pathOfStyleSheet() {
 void appendPageTitle(NSMutableString &page, const NSString &title) {
   if (title.length() == 0) return page.append(kBodyStart);
   nimbo::appendFormat(page,
-               u"<title>%@</title>\n</head>\n<body><div class=\"page_header\"><div "
-               u"class=\"page_title\"><nobr>%@</nobr></div></div>\n",
-               title, title);
+                      u"<title>%@</title>\n</head>\n<body><div class=\"page_header\"><div "
+                      u"class=\"page_title\"><nobr>%@</nobr></div></div>\n",
+                      title, title);
 }
 
 void appendStyleSheet(NSMutableString &page, Flag isLinked) {
   if (!isLinked) return page.appendString(styleElement());
   const NSString path = pathOfStyleSheet();
   if (const NSURL url = NSURL::fileURLWithPath(path, false))
-    nimbo::appendFormat(page, u"<link rel=\"stylesheet\" type=\"text/css\" href=\"%@\"/>\n", url.absoluteString());
+    nimbo::appendFormat(page, u"<link rel=\"stylesheet\" type=\"text/css\" href=\"%@\"/>\n",
+                        url.absoluteString());
 }
 
 NSString styleElement() {

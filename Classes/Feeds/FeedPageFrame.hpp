@@ -33,8 +33,8 @@ NSString styleElement();
 /// Appends an item with all its fields.
 void appendItem(NSMutableString &page, const FeedItem &item);
 
-/// The item as it can be shown without a script in it: markup by `safeMarkup`, everything else as text. Links in
-/// markup are made absolute against the base, which may be nil.
+/// The item as it can be shown without a script in it: markup by `safeMarkup`, everything else as text. Links
+/// in markup are made absolute against the base, which may be nil.
 FeedItem safeItem(const FeedItem &item, const NSURL &baseURL = NSURL());
 
 }  // namespace nimbo::detail

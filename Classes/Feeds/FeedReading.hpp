@@ -45,7 +45,7 @@ struct FeedPageOptions {
 NSString stringByConvertingFeedToHTML(const Feed &feed, const FeedPageOptions &options = {});
 
 /// The feed as an object of JSON Feed 1.1. Titles and summaries are plain text there. An item without an
-/// identifier has its link or its title for one.
+/// identifier has its link, its title or its place for one.
 NSDictionary JSONFeedOfFeed(const Feed &feed);
 
 /// The feed as OPML 2.0, a list of subscriptions with this one in it. `url` is where the feed is when it does

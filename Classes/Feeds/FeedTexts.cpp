@@ -156,12 +156,14 @@ NSString feedText(std::u16string_view units, Decoding decoding) {
   if (units.empty()) return NSString::string();
   NSMutableString text;
   text.reserve(units.size());
-  // Mostly there is one part, whose ends may be white again within a section.
   const Decoding inSections = decoding == Decoding::kEntities ? decoding : Decoding::kNone;
+  bool hasSection = false;
   forEachPart(units, [&](std::u16string_view part, bool isSection) {
+    hasSection = hasSection || isSection;
     append(text, part, isSection ? inSections : decoding);
   });
-  return trimmedString(std::move(text));
+  // White space at the ends of a section is the element's; what a reference stands for is not.
+  return hasSection ? trimmedString(std::move(text)) : std::move(text).string();
 }
 
 NSString inlineText(std::u16string_view units) {

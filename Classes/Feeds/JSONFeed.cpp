@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <utility>
 
@@ -7,6 +8,7 @@
 #include "Classes/Feeds/FeedReading.hpp"
 #include "Classes/Feeds/FeedTexts.hpp"
 #include "platform/Foundation/NSNumber.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/id.hpp"
 
@@ -80,22 +82,26 @@ class Fields {
 };
 
 NSDictionary objectOf(const FeedEnclosure &enclosure) {
-  NSDictionary object = {{u"url"_ns, enclosure.url},
-                         {u"mime_type"_ns, enclosure.type.length() > 0 ? enclosure.type
-                                                                       : u"application/octet-stream"_ns}};
+  NSDictionary object = {
+      {u"url"_ns, enclosure.url},
+      {u"mime_type"_ns, enclosure.type.length() > 0 ? enclosure.type : u"application/octet-stream"_ns}};
   const bool isNumber = std::ranges::all_of(enclosure.length.view(), isASCIIDigit<unichar>);
   if (const auto bytes = longLongValue(enclosure.length).value_or(0); isNumber && bytes > 0)
     object.setObject(bytes, u"size_in_bytes"_ns);
   return object;
 }
 
-NSDictionary objectOf(const FeedItem &item) {
+/// The item at a place among the others, which identifies it when nothing else does.
+NSDictionary objectOf(const FeedItem &item, std::size_t index) {
   Fields fields;
   const NSString title = detail::plainText(item.title, item.isPlainTitle);
   const NSString description = detail::plainText(item.description, item.isPlainDescription);
   const bool hasContent = item.content.length() > 0;
   const bool isPlain = hasContent ? item.isPlainContent : item.isPlainDescription;
-  fields.set(u"id"_ns, item.identifier.length() > 0 ? item.identifier : item.link.length() > 0 ? item.link : title);
+  NSString identifier = stringWithFormat(u"%d", index);
+  for (const NSString &one : {title, item.link, item.identifier})
+    if (one.length() > 0) identifier = one;
+  fields.set(u"id"_ns, identifier);
   fields.set(u"url"_ns, item.link);
   fields.set(u"title"_ns, title);
   fields.set(isPlain ? u"content_text"_ns : u"content_html"_ns, hasContent ? item.content : item.description);
@@ -148,7 +154,7 @@ NSDictionary JSONFeedOfFeed(const Feed &feed) {
   if (!object.objectForKey(u"title"_ns)) object.setObject(NSString::string(), u"title"_ns);
   std::vector<id> items;
   items.reserve(feed.items.size());
-  for (const FeedItem &item : feed.items) items.push_back(objectOf(item));
+  for (const FeedItem &item : feed.items) items.push_back(objectOf(item, items.size()));
   object.setObject(NSArray(std::move(items)), u"items"_ns);
   return object;
 }

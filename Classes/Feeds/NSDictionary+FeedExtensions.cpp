@@ -9,9 +9,9 @@
 #include "Classes/Feeds/AppendItem2Feed.hpp"
 #include "Classes/Feeds/FeedDictionaries.hpp"
 #include "Classes/Feeds/FeedPageFrame.hpp"
-#include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
+#include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 #include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/id.hpp"
 
@@ -53,7 +53,8 @@ NSString stringByConvertingItemToSearchableHTML(const NSDictionary &item) {
 }
 
 bool isEmptyFeedItem(const NSDictionary &item) {
-  const NSString title = item.objectForKey(u"title"_ns).string(), content = item.objectForKey(u"content"_ns).string();
+  const NSString title = item.objectForKey(u"title"_ns).string(),
+                 content = item.objectForKey(u"content"_ns).string();
   const NSString body = content.length() > 0 ? content : item.objectForKey(u"description"_ns).string();
   return !body || isWhiteString(body) || isEqualToStringNoCase(title, body) ||
          equalStringsNoCaseUsingCharacterSetRep(title, body, alphaCharacterSetRep()) ||

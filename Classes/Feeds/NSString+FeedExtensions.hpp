@@ -4,8 +4,9 @@
 // an error. Any thread may call these.
 //
 //     if (!isFeed(text)) return;
-//     for (const id &item : getItemsOfFeed(text, feedURL)) NSLog(item.dictionary().objectForKey(u"title"_ns).string());
-//     const NSString page = stringByConvertingFeed(text, feedURL, false);
+//     for (const id &item : getItemsOfFeed(text, feedURL))
+//     NSLog(item.dictionary().objectForKey(u"title"_ns).string()); const NSString page =
+//     stringByConvertingFeed(text, feedURL, false);
 #pragma once
 
 #include "platform/Foundation/Flag.hpp"

@@ -36,14 +36,14 @@ constexpr auto kWritings = [] {
     for (const TagName name : names) writings[static_cast<std::size_t>(name)] = writing;
   };
   set(Writing::kBalanced,
-      {kA,       kAbbr,  kAcronym, kAddress, kArticle, kAside, kAudio,   kB,      kBdi,    kBdo,        kBig,
-       kBlockquote, kCenter, kCite, kCode,   kDel,     kDetails, kDfn,   kDiv,    kDl,     kEm,         kFigcaption,
-       kFigure,  kFont,  kFooter,  kH1,      kH2,      kH3,    kH4,      kH5,     kH6,     kHeader,     kI,
-       kIns,     kKbd,   kMain,    kMark,    kOl,      kPicture, kPre,   kQ,      kRuby,   kS,          kSamp,
-       kSection, kSmall, kSpan,    kStrike,  kStrong,  kSub,   kSummary, kSup,    kTable,  kTime,       kTt,
-       kU,       kUl,    kVar,     kVideo});
-  set(Writing::kFree, {kP, kLi, kDt, kDd, kTr, kTd, kTh, kTbody, kThead, kTfoot, kColgroup, kCaption, kRb, kRp,
-                       kRt, kRtc});
+      {kA,       kAbbr,       kAcronym, kAddress, kArticle, kAside, kAudio,   kB,      kBdi,     kBdo,
+       kBig,     kBlockquote, kCenter,  kCite,    kCode,    kDel,   kDetails, kDfn,    kDiv,     kDl,
+       kEm,      kFigcaption, kFigure,  kFont,    kFooter,  kH1,    kH2,      kH3,     kH4,      kH5,
+       kH6,      kHeader,     kI,       kIns,     kKbd,     kMain,  kMark,    kOl,     kPicture, kPre,
+       kQ,       kRuby,       kS,       kSamp,    kSection, kSmall, kSpan,    kStrike, kStrong,  kSub,
+       kSummary, kSup,        kTable,   kTime,    kTt,      kU,     kUl,      kVar,    kVideo});
+  set(Writing::kFree,
+      {kP, kLi, kDt, kDd, kTr, kTd, kTh, kTbody, kThead, kTfoot, kColgroup, kCaption, kRb, kRp, kRt, kRtc});
   set(Writing::kVoid, {kBr, kHr, kImg, kWbr, kCol, kSource});
   return writings;
 }();
@@ -101,9 +101,11 @@ bool isHarmless(std::u16string_view url) {
     if (url[i] > u' ' && url[i] < 0x7f) scheme += static_cast<char>(toASCIILower(url[i]));
   }
   if (i == url.size()) return true;
-  constexpr std::string_view kSchemes[] = {"http", "https", "ftp", "mailto", "tel", "feed", "news", "xmpp", "magnet"};
+  constexpr std::string_view kSchemes[] = {"http", "https", "ftp",  "mailto", "tel",
+                                           "feed", "news",  "xmpp", "magnet"};
   if (std::ranges::count(kSchemes, std::string_view(scheme)) > 0) return true;
-  constexpr std::string_view kImages[] = {"data:image/png", "data:image/gif", "data:image/jpeg", "data:image/webp"};
+  constexpr std::string_view kImages[] = {"data:image/png", "data:image/gif", "data:image/jpeg",
+                                          "data:image/webp"};
   return std::ranges::any_of(kImages, [=](std::string_view one) { return startsWithASCIINoCase(url, one); });
 }
 
@@ -115,6 +117,7 @@ class SafeWriter {
   void take(const TagShape &tag) {
     takeText(tag.text());
     if (!tag.isOrdinary()) return;
+    if (!isTagOfBrowsers(tag.tag())) return takeText(tag.tag());
     const TagName name = tag.tagName();
     const Writing writing = writingOf(name);
     if (writing == Writing::kDropped) return;
@@ -143,6 +146,12 @@ class SafeWriter {
     TagName name;
     std::u16string_view units;
   };
+
+  /// Whether it is no "<" of a text, in front of anything but a name.
+  static bool isTagOfBrowsers(std::u16string_view tag) {
+    const unichar next = tag[1];
+    return isASCIILetter(next) || next == u'/' || next == u'!' || next == u'?';
+  }
 
   std::uint32_t &openOf(TagName name) { return openCounts_[static_cast<std::size_t>(name)]; }
 

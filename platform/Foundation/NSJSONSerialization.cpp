@@ -111,7 +111,8 @@ class Reader {
   id readNumber() {
     std::string digits;
     bool isReal = false;
-    for (; isASCIIDigit(peek()) || std::u16string_view(u"+-.eE").find(peek()) != std::u16string_view::npos; ++at_) {
+    for (; isASCIIDigit(peek()) || std::u16string_view(u"+-.eE").find(peek()) != std::u16string_view::npos;
+         ++at_) {
       isReal = isReal || !(isASCIIDigit(peek()) || peek() == u'-');
       digits += static_cast<char>(peek());
     }

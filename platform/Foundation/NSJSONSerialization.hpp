@@ -18,10 +18,10 @@ struct NSJSONSerialization {
   /// How many arrays and objects may stand inside of each other.
   static constexpr std::uint32_t kMaximumDepth = 512;
 
-  /// The value that the text is, whatever its kind; a byte order mark may precede it. Whole numbers that 64 bits
-  /// hold are integers, other numbers reals, which must be finite, null is the null object; of equal keys the last one counts, and
-  /// escapes may make lone surrogates. Nil when the text is no JSON; `*error` then says why: `damaged`,
-  /// `incomplete` when it is empty, `tooLarge` beyond the depth.
+  /// The value that the text is, whatever its kind; a byte order mark may precede it. Whole numbers that 64
+  /// bits hold are integers, other numbers reals, which must be finite, null is the null object; of equal keys
+  /// the last one counts, and escapes may make lone surrogates. Nil when the text is no JSON; `*error` then
+  /// says why: `damaged`, `incomplete` when it is empty, `tooLarge` beyond the depth.
   static id JSONObjectWithString(const NSString &text, NSError *error = nullptr);
 };
 

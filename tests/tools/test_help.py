@@ -40,6 +40,7 @@ class HelpTest(unittest.TestCase):
         self.assertEqual(len(self.commands), 23)
         self.assertEqual(len(self.commands), 20)
         self.assertEqual(len(self.commands), 21)
+        self.assertEqual(len(self.commands), 20)
         for name, options in self.options.items():
             self.assertLessEqual(self.common.items(), options.items(), name)
             for arguments in ((name, "-h"), ("--help", name), (name, "--help", "--pretty", "x")):

@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Feeds by the quiverleaf command."""
+
+import json
+import os
+import pathlib
+import plistlib
+import unittest
+import xml.etree.ElementTree
+
+from command import COMMAND, CommandTestCase
+
+STYLE = pathlib.Path(COMMAND).parents[1] / "libexec" / "quiverleaf" / "feed.css"
+FEED = (
+    "<?xml version='1.0' encoding='iso-8859-1'?><rss><channel><title>Caf\u00e9 &amp;amp; B</title><link>http://h.example/</link>"
+    "<item><title>a</title><link>/l</link><guid isPermaLink='false'>g</guid><pubDate>Sun, 24 Dec 2006 18:30:00 GMT</pubDate>"
+    "<description>&lt;img src='i' onerror='x'&gt;</description></item><item><title>b</title></channel></rss>"
+).encode("iso-8859-1")
+
+
+class FeedTest(CommandTestCase):
+    def setUp(self):
+        super().setUp()
+        self.file("feed.xml", FEED)
+
+    def text(self, *arguments, **options):
+        done = self.run_command("feed", *arguments, **options)
+        self.assertEqual((done.returncode, done.stderr), (0, b""))
+        return done.stdout.decode()
+
+    def test_items(self):
+        items = self.answer("feed", "feed.xml", "--url", "www.h.example/f/feed.xml")
+        self.assertEqual([item["title"] for item in items], ["a", "b"])
+        date = "Sun, 24 Dec 2006 18:30:00 GMT"
+        self.assertEqual(items[0], {"title": "a", "description": "<img src='i' onerror='x'>", "content": "", "author": "",
+                                    "calendarDate": "2006-12-24T18:30:00Z", "date": date, "link": "http://www.h.example/l",
+                                    "id": "g", "published": date})
+        pretty = self.answer("feed", "-", "--pretty", input=FEED)
+        self.assertEqual(pretty[0], {**items[0], "link": "/l"})
+        done = self.run_command("feed", "feed.xml", "--plist")
+        self.assertEqual(plistlib.loads(done.stdout)[0]["link"], "/l")
+        self.assertEqual(self.answer("feed", "-", input=b"<feed/>"), [])
+
+    def test_other_formats(self):
+        made = self.answer("feed", "feed.xml", "--json-feed")
+        self.assertEqual((made["title"], made["home_page_url"]), ("Caf\u00e9 & B", "http://h.example/"))
+        again = self.answer("feed", "-", "--json-feed", input=json.dumps(made).encode())
+        self.assertEqual(again, made)
+        outline = xml.etree.ElementTree.fromstring(self.text("feed.xml", "--opml", "--url", "http://h.example/?a&b"))
+        self.assertEqual(outline.find("body/outline").attrib["xmlUrl"], "http://h.example/?a&b")
+        self.assertEqual(outline.find("head/title").text, "Caf\u00e9 & B")
+
+    def test_pages(self):
+        page = self.text("feed.xml", "--html")
+        self.assertIn("<nobr>Caf\u00e9 &amp; B</nobr>", page)
+        self.assertIn('<img src="http://h.example/i">', page)
+        self.assertIn(f"<!--{STYLE.read_text()}-->", page)
+        page = self.text("feed.xml", "--html", "--linked-style", "--as-given")
+        self.assertIn("<img src='i' onerror='x'>", page)
+        self.assertIn(f'href="{STYLE.as_uri()}"', page)
+        defaults = self.file("defaults.plist", plistlib.dumps({"linkableFeedStyleSheet": str(self.folder / "own.css")}))
+        self.file("own.css", b"p {}")
+        page = self.text("feed.xml", "--html", environment={**self.environment, "QUIVERLEAF_DEFAULTS": os.fsdecode(defaults)})
+        self.assertIn("<!--p {}-->", page)
+
+    def test_failures(self):
+        self.assert_fails(3, "is no feed", "feed", "-", input=b"<html><rss>")
+        self.assert_fails(7, "missing.xml", "feed", "missing.xml")
+        for options in (("--html", "--opml"), ("--as-given",), ("--linked-style", "--opml"), ("--url", "")):
+            self.assert_fails(1, "", "feed", "feed.xml", *options)
+
+
+if __name__ == "__main__":
+    unittest.main()
