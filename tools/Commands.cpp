@@ -50,12 +50,20 @@ const std::vector<Command> &allCommands() {
       }();
       return commands;
       }
+    for (const auto *more :
+         {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
+          &markupCommands(), &feedCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
+          &locationCommands(), &resourceForkCommands(), &helpCommands()})
+      all.insert(all.end(), more->begin(), more->end());
+    return all;
+  }();
+  return commands;
+}
 
-      const Command &
-      commandNamed(const std::string &name) {
-      const auto found =
-          std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
-      if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
-      return *found;
-  }
-  }  // namespace nimbo
+const Command &commandNamed(const std::string &name) {
+  const auto found =
+      std::ranges::find(allCommands(), name, [](const Command &one) { return std::string_view(one.name); });
+  if (found == allCommands().end()) throw UsageError("unknown command '" + name + "'");
+  return *found;
+}
+}  // namespace nimbo
