@@ -14,10 +14,10 @@ namespace nimbo::detail {
 
 namespace {
 
-constexpr std::u16string_view kSectionStart = u"<![CDATA[", kSectionEnd = u"]]>", kCommentEnd = u"-->";
+constexpr std::u16string_view kCommentEnd = u"-->";
 
 bool areEqual(std::u16string_view a, std::u16string_view b) {
-  return std::ranges::equal(a, b, {}, toASCIILower<unichar>, toASCIILower<unichar>);
+  return a == b || std::ranges::equal(a, b, {}, toASCIILower<unichar>, toASCIILower<unichar>);
 }
 
 const unichar *endOf(std::u16string_view units) {
@@ -61,9 +61,14 @@ bool endsField(FeedElement field, FeedElement element) {
   }
 }
 
+/// Whether a start tag is more than its name.
+bool hasAttributes(const TagShape &tag) {
+  return tag.tag().size() > tag.name().size() + 2;
+}
+
 /// An attribute without the white space and the references that it may have; empty when there is none.
 NSString attributeText(const TagShape &tag, std::string_view name) {
-  return feedText(tag.attribute(name), Decoding::kStandardEntities);
+  return hasAttributes(tag) ? feedText(tag.attribute(name), Decoding::kStandardEntities) : NSString();
 }
 
 void setIfEmpty(NSString &value, const NSString &text) {
@@ -95,7 +100,7 @@ void FeedContext::read(std::u16string_view markup) {
   std::u16string_view rest = markup;
   bool stops = false;
   while (!rest.empty() && !stops) {
-    const std::u16string_view part = rest.substr(0, rest.find(kSectionStart));
+    const std::u16string_view part = rest.substr(0, nextSection(rest, 0));
     bool isComment = false;
     scanTags(part, [&](const TagShape &tag) {
       isComment = isComment || (tag.kind() == kComment && endOf(tag.tag()) == endOf(part) &&
@@ -232,7 +237,7 @@ void FeedContext::beginItem(const TagShape &tag) {
   if (insideItem_) endItem();
   insideItem_ = true;
   itemName_ = tag.name();
-  if (isWide()) {
+  if (isWide() && hasAttributes(tag)) {
     namespaces_.readDeclarations(tag.tag());
     itemBase_ = baseOf(tag, feedBase_);
     // Channel definitions have them there.
@@ -254,8 +259,10 @@ void FeedContext::endItem() {
   // What a well-known generator writes instead of an item that it cannot print.
   if (item_.description != u"Array"_ns) sink_.takeItem(item_);
   item_ = {};
-  fallbacks_ = {};
-  itemBase_ = feedBase_;
+  if (isWide()) {
+    fallbacks_ = {};
+    itemBase_ = feedBase_;
+  }
 }
 
 void FeedContext::readLink(const TagShape &tag) {
@@ -288,8 +295,7 @@ void FeedContext::openField(const TagShape &tag, FeedElement element) {
   if (!tag.isStartTag()) return;
   const std::u16string_view units = tag.tag();
   field_ = {.element = element, .name = tag.name(), .text = endOf(units)};
-  const bool hasAttributes = units.size() > tag.name().size() + 2;
-  if (hasAttributes && (isTitle(element) || holdsMarkup(element))) field_.form = textFormOfTag(units);
+  if (hasAttributes(tag) && (isTitle(element) || holdsMarkup(element))) field_.form = textFormOfTag(units);
 }
 
 void FeedContext::closeField(const unichar *end) {
@@ -308,7 +314,7 @@ void FeedContext::closeContainer(const unichar *end) {
   if (container_.element == FeedElement::kAuthor && target().author.length() == 0) {
     const std::u16string_view units(container_.text, static_cast<std::size_t>(end - container_.text));
     target().author = feedText(
-        units.find(u'<') == units.npos || units.find(kSectionStart) != units.npos ? units : firstText(units),
+        units.find(u'<') == units.npos || nextSection(units, 0) < units.size() ? units : firstText(units),
         isWide() ? Decoding::kReferences : Decoding::kEntities);
   }
   container_ = {};

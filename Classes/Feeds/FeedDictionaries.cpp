@@ -57,10 +57,13 @@ FeedItem itemOfDictionary(const NSDictionary &dictionary) {
   return item;
 }
 
-NSString withoutRedirect(const NSString &link) {
-  if (link.length() == 0) return link;
+NewsAggregator::NewsAggregator() {
   const NSString host = NSUserDefaults::standardUserDefaults().stringForKey(u"NewsAggregatorHost"_ns);
-  if (host.length() == 0 || !hasPrefixNoCase(link, stringWithFormat(u"http://%@/news/url?", host))) return link;
+  if (host.length() > 0) prefix_ = stringWithFormat(u"http://%@/news/url?", host);
+}
+
+NSString NewsAggregator::withoutRedirect(const NSString &link) const {
+  if (!hasPrefixNoCase(link, prefix_)) return link;
   const std::u16string_view units = link.view();
   const std::size_t parameter = units.find(u"&url=");
   if (parameter == units.npos) return link;

@@ -12,7 +12,17 @@ NSDictionary dictionaryOfItem(const FeedItem &item);
 /// The fields of such a dictionary; those that are missing or no strings are nil.
 FeedItem itemOfDictionary(const NSDictionary &dictionary);
 
-/// A link to the page that the news service's link in it leads to; any other link is answered itself.
-NSString withoutRedirect(const NSString &link);
+/// The news service whose links lead on to pages, by the user default `NewsAggregatorHost`.
+class NewsAggregator {
+ public:
+  NewsAggregator();
+
+  /// Where a link of the service leads to; any other link itself.
+  NSString withoutRedirect(const NSString &link) const;
+
+ private:
+  /// Nil when there is no such service.
+  NSString prefix_;
+};
 
 }  // namespace nimbo::detail

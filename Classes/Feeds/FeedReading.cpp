@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Feeds/FeedReading.hpp"
 
+#include <algorithm>
 #include <utility>
 
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Entities/NSString+HtmlExtensions+Entities.hpp"
 #include "Classes/Feeds/Feed2HTMLHandler.hpp"
 #include "Classes/Feeds/FeedDictionaries.hpp"
@@ -19,12 +21,22 @@ namespace {
 class ItemCollector : public detail::FeedSink {
  public:
   void takeItem(FeedItem &item) override {
-    item.link = detail::withoutRedirect(item.link);
+    item.link = aggregator_.withoutRedirect(item.link);
     items.push_back(std::move(item));
   }
 
   std::vector<FeedItem> items;
+
+ private:
+  const detail::NewsAggregator aggregator_;
 };
+
+/// Whether a text is JSON rather than markup.
+bool beginsWithBrace(std::u16string_view text) {
+  const CharacterSetRep &white = *whiteCharacterSetRep();
+  const auto first = std::ranges::find_if_not(text, [&](unichar c) { return white.contains(c); });
+  return first != text.end() && *first == u'{';
+}
 
 /// The title as the page has it: markup.
 NSString markupOfTitle(const FeedItem &header) {
@@ -34,7 +46,7 @@ NSString markupOfTitle(const FeedItem &header) {
 }  // namespace
 
 std::optional<Feed> readFeed(const NSString &text, const NSURL &url) {
-  if (detail::withoutWhiteEnds(text.view().substr(0, text.view().find(u'{') + 1)) == u"{")
+  if (beginsWithBrace(text.view()))
     return feedOfJSONFeed(NSJSONSerialization::JSONObjectWithString(text).dictionary());
   ItemCollector collector;
   detail::FeedContext context(detail::FeedRules::kByNamespace, url, collector);

@@ -19,7 +19,6 @@ namespace nimbo::detail {
 
 namespace {
 
-constexpr std::u16string_view kSectionStart = u"<![CDATA[", kSectionEnd = u"]]>";
 /// Shorter texts hold no reference.
 constexpr std::size_t kShortestReference = 4;
 
@@ -89,20 +88,23 @@ std::uint32_t lengthOf(std::u16string_view units) {
 
 /// Appends the text with its references decoded, once.
 void appendDecoded(NSMutableString &result, std::u16string_view text) {
-  while (true) {
-    const std::uint32_t run = std::min(findUnichar(text.data(), lengthOf(text), u'&'), lengthOf(text));
-    result.append(text.substr(0, run));
-    text.remove_prefix(run);
-    if (text.empty()) return;
-    const auto [length, character] = referenceAt(text);
-    if (length == 0) {
-      result.appendCharacter(u'&');
-    } else {
-      unichar units[2];
-      result.append({units, putUTF16(character, units)});
+  const std::uint32_t before = result.length();
+  // No reference is shorter than what it stands for.
+  result.setLength(before + lengthOf(text));
+  unichar *out = result.mutableCharacters() + before;
+  for (std::size_t i = 0; i < text.size();) {
+    if (text[i] != u'&') {
+      *out++ = text[i++];
+      continue;
     }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
+    const auto [length, character] = referenceAt(text.substr(i));
+    if (length == 0)
+      *out++ = text[i++];
+    else
+      out += putUTF16(character, out);
+    i += length;
   }
+  result.setLength(static_cast<std::uint32_t>(out - result.characters()));
 }
 
 void append(NSMutableString &result, std::u16string_view text, Decoding decoding) {
@@ -120,9 +122,9 @@ void append(NSMutableString &result, std::u16string_view text, Decoding decoding
 template <class Take>
 void forEachPart(std::u16string_view text, Take take) {
   while (true) {
-    const std::size_t start = text.find(kSectionStart);
-    if (start != 0 && !text.empty()) take(text.substr(0, start), false);
-    if (start == text.npos) return;
+    const std::size_t start = nextSection(text, 0);
+    if (start != 0) take(text.substr(0, start), false);
+    if (start == text.size()) return;
     text.remove_prefix(start + kSectionStart.size());
     const std::size_t end = text.find(kSectionEnd);
     take(text.substr(0, end), true);
@@ -138,6 +140,18 @@ NSString trimmedString(NSMutableString &&text) {
 }
 
 }  // namespace
+
+std::size_t nextSection(std::u16string_view markup, std::size_t from) {
+  // The last unit of the mark is the one that is rare.
+  for (std::size_t at = from + kSectionStart.size() - 1; at < markup.size(); ++at) {
+    const std::uint32_t bracket = findUnichar(markup.data() + at, lengthOf(markup.substr(at)), kSectionStart.back());
+    if (bracket == NSNotFound) break;
+    at += bracket;
+    const std::size_t start = at + 1 - kSectionStart.size();
+    if (markup.substr(start, kSectionStart.size()) == kSectionStart) return start;
+  }
+  return markup.size();
+}
 
 TextForm textFormOfTag(std::u16string_view tag) {
   const std::u16string_view type = attributeOfTag(tag, "type"), mode = attributeOfTag(tag, "mode");
@@ -168,7 +182,7 @@ NSString feedText(std::u16string_view units, Decoding decoding) {
 
 NSString inlineText(std::u16string_view units) {
   units = withoutWhiteEnds(units);
-  if (units.find(kSectionStart) == units.npos) return NSString::stringWithCharacters(units);
+  if (nextSection(units, 0) == units.size()) return NSString::stringWithCharacters(units);
   NSMutableString text;
   forEachPart(units, [&](std::u16string_view part, bool isSection) {
     if (!isSection) return text.append(part);
@@ -216,7 +230,8 @@ NSString plainText(const NSString &text, bool isPlain) {
 }
 
 std::u16string_view withoutWhiteEnds(std::u16string_view text) {
-  return trimmed(text, [&white = *whiteCharacterSetRep()](unichar c) { return white.contains(c); });
+  static const CharacterSetRep &white = *whiteCharacterSetRep();
+  return trimmed(text, [](unichar c) { return white.contains(c); });
 }
 
 }  // namespace nimbo::detail

@@ -1,12 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
 #include "platform/Foundation/NSString.hpp"
 
 namespace nimbo::detail {
+
+/// Where the next CDATA section of the markup begins, at `from` or behind it; its size when there is none.
+std::size_t nextSection(std::u16string_view markup, std::size_t from);
+
+/// What a CDATA section begins and ends with.
+inline constexpr std::u16string_view kSectionStart = u"<![CDATA[", kSectionEnd = u"]]>";
 
 /// How the text of an element is written down, by its attributes.
 enum class TextForm : std::uint8_t {

@@ -26,12 +26,13 @@ using detail::FeedRules;
 class ItemGatherer : public detail::FeedSink {
  public:
   void takeItem(FeedItem &item) override {
-    item.link = detail::withoutRedirect(item.link);
+    item.link = aggregator_.withoutRedirect(item.link);
     items_.push_back(detail::dictionaryOfItem(item));
   }
   NSArray items() && { return NSArray(std::move(items_)); }
 
  private:
+  const detail::NewsAggregator aggregator_;
   std::vector<id> items_;
 };
 
