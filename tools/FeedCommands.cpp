@@ -64,6 +64,14 @@ void registerStyleSheet() {
       {{u"linkableFeedStyleSheet"_ns, NSString::stringWithFileSystemRepresentation(*found)}});
 }
 
+/// The text of a feed. A byte order mark is right about it, whatever the declaration says.
+NSString textOfFeed(const std::string &path, double patienceSeconds) {
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  const NSData data = readInput(path, patienceSeconds);
+  if (!data.view().starts_with(kByteOrderMark)) return textOfData(data);
+  return NSString::stringWithLossyUTF8String(data.view().substr(kByteOrderMark.size()));
+}
+
 NSURL baseOfTexts(const Feed &feed, const NSURL &url) {
   if (url) return url;
   return NSURL::URLWithString(feed.feedURL ? feed.feedURL : feed.header.link);
@@ -79,7 +87,7 @@ int runFeed(const FeedOptions &options, const Operands &operands) {
     url = URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.url));
     if (!url) throw UsageError("'" + *options.url + "' is no URL");
   }
-  const std::optional<Feed> feed = readFeed(textOfInput(operands.front(), options.timeoutSeconds), url);
+  const std::optional<Feed> feed = readFeed(textOfFeed(operands.front(), options.timeoutSeconds), url);
   if (!feed) {
     writeMessage(nameOfInput(operands.front()) + ": is no feed");
     return kExitNil;

@@ -21,7 +21,8 @@ void require(bool good) {
 
 /// Whether the markup has no start of a tag that may run something.
 bool isHarmless(std::u16string_view markup) {
-  for (const std::u16string_view start : {u"<script", u"<style", u"<iframe", u"<svg", u"<object", u"<!--", u"\"javascript:"})
+  for (const std::u16string_view start : {u"<script", u"<style", u"<iframe", u"<svg", u"<object", u"<!--",
+                                          u"href=\"javascript:", u"src=\"javascript:"})
     if (markup.find(start) != markup.npos) return false;
   return true;
 }
