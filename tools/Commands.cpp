@@ -25,35 +25,10 @@ namespace nimbo {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
-    for (const auto *more : {
-      &helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(), &plainTextCommands(),
-          &markupCommands(), &entityCommands(), &charsetCommands(),
-          for (const auto *more :
-               {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
-                &markupCommands(), &pageCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
-                &locationCommands(), &resourceForkCommands(),
-                &helpCommands()}) for (const auto *more :
-                                       {&helperCommands(), &webArchiveCommands(), &richTextCommands(),
-                                        &plainTextCommands(), &markupCommands(), &entityCommands(),
-                                        &charsetCommands(), &urlCommands(), &dateCommands(),
-                                        &locationCommands(), &resourceForkCommands(), &helpCommands()})
-              all.insert(all.end(), more->begin(), more->end());
-      return all;
-      static const std::vector<Command> commands = [] {
-        std::vector<Command> all;
-        for (const auto *more :
-             {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
-              &markupCommands(), &feedCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
-              &locationCommands(), &resourceForkCommands(), &helpCommands()})
-          all.insert(all.end(), more->begin(), more->end());
-        return all;
-      }();
-      return commands;
-      }
-    for (const auto *more :
-         {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
-          &markupCommands(), &feedCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
-          &locationCommands(), &resourceForkCommands(), &helpCommands()})
+    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
+                             &plainTextCommands(), &markupCommands(), &pageCommands(), &feedCommands(),
+                             &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
+                             &locationCommands(), &resourceForkCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

@@ -2,10 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags entities charset decode url location fork help version'
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags entities charset decode url date location fork help version'
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags page links entities charset decode url location fork help version'
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd text strip tags feed entities charset decode url location fork help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags page links feed entities charset decode url date location fork help version'
   local options='--no-start --timeout --wait --pretty --plist --help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -31,9 +28,7 @@ _quiverleaf() {
   [[ $command == date ]] && options+=' --http'
   [[ $command == fork ]] && options+=' --extract --output'
   [[ $command == location ]] && options+=' --create --output'
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract|size)$ ]]; then
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|containing|extract)$ ]]; then
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|extract|url)$ ]]; then
+  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|containing|extract|size|url)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
@@ -44,9 +39,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|image|topdf|poster|sheet|text|strip|tags|decode|location|fork)$ ]]; then
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|page|links|decode|location|fork)$ ]]; then
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|text|strip|tags|feed|decode|location|fork)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|image|topdf|poster|sheet|text|strip|tags|page|links|feed|decode|location|fork)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi
