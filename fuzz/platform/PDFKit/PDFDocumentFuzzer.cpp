@@ -9,7 +9,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t length) {
   using namespace nimbo;
   dateWithPDFDateString(NSString::stringWithLossyUTF8String({reinterpret_cast<const char *>(bytes), length}));
-  const PDFLimits limits{.memoryBytes = std::size_t{128} << 20, .stepSeconds = 2, .drawingSeconds = 2, .pages = 32};
+  const PDFLimits limits{
+      .memoryBytes = std::size_t{128} << 20, .stepSeconds = 2, .pages = 32, .drawingSeconds = 2};
   const auto document = PDFDocument::documentWithData(NSData::dataWithBytes(bytes, length), limits);
   if (!document) return 0;
   document->documentAttributes();
