@@ -64,10 +64,12 @@ class CGImageSource {
   /// rationals are reals, dates the strings that stand in the file; "Latitude", "Longitude" (degrees) and
   /// "Altitude" (metres) have no sign, which stands in "LatitudeRef" ("N", "S"), "LongitudeRef" ("E", "W") and
   /// "AltitudeRef" (1 is below the sea). What only XMP says about title, authors, keywords and copyright stands
-  /// in "{IPTC}" too.
+  /// in "{IPTC}" too. What a format alone says stands in "{PNG}" ("InterlaceType"), "{JFIF}" ("IsProgressive")
+  /// and
+  /// "{GIF}" ("LoopCount", and "DelayTime" in seconds).
   const NSDictionary &properties() const NIMBO_LIFETIMEBOUND;
-  /// The facts of one image, as above and with "{PNG}", "{GIF}", "{JFIF}" and the like; nil when there is no
-  /// such image.
+  /// The facts of one image; nil when there is no such image. Those of the first are those above; the others
+  /// have no metadata.
   NSDictionary copyPropertiesAtIndex(std::uint32_t index) const;
   /// A thumbnail; nil when there is none, or the image is damaged from the start, too large, or not decoded by
   /// the deadline: `*error` says which. Of an image whose end is missing the part that is there.

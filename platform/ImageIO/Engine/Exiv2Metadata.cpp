@@ -93,6 +93,12 @@ void addExif(const Exiv2::ExifData &exif, NSDictionary &properties) {
       {"Exif.Image.Artist", u"Artist"_ns, Kind::text},
       {"Exif.Image.Copyright", u"Copyright"_ns, Kind::text},
       {"Exif.Image.ImageDescription", u"ImageDescription"_ns, Kind::text},
+      {"Exif.Image.Orientation", u"Orientation"_ns, Kind::integer},
+      {"Exif.Image.XResolution", u"XResolution"_ns, Kind::real},
+      {"Exif.Image.YResolution", u"YResolution"_ns, Kind::real},
+      {"Exif.Image.ResolutionUnit", u"ResolutionUnit"_ns, Kind::integer},
+      {"Exif.Image.Compression", u"Compression"_ns, Kind::integer},
+      {"Exif.Image.PhotometricInterpretation", u"PhotometricInterpretation"_ns, Kind::integer},
   };
   static const Entry kExif[] = {
       {"Exif.Photo.ExposureTime", u"ExposureTime"_ns, Kind::real},
@@ -100,6 +106,21 @@ void addExif(const Exiv2::ExifData &exif, NSDictionary &properties) {
       {"Exif.Photo.ISOSpeedRatings", u"ISOSpeedRatings"_ns, Kind::integers},
       {"Exif.Photo.FocalLength", u"FocalLength"_ns, Kind::real},
       {"Exif.Photo.Flash", u"Flash"_ns, Kind::integer},
+      {"Exif.Photo.ExposureProgram", u"ExposureProgram"_ns, Kind::integer},
+      {"Exif.Photo.ExposureMode", u"ExposureMode"_ns, Kind::integer},
+      {"Exif.Photo.ExposureBiasValue", u"ExposureBiasValue"_ns, Kind::real},
+      {"Exif.Photo.ShutterSpeedValue", u"ShutterSpeedValue"_ns, Kind::real},
+      {"Exif.Photo.ApertureValue", u"ApertureValue"_ns, Kind::real},
+      {"Exif.Photo.MaxApertureValue", u"MaxApertureValue"_ns, Kind::real},
+      {"Exif.Photo.MeteringMode", u"MeteringMode"_ns, Kind::integer},
+      {"Exif.Photo.LightSource", u"LightSource"_ns, Kind::integer},
+      {"Exif.Photo.WhiteBalance", u"WhiteBalance"_ns, Kind::integer},
+      {"Exif.Photo.SceneCaptureType", u"SceneCaptureType"_ns, Kind::integer},
+      {"Exif.Photo.FocalLengthIn35mmFilm", u"FocalLenIn35mmFilm"_ns, Kind::integer},
+      {"Exif.Photo.ColorSpace", u"ColorSpace"_ns, Kind::integer},
+      {"Exif.Photo.PixelXDimension", u"PixelXDimension"_ns, Kind::integer},
+      {"Exif.Photo.PixelYDimension", u"PixelYDimension"_ns, Kind::integer},
+      {"Exif.Photo.LensModel", u"LensModel"_ns, Kind::text},
       {"Exif.Photo.DateTimeOriginal", u"DateTimeOriginal"_ns, Kind::text},
       {"Exif.Photo.OffsetTimeOriginal", u"OffsetTimeOriginal"_ns, Kind::text},
       {"Exif.Photo.DateTimeDigitized", u"DateTimeDigitized"_ns, Kind::text},
@@ -112,6 +133,8 @@ void addExif(const Exiv2::ExifData &exif, NSDictionary &properties) {
       {"Exif.GPSInfo.GPSLongitudeRef", u"LongitudeRef"_ns, Kind::text},
       {"Exif.GPSInfo.GPSAltitude", u"Altitude"_ns, Kind::real},
       {"Exif.GPSInfo.GPSAltitudeRef", u"AltitudeRef"_ns, Kind::integer},
+      {"Exif.GPSInfo.GPSImgDirection", u"ImgDirection"_ns, Kind::real},
+      {"Exif.GPSInfo.GPSDateStamp", u"DateStamp"_ns, Kind::text},
   };
   properties.setObject(dictionaryOfExif(exif, kTIFF), u"{TIFF}"_ns);
   properties.setObject(dictionaryOfExif(exif, kExif), u"{Exif}"_ns);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "platform/ImageIO/Engine/ICCProfile.hpp"
@@ -66,6 +67,38 @@ double dotsPerInch(double pixelsPerMillimeter) {
   return std::round(pixelsPerMillimeter * kMillimetersPerInch * 1000) / 1000;
 }
 
+/// Nothing when the loader tells no such number.
+std::optional<int> numberOf(VipsImage *image, const char *name) {
+  int number = 0;
+  if (!vips_image_get_typeof(image, name) || vips_image_get_int(image, name, &number) != 0) return std::nullopt;
+  return number;
+}
+
+NSDictionary factsOfGIF(VipsImage *image, std::uint32_t index) {
+  constexpr double kMillisecondsPerSecond = 1000;
+  NSDictionary facts;
+  if (const auto loops = numberOf(image, "loop")) facts.setObject(*loops, u"LoopCount"_ns);
+  int *delays = nullptr;
+  int count = 0;
+  if (vips_image_get_typeof(image, "delay") && vips_image_get_array_int(image, "delay", &delays, &count) == 0 &&
+      index < static_cast<std::uint32_t>(count))
+    facts.setObject(delays[index] / kMillisecondsPerSecond, u"DelayTime"_ns);
+  return facts;
+}
+
+/// What one format alone says.
+void addFactsOfFormat(VipsImage *image, const ImageFormat &format, std::uint32_t index,
+                      NSDictionary &properties) {
+  if (format.type == u"public.png"_ns)
+    properties.setObject(NSDictionary{{u"InterlaceType"_ns, numberOf(image, "interlaced").value_or(0)}},
+                         u"{PNG}"_ns);
+  else if (format.type == u"public.jpeg"_ns)
+    properties.setObject(
+        NSDictionary{{u"IsProgressive"_ns, numberOf(image, "jpeg-multiscan").value_or(0) != 0}}, u"{JFIF}"_ns);
+  else if (format.type == u"com.compuserve.gif"_ns)
+    properties.setObject(factsOfGIF(image, index), u"{GIF}"_ns);
+}
+
 }  // namespace
 
 NSString profileNameOfImage(VipsImage *image) {
@@ -77,7 +110,7 @@ NSString profileNameOfImage(VipsImage *image) {
   return descriptionOfICCProfile({static_cast<const std::uint8_t *>(bytes), length});
 }
 
-ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format) {
+ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format, std::uint32_t index) {
   ImageHeader header;
   header.isKnown = true;
   header.type = typeOfImage(image, format.type);
@@ -92,6 +125,7 @@ ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format) {
   properties.setObject(vips_image_hasalpha(image) != 0, u"HasAlpha"_ns);
   properties.setObject(vips_image_get_orientation(image), u"Orientation"_ns);
   properties.setObject(profileNameOfImage(image), u"ProfileName"_ns);
+  addFactsOfFormat(image, format, index, properties);
   return header;
 }
 

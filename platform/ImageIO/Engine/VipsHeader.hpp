@@ -8,8 +8,8 @@
 
 namespace nimbo::detail {
 
-/// What libvips says of an image.
-ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format);
+/// What libvips says of the image of that number.
+ImageHeader headerOfImage(VipsImage *image, const ImageFormat &format, std::uint32_t index);
 
 /// The name of the image's colour profile; nil when it has none, or it has no name.
 NSString profileNameOfImage(VipsImage *image);

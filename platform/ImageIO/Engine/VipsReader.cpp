@@ -85,7 +85,7 @@ class VipsReader final : public ImageReader {
     const auto image = load(index);
     ImageHeader header;
     header.isKnown = true;
-    if (image) header = headerOfImage(image.get(), format_);
+    if (image) header = headerOfImage(image.get(), format_, index);
     return header;
   }
 

@@ -189,6 +189,19 @@ TEST(ImageDecoding, CountsImages) {
   EXPECT_EQ(quartersOf(frames->createImageAtIndex(1, {}))[3][0], 0);
 }
 
+TEST(ImageDecoding, TellsWhatTheFormatSays) {
+  const auto fact = [](const char *picture, std::uint32_t index, const NSString &format, const NSString &name) {
+    const auto source = CGImageSource::sourceWithData(testPicture(picture));
+    return source->copyPropertiesAtIndex(index).objectForKey(format).dictionary().objectForKey(name);
+  };
+  EXPECT_EQ(fact("interlaced.png", 0, u"{PNG}"_ns, u"InterlaceType"_ns), id(1));
+  EXPECT_EQ(fact("half.png", 0, u"{PNG}"_ns, u"InterlaceType"_ns), id(0));
+  EXPECT_EQ(fact("progressive.jpg", 0, u"{JFIF}"_ns, u"IsProgressive"_ns), id(true));
+  EXPECT_EQ(fact("plain.jpg", 0, u"{JFIF}"_ns, u"IsProgressive"_ns), id(false));
+  EXPECT_EQ(fact("frames.gif", 1, u"{GIF}"_ns, u"DelayTime"_ns), id(0.1));
+  EXPECT_EQ(fact("turned.jpg", 0, u"{TIFF}"_ns, u"Orientation"_ns), id(6));
+}
+
 TEST(ImageDecoding, LivesThroughCutFiles) {
   for (const auto &entry : std::filesystem::directory_iterator(TEST_FILES "/image-thumbnail")) {
     const NSData whole = testPicture(entry.path().filename());
