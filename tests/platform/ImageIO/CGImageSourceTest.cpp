@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "platform/Foundation/System/EngineLibrary.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -131,6 +132,16 @@ TEST(CGImageSource, ReadsFromMemoryWhatItReadsFromTheFile) {
     EXPECT_EQ(file->properties(), data->properties()) << name;
     EXPECT_EQ(file->type(), data->type()) << name;
   }
+}
+
+TEST(EngineLibrary, IsOneAndTheSame) {
+  NSError error;
+  const void *engine = engineNamed("imageio", &error);
+  EXPECT_TRUE(engine) << error.localizedFailureReason.UTF8String();
+  EXPECT_EQ(engineNamed("imageio"), engine);
+  EXPECT_FALSE(error);
+  EXPECT_FALSE(engineNamed("none", &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::other);
 }
 
 }  // namespace
