@@ -38,7 +38,7 @@ std::uint32_t side(const NSDictionary &properties, const NSString &key) {
 /// Whether the images of such a file are one picture in several forms, or several pictures, and not the frames
 /// of one that moves.
 bool hasRepresentations(const NSString &type) {
-  static const NSString kTypes[] = {u"public.tiff"_ns, u"com.microsoft.ico"_ns, u"com.apple.icns"_ns};
+  static const NSString kTypes[] = {u"public.tiff"_ns, u"com.microsoft.ico"_ns, u"com.microsoft.cur"_ns};
   return std::ranges::find(kTypes, type) != std::end(kTypes);
 }
 
@@ -73,6 +73,7 @@ std::vector<SharedPointer<NSImageRep>> NSBitmapImageRep::imageRepsWithSource(
   std::vector<SharedPointer<NSImageRep>> reps;
   const std::uint32_t count =
       hasRepresentations(source->type()) ? std::min(source->count(), kMaximumRepresentations) : 1;
+  const bool isPicture = source->type() == u"com.apple.pict"_ns;
   auto shared = std::make_shared<detail::BitmapSource>();
   shared->source = std::move(source);
   shared->deadline = deadline;
@@ -81,6 +82,7 @@ std::vector<SharedPointer<NSImageRep>> NSBitmapImageRep::imageRepsWithSource(
     const auto rep = SharedPointer<NSBitmapImageRep>::adopt(new NSBitmapImageRep);
     rep->source_ = shared;
     rep->indexInSource_ = index;
+    if (isPicture) rep->class_ = NSImageRepClass::PICT;
     rep->width_ = side(properties, u"PixelWidth"_ns);
     rep->height_ = side(properties, u"PixelHeight"_ns);
     if (rep->width_ == 0 || rep->height_ == 0) continue;
@@ -98,8 +100,9 @@ std::vector<SharedPointer<NSImageRep>> NSBitmapImageRep::imageRepsWithSource(
 }
 
 const ClassDescription &NSBitmapImageRep::classDescription() const {
-  static const ClassDescription description{u"NSBitmapImageRep"_ns, &imageRepClass(), {}, {}, nullptr};
-  return description;
+  static const ClassDescription bitmap{u"NSBitmapImageRep"_ns, &imageRepClass(), {}, {}, nullptr};
+  static const ClassDescription picture{u"NSPICTImageRep"_ns, &imageRepClass(), {}, {}, nullptr};
+  return class_ == NSImageRepClass::PICT ? picture : bitmap;
 }
 
 CGImage NSBitmapImageRep::decodedImage(NSError *error) const {

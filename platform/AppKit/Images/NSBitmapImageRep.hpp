@@ -37,7 +37,8 @@ class NSBitmapImageRep final : public NSImageRep {
   ~NSBitmapImageRep() override;
 
   const ClassDescription &classDescription() const override;
-  NSImageRepClass representationClass() const override { return NSImageRepClass::bitmap; }
+  /// `PICT` for a picture of QuickDraw, which is read as its pixels, else `bitmap`.
+  NSImageRepClass representationClass() const override { return class_; }
   NSSize size() const override { return size_; }
   std::uint32_t pixelsWide() const override { return width_; }
   std::uint32_t pixelsHigh() const override { return height_; }
@@ -66,6 +67,7 @@ class NSBitmapImageRep final : public NSImageRep {
   std::uint32_t indexInSource_ = 0;
   std::uint32_t width_ = 0;
   std::uint32_t height_ = 0;
+  NSImageRepClass class_ = NSImageRepClass::bitmap;
   bool hasAlpha_ = false;
 };
 

@@ -183,7 +183,7 @@ TEST(PDFPageDrawing, EndsWhatGoesOnForEver) {
 std::string manyScansOfJPEG(int count) {
   std::string data = "\xff\xd8\xff\xdb" + number(67, 2) + number(0, 1) + std::string(64, '\1') + "\xff\xc2" +
                      number(11, 2) + "\x08" + number(5000, 2) + number(5000, 2) + "\1\1\x11\0\xff\xc4"s +
-                     number(20, 2) + number(0, 1) + number(1, 1) + number(0, 16);
+                     number(20, 2) + number(0, 1) + number(1, 1) + std::string(16, '\0');
   for (int i = 0; i < count; ++i) data += "\xff\xda" + number(8, 2) + "\1\1\0\0\0\0"s;
   return data + "\xff\xd9";
 }

@@ -112,6 +112,16 @@ TEST(NSBitmapImageRep, BecomesFilesOfEveryType) {
   EXPECT_LT(rep->representationUsingType(NSBitmapImageFileType::JPEG, 0.1F).length(), large.length());
 }
 
+TEST(NSBitmapImageRep, TellsPicturesOfQuickDraw) {
+  const std::string picture =
+      std::string(514, '\0') + "\0\0\0\0\0\x14\0\x28\0\x11\2\xff\x0c\0"s + std::string(60, '\0');
+  const auto reps = NSImageRep::imageRepsWithData(dataOfString(picture), {});
+  ASSERT_EQ(reps.size(), 1U);
+  EXPECT_EQ(reps[0]->representationClass(), NSImageRepClass::PICT);
+  EXPECT_EQ(reps[0]->className(), u"NSPICTImageRep"_ns);
+  EXPECT_EQ(reps[0]->size(), (NSSize{40, 20}));
+}
+
 TEST(NSImageRep, KeepsToItsLimitOfRepresentations) {
   const std::vector<CGImage> pages(NSImageRep::kMaximumRepresentations + 1, halves(2, 2));
   EXPECT_EQ(NSImageRep::imageRepsWithData(dataWithImages(pages, u"public.tiff"_ns, {}), {}).size(),
