@@ -41,8 +41,8 @@ class QTMovie {
   void setCurrentTime(double seconds);
   /// The frame that is shown at a time, turned and with square pixels, in its natural size; behind the end the
   /// last one, in front of the first one that one. Nil when there is none, `*error` says why. Cover art is no
-  /// frame. Between the key frame in front and that time no more is decoded than some 500 frames of high
-  /// definition; in a movie whose key frames are farther apart it is the last one of these.
+  /// frame. At times more than 40 million pixels (125 frames of 640 by 480) behind a key frame it is the
+  /// nearest key frame.
   CGImage frameImageAtTime(double seconds, NSError *error = nullptr);
   /// The frame that the file names as its poster, else the first one that is there; nil as above.
   CGImage posterImage(NSError *error = nullptr);

@@ -5,6 +5,7 @@ extern "C" {
 #include <libavutil/mem.h>
 }
 
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <limits>
@@ -41,7 +42,6 @@ constexpr unsigned int kMaximumProbedBytes = 1 << 20;
 /// What is read of the tracks before the first frame is asked for.
 constexpr std::int64_t kProbedBytes = 5'000'000;
 constexpr std::int64_t kProbedMicroseconds = 5'000'000;
-constexpr int kMaximumStreams = 200;
 /// Where reading begins, in seconds before the frame, until a key frame stands in between; at last at the
 /// start.
 constexpr double kLeadsInSeconds[] = {0, 1, 5, std::numeric_limits<double>::infinity()};
@@ -140,7 +140,6 @@ bool FFmpegMovie::open(const std::string &name, NSError *error) {
   format->protocol_whitelist = av_strdup("");
   format->probesize = kProbedBytes;
   format->max_analyze_duration = kProbedMicroseconds;
-  format->max_streams = kMaximumStreams;
   // A failure frees the context.
   int result = avformat_open_input(&format, name.c_str(), inputFormat, nullptr);
   if (result >= 0) {

@@ -5,7 +5,9 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "platform/CoreGraphics/CGImage.hpp"
 
@@ -16,6 +18,8 @@ namespace {
 constexpr double kMaximumAspect = 16;
 /// From so many rows on, pictures that do not name their colours have those of high definition.
 constexpr int kHighDefinitionRows = 720;
+/// The scaler may write whole vectors, beyond the end of the last row.
+constexpr std::size_t kScalerOverrun = 64;
 /// One in the fixed-point numbers of the scaler.
 constexpr int kFixedPointOne = 1 << 16;
 
@@ -43,8 +47,14 @@ void setColors(SwsContext *scaler, const AVFrame &frame) {
       space = SWS_CS_ITU601;
   }
   const int *coefficients = sws_getCoefficients(space);
-  sws_setColorspaceDetails(scaler, coefficients, frame.color_range == AVCOL_RANGE_JPEG, coefficients, 1, 0,
-                           kFixedPointOne, kFixedPointOne);
+  // Some forms of pixels have the full range by themselves.
+  int *inverse = nullptr;
+  int *table = nullptr;
+  int isFull = 0;
+  int rest[4] = {};
+  sws_getColorspaceDetails(scaler, &inverse, &isFull, &table, &rest[0], &rest[1], &rest[2], &rest[3]);
+  if (frame.color_range == AVCOL_RANGE_JPEG) isFull = 1;
+  sws_setColorspaceDetails(scaler, coefficients, isFull, coefficients, 1, 0, kFixedPointOne, kFixedPointOne);
 }
 
 /// The colours multiplied by alpha, which also says whether there is any transparency.
@@ -90,8 +100,8 @@ MoviePicture pictureOfFrame(const AVFrame &frame, AVRational sampleAspect, NSErr
   picture.height = static_cast<std::uint32_t>(size.height);
   picture.hasAlpha = (description->flags & AV_PIX_FMT_FLAG_ALPHA) != 0 || format == AV_PIX_FMT_PAL8;
   const int bytesPerRow = static_cast<int>(picture.width * CGImage::kBytesPerPixel);
-  picture.pixels = std::make_unique_for_overwrite<std::uint8_t[]>(std::size_t{picture.height} * picture.width *
-                                                                  CGImage::kBytesPerPixel);
+  const std::size_t length = std::size_t{picture.height} * picture.width * CGImage::kBytesPerPixel;
+  picture.pixels = std::make_unique_for_overwrite<std::uint8_t[]>(length + kScalerOverrun);
   const FFmpegPointer<SwsContext> scaler(
       sws_getContext(frame.width, frame.height, format, static_cast<int>(picture.width),
                      static_cast<int>(picture.height), picture.hasAlpha ? AV_PIX_FMT_RGBA : AV_PIX_FMT_RGB0,
@@ -107,9 +117,7 @@ MoviePicture pictureOfFrame(const AVFrame &frame, AVRational sampleAspect, NSErr
   if (picture.hasAlpha)
     premultiply(picture);
   else
-    for (std::size_t i = 3; i < std::size_t{picture.height} * picture.width * CGImage::kBytesPerPixel;
-         i += CGImage::kBytesPerPixel)
-      picture.pixels[i] = 255;
+    for (std::size_t i = 3; i < length; i += CGImage::kBytesPerPixel) picture.pixels[i] = 255;
   return picture;
 }
 
