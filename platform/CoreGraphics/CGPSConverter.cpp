@@ -22,8 +22,6 @@
 namespace nimbo {
 namespace {
 
-using std::string_view_literals::operator""sv;
-
 constexpr const char *kPrograms[] = {"/usr/bin/gs", "/usr/local/bin/gs", "/opt/ghostscript/bin/gs"};
 
 /// The names of the files in the child's folder.
@@ -45,7 +43,7 @@ constexpr std::size_t kCommentBytes = 64 << 10;
 
 /// The part of the file that is a program; what DOS programs put around EPS is a table of parts and a preview.
 std::string_view programInFile(std::string_view bytes) {
-  constexpr std::string_view kMark = "\xc5\xd0\xd3\xc6"sv;
+  constexpr std::string_view kMark = "\xc5\xd0\xd3\xc6";
   constexpr std::size_t kOffset = 4, kLength = 8, kHeaderBytes = 30;
   if (!bytes.starts_with(kMark) || bytes.size() < kHeaderBytes) return bytes;
   const auto littleEndian = [&](std::size_t place) {
@@ -61,7 +59,7 @@ std::string_view firstLine(std::string_view program) {
   constexpr std::string_view kPrinterMark = "\x1b%-12345X";
   const std::size_t beginning = program.starts_with(kPrinterMark)
                                     ? program.substr(0, kMaximumOrderBytes).find("%!")
-                                    : program.find_first_not_of("\x04\t\n\f\r \0"sv);
+                                    : program.find_first_not_of("\x04\t\n\f\r ");
   if (beginning == std::string_view::npos) return {};
   const std::string_view line = program.substr(beginning);
   return line.starts_with("%!") ? line.substr(0, line.find_first_of("\r\n")) : std::string_view();

@@ -11,8 +11,7 @@ NSEPSImageRep::~NSEPSImageRep() = default;
 bool NSEPSImageRep::canInitWithFirstBytes(std::string_view bytes) {
   // Printers' files may begin with an end of transmission, or with orders for the printer.
   if (bytes.starts_with('\x04')) bytes.remove_prefix(1);
-  return bytes.starts_with("%!") || bytes.starts_with("\xc5\xd0\xd3\xc6") ||
-         bytes.starts_with("\x1b%-12345X");
+  return bytes.starts_with("%!") || bytes.starts_with("\xc5\xd0\xd3\xc6") || bytes.starts_with("\x1b%-12345X");
 }
 
 SharedPointer<NSEPSImageRep> NSEPSImageRep::imageRepWithData(const NSData &data, const Deadline &deadline,
