@@ -127,6 +127,7 @@ class PicturesTest(CommandTestCase):
         (self.folder / "mixed").mkdir()
         self.file("strange.qqq", bytes(range(1, 200, 3)))
         cases = [
+            (2, "no helper", "sheet", "mixed", "-o", "out.png", "--no-start"),
             (1, "needs a file with a name", "image", "-"),
             (1, "needs -o", "image", "photo.png", "--size", "50"),
             (1, "needs -o OUT.pdf", "topdf", "page.ps"),
@@ -143,7 +144,6 @@ class PicturesTest(CommandTestCase):
             (8, "photo.png: ", "topdf", "photo.png", "-o", "out.pdf"),
             (6, "no folder/out.png: ", "image", "photo.png", "-o", "no folder/out.png"),
             (6, "no folder/out.pdf: ", "topdf", "page.pdf", "-o", "no folder/out.pdf"),
-            (2, "no helper", "sheet", "mixed", "-o", "out.png", "--no-start"),
             (3, "there are no files", "sheet", "empty", "-o", "out.png"),
         ]  # fmt: skip
         for code, message, *arguments in cases:
