@@ -127,7 +127,7 @@ class PicturesTest(CommandTestCase):
         (self.folder / "mixed").mkdir()
         self.file("strange.qqq", bytes(range(1, 200, 3)))
         cases = [
-            (2, "no helper", "sheet", "mixed", "-o", "out.png", "--no-start"),
+            (2, "No helper is registered", "sheet", "mixed", "-o", "out.png", "--no-start"),
             (1, "needs a file with a name", "image", "-"),
             (1, "needs -o", "image", "photo.png", "--size", "50"),
             (1, "needs -o OUT.pdf", "topdf", "page.ps"),
