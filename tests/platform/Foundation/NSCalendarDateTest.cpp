@@ -57,6 +57,7 @@ TEST(NSCalendarDate, TakesNothingThatDoesNotFit) {
     EXPECT_EQ(read(text, kForm), "") << text;
   EXPECT_EQ(read("Sonntag, 1 Mai", u"%A, %d %b"), "");
   EXPECT_EQ(read("1.1.2005", u"%d.%m.%Q"), "");
+  EXPECT_EQ(read("1.1.5", u"%d.%m.%y"), "");
   EXPECT_EQ(read("", u""), "");
   EXPECT_FALSE(dateWithCalendarFormat(NSString(), u"%Y"));
 }

@@ -88,7 +88,7 @@ TEST(NaturalDates, ReadNumbersAndNames) {
       {"18:30 GMT", "2005-03-31T18:30:00Z"},
       {"Donnerstag, den 3. M\u00e4rz 2005 um 14.30 Uhr MEZ", "2005-03-03T13:30:00Z"},
       {"am 3. Ma\u0308rz 2005, 12 Uhr 30 UTC", "2005-03-03T12:30:00Z"},
-      {"18 Uhr 3 M\u00e4rz 2005 UTC", "2005-03-03T18:00:00Z"},
+      {"18 Uhr 3 Mrz 2005 UTC", "2005-03-03T18:00:00Z"},
       {"12 Uhr GMT am 3. J\u00e4nner 2005", "2005-01-03T12:00:00Z"},
       {"12:00 am 3. Mai 2005 GMT", "2005-05-03T12:00:00Z"},
       {"le 1er f\u00e9vrier 2005 \u00e0 14h30 CET", "2005-02-01T13:30:00Z"},
