@@ -21,7 +21,6 @@ namespace {
 
 using detail::endsElement;
 using detail::equalsNoCase;
-using detail::isOpeningTag;
 using detail::readMetaContent;
 
 constexpr std::string_view kIconRelation = "shortcut icon";

@@ -59,7 +59,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   const NSString page = exactString(fuzzedText(data, size));
   checkContents(page);
   const NSString based = stringBySettingBaseURL(page, u"http://e.org/"_ns);
-  require(based.identicalTo(page) || htmlBaseURL(based).absoluteString() == u"http://e.org/"_ns);
+  require(based.identicalTo(page) ||
+          based.view().find(u"<BASE href=\"http://e.org/\"/>\n") != std::u16string_view::npos);
   require(setOf(htmlLinksContaining(page, u"a"_ns, true, nullptr)).size() <=
           setOf(htmlLinksBaseURL(page, nullptr)).size());
   static_cast<void>(htmlStylesheetsAndScripts(page));
