@@ -100,7 +100,7 @@ void FeedContext::read(std::u16string_view markup) {
   std::u16string_view rest = markup;
   bool stops = false;
   while (!rest.empty() && !stops) {
-    const std::u16string_view part = rest.substr(0, nextSection(rest, 0));
+    const std::u16string_view part = rest.substr(0, nextSection(rest));
     bool isComment = false;
     scanTags(part, [&](const TagShape &tag) {
       isComment = isComment || (tag.kind() == kComment && endOf(tag.tag()) == endOf(part) &&
@@ -108,8 +108,8 @@ void FeedContext::read(std::u16string_view markup) {
       return stops = readTag(tag);
     });
     rest.remove_prefix(part.size());
-    const std::size_t end = rest.find(isComment ? kCommentEnd : kSectionEnd);
-    if (end == rest.npos) break;
+    const std::size_t end = isComment ? std::min(rest.find(kCommentEnd), rest.size()) : endOfSection(rest);
+    if (end == rest.size()) break;
     rest.remove_prefix(end + kSectionEnd.size());
   }
   if (!stops) finish(endOf(markup));
@@ -313,9 +313,9 @@ void FeedContext::closeField(const unichar *end) {
 void FeedContext::closeContainer(const unichar *end) {
   if (container_.element == FeedElement::kAuthor && target().author.length() == 0) {
     const std::u16string_view units(container_.text, static_cast<std::size_t>(end - container_.text));
-    target().author = feedText(
-        units.find(u'<') == units.npos || nextSection(units, 0) < units.size() ? units : firstText(units),
-        isWide() ? Decoding::kReferences : Decoding::kEntities);
+    target().author =
+        feedText(units.find(u'<') == units.npos || nextSection(units) < units.size() ? units : firstText(units),
+                 isWide() ? Decoding::kReferences : Decoding::kEntities);
   }
   container_ = {};
 }

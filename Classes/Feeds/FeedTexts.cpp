@@ -73,6 +73,9 @@ char32_t characterNamed(std::u16string_view name) {
 /// The text begins with "&".
 Reference referenceAt(std::u16string_view text) {
   constexpr std::size_t kLongestName = 8;
+  // Escaped markup is full of these.
+  if (text.size() > 3 && text[2] == u't' && text[3] == u';' && (text[1] == u'l' || text[1] == u'g'))
+    return {4, text[1] == u'l' ? U'<' : U'>'};
   if (text.size() > 2 && text[1] == u'#') return numericReference(text);
   const std::size_t most = std::min(text.size(), kLongestName + 2);
   std::size_t end = 1;
@@ -92,17 +95,18 @@ void appendDecoded(NSMutableString &result, std::u16string_view text) {
   // No reference is shorter than what it stands for.
   result.setLength(before + lengthOf(text));
   unichar *out = result.mutableCharacters() + before;
-  for (std::size_t i = 0; i < text.size();) {
-    if (text[i] != u'&') {
-      *out++ = text[i++];
+  const unichar *from = text.data(), *const end = from + text.size();
+  while (from < end) {
+    if (*from != u'&') {
+      *out++ = *from++;
       continue;
     }
-    const auto [length, character] = referenceAt(text.substr(i));
+    const auto [length, character] = referenceAt({from, static_cast<std::size_t>(end - from)});
     if (length == 0)
-      *out++ = text[i++];
+      *out++ = *from++;
     else
       out += putUTF16(character, out);
-    i += length;
+    from += length;
   }
   result.setLength(static_cast<std::uint32_t>(out - result.characters()));
 }
@@ -118,17 +122,30 @@ void append(NSMutableString &result, std::u16string_view text, Decoding decoding
                                  : convertStandardEntities2Characters(units, units, length)));
 }
 
+/// Where the first mark begins in the text; its size when there is none. The unit at the index is what is
+/// searched for, a rare one.
+std::size_t markOf(std::u16string_view text, std::u16string_view mark, std::size_t rareUnit) {
+  for (std::size_t at = rareUnit; at < text.size(); ++at) {
+    const std::uint32_t found =
+        findUnichar(text.data() + at, lengthOf(text) - static_cast<std::uint32_t>(at), mark[rareUnit]);
+    if (found == NSNotFound) break;
+    at += found;
+    if (text.substr(at - rareUnit, mark.size()) == mark) return at - rareUnit;
+  }
+  return text.size();
+}
+
 /// Calls `take(part, isSection)` for the parts of the text inside and outside of CDATA sections.
 template <class Take>
 void forEachPart(std::u16string_view text, Take take) {
   while (true) {
-    const std::size_t start = nextSection(text, 0);
+    const std::size_t start = nextSection(text);
     if (start != 0) take(text.substr(0, start), false);
     if (start == text.size()) return;
     text.remove_prefix(start + kSectionStart.size());
-    const std::size_t end = text.find(kSectionEnd);
+    const std::size_t end = endOfSection(text);
     take(text.substr(0, end), true);
-    if (end == text.npos) return;
+    if (end == text.size()) return;
     text.remove_prefix(end + kSectionEnd.size());
   }
 }
@@ -141,16 +158,14 @@ NSString trimmedString(NSMutableString &&text) {
 
 }  // namespace
 
-std::size_t nextSection(std::u16string_view markup, std::size_t from) {
+std::size_t nextSection(std::u16string_view markup) {
   // The last unit of the mark is the one that is rare.
-  for (std::size_t at = from + kSectionStart.size() - 1; at < markup.size(); ++at) {
-    const std::uint32_t bracket = findUnichar(markup.data() + at, lengthOf(markup.substr(at)), kSectionStart.back());
-    if (bracket == NSNotFound) break;
-    at += bracket;
-    const std::size_t start = at + 1 - kSectionStart.size();
-    if (markup.substr(start, kSectionStart.size()) == kSectionStart) return start;
-  }
-  return markup.size();
+  constexpr std::size_t kBracket = kSectionStart.size() - 1;
+  return markOf(markup, kSectionStart, kBracket);
+}
+
+std::size_t endOfSection(std::u16string_view markup) {
+  return markOf(markup, kSectionEnd, 0);
 }
 
 TextForm textFormOfTag(std::u16string_view tag) {
@@ -168,6 +183,9 @@ TextForm textFormOfTag(std::u16string_view tag) {
 NSString feedText(std::u16string_view units, Decoding decoding) {
   units = withoutWhiteEnds(units);
   if (units.empty()) return NSString::string();
+  const bool hasReferences =
+      decoding != Decoding::kNone && findUnichar(units.data(), lengthOf(units), u'&') != NSNotFound;
+  if (!hasReferences && nextSection(units) == units.size()) return NSString::stringWithCharacters(units);
   NSMutableString text;
   text.reserve(units.size());
   const Decoding inSections = decoding == Decoding::kEntities ? decoding : Decoding::kNone;
@@ -182,7 +200,7 @@ NSString feedText(std::u16string_view units, Decoding decoding) {
 
 NSString inlineText(std::u16string_view units) {
   units = withoutWhiteEnds(units);
-  if (nextSection(units, 0) == units.size()) return NSString::stringWithCharacters(units);
+  if (nextSection(units) == units.size()) return NSString::stringWithCharacters(units);
   NSMutableString text;
   forEachPart(units, [&](std::u16string_view part, bool isSection) {
     if (!isSection) return text.append(part);

@@ -9,8 +9,11 @@
 
 namespace nimbo::detail {
 
-/// Where the next CDATA section of the markup begins, at `from` or behind it; its size when there is none.
-std::size_t nextSection(std::u16string_view markup, std::size_t from);
+/// Where the first CDATA section of the markup begins; its size when there is none.
+std::size_t nextSection(std::u16string_view markup);
+
+/// Where the first mark of the end of a section begins; the markup's size when there is none.
+std::size_t endOfSection(std::u16string_view markup);
 
 /// What a CDATA section begins and ends with.
 inline constexpr std::u16string_view kSectionStart = u"<![CDATA[", kSectionEnd = u"]]>";

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
 // The items of feeds of some MB, beside a SAX pass of libxml2 over the same bytes, which only counts elements
-// and bytes of texts, and the Universal Feed Parser for Python, which makes of them what we do. All must find as many items before
-// times count; the best round of each is compared. What each shape of feed takes per byte as it grows comes
-// last.
+// and bytes of texts, and the Universal Feed Parser for Python, which makes of them what we do. All must find
+// as many items before times count; the best round of each is compared. What each shape of feed takes per byte
+// as it grows comes last.
 //
 //   bench-feeds [ROUNDS]
 
@@ -48,7 +48,8 @@ const std::string kParagraph =
 
 std::string escaped(std::string_view text) {
   std::string result;
-  for (const char c : text) result += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
+  for (const char c : text)
+    result += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
   return result;
 }
 
@@ -57,23 +58,27 @@ std::vector<Shape> shapes() {
       "<?xml version=\"1.0\"?><rss version=\"2.0\" xmlns:content=\"http://purl.org/rss/1.0/modules/content/\" "
       "xmlns:dc=\"http://purl.org/dc/elements/1.1/\"><channel><title>Leaves</title>\n";
   const std::string fields =
-      "<title>Trees &amp; leaves</title>\n<link>http://example.org/2006/12/24/trees</link>\n<guid>http://example.org/"
+      "<title>Trees &amp; "
+      "leaves</title>\n<link>http://example.org/2006/12/24/trees</link>\n<guid>http://example.org/"
       "?p=7</guid>\n<dc:creator>Anna Example</dc:creator>\n<pubDate>Sun, 24 Dec 2006 18:30:00 +0000</pubDate>\n"
       "<category>Trees</category>\n<category>Leaves</category>\n";
-  return {{"RSS, CDATA sections", rss,
-           "<item>" + fields + "<content:encoded><![CDATA[" + repeated(kParagraph, 8) + "]]></content:encoded></item>\n",
-           "</channel></rss>"},
-          {"RSS, escaped markup", rss,
-           "<item>" + fields + "<description>" + escaped(repeated(kParagraph, 8)) + "</description></item>\n",
-           "</channel></rss>"},
-          {"RSS, short texts", rss, "<item>" + fields + "<description>Oaks are patient.</description></item>\n",
-           "</channel></rss>"},
-          {"Atom, inline markup", "<feed xmlns=\"http://www.w3.org/2005/Atom\"><title>Leaves</title>\n",
-           "<entry><title>Trees</title><link rel=\"alternate\" href=\"http://example.org/trees\"/><id>tag:example.org,"
-           "2006:7</id><updated>2006-12-24T18:30:00Z</updated><author><name>Anna Example</name></author><content "
-           "type=\"xhtml\"><div xmlns=\"http://www.w3.org/1999/xhtml\">" +
-               repeated(kParagraph, 8) + "</div></content></entry>\n",
-           "</feed>"}};
+  return {
+      {"RSS, CDATA sections", rss,
+       "<item>" + fields + "<content:encoded><![CDATA[" + repeated(kParagraph, 8) +
+           "]]></content:encoded></item>\n",
+       "</channel></rss>"},
+      {"RSS, escaped markup", rss,
+       "<item>" + fields + "<description>" + escaped(repeated(kParagraph, 8)) + "</description></item>\n",
+       "</channel></rss>"},
+      {"RSS, short texts", rss, "<item>" + fields + "<description>Oaks are patient.</description></item>\n",
+       "</channel></rss>"},
+      {"Atom, inline markup", "<feed xmlns=\"http://www.w3.org/2005/Atom\"><title>Leaves</title>\n",
+       "<entry><title>Trees</title><link rel=\"alternate\" "
+       "href=\"http://example.org/trees\"/><id>tag:example.org,"
+       "2006:7</id><updated>2006-12-24T18:30:00Z</updated><author><name>Anna Example</name></author><content "
+       "type=\"xhtml\"><div xmlns=\"http://www.w3.org/1999/xhtml\">" +
+           repeated(kParagraph, 8) + "</div></content></entry>\n",
+       "</feed>"}};
 }
 
 struct ElementCount {
@@ -86,7 +91,8 @@ std::uint64_t itemsByLibxml(const std::string &bytes) {
   handler.startElementNs = [](void *context, const xmlChar *name, const xmlChar *, const xmlChar *, int,
                               const xmlChar **, int, int, const xmlChar **) {
     const auto *const word = reinterpret_cast<const char *>(name);
-    static_cast<ElementCount *>(context)->items += std::strcmp(word, "item") == 0 || std::strcmp(word, "entry") == 0;
+    static_cast<ElementCount *>(context)->items +=
+        std::strcmp(word, "item") == 0 || std::strcmp(word, "entry") == 0;
   };
   // Who reads a feed wants its texts.
   const auto takeText = [](void *context, const xmlChar *, int length) {
