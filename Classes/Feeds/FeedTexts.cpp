@@ -94,7 +94,9 @@ void appendDecoded(NSMutableString &result, std::u16string_view text) {
   const std::uint32_t before = result.length();
   // No reference is shorter than what it stands for.
   result.setLength(before + lengthOf(text));
-  unichar *out = result.mutableCharacters() + before;
+  unichar *const units = result.mutableCharacters();
+  if (!units) return;
+  unichar *out = units + before;
   const unichar *from = text.data(), *const end = from + text.size();
   while (from < end) {
     if (*from != u'&') {
@@ -108,7 +110,7 @@ void appendDecoded(NSMutableString &result, std::u16string_view text) {
       out += putUTF16(character, out);
     from += length;
   }
-  result.setLength(static_cast<std::uint32_t>(out - result.characters()));
+  result.setLength(static_cast<std::uint32_t>(out - units));
 }
 
 void append(NSMutableString &result, std::u16string_view text, Decoding decoding) {
