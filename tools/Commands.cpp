@@ -29,11 +29,7 @@ const std::vector<Command> &allCommands() {
                              &plainTextCommands(), &markupCommands(), &pageCommands(), &feedCommands(),
                              &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
                              &locationCommands(), &resourceForkCommands(), &helpCommands()})
-      for (const auto *more :
-           {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &plainTextCommands(),
-            &markupCommands(), &pageCommands(), &entityCommands(), &charsetCommands(), &urlCommands(),
-            &locationCommands(), &resourceForkCommands(), &helpCommands()})
-        all.insert(all.end(), more->begin(), more->end());
+      all.insert(all.end(), more->begin(), more->end());
     return all;
   }();
   return commands;

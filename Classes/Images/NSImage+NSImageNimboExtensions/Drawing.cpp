@@ -3,8 +3,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <utility>
 
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Redrawing.hpp"
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Representations.hpp"
@@ -60,6 +63,12 @@ CGImage drawnAtSize(const NSImage &image, NSSize size, NSGraphicsContext &contex
   return CGImage();
 }
 
+/// How many tiles cover a length.
+std::uint32_t tileCount(double length, double tile) {
+  constexpr double kMost = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::min(std::ceil(length / tile), kMost));
+}
+
 }  // namespace
 
 bool drawBestRepresentationInRect(const NSImage &image, NSGraphicsContext &context, const NSRect &rect,
@@ -100,14 +109,14 @@ bool drawTiledInRect(const NSImage &image, NSGraphicsContext &context, const NSR
   const CGImage drawn = drawnAtSize(image, size, context);
   if (!drawn) return false;
   const double right = rect.origin.x + rect.size.width, top = rect.origin.y + rect.size.height;
-  const double columns = std::ceil(rect.size.width / size.width),
-               rows = std::ceil(rect.size.height / size.height);
-  for (double row = 0; row < rows; ++row) {
-    if (context.deadline.isOver()) {
-      if (!context.failure) setError(&context.failure, ErrorCode::timeLimit, "drawing took too long");
-      return false;
-    }
-    for (double column = 0; column < columns; ++column) {
+  const std::uint32_t columns = tileCount(rect.size.width, size.width);
+  const std::uint32_t rows = tileCount(rect.size.height, size.height);
+  for (std::uint32_t row = 0; row < rows; ++row)
+    for (std::uint32_t column = 0; column < columns; ++column) {
+      if (context.deadline.isOver()) {
+        if (!context.failure) setError(&context.failure, ErrorCode::timeLimit, "drawing took too long");
+        return false;
+      }
       const NSPoint origin = {rect.origin.x + column * size.width, rect.origin.y + row * size.height};
       const NSSize visible = {std::min(size.width, right - origin.x), std::min(size.height, top - origin.y)};
       const NSSize pixels = {visible.width / size.width * drawn.width(),
@@ -115,7 +124,6 @@ bool drawTiledInRect(const NSImage &image, NSGraphicsContext &context, const NSR
       context.CGContextToDraw().drawImage({origin, visible}, drawn, {{0, 0}, pixels}, CGBlendMode::sourceOver,
                                           fraction);
     }
-  }
   return true;
 }
 

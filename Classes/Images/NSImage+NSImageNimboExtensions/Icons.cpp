@@ -11,7 +11,7 @@ inline namespace NSImageNimboExtensions {
 NSImage draggingIcon(const NSImage &image, const Deadline &deadline, NSError *error) {
   constexpr double kVisible = 2.0 / 3;
   const NSImage thumbnail = thumbForSize(image, {kDraggingIconSide, kDraggingIconSide}, true, deadline, error);
-  if (!thumbnail) return thumbnail;
+  if (!thumbnail) return NSImage();
   NSImage icon = NSImage::imageWithSize(thumbnail.size());
   const auto draw = [&](NSGraphicsContext &context) {
     thumbnail.drawInRect(context, bounds(icon), {}, NSCompositingOperation::sourceOver, kVisible);

@@ -62,7 +62,7 @@ NSImage cachedImageNamed(const NSString &name, const NSString &ofType, const NSB
   if (NSImage image = kept.imageAtPath(path)) return image;
   const NSImage referenced = imageAtPath(path, deadline, error);
   // The file is read now, since the deadline holds for whatever still stands on it.
-  const NSImage image = bitmapImageWithSize(referenced, referenced.size(), true, deadline, error);
+  NSImage image = bitmapImageWithSize(referenced, referenced.size(), true, deadline, error);
   if (image) kept.keep(path, image);
   return image;
 }
