@@ -69,7 +69,7 @@ NSData posterOfFile(HelperClient &client, const NSString &path, std::uint32_t si
 NSData thumbnailOfFile(HelperClient &client, const NSString &path, std::uint32_t side) {
   try {
     if (!isMultimediaType(pathExtension(path)))
-      if (const NSData image = imageOfFile(client, path)) return image;
+      if (NSData image = imageOfFile(client, path)) return image;
     return posterOfFile(client, path, side);
   } catch (const InputError &) {
     return NSData();

@@ -21,7 +21,7 @@ constexpr std::u16string_view kVersion = u"https://jsonfeed.org/version/1";
 /// The first string that is not empty under one of the keys; numbers count as their digits.
 NSString firstText(const NSDictionary &object, std::initializer_list<NSString> keys) {
   for (const NSString &key : keys)
-    if (const NSString text = stringValue(object.objectForKey(key)); text.length() > 0) return text;
+    if (NSString text = stringValue(object.objectForKey(key)); text.length() > 0) return text;
   return {};
 }
 

@@ -94,10 +94,13 @@ CGImage contactSheet(const NSDictionary &sheet, NSError *error) {
   }
   context.setInterpolationQuality(CGInterpolationQuality::high);
   context.fillRect({{0, 0}, size}, kSheetColor);
-  for (std::uint32_t i = 0; i < count; ++i)
-    drawCell(context, cells[i].dictionary(),
-             {{kGap + i % columns * cellWidth, size.height - kGap - tileSide - i / columns * cellHeight},
-              {tileSide, tileSide}});
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const std::uint32_t row = i / columns;
+    const std::uint32_t column = i % columns;
+    drawCell(
+        context, cells[i].dictionary(),
+        {{kGap + column * cellWidth, size.height - kGap - tileSide - row * cellHeight}, {tileSide, tileSide}});
+  }
   return context.makeImage();
 }
 

@@ -21,6 +21,7 @@ NSData dataWithImages(const std::vector<CGImage> &images, const NSString &type,
   const detail::ImageEngine *engine = detail::imageEngine(error);
   if (!engine) return {};
   std::vector<detail::ImageView> views;
+  views.reserve(images.size());
   for (const CGImage &image : images)
     views.push_back({image.width(), image.height(), image.hasAlpha(), image.pixels()});
   return engine->file(views, type, options, error);

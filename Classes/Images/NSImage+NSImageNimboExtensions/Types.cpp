@@ -54,6 +54,18 @@ NSString tellingSubtype(const NSString &MIMEType) {
   return subtype.find(u'.') == std::u16string_view::npos ? answer : pathExtension(answer);
 }
 
+List typesOfImageFiles() {
+  List types = NSImage::imageFileTypes();
+  addInBothCases(types, {u"jpe"_ns, u"ps"_ns, u"eps"_ns, u"ai"_ns});
+  return types;
+}
+
+List typesOfPDFFiles() {
+  List types(1, u"'PDF '"_ns);
+  addInBothCases(types, extensionsOfKinds(FileKinds::pdfForm));
+  return types;
+}
+
 }  // namespace
 
 const List &PDFBundleTypes() {
@@ -66,20 +78,12 @@ const List &PDFBundleTypes() {
 }
 
 const List &PDFFileTypes() {
-  static const List list = [] {
-    List types = {u"'PDF '"_ns};
-    addInBothCases(types, extensionsOfKinds(FileKinds::pdfForm));
-    return types;
-  }();
+  static const List list = typesOfPDFFiles();
   return list;
 }
 
 const List &ImageFileTypes() {
-  static const List list = [] {
-    List types = NSImage::imageFileTypes();
-    addInBothCases(types, {u"jpe"_ns, u"ps"_ns, u"eps"_ns, u"ai"_ns});
-    return types;
-  }();
+  static const List list = typesOfImageFiles();
   return list;
 }
 
@@ -131,7 +135,7 @@ NSString pathToPDF(const NSString &path) {
   if (!isPDFBundle(path)) return path;
   const NSString name =
       stringByAppendingPathExtension(stringByDeletingPathExtension(lastPathComponent(path)), PDF);
-  const NSString namesake = stringByAppendingPathComponent(path, name);
+  NSString namesake = stringByAppendingPathComponent(path, name);
   if (fileExistsAtPath(namesake, true)) return namesake;
   const List files = directoryContentsAtPath(path, PDF);
   return files.empty() ? path : stringByAppendingPathComponent(path, files.front());

@@ -141,12 +141,11 @@ bool findRows(Cursor &cursor, Layout &layout) {
 void unpack(std::string_view packed, std::string &row) {
   std::size_t place = 0;
   for (std::size_t i = 0; i < packed.size() && place < row.size();) {
-    const int code = static_cast<signed char>(packed[i++]);
+    const std::size_t code = static_cast<std::uint8_t>(packed[i++]);
     // It says nothing.
-    if (code == -128) continue;
-    const bool isRun = code < 0;
-    const std::size_t count =
-        std::min<std::size_t>(static_cast<std::size_t>(isRun ? 1 - code : 1 + code), row.size() - place);
+    if (code == 128) continue;
+    const bool isRun = code > 128;
+    const std::size_t count = std::min(isRun ? 257 - code : 1 + code, row.size() - place);
     if (isRun) {
       if (i >= packed.size()) return;
       std::fill_n(row.begin() + static_cast<std::ptrdiff_t>(place), count, packed[i++]);
