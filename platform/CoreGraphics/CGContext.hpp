@@ -38,7 +38,9 @@ class CGContext {
   /// A bitmap of that many pixels; `isValid` tells whether it could be made.
   CGContext(std::uint32_t width, std::uint32_t height);
   ~CGContext();
+  /// Takes over the other's bitmap; the other can only be assigned to.
   CGContext(CGContext &&) noexcept;
+  /// Takes over the other's bitmap, as above.
   CGContext &operator=(CGContext &&) noexcept;
 
   /// Whether there is a bitmap: its sides are in the range that images may have, and so is the number of its
