@@ -12,11 +12,11 @@ namespace nimbo {
 
 /// What is to be made, as the program that makes pictures calls it.
 struct PictureOrder {
-  const char *what;        ///< "picture", "cover" or "sheet".
-  NSString path;           ///< What it is made of.
-  std::uint32_t side = 0;  ///< The most pixels of the longer side; 0 is as many as there are.
-  NSString type;           ///< A uniform type identifier.
-  double seconds = 0;      ///< How long it may take.
+  const char *what = nullptr;  ///< "picture", "cover" or "sheet".
+  NSString path = {};          ///< What it is made of.
+  std::uint32_t side = 0;      ///< The most pixels of the longer side; 0 is as many as there are.
+  NSString type = {};          ///< A uniform type identifier.
+  double seconds = 0;          ///< How long it may take.
 };
 
 /// The type of the pictures that a file is to hold, by its extension. Raises `UsageError` when it is none of
