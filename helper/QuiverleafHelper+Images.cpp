@@ -88,9 +88,13 @@ NSDictionary QuiverleafHelper::imageWithContentsOfFile(const NSString &path, boo
     NSImage image = imageInFile(path, deadline, &failure);
     if (!image) {
       if (stringFromPDF && readsPDFWithoutImage() && isRealPDFFile(path))
-        if (const NSData data = dataOfFile(path, &failure))
-          return _attributedStringWithPDF(false, data, canUseSpotlight ? path : NSString(), true, textDeadline,
-                                          error);
+        if (const NSData data = dataOfFile(path, &failure)) {
+          NSError textFailure;
+          NSDictionary answer = _attributedStringWithPDF(false, data, canUseSpotlight ? path : NSString(), true,
+                                                         textDeadline, &textFailure);
+          if (error) *error = textFailure ? textFailure : failure;
+          return answer;
+        }
       if (error) *error = failure;
       return NSDictionary();
     }

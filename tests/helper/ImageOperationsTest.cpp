@@ -131,6 +131,11 @@ TEST_F(ImageOperationsTest, PDFThatNobodyCanDrawStillGivesItsFacts) {
   EXPECT_EQ(image(sample("locked.pdf"), true).objectForKey(u"Locked"_ns).boolean(), true);
   EXPECT_EQ(error.errorCode(), ErrorCode::locked);
   EXPECT_FALSE(image(folder.write("broken.pdf", "%PDF-1.4 and no more"), true));
+  std::string headless(samplePDF("columns.pdf").view());
+  headless.replace(0, 5, "%----");
+  const NSDictionary read = image(folder.write("headless.pdf", headless), true);
+  EXPECT_EQ(text(read, "String").find("A catalogue of documents"), 0u) << keys(read);
+  EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType) << "why there is no thumbnail";
 }
 
 TEST_F(ImageOperationsTest, GivesPDFForms) {
