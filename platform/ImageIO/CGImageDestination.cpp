@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/ImageIO/ImageEngine.hpp"
+#include "platform/ImageIO/PlainTIFF.hpp"
 
 namespace nimbo {
 
@@ -18,6 +19,8 @@ NSData dataWithImages(const std::vector<CGImage> &images, const NSString &type,
     setError(error, ErrorCode::incomplete, "there is no picture to write");
     return {};
   }
+  if (images.size() == 1 && !images.front().hasAlpha() && type == u"public.tiff"_ns && !options.usesLZW)
+    if (NSData file = detail::plainTIFF(images.front(), options.dotsPerInch)) return file;
   const detail::ImageEngine *engine = detail::imageEngine(error);
   if (!engine) return {};
   std::vector<detail::ImageView> views;
