@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -89,6 +90,26 @@ TEST(PDFPageDrawing, SmoothsEdgesWhenAsked) {
   EXPECT_EQ(pixelAt(smooth, 10, 10).red, pixelAt(smooth, 10, 10).alpha);
   const CGImage hard = page.imageOfArea({{0, 0}, {40, 20}}, 40, 20, {.shouldAntialias = false});
   EXPECT_EQ(pixelAt(hard, 10, 10).alpha % 255, 0);
+}
+
+TEST(PDFPageDrawing, FindsTheGlyphsOfNames) {
+  const auto letter = [](const std::string &encoding, const char *code) {
+    const std::string font = "<</Type /Font /Subtype /Type1 /BaseFont /Helvetica " + encoding + ">>";
+    return drawn(pageOf("BT /F 18 Tf 5 2 Td ("s + code + ") Tj ET",
+                        "/MediaBox [0 0 40 20] /Resources <</Font <</F " + font + ">>>>"));
+  };
+  const auto named = [&](const std::string &name) {
+    return letter("/Encoding <</Differences [65 /" + name + "]>>", "A");
+  };
+  const auto isSame = [](const CGImage &a, const CGImage &b) {
+    return std::equal(a.pixels(), a.pixels() + a.bytesPerRow() * a.height(), b.pixels());
+  };
+  EXPECT_TRUE(isSame(named("Q"), letter("", "Q")));
+  EXPECT_TRUE(isSame(named("germandbls"), letter("/Encoding /WinAnsiEncoding", "\\337")));
+  EXPECT_TRUE(isSame(named("uni0041"), letter("", "A"))) << "another spelling";
+  EXPECT_FALSE(isSame(named("Q"), named("R")));
+  for (const std::string &name : {"nothing"s, std::string(120, 'Q'), std::string(200, 'Q')})
+    EXPECT_TRUE(isSame(named(name), named("nobody"))) << name;
 }
 
 TEST(PDFPageDrawing, DrawsPicturesAndShadings) {
