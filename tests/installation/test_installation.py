@@ -106,7 +106,7 @@ class InstallationTest(unittest.TestCase):
                 if path != self.command and "libexec" not in str(path):
                     linked = path.with_name(path.name.removesuffix(f".{version}"))
                     self.assertEqual(linked.exists(), path.parent == self.libraries)
-        engines = {"libnimbo-imageio", "libnimbo-qtkit"}
+        engines = {"libnimbo-imagecodec", "libnimbo-imageio", "libnimbo-qtkit"}
         self.assertFalse(engines & needed(libraries[f"libnimbo-media.so.{version}"]))
 
     def test_the_program_for_archives(self):

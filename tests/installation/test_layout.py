@@ -67,7 +67,7 @@ class LayoutTest(HollowTestCase):
             | {helper / name for name in importers}
             | {(helper / name).parents[1] / "Info.plist" for name in importers}
             | {libraries / f"libnimbo-{name}.so{end}" for name in ("text", "media", "client") for end in ("", ".2", ".2.0.0")}
-            | {libraries / "quiverleaf" / f"libnimbo-{name}.so{end}" for name in ("imageio", "qtkit") for end in (".2", ".2.0.0")}
+            | {libraries / "quiverleaf" / f"libnimbo-{name}.so{end}" for name in ("imagecodec", "imageio", "qtkit") for end in (".2", ".2.0.0")}
             | {libraries / "pkgconfig" / f"nimbo-{name}.pc" for name in ("text", "media", "client")}
             | {libraries / "cmake" / "Quiverleaf" / name for name in self.package_files()}
             | {place["INCLUDEDIR"] / name / "MDImporter.h" for name in ("quiverleaf", "nimbo/platform/CoreServices")}
@@ -83,7 +83,7 @@ class LayoutTest(HollowTestCase):
             place["BINDIR"] / "quiverleaf": {libraries},
             helper / "quiverleaf-helper": {libraries},
             libraries / "libnimbo-media.so.2": {libraries, private},
-            **{private / f"libnimbo-{name}.so.2": {libraries} for name in ("imageio", "qtkit")},
+            **{private / f"libnimbo-{name}.so.2": {libraries} for name in ("imagecodec", "imageio", "qtkit")},
             **{helper / name: {libraries, private} for name in importers},
         }
         for path, folders_reached in reached.items():

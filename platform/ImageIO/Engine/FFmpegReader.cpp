@@ -12,7 +12,6 @@
 #include "platform/Foundation/System/LargeBytes.hpp"
 #include "platform/ImageIO/Engine/BMPHeader.hpp"
 #include "platform/ImageIO/Engine/ByteOrder.hpp"
-#include "platform/ImageIO/Engine/FFmpegDecoding.hpp"
 #include "platform/ImageIO/Engine/PixelCopying.hpp"
 
 namespace nimbo::detail {
@@ -197,8 +196,10 @@ class FFmpegReader final : public ImageReader {
       setError(error, ErrorCode::tooLarge, "the image has too many pixels");
       return nullptr;
     }
-    samples_ = decodedByFFmpeg(format_.format, wholeData(input_).span());
-    return samples_.image();
+    const ImageCodec *codec = imageCodec(error);
+    if (!codec) return nullptr;
+    samples_ = codec->samples(format_.format, wholeData(input_).span());
+    return imageOfSamples(samples_);
   }
 
  private:

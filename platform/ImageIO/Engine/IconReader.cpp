@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/ImageIO/Engine/ByteOrder.hpp"
-#include "platform/ImageIO/Engine/FFmpegDecoding.hpp"
 #include "platform/ImageIO/Engine/ImageColors.hpp"
 #include "platform/ImageIO/Engine/PixelCopying.hpp"
 #include "platform/ImageIO/Engine/VipsReader.hpp"
@@ -141,9 +140,11 @@ class IconReader final : public ImageReader {
         entry.bitsPerPixel > 8 ? 0 : std::size_t{colors ? colors : 1u << entry.bitsPerPixel} * 4;
     const std::size_t offset = kBitmapHeaderLength + paletteLength;
     const std::string file = bitmapFile(entry, offset);
+    const ImageCodec *codec = imageCodec(nullptr);
+    if (!codec) return nullptr;
     samples_ =
-        decodedByFFmpeg(FFmpegFormat::BMP, {reinterpret_cast<const std::uint8_t *>(file.data()), file.size()});
-    auto image = samples_.image();
+        codec->samples(FFmpegFormat::BMP, {reinterpret_cast<const std::uint8_t *>(file.data()), file.size()});
+    auto image = imageOfSamples(samples_);
     if (!image || samples_.bands == 4) return image;
     alphas_ = alphasOfMask(entry, offset + rowLength(entry.size.width, entry.bitsPerPixel) * entry.size.height);
     if (alphas_.empty()) return image;

@@ -149,6 +149,7 @@ NSData encodedImages(std::span<const ImageView> images, const NSString &type,
     setError(error, ErrorCode::other, "the library of images cannot be started");
     return {};
   }
+  if (type == u"public.heic"_ns) loadVipsModule("heif");
   NSData data = savedImages(images, *fileType, options);
   vips_error_clear();
   if (!data) setError(error, ErrorCode::other, "the picture cannot be written in this format");

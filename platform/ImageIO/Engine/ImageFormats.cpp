@@ -48,11 +48,12 @@ const ImageFormat *imageFormatOfBytes(std::string_view bytes) {
       {"MM\0+"sv, 0, u"public.tiff"_ns, "tiffload_source", none, true, false},
       {"GIF8"sv, 0, u"com.compuserve.gif"_ns, "gifload_source", none, true, true},
       {"WEBP"sv, 8, u"org.webmproject.webp"_ns, "webpload_source", scale, true, true},
-      {"ftyp"sv, 4, u"public.heif"_ns, "heifload_source", none, true, true, true},
+      {"ftyp"sv, 4, u"public.heif"_ns, "heifload_source", none, true, true, true, "heif"},
       {"\0\0\0\x0cjP  \r\n\x87\n"sv, 0, u"public.jpeg-2000"_ns, "jp2kload_source", resolutions, false, true},
       {"\xff\x4f\xff\x51"sv, 0, u"public.jpeg-2000"_ns, "jp2kload_source", resolutions, false, true},
-      {"\xff\x0a"sv, 0, u"public.jpeg-xl"_ns, "jxlload_source", none, false, true},
-      {"\0\0\0\x0cJXL \r\n\x87\n"sv, 0, u"public.jpeg-xl"_ns, "jxlload_source", none, false, true},
+      {"\xff\x0a"sv, 0, u"public.jpeg-xl"_ns, "jxlload_source", none, false, true, false, "jxl"},
+      {"\0\0\0\x0cJXL \r\n\x87\n"sv, 0, u"public.jpeg-xl"_ns, "jxlload_source", none, false, true, false,
+       "jxl"},
   };
   static const ImageFormat kSVG = {{}, 0, u"public.svg-image"_ns, "svgload_source", scale, false, false};
   for (const ImageFormat &format : kFormats)

@@ -30,6 +30,8 @@ struct ImageFormat {
   bool isDecodedWhole;
   /// Whether the loader can give a "thumbnail" that stands in the file.
   bool hasThumbnails = false;
+  /// The module of libvips that has the loader, unless libvips has it itself.
+  const char *module = nullptr;
 };
 
 /// Null when the bytes begin no format of ours.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "platform/ImageIO/Codec/ImageCodec.hpp"
 #include "platform/ImageIO/Engine/ImageReading.hpp"
 #include "platform/ImageIO/Engine/VipsSession.hpp"
 
@@ -31,6 +32,9 @@ class ImageReader {
   /// least so many pixels on its longer side, or the largest at all if `maySmaller`. Null when there is none.
   virtual VipsPointer<VipsImage> openThumbnail(std::uint32_t longerSide, bool maySmaller);
 };
+
+/// An image of the samples, which must live as long; null when there are none.
+VipsPointer<VipsImage> imageOfSamples(const DecodedSamples &samples);
 
 /// A reader for the image, by its first bytes; null when it is of no known kind.
 std::unique_ptr<ImageReader> readerOfInput(const ImageInput &input, const Deadline &deadline);

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "platform/ImageIO/Engine/ByteOrder.hpp"
-#include "platform/ImageIO/Engine/FFmpegDecoding.hpp"
 #include "platform/ImageIO/Engine/VipsReader.hpp"
 
 namespace nimbo::detail {
@@ -127,7 +126,7 @@ class RawReader final : public ImageReader {
     // A pixel of each group of four sensors, without a guess at the others.
     processor_->imgdata.params.half_size = 1;
     isOpen_ = reopen();
-    return develop() ? samples_.image() : nullptr;
+    return develop() ? imageOfSamples(samples_) : nullptr;
   }
 
   VipsPointer<VipsImage> openThumbnail(std::uint32_t, bool) override {

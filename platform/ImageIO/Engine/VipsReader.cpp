@@ -161,7 +161,9 @@ class VipsReader final : public ImageReader {
 std::unique_ptr<ImageReader> vipsReaderOfInput(const ImageInput &input, std::string_view firstBytes,
                                                const Deadline &deadline) {
   const ImageFormat *format = imageFormatOfBytes(firstBytes);
-  return format ? std::make_unique<VipsReader>(input, *format, deadline) : nullptr;
+  if (!format) return nullptr;
+  if (format->module) loadVipsModule(format->module);
+  return std::make_unique<VipsReader>(input, *format, deadline);
 }
 
 }  // namespace nimbo::detail

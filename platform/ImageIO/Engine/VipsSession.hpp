@@ -21,6 +21,9 @@ using VipsPointer = std::unique_ptr<Object, Unreference>;
 /// Starts libvips once in the process. False when it cannot be started.
 bool startVips();
 
+/// Loads libvips' module of that name ("heif", "jxl") if there is one and it is not there yet.
+void loadVipsModule(const char *name);
+
 /// What libvips reads an image through: by itself it maps files, and who cuts a mapped file short ends the
 /// process. Behind the deadline there is nothing more to read. The input must live as long.
 class VipsInput {

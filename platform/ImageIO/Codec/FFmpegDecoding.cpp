@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/ImageIO/Engine/FFmpegDecoding.hpp"
-
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavutil/pixdesc.h>
@@ -10,7 +8,8 @@ extern "C" {
 #include <algorithm>
 #include <cstring>
 
-#include "platform/ImageIO/Engine/ImageReader.hpp"
+#include "platform/Foundation/System/EngineLibrary.hpp"
+#include "platform/ImageIO/Codec/ImageCodec.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -101,19 +100,7 @@ void dropIdleAlpha(DecodedSamples &samples) {
   samples.bands = 3;
 }
 
-}  // namespace
-
-VipsPointer<VipsImage> DecodedSamples::image() const {
-  if (!bytes) return nullptr;
-  const std::size_t length =
-      static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * static_cast<std::size_t>(bands);
-  VipsPointer<VipsImage> image(
-      vips_image_new_from_memory(bytes.get(), length, width, height, bands, VIPS_FORMAT_UCHAR));
-  if (image) image->Type = VIPS_INTERPRETATION_sRGB;
-  return image;
-}
-
-DecodedSamples decodedByFFmpeg(FFmpegFormat format, std::span<const std::uint8_t> file) {
+DecodedSamples decodedSamples(FFmpegFormat format, std::span<const std::uint8_t> file) {
   const auto frame = decodedFrame(codecOfFormat(format), file);
   if (!frame) return {};
   DecodedSamples samples;
@@ -137,4 +124,20 @@ DecodedSamples decodedByFFmpeg(FFmpegFormat format, std::span<const std::uint8_t
   return samples;
 }
 
+class Codec final : public ImageCodec {
+ public:
+  DecodedSamples samples(FFmpegFormat format, std::span<const std::uint8_t> file) const override {
+    return decodedSamples(format, file);
+  }
+};
+
+}  // namespace
 }  // namespace nimbo::detail
+
+/// The codec, for `nimbo::detail::imageCodec`.
+NIMBO_ENGINE const void *nimboEngine();
+
+const void *nimboEngine() {
+  static const nimbo::detail::Codec codec;
+  return static_cast<const nimbo::detail::ImageCodec *>(&codec);
+}
