@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/CoreGraphics/CGImage.hpp"
+#include "platform/ImageIO/Engine/BoxShrinking.hpp"
 #include "platform/ImageIO/Engine/ImageColors.hpp"
 #include "platform/ImageIO/Engine/ImageReader.hpp"
 #include "platform/ImageIO/Engine/PixelCopying.hpp"
@@ -108,6 +109,8 @@ class Decoding {
 
  private:
   ImagePixels finished(VipsPointer<VipsImage> image, PixelSize size) {
+    if (image && request_.quality != CGInterpolationQuality::none)
+      image = shrunkByBoxes(std::move(image), size, request_.deadline);
     if (image) image = scaledImage(std::move(image), size, request_.quality);
     if (image) image = imageInSRGB(std::move(image));
     return image ? copiedPixels(image.get(), orientation_, request_.deadline) : ImagePixels();

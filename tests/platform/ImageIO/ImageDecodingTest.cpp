@@ -22,8 +22,11 @@ constexpr CGImageThumbnailOptions kThumbnail = {
 /// What a bomb may take; the address sanitizer keeps freed memory back.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t kBombMemory = 800u << 20;
+constexpr std::size_t kDotsMemory = 100u << 20;
 #else
 constexpr std::size_t kBombMemory = 300u << 20;
+/// As floating-point numbers, the pixels of a strip take more.
+constexpr std::size_t kDotsMemory = 13u << 20;
 #endif
 
 NSData dataWithBytes(std::string_view bytes) {
@@ -160,10 +163,22 @@ TEST(ImageDecoding, ScalesToAnySize) {
 }
 
 TEST(ImageDecoding, MultipliesByAlpha) {
-  const CGImage image = thumbnail(testPicture("half.png"), kThumbnail);
-  EXPECT_TRUE(image.hasAlpha());
   const Quarters half = {{{128, 0, 0, 128}, {0, 128, 0, 128}, {0, 0, 128, 128}, {128, 128, 128, 128}}};
-  EXPECT_LE(difference(quartersOf(image), half), 3);
+  for (const char *name : {"half.png", "half-deep.png"}) {
+    const CGImage image = thumbnail(testPicture(name), kThumbnail);
+    EXPECT_TRUE(image.hasAlpha()) << name;
+    EXPECT_LE(difference(quartersOf(image), half), 3) << name;
+  }
+  // Every second pixel is red, and what does not show between them has no colour.
+  constexpr std::uint32_t kSide = 3000;
+  std::unique_ptr<std::uint8_t[]> pixels(new std::uint8_t[kSide * kSide * 4]());
+  for (std::size_t i = 0; i < kSide * kSide; i += 2) pixels[i * 4] = pixels[i * 4 + 3] = 255;
+  const NSData dots =
+      dataWithImage(CGImage::imageWithPixels(kSide, kSide, true, std::move(pixels)), u"public.png"_ns, {});
+  EXPECT_LT(peakMemoryOf([&] { return static_cast<bool>(thumbnail(dots, kThumbnail)); }), kDotsMemory);
+  Quarters red;
+  red.fill({128, 0, 0, 128});
+  EXPECT_LE(difference(quartersOf(thumbnail(dots, kThumbnail)), red), 3);
 }
 
 TEST(ImageDecoding, TakesTheFilesOwnThumbnailWhenItWillDo) {
