@@ -49,6 +49,9 @@ constexpr double kLeadsInSeconds[] = {0, 1, 5, std::numeric_limits<double>::infi
 /// An index may have the times of decoding, which come so much before those of showing.
 constexpr AVRational kDecodingDelay = {1, 4};
 
+/// Frames that cannot be reached in this time are not waited for: the nearest key frame stands in.
+constexpr double kExactnessInSeconds = 0.7;
+
 /// What is added to times before their fractions of ticks are dropped.
 constexpr double kRoundingInTicks = 0.01;
 /// Times are at most so much behind the end that the file names, which is often not quite right.
@@ -100,6 +103,9 @@ class FFmpegMovie final : public EngineMovie {
  private:
   bool openDecoder(NSError *error);
   bool seekTo(std::int64_t time);
+  /// For what has no index, where times may lead behind the first key frame.
+  bool seekToFirstByte();
+  PictureDecoder::Search searchFrom(std::int64_t from, PictureDecoder::Target target);
   std::int64_t timeOfSeconds(double seconds) const;
   /// The key frame that is nearest to `time`; `before` is the one in front of it.
   std::int64_t nearestKeyFrame(std::int64_t time, std::int64_t before) const;
@@ -172,7 +178,7 @@ bool FFmpegMovie::openDecoder(NSError *error) {
   decoder_ = PictureDecoder::decoderForStream(pictureStream(), error);
   // Palettes come with the first packet alone.
   if (decoder_ && pictureStream().codecpar->format == AV_PIX_FMT_PAL8) {
-    decoder_->search(*format_, timeOfSeconds(0), input_.deadline());
+    decoder_->search(*format_, {.time = timeOfSeconds(0)}, input_.deadline());
     isAtStart_ = false;
   }
   return static_cast<bool>(decoder_);
@@ -194,7 +200,19 @@ bool FFmpegMovie::seekTo(std::int64_t time) {
   isAtStart_ = false;
   decoder_->flush();
   if (av_seek_frame(format_.get(), pictureStream().index, time, AVSEEK_FLAG_BACKWARD) >= 0) return true;
-  return isStart && avformat_seek_file(format_.get(), -1, 0, 0, INT64_MAX, AVSEEK_FLAG_BYTE) >= 0;
+  return isStart && seekToFirstByte();
+}
+
+bool FFmpegMovie::seekToFirstByte() {
+  decoder_->flush();
+  return avformat_seek_file(format_.get(), -1, 0, 0, INT64_MAX, AVSEEK_FLAG_BYTE) >= 0;
+}
+
+PictureDecoder::Search FFmpegMovie::searchFrom(std::int64_t from, PictureDecoder::Target target) {
+  PictureDecoder::Search found = decoder_->search(*format_, target, input_.deadline());
+  if (!found.isBehindSkipped || found.end == PictureDecoder::End::tooFar || !seekTo(from)) return found;
+  target.skips = false;
+  return decoder_->search(*format_, target, input_.deadline());
 }
 
 std::int64_t FFmpegMovie::nearestKeyFrame(std::int64_t time, std::int64_t before) const {
@@ -215,17 +233,20 @@ MoviePicture FFmpegMovie::frameAtTime(double seconds, NSError *error) {
   if (facts_.durationSeconds) seconds = std::min(seconds, *facts_.durationSeconds + kSecondsBehindEnd);
   const std::int64_t start = timeOfSeconds(0);
   const std::int64_t time = timeOfSeconds(seconds);
+  const PictureDecoder::Target target = {.time = time, .budget = Deadline::after(kExactnessInSeconds)};
   PictureDecoder::Search found;
   for (const double lead : kLeadsInSeconds) {
     const std::int64_t from = timeOfSeconds(seconds - lead);
     if (!seekTo(from)) continue;
-    found = decoder_->search(*format_, time, input_.deadline());
+    found = searchFrom(from, target);
     if (found.end == PictureDecoder::End::tooFar) {
       const std::int64_t near = nearestKeyFrame(time, found.begin);
       const std::int64_t delay = av_rescale_q(1, kDecodingDelay, pictureStream().time_base);
-      if (seekTo(near + delay)) found = decoder_->search(*format_, near, input_.deadline());
+      if (seekTo(near + delay)) found = decoder_->search(*format_, {.time = near}, input_.deadline());
       if (found.frame) break;
     }
+    if (from <= start && found.isLate && (format_->iformat->flags & AVFMT_TS_DISCONT) != 0 && seekToFirstByte())
+      if (PictureDecoder::Search first = searchFrom(from, target); first.frame) found = std::move(first);
     const bool isOver = found.end == PictureDecoder::End::deadline || from <= start;
     if (isOver || (found.frame && !found.isLate)) break;
   }
@@ -239,7 +260,7 @@ void FFmpegMovie::readOn(double seconds) {
   const Deadline until = earliest(Deadline::after(seconds), input_.deadline());
   PictureDecoder::End end = PictureDecoder::End::gaveUp;
   while (!lateFrame_ && end == PictureDecoder::End::gaveUp) {
-    PictureDecoder::Search found = decoder_->search(*format_, timeOfSeconds(0), until);
+    PictureDecoder::Search found = decoder_->search(*format_, {.time = timeOfSeconds(0)}, until);
     lateFrame_ = std::move(found.frame);
     end = found.end;
   }

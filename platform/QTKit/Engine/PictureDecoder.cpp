@@ -2,6 +2,7 @@
 #include "platform/QTKit/Engine/PictureDecoder.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <thread>
 #include <utility>
 
@@ -10,11 +11,10 @@
 namespace nimbo::detail {
 namespace {
 
-/// Times that are farther behind a key frame than so many pixels are not decoded to: 125 frames of 640 by 480,
-/// or 18 of 1920 by 1080.
-constexpr double kMaximumPixelsToTime = 40e6;
 /// A search that decodes more goes no further, whatever the times in the file say.
-constexpr std::int64_t kMaximumDecodedPixels = 400'000'000;
+constexpr std::int64_t kMaximumDecodedPixels = 2'000'000'000;
+/// The pace of decoding is known after so long.
+constexpr double kPaceInSeconds = 0.15;
 /// From so many pixels on, several threads are faster than one.
 constexpr double kMinimumPixelsForThreads = 4e6;
 constexpr unsigned int kMaximumThreads = 4;
@@ -84,52 +84,73 @@ void PictureDecoder::flush() {
 
 double PictureDecoder::pixelsBetween(std::int64_t begin, std::int64_t end) const {
   const AVCodecParameters &parameters = *stream_.codecpar;
-  const double rate = stream_.avg_frame_rate.num > 0 && stream_.avg_frame_rate.den > 0
-                          ? av_q2d(stream_.avg_frame_rate)
-                          : kDefaultFramesPerSecond;
   const double seconds = (static_cast<double>(end) - static_cast<double>(begin)) * av_q2d(stream_.time_base);
-  return seconds * rate * parameters.width * parameters.height;
+  return seconds * framesPerSecond() * parameters.width * parameters.height;
 }
 
-bool PictureDecoder::takeFrame(Search &search, std::int64_t time) {
+double PictureDecoder::framesPerSecond() const {
+  const AVRational rate = stream_.avg_frame_rate;
+  return rate.num > 0 && rate.den > 0 ? av_q2d(rate) : kDefaultFramesPerSecond;
+}
+
+std::int64_t PictureDecoder::beginOfFrame(const AVFrame &frame, std::int64_t before) const {
+  if (frame.best_effort_timestamp != AV_NOPTS_VALUE) return frame.best_effort_timestamp;
+  if (before == AV_NOPTS_VALUE) return stream_.start_time == AV_NOPTS_VALUE ? 0 : stream_.start_time;
+  return before + static_cast<std::int64_t>(1 / (framesPerSecond() * av_q2d(stream_.time_base)));
+}
+
+bool PictureDecoder::takeFrame(Search &search, const Target &target) {
   packetsWithoutFrame_ = bytesWithoutFrame_ = 0;
   decodedPixels_ += std::int64_t{frame_->width} * frame_->height;
-  const std::int64_t begin = frame_->best_effort_timestamp;
+  const std::int64_t begin = lastBegin_ = beginOfFrame(*frame_, lastBegin_);
   const std::int64_t same = av_rescale_q(1, kSameMoment, stream_.time_base);
-  const bool isLate = begin != AV_NOPTS_VALUE && begin > time && begin - time > same;
+  const bool isLate = begin > target.time && begin - target.time > same;
   if (isLate && search.frame) return true;
   search.isLate = isLate;
+  search.frameBegin = begin;
   if (!search.frame) search.frame.reset(av_frame_alloc());
   if (!search.frame) return true;
   std::swap(search.frame, frame_);
-  // A frame without a time is where it stands in the file.
-  if (isLate || begin == AV_NOPTS_VALUE) return isLate;
-  const std::int64_t duration = search.frame->pkt_duration;
-  return begin >= time || duration - same > time - begin;
+  // How long a frame is said to be shown is often wrong where frames are not in order or not evenly spaced.
+  return begin >= target.time || target.time - begin <= same;
 }
 
-bool PictureDecoder::decode(const AVPacket *packet, Search &search, std::int64_t time) {
+bool PictureDecoder::decode(const AVPacket *packet, Search &search, const Target &target) {
   // Frames that no other needs, and that are over by then, are not decoded.
-  const bool isOver = packet && packet->pts != AV_NOPTS_VALUE && packet->pts < time && packet->duration > 0 &&
-                      packet->duration < time - packet->pts;
+  const bool isOver = target.skips && packet && packet->pts != AV_NOPTS_VALUE && packet->pts < target.time &&
+                      packet->duration > 0 && packet->duration < target.time - packet->pts;
   codec_->skip_frame = isOver ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
+  if (isOver) lastSkipped_ = std::max(lastSkipped_, packet->pts);
   // What is damaged is passed over.
   avcodec_send_packet(codec_.get(), packet);
   while (avcodec_receive_frame(codec_.get(), frame_.get()) >= 0)
-    if (takeFrame(search, time)) return true;
+    if (takeFrame(search, target)) return true;
   return false;
 }
 
-PictureDecoder::Search PictureDecoder::search(AVFormatContext &format, std::int64_t time,
+bool PictureDecoder::isTooFar(const AVPacket &packet, std::int64_t begin, const Target &target,
+                              double elapsed) const {
+  const std::int64_t reached = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
+  if (elapsed < kPaceInSeconds || begin == AV_NOPTS_VALUE || reached == AV_NOPTS_VALUE ||
+      reached >= target.time)
+    return false;
+  const double done = std::max(static_cast<double>(reached) - static_cast<double>(begin), 0.0);
+  const double all = static_cast<double>(target.time) - static_cast<double>(begin);
+  return elapsed * (all - done) > target.budget.remaining() * done;
+}
+
+PictureDecoder::Search PictureDecoder::search(AVFormatContext &format, const Target &target,
                                               const Deadline &deadline) {
   Search search;
   decodedPixels_ = packetsWithoutFrame_ = bytesWithoutFrame_ = 0;
+  lastBegin_ = lastSkipped_ = AV_NOPTS_VALUE;
   bool isFirst = true;
+  const auto start = Deadline::Clock::now();
   while (decodedPixels_ <= kMaximumDecodedPixels && bytesWithoutFrame_ <= kMaximumBytesWithoutFrame &&
          packetsWithoutFrame_ <= kMaximumPacketsWithoutFrame && !deadline.isOver()) {
     AVPacket &packet = *packet_;
     if (av_read_frame(&format, &packet) < 0) {
-      search.end = decode(nullptr, search, time) ? End::found : End::endOfFile;
+      search.end = decode(nullptr, search, target) ? End::found : End::endOfFile;
       break;
     }
     ++packetsWithoutFrame_;
@@ -137,16 +158,20 @@ PictureDecoder::Search PictureDecoder::search(AVFormatContext &format, std::int6
     const bool isWanted = packet.stream_index == stream_.index;
     if (isWanted && std::exchange(isFirst, false)) {
       search.begin = packet.pts != AV_NOPTS_VALUE ? packet.pts : packet.dts;
-      const double pixels = search.begin == AV_NOPTS_VALUE ? 0 : pixelsBetween(search.begin, time);
-      if (pixels > kMaximumPixelsToTime) search.end = End::tooFar;
+      const double pixels = search.begin == AV_NOPTS_VALUE ? 0 : pixelsBetween(search.begin, target.time);
       if (pixels > kMinimumPixelsForThreads && codec_->thread_count == 1 && canHaveThreads(decoder_))
         open(static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, kMaximumThreads)));
     }
-    if (isWanted && search.end != End::tooFar && decode(&packet, search, time)) search.end = End::found;
+    const std::chrono::duration<double> elapsed = Deadline::Clock::now() - start;
+    if (isWanted && isTooFar(packet, search.begin, target, elapsed.count()))
+      search.end = End::tooFar;
+    else if (isWanted && decode(&packet, search, target))
+      search.end = End::found;
     av_packet_unref(&packet);
     if (search.end != End::gaveUp) break;
   }
   if (search.end != End::found && deadline.isOver()) search.end = End::deadline;
+  search.isBehindSkipped = search.frame && lastSkipped_ > search.frameBegin;
   return search;
 }
 
