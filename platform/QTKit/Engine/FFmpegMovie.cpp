@@ -235,7 +235,11 @@ MoviePicture FFmpegMovie::frameAtTime(double seconds, NSError *error) {
   const std::int64_t time = timeOfSeconds(seconds);
   const PictureDecoder::Target target = {.time = time, .budget = Deadline::after(kExactnessInSeconds)};
   PictureDecoder::Search found;
+  // The frames of program streams mostly do not say when they are shown, which decoding those before them
+  // tells.
+  const bool isProgramStream = av_match_list(format_->iformat->name, "mpeg", ',') > 0;
   for (const double lead : kLeadsInSeconds) {
+    if (isProgramStream && lead == 0) continue;
     const std::int64_t from = timeOfSeconds(seconds - lead);
     if (!seekTo(from)) continue;
     found = searchFrom(from, target);

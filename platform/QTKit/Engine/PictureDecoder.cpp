@@ -117,8 +117,11 @@ bool PictureDecoder::takeFrame(Search &search, const Target &target) {
 
 bool PictureDecoder::decode(const AVPacket *packet, Search &search, const Target &target) {
   // Frames that no other needs, and that are over by then, are not decoded.
-  const bool isOver = target.skips && packet && packet->pts != AV_NOPTS_VALUE && packet->pts < target.time &&
-                      packet->duration > 0 && packet->duration < target.time - packet->pts;
+  // Frames that do not say it themselves have their times from all those before them.
+  isUntimed_ = isUntimed_ || (packet && packet->pts == AV_NOPTS_VALUE);
+  const bool isOver = target.skips && !isUntimed_ && packet && packet->pts != AV_NOPTS_VALUE &&
+                      packet->pts < target.time && packet->duration > 0 &&
+                      packet->duration < target.time - packet->pts;
   codec_->skip_frame = isOver ? AVDISCARD_NONREF : AVDISCARD_DEFAULT;
   if (isOver) lastSkipped_ = std::max(lastSkipped_, packet->pts);
   // What is damaged is passed over.
@@ -144,6 +147,7 @@ PictureDecoder::Search PictureDecoder::search(AVFormatContext &format, const Tar
   Search search;
   decodedPixels_ = packetsWithoutFrame_ = bytesWithoutFrame_ = 0;
   lastBegin_ = lastSkipped_ = AV_NOPTS_VALUE;
+  isUntimed_ = false;
   bool isFirst = true;
   const auto start = Deadline::Clock::now();
   while (decodedPixels_ <= kMaximumDecodedPixels && bytesWithoutFrame_ <= kMaximumBytesWithoutFrame &&

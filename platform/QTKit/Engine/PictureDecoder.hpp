@@ -77,6 +77,8 @@ class PictureDecoder {
   /// Of the search: when the last frame begins, and the last one that was skipped.
   std::int64_t lastBegin_ = AV_NOPTS_VALUE;
   std::int64_t lastSkipped_ = AV_NOPTS_VALUE;
+  /// Whether a packet of the search did not say when it is shown.
+  bool isUntimed_ = false;
 };
 
 }  // namespace nimbo::detail
