@@ -5,6 +5,8 @@
 
 #include <array>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/support/FileReaders.hpp"
 #include "tests/support/MovieSamples.hpp"
@@ -43,6 +45,23 @@ TEST(QTMovie, FramesAreThoseOfTheirTimes) {
     EXPECT_EQ(numberOfFrame(movie->posterImage()), 0);
     EXPECT_FALSE(movie->coverImage());
   }
+}
+
+TEST(QTMovie, FramesOfUnevenAndLateTimesAreFound) {
+  const struct {
+    const char *name;
+    std::vector<std::pair<double, int>> frames;
+  } cases[] = {
+      // Its clock begins late, and seeking there leads to the second key frame.
+      {"two-groups.ts", {{7.04, 35}, {4.84, 24}, {0, 0}, {2.04, 10}}},
+      // Frames are shown for longer than they are said to be.
+      {"uneven.mp4", {{1.2, 0}, {2.6, 7}, {1.65, 7}, {5.5, 21}, {1.5, 7}, {6.9, 28}}},
+      // Nothing says when any frame is shown.
+      {"untimed.h264", {{0, 0}, {9, 45}}},
+  };
+  for (const auto &[name, frames] : cases)
+    for (const auto &[seconds, number] : frames)
+      EXPECT_EQ(numberOfFrame(opened(name)->frameImageAtTime(seconds)), number) << name << seconds;
 }
 
 TEST(QTMovie, FramesAreTurnedAsTheFileSays) {
