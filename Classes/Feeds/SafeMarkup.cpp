@@ -57,14 +57,16 @@ struct Attribute {
   bool isLink = false;
   /// The elements that it is kept of; all of them when there are none here.
   std::array<TagName, 5> elements{};
+  /// Whether browsers show what it leads to in the page.
+  bool isEmbedded = false;
 };
 
 constexpr auto kAttributes = [] {
   using enum TagName;
   return std::to_array<Attribute>({
       {"href", true, {kA}},
-      {"src", true, {kImg, kAudio, kVideo, kSource}},
-      {"poster", true, {kVideo}},
+      {"src", true, {kImg, kAudio, kVideo, kSource}, true},
+      {"poster", true, {kVideo}, true},
       {"cite", true, {kBlockquote, kQ, kDel, kIns}},
       {"alt", false, {kImg}},
       {"width", false, {kImg, kVideo, kTable, kTd, kTh}},
@@ -90,7 +92,18 @@ bool isOf(const Attribute &attribute, TagName element) {
   return attribute.elements[0] == TagName::kUnknown || std::ranges::count(attribute.elements, element) > 0;
 }
 
-/// Whether a URL, whose references are decoded, leads to nothing but a page, a file, a picture or a person.
+/// Whether a URL is a picture itself, of a kind that runs nothing.
+bool isPictureInPage(std::u16string_view url) {
+  constexpr std::string_view kPictures[] = {"data:image/png", "data:image/gif", "data:image/jpeg",
+                                            "data:image/webp"};
+  // Behind a longer type name may be anything: XML ends in "+xml".
+  return std::ranges::any_of(kPictures, [=](std::string_view start) {
+    return startsWithASCIINoCase(url, start) && url.size() > start.size() &&
+           (url[start.size()] == u';' || url[start.size()] == u',');
+  });
+}
+
+/// Whether a URL, whose references are decoded, leads to nothing but a page, a file or a person.
 bool isHarmless(std::u16string_view url) {
   // Browsers pass over control characters and white space, also within a scheme.
   std::u16string_view::size_type i = 0;
@@ -101,12 +114,10 @@ bool isHarmless(std::u16string_view url) {
     if (url[i] > u' ' && url[i] < 0x7f) scheme += static_cast<char>(toASCIILower(url[i]));
   }
   if (i == url.size()) return true;
-  constexpr std::string_view kSchemes[] = {"http", "https", "ftp",  "mailto", "tel",
-                                           "feed", "news",  "xmpp", "magnet"};
-  if (std::ranges::count(kSchemes, std::string_view(scheme)) > 0) return true;
-  constexpr std::string_view kImages[] = {"data:image/png", "data:image/gif", "data:image/jpeg",
-                                          "data:image/webp"};
-  return std::ranges::any_of(kImages, [=](std::string_view one) { return startsWithASCIINoCase(url, one); });
+  // Some programs drop this one and open the rest.
+  if (scheme == "feed") return isHarmless(url.substr(i + 1));
+  constexpr std::string_view kSchemes[] = {"http", "https", "ftp", "mailto", "tel", "news", "xmpp", "magnet"};
+  return std::ranges::count(kSchemes, std::string_view(scheme)) > 0;
 }
 
 /// Writes markup without what is not known to be harmless.
@@ -192,7 +203,7 @@ class SafeWriter {
       if (!isOf(attribute, name)) continue;
       const std::u16string_view value = tag.attribute(attribute.name);
       if (value.empty() && !(attribute.name == "controls" && tag.hasAttribute(attribute.name))) continue;
-      const NSString link = attribute.isLink ? linkOf(value) : NSString();
+      const NSString link = attribute.isLink ? linkOf(value, attribute.isEmbedded) : NSString();
       if (attribute.isLink && link.length() == 0) continue;
       result_.append(u" ");
       result_.append(attribute.name);
@@ -205,8 +216,9 @@ class SafeWriter {
     }
   }
 
-  NSString linkOf(std::u16string_view value) const {
+  NSString linkOf(std::u16string_view value, bool isEmbedded) const {
     NSString link = detail::feedText(value, detail::Decoding::kReferences);
+    if (isEmbedded && isPictureInPage(link.view())) return stringByConvertingCharactersToStandardEntities(link);
     if (base_)
       if (const NSURL url = URLRelativeTo(link, base_)) link = url.absoluteString();
     return safeLink(link);
