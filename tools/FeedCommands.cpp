@@ -54,7 +54,7 @@ void writeItems(const Feed &feed, const CommonOptions &options) {
 
 /// Makes the style sheet that is installed with this program the one of pages, unless the user has set another.
 void registerStyleSheet() {
-  const std::vector<std::string> places = placesOfProgram("feed.css");
+  const std::vector<std::string> places = placesOfData("feed.css");
   const auto found = std::ranges::find_if(places, [](const std::string &place) {
     std::error_code error;
     return std::filesystem::is_regular_file(place, error);

@@ -73,6 +73,7 @@ class LayoutTest(HollowTestCase):
             | {place["INCLUDEDIR"] / name / "MDImporter.h" for name in ("quiverleaf", "nimbo/platform/CoreServices")}
             | {place["MANDIR"] / name for name in ("man1/quiverleaf.1", "man8/quiverleaf-helper.8")}
             | {place["DATADIR"] / "bash-completion/completions/quiverleaf", place["DATADIR"] / "zsh/site-functions/_quiverleaf"}
+            | {place["DATADIR"] / "quiverleaf" / "feed.css"}
             | {place["DOCDIR"] / name for name in ("AUTHORS", "LICENSE", "LICENSE-BINARIES")},
         )
         self.assertTrue((place["INCLUDEDIR"] / "nimbo" / "text.hpp").exists())

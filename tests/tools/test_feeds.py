@@ -11,7 +11,7 @@ import xml.etree.ElementTree
 
 from command import COMMAND, CommandTestCase
 
-STYLE = pathlib.Path(COMMAND).parents[1] / "libexec" / "quiverleaf" / "feed.css"
+STYLE = pathlib.Path(COMMAND).parents[1] / "share" / "quiverleaf" / "feed.css"
 FEED = (
     "<?xml version='1.0' encoding='iso-8859-1'?><rss><channel><title>Caf\u00e9 &amp;amp; B</title><link>http://h.example/</link>"
     "<item><title>a</title><link>/l</link><guid isPermaLink='false'>g</guid><pubDate>Sun, 24 Dec 2006 18:30:00 GMT</pubDate>"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Where the project's own programs and libraries are that people do not name themselves. Any thread may ask.
+// Where the project's own programs, libraries and data are that people do not name themselves. Any thread may ask.
 //
 //     for (const std::string &place : placesOfProgram("quiverleaf-helper"))
 //       if (isProgram(place)) return place;
@@ -18,6 +18,9 @@ namespace NIMBO_PUBLIC nimbo {
 /// program find it from their own places, which works where all has been moved, and where it was to be
 /// installed.
 std::vector<std::string> placesOfProgram(std::string_view name);
+
+/// The same of a file of data that is installed with the programs.
+std::vector<std::string> placesOfData(std::string_view name);
 
 /// The folder of the shared library that this code is part of, without links; empty when it is part of the
 /// program.
