@@ -17,8 +17,6 @@ namespace nimbo {
 
 namespace {
 
-using JSON = nlohmann::ordered_json;
-
 std::string base64(std::span<const std::uint8_t> bytes) {
   static constexpr char kDigits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string text;
@@ -32,41 +30,92 @@ std::string base64(std::span<const std::uint8_t> bytes) {
   return text;
 }
 
-JSON convert(const id &value);
+/// Appends values to a text as JSON.
+class JSONWriter {
+ public:
+  JSONWriter(std::string &text, bool isPretty) : text_(text), isPretty_(isPretty) {}
 
-struct Converter {
-  JSON operator()(std::monostate) const { return nullptr; }
-  JSON operator()(NSNull) const { return nullptr; }
-  JSON operator()(const SharedPointer<NSObject> &) const { return nullptr; }
-  JSON operator()(bool value) const { return value; }
-  JSON operator()(std::int64_t value) const { return value; }
-  JSON operator()(double value) const { return value; }
-  JSON operator()(const NSDate &value) const {
+  void write(const id &value) { value.visit(*this); }
+
+  void operator()(std::monostate) { text_ += "null"; }
+  void operator()(NSNull) { text_ += "null"; }
+  void operator()(const SharedPointer<NSObject> &) { text_ += "null"; }
+  void operator()(bool value) { text_ += value ? "true" : "false"; }
+  void operator()(std::int64_t value) { text_ += std::to_string(value); }
+  void operator()(double value) { text_ += nlohmann::json(value).dump(); }
+  void operator()(const NSDate &value) {
     const auto text = value.ISO8601String();
-    return text ? JSON(*text) : JSON(nullptr);
+    if (text)
+      writeString(*text);
+    else
+      text_ += "null";
   }
-  JSON operator()(const NSString &value) const { return value.UTF8String(); }
-  JSON operator()(const NSData &value) const { return base64(value.span()); }
-  JSON operator()(const NSArray &value) const {
-    JSON array = JSON::array();
-    for (const id &element : value) array.push_back(convert(element));
-    return array;
+  void operator()(const NSString &value) { writeString(value.UTF8String()); }
+  void operator()(const NSData &value) { writeString(base64(value.span())); }
+  void operator()(const NSArray &value) {
+    writeList('[', ']', value, [this](const id &element) { write(element); });
   }
-  JSON operator()(const NSDictionary &value) const {
-    JSON object = JSON::object();
-    for (const auto &[key, element] : value) object[key.UTF8String()] = convert(element);
-    return object;
+  void operator()(const NSDictionary &value) {
+    writeList('{', '}', value, [this](const NSDictionary::Entry &entry) {
+      writeString(entry.first.UTF8String());
+      text_ += isPretty_ ? ": " : ":";
+      write(entry.second);
+    });
   }
-};
 
-JSON convert(const id &value) {
-  return value.visit(Converter());
-}
+ private:
+  template <class List, class Write>
+  void writeList(char start, char end, const List &list, Write writeElement) {
+    text_ += start;
+    ++depth_;
+    bool isFirst = true;
+    for (const auto &element : list) {
+      if (!isFirst) text_ += ',';
+      isFirst = false;
+      breakLine();
+      writeElement(element);
+    }
+    --depth_;
+    if (!isFirst) breakLine();
+    text_ += end;
+  }
+
+  void breakLine() {
+    constexpr std::size_t kIndentation = 2;
+    if (isPretty_) text_.append(1, '\n').append(kIndentation * depth_, ' ');
+  }
+
+  void writeString(std::string_view units) {
+    constexpr std::string_view kControls = "\b\t\n\f\r", kLetters = "btnfr", kDigits = "0123456789abcdef";
+    text_ += '"';
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < units.size(); ++i) {
+      const char c = units[i];
+      if (static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\') continue;
+      text_.append(units, start, i - start);
+      start = i + 1;
+      text_ += '\\';
+      if (c == '"' || c == '\\')
+        text_ += c;
+      else if (const std::size_t control = kControls.find(c); control != kControls.npos)
+        text_ += kLetters[control];
+      else
+        text_.append("u00").append({kDigits[static_cast<unsigned char>(c) >> 4], kDigits[c & 15]});
+    }
+    text_.append(units, start).append(1, '"');
+  }
+
+  std::string &text_;
+  const bool isPretty_;
+  std::size_t depth_ = 0;
+};
 
 }  // namespace
 
 std::string JSONFromValue(const id &value, bool pretty) {
-  return convert(value).dump(pretty ? 2 : -1);
+  std::string text;
+  JSONWriter(text, pretty).write(value);
+  return text;
 }
 
 void prepareStandardStreams() {

@@ -47,6 +47,12 @@ class FeedTest(CommandTestCase):
         self.assertEqual((made["title"], made["home_page_url"]), ("Caf\u00e9 & B", "http://h.example/"))
         again = self.answer("feed", "-", "--json-feed", input=json.dumps(made).encode())
         self.assertEqual(again, made)
+        odd = {"version": made["version"], "title": "", "items": [{"id": "\0\x01\b\f\x1f\x7f\"\\/\u2028\U0001f600", "content_text": ""}]}
+        for options in ((), ("--pretty",)):
+            text = self.text("-", "--json-feed", *options, input=json.dumps(odd).encode())
+            self.assertEqual(text.encode(), json.dumps(json.loads(text), ensure_ascii=False, indent=2 if options else None,
+                                                       separators=None if options else (",", ":")).encode() + b"\n")
+            self.assertEqual(json.loads(text), odd)
         outline = xml.etree.ElementTree.fromstring(self.text("feed.xml", "--opml", "--url", "http://h.example/?a&b"))
         self.assertEqual(outline.find("body/outline").attrib["xmlUrl"], "http://h.example/?a&b")
         self.assertEqual(outline.find("head/title").text, "Caf\u00e9 & B")
