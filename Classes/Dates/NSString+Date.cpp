@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Dates/NSString+Date.hpp"
 
+#include <algorithm>
 #include <exception>
+#include <string_view>
 
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Finding.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Replacing.hpp"
@@ -24,6 +26,9 @@ bool endsWithDigit(const NSString &text) {
 }
 
 NSString withEnglishMonths(NSString text) {
+  // English names of days and months have none of these letters.
+  const auto isForeign = [](unichar c) { return c == u'z' || c == u'k'; };
+  if (std::ranges::none_of(text.view(), isForeign) && text.view().find(u"Mai") == text.view().npos) return text;
   text = stringByReplacingString(text, u"Mrz"_ns, u"Mar"_ns);
   text = stringByReplacingString(text, u"Mai"_ns, u"May"_ns);
   text = stringByReplacingString(text, u"Okt"_ns, u"Oct"_ns);

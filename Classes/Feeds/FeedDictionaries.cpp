@@ -20,23 +20,20 @@ NSString orEmpty(const NSString &string) {
 }  // namespace
 
 NSDictionary dictionaryOfItem(const FeedItem &item) {
-  NSDictionary dictionary = {{u"title"_ns, orEmpty(item.title)},
-                             {u"description"_ns, orEmpty(item.description)},
-                             {u"content"_ns, orEmpty(item.content)},
-                             {u"author"_ns, orEmpty(item.author)}};
-  if (!item.tags.empty())
-    dictionary.setObject(NSArray(std::vector<id>(item.tags.begin(), item.tags.end())), u"tags"_ns);
-  if (!item.enclosures.empty()) {
-    NSArray enclosures;
-    for (const FeedEnclosure &one : item.enclosures)
-      enclosures.addObject(NSDictionary{{u"url"_ns, orEmpty(one.url)}, {u"length"_ns, orEmpty(one.length)}});
-    dictionary.setObject(std::move(enclosures), u"enclosures"_ns);
-  }
+  NSArray tags, enclosures;
+  if (!item.tags.empty()) tags = NSArray(std::vector<id>(item.tags.begin(), item.tags.end()));
+  for (const FeedEnclosure &one : item.enclosures)
+    enclosures.addObject(NSDictionary{{u"url"_ns, orEmpty(one.url)}, {u"length"_ns, orEmpty(one.length)}});
   const auto moment = item.dateString.length() > 0 ? date(item.dateString) : std::nullopt;
-  dictionary.setObject(moment.value_or(NSDate::date()), u"calendarDate"_ns);
-  dictionary.setObject(orEmpty(item.dateString), u"date"_ns);
-  dictionary.setObject(orEmpty(item.link), u"link"_ns);
-  return dictionary;
+  return {{u"title"_ns, orEmpty(item.title)},
+          {u"description"_ns, orEmpty(item.description)},
+          {u"content"_ns, orEmpty(item.content)},
+          {u"author"_ns, orEmpty(item.author)},
+          {u"tags"_ns, tags},
+          {u"enclosures"_ns, enclosures},
+          {u"calendarDate"_ns, moment ? *moment : NSDate::date()},
+          {u"date"_ns, orEmpty(item.dateString)},
+          {u"link"_ns, orEmpty(item.link)}};
 }
 
 FeedItem itemOfDictionary(const NSDictionary &dictionary) {

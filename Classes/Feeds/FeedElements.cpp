@@ -103,8 +103,10 @@ constexpr auto kFirstRows = [] {
 FeedElement feedElementNamed(std::u16string_view name) {
   if (name.size() > kLongestName) return FeedElement::kOther;
   const std::size_t end = kFirstRows[name.size() + 1];
+  const unichar last = name.empty() ? u'\0' : toASCIILower(name.back());
   for (std::size_t i = kFirstRows[name.size()]; i < end; ++i)
-    if (equalsASCIINoCase(name, kRows[i].name)) return kRows[i].element;
+    if (last == static_cast<unichar>(kRows[i].name.back()) && equalsASCIINoCase(name, kRows[i].name))
+      return kRows[i].element;
   return FeedElement::kOther;
 }
 

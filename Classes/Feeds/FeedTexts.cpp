@@ -124,6 +124,15 @@ void append(NSMutableString &result, std::u16string_view text, Decoding decoding
                                  : convertStandardEntities2Characters(units, units, length)));
 }
 
+/// Whether the text has no unit that a reference, a section or a tag begins with.
+bool isLiteral(std::u16string_view text) {
+  // To prepare a search takes longer than such a text.
+  constexpr std::size_t kShort = 64;
+  if (text.size() < kShort) return std::ranges::none_of(text, [](unichar c) { return c == u'&' || c == u'<'; });
+  return findUnichar(text.data(), lengthOf(text), u'&') == NSNotFound &&
+         findUnichar(text.data(), lengthOf(text), u'<') == NSNotFound;
+}
+
 /// Where the first mark begins in the text; its size when there is none. The unit at the index is what is
 /// searched for, a rare one.
 std::size_t markOf(std::u16string_view text, std::u16string_view mark, std::size_t rareUnit) {
@@ -184,7 +193,7 @@ TextForm textFormOfTag(std::u16string_view tag) {
 
 NSString feedText(std::u16string_view units, Decoding decoding) {
   units = withoutWhiteEnds(units);
-  if (units.empty()) return NSString::string();
+  if (isLiteral(units)) return NSString::stringWithCharacters(units);
   const bool hasReferences =
       decoding != Decoding::kNone && findUnichar(units.data(), lengthOf(units), u'&') != NSNotFound;
   if (!hasReferences && nextSection(units) == units.size()) return NSString::stringWithCharacters(units);
@@ -250,6 +259,8 @@ NSString plainText(const NSString &text, bool isPlain) {
 }
 
 std::u16string_view withoutWhiteEnds(std::u16string_view text) {
+  const auto isGraphic = [](unichar c) { return c > u' ' && c < 0x7f; };
+  if (!text.empty() && isGraphic(text.front()) && isGraphic(text.back())) return text;
   static const CharacterSetRep &white = *whiteCharacterSetRep();
   return trimmed(text, [](unichar c) { return white.contains(c); });
 }

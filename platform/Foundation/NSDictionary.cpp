@@ -70,6 +70,7 @@ void destroyShared<detail::DictionaryStorage>(ReferenceCounted *storage) noexcep
 }
 
 NSDictionary::NSDictionary(std::initializer_list<Entry> entries) : storage_(makeShared<Storage>()) {
+  storage_->places.reserve(entries.size());
   for (const auto &[key, value] : entries) setObject(value, key);
 }
 
