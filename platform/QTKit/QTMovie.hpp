@@ -41,8 +41,8 @@ class QTMovie {
   void setCurrentTime(double seconds);
   /// The frame that is shown at a time, turned and with square pixels, in its natural size; behind the end the
   /// last one, in front of the first one that one. Nil when there is none, `*error` says why. Cover art is no
-  /// frame. At times more than 40 million pixels (125 frames of 640 by 480) behind a key frame it is the
-  /// nearest key frame.
+  /// frame. Where decoding would take more than 0.7 seconds to get there from the key frame before it, it is
+  /// the nearest key frame.
   CGImage frameImageAtTime(double seconds, NSError *error = nullptr);
   /// The frame that the file names as its poster, else the first one that is there; nil as above.
   CGImage posterImage(NSError *error = nullptr);
