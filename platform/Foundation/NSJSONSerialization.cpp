@@ -2,6 +2,7 @@
 #include "platform/Foundation/NSJSONSerialization.hpp"
 
 #include <charconv>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -127,7 +128,10 @@ class Reader {
     }
     double real = 0;
     const auto [stop, fault] = std::from_chars(digits.data(), end, real);
-    if (stop != end || fault != std::errc()) throw damaged();
+    // A digit follows the full stop, too.
+    const std::size_t fullStop = digits.find('.');
+    const bool isCut = fullStop != digits.npos && !isASCIIDigit(digits[fullStop + 1]);
+    if (isCut || stop != end || fault != std::errc()) throw damaged();
     return real;
   }
 

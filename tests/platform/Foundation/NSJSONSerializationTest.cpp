@@ -29,8 +29,8 @@ TEST(JSONSerialization, ReadsValues) {
   for (const auto &[text, value] : values)
     EXPECT_EQ(NSJSONSerialization::JSONObjectWithString(string(text)), value) << text;
   for (const char *text :
-       {"{",   "[1,]", "{\"a\" 1}", "{a:1}",  "01",      "1.",        ".5",  "+1",  "1e", "1e999",
-        "--1", "nul",  "\"",        "\"\n\"", "\"\\x\"", "\"\\u12\"", "1 2", "'a'", "[",  "\"\\"}) {
+       {"{",   "[1,]", "{\"a\" 1}", "{a:1}",   "01",        "1.",  ".5",  "+1", "1e",   "1e999", "--1",
+        "nul", "\"",   "\"\n\"",    "\"\\x\"", "\"\\u12\"", "1 2", "'a'", "[",  "\"\\", "1.e5"}) {
     NSError error;
     EXPECT_FALSE(NSJSONSerialization::JSONObjectWithString(string(text), &error)) << text;
     EXPECT_EQ(error.errorCode(), ErrorCode::damaged) << text;
