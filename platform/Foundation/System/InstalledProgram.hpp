@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Where the project's own programs, libraries and data are that people do not name themselves. Any thread may ask.
+// Where the project's own programs, libraries and data are that people do not name themselves. Any thread may
+// ask.
 //
 //     for (const std::string &place : placesOfProgram("quiverleaf-helper"))
 //       if (isProgram(place)) return place;
