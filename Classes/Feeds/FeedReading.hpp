@@ -32,8 +32,7 @@ NSDictionary dictionaryOfFeedItem(const FeedItem &item);
 
 /// How a page of a feed is made.
 struct FeedPageOptions {
-  /// Whether texts are written without what might run or load something (`safeMarkup`), and else as the feed
-  /// has them.
+  /// Whether texts are written without what might run something (`safeMarkup`), and else as the feed has them.
   bool isSafe = true;
   /// Whether the style sheet is linked to; else its text is a part of the page.
   bool isLinked = false;
