@@ -48,6 +48,12 @@ SHAPES = {
 
 
 class PagesTest(CommandTestCase):
+    def test_many_names(self):
+        # It takes minutes where each name is looked for among all others.
+        page = "".join(f"<meta name=k{i} content={i}>" for i in range(200_000))
+        names = self.answer("page", "-", input=page.encode())["MetaAttributes"]
+        self.assertEqual(names, {f"k{i}": str(i) for i in range(200_000)})
+
     def test_shapes_in_all_encodings(self):
         for (encoding, declared, words), (shape, page) in itertools.product(ENCODINGS, SHAPES.items()):
             with self.subTest(encoding=encoding, shape=shape):
