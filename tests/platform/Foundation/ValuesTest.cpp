@@ -202,6 +202,8 @@ TEST(NSDate, ConvertsToAndFromCalendarDates) {
   EXPECT_EQ(NSDate::dateWithUTC(2004, 2, 29, 12, 30, 15.5).ISO8601String(), "2004-02-29T12:30:15.5Z");
   EXPECT_EQ(NSDate::dateWithUTC(2003, 14, 31, 25, 0, 0), NSDate::dateWithUTC(2004, 3, 3, 1, 0, 0));
   EXPECT_EQ(NSDate::dateWithTimeIntervalSince1970(-1).ISO8601String(), "1969-12-31T23:59:59Z");
+  EXPECT_EQ(NSDate::dateWithUTC(9999, 12, 31, 23, 59, 59.5).ISO8601String(), "9999-12-31T23:59:59.5Z");
+  EXPECT_EQ(NSDate::dateWithUTC(9999, 12, 31, 23, 59, 59.9999999).ISO8601String(), std::nullopt);
   EXPECT_EQ(NSDate{1e300}.ISO8601String(), std::nullopt);
   EXPECT_EQ(NSDate{std::nan("")}.ISO8601String(), std::nullopt);
 }
