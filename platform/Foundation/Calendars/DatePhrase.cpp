@@ -96,6 +96,8 @@ class PhraseReader {
       at_ += 2;
       return setYear(tokens_[at_ - 1]);
     }
+    // The year of "-0044-03-15" is one before Christ, which is not read.
+    if (at_ == 0 && isSign(0, u"-") && isGluedNumber(1, kYearDigits)) return false;
     return isSign(0, u",.-/@|\u00b7\u2022\u2013\u2014") && skip(1);
   }
 
