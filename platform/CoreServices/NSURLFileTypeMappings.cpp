@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
@@ -77,6 +78,14 @@ Extensions describedExtensions(const char *type, std::string_view description) {
   return described.extensions;
 }
 
+/// Where the database is, the folders that count most first. GIO would tell, and lose what it knows by then.
+std::vector<std::string> databaseFolders() {
+  std::vector<std::string> folders = {std::string(g_get_user_data_dir()) + "/mime"};
+  for (const gchar *const *data = g_get_system_data_dirs(); *data; ++data)
+    folders.push_back(std::string(*data) + "/mime");
+  return folders;
+}
+
 }  // namespace
 
 const NSURLFileTypeMappings &NSURLFileTypeMappings::sharedMappings() {
@@ -97,9 +106,9 @@ Extensions NSURLFileTypeMappings::extensionsForMIMEType(const NSString &MIMEType
   const std::string plainType = plainMIMEType(MIMEType);
   if (plainType.empty()) return {};
   const Text type(g_content_type_from_mime_type(plainType.c_str()), &g_free);
-  for (const gchar *const *folder = g_content_type_get_mime_dirs(); *folder; ++folder) {
+  for (const std::string &folder : databaseFolders()) {
     const NSData description = NSData::dataWithContentsOfFile(
-        NSString::stringWithFileSystemRepresentation(std::string(*folder) + "/" + type.get() + ".xml"));
+        NSString::stringWithFileSystemRepresentation(folder + "/" + type.get() + ".xml"));
     if (description.length() == 0) continue;
     if (Extensions extensions = describedExtensions(type.get(), description.view()); !extensions.empty())
       return extensions;
