@@ -92,6 +92,8 @@ int runFeed(const FeedOptions &options, const Operands &operands) {
     writeMessage(nameOfInput(operands.front()) + ": is no feed");
     return kExitNil;
   }
+  if (options.OPML && !url && feed->feedURL.length() == 0)
+    throw UsageError("--opml needs --url, since the feed does not say where it is");
   if (options.html) {
     registerStyleSheet();
     writeText(stringByConvertingFeedToHTML(

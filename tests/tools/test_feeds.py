@@ -73,7 +73,7 @@ class FeedTest(CommandTestCase):
     def test_failures(self):
         self.assert_fails(3, "is no feed", "feed", "-", input=b"<html><rss>")
         self.assert_fails(7, "missing.xml", "feed", "missing.xml")
-        for options in (("--html", "--opml"), ("--as-given",), ("--linked-style", "--opml"), ("--url", "")):
+        for options in (("--html", "--opml"), ("--opml",), ("--as-given",), ("--linked-style", "--opml"), ("--url", "")):
             self.assert_fails(1, "", "feed", "feed.xml", *options)
 
 

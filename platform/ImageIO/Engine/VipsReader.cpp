@@ -9,6 +9,7 @@
 #include "platform/ImageIO/Engine/EmbeddedThumbnail.hpp"
 #include "platform/ImageIO/Engine/ImageColors.hpp"
 #include "platform/ImageIO/Engine/ImageFormats.hpp"
+#include "platform/ImageIO/Engine/SVGWork.hpp"
 #include "platform/ImageIO/Engine/VipsHeader.hpp"
 
 namespace nimbo::detail {
@@ -90,6 +91,10 @@ class VipsReader final : public ImageReader {
   }
 
   VipsPointer<VipsImage> open(std::uint32_t index, NSError *error) override {
+    if (format_.type == u"public.svg-image"_ns && drawsTooMuch(wholeData(input_).view())) {
+      setError(error, ErrorCode::tooLarge, "drawing the image would take too long");
+      return nullptr;
+    }
     auto image = load(index);
     if (!image || !isTooLarge(image.get(), format_)) return image;
     setError(error, ErrorCode::tooLarge, "the image has too many pixels");

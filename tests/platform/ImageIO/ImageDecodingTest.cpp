@@ -304,5 +304,45 @@ TEST(ImageDecoding, IsNotOverwhelmedByBombs) {
   }
 }
 
+TEST(ImageDecoding, RefusesDrawingsThatDoNotComeToAnEnd) {
+  const auto drawing = [](const std::string &parts) {
+    return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' width='9' "
+           "height='9'>" +
+           parts + "</svg>";
+  };
+  // Each part refers to the one before, `times` times.
+  const auto nested = [&](int depth, int times, const std::string &before, const std::string &behind) {
+    std::string parts = "<defs><g id='a0'><rect width='1' height='1'/></g>";
+    for (int i = 1; i <= depth; ++i) {
+      parts += "<g id='a" + std::to_string(i) + "'>";
+      for (int j = 0; j < times; ++j) parts += before + "#a" + std::to_string(i - 1) + behind;
+      parts += "</g>";
+    }
+    return drawing(parts + "</defs>" + before + "#a" + std::to_string(depth) + behind);
+  };
+  std::string shapes =
+      "<defs><linearGradient id='c'><stop/><stop/><stop/></linearGradient><path id='p' d='M0 0'/></defs>";
+  for (int i = 0; i < 5000; ++i) shapes += "<use href='#p' fill='url(#c)'/>";
+  const struct {
+    const char *name;
+    std::string svg;
+    bool isDrawn;
+  } kDrawings[] = {
+      {"shapes", drawing(shapes), true},
+      {"few", nested(3, 10, "<use href='", "'/>"), true},
+      {"itself", drawing("<g id='a'><use href='#a'/></g>"), true},
+      {"uses", nested(7, 10, "<use xlink:href='", "'/>"), false},
+      {"masks", nested(20, 2, "<rect mask='url(", ")' width='1' height='1'/>"), false},
+      {"chain", nested(1500, 1, "<use href='", "'/>"), false},
+      {"noise", drawing("<filter id='f'><feTurbulence numOctaves='1000'/></filter>"), false},
+  };
+  for (const auto &each : kDrawings) {
+    NSError error;
+    EXPECT_EQ(static_cast<bool>(thumbnail(dataWithBytes(each.svg), kThumbnail, &error)), each.isDrawn)
+        << each.name;
+    EXPECT_EQ(error.errorCode(), each.isDrawn ? ErrorCode::none : ErrorCode::tooLarge) << each.name;
+  }
+}
+
 }  // namespace
 }  // namespace nimbo
