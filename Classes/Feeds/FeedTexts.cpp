@@ -12,6 +12,7 @@
 #include "Classes/Markup/ScanTags.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/NumericReference.hpp"
 #include "platform/Foundation/Unicode/Trimming.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
@@ -22,38 +23,11 @@ namespace {
 /// Shorter texts hold no reference.
 constexpr std::size_t kShortestReference = 4;
 
-/// What the numbers from 0x80 on stand for in feeds, whose writers mean the code page 1252.
-constexpr std::u16string_view kCodePage1252 =
-    u"\u20ac\x81\u201a\u0192\u201e\u2026\u2020\u2021\u02c6\u2030\u0160\u2039\u0152\x8d\u017d\x8f"
-    u"\x90\u2018\u2019\u201c\u201d\u2022\u2013\u2014\u02dc\u2122\u0161\u203a\u0153\x9d\u017e\u0178";
-
-char32_t characterOfNumber(std::u16string_view digits, std::uint32_t base) {
-  constexpr char32_t kReplacement = 0xfffd, kLast = 0x10ffff;
-  char32_t value = 0;
-  for (const unichar digit : digits) {
-    value = value * base + hexDigitValue(digit);
-    if (value > kLast) return kReplacement;
-  }
-  if (value >= 0x80 && value < 0x80 + kCodePage1252.size()) return kCodePage1252[value - 0x80];
-  return value == 0 || (value >= 0xd800 && value <= 0xdfff) ? kReplacement : value;
-}
-
 /// A reference and what it stands for; of no units when there is none.
 struct Reference {
   std::size_t length = 0;
   char32_t character = 0;
 };
-
-Reference numericReference(std::u16string_view text) {
-  const bool isHex = text.size() > 2 && (text[2] | 0x20) == u'x';
-  const std::size_t first = isHex ? 3 : 2;
-  const std::uint32_t base = isHex ? 16 : 10;
-  std::size_t end = first;
-  while (end < text.size() && hexDigitValue(text[end]) < base) ++end;
-  if (end == first) return {};
-  const char32_t character = characterOfNumber(text.substr(first, end - first), base);
-  return {end + (end < text.size() && text[end] == u';'), character};
-}
 
 char32_t characterNamed(std::u16string_view name) {
   constexpr std::pair<std::u16string_view, char32_t> kXMLNames[] = {
@@ -76,7 +50,10 @@ Reference referenceAt(std::u16string_view text) {
   // Escaped markup is full of these.
   if (text.size() > 3 && text[2] == u't' && text[3] == u';' && (text[1] == u'l' || text[1] == u'g'))
     return {4, text[1] == u'l' ? U'<' : U'>'};
-  if (text.size() > 2 && text[1] == u'#') return numericReference(text);
+  if (text.size() > 2 && text[1] == u'#') {
+    const NumericReference number = numericReferenceAt(text);
+    return {number.length, number.character};
+  }
   const std::size_t most = std::min(text.size(), kLongestName + 2);
   std::size_t end = 1;
   while (end < most && isASCIIAlphanumeric(text[end])) ++end;

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/NumericReference.hpp"
 
 namespace nimbo {
 namespace {
@@ -43,34 +44,12 @@ void append(CharacterReference &reference, char32_t c) {
   reference.units[reference.unitCount++] = static_cast<unichar>(c);
 }
 
-/// What numbers from 0x80 to 0x9f stand for: pages mean the characters that Windows has there. 0 for the number
-/// itself.
-constexpr std::array<unichar, 32> kWindowsCharacters = {
-    0x20ac, 0,      0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
-    0x2013, 0x2014, 0x02dc, 0x2122, 0x0161, 0x203a, 0x0153, 0,      0x017e, 0x0178};
-
-char32_t characterOfNumber(char32_t number) {
-  if (number == 0 || number > 0x10ffff || (number >= 0xd800 && number <= 0xdfff)) return 0xfffd;
-  if (number >= 0x80 && number <= 0x9f && kWindowsCharacters[number - 0x80] != 0)
-    return kWindowsCharacters[number - 0x80];
-  return number;
-}
-
 CharacterReference readNumber(std::u16string_view text) {
-  std::size_t i = 2;
-  const bool isHexadecimal = i < text.size() && (text[i] | 0x20) == u'x';
-  const std::uint32_t base = isHexadecimal ? 16 : 10;
-  if (isHexadecimal) ++i;
-  const std::size_t digits = i;
-  char32_t number = 0;
-  for (; i < text.size() && hexDigitValue(text[i]) < base; ++i)
-    number = std::min<char32_t>(number * base + hexDigitValue(text[i]), 0x110000);
+  const NumericReference number = numericReferenceAt(text);
   CharacterReference reference;
-  if (i == digits) return reference;
-  if (i < text.size() && text[i] == u';') ++i;
-  append(reference, characterOfNumber(number));
-  reference.length = static_cast<std::uint32_t>(i);
+  if (number.length == 0) return reference;
+  append(reference, number.character);
+  reference.length = number.length;
   return reference;
 }
 
