@@ -85,11 +85,13 @@ NSData contactSheetOfFiles(HelperClient &client, const Operands &paths, std::uin
     throw UsageError("a sheet has " + std::to_string(kMaximumFiles) + " files at most, and these are " +
                      std::to_string(files.size()));
   NSArray cells = NSArray::array();
-  for (const NSString &file : files) {
+  for (std::size_t done = 0; const NSString &file : files) {
+    writeProgress(std::to_string(done++) + " of " + std::to_string(files.size()) + " files");
     NSDictionary cell = {{u"Name"_ns, lastPathComponent(file)}, {u"Kind"_ns, pathExtension(file)}};
     cell.setObject(thumbnailOfFile(client, file, side), u"Thumbnail"_ns);
     cells.addObject(cell);
   }
+  writeProgress({});
   const NSDictionary sheet = {{u"Side"_ns, side}, {u"Cells"_ns, cells}};
   const NSData list = NSPropertyListSerialization::dataWithPropertyList(sheet, NSPropertyListFormat::binary);
   return makePicture({.what = "sheet", .type = type, .seconds = kSheetSeconds}, list, "the sheet");

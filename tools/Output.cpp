@@ -148,6 +148,11 @@ void writeResult(const id &value, const CommonOptions &options) {
   if (!list.view().ends_with('\n')) writeOutput("\n");
 }
 
+void writeFile(const NSData &data, const std::string &file) {
+  if (!writeDataToFile(data, NSString::stringWithFileSystemRepresentation(file), true))
+    throw OutputError(file + ": cannot be written");
+}
+
 void writeMessage(std::string_view message) {
   std::string line = "quiverleaf: ";
   for (const char character : message) {
@@ -157,6 +162,12 @@ void writeMessage(std::string_view message) {
   line += '\n';
   // When that fails, there is nowhere left to tell it.
   static_cast<void>(writeAll(STDERR_FILENO, line));
+}
+
+void writeProgress(std::string_view text) {
+  if (::isatty(STDERR_FILENO) == 0) return;
+  constexpr std::string_view kClearedLine = "\r\x1b[K";
+  static_cast<void>(writeAll(STDERR_FILENO, std::string(kClearedLine).append(text)));
 }
 
 }  // namespace nimbo

@@ -39,7 +39,13 @@ void writeOutput(std::string_view text);
 void writeText(const NSString &text);
 /// Writes a result and a line feed, as JSON or as an XML property list. Raises `OutputError`.
 void writeResult(const id &value, const CommonOptions &options);
+/// Writes a file, whole or not at all. Raises `OutputError`.
+void writeFile(const NSData &data, const std::string &file);
 /// Writes "quiverleaf: MESSAGE" to standard error; control characters become '?', so that it is one line.
 void writeMessage(std::string_view message);
+
+/// Shows how far long work has come in place of what it showed before, when standard error is a terminal; an
+/// empty text takes that away.
+void writeProgress(std::string_view text);
 
 }  // namespace nimbo

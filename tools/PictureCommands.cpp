@@ -140,12 +140,21 @@ int runPDFForm(const PDFFormOptions &options, const Operands &operands) {
                 [&](const id &result) { writeFile(result.data(), *options.output); });
 }
 
+bool isMovie(const NSDictionary &poster) {
+  return poster.objectForKey(u"Thumbnail"_ns) || poster.objectForKey(u"Duration"_ns).real().value_or(0) > 0;
+}
+
 int runPoster(const PosterOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   const NSString path = pathOfOperand("poster", file);
   const PictureOutput output(options.output, options.size);
-  if (!options.cover)
-    return reportPicture(clientWithOptions(options).posterImageForMovieWithFile(path), file, output, options);
+  if (!options.cover) {
+    auto answer = clientWithOptions(options).posterImageForMovieWithFile(path);
+    // Of what is no movie the helper tells a duration and a size of nothing.
+    if (answer.code != ErrorCode::none && !isMovie(answer.result.dictionary()))
+      answer.result = NSDictionary::dictionary();
+    return reportPicture(answer, file, output, options);
+  }
   if (output.file.empty()) throw UsageError("--cover needs -o, the file to write");
   writeFile(makePicture({.what = "cover",
                          .path = path,

@@ -26,10 +26,10 @@ constexpr std::uint32_t kMaximumPictureBytes = 512 << 20;
 #ifdef __SANITIZE_ADDRESS__
 // The sanitizer reserves nearly all addresses, and cannot look for leaks in a confined process.
 constexpr std::uint64_t kMemoryBytes = UINT64_MAX;
-constexpr const char *kSanitizerOptions = "detect_leaks=0";
+const std::vector<std::pair<NSString, NSString>> kEnvironment = {{u"ASAN_OPTIONS"_ns, u"detect_leaks=0"_ns}};
 #else
 constexpr std::uint64_t kMemoryBytes = std::uint64_t{4} << 30;
-constexpr const char *kSanitizerOptions = "";
+const std::vector<std::pair<NSString, NSString>> kEnvironment;
 #endif
 /// The longest side that a picture may have.
 constexpr std::uint32_t kMaximumSide = 32'767;
@@ -84,14 +84,13 @@ NSData makePicture(const PictureOrder &order, const std::string &name) {
   const auto folder = PrivateFolder::make(&error);
   const Confinement confinement{.writableFolders = {folder ? folder->path() : NSString()},
                                 .memoryBytes = kMemoryBytes};
-  const ChildProgram child{
-      .launchPath = program,
-      .arguments = {NSString::stringWithUTF8String(order.what),
-                    NSString::stringWithFileSystemRepresentation(file.native()),
-                    NSString::stringWithUTF8String(std::to_string(order.side)), order.type,
-                    stringWithNumber(order.seconds)},
-      .environment = {{u"ASAN_OPTIONS"_ns, NSString::stringWithUTF8String(kSanitizerOptions)}},
-      .maximumOutputBytes = kMaximumPictureBytes};
+  const ChildProgram child{.launchPath = program,
+                           .arguments = {NSString::stringWithUTF8String(order.what),
+                                         NSString::stringWithFileSystemRepresentation(file.native()),
+                                         NSString::stringWithUTF8String(std::to_string(order.side)), order.type,
+                                         stringWithNumber(order.seconds)},
+                           .environment = kEnvironment,
+                           .maximumOutputBytes = kMaximumPictureBytes};
   // It keeps to the time by itself; this is for when it does not.
   constexpr double kPatienceSeconds = 2;
   const auto process = folder ? ChildProcess::start(child, confinement, &error) : nullptr;
@@ -108,11 +107,6 @@ NSData makePicture(const PictureOrder &order, const std::string &name) {
 NSData makePicture(PictureOrder order, const NSData &bytes, const std::string &name) {
   const auto folder = folderWithFile(bytes, &order.path, name);
   return makePicture(order, name);
-}
-
-void writeFile(const NSData &data, const std::string &file) {
-  if (!writeDataToFile(data, NSString::stringWithFileSystemRepresentation(file), true))
-    throw OutputError(file + ": cannot be written");
 }
 
 }  // namespace nimbo

@@ -33,7 +33,4 @@ NSData makePicture(const PictureOrder &order, const std::string &name);
 /// The same of a file with these bytes.
 NSData makePicture(PictureOrder order, const NSData &bytes, const std::string &name);
 
-/// Writes a file, whole or not at all. Raises `OutputError`.
-void writeFile(const NSData &data, const std::string &file);
-
 }  // namespace nimbo

@@ -8,7 +8,6 @@
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSDictionary.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
-#include "platform/Foundation/System/DataWriting.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
@@ -59,8 +58,7 @@ int extractResource(const ResourceFork &fork, OSType type, std::int16_t ID, cons
                     const std::string &output) {
   const NSData data = fork.dataForType(type, ID);
   if (!data) throw InputError(file, "the fork has no such resource");
-  if (!writeDataToFile(data, NSString::stringWithFileSystemRepresentation(output), true))
-    throw OutputError(output + ": cannot be written");
+  writeFile(data, output);
   return kExitAnswered;
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/WebArchiveCommands.hpp"
 
-#include "platform/Foundation/System/DataWriting.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
@@ -25,8 +24,7 @@ int createArchive(const std::string &page, const std::string &output) {
       collector.archiveOfPage(NSString::stringWithFileSystemRepresentation(page), &error);
   const NSData data = archive ? archive.data(&error) : NSData();
   if (!data) throw InputError(page, error);
-  if (!writeDataToFile(data, NSString::stringWithFileSystemRepresentation(output), true))
-    throw OutputError(output + ": cannot be written");
+  writeFile(data, output);
   return kExitAnswered;
 }
 

@@ -13,6 +13,7 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/CoreGraphics/PostScriptFile.hpp"
 #include "platform/Foundation/System/ChildProcess.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
@@ -36,34 +37,8 @@ constexpr std::uint64_t kAddressSpaceBytes = std::uint64_t{1} << 30;
 constexpr std::uint32_t kDocumentKilobytes = 512 << 10;
 constexpr std::uint32_t kProcessorSeconds = 60;
 
-/// How far behind the beginning the program begins at most, when there are orders for the printer before it.
-constexpr std::size_t kMaximumOrderBytes = 4096;
 /// How far from its beginning and from its end a program has its comments.
 constexpr std::size_t kCommentBytes = 64 << 10;
-
-/// The part of the file that is a program; what DOS programs put around EPS is a table of parts and a preview.
-std::string_view programInFile(std::string_view bytes) {
-  constexpr std::string_view kMark = "\xc5\xd0\xd3\xc6";
-  constexpr std::size_t kOffset = 4, kLength = 8, kHeaderBytes = 30;
-  if (!bytes.starts_with(kMark) || bytes.size() < kHeaderBytes) return bytes;
-  const auto littleEndian = [&](std::size_t place) {
-    std::size_t value = 0;
-    for (std::size_t i = 4; i > 0; --i) value = value << 8 | static_cast<std::uint8_t>(bytes[place + i - 1]);
-    return value;
-  };
-  return bytes.substr(std::min(littleEndian(kOffset), bytes.size()), littleEndian(kLength));
-}
-
-/// The first line, which begins with "%!"; empty for what is no PostScript.
-std::string_view firstLine(std::string_view program) {
-  constexpr std::string_view kPrinterMark = "\x1b%-12345X";
-  const std::size_t beginning = program.starts_with(kPrinterMark)
-                                    ? program.substr(0, kMaximumOrderBytes).find("%!")
-                                    : program.find_first_not_of("\x04\t\n\f\r ");
-  if (beginning == std::string_view::npos) return {};
-  const std::string_view line = program.substr(beginning);
-  return line.starts_with("%!") ? line.substr(0, line.find_first_of("\r\n")) : std::string_view();
-}
 
 /// The program in parts to be joined. A bounding box that the comments at its beginning leave to those at its
 /// end is set in, because Ghostscript does not look there.
@@ -132,7 +107,8 @@ void setErrorOfGhostscript(NSError *error, const ChildResult &result) {
 }  // namespace
 
 NSData PDFDataWithPostScript(const NSData &postScript, const PostScriptLimits &limits, NSError *error) {
-  const std::string_view bytes = programInFile(postScript.view()), line = firstLine(bytes);
+  const std::string_view bytes = detail::postScriptPart(postScript.view()),
+                         line = detail::firstLineOfPostScript(bytes);
   if (line.empty() || limits.maximumPages == 0) {
     setError(error, ErrorCode::unsupportedType, line.empty() ? "it is no PostScript" : "no page is asked for");
     return NSData();
@@ -149,8 +125,7 @@ NSData PDFDataWithPostScript(const NSData &postScript, const PostScriptLimits &l
                                 .memoryBytes = kAddressSpaceBytes,
                                 .processorSeconds = kProcessorSeconds,
                                 .fileBytes = kMaximumPDFBytes};
-  const bool isPicture = line.find(" EPSF-") != std::string_view::npos;
-  const std::uint32_t pages = isPicture ? 1 : limits.maximumPages;
+  const std::uint32_t pages = detail::isFirstLineOfEPS(line) ? 1 : limits.maximumPages;
   const auto child = ChildProcess::start({.launchPath = NSString::stringWithUTF8String(*program),
                                           .arguments = argumentsOfGhostscript(*folder, pages),
                                           .maximumOutputBytes = kMaximumMessageBytes},

@@ -141,6 +141,7 @@ class PicturesTest(CommandTestCase):
             (7, "missing: there is no such file", "topdf", "missing", "-o", "out.pdf"),
             (7, "missing: there is no such file", "sheet", "photo.png", "missing", "-o", "out.png"),
             (8, "strange.qqq: ", "image", "strange.qqq"),
+            (8, "strange.qqq: the file is no movie", "poster", "strange.qqq"),
             (8, "photo.png: ", "topdf", "photo.png", "-o", "out.pdf"),
             (6, "no folder/out.png: ", "image", "photo.png", "-o", "no folder/out.png"),
             (6, "no folder/out.pdf: ", "topdf", "page.pdf", "-o", "no folder/out.pdf"),

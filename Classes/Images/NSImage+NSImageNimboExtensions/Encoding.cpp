@@ -14,15 +14,6 @@ inline namespace NSImageNimboExtensions {
 
 namespace {
 
-/// Where the header of a PDF begins at the latest.
-constexpr std::size_t kPDFHeaderBytes = 1024;
-
-/// Whether PostScript is one picture for inside other documents.
-bool isEncapsulated(std::string_view postScript) {
-  const std::string_view firstLine = postScript.substr(0, postScript.find_first_of("\r\n"));
-  return !postScript.starts_with("%!") || firstLine.find(" EPSF-") != std::string_view::npos;
-}
-
 /// The image's bitmap, else what is drawn of it.
 SharedPointer<NSBitmapImageRep> bitmapOfImage(const NSImage &image, NSError *error) {
   if (auto bitmap = bitmapImageRep(image)) return bitmap;
@@ -53,8 +44,9 @@ NSString pathExtensionForBestRepresentation(const NSImage &image) {
 
 NSString pathExtensionForData(const NSData &data) {
   const std::string_view bytes = data.view();
-  if (NSEPSImageRep::canInitWithFirstBytes(bytes)) return isEncapsulated(bytes) ? u"eps"_ns : u"ps"_ns;
-  if (bytes.substr(0, kPDFHeaderBytes).find("%PDF-") != std::string_view::npos) return u"pdf"_ns;
+  if (NSEPSImageRep::canInitWithFirstBytes(bytes))
+    return NSEPSImageRep::isEncapsulated(bytes) ? u"eps"_ns : u"ps"_ns;
+  if (NSPDFImageRep::canInitWithFirstBytes(bytes)) return u"pdf"_ns;
   const auto source = CGImageSource::sourceWithData(data);
   return source ? pathExtensionForUniformType(source->type()) : NSString();
 }

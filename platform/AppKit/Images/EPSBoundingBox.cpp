@@ -4,19 +4,10 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdint>
 
 namespace nimbo::detail {
 
 namespace {
-
-constexpr std::string_view kBinaryHeader = "\xc5\xd0\xd3\xc6";
-
-std::uint32_t littleEndian(std::string_view bytes, std::size_t offset) {
-  std::uint32_t value = 0;
-  for (std::size_t i = 4; i-- > 0;) value = value << 8 | static_cast<std::uint8_t>(bytes[offset + i]);
-  return value;
-}
 
 /// Four numbers, the lower left and the upper right corner.
 std::optional<NSRect> boxOfNumbers(std::string_view text) {
@@ -46,16 +37,9 @@ std::optional<NSRect> boxInComments(std::string_view text, std::string_view name
 
 }  // namespace
 
-std::string_view postScriptPart(std::string_view file) {
-  constexpr std::size_t kHeaderBytes = 12;
-  if (!file.starts_with(kBinaryHeader)) return file;
-  if (file.size() < kHeaderBytes) return {};
-  const std::uint32_t start = littleEndian(file, 4);
-  return start <= file.size() ? file.substr(start, littleEndian(file, 8)) : std::string_view();
-}
-
 std::optional<NSRect> boundingBoxOfPostScript(std::string_view postScript) {
-  const std::string_view head = postScript.substr(0, kEPSCommentBytes);
+  constexpr std::size_t kCommentBytes = std::size_t{64} << 10;
+  const std::string_view head = postScript.substr(0, kCommentBytes);
   const std::string_view tail = postScript.substr(postScript.size() - head.size());
   for (const std::string_view name : {"%%HiResBoundingBox:", "%%BoundingBox:"})
     for (const std::string_view part : {head, tail})

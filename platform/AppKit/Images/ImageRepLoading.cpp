@@ -9,14 +9,13 @@
 #include "platform/AppKit/Images/NSBitmapImageRep.hpp"
 #include "platform/AppKit/Images/NSEPSImageRep.hpp"
 #include "platform/AppKit/Images/NSPDFImageRep.hpp"
+#include "platform/CoreGraphics/PostScriptFile.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
 
 namespace nimbo {
 
 namespace {
 
-/// In how many bytes the header of a PDF has to begin.
-constexpr std::size_t kFirstBytes = 1024;
 /// The longest PostScript that is read.
 constexpr std::uint32_t kMaximumPostScriptBytes = 256U << 20;
 
@@ -24,7 +23,7 @@ enum class Content { image, PDF, postScript };
 
 Content contentOfFirstBytes(std::string_view bytes) {
   if (NSEPSImageRep::canInitWithFirstBytes(bytes)) return Content::postScript;
-  return bytes.substr(0, kFirstBytes).find("%PDF-") != bytes.npos ? Content::PDF : Content::image;
+  return NSPDFImageRep::canInitWithFirstBytes(bytes) ? Content::PDF : Content::image;
 }
 
 std::vector<SharedPointer<NSImageRep>> only(SharedPointer<NSImageRep> rep) {
@@ -47,7 +46,7 @@ std::vector<SharedPointer<NSImageRep>> NSImageRep::imageRepsWithContentsOfFile(c
   std::uint64_t size = 0;
   const FileDescriptor file = openRegularFile(path, &size, error);
   if (!file) return {};
-  std::string head(kFirstBytes, '\0');
+  std::string head(detail::kPostScriptHeadBytes, '\0');
   head.resize(static_cast<std::size_t>(std::max<ssize_t>(::pread(file.get(), head.data(), head.size(), 0), 0)));
   switch (contentOfFirstBytes(head)) {
     case Content::PDF:

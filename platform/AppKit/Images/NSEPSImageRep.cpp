@@ -3,15 +3,20 @@
 
 #include "platform/AppKit/Images/EPSBoundingBox.hpp"
 #include "platform/CoreGraphics/CGPSConverter.hpp"
+#include "platform/CoreGraphics/PostScriptFile.hpp"
 
 namespace nimbo {
 
 NSEPSImageRep::~NSEPSImageRep() = default;
 
 bool NSEPSImageRep::canInitWithFirstBytes(std::string_view bytes) {
-  // Printers' files may begin with an end of transmission, or with orders for the printer.
-  if (bytes.starts_with('\x04')) bytes.remove_prefix(1);
-  return bytes.starts_with("%!") || bytes.starts_with("\xc5\xd0\xd3\xc6") || bytes.starts_with("\x1b%-12345X");
+  return detail::isPostScriptFile(bytes);
+}
+
+bool NSEPSImageRep::isEncapsulated(std::string_view bytes) {
+  const std::string_view line = detail::firstLineOfPostScript(bytes);
+  // DOS programs put their table around EPS alone.
+  return line.empty() || detail::isFirstLineOfEPS(line);
 }
 
 SharedPointer<NSEPSImageRep> NSEPSImageRep::imageRepWithData(const NSData &data, const Deadline &deadline,

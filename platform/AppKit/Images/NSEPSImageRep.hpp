@@ -22,6 +22,8 @@ class NSEPSImageRep final : public NSImageRep {
   ~NSEPSImageRep() override;
   /// Whether a file that begins so is PostScript, perhaps with a preview before it.
   static bool canInitWithFirstBytes(std::string_view bytes);
+  /// Whether PostScript that begins so is one picture for inside other documents.
+  static bool isEncapsulated(std::string_view bytes);
 
   const ClassDescription &classDescription() const override;
   NSImageRepClass representationClass() const override { return NSImageRepClass::EPS; }

@@ -62,7 +62,6 @@ AVCodecID codecOfFormat(FFmpegFormat format) {
 
 /// Null when it cannot be decoded.
 FFmpegPointer<AVFrame> decodedFrame(AVCodecID codec, std::span<const std::uint8_t> file) {
-  av_log_set_level(AV_LOG_QUIET);
   const AVCodec *decoder = avcodec_find_decoder(codec);
   FFmpegPointer<AVCodecContext> context(decoder ? avcodec_alloc_context3(decoder) : nullptr);
   FFmpegPointer<AVPacket> packet(av_packet_alloc());
@@ -138,6 +137,7 @@ class Codec final : public ImageCodec {
 NIMBO_ENGINE const void *nimboEngine();
 
 const void *nimboEngine() {
+  av_log_set_level(AV_LOG_QUIET);
   static const nimbo::detail::Codec codec;
   return static_cast<const nimbo::detail::ImageCodec *>(&codec);
 }

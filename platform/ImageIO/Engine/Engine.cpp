@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <new>
 #include <utility>
 
+#include "platform/Foundation/ExceptionGuard.hpp"
 #include "platform/Foundation/System/EngineLibrary.hpp"
 #include "platform/ImageIO/Engine/ImageDecoding.hpp"
 #include "platform/ImageIO/Engine/ImageEncoding.hpp"
@@ -10,17 +10,6 @@
 
 namespace nimbo::detail {
 namespace {
-
-/// What `work` answers; something empty, with `*error`, when it throws.
-template <class Work>
-auto guarded(NSError *error, Work work) -> decltype(work()) {
-  try {
-    return work();
-  } catch (const std::exception &exception) {
-    if (error) *error = NSError::errorWithException(exception);
-    return {};
-  }
-}
 
 ImageHeader headerAtIndex(const ImageInput &input, std::uint32_t index) {
   const auto reader = readerOfInput(input, Deadline::never());
