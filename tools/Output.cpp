@@ -118,10 +118,11 @@ std::string JSONFromValue(const id &value, bool pretty) {
   return text;
 }
 
-void prepareStandardStreams() {
-  std::signal(SIGPIPE, SIG_IGN);
+SignalHandler prepareStandardStreams() {
+  const SignalHandler inherited = std::signal(SIGPIPE, SIG_IGN);
   for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
     if (::fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  return inherited;
 }
 
 void writeOutput(std::string_view text) {

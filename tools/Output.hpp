@@ -27,10 +27,13 @@ class OutputClosed : public OutputError {
 /// to 9999) is null.
 std::string JSONFromValue(const id &value, bool pretty);
 
+/// What is done with a signal.
+using SignalHandler = void (*)(int);
+
 /// Makes writing to a stream without a reader an error instead of the end, and gives standard streams that are
 /// closed a descriptor that cannot be used, so that no file or socket takes their place and is written to by
-/// mistake.
-void prepareStandardStreams();
+/// mistake. Answers what the caller wants to be done with SIGPIPE.
+SignalHandler prepareStandardStreams();
 
 /// Writes the whole text to standard output. Raises `OutputError`, or `OutputClosed` when the reader has gone
 /// away.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <csignal>
 #include <exception>
 
 #include "tools/CommandLine.hpp"
@@ -43,13 +44,16 @@ int runCommandLine(const std::vector<std::string> &arguments) {
 
 int main(int argumentCount, char **arguments) {
   using namespace nimbo;
-  prepareStandardStreams();
+  const SignalHandler inherited = prepareStandardStreams();
   try {
     return runCommandLine({arguments, arguments + argumentCount});
   } catch (const UsageError &error) {
     writeMessage(std::string(error.what()) + "; see 'quiverleaf help'");
     return kExitUsage;
   } catch (const OutputClosed &) {
+    // It ends as any filter does, unless the caller has told its children to ignore the signal.
+    std::signal(SIGPIPE, inherited);
+    std::raise(SIGPIPE);
     return kExitOutputFailed;
   } catch (const OutputError &error) {
     writeMessage(error.what());
