@@ -26,26 +26,23 @@ NSString plainText(const NSString &text) {
   return std::move(result).string();
 }
 
-int writeRichTextAsPlain(HelperClient &client, const NSString &path, const std::string &name) {
-  return report(client.attributedStringWithContentsOfFile(path), name, [](const id &result) {
-    const NSData rtfd = result.dictionary().objectForKey(u"Rtfd"_ns).data();
-    writeText(plainText(initWithRTFD(rtfd).string()));
-  });
+/// The member of an answer under a key, when it is a text.
+DocumentText textUnderKey(HelperClient::Answer answer, std::u16string_view key) {
+  const NSString text = answer.result.dictionary().objectForKey(NSString::stringWithCharacters(key)).string();
+  return {std::move(answer), text};
 }
 
-/// Writes a text that there is; otherwise, unless it is known why, says that there is none.
-int writeTextOfAnswer(const HelperClient::Answer &answer, std::u16string_view key, const std::string &name) {
-  NSString text;
-  const int code = report(answer, name, [&](const id &result) {
-    text = result.dictionary().objectForKey(NSString::stringWithCharacters(key)).string();
-  });
-  if (code != kExitAnswered) return code;
-  if (text) {
-    writeText(text);
-    return kExitAnswered;
-  }
-  if (answer.code == ErrorCode::none) writeMessage(name + ": has no text");
-  return kExitNil;
+DocumentText textOfPostScript(HelperClient &client, const NSString &path) {
+  const HelperClient::Answer converted = client.PDFImageRepOfFile(path);
+  const NSData pdf = converted.result.data();
+  return pdf ? textUnderKey(client.attributedStringWithPDF(false, pdf), u"String")
+             : DocumentText{converted, {}};
+}
+
+DocumentText textOfRichText(HelperClient &client, const NSString &path) {
+  HelperClient::Answer answer = client.attributedStringWithContentsOfFile(path);
+  const NSData rtfd = answer.result.dictionary().objectForKey(u"Rtfd"_ns).data();
+  return {std::move(answer), rtfd ? plainText(initWithRTFD(rtfd).string()) : NSString()};
 }
 
 }  // namespace
@@ -54,20 +51,26 @@ bool isPostScriptType(const NSString &type) {
   return type == u"com.adobe.postscript"_ns || type == u"com.adobe.encapsulated-postscript"_ns;
 }
 
-int writeTextOfPostScript(const NSString &path, const std::string &name, const CommonOptions &options) {
-  HelperClient client = clientWithOptions(options);
-  NSData pdf;
-  const int code = report(client.PDFImageRepOfFile(path), name, [&](const id &result) { pdf = result.data(); });
-  return code != kExitAnswered ? code
-                               : writeTextOfAnswer(client.attributedStringWithPDF(false, pdf), u"String", name);
+bool DocumentText::isRefused() const {
+  return !text && (answer.code == ErrorCode::unsupportedType || answer.code == ErrorCode::damaged);
 }
 
-int writeTextOfDocument(const NSString &path, const std::string &name, const CommonOptions &options) {
+DocumentText textOfDocument(const TypedPath &file, const CommonOptions &options) {
   HelperClient client = clientWithOptions(options);
-  const auto answer = client.metaDataForFile(path);
+  if (isPostScriptType(file.type)) return textOfPostScript(client, file.path);
+  HelperClient::Answer answer = client.metaDataForFile(file.path);
   if (answer.status == HelperClient::Status::nil && answer.code == ErrorCode::unsupportedType)
-    return writeRichTextAsPlain(client, path, name);
-  return writeTextOfAnswer(answer, u"kMDItemTextContent", name);
+    return textOfRichText(client, file.path);
+  return textUnderKey(std::move(answer), u"kMDItemTextContent");
+}
+
+int writeDocumentText(const DocumentText &document, const std::string &name) {
+  const int code = report(document.answer, name, [&](const id &) {
+    if (document.text.length() > 0) writeText(document.text);
+  });
+  if (code != kExitAnswered || document.text.length() > 0) return code;
+  if (document.answer.code == ErrorCode::none) writeMessage(name + ": has no text");
+  return kExitNil;
 }
 
 }  // namespace nimbo

@@ -3,20 +3,32 @@
 
 #include <string>
 
+#include "clients/cpp/HelperClient.hpp"
 #include "platform/Foundation/NSString.hpp"
 #include "tools/CommandLine.hpp"
+#include "tools/RegularInput.hpp"
 
 namespace nimbo {
 
 /// Whether a type is that of PostScript, EPS included.
 bool isPostScriptType(const NSString &type);
 
-/// Writes the text of PostScript to standard output, as that of the PDF that it becomes. `name` is what
-/// messages call the file. Answers the exit code.
-int writeTextOfPostScript(const NSString &path, const std::string &name, const CommonOptions &options);
+/// What the helper has answered about the text of a document.
+struct DocumentText {
+  /// Whether the file is not of the type that it was read as, or nothing reads that type.
+  bool isRefused() const;
 
-/// Writes the text of a document to standard output, as its metadata importer finds it; where there is none,
-/// that of the document as rich text. `name` is what messages call the file. Answers the exit code.
-int writeTextOfDocument(const NSString &path, const std::string &name, const CommonOptions &options);
+  HelperClient::Answer answer;
+  /// Nil when there is none; the answer may say why.
+  NSString text;
+};
+
+/// The text of a document as its metadata importer finds it; where there is none, that of the document as rich
+/// text. That of PostScript is the text of the PDF that it becomes.
+DocumentText textOfDocument(const TypedPath &file, const CommonOptions &options);
+
+/// Writes the text to standard output, or says why there is none. `name` is what messages call the file.
+/// Answers the exit code.
+int writeDocumentText(const DocumentText &document, const std::string &name);
 
 }  // namespace nimbo

@@ -1,21 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/PlainTextCommands.hpp"
 
-#include <memory>
+#include <optional>
 #include <utility>
 
 #include "Classes/PlainText/NSString+Html2Text.hpp"
-#include "platform/CoreServices/ContentTypes.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
-#include "platform/Foundation/System/DataWriting.hpp"
-#include "platform/Foundation/System/PrivateFolder.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "tools/DocumentText.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/Output.hpp"
+#include "tools/RegularInput.hpp"
 
 namespace nimbo {
 
@@ -43,32 +42,6 @@ NSString withFewEmptyLines(const NSString &text) {
   return std::move(result).string();
 }
 
-/// An input as a regular file, which its type is found by and the helper reads: the file itself, or what came
-/// from standard input or a pipe.
-struct RegularInput {
-  RegularInput(const std::string &file, double patienceSeconds)
-      : path(NSString::stringWithFileSystemRepresentation(file)) {
-    if (file != "-" && typeOfFile(file) != u"public.item"_ns) return;
-    const NSData data = readInput(file, patienceSeconds);
-    NSError error;
-    folder = PrivateFolder::make(&error);
-    if (!folder) throw InputError(nameOfInput(file), error);
-    path = folder->pathOf("input");
-    if (!writeDataToFile(data, path, false))
-      throw InputError(nameOfInput(file), "there is no room for temporary files");
-  }
-
-  NSString typeOfFile(const std::string &name) const {
-    NSError error;
-    NSString type = LSCopyItemContentType(path, &error);
-    if (!type) throw InputError(name, error);
-    return type;
-  }
-
-  NSString path;
-  std::unique_ptr<PrivateFolder> folder;
-};
-
 /// Whether text that no name tells anything of begins with a tag, as pieces of pages do.
 bool isPieceOfPage(const NSString &path, const NSString &text) {
   const std::u16string_view units = text.view();
@@ -82,13 +55,39 @@ void writePlainText(const NSString &text) {
   writeOutput(bytes.ends_with('\n') ? bytes : bytes + "\n");
 }
 
-void writePage(const NSString &page, const TextOptions &options) {
-  if (options.simple)
-    writeText(stringByConvertingHtml2SimplifiedPlainText(page));
-  else
-    writeText(withFewEmptyLines(
-        stringByConvertingHtml2PlainTextNonUmlauted(page, options.plainAscii, options.reformat, options.body,
-                                                    options.noJunk, nullptr, options.googleTags)));
+/// The text of a page as the options say. Nil when it has none.
+NSString textOfPage(const NSString &page, const TextOptions &options) {
+  const NSString text = options.simple ? stringByConvertingHtml2SimplifiedPlainText(page)
+                                       : stringByConvertingHtml2PlainTextNonUmlauted(
+                                             page, options.plainAscii, options.reformat, options.body,
+                                             options.noJunk, nullptr, options.googleTags);
+  // A page without text is its own text for the library.
+  return text.identicalTo(page) ? NSString() : text;
+}
+
+int writePage(const NSString &page, const std::string &name, const TextOptions &options) {
+  const NSString text = textOfPage(page, options);
+  if (!text) {
+    writeMessage(name + ": has no text");
+    return kExitNil;
+  }
+  writeText(options.simple ? text : withFewEmptyLines(text));
+  return kExitAnswered;
+}
+
+/// Writes a page or plain text. `name` is what messages call the file.
+int writeFileReadHere(const TypedPath &file, const std::string &name, const TextOptions &options,
+                      bool isForPages) {
+  const NSData data = readInput(*file.path.fileSystemRepresentation(), options.timeoutSeconds);
+  const NSString text = textOfData(data);
+  if (text.length() == 0) throw InputError(name, "the file is empty");
+  if (isPageType(file.type) || isForPages || isPieceOfPage(file.path, text))
+    return writePage(text, name, options);
+  // Bytes of any kind are characters in some encoding, but no text has many zeros.
+  if (text.view().find(u'\0') != std::u16string_view::npos && !stringWithDetectedEncoding(data.view()).string)
+    throw InputError(name, "the file holds no text");
+  writePlainText(text);
+  return kExitAnswered;
 }
 
 int runText(const TextOptions &options, const Operands &operands) {
@@ -96,25 +95,20 @@ int runText(const TextOptions &options, const Operands &operands) {
     throw UsageError("--simple takes none of --reformat, --no-junk, --google-tags and --plain-ascii");
   const bool isForPages = options.reformat || options.simple || options.body || options.noJunk ||
                           options.googleTags || options.plainAscii;
-  const std::string name = nameOfInput(operands.front());
-  const RegularInput input(operands.front(), options.timeoutSeconds);
-  const NSString type = input.typeOfFile(name);
-  const bool isPage = type == u"public.html"_ns || type == u"public.xhtml"_ns;
-  const bool isPlainText = type == u"public.plain-text"_ns;
-  if (!isPage && !isPlainText) {
-    if (isForPages)
-      throw UsageError(name + ": the options are for pages, and its type is " + type.UTF8String());
-    return isPostScriptType(type) ? writeTextOfPostScript(input.path, name, options)
-                                  : writeTextOfDocument(input.path, name, options);
+  RegularInput input(operands.front(), options.timeoutSeconds);
+  const std::vector<TypedPath> readings = input.readings();
+  if (isForPages && !isReadHere(readings.front().type))
+    throw UsageError(input.name() + ": the options are for pages, and its type is " +
+                     readings.front().type.UTF8String());
+  std::optional<DocumentText> refusal;
+  for (const TypedPath &reading : readings) {
+    if (isReadHere(reading.type)) return writeFileReadHere(reading, input.name(), options, isForPages);
+    DocumentText document = textOfDocument(reading, options);
+    if (!document.isRefused()) return writeDocumentText(document, input.name());
+    // What is wrong with the file is told of the type that its name says.
+    if (!refusal || reading.path == input.path()) refusal = std::move(document);
   }
-  const auto path = input.path.fileSystemRepresentation();
-  const NSString text = textOfInput(*path, options.timeoutSeconds);
-  if (text.length() == 0) throw InputError(name, "the file is empty");
-  if (isPage || isForPages || isPieceOfPage(input.path, text))
-    writePage(text, options);
-  else
-    writePlainText(text);
-  return kExitAnswered;
+  return writeDocumentText(*refusal, input.name());
 }
 
 }  // namespace
@@ -125,10 +119,10 @@ const std::vector<Command> &plainTextCommands() {
         .operands = "FILE",
         .summary = "the plain text of a page or any other file",
         .description = R"(
-Prints the text that a person reads on a page, in UTF-8; of a page without text, the page. The encoding is the
+Prints the text that a person reads on a page, in UTF-8; of a page without text, nothing. The encoding is the
 one that the page declares, else guessed. Of empty lines in a row one is printed. Plain text is printed as it
-is; with an option it is taken for a page. The helper reads files of all other types. FILE "-" is standard
-input, whose type is found by its content.)",
+is; with an option it is taken for a page. The helper reads files of all other types. A file that is not what
+its name says goes by its content, and so does standard input, FILE "-".)",
         .minimumOperands = 1,
         .maximumOperands = 1},
        runText,

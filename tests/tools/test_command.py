@@ -7,6 +7,7 @@ import ctypes
 import datetime
 import json
 import os
+import pathlib
 import plistlib
 import signal
 import subprocess
@@ -14,6 +15,8 @@ import unittest
 
 import documents
 from command import COMMAND, CommandTestCase
+
+DOCUMENTS = pathlib.Path(__file__).resolve().parents[1] / "data" / "word-processors"
 
 # Of linux/prctl.h and linux/capability.h.
 PR_CAPBSET_DROP = 24
@@ -163,7 +166,36 @@ class CommandTest(CommandTestCase):
             with self.subTest(arguments):
                 done = self.run_command("text", *arguments)
                 self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
-        self.assertEqual(self.run_command("text", "-", input=b"<br>").stdout, b"<br>\n")
+        for arguments in (["-"], ["--simple", "-"], ["--body", "-"]):
+            self.assert_fails(3, "standard input: has no text", "text", *arguments, input=b"<br>")
+
+    def test_text_of_files_by_their_content(self):
+        contents = {
+            "pdf": documents.pdf(("Leaflet",)),
+            "docx": (DOCUMENTS / "letter.docx").read_bytes(),
+            "odt": (DOCUMENTS / "letter.odt").read_bytes(),
+            "rtf": rb"{\rtf1\ansi Leaflet}",
+            "html": b"<!DOCTYPE html><html><body><p>Leaflet</body></html>",
+            "txt": b"Leaflet, a word of a text",
+        }
+        for true, content in contents.items():
+            for named in ("pdf", "docx", "doc", "rtf", "html", "txt", "c", "jpg", "hwp"):
+                if true == "html" and named in ("txt", "c"):
+                    continue  # A page is text, too.
+                with self.subTest(true=true, named=named):
+                    self.file(f"a.{named}", content)
+                    done = self.run_command("text", f"a.{named}")
+                    self.assertEqual((done.returncode, done.stderr), (0, b""))
+                    self.assertIn(b"First heading" if true in ("docx", "odt") else b"Leaflet", done.stdout)
+                    self.assertNotRegex(done.stdout, rb"<|\\rtf|obj")
+        picture = (DOCUMENTS.parents[2] / "examples" / "leaf.jpg").read_bytes()
+        for name, content in (("a.jpg", picture), ("a.txt", picture), ("page.html", b"<html><body><img src=x>"), ("none.pdf", documents.pdf(("",)))):
+            self.file(name, content)
+            self.assert_fails(3, f"{name}: .*no text", "text", name)
+        self.file("a.txt", bytes((7, 0, 9, 19, 0, 0, 200)) * 99)
+        self.assert_fails(3, "a.txt: the file holds no text", "text", "a.txt")
+        self.file("a.docx", contents["docx"][:200])
+        self.assert_fails(3, "a.docx: .*the document is damaged", "text", "a.docx")
 
     def test_dates_are_of_the_zone_of_the_environment(self):
         self.environment["TZ"] = "Europe/Berlin"
