@@ -53,6 +53,7 @@ NSStringEncoding encodingOfOption(const char *option, const std::optional<std::s
 }
 
 int runDecode(const DecodeOptions &options, const Operands &operands) {
+  if (!options.json && !options.propertyList) refuseOptions(options, {"pretty"}, "decode without --json");
   const NSStringEncoding supplied = encodingOfOption("encoding", options.encoding);
   const NSStringEncoding chosenDefault = encodingOfOption("default", options.defaultEncoding);
   const NSData data = readInput(operands.front(), options.timeoutSeconds);
@@ -89,7 +90,10 @@ Prints an array with an object for each name: the "Encoding" by its registered n
 "CFStringEncoding" and "NSStringEncoding" by their numbers, and whether text in it can be read
 ("Available"). A name that nothing is known by has none of them.)",
         .minimumOperands = 1,
-        .maximumOperands = kAnyNumberOfOperands},
+        .maximumOperands = kAnyNumberOfOperands,
+        .fileOperands = 0,
+        .asksHelper = false,
+        .takesTime = false},
        runCharset},
       {{.name = "decode",
         .operands = "FILE",
@@ -99,7 +103,8 @@ Prints the text of a page or feed in UTF-8, and on standard error what it declar
 encoding it was read. What the file declares is weighed against what --encoding says. FILE "-" is
 standard input.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .asksHelper = false},
        runDecode,
        {{"encoding", &DecodeOptions::encoding, "NAME", "the encoding that came with the file"},
         {"default", &DecodeOptions::defaultEncoding, "NAME", "the encoding without any (else guessed)"},

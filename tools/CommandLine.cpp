@@ -3,7 +3,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <string_view>
+
+#include "tools/FileURLs.hpp"
 
 namespace nimbo {
 
@@ -49,6 +52,14 @@ struct Setter {
   }
 };
 
+bool isForCommand(const Option &option, const CommandText &command) {
+  const std::string_view name = option.name;
+  if (name == "no-start" || name == "wait") return command.asksHelper;
+  if (name == "timeout") return command.takesTime;
+  if (name == "pretty" || name == "plist") return command.printsValue;
+  return true;
+}
+
 /// The option that is typed so: by its name, by a beginning that no other name has, or as "-h" or "-o".
 const Option &optionOfWord(const std::string &word, const std::vector<Option> &accepted) {
   const std::string name = word == "-h" ? "--help" : word == "-o" ? "--output" : word;
@@ -81,6 +92,13 @@ const std::vector<Option> &commonOptions() {
   return options;
 }
 
+std::vector<Option> commonOptionsOf(const CommandText &command) {
+  std::vector<Option> options;
+  std::ranges::copy_if(commonOptions(), std::back_inserter(options),
+                       [&](const Option &option) { return isForCommand(option, command); });
+  return options;
+}
+
 Operands readOptions(const std::vector<std::string> &arguments, const std::vector<Option> &accepted,
                      bool stopsAtOperand, CommonOptions *options) {
   Operands operands;
@@ -110,18 +128,35 @@ Operands readOptions(const std::vector<std::string> &arguments, const std::vecto
       if (++i == arguments.size()) throw UsageError("option '" + word + "' needs two values");
       secondValue = arguments[i];
     }
+    options->given.emplace_back(option.name);
+    if (option.name == std::string_view("output")) value = pathOfFileArgument(value);
     std::visit(Setter{option, value, secondValue, options}, option.field);
   }
   return operands;
 }
 
-void checkOperands(const Command &command, const Operands &operands) {
+void checkOptions(const CommandText &command, const CommonOptions &options) {
+  for (const Option &option : commonOptions())
+    if (!isForCommand(option, command)) refuseOptions(options, {option.name}, command.name);
+}
+
+void refuseOptions(const CommonOptions &options, std::initializer_list<std::string_view> names,
+                   const std::string &mode) {
+  for (const std::string_view name : names)
+    if (std::ranges::find(options.given, name) != options.given.end())
+      throw UsageError("option '--" + std::string(name) + "' does nothing for " + mode);
+}
+
+Operands checkedOperands(const CommandText &command, Operands operands) {
   if (operands.size() < command.minimumOperands)
     throw UsageError(std::string(command.name) + " needs " + command.operands);
   if (operands.size() > command.maximumOperands)
     throw UsageError("'" + operands[command.maximumOperands] + "' is too much for " + command.name);
   if (!command.takesEmptyOperands && std::ranges::find(operands, "") != operands.end())
     throw UsageError(std::string(command.operands) + " is an empty text");
+  for (std::size_t i = 0; i < std::min(operands.size(), command.fileOperands); ++i)
+    operands[i] = pathOfFileArgument(operands[i]);
+  return operands;
 }
 
 }  // namespace nimbo

@@ -3,18 +3,20 @@
 
 #include <cstddef>
 #include <functional>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
 namespace nimbo {
 
-/// The options that every command takes. Those of a command are a struct that derives from it.
+/// The options that commands have in common. Those of a command are a struct that derives from it.
 struct CommonOptions {
   bool noStart = false;
   double timeoutSeconds = 15.0;
@@ -23,6 +25,8 @@ struct CommonOptions {
   bool propertyList = false;
   bool help = false;
   bool version = false;
+  /// The names of those that the command line has, of the command's own options, too.
+  std::vector<std::string> given;
 };
 
 /// Two words behind one option.
@@ -60,7 +64,7 @@ using Operands = std::vector<std::string>;
 /// For a command that takes as many operands as there are.
 inline constexpr std::size_t kAnyNumberOfOperands = std::numeric_limits<std::size_t>::max();
 
-/// What a command tells about itself, and how many operands it takes.
+/// What a command tells about itself, how many operands it takes, and what is common to commands that it does.
 struct CommandText {
   const char *name;
   const char *operands = "";
@@ -71,6 +75,13 @@ struct CommandText {
   std::size_t maximumOperands = 0;
   /// Files and names are never empty, a text may be.
   bool takesEmptyOperands = false;
+  /// How many operands, from the first one, are files, which may be given as URLs.
+  std::size_t fileOperands = kAnyNumberOfOperands;
+  /// Whether it may ask the helper, wait for that or for its input, and print a value: what the common options
+  /// are for.
+  bool asksHelper = true;
+  bool takesTime = true;
+  bool printsValue = true;
 };
 
 /// A command of the program.
@@ -103,15 +114,25 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The options that every command takes.
+/// The options that commands have in common.
 const std::vector<Option> &commonOptions();
+/// Those of them that do something for a command.
+std::vector<Option> commonOptionsOf(const CommandText &command);
 
 /// Reads options off `arguments` (the first is a name and skipped) into `options`, and gives what is left. With
-/// `stopsAtOperand` nothing is read behind the first operand. Raises `UsageError`.
+/// `stopsAtOperand` nothing is read behind the first operand. An output may be given as the URL of a file.
+/// Raises `UsageError`.
 Operands readOptions(const std::vector<std::string> &arguments, const std::vector<Option> &accepted,
                      bool stopsAtOperand, CommonOptions *options);
 
-/// Raises `UsageError` for operands that the command does not take.
-void checkOperands(const Command &command, const Operands &operands);
+/// Raises `UsageError` for common options that do nothing for the command.
+void checkOptions(const CommandText &command, const CommonOptions &options);
+/// Raises `UsageError` when one of the named options is given, since it does nothing with `mode`.
+void refuseOptions(const CommonOptions &options, std::initializer_list<std::string_view> names,
+                   const std::string &mode);
+
+/// The operands, with paths in the place of URLs of files. Raises `UsageError` for what the command does not
+/// take.
+Operands checkedOperands(const CommandText &command, Operands operands);
 
 }  // namespace nimbo

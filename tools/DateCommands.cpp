@@ -43,7 +43,10 @@ of which there is a line on standard error, too; the exit status is 3 then. Text
 are in the one of TZ. In a property list "" stands for null.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
-        .takesEmptyOperands = true},
+        .takesEmptyOperands = true,
+        .fileOperands = 0,
+        .asksHelper = false,
+        .takesTime = false},
        runDate,
        {{"http", &DateOptions::http, nullptr, "read the forms of HTTP headers alone, and say nothing"}}},
   };

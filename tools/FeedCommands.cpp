@@ -82,6 +82,8 @@ int runFeed(const FeedOptions &options, const Operands &operands) {
     throw UsageError("--html, --json-feed and --opml cannot be joined");
   if ((options.linked || options.asGiven) && !options.html)
     throw UsageError("--linked-style and --as-given are for --html");
+  if (options.html || options.OPML)
+    refuseOptions(options, {"pretty", "plist"}, options.html ? "--html" : "--opml");
   NSURL url;
   if (options.url) {
     url = URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.url));
@@ -121,7 +123,8 @@ Prints an array of the items of a feed (RSS, RDF, Atom, JSON Feed): "title", "de
 the feed has it), "link", and "id", "published", "updated" and "image" when there are any. --html
 prints a page, in which nothing of the feed runs. FILE "-" is standard input.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .asksHelper = false},
        runFeed,
        {{"url", &FeedOptions::url, "URL", "where the feed is, for links that are relative"},
         {"html", &FeedOptions::html, nullptr, "print the feed as a page"},

@@ -49,10 +49,19 @@ const std::vector<Command> &helpCommands() {
         .summary = "this text, or more about a command",
         .description = R"(
 Shows help.)",
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .fileOperands = 0,
+        .asksHelper = false,
+        .takesTime = false,
+        .printsValue = false},
        runHelp},
-      {{.name = "version", .summary = "the program's version", .description = R"(
-Prints the program's version.)"},
+      {{.name = "version",
+        .summary = "the program's version",
+        .description = R"(
+Prints the program's version.)",
+        .asksHelper = false,
+        .takesTime = false,
+        .printsValue = false},
        runVersion},
   };
   return commands;
@@ -75,7 +84,7 @@ std::string helpText(const Command &command) {
   std::string text = "Usage: quiverleaf " + std::string(command.name) + " [OPTION...]";
   if (*command.operands) text += std::string(" ") + command.operands;
   text += std::string("\n") + command.description + "\n\nOptions:\n" + rows(command.options) +
-          rows(commonOptions());
+          rows(commonOptionsOf(command));
   return text;
 }
 

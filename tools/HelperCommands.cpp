@@ -130,14 +130,22 @@ as a folder, and nothing is printed.)",
 Prints the process number of the helper, the name under which it answers, its version, its program and since
 when it runs.)"},
        runPing},
-      {{.name = "status", .summary = "what the helper is doing", .description = R"(
+      {{.name = "status",
+        .summary = "what the helper is doing",
+        .description = R"(
 Prints what "ping" does, and, while the helper works, "Working": the operation, the file, the process that
 asked, since when; and "Waiting": the processes whose requests waited when this one began. It asks the helper
-nothing and starts none, so it does not wait. When there is none, it tells what ended the last one.)"},
+nothing and starts none, so it does not wait. When there is none, it tells what ended the last one.)",
+        .asksHelper = false,
+        .takesTime = false},
        runStatus},
-      {{.name = "stop", .summary = "end the helper", .description = R"(
+      {{.name = "stop",
+        .summary = "end the helper",
+        .description = R"(
 Ends the helper that is registered when the request under way is done, and waits until it is gone. One that is
-not gone after 2 seconds is killed.)"},
+not gone after 2 seconds is killed.)",
+        .asksHelper = false,
+        .printsValue = false},
        runStop},
   };
   return commands;

@@ -6,6 +6,7 @@
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "tools/ExitCode.hpp"
+#include "tools/FileURLs.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
 
@@ -47,10 +48,14 @@ int createLocation(const std::string &operand, const std::string &output) {
 int runLocation(const LocationOptions &options, const Operands &operands) {
   if (options.create != options.output.has_value()) throw UsageError("--create and --output go together");
   if (options.create && operands.size() > 1) throw UsageError("--create takes one URL");
-  if (options.create) return createLocation(operands.front(), *options.output);
+  if (options.create) {
+    refuseOptions(options, {"pretty", "plist"}, "--create");
+    return createLocation(operands.front(), *options.output);
+  }
   NSArray urls = NSArray::array();
   int exitCode = kExitAnswered;
-  for (const std::string &file : operands) {
+  for (const std::string &operand : operands) {
+    const std::string file = pathOfFileArgument(operand);
     NSError error;
     const NSString url = resolveInternetLocation(NSString::stringWithFileSystemRepresentation(file), &error);
     if (url) {
@@ -78,7 +83,10 @@ Prints a JSON array with the URL of each file: a property list (.webloc and its 
 or a desktop entry of type Link. One that has none is told, and null. With --create there is a URL in the
 place of FILE, which is written to the output; the extension of that says in which form.)",
         .minimumOperands = 1,
-        .maximumOperands = kAnyNumberOfOperands},
+        .maximumOperands = kAnyNumberOfOperands,
+        .fileOperands = 0,
+        .asksHelper = false,
+        .takesTime = false},
        runLocation,
        {{"create", &LocationOptions::create, nullptr, "write a location file"},
         {"output", &LocationOptions::output, "FILE", "the location file to write (-o)"}}},

@@ -134,7 +134,10 @@ what the option names. FILE "-" is standard input. The options cannot be joined;
 ones: "h" for "h1". A script or style that --bodies removes takes all behind it away, because it is
 one tag for the scanner, its end included.)",
         .minimumOperands = 1,
-        .maximumOperands = kAnyNumberOfOperands},
+        .maximumOperands = kAnyNumberOfOperands,
+        .fileOperands = 1,
+        .asksHelper = false,
+        .printsValue = false},
        runStrip,
        {{"tag", &StripOptions::tag, "NAME", "remove only the tags of this name"},
         {"attributes", &StripOptions::attributes, "NAME",
@@ -151,7 +154,8 @@ Prints an array of what the scanner meets: "kind" (1 tag, 2 comment, 3 marked se
 length in UTF-16 units). The last entry stands for the end, with kind 0, and has the text behind the
 last tag. FILE "-" is standard input.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .asksHelper = false},
        runTags},
   };
   return commands;

@@ -107,7 +107,8 @@ Prints an object with the page's title, its base and canonical URL, its date, ic
 description, author and so on, as they are written; "MetaAttributes" has all its meta tags by their
 names, cleaned. What the page does not say is left out. FILE "-" is standard input.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .asksHelper = false},
        runPage},
       {{.name = "links",
         .operands = "FILE",
@@ -117,7 +118,8 @@ Prints an object with the page's links, frames, images, style sheets and scripts
 objects, each URL once, cleaned and not resolved, and the base URL that they count from. The options
 but the last are for the links. FILE "-" is standard input.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .asksHelper = false},
        runLinks,
        {{"containing", &LinksOptions::containing, "TEXT", "those whose text contains this"},
         {"nofollow", &LinksOptions::noFollow, nullptr, "none that the page forbids to follow"},

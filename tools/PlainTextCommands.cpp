@@ -124,7 +124,8 @@ one that the page declares, else guessed. Of empty lines in a row one is printed
 is; with an option it is taken for a page. The helper reads files of all other types. A file that is not what
 its name says goes by its content, and so does standard input, FILE "-".)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .printsValue = false},
        runText,
        {{"reformat", &TextOptions::reformat, nullptr, "keep meaningful lines of the source"},
         {"simple", &TextOptions::simple, nullptr, "only the texts of the body, each behind a space"},

@@ -67,6 +67,7 @@ int runFork(const ForkOptions &options, const Operands &operands) {
   if (file == "-") throw UsageError("fork needs a file with a name, not standard input");
   if (options.extract.has_value() != options.output.has_value())
     throw UsageError("--extract and --output go together");
+  if (options.extract) refuseOptions(options, {"pretty", "plist"}, "--extract");
   const OSType type = options.extract ? typeFromText(options.extract->first) : 0;
   const std::int16_t ID = options.extract ? numberFromText(options.extract->second) : std::int16_t{0};
   const NSString path = NSString::stringWithFileSystemRepresentation(file);
@@ -92,7 +93,9 @@ Prints a JSON array of the resources: "Type", "ID", "Name" when there is one, "S
 "Attributes". The fork stands in an extended attribute, or beside the file in "._FILE". With --extract,
 one resource is written to a file.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .asksHelper = false,
+        .takesTime = false},
        runFork,
        {{"extract", &ForkOptions::extract, "TYPE ID", "write this resource to the output"},
         {"output", &ForkOptions::output, "FILE", "where to write it (-o)"}}},

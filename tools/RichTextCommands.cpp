@@ -71,7 +71,8 @@ Reads plain text, RTF, RTFD, pages, web archives and what LibreOffice reads, and
 names: the text in TXT.rtf, its pictures beside it. A part of a page that is not on this machine or its local
 network is left out.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .printsValue = false},
        runRTFD,
        {{"output", &RichTextOptions::output, "OUT.rtfd", "the folder to write (-o)"}}},
       {{.name = "html2rtfd",
@@ -82,7 +83,8 @@ Writes a folder, which -o names: the text, as a browser shows it, in TXT.rtf, it
 is standard input. Style sheets and pictures are loaded from this machine and its local network, and from
 elsewhere with --remote; what does not come within 15 seconds is left out. Scripts are not run.)",
         .minimumOperands = 1,
-        .maximumOperands = 1},
+        .maximumOperands = 1,
+        .printsValue = false},
        runPage,
        {{"output", &PageOptions::output, "OUT.rtfd", "the folder to write (-o)"},
         {"base", &PageOptions::base, "URL", "the URL of the page, which relative ones in it begin at"},

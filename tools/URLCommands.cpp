@@ -39,7 +39,10 @@ Prints a JSON array with what is known about each URL. One that is no URL has a 
 "Repaired" is what it may have been meant to be. "Loadable" looks whether a file is there.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
-        .takesEmptyOperands = true},
+        .takesEmptyOperands = true,
+        .fileOperands = 0,
+        .asksHelper = false,
+        .takesTime = false},
        runURL,
        {{"base", &URLOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}}},
   };

@@ -32,7 +32,10 @@ int runWebArchive(const WebArchiveOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   if (file == "-") throw UsageError("webarchive needs a file with a name, not standard input");
   if (options.create != options.output.has_value()) throw UsageError("--create and --output go together");
-  if (options.create) return createArchive(file, *options.output);
+  if (options.create) {
+    refuseOptions(options, {"no-start", "timeout", "wait", "pretty", "plist"}, "--create");
+    return createArchive(file, *options.output);
+  }
   const NSString path = NSString::stringWithFileSystemRepresentation(file);
   return report(clientWithOptions(options).searchableTextOfWebArchive(path), file, options);
 }

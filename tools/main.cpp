@@ -34,8 +34,8 @@ int runCommandLine(const std::vector<std::string> &arguments) {
   const Operands operands = readOptions(words, accepted, false, options.get());
   if (options->version) return answer(versionText());
   if (options->help) return answer(helpText(command));
-  checkOperands(command, operands);
-  return command.run(*options, operands);
+  checkOptions(command, *options);
+  return command.run(*options, checkedOperands(command, operands));
 }
 
 }  // namespace

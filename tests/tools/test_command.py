@@ -197,6 +197,26 @@ class CommandTest(CommandTestCase):
         self.file("a.docx", contents["docx"][:200])
         self.assert_fails(3, "a.docx: .*the document is damaged", "text", "a.docx")
 
+    def test_files_given_as_urls(self):
+        name = "a b#?;%41\u00e9.txt"
+        self.file(name, b"<p>Words</p>")
+        self.file("a b", b"Words")
+        url = (self.folder.resolve() / name).as_uri()
+        for given in (url, url.replace("file:", "FILE:"), url.replace("//", "//LocalHost", 1), url + "#page=2", f"file://{self.folder}/a b"):
+            self.assertIn(b"Words", self.run_command("text", given).stdout, given)
+        output = url.replace(".txt", ".webloc")
+        for command, *rest in (("metadata",), ("decode",), ("strip",), ("strip", "--bodies", "b"), ("tags",), ("page",), ("links",)):
+            done = self.run_command(command, url, *rest)
+            self.assertEqual((done.returncode, done.stdout), (0, self.run_command(command, name, *rest).stdout), command)
+        self.assertEqual(self.run_command("location", "--create", url, "-o", output).returncode, 0)
+        self.assertTrue((self.folder / name.replace(".txt", ".webloc")).exists())
+        self.assertEqual(self.answer("location", output), [url])
+        self.assertEqual(self.answer("url", url)[0]["URL"], url)
+        self.assert_fails(7, f"{self.folder}/missing: there is no such file", "pdf", f"file://{self.folder}/missing")
+        for message, bad in (("is a file of another machine", "file://server/a"), ("names no file", "file://"), ("names no file", "file:///a%00b")):
+            for arguments in (["text", bad], ["location", bad], ["topdf", "a", "-o", bad]):
+                self.assert_fails(1, message, *arguments)
+
     def test_dates_are_of_the_zone_of_the_environment(self):
         self.environment["TZ"] = "Europe/Berlin"
         cases = {
@@ -320,6 +340,15 @@ class CommandTest(CommandTestCase):
             ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
             ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
             ("is no absolute URL", "url", "--base", "a/b", "c"),
+            *((f"'--{option}' does nothing for {mode}", *arguments) for option, mode, *arguments in (
+                ("plist", "text", "--plist", "text", "a"),
+                ("wait", "date", "date", "--wait=3", "1"),
+                ("timeout", "--create", "webarchive", "--timeout", "3", "--create", "-o", "a", "a"),
+                ("pretty", "--create", "location", "--create", "http://h/", "-o", "a", "--pretty"),
+                ("pretty", "--extract", "fork", "--extract", "TEXT", "1", "-o", "a", "--pretty", "a"),
+                ("plist", "--opml", "feed", "--opml", "--plist", "a"),
+                ("pretty", "decode without --json", "decode", "--pretty", "a"),
+            )),
             ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]

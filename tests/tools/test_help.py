@@ -39,7 +39,14 @@ class HelpTest(unittest.TestCase):
     def test_every_way_to_ask_gives_the_same(self):
         self.assertEqual(len(self.commands), 27)
         for name, options in self.options.items():
-            self.assertLessEqual(self.common.items(), options.items(), name)
+            for option, row in self.common.items():
+                if option in options:
+                    self.assertEqual(options[option], row, name)
+                    continue
+                done = subprocess.run([COMMAND, name, option, *["1"] * bool(row[0])], capture_output=True, text=True, check=False)
+                self.assertEqual((done.returncode, done.stderr.partition(";")[0]),
+                                 (1, f"quiverleaf: option '{option}' does nothing for {name}"))  # fmt: skip
+            self.assertLessEqual({"--help", "--version"}, set(options))
             for arguments in ((name, "-h"), ("--help", name), (name, "--help", "--pretty", "x")):
                 self.assertEqual(output(COMMAND, *arguments), output(COMMAND, "help", name))
             self.assertEqual(output(COMMAND, name, "--version"), output(COMMAND, "version"))
@@ -54,6 +61,8 @@ class HelpTest(unittest.TestCase):
             return {f"-{flag}" for flag in re.findall(r"\bFl (-[a-z-]+)", text)}
 
         self.assertEqual(flags(synopsis), set().union(*self.own.values()))
+        shown = re.findall(r"^\.Nm\n\.Cm ([a-z0-9 |]+)", synopsis, re.MULTILINE)
+        self.assertEqual(sorted(name for names in shown for name in names.split(" | ")), sorted(self.commands))
         blocks = dict(re.findall(r"^\.It Cm ([a-z0-9]+)[^\n]*\n(.*?)(?=^\.It|^\.El)", page, re.MULTILINE | re.DOTALL))
         self.assertEqual({name: flags(block) for name, block in blocks.items()}, self.own)
         self.assertEqual({f"-{flag}" for flag in re.findall(r"^\.It Fl (?:h , )?(-[a-z-]+)", page, re.MULTILINE)}, set(self.common))
@@ -61,7 +70,7 @@ class HelpTest(unittest.TestCase):
         self.assertEqual(re.findall(r"^\.It (\d)$", page, re.MULTILINE), codes)
 
     def complete(self, *words):
-        program = f'. {BASH_COMPLETION}; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _quiverleaf; echo "${{COMPREPLY[@]}}"'
+        program = f'cd {TOP}; . {BASH_COMPLETION}; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _quiverleaf; echo "${{COMPREPLY[@]}}"'
         return set(output("bash", "-c", program, "bash", "quiverleaf", *words).split())
 
     def test_bash_completes_commands_options_and_values(self):
@@ -73,11 +82,17 @@ class HelpTest(unittest.TestCase):
                 if word and word not in ("FILE", "OUT.rtfd"):
                     choices = re.findall(r"\w+", summary.partition(":")[2])
                     self.assertEqual(self.complete(name, option, ""), set(choices) - {"or"}, (name, option))
+            takes_files = self.commands[name][0].startswith(("FILE", "PATH"))
+            self.assertEqual("LICENSE" in self.complete(name, ""), takes_files, name)
 
     def test_zsh_completes_commands_and_options(self):
         text = ZSH_COMPLETION.read_text("utf-8")
         shown = dict(re.findall(r"""^    ['"]([a-z0-9]+):(.*)['"]$""", text, re.MULTILINE))
         self.assertEqual(shown, {name: summary for name, (_, summary) in self.commands.items()})
+        filters = re.findall(r"^        ([a-z0-9 |]+)\) options=.*:#--\(?([a-z|-]+)\)?\*\}", text, re.MULTILINE)
+        left_out = {(name, f"--{option}") for names, options in filters for name in names.split(" | ") for option in options.split("|")}
+        self.assertEqual(left_out, {(name, option) for name in self.commands for option in set(self.common) - set(self.options[name])})
+        text = re.sub(r"^        [a-z0-9 |]+\) options=.*$", "", text, flags=re.MULTILINE)
         branches = {"": text.partition("  options=(")[2].partition("\n  )")[0]}
         for names, branch in re.findall(r"^        ([a-z0-9 |]+)\)(.*?);;", text, re.MULTILINE | re.DOTALL):
             branches.update(dict.fromkeys(names.split(" | "), branch))

@@ -3,13 +3,16 @@
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags page links feed entities charset decode url date location fork help version'
-  local options='--no-start --timeout --wait --pretty --plist --help --version'
+  local options='--help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
       command=${COMP_WORDS[i]}
       break
     fi
   done
+  [[ $command =~ ^(status|stop|strip|tags|page|links|feed|entities|charset|decode|url|date|location|fork|help|version)$ ]] || options+=' --no-start --wait'
+  [[ $command =~ ^(status|charset|url|date|location|fork|help|version)$ ]] || options+=' --timeout'
+  [[ $command =~ ^(stop|rtfd|html2rtfd|topdf|sheet|text|strip|entities|help|version)$ ]] || options+=' --pretty --plist'
   [[ $command == pdf ]] && options+=' --attributed --output'
   [[ $command == webarchive ]] && options+=' --create --output'
   [[ $command == rtfd ]] && options+=' --output'
