@@ -9,6 +9,7 @@ import json
 import os
 import pathlib
 import plistlib
+import re
 import signal
 import subprocess
 import unittest
@@ -16,7 +17,9 @@ import unittest
 import documents
 from command import COMMAND, CommandTestCase
 
-DOCUMENTS = pathlib.Path(__file__).resolve().parents[1] / "data" / "word-processors"
+TOP = pathlib.Path(__file__).resolve().parents[2]
+DOCUMENTS = TOP / "tests" / "data" / "word-processors"
+MANUAL = TOP / "docs" / "man" / "quiverleaf.1"
 
 # Of linux/prctl.h and linux/capability.h.
 PR_CAPBSET_DROP = 24
@@ -188,7 +191,7 @@ class CommandTest(CommandTestCase):
                     self.assertEqual((done.returncode, done.stderr), (0, b""))
                     self.assertIn(b"First heading" if true in ("docx", "odt") else b"Leaflet", done.stdout)
                     self.assertNotRegex(done.stdout, rb"<|\\rtf|obj")
-        picture = (DOCUMENTS.parents[2] / "examples" / "leaf.jpg").read_bytes()
+        picture = (TOP / "examples" / "leaf.jpg").read_bytes()
         for name, content in (("a.jpg", picture), ("a.txt", picture), ("page.html", b"<html><body><img src=x>"), ("none.pdf", documents.pdf(("",)))):
             self.file(name, content)
             self.assert_fails(3, f"{name}: .*no text", "text", name)
@@ -216,6 +219,20 @@ class CommandTest(CommandTestCase):
         for message, bad in (("is a file of another machine", "file://server/a"), ("names no file", "file://"), ("names no file", "file:///a%00b")):
             for arguments in (["text", bad], ["location", bad], ["topdf", "a", "-o", bad]):
                 self.assert_fails(1, message, *arguments)
+
+    def test_examples_of_the_manual(self):
+        self.file("letter.docx", (DOCUMENTS / "letter.docx").read_bytes())
+        self.file("report.pdf", documents.pdf())
+        self.file("page.html", b"caf\xe9")
+        lines = re.findall(r"^\.Dl \$ (.*)$", MANUAL.read_text("utf-8"), re.MULTILINE)
+        ways = [line.partition(" | jq ")[0] for line in lines if "curl" not in line]
+        self.assertGreaterEqual(len(ways), 8)
+        self.environment["PATH"] = f"{os.path.dirname(COMMAND)}:{os.environ['PATH']}"
+        for way in ways:
+            done = subprocess.run(way, shell=True, env=self.environment, cwd=self.folder, capture_output=True, timeout=60, check=False)
+            is_silent = " -o " in way or " > " in way
+            self.assertEqual((done.returncode, not done.stdout), (0, is_silent), (way, done.stderr))
+        self.assertEqual((self.folder / "page-utf8.html").read_bytes(), "caf\u00e9".encode())
 
     def test_dates_are_of_the_zone_of_the_environment(self):
         self.environment["TZ"] = "Europe/Berlin"
