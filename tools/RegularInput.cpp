@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "platform/CoreServices/ContentTypes.hpp"
-#include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tools/InputFile.hpp"
@@ -57,7 +56,9 @@ RegularInput::RegularInput(const std::string &operand, double patienceSeconds)
     : name_(nameOfInput(operand)), path_(NSString::stringWithFileSystemRepresentation(operand)) {
   if (operand != "-" && typeOfPath(path_) != u"public.item"_ns) return;
   const NSData data = readInput(operand, patienceSeconds);
-  makeFolder();
+  NSError error;
+  folder_ = PrivateFolder::make(&error);
+  if (!folder_) throw InputError(name_, error);
   path_ = folder_->pathOf("input");
   if (!writeDataToFile(data, path_, false)) throw InputError(name_, "there is no room for temporary files");
 }
@@ -66,8 +67,9 @@ std::vector<TypedPath> RegularInput::readings() {
   const TypedPath byName{path_, typeOfPath(path_)};
   const auto file = path_.fileSystemRepresentation();
   const bool isText = beginsAsText(*file);
-  if (pathExtension(path_).length() == 0 || (isText && isReadHere(byName.type))) return {byName};
-  if (!folder_) makeFolder();
+  if (isText && isReadHere(byName.type)) return {byName};
+  if (!folder_) folder_ = PrivateFolder::make();
+  if (!folder_) return {byName};
   // The helper, too, goes by names first, and a link may have one that says nothing.
   const NSString link = folder_->pathOf("link");
   const std::unique_ptr<char, decltype(&std::free)> target(::realpath(file->c_str(), nullptr), &std::free);
@@ -85,12 +87,6 @@ NSString RegularInput::typeOfPath(const NSString &path) const {
   NSString type = LSCopyItemContentType(path, &error);
   if (!type) throw InputError(name_, error);
   return type;
-}
-
-void RegularInput::makeFolder() {
-  NSError error;
-  folder_ = PrivateFolder::make(&error);
-  if (!folder_) throw InputError(name_, error);
 }
 
 }  // namespace nimbo

@@ -40,7 +40,6 @@ class RegularInput {
 
  private:
   NSString typeOfPath(const NSString &path) const;
-  void makeFolder();
 
   std::string name_;
   NSString path_;

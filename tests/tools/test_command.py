@@ -195,6 +195,8 @@ class CommandTest(CommandTestCase):
         for name, content in (("a.jpg", picture), ("a.txt", picture), ("page.html", b"<html><body><img src=x>"), ("none.pdf", documents.pdf(("",)))):
             self.file(name, content)
             self.assert_fails(3, f"{name}: .*no text", "text", name)
+        self.file("README", contents["pdf"])
+        self.assertIn(b"Leaflet", self.run_command("text", "README").stdout)
         self.file("a.txt", bytes((7, 0, 9, 19, 0, 0, 200)) * 99)
         self.assert_fails(3, "a.txt: the file holds no text", "text", "a.txt")
         self.file("a.docx", contents["docx"][:200])
