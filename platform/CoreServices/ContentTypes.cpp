@@ -13,6 +13,7 @@
 
 #include "platform/CoreServices/ContainerMIMEType.hpp"
 #include "platform/CoreServices/ContentTypeTable.hpp"
+#include "platform/CoreServices/MarkupProlog.hpp"
 #include "platform/CoreServices/RandomAccessFile.hpp"
 #include "platform/CoreServices/Signatures.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
@@ -105,6 +106,14 @@ std::string magicType(const std::string &head) {
   return type ? type : std::string();
 }
 
+/// GIO's guess at markup once nothing hides its first element; empty when nothing does, or it knows no more
+/// then.
+std::string typeOfHiddenMarkup(const std::string &head) {
+  const std::string markup = unhiddenMarkup(head);
+  std::string type = markup.empty() ? std::string() : guessType(nullptr, &markup);
+  return isBroad(type) ? std::string() : type;
+}
+
 /// The row of the table for the extension of a file's name, or of a folder's.
 std::string_view contentTypeForExtension(std::string_view name, bool isFolder) {
   const std::size_t stop = name.rfind('.');
@@ -123,11 +132,14 @@ std::string_view contentTypeForContent(const std::string &path, const char *ambi
   if (ambiguousName) return contentTypeForMIMEType(guessType(ambiguousName, &head));
 
   std::string type = containerMIMEType(file);
+  if (type.empty()) type = typeOfHiddenMarkup(head);
   if (type.empty()) type = guessType(nullptr, &head);
   const std::string_view contentType = contentTypeForMIMEType(type);
   if (!isBroad(type) && !contentType.empty()) return contentType;
   if (beginsLikePDF(head)) return contentTypeForKey("application/pdf");
   if (beginsLikeMail(head)) return contentTypeForKey("message/rfc822");
+  if (head.starts_with("bplist")) return contentTypeForKey("application/x-bplist");
+  if (type == "text/plain" && beginsLikeProse(head)) return contentType;
   // GIO's broad answer stands unless libmagic knows something that has a name of its own.
   const std::string_view special = contentTypeForKey(magicType(head));
   return special.empty() ? contentType : special;

@@ -42,4 +42,12 @@ bool beginsLikeMail(std::string_view head) {
   return found >= kMailFieldsNeeded;
 }
 
+bool beginsLikeProse(std::string_view text) {
+  const std::size_t start = text.find_first_not_of(" \t\r\n");
+  if (start == std::string_view::npos) return false;
+  const char first = text[start];
+  return isASCIIAlphanumeric(first) || static_cast<unsigned char>(first) >= 0x80 || first == '"' ||
+         first == '\'' || text.substr(start).starts_with("# ");
+}
+
 }  // namespace nimbo

@@ -14,4 +14,8 @@ bool beginsLikePDF(std::string_view head);
 /// first fields only.
 bool beginsLikeMail(std::string_view head);
 
+/// Whether a text begins with a letter, a digit, a quotation mark, or with a number sign as headings and
+/// remarks do. Neither markup does nor data, and what the databases take such a text for is mostly wrong.
+bool beginsLikeProse(std::string_view text);
+
 }  // namespace nimbo

@@ -1,10 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/CoreServices/ZipDirectory.hpp"
 
+#include <gio/gio.h>
+
 #include <algorithm>
+#include <memory>
 
 namespace nimbo {
 namespace {
+
+using Entry = ZipDirectory::Entry;
 
 constexpr std::string_view kLocalSignature("PK\3\4", 4);
 constexpr std::string_view kCentralSignature("PK\1\2", 4);
@@ -15,9 +20,12 @@ constexpr std::size_t kEndRecordBytes = 22;
 constexpr std::size_t kMaximumCommentBytes = 0xffff;
 constexpr std::uint16_t kSizesFollowData = 1 << 3;
 
+constexpr std::uint16_t kStored = 0;
+constexpr std::uint16_t kDeflated = 8;
+
 struct LocalEntry {
   std::string name;
-  bool stored = false;
+  std::uint16_t method = kStored;
   bool sizeKnown = false;
   std::uint64_t dataOffset = 0;
   std::uint32_t packedSize = 0;
@@ -29,7 +37,7 @@ std::optional<LocalEntry> readLocalEntry(const RandomAccessFile &file, std::uint
   const std::uint16_t nameLength = littleEndian16(header, 26);
   LocalEntry entry;
   entry.name = file.read(offset + kLocalHeaderBytes, nameLength);
-  entry.stored = littleEndian16(header, 8) == 0;
+  entry.method = littleEndian16(header, 8);
   entry.sizeKnown = !(littleEndian16(header, 6) & kSizesFollowData);
   entry.packedSize = littleEndian32(header, 18);
   entry.dataOffset = offset + kLocalHeaderBytes + nameLength + littleEndian16(header, 28);
@@ -51,46 +59,73 @@ std::string centralDirectory(const RandomAccessFile &file) {
   return file.read(endOffset - size, std::min<std::uint64_t>(size, ZipDirectory::kMaximumDirectoryBytes));
 }
 
-std::vector<std::string> namesOfCentralDirectory(std::string_view directory) {
-  std::vector<std::string> names;
-  while (names.size() < ZipDirectory::kMaximumEntries && directory.starts_with(kCentralSignature)) {
+std::vector<Entry> entriesOfCentralDirectory(std::string_view directory) {
+  std::vector<Entry> entries;
+  while (entries.size() < ZipDirectory::kMaximumEntries && directory.starts_with(kCentralSignature)) {
     const std::size_t nameLength = littleEndian16(directory, 28);
     const std::size_t length =
         kCentralHeaderBytes + nameLength + littleEndian16(directory, 30) + littleEndian16(directory, 32);
     if (length > directory.size()) break;
-    names.emplace_back(directory.substr(kCentralHeaderBytes, nameLength));
+    entries.push_back({std::string(directory.substr(kCentralHeaderBytes, nameLength)),
+                       littleEndian32(directory, 42), littleEndian32(directory, 20)});
     directory.remove_prefix(length);
   }
-  return names;
+  return entries;
 }
 
 /// Reads archives whose end is missing: goes from entry to entry, as long as their sizes are known.
-std::vector<std::string> namesOfLocalEntries(const RandomAccessFile &file) {
-  std::vector<std::string> names;
+std::vector<Entry> localEntries(const RandomAccessFile &file) {
+  std::vector<Entry> entries;
   std::uint64_t offset = 0;
   std::size_t bytes = 0;
-  while (names.size() < ZipDirectory::kMaximumEntries && bytes < ZipDirectory::kMaximumDirectoryBytes) {
+  while (entries.size() < ZipDirectory::kMaximumEntries && bytes < ZipDirectory::kMaximumDirectoryBytes) {
     std::optional<LocalEntry> entry = readLocalEntry(file, offset);
     if (!entry) break;
     bytes += entry->name.size();
-    names.push_back(std::move(entry->name));
+    entries.push_back({std::move(entry->name), offset, entry->packedSize});
     if (!entry->sizeKnown) break;
     offset = entry->dataOffset + entry->packedSize;
   }
-  return names;
+  return entries;
+}
+
+std::string inflated(std::string_view packed, std::size_t count) {
+  const std::unique_ptr<GZlibDecompressor, decltype(&g_object_unref)> inflater(
+      g_zlib_decompressor_new(G_ZLIB_COMPRESSOR_FORMAT_RAW), &g_object_unref);
+  std::string content(count, '\0');
+  std::size_t length = 0;
+  while (length < count && !packed.empty()) {
+    gsize taken = 0, made = 0;
+    const GConverterResult result =
+        g_converter_convert(G_CONVERTER(inflater.get()), packed.data(), packed.size(), content.data() + length,
+                            count - length, G_CONVERTER_NO_FLAGS, &taken, &made, nullptr);
+    packed.remove_prefix(taken);
+    length += made;
+    if (result != G_CONVERTER_CONVERTED) break;
+  }
+  content.resize(length);
+  return content;
 }
 
 }  // namespace
 
+const Entry *ZipDirectory::entryNamed(std::string_view name) const {
+  const auto found = std::ranges::find(entries, name, &Entry::name);
+  return found == entries.end() ? nullptr : &*found;
+}
+
 std::optional<ZipDirectory> readZipDirectory(const RandomAccessFile &file) {
-  const std::optional<LocalEntry> first = readLocalEntry(file, 0);
-  if (!first) return std::nullopt;
-  ZipDirectory directory;
-  if (first->name == "mimetype" && first->stored && first->packedSize <= ZipDirectory::kMaximumMIMETypeBytes)
-    directory.mimetype = file.read(first->dataOffset, first->packedSize);
-  directory.names = namesOfCentralDirectory(centralDirectory(file));
-  if (directory.names.empty()) directory.names = namesOfLocalEntries(file);
+  if (!readLocalEntry(file, 0)) return std::nullopt;
+  ZipDirectory directory{entriesOfCentralDirectory(centralDirectory(file))};
+  if (directory.entries.empty()) directory.entries = localEntries(file);
   return directory;
+}
+
+std::string readZipEntry(const RandomAccessFile &file, const ZipDirectory::Entry &entry, std::size_t count) {
+  const std::optional<LocalEntry> local = readLocalEntry(file, entry.headerOffset);
+  if (!local || (local->method != kStored && local->method != kDeflated)) return std::string();
+  std::string content = file.read(local->dataOffset, std::min<std::size_t>(count, entry.packedSize));
+  return local->method == kStored ? content : inflated(content, count);
 }
 
 }  // namespace nimbo

@@ -55,6 +55,9 @@ TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
       {"empty", "", "public.data"},
       {"bytes", std::string("\0\1\2\3\xfe\xff", 6), "public.data"},
       {"text", "Plain text, nothing else.\n", "public.plain-text"},
+      {"README", "git-jump\n\ndiff --git a/b a/b\n--- a/b\n+++ a/b\n@@ -1 +1 @@\n-b\n+c\n",
+       "public.plain-text"},
+      {"json", "{\"a\": [1, 2]}\n", "public.json"},
       {"1700000000.1.host:2,S", std::string(kMail), "com.apple.mail.email"},
       {"no mail", "Note: here\nFrom: there\nto: where we went\nand on\n", "public.plain-text"},
       {"script", "#!/usr/bin/python3\nimport sys\nprint(sys.argv)\n", "public.python-script"},
@@ -66,6 +69,35 @@ TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
        "public.heic"},
       {"sound.ogg", std::string("OggS\0\2\0\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\0\0\0\0\1\x1e\1vorbis", 35),
        "org.xiph.ogg-audio"},
+  });
+}
+
+std::string inUTF16(std::string_view text, bool isBigEndian) {
+  std::string bytes;
+  for (const char c : text) bytes += isBigEndian ? std::string{'\0', c} : std::string{c, '\0'};
+  return bytes;
+}
+
+TEST(ContentTypes, SeesMarkupBehindCommentsAndInUTF16) {
+  const std::string declaration = "<?xml version=\"1.0\"?>\n",
+                    comment = "<!-- <html> " + std::string(300, '-') + ">\n";
+  const std::string feed = "<rss version=\"2.0\"><channel/></rss>",
+                    atom = "<feed xmlns=\"http://www.w3.org/2005/Atom\"/>";
+  check({
+      {"rss", comment + feed, "public.rss"},
+      {"rss, declared", declaration + comment + comment + feed, "public.rss"},
+      {"rss, marked", "\xef\xbb\xbf" + comment + feed, "public.rss"},
+      {"atom", declaration + comment + "<?style x?>" + atom, "public.atom"},
+      {"page", comment + "<!DOCTYPE html><html></html>", "public.html"},
+      {"piece of a page", comment + "<p>Text</p>", "public.html"},
+      {"comment", comment, "public.html"},
+      {"comment without end", "<!-- <rss>", "public.html"},
+      {"xml", inUTF16(declaration + "<a/>", false), "public.xml"},
+      {"xml, big endian", inUTF16(declaration + "<a/>", true), "public.xml"},
+      {"xml, marked", "\xff\xfe" + inUTF16(declaration + "<a/>", false), "public.xml"},
+      {"rss in UTF-16", inUTF16(comment + feed, true), "public.rss"},
+      {"list", "bplist00\xd0", "com.apple.binary-property-list"},
+      {"list.bplist", "", "com.apple.binary-property-list"},
   });
 }
 
@@ -105,6 +137,14 @@ TEST(ContentTypes, LooksIntoContainers) {
       {"pptx", container("pptx.zip"), "org.openxmlformats.presentationml.presentation"},
       {"jar", container("jar.zip"), "com.sun.java-archive"},
       {"zip", container("plain.zip"), "public.zip-archive"},
+      {"sxw", container("writer-without-mimetype.zip"), "org.openoffice.text"},
+      {"sxc", container("calc-late-mimetype.zip"), "org.openoffice.spreadsheet"},
+      {"pages", container("pages.zip"), "com.apple.iwork.pages.sffpages"},
+      {"numbers", container("numbers.zip"), "com.apple.iwork.numbers.sffnumbers"},
+      {"key", container("keynote.zip"), "com.apple.iwork.keynote.sffkey"},
+      {"pages of 2009", container("pages-2009.zip"), "com.apple.iwork.pages.sffpages"},
+      {"numbers of 2009", container("numbers-2009.zip"), "com.apple.iwork.numbers.sffnumbers"},
+      {"key of 2009", container("keynote-2009.zip"), "com.apple.iwork.keynote.sffkey"},
       {"zip, odd mimetype", container("odd-mimetype.zip"), "public.zip-archive"},
       {"doc", container("word-with-sheet.ole"), "com.microsoft.word.doc"},
       {"ole", container("sheet-inside.ole"), "public.data"},
@@ -116,7 +156,7 @@ TEST(ContentTypes, LooksIntoContainers) {
 
 /// Cut, with each byte changed, and with each four bytes leading back: it ends, and nothing is read outside.
 TEST(ContentTypes, SurvivesDamagedContainers) {
-  for (const char *name : {"word-with-sheet.ole", "epub.zip"}) {
+  for (const char *name : {"word-with-sheet.ole", "epub.zip", "writer-without-mimetype.zip", "pages.zip"}) {
     const std::string original = container(name);
     ASSERT_FALSE(original.empty());
     for (std::size_t i = 0; i < original.size(); ++i) {
