@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <mutex>
 #include <string_view>
@@ -34,6 +35,10 @@ std::string lastingPath(FileDescriptor folder) {
   return pathOfDescriptor(entry->second.get());
 }
 
+bool isSameTime(const timespec &one, const timespec &other) {
+  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+}
+
 /// Whether the file lacks what its segments are to be mapped from, which would end the process that reads them.
 /// A file of another kind lacks nothing.
 bool isCutShort(int file) {
@@ -54,6 +59,39 @@ bool isCutShort(int file) {
   return std::ranges::any_of(segments, [end](const auto &segment) {
     return segment.p_type == PT_LOAD && (segment.p_offset > end || segment.p_filesz > end - segment.p_offset);
   });
+}
+
+/// What the information file holds that is open, read again only when it has changed. Nil when it cannot be
+/// read; `*error` says why.
+NSDictionary information(int file, NSError *error) {
+  /// What was read, and of what state of the file.
+  struct Reading {
+    struct stat state;
+    NSDictionary info;
+  };
+  static std::map<std::pair<dev_t, ino_t>, Reading> readings;
+  static std::mutex mutex;
+  // Whoever writes a file twice within a tick of the clock leaves no trace of the second time.
+  constexpr time_t kSettledSeconds = 2;
+
+  struct stat state = {};
+  const bool isSettled = ::fstat(file, &state) == 0 &&
+                         ::time(nullptr) - std::max(state.st_ctime, state.st_mtime) > kSettledSeconds;
+  const std::pair place(state.st_dev, state.st_ino);
+  if (isSettled) {
+    const std::scoped_lock lock(mutex);
+    const auto known = readings.find(place);
+    if (known != readings.end() && isSameTime(known->second.state.st_ctim, state.st_ctim) &&
+        isSameTime(known->second.state.st_mtim, state.st_mtim) && known->second.state.st_size == state.st_size)
+      return known->second.info;
+  }
+  NSDictionary info = NSBundle::infoDictionaryOfFile(
+      NSString::stringWithFileSystemRepresentation(pathOfDescriptor(file)), error);
+  if (info && isSettled) {
+    const std::scoped_lock lock(mutex);
+    readings.insert_or_assign(place, Reading{state, info});
+  }
+  return info;
 }
 
 /// The library in the bundle's folder of libraries; null, with `*error`, when it cannot be loaded.
@@ -81,12 +119,11 @@ void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error
   if (!bundle || !holderIsTrusted(bundle.get(), error)) return nullptr;
   const FileDescriptor contents = openTrusted(bundle.get(), "Contents", S_IFDIR, error);
   if (!contents) return nullptr;
-  const FileDescriptor information = openTrusted(contents.get(), "Info.plist", S_IFREG, error);
-  if (!information) return nullptr;
+  const FileDescriptor informationFile = openTrusted(contents.get(), "Info.plist", S_IFREG, error);
+  if (!informationFile) return nullptr;
   FileDescriptor libraries = openTrusted(contents.get(), "Linux", S_IFDIR, error);
   if (!libraries) return nullptr;
-  *info = NSBundle::infoDictionaryOfFile(
-      NSString::stringWithFileSystemRepresentation(pathOfDescriptor(information.get())), error);
+  *info = information(informationFile.get(), error);
   if (!*info) return nullptr;
   const auto name = NSBundle::executableName(*info).fileSystemRepresentation();
   if (!name) {
