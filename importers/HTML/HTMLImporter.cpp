@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Encodings/MarkupDecoding.hpp"
+#include "Classes/Feeds/NSString+FeedExtensions.hpp"
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "importers/HTML/PageProperties.hpp"
 #include "importers/ImporterPlugIn.hpp"
@@ -11,6 +12,7 @@ namespace {
 /// The text of a longer page is that of its beginning.
 constexpr std::uint32_t kMaximumLengthInBytes = 16u << 20;
 
+/// Pages and feeds alike.
 void importHTML(const NSString &path, Attributes &attributes) {
   NSError error;
   std::uint64_t size = 0;
@@ -19,7 +21,8 @@ void importHTML(const NSString &path, Attributes &attributes) {
   const NSData data = file ? readData(file.get(), size, kMaximumLengthInBytes + 1, &error) : NSData();
   if (!data) return attributes.setReason(error);
   const NSData page = data.subdataWithRange({0, kMaximumLengthInBytes});
-  const NSString markup = decodeMarkup(page, 0, likelyEncoding(page)).string;
+  NSString markup = decodeMarkup(page, 0, likelyEncoding(page)).string;
+  if (isFeed(markup)) markup = stringByConvertingFeed(markup, NSURL(), false);
   propertiesOfPage(markup).setAttributes(attributes);
   attributes.set("kMDItemTextContent",
                  stringByConvertingHtml2PlainTextNonUmlauted(markup, false, false, true, false));

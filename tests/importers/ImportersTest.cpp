@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
+#include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
 #include "tests/support/FileReaders.hpp"
 #include "tests/support/PDFSamples.hpp"
@@ -215,7 +216,7 @@ TEST_F(Importers, SayWhatIsWrong) {
       {"begin.jpg", photo.substr(0, 20), ErrorCode::damaged, false},
       {"pdf.jpg", pdf, ErrorCode::unsupportedType, false},
       {"whole.txt", "text", ErrorCode::none, true},
-      {"empty.txt", "", ErrorCode::incomplete, true},
+      {"empty.txt", "", ErrorCode::incomplete, false},
       {"photo.txt", photo, ErrorCode::damaged, false},
       {"long.txt", std::string((16 << 20) + 1, 'x'), ErrorCode::incomplete, true},
       {"exact.txt", std::string(16 << 20, 'x'), ErrorCode::none, true},
@@ -329,6 +330,37 @@ constexpr std::string_view kPage =
     "<title>Other</title>"
     "</head><body><svg><title>Drawing</title></svg><p>Gr\xc3\xbc\xc3\x9f"
     "e<script>code</script>";
+
+TEST_F(Importers, SourcesListsAndFeeds) {
+  expectAttributes(metaDataOf("a.dart", "void main() {}\n"),
+                   {{u"kMDItemTextContent"_ns, u"void main() {}\n"_ns}});
+  const NSData list = NSPropertyListSerialization::dataWithPropertyList(
+      NSDictionary{{u"Name"_ns, u"B\u00e4r"_ns}, {u"Of"_ns, NSArray{1, u"x"_ns, true}}},
+      NSPropertyListFormat::binary);
+  for (const char *name : {"a.plist", "a.bplist", "nameless"})
+    expectAttributes(metaDataOf(name, list.view()),
+                     {{u"kMDItemTextContent"_ns, u"Name\nB\u00e4r\nOf\nx\n"_ns}});
+  // A string that stands once in the file, and comes up so often that its text would be too long.
+  const std::string array = "\xaf\x11\x01\x2c"s + std::string(300, '\1');
+  const std::string string = "\x5f\x12\0\1\0\0"s + std::string(1 << 16, 'x');
+  const std::string many = "bplist00" + array + string + "\0\0\0\x08\0\0\x01\x38"s + "\0\0\0\0\0\0\4\1"s +
+                           "\0\0\0\0\0\0\0\2\0\0\0\0\0\0\0\0\0\0\0\0\0\1\1\x3e"s;
+  for (const std::string &content : {many, "bplist00" + std::string(17u << 20, 'x')}) {
+    NSError error;
+    EXPECT_EQ(metaData(folder.write("many.plist", content), &error).count(), 0u);
+    EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+  }
+
+  const NSDictionary feed =
+      metaDataOf("feed.rss",
+                 "<?xml version=\"1.0\"?><!-- made --><rss><channel><title>News</title><item>"
+                 "<title>First</title><description>&lt;p&gt;Words&lt;/p&gt;</description>"
+                 "</item></channel></rss>");
+  expectAttributes(feed, {{u"kMDItemTitle"_ns, u"News"_ns}});
+  const NSString text = feed.objectForKey(u"kMDItemTextContent"_ns).string();
+  EXPECT_TRUE(contains(text, u"First") && contains(text, u"Words") && !contains(text, u"<"))
+      << text.UTF8String();
+}
 
 TEST_F(Importers, Pages) {
   const NSDictionary wanted = {{u"kMDItemTitle"_ns, u"A <page> & more"_ns},
