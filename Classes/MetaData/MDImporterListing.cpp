@@ -36,6 +36,17 @@ NSArray listInToolOutput(const NSString &text) {
 /// system's, each group from the end of the list to its beginning, then all others as they are listed.
 std::vector<NSString> orderImporters(std::vector<NSString> listed, const MetaDataImporterLocations &locations) {
   std::vector<NSString> ordered;
+  const auto append = [&](const std::vector<NSString> &importers) {
+    for (const NSString &importer : importers)
+      if (std::ranges::find(ordered, importer) == ordered.end()) ordered.push_back(importer);
+  };
+  // The tool does not list the importers that are for this program alone.
+  const auto appendFolder = [&](const NSString &folder) {
+    std::vector<NSString> importers;
+    loadPluginsFromFolder(importers, folder);
+    append(importers);
+  };
+  appendFolder(locations.userImporterFolder);
   for (const NSString &prefix : locations.importerFolders) {
     for (std::size_t i = listed.size(); i-- > 0;) {
       const bool isDynamic = isDynamicallyRegistered(listed[i]);
@@ -44,14 +55,7 @@ std::vector<NSString> orderImporters(std::vector<NSString> listed, const MetaDat
       listed.erase(listed.begin() + static_cast<std::ptrdiff_t>(i));
     }
   }
-  // The tool does not list the importers that come with this program.
-  std::vector<NSString> shipped;
-  loadPluginsFromFolder(shipped, locations.shippedImporterFolder);
-  const auto append = [&](const std::vector<NSString> &importers) {
-    for (const NSString &importer : importers)
-      if (std::ranges::find(ordered, importer) == ordered.end()) ordered.push_back(importer);
-  };
-  append(shipped);
+  appendFolder(locations.shippedImporterFolder);
   append(listed);
   return ordered;
 }
@@ -67,6 +71,7 @@ std::vector<NSString> scanFolders(const MetaDataImporterLocations &locations) {
       loadPluginsFromFolder(found, stringByAppendingPathComponent(path, u"Contents/Library/Spotlight"_ns));
     }
   }
+  loadPluginsFromFolder(found, locations.userImporterFolder);
   for (const NSString &folder : locations.importerFolders) loadPluginsFromFolder(found, folder);
   loadPluginsFromFolder(found, locations.shippedImporterFolder);
   return found;

@@ -2,6 +2,7 @@
 #include "Classes/MetaData/MetaDataImporter.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <string>
 
@@ -29,6 +30,9 @@ constexpr double kListingSeconds = 5;
 /// The types of what is no document of a known kind.
 constexpr std::u16string_view kTypesThatSayNothing[] = {u"public.data", u"public.folder", u"public.item"};
 
+/// How many importers that cannot be used a reason names.
+constexpr std::size_t kMaximumNamedImporters = 3;
+
 CFUUIDBytes uuid(const std::uint8_t (&bytes)[kMDImporterIdentifierLength]) {
   return std::to_array(bytes);
 }
@@ -40,17 +44,6 @@ NSError errorForUnreadableFile(const NSString &path) {
   if (openRegularFile(path, &size, &error) && size == 0)
     setError(&error, ErrorCode::incomplete, "the file is empty");
   return error;
-}
-
-NSError errorForUnsupportedType(const NSString &contentType, const NSString &path) {
-  if (std::ranges::find(kTypesThatSayNothing, contentType.view()) != std::end(kTypesThatSayNothing)) {
-    // It may have no better type because it cannot be read.
-    NSError error = errorForUnreadableFile(path);
-    if (!error) setError(&error, ErrorCode::unsupportedType, "no importer reads the file; its type is unknown");
-    return error;
-  }
-  return NSError::errorWithCode(ErrorCode::unsupportedType,
-                                "no importer reads files of this type (" + contentType.UTF8String() + ")");
 }
 
 /// Why an importer set nothing and said nothing.
@@ -104,6 +97,12 @@ MetaDataImporterLocations MetaDataImporterLocations::standardLocations() {
       strings(u"MDImporterFolders"_ns,
               {u"~/Library/Spotlight"_ns, u"/Library/Spotlight"_ns, u"/System/Library/Spotlight"_ns});
   for (NSString &folder : locations.importerFolders) folder = stringByExpandingTildeInPath(folder);
+  const char *const data = ::getenv("XDG_DATA_HOME");
+  // A relative path there is to be ignored.
+  const NSString dataFolder =
+      data && *data == '/' ? NSString::stringWithFileSystemRepresentation(data) : u"~/.local/share"_ns;
+  locations.userImporterFolder = string(u"MDImporterUserFolder"_ns,
+                                        stringByAppendingPathComponent(dataFolder, u"quiverleaf/importers"_ns));
   locations.shippedImporterFolder =
       string(u"MDImporterShippedFolder"_ns,
              stringByAppendingPathComponent(NSBundle::mainBundle().bundlePath(), u"importers"_ns));
@@ -122,8 +121,9 @@ MetaDataImporter &MetaDataImporter::sharedImporter() {
 }
 
 void MetaDataImporter::learnContentTypes(const NSString &importer) {
-  const NSArray documentTypes =
-      NSBundle(importer).objectForInfoDictionaryKey(u"CFBundleDocumentTypes"_ns).array();
+  NSError error;
+  const NSDictionary information = NSBundle(importer).infoDictionary(&error);
+  const NSArray documentTypes = information.objectForKey(u"CFBundleDocumentTypes"_ns).array();
   for (const id &element : documentTypes) {
     const NSDictionary documentType = element.dictionary();
     const NSArray contentTypes = documentType.objectForKey(u"LSItemContentTypes"_ns).array();
@@ -135,11 +135,28 @@ void MetaDataImporter::learnContentTypes(const NSString &importer) {
       if (type) declared.push_back(type.view() == kDynamicTypeOfCHM ? u"com.microsoft.chm-archive"_ns : type);
     }
   }
+  if (contentTypesForMDImporter->contains(importer)) return;
+  if (!error) setError(&error, ErrorCode::damaged, "it declares no types in the role MDImporter");
+  unusableImporters_.push_back(importer.UTF8String() + ": " + error.localizedFailureReason.UTF8String());
+}
+
+NSError MetaDataImporter::errorForUnsupportedType(const NSString &contentType, const NSString &path) const {
+  if (std::ranges::find(kTypesThatSayNothing, contentType.view()) != std::end(kTypesThatSayNothing)) {
+    // It may have no better type because it cannot be read.
+    NSError error = errorForUnreadableFile(path);
+    if (!error) setError(&error, ErrorCode::unsupportedType, "no importer reads the file; its type is unknown");
+    return error;
+  }
+  std::string reason = "no importer reads files of this type (" + contentType.UTF8String() + ")";
+  for (std::size_t i = 0; i < std::min(unusableImporters_.size(), kMaximumNamedImporters); ++i)
+    reason += "; not used: " + unusableImporters_[i];
+  return NSError::errorWithCode(ErrorCode::unsupportedType, reason);
 }
 
 void MetaDataImporter::loadMDImporters() {
   MDImporterArray = listMDImporters(locations_, Deadline::after(kListingSeconds));
   contentTypesForMDImporter.emplace();
+  unusableImporters_.clear();
   for (const NSString &importer : *MDImporterArray) learnContentTypes(importer);
 }
 

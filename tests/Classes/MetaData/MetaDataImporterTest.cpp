@@ -19,6 +19,7 @@ class MetaDataImporterTest : public testing::Test {
     locations.importerTool = folder.string("no tool");
     locations.applicationFolders = {folder.string("Applications"), folder.string("Developer")};
     locations.importerFolders = {folder.string("home"), folder.string("local"), folder.string("system")};
+    locations.userImporterFolder = folder.string("user");
     locations.shippedImporterFolder = folder.string("shipped");
   }
 
@@ -62,14 +63,15 @@ TEST_F(MetaDataImporterTest, OrdersWhatTheToolLists) {
     list += (list.empty() ? "(\n \"@/" : ",\n \"@/") + std::string(name) + ".mdimporter\"";
   }
   add("shipped/dynamic", "public.data", {}, "<integer>1</integer>");
+  add("user/1", "public.data", {});
   toolPrints("Paths: id(501) (these are all: \xc3\xa4) " + list + "\n)\n");
-  EXPECT_EQ(listed(), (Names{"home/2", "home/1", "local/2", "local/1", "system/2", "system/1", "shipped/1",
-                             "app/1", "app/2"}));
+  EXPECT_EQ(listed(), (Names{"user/1", "home/2", "home/1", "local/2", "local/1", "system/2", "system/1",
+                             "shipped/1", "app/1", "app/2"}));
 }
 
 TEST_F(MetaDataImporterTest, ScansTheFoldersWhenThereIsNoList) {
   for (const char *name :
-       {"home/1", "local/1", "system/1", "shipped/1", "Applications/x/Contents/Library/Spotlight/1",
+       {"user/1", "home/1", "local/1", "system/1", "shipped/1", "Applications/x/Contents/Library/Spotlight/1",
         "Developer/x/Contents/Library/Spotlight/1", "home/sub/not"})
     add(name, "public.data", {});
   add("local/dynamic", "public.data", {}, "<true/>");
@@ -77,6 +79,7 @@ TEST_F(MetaDataImporterTest, ScansTheFoldersWhenThereIsNoList) {
   folder.write("local/other.txt", "");
   const Names all = {"Applications/x/Contents/Library/Spotlight/1",
                      "Developer/x/Contents/Library/Spotlight/1",
+                     "user/1",
                      "home/1.mdIMPORTER",
                      "local/1",
                      "system/1",
@@ -175,6 +178,7 @@ TEST_F(MetaDataImporterTest, KeepsWhatCameBeforeAnExceptionAndPassesOthersOn) {
 TEST_F(MetaDataImporterTest, SaysWhyThereIsNoneOrNotAll) {
   add("home/raiser", "com.adobe.pdf", {"makeRaiser"});
   add("home/odd", "public.plain-text", {"makeOddReason"});
+  folder.write("home/damaged.mdimporter/Contents/Info.plist", "<plist><dict>");
   add("home/silent", "public.html", {"makeSilent"});
   add("home/folders", "com.apple.rtfd", {"makeSilent"});
   add("home/stranger", "public.png", {"makeStranger"});
@@ -194,6 +198,7 @@ TEST_F(MetaDataImporterTest, SaysWhyThereIsNoneOrNotAll) {
       {folder.write("empty", ""), ErrorCode::incomplete, "is empty"},
       {folder.write("unknown", "\1\2\3"), ErrorCode::unsupportedType, "unknown"},
       {folder.write("a.gif", ""), ErrorCode::unsupportedType, "com.compuserve.gif"},
+      {folder.string("a.gif"), ErrorCode::unsupportedType, "home/damaged.mdimporter: "},
       {folder.write("a.png", ""), ErrorCode::other, "is no metadata importer"},
       {folder.write("a.jpg", ""), ErrorCode::other, "writable by others"},
       {folder.write("a.pdf", ""), ErrorCode::incomplete, "the test asked for it"},
