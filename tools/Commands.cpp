@@ -17,6 +17,7 @@
 #include "tools/PlainTextCommands.hpp"
 #include "tools/ResourceForkCommands.hpp"
 #include "tools/RichTextCommands.hpp"
+#include "tools/TypeCommands.hpp"
 #include "tools/URLCommands.hpp"
 #include "tools/WebArchiveCommands.hpp"
 
@@ -28,7 +29,7 @@ const std::vector<Command> &allCommands() {
     for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
                              &plainTextCommands(), &markupCommands(), &pageCommands(), &feedCommands(),
                              &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
-                             &locationCommands(), &resourceForkCommands(), &helpCommands()})
+                             &locationCommands(), &resourceForkCommands(), &typeCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/DocumentText.hpp"
 
-#include <string_view>
 #include <utility>
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
@@ -26,12 +25,6 @@ NSString plainText(const NSString &text) {
   return std::move(result).string();
 }
 
-/// The member of an answer under a key, when it is a text.
-DocumentText textUnderKey(HelperClient::Answer answer, std::u16string_view key) {
-  const NSString text = answer.result.dictionary().objectForKey(NSString::stringWithCharacters(key)).string();
-  return {std::move(answer), text};
-}
-
 DocumentText textOfPostScript(HelperClient &client, const NSString &path) {
   const HelperClient::Answer converted = client.PDFImageRepOfFile(path);
   const NSData pdf = converted.result.data();
@@ -46,6 +39,11 @@ DocumentText textOfRichText(HelperClient &client, const NSString &path) {
 }
 
 }  // namespace
+
+DocumentText textUnderKey(HelperClient::Answer answer, std::u16string_view key) {
+  const NSString text = answer.result.dictionary().objectForKey(NSString::stringWithCharacters(key)).string();
+  return {std::move(answer), text};
+}
 
 bool isPostScriptType(const NSString &type) {
   return type == u"com.adobe.postscript"_ns || type == u"com.adobe.encapsulated-postscript"_ns;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "clients/cpp/HelperClient.hpp"
 #include "platform/Foundation/NSString.hpp"
@@ -22,6 +23,9 @@ struct DocumentText {
   /// Nil when there is none; the answer may say why.
   NSString text;
 };
+
+/// The text that stands under `key` in an answer's dictionary.
+DocumentText textUnderKey(HelperClient::Answer answer, std::u16string_view key);
 
 /// The text of a document as its metadata importer finds it; where there is none, that of the document as rich
 /// text. That of PostScript is the text of the PDF that it becomes.

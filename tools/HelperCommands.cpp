@@ -6,7 +6,9 @@
 
 #include "clients/cpp/HelperClient.hpp"
 #include "helper/NimboImExport.hpp"
+#include "tools/DocumentText.hpp"
 #include "tools/ExitCode.hpp"
+#include "tools/FileFacts.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
@@ -21,11 +23,27 @@ struct PDFOptions : CommonOptions {
   std::optional<std::string> output;
 };
 
-int runMetadata(const CommonOptions &options, const Operands &operands) {
+struct MetadataOptions : CommonOptions {
+  bool noText = false;
+  bool textOnly = false;
+  bool fileFacts = false;
+};
+
+int runMetadata(const MetadataOptions &options, const Operands &operands) {
+  if (options.textOnly) refuseOptions(options, {"no-text", "file-facts", "pretty", "plist"}, "--text-only");
+  constexpr std::u16string_view kTextName = u"kMDItemTextContent";
   const std::string &file = operands.front();
   if (file == "-") throw UsageError("metadata needs a file with a name, not standard input");
   const NSString path = NSString::stringWithFileSystemRepresentation(file);
-  return report(clientWithOptions(options).metaDataForFile(path), file, options);
+  const auto answer = clientWithOptions(options).metaDataForFile(path);
+  if (options.textOnly) return writeDocumentText(textUnderKey(answer, kTextName), file);
+  return report(answer, file, [&](const id &result) {
+    NSDictionary attributes = result.dictionary();
+    if (options.noText) attributes.removeObjectForKey(NSString::stringWithCharacters(kTextName));
+    if (options.fileFacts)
+      for (const auto &[name, fact] : factsOfFile(file)) attributes.setObject(fact, name);
+    writeResult(attributes, options);
+  });
 }
 
 int runPDF(const PDFOptions &options, const Operands &operands) {
@@ -109,10 +127,14 @@ const std::vector<Command> &helperCommands() {
         .summary = "the metadata and the text of a file",
         .description = R"(
 Prints the attributes that the metadata importer for the file's type found, by their kMDItem names.
-The text of the document is kMDItemTextContent.)",
+The text of the document is kMDItemTextContent.
+With --file-facts there are kMDItemPath, kMDItemFSName, kMDItemContentType and kMDItemFSSize, too.)",
         .minimumOperands = 1,
         .maximumOperands = 1},
-       runMetadata},
+       runMetadata,
+       {{"no-text", &MetadataOptions::noText, nullptr, "leave out the text of the document"},
+        {"text-only", &MetadataOptions::textOnly, nullptr, "print nothing but that text, as text"},
+        {"file-facts", &MetadataOptions::fileFacts, nullptr, "add path, name, type and size of the file"}}},
       {{.name = "pdf",
         .operands = "FILE",
         .summary = "the text, page count and document attributes of a PDF",

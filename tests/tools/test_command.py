@@ -66,6 +66,27 @@ class CommandTest(CommandTestCase):
                 answer = self.answer("metadata", "--", name)
                 self.assertIn("Some words", answer["kMDItemTextContent"])
 
+    def test_metadata_without_the_text_with_it_alone_and_with_facts_of_the_file(self):
+        self.file("a.txt", b"Some words")
+        facts = {"kMDItemPath": str(self.folder / "a.txt"), "kMDItemFSName": "a.txt", "kMDItemContentType": "public.plain-text", "kMDItemFSSize": 10}
+        text = {"kMDItemTextContent": "Some words"}
+        self.assertEqual(self.answer("metadata", "a.txt"), text)
+        self.assertEqual(self.answer("metadata", "--no-text", "a.txt"), {})
+        self.assertEqual(self.answer("metadata", "--file-facts", "a.txt"), text | facts)
+        self.assertEqual(self.answer("metadata", "--file-facts", "--no-text", "a.txt"), facts)
+        done = self.run_command("metadata", "--text-only", "a.txt")
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"Some words\n", b""))
+        self.file("locked.pdf", documents.pdf(locked=True))
+        self.assert_fails(3, "locked.pdf: the PDF is locked", "metadata", "--text-only", "locked.pdf")
+
+    def test_types_of_files(self):
+        self.file("a.txt", b"")
+        self.file("paper", documents.pdf())
+        self.assertEqual(self.answer("type", "a.txt", "paper", "."), ["public.plain-text", "com.adobe.pdf", "public.folder"])
+        done = self.run_command("type", "--plist", "a.txt", "missing")
+        self.assertEqual((done.returncode, plistlib.loads(done.stdout)), (7, ["public.plain-text", ""]))
+        self.assertEqual(done.stderr, b"quiverleaf: missing: there is no such file\n")
+
     def test_entities_without_a_helper(self):
         text = "caf&eacute; &lt;&#225;&gt;"
         cases = [
@@ -291,6 +312,7 @@ class CommandTest(CommandTestCase):
         self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
         self.file("text.pdf", b"no PDF at all")
         self.file("empty.pdf", b"")
+        self.file("empty.txt", b"")
         self.file("letter.hwp", b"PK")
         self.file("strange.qqq", bytes(range(1, 200, 3)))
         os.mkfifo(self.folder / "fifo")
@@ -304,6 +326,7 @@ class CommandTest(CommandTestCase):
             (7, "metadata", ".", "is a folder"),
             (3, "metadata", "empty", "empty: the file is empty"),
             (3, "metadata", "empty.pdf", "empty.pdf: the file is empty"),
+            (3, "metadata", "empty.txt", "empty.txt: the file is empty"),
             (3, "metadata", "cut.pdf", "cut.pdf: the PDF is damaged"),
             (8, "metadata", "text.pdf", "is no PDF"),
             (7, "metadata", "folder.pdf", "is a folder"),
@@ -337,6 +360,7 @@ class CommandTest(CommandTestCase):
             ("unknown command 'frobnicate'", "frobnicate"),
             ("metadata needs FILE", "metadata"),
             ("not standard input", "metadata", "-"),
+            ("does nothing for --text-only", "metadata", "--text-only", "--no-text", "a"),
             ("'b' is too much", "pdf", "a", "b"),
             ("empty", "pdf", ""),
             ("unknown option '--colour'", "pdf", "--colour", "a"),

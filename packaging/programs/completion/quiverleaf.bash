@@ -2,7 +2,7 @@
 # Completion of the quiverleaf command for bash.
 _quiverleaf() {
   local word=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} command='' i
-  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags page links feed entities charset decode url date location fork help version'
+  local commands='metadata pdf ping status stop webarchive rtfd html2rtfd image topdf poster sheet text strip tags page links feed entities charset decode url date location fork type help version'
   local options='--help --version'
   for ((i = 1; i < COMP_CWORD; i++)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -10,9 +10,10 @@ _quiverleaf() {
       break
     fi
   done
-  [[ $command =~ ^(status|stop|strip|tags|page|links|feed|entities|charset|decode|url|date|location|fork|help|version)$ ]] || options+=' --no-start --wait'
-  [[ $command =~ ^(status|charset|url|date|location|fork|help|version)$ ]] || options+=' --timeout'
+  [[ $command =~ ^(status|stop|strip|tags|page|links|feed|entities|charset|decode|url|date|location|fork|type|help|version)$ ]] || options+=' --no-start --wait'
+  [[ $command =~ ^(status|charset|url|date|location|fork|type|help|version)$ ]] || options+=' --timeout'
   [[ $command =~ ^(stop|rtfd|html2rtfd|topdf|sheet|text|strip|entities|help|version)$ ]] || options+=' --pretty --plist'
+  [[ $command == metadata ]] && options+=' --no-text --text-only --file-facts'
   [[ $command == pdf ]] && options+=' --attributed --output'
   [[ $command == webarchive ]] && options+=' --create --output'
   [[ $command == rtfd ]] && options+=' --output'
@@ -42,7 +43,7 @@ _quiverleaf() {
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$word")
-  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|image|topdf|poster|sheet|text|strip|tags|page|links|feed|decode|location|fork)$ ]]; then
+  elif [[ $command =~ ^(metadata|pdf|webarchive|rtfd|html2rtfd|image|topdf|poster|sheet|text|strip|tags|page|links|feed|decode|location|fork|type)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   fi

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/TypeCommands.hpp"
+
+#include "platform/CoreServices/ContentTypes.hpp"
+#include "tools/ExitCode.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/Output.hpp"
+
+namespace nimbo {
+
+namespace {
+
+int runType(const CommonOptions &options, const Operands &operands) {
+  NSArray types = NSArray::array();
+  int exitCode = kExitAnswered;
+  for (const std::string &file : operands) {
+    NSError error;
+    const NSString type = LSCopyItemContentType(NSString::stringWithFileSystemRepresentation(file), &error);
+    if (type) {
+      types.addObject(type);
+      continue;
+    }
+    writeMessage(InputError(file, error).what());
+    exitCode = kExitUnreadable;
+    // A property list has no null.
+    types.addObject(options.propertyList ? id(NSString::string()) : id(NSNull()));
+  }
+  if (exitCode == kExitAnswered || operands.size() > 1) writeResult(types, options);
+  return exitCode;
+}
+
+}  // namespace
+
+const std::vector<Command> &typeCommands() {
+  static const std::vector<Command> commands = {
+      {{.name = "type",
+        .operands = "FILE...",
+        .summary = "the content types of files",
+        .description = R"(
+Prints a JSON array with the type of each file, a uniform type identifier as "com.adobe.pdf": by its name,
+and where that says nothing by its content. It is the type that importers are chosen by. One of which nothing
+is known is "public.data"; where there is no such file, that is told, and null.)",
+        .minimumOperands = 1,
+        .maximumOperands = kAnyNumberOfOperands,
+        .asksHelper = false,
+        .takesTime = false},
+       runType},
+  };
+  return commands;
+}
+
+}  // namespace nimbo
