@@ -90,6 +90,21 @@ class InstallationTest(unittest.TestCase):
         flags = self.run_here("pkg-config", "--cflags", "--libs", "nimbo-client").split()
         self.run_here(*COMPILER, readme, "-o", build / "readme", *flags)
 
+    def test_an_importer_built_outside(self):
+        bundle = self.folder / "data" / "quiverleaf" / "importers" / "Mail.mdimporter"
+        shutil.copytree(TOP / "examples" / "importer" / bundle.name, bundle)
+        (bundle / "Contents" / "Linux").mkdir()
+        run("chmod", "-R", "go-w", bundle.parent)
+        flags = self.run_here("pkg-config", "--cflags", "nimbo-media").split()
+        source = TOP / "examples" / "importer" / "MailImporter.c"
+        target = bundle / "Contents" / "Linux" / "Mail.so"
+        self.run_here(os.environ["CC"], "-Wall", "-Werror", "-shared", "-fPIC", "-fvisibility=hidden", *flags, source, "-o", target)
+        (self.folder / "a.eml").write_text("Received: here\nSubject: A mail\nFrom: Ann\n\nSubject: text\n", "ascii")
+        own = self.settings | {"XDG_DATA_HOME": str(self.folder / "data"), "QUIVERLEAF_RUNTIME_DIR": str(self.folder / "own")}
+        self.addCleanup(run, self.command, "stop", **own)
+        metadata = run(self.command, "metadata", "a.eml", folder=self.folder, **own)
+        self.assertEqual(metadata, '{"kMDItemTitle":"A mail","kMDItemAuthors":["Ann"]}')
+
     def test_what_is_loaded(self):
         libraries = {path.name: path for path in self.prefix.rglob("*.so*") if not path.is_symlink()}
         version = run("pkg-config", "--modversion", "nimbo-text", **self.settings)
