@@ -224,7 +224,8 @@ class PhraseReader {
     if (isGluedSign(0, separator) && isGluedNumber(1, kYearDigits)) {
       const DateToken &third = *token(1);
       at_ += 2;
-      return isYear(first) ? setYear(first) && setDayAndMonth(third, second)
+      // Behind the year stands the month, whatever its number.
+      return isYear(first) ? setYear(first) && setMonth(second.number) && set(fields_.day, third.number)
                            : setYear(third) && setDayAndMonth(first, second);
     }
     if (isYear(first)) return setYear(first) && setMonth(second.number);
