@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/QTKit/Engine/FramePixels.hpp"
 #include "platform/QTKit/Engine/PictureOrientation.hpp"
 
@@ -29,7 +30,7 @@ void addTexts(const AVDictionary *texts, NSDictionary &metadata) {
   const AVDictionaryEntry *entry = nullptr;
   while ((entry = av_dict_get(texts, "", entry, AV_DICT_IGNORE_SUFFIX)) && metadata.count() < kMaximumTexts) {
     std::string name = entry->key;
-    std::ranges::transform(name, name.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? c + ' ' : c; });
+    std::ranges::transform(name, name.begin(), toASCIILower<char>);
     const NSString key = NSString::stringWithLossyUTF8String(name);
     if (const NSString value = stringWithText(entry->value); value && !metadata.objectForKey(key))
       metadata.setObject(value, key);
