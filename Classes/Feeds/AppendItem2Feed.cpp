@@ -5,6 +5,7 @@
 
 #include "Classes/Dates/NSDateFormatter+NimboDateFormatterExtensions.hpp"
 #include "Classes/Dates/NSString+Date.hpp"
+#include "Classes/Feeds/FeedTexts.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Characters.hpp"
 #include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 #include "platform/Foundation/NSNumber.hpp"
@@ -15,22 +16,18 @@ namespace nimbo {
 
 namespace {
 
-NSString orEmpty(const NSString &string) {
-  return string ? string : NSString::string();
-}
-
 /// The author and the date, as people read it.
 NSString dateLine(const NSString &author, const NSString &dateString) {
-  NSString line = orEmpty(dateString);
+  NSString line = detail::orEmpty(dateString);
   if (line.length() > 0)
     if (const std::optional<NSDate> moment = date(line))
-      line = orEmpty(dateTimeFormatter().stringFromDate(*moment));
+      line = detail::orEmpty(dateTimeFormatter().stringFromDate(*moment));
   if (author.length() == 0) return line;
   return line.length() > 0 ? stringWithFormat(u"%@ - %@", author, line) : author;
 }
 
 void appendEnclosure(NSMutableString &buffer, const FeedEnclosure &enclosure) {
-  const NSString url = orEmpty(enclosure.url), name = lastPathComponent(url);
+  const NSString url = detail::orEmpty(enclosure.url), name = lastPathComponent(url);
   if (containsAlphaCharacter(enclosure.length))
     appendFormat(buffer, u"<a class=\"feed_enclosure\" href=\"%@\">%@</a>&nbsp;(%@)<br/>\n", url, name,
                  enclosure.length);
@@ -49,8 +46,8 @@ void AppendItem2Feed(NSMutableString *buffer, const NSString &title, const NSStr
                      const std::vector<FeedEnclosure> &enclosures) {
   if (!buffer) return;
   const NSString body =
-      stripTag(stripTag(orEmpty(content.length() > 0 ? content : description), "IFRAME"), "SPAN");
-  const NSString line = dateLine(author, dateString), heading = orEmpty(title);
+      stripTag(stripTag(detail::orEmpty(content.length() > 0 ? content : description), "IFRAME"), "SPAN");
+  const NSString line = dateLine(author, dateString), heading = detail::orEmpty(title);
   if (link.length() > 0 && line.length() > 0)
     appendFormat(*buffer,
                  u"\n<div class=\"feed_header\"><a class=\"feed_link\" href=\"%@\">%@</a><br/><font "

@@ -4,20 +4,13 @@
 #include <utility>
 
 #include "Classes/Dates/NSString+Date.hpp"
+#include "Classes/Feeds/FeedTexts.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Comparing.hpp"
 #include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace nimbo::detail {
-
-namespace {
-
-NSString orEmpty(const NSString &string) {
-  return string ? string : NSString::string();
-}
-
-}  // namespace
 
 NSDictionary dictionaryOfItem(const FeedItem &item) {
   NSArray tags, enclosures;

@@ -9,6 +9,11 @@
 
 namespace nimbo::detail {
 
+/// The string, or the empty one in place of nil.
+inline NSString orEmpty(const NSString &string) {
+  return string ? string : NSString::string();
+}
+
 /// Where the first CDATA section of the markup begins; its size when there is none.
 std::size_t nextSection(std::u16string_view markup);
 
