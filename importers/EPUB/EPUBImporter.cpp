@@ -94,7 +94,7 @@ class BookHandler final : public XMLHandler {
     else if (name == "subject" && properties_.keywords.size() < kMaximumListed)
       properties_.keywords.push_back(value);
     else if (name == "date" && !properties_.created)
-      properties_.created = dateWithISO8601(value);
+      properties_.created = dateOfText(value);
   }
   void characters(std::string_view text) override {
     value_ += text.substr(0, kMaximumPropertyBytes - std::min(value_.size(), kMaximumPropertyBytes));

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <cmath>
-#include <ctime>
 #include <optional>
-#include <string>
-#include <utility>
 
 #include "importers/ImporterPlugIn.hpp"
+#include "platform/Foundation/NSCalendarDate.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/ImageIO/CGImageSource.hpp"
 
 namespace nimbo {
@@ -14,37 +12,11 @@ namespace {
 /// Exif orientations from here on turn the image by 90 degrees.
 constexpr std::int64_t kFirstTurnedOrientation = 5;
 
-/// "+02:00" in seconds east of UTC.
-std::optional<int> secondsOfOffset(const NSString &offset) {
-  char sign = 0;
-  int hours = 0;
-  int minutes = 0;
-  if (std::sscanf(offset.UTF8String().c_str(), "%c%2d:%2d", &sign, &hours, &minutes) != 3) return std::nullopt;
-  if ((sign != '+' && sign != '-') || hours < 0 || hours > 14 || minutes < 0 || minutes > 59)
-    return std::nullopt;
-  return (sign == '-' ? -1 : 1) * (hours * 3600 + minutes * 60);
-}
-
-/// The moment of "2004:10:31 18:05:00". Cameras seldom know their time zone; then it is taken to be this
-/// system's.
+/// The moment of "2004:10:31 18:05:00" at an offset as "+02:00". Cameras seldom know their time zone; then it
+/// is taken to be this system's.
 std::optional<NSDate> dateWithExifDate(const NSString &date, const NSString &offset) {
-  std::tm time = {};
-  if (std::sscanf(date.UTF8String().c_str(), "%4d:%2d:%2d %2d:%2d:%2d", &time.tm_year, &time.tm_mon,
-                  &time.tm_mday, &time.tm_hour, &time.tm_min, &time.tm_sec) != 6)
-    return std::nullopt;
-  const std::tm given = time;
-  time.tm_year -= 1900;
-  time.tm_mon -= 1;
-  time.tm_isdst = -1;
-  const auto east = secondsOfOffset(offset);
-  std::tm checked = time;
-  const std::time_t utc = ::timegm(&checked);
-  // A field out of its range would carry over.
-  if (given.tm_year <= 0 || checked.tm_mday != given.tm_mday || checked.tm_mon + 1 != given.tm_mon ||
-      checked.tm_hour != given.tm_hour || checked.tm_min != given.tm_min)
-    return std::nullopt;
-  const std::time_t moment = east ? utc - *east : std::mktime(&time);
-  return NSDate::dateWithTimeIntervalSince1970(static_cast<double>(moment));
+  const auto inZone = dateWithCalendarFormat(stringByConcatenating(date, offset), u"%Y:%m:%d %H:%M:%S%Z");
+  return inZone ? inZone : dateWithCalendarFormat(date, u"%Y:%m:%d %H:%M:%S");
 }
 
 /// The value with the sign that its reference gives.

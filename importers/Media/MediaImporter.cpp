@@ -73,8 +73,7 @@ void setTags(const NSDictionary &ofSound, const NSDictionary &ofMovie, Attribute
     attributes.set(tag.attribute, valueOfTexts(texts, tag.kind));
   }
   const NSString created = ofMovie.objectForKey(u"creation_time"_ns).string();
-  if (const auto date = dateWithISO8601(created.UTF8String()))
-    attributes.set("kMDItemContentCreationDate", *date);
+  if (const auto date = dateOfText(created.UTF8String())) attributes.set("kMDItemContentCreationDate", *date);
 }
 
 void addOnce(const NSString &text, NSArray &array) {

@@ -137,9 +137,9 @@ void OpenDocumentHandler::endProperty(std::string_view name) {
   else if (name == "keyword" && properties_.keywords.size() < kMaximumKeywords)
     properties_.keywords.push_back(value);
   else if (name == "creation-date")
-    properties_.created = dateWithISO8601(value);
+    properties_.created = dateOfText(value);
   else if (name == "date")
-    properties_.modified = dateWithISO8601(value);
+    properties_.modified = dateOfText(value);
 }
 
 }  // namespace nimbo

@@ -167,9 +167,9 @@ void OpenXMLPropertiesHandler::endElement(std::string_view name) {
   else if (name == "keywords")
     properties_.keywords = listOfText(value, kKeywordSeparators);
   else if (name == "created")
-    properties_.created = dateWithISO8601(value);
+    properties_.created = dateOfText(value);
   else if (name == "modified")
-    properties_.modified = dateWithISO8601(value);
+    properties_.modified = dateOfText(value);
   else if (name == "Application")
     properties_.application = value;
   else if (name == "Company")

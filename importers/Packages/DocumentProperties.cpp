@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "importers/Packages/DocumentProperties.hpp"
 
-#include <algorithm>
-#include <cstdio>
 #include <utility>
+
+#include "platform/Foundation/NSCalendarDate.hpp"
 
 namespace nimbo {
 namespace {
@@ -23,12 +23,6 @@ void setList(Attributes &attributes, const char *name, const std::vector<std::st
 
 std::vector<std::string> listOfOne(const std::string &text) {
   return text.empty() ? std::vector<std::string>() : std::vector{text};
-}
-
-int daysOfMonth(int year, int month) {
-  constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool isLeap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return kDays[month - 1] + (month == 2 && isLeap ? 1 : 0);
 }
 
 }  // namespace
@@ -79,30 +73,8 @@ std::string simplifiedText(std::string_view text) {
   return simplified;
 }
 
-std::optional<NSDate> dateWithISO8601(std::string_view text) {
-  const std::string date = simplifiedText(text);
-  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, read = 0;
-  if (std::sscanf(date.c_str(), "%4d-%2d-%2d%n", &year, &month, &day, &read) < 3) return std::nullopt;
-  std::string_view rest = std::string_view(date).substr(static_cast<std::size_t>(read));
-  if (rest.starts_with('T')) {
-    if (std::sscanf(rest.data(), "T%2d:%2d%n", &hour, &minute, &read) < 2) return std::nullopt;
-    rest.remove_prefix(static_cast<std::size_t>(read));
-    if (std::sscanf(rest.data(), ":%2d%n", &second, &read) == 1)
-      rest.remove_prefix(static_cast<std::size_t>(read));
-    // Nobody asks for fractions of a second.
-    if (rest.starts_with('.'))
-      rest.remove_prefix(std::min(rest.find_first_not_of("0123456789", 1), rest.size()));
-  }
-  int zoneHour = 0, zoneMinute = 0;
-  const bool isEast = rest.starts_with('+'), isWest = rest.starts_with('-');
-  if ((isEast || isWest) && std::sscanf(rest.data() + 1, "%2d:%2d", &zoneHour, &zoneMinute) < 2)
-    return std::nullopt;
-  const bool isInRange = year > 0 && month >= 1 && month <= 12 && day >= 1 && day <= daysOfMonth(year, month) &&
-                         hour >= 0 && hour < 24 && minute >= 0 && minute < 60 && second >= 0 && second < 61;
-  if (!isInRange) return std::nullopt;
-  NSDate moment = NSDate::dateWithUTC(year, month, day, hour, minute, second);
-  moment.timeIntervalSinceReferenceDate -= (isWest ? -1 : 1) * (zoneHour * 3600 + zoneMinute * 60);
-  return moment;
+std::optional<NSDate> dateOfText(std::string_view text) {
+  return dateWithISO8601String(NSString::stringWithLossyUTF8String(simplifiedText(text)), u"UTC"_ns);
 }
 
 }  // namespace nimbo

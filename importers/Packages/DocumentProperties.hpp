@@ -43,8 +43,8 @@ std::vector<std::string> listOfText(std::string_view text, std::string_view sepa
 /// The text without white space at its ends, and with one blank for each other run of it.
 std::string simplifiedText(std::string_view text);
 
-/// The moment of "2001-02-03", "2001-02-03T04:05:06", or more exact with a fraction and a zone; it is UTC
-/// without a zone. Nothing for other texts, and for fields out of their range.
-std::optional<NSDate> dateWithISO8601(std::string_view text);
+/// The moment that a text names by ISO 8601. Programs mostly write UTC, with a zone or without one, and so that
+/// is meant where there is none. Nothing for other texts.
+std::optional<NSDate> dateOfText(std::string_view text);
 
 }  // namespace nimbo

@@ -7,6 +7,7 @@
 #include <span>
 
 #include "platform/Foundation/Calendars/CalendarTime.hpp"
+#include "platform/Foundation/Calendars/ISODate.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -132,6 +133,11 @@ std::optional<NSDate> dateWithCalendarFormat(const NSString &string, std::u16str
     if (isDirective ? !reader.read(format[++i]) : !reader.readCharacter(format[i])) return std::nullopt;
   }
   return reader.moment();
+}
+
+std::optional<NSDate> dateWithISO8601String(const NSString &string, const NSString &zone) {
+  const auto given = zone ? detail::zoneNamed(zone.view()) : detail::CalendarZone();
+  return given ? detail::momentOfISODate(string.view(), *given) : std::nullopt;
 }
 
 }  // namespace nimbo

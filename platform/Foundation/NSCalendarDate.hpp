@@ -20,4 +20,13 @@ namespace NIMBO_PUBLIC nimbo {
 ///     dateWithCalendarFormat(u"Dec 24 2006 18:30 CET"_ns, u"%b %d %Y %H:%M %Z");
 std::optional<NSDate> dateWithCalendarFormat(const NSString &string, std::u16string_view format);
 
+/// The moment that a whole text names by ISO 8601: a year, month, day, week or day of the year, then none or a
+/// time behind "T" or a blank, perhaps with a fraction, and a zone. A text without a zone means `zone`, by a
+/// name as of %Z; the process's when that is nil. Nothing for other texts, and when there is no such zone. Any
+/// thread may call this.
+///
+///     dateWithISO8601String(u"2006-12-24T18:30:00+01:00"_ns);
+///     dateWithISO8601String(u"2006-12"_ns, u"UTC"_ns);  // The first second of the month.
+std::optional<NSDate> dateWithISO8601String(const NSString &string, const NSString &zone = NSString());
+
 }  // namespace nimbo

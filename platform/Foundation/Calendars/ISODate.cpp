@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <utility>
 
 #include "platform/Foundation/Calendars/CalendarTime.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
@@ -12,7 +13,7 @@ namespace {
 
 class ISOReader {
  public:
-  explicit ISOReader(std::u16string_view text) : rest_(text) {}
+  ISOReader(std::u16string_view text, CalendarZone zone) : rest_(text), zone_(std::move(zone)) {}
 
   std::optional<NSDate> read() {
     if (!readDate()) return std::nullopt;
@@ -170,8 +171,8 @@ class ISOReader {
 
 }  // namespace
 
-std::optional<NSDate> momentOfISODate(std::u16string_view text) {
-  return ISOReader(text).read();
+std::optional<NSDate> momentOfISODate(std::u16string_view text, const CalendarZone &zone) {
+  return ISOReader(text, zone).read();
 }
 
 }  // namespace nimbo::detail

@@ -107,6 +107,24 @@ TEST(NSCalendarDate, KnowsZones) {
   EXPECT_EQ(read("1.1.0001 12:00 Etc/UTC", u"%d.%m.%Y %H:%M %Z"), "0001-01-01T12:00:00Z");
 }
 
+TEST(NSCalendarDate, ReadsISO8601InTheZoneThatIsMeant) {
+  const std::string_view cases[][3] = {
+      {"2005-07", "UTC", "2005-07-01T00:00:00Z"},
+      {"2005-07-01 12:00:00.5", "Europe/Berlin", "2005-07-01T10:00:00.5Z"},
+      {"2005-07-01T12:00+05:30", "Europe/Berlin", "2005-07-01T06:30:00Z"},
+      {"2005-07-01", "Nowhere", ""},
+      {"2005-13-01", "UTC", ""},
+      {"2005-07-01 and more", "UTC", ""},
+  };
+  for (const auto &[text, zone, moment] : cases)
+    EXPECT_EQ(written(dateWithISO8601String(NSString::stringWithUTF8String(text),
+                                            NSString::stringWithUTF8String(zone))),
+              moment)
+        << text;
+  EXPECT_EQ(dateWithISO8601String(u"2005-07-01T12:00"_ns),
+            dateWithCalendarFormat(u"2005-07-01 12:00"_ns, u"%Y-%m-%d %H:%M"));
+}
+
 TEST(NSDateFormatter, WritesByStyleAndLocale) {
   const NSDate eve = *dateWithCalendarFormat(u"24.12.2006 18:30:05"_ns, u"%d.%m.%Y %H:%M:%S");
   const auto text = [&](NSDateFormatterStyle date, NSDateFormatterStyle time, const char *locale) {
