@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Collections/NSObject+NSObjectNimboExtensions.hpp"
 
-#include <exception>
-
 namespace nimbo {
 inline namespace NSObjectNimboExtensions {
 
@@ -11,7 +9,7 @@ bool setSafeValue(NSObject &object, const id &value, const NSString &key) {
   try {
     object.setValue(value, key);
     return true;
-  } catch (const std::exception &) {
+  } catch (...) {
     return false;
   }
 }
@@ -19,7 +17,7 @@ bool setSafeValue(NSObject &object, const id &value, const NSString &key) {
 id getSafeValueForKey(const NSObject &object, const NSString &key) {
   try {
     return object.valueForKey(key);
-  } catch (const std::exception &) {
+  } catch (...) {
     return id();
   }
 }

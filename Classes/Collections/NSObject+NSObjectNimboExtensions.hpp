@@ -13,9 +13,10 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NSObjectNimboExtensions {
 
-/// Sets the value under the key. False when the key is nil or an exception comes of it, as from an unknown key.
+/// Sets the value under the key. False when the key is nil or an exception of any type comes of it, as from an
+/// unknown key.
 bool setSafeValue(NSObject &object, const id &value, const NSString &key);
-/// The value under the key; nil when an exception comes of it.
+/// The value under the key; nil when an exception of any type comes of it.
 id getSafeValueForKey(const NSObject &object, const NSString &key);
 
 /// Takes back delayed requests of this thread for the same receiver and selector with an equal argument, then

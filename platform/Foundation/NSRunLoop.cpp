@@ -26,6 +26,8 @@ gboolean callOnce(gpointer function) {
     (*static_cast<Function *>(function))();
   } catch (const std::exception &exception) {
     NSLog(exception.what());
+  } catch (...) {
+    NSLog("an exception of an unknown type");
   }
   return G_SOURCE_REMOVE;
 }

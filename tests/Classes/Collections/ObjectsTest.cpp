@@ -15,16 +15,19 @@ class Counter : public NSObject {
 
   const ClassDescription &classDescription() const override {
     static const ClassDescription description{
-        u"Counter"_ns, &rootClass(), {{u"add:"_ns, add}}, {{u"count"_ns, get, set}}};
+        u"Counter"_ns, &rootClass(), {{u"add:"_ns, add}}, {{u"count"_ns, get, set}, {u"broken"_ns, fail, set}}};
     return description;
   }
 
  private:
   static id add(NSObject &receiver, const id &argument) {
+    if (argument.isReal()) throw 5;
     return static_cast<Counter &>(receiver).count += argument.integer().value();
   }
   static id get(const NSObject &receiver) { return static_cast<const Counter &>(receiver).count; }
+  static id fail(const NSObject &) { throw 5; }
   static void set(NSObject &receiver, const id &value) {
+    if (value.isReal()) throw "a whole number is wanted";
     static_cast<Counter &>(receiver).count = value.integer().value();
   }
 };
@@ -37,7 +40,8 @@ TEST(NSObject, AnswersByName) {
   Counter counter;
   EXPECT_TRUE(setSafeValue(counter, 5, u"count"_ns));
   EXPECT_EQ(getSafeValueForKey(counter, u"count"_ns), 5);
-  EXPECT_FALSE(setSafeValue(counter, u"five"_ns, u"count"_ns));  // The setter raises.
+  for (const id &refused : {id(u"five"_ns), id(5.5)}) EXPECT_FALSE(setSafeValue(counter, refused, u"count"_ns));
+  EXPECT_FALSE(getSafeValueForKey(counter, u"broken"_ns));
   EXPECT_FALSE(setSafeValue(counter, 1, u"unknown"_ns));
   EXPECT_FALSE(setSafeValue(counter, 1, NSString()));
   EXPECT_FALSE(getSafeValueForKey(counter, u"unknown"_ns));
@@ -63,6 +67,7 @@ TEST(NSObject, PerformsOnlyTheLastOfEqualDelayedRequests) {
   ask(counter, 100, 60);
   ask(other, 1, 0);
   ask(other, u"no number"_ns, 0);  // Raises, which the loop survives.
+  ask(other, 2.5, 0);
   EXPECT_EQ(counter->count, 0);
   runFor(0.05);
   EXPECT_EQ(counter->count, 11);
