@@ -19,15 +19,26 @@ const char *collationLocale() {
   return "";
 }
 
-/// Lives as long as the process. ICU compares with one collator from any number of threads.
+/// Null when there is none for the locale, or none without regard to case, as of "en_US_POSIX".
+UCollator *openCollator(const char *locale) {
+  UErrorCode status = U_ZERO_ERROR;
+  UCollator *const made = ucol_open(locale, &status);
+  ucol_setStrength(made, UCOL_SECONDARY);
+  ucol_setAttribute(made, UCOL_CASE_LEVEL, UCOL_OFF, &status);
+  ucol_setAttribute(made, UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
+  if (U_SUCCESS(status) && ucol_strcoll(made, u"a", 1, u"A", 1) == UCOL_EQUAL) return made;
+  if (made) ucol_close(made);
+  return nullptr;
+}
+
+/// Lives as long as the process. ICU compares with one collator from any number of threads. Languages that ICU
+/// does not take are in the order that serves all.
 const UCollator *userCollator() {
   static const UCollator *const collator = [] {
-    UErrorCode status = U_ZERO_ERROR;
-    UCollator *const made = ucol_open(collationLocale(), &status);
-    if (U_FAILURE(status)) throw std::bad_alloc();
-    ucol_setStrength(made, UCOL_SECONDARY);
-    ucol_setAttribute(made, UCOL_NORMALIZATION_MODE, UCOL_ON, &status);
-    return made;
+    const std::string locale = collationLocale();
+    for (const std::string &name : {locale, locale.substr(0, locale.find_first_of(".@")), std::string()})
+      if (const UCollator *const made = openCollator(name.c_str())) return made;
+    throw std::bad_alloc();
   }();
   return collator;
 }

@@ -14,8 +14,8 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// Compares in the order of the user's language (`$LC_ALL`, `$LC_COLLATE`, `$LANG` when first asked), without
-/// regard to case; accents count, canonically equivalent strings are the same. Nil counts as empty. Any thread
-/// may compare.
+/// regard to case; accents count, canonically equivalent strings are the same. What names no language stands
+/// for an order that serves all. Nil counts as empty. Any thread may compare.
 NSComparisonResult localizedCaseInsensitiveCompare(const NSString &a, const NSString &b);
 
 }  // namespace nimbo

@@ -5,8 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "platform/Foundation/NSStringCollation.hpp"
 #include "tests/support/ExactBuffer.hpp"
@@ -185,6 +187,21 @@ TEST(NSStringCollation, TakesTimeByTheLengthOfARunOfMarks) {
       EXPECT_NE(localizedCaseInsensitiveCompare(a, b), NSOrderedSame);
       EXPECT_EQ(localizedCaseInsensitiveCompare(a, a), NSOrderedSame);
     });
+  }
+}
+
+TEST(NSStringCollationDeathTest, KnowsNoCaseInAnyLocale) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // A process has one order.
+  const std::pair<std::string, int> locales[] = {{"en_US_POSIX", -1},         {"/usr/lib/locale/de", -1},
+                                                 {std::string(300, 'x'), -1}, {"de@colCaseLevel=yes", -1},
+                                                 {"sv_SE.UTF-8@=", 1},        {"C.UTF-8", -1}};
+  for (const auto &[locale, orderOfUmlaut] : locales) {
+    const auto exitInLocale = [&, wanted = orderOfUmlaut] {
+      ::setenv("LC_ALL", locale.c_str(), 1);
+      const bool isCaseless = localizedCaseInsensitiveCompare(u"Ab"_ns, u"aB"_ns) == NSOrderedSame;
+      std::_Exit(isCaseless && localizedCaseInsensitiveCompare(u"\u00f6"_ns, u"z"_ns) == wanted ? 0 : 1);
+    };
+    EXPECT_EXIT(exitInLocale(), testing::ExitedWithCode(0), "") << locale;
   }
 }
 
