@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSBundleLocalization.hpp"
 
-#include <string>
-
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 
@@ -11,29 +9,10 @@ namespace {
 
 constexpr std::uint32_t kMaximumTableBytes = 1 << 24;
 
-/// The text in UTF-8 without a byte order mark, which may tell that it is in UTF-16.
-std::string tableText(std::string_view bytes) {
-  constexpr std::string_view kUTF8Mark = "\xef\xbb\xbf";
-  if (bytes.starts_with(kUTF8Mark)) bytes.remove_prefix(kUTF8Mark.size());
-  const bool isLittle = bytes.starts_with("\xff\xfe");
-  if (!isLittle && !bytes.starts_with("\xfe\xff")) return std::string(bytes);
-  std::u16string units;
-  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
-    const auto first = static_cast<unsigned char>(bytes[i]), second = static_cast<unsigned char>(bytes[i + 1]);
-    units += static_cast<char16_t>(isLittle ? second << 8 | first : first << 8 | second);
-  }
-  return NSString::stringWithCharacters(units).UTF8String();
-}
-
 NSDictionary tableAtPath(const NSString &path) {
   const NSData data = NSData::dataWithContentsOfFile(path);
   if (!data || data.length() > kMaximumTableBytes) return NSDictionary();
-  const auto read = [](const std::string &text) {
-    return NSPropertyListSerialization::propertyListFromData(NSData::dataWithBytes(text.data(), text.size()));
-  };
-  const std::string text = tableText(data.view());
-  const id list = read(text);
-  return (list ? list : read("{" + text + "\n}")).dictionary();
+  return NSPropertyListSerialization::propertyListFromData(data).dictionary();
 }
 
 /// Nil when no table of the user's languages has the key.

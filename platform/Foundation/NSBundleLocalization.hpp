@@ -13,7 +13,7 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// The text for `key` in the first of the user's languages whose table has one: TABLE.strings, "Localizable"
 /// when the table is nil or empty, in the bundle's folder Contents/Resources/LANGUAGE.lproj: a property list,
-/// or pairs without braces, in UTF-8, or in UTF-16 with a byte order mark. The tables are read on each call.
+/// or pairs without braces, in UTF-8 or UTF-16. The tables are read on each call.
 /// Without one it is `value`, or `key` itself when that is nil or empty.
 NSString localizedStringForKey(const NSBundle &bundle, const NSString &key, const NSString &value,
                                const NSString &table = NSString());

@@ -2,6 +2,7 @@
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 
 #include <algorithm>
+#include <initializer_list>
 #include <string_view>
 
 #include "platform/Foundation/PropertyLists/BinaryPropertyListFormat.hpp"
@@ -10,20 +11,31 @@
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 #include "platform/Foundation/PropertyLists/TextPropertyList.hpp"
 #include "platform/Foundation/PropertyLists/XMLPropertyList.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
 
+/// How many bytes of UTF-16 are looked at for the beginning of XML.
+constexpr std::size_t kLongestStart = 1024;
+
 /// Text may begin with '<', too, but only as "<" and a hexadecimal digit, white space or ">".
+template <class Unit>
+bool isXML(std::basic_string_view<Unit> text) {
+  const auto start = std::ranges::find_if_not(text, isASCIIWhiteSpace<Unit>);
+  text.remove_prefix(static_cast<std::size_t>(start - text.begin()));
+  return std::ranges::any_of(
+      std::initializer_list<std::string_view>{"<?xml", "<!DOCTYPE", "<!--", "<plist"},
+      [&](std::string_view prefix) { return std::ranges::equal(text.substr(0, prefix.size()), prefix); });
+}
+
 NSPropertyListFormat formatOf(std::string_view bytes) {
   if (bytes.starts_with(BinaryPropertyList::kMagic)) return NSPropertyListFormat::binary;
-  // A UTF-16 byte order mark: only XML comes in UTF-16.
-  if (bytes.starts_with("\xfe\xff") || bytes.starts_with("\xff\xfe")) return NSPropertyListFormat::xml;
   if (bytes.starts_with("\xef\xbb\xbf")) bytes.remove_prefix(3);
-  bytes.remove_prefix(std::min(bytes.find_first_not_of(" \t\r\n"), bytes.size()));
-  for (const std::string_view start : {"<?xml", "<!DOCTYPE", "<!--", "<plist"})
-    if (bytes.starts_with(start)) return NSPropertyListFormat::xml;
-  return NSPropertyListFormat::openStep;
+  const bool isMarkup = isUTF16Text(bytes)
+                            ? isXML(std::u16string_view(unitsOfUTF16Text(bytes.substr(0, kLongestStart))))
+                            : isXML(bytes);
+  return isMarkup ? NSPropertyListFormat::xml : NSPropertyListFormat::openStep;
 }
 
 id read(const NSData &data, NSPropertyListFormat format) {

@@ -23,7 +23,8 @@ struct NSPropertyListSerialization {
   /// How many values of all kinds there may be, containers and dictionary keys included.
   static constexpr std::uint32_t kMaximumObjects = 4'000'000;
 
-  /// Reads a binary ("bplist00"), XML or old-style text property list, whichever the data begins like. Nil
+  /// Reads a binary ("bplist00"), XML or old-style text property list, whichever the data begins like; text may
+  /// be a table of strings, which is a dictionary without its braces, and may be in UTF-16. Nil
   /// when it is none; `*error` then says why: `damaged`, `incomplete` when there are no bytes, `tooLarge`
   /// beyond the limits above. `*format` gets the form that was read. Data objects read from the binary form
   /// share `data`'s storage.

@@ -21,6 +21,7 @@ std::string atLine(std::size_t line, const std::string &reason) {
 }
 
 NSString decode(const NSData &data) {
+  if (isUTF16Text(data.view())) return NSString::stringWithCharacters(unitsOfUTF16Text(data.view()));
   NSString text = NSString::stringWithUTF8String(data.view());
   if (text) return text;
   std::string_view rest = data.view();
@@ -51,7 +52,13 @@ class Reader {
 
   id read() {
     limits_.countValues(1);
+    skipWhiteSpace();
+    const std::size_t start = at_;
     id propertyList = value(0);
+    if (propertyList.string() && take('=')) {
+      at_ = start;
+      propertyList = dictionary(PropertyListLimits::enterContainer(0), &Reader::takeEnd);
+    }
     skipWhiteSpace();
     if (at_ < text_.size()) fail("more text after the property list");
     return propertyList;
@@ -113,9 +120,15 @@ class Reader {
     return NSArray(std::move(elements));
   }
 
-  id dictionary(std::uint32_t depth) {
+  bool takeBrace() { return take('}'); }
+  bool takeEnd() {
+    skipWhiteSpace();
+    return atEnd();
+  }
+
+  id dictionary(std::uint32_t depth, bool (Reader::*takeEndOfPairs)() = &Reader::takeBrace) {
     NSDictionary result = NSDictionary::dictionary();
-    while (!take('}')) {
+    while (!(this->*takeEndOfPairs)()) {
       limits_.countValues(2);
       const NSString key = string();
       if (!take('=')) fail("expected '=' after a key");
@@ -205,6 +218,23 @@ class Reader {
 };
 
 }  // namespace
+
+bool isUTF16Text(std::string_view bytes) {
+  if (bytes.size() < 2) return false;
+  return bytes.starts_with("\xfe\xff") || bytes.starts_with("\xff\xfe") ||
+         (bytes[0] == '\0') != (bytes[1] == '\0');
+}
+
+std::u16string unitsOfUTF16Text(std::string_view bytes) {
+  const bool isLittle = bytes.starts_with("\xff\xfe") || bytes.substr(1).starts_with('\0');
+  std::u16string units;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    const auto first = static_cast<unsigned char>(bytes[i]), second = static_cast<unsigned char>(bytes[i + 1]);
+    units += static_cast<char16_t>(isLittle ? second << 8 | first : first << 8 | second);
+  }
+  if (units.starts_with(kByteOrderMark)) units.erase(0, 1);
+  return units;
+}
 
 id propertyListFromTextData(const NSData &data) {
   const NSString text = decode(data);

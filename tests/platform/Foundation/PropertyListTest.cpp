@@ -264,6 +264,14 @@ TEST(TextPropertyList, ReadsEveryNotation) {
                                            u"4\0\u20acud83dq\xd83d"_ns.view()));
   EXPECT_EQ(readAs(openStep, "\xef\xbb\xbf\"\xe2\x82\xac\n//\"").string(), u"\u20ac\n//"_ns);
   EXPECT_EQ(readAs(openStep, "http://host/path").string(), u"http://host/path"_ns);
+  EXPECT_EQ(readAs(openStep, "// A table\na = b; \"c\" = ();\n"),
+            id(NSDictionary{{u"a"_ns, u"b"_ns}, {u"c"_ns, NSArray::array()}}));
+  EXPECT_EQ(readAs(openStep,
+                   "\xff\xfe<\0"
+                   "4\0"
+                   "1\0"
+                   ">\0"s),
+            id(dataOf("A")));
 }
 
 TEST(TextPropertyList, RefusalsNameTheLine) {
@@ -274,6 +282,7 @@ TEST(TextPropertyList, RefusalsNameTheLine) {
            {"(a,,b)", "line 1: unexpected character"},
            {"{a\n; }", "line 2: expected '=' after a key"},
            {"{a=b}", "line 1: expected ';' after a value"},
+           {"a = b;\nc", "line 2: expected '=' after a key"},
            {"a\nb", "line 2: more text after the property list"},
            {"\n\"a\\\"", "line 2: a string without an end"},
            {"\"\\", "line 1: a string without an end"},
