@@ -15,6 +15,7 @@
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/System/BundleLibrary.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
+#include "platform/Foundation/Unicode/LanguageNames.hpp"
 
 namespace nimbo {
 
@@ -216,12 +217,7 @@ NSString NSBundle::executableName(const NSDictionary &info) {
 
 std::vector<NSString> NSBundle::preferredLocalizations() const {
   std::vector<NSString> names;
-  for (const char *const *name = g_get_language_names(); *name; ++name) {
-    const std::string_view language = *name;
-    const bool hasCharset = language.find('.') != language.npos;
-    if (!hasCharset && language != "C" && language != "POSIX")
-      names.push_back(NSString::stringWithLossyUTF8String(language));
-  }
+  for (const char *const *name = g_get_language_names(); *name; ++name) detail::addLocalizations(*name, names);
   return names;
 }
 

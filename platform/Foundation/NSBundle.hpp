@@ -65,8 +65,10 @@ class NSBundle {
   /// What the information names as CFBundleExecutable. Nil when that is missing or no plain file name.
   static NSString executableName(const NSDictionary &info);
   /// The names of the user's languages, the one they like best first, each that has a region or a variant with
-  /// the plain one behind it: "pt_BR", "pt", "en". From `$LANGUAGE`, `$LC_ALL`, `$LC_MESSAGES` and `$LANG`, on
-  /// each call. Bundles have no localisations of their own that would leave any out.
+  /// the plain one behind it, and as language tags: "pt_BR", "pt-BR", "pt", "en". One that is written in
+  /// several scripts is there with its script, too: "zh_TW", "zh-TW", "zh-Hant", "zh_Hant", "zh". From
+  /// `$LANGUAGE`, `$LC_ALL`, `$LC_MESSAGES` and `$LANG`, on each call. Bundles have no localisations of their
+  /// own that would leave any out.
   std::vector<NSString> preferredLocalizations() const;
 
   /// Loads the bundle's code into this process, where it stays; true when it was loaded before, as that of the
