@@ -43,7 +43,7 @@ std::uint32_t unsignedIntForKey(const NSDictionary &dictionary, const NSString &
 
 std::uint64_t unsignedLongForKey(const NSDictionary &dictionary, const NSString &key,
                                  std::uint64_t defaultValue) {
-  return static_cast<std::uint64_t>(longLongForKey(dictionary, key, static_cast<std::int64_t>(defaultValue)));
+  return unsignedLongLongValue(dictionary.objectForKey(key)).value_or(defaultValue);
 }
 
 std::int64_t longLongForKey(const NSDictionary &dictionary, const NSString &key, std::int64_t defaultValue) {

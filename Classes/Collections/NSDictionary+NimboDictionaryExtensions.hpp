@@ -27,8 +27,8 @@ std::int32_t integerForKey(const NSDictionary &dictionary, const NSString &key, 
 /// The value as a whole number from 0 on, cut to the bounds of its type.
 std::uint32_t unsignedIntForKey(const NSDictionary &dictionary, const NSString &key,
                                 std::uint32_t defaultValue = 0);
-/// The value as a whole number from 0 on. A negative number stands for the unsigned one of the same bits, as
-/// `setUnsignedLong` stores it.
+/// The value as a whole number from 0 on, cut to the bounds of its type. A negative number stands for the
+/// unsigned one of the same bits, as `setUnsignedLong` stores it.
 std::uint64_t unsignedLongForKey(const NSDictionary &dictionary, const NSString &key,
                                  std::uint64_t defaultValue = 0);
 /// The value as a whole number.

@@ -1,7 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Collections/NSMutableDictionary+NimboDictionaryExtensions.hpp"
 
+#include <array>
+#include <charconv>
+#include <cmath>
+
 namespace nimbo {
+namespace {
+
+/// The number that people mean by the fraction, as 0.1 by 0.1F; whole numbers are exact.
+double decimalOf(float value) {
+  if (!std::isfinite(value) || std::trunc(value) == value) return value;
+  std::array<char, 32> digits{};
+  double decimal = value;
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
+  std::from_chars(digits.data(), end, decimal);
+  return static_cast<float>(decimal) == value ? decimal : value;
+}
+
+}  // namespace
+
 inline namespace NimboDictionaryExtensions {
 
 void setInteger(NSDictionary &dictionary, std::int32_t value, const NSString &key) {
@@ -21,7 +39,7 @@ void setLongLong(NSDictionary &dictionary, std::int64_t value, const NSString &k
 }
 
 void setFloat(NSDictionary &dictionary, float value, const NSString &key) {
-  dictionary.setObject(value, key);
+  dictionary.setObject(decimalOf(value), key);
 }
 
 void setDouble(NSDictionary &dictionary, double value, const NSString &key) {

@@ -23,7 +23,8 @@ void setUnsignedInt(NSDictionary &dictionary, std::uint32_t value, const NSStrin
 void setUnsignedLong(NSDictionary &dictionary, std::uint64_t value, const NSString &key);
 /// Stores a whole number.
 void setLongLong(NSDictionary &dictionary, std::int64_t value, const NSString &key);
-/// Stores a number.
+/// Stores a number; for a fraction the one of the fewest decimal digits that is the same float, so that 0.1F is
+/// 0.1 as text, too.
 void setFloat(NSDictionary &dictionary, float value, const NSString &key);
 /// Stores a number.
 void setDouble(NSDictionary &dictionary, double value, const NSString &key);

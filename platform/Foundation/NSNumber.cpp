@@ -27,9 +27,10 @@ std::string leadingNumber(std::u16string_view units) {
   return std::string(units.begin(), units.begin() + static_cast<std::ptrdiff_t>(std::min(end, units.size())));
 }
 
-std::int64_t integerOf(const std::string &text) {
-  using Limits = std::numeric_limits<std::int64_t>;
-  std::int64_t number = 0;
+template <class Integer>
+Integer integerOf(const std::string &text) {
+  using Limits = std::numeric_limits<Integer>;
+  Integer number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error != std::errc::result_out_of_range) return number;
   return text.starts_with('-') ? Limits::min() : Limits::max();
@@ -40,8 +41,9 @@ double realOf(const std::string &text) {
   return std::clamp(g_ascii_strtod(text.c_str(), nullptr), Limits::lowest(), Limits::max());
 }
 
+constexpr double kLimit = 9223372036854775808.0;  // 2^63.
+
 std::int64_t truncated(double number) {
-  constexpr double kLimit = 9223372036854775808.0;  // 2^63.
   if (std::isnan(number)) return 0;
   if (number >= kLimit) return std::numeric_limits<std::int64_t>::max();
   if (number < -kLimit) return std::numeric_limits<std::int64_t>::min();
@@ -54,8 +56,19 @@ std::optional<std::int64_t> longLongValue(const id &value) {
   if (const auto boolean = value.boolean()) return *boolean;
   if (const auto integer = value.integer()) return integer;
   if (const auto real = value.real()) return truncated(*real);
-  if (const NSString string = value.string()) return integerOf(leadingNumber(string.view()));
+  if (const NSString string = value.string()) return integerOf<std::int64_t>(leadingNumber(string.view()));
   return std::nullopt;
+}
+
+std::optional<std::uint64_t> unsignedLongLongValue(const id &value) {
+  if (const NSString string = value.string()) {
+    const std::string text = leadingNumber(string.view());
+    if (!text.starts_with('-')) return integerOf<std::uint64_t>(text);
+  } else if (const auto real = value.real(); value.isReal() && *real >= kLimit) {
+    return *real < 2 * kLimit ? static_cast<std::uint64_t>(*real) : std::numeric_limits<std::uint64_t>::max();
+  }
+  const auto number = longLongValue(value);
+  return number ? std::optional(static_cast<std::uint64_t>(*number)) : std::nullopt;
 }
 
 std::optional<double> doubleValue(const id &value) {

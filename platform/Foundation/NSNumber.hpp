@@ -16,6 +16,8 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// The value as a whole number; reals are cut towards 0.
 std::optional<std::int64_t> longLongValue(const id &value);
+/// The value as a whole number from 0 on; a negative one stands for the unsigned one of the same bits.
+std::optional<std::uint64_t> unsignedLongLongValue(const id &value);
 /// The value as a real number.
 std::optional<double> doubleValue(const id &value);
 /// The string itself, or the decimal digits of a number, as few as tell a real from all others: "1", "0.1",

@@ -199,6 +199,19 @@ TEST(Dictionaries, ConvertTheirValues) {
   }
   EXPECT_EQ(integerForKey({{key, 1e10}}, key), std::numeric_limits<std::int32_t>::max());
   EXPECT_EQ(unsignedIntForKey({{key, -1}}, key), 0u);
+  constexpr std::uint64_t kUnsignedMaximum = std::numeric_limits<std::uint64_t>::max();
+  const std::pair<id, std::uint64_t> unsignedCases[] = {{u"9223372036854775808"_ns, 1ULL << 63},
+                                                        {u"+18446744073709551615 B"_ns, kUnsignedMaximum},
+                                                        {u"18446744073709551616"_ns, kUnsignedMaximum},
+                                                        {u"-1"_ns, kUnsignedMaximum},
+                                                        {0x1p63, 1ULL << 63},
+                                                        {1e300, kUnsignedMaximum},
+                                                        {std::nan(""), 0},
+                                                        {true, 1},
+                                                        {id(), 8}};
+  for (const auto &[value, number] : unsignedCases)
+    EXPECT_EQ(unsignedLongForKey({{key, value}}, key, 8), number)
+        << stringForKey({{key, value}}, key).UTF8String();
   EXPECT_EQ(floatForKey({{key, 1e300}}, key), std::numeric_limits<float>::max());
   EXPECT_EQ(longLongForKey({{key, std::nan("")}}, key, 8), 0);
 }
@@ -207,6 +220,14 @@ TEST(Dictionaries, StoreWhatTheyGiveBack) {
   NSDictionary dictionary;
   setUnsignedLong(dictionary, 0xfedcba9876543210, u"l"_ns);
   EXPECT_EQ(unsignedLongForKey(dictionary, u"l"_ns), 0xfedcba9876543210);
+  for (const float number : {0.1F, -1.0e-45F, 3.4028235e38F, 8388607.5F, 2147483648.0F}) {
+    setFloat(dictionary, number, u"f"_ns);
+    EXPECT_EQ(floatForKey(dictionary, u"f"_ns), number);
+  }
+  EXPECT_EQ(doubleForKey(dictionary, u"f"_ns), 2147483648.0);
+  setFloat(dictionary, 0.1F, u"f"_ns);
+  EXPECT_EQ(stringForKey(dictionary, u"f"_ns), u"0.1"_ns);
+  dictionary.removeObjectForKey(u"f"_ns);
   setBool(dictionary, false, u"b"_ns);
   EXPECT_TRUE(dictionary.objectForKey(u"b"_ns).isBoolean());
   setOrRemoveString(dictionary, u""_ns, u"b"_ns);
@@ -223,6 +244,16 @@ TEST(Dictionaries, SpeakTheUsersLanguage) {
   const auto localized = [&](const id &value) {
     return localizedStringForKey({{u"k"_ns, value}}, u"k"_ns, none);
   };
+  const std::pair<const char *, NSString> tags[] = {
+      {"pt_BR", u"pt-BR"_ns},         {"zh_CN", u"zh-Hans"_ns},      {"zh_HK", u"zh-Hant"_ns},
+      {"sr_RS@latin", u"sr-Latn"_ns}, {"zh-Hant-TW", u"zh_Hant"_ns}, {"de-CH", u"de"_ns}};
+  for (const auto &[language, key] : tags) {
+    ::setenv("LANGUAGE", language, 1);
+    EXPECT_EQ(localized(NSDictionary{{key, u"this"_ns}, {u"en"_ns, u"house"_ns}, {u"zh"_ns, u"other"_ns}}),
+              u"this"_ns)
+        << language;
+  }
+  ::setenv("LANGUAGE", "pt_BR:de_AT", 1);
   const NSDictionary house{
       {u"fr"_ns, u"maison"_ns}, {u"en"_ns, u"house"_ns}, {u"de"_ns, u"Haus"_ns}, {u"pt_BR"_ns, 1}};
   EXPECT_EQ(localized(house), u"Haus"_ns);

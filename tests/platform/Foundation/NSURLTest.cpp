@@ -177,6 +177,20 @@ TEST(NSBundle, LooksTextsUpInTheUsersLanguages) {
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, NSString::string()), u"OK"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, u"x"_ns), u"x"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString::string(), u"Marked"_ns), u"Fort"_ns);
+  // Tables that others' tools write are in UTF-16, with a byte order mark or without one.
+  const std::pair<std::string, std::string_view> tables[] = {
+      {"Little", "\xff\xfe"}, {"Big", "\xfe\xff"}, {"Plain", ""}};
+  for (const auto &[table, mark] : tables) {
+    std::string bytes(mark);
+    for (const unichar unit : u"// Stra\u00dfe\n\"Gone\" = \"Fu\u00dfweg\";\n"_ns.view())
+      for (const int shift : {table == "Big" ? 8 : 0, table == "Big" ? 0 : 8})
+        bytes += static_cast<char>(unit >> shift);
+    folder.write("Contents/Resources/pt-BR.lproj/" + table + ".strings", bytes);
+    ::setenv("LC_ALL", "pt_BR.UTF-8", 1);
+    EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString(), NSString::stringWithUTF8String(table)),
+              u"Fu\u00dfweg"_ns)
+        << table;
+  }
   ::unsetenv("LC_ALL");
 }
 
