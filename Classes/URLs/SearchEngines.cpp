@@ -5,18 +5,18 @@
 #include <array>
 #include <string_view>
 
-#include "platform/Foundation/NSStringCase.hpp"
-#include "platform/Foundation/NSStringJoining.hpp"
+#include "Classes/URLs/HostPatterns.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
 
 /// The kinds of rows, as they are written in the table.
-enum class SearchEngineKind { host, prefix, contentHost, contentPath };
+enum class SearchEngineKind { engine, content };
 
 struct SearchEngineRow {
   SearchEngineKind kind;
-  std::u16string_view text;
+  std::string_view hostAndPath;
 };
 
 constexpr auto kRows = [] {
@@ -26,32 +26,24 @@ constexpr auto kRows = [] {
   });
 }();
 
+bool isAtPathOrBelow(std::u16string_view path, std::string_view top) {
+  return path.size() >= top.size() && std::ranges::equal(path.substr(0, top.size()), top) &&
+         (path.size() == top.size() || top.empty() || top.ends_with('/') || path[top.size()] == u'/');
+}
+
 }  // namespace
 
 bool isSearchEngineHostAndPath(const NSString &host, const NSString &escapedPath) {
-  const NSString small = lowercaseString(host);
-  std::u16string_view name = small.view();
-  if (name.ends_with(u'.')) name.remove_suffix(1);
-  const NSString page = stringByConcatenating(name, escapedPath);
-  const auto matches = [&](const SearchEngineRow &row) {
-    switch (row.kind) {
-      case SearchEngineKind::host:
-      case SearchEngineKind::contentHost:
-        return name == row.text;
-      case SearchEngineKind::prefix:
-        return name.starts_with(row.text);
-      case SearchEngineKind::contentPath:
-        return page.view().starts_with(row.text);
-    }
-    return false;
-  };
-  const auto isContent = [](const SearchEngineRow &row) {
-    return row.kind == SearchEngineKind::contentHost || row.kind == SearchEngineKind::contentPath;
-  };
+  constexpr std::string_view kWeb = "www.";
+  std::u16string_view name = host.view();
+  if (startsWithASCIINoCase(name, kWeb)) name.remove_prefix(kWeb.size());
   bool isEngine = false;
-  for (const SearchEngineRow &row : kRows) {
-    if (!matches(row)) continue;
-    if (isContent(row)) return false;
+  for (const auto &[kind, hostAndPath] : kRows) {
+    const std::size_t slash = std::min(hostAndPath.find('/'), hostAndPath.size());
+    if (!isHostOfPattern(name, hostAndPath.substr(0, slash)) ||
+        !isAtPathOrBelow(escapedPath.view(), hostAndPath.substr(slash)))
+      continue;
+    if (kind == SearchEngineKind::content) return false;
     isEngine = true;
   }
   return isEngine;

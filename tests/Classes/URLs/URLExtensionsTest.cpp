@@ -74,11 +74,15 @@ TEST(URLSchemes, CompareHostsAndKnowSearchEngines) {
               isHostEqualTo(url("file:///a"), url("file:///b")));
   EXPECT_FALSE(isHostEqualTo(url("http://h/"), NSURL()) || isHostEqualTo(url("file://h/"), url("http://h/")) ||
                isHostEqualTo(url("http:a"), url("http:a")) || isHostEqualTo(url("//h/"), url("//h/")));
-  for (const auto string :
-       {"http://www.google.co.uk/search?q=x", "https://WWW.Bing.com./", "http://duckduckgo.com/?q=a"})
+  for (const auto string : {"http://www.google.co.uk/search?q=x", "https://WWW.Bing.com./",
+                            "http://duckduckgo.com/?q=a", "https://google.de/mapsearch",
+                            "https://Yandex.com.tr/search/", "https://search.yahoo.co.jp/search?p=a"})
     EXPECT_TRUE(isSearchEngine(url(string))) << string;
-  for (const auto string : {"http://news.google.com/x", "https://www.google.com/finance?q=x", "http://google",
-                            "http://notgoogle.com/", "ftp://www.bing.com/", "mailto:www.bing.com"})
+  for (const auto string :
+       {"http://news.google.com/x", "https://www.google.com/finance?q=x", "http://google",
+        "http://notgoogle.com/", "ftp://www.bing.com/", "mailto:www.bing.com",
+        "http://www.google.evil.example/", "http://www.google.com.evil.example/", "http://google.evil/",
+        "http://news.google.de/", "https://www.google.com.br/maps/place/x", "http://google.at/intl/de/about"})
     EXPECT_FALSE(isSearchEngine(url(string))) << string;
 }
 
