@@ -77,6 +77,14 @@ NSString withoutPathSessions(const NSString &string) {
   });
 }
 
+/// The host without its port, or with the brackets of an IPv6 address in part.
+View hostOfStringURL(View url) {
+  const URLStringParts parts = partsOfURLString(url);
+  const View authority = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+  const View host = authority.substr(startOfHost(authority));
+  return host.substr(0, host.find(u':'));
+}
+
 bool isDefaultPort(View scheme, View port) {
   if (port.empty()) return true;
   if (port == u"80") return equalsOneOfASCIINoCase(scheme, {"http", "feed"});
@@ -137,8 +145,9 @@ NSString stringURLByRemovingSessionIDs(const NSString &string) {
 }
 
 NSString stringURLByRemovingAnalytics(const NSString &string) {
-  return withoutParams(string,
-                       [](View param) { return isURLNameOfKind(nameOfParam(param), URLNameKind::analytics); });
+  const View host = hostOfStringURL(string.view());
+  return withoutParams(
+      string, [&](View param) { return isURLNameOfKind(nameOfParam(param), URLNameKind::analytics, host); });
 }
 
 NSString stringURLByRemovingEmptyParams(const NSString &string) {

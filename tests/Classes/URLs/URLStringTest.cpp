@@ -289,8 +289,17 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
                 {u"h?PHPSESSID=1&a=2;sid=3#f", u"h?a=2#f"},
                 {u"h?sid=1", u"h"},
                 {u"h?side=1", u"h?side=1"}});
-  checkChanges(stringURLByRemovingAnalytics,
-               {{u"h?utm_source=a&b=1&UTM_x=2;fbclid=3&c", u"h?b=1&c"}, {u"h?&utm=1&", u"h?&utm=1&"}});
+  checkChanges(
+      stringURLByRemovingAnalytics,
+      {{u"h?utm_source=a&b=1&UTM_x=2;fbclid=3&c", u"h?b=1&c"},
+       {u"h?&utm=1&", u"h?&utm=1&"},
+       {u"https://h/?elqTrack=true&cm_mmc-a=1&bsft_x=2&at_id=3&awc=4&_trkparms=5",
+        u"https://h/?at_id=3&_trkparms=5"},
+       {u"https://youtu.be/x?si=1&t=2", u"https://youtu.be/x?t=2"},
+       {u"https://h/x?si=1&trk=2&ved=3", u"https://h/x?si=1&trk=2&ved=3"},
+       {u"https://u@Smile.Amazon.co.uk.:80/x?pd_rd_w=1&q=2", u"https://u@Smile.Amazon.co.uk.:80/x?q=2"},
+       {u"https://amazon.evil.example/x?pd_rd_w=1", u"https://amazon.evil.example/x?pd_rd_w=1"},
+       {u"https://notlinkedin.com/?trk=1", u"https://notlinkedin.com/?trk=1"}});
   checkChanges(stringURLByRemovingEmptyParams,
                {{u"h?a=&b&&c=1=", u"h?b&c=1="}, {u"h?", u"h"}, {u"h?&=#x", u"h#x"}, {u"h", u"h"}});
   checkChanges(stringURLByRemovingIndexPages, {{u"http://h/a/Index.HTML#b", u"http://h/a/#b"},
