@@ -37,8 +37,11 @@ bool isSearchEngineHostAndPath(const NSString &host, const NSString &escapedPath
   constexpr std::string_view kWeb = "www.";
   std::u16string_view name = host.view();
   if (startsWithASCIINoCase(name, kWeb)) name.remove_prefix(kWeb.size());
+  if (name.empty()) return false;
+  const char16_t initial = toASCIILower(name[0]);
   bool isEngine = false;
   for (const auto &[kind, hostAndPath] : kRows) {
+    if (static_cast<char16_t>(hostAndPath[0]) != initial) continue;
     const std::size_t slash = std::min(hostAndPath.find('/'), hostAndPath.size());
     if (!isHostOfPattern(name, hostAndPath.substr(0, slash)) ||
         !isAtPathOrBelow(escapedPath.view(), hostAndPath.substr(slash)))
