@@ -7,6 +7,8 @@
 
 #include "Classes/Characters/UnicharKernels.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
+#include "platform/Foundation/Unicode/NumericReference.hpp"
+#include "platform/Foundation/Vectors/UnicharRanges.hpp"
 
 namespace nimbo::detail {
 
@@ -14,6 +16,8 @@ namespace {
 
 /// A single line break in front of one of these stays.
 constexpr std::u16string_view kLineBeginnings = u"/>} -";
+
+constexpr UnicharRange kUpperControls[] = {{u'\x80', u'\x9f'}};
 
 }  // namespace
 
@@ -33,7 +37,16 @@ void PlainTextWriter::restart() {
   hasText_ = false;
 }
 
+void PlainTextWriter::meanWindowsCharacters() {
+  for (std::size_t i = 0;; ++i) {
+    i += findUnicharInRanges(units_ + i, length_ - i, kUpperControls);
+    if (i == length_) return;
+    units_[i] = windowsCharacter(units_[i]);
+  }
+}
+
 NSString PlainTextWriter::string() && {
+  meanWindowsCharacters();
   storage_.setLength(length_);
   units_ = nullptr;
   capacity_ = 0;

@@ -30,7 +30,8 @@ class PlainTextWriter {
   }
   /// Forgets what was written.
   void restart();
-  /// What was written; the writer is empty afterwards.
+  /// What was written, with the characters of Windows in the place of upper controls, which no page means; the
+  /// writer is empty afterwards.
   NSString string() &&;
 
   /// Whether anything but white space was written.
@@ -90,6 +91,7 @@ class PlainTextWriter {
   void grow(std::size_t markupLength);
   void append(unichar c) { units_[length_++] = c; }
   void writePending();
+  void meanWindowsCharacters();
   /// Looks for text in what was written since the position.
   void noteText(std::uint32_t position);
   /// Writes what stands for so many line breaks in a row when reformatting; `rest` is the text behind them.

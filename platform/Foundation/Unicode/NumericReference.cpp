@@ -10,8 +10,7 @@
 namespace nimbo {
 namespace {
 
-/// What numbers from 0x80 to 0x9f stand for: pages mean the characters that Windows has there. 0 for the number
-/// itself.
+/// What Windows has from 0x80 to 0x9f; 0 where it has nothing.
 constexpr std::array<char16_t, 32> kWindowsCharacters = {
     0x20ac, 0,      0x201a, 0x0192, 0x201e, 0x2026, 0x2020, 0x2021, 0x02c6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017d, 0,      0,      0x2018, 0x2019, 0x201c, 0x201d, 0x2022,
@@ -19,12 +18,15 @@ constexpr std::array<char16_t, 32> kWindowsCharacters = {
 
 char32_t characterOfNumber(char32_t number) {
   if (number == 0 || number > 0x10ffff || (number >= 0xd800 && number <= 0xdfff)) return 0xfffd;
-  if (number >= 0x80 && number <= 0x9f && kWindowsCharacters[number - 0x80] != 0)
-    return kWindowsCharacters[number - 0x80];
-  return number;
+  return number <= 0xffff ? windowsCharacter(static_cast<char16_t>(number)) : number;
 }
 
 }  // namespace
+
+char16_t windowsCharacter(char16_t unit) {
+  const bool isMeant = unit >= 0x80 && unit <= 0x9f && kWindowsCharacters[unit - 0x80] != 0;
+  return isMeant ? kWindowsCharacters[unit - 0x80] : unit;
+}
 
 NumericReference numericReferenceAt(std::u16string_view text) {
   std::size_t i = 2;

@@ -8,6 +8,10 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// What pages mean by the unit: from U+0080 to U+009F the character that Windows Latin 1 has there, else
+/// itself.
+char16_t windowsCharacter(char16_t unit);
+
 /// A numeric character reference as browsers read it.
 struct NumericReference {
   /// Its units, with the semicolon when there is one; 0 when there is no reference.

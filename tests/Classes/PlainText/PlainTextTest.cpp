@@ -122,6 +122,7 @@ TEST(PlainText, WritesEachTextOnce) {
 TEST(PlainText, DecodesReferences) {
   const std::string page = "&lt; &amp; &eacute;<b>&lt</b>";
   expectTexts({}, {{page, "< & \xc3\xa9&lt"}});
+  expectTexts({}, {{"it&#146;s \xc2\x93so\xc2\x94\xc2\x85 &#129;", "it’s “so”… \xc2\x81"}});
   expectTexts({.stdEntities = false}, {{page, "&lt; &amp; \xc3\xa9&lt"}});
   expectTexts({.entities = false}, {{page + "&quot", "< & &eacute;&lt&quot"}});
   expectTexts({.entities = false, .stdEntities = false}, {{page, page.substr(0, 19) + "&lt"}});
@@ -171,6 +172,7 @@ TEST(PlainText, AnswersAPageWithoutTextItself) {
 TEST(PlainText, Simplifies) {
   for (const Case &test : std::initializer_list<Case>{
            {"<html><head><title>T</title></head><body>a &amp; b</body></html>", " a & b"},
+           {"<body>it&#146;s", " it’s"},
            {"<title>T</title>a<b>&lt</b>", " T a &lt"},
            {"<body>a\n  b<script>c</script><!--d-->e<noframes>f</noframes></body>g", " a\n  b e f"},
            {"<br>", "<br>"},
