@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/CharsetCommands.hpp"
 
+#include "Classes/Encodings/CharsetNames.hpp"
 #include "Classes/Encodings/MarkupDecoding.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/Foundation/NSArray.hpp"
@@ -33,7 +34,7 @@ int runCharset(const CommonOptions &options, const Operands &operands) {
   NSArray answers = NSArray::array();
   for (const std::string &operand : operands) {
     const NSString name = NSString::stringWithLossyUTF8String(operand);
-    const CFStringEncoding encoding = CFEncodingFromName(name);
+    const CFStringEncoding encoding = encodingOfCharset(name);
     NSDictionary answer{{u"Name"_ns, name}, {u"Available"_ns, CFStringIsEncodingAvailable(encoding)}};
     describe(encoding, &answer);
     answers.addObject(std::move(answer));
@@ -45,7 +46,7 @@ int runCharset(const CommonOptions &options, const Operands &operands) {
 /// The encoding that an option names; none when it is not given.
 NSStringEncoding encodingOfOption(const char *option, const std::optional<std::string> &value) {
   if (!value) return kCFStringEncodingInvalidId;
-  const CFStringEncoding encoding = CFEncodingFromName(NSString::stringWithLossyUTF8String(*value));
+  const CFStringEncoding encoding = encodingOfCharset(NSString::stringWithLossyUTF8String(*value));
   if (CFStringIsEncodingAvailable(encoding)) return CFStringConvertEncodingToNSStringEncoding(encoding);
   const bool isUnknown = encoding == kCFStringEncodingInvalidId;
   throw UsageError("'" + *value + "' after --" + option +
@@ -60,7 +61,7 @@ int runDecode(const DecodeOptions &options, const Operands &operands) {
   const std::string file = nameOfInput(operands.front());
   if (data.length() == 0) throw InputError(file, "the file is empty");
   const DecodedMarkup decoded =
-      decodeMarkup(data, supplied, options.defaultEncoding ? chosenDefault : likelyEncoding(data));
+      options.defaultEncoding ? decodeMarkup(data, supplied, chosenDefault) : decodeMarkup(data, supplied);
   if (!decoded.string) throw InputError(file, "is no text in any encoding that is given, declared or likely");
 
   const NSString declared = markupCharset(decoded.string);

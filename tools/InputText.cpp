@@ -8,7 +8,7 @@ namespace nimbo {
 
 NSString textOfData(const NSData &data) {
   if (data.length() == 0) return NSString::string();
-  const NSString text = decodeMarkup(data, 0, likelyEncoding(data)).string;
+  const NSString text = decodeMarkup(data, 0).string;
   return text ? text : NSString::stringWithLossyUTF8String(data.view());
 }
 

@@ -99,7 +99,7 @@ WebArchive PageCollector::archiveOfPage(const NSString &path, NSError *error) {
 }
 
 WebArchive PageCollector::archiveOfPage(const WebResource &resource, const Page *parent) {
-  const DecodedMarkup decoded = decodeMarkup(resource.data(), 0, likelyEncoding(resource.data()));
+  const DecodedMarkup decoded = decodeMarkup(resource.data(), 0);
   const WebResource main =
       WebResource::resourceWithData(resource.data(), resource.URL(), resource.MIMEType(),
                                     nameOfEncoding(decoded.encoding), resource.frameName());
@@ -113,8 +113,7 @@ WebArchive PageCollector::archiveOfPage(const WebResource &resource, const Page 
     const WebResource sheet = page.resources[i];
     if (!(sheet.MIMEType() == u"text/css"_ns)) continue;
     std::vector<PageReference> references;
-    appendReferencesOfSheet(decodeMarkup(sheet.data(), 0, likelyEncoding(sheet.data())).string.view(),
-                            references);
+    appendReferencesOfSheet(decodeMarkup(sheet.data(), 0).string.view(), references);
     for (const PageReference &reference : references) collect(reference, sheet.URL(), page);
   }
   return WebArchive::archiveWithMainResource(main, std::move(page.resources), std::move(page.frames));

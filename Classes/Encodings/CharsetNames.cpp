@@ -283,6 +283,16 @@ CFStringEncoding macEncoding(std::u16string_view script) {
   return encodingByRules(kMacRules, script);
 }
 
+CFStringEncoding encodingOfCharset(const NSString &name) {
+  const CFStringEncoding loose = charset2CFStringEncoding(name);
+  const CFStringEncoding known = CFStringConvertIANACharSetNameToEncoding(name);
+  if (loose == kCFStringEncodingInvalidId) return known;
+  const bool isRegistered = known != kCFStringEncodingInvalidId && known != kCFStringEncodingUTF7 &&
+                            CleanedName(CFStringConvertEncodingToIANACharSetName(known).view()).view() ==
+                                CleanedName(name.view()).view();
+  return isRegistered ? known : loose;
+}
+
 NSStringEncoding charset2NSStringEncoding(const NSString &name) {
   const CFStringEncoding encoding = charset2CFStringEncoding(name);
   if (encoding == kCFStringEncodingKamenicky) return NSKamenickyStringEncoding;

@@ -23,6 +23,11 @@ CFStringEncoding charset2CFStringEncoding(const NSString &name);
 /// punctuation; Mac Roman when nothing does. `kCFStringEncodingInvalidId` when it is unknown.
 CFStringEncoding macEncoding(std::u16string_view script);
 
+/// As `charset2CFStringEncoding`, but a registered name means what it is registered for ("KOI8-U",
+/// "windows-31j", "UTF-16BE"), unless that is UTF-7, and a name that stays unknown is looked up among those
+/// that ICU knows ("TIS-620").
+CFStringEncoding encodingOfCharset(const NSString &name);
+
 /// As `charset2CFStringEncoding`, for an encoding that is available; else `kCFStringEncodingInvalidId`, which
 /// is -1, and a line in the log, but for an empty name and some that pages give for "none".
 NSStringEncoding charset2NSStringEncoding(const NSString &name);

@@ -3,12 +3,15 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
 
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnicodeConverters.hpp"
+#include "Classes/Encodings/CharsetNames.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
@@ -41,6 +44,19 @@ constexpr CFStringEncoding kChineseEncodings[] = {
     kCFStringEncodingEUC_TW, kCFStringEncodingGB_2312_80, kCFStringEncodingHZ_GB_2312,
     kCFStringEncodingGBK_95, kCFStringEncodingBig5,       kCFStringEncodingBig5_HKSCS_1999,
     kCFStringEncodingBig5_E,
+};
+
+/// What files hold under the name of an encoding: the same codes and some of a maker's more.
+struct Extension {
+  NSStringEncoding standard, extended;
+};
+constexpr Extension kExtensions[] = {
+    {NSISOLatin1StringEncoding, NSWindowsCP1252StringEncoding},
+    {kExtended | kCFStringEncodingISOLatin5, NSWindowsCP1254StringEncoding},
+    {kExtended | kCFStringEncodingISOLatinThai, kExtended | kCFStringEncodingDOSThai},
+    {NSShiftJISStringEncoding, kExtended | kCFStringEncodingDOSJapanese},
+    {kEUCCN, kExtended | kCFStringEncodingGBK_95},
+    {kBig5, kBig5HKSCS},
 };
 
 bool isEncoding(NSStringEncoding encoding) {
@@ -77,6 +93,38 @@ NSString decode(std::string_view bytes, CFStringEncoding encoding) {
   if (count == 0) return encoding == kCFStringEncodingUTF8 ? stringWithDamagedUTF8(bytes) : NSString();
   units.setLength(count);
   return std::move(units).string();
+}
+
+bool isPrivate(unichar unit) {
+  return unit >= 0xe000 && unit <= 0xf8ff;
+}
+
+bool isUpperControl(unichar unit) {
+  return unit >= 0x80 && unit <= 0x9f;
+}
+
+/// Whether characters of the encoding are of two bytes or more, so that few bytes of other texts are possible.
+bool hasSequences(CFStringEncoding encoding) {
+  constexpr std::pair<CFStringEncoding, CFStringEncoding> kRanges[] = {
+      {kCFStringEncodingMacJapanese, kCFStringEncodingMacKorean},
+      {kCFStringEncodingMacChineseSimp, kCFStringEncodingMacChineseSimp},
+      {kCFStringEncodingDOSJapanese, kCFStringEncodingDOSChineseTrad},
+      {kCFStringEncodingWindowsKoreanJohab, kCFStringEncodingWindowsKoreanJohab},
+      {kCFStringEncodingJIS_X0208_83, kCFStringEncodingShiftJIS},
+      {kCFStringEncodingBig5, kCFStringEncodingBig5},
+      {kCFStringEncodingHZ_GB_2312, kCFStringEncodingBig5_HKSCS_1999},
+      {kCFStringEncodingUTF8, kCFStringEncodingUTF8},
+  };
+  return std::ranges::any_of(
+      kRanges, [=](const auto &range) { return encoding >= range.first && encoding <= range.second; });
+}
+
+/// Whether codes without a meaning were read. Tables of many characters give such codes to private use.
+bool isDamaged(const DecodedMarkup &decoded) {
+  const auto text = decoded.string.view();
+  return replacementsIn(decoded.string) > 0 ||
+         (hasSequences(CFStringConvertNSStringEncodingToEncoding(decoded.encoding)) &&
+          std::ranges::any_of(text, isPrivate));
 }
 
 DecodedMarkup decodePlainly(std::string_view bytes, NSStringEncoding encoding) {
@@ -125,22 +173,43 @@ bool hasWideUnits(NSStringEncoding encoding) {
   }
 }
 
+bool isUnicode(NSStringEncoding encoding) {
+  return encoding == NSUTF8StringEncoding || hasWideUnits(encoding);
+}
+
 /// In a form of Unicode a mark says which form it is.
 DecodedMarkup decodeAs(std::string_view bytes, NSStringEncoding encoding) {
-  const bool obeysMark = encoding == NSUTF8StringEncoding || hasWideUnits(encoding);
-  DecodedMarkup marked = obeysMark ? decodeByMark(bytes) : DecodedMarkup{};
+  DecodedMarkup marked = isUnicode(encoding) ? decodeByMark(bytes) : DecodedMarkup{};
   return marked.string ? marked : decodePlainly(bytes, encoding);
 }
 
-/// What the text declares, or the bytes when they could not be read.
-NSStringEncoding declaredEncoding(std::string_view bytes, const NSString &text) {
-  return markupEncoding(text ? text : decode(bytes, kCFStringEncodingISOLatin1));
+/// The same text in the extended form of its encoding, if fewer codes are without a meaning there.
+DecodedMarkup decodeExtended(std::string_view bytes, DecodedMarkup decoded) {
+  const NSStringEncoding extension = extendedEncoding(decoded.encoding);
+  if (!decoded.string || !isEncoding(extension)) return decoded;
+  const auto flaws = [](const NSString &string) {
+    return std::ranges::count_if(string.view(), [](unichar unit) {
+      return unit == kReplacement || isPrivate(unit) || isUpperControl(unit);
+    });
+  };
+  const auto count = flaws(decoded.string);
+  if (count == 0) return decoded;
+  DecodedMarkup extended = decodePlainly(bytes, extension);
+  return extended.string && flaws(extended.string) < count ? extended : decoded;
 }
 
-/// ASCII is not worth a second reading. Nor is an encoding in which the declaration could not have been read.
+/// ASCII is not worth a second reading. Nor is an encoding in which the declaration could not have been read,
+/// and one that was found in a form of UTF-16 or UTF-32 says nothing that is not known.
 bool isWorthReading(NSStringEncoding declared, const DecodedMarkup &first) {
-  return isEncoding(declared) && declared != NSASCIIStringEncoding &&
-         hasWideUnits(declared) == hasWideUnits(first.encoding);
+  return isEncoding(declared) && declared != NSASCIIStringEncoding && !hasWideUnits(declared) &&
+         !hasWideUnits(first.encoding);
+}
+
+/// Whether the text cannot well be in another encoding.
+bool isSound(const DecodedMarkup &decoded) {
+  return decoded.string && !isDamaged(decoded) &&
+         (isUnicode(decoded.encoding) ||
+          hasSequences(CFStringConvertNSStringEncodingToEncoding(decoded.encoding)));
 }
 
 struct Weighing {
@@ -167,7 +236,124 @@ std::span<const CFStringEncoding> relativesOf(NSStringEncoding encoding) {
   return {};
 }
 
+/// The first relative of the encoding in which all codes have a meaning.
+DecodedMarkup decodeAsRelative(std::string_view bytes, NSStringEncoding encoding) {
+  for (const CFStringEncoding relative : relativesOf(encoding)) {
+    DecodedMarkup decoded = decodeAs(bytes, CFStringConvertEncodingToNSStringEncoding(relative));
+    if (decoded.string && !isDamaged(decoded)) return decoded;
+  }
+  return {};
+}
+
+/// Whether a text in the encoding could declare it in ASCII.
+bool hasASCII(NSStringEncoding encoding) {
+  constexpr std::string_view kDeclaration = "<?meta charset=\"a-0\">";
+  const NSString read = initWithData(NSData::dataWithBytes(kDeclaration.data(), kDeclaration.size()), encoding);
+  return read && std::ranges::equal(read.view(), kDeclaration);
+}
+
+/// Valid UTF-8 that cannot be anything else: UTF-16 has zero bytes, and ISO 2022 escape sequences.
+DecodedMarkup decodePlainUTF8(std::string_view bytes) {
+  if (bytes.find('\0') != bytes.npos || bytes.find('\x1b') != bytes.npos) return {};
+  NSString string = NSString::stringWithUTF8String(bytes);
+  if (!string) return {};
+  const bool isASCII = string.length() == bytes.size();
+  return {std::move(string), isASCII ? NSASCIIStringEncoding : NSUTF8StringEncoding};
+}
+
+/// Weighs the encodings of one page.
+class MarkupDecoder {
+ public:
+  MarkupDecoder(const NSData &data, NSStringEncoding supplied, std::optional<NSStringEncoding> defaultEncoding)
+      : data_(data), supplied_(supplied), default_(defaultEncoding), detects_(!defaultEncoding) {}
+
+  DecodedMarkup best() { return decodeExtended(bytes_, bestAsNamed()); }
+
+ private:
+  DecodedMarkup bestAsNamed();
+  DecodedMarkup bestAsDeclared() const;
+  DecodedMarkup weigh(DecodedMarkup first, NSStringEncoding working);
+  DecodedMarkup lastResort(NSStringEncoding working, NSStringEncoding declared);
+
+  bool isSupplied() const { return isEncoding(supplied_); }
+  NSStringEncoding defaultEncoding() {
+    if (!default_) default_ = likelyEncoding(data_);
+    return *default_;
+  }
+
+  /// What the text declares, or the bytes when they could not be read.
+  NSStringEncoding declaredEncoding(const NSString &text) const {
+    const NSString &read = text ? text : decode(bytes_, kCFStringEncodingISOLatin1);
+    if (!detects_) return markupEncoding(read);
+    const NSString charset = markupCharset(read);
+    const NSStringEncoding encoding = CFStringConvertEncodingToNSStringEncoding(encodingOfCharset(charset));
+    return isEncoding(encoding) && hasASCII(encoding) ? encoding : NSEncodingFromName(charset);
+  }
+
+  const NSData &data_;
+  const std::string_view bytes_ = data_.view();
+  const NSStringEncoding supplied_;
+  std::optional<NSStringEncoding> default_;
+  const bool detects_;
+};
+
+/// The text if it is as it declares, which needs no statistics; else nil.
+DecodedMarkup MarkupDecoder::bestAsDeclared() const {
+  const NSStringEncoding declared = declaredEncoding(NSString());
+  if (!isWorthReading(declared, {})) return {};
+  DecodedMarkup decoded = decodeExtended(bytes_, decodeAs(bytes_, declared));
+  return decoded.string && !isDamaged(decoded) ? decoded : DecodedMarkup{};
+}
+
+DecodedMarkup MarkupDecoder::bestAsNamed() {
+  if (detects_ && !isSupplied()) {
+    if (DecodedMarkup decoded = decodeByMark(bytes_); decoded.string) return decoded;
+    if (DecodedMarkup plain = decodePlainUTF8(bytes_); plain.string)
+      return weigh(std::move(plain), NSUTF8StringEncoding);
+    if (DecodedMarkup decoded = bestAsDeclared(); decoded.string) return decoded;
+  }
+  const NSStringEncoding working = isSupplied() ? supplied_ : defaultEncoding();
+  if (isUnicode(working))
+    if (DecodedMarkup marked = decodeByMark(bytes_); marked.string) return marked;
+  return weigh(decodePlainly(bytes_, working), working);
+}
+
+DecodedMarkup MarkupDecoder::weigh(DecodedMarkup first, NSStringEncoding working) {
+  const NSStringEncoding declared = declaredEncoding(first.string);
+  if (declared == working && first.string) return {std::move(first.string), working};
+  if (!isWorthReading(declared, first)) return first.string ? first : lastResort(working, declared);
+  const DecodedMarkup detected = detects_ && !isSupplied() ? first : DecodedMarkup{};
+  if (declared == NSWindowsCP1251StringEncoding && !(isSupplied() && supplied_ == NSUTF8StringEncoding)) {
+    first = {};
+    working = NSWindowsCP1250StringEncoding;
+  } else if (declared == kBig5) {
+    first = {};
+    working = kBig5HKSCS;
+  }
+  DecodedMarkup second = decodeExtended(bytes_, decodeAs(bytes_, declared));
+  if (second.string && prefersFirst(first.string, second.string, {isSupplied(), supplied_, declared}))
+    return first;
+  if (second.string && !isDamaged(second)) return second;
+  if (isSound(detected)) return detected;
+  if (DecodedMarkup relative = decodeAsRelative(bytes_, declared); relative.string) return relative;
+  if (second.string) return second;
+  return first.string ? first : lastResort(working, declared);
+}
+
+DecodedMarkup MarkupDecoder::lastResort(NSStringEncoding working, NSStringEncoding declared) {
+  if (working != declared)
+    if (NSString string = initWithData(data_, working)) return {std::move(string), working};
+  const NSStringEncoding last = defaultEncoding();
+  if (last != working && last != declared)
+    if (NSString string = initWithData(data_, last)) return {std::move(string), last};
+  return {};
+}
 }  // namespace
+
+NSStringEncoding extendedEncoding(NSStringEncoding encoding) {
+  const auto *const extension = std::ranges::find(kExtensions, encoding, &Extension::standard);
+  return extension == std::end(kExtensions) ? kNoEncoding : extension->extended;
+}
 
 NSStringEncoding likelyEncoding(const NSData &data) {
   const DetectedString detected = stringWithDetectedEncoding(data.view());
@@ -177,35 +363,11 @@ NSStringEncoding likelyEncoding(const NSData &data) {
 }
 
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStringEncoding defaultEncoding) {
-  const std::string_view bytes = data.view();
-  if (bytes.empty()) return {};
-  const bool isSupplied = isEncoding(supplied);
-  NSStringEncoding working = isSupplied ? supplied : defaultEncoding;
-  DecodedMarkup first = decodeAs(bytes, working);
-  const NSStringEncoding declared = declaredEncoding(bytes, first.string);
-  if (isWorthReading(declared, first) && (declared != working || !first.string)) {
-    const Weighing weighing{isSupplied, supplied, declared};
-    if (declared == NSWindowsCP1251StringEncoding && !(isSupplied && supplied == NSUTF8StringEncoding)) {
-      first = {};
-      working = NSWindowsCP1250StringEncoding;
-    } else if (declared == kBig5) {
-      first = {};
-      working = kBig5HKSCS;
-    }
-    const DecodedMarkup second = decodeAs(bytes, declared);
-    if (second.string) return prefersFirst(first.string, second.string, weighing) ? first : second;
-    for (const CFStringEncoding relative : relativesOf(declared)) {
-      DecodedMarkup decoded = decodeAs(bytes, CFStringConvertEncodingToNSStringEncoding(relative));
-      if (decoded.string && replacementsIn(decoded.string) == 0) return decoded;
-    }
-  }
-  if (first.string) return first;
+  return data.length() == 0 ? DecodedMarkup{} : MarkupDecoder(data, supplied, defaultEncoding).best();
+}
 
-  if (working != declared)
-    if (NSString string = initWithData(data, working)) return {std::move(string), working};
-  if (defaultEncoding != working && defaultEncoding != declared)
-    if (NSString string = initWithData(data, defaultEncoding)) return {std::move(string), defaultEncoding};
-  return {};
+DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied) {
+  return data.length() == 0 ? DecodedMarkup{} : MarkupDecoder(data, supplied, std::nullopt).best();
 }
 
 }  // namespace nimbo

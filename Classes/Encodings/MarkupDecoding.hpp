@@ -31,9 +31,14 @@ NSStringEncoding likelyEncoding(const NSData &data);
 /// - Where UTF-8, UTF-16 or UTF-32 is tried, a byte order mark says which of them it is, if the bytes behind it
 ///   are possible in that; it is no part of the text. To any other encoding it is no mark.
 /// - Text declared as Windows Cyrillic or Big5 that cannot be read so is Windows Latin 2 (but not if UTF-8 was
-///   supplied) or Big5-HKSCS instead. For Shift JIS and EUC-CN their relatives are tried; the first one in
-///   which all codes have a meaning is taken.
+///   supplied) or Big5-HKSCS instead. For Shift JIS and EUC-CN their relatives are tried, also where some codes
+///   mean nothing; the first one in which all have a meaning is taken.
+/// - A reading that obeyed a byte order mark is final.
 /// - The last resort is the supplied, then the default encoding, without anything amiss.
+///
+/// Text that is read as ISO Latin 1 or 5, ISO Latin Thai, Shift JIS, EUC-CN or Big5 is read as the extended
+/// form of it (Windows-1252, 1254 or 874, Windows-31J, GBK, Big5-HKSCS) if fewer codes are then without a
+/// meaning or upper controls.
 ///
 /// UTF-8 may be damaged: what is not valid becomes U+FFFD, if more characters beyond ASCII are whole than not.
 /// Nil when there are no bytes, or no encoding fits. Any thread may call it.
@@ -42,5 +47,15 @@ NSStringEncoding likelyEncoding(const NSData &data);
 ///     const DecodedMarkup page = decodeMarkup(body, supplied, NSWindowsCP1252StringEncoding);
 ///     if (page.string) index(page.string);
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStringEncoding defaultEncoding);
+
+/// As above with `likelyEncoding` for the default, which is not looked for when what is supplied or declared is
+/// good. Besides, a declared name is read as `encodingOfCharset` does, and what was found out counts more than
+/// a declaration that leaves codes without a meaning, if it is Unicode or an encoding of many bytes a
+/// character.
+DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied);
+
+/// The extended form of an encoding in which text that is said to be in it often is, as Windows-1252 of ISO
+/// Latin 1; `kCFStringEncodingInvalidId` when there is none.
+NSStringEncoding extendedEncoding(NSStringEncoding encoding);
 
 }  // namespace nimbo

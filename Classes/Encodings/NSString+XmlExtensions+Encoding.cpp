@@ -78,6 +78,10 @@ NSString stringWithMarkupContentsOfFile(const NSString &path, NSStringEncoding d
 NSData markupData(const NSString &markup, NSStringEncoding *usedEncoding) {
   NSStringEncoding encoding = markup ? markupEncoding(markup) : kCFStringEncodingInvalidId;
   NSData data = dataUsingEncoding(markup, encoding);
+  if (!data && extendedEncoding(encoding) != kCFStringEncodingInvalidId) {
+    encoding = extendedEncoding(encoding);
+    data = dataUsingEncoding(markup, encoding);
+  }
   if (markup && !data) {
     const std::string bytes = markup.UTF8String();
     encoding = NSUTF8StringEncoding;

@@ -44,9 +44,9 @@ NSString stringWithMarkupData(const NSData &data, NSStringEncoding defaultEncodi
 /// read.
 NSString stringWithMarkupContentsOfFile(const NSString &path, NSStringEncoding defaultEncoding);
 
-/// The bytes of a page in the encoding that it declares; in UTF-8 when it declares none that is available, or
-/// one that lacks some of its characters. A lone surrogate then becomes U+FFFD. `*usedEncoding` gets the
-/// encoding. Nil, and `kCFStringEncodingInvalidId`, for nil.
+/// The bytes of a page in the encoding that it declares, or in its extended form; in UTF-8 when it declares
+/// none that is available, or one that lacks some of its characters. A lone surrogate then becomes U+FFFD.
+/// `*usedEncoding` gets the encoding. Nil, and `kCFStringEncodingInvalidId`, for nil.
 NSData markupData(const NSString &markup, NSStringEncoding *usedEncoding = nullptr);
 
 }  // namespace XmlExtensions

@@ -21,7 +21,7 @@ void importHTML(const NSString &path, Attributes &attributes) {
   const NSData data = file ? readData(file.get(), size, kMaximumLengthInBytes + 1, &error) : NSData();
   if (!data) return attributes.setReason(error);
   const NSData page = data.subdataWithRange({0, kMaximumLengthInBytes});
-  NSString markup = decodeMarkup(page, 0, likelyEncoding(page)).string;
+  NSString markup = decodeMarkup(page, 0).string;
   if (isFeed(markup)) markup = stringByConvertingFeed(markup, NSURL(), false);
   propertiesOfPage(markup).setAttributes(attributes);
   attributes.set("kMDItemTextContent",

@@ -277,6 +277,8 @@ class CommandTest(CommandTestCase):
         known, unknown = self.answer("charset", "iso_8859-1", "no such name")
         self.assertEqual((known["Encoding"], known["CFStringEncoding"], known["NSStringEncoding"]), ("ISO-8859-1", 0x201, 5))
         self.assertEqual(unknown, {"Name": "no such name", "Available": False})
+        for name, encoding in (("koi8-u", "KOI8-U"), ("tis-620", "windows-874"), ("gb18030", "GB18030")):
+            self.assertEqual(self.answer("charset", name)[0]["Encoding"], encoding)
 
         text = "<meta charset=koi8-r>\u041f\u0440\u0438\u0432\u0435\u0442\n"
         self.file("page", text.encode("koi8-r"))

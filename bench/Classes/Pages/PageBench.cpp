@@ -59,7 +59,7 @@ std::vector<Page> pagesIn(const char *folder) {
     std::ifstream file(entry.path(), std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(file), {});
     const NSData data = NSData::dataWithBytes(bytes.data(), bytes.size());
-    const NSString string = decodeMarkup(data, 0, likelyEncoding(data)).string;
+    const NSString string = decodeMarkup(data, 0).string;
     if (string.length() > 0) pages.push_back({entry.path().filename(), string});
   }
   return pages;

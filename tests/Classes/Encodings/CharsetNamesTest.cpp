@@ -74,6 +74,19 @@ TEST(CharsetNames, OfEncodingsWithANumberOrAScriptAnswerThese) {
   EXPECT_EQ(others, (std::set<std::string>{"x-mac-symbol", "x-mac-dingbats", "windows-31j", "johab"}));
 }
 
+TEST(CharsetNames, AreThoseOfTheRegistryForWhoAsks) {
+  const std::pair<std::u16string, CFStringEncoding> cases[] = {
+      {u"koi8-u", kCFStringEncodingKOI8_U},         {u"Windows-31J", kCFStringEncodingDOSJapanese},
+      {u"utf-16be", kCFStringEncodingUTF16BE},      {u"ISO-2022-KR", kCFStringEncodingISO_2022_KR},
+      {u"gb18030", kCFStringEncodingGB_18030_2000}, {u"TIS-620", kCFStringEncodingDOSThai},
+      {u"iso-8859-1", kCFStringEncodingISOLatin1},  {u"iso-8559-1", kCFStringEncodingISOLatin1},
+      {u"x-sjis", kCFStringEncodingShiftJIS},       {u"UTF-7", kCFStringEncodingASCII},
+      {u"foo", kCFStringEncodingInvalidId},         {u"", kCFStringEncodingInvalidId},
+  };
+  for (const auto &[name, encoding] : cases)
+    EXPECT_EQ(encodingOfCharset(NSString::stringWithCharacters(name)), encoding) << narrow(name);
+}
+
 TEST(CharsetNames, GiveEncodingsOfStringsOrALineInTheLog) {
   EXPECT_EQ(charset2NSStringEncoding(u"x-sjis"_ns), NSShiftJISStringEncoding);
   EXPECT_EQ(charset2NSStringEncoding(u"csn_369103"_ns), NSKOI8CS2StringEncoding);

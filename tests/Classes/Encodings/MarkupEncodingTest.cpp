@@ -21,6 +21,7 @@ constexpr NSStringEncoding kNone = kCFStringEncodingInvalidId;
 constexpr NSStringEncoding kUTF8 = NSUTF8StringEncoding;
 constexpr NSStringEncoding kLatin1 = NSISOLatin1StringEncoding;
 constexpr NSStringEncoding kGBK = 0x80000000 | kCFStringEncodingGBK_95;
+constexpr NSStringEncoding kBig5HKSCS = 0x80000000 | kCFStringEncodingBig5_HKSCS_1999;
 
 NSData dataOf(std::string_view bytes) {
   return NSData::dataWithBytes(bytes.data(), bytes.size());
@@ -126,6 +127,10 @@ TEST(MarkupDecoding, WeighsDeclarations) {
       {"EUC-JP", "sjis", "\xe9\xfd", kNone, kLatin1, NSJapaneseEUCStringEncoding, "蝮"},
       {"not Japanese", "sjis", "\xe9 ", kNone, kLatin1, kLatin1, "é "},
       {"GBK", "gb2312", "\xbc\xf2\xbe\x57\xed\x93", kNone, kUTF8, kGBK, "简網頁"},
+      {"Big5-HKSCS", "big5", "\xad\xbb\xb4\xe4\x9d\xef", kNone, kLatin1, kBig5HKSCS, "香港嘅"},
+      {"Windows-1252", "latin1", "it\x92s \x85", kNone, kUTF8, NSWindowsCP1252StringEncoding, "it’s …"},
+      {"nor there", "latin1", "\x81\xe9", kUTF8, kUTF8, kLatin1, "\xc2\x81é"},
+      {"Windows-1254", "latin5", "\x93\xfd", kNone, kUTF8, NSWindowsCP1254StringEncoding, "“ı"},
       {"not Big5", "big5", "\xa4 ", kNone, kLatin1, kLatin1, "¤ "},
       {"damaged UTF-8", "", "\xc5\xbdlu\xc5\xa5\xff", kNone, kUTF8, kUTF8, "Žluť\ufffd"},
       {"declared as damaged", "utf-8", "\xc5\xbdlu\xc5\xa5\xe8", kNone, kLatin1, kUTF8, "Žluť\ufffd"},
@@ -148,6 +153,50 @@ TEST(MarkupDecoding, WeighsDeclarations) {
   // A declaration in UTF-16 is not that of single bytes.
   const NSString page = u"<meta charset=latin1>\u20ac"_ns;
   EXPECT_EQ(decodeMarkup(dataUsingEncoding(page, NSUnicodeStringEncoding), kNone, kUTF8).string, page);
+}
+
+TEST(MarkupDecoding, FindsOutWhatIsNotDeclaredWell) {
+  constexpr NSStringEncoding kExtended = 0x80000000;
+  const struct {
+    std::string_view declared;
+    std::string_view bytes;
+    NSStringEncoding used;
+    std::string_view text;
+  } cases[] = {
+      {"", "a", NSASCIIStringEncoding, "a"},
+      {"utf-8", "a", kUTF8, "a"},
+      {"utf-8", "\xc3\xa9", kUTF8, "é"},
+      {"", "\xc3\xa9", kUTF8, "é"},
+      {"", "caf\xe9", NSWindowsCP1252StringEncoding, "café"},
+      {"latin2", "\xb9", NSISOLatin2StringEncoding, "š"},
+      {"euc-kr", "\xed\x95\x9c\xea\xb5\xad\xec\x96\xb4", kUTF8, "한국어"},
+      {"shift_jis",
+       "\xc6\xfc\xcb\xdc\xb8\xec\xa4\xce\xca\xb8\xbe\xcf\xa4\xf2\xbd\xf1\xa4\xad\xa4\xde\xa4\xb7\xa4\xbf",
+       NSJapaneseEUCStringEncoding, "日本語の文章を書きました"},
+      {"big5", "\xad\xbb\xb4\xe4\x9d\xef", kBig5HKSCS, "香港嘅"},
+      {"cp1253", "\xd2", NSWindowsCP1253StringEncoding, "\ufffd"},
+      {"tis-620", "\xe4\xb7\xc2", kExtended | kCFStringEncodingDOSThai, "ไทย"},
+      {"koi8-u", "\xa7", kExtended | kCFStringEncodingKOI8_U, "ї"},
+      {"windows-31j", "\x93\xfa\x87\x40", kExtended | kCFStringEncodingDOSJapanese, "日①"},
+      {"iso-2022-kr", "\x1b$)C\x0eGQ\x0f", kExtended | kCFStringEncodingISO_2022_KR, "한"},
+      {"utf-7", "+AOk-", NSASCIIStringEncoding, "+AOk-"},
+      {"ibm037", "\xc3\xa9", kUTF8, "é"},
+  };
+  for (const auto &test : cases) {
+    SCOPED_TRACE(test.declared);
+    const std::string head = test.declared.empty() ? "" : "<meta charset=" + std::string(test.declared) + ">";
+    const DecodedMarkup decoded = decodeMarkup(dataOf(head + std::string(test.bytes)), kNone);
+    EXPECT_EQ(decoded.encoding, test.used);
+    EXPECT_EQ(decoded.string.UTF8String(), head + std::string(test.text));
+  }
+  // A mark is final, and the order of bytes is known when a declaration in UTF-16 is.
+  for (const char *const charset : {"latin1", "shift_jis", "utf-16"}) {
+    const NSString page = stringOf("<meta charset=" + std::string(charset) + ">\u0416\u20ac");
+    const NSData marked = dataOf("\xef\xbb\xbf" + page.UTF8String());
+    EXPECT_EQ(decodeMarkup(marked, kNone).string, page);
+    EXPECT_EQ(decodeMarkup(marked, kNone, kUTF8).string, page);
+    EXPECT_EQ(decodeMarkup(dataUsingEncoding(page, NSUTF16BigEndianStringEncoding), kNone).string, page);
+  }
 }
 
 TEST(MarkupDecoding, ReadsFilesAndPropertyLists) {
@@ -177,6 +226,7 @@ TEST(MarkupData, IsInTheDeclaredEncoding) {
   } cases[] = {
       {u"<meta charset=gbk>网"_ns, "<meta charset=gbk>\xcd\xf8", kGBK},
       {u"<meta charset=gbk>\u0e01"_ns, "<meta charset=gbk>\xe0\xb8\x81", kUTF8},
+      {u"<meta charset=latin1>\u2019"_ns, "<meta charset=latin1>\x92", NSWindowsCP1252StringEncoding},
       {u"<meta charset=foo>é"_ns, "<meta charset=foo>\xc3\xa9", kUTF8},
       {u""_ns, "", kUTF8},
       {NSString::stringWithCharacters(u"a\xd800"), "a\xef\xbf\xbd", kUTF8},
