@@ -38,6 +38,8 @@ NSString read(const NSString &path, NSStringEncoding encoding, NSStringEncoding 
   if (!data) return NSString();
   const DetectedString found = stringWithDetectedEncoding(data.view());
   if (!found.string) return stringWithLegacyReader(data);
+  // No encoding reads damaged text back, but detection does.
+  if (found.usedLossyConversion) return found.string;
   used =
       CFStringConvertEncodingToNSStringEncoding(CFStringConvertIANACharSetNameToEncoding(found.encodingName));
   return found.string;

@@ -21,8 +21,9 @@ inline namespace NSStringNimboExtensions {
 
 /// The text of a file. An encoding from -16 to 0 stands for "find out": the encoding is detected, and
 /// `*usedEncoding` gets it; bytes that are no text are then read as UTF-16 behind a byte order mark, else as
-/// UTF-8, else as Mac Roman, and `*usedEncoding` is -1. Any other encoding is used as given, and reported. Nil
-/// when the file cannot be read or is not text in the encoding given; `usedEncoding` may be null.
+/// UTF-8, else as Mac Roman. `*usedEncoding` is -1 for them and for text that is damaged, as UTF-8 may be,
+/// which no encoding reads to the last byte. Any other encoding is used as given, and reported. Nil when the
+/// file cannot be read or is not text in the encoding given; `usedEncoding` may be null.
 NSString stringWithContentsOfFile(const NSString &path, NSStringEncoding encoding,
                                   NSStringEncoding *usedEncoding = nullptr);
 /// As `stringWithContentsOfFile`.

@@ -2,7 +2,6 @@
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 
 #include <unicode/uchar.h>
-#include <unicode/ucnv.h>
 #include <unicode/ucsdet.h>
 
 #include <algorithm>
@@ -13,6 +12,9 @@
 #include <memory>
 #include <utility>
 
+#include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/ScriptStatistics.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
@@ -32,6 +34,8 @@ constexpr std::size_t kUnitsPerLowZero = 100;
 constexpr std::size_t kSampleLengthInBytes = std::size_t{64} << 10;
 /// ICU's confidence, of 100, from which its answer counts.
 constexpr std::int32_t kMinimumConfidence = 20;
+/// How much of Cyrillic text is so at least.
+constexpr double kLeastCyrillicShare = 0.8;
 
 /// A control character that plain text has no use for. Besides white space, text has escape sequences,
 /// backspaces and the end mark of old systems.
@@ -61,7 +65,7 @@ Unit unitAt(const char *bytes, std::endian order) {
 enum class Strictness { strict, lenient };
 
 /// A unit or a byte that is left over at the end is dropped. Nil when it is no text.
-DetectedString stringWithUTF16(std::string_view bytes, std::endian order, Strictness strictness) {
+DetectedString stringWithUTF16(std::string_view bytes, std::endian order, Strictness strictness, bool isCut) {
   NSMutableString units;
   units.reserve(static_cast<std::uint32_t>(bytes.size() / 2));
   std::size_t controls = 0;
@@ -78,10 +82,11 @@ DetectedString stringWithUTF16(std::string_view bytes, std::endian order, Strict
   if (strictness == Strictness::strict && lone > 0) return {};
   if (isTooMuch(controls + lone, units.length())) return {};
   if (afterHigh) units.setLength(units.length() - 1);
-  return {std::move(units).string(), order == std::endian::little ? u"UTF-16LE"_ns : u"UTF-16BE"_ns, lone > 0};
+  return {std::move(units).string(), order == std::endian::little ? u"UTF-16LE"_ns : u"UTF-16BE"_ns,
+          lone > 0 || (!isCut && bytes.size() % 2 != 0)};
 }
 
-DetectedString stringWithUTF32(std::string_view bytes, std::endian order, Strictness strictness) {
+DetectedString stringWithUTF32(std::string_view bytes, std::endian order, Strictness strictness, bool isCut) {
   NSMutableString units;
   units.reserve(static_cast<std::uint32_t>(bytes.size() / 4));
   std::size_t controls = 0;
@@ -99,15 +104,31 @@ DetectedString stringWithUTF32(std::string_view bytes, std::endian order, Strict
   }
   if (isTooMuch(controls + impossible, bytes.size() / 4)) return {};
   return {std::move(units).string(), order == std::endian::little ? u"UTF-32LE"_ns : u"UTF-32BE"_ns,
-          impossible > 0};
+          impossible > 0 || (!isCut && bytes.size() % 4 != 0)};
 }
 
-/// What bytes look like when they are read as UTF-8.
+/// How many controls there are that text has no use for. In bytes of most encodings these are ASCII.
+std::size_t countStrayControls(std::string_view bytes) {
+  constexpr std::size_t kBlock = 16;
+  typedef std::uint8_t Block __attribute__((vector_size(kBlock)));
+  const auto isStray = [](char byte) { return isStrayControl(static_cast<unsigned char>(byte)); };
+  std::size_t count = 0;
+  for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock)) {
+    Block block;
+    std::memcpy(&block, bytes.data(), sizeof block);
+    const auto mayBeStray = ((block < 0x20) & ((block < 0x07) | (block > 0x0d))) | (block == 0x7f);
+    std::uint64_t halves[2];
+    std::memcpy(halves, &mayBeStray, sizeof halves);
+    if (halves[0] | halves[1])
+      count += static_cast<std::size_t>(std::ranges::count_if(bytes.substr(0, kBlock), isStray));
+  }
+  return count + static_cast<std::size_t>(std::ranges::count_if(bytes, isStray));
+}
+
+/// What bytes look like that are not valid UTF-8 when they are read as such.
 struct UTF8Statistics {
   std::size_t sequences = 0;  // of more than one byte
   std::size_t invalidBytes = 0;
-  std::size_t controls = 0;
-  std::size_t escapes = 0;
   std::size_t firstNonASCII = std::string_view::npos;
   /// Bytes of a sequence that the end cuts short.
   std::size_t cutBytes = 0;
@@ -116,10 +137,7 @@ struct UTF8Statistics {
 UTF8Statistics statisticsOfUTF8(std::string_view bytes) {
   UTF8Statistics result;
   for (std::size_t i = 0; i < bytes.size();) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
-    if (byte < 0x80) {
-      result.controls += isStrayControl(byte);
-      result.escapes += byte == 0x1b;
+    if (static_cast<unsigned char>(bytes[i]) < 0x80) {
       ++i;
       continue;
     }
@@ -138,47 +156,81 @@ UTF8Statistics statisticsOfUTF8(std::string_view bytes) {
   return result;
 }
 
-/// Decodes with a converter of ICU; nil when ICU lacks the encoding or the bytes are impossible in it. Of cut
-/// bytes a character that the end divides is dropped.
-NSString stringWithConverter(std::string_view bytes, const char *encodingName, bool isCut) {
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<UConverter, decltype(&ucnv_close)> converter(ucnv_open(encodingName, &status),
-                                                                     &ucnv_close);
-  ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-  if (U_FAILURE(status)) return {};
-  constexpr std::uint32_t kBlockLength = 8192;
-  NSMutableString units;
-  const char *source = bytes.data();
-  const char *const end = source + bytes.size();
-  do {
-    const std::uint32_t length = units.length();
-    units.setLength(length + kBlockLength);
-    UChar *target = units.mutableCharacters() + length;
-    status = U_ZERO_ERROR;
-    ucnv_toUnicode(converter.get(), &target, target + kBlockLength, &source, end, nullptr,
-                   static_cast<UBool>(!isCut), &status);
-    units.setLength(static_cast<std::uint32_t>(target - units.mutableCharacters()));
-  } while (status == U_BUFFER_OVERFLOW_ERROR);
-  if (U_FAILURE(status)) return {};
+/// UTF-8 with some damage; an incomplete character at the end is dropped, as it must be when the bytes are cut.
+DetectedString stringWithDamagedUTF8(std::string_view bytes, const UTF8Statistics &statistics, bool isCut) {
+  bytes.remove_suffix(statistics.cutBytes);
+  return {NSString::stringWithLossyUTF8String(bytes), u"UTF-8"_ns,
+          statistics.invalidBytes > 0 || (!isCut && statistics.cutBytes > 0)};
+}
+
+/// Decodes as `initWithData` does, so that the answer's encoding reads the bytes back. Nil when the bytes are
+/// impossible in the encoding or mean nothing. Of cut bytes a character that the end divides is dropped.
+NSString stringInEncoding(std::string_view bytes, CFStringEncoding encoding, bool isCut) {
+  // The longest character is one of four bytes.
+  constexpr std::size_t kMostCutBytes = 3;
+  NSString string;
+  for (std::size_t cut = 0; !string && cut <= std::min(isCut ? kMostCutBytes : 0, bytes.size()); ++cut)
+    string = initWithData(NSData::dataWithBytes(bytes.data(), bytes.size() - cut),
+                          CFStringConvertEncodingToNSStringEncoding(encoding));
   // Tables give characters of the private use area, or second controls, for bytes that mean nothing.
   const auto meansNothing = [](unichar unit) {
     return (unit >= 0xe000 && unit <= 0xf8ff) || (unit >= 0x80 && unit <= 0x9f);
   };
-  if (std::any_of(units.view().begin(), units.view().end(), meansNothing)) return {};
-  return std::move(units).string();
+  return std::ranges::any_of(string.view(), meansNothing) ? NSString() : string;
+}
+
+DetectedString detected(NSString string, CFStringEncoding encoding, bool isDamaged = false) {
+  if (!string) return {};
+  return {std::move(string), CFStringConvertEncodingToIANACharSetName(encoding), isDamaged};
 }
 
 /// What ICU names by the standard, but files hold with the maker's additions.
-const char *extendedEncodingName(std::string_view name) {
-  constexpr std::pair<std::string_view, const char *> kExtended[] = {
-      {"ISO-8859-1", "windows-1252"},
-      {"ISO-8859-9", "windows-1254"},
-      {"Shift_JIS", "windows-31j"},
-      {"EUC-KR", "windows-949"},
-  };
-  for (const auto &[standard, extended] : kExtended)
-    if (name == standard) return extended;
-  return nullptr;
+CFStringEncoding extendedForm(CFStringEncoding encoding) {
+  switch (encoding) {
+    case kCFStringEncodingISOLatin1:
+      return kCFStringEncodingWindowsLatin1;
+    case kCFStringEncodingISOLatin5:
+      return kCFStringEncodingWindowsLatin5;
+    case kCFStringEncodingShiftJIS:
+      return kCFStringEncodingDOSJapanese;
+    case kCFStringEncodingEUC_KR:
+      return kCFStringEncodingDOSKorean;
+    default:
+      return encoding;
+  }
+}
+
+/// Whether the bytes beyond ASCII stand mostly beside each other, as they do in other alphabets than Latin.
+bool hasForeignWords(std::string_view bytes) {
+  std::size_t foreign = 0, pairs = 0;
+  bool isLastForeign = false;
+  for (const char byte : bytes) {
+    const bool isForeign = (byte & 0x80) != 0;
+    foreign += isForeign;
+    pairs += isForeign && isLastForeign;
+    isLastForeign = isForeign;
+  }
+  return 2 * pairs >= foreign;
+}
+
+/// The encoding in which the sample is Thai or Cyrillic text, which ICU knows little about; none when it is
+/// not.
+CFStringEncoding encodingByScript(std::string_view sample) {
+  if (!hasForeignWords(sample)) return kCFStringEncodingInvalidId;
+  if (isThaiText(stringInEncoding(sample, kCFStringEncodingDOSThai, true).view()))
+    return kCFStringEncodingDOSThai;
+  CFStringEncoding best = kCFStringEncodingInvalidId;
+  double bestShare = kLeastCyrillicShare;
+  for (const CFStringEncoding encoding :
+       {kCFStringEncodingWindowsCyrillic, kCFStringEncodingKOI8_R, kCFStringEncodingKOI8_U,
+        kCFStringEncodingISOLatinCyrillic, kCFStringEncodingDOSRussian, kCFStringEncodingMacCyrillic,
+        kCFStringEncodingDOSCyrillic}) {
+    const double share = shareOfCyrillicText(stringInEncoding(sample, encoding, true).view());
+    if (share <= bestShare) continue;
+    best = encoding;
+    bestShare = share;
+  }
+  return best;
 }
 
 DetectedString stringWithStatistics(std::string_view bytes, std::size_t firstNonASCII, bool isCut) {
@@ -186,6 +238,9 @@ DetectedString stringWithStatistics(std::string_view bytes, std::size_t firstNon
   const std::string_view sample = bytes.substr(
       line == bytes.npos || firstNonASCII - line > kSampleLengthInBytes / 2 ? firstNonASCII : line + 1,
       kSampleLengthInBytes);
+  if (const CFStringEncoding encoding = encodingByScript(sample); encoding != kCFStringEncodingInvalidId)
+    if (NSString string = stringInEncoding(bytes, encoding, isCut))
+      return detected(std::move(string), encoding);
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<UCharsetDetector, decltype(&ucsdet_close)> detector(ucsdet_open(&status),
                                                                             &ucsdet_close);
@@ -198,11 +253,11 @@ DetectedString stringWithStatistics(std::string_view bytes, std::size_t firstNon
     // The Unicode forms have been tried, and text of mainframes never comes as a file.
     const std::string_view view(name);
     if (view.starts_with("UTF-") || view.starts_with("IBM")) continue;
-    const char *const extended = extendedEncodingName(view);
-    for (const char *candidate : {name, extended})
-      if (candidate)
-        if (NSString string = stringWithConverter(bytes, candidate, isCut))
-          return {std::move(string), NSString::stringWithUTF8String(candidate)};
+    const CFStringEncoding encoding =
+        CFStringConvertIANACharSetNameToEncoding(NSString::stringWithUTF8String(view));
+    for (const CFStringEncoding candidate : {encoding, extendedForm(encoding)})
+      if (NSString string = stringInEncoding(bytes, candidate, isCut))
+        return detected(std::move(string), candidate);
   }
   return {};
 }
@@ -210,52 +265,68 @@ DetectedString stringWithStatistics(std::string_view bytes, std::size_t firstNon
 /// Windows-1252 when the bytes are possible in it. Else the old encoding, of those that give every byte a
 /// meaning, that makes the most small letters.
 DetectedString stringWithFallback(std::string_view bytes, bool isCut) {
+  if (NSString string = stringInEncoding(bytes, kCFStringEncodingWindowsLatin1, isCut))
+    return detected(std::move(string), kCFStringEncodingWindowsLatin1);
   DetectedString best;
   std::ptrdiff_t mostLetters = -1;
-  for (const char *name : {"windows-1252", "macintosh", "IBM850"}) {
-    NSString string = stringWithConverter(bytes, name, isCut);
-    const std::u16string_view units = string.view();
+  for (const CFStringEncoding encoding : {kCFStringEncodingMacRoman, kCFStringEncodingDOSLatin1}) {
+    NSString string = stringInEncoding(bytes, encoding, isCut);
     const std::ptrdiff_t letters =
-        std::count_if(units.begin(), units.end(), [](unichar unit) { return u_islower(unit); });
+        std::ranges::count_if(string.view(), [](unichar unit) { return u_islower(unit); });
     if (!string || letters <= mostLetters) continue;
-    best = {std::move(string), NSString::stringWithUTF8String(name)};
-    if (name == std::string_view("windows-1252")) return best;
+    best = detected(std::move(string), encoding);
     mostLetters = letters;
   }
   return best;
 }
 
-DetectedString stringWithByteOrderMark(std::string_view bytes) {
+/// The name of the encoding in which a mark decides the order, and is no part of the text.
+DetectedString marked(DetectedString text, NSString encodingName) {
+  if (text.string) text.encodingName = std::move(encodingName);
+  return text;
+}
+
+DetectedString stringWithByteOrderMark(std::string_view bytes, bool isCut) {
   using namespace std::literals;
   if (bytes.starts_with("\xef\xbb\xbf"sv)) {
     bytes.remove_prefix(3);
-    const UTF8Statistics statistics = statisticsOfUTF8(bytes);
-    if (isTooMuch(statistics.controls, bytes.size())) return {};
-    bytes.remove_suffix(statistics.cutBytes);
-    return {NSString::stringWithLossyUTF8String(bytes), u"UTF-8"_ns, statistics.invalidBytes > 0};
+    if (isTooMuch(countStrayControls(bytes), bytes.size())) return {};
+    if (NSString string = NSString::stringWithUTF8String(bytes)) return {std::move(string), u"UTF-8"_ns};
+    return stringWithDamagedUTF8(bytes, statisticsOfUTF8(bytes), isCut);
   }
   for (const std::endian order : {std::endian::little, std::endian::big}) {
     const bool little = order == std::endian::little;
     if (bytes.starts_with(little ? "\xff\xfe\0\0"sv : "\0\0\xfe\xff"sv))
-      if (DetectedString found = stringWithUTF32(bytes.substr(4), order, Strictness::lenient); found.string)
-        return found;
+      if (DetectedString found = stringWithUTF32(bytes.substr(4), order, Strictness::lenient, isCut);
+          found.string)
+        return marked(std::move(found), u"UTF-32"_ns);
     if (bytes.starts_with(little ? "\xff\xfe"sv : "\xfe\xff"sv))
-      return stringWithUTF16(bytes.substr(2), order, Strictness::lenient);
+      return marked(stringWithUTF16(bytes.substr(2), order, Strictness::lenient, isCut), u"UTF-16"_ns);
   }
   return {};
+}
+
+/// ISO-2022-KR, which announces its characters once and shifts to them by controls.
+DetectedString stringWithKoreanShifts(std::string_view bytes, bool isCut) {
+  if (bytes.find("\x1b$)C") == bytes.npos) return {};
+  DetectedString korean =
+      detected(stringInEncoding(bytes, kCFStringEncodingISO_2022_KR, isCut), kCFStringEncodingISO_2022_KR);
+  const auto controls = std::ranges::count_if(korean.string.view(), isStrayControl);
+  return isTooMuch(static_cast<std::size_t>(controls), korean.string.length()) ? DetectedString{} : korean;
 }
 
 /// UTF-16 and UTF-32 without a mark.
 DetectedString stringWithZeroPattern(std::string_view bytes, bool isCut) {
   const std::string_view sample = bytes.substr(0, kSampleLengthInBytes);
+  if (sample.find('\0') == sample.npos) return {};
   std::array<std::size_t, 4> zeros{};
   for (std::size_t i = 0; i < sample.size(); ++i) zeros[i % 4] += sample[i] == 0;
   const std::size_t even = zeros[0] + zeros[2];
   const std::size_t odd = zeros[1] + zeros[3];
-  if (even + odd == 0) return {};
   if (bytes.size() >= 4 && (isCut || bytes.size() % 4 == 0))
     for (const std::endian order : {std::endian::little, std::endian::big})
-      if (DetectedString found = stringWithUTF32(bytes, order, Strictness::strict); found.string) return found;
+      if (DetectedString found = stringWithUTF32(bytes, order, Strictness::strict, isCut); found.string)
+        return found;
   const std::size_t count = sample.size() / 2;
   if (count == 0) return {};
   const bool isPlain = std::ranges::all_of(sample, [](char byte) {
@@ -265,8 +336,13 @@ DetectedString stringWithZeroPattern(std::string_view bytes, bool isCut) {
   const auto fits = [=](std::size_t high, std::size_t low) {
     return high * unitsPerHighZero >= count && low * kUnitsPerLowZero <= count;
   };
-  if (fits(odd, even)) return stringWithUTF16(bytes, std::endian::little, Strictness::strict);
-  if (fits(even, odd)) return stringWithUTF16(bytes, std::endian::big, Strictness::strict);
+  if (fits(odd, even)) return stringWithUTF16(bytes, std::endian::little, Strictness::strict, isCut);
+  if (fits(even, odd)) return stringWithUTF16(bytes, std::endian::big, Strictness::strict, isCut);
+  // Scripts without many spaces, and those of which each 256th character has a zero byte, too.
+  if (isPlain) return {};
+  for (const std::endian order : {std::endian::little, std::endian::big})
+    if (isTextOfOneScript(stringWithUTF16(sample, order, Strictness::lenient, true).string.view()))
+      return stringWithUTF16(bytes, order, Strictness::strict, isCut);
   return {};
 }
 
@@ -274,22 +350,23 @@ DetectedString stringWithZeroPattern(std::string_view bytes, bool isCut) {
 
 DetectedString stringWithDetectedEncoding(std::string_view bytes, Flag isCut) {
   if (bytes.size() > NSNotFound) return {};
-  if (DetectedString marked = stringWithByteOrderMark(bytes); marked.string) return marked;
+  if (DetectedString marked = stringWithByteOrderMark(bytes, isCut); marked.string) return marked;
   if (DetectedString wide = stringWithZeroPattern(bytes, isCut); wide.string) return wide;
 
-  const UTF8Statistics utf8 = statisticsOfUTF8(bytes);
-  if (isTooMuch(utf8.controls, bytes.size())) return {};
-  if (utf8.firstNonASCII == bytes.npos) {
+  const std::size_t escape = bytes.find('\x1b');
+  if (escape != bytes.npos)
+    if (DetectedString korean = stringWithKoreanShifts(bytes, isCut); korean.string) return korean;
+  if (isTooMuch(countStrayControls(bytes), bytes.size())) return {};
+  if (NSString string = NSString::stringWithUTF8String(bytes)) {
+    const bool isASCII = string.length() == bytes.size();
     // ISO-2022 hides its characters behind escape sequences.
-    if (utf8.escapes > 0)
-      if (DetectedString found = stringWithStatistics(bytes, bytes.find('\x1b'), isCut); found.string)
-        return found;
-    return {NSString::stringWithUTF8String(bytes), u"US-ASCII"_ns};
+    if (isASCII && escape != bytes.npos)
+      if (DetectedString found = stringWithStatistics(bytes, escape, isCut); found.string) return found;
+    return {std::move(string), isASCII ? u"US-ASCII"_ns : u"UTF-8"_ns};
   }
-  if (utf8.sequences >= kSequencesPerInvalidByte * utf8.invalidBytes && (utf8.sequences > 0 || isCut)) {
-    bytes.remove_suffix(utf8.cutBytes);
-    return {NSString::stringWithLossyUTF8String(bytes), u"UTF-8"_ns, utf8.invalidBytes > 0};
-  }
+  const UTF8Statistics utf8 = statisticsOfUTF8(bytes);
+  if (utf8.sequences >= kSequencesPerInvalidByte * utf8.invalidBytes && (utf8.sequences > 0 || isCut))
+    return stringWithDamagedUTF8(bytes, utf8, isCut);
   if (DetectedString found = stringWithStatistics(bytes, utf8.firstNonASCII, isCut); found.string) return found;
   return stringWithFallback(bytes, isCut);
 }

@@ -50,7 +50,9 @@ TEST(NSStringFiles, ReadingWithDetection) {
       {"gr\xc3\xbc\xc3\x9f", u"grüß"_ns, -16, NSUTF8StringEncoding},
       {"\xff\xfe"
        "a\0"sv,
-       u"a"_ns, -1, NSUTF16LittleEndianStringEncoding},
+       u"a"_ns, -1, NSUnicodeStringEncoding},
+      {"\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xff",
+       u"üüüüüüüüüü\ufffd"_ns, 0, kDetected},
       {"gr\xc3\xbc\xc3\x9f", u"grÃ¼Ã\x9f"_ns, NSISOLatin1StringEncoding, NSISOLatin1StringEncoding},
       {"\xff", NSString(), NSUTF8StringEncoding, NSUTF8StringEncoding},
       // No text: read by force.
@@ -62,6 +64,7 @@ TEST(NSStringFiles, ReadingWithDetection) {
     const NSString path = folder.write("file", each.bytes);
     EXPECT_EQ(stringWithContentsOfFile(path, static_cast<NSStringEncoding>(each.encoding), &used), each.text);
     EXPECT_EQ(used, each.used) << each.encoding;
+    EXPECT_EQ(stringWithContentsOfFile(path, used), each.text) << each.encoding;
   }
   NSStringEncoding used = 99;
   EXPECT_FALSE(initWithContentsOfFile(folder.string("missing"), 0, &used));

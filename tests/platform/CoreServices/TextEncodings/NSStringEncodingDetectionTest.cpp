@@ -7,6 +7,8 @@
 #include <random>
 #include <string>
 
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -41,15 +43,17 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
       {"plain\r\ntext\f\x1b[1mbold\x1a", "US-ASCII", u"plain\r\ntext\f\x1b[1mbold\x1a"},
       // Marks.
       {"\xef\xbb\xbfK\xc3\xb6\xff.", "UTF-8", u"Kö�.", false, true},
-      {"\xfe\xff" + wide(line, 2, true) + "x", "UTF-16BE", u"Köcher, 2 Stück\r\n"},
-      {"\xff\xfe\0\0"s + wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
-      {"\0\0\xfe\xff"s + wide(U"\U0001f343", 4, true), "UTF-32BE", u"🍃"},
+      {"\xfe\xff" + wide(line, 2, true) + "x", "UTF-16", u"Köcher, 2 Stück\r\n", false, true},
+      {"\xff\xfe\0\0"s + wide(line, 4, false), "UTF-32", u"Köcher, 2 Stück\r\n"},
+      {"\0\0\xfe\xff"s + wide(U"\U0001f343", 4, true), "UTF-32", u"🍃"},
       // Zero patterns, without a mark.
       {wide(line, 2, false), "UTF-16LE", u"Köcher, 2 Stück\r\n"},
       {wide(U"Лист, 2 листа\n", 2, true), "UTF-16BE", u"Лист, 2 листа\n"},
+      {wide(U"화살은 화살통에 대가리까지", 2, true), "UTF-16BE", u"화살은 화살통에 대가리까지"},
+      {wide(U"一葉落ちて天下の秋を知る。\n", 2, false), "UTF-16LE", u"一葉落ちて天下の秋を知る。\n"},
       {wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
       // UTF-8: short, cut, with a little damage.
-      {"caf\xc3\xa9 \xe2\x82", "UTF-8", u"café "},
+      {"caf\xc3\xa9 \xe2\x82", "UTF-8", u"café ", false, true},
       {"cafe \xe2\x82", "UTF-8", u"cafe ", true},
       {"\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xc3\xa4\xc3\xb6 \xe9!", "UTF-8",
        u"äöüßäöüßäö �!", false, true},
@@ -69,6 +73,23 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
        "\xea"
        "\x82\xdc\x82\xb7\x81\x42",
        "Shift_JIS", u"書類の葉を集めて、矢筒に入れます。"},
+      {"\x8b\xa8\xe1\xe2\xec\xef \xaf\xa0\xa4\xa0\xee\xe2 \xa2 \xa0\xe0\xe5\xa8\xa2, \xa0 "
+       "\xe1\xe2\xe0\xa5\xab\xeb \xab\xa5\xa6\xa0\xe2 \xa2 \xaa\xae\xab\xe7\xa0\xad\xa5",
+       "IBM866", u"Листья падают в архив, а стрелы лежат в колчане"},
+      {"\x8b\xe8\xf1\xf2\xfc\xdf \xef\xe0\xe4\xe0\xfe\xf2 \xe2 \xe0\xf0\xf5\xe8\xe2, \xe0 "
+       "\xf1\xf2\xf0\xe5\xeb\xfb \xeb\xe5\xe6\xe0\xf2 \xe2 \xea\xee\xeb\xf7\xe0\xed\xe5",
+       "x-mac-cyrillic", u"Листья падают в архив, а стрелы лежат в колчане"},
+      {"\xd1\xb7\xe3\xe5\xed\xde \xd8\xa0\xa6\xa0\x9c\xe5 \xeb \xa0\xe1\xb5\xb7\xeb, \xa0 "
+       "\xe3\xe5\xe1\xa8\xd0\xf1 \xd0\xa8\xe9\xa0\xe5 \xeb \xc6\xd6\xd0\xfb\xa0\xd4\xa8",
+       "IBM855", u"Листья падают в архив, а стрелы лежат в колчане"},
+      {"\xb7\xa7 \xcc\xc9\xd3\xd4\xd1 \xd0\xc1\xc4\xc1\xa4 \xd7 \xc1\xd2\xc8\xa6\xd7, \xc1 "
+       "\xd3\xd4\xd2\xa6\xcc\xc9 \xcc\xc5\xd6\xc1\xd4\xd8",
+       "KOI8-U", u"Її листя падає в архів, а стріли лежать"},
+      {"\xe3\xba\xe4\xc1\xe9\xc3\xe8\xc7\xa7\xc5\xa7\xe3\xb9\xb7\xd5\xe8\xe0\xa1\xe7\xba\xe0\xcd\xa1\xca\xd2"
+       "\xc3 \xe1\xc5\xd0\xc5\xd9\xa1\xb8\xb9\xd9\xcd\xc2\xd9\xe8\xe3\xb9\xab\xcd\xa7\xb8\xb9\xd9",
+       "windows-874", u"ใบไม้ร่วงลงในที่เก็บเอกสาร และลูกธนูอยู่ในซองธนู"},
+      {"\x1b$)C\x0eH-;l@:\x0f \x0eH-;lEk?!\x0f, \x0e@Y@:\x0f \x0e<-7yGT?!\x0f", "ISO-2022-KR",
+       u"화살은 화살통에, 잎은 서류함에"},
       {"\x1b$B=qN`$NMU\x1b(B, \x1b$BLpE{\x1b(B\n", "ISO-2022-JP", u"書類の葉, 矢筒\n"},
   };
   for (const Case &c : cases) {
@@ -77,6 +98,10 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
     EXPECT_EQ(found.encodingName.UTF8String(), c.encoding);
     EXPECT_EQ(found.string.view(), c.text);
     EXPECT_EQ(found.usedLossyConversion, c.lossy);
+    if (c.lossy || c.isCut) continue;
+    const NSStringEncoding encoding =
+        CFStringConvertEncodingToNSStringEncoding(CFStringConvertIANACharSetNameToEncoding(found.encodingName));
+    EXPECT_EQ(initWithData(NSData::dataWithBytes(c.bytes.data(), c.bytes.size()), encoding), found.string);
   }
 }
 
