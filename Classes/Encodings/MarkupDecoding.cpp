@@ -17,6 +17,7 @@
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
+#include "platform/Foundation/Vectors/UnicharRanges.hpp"
 
 namespace nimbo {
 namespace {
@@ -95,12 +96,22 @@ NSString decode(std::string_view bytes, CFStringEncoding encoding) {
   return std::move(units).string();
 }
 
-bool isPrivate(unichar unit) {
-  return unit >= 0xe000 && unit <= 0xf8ff;
+constexpr detail::UnicharRange kPrivateUse{0xe000, 0xf8ff};
+
+bool hasPrivateUse(const NSString &string) {
+  return detail::findUnicharInRanges(string.characters(), string.length(), {&kPrivateUse, 1}) < string.length();
 }
 
-bool isUpperControl(unichar unit) {
-  return unit >= 0x80 && unit <= 0x9f;
+/// How many units mean nothing or are upper controls.
+std::size_t countFlaws(const NSString &string) {
+  constexpr detail::UnicharRange kFlaws[] = {{0x80, 0x9f}, kPrivateUse, {kReplacement, kReplacement}};
+  std::u16string_view rest = string.view();
+  std::size_t count = 0;
+  for (;; ++count) {
+    const std::size_t next = detail::findUnicharInRanges(rest.data(), rest.size(), kFlaws);
+    if (next == rest.size()) return count;
+    rest.remove_prefix(next + 1);
+  }
 }
 
 /// Whether characters of the encoding are of two bytes or more, so that few bytes of other texts are possible.
@@ -121,10 +132,9 @@ bool hasSequences(CFStringEncoding encoding) {
 
 /// Whether codes without a meaning were read. Tables of many characters give such codes to private use.
 bool isDamaged(const DecodedMarkup &decoded) {
-  const auto text = decoded.string.view();
   return replacementsIn(decoded.string) > 0 ||
          (hasSequences(CFStringConvertNSStringEncodingToEncoding(decoded.encoding)) &&
-          std::ranges::any_of(text, isPrivate));
+          hasPrivateUse(decoded.string));
 }
 
 DecodedMarkup decodePlainly(std::string_view bytes, NSStringEncoding encoding) {
@@ -187,15 +197,10 @@ DecodedMarkup decodeAs(std::string_view bytes, NSStringEncoding encoding) {
 DecodedMarkup decodeExtended(std::string_view bytes, DecodedMarkup decoded) {
   const NSStringEncoding extension = extendedEncoding(decoded.encoding);
   if (!decoded.string || !isEncoding(extension)) return decoded;
-  const auto flaws = [](const NSString &string) {
-    return std::ranges::count_if(string.view(), [](unichar unit) {
-      return unit == kReplacement || isPrivate(unit) || isUpperControl(unit);
-    });
-  };
-  const auto count = flaws(decoded.string);
+  const std::size_t count = countFlaws(decoded.string);
   if (count == 0) return decoded;
   DecodedMarkup extended = decodePlainly(bytes, extension);
-  return extended.string && flaws(extended.string) < count ? extended : decoded;
+  return extended.string && countFlaws(extended.string) < count ? extended : decoded;
 }
 
 /// ASCII is not worth a second reading. Nor is an encoding in which the declaration could not have been read,

@@ -134,8 +134,17 @@ struct UTF8Statistics {
   std::size_t cutBytes = 0;
 };
 
+/// Whether it is UTF-8 with some damage.
+bool isMostlyUTF8(std::size_t sequences, std::size_t invalidBytes) {
+  return sequences >= kSequencesPerInvalidByte * invalidBytes;
+}
+
+/// Ends early when the rest could not make it UTF-8.
 UTF8Statistics statisticsOfUTF8(std::string_view bytes) {
   UTF8Statistics result;
+  const auto isHopeless = [&](std::size_t i) {
+    return !isMostlyUTF8(result.sequences + (bytes.size() - i) / 2, result.invalidBytes);
+  };
   for (std::size_t i = 0; i < bytes.size();) {
     if (static_cast<unsigned char>(bytes[i]) < 0x80) {
       ++i;
@@ -150,7 +159,7 @@ UTF8Statistics statisticsOfUTF8(std::string_view bytes) {
       break;
     } else {
       ++result.invalidBytes;
-      ++i;
+      if (isHopeless(++i)) break;
     }
   }
   return result;
@@ -365,7 +374,7 @@ DetectedString stringWithDetectedEncoding(std::string_view bytes, Flag isCut) {
     return {std::move(string), isASCII ? u"US-ASCII"_ns : u"UTF-8"_ns};
   }
   const UTF8Statistics utf8 = statisticsOfUTF8(bytes);
-  if (utf8.sequences >= kSequencesPerInvalidByte * utf8.invalidBytes && (utf8.sequences > 0 || isCut))
+  if (isMostlyUTF8(utf8.sequences, utf8.invalidBytes) && (utf8.sequences > 0 || isCut))
     return stringWithDamagedUTF8(bytes, utf8, isCut);
   if (DetectedString found = stringWithStatistics(bytes, utf8.firstNonASCII, isCut); found.string) return found;
   return stringWithFallback(bytes, isCut);
