@@ -120,6 +120,13 @@ TEST(NSStringEncodingDetection, BinaryDataIsNoText) {
     EXPECT_FALSE(found.encodingName);
   }
   EXPECT_TRUE(detect(std::string(200, 'x') + '\0').string);
+  for (std::size_t i = 0; i < 59; ++i) {
+    std::string text(60, 'x');
+    text[i] = '\x7f';
+    EXPECT_TRUE(detect(text).string) << i;
+    text[59] = '\x06';
+    EXPECT_FALSE(detect(text).string) << i;
+  }
 }
 
 TEST(NSStringEncodingDetection, EveryCutOfTextKeepsItsEncoding) {
