@@ -23,14 +23,16 @@ nimbo::NSStringEncoding encodingAt(std::uint8_t index) {
 
 }  // namespace
 
-/// The first two bytes choose the supplied and the default encoding. The text is what its encoding says, where
-/// that makes sense of all bytes; and it can be written and read again.
+/// The first two bytes choose the supplied and the default encoding, which is detected when it is none. The
+/// text is what its encoding says, where that makes sense of all bytes; and it can be written and read again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t size) {
   if (size < 2) return 0;
   const auto supplied = encodingAt(bytes[0]);
   const auto defaultEncoding = encodingAt(bytes[1]);
   const nimbo::NSData data = nimbo::NSData::dataWithBytes(bytes + 2, size - 2);
-  const nimbo::DecodedMarkup decoded = nimbo::decodeMarkup(data, supplied, defaultEncoding);
+  const bool detects = defaultEncoding == nimbo::kCFStringEncodingInvalidId;
+  const nimbo::DecodedMarkup decoded =
+      detects ? nimbo::decodeMarkup(data, supplied) : nimbo::decodeMarkup(data, supplied, defaultEncoding);
   require(static_cast<bool>(decoded.string) == (decoded.encoding != nimbo::kCFStringEncodingInvalidId));
   if (!decoded.string) return 0;
   if (const nimbo::NSString strict = nimbo::initWithData(data, decoded.encoding))
