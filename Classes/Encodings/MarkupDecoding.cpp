@@ -327,7 +327,7 @@ DecodedMarkup MarkupDecoder::weigh(DecodedMarkup first, NSStringEncoding working
   const NSStringEncoding declared = declaredEncoding(first.string);
   if (declared == working && first.string) return {std::move(first.string), working};
   if (!isWorthReading(declared, first)) return first.string ? first : lastResort(working, declared);
-  const DecodedMarkup detected = detects_ && !isSupplied() ? first : DecodedMarkup{};
+  DecodedMarkup detected = detects_ && !isSupplied() ? first : DecodedMarkup{};
   if (declared == NSWindowsCP1251StringEncoding && !(isSupplied() && supplied_ == NSUTF8StringEncoding)) {
     first = {};
     working = NSWindowsCP1250StringEncoding;
