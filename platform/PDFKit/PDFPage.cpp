@@ -4,6 +4,7 @@
 #include "platform/PDFKit/PDFEngine.hpp"
 #include "platform/PDFKit/PDFFonts.hpp"
 #include "platform/PDFKit/PDFTextLooks.hpp"
+#include "platform/PDFKit/PDFTextOrder.hpp"
 #include "platform/PDFKit/PDFTextWalk.hpp"
 
 namespace nimbo {
@@ -18,6 +19,8 @@ struct FoundText {
   fz_context *context;
   fz_stext_page *page = nullptr;
   fz_link *links = nullptr;
+  /// Has some of the page's characters.
+  detail::PDFTextOrder order{context};
 
   ~FoundText() {
     fz_drop_stext_page(context, page);
@@ -69,8 +72,10 @@ bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, 
 
 /// The text that was found, which the listener hears of; nil when there is none.
 template <class Listener>
-NSString stringOfText(const FoundText &found, Listener &listener) {
-  return found.page ? detail::PDFTextWalk(listener).stringOfPage(*found.page) : NSString();
+NSString stringOfText(FoundText &found, Listener &listener) {
+  if (!found.page) return {};
+  found.order.putInLogicalOrder(*found.page);
+  return detail::PDFTextWalk(listener).stringOfPage(*found.page);
 }
 
 bool isUsable(const fz_rect &box) {
