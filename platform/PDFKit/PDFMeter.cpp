@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/PDFKit/PDFBudget.hpp"
+#include "platform/PDFKit/PDFMeanings.hpp"
 
 // MuPDF looks at its abort flag between the operators of a page alone, and asks for memory less often still.
 // The linker sends calls between its parts here (--wrap), where they are counted: whatever a document makes
@@ -162,6 +163,7 @@ void __wrap_pdf_load_to_unicode(fz_context *context, pdf_document *document, pdf
                                 const char **names, char *collection, pdf_obj *map) {
   spend(context, codesOfCMap(font->encoding) / kCodesPerWork);
   __real_pdf_load_to_unicode(context, document, font, names, collection, map);
+  addMeaningsOfNames(context, font, names);
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
