@@ -3,6 +3,7 @@
 
 #include "platform/PDFKit/PDFEngine.hpp"
 #include "platform/PDFKit/PDFFonts.hpp"
+#include "platform/PDFKit/PDFTextArea.hpp"
 #include "platform/PDFKit/PDFTextLooks.hpp"
 #include "platform/PDFKit/PDFTextOrder.hpp"
 #include "platform/PDFKit/PDFTextWalk.hpp"
@@ -28,6 +29,21 @@ struct FoundText {
   }
 };
 
+bool isUsable(const fz_rect &box) {
+  return std::isfinite(box.x0) && std::isfinite(box.y0) && std::isfinite(box.x1) && std::isfinite(box.y1) &&
+         box.x0 < box.x1 && box.y0 < box.y1;
+}
+
+/// The media box as MuPDF places what is on the page, from the upper left corner of what is shown of it. Throws
+/// as MuPDF does.
+fz_rect placedMediaBox(fz_context *context, pdf_page *page) {
+  fz_rect shown;
+  fz_matrix place;
+  pdf_page_transform(context, page, &shown, &place);
+  const fz_rect media = pdf_to_rect(context, pdf_dict_get_inheritable(context, page->obj, PDF_NAME(MediaBox)));
+  return fz_transform_rect(isUsable(media) ? media : shown, place);
+}
+
 /// Puts the text of a page where `found` says, whole or as much as there is before it fails; answers whether it
 /// could be read.
 bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, NSError *error) {
@@ -46,7 +62,7 @@ bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, 
         options.flags = FZ_STEXT_DEHYPHENATE;
         isMissing = !pdf_is_dict(context, page->obj);
         found->links = pdf_load_links(context, page);
-        found->page = fz_new_stext_page(context, pdf_bound_page(context, page));
+        found->page = fz_new_stext_page(context, placedMediaBox(context, page));
         device = fz_new_stext_device(context, found->page, &options);
         // What annotations and filled forms show is text, too.
         pdf_run_page(context, page, device, fz_identity, nullptr);
@@ -74,13 +90,9 @@ bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, 
 template <class Listener>
 NSString stringOfText(FoundText &found, Listener &listener) {
   if (!found.page) return {};
+  detail::dropTextOutside(found.context, *found.page);
   found.order.putInLogicalOrder(*found.page);
   return detail::PDFTextWalk(listener).stringOfPage(*found.page);
-}
-
-bool isUsable(const fz_rect &box) {
-  return std::isfinite(box.x0) && std::isfinite(box.y0) && std::isfinite(box.x1) && std::isfinite(box.y1) &&
-         box.x0 < box.x1 && box.y0 < box.y1;
 }
 
 }  // namespace
