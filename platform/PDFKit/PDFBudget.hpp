@@ -8,6 +8,7 @@
 
 #include "platform/Foundation/System/Deadline.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
+#include "platform/PDFKit/PDFGlyphWidths.hpp"
 
 namespace nimbo::detail {
 
@@ -44,6 +45,8 @@ class PDFBudget {
   bool draws() const { return canvasWidth_ > 0; }
   std::uint32_t canvasWidth() const { return canvasWidth_; }
   std::uint32_t canvasHeight() const { return canvasHeight_; }
+  /// The widths of the document's glyphs; they are here since MuPDF hands nothing else on to where it asks.
+  PDFGlyphWidths &glyphWidths() { return glyphWidths_; }
   /// Whether the step may go on after so much more work. It may not when its calls nest too deep either.
   bool spend(std::uint64_t work);
   /// Whether the step is over its limits; nothing more is allocated in it then.
@@ -81,6 +84,7 @@ class PDFBudget {
   std::uint32_t canvasWidth_ = 0;
   std::uint32_t canvasHeight_ = 0;
   Block blocks_;
+  PDFGlyphWidths glyphWidths_;
   const fz_alloc_context functions_;
 };
 

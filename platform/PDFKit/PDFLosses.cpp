@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/PDFKit/PDFBudget.hpp"
 #include "platform/PDFKit/PDFFonts.hpp"
 
 namespace nimbo::detail {
@@ -117,6 +118,7 @@ pdf_font_desc *__wrap_pdf_load_font(fz_context *context, pdf_document *document,
       losses->add("a font cannot be read");
     fz_rethrow(context);
   }
+  if (PDFBudget *const budget = PDFBudget::ofContext(context)) budget->glyphWidths().add(context, *font);
   if (PDFFonts *const fonts = PDFFonts::ofContext(context)) fonts->add(dictionary, *font);
   return font;
 }

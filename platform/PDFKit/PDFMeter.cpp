@@ -110,7 +110,9 @@ pdf_obj *__wrap_pdf_dict_get(fz_context *context, pdf_obj *dictionary, pdf_obj *
 
 float __wrap_fz_advance_glyph(fz_context *context, fz_font *font, int glyph, int vertical) {
   spend(context, 1);
-  return __real_fz_advance_glyph(context, font, glyph, vertical);
+  const float own = __real_fz_advance_glyph(context, font, glyph, vertical);
+  PDFBudget *const budget = PDFBudget::ofContext(context);
+  return !budget || vertical ? own : budget->glyphWidths().widthOfGlyph(font, glyph, own);
 }
 
 void __wrap_fz_convert_color(fz_context *context, fz_colorspace *source, const float *color,
