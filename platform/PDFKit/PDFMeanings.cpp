@@ -92,7 +92,9 @@ void addMeaningsOfNames(fz_context *context, pdf_font_desc *font, const char *co
   if (!names || font->to_unicode) return;
   for (unsigned code = 0; code < kCodes; ++code) {
     const char *const name = names[code];
-    if (!name || (!std::string_view(name).starts_with("uni") && std::string_view(name).find('_') == std::string_view::npos)) continue;
+    if (!name || (!std::string_view(name).starts_with("uni") &&
+                  std::string_view(name).find('_') == std::string_view::npos))
+      continue;
     Letters letters = lettersOfName(name);
     if (letters.count == 0) continue;
     if (!font->to_unicode) font->to_unicode = pdf_new_cmap(context);
@@ -106,8 +108,8 @@ extern "C" {
 // The linker fixes these names. NOLINTBEGIN(bugprone-reserved-identifier)
 decltype(pdf_map_range_to_range) __real_pdf_map_range_to_range, __wrap_pdf_map_range_to_range;
 
-// MuPDF turns a map from a font's codes into one from the numbers of its glyphs, and drops those numbers that are
-// no codes. It does so one by one.
+// MuPDF turns a map from a font's codes into one from the numbers of its glyphs, and drops those numbers that
+// are no codes. It does so one by one.
 void __wrap_pdf_map_range_to_range(fz_context *context, pdf_cmap *cmap, unsigned low, unsigned high, int out) {
   const auto map = [&] { __real_pdf_map_range_to_range(context, cmap, low, high, out); };
   if (low == high)

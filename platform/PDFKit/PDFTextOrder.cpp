@@ -35,7 +35,8 @@ float across(fz_point direction, fz_point place) {
 }
 
 float widthAlong(fz_point direction, const fz_stext_char &character) {
-  return along(direction, {character.quad.lr.x - character.quad.ll.x, character.quad.lr.y - character.quad.ll.y});
+  return along(direction,
+               {character.quad.lr.x - character.quad.ll.x, character.quad.lr.y - character.quad.ll.y});
 }
 
 /// From the left of the characters to their right; MuPDF's own direction is that of writing, which is the other
@@ -92,7 +93,8 @@ std::u16string lettersOfForm(int c) {
 
 void PDFTextOrder::putInLogicalOrder(fz_stext_page &page) {
   for (fz_stext_block *block = page.first_block; block; block = block->next)
-    if (block->type == FZ_STEXT_BLOCK_TEXT && nimbo::detail::isRightToLeft(*block)) putBlockInLogicalOrder(*block);
+    if (block->type == FZ_STEXT_BLOCK_TEXT && nimbo::detail::isRightToLeft(*block))
+      putBlockInLogicalOrder(*block);
 }
 
 void PDFTextOrder::putBlockInLogicalOrder(fz_stext_block &block) {
@@ -113,11 +115,12 @@ void PDFTextOrder::putBlockInLogicalOrder(fz_stext_block &block) {
       isNew = false;
       Piece &piece = pieces_.back();
       piece.characters.push_back(character);
-      if (line->wmode == 0 && isInRightToLeftBlock(static_cast<char32_t>(character->c))) piece.isRightToLeft = true;
+      if (line->wmode == 0 && isInRightToLeftBlock(static_cast<char32_t>(character->c)))
+        piece.isRightToLeft = true;
       // Where MuPDF puts a blank of its own says nothing.
       if (character->c == ' ') continue;
-      piece.start = std::min(piece.start, start);
-      piece.end = std::max(piece.end, end);
+      piece.start = std::min({piece.start, start, end});
+      piece.end = std::max({piece.end, start, end});
     }
     line->first_char = line->last_char = nullptr;
   }
@@ -160,10 +163,11 @@ void PDFTextOrder::putPieces(Piece *first, Piece *end) {
   std::transform(clusters.begin(), clusters.end(), seen.begin(),
                  [](const Cluster &cluster) { return static_cast<char32_t>(cluster.base().c); });
   const std::vector<BidiPlace> order = logicalOrderOfVisualLine(seen, isRightToLeft(seen));
-  const bool mirrored = mirrors(clusters, order);
+  findMirrored(clusters, order, false);
+  findMirrored(clusters, order, true);
   for (const BidiPlace &place : order) {
     const Cluster &cluster = clusters[place.index];
-    if (place.isRightToLeft && mirrored)
+    if (isMirrored_[place.isRightToLeft])
       cluster.base().c = static_cast<int>(mirroredCharacter(seen[place.index]));
     for (fz_stext_char *character : cluster.characters) append(line, character);
   }
@@ -199,12 +203,13 @@ std::vector<PDFTextOrder::Cluster> PDFTextOrder::clustersOf(const Piece &piece) 
       before.insert(before.end(), marks.rbegin(), marks.rend());
       marks.clear();
     }
-    clusters.push_back({{character}, start, end});
+    clusters.push_back(
+        {{character}, std::min(start, end), std::max(start, end), widthAlong(piece.line->dir, *character)});
     clusters.back().characters.insert(clusters.back().characters.end(), marks.begin(), marks.end());
     marks.clear();
   }
   for (fz_stext_char *mark : marks) {
-    if (clusters.empty()) clusters.push_back({{}, 0, 0});
+    if (clusters.empty()) clusters.push_back({});
     clusters.back().characters.push_back(mark);
   }
   return clusters;
@@ -214,8 +219,7 @@ std::vector<PDFTextOrder::Cluster> PDFTextOrder::clustersOf(const Piece &piece) 
 void PDFTextOrder::sortAsSeen(std::vector<Cluster> &clusters) {
   // MuPDF's own blanks go from where the last glyph ended to where the next one begins, far away or backwards.
   std::erase_if(clusters, [this](const Cluster &cluster) {
-    const float width = cluster.end - cluster.start;
-    const bool isJump = cluster.isBlank() && !(width > 0 && width <= cluster.base().size);
+    const bool isJump = cluster.isBlank() && !(cluster.advance > 0 && cluster.advance <= cluster.base().size);
     if (isJump)
       for (fz_stext_char *character : cluster.characters) fz_drop_font(context_, character->font);
     return isJump;
@@ -228,7 +232,7 @@ void PDFTextOrder::sortAsSeen(std::vector<Cluster> &clusters) {
     if (!seen.empty() && !seen.back().isBlank() && !cluster.isBlank()) {
       const float end = seen.back().end;
       if (cluster.start - end > kMinimumBlank * cluster.base().size)
-        seen.push_back({{newCharacter(seen.back().base(), ' ')}, end, cluster.start});
+        seen.push_back({{newCharacter(seen.back().base(), ' ')}, end, cluster.start, cluster.start - end});
     }
     seen.push_back(std::move(cluster));
   }
@@ -249,12 +253,14 @@ bool PDFTextOrder::isRightToLeft(std::u32string_view seen) {
   return *isBlockRightToLeft_;
 }
 
-/// Some programs name the characters that are seen, some those that are read: the brackets of a line pair in one
-/// of the two ways. A line where they do not tell is like those before it.
-bool PDFTextOrder::mirrors(const std::vector<Cluster> &clusters, const std::vector<BidiPlace> &order) {
+/// Some programs name the characters that are seen, some those that are read, and some the first of the two for
+/// a glyph wherever it stands: brackets pair in one of the two ways. A line where they do not tell is like
+/// those before it.
+void PDFTextOrder::findMirrored(const std::vector<Cluster> &clusters, const std::vector<BidiPlace> &order,
+                                bool isRightToLeft) {
   int open = 0, closed = 0, pairs = 0, turnedPairs = 0;
   for (const BidiPlace &place : order) {
-    if (!place.isRightToLeft) continue;
+    if (place.isRightToLeft != isRightToLeft) continue;
     const int c = clusters[place.index].base().c;
     if (c == '(' || c == '[') {
       ++open;
@@ -264,8 +270,7 @@ bool PDFTextOrder::mirrors(const std::vector<Cluster> &clusters, const std::vect
       if (open > 0) --open, ++pairs;
     }
   }
-  if (pairs != turnedPairs) mirrors_ = turnedPairs > pairs;
-  return mirrors_;
+  if (pairs != turnedPairs) isMirrored_[isRightToLeft] = turnedPairs > pairs;
 }
 
 /// Puts the character, or the letters that it stands for, at the end of the line.

@@ -3,9 +3,11 @@
 
 #include <mupdf/fitz.h>
 
+#include <array>
 #include <cstddef>
 #include <deque>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "platform/Foundation/Unicode/BidiLine.hpp"
@@ -43,6 +45,8 @@ class PDFTextOrder {
     std::vector<fz_stext_char *> characters;
     float start;
     float end;
+    /// How far its glyph goes on in the direction of writing.
+    float advance;
 
     fz_stext_char &base() const { return *characters.front(); }
     bool isBlank() const { return base().c == ' '; }
@@ -53,7 +57,8 @@ class PDFTextOrder {
   std::vector<Cluster> clustersOf(const Piece &piece);
   void sortAsSeen(std::vector<Cluster> &clusters);
   bool isRightToLeft(std::u32string_view seen);
-  bool mirrors(const std::vector<Cluster> &clusters, const std::vector<BidiPlace> &order);
+  void findMirrored(const std::vector<Cluster> &clusters, const std::vector<BidiPlace> &order,
+                    bool isRightToLeft);
   void append(fz_stext_line &line, fz_stext_char *character);
   fz_stext_char *newCharacter(const fz_stext_char &like, int c);
 
@@ -63,8 +68,8 @@ class PDFTextOrder {
   std::vector<Piece> pieces_;
   /// Whether most letters of the block run from right to left; nothing as long as nobody has asked.
   std::optional<bool> isBlockRightToLeft_;
-  /// Whether the characters of brackets that run from right to left are those that are seen.
-  bool mirrors_ = true;
+  /// Whether brackets are named the wrong way round in what runs from left to right, and from right to left.
+  std::array<bool, 2> isMirrored_ = {false, true};
 };
 
 }  // namespace nimbo::detail

@@ -8,6 +8,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 namespace nimbo {
 namespace {
@@ -57,7 +58,8 @@ char16_t unitForOrder(char32_t character) {
 /// brackets around such letters behind others.
 void joinToLetters(std::u32string_view line, std::u16string &units) {
   bool follows = false;
-  std::vector<std::size_t> open;
+  // Some programs name the brackets the wrong way round: the first one of a pair opens it.
+  std::vector<std::pair<std::size_t, std::int32_t>> open;
   for (std::size_t i = 0; i < units.size(); ++i) {
     if (units[i] == kLetter) follows = true;
     if (units[i] == kHebrewLetter || units[i] == kArabicLetter) {
@@ -68,10 +70,12 @@ void joinToLetters(std::u32string_view line, std::u16string &units) {
     if (units[i] == kDigit || (units[i] == kPercent && i > 0 && directionOf(line[i - 1]) == U_EUROPEAN_NUMBER))
       units[i] = kLetter;
     const auto bracket = u_getIntPropertyValue(static_cast<UChar32>(line[i]), UCHAR_BIDI_PAIRED_BRACKET_TYPE);
-    if (bracket == U_BPT_OPEN) open.push_back(i);
-    if (bracket == U_BPT_CLOSE && !open.empty()) {
-      units[open.back()] = units[i] = kLetter;
+    if (bracket == U_BPT_NONE) continue;
+    if (!open.empty() && open.back().second != bracket) {
+      units[open.back().first] = units[i] = kLetter;
       open.pop_back();
+    } else {
+      open.emplace_back(i, bracket);
     }
   }
 }
@@ -117,6 +121,7 @@ std::vector<BidiPlace> logicalOrderOfVisualLine(std::u32string_view line, bool i
   std::u16string units(line.size(), u' ');
   std::transform(line.begin(), line.end(), units.begin(), unitForOrder);
   std::vector<BidiPlace> order;
+  if (line.empty()) return order;
   order.reserve(line.size());
   // What runs from right to left in a line that does so itself stands as it is read when that is turned round.
   if (isRightToLeft) {
@@ -128,7 +133,7 @@ std::vector<BidiPlace> logicalOrderOfVisualLine(std::u32string_view line, bool i
   ubidi_setPara(bidi.get(), units.data(), length, isRightToLeft ? UBIDI_RTL : UBIDI_LTR, nullptr, &status);
   std::vector<std::int32_t> seen(line.size());
   ubidi_getVisualMap(bidi.get(), seen.data(), &status);
-  const UBiDiLevel *const levels = length > 0 ? ubidi_getLevels(bidi.get(), &status) : nullptr;
+  const UBiDiLevel *const levels = ubidi_getLevels(bidi.get(), &status);
   if (U_FAILURE(status)) throw std::bad_alloc();
   if (isRightToLeft) std::reverse(seen.begin(), seen.end());
   for (const std::int32_t index : seen) {
