@@ -64,9 +64,10 @@ enum class PDFDisplayBox { mediaBox = 0, cropBox = 1 };
 class PDFPage {
  public:
   /// The page's text in reading order, lines ended by line feeds, blocks of lines parted by an empty line.
-  /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Nil when the page has no
-  /// text. A page that cannot be read to its end gives what was found on it by then, and one that lost a part
-  /// of its content, or a font, what is left of it; `*error` says why.
+  /// Words that a line's end divides are joined; glyphs of unknown meaning are blanks. Hebrew, Arabic and the
+  /// like are in logical order, as letters and not as forms of letters. Text beyond the media box is left out.
+  /// Nil when the page has no text. A page that cannot be read to its end gives what was found on it by then,
+  /// and one that lost a part of its content, or a font, what is left of it; `*error` says why.
   NSString string(NSError *error = nullptr) const;
   /// The same text with its fonts (family, weight and slant by the document's own name of each, sizes as they
   /// are shown), the colours that it is filled with (nothing for black), what is smaller and off the line as

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace nimbo::detail {
 namespace {
@@ -23,7 +24,7 @@ bool isSimple(fz_context *context, const pdf_font_desc &font) {
 }  // namespace
 
 void PDFGlyphWidths::add(fz_context *context, pdf_font_desc &font) {
-  if (!font.font) return;
+  if (std::exchange(newFont_, nullptr) != &font || !font.font) return;
   fonts_.erase(font.font);
   last_ = nullptr;
   if (!isSimple(context, font)) return;

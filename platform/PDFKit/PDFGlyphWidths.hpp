@@ -17,8 +17,10 @@ class PDFGlyphWidths {
   PDFGlyphWidths(const PDFGlyphWidths &) = delete;
   PDFGlyphWidths &operator=(const PDFGlyphWidths &) = delete;
 
-  /// Takes the widths of a font that was loaded, in place of those of one before it at the same address. Throws
-  /// as MuPDF does, and nothing else.
+  /// Says that a font is being loaded, and not found among those that were.
+  void fontIsNew(const pdf_font_desc &font) { newFont_ = &font; }
+  /// Takes the widths of a font if it is new, in place of those of one before it at the same address. Throws as
+  /// MuPDF does, and nothing else.
   void add(fz_context *context, pdf_font_desc &font);
   /// The width of a glyph, in ems, whose font makes it `own` wide.
   float widthOfGlyph(const fz_font *font, int glyph, float own);
@@ -26,6 +28,7 @@ class PDFGlyphWidths {
  private:
   using Widths = std::unordered_map<int, float>;
 
+  const pdf_font_desc *newFont_ = nullptr;
   std::unordered_map<const fz_font *, Widths> fonts_;
   /// The font that was asked for last, and its widths; null when it has none.
   const fz_font *last_ = nullptr;

@@ -164,6 +164,7 @@ void __wrap_pdf_add_hmtx(fz_context *context, pdf_font_desc *font, int first, in
 void __wrap_pdf_load_to_unicode(fz_context *context, pdf_document *document, pdf_font_desc *font,
                                 const char **names, char *collection, pdf_obj *map) {
   spend(context, codesOfCMap(font->encoding) / kCodesPerWork);
+  if (PDFBudget *const budget = PDFBudget::ofContext(context)) budget->glyphWidths().fontIsNew(*font);
   __real_pdf_load_to_unicode(context, document, font, names, collection, map);
   addMeaningsOfNames(context, font, names);
 }
