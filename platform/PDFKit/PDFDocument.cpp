@@ -38,11 +38,21 @@ NSArray keywordsOfString(const NSString &string) {
   return keywords;
 }
 
-/// "pages 3 to 5 are left out: ", where `first` counts from 0.
-std::string leftOutPages(std::uint32_t first, std::uint32_t count) {
-  const std::string last = std::to_string(count);
-  return first + 1 == count ? "page " + last + " is left out: "
-                            : "pages " + std::to_string(first + 1) + " to " + last + " are left out: ";
+/// "page 3 is" or "pages 3 to 5 are", where `first` counts from 0 and `end` is behind the last one.
+std::string pagesAre(std::uint32_t first, std::uint32_t end) {
+  const std::string last = std::to_string(end);
+  return first + 1 == end ? "page " + last + " is" : "pages " + std::to_string(first + 1) + " to " + last + " are";
+}
+
+/// Does `work` and answers the error of what it raises, else nil.
+template <class Work>
+NSError errorOf(const Work &work) {
+  try {
+    work();
+    return {};
+  } catch (const std::exception &exception) {
+    return NSError::errorWithException(exception);
+  }
 }
 
 }  // namespace
@@ -126,6 +136,17 @@ bool PDFDocument::isLocked(NSError *error) const {
   return engine_->isLocked();
 }
 
+bool PDFDocument::unlockWithPassword(const NSString &password, NSError *error) {
+  const std::string bytes = password.UTF8String();
+  try {
+    engine_->unlock(bytes.c_str());
+    if (engine_->isLocked()) setError(error, ErrorCode::locked, "the PDF is locked by another password");
+  } catch (const detail::PDFFailure &failure) {
+    if (error) *error = failure.error;
+  }
+  return !engine_->isLocked();
+}
+
 int PDFDocument::majorVersion() const {
   return engine_->version() / 10;
 }
@@ -143,59 +164,76 @@ PDFPage PDFDocument::pageAtIndex(std::uint32_t index) const {
 }
 
 template <class Read, class Use>
-void PDFDocument::readEachPage(const Deadline &deadline, Read read, const Use &use, NSError *error) const {
+void PDFDocument::readEachPage(const NSRange &range, const Deadline &deadline, Read read, const Use &use,
+                               NSError *error) const {
   const std::uint32_t pages = pageCount();
-  const Deadline end = earliest(deadline, engine_->limits().deadline);
+  const std::uint32_t first = std::min(range.location, pages);
+  const std::uint32_t end = first + std::min(range.length, pages - first);
+  const Deadline lastMoment = earliest(deadline, engine_->limits().deadline);
   NSError firstFailure;
   std::uint32_t failures = 0;
   bool isEnough = false;
   bool isLate = false;
-  std::uint32_t tried = 0;
-  for (; tried < pages && !isEnough && !isLate; ++tried) {
+  bool hasText = false;
+  std::uint32_t tried = first;
+  for (; tried < end && !isEnough && !isLate; ++tried) {
     const auto start = Deadline::Clock::now();
+    decltype((pageAtIndex(tried).*read)(nullptr)) text;
     NSError failure;
-    try {
-      const auto text = (pageAtIndex(tried).*read)(&failure);
-      isEnough = text.length() > 0 && !use(text);
-    } catch (const std::exception &exception) {
-      failure = NSError::errorWithException(exception);
-    }
+    const NSError raised = errorOf([&] { text = (pageAtIndex(tried).*read)(&failure); });
+    const NSError raisedInUse = errorOf([&] { isEnough = !use(text); });
+    for (const NSError &one : {raised, raisedInUse})
+      if (one) failure = one;
     if (failure && failures++ == 0) firstFailure = failure;
+    hasText = hasText || text.length() > 0;
     // The forecast for the next page: as long as this one took.
-    isLate = end.remaining() <= std::chrono::duration<double>(Deadline::Clock::now() - start).count();
+    isLate = lastMoment.remaining() <= std::chrono::duration<double>(Deadline::Clock::now() - start).count();
   }
-  if (tried < pages)
+  if (tried < end) {
     setError(error, isEnough ? ErrorCode::incomplete : ErrorCode::timeLimit,
-             leftOutPages(tried, pages) +
+             pagesAre(tried, end) + " left out: " +
                  (isEnough ? "there is too much text" : "reading them would take too long"));
-  else if (failures > 0)
+    return;
+  }
+  if (failures > 0) {
     setError(error, firstFailure.errorCode(),
-             std::to_string(failures) + " of " + std::to_string(pages) +
+             std::to_string(failures) + " of " + std::to_string(end - first) +
                  " pages cannot be read in full; the first of them: " +
                  firstFailure.localizedFailureReason.UTF8String());
-  else
-    engine_->checkWhole(error);
+    return;
+  }
+  engine_->checkWhole(error);
+  if (!hasText && first < end && error && !*error)
+    setError(error, ErrorCode::incomplete,
+             end - first == pages ? "the PDF has no text layer" : pagesAre(first, end) + " without a text layer");
 }
 
 void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                             NSError *error) const {
-  readEachPage(deadline, &PDFPage::string, use, error);
+  const auto useText = [&use](const NSString &text) { return text.length() == 0 || use(text); };
+  readEachPage({0, pageCount()}, deadline, &PDFPage::string, useText, error);
 }
 
-void PDFDocument::readAttributedPages(const Deadline &deadline,
+void PDFDocument::readPages(const NSRange &pages, const Deadline &deadline,
+                            const std::function<bool(const NSString &text)> &use, NSError *error) const {
+  readEachPage(pages, deadline, &PDFPage::string, use, error);
+}
+
+void PDFDocument::readAttributedPages(const NSRange &pages, const Deadline &deadline,
                                       const std::function<bool(const NSAttributedString &text)> &use,
                                       NSError *error) const {
-  readEachPage(deadline, &PDFPage::attributedString, use, error);
+  readEachPage(pages, deadline, &PDFPage::attributedString, use, error);
 }
 
 NSAttributedString PDFSelection::attributedString(const Deadline &deadline, NSError *error) const {
   NSMutableAttributedString string;
   const auto append = [&string](const NSAttributedString &page) {
+    if (page.length() == 0) return true;
     string.append(page);
     string.append(u'\n', page.runs().back().attributes);
     return true;
   };
-  document_->readAttributedPages(deadline, append, error);
+  document_->readAttributedPages(pages_, deadline, append, error);
   return document_->pageCount() > 0 ? std::move(string).attributedString() : NSAttributedString();
 }
 

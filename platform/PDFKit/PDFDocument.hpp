@@ -10,6 +10,7 @@
 #include "platform/CoreGraphics/CGImage.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSGeometry.hpp"
+#include "platform/Foundation/NSRange.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
 
@@ -97,10 +98,10 @@ class PDFPage {
   std::uint32_t index_;
 };
 
-/// All text of a document; borrowed from it, and valid as long as it.
+/// The text of some or all pages of a document; borrowed from it, and valid as long as it.
 class PDFSelection {
  public:
-  /// The attributed texts of all pages that have any, a line feed after each. It stops when another page as
+  /// The attributed texts of its pages that have any, a line feed after each. It stops when another page as
   /// slow as the last one would end after `deadline` or that of the document's limits. Nil when the document
   /// has no pages. `*error` says which pages are missing, as `readPages` does.
   NSAttributedString attributedString(const Deadline &deadline = Deadline::never(),
@@ -108,9 +109,10 @@ class PDFSelection {
 
  private:
   friend class PDFDocument;
-  explicit PDFSelection(const PDFDocument *document) : document_(document) {}
+  PDFSelection(const PDFDocument *document, const NSRange &pages) : document_(document), pages_(pages) {}
 
   const PDFDocument *document_;
+  NSRange pages_;
 };
 
 /// A PDF, in memory or in a file. Used from one thread at a time.
@@ -142,8 +144,12 @@ class PDFDocument {
   NSDictionary documentAttributes(NSError *error = nullptr) const;
   /// Whether the document is encrypted, be it without a password.
   bool isEncrypted() const;
-  /// Whether the text needs a password that has not been given; `*error` then says so.
+  /// Whether the text needs a password that has not been given; `*error` then says so. Neither the empty password
+  /// nor one for attached files alone makes it so.
   bool isLocked(NSError *error = nullptr) const;
+  /// Tries a password, the user's or the owner's, on a locked document; answers whether it is not locked any
+  /// more. `*error` says why it is, or that the document is damaged.
+  bool unlockWithPassword(const NSString &password, NSError *error = nullptr);
   /// The number in front of the full stop of the version: 1 or 2.
   int majorVersion() const;
   /// The number behind the full stop of the version.
@@ -158,19 +164,27 @@ class PDFDocument {
   /// or that of the limits; the first page is always tried. A page over which an exception comes, from `use`
   /// too, is one that cannot be read. `*error` says which pages are missing in the end and why: `timeLimit`,
   /// `incomplete` when there was enough text, else what was wrong with the first page that cannot be read. When
-  /// all were read, it says whether the document has no pages, or others than it names, or lost its end.
+  /// all were read, it says whether the document has no pages, or others than it names, or lost its end; else,
+  /// unless it says something already, that there is no text layer when no page has any text.
   void readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,
                  NSError *error = nullptr) const;
+  /// The same with the pages whose indices are in the range, those included that have no text or cannot be
+  /// read: `use` gets nil for them.
+  void readPages(const NSRange &pages, const Deadline &deadline,
+                 const std::function<bool(const NSString &text)> &use, NSError *error = nullptr) const;
   /// The same with attributed texts.
-  void readAttributedPages(const Deadline &deadline,
+  void readAttributedPages(const NSRange &pages, const Deadline &deadline,
                            const std::function<bool(const NSAttributedString &text)> &use,
                            NSError *error = nullptr) const;
   /// All text.
-  PDFSelection selectionForEntireDocument() const { return PDFSelection(this); }
+  PDFSelection selectionForEntireDocument() const { return selectionForPages({0, pageCount()}); }
+  /// The text of the pages whose indices are in the range.
+  PDFSelection selectionForPages(const NSRange &pages) const { return {this, pages}; }
 
  private:
   template <class Read, class Use>
-  void readEachPage(const Deadline &deadline, Read read, const Use &use, NSError *error) const;
+  void readEachPage(const NSRange &range, const Deadline &deadline, Read read, const Use &use,
+                    NSError *error) const;
   static std::unique_ptr<PDFDocument> documentWithInput(detail::PDFInput input, const PDFLimits &limits,
                                                         NSError *error);
   explicit PDFDocument(std::unique_ptr<detail::PDFEngine> engine);

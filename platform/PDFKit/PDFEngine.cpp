@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace nimbo::detail {
@@ -17,6 +18,45 @@ PDFFailure failure(ErrorCode code, const std::string &reason) {
 
 /// Where a document says how many pages it has.
 constexpr const char *kPageCount = "Root/Pages/Count";
+
+/// Whether neither streams nor strings are encrypted, only files that are attached to the document.
+bool encryptsAttachmentsAlone(fz_context *context, pdf_document *document, pdf_obj *encryption) {
+  // Earlier versions have one method for all.
+  if (pdf_crypt_version(context, document->crypt) < 4) return false;
+  for (pdf_obj *const key : {PDF_NAME(StmF), PDF_NAME(StrF)}) {
+    pdf_obj *const filter = pdf_dict_get(context, encryption, key);
+    if (filter && !pdf_name_eq(context, filter, PDF_NAME(Identity))) return false;
+  }
+  return true;
+}
+
+/// Whether the key that MuPDF has derived from the owner's password last is the right one: it reads the copy of
+/// the permissions, which has a mark.
+bool hasRightKey(fz_context *context, pdf_document *document, pdf_obj *encryption) {
+  constexpr char kMark[] = {'a', 'd', 'b'};
+  constexpr std::size_t kMarkPlace = 9;
+  constexpr std::size_t kBlockBytes = 16;
+  if (pdf_crypt_revision(context, document->crypt) < 5) return false;
+  std::size_t length = 0;
+  const char *const permissions = pdf_dict_get_string(context, encryption, PDF_NAME(Perms), &length);
+  fz_aes aes;
+  if (length < kBlockBytes || fz_aes_setkey_dec(&aes, pdf_crypt_key(context, document->crypt), 256) != 0)
+    return false;
+  unsigned char bytes[kBlockBytes] = {};
+  unsigned char chain[kBlockBytes] = {};
+  std::memcpy(bytes, permissions, kBlockBytes);
+  fz_aes_crypt_cbc(&aes, FZ_AES_DECRYPT, kBlockBytes, chain, bytes, bytes);
+  return std::memcmp(bytes + kMarkPlace, kMark, sizeof kMark) == 0;
+}
+
+/// Whether the text cannot be read without a password. MuPDF tries the empty one, but as the owner's it does not
+/// take it where the user's is another one, although it opens the document.
+bool needsPassword(fz_context *context, pdf_document *document) {
+  if (!pdf_needs_password(context, document)) return false;
+  pdf_obj *const encryption = pdf_dict_get(context, pdf_trailer(context, document), PDF_NAME(Encrypt));
+  return !encryptsAttachmentsAlone(context, document, encryption) &&
+         !hasRightKey(context, document, encryption);
+}
 
 /// Whether the document has a page of this number, from 0 on.
 bool hasPage(fz_context *context, pdf_document *document, int number) {
@@ -99,10 +139,24 @@ void PDFEngine::open() {
     fz_try(context) document_ = pdf_open_document_with_stream(context, stream);
     fz_always(context) fz_drop_stream(context, stream);
     fz_catch(context) fz_rethrow(context);
-    locked_ = pdf_needs_password(context, document_);
+    locked_ = needsPassword(context, document_);
     version_ = pdf_version(context, document_);
-    claimedPages_ = pdf_count_pages(context, document_);
-    pageCount_ = countPages(context, document_, claimedPages_, limits_.pages, budget_);
+    findPages(context);
+  });
+}
+
+void PDFEngine::findPages(fz_context *context) {
+  claimedPages_ = pdf_count_pages(context, document_);
+  pageCount_ = countPages(context, document_, claimedPages_, limits_.pages, budget_);
+}
+
+void PDFEngine::unlock(const char *password) {
+  run([this, password](fz_context *context) {
+    if (!locked_ || !pdf_authenticate_password(context, document_, password)) return;
+    locked_ = false;
+    // What has been loaded by now was decrypted with a wrong key.
+    pdf_clear_xref(context, document_);
+    findPages(context);
   });
 }
 

@@ -61,6 +61,9 @@ class PDFEngine {
   const PDFLimits &limits() const { return limits_; }
   /// Whether a password is missing.
   bool isLocked() const { return locked_; }
+  /// Tries a password in UTF-8, the user's or the owner's, on a locked document. Raises `PDFFailure` when what it
+  /// opens cannot be read.
+  void unlock(const char *password);
   /// Ten times the major version and the minor one.
   int version() const { return version_; }
   std::uint32_t pageCount() const { return pageCount_; }
@@ -87,6 +90,8 @@ class PDFEngine {
 
  private:
   void open();
+  /// Counts the pages; throws as MuPDF does.
+  void findPages(fz_context *context);
   void close();
   template <class Work>
   void runStep(Work &&work);
