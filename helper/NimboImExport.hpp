@@ -35,7 +35,7 @@ struct RemoteOperation {
 
 /// The operations that the root object answers.
 // clang-format off
-inline constexpr std::array<RemoteOperation, 9> NimboImExport = {{
+inline constexpr std::array<RemoteOperation, 10> NimboImExport = {{
     {u"metaDataForFile:",
      {{{u"metaDataForFile", RemoteKind::string}}},
      RemoteKind::dictionary},
@@ -62,6 +62,9 @@ inline constexpr std::array<RemoteOperation, 9> NimboImExport = {{
      RemoteKind::dictionary},
     {u"imageWithContentsOfFile:stringFromPDF:canUseSpotlight:",
      {{{u"imageWithContentsOfFile", RemoteKind::string}, {u"stringFromPDF", RemoteKind::boolean}, {u"canUseSpotlight", RemoteKind::boolean}}},
+     RemoteKind::dictionary},
+    {u"stringWithPDF:options:",
+     {{{u"stringWithPDF", RemoteKind::data}, {u"options", RemoteKind::dictionary}}},
      RemoteKind::dictionary},
 }};
 // clang-format on

@@ -10,23 +10,14 @@
 #include "Classes/WebKit/WebArchive+SearchableText.hpp"
 #include "helper/HTMLImportOptions.hpp"
 #include "helper/LocalRequestFilter.hpp"
-#include "helper/PDFDocument+Conversion.hpp"
-#include "helper/PDFProducer.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Documents/NSAttributedStringPath.hpp"
 #include "platform/Foundation/ExceptionGuard.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
-#include "platform/PDFKit/PDFDocument.hpp"
 #include "platform/WebKit/NSAttributedStringHTML.hpp"
 
 namespace nimbo {
 namespace {
-
-/// How long the pages of one document may be read for.
-constexpr double kPageTextTimeoutSeconds = 60.0;
-/// For everything that is asked of one document. Callers wait little longer, and a part of the text helps them
-/// more than none.
-constexpr double kDocumentSeconds = 10.0;
 
 /// The encoding of pages that say nothing of theirs, as most such pages are written.
 constexpr NSStringEncoding kPageEncoding = NSWindowsCP1252StringEncoding;
@@ -58,57 +49,6 @@ NSDictionary QuiverleafHelper::metaDataForFile(const NSString &path, NSError *er
   for (const NSString &key : metaData.allKeys())
     if (metaData.objectForKey(key).isNull()) metaData.removeObjectForKey(key);
   return metaData;
-}
-
-NSDictionary QuiverleafHelper::attributedStringWithPDF(bool attributed, const NSData &pdf, NSError *error) {
-  return _attributedStringWithPDF(attributed, pdf, NSString(), false, Deadline(), error);
-}
-
-NSDictionary QuiverleafHelper::_attributedStringWithPDF(bool attributed, const NSData &pdf,
-                                                        const NSString &file, bool size,
-                                                        const Deadline &deadline, NSError *error) {
-  PDFLimits limits;
-  limits.deadline = earliest(Deadline::after(kDocumentSeconds), deadline);
-  const std::unique_ptr<PDFDocument> document = PDFDocument::documentWithData(pdf, limits, error);
-  if (!document) return NSDictionary();
-  const NSDictionary attributes = document->documentAttributes(error);
-  NSDictionary result = NSDictionary::dictionary();
-  if (document->isLocked(error))
-    result.setObject(true, u"Locked"_ns);
-  else if (attributed)
-    result.setObject(attributedTextOfPDF(*document, error), u"String"_ns);
-  else
-    result.setObject(textOfPDF(*document, attributes, file, error), u"String"_ns);
-  result.setObject(document->pageCount(), u"PageCount"_ns);
-  result.addEntriesFromDictionary(attributes);
-  if (size && document->pageCount() > 0) {
-    const NSRect box = document->pageAtIndex(0).boundsForBox(PDFDisplayBox::mediaBox);
-    const NSString text = NSStringFromSize(box.size);
-    result.setObject(text, u"Size"_ns);
-    result.setObject(text, u"PixelSize"_ns);
-    result.setObject(false, u"Alpha"_ns);
-  }
-  return result;
-}
-
-NSString QuiverleafHelper::textOfPDF(PDFDocument &document, const NSDictionary &attributes,
-                                     const NSString &file, NSError *error) {
-  if (file && mayAskImporterForText(attributes)) {
-    NSError importerError;
-    if (const NSString text = _mdimporter.textContentOfFileAtPath(file, &importerError)) {
-      if (error && importerError) *error = std::move(importerError);
-      return fixedAndNormalizedString(text);
-    }
-  }
-  return fixedAndNormalizedStringUsingTimeout(document, kPageTextTimeoutSeconds, error);
-}
-
-NSData QuiverleafHelper::attributedTextOfPDF(const PDFDocument &document, NSError *error) {
-  const Deadline deadline = Deadline::after(kPageTextTimeoutSeconds);
-  const NSAttributedString text = document.selectionForEntireDocument().attributedString(deadline, error);
-  NSData rtfd = RTFDFromRange(text, {0, text.length()});
-  if (text && !rtfd) setError(error, ErrorCode::tooLarge, "the attributed text is too long");
-  return rtfd;
 }
 
 NSDictionary QuiverleafHelper::searchableTextOfWebArchive(const NSString &path, NSError *error) {

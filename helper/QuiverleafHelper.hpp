@@ -5,6 +5,7 @@
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
 #include "platform/Foundation/NSConnection.hpp"
+#include "platform/Foundation/NSRange.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
 
 namespace nimbo {
@@ -14,6 +15,10 @@ namespace nimbo {
 /// `NimboImExport.hpp` for the kinds of arguments and results.
 class QuiverleafHelper : public NSConnectionRootObject {
  public:
+  /// For everything that is asked of one document. Callers wait little longer, and a part of the text helps
+  /// them more than none.
+  static constexpr double kDocumentSeconds = 10.0;
+
   /// The importers are looked for on the first request that needs them.
   explicit QuiverleafHelper(
       MetaDataImporterLocations importers = MetaDataImporterLocations::standardLocations())
@@ -71,6 +76,18 @@ class QuiverleafHelper : public NSConnectionRootObject {
   NSDictionary imageWithContentsOfFile(const NSString &path, bool stringFromPDF, bool canUseSpotlight,
                                        NSError *error = nullptr);
 
+  /// The text and facts of a PDF, or of some of its pages, as `_attributedStringWithPDF` answers them without a
+  /// file and without the size. The options:
+  ///   "Password"   a string, the user's or the owner's, for a document that is locked
+  ///   "FirstPage"  the number of the first page, from 1 on
+  ///   "LastPage"   that of the last one; those that the document does not have are left out
+  ///   "Attributed" whether "String" is RTFD data
+  ///   "ByPage"     whether the answer has "Pages" in place of "String": an array of strings, the text of each
+  ///                page; empty where there is none, and `*error` names these pages
+  /// Nil also when the document has none of the pages. Raises NSInvalidArgumentException for other options, and
+  /// for values that make no sense.
+  NSDictionary stringWithPDF(const NSData &pdf, const NSDictionary &options, NSError *error = nullptr);
+
   /// The PDF worker. With `file`, the metadata importers are asked for its text first, unless Ghostscript made
   /// the PDF: its text is better read here. Answers
   ///   "Locked"     true, only when the text needs a password; there is no "String" then
@@ -86,9 +103,10 @@ class QuiverleafHelper : public NSConnectionRootObject {
                                         const Deadline &deadline = {}, NSError *error = nullptr);
 
  private:
-  NSString textOfPDF(class PDFDocument &document, const NSDictionary &attributes, const NSString &file,
-                     NSError *error);
-  static NSData attributedTextOfPDF(const class PDFDocument &document, NSError *error);
+  NSDictionary answerToPDF(const NSData &pdf, const struct PDFTextOptions &options, const NSString &file,
+                           bool size, const Deadline &deadline, NSError *error);
+  id textOfPDF(class PDFDocument &document, const struct PDFTextOptions &options, const NSRange &pages,
+               const NSDictionary &attributes, const NSString &file, NSError *error);
 
   MetaDataImporter _mdimporter;
 };

@@ -48,6 +48,7 @@ class Arguments {
 
   NSString string(std::size_t index) const { return value(index).string(); }
   NSData data(std::size_t index) const { return value(index).data(); }
+  NSDictionary dictionary(std::size_t index) const { return value(index).dictionary(); }
   bool boolean(std::size_t index) const {
     const id &argument = value(index);
     return argument.boolean().value_or(argument.integer().value_or(0) != 0);
@@ -90,6 +91,9 @@ constexpr Handler kHandlers[] = {
     },
     [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
       return h.imageWithContentsOfFile(a.string(0), a.boolean(1), a.boolean(2), e);
+    },
+    [](QuiverleafHelper &h, const Arguments &a, NSError *e) -> id {
+      return h.stringWithPDF(a.data(0), a.dictionary(1), e);
     },
 };
 static_assert(std::size(kHandlers) == NimboImExport.size());

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/HelperCommands.hpp"
 
-#include <optional>
 #include <string>
 
 #include "clients/cpp/HelperClient.hpp"
@@ -10,18 +9,12 @@
 #include "tools/ExitCode.hpp"
 #include "tools/FileFacts.hpp"
 #include "tools/HelperAnswers.hpp"
-#include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
-#include "tools/RichTextOutput.hpp"
+#include "tools/PDFCommand.hpp"
 
 namespace nimbo {
 
 namespace {
-
-struct PDFOptions : CommonOptions {
-  bool attributed = false;
-  std::optional<std::string> output;
-};
 
 struct MetadataOptions : CommonOptions {
   bool noText = false;
@@ -44,21 +37,6 @@ int runMetadata(const MetadataOptions &options, const Operands &operands) {
       for (const auto &[name, fact] : factsOfFile(file)) attributes.setObject(fact, name);
     writeResult(attributes, options);
   });
-}
-
-int runPDF(const PDFOptions &options, const Operands &operands) {
-  if (options.output && (!options.attributed || options.output->empty()))
-    throw UsageError("-o needs --attributed and the name of a folder");
-  const NSData pdf = readInput(operands.front(), options.timeoutSeconds);
-  const std::string name = nameOfInput(operands.front());
-  HelperClient client = clientWithOptions(options);
-  const auto answer = client.attributedStringWithPDF(options.attributed, pdf);
-  if (!options.output) return report(answer, name, options);
-  NSData rtfd;
-  const int code = report(
-      answer, name, [&](const id &result) { rtfd = result.dictionary().objectForKey(u"String"_ns).data(); });
-  if (code != kExitAnswered) return code;
-  return rtfd ? writeRichText(client, rtfd, *options.output) : int{kExitNil};
 }
 
 NSDictionary dictionaryOfRecord(const ConnectionRecord &record) {
@@ -135,19 +113,7 @@ With --file-facts there are kMDItemPath, kMDItemFSName, kMDItemContentType and k
        {{"no-text", &MetadataOptions::noText, nullptr, "leave out the text of the document"},
         {"text-only", &MetadataOptions::textOnly, nullptr, "print nothing but that text, as text"},
         {"file-facts", &MetadataOptions::fileFacts, nullptr, "add path, name, type and size of the file"}}},
-      {{.name = "pdf",
-        .operands = "FILE",
-        .summary = "the text, page count and document attributes of a PDF",
-        .description = R"(
-Prints "String" (the text), "PageCount" and the attributes of the document. FILE "-" is standard input.
-A document that needs a password answers "Locked" instead of a text.
-With --attributed the text is RTFD data, which has its fonts, sizes, colours and links. With -o it is written
-as a folder, and nothing is printed.)",
-        .minimumOperands = 1,
-        .maximumOperands = 1},
-       runPDF,
-       {{"attributed", &PDFOptions::attributed, nullptr, "ask for the text as RTFD data"},
-        {"output", &PDFOptions::output, "OUT.rtfd", "the folder to write that text to (-o)"}}},
+      pdfCommand(),
       {{.name = "ping", .summary = "the helper's process, started if need be", .description = R"(
 Prints the process number of the helper, the name under which it answers, its version, its program and since
 when it runs.)"},

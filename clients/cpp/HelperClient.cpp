@@ -352,4 +352,8 @@ Answer HelperClient::imageWithContentsOfFile(const NSString &path, Flag stringFr
       {{u"stringFromPDF"_ns, bool(stringFromPDF)}, {u"canUseSpotlight"_ns, bool(canUseSpotlight)}});
 }
 
+Answer HelperClient::stringWithPDF(const NSData &pdf, const NSDictionary &options) {
+  return call(u"stringWithPDF:options:"_ns, {{u"stringWithPDF"_ns, pdf}, {u"options"_ns, options}});
+}
+
 }  // namespace nimbo

@@ -128,6 +128,12 @@ class HelperClient {
   /// asked for the text first.
   Answer imageWithContentsOfFile(const NSString &path, Flag stringFromPDF, Flag canUseSpotlight);
 
+  /// The text and facts of a PDF, or of some of its pages, as `attributedStringWithPDF` answers them. The
+  /// options, none of which has to be there: "Password", a string; "FirstPage" and "LastPage", numbers from 1
+  /// on; "Attributed"; "ByPage", with which the answer has "Pages", an array with a string for each page, in
+  /// place of "String".
+  Answer stringWithPDF(const NSData &pdf, const NSDictionary &options);
+
   /// What is known of the helper, whether it answers or works.
   struct State {
     /// Whether it still serves the name. Else the record is what it left when it ended.

@@ -38,10 +38,11 @@ NSArray keywordsOfString(const NSString &string) {
   return keywords;
 }
 
-/// "page 3 is" or "pages 3 to 5 are", where `first` counts from 0 and `end` is behind the last one.
-std::string pagesAre(std::uint32_t first, std::uint32_t end) {
+/// "pages 3 to 5 are left out: ", where `first` counts from 0 and `end` is behind the last one.
+std::string leftOutPages(std::uint32_t first, std::uint32_t end) {
   const std::string last = std::to_string(end);
-  return first + 1 == end ? "page " + last + " is" : "pages " + std::to_string(first + 1) + " to " + last + " are";
+  return first + 1 == end ? "page " + last + " is left out: "
+                          : "pages " + std::to_string(first + 1) + " to " + last + " are left out: ";
 }
 
 /// Does `work` and answers the error of what it raises, else nil.
@@ -190,9 +191,9 @@ void PDFDocument::readEachPage(const NSRange &range, const Deadline &deadline, R
     isLate = lastMoment.remaining() <= std::chrono::duration<double>(Deadline::Clock::now() - start).count();
   }
   if (tried < end) {
-    setError(error, isEnough ? ErrorCode::incomplete : ErrorCode::timeLimit,
-             pagesAre(tried, end) + " left out: " +
-                 (isEnough ? "there is too much text" : "reading them would take too long"));
+    setError(
+        error, isEnough ? ErrorCode::incomplete : ErrorCode::timeLimit,
+        leftOutPages(tried, end) + (isEnough ? "there is too much text" : "reading them would take too long"));
     return;
   }
   if (failures > 0) {
@@ -205,7 +206,7 @@ void PDFDocument::readEachPage(const NSRange &range, const Deadline &deadline, R
   engine_->checkWhole(error);
   if (!hasText && first < end && error && !*error)
     setError(error, ErrorCode::incomplete,
-             end - first == pages ? "the PDF has no text layer" : pagesAre(first, end) + " without a text layer");
+             end - first == pages ? "the PDF has no text layer" : "the pages asked for have no text layer");
 }
 
 void PDFDocument::readPages(const Deadline &deadline, const std::function<bool(const NSString &text)> &use,

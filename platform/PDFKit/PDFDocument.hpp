@@ -144,8 +144,8 @@ class PDFDocument {
   NSDictionary documentAttributes(NSError *error = nullptr) const;
   /// Whether the document is encrypted, be it without a password.
   bool isEncrypted() const;
-  /// Whether the text needs a password that has not been given; `*error` then says so. Neither the empty password
-  /// nor one for attached files alone makes it so.
+  /// Whether the text needs a password that has not been given; `*error` then says so. Neither the empty
+  /// password nor one for attached files alone makes it so.
   bool isLocked(NSError *error = nullptr) const;
   /// Tries a password, the user's or the owner's, on a locked document; answers whether it is not locked any
   /// more. `*error` says why it is, or that the document is damaged.

@@ -49,8 +49,8 @@ bool hasRightKey(fz_context *context, pdf_document *document, pdf_obj *encryptio
   return std::memcmp(bytes + kMarkPlace, kMark, sizeof kMark) == 0;
 }
 
-/// Whether the text cannot be read without a password. MuPDF tries the empty one, but as the owner's it does not
-/// take it where the user's is another one, although it opens the document.
+/// Whether the text cannot be read without a password. MuPDF tries the empty one, but as the owner's it does
+/// not take it where the user's is another one, although it opens the document.
 bool needsPassword(fz_context *context, pdf_document *document) {
   if (!pdf_needs_password(context, document)) return false;
   pdf_obj *const encryption = pdf_dict_get(context, pdf_trailer(context, document), PDF_NAME(Encrypt));

@@ -61,8 +61,8 @@ class PDFEngine {
   const PDFLimits &limits() const { return limits_; }
   /// Whether a password is missing.
   bool isLocked() const { return locked_; }
-  /// Tries a password in UTF-8, the user's or the owner's, on a locked document. Raises `PDFFailure` when what it
-  /// opens cannot be read.
+  /// Tries a password in UTF-8, the user's or the owner's, on a locked document. Raises `PDFFailure` when what
+  /// it opens cannot be read.
   void unlock(const char *password);
   /// Ten times the major version and the minor one.
   int version() const { return version_; }

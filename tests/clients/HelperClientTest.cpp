@@ -96,13 +96,17 @@ TEST_F(HelperClientTest, SendsWhatTheContractSays) {
       client.PDFImageRepOfFile(text),
       client.posterImageForMovieWithFile(text),
       client.imageWithContentsOfFile(text, true, true),
+      client.stringWithPDF(data, {{text, true}}),
   };
   ASSERT_EQ(std::size(answers), NimboImExport.size());
   for (std::size_t i = 0; i < NimboImExport.size(); ++i) {
     NSDictionary expected = NSDictionary::dictionary();
     for (const auto &[keyword, kind] : NimboImExport[i].arguments) {
       if (keyword.empty()) continue;
-      const id value = kind == RemoteKind::data ? id(data) : kind == RemoteKind::boolean ? id(true) : id(text);
+      const id value = kind == RemoteKind::data         ? id(data)
+                       : kind == RemoteKind::boolean    ? id(true)
+                       : kind == RemoteKind::dictionary ? id(NSDictionary{{text, true}})
+                                                        : id(text);
       expected.setObject(value, NSString::stringWithCharacters(keyword));
     }
     const NSDictionary sent = answers[i].result.dictionary();

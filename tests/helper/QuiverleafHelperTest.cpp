@@ -8,6 +8,8 @@
 #include "helper/NimboImExport.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Foundation/NSException.hpp"
+#include "platform/Foundation/NSStringJoining.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 #include "tests/support/ImporterBundle.hpp"
 #include "tests/support/PDFSamples.hpp"
@@ -97,6 +99,56 @@ TEST_F(QuiverleafHelperTest, LocksAndEmptyDocumentsHaveNoText) {
   EXPECT_EQ(facts("no-pages.pdf", NSString(), true), (NSDictionary{{u"PageCount"_ns, 0}}));
   EXPECT_EQ(helper.attributedStringWithPDF(true, samplePDF("no-pages.pdf")),
             (NSDictionary{{u"PageCount"_ns, 0}}));
+}
+
+TEST_F(QuiverleafHelperTest, ReadsSomePagesAndWithAPassword) {
+  const auto answer = [&](const char *sample, const NSDictionary &options, NSError *error = nullptr) {
+    return helper.stringWithPDF(samplePDF(sample), options, error);
+  };
+  EXPECT_EQ(answer("columns.pdf", {}), facts("columns.pdf"));
+  EXPECT_EQ(answer("columns.pdf", {{u"Attributed"_ns, true}}),
+            helper.attributedStringWithPDF(true, samplePDF("columns.pdf")));
+  const NSString second = answer("columns.pdf", {{u"FirstPage"_ns, 2}}).objectForKey(u"String"_ns).string();
+  EXPECT_TRUE(second.view().starts_with(u"Page two"));
+  const NSArray pages = answer("columns.pdf", {{u"ByPage"_ns, true}}).objectForKey(u"Pages"_ns).array();
+  ASSERT_EQ(pages.count(), 2u);
+  EXPECT_EQ(stringByConcatenating(pages[1].string(), u"\n"), second);
+
+  const NSDictionary password{{u"Password"_ns, u"user"_ns}};
+  EXPECT_EQ(answer("locked.pdf", password), facts("metadata.pdf"));
+  EXPECT_EQ(answer("columns.pdf", password), facts("columns.pdf"));
+  const struct {
+    const char *sample;
+    NSDictionary options;
+    std::string_view reason;
+  } reasons[] = {
+      {"locked.pdf", {{u"Password"_ns, u"x"_ns}}, "the PDF is locked by another password"},
+      {"locked.pdf", {{u"FirstPage"_ns, 2}}, "the PDF is locked; its text needs a password"},
+      {"locked.pdf", {{u"Password"_ns, u"user"_ns}, {u"FirstPage"_ns, 2}}, "there is no page 2: the PDF has 1"},
+      {"columns.pdf", {{u"LastPage"_ns, 3}}, "the PDF has no more than 2 pages"},
+      {"no-pages.pdf", {{u"LastPage"_ns, 3}}, "the PDF has no pages"},
+  };
+  for (const auto &[sample, options, reason] : reasons) {
+    NSError error;
+    answer(sample, options, &error);
+    EXPECT_EQ(error.localizedFailureReason.UTF8String(), reason);
+  }
+  const NSDictionary wrong[] = {
+      {{u"FirstPage"_ns, 0}},        {{u"FirstPage"_ns, 3}, {u"LastPage"_ns, 2}},   {{u"LastPage"_ns, u"1"_ns}},
+      {{u"Password"_ns, 1}},         {{u"Attributed"_ns, true}, {u"ByPage"_ns, 1}}, {{u"Other"_ns, true}},
+      {{u"LastPage"_ns, 1LL << 32}},
+  };
+  for (const NSDictionary &options : wrong) EXPECT_THROW(answer("columns.pdf", options), NSException);
+}
+
+TEST_F(QuiverleafHelperTest, KeepsCharactersAboveFFFFWhenTheUserWantsThem) {
+  NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
+  for (const bool keeps : {false, true}) {
+    defaults.setObject(keeps, u"KeepsSupplementaryCharacters"_ns);
+    const NSString text = facts("columns.pdf").objectForKey(u"String"_ns).string();
+    EXPECT_NE(text.view().find(keeps ? u"Zo\u00eb \U0001d538\n" : u"Zo\u00eb   \n"), text.view().npos);
+  }
+  defaults.removeObjectForKey(u"KeepsSupplementaryCharacters"_ns);
 }
 
 TEST_F(QuiverleafHelperTest, AsksTheImporterFirstUnlessGhostscriptMadeThePDF) {

@@ -206,6 +206,7 @@ TEST_F(Importers, SayWhatIsWrong) {
       {"whole.pdf", pdf, ErrorCode::none, true},
       {"locked.pdf", contentsOfExample("locked.pdf"), ErrorCode::locked, true},
       {"hidden.pdf", std::string(samplePDF("locked-pages.pdf").view()), ErrorCode::locked, true},
+      {"scan.pdf", std::string(samplePDF("boxes.pdf").view()), ErrorCode::incomplete, true},
       {"circle.pdf", circle, ErrorCode::damaged, true},
       {"empty.pdf", "", ErrorCode::incomplete, false},
       {"begin.pdf", "%PDF-1.4", ErrorCode::damaged, false},

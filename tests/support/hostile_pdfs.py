@@ -527,7 +527,7 @@ def long_length_reference():
 
 WHOLE, PART, NOTHING = "whole", "part", "nothing"
 DOCUMENTS = {
-    deep_page_tree: WHOLE,
+    deep_page_tree: NOTHING,
     shared_page_tree: NOTHING,
     shared_pages: PART,
     looped_page_tree: NOTHING,
@@ -549,7 +549,7 @@ DOCUMENTS = {
     nested_arrays_in_content: PART,
     chained_references: NOTHING,
     looped_object_streams: NOTHING,
-    object_stream_bomb: WHOLE,
+    object_stream_bomb: NOTHING,
     looped_xrefs: NOTHING,
     long_chain_of_xrefs: NOTHING,
     huge_xref_section: NOTHING,

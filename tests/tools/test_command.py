@@ -18,7 +18,8 @@ import documents
 from command import COMMAND, CommandTestCase
 
 TOP = pathlib.Path(__file__).resolve().parents[2]
-DOCUMENTS = TOP / "tests" / "data" / "word-processors"
+DATA = TOP / "tests" / "data"
+DOCUMENTS = DATA / "word-processors"
 MANUAL = TOP / "docs" / "man" / "quiverleaf.1"
 
 # Of linux/prctl.h and linux/capability.h.
@@ -50,6 +51,26 @@ class CommandTest(CommandTestCase):
         self.assertEqual((done.returncode, done.stderr, attributed["PageCount"]), (0, b"", 2))
         self.assertIn(rb"First page", base64.b64decode(attributed["String"]))
         self.assertEqual(plistlib.loads(self.run_command("pdf", "--plist", "a.pdf").stdout), answer)
+
+    def test_pages_of_a_pdf(self):
+        self.file("a.pdf", documents.pdf(("One", "", "Three")))
+        missing = b"quiverleaf: a.pdf: page 2 has no text layer\n"
+        for pages, text, message in (("1-", b"One\n\f\fThree\n", missing), ("3", b"Three\n", b""), ("1-2", b"One\n\f", missing)):
+            done = self.run_command("pdf", "--text", "a.pdf", "--pages", pages)
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, text, message))
+        self.assertEqual(self.answer("pdf", "a.pdf", "--pages=3-3"), {"String": "Three\n\n", "PageCount": 3})
+        self.assert_fails(3, "a.pdf: the pages asked for have no text layer", "pdf", "--text", "--pages", "2", "a.pdf")
+        self.assert_fails(3, "a.pdf: there is no page 4: the PDF has 3", "pdf", "--pages", "4", "a.pdf")
+
+    def test_passwords_open_a_pdf(self):
+        locked = str(DATA / "pdf" / "locked-pages.pdf")
+        title = json.loads(self.run_command("metadata", str(DATA / "pdf" / "metadata.pdf")).stdout)["kMDItemTitle"]
+        self.file("password", b"user\nanother line\n")
+        for option, data in (("--password=user", b""), ("--password-file=password", b""), ("--password-file=-", b"owner\r\n")):
+            self.assertEqual(json.loads(self.run_command("pdf", option, locked, input=data).stdout)["Title"], title)
+        self.assert_fails(3, "the PDF is locked by another password", "pdf", "--text", "--password=secret", locked)
+        runtime = pathlib.Path(self.environment["QUIVERLEAF_RUNTIME_DIR"])
+        self.assertNotIn(b"secret", next(runtime.glob("*.record")).read_bytes())
 
     def test_a_locked_pdf_is_an_answer(self):
         self.file("locked.pdf", documents.pdf(locked=True))
@@ -371,7 +392,12 @@ class CommandTest(CommandTestCase):
             ("unknown option '--attributed'", "--attributed", "pdf", "a"),
             ("-o needs --attributed", "pdf", "-o", "out.rtfd", "a"),
             ("-o needs --attributed and the name of a folder", "pdf", "--attributed", "-o", "", "a"),
-            ("'--p' may be --pretty or --plist", "pdf", "--p", "a"),
+            ("'--p' may be --pretty or --plist", "metadata", "--p", "a"),
+            *((f"'{pages}' names no pages", "pdf", "--pages", pages, "a") for pages in ("", "0", "-3", "1-x", "1--2", "99999999999")),
+            ("'3-2' ends before it begins", "pdf", "--pages", "3-2", "a"),
+            ("exclude each other", "pdf", "--password", "x", "--password-file", "x", "a"),
+            ("exclude each other", "pdf", "--text", "--attributed", "a"),
+            ("either the PDF or the password", "pdf", "--password-file", "-", "-"),
             ("'--pretty' takes no value", "pdf", "--pretty=no", "a"),
             ("unknown option '--attributed'", "metadata", "--attributed", "a"),
             ("'--timeout' needs a value", "ping", "--timeout"),

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/Foundation/NSStringCase.hpp"
+#include "platform/Foundation/Unicode/UTF8.hpp"
 #include "platform/Foundation/Vectors/UnicharRanges.hpp"
 
 namespace nimbo {
@@ -24,6 +25,35 @@ bool isStray(unichar unit) {
   return kStrayUnits[0].contains(unit) || kStrayUnits[1].contains(unit);
 }
 
+/// A space for each stray unit from `i` to `end`, but for those of pairs; answers where to go on, which is one
+/// unit behind the end when a pair crosses it.
+std::size_t replaceUnpairedUnits(unichar *units, std::size_t i, std::size_t end, std::size_t length) {
+  for (; i < end; ++i) {
+    const bool isPair = isHighSurrogate(units[i]) && i + 1 < length && isLowSurrogate(units[i + 1]);
+    if (isPair)
+      ++i;
+    else if (isStray(units[i]))
+      units[i] = u' ';
+  }
+  return i;
+}
+
+void fixString(NSMutableString &string, bool keepsPairs) {
+  unichar *const units = string.mutableCharacters();
+  const std::size_t length = string.length();
+  for (std::size_t i = 0; i < length;) {
+    i += detail::findUnicharInRanges(units + i, length - i, kStrayUnits);
+    const std::size_t end = std::min(length, i + kUnitsAfterStrayOne);
+    if (keepsPairs) {
+      i = replaceUnpairedUnits(units, i, end, length);
+    } else {
+      std::replace_if(units + i, units + end, isStray, u' ');
+      i = end;
+    }
+  }
+  precomposeStringWithCanonicalMapping(string);
+}
+
 }  // namespace
 
 void normalizeString(NSMutableString &string, CFStringNormalizationForm form) {
@@ -40,15 +70,11 @@ void normalizeLowercaseString(NSMutableString &string) {
 }
 
 void fixAndNormalizeString(NSMutableString &string) {
-  unichar *const units = string.mutableCharacters();
-  const std::size_t length = string.length();
-  for (std::size_t i = 0; i < length;) {
-    i += detail::findUnicharInRanges(units + i, length - i, kStrayUnits);
-    const std::size_t end = std::min(length, i + kUnitsAfterStrayOne);
-    std::replace_if(units + i, units + end, isStray, u' ');
-    i = end;
-  }
-  precomposeStringWithCanonicalMapping(string);
+  fixString(string, false);
+}
+
+void fixAndNormalizeStringKeepingPairs(NSMutableString &string) {
+  fixString(string, true);
 }
 
 void lowercase(NSMutableString &string) {

@@ -24,6 +24,8 @@ void normalizeLowercaseString(NSMutableString &string);
 /// Cleans text of unsure origin in place: each unit that is a surrogate (of a pair too) or in the private range
 /// U+F400 to U+F8FF becomes a space; then the string is brought into NFC.
 void fixAndNormalizeString(NSMutableString &string);
+/// The same, but pairs of surrogates stay, which are the characters above U+FFFF.
+void fixAndNormalizeStringKeepingPairs(NSMutableString &string);
 
 /// Maps whole characters to lower case, as `CFStringLowercase`.
 void lowercase(NSMutableString &string);

@@ -9,7 +9,7 @@ import socket
 import struct
 import time
 from collections.abc import Iterator, Mapping
-from typing import Any, Optional, TypeVar
+from typing import Any, Optional, TypeVar, Union
 
 from . import plist, runtime
 from .plist import Data
@@ -31,6 +31,7 @@ OPERATIONS = (
     "PDFImageRepOfFile:",
     "posterImageForMovieWithFile:",
     "imageWithContentsOfFile:stringFromPDF:canUseSpotlight:",
+    "stringWithPDF:options:",
 )
 
 MAXIMUM_MESSAGE_BYTES = 512 << 20
@@ -220,6 +221,15 @@ class Helper:
         """
         selector = "imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"
         return self._ask(dict, selector, _path(path), string_from_pdf, can_use_spotlight)
+
+    def stringWithPDF(self, pdf: Data, **options: Union[str, int, bool]) -> Optional[dict[str, Any]]:
+        """The text and facts of a PDF that is given as its bytes, or of some of its pages.
+
+        The options are `Password`, a str; `FirstPage` and `LastPage`, numbers from 1 on; `Attributed`, for RTFD data; and
+        `ByPage`, for "Pages", a list with a str for each page, in place of "String". `reason` then names pages without text.
+        All else is as attributedStringWithPDF answers it.
+        """
+        return self._ask(dict, "stringWithPDF:options:", pdf, options)
 
     def call(self, selector: str, arguments: Mapping[str, Any]) -> Any:
         """Calls an operation by its full selector; `arguments` are keyed by its keywords, None is left out.

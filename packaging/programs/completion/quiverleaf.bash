@@ -14,7 +14,7 @@ _quiverleaf() {
   [[ $command =~ ^(status|charset|url|date|location|fork|type|help|version)$ ]] || options+=' --timeout'
   [[ $command =~ ^(stop|rtfd|html2rtfd|topdf|sheet|text|strip|entities|help|version)$ ]] || options+=' --pretty --plist'
   [[ $command == metadata ]] && options+=' --no-text --text-only --file-facts'
-  [[ $command == pdf ]] && options+=' --attributed --output'
+  [[ $command == pdf ]] && options+=' --attributed --output --pages --password --password-file --text'
   [[ $command == webarchive ]] && options+=' --create --output'
   [[ $command == rtfd ]] && options+=' --output'
   [[ $command == html2rtfd ]] && options+=' --base --remote --output'
@@ -32,13 +32,13 @@ _quiverleaf() {
   [[ $command == date ]] && options+=' --http'
   [[ $command == fork ]] && options+=' --extract --output'
   [[ $command == location ]] && options+=' --create --output'
-  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|containing|extract|size|url)$ ]]; then
+  if [[ $previous =~ ^--(timeout|wait|encoding|default|tag|attributes|bodies|except|base|containing|extract|size|url|pages|password)$ ]]; then
     COMPREPLY=()
   elif [[ $previous == --encode ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'standard high table' -- "$word")
   elif [[ $word == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
-  elif [[ $previous =~ ^(-o|--output)$ ]]; then
+  elif [[ $previous =~ ^(-o|--output|--password-file)$ ]]; then
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
   elif [[ -z $command || $command == help ]]; then

@@ -43,13 +43,19 @@ NSDictionary decode(const NSData &body) {
   }
 }
 
-bool crossesAsArgument(const id &value) {
+bool isPlain(const id &value) {
   return value.isBoolean() || value.real() || value.string() || value.data();
+}
+
+bool arePlain(const NSDictionary &values) {
+  for (const auto &[key, value] : values)
+    if (!isPlain(value)) return false;
+  return true;
 }
 
 bool crossAsArguments(const NSDictionary &arguments) {
   for (const auto &[keyword, value] : arguments)
-    if (!crossesAsArgument(value)) return false;
+    if (!isPlain(value) && !(value.dictionary() && arePlain(value.dictionary()))) return false;
   return true;
 }
 
@@ -80,7 +86,9 @@ bool readReply(const NSDictionary &message, ConnectionReply *reply) {
 std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSError *error) {
   if (!request.selector || !crossAsArguments(request.arguments)) {
     setError(error, ErrorCode::other,
-             "A request needs a selector, and arguments that are booleans, numbers, strings or data");
+             "A request needs a selector, and arguments that are booleans, numbers, strings, data or "
+             "dictionaries of "
+             "these");
     return {};
   }
   return encode({{u"Request"_ns, request.serial},

@@ -22,6 +22,18 @@ TEST(FixAndNormalizeString, BlanksStrayUnitsAndComposes) {
   EXPECT_FALSE(fixedAndNormalizedString(NSString()));
 }
 
+TEST(FixAndNormalizeString, KeepsPairsWhenAsked) {
+  // Also the pair across the end of a stretch of units that are looked at one by one.
+  for (std::size_t before = 0; before < 70; ++before) {
+    const std::u16string x(before, u'x'), strays(40, u'\xf412');
+    for (const std::u16string &start : {x, strays + x}) {
+      NSMutableString fixed(NSString::stringWithCharacters(start + u"\U0001d538\xdc00\xd800\xd835"));
+      fixAndNormalizeStringKeepingPairs(fixed);
+      EXPECT_EQ(fixed.view(), std::u16string(start.size() - before, u' ') + x + u"\U0001d538   ") << before;
+    }
+  }
+}
+
 TEST(FixAndNormalizeString, BlanksEveryStrayUnitOfLongText) {
   forEachVectorTarget([] {
     for (std::uint32_t c = 0xd700; c <= 0xffff; ++c) {

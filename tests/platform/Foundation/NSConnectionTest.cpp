@@ -188,6 +188,11 @@ TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
       propertyList(NSDictionary{{u"Request"_ns, 1},
                                 {u"Selector"_ns, u"nil"_ns},
                                 {u"Arguments"_ns, NSDictionary{{u"list"_ns, NSArray::array()}}}}),
+      propertyList(NSDictionary{
+          {u"Request"_ns, 1},
+          {u"Selector"_ns, u"nil"_ns},
+          {u"Arguments"_ns,
+           NSDictionary{{u"options"_ns, NSDictionary{{u"list"_ns, NSDictionary::dictionary()}}}}}}),
   };
   const int helper = startHelper();
   RawClient good;

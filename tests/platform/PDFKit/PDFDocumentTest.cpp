@@ -23,7 +23,8 @@ const std::string kCatalog = "<</Type /Catalog /Pages 2 0 R>>";
 const std::string kFont = "<</Type /Font /Subtype /Type1 /BaseFont /Helvetica>>";
 
 TEST(PDFDocument, GivesTextInReadingOrder) {
-  for (const char *name : {"columns.pdf", "object-streams.pdf", "owner-password.pdf"}) {
+  for (const char *name :
+       {"columns.pdf", "object-streams.pdf", "owner-password.pdf", "empty-owner-password.pdf"}) {
     SCOPED_TRACE(name);
     const auto document = openSample(name);
     ASSERT_TRUE(document);
@@ -32,7 +33,7 @@ TEST(PDFDocument, GivesTextInReadingOrder) {
               u"A catalogue of documents, each with its\nown efficient summary\nand na\u00efve words.\n\n"
               u"The second column\nof the first page\nknows \u201cquotes\u201d.\n"_ns);
     EXPECT_EQ(document->pageAtIndex(1).string(), u"Page two: Cafe\u0301 Zoe\u0308 \U0001d538\nends here.\n"_ns);
-    EXPECT_EQ(document->isEncrypted(), std::string_view(name) == "owner-password.pdf");
+    EXPECT_EQ(document->isEncrypted(), std::string_view(name).ends_with("password.pdf"));
     EXPECT_FALSE(document->isLocked());
   }
 }
@@ -257,9 +258,66 @@ TEST(PDFDocument, LocksAreAReason) {
     EXPECT_EQ(document->pageCount(), pages) << name;
     EXPECT_FALSE(document->documentAttributes()) << name;
   }
+  for (const char *name : {"owner-password.pdf", "empty-owner-password.pdf", "attachments-locked.pdf"}) {
+    NSError error;
+    EXPECT_FALSE(openSample(name)->isLocked(&error)) << name;
+    EXPECT_FALSE(error) << name;
+  }
+  const auto open = openSample("attachments-locked.pdf");
+  EXPECT_EQ(open->pageAtIndex(0).string(), u"Open text\n"_ns);
+  EXPECT_EQ(open->documentAttributes(), (NSDictionary{{u"Title"_ns, u"An open title"_ns}}));
+}
+
+TEST(PDFDocument, UnlocksWithThePasswordOfUserOrOwner) {
+  for (const char *name : {"locked.pdf", "locked-pages.pdf"}) {
+    for (const NSString &password : {u"user"_ns, u"owner"_ns}) {
+      const auto document = openSample(name);
+      for (const NSString &wrong : {u"User"_ns, NSString::string(), NSString()}) {
+        NSError error;
+        EXPECT_FALSE(document->unlockWithPassword(wrong, &error)) << name;
+        EXPECT_EQ(error.errorCode(), ErrorCode::locked) << name;
+      }
+      EXPECT_TRUE(document->unlockWithPassword(password)) << name;
+      EXPECT_FALSE(document->isLocked()) << name;
+      EXPECT_EQ(document->pageCount(), 1u) << name;
+      EXPECT_EQ(document->documentAttributes(), openSample("metadata.pdf")->documentAttributes()) << name;
+    }
+  }
+  EXPECT_TRUE(openSample("columns.pdf")->unlockWithPassword(u"any"_ns));
+}
+
+TEST(PDFDocument, ReadsSomePages) {
+  const struct {
+    NSRange pages;
+    std::vector<NSString> texts;
+    std::string_view reason;
+  } cases[] = {
+      {{0, 9}, {u"good\n"_ns, {}, u"good\n"_ns}, "1 of 3 pages cannot be read"},
+      {{2, 9}, {u"good\n"_ns}, ""},
+      {{1, 2}, {{}, u"good\n"_ns}, "1 of 2 pages cannot be read"},
+      {{3, 1}, {}, ""},
+      {{UINT32_MAX, UINT32_MAX}, {}, ""},
+  };
+  const auto document =
+      PDFDocument::documentWithData(documentOfBombs("gbg", "0 0 1 1 re f"), {.stepWork = 100'000});
+  for (const auto &[pages, expected, reason] : cases) {
+    std::vector<NSString> texts;
+    NSError error;
+    document->readPages(
+        pages, Deadline::never(), [&](const NSString &text) { return texts.push_back(text), true; }, &error);
+    EXPECT_EQ(texts, expected);
+    EXPECT_EQ(static_cast<bool>(error), !reason.empty());
+    if (error) {
+      EXPECT_TRUE(error.localizedFailureReason.UTF8String().starts_with(reason));
+    }
+  }
+  const auto columns = openSample("columns.pdf");
+  EXPECT_TRUE(columns->selectionForPages({1, 1}).attributedString().string().view().starts_with(u"Page two"));
   NSError error;
-  EXPECT_FALSE(openSample("owner-password.pdf")->isLocked(&error));
-  EXPECT_FALSE(error);
+  openSample("boxes.pdf")
+      ->readPages(
+          {1, 2}, Deadline::never(), [](const NSString &) { return true; }, &error);
+  EXPECT_EQ(error.localizedFailureReason, u"the pages asked for have no text layer"_ns);
 }
 
 /// "b" is a page that needs too much work.
@@ -336,7 +394,8 @@ TEST(PDFDocument, SaysWhatIsLost) {
        PDFOfObjects({kCatalog, tree, page("[4 0 R 6 0 R]", "9 0 R"), text, kFont,
                      PDFStream("", "/X Do /Y Do /Z gs unknown")}),
        1, ErrorCode::none, ""},
-      {"no contents", PDFOfObjects({kCatalog, tree, page("null"), text, kFont}), 0, ErrorCode::none, ""},
+      {"no contents", PDFOfObjects({kCatalog, tree, page("null"), text, kFont}), 0, ErrorCode::incomplete,
+       "the PDF has no text layer"},
       {"missing contents", PDFOfObjects({kCatalog, tree, page("9 0 R"), text, kFont}), 0, ErrorCode::damaged,
        "1 of 1 pages cannot be read in full; the first of them: the PDF is damaged: a part of the content is "
        "missing"},
