@@ -83,7 +83,7 @@ int writePages(const HelperClient::Answer &answer, const std::string &name) {
   });
   if (code != kExitAnswered) return code;
   if (!hasText) return kExitNil;
-  writeOutput(NSString::stringWithCharacters(text.view()).UTF8String());
+  writeText(std::move(text).string());
   return kExitAnswered;
 }
 
@@ -92,6 +92,8 @@ int runPDF(const PDFOptions &options, const Operands &operands) {
   if (options.output && (!options.attributed || options.output->empty()))
     throw UsageError("-o needs --attributed and the name of a folder");
   if (options.text && options.attributed) throw UsageError("--text and --attributed exclude each other");
+  if (options.text) refuseOptions(options, {"pretty", "plist"}, "--text");
+  if (options.output) refuseOptions(options, {"pretty", "plist"}, "-o");
   NSDictionary request = NSDictionary::dictionary();
   if (options.pages) addPages(*options.pages, &request);
   if (const NSString password = passwordOfOptions(options, file)) request.setObject(password, u"Password"_ns);

@@ -353,6 +353,7 @@ DecodedMarkup MarkupDecoder::lastResort(NSStringEncoding working, NSStringEncodi
     if (NSString string = initWithData(data_, last)) return {std::move(string), last};
   return {};
 }
+
 }  // namespace
 
 NSStringEncoding extendedEncoding(NSStringEncoding encoding) {

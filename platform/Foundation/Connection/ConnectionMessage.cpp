@@ -87,8 +87,7 @@ std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSError *err
   if (!request.selector || !crossAsArguments(request.arguments)) {
     setError(error, ErrorCode::other,
              "A request needs a selector, and arguments that are booleans, numbers, strings, data or "
-             "dictionaries of "
-             "these");
+             "dictionaries of these");
     return {};
   }
   return encode({{u"Request"_ns, request.serial},
