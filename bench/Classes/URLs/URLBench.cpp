@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Normalising links, one call a link, against libraries that parse them: uriparser, libcurl and GLib. Then
-// escaping and unescaping, on text that needs no change, against a copy of it. What ours give is checked before
-// its time counts. Peers run in turn, and the best round of each is compared.
+// Normalising links, one call a link, against libraries that parse them: uriparser, libcurl and GLib. Then what
+// a link costs from the markup to the target's string, the same links resolved by libcurl and GLib beside it.
+// Then escaping and unescaping, on text that needs no change, against a copy of it. What ours give is checked
+// before its time counts. Peers run in turn, and the best round of each is compared.
 //
 //   bench-url [FOLDER [ROUNDS]]
 //
@@ -30,6 +31,8 @@
 
 #include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/URLs/NSString+URLUtilities/Escaping.hpp"
+#include "Classes/URLs/NSString+URLUtilities/Simplifying.hpp"
+#include "Classes/URLs/NSURL+NSURLNimboExtensions/Relative.hpp"
 #include "Classes/URLs/URLEscaping.hpp"
 #include "Classes/URLs/URLNormalizing.hpp"
 
@@ -164,6 +167,44 @@ std::uint64_t parseWithGLib(const std::vector<std::string> &links) {
   return parsed;
 }
 
+constexpr const char *kBase = "https://www.example.org/folder/page.html?query#part";
+
+std::uint64_t resolveWithCurl(const std::vector<std::string> &links) {
+  std::uint64_t length = 0;
+  for (const std::string &link : links) {
+    CURLU *const url = curl_url();
+    char *target = nullptr;
+    if (curl_url_set(url, CURLUPART_URL, kBase, 0) == CURLUE_OK &&
+        curl_url_set(url, CURLUPART_URL, link.c_str(), CURLU_NON_SUPPORT_SCHEME | CURLU_ALLOW_SPACE) ==
+            CURLUE_OK &&
+        curl_url_get(url, CURLUPART_URL, &target, 0) == CURLUE_OK)
+      length += std::strlen(target);
+    curl_free(target);
+    curl_url_cleanup(url);
+  }
+  return length;
+}
+
+std::uint64_t resolveWithGLib(const std::vector<std::string> &links) {
+  std::uint64_t length = 0;
+  for (const std::string &link : links) {
+    if (char *const target = g_uri_resolve_relative(kBase, link.c_str(), G_URI_FLAGS_PARSE_RELAXED, nullptr)) {
+      length += std::strlen(target);
+      g_free(target);
+    }
+  }
+  return length;
+}
+
+std::uint64_t resolve(const std::vector<NSString> &links, const NSURL &base, bool simplified) {
+  std::uint64_t length = 0;
+  for (const NSString &link : links) {
+    const NSString target = URLRelativeTo(normalizedStringURL(link), base).absoluteString();
+    length += simplified ? URLUtilities::simplifiedStringURL(target).length() : target.length();
+  }
+  return length;
+}
+
 std::uint64_t normalizeUnits(const std::vector<NSString> &links) {
   std::array<unichar, kMaxURLGrowth * kStackLength> out;
   std::uint64_t length = 0;
@@ -227,6 +268,26 @@ void compareLinks(const std::vector<std::string> &links, int rounds) {
               static_cast<unsigned long long>(parseWithGLib(links)));
 }
 
+/// From the markup to the target's string.
+void compareResolving(const char *title, const std::vector<std::string> &links, int rounds) {
+  std::vector<NSString> strings;
+  for (const std::string &link : links) strings.push_back(NSString::stringWithLossyUTF8String(link));
+  const NSURL base = NSURL::URLWithString(NSString::stringWithUTF8String(kBase));
+  require(URLRelativeTo(u"../a b?c"_ns, base).absoluteString() == u"https://www.example.org/a%20b?c"_ns, title);
+  std::vector<Contestant> contestants = {
+      {"to the target", [&] { return resolve(strings, base, false); }},
+      {"to the target's simplified form", [&] { return resolve(strings, base, true); }},
+      {"libcurl", [&] { return resolveWithCurl(links); }},
+      {"GLib", [&] { return resolveWithGLib(links); }},
+  };
+  race(contestants, rounds);
+  std::printf("%s, %zu links resolved\n", title, links.size());
+  for (const Contestant &c : contestants)
+    std::printf("  %-36s %8.1f ns a link  %6.2f x\n", c.name,
+                c.bestSeconds / static_cast<double>(links.size()) * 1e9,
+                c.bestSeconds / contestants[0].bestSeconds);
+}
+
 std::u16string repeated(std::u16string_view piece, std::size_t length) {
   std::u16string text;
   while (text.size() < length) text += piece;
@@ -276,6 +337,11 @@ int main(int argc, char **argv) {
   const int rounds = argc > 2 ? std::atoi(argv[2]) : 25;
   if (rounds < 1) return std::fprintf(stderr, "too little to measure\n"), 1;
   compareLinks(links, rounds);
+  compareResolving("all", links, rounds);
+  std::vector<std::string> absolute;
+  std::ranges::copy_if(links, std::back_inserter(absolute),
+                       [](const std::string &link) { return link.starts_with("http"); });
+  compareResolving("absolute", absolute, rounds);
   compareEscaping("a short text", u"PlainLetters0123456789", 200, rounds);
   compareEscaping("letters and digits", u"PlainLetters0123456789", 100'000, rounds);
   compareEscaping("letters and digits", u"PlainLetters0123456789", kTextLength, rounds);
