@@ -47,12 +47,6 @@ namespace {
 /// A file's path may hold these, besides letters and digits, as they are. Not ";", which begins parameters.
 constexpr std::string_view kPlainInPaths = "/-._~!$&'()*+,=:@";
 
-std::optional<std::string> ASCIIBytes(const NSString &string) {
-  const std::u16string_view units = string.view();
-  if (!string || std::ranges::any_of(units, [](unichar c) { return c > 0x7f; })) return std::nullopt;
-  return std::string(units.begin(), units.end());
-}
-
 NSRange firstOf(NSRange range, std::uint32_t length) {
   return {range.location, length};
 }
@@ -69,25 +63,23 @@ NSURL NSURL::make(NSString relativeString, NSURL base, NSString absoluteString, 
 }
 
 NSURL NSURL::URLWithString(const NSString &string) {
-  const std::optional<std::string> bytes = ASCIIBytes(string);
-  if (!bytes || bytes->empty()) return NSURL();
-  const std::optional<URIParts> parts = partsOfURIReference(*bytes);
+  if (string.length() == 0) return NSURL();
+  const std::optional<URIParts> parts = partsOfURIReference(string.view());
   return parts ? make(string, NSURL(), string, *parts) : NSURL();
 }
 
 NSURL NSURL::URLWithString(const NSString &string, const NSURL &relativeTo) {
   if (!relativeTo) return URLWithString(string);
-  const std::optional<std::string> bytes = ASCIIBytes(string);
-  if (!bytes) return NSURL();
-  const std::optional<URIParts> own = partsOfURIReference(*bytes);
+  if (!string) return NSURL();
+  const std::optional<URIParts> own = partsOfURIReference(string.view());
   if (!own) return NSURL();
   if (own->scheme.location != NSNotFound) return make(string, NSURL(), string, *own);
   const Storage &base = *relativeTo.storage_;
   if (base.parts.scheme.location == NSNotFound) return NSURL();
-  const std::string target = resolvedURIReference(*bytes, *own, *ASCIIBytes(base.absoluteString), base.parts);
-  const std::optional<URIParts> parts = partsOfURIReference(target);
+  const NSString target = resolvedURIReference(string.view(), *own, base.absoluteString.view(), base.parts);
+  const std::optional<URIParts> parts = partsOfURIReference(target.view());
   if (!parts) return NSURL();
-  return make(string, relativeTo.absoluteURL(), NSString::stringWithUTF8String(target), *parts);
+  return make(string, relativeTo.absoluteURL(), target, *parts);
 }
 
 NSURL NSURL::fileURLWithPath(const NSString &path) {
@@ -128,9 +120,9 @@ NSURL NSURL::absoluteURL() const {
 
 NSURL NSURL::standardizedURL() const {
   if (!scheme() || isOpaque() || storage_->path().find(u'.') == std::u16string_view::npos) return *this;
-  const std::string bytes = *ASCIIBytes(storage_->absoluteString);
-  const std::string target = resolvedURIReference(bytes, storage_->parts, bytes, storage_->parts);
-  return target == bytes ? *this : URLWithString(NSString::stringWithUTF8String(target));
+  const std::u16string_view units = storage_->absoluteString.view();
+  const NSString target = resolvedURIReference(units, storage_->parts, units, storage_->parts);
+  return target == storage_->absoluteString ? *this : URLWithString(target);
 }
 
 NSString NSURL::scheme() const {

@@ -82,6 +82,10 @@ TEST(NSURL, TakesURLsApart) {
       {"mailto:a@b?subject=x", {"mailto", "a@b?subject=x", "-", "-", "-", "-", "-", "subject=x", "-"}},
       {"a/b?c", {"-", "a/b?c", "-", "-", "-", "a/b", "-", "c", "-"}},
       {"http://..../", {"http", "//..../", "-", "-", "....", "/", "-", "-", "-"}},
+      {"x-1+.://@:/?/?@:%2f#", {"x-1+.", "//@:/?/?@:%2f#", "-", "-", "-", "/", "-", "/?@:%2f", ""}},
+      {"//u;%3a:@h;%41,", {"-", "//u;%3a:@h;%41,", "u;%3a", "", "h;%41,", "", "-", "-", "-"}},
+      {"./a:b/c:d@", {"-", "./a:b/c:d@", "-", "-", "-", "./a:b/c:d@", "-", "-", "-"}},
+      {"http://[v1.a:b]:7", {"http", "//[v1.a:b]:7", "-", "-", "v1.a:b", "", "-", "-", "-"}, 7},
   };
   for (const auto &[string, parts, port] : cases) {
     const NSURL one = url(string);
@@ -97,10 +101,35 @@ TEST(NSURL, TakesURLsApart) {
 }
 
 TEST(NSURL, RefusesWhatIsNoURL) {
-  for (const std::string_view string :
-       {"", " ", "http://h/a b", "http://h/%", "http://h/%4", "http://h/%zz", "http://h/\"", "http://h/|",
-        "http://h/[", "1a:b", "http://h:x/", "http://[::1", "http://[h]/", "http://a@b@c/", "http://h/#a#b",
-        "http://h/\t", "http://\u00e9/", "http://h/<>"})
+  for (const std::string_view string : {"",
+                                        " ",
+                                        "http://h/a b",
+                                        "http://h/%",
+                                        "http://h/%4",
+                                        "http://h/%zz",
+                                        "http://h/\"",
+                                        "http://h/|",
+                                        "http://h/[",
+                                        "1a:b",
+                                        "http://h:x/",
+                                        "http://[::1",
+                                        "http://[h]/",
+                                        "http://a@b@c/",
+                                        "http://h/#a#b",
+                                        "http://h/\t",
+                                        "http://\u00e9/",
+                                        "http://h/<>",
+                                        ":a",
+                                        "a%:b",
+                                        "1:",
+                                        "http://h%2/",
+                                        "http://u%@h/",
+                                        "http://h?%a",
+                                        "http://h#%",
+                                        "http://h\x7f",
+                                        "a:b@[::1]",
+                                        "http://[::1]x/",
+                                        "http://h/\\"})
     EXPECT_FALSE(url(string)) << string;
   EXPECT_FALSE(NSURL::URLWithString(NSString()));
   EXPECT_FALSE(NSURL::URLWithString(u"http://h/\0"_ns) || NSURL::URLWithString(u"http://h/\xd800"_ns));
