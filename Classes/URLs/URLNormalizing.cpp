@@ -75,7 +75,7 @@ std::u16string_view withoutLastQuote(std::u16string_view url) {
 /// The run without what stands around the URL. When `marksEnd`, a quote or ">" ends it, unless its scheme's
 /// URLs are text.
 std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
-  const auto white = [](unichar c) { return (c <= u' ' || c >= 0x80) && isWhite()(c); };
+  const auto white = [](unichar c) { return c <= u' ' || (c >= 0x80 && isWhite()(c)); };
   bool isQuoted = false, isBracketed = false;
   for (; !url.empty(); url.remove_prefix(1)) {
     if (beginsWithEscapedQuote(url)) url.remove_prefix(1);
@@ -167,7 +167,7 @@ std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag
 
 std::uint32_t cleanURLUnits(const unichar *units, std::uint32_t length, unichar *out) {
   unichar *const work = out + (kMaxURLGrowth - 1) * std::size_t{length};
-  const std::uint32_t workLength = copyWithoutDropped(trimmedURL({units, length}, true), work);
+  const std::uint32_t workLength = copyWithoutDropped(trimmedURL({units, length}, false), work);
   return writeEscapedURL(trimmedURL({work, workLength}, false), out);
 }
 

@@ -30,9 +30,9 @@ bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor);
 /// when nothing usable is left. Takes no memory.
 ///
 /// In this order:
-/// - White characters, quotes (also behind a backslash) and "<" in front are dropped; the URL ends before the
-///   next quote or ">", or the white characters at the end. The text of "javascript", "applescript" and "data"
-///   URLs may hold quotes and angle brackets: only those around it are dropped.
+/// - White and control characters, quotes (also behind a backslash) and "<" in front are dropped; the URL ends
+///   before the next quote or ">", or the white and control characters at the end. The text of "javascript",
+///   "applescript" and "data" URLs may hold quotes and angle brackets: only those around it are dropped.
 /// - Line feeds, carriage returns, form feeds, tabs, U+2028, U+2029, U+FFFC and U+FEFF are dropped.
 /// - Character references are converted (`convertEntities2Characters`, all of them): "&amp;b=1" becomes "&b=1",
 ///   and "&copy=1" the sign and "=1". Then the first two steps apply again, but now a quote ends nothing.
@@ -47,7 +47,8 @@ std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag
                                 Flag preservingMeaning = false);
 
 /// Cleans as above a URL that is not as markup has it: normalised already, or typed. References, escapes and
-/// the anchor stay, so that a URL which is normalised does not lose another level of them.
+/// the anchor stay, so that a URL which is normalised does not lose another level of them; a quote or ">"
+/// inside ends nothing.
 std::uint32_t cleanURLUnits(const unichar *units, std::uint32_t length, unichar *out);
 
 /// What `stringURLWrittenBy` calls: `cleanURLUnits` or a function that writes as it does.

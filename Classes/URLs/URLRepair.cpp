@@ -144,6 +144,32 @@ NSString repairedStringURL(const NSString &string) {
   return stringByConcatenating(front, units);
 }
 
+NSString stringURLWithTwoSlashes(const NSString &string, View baseScheme) {
+  const auto isSlashedScheme = [](View scheme) {
+    return equalsOneOfASCIINoCase(scheme, {"http", "https", "ftp"});
+  };
+  const View units = string.view(), scheme = schemeOfStringURL(units);
+  const View rest = units.substr(scheme.empty() ? 0 : scheme.size() + 1);
+  const std::size_t slashes = std::min(rest.find_first_not_of(u'/'), rest.size());
+  if (slashes == rest.size() || !isSlashedScheme(scheme.empty() ? baseScheme : scheme)) return string;
+  if (scheme.empty()) return slashes > 2 ? NSString::stringWithCharacters(rest.substr(slashes - 2)) : string;
+  if (slashes == 2) return string;
+  if (slashes < 2 && std::ranges::equal(scheme, baseScheme, {}, toASCIILower<unichar>, toASCIILower<unichar>)) {
+    // What looks like another scheme is part of the path.
+    return stringByConcatenating(schemeOfStringURL(rest).empty() ? u"" : u"./", rest);
+  }
+  return stringByConcatenating(scheme, u"://", rest.substr(slashes));
+}
+
+bool isUsualLink(View link) {
+  const View scheme = schemeOfStringURL(link);
+  if (scheme.empty()) return !link.starts_with(u':') && !link.starts_with(u'%') && !link.starts_with(u"///");
+  if (!equalsOneOfASCIINoCase(scheme, {"http", "https"})) return false;
+  link.remove_prefix(scheme.size());
+  return link.starts_with(u"://") && !link.substr(3).starts_with(u'/') && !link.substr(3).starts_with(u'%') &&
+         !startsWithASCIINoCase(link.substr(3), "http");
+}
+
 bool isForeignLink(const NSString &string) {
   return std::ranges::any_of(kForeignSchemes,
                              [&](View scheme) { return hasPrefixNoCase(string.view(), scheme); });

@@ -7,6 +7,8 @@
 //     isForeignLink(u"mailto:me@example.org"_ns);  // true
 #pragma once
 
+#include <string_view>
+
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSString.hpp"
 
@@ -17,6 +19,16 @@ namespace NIMBO_PUBLIC nimbo {
 /// page as "mailto:http://"; "emailto:". All of them where several stand together; "https" as "http". In any
 /// case. The string itself when nothing is wrong. `string` is as `normalizedStringURL` gives it.
 NSString repairedStringURL(const NSString &string);
+
+/// The string with the two slashes that browsers read into one of the schemes http, https and ftp: "http:/h/"
+/// and "https:h" mean "http://h/" and "https://h", unless the page has the same scheme: they then lead to "/h/"
+/// and "h" from there. More slashes than two count as two; so do those of "///h/" where the page has one of
+/// these schemes. The string itself when that changes nothing. `baseScheme` is the page's, or empty.
+NSString stringURLWithTwoSlashes(const NSString &string, std::u16string_view baseScheme);
+
+/// Whether the functions above are sure to leave the string and it is no foreign link, by one quick look;
+/// `false` says nothing.
+bool isUsualLink(std::u16string_view link);
 
 /// Whether the string begins with the scheme of a link that is no address in the web, as "mailto:" or "irc:".
 /// In these a "#" or a "." has another meaning.

@@ -250,12 +250,31 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"http://[\u00e4]:\u00e4/", "-"},
       {"//[::1]:80/\u00e4", "http://[::1]:80/%C3%A4"},
       {"100%", "http://h/a/100%25"},
-      {"", "-"},
       {" \"\" ", "-"},
+      // What browsers follow.
+      {"", "http://h/a/b?c"},
+      {"\x01 \t", "http://h/a/b?c"},
+      {"\x01http://x/\x1f", "http://x/"},
+      {"https:/x/", "https://x/"},
+      {"HTTPS:x", "HTTPS://x"},
+      {"https:////x", "https://x"},
+      {"http:/x/", "http://h/x/"},
+      {"Http:x", "http://h/a/x"},
+      {"http:javascript:x", "http://h/a/javascript:x"},
+      {"http:///x/", "http://x/"},
+      {"\\\\\\x/y", "http://x/y"},
+      {"///x/y", "http://x/y"},
+      {"/?q=\"a\"><b", "http://h/?q=%22a%22%3e%3cb"},
+      {"http:", "http:"},
+      {"///", "http:///"},
+      {"http://[v1.a]/", "http://%5bv1.a%5d/"},
   };
   for (const auto &[link, target] : cases)
     EXPECT_EQ(shown(URLRelativeTo(base, text(link), false, NSISOLatin1StringEncoding, true)), target) << link;
   EXPECT_EQ(shown(URLRelativeTo(u"#e"_ns, base, true)), "http://h/a/b?c");
+  EXPECT_EQ(shown(URLRelativeTo(u"///x"_ns, url("file:///a"))), "file:///x");
+  EXPECT_EQ(shown(URLRelativeTo(u"http:x/y"_ns, NSURL())), "http://x/y");
+  EXPECT_FALSE(URLRelativeTo(u""_ns, NSURL()));
   EXPECT_EQ(shown(URLRelativeTo(u"http://x/./#e"_ns, base, true)), "http://x/./");
   EXPECT_EQ(shown(URLRelativeTo(u"?\x00fc"_ns, base, false, NSUnicodeStringEncoding)), "http://h/a/b?%C3%BC");
   EXPECT_EQ(shown(URLRelativeTo(u"/\xd800"_ns, base)), "http://h/%EF%BF%BD");
@@ -296,6 +315,7 @@ TEST(Making, ChangesOnePart) {
       {URLWithNormalizedStringURL(u"ttp://h/{a|b}?[]"_ns), "http://h/%7Ba%7Cb%7D?%5b%5d"},
       {URLWithNormalizedStringURL(u" \"http://h/?a=1&copy=%2525\nb\""_ns), "http://h/?a=1&copy=%2525b"},
       {URLWithNormalizedStringURL(u"a@b://c"_ns), "./a@b://c"},
+      {URLWithNormalizedStringURL(u"http:/h/\"x"_ns), "http://h/%22x"},
   };
   for (const auto &[made, expected] : cases) EXPECT_EQ(shown(made), expected);
 }

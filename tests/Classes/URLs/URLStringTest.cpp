@@ -225,7 +225,8 @@ TEST(URLNormalizing, CleansWhatPagesCarry) {
           {u"h?u=a%3Fb%23c%41", u"h?u=a%3Fb%23c%41"},
           {u"a%20b%0D%0Ac%09", u"a%20b%0d%0ac%09"},
           {u"a b", u"a%20b"},
-          {u"\x01\x7f!", u"%01%7f!"},
+          {u"\x01\x1f a\x01\x7f!\x1b ", u"a%01%7f!"},
+          {u"\x01 \x02", u""},
           // Slashes and brackets.
           {u"http:\\\\h\\a\\b?c\\d#e\\f", u"http://h/a/b?c%5cd#e%5cf"},
           {u"images\\a.gif", u"images/a.gif"},
@@ -250,7 +251,7 @@ TEST(URLNormalizing, StaysInsideItsBuffers) {
   // Every unit grows, and the results are longer than what fits the stack.
   for (const std::uint32_t length : {1u, 2u, 255u, 256u, 257u, 5000u}) {
     const std::u16string spaces(length, u'\x01'), brackets(length, u']');
-    for (const std::u16string &text : {u'a' + spaces, brackets, u"&eacute;&amp;a=[" + spaces + u"&amp;%20\\"}) {
+    for (const std::u16string &text : {u'a' + spaces + u'b', brackets, u"&eacute;&amp;a=[" + spaces + u"&amp;%20\\"}) {
       const ExactBuffer<unichar> source{std::u16string_view(text)};
       const auto count = static_cast<std::uint32_t>(text.size());
       const std::unique_ptr<unichar[]> out(new unichar[kMaxURLGrowth * count]);
