@@ -20,6 +20,11 @@ bool isAddress(std::u16string_view host) {
          (std::ranges::all_of(host, isDigitOrDot) && std::ranges::count(host, u'.') == 3);
 }
 
+/// The path without parameters, which files have none of.
+NSString pathToResource(const NSURL &url) {
+  return url.isFileURL() ? fullPath(url) : url.path();
+}
+
 }  // namespace
 
 std::vector<NSString> hostComponents(const NSURL &url) {
@@ -49,7 +54,7 @@ NSString baseDirectory(const NSURL &url) {
   if (!url || url.isOpaque()) return NSString();
   const NSString path = url.escapedPath();
   std::u16string_view units = path.view();
-  units = units.substr(0, units.find(u';'));
+  if (!url.isFileURL()) units = units.substr(0, units.find(u';'));
   if (units.empty()) return u"/"_ns;
   return NSString::stringWithCharacters(units.substr(0, units.rfind(u'/') + 1));
 }
@@ -61,8 +66,8 @@ NSString standardizedBaseDirectory(const NSURL &url) {
 bool isBaseDirectory(const NSURL &url) {
   if (!url || url.isOpaque() || url.query() || url.fragment()) return false;
   const NSString path = url.escapedPath();
-  return path.length() == 0 ||
-         (path.view().ends_with(u'/') && path.view().find(u';') == std::u16string_view::npos);
+  return path.length() == 0 || (path.view().ends_with(u'/') &&
+                                (url.isFileURL() || path.view().find(u';') == std::u16string_view::npos));
 }
 
 NSString pathWithParamsAndQuery(const NSURL &url) {
@@ -84,11 +89,11 @@ NSString fullPath(const NSURL &url) {
 }
 
 NSString pathExtension(const NSURL &url) {
-  return pathExtension(url.path());
+  return pathExtension(pathToResource(url));
 }
 
 NSString lastPathComponent(const NSURL &url) {
-  return lastPathComponent(url.path());
+  return lastPathComponent(pathToResource(url));
 }
 
 NSDictionary queryParams(const NSURL &url) {

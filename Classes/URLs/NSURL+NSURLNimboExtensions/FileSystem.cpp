@@ -74,7 +74,7 @@ NSString pathRelativeToDirectory(const NSURL &url, const NSString &directory, Fl
                                  const NSString &defaultPathComponent) {
   const bool isSimplified = simplified && !url.isFileURL();
   const NSURL source = isSimplified ? NSURL::URLWithString(simplifiedStringURL(url)) : url;
-  NSString path = source.path();
+  NSString path = source.isFileURL() ? fullPath(source) : source.path();
   if (!path) return path;
   const bool isFolder = source.escapedPath().length() == 0 || source.escapedPath().view().ends_with(u'/');
   if (path.length() == 0) path = u"/"_ns;

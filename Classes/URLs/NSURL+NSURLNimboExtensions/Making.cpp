@@ -38,9 +38,10 @@ NSString front(const NSURL &url) {
   return NSString::stringWithCharacters(whole.view().substr(0, pathEnd - url.escapedPath().length()));
 }
 
-/// The path as it is written, without parameters.
+/// The path as it is written, without parameters, which files have none of.
 NSString pathWithoutParameters(const NSURL &url) {
-  const NSString path = url.escapedPath();
+  NSString path = url.escapedPath();
+  if (url.isFileURL()) return path;
   return NSString::stringWithCharacters(path.view().substr(0, path.view().find(u';')));
 }
 

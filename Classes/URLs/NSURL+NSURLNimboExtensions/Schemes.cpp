@@ -89,7 +89,7 @@ bool isSearchEngine(const NSURL &url) {
 }
 
 NSURL baseURLForWebKit(const NSURL &url) {
-  if (url.isFileURL()) return NSFileManager::fileExistsAtPath(url.path()) ? url : NSURL();
+  if (url.isFileURL()) return NSFileManager::fileExistsAtPath(fileSystemPathPOSIXStyle(url)) ? url : NSURL();
   if (isFeedURL(url)) return HTTPURLOfFeed(url);
   return isHTTPURL(url) ? url : NSURL();
 }

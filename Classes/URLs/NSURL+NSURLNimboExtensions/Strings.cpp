@@ -15,7 +15,7 @@ inline namespace NSURLNimboExtensions {
 namespace {
 
 NSString forwarded(const NSURL &url, NSString (*function)(const NSString &)) {
-  return url.isFileURL() ? standardizedPath(url.path()) : function(url.absoluteString());
+  return url.isFileURL() ? standardizedPath(fileSystemPathPOSIXStyle(url)) : function(url.absoluteString());
 }
 
 }  // namespace
@@ -26,7 +26,7 @@ NSString simplifiedStringURL(const NSURL &url) {
 
 NSString simplifiedStringURLByRemovingSessionIDs(const NSURL &url, Flag sessionIDs, Flag analytics,
                                                  Flag indexPages, Flag emptyParams, Flag anchors) {
-  return url.isFileURL() ? standardizedPath(url.path())
+  return url.isFileURL() ? standardizedPath(fileSystemPathPOSIXStyle(url))
                          : simplifiedStringURLByRemovingSessionIDs(url.absoluteString(), sessionIDs, analytics,
                                                                    indexPages, emptyParams, anchors);
 }

@@ -56,6 +56,8 @@ TEST(URLSchemes, AreTold) {
   const TemporaryFolder folder;
   const NSString file = folder.write("a", "");
   EXPECT_TRUE(isLoadableURL(NSURL::fileURLWithPath(file)) && baseURLForWebKit(NSURL::fileURLWithPath(file)));
+  const NSURL parameters = url("file://" + folder.write("a;b", "").UTF8String());
+  EXPECT_TRUE(isLoadableURL(parameters) && baseURLForWebKit(parameters));
   EXPECT_FALSE(isLoadableURL(NSURL::fileURLWithPath(folder.string(""))) || isLoadableURL(NSURL()));
 
   const std::string_view bases[][2] = {{"feed://h/a", "http://h/a"},
@@ -303,6 +305,7 @@ TEST(Making, ChangesOnePart) {
       {URLForUser(url("mailto:a"), u"a"_ns, NSString()), "-"},
       {URLByAppendingPathComponent(one, u"x?y"_ns), "http://u:p@h:8/a/b/x%3Fy"},
       {URLByAppendingPathComponent(url("http://h"), u"/x"_ns), "http://h/x"},
+      {URLByAppendingPathComponent(url("file:///a;b"), u"c"_ns), "file:///a;b/c"},
       {URLByDeletingLastPathComponent(one), "http://u:p@h:8/a/"},
       {URLByDeletingLastPathComponent(url("http://h/a/")), "http://h/"},
       {URLByDeletingLastPathComponent(url("http://h/")), "http://h/"},
@@ -344,6 +347,13 @@ TEST(Components, AreThoseOfTheURL) {
       {absoluteStringOrPath(url("file:///a%20b;c")), "/a b;c"},
       {simplifiedStringURL(url("file:///a/./b%20c/")), "/a/b c"},
       {simplifiedStringURL(url("HTTP://H:80/a/index.html#b")), "http://h/a/"},
+      {simplifiedStringURL(url("file:///a/./b;c/d;e")), "/a/b;c/d;e"},
+      {simplifiedStringURLByRemovingSessionIDs(url("file:///a;sid=1"), true, true, true, true, true),
+       "/a;sid=1"},
+      {lastPathComponent(url("file:///a;b.txt")), "a;b.txt"},
+      {pathExtension(url("file:///a;b.txt")), "txt"},
+      {baseDirectory(url("file:///a;b/c")), "/a;b/"},
+      {pathRelativeToDirectory(url("file:///a/b;c"), u"/a"_ns, false, NSString()), "b;c"},
       {stringURLWithoutAnchor(url("file:///a#b")), "file:///a"},
       {fileSystemPathPOSIXStyle(url("file:///a;b/c")), "/a;b/c"},
       {fileSystemPathPOSIXStyle(url("http://h/a")), "-"},
