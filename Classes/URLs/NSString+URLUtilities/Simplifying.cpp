@@ -2,14 +2,17 @@
 #include "Classes/URLs/NSString+URLUtilities/Simplifying.hpp"
 
 #include <algorithm>
+#include <optional>
+#include <string>
 #include <string_view>
-#include <utility>
 
 #include "Classes/Characters/AnswerOr.hpp"
+#include "Classes/Characters/UnicharKernels.hpp"
+#include "Classes/URLs/URLCanonicalForm.hpp"
 #include "Classes/URLs/URLParameters.hpp"
+#include "Classes/URLs/URLSessions.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
-#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {
@@ -27,14 +30,27 @@ NSString without(const NSString &string, std::size_t start, std::size_t end) {
   });
 }
 
+/// The index of the first of these units; the length when there is none.
+std::size_t firstOf(const NSString &string, const detail::UnicharChoice &choice) {
+  return detail::findOneOfChoice(string.characters(), string.length(), choice);
+}
+
+std::size_t startOfAnchor(const NSString &string) {
+  return firstOf(string, detail::UnicharChoice::only(u'#'));
+}
+
 View nameOfParam(View param) {
   return param.substr(0, param.find(u'='));
 }
+
+/// What stands between parameters where a reference of markup was not decoded.
+constexpr View kEscapedAmpersand = u"&amp;";
 
 /// Takes away the parameters of the query that the predicate picks, the separators before them, and a "?" with
 /// nothing left behind it.
 template <class Predicate>
 NSString withoutParams(const NSString &string, Predicate isRemoved) {
+  if (firstOf(string, detail::UnicharChoice::only(u'?')) == string.length()) return string;
   return answerOr(string, [&] {
     const View url = string.view();
     const URLStringParts parts = partsOfURLString(url);
@@ -42,12 +58,14 @@ NSString withoutParams(const NSString &string, Predicate isRemoved) {
     NSMutableString kept;
     View query = url.substr(parts.queryStart, parts.fragmentStart - parts.queryStart);
     while (!query.empty()) {
-      const View param = query.substr(1, std::min(query.find_first_of(u"&;", 1), query.size()) - 1);
+      const View separator = query.starts_with(kEscapedAmpersand) ? kEscapedAmpersand : query.substr(0, 1);
+      query.remove_prefix(separator.size());
+      const View param = query.substr(0, std::min(query.find_first_of(u"&;"), query.size()));
       if (!isRemoved(param)) {
-        kept.appendCharacter(kept.length() == 0 ? u'?' : query.front());
+        kept.append(kept.length() == 0 ? u"?" : separator);
         kept.append(param);
       }
-      query.remove_prefix(1 + param.size());
+      query.remove_prefix(param.size());
     }
     if (kept.length() == parts.fragmentStart - parts.queryStart) return string;
     return stringByConcatenating(url.substr(0, parts.queryStart), kept, url.substr(parts.fragmentStart));
@@ -56,24 +74,26 @@ NSString withoutParams(const NSString &string, Predicate isRemoved) {
 
 /// Takes away the sessions among the parameters of path components. A component may be nothing but a session.
 NSString withoutPathSessions(const NSString &string) {
+  if (firstOf(string, {2, {u';', u'(', u';', u';'}}) == string.length()) return string;
   return answerOr(string, [&] {
     const View url = string.view();
     const URLStringParts parts = partsOfURLString(url);
     if (parts.isText) return string;
     const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
-    NSMutableString kept;
-    kept.append(url.substr(0, parts.pathStart));
+    std::u16string kept;
     for (std::size_t at = 0; at < path.size();) {
       const View piece = path.substr(at, std::min(path.find_first_of(u"/;", at + 1), path.size()) - at);
-      const bool isSession = piece.front() == u';'
-                                 ? isURLNameOfKind(nameOfParam(piece.substr(1)), URLNameKind::session)
-                                 : piece.starts_with(u"/(S(") && piece.ends_with(u"))");
+      const bool isSession = piece.front() == u';' ? isSessionParameter(piece.substr(1))
+                                                   : piece.starts_with(u"/(S(") && piece.ends_with(u"))");
       if (!isSession) kept.append(piece);
       at += piece.size();
     }
-    if (kept.length() == parts.queryStart) return string;
-    kept.append(url.substr(parts.queryStart));
-    return std::move(kept).string();
+    if (kept.size() == path.size()) return string;
+    // Without a host what is left would be taken for one.
+    const bool becomesHost = parts.authorityStart == (parts.schemeLength == 0 ? 0 : parts.schemeLength + 1) &&
+                             kept.starts_with(u"//");
+    return stringByConcatenating(url.substr(0, parts.pathStart), becomesHost ? u"/." : u"", kept,
+                                 url.substr(parts.queryStart));
   });
 }
 
@@ -85,53 +105,22 @@ View hostOfStringURL(View url) {
   return host.substr(0, host.find(u':'));
 }
 
-bool isDefaultPort(View scheme, View port) {
-  if (port.empty()) return true;
-  if (port == u"80") return equalsOneOfASCIINoCase(scheme, {"http", "feed"});
-  if (port == u"443") return equalsASCIINoCase(scheme, "https");
-  return port == u"21" && equalsASCIINoCase(scheme, "ftp");
-}
-
-NSString withPlainSchemeAndHost(const NSString &string) {
-  return answerOr(string, [&] {
-    const View url = string.view();
-    const URLStringParts parts = partsOfURLString(url);
-    const View authority = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
-    const std::size_t hostStart = parts.authorityStart + startOfHost(authority);
-    std::size_t hostEnd = parts.pathStart;
-    const std::size_t colon = authority.rfind(u':');
-    if (colon != View::npos && parts.authorityStart + colon >= hostStart) {
-      const View port = authority.substr(colon + 1);
-      const bool isPort = std::ranges::all_of(port, isASCIIDigit<unichar>);
-      if (isPort && isDefaultPort(url.substr(0, parts.schemeLength), port))
-        hostEnd = parts.authorityStart + colon;
-    }
-    if (hostEnd == parts.pathStart &&
-        std::ranges::none_of(url.substr(0, parts.schemeLength), isASCIIUppercase<unichar>) &&
-        std::ranges::none_of(url.substr(hostStart, hostEnd - hostStart), isASCIIUppercase<unichar>)) {
-      return string;
-    }
-    NSMutableString plain(without(string, hostEnd, parts.pathStart));
-    const auto makeSmall = [&](std::size_t start, std::size_t end) {
-      unichar *const units = plain.mutableCharacters();
-      std::transform(units + start, units + end, units + start, toASCIILower<unichar>);
-    };
-    makeSmall(0, parts.schemeLength);
-    makeSmall(hostStart, hostEnd);
-    return std::move(plain).string();
-  });
+/// The string without its anchor, unless that is the route of a page which a script makes: another page.
+NSString withoutPlainAnchor(const NSString &string) {
+  const View anchor = string.view().substr(startOfAnchor(string));
+  return anchor.starts_with(u"#!") || anchor.starts_with(u"#/") ? string : stringURLWithoutAnchor(string);
 }
 
 }  // namespace
 
 NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, Flag sessionIDs, Flag analytics,
                                                  Flag indexPages, Flag emptyParams, Flag anchors) {
-  NSString url = withPlainSchemeAndHost(string);
+  NSString url = canonicalStringURL(string);
   if (sessionIDs) url = stringURLByRemovingSessionIDs(url);
   if (analytics) url = stringURLByRemovingAnalytics(url);
   if (emptyParams) url = stringURLByRemovingEmptyParams(url);
   if (indexPages) url = stringURLByRemovingIndexPages(url);
-  if (anchors) url = stringURLWithoutAnchor(url);
+  if (anchors) url = withoutPlainAnchor(url);
   return url;
 }
 
@@ -140,14 +129,15 @@ NSString simplifiedStringURL(const NSString &string) {
 }
 
 NSString stringURLByRemovingSessionIDs(const NSString &string) {
-  return withoutParams(withoutPathSessions(string),
-                       [](View param) { return isURLNameOfKind(nameOfParam(param), URLNameKind::session); });
+  return withoutParams(withoutPathSessions(string), isSessionParameter);
 }
 
 NSString stringURLByRemovingAnalytics(const NSString &string) {
-  const View host = hostOfStringURL(string.view());
-  return withoutParams(
-      string, [&](View param) { return isURLNameOfKind(nameOfParam(param), URLNameKind::analytics, host); });
+  std::optional<View> host;
+  return withoutParams(string, [&](View param) {
+    if (!host) host = hostOfStringURL(string.view());
+    return isURLNameOfKind(nameOfParam(param), URLNameKind::analytics, *host);
+  });
 }
 
 NSString stringURLByRemovingEmptyParams(const NSString &string) {
@@ -157,17 +147,16 @@ NSString stringURLByRemovingEmptyParams(const NSString &string) {
 
 NSString stringURLByRemovingIndexPages(const NSString &string) {
   const View url = string.view();
+  const std::size_t end = firstOf(string, {2, {u'?', u'#', u'?', u'?'}});
+  const std::size_t slash = url.substr(0, end).rfind(u'/');
+  if (slash == View::npos || url.substr(end).starts_with(u'?')) return string;
+  if (!isURLNameOfKind(url.substr(slash + 1, end - slash - 1), URLNameKind::index)) return string;
   const URLStringParts parts = partsOfURLString(url);
-  if (!parts.isHierarchical || parts.queryStart != parts.fragmentStart) return string;
-  const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
-  const std::size_t slash = path.rfind(u'/');
-  if (slash == View::npos || !isURLNameOfKind(path.substr(slash + 1), URLNameKind::index)) return string;
-  return without(string, parts.pathStart + slash + 1, parts.queryStart);
+  return parts.isHierarchical && slash >= parts.pathStart ? without(string, slash + 1, end) : string;
 }
 
 NSString stringURLWithoutAnchor(const NSString &string) {
-  const View url = string.view();
-  return without(string, std::min(url.find(u'#'), url.size()), url.size());
+  return without(string, startOfAnchor(string), string.length());
 }
 
 }  // namespace URLUtilities

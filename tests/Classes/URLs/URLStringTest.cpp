@@ -251,7 +251,8 @@ TEST(URLNormalizing, StaysInsideItsBuffers) {
   // Every unit grows, and the results are longer than what fits the stack.
   for (const std::uint32_t length : {1u, 2u, 255u, 256u, 257u, 5000u}) {
     const std::u16string spaces(length, u'\x01'), brackets(length, u']');
-    for (const std::u16string &text : {u'a' + spaces + u'b', brackets, u"&eacute;&amp;a=[" + spaces + u"&amp;%20\\"}) {
+    for (const std::u16string &text :
+         {u'a' + spaces + u'b', brackets, u"&eacute;&amp;a=[" + spaces + u"&amp;%20\\"}) {
       const ExactBuffer<unichar> source{std::u16string_view(text)};
       const auto count = static_cast<std::uint32_t>(text.size());
       const std::unique_ptr<unichar[]> out(new unichar[kMaxURLGrowth * count]);
@@ -287,13 +288,23 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
   checkChanges(stringURLByRemovingSessionIDs,
                {{u"http://h/a;jsessionid=1/b;v=2;JSESSIONID=3?x", u"http://h/a/b;v=2?x"},
                 {u"http://h/a;jsessionid=1/(S(x))/b?PHPSESSID=2&c=3", u"http://h/a/b?c=3"},
-                {u"h?PHPSESSID=1&a=2;sid=3#f", u"h?a=2#f"},
-                {u"h?sid=1", u"h"},
+                {u"h?PHPSESSID=1&a=2;CFID=3#f", u"h?a=2#f"},
+                {u"h?sid=c04d2ae81f6b97035e", u"h"},
+                {u"/a;sid=0BcD2ae81f6b97035e?session=123e4567-e89b-12d3-a456-426614174000", u"/a"},
+                {u"h?sid=1&session=keynote2024opening&sessionid=a1b2c3",
+                 u"h?sid=1&session=keynote2024opening&sessionid=a1b2c3"},
+                {u"h?session&session_id=1234567890123456789", u"h?session&session_id=1234567890123456789"},
+                {u"/(S(x))//host", u"/.//host"},
+                {u"x:/(S(x))//host", u"x:/.//host"},
+                {u";jsessionid=1//host", u"/.//host"},
+                {u"http://h/(S(x))//a", u"http://h//a"},
                 {u"h?side=1", u"h?side=1"}});
   checkChanges(
       stringURLByRemovingAnalytics,
       {{u"h?utm_source=a&b=1&UTM_x=2;fbclid=3&c", u"h?b=1&c"},
        {u"h?&utm=1&", u"h?&utm=1&"},
+       {u"h?a=1&amp;utm_x=2&amp;b=3", u"h?a=1&amp;b=3"},
+       {u"h?utm_x=1&amp;b=2", u"h?b=2"},
        {u"https://h/?elqTrack=true&cm_mmc-a=1&bsft_x=2&at_id=3&awc=4&_trkparms=5",
         u"https://h/?at_id=3&_trkparms=5"},
        {u"https://youtu.be/x?si=1&t=2", u"https://youtu.be/x?t=2"},
@@ -311,7 +322,19 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
   checkChanges(simplifiedStringURL,
                {{u"HTTP://U:P@Host.Example:80/A/default.aspx;jsessionid=1?utm_source=x&a=#z",
                  u"http://U:P@host.example/A/"},
-                {u"https://h:443", u"https://h"},
+                {u"https://h:443", u"https://h/"},
+                {u"//h?a#b", u"//h/?a"},
+                {u"http://h/#!/a", u"http://h/#!/a"},
+                {u"http://h/index.html#/a", u"http://h/#/a"},
+                {u"http://h/a/./b/../%2E%2e/c/%7euser%2fx%e9%%34%31", u"http://h/c/~user%2Fx%E9%2541"},
+                {u"/a/..//h", u"/.//h"},
+                {u"../a/./b", u"../a/./b"},
+                {u"%41b:c", u"./Ab:c"},
+                {u"http://u%41@B\u00fccher.Example/\u00fc\xd83d\xde00\xd800?\u00e9",
+                 u"http://uA@xn--bcher-kva.example/%C3%BC%F0%9F%98%80\xd800?%C3%A9"},
+                {u"http://%45x%c3%a9.org:/", u"http://ex%C3%A9.org/"},
+                {u"MAILTO:%41@B/../c", u"mailto:A@B/../c"},
+                {u"Data:,%41/../B", u"data:,%41/../B"},
                 {u"http://h:8080/?q", u"http://h:8080/?q"},
                 {u"http://[::80]/", u"http://[::80]/"},
                 {u"javascript:a?sid=1", u"javascript:a?sid=1"}});
