@@ -237,7 +237,7 @@ PageContents contentsOfPage(const NSString &page, const PageContentsOptions &opt
       if (name == TagName::kBase) {
         const std::u16string_view link = detail::linkOfBaseTag(tag);
         if (link.empty()) return;
-        contents.linksBaseURL = baseURL(NSString::stringWithCharacters(link));
+        contents.linksBaseURL = baseURL(NSString::stringWithCharacters(link), options.preservingMeaning);
         return facts.takeBase(contents.linksBaseURL);
       }
       facts.visit(tag, name);

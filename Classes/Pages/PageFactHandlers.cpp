@@ -181,7 +181,11 @@ NSString getFavIcon(const unichar *characters, std::uint32_t nameLocation, std::
 }
 
 NSURL baseURL(const NSString &string) {
-  const NSString normalized = normalizedStringURL(string);
+  return baseURL(string, false);
+}
+
+NSURL baseURL(const NSString &string, Flag preservingMeaning) {
+  const NSString normalized = normalizedStringURL(string, false, preservingMeaning);
   if (!normalized) return {};
   if (normalized.view().front() != u'#') {
     NSURL url = URLWithNormalizedStringURL(normalized);

@@ -109,5 +109,7 @@ NSString getFavIcon(const unichar *characters, std::uint32_t nameLocation, std::
 /// The URL that a "base" tag names, normalised. Nil when nothing is left of it, and when it is not
 /// `isRemoteWebKitURL` or only an anchor, which is logged.
 NSURL baseURL(const NSString &string);
+/// As above, normalised with or without `preservingMeaning`.
+NSURL baseURL(const NSString &string, Flag preservingMeaning);
 
 }  // namespace nimbo

@@ -113,7 +113,7 @@ TEST(PageContents, TellTextAndPlaceOfEachLink) {
   constexpr std::u16string_view kPage =
       u"<a href=a>A &amp;\n<b>b</b><a href=a rel=nofollow><img src=i alt='An image'></a><area href=c alt=C>"
       u"<script data-x='>' src=s>x.src='t'</script><script>x.src='u'</script>"
-      u"<style>x.src='v'; @import \"w\"</style><a href='/?u=%26'> </a>";
+      u"<style>x.src='v'; @import \"w\"</style><a href='/?u=%26'> </a><base href='http://h/?u=%26'>";
   const PageContents contents =
       contentsOfPage(exactString(kPage), {.preservingMeaning = true, .withDetails = true});
   std::vector<std::string> links;
@@ -125,6 +125,8 @@ TEST(PageContents, TellTextAndPlaceOfEachLink) {
   }
   EXPECT_EQ(links, (std::vector<std::string>{"0 a A & b", "0 a An image nofollow", "2 i An image", "0 c C",
                                              "3 s -", "3 w -", "0 /?u=%26 -"}));
+  EXPECT_EQ(contents.linksBaseURL.absoluteString(), u"http://h/?u=%26"_ns);
+  EXPECT_EQ(contentsOfPage(exactString(kPage)).linksBaseURL.absoluteString(), u"http://h/?u=&"_ns);
   for (const PageLink &link : contentsOfPage(exactString(kPage)).links) EXPECT_FALSE(link.text);
   EXPECT_TRUE(contentsOfPage(NSString()).links.empty());
   EXPECT_EQ(contentsOfPage(NSString()).facts.title, NSString::string());
