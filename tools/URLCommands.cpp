@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/URLCommands.hpp"
 
-#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
+#include "Classes/URLs/TypedURLs.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/Output.hpp"
 #include "tools/URLReport.hpp"
@@ -12,17 +12,18 @@ namespace {
 
 struct URLOptions : CommonOptions {
   std::optional<std::string> base;
+  bool markup = false;
 };
 
 int runURL(const URLOptions &options, const Operands &operands) {
   const NSURL base =
-      options.base ? URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
+      options.base ? URLWithTypedString(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
   if (options.base && !base.scheme()) throw UsageError("'" + *options.base + "' is no absolute URL");
   NSArray reports = NSArray::array();
   // A property list has no null.
   const id missing = options.propertyList ? id() : id(NSNull());
   for (const std::string &operand : operands)
-    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, missing));
+    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, options.markup, missing));
   writeResult(reports, options);
   return kExitAnswered;
 }
@@ -36,7 +37,7 @@ const std::vector<Command> &urlCommands() {
         .summary = "kinds, parts, parameters and forms of URLs",
         .description = R"(
 Prints a JSON array with what is known about each URL. One that is no URL has a null "URL";
-"Repaired" is what it may have been meant to be. "Loadable" looks whether a file is there.)",
+"Repaired" is what it may have been meant to be, "example.org" a host. "Loadable" looks whether a file is there.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
         .takesEmptyOperands = true,
@@ -44,7 +45,9 @@ Prints a JSON array with what is known about each URL. One that is no URL has a 
         .asksHelper = false,
         .takesTime = false},
        runURL,
-       {{"base", &URLOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""}}},
+       {{"base", &URLOptions::base, "URL", "the URL of the page with these links; adds \"Resolved\""},
+        {"markup", &URLOptions::markup, nullptr,
+         "they are links as the markup of a page has them, with \"&amp;\""}}},
   };
   return commands;
 }

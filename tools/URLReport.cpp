@@ -4,6 +4,8 @@
 #include "Classes/URLs/NSString+HtmlExtensions+URLs.hpp"
 #include "Classes/URLs/NSString+URLUtilities.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
+#include "Classes/URLs/TypedURLs.hpp"
+#include "Classes/URLs/URLNormalizing.hpp"
 
 namespace nimbo {
 
@@ -70,15 +72,17 @@ NSDictionary typesOf(const NSString &extension) {
 
 }  // namespace
 
-NSDictionary reportOnURL(const NSString &string, const NSURL &base, const id &missing) {
+NSDictionary reportOnURL(const NSString &string, const NSURL &base, Flag isMarkup, const id &missing) {
   const auto orMissing = [&](const NSURL &url) { return url ? id(url.absoluteString()) : missing; };
   NSDictionary report = {{u"String"_ns, string}};
   const NSURL url = NSURL::URLWithString(string);
   report.setObject(orMissing(url), u"URL"_ns);
-  const NSString normalized = normalizedStringURL(string);
-  if (base) report.setObject(orMissing(URLRelativeTo(normalized, base)), u"Resolved"_ns);
+  const NSString normalized =
+      isMarkup ? normalizedStringURL(string, false, true) : stringURLWrittenBy(cleanURLUnits, string);
+  if (base) report.setObject(orMissing(URLRelativeTo(isMarkup ? normalized : string, base)), u"Resolved"_ns);
   report.addEntriesFromDictionary({
-      {u"Repaired"_ns, orMissing(URLWithNormalizedStringURL(normalized))},
+      {u"Repaired"_ns,
+       orMissing(isMarkup ? URLWithNormalizedStringURL(normalized) : URLWithTypedString(string))},
       {u"Normalized"_ns, normalized},
       {u"Simplified"_ns, simplifiedStringURL(normalized)},
       {u"Escaped"_ns, NSDictionary{{u"Standard"_ns, stringByAddingStandardPercentEscapesToURL(string)},

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/WebKit/NSURL+NimboWebKitAdditions.hpp"
 
-#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
+#include "Classes/URLs/TypedURLs.hpp"
 
 namespace nimbo {
 inline namespace NimboWebKitAdditions {
 
 NSURL URLWithUserTypedString(const NSString &string) {
-  return URLWithNormalizedStringURL(string);
+  return URLWithTypedString(string);
 }
 
 }  // namespace NimboWebKitAdditions

@@ -12,8 +12,8 @@
 namespace NIMBO_PUBLIC nimbo {
 inline namespace NimboWebKitAdditions {
 
-/// The URL that somebody has typed, as `URLWithNormalizedStringURL` reads it. Nil for nil, and when nothing
-/// usable was typed.
+/// The URL that somebody has typed, as `URLWithTypedString` reads it (Classes/URLs/TypedURLs.hpp):
+/// "example.org" is a host. Nil for nil, and when nothing usable was typed.
 NSURL URLWithUserTypedString(const NSString &string);
 
 }  // namespace NimboWebKitAdditions

@@ -325,7 +325,13 @@ class CommandTest(CommandTestCase):
         self.assertTrue(good["Kinds"]["HTTP"] and good["Types"]["Image"] and not good["Kinds"]["File"])
         self.assertEqual((bad["URL"], bad["Repaired"], bad["Resolved"]), (None, *["http://b/%C3%A9%20f"] * 2))
         self.assertNotIn("Components", bad)
-        self.assertEqual((hopeless["URL"], hopeless["Repaired"], hopeless["Resolved"]), (None, None, None))
+        self.assertEqual((hopeless["URL"], hopeless["Repaired"], hopeless["Resolved"]), (None, None, "https://h/x/"))
+        link = "/s?a=1&copy=2&amp;u=x%26y%2Bz"
+        typed, host = self.answer("url", "--base", "h.org", link, "example.org")
+        self.assertEqual((typed["Normalized"], typed["Repaired"], typed["Resolved"]), (link, link, "http://h.org" + link))
+        self.assertEqual((host["Repaired"], host["Resolved"]), ("http://example.org", "http://h.org/example.org"))
+        marked = self.answer("url", "--base", "h.org", "--markup", "/s?a=1&amp;u=x%26y%2Bz")[0]
+        self.assertEqual((marked["Normalized"], marked["Resolved"]), ("/s?a=1&u=x%26y%2Bz", "http://h.org/s?a=1&u=x%26y%2Bz"))
         plist = plistlib.loads(self.run_command("url", "--plist", "a b").stdout)
         self.assertEqual((plist[0]["Repaired"], "URL" in plist[0]), ("a%20b", False))
         self.assert_fails(2, "No helper is registered", "ping", "--no-start")

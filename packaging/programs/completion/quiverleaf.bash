@@ -28,7 +28,7 @@ _quiverleaf() {
   [[ $command == strip ]] && options+=' --tag --attributes --bodies --except --objects'
   [[ $command == links ]] && options+=' --containing --nofollow --filtered --details'
   [[ $command == feed ]] && options+=' --url --html --linked-style --as-given --json-feed --opml'
-  [[ $command == url ]] && options+=' --base'
+  [[ $command == url ]] && options+=' --base --markup'
   [[ $command == date ]] && options+=' --http'
   [[ $command == fork ]] && options+=' --extract --output'
   [[ $command == location ]] && options+=' --create --output'
