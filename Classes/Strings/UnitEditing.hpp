@@ -17,7 +17,8 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// What `edit(NSMutableString &)` makes of a copy.
+/// What `edit(NSMutableString &)` makes of a copy. Where it can be known before that nothing would change, the
+/// caller should answer the string without this.
 template <class Edit>
 NSString stringByEditing(const NSString &string, Edit edit) {
   if (string.length() == 0) return string;
@@ -67,6 +68,17 @@ NSString stringByRemovingUnits(const NSString &string, Predicate isRemoved) {
     unichar *const end = std::remove_copy_if(units.begin(), units.end(), copy.mutableCharacters(), isRemoved);
     copy.setLength(static_cast<std::uint32_t>(end - copy.mutableCharacters()));
     return std::move(copy).string();
+  });
+}
+
+/// The string without the units for which `isRemoved(unichar)` holds, the others replaced by `map(unichar)`.
+template <class Predicate, class Map>
+NSString stringByRemovingAndMappingUnits(const NSString &string, Predicate isRemoved, Map map) {
+  const std::u16string_view units = string.view();
+  if (std::ranges::all_of(units, [&](unichar c) { return !isRemoved(c) && map(c) == c; })) return string;
+  return stringByEditing(string, [&](NSMutableString &copy) {
+    removeUnits(copy, isRemoved);
+    mapUnits(copy, map);
   });
 }
 

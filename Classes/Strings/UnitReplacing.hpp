@@ -6,7 +6,7 @@
 namespace nimbo {
 
 /// Writes `units`, with each occurrence of `replaced` replaced, to `result`, which must be empty. Writes
-/// nothing and answers false when there is none, when `replaced` is nil or empty, or `withString` nil.
+/// nothing and answers false when that changes nothing, when `replaced` is nil or empty, or `withString` nil.
 bool replaceOccurrences(std::u16string_view units, const NSString &replaced, const NSString &withString,
                         bool caseSensitive, NSMutableString &result);
 

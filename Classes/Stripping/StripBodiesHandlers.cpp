@@ -9,11 +9,6 @@ namespace nimbo {
 
 namespace {
 
-void copy(StripBodiesContext &context, std::u16string_view units) {
-  if (!context.result) context.result.emplace();
-  context.result->append(units);
-}
-
 /// Enters the element when the tag begins one of those that are named.
 bool entersElement(const TagShape &tag, StripBodiesContext &context) {
   if (!tag.isStartTag() ||
@@ -35,18 +30,25 @@ bool endsElement(const TagShape &tag, StripBodiesContext &context) {
 }
 
 void stripBodies(const TagShape &tag, StripBodiesContext &context) {
-  if (context.depth > 0)
+  if (context.depth > 0) {
     endsElement(tag, context);
-  else
-    copy(context, entersElement(tag, context) ? tag.text() : tag.textAndTag());
+    return;
+  }
+  const bool isBegun = context.result.has_value();
+  const bool enters = entersElement(tag, context);
+  if (isBegun)
+    context.result->append(enters ? tag.text() : tag.textAndTag());
+  else if (enters)
+    context.result.emplace().append(tag.allBefore());
 }
 
 void stripAllButBodies(const TagShape &tag, StripBodiesContext &context) {
   if (context.depth > 0) {
-    copy(context, tag.textAndTag());
+    context.result->append(tag.textAndTag());
     if (endsElement(tag, context)) context.result->appendCharacter(u'\n');
   } else if (entersElement(tag, context)) {
-    copy(context, tag.tag());
+    if (!context.result) context.result.emplace();
+    context.result->append(tag.tag());
   }
 }
 

@@ -20,7 +20,7 @@ namespace NIMBO_PUBLIC nimbo {
 ///     context.names = names;
 ///     GetTagsOfString(page, StripTagBodiesHandler, &context, false);
 struct StripBodiesContext {
-  /// Nothing until something is copied.
+  /// Nothing until an element is left out, or kept.
   std::optional<NSMutableString> result;
   /// How the elements' start tags begin, with their "<", in any case: "<div" stands for "<div class=x>" and for
   /// "<divide>". Not empty.

@@ -60,10 +60,8 @@ NSString lowercaseNonUmlautedNormalizedString(const NSString &string) {
 NSString caseInsensitiveStringByRemovingNonAlphaNumericCharacters(const NSString &string) {
   const CharacterSetRep *const alphaNum = alphaNumCharacterSetRep();
   const EntryOf lowered{initLowerUmlautsCharsTable()};
-  return stringByEditing(string, [=](NSMutableString &copy) {
-    removeUnits(copy, [=](unichar c) { return !alphaNum->contains(c); });
-    mapUnits(copy, lowered);
-  });
+  return stringByRemovingAndMappingUnits(
+      string, [=](unichar c) { return !alphaNum->contains(c); }, lowered);
 }
 
 }  // namespace NSStringNimboExtensions

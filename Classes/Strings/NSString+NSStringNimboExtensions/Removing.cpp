@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Removing.hpp"
 
+#include <string_view>
+
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Removing.hpp"
+#include "Classes/Strings/NSString+NSStringNimboExtensions/Trimming.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
@@ -11,11 +14,24 @@ inline namespace NSStringNimboExtensions {
 
 namespace {
 
-NSString stringByRemovingDigitsAndMapping(const NSString &string, const unichar *table) {
-  return stringByEditing(string, [table](NSMutableString &copy) {
-    removeDigits(copy);
-    mapUnits(copy, EntryOf{table});
-  });
+/// Whether a line break follows another one.
+bool hasMultipleFeeds(std::u16string_view units) {
+  for (std::size_t i = 0; i < units.size(); ++i) {
+    const std::uint32_t lineBreak = lengthOfLineBreak(units, i);
+    if (lineBreak && i + lineBreak < units.size() && isLineBreak(units[i + lineBreak])) return true;
+  }
+  return false;
+}
+
+/// Whether there is a run that is not one U+0020 already.
+bool hasMultipleSpaces(std::u16string_view units, IsPartOfSet isCollapsed) {
+  bool isInRun = false;
+  for (const unichar c : units) {
+    const bool collapsed = isCollapsed(c);
+    if (collapsed && (isInRun || c != u' ')) return true;
+    isInRun = collapsed;
+  }
+  return false;
 }
 
 }  // namespace
@@ -46,10 +62,11 @@ NSString stringByRemovingFeeds(const NSString &string) {
 }
 
 NSString stringByRemovingMultipleFeeds(const NSString &string) {
-  return stringByEditing(string, removeMultipleFeeds);
+  return hasMultipleFeeds(string.view()) ? stringByEditing(string, removeMultipleFeeds) : string;
 }
 
 NSString stringByRemovingMultipleSpacesAndFeeds(const NSString &string, Flag andFeeds) {
+  if (!hasMultipleSpaces(string.view(), isSpace(andFeeds))) return string;
   return stringByEditing(string, [=](NSMutableString &copy) { removeMultipleSpacesAndFeeds(copy, andFeeds); });
 }
 
@@ -58,19 +75,16 @@ NSString stringByRemovingDigits(const NSString &string) {
 }
 
 NSString uppercaseStringByRemovingDigits(const NSString &string) {
-  return stringByRemovingDigitsAndMapping(string, initUpperCharsTable());
+  return stringByRemovingAndMappingUnits(string, isDigit(), EntryOf{initUpperCharsTable()});
 }
 
 NSString lowercaseStringByRemovingDigits(const NSString &string) {
-  return stringByRemovingDigitsAndMapping(string, initLowerCharsTable());
+  return stringByRemovingAndMappingUnits(string, isDigit(), EntryOf{initLowerCharsTable()});
 }
 
 NSString reformattedStringByRemovingCharactersOfString(const NSString &string, const NSString &characters) {
-  return stringByEditing(string, [&](NSMutableString &copy) {
-    removeCharactersOfString(copy, characters);
-    trimUnits(copy, isWhite());
-    removeMultipleSpacesAndFeeds(copy, true);
-  });
+  const NSString kept = stringByRemovingCharactersOfString(string, characters);
+  return stringByRemovingMultipleSpacesAndFeeds(stringByTrimmingWhiteSpaces(kept), true);
 }
 
 }  // namespace NSStringNimboExtensions
