@@ -136,11 +136,15 @@ class AttributeReader {
   const CharacterSetRep &alphaNums_ = *alphaNumCharacterSetRep();
 };
 
-/// The end of an attribute's value, or the end of the tag.
-std::size_t endOfValue(std::u16string_view tag, std::size_t start) {
-  if (start >= tag.size()) return tag.size();
-  if (tag[start] == u'"' || tag[start] == u'\'') return std::min(tag.find(tag[start], start + 1), tag.size());
-  return std::min(tag.find_first_of(u" \t\n\r\f>", start), tag.size());
+bool isMarkupWhite(unichar c) {
+  return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r' || c == u'\f';
+}
+
+/// The first index from `i` on of a unit for which the predicate holds; the length when there is none.
+template <class Predicate>
+std::size_t findUnit(std::u16string_view units, std::size_t i, Predicate isFound) {
+  while (i < units.size() && !isFound(units[i])) ++i;
+  return i;
 }
 
 NSString stringUnlessEmpty(std::u16string_view value) {
@@ -153,16 +157,46 @@ std::u16string_view attributeOfTag(std::u16string_view tag, std::string_view nam
   return AttributeReader<char>(tag, name, {kTagSlack, u'=', u'>', quoted}).value();
 }
 
-bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName) {
-  std::size_t i = std::min(tag.find_first_of(u" \t\n\r\f/"), tag.size());
-  while (i < tag.size()) {
-    const std::size_t start = std::min(tag.find_first_not_of(u" \t\n\r\f/>\"'", i), tag.size());
-    const std::size_t end = std::min(tag.find_first_of(u" \t\n\r\f/>=", start), tag.size());
-    if (end > start && equalsASCIINoCase(tag.substr(start, end - start), lowerCaseName)) return true;
-    i = std::min(tag.find_first_not_of(kMarkupWhiteSpace, end), tag.size());
-    if (i < tag.size() && tag[i] == u'=')
-      i = endOfValue(tag, std::min(tag.find_first_not_of(kMarkupWhiteSpace, i + 1), tag.size()));
+TagAttributeReader::TagAttributeReader(std::u16string_view tag)
+    : tag_(tag), position_(findUnit(tag, 0, [](unichar c) { return isMarkupWhite(c) || c == u'/'; })) {}
+
+std::optional<TagAttribute> TagAttributeReader::next() {
+  const auto isNoWhite = [](unichar c) { return !isMarkupWhite(c); };
+  const auto endsName = [](unichar c) { return isMarkupWhite(c) || c == u'/' || c == u'>' || c == u'='; };
+  const auto endsValue = [](unichar c) { return isMarkupWhite(c) || c == u'>'; };
+  const auto beginsName = [](unichar c) { return !isMarkupWhite(c) && c != u'/' && c != u'>' && !isQuote(c); };
+  std::size_t start = findUnit(tag_, position_, beginsName);
+  // A name may begin with "=" alone.
+  std::size_t end = start < tag_.size() ? findUnit(tag_, start + 1, endsName) : start;
+  position_ = end;
+  if (start == end) return std::nullopt;
+  TagAttribute attribute{tag_.substr(start, end - start), {}};
+  start = findUnit(tag_, end, isNoWhite);
+  if (start == tag_.size() || tag_[start] != u'=') return attribute;
+  start = findUnit(tag_, start + 1, isNoWhite);
+  const bool isQuoted = start < tag_.size() && isQuote(tag_[start]);
+  if (isQuoted) {
+    ++start;
+    end = std::min(tag_.find(tag_[start - 1], start), tag_.size());
+  } else {
+    end = findUnit(tag_, start, endsValue);
   }
+  attribute.value = tag_.substr(start, end - start);
+  position_ = end + (isQuoted && end < tag_.size());
+  return attribute;
+}
+
+std::u16string_view ownAttributeOfTag(std::u16string_view tag, std::string_view lowerCaseName) {
+  TagAttributeReader attributes(tag);
+  while (const std::optional<TagAttribute> attribute = attributes.next())
+    if (equalsASCIINoCase(attribute->name, lowerCaseName)) return attribute->value;
+  return {};
+}
+
+bool hasAttribute(std::u16string_view tag, std::string_view lowerCaseName) {
+  TagAttributeReader attributes(tag);
+  while (const std::optional<TagAttribute> attribute = attributes.next())
+    if (equalsASCIINoCase(attribute->name, lowerCaseName)) return true;
   return false;
 }
 

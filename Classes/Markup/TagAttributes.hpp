@@ -7,7 +7,9 @@
 //     const NSString charset = headerCharset(u"text/html; charset=utf-8"_ns);  // NSString+XmlExtensions.hpp
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "platform/Foundation/Flag.hpp"
@@ -31,6 +33,38 @@ enum class QuotedValue : std::uint8_t {
 /// empty, and when the tag is not at least 6 units longer than the name.
 std::u16string_view attributeOfTag(std::u16string_view tag NIMBO_LIFETIMEBOUND, std::string_view name,
                                    QuotedValue quoted = QuotedValue::kEndsWithTag);
+
+/// An attribute as browsers read it: its name is all in front of white space, "=", "/" or ">", and a value in
+/// quotes ends with the second quote alone.
+struct TagAttribute {
+  /// In the case that it is written in; never empty.
+  std::u16string_view name;
+  /// Empty, too, when the attribute has none. Entities stay as they are.
+  std::u16string_view value;
+};
+
+/// Reads the attributes of a tag, whose units are given from its "<" on, from the first to the last.
+///
+///     TagAttributeReader attributes(u"<option value=a selected>");
+///     while (const std::optional<TagAttribute> attribute = attributes.next()) count +=
+///     attribute->value.size();
+class TagAttributeReader {
+ public:
+  /// It borrows the units.
+  explicit TagAttributeReader(std::u16string_view tag);
+
+  /// The next attribute, as views of the tag; nothing behind the last one.
+  std::optional<TagAttribute> next();
+
+ private:
+  std::u16string_view tag_;
+  std::size_t position_;
+};
+
+/// The value of the first attribute of the tag whose whole name, as browsers read it, is the name, which is
+/// ASCII in lower case: "alt" is not found in "<img data-alt=x>". Empty when there is none.
+std::u16string_view ownAttributeOfTag(std::u16string_view tag NIMBO_LIFETIMEBOUND,
+                                      std::string_view lowerCaseName);
 
 /// Whether the tag has an attribute of the name, which is ASCII in lower case, with or without a value:
 /// "<option selected>".

@@ -10,7 +10,7 @@
 /// The names of tags that handlers may ask for, each with a capital first letter: calls X for each of them.
 // clang-format off
 #define NIMBO_TAG_NAMES(X) \
-  X(A) X(Abbr) X(Acronym) X(Address) X(Applet) X(Area) X(Article) X(Aside) X(Audio) X(B) X(Base) X(Basefont) \
+  X(A) X(Abbr) X(Acronym) X(Address) X(Annotation) X(Applet) X(Area) X(Article) X(Aside) X(Audio) X(B) X(Base) X(Basefont) \
   X(Bdi) X(Bdo) X(Bgsound) X(Big) X(Blink) X(Blockquote) X(Body) X(Br) X(Button) X(Canvas) X(Caption) \
   X(Center) X(Cite) X(Code) X(Col) X(Colgroup) X(Data) X(Datalist) X(Dd) X(Del) X(Details) X(Dfn) X(Dialog) \
   X(Dir) X(Div) X(Dl) X(Dt) X(Em) X(Embed) X(Fieldset) X(Figcaption) X(Figure) X(Font) X(Footer) X(Form) \

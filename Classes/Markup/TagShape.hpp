@@ -90,6 +90,10 @@ class TagShape {
   std::u16string_view attribute(std::string_view name, QuotedValue quoted = QuotedValue::kEndsWithTag) const {
     return attributeOfTag(tag(), name, quoted);
   }
+  /// The value of the attribute of exactly this name, as `ownAttributeOfTag` reads it.
+  std::u16string_view ownAttribute(std::string_view lowerCaseName) const {
+    return ownAttributeOfTag(tag(), lowerCaseName);
+  }
   /// Whether the tag has an attribute of the name, with or without a value.
   bool hasAttribute(std::string_view lowerCaseName) const { return nimbo::hasAttribute(tag(), lowerCaseName); }
 

@@ -3,14 +3,6 @@
 
 namespace nimbo::detail {
 
-namespace {
-
-bool isVoid(TagElement element) {
-  return element == TagElement::kVoid || element == TagElement::kImage || element == TagElement::kInput;
-}
-
-}  // namespace
-
 HiddenReason HiddenText::reasonOf(const TagShape &tag) const {
   return hiddenReasonOfTag(tag, background_.isOpen() ? std::u16string_view() : pageColor_);
 }

@@ -10,6 +10,7 @@
 #include "Classes/PlainText/PreformattedElement.hpp"
 #include "Classes/PlainText/SearchEngineMarkers.hpp"
 #include "Classes/PlainText/SelectElement.hpp"
+#include "Classes/PlainText/StyledBlocks.hpp"
 #include "Classes/PlainText/TextPlace.hpp"
 #include "Classes/PlainText/TitleElement.hpp"
 
@@ -38,6 +39,7 @@ struct PlainTextConversion {
     title = {};
     select = {};
     preformatted = {};
+    styledBlocks = {};
     links = {};
     hidden = {};
   }
@@ -47,6 +49,7 @@ struct PlainTextConversion {
     title.leave();
     select = {};
     preformatted = {};
+    styledBlocks.leave();
     links.leaveLink();
     hidden.leaveElements();
   }
@@ -60,6 +63,7 @@ struct PlainTextConversion {
   TitleElement title;
   SelectElement select;
   PreformattedElement preformatted;
+  StyledBlocks styledBlocks;
   LinksAndHeadings links;
   HiddenText hidden;
   /// Where character references are decoded.

@@ -38,8 +38,9 @@ class Step {
     if (!shape_.isOrdinary() || shape_.name().empty()) return;
     const PlainTextTag tag(shape_);
     if (conversion_.options.removeJunk) conversion_.hidden.follow(tag);
+    conversion_.place.followUnshown(tag);
     leaveImpliedElements(tag);
-    writeBreak(tag.rule.tagBreak);
+    writeBreak(conversion_.styledBlocks.beginOrEndAt(tag) ? TagBreak::kLine : tag.rule.tagBreak);
     if (tag.rule.element != TagElement::kOther) handleElement(tag);
   }
 
@@ -110,7 +111,7 @@ class Step {
       case TagElement::kPre:
         return conversion_.preformatted.followPre(tag);
       case TagElement::kImage:
-        return writeAttribute("ALT");
+        return writeAttribute("alt");
       case TagElement::kInput:
         return writeInput();
       default:
@@ -132,6 +133,8 @@ class Step {
         return conversion_.select.begin(shape_, conversion_.writer);
       case TagElement::kOption:
         return conversion_.select.beginOption(shape_, conversion_.writer);
+      case TagElement::kUnshown:
+        return conversion_.place.beginUnshown(tag);
       default:
         return;
     }
@@ -141,7 +144,7 @@ class Step {
     const bool isBody = tag.rule.element == TagElement::kBody;
     conversion_.place.changeBodyDepth(isBody ? tag.depthChange : -tag.depthChange);
     conversion_.leaveElements();
-    if (isBody && tag.depthChange > 0) conversion_.hidden.setPageColor(shape_.attribute("BGCOLOR"));
+    if (isBody && tag.depthChange > 0) conversion_.hidden.setPageColor(shape_.ownAttribute("bgcolor"));
   }
 
   void followLink(const PlainTextTag &tag) {
@@ -152,7 +155,7 @@ class Step {
 
   void writeAttribute(std::string_view name) {
     if (shape_.isEndTag() || !conversion_.showsText()) return;
-    const std::u16string_view value = shape_.attribute(name);
+    const std::u16string_view value = shape_.ownAttribute(name);
     if (value.empty()) return;
     if (conversion_.options.removeJunk && conversion_.hidden.reasonOf(shape_) != HiddenReason::kNone) {
       conversion_.isJunkFound = true;
@@ -165,8 +168,8 @@ class Step {
 
   void writeInput() {
     if (!conversion_.showsText()) return;
-    const std::u16string_view type = shape_.attribute("TYPE");
-    if (!isControlWithoutText(type)) writeAttribute(equalsASCIINoCase(type, "image") ? "ALT" : "VALUE");
+    const std::u16string_view type = shape_.ownAttribute("type");
+    if (!isControlWithoutText(type)) writeAttribute(equalsASCIINoCase(type, "image") ? "alt" : "value");
   }
 
   const TagShape &shape_;

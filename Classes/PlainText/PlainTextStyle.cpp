@@ -67,6 +67,8 @@ StyleFindings findingsOfStyle(std::u16string_view style, std::u16string_view pag
     switch (propertyNamed(declaration->name)) {
       case CSSProperty::kDisplay:
         findings.isInvisible = findings.isInvisible || equalsASCIINoCase(value, "none");
+        findings.isBlock =
+            equalsOneOfASCIINoCase(value, {"block", "flex", "flow-root", "grid", "list-item", "table"});
         break;
       case CSSProperty::kVisibility:
         findings.isInvisible = findings.isInvisible || equalsASCIINoCase(value, "hidden");

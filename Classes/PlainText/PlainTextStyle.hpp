@@ -18,6 +18,8 @@ struct StyleFindings {
   bool isInPageColor = false;
   /// A picture, or another colour than the page's.
   bool hasOwnBackground = false;
+  /// Displayed in lines of its own.
+  bool isBlock = false;
 };
 
 /// `pageColor` is the page's colour; empty when it has none.

@@ -39,6 +39,7 @@ enum class TagElement : std::uint8_t {
   kSelect,
   kOption,
   kOptgroup,
+  kUnshown,    ///< Shows none of its content: an alternative to what is embedded, or a part for scripts.
   kParagraph,  ///< Ends where a block begins.
   kListItem,   ///< Ends where the next one begins, or its list ends; also cells, rows and terms.
   kList,       ///< Lists and tables.
@@ -52,11 +53,22 @@ struct TagRule {
 /// The rule for tags of a name; an unknown one breaks nothing.
 const TagRule &ruleOfTag(TagName name);
 
+/// Whether elements of the kind have no content and no end tag.
+constexpr bool isVoid(TagElement element) {
+  return element == TagElement::kVoid || element == TagElement::kImage || element == TagElement::kInput;
+}
+
+/// The tag's name packed, as that of "annotation" for "annotation-xml".
+inline std::uint64_t packedNameOfTag(const TagShape &tag) {
+  const std::uint64_t packedName = packedTagName(tag.name());
+  return packedName == 0 && tag.isNamed("annotation-xml") ? packedTagName(u"annotation") : packedName;
+}
+
 /// A tag with a name, and what is known of it. It borrows the shape.
 struct PlainTextTag {
   explicit PlainTextTag(const TagShape &tagShape)
       : shape(tagShape),
-        packedName(packedTagName(tagShape.name())),
+        packedName(packedNameOfTag(tagShape)),
         name(tagNamed(packedName)),
         rule(ruleOfTag(name)),
         depthChange(tagShape.depthChange()) {}

@@ -4,7 +4,7 @@
 namespace nimbo::detail {
 
 void SelectElement::begin(const TagShape &startTag, const PlainTextWriter &writer) {
-  const std::u16string_view size = startTag.attribute("SIZE");
+  const std::u16string_view size = startTag.ownAttribute("size");
   isOpen_ = true;
   hasOption_ = false;
   showsAllOptions_ = startTag.hasAttribute("multiple") || (!size.empty() && size != u"1");

@@ -36,8 +36,8 @@ ObjectPart objectPartOf(const TagShape &tag) {
 /// The text that stands for an object; empty when it has none, and for an end tag.
 std::u16string_view alternativeOf(const TagShape &tag) {
   if (tag.isEndTag()) return {};
-  const std::u16string_view text = tag.attribute("ALT");
-  return text.empty() ? tag.attribute("TITLE") : text;
+  const std::u16string_view text = tag.ownAttribute("alt");
+  return text.empty() ? tag.ownAttribute("title") : text;
 }
 
 void appendText(StripObjectsContext &context, std::u16string_view text) {

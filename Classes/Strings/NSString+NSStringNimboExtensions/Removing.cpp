@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Removing.hpp"
 
+#include <algorithm>
 #include <string_view>
 
 #include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Strings/NSMutableString+NSMutableStringNimboExtensions/Removing.hpp"
-#include "Classes/Strings/NSString+NSStringNimboExtensions/Trimming.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
 
 namespace nimbo {
@@ -83,8 +83,17 @@ NSString lowercaseStringByRemovingDigits(const NSString &string) {
 }
 
 NSString reformattedStringByRemovingCharactersOfString(const NSString &string, const NSString &characters) {
-  const NSString kept = stringByRemovingCharactersOfString(string, characters);
-  return stringByRemovingMultipleSpacesAndFeeds(stringByTrimmingWhiteSpaces(kept), true);
+  const std::u16string_view units = string.view();
+  const IsPartOfSet white = isWhite();
+  const auto hasOneOf = [&](auto isRemoved) { return std::ranges::any_of(units, isRemoved); };
+  if (units.empty() || !(white(units.front()) || white(units.back()) || hasMultipleSpaces(units, white) ||
+                         withUnitsOf(characters.view(), string.length(), hasOneOf)))
+    return string;
+  return stringByEditing(string, [&](NSMutableString &copy) {
+    removeCharactersOfString(copy, characters);
+    trimUnits(copy, white);
+    removeMultipleSpacesAndFeeds(copy, true);
+  });
 }
 
 }  // namespace NSStringNimboExtensions

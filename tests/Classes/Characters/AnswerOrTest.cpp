@@ -49,7 +49,7 @@ struct Function {
 
 const NSString kList = exactString(u"aA&" + std::u16string(600, u'~'));
 
-const std::vector<NSString> kNames = {u"b"_ns};
+const std::vector<NSString> kNames = {u"<b"_ns};
 
 const Function kAnsweringTheString[] = {
     {"uppercaseAsciiString", uppercaseAsciiString},

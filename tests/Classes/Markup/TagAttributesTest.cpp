@@ -68,12 +68,17 @@ TEST(TagAttributes, AreViewsThatTakeNoMemory) {
   const std::size_t before = allocationCount();
   const std::u16string_view value = attributeOfTag(kTag, "VALUE");
   const bool hasValue = hasAttribute(kTag, "selected") && hasAttribute(kTag, "disabled");
-  const bool hasOther =
-      hasAttribute(kTag, "multiple") || hasAttribute(kTag, "option") || hasAttribute(kTag, "x");
+  const bool hasOwnValue = ownAttributeOfTag(kTag, "class") == u"x" &&
+                           ownAttributeOfTag(kTag, "href") == u"c" &&
+                           ownAttributeOfTag(u"<a href=' b>c '", "href") == u" b>c " &&
+                           ownAttributeOfTag(u"<a =b=c href='d", "href") == u"d";
+  const bool hasOther = !ownAttributeOfTag(kTag, "multiple").empty() || hasAttribute(kTag, "multiple") ||
+                        hasAttribute(kTag, "option") || hasAttribute(kTag, "x");
   EXPECT_EQ(allocationCount(), before);
   EXPECT_EQ(value.data(), kTag.data() + kTag.find(u"\"a\"") + 1);
   EXPECT_EQ(value, u"a");
   EXPECT_TRUE(hasValue);
+  EXPECT_TRUE(hasOwnValue);
   EXPECT_FALSE(hasOther);
 }
 

@@ -54,6 +54,10 @@ TEST(PlainText, BreaksByTags) {
                       {"<a href=x>a</a><!-- --><a href=y>b</a><b>c</b>", "a bc"},
                       {"<a>a</a><script>-</script><a>b</a>", "a b"},
                       {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e f g"},
+                      {"a<SPAN style='DISPLAY: Block'>b<span>c</span>d</SPAN>e<i style='display:inline'>f</i>g",
+                       "a\nbcd\nefg"},
+                      {"<b style=display:flex>a<i style='display:grid'>b</i><s>c</b>d<body>e", "a\nb\nc\nde"},
+                      {"a<b data-style='display:block'>b</b>c<img style='display:block' src=x>d", "abc d"},
                       {"<p>a</p><pre>b</pre>c", "\n\na\n\nb\nc"},
                   });
 }
@@ -74,7 +78,7 @@ TEST(PlainText, BreaksByTheNameOfTheTag) {
   for (const auto &[between, names] : cases) {
     std::istringstream words(names);
     for (std::string name; words >> name;)
-      expectTexts({}, {{"a<" + name + "><" + name + ">b", "a" + std::string(between) + "b"}});
+      expectTexts({}, {{"a<" + name + "></" + name + ">b", "a" + std::string(between) + "b"}});
   }
 }
 
@@ -116,7 +120,25 @@ TEST(PlainText, WritesEachTextOnce) {
           {"<select><option>a<option>b</select><select multiple><option>c<option>d</select>", "a c d"},
           {"<select size=3><option>c<option>d<p>e", "c d\n\ne"},
           {"<marquee>a</marquee>b", "a\nb"},
+          {"<img data-alt=x alt='a > b'><input data-value=x value=c><input data-type=hidden value=d>",
+           "a > b c d"},
       });
+}
+
+TEST(PlainText, LeavesOutWhatNoBrowserShows) {
+  expectTexts({},
+              {
+                  {"a<template><p>x</template>b<noembed>x</noembed>c", "abc"},
+                  {"a<iframe src=y>x<p>x</iframe>b<video><track><source>x</video>c<canvas><i>x</i></canvas>d",
+                   "a b c d"},
+                  {"a<object data=y><object>x</object>x</object>b<object><param>c</object>d", "a b c d"},
+                  {"a<dialog>x</dialog>b<dialog open>c</dialog>d", "a\nb\nc\nd"},
+                  {"<math><mi>a</mi><annotation "
+                   "encoding=t>x</annotation><annotation-xml><mi>x</mi></annotation-xml></math>b",
+                   "ab"},
+                  {"<div>a<video>x</div>b<ul><li><canvas>x</ul>c<iframe/>d", "\n\na\n\nb\n\n\nc d"},
+                  {"<audio>x<body>b", "b"},
+              });
 }
 
 TEST(PlainText, DecodesReferences) {
@@ -209,6 +231,7 @@ TEST(PlainText, RemovesJunkWhenAsked) {
   }
   expectTexts({.removeJunk = true},
               {
+                  {"<p data-style='display:none' data-hidden aria-hidden=false>x", "\n\nx"},
                   {"<body bgcolor=white><font color=red>x</font><b style='background-color:white'>y", "xy"},
                   {"<b style='margin-left:-999px;position:absolute'>x", "x"},
                   {"<p>" + prose, "\n\n" + prose.substr(0, prose.size() - 1)},
