@@ -30,6 +30,15 @@ bool isQuote(unichar c) {
   return c == u'"' || c == u'\'';
 }
 
+/// The index of the first unit of the choice; the length when there is none. Values are short or very long.
+std::size_t findOneOf(std::u16string_view units, const detail::UnicharChoice &choice) {
+  constexpr std::size_t kNearby = 16;
+  std::size_t i = 0;
+  for (const std::size_t near = std::min(units.size(), kNearby); i < near; ++i)
+    if (units[i] == choice.units[0] || units[i] == choice.units[1]) return i;
+  return i + detail::findOneOfChoice(units.data() + i, units.size() - i, choice);
+}
+
 /// Reads one attribute out of a tag; `Element` is what its name is made of.
 template <class Element>
 class AttributeReader {
@@ -80,15 +89,6 @@ class AttributeReader {
     return i;
   }
 
-  /// The index of the first unit of the choice; the length when there is none. Values are short or very long.
-  static std::size_t findOneOf(std::u16string_view units, const detail::UnicharChoice &choice) {
-    constexpr std::size_t kNearby = 16;
-    std::size_t i = 0;
-    for (const std::size_t near = std::min(units.size(), kNearby); i < near; ++i)
-      if (units[i] == choice.units[0] || units[i] == choice.units[1]) return i;
-    return i + detail::findOneOfChoice(units.data() + i, units.size() - i, choice);
-  }
-
   std::size_t endOfPlainValue(std::size_t i) const {
     while (i < tag_.size() && tag_[i] != syntax_.terminator && !whites_.contains(tag_[i])) ++i;
     return i;
@@ -136,16 +136,27 @@ class AttributeReader {
   const CharacterSetRep &alphaNums_ = *alphaNumCharacterSetRep();
 };
 
-bool isMarkupWhite(unichar c) {
-  return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r' || c == u'\f';
-}
+/// Some of the units below U+0040, as bits.
+struct Delimiters {
+  std::uint64_t bits = 0;
 
-/// The first index from `i` on of a unit for which the predicate holds; the length when there is none.
-template <class Predicate>
-std::size_t findUnit(std::u16string_view units, std::size_t i, Predicate isFound) {
-  while (i < units.size() && !isFound(units[i])) ++i;
-  return i;
-}
+  constexpr explicit Delimiters(std::u16string_view units) {
+    for (const unichar c : units) bits |= std::uint64_t{1} << c;
+  }
+  bool contains(unichar c) const { return c < 64 && (bits >> c & 1) != 0; }
+  /// The first index from `i` on of one of them, or of another unit; the length when there is none.
+  std::size_t find(std::u16string_view units, std::size_t i) const {
+    while (i < units.size() && !contains(units[i])) ++i;
+    return i;
+  }
+  std::size_t findOther(std::u16string_view units, std::size_t i) const {
+    while (i < units.size() && contains(units[i])) ++i;
+    return i;
+  }
+};
+
+constexpr Delimiters kBlanks(kMarkupWhiteSpace), kTagNameEnds(u" \t\n\r\f/"), kNameEnds(u" \t\n\r\f/>="),
+    kValueEnds(u" \t\n\r\f>"), kBetweenAttributes(u" \t\n\r\f/>\"'");
 
 NSString stringUnlessEmpty(std::u16string_view value) {
   return value.empty() ? NSString() : NSString::stringWithCharacters(value);
@@ -158,31 +169,26 @@ std::u16string_view attributeOfTag(std::u16string_view tag, std::string_view nam
 }
 
 TagAttributeReader::TagAttributeReader(std::u16string_view tag)
-    : tag_(tag), position_(findUnit(tag, 0, [](unichar c) { return isMarkupWhite(c) || c == u'/'; })) {}
+    : tag_(tag), position_(kTagNameEnds.find(tag, 0)) {}
 
 std::optional<TagAttribute> TagAttributeReader::next() {
-  const auto isNoWhite = [](unichar c) { return !isMarkupWhite(c); };
-  const auto endsName = [](unichar c) { return isMarkupWhite(c) || c == u'/' || c == u'>' || c == u'='; };
-  const auto endsValue = [](unichar c) { return isMarkupWhite(c) || c == u'>'; };
-  const auto beginsName = [](unichar c) { return !isMarkupWhite(c) && c != u'/' && c != u'>' && !isQuote(c); };
-  std::size_t start = findUnit(tag_, position_, beginsName);
-  // A name may begin with "=" alone.
-  std::size_t end = start < tag_.size() ? findUnit(tag_, start + 1, endsName) : start;
+  std::size_t start = kBetweenAttributes.findOther(tag_, position_);
+  // A name may begin with "=".
+  std::size_t end = start < tag_.size() ? kNameEnds.find(tag_, start + 1) : start;
   position_ = end;
   if (start == end) return std::nullopt;
   TagAttribute attribute{tag_.substr(start, end - start), {}};
-  start = findUnit(tag_, end, isNoWhite);
+  start = kBlanks.findOther(tag_, end);
   if (start == tag_.size() || tag_[start] != u'=') return attribute;
-  start = findUnit(tag_, start + 1, isNoWhite);
-  const bool isQuoted = start < tag_.size() && isQuote(tag_[start]);
-  if (isQuoted) {
-    ++start;
-    end = std::min(tag_.find(tag_[start - 1], start), tag_.size());
+  start = kBlanks.findOther(tag_, start + 1);
+  if (start < tag_.size() && isQuote(tag_[start])) {
+    const auto quote = detail::UnicharChoice::only(tag_[start++]);
+    end = start + findOneOf(tag_.substr(start), quote);
+    position_ = std::min(end + 1, tag_.size());
   } else {
-    end = findUnit(tag_, start, endsValue);
+    position_ = end = kValueEnds.find(tag_, start);
   }
   attribute.value = tag_.substr(start, end - start);
-  position_ = end + (isQuoted && end < tag_.size());
   return attribute;
 }
 

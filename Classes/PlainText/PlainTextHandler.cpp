@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/PlainText/PlainTextHandler.hpp"
 
+#include <optional>
+
 #include "Classes/Markup/TagHandlers.hpp"
 #include "Classes/PlainText/BrowserTags.hpp"
 #include "Classes/PlainText/PlainTextConversion.hpp"
@@ -179,7 +181,10 @@ class Step {
 void convertTag(const TagShape &tag, PlainTextRecord &record) {
   PlainTextConversion &conversion = record.conversion();
   conversion.makeRoom(tag);
-  Step(detail::browserTag(tag, conversion.place.rawText()), conversion).run();
+  const TagName rawText = conversion.place.rawText();
+  std::optional<TagShape> other;
+  if (!detail::isBrowserTag(tag, rawText)) other = detail::browserTag(tag, rawText);
+  Step(other ? *other : tag, conversion).run();
 }
 
 }  // namespace

@@ -127,6 +127,10 @@ constexpr std::array<TagRule, kTagNames> kRules = [] {
 
 }  // namespace
 
+std::uint64_t packedNameOfOddTag(const TagShape &tag) {
+  return tag.isNamed("annotation-xml") ? packedTagName(u"annotation") : 0;
+}
+
 const TagRule &ruleOfTag(TagName name) {
   return kRules[static_cast<std::size_t>(name)];
 }

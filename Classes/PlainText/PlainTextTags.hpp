@@ -58,10 +58,13 @@ constexpr bool isVoid(TagElement element) {
   return element == TagElement::kVoid || element == TagElement::kImage || element == TagElement::kInput;
 }
 
-/// The tag's name packed, as that of "annotation" for "annotation-xml".
+/// What stands for a name that cannot be packed: that of "annotation" for "annotation-xml", else 0.
+std::uint64_t packedNameOfOddTag(const TagShape &tag);
+
+/// The name of the tag, packed.
 inline std::uint64_t packedNameOfTag(const TagShape &tag) {
   const std::uint64_t packedName = packedTagName(tag.name());
-  return packedName == 0 && tag.isNamed("annotation-xml") ? packedTagName(u"annotation") : packedName;
+  return packedName == 0 ? packedNameOfOddTag(tag) : packedName;
 }
 
 /// A tag with a name, and what is known of it. It borrows the shape.

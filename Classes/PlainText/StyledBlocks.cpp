@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/PlainText/StyledBlocks.hpp"
 
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+
 #include "Classes/Characters/FastSearches.hpp"
 #include "Classes/PlainText/PlainTextStyle.hpp"
 
@@ -8,18 +13,39 @@ namespace nimbo::detail {
 
 namespace {
 
-/// Whether the word stands in the tag at all, which is rare and found fast.
-bool mentionsDisplay(std::u16string_view tag) {
+/// Whether "style", in any case, may be in the tag, which has at least 17 units: whether its "yl" is.
+bool mayHaveStyle(std::u16string_view tag) {
+  constexpr std::size_t kLanes = 8, kBlock = 2 * kLanes;
+  typedef std::uint16_t Units __attribute__((vector_size(kLanes * sizeof(unichar))));
+  constexpr std::uint16_t kCase = 0x20;
+  const auto hasWordAt = [&](std::size_t i) {
+    Units first, second;
+    std::memcpy(&first, tag.data() + i, sizeof first);
+    std::memcpy(&second, tag.data() + i + 1, sizeof second);
+    return ((first | kCase) == u'y') & ((second | kCase) == u'l');
+  };
+  const std::size_t last = tag.size() - kBlock - 1;
+  for (std::size_t i = 0;; i = std::min(i + kBlock, last)) {
+    const auto found = std::bit_cast<std::array<std::uint64_t, 2>>(hasWordAt(i) | hasWordAt(i + kLanes));
+    if ((found[0] | found[1]) != 0) return true;
+    if (i == last) return false;
+  }
+}
+
+bool isBlockStyle(std::u16string_view style) {
   constexpr std::string_view kDisplay = "display";
-  return fastCaseInsensitiveUnicharsContainChars(tag.data(), static_cast<std::uint32_t>(tag.size()),
-                                                 kDisplay.data(), kDisplay.size());
+  return fastCaseInsensitiveUnicharsContainChars(style.data(), static_cast<std::uint32_t>(style.size()),
+                                                 kDisplay.data(), kDisplay.size()) &&
+         findingsOfStyle(style, {}).isBlock;
 }
 
 }  // namespace
 
 bool StyledBlocks::begin(const PlainTextTag &startTag) {
-  if (isVoid(startTag.rule.element) || !mentionsDisplay(startTag.shape.tag()) ||
-      !findingsOfStyle(startTag.shape.ownAttribute("style"), {}).isBlock)
+  const TagElement element = startTag.rule.element;
+  // A script is a tag with all that is in it.
+  if (isVoid(element) || element == TagElement::kRawText || !mayHaveStyle(startTag.shape.tag()) ||
+      !isBlockStyle(startTag.shape.ownAttribute("style")))
     return enter(startTag);
   open_.push_back({startTag.packedName, 1});
   return true;
