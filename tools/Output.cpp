@@ -12,6 +12,7 @@
 
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
+#include "tools/ReadableText.hpp"
 
 namespace nimbo {
 
@@ -134,7 +135,7 @@ void writeOutput(std::string_view text) {
 }
 
 void writeText(const NSString &text) {
-  writeOutput(text.UTF8String() + '\n');
+  writeOutput((::isatty(STDOUT_FILENO) == 1 ? textForTerminal(text) : text.UTF8String()) + '\n');
 }
 
 void writeResult(const id &value, const CommonOptions &options) {

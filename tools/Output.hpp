@@ -38,7 +38,8 @@ SignalHandler prepareStandardStreams();
 /// Writes the whole text to standard output. Raises `OutputError`, or `OutputClosed` when the reader has gone
 /// away.
 void writeOutput(std::string_view text);
-/// Writes a string in UTF-8 and a line feed; of nil the line feed. Raises `OutputError`.
+/// Writes a string in UTF-8 and a line feed; of nil the line feed. A terminal gets `textForTerminal`. Raises
+/// `OutputError`.
 void writeText(const NSString &text);
 /// Writes a result and a line feed, as JSON or as an XML property list. Raises `OutputError`.
 void writeResult(const id &value, const CommonOptions &options);

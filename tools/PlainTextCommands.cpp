@@ -6,7 +6,6 @@
 
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "tools/DocumentText.hpp"
@@ -14,6 +13,7 @@
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/Output.hpp"
+#include "tools/ReadableText.hpp"
 #include "tools/RegularInput.hpp"
 
 namespace nimbo {
@@ -29,19 +29,6 @@ struct TextOptions : CommonOptions {
   bool plainAscii = false;
 };
 
-/// Every tag that ends a paragraph is an empty line in the text; a reader wants one for a row of them.
-constexpr std::uint32_t kMostLineBreaks = 2;
-
-NSString withFewEmptyLines(const NSString &text) {
-  NSMutableString result;
-  std::uint32_t breaks = kMostLineBreaks;
-  for (const unichar c : text.view()) {
-    breaks = c == u'\n' ? breaks + 1 : 0;
-    if (breaks <= kMostLineBreaks) result.appendCharacter(c);
-  }
-  return std::move(result).string();
-}
-
 /// Whether text that no name tells anything of begins with a tag, as pieces of pages do.
 bool isPieceOfPage(const NSString &path, const NSString &text) {
   const std::u16string_view units = text.view();
@@ -51,16 +38,18 @@ bool isPieceOfPage(const NSString &path, const NSString &text) {
 }
 
 void writePlainText(const NSString &text) {
-  const std::string bytes = text.UTF8String();
-  writeOutput(bytes.ends_with('\n') ? bytes : bytes + "\n");
+  const std::u16string_view units = text.view();
+  writeText(units.ends_with(u'\n') ? text.substringWithRange({0, text.length() - 1}) : text);
 }
 
 /// The text of a page as the options say. Nil when it has none.
 NSString textOfPage(const NSString &page, const TextOptions &options) {
   const NSString text = options.simple ? stringByConvertingHtml2SimplifiedPlainText(page)
-                                       : stringByConvertingHtml2PlainTextNonUmlauted(
-                                             page, options.plainAscii, options.reformat, options.body,
-                                             options.noJunk, nullptr, options.googleTags);
+                                       : readableTextOfPage(page, {.nonUmlauted = options.plainAscii,
+                                                                   .reformat = options.reformat,
+                                                                   .onlyBody = options.body,
+                                                                   .removeJunk = options.noJunk,
+                                                                   .googleTags = options.googleTags});
   // A page without text is its own text for the library.
   return text.identicalTo(page) ? NSString() : text;
 }
@@ -71,7 +60,7 @@ int writePage(const NSString &page, const std::string &name, const TextOptions &
     writeMessage(name + ": has no text");
     return kExitNil;
   }
-  writeText(options.simple ? text : withFewEmptyLines(text));
+  writeText(text);
   return kExitAnswered;
 }
 
@@ -120,9 +109,9 @@ const std::vector<Command> &plainTextCommands() {
         .summary = "the plain text of a page or any other file",
         .description = R"(
 Prints the text that a person reads on a page, in UTF-8; of a page without text, nothing. The encoding is the
-one that the page declares, else guessed. Of empty lines in a row one is printed. Plain text is printed as it
-is; with an option it is taken for a page. The helper reads files of all other types. A file that is not what
-its name says goes by its content, and so does standard input, FILE "-".)",
+one that the page declares, else guessed; the layout is that of a browser, as far as text can show it. Plain text is
+printed as it is; with an option it is taken for a page. The helper reads files of all other types. A file that
+is not what its name says goes by its content, and so does standard input, FILE "-".)",
         .minimumOperands = 1,
         .maximumOperands = 1,
         .printsValue = false},

@@ -41,6 +41,7 @@ struct PlainTextConversion {
     preformatted = {};
     styledBlocks = {};
     links = {};
+    listDepth = 0;
     hidden = {};
   }
   /// A body or head tag ends all elements.
@@ -51,11 +52,12 @@ struct PlainTextConversion {
     preformatted = {};
     styledBlocks.leave();
     links.leaveLink();
+    listDepth = 0;
     hidden.leaveElements();
   }
 
   PlainTextOptions options;
-  PlainTextWriter writer;
+  PlainTextWriter writer{options.forReading};
   bool isJunkFound = false;
 
   TextPlace place;
@@ -65,6 +67,8 @@ struct PlainTextConversion {
   PreformattedElement preformatted;
   StyledBlocks styledBlocks;
   LinksAndHeadings links;
+  /// How many lists are open; only for reading.
+  std::uint32_t listDepth = 0;
   HiddenText hidden;
   /// Where character references are decoded.
   std::vector<unichar> decoded;

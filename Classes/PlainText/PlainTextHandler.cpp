@@ -42,7 +42,11 @@ class Step {
     if (conversion_.options.removeJunk) conversion_.hidden.follow(tag);
     conversion_.place.followUnshown(tag);
     leaveImpliedElements(tag);
-    writeBreak(conversion_.styledBlocks.beginOrEndAt(tag) ? TagBreak::kLine : tag.rule.tagBreak);
+    const TagBreak tagBreak = conversion_.styledBlocks.beginOrEndAt(tag) ? TagBreak::kLine : tag.rule.tagBreak;
+    if (conversion_.options.forReading)
+      writeReadableBreak(tag, tagBreak);
+    else
+      writeBreak(tagBreak);
     if (tag.rule.element != TagElement::kOther) handleElement(tag);
   }
 
@@ -77,10 +81,33 @@ class Step {
       conversion_.select.end();
   }
 
+  /// What a reader sees between texts: margins only around paragraphs, tables and outermost lists.
+  void writeReadableBreak(const PlainTextTag &tag, TagBreak tagBreak) {
+    const bool isList = tag.rule.element == TagElement::kList && tag.name != TagName::kTable;
+    if (isList && tag.depthChange < 0 && conversion_.listDepth > 0) --conversion_.listDepth;
+    const bool isInList = isList && conversion_.listDepth > 0;
+    if (isList && tag.depthChange > 0) ++conversion_.listDepth;
+    if (tag.name == TagName::kBr) {
+      if (isShown()) conversion_.writer.breakLine();
+    } else if (tagBreak == TagBreak::kEmptyLine || isList) {
+      if (!isShown()) return;
+      if (isInList || tag.name == TagName::kDiv)
+        conversion_.writer.endLine();
+      else
+        conversion_.writer.endParagraph();
+    } else if (tagBreak == TagBreak::kLineFeed) {
+      writeBreak(TagBreak::kLine);
+    } else {
+      writeBreak(tagBreak == TagBreak::kCell ? TagBreak::kSpace : tagBreak);
+    }
+  }
+
+  bool isShown() const {
+    return conversion_.place.allowsText() && conversion_.hidden.reason() == HiddenReason::kNone;
+  }
+
   void writeBreak(TagBreak tagBreak) {
-    if (tagBreak == TagBreak::kNone || !conversion_.place.allowsText() ||
-        conversion_.hidden.reason() != HiddenReason::kNone)
-      return;
+    if (tagBreak == TagBreak::kNone || !isShown()) return;
     switch (tagBreak) {
       case TagBreak::kSpace:
         return conversion_.writer.separate();

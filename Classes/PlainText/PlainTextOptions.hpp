@@ -27,6 +27,10 @@ struct PlainTextOptions {
   bool removeJunk = false;
   /// Obeys the comments by which a page hides a part of itself from search engines.
   bool googleTags = false;
+  /// Lays the text out for people: one empty line between paragraphs, none between items and rows and in
+  /// divisions, no blanks at the ends of lines; empty lines stay where white space is kept. With `entities` and
+  /// `stdEntities`, all references that browsers know are decoded, in texts of any length.
+  bool forReading = false;
 };
 
 }  // namespace nimbo

@@ -3,22 +3,43 @@
 
 #include <algorithm>
 
+#include "Classes/Characters/CharacterTables.hpp"
 #include "Classes/Characters/UnitPredicates.hpp"
 #include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/PlainText/PlainTextJunk.hpp"
+#include "platform/Foundation/Unicode/CharacterReferences.hpp"
 
 namespace nimbo::detail {
 
 namespace {
 
-/// Shorter texts keep their character references.
-constexpr std::size_t kShortestDecoded = 4;
+/// Shorter texts keep their character references, unless they are for reading: "&lt".
+constexpr std::size_t kShortestDecoded = 4, kShortestDecodedForReading = 3;
+
+/// Decodes what browsers decode. No reference is shorter than what it stands for.
+std::uint32_t decodeAllReferences(std::u16string_view text, unichar *units, bool nonUmlauted) {
+  unichar *out = units;
+  while (!text.empty()) {
+    const std::size_t plain = std::min(text.find(u'&'), text.size());
+    out = std::copy_n(text.data(), plain, out);
+    text.remove_prefix(plain);
+    if (text.empty()) break;
+    const CharacterReference reference = readCharacterReference(text, false);
+    const std::u16string_view decoded = reference.length > 0 ? reference.view() : text.substr(0, 1);
+    out = std::ranges::copy(decoded, out).out;
+    text.remove_prefix(std::max<std::size_t>(reference.length, 1));
+  }
+  if (nonUmlauted) std::transform(units, out, units, EntryOf{initUmlautsCharsTable()});
+  return static_cast<std::uint32_t>(out - units);
+}
 
 std::u16string_view decoded(PlainTextConversion &conversion, std::u16string_view text) {
   const auto length = static_cast<std::uint32_t>(text.size());
   if (conversion.decoded.size() < length) conversion.decoded.resize(length);
   unichar *const units = conversion.decoded.data();
   const PlainTextOptions &options = conversion.options;
+  if (options.forReading && options.entities && options.stdEntities)
+    return {units, decodeAllReferences(text, units, options.nonUmlauted)};
   const std::uint32_t count = options.entities
                                   ? convertEntities2Characters(text.data(), units, 0, length,
                                                                options.stdEntities, false, options.nonUmlauted)
@@ -29,8 +50,9 @@ std::u16string_view decoded(PlainTextConversion &conversion, std::u16string_view
 void writeUnits(PlainTextConversion &conversion, const TextRun &run) {
   const PlainTextOptions &options = conversion.options;
   PlainTextWriter &writer = conversion.writer;
+  const std::size_t shortest = options.forReading ? kShortestDecodedForReading : kShortestDecoded;
   const bool isEncoded =
-      run.isEncoded && run.units.size() >= kShortestDecoded && (options.entities || options.stdEntities);
+      run.isEncoded && run.units.size() >= shortest && (options.entities || options.stdEntities);
   const bool isFolded = isEncoded && options.entities && options.nonUmlauted;
   if (!run.isPreformatted && !options.reformat && !isFolded) {
     const std::uint32_t taken = writer.writeCollapsed(run.units, run.readable, isEncoded);

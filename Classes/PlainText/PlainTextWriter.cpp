@@ -33,6 +33,7 @@ void PlainTextWriter::grow(std::size_t markupLength) {
 void PlainTextWriter::restart() {
   length_ = 0;
   lineMark_ = 0;
+  keptEnd_ = 0;
   pending_ = PendingBreak::kNothing;
   hasText_ = false;
 }
@@ -60,6 +61,37 @@ void PlainTextWriter::writeLineFeeds(std::uint32_t count) {
   lineMark_ = length_;
 }
 
+void PlainTextWriter::trimLine() {
+  while (length_ > keptEnd_ && spaces_.contains(units_[length_ - 1])) --length_;
+}
+
+std::uint32_t PlainTextWriter::lineFeedsAtEnd() const {
+  if (length_ == 0) return 2;
+  std::uint32_t count = 0;
+  while (count < std::min(length_, 2u) && units_[length_ - 1 - count] == u'\n') ++count;
+  return count;
+}
+
+void PlainTextWriter::writePendingBreak() {
+  if (pending_ == PendingBreak::kSpace) {
+    append(u' ');
+    pending_ = PendingBreak::kNothing;
+    return;
+  }
+  std::uint32_t count = pending_ == PendingBreak::kEmptyLine ? 2 : 1;
+  if (isTidy_) {
+    trimLine();
+    count -= std::min(count, lineFeedsAtEnd());
+  }
+  writeLineFeeds(count);
+}
+
+void PlainTextWriter::breakLine() {
+  if (pending_ != PendingBreak::kSpace) writePending();
+  trimLine();
+  writeLineFeeds(lineFeedsAtEnd() < 2 ? 1 : 0);
+}
+
 void PlainTextWriter::writeCellSpace() {
   if (pending_ == PendingBreak::kLineFeed || (pending_ == PendingBreak::kNothing && endsInWhiteSpace())) return;
   pending_ = PendingBreak::kNothing;
@@ -75,7 +107,7 @@ std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::siz
                                               bool stopsAtAmpersand) {
   const unichar *const units = text.data();
   const std::size_t length = text.size();
-  const std::uint32_t textStart = length_;
+  bool isWritten = false;
   std::size_t i = 0;
   while (i < length) {
     const std::size_t first = i;
@@ -94,10 +126,11 @@ std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::siz
         copyPlainUnits(units + i, length - i, readable - i, units_ + length_, stopsAtAmpersand);
     length_ += static_cast<std::uint32_t>(count);
     i += count;
+    isWritten = true;
     if (!hasText_) noteText(length_ - static_cast<std::uint32_t>(count));
   }
   // A space was copied before it could be known that nothing follows it.
-  if (i > 0 && length_ > textStart && units_[length_ - 1] == u' ') {
+  if (isWritten && units_[length_ - 1] == u' ') {
     --length_;
     pending_ = PendingBreak::kSpace;
   }
@@ -105,10 +138,18 @@ std::uint32_t PlainTextWriter::writeCollapsed(std::u16string_view text, std::siz
 }
 
 void PlainTextWriter::writeReformattedBreaks(std::uint32_t count, std::u16string_view rest) {
-  if (count > 1) {
+  const bool stays = !rest.empty() && kLineBeginnings.find(rest.front()) != rest.npos;
+  if (isTidy_) {
+    if (count > 1)
+      endParagraph();
+    else if (stays)
+      endLine();
+    else
+      separate();
+  } else if (count > 1) {
     append(u'\n');
     append(u'\n');
-  } else if (!rest.empty() && kLineBeginnings.find(rest.front()) != rest.npos) {
+  } else if (stays) {
     append(u'\n');
   } else if (!endsInWhiteSpace()) {
     append(u' ');
@@ -116,8 +157,9 @@ void PlainTextWriter::writeReformattedBreaks(std::uint32_t count, std::u16string
 }
 
 void PlainTextWriter::writeReformatted(std::u16string_view text) {
+  // A tidy text may end without any, and then leaves its breaks to the next one.
+  if (!isTidy_) writePending();
   const std::uint32_t textStart = length_;
-  writePending();
   for (std::size_t i = 0; i < text.size();) {
     if (isLineBreak(text[i])) {
       std::uint32_t breaks = 0;
@@ -126,9 +168,15 @@ void PlainTextWriter::writeReformatted(std::u16string_view text) {
     } else if (spaces_.contains(text[i])) {
       const bool continues = i == 0 && endsInWhiteSpace();
       while (i < text.size() && spaces_.contains(text[i])) ++i;
-      if (!continues) append(u' ');
+      if (isTidy_)
+        separate();
+      else if (!continues)
+        append(u' ');
     } else {
-      if (text[i] != kSoftHyphen) append(text[i]);
+      if (text[i] != kSoftHyphen) {
+        writePending();
+        append(text[i]);
+      }
       ++i;
     }
   }
@@ -136,8 +184,8 @@ void PlainTextWriter::writeReformatted(std::u16string_view text) {
 }
 
 void PlainTextWriter::writePreformatted(std::u16string_view text) {
-  const std::uint32_t textStart = length_;
   if (!text.empty()) writePending();
+  const std::uint32_t textStart = length_;
   while (!text.empty()) {
     const std::size_t count = findOneOfChoice(text.data(), text.size(), UnicharChoice::only(u'\r'));
     std::copy_n(text.data(), count, units_ + length_);
@@ -149,6 +197,7 @@ void PlainTextWriter::writePreformatted(std::u16string_view text) {
   }
   const std::size_t lastBreak = textSince(textStart).rfind(u'\n');
   if (lastBreak != std::u16string_view::npos) lineMark_ = textStart + static_cast<std::uint32_t>(lastBreak) + 1;
+  keptEnd_ = length_;
   if (!hasText_) noteText(textStart);
 }
 

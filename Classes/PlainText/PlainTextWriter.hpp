@@ -15,7 +15,10 @@ namespace nimbo::detail {
 /// text follows is pending until then.
 class PlainTextWriter {
  public:
-  enum class PendingBreak : std::uint8_t { kNothing, kSpace, kLineFeed };
+  enum class PendingBreak : std::uint8_t { kNothing, kSpace, kLineFeed, kEmptyLine };
+
+  /// A tidy writer leaves no blanks at the ends of lines.
+  explicit PlainTextWriter(bool isTidy) : isTidy_(isTidy) {}
 
   /// A state that the writer can go back to.
   struct Mark {
@@ -53,7 +56,14 @@ class PlainTextWriter {
   /// Breaks the line here, pending breaks forgotten.
   void writeLineFeeds(std::uint32_t count);
   /// Breaks the line in front of the next text, unless a line begins here.
-  void endLine() { pending_ = isAtLineStart() ? PendingBreak::kNothing : PendingBreak::kLineFeed; }
+  void endLine() {
+    if (pending_ != PendingBreak::kEmptyLine)
+      pending_ = isAtLineStart() ? PendingBreak::kNothing : PendingBreak::kLineFeed;
+  }
+  /// Puts an empty line in front of the next text, unless there is one or the output is empty.
+  void endParagraph() { pending_ = length_ == 0 ? PendingBreak::kNothing : PendingBreak::kEmptyLine; }
+  /// Breaks the line here unless that makes a second empty line, after a break that is pending.
+  void breakLine();
   /// Writes a space here, unless the output ends in white space or a line feed is pending.
   void writeCellSpace();
   /// Writes a space in front of the next text in the same line, unless the output ends in white space.
@@ -90,8 +100,15 @@ class PlainTextWriter {
   bool endsInBlank() const { return length_ == 0 || isCollapsible(units_[length_ - 1]); }
   void grow(std::size_t markupLength);
   void append(unichar c) { units_[length_++] = c; }
-  void writePending();
+  void writePending() {
+    if (pending_ != PendingBreak::kNothing) writePendingBreak();
+  }
+  void writePendingBreak();
   void meanWindowsCharacters();
+  /// Takes blanks from the end of the line, but not from texts that keep their white space.
+  void trimLine();
+  /// How many line feeds the output ends in, up to 2, as it begins behind as many.
+  std::uint32_t lineFeedsAtEnd() const;
   /// Looks for text in what was written since the position.
   void noteText(std::uint32_t position);
   /// Writes what stands for so many line breaks in a row when reformatting; `rest` is the text behind them.
@@ -104,17 +121,11 @@ class PlainTextWriter {
   std::uint32_t lineMark_ = 0;
   PendingBreak pending_ = PendingBreak::kNothing;
   bool hasText_ = false;
+  const bool isTidy_;
+  /// Where the last text that keeps its white space ends.
+  std::uint32_t keptEnd_ = 0;
   const CharacterSetRep &whites_ = *whiteCharacterSetRep();
   const CharacterSetRep &spaces_ = *spaceCharacterSetRep();
 };
-
-inline void PlainTextWriter::writePending() {
-  if (pending_ == PendingBreak::kNothing) return;
-  if (pending_ == PendingBreak::kSpace)
-    append(u' ');
-  else
-    writeLineFeeds(1);
-  pending_ = PendingBreak::kNothing;
-}
 
 }  // namespace nimbo::detail

@@ -12,6 +12,7 @@ import plistlib
 import re
 import signal
 import subprocess
+import tty
 import unittest
 
 import documents
@@ -277,6 +278,25 @@ class CommandTest(CommandTestCase):
             is_silent = " -o " in way or " > " in way
             self.assertEqual((done.returncode, not done.stdout), (0, is_silent), (way, done.stderr))
         self.assertEqual((self.folder / "page-utf8.html").read_bytes(), "caf\u00e9".encode())
+
+    def test_text_is_laid_out_for_people(self):
+        page = (b"<p>A&nbsp;<ul> <li>&#128512;<li>&epsilon; </ul><table><tr><td>1<td>2<tr><td>3</table>"
+                b"<pre>\n\nx  \n\n\ny</pre><p>&copy")
+        done = self.run_command("text", "-", input=page)
+        self.assertEqual(done.stdout.decode(), "A\n\n\U0001f600\n\u03b5\n\n1 2\n3\n\n\nx\n\n\ny\n\n\u00a9\n")
+
+    def test_control_characters_never_reach_a_terminal(self):
+        self.file("plain.txt", b"a\x1b[2J\tb\r\nc\x07\rd\xc2\x9b\n")
+        self.file("page.html", b"<p>a\x1b]0;x\x07b")
+        for name, shown in (("plain.txt", "a\ufffd[2J\tb\nc\ufffd\nd\ufffd\n"), ("page.html", "a\ufffd]0;x\ufffdb\n")):
+            raw = self.run_command("text", name).stdout
+            self.assertIn(b"\x1b", raw)
+            ours, terminal = os.openpty()
+            tty.setraw(terminal)
+            done = self.run_command("text", name, capture_output=False, stdout=terminal)
+            os.close(terminal)
+            self.assertEqual((done.returncode, os.read(ours, 1000).decode()), (0, shown), name)
+            os.close(ours)
 
     def test_dates_are_of_the_zone_of_the_environment(self):
         self.environment["TZ"] = "Europe/Berlin"

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
-#include "platform/WebKit/CharacterReferences.hpp"
+#include "platform/Foundation/Unicode/CharacterReferences.hpp"
 #include "platform/WebKit/Parsing/ScriptText.hpp"
 
 namespace nimbo {

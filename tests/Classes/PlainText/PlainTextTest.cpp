@@ -165,6 +165,31 @@ TEST(PlainText, KeepsMeaningfulLinesWhenReformatting) {
                                   });
 }
 
+TEST(PlainText, LaysOutForReading) {
+  expectTexts(
+      {.forReading = true},
+      {
+          {"<title>T</title><div><div>a</div><div>b</div></div><p>c</p><p>d</p>", "T\n\na\nb\n\nc\n\nd"},
+          {"a<ul><li>b<ol><li>c</li><li>d</li></ol></li><li>e</li></ul>f<dl><dt>g<dd>h</dl>",
+           "a\n\nb\nc\nd\ne\n\nf\n\ng\nh"},
+          {"<table><tr><td>a</td><td></td><td>b<td></td></tr><tr><td>c</table>d", "a b\nc\n\nd"},
+          {"a<p>&nbsp;</p><p> &nbsp;<br>&nbsp;b&nbsp;</p>c",
+           "a\n\n\xc2\xa0"
+           "b\n\nc"},
+          {"a<br><br><br><br>b<br>c</p><br>d", "a\n\nb\nc\n\nd"},
+          {"<p>a</p><pre>\n\nb \n\n\n c\n</pre><p>d", "a\n\n\nb \n\n\n c\n\nd"},
+          {"&#128512;&epsilon;<b>&lt</b>&copy<i>&#x41</i>&#146;&zwnj;&bogus;&#38;lt;",
+           "\xf0\x9f\x98\x80\xce\xb5<\xc2\xa9"
+           "A\xe2\x80\x99\xe2\x80\x8c&bogus;&lt;"},
+          {"<img alt='&epsilon;'><xmp>&lt;</xmp>", "\xce\xb5\n&lt;"},
+      });
+  expectTexts({.nonUmlauted = true, .forReading = true}, {{"caf&eacute;&Hat;", "cafe^"}});
+  expectTexts({.stdEntities = false, .forReading = true},
+              {{"&epsilon; &lt; &eacute;", "&epsilon; &lt; \xc3\xa9"}});
+  expectTexts({.reformat = true, .forReading = true},
+              {{"<p>\n\na \nb\n> c\n\n\n\n<p>\nd&nbsp;\n\n", "a b\n> c\n\nd"}});
+}
+
 TEST(PlainText, StaysInTheBody) {
   const std::string page = "x<head>h<title>t</title></head><body>a<noframes>n</noframes></body>y";
   expectTexts({.onlyBody = true}, {{page, "a"}, {"<title>t</title>a", "t\n\na"}, {"<body></body>a", "a"}});

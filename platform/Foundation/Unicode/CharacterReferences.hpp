@@ -12,10 +12,11 @@
 
 #include "platform/Foundation/NSRange.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What a character reference stands for.
 struct CharacterReference {
+  /// The units it stands for, and how many there are.
   std::array<unichar, 4> units{};
   std::uint32_t unitCount = 0;
   /// How many units the reference is long, "&" counted; 0 when there is none.
@@ -25,7 +26,8 @@ struct CharacterReference {
   std::u16string_view view() const NIMBO_LIFETIMEBOUND { return {units.data(), unitCount}; }
 };
 
-/// The reference that the text begins with, at its "&".
+/// The reference that the text begins with, at its "&". In an attribute, one without its semicolon is none in
+/// front of a letter, a digit or "=".
 CharacterReference readCharacterReference(std::u16string_view text, bool isInAttribute);
 
 }  // namespace nimbo

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/WebKit/CharacterReferences.hpp"
+#include "platform/Foundation/Unicode/CharacterReferences.hpp"
 
 #include <algorithm>
 #include <iterator>

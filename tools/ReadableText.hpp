@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <string>
+
+#include "Classes/PlainText/PlainTextOptions.hpp"
+#include "platform/Foundation/NSString.hpp"
+
+namespace nimbo {
+
+/// The text of a page laid out for people, whatever the options say of that: without blanks at the ends of
+/// lines and empty lines around it. A page without text is its own text.
+NSString readableTextOfPage(const NSString &page, PlainTextOptions options);
+
+/// UTF-8 of a text for a terminal, which would take control characters for commands: line breaks are line
+/// feeds, tabs stay, and other control characters are U+FFFD.
+std::string textForTerminal(const NSString &text);
+
+}  // namespace nimbo
