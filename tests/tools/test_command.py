@@ -287,7 +287,7 @@ class CommandTest(CommandTestCase):
 
     def test_control_characters_never_reach_a_terminal(self):
         self.file("plain.txt", b"a\x1b[2J\tb\r\nc\x07\rd\xc2\x9b\n")
-        self.file("page.html", b"<p>a\x1b]0;x\x07b")
+        self.file("page.html", b"<pre>a\x1b]0;x\x07b")
         for name, shown in (("plain.txt", "a\ufffd[2J\tb\nc\ufffd\nd\ufffd\n"), ("page.html", "a\ufffd]0;x\ufffdb\n")):
             raw = self.run_command("text", name).stdout
             self.assertIn(b"\x1b", raw)

@@ -2,8 +2,8 @@
 // How fast plain text is made of HTML, beside the scanner alone on the same pages and the three text browsers
 // on all of them in one file, in turns in one run; and how the time grows on hostile pages from 1 KB to 100 MB.
 //
-//     bench-plain-text FOLDER     the pages of a folder
-//     bench-plain-text --growth   hostile pages
+//     bench-plain-text FOLDER [COMMAND]     the pages of a folder; and the command "quiverleaf" as a whole
+//     process bench-plain-text --growth             hostile pages
 //
 // Times are those of the processor, because the machine may be busy.
 #include <sys/resource.h>
@@ -79,10 +79,10 @@ std::vector<std::string> bytesOfPages(const char *folder) {
 
 struct Browser {
   const char *name;
-  const char *command;
+  std::string command;
 };
 
-constexpr Browser kBrowsers[] = {
+const Browser kBrowsers[] = {
     {"w3m", "w3m -dump -T text/html -I UTF-8 -O UTF-8 "},
     {"lynx", "lynx -dump -nolist -force_html -display_charset=utf-8 "},
     {"html2text", "html2text -utf8 "},
@@ -93,7 +93,7 @@ double browserSeconds(const Browser &browser, const std::filesystem::path &page)
   return medianSeconds(kBrowserRounds, [&] { check(std::system(command.c_str()) == 0, browser.name); });
 }
 
-void comparePages(const char *folder) {
+void comparePages(const char *folder, const char *ownCommand) {
   const std::vector<std::string> files = bytesOfPages(folder);
   std::vector<NSString> pages;
   std::string all;
@@ -131,6 +131,14 @@ void comparePages(const char *folder) {
   std::ofstream(empty, std::ios::binary) << "<p>x</p>";
   const double oursTogether =
       medianSeconds(kRounds, [&] { textUnits = stringByConvertingHtml2PlainText(together).length(); });
+  double ownStart = 0, ownWhole = 0;
+  if (ownCommand) {
+    const Browser own{"quiverleaf", std::string(ownCommand) + " text "};
+    ownStart = browserSeconds(own, empty);
+    ownWhole = browserSeconds(own, path);
+    std::printf("quiverleaf as a process: %.1f ms for a page of 8 bytes, %.1f MB/s\n", ownStart * 1e3,
+                megabytes / ownWhole);
+  }
   for (const Browser &browser : kBrowsers) {
     const double start = browserSeconds(browser, empty);
     const double whole = browserSeconds(browser, path);
@@ -138,6 +146,9 @@ void comparePages(const char *folder) {
         "%-10s %8.1f MB/s, %.1f with its start; plain text is %.0f times as fast, %.0f with its start\n",
         browser.name, megabytes / (whole - start), megabytes / whole, (whole - start) / oursTogether,
         whole / oursTogether);
+    if (ownCommand)
+      std::printf("%-10s as a process takes %.1f of quiverleaf's time, %.2f for the page of 8 bytes\n",
+                  browser.name, whole / ownWhole, start / ownStart);
   }
   std::filesystem::remove(path);
   std::filesystem::remove(empty);
@@ -199,9 +210,9 @@ int main(int argc, char **argv) {
   const std::vector<std::string_view> arguments(argv + 1, argv + argc);
   if (arguments.size() == 1 && arguments[0] == "--growth") {
     measureGrowth();
-  } else if (arguments.size() == 1) {
-    comparePages(argv[1]);
+  } else if (arguments.size() == 1 || arguments.size() == 2) {
+    comparePages(argv[1], argv[2]);
   } else {
-    check(false, "bench-plain-text FOLDER | --growth");
+    check(false, "bench-plain-text FOLDER [COMMAND] | --growth");
   }
 }
