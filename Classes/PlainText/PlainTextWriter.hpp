@@ -62,6 +62,13 @@ class PlainTextWriter {
   }
   /// Puts an empty line in front of the next text, unless there is one or the output is empty.
   void endParagraph() { pending_ = length_ == 0 ? PendingBreak::kNothing : PendingBreak::kEmptyLine; }
+  /// Writes an empty line, in a tidy text in front of the next one.
+  void endTitle() {
+    if (isTidy_)
+      endParagraph();
+    else
+      writeLineFeeds(2);
+  }
   /// Breaks the line here unless that makes a second empty line, after a break that is pending.
   void breakLine();
   /// Writes a space here, unless the output ends in white space or a line feed is pending.

@@ -22,7 +22,7 @@ class TitleElement {
     isOpen_ = false;
     if (writer.length() <= start_) return;
     hasTitle_ = true;
-    writer.writeLineFeeds(2);
+    writer.endTitle();
   }
   /// Ends the title without a line of its own.
   void leave() { isOpen_ = false; }

@@ -176,6 +176,7 @@ TEST(PlainText, LaysOutForReading) {
           {"a<p>&nbsp;</p><p> &nbsp;<br>&nbsp;b&nbsp;</p>c",
            "a\n\n\xc2\xa0"
            "b\n\nc"},
+          {"<title>T &nbsp;</title><p>a", "T\n\na"},
           {"a<br><br><br><br>b<br>c</p><br>d", "a\n\nb\nc\n\nd"},
           {"<p>a</p><pre>\n\nb \n\n\n c\n</pre><p>d", "a\n\n\nb \n\n\n c\n\nd"},
           {"&#128512;&epsilon;<b>&lt</b>&copy<i>&#x41</i>&#146;&zwnj;&bogus;&#38;lt;",
