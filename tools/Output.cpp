@@ -111,6 +111,10 @@ class JSONWriter {
   std::size_t depth_ = 0;
 };
 
+bool endsLine(const NSString &text) {
+  return text.view().ends_with(u'\n') || text.view().ends_with(u'\f');
+}
+
 }  // namespace
 
 std::string JSONFromValue(const id &value, bool pretty) {
@@ -135,7 +139,13 @@ void writeOutput(std::string_view text) {
 }
 
 void writeText(const NSString &text) {
-  writeOutput((::isatty(STDOUT_FILENO) == 1 ? textForTerminal(text) : text.UTF8String()) + '\n');
+  writeLines(text);
+  if (endsLine(text)) writeOutput("\n");
+}
+
+void writeLines(const NSString &text) {
+  const std::string bytes = ::isatty(STDOUT_FILENO) == 1 ? textForTerminal(text) : text.UTF8String();
+  writeOutput(endsLine(text) ? bytes : bytes + '\n');
 }
 
 void writeResult(const id &value, const CommonOptions &options) {

@@ -41,6 +41,8 @@ void writeOutput(std::string_view text);
 /// Writes a string in UTF-8 and a line feed; of nil the line feed. A terminal gets `textForTerminal`. Raises
 /// `OutputError`.
 void writeText(const NSString &text);
+/// The same, without the line feed where the text ends in one or in a form feed.
+void writeLines(const NSString &text);
 /// Writes a result and a line feed, as JSON or as an XML property list. Raises `OutputError`.
 void writeResult(const id &value, const CommonOptions &options);
 /// Writes a file, whole or not at all. Raises `OutputError`.

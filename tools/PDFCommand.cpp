@@ -83,7 +83,7 @@ int writePages(const HelperClient::Answer &answer, const std::string &name) {
   });
   if (code != kExitAnswered) return code;
   if (!hasText) return kExitNil;
-  writeText(std::move(text).string());
+  writeLines(std::move(text).string());
   return kExitAnswered;
 }
 

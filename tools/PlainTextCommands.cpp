@@ -37,11 +37,6 @@ bool isPieceOfPage(const NSString &path, const NSString &text) {
          start + 1 < units.size() && (units[start + 1] == u'!' || isASCIILetter(units[start + 1]));
 }
 
-void writePlainText(const NSString &text) {
-  const std::u16string_view units = text.view();
-  writeText(units.ends_with(u'\n') ? text.substringWithRange({0, text.length() - 1}) : text);
-}
-
 /// The text of a page as the options say. Nil when it has none.
 NSString textOfPage(const NSString &page, const TextOptions &options) {
   const NSString text = options.simple ? stringByConvertingHtml2SimplifiedPlainText(page)
@@ -75,7 +70,7 @@ int writeFileReadHere(const TypedPath &file, const std::string &name, const Text
   // Bytes of any kind are characters in some encoding, but no text has many zeros.
   if (text.view().find(u'\0') != std::u16string_view::npos && !stringWithDetectedEncoding(data.view()).string)
     throw InputError(name, "the file holds no text");
-  writePlainText(text);
+  writeLines(text);
   return kExitAnswered;
 }
 

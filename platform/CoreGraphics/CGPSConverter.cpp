@@ -107,8 +107,7 @@ void setErrorOfGhostscript(NSError *error, const ChildResult &result) {
 }  // namespace
 
 NSData PDFDataWithPostScript(const NSData &postScript, const PostScriptLimits &limits, NSError *error) {
-  const std::string_view bytes = detail::postScriptPart(postScript.view()),
-                         line = detail::firstLineOfPostScript(bytes);
+  const std::string_view bytes = postScriptPart(postScript.view()), line = firstLineOfPostScript(bytes);
   if (line.empty() || limits.maximumPages == 0) {
     setError(error, ErrorCode::unsupportedType, line.empty() ? "it is no PostScript" : "no page is asked for");
     return NSData();
@@ -125,7 +124,7 @@ NSData PDFDataWithPostScript(const NSData &postScript, const PostScriptLimits &l
                                 .memoryBytes = kAddressSpaceBytes,
                                 .processorSeconds = kProcessorSeconds,
                                 .fileBytes = kMaximumPDFBytes};
-  const std::uint32_t pages = detail::isFirstLineOfEPS(line) ? 1 : limits.maximumPages;
+  const std::uint32_t pages = isFirstLineOfEPS(line) ? 1 : limits.maximumPages;
   const auto child = ChildProcess::start({.launchPath = NSString::stringWithUTF8String(*program),
                                           .arguments = argumentsOfGhostscript(*folder, pages),
                                           .maximumOutputBytes = kMaximumMessageBytes},

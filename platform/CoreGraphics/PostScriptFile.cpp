@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-namespace nimbo::detail {
+namespace nimbo {
 namespace {
 
 constexpr std::string_view kTableOfParts = "\xc5\xd0\xd3\xc6";
@@ -42,4 +42,4 @@ bool isFirstLineOfEPS(std::string_view line) {
   return line.find(" EPSF-") != std::string_view::npos;
 }
 
-}  // namespace nimbo::detail
+}  // namespace nimbo

@@ -3,7 +3,9 @@
 
 #include <string_view>
 
-namespace nimbo::detail {
+#include "platform/Foundation/Attributes.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
 
 /// From how many of its first bytes a file shows that it is PostScript.
 constexpr std::size_t kPostScriptHeadBytes = 4096;
@@ -22,4 +24,4 @@ bool isPostScriptFile(std::string_view bytes);
 /// Whether the first line is that of one picture for inside other documents.
 bool isFirstLineOfEPS(std::string_view line);
 
-}  // namespace nimbo::detail
+}  // namespace nimbo

@@ -5,7 +5,7 @@
 
 #include "platform/Foundation/NSError.hpp"
 
-namespace nimbo {
+namespace NIMBO_PUBLIC nimbo {
 
 /// What an operation answers; nil, or false, for what it raises, and `*error` then says what that was.
 template <class Operation>

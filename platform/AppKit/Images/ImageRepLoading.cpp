@@ -46,7 +46,7 @@ std::vector<SharedPointer<NSImageRep>> NSImageRep::imageRepsWithContentsOfFile(c
   std::uint64_t size = 0;
   const FileDescriptor file = openRegularFile(path, &size, error);
   if (!file) return {};
-  std::string head(detail::kPostScriptHeadBytes, '\0');
+  std::string head(kPostScriptHeadBytes, '\0');
   head.resize(static_cast<std::size_t>(std::max<ssize_t>(::pread(file.get(), head.data(), head.size(), 0), 0)));
   switch (contentOfFirstBytes(head)) {
     case Content::PDF:

@@ -10,13 +10,13 @@ namespace nimbo {
 NSEPSImageRep::~NSEPSImageRep() = default;
 
 bool NSEPSImageRep::canInitWithFirstBytes(std::string_view bytes) {
-  return detail::isPostScriptFile(bytes);
+  return isPostScriptFile(bytes);
 }
 
 bool NSEPSImageRep::isEncapsulated(std::string_view bytes) {
-  const std::string_view line = detail::firstLineOfPostScript(bytes);
+  const std::string_view line = firstLineOfPostScript(bytes);
   // DOS programs put their table around EPS alone.
-  return line.empty() || detail::isFirstLineOfEPS(line);
+  return line.empty() || isFirstLineOfEPS(line);
 }
 
 SharedPointer<NSEPSImageRep> NSEPSImageRep::imageRepWithData(const NSData &data, const Deadline &deadline,
@@ -26,7 +26,7 @@ SharedPointer<NSEPSImageRep> NSEPSImageRep::imageRepWithData(const NSData &data,
     return {};
   }
   auto rep = SharedPointer<NSEPSImageRep>::adopt(new NSEPSImageRep(data, deadline));
-  if (const auto box = detail::boundingBoxOfPostScript(detail::postScriptPart(data.view()))) {
+  if (const auto box = detail::boundingBoxOfPostScript(postScriptPart(data.view()))) {
     rep->box_ = *box;
     return rep;
   }
