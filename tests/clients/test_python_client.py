@@ -284,6 +284,14 @@ class RealHelperTest(HelperTestCase):
         done = subprocess.run([sys.executable, example, path], capture_output=True, text=True, check=False)
         self.assertEqual((done.returncode, done.stdout), (0, "1 pages\nWords of an example\n"), done.stderr)
 
+    def test_options_of_a_pdf(self):
+        pdf = documents.pdf(("One", "Two"))
+        answer = self.helper.stringWithPDF(pdf, ByPage=True, FirstPage=2, Password=None)
+        self.assertEqual((answer["Pages"], answer["PageCount"]), (["Two\n"], 2))
+        for wrong in ([1], {"Password": None}, {"ByPage": {}}, {"FirstPage": [1]}, {"Other": 1}, "ByPage"):
+            with self.subTest(wrong), self.assertRaisesRegex(RemoteException, "NSInvalidArgumentException"):
+                self.helper.call("stringWithPDF:options:", {"stringWithPDF": pdf, "options": wrong})
+
 
 if __name__ == "__main__":
     unittest.main()

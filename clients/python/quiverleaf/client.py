@@ -222,14 +222,16 @@ class Helper:
         selector = "imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"
         return self._ask(dict, selector, _path(path), string_from_pdf, can_use_spotlight)
 
-    def stringWithPDF(self, pdf: Data, **options: Union[str, int, bool]) -> Optional[dict[str, Any]]:
+    def stringWithPDF(self, pdf: Data, **options: Union[str, int, bool, None]) -> Optional[dict[str, Any]]:
         """The text and facts of a PDF that is given as its bytes, or of some of its pages.
 
         The options are `Password`, a str; `FirstPage` and `LastPage`, numbers from 1 on; `Attributed`, for RTFD data; and
         `ByPage`, for "Pages", a list with a str for each page, in place of "String". `reason` then names pages without text.
+        An option that is None is left out.
         All else is as attributedStringWithPDF answers it.
         """
-        return self._ask(dict, "stringWithPDF:options:", pdf, options)
+        given = {option: value for option, value in options.items() if value is not None}
+        return self._ask(dict, "stringWithPDF:options:", pdf, given)
 
     def call(self, selector: str, arguments: Mapping[str, Any]) -> Any:
         """Calls an operation by its full selector; `arguments` are keyed by its keywords, None is left out.

@@ -43,22 +43,6 @@ NSDictionary decode(const NSData &body) {
   }
 }
 
-bool isPlain(const id &value) {
-  return value.isBoolean() || value.real() || value.string() || value.data();
-}
-
-bool arePlain(const NSDictionary &values) {
-  for (const auto &[key, value] : values)
-    if (!isPlain(value)) return false;
-  return true;
-}
-
-bool crossAsArguments(const NSDictionary &arguments) {
-  for (const auto &[keyword, value] : arguments)
-    if (!isPlain(value) && !(value.dictionary() && arePlain(value.dictionary()))) return false;
-  return true;
-}
-
 ConnectionGreeting readGreeting(const NSDictionary &helper) {
   return {helper.objectForKey(u"Version"_ns).string(), helper.objectForKey(u"Path"_ns).string(),
           helper.objectForKey(u"Since"_ns).date().value_or(NSDate())};
@@ -84,10 +68,8 @@ bool readReply(const NSDictionary &message, ConnectionReply *reply) {
 }  // namespace
 
 std::vector<NSData> encodeMessage(const ConnectionRequest &request, NSError *error) {
-  if (!request.selector || !crossAsArguments(request.arguments)) {
-    setError(error, ErrorCode::other,
-             "A request needs a selector, and arguments that are booleans, numbers, strings, data or "
-             "dictionaries of these");
+  if (!request.selector) {
+    setError(error, ErrorCode::other, "A request needs a selector");
     return {};
   }
   return encode({{u"Request"_ns, request.serial},
@@ -135,9 +117,7 @@ bool decodeMessage(const NSData &body, ConnectionRequest *request) {
   const auto serial = message.objectForKey(u"Request"_ns).integer();
   NSString selector = message.objectForKey(u"Selector"_ns).string();
   const id &arguments = message.objectForKey(u"Arguments"_ns);
-  if (!serial || !selector || (arguments && !arguments.dictionary()) ||
-      !crossAsArguments(arguments.dictionary()))
-    return false;
+  if (!serial || !selector || (arguments && !arguments.dictionary())) return false;
   *request = {*serial, std::move(selector), arguments.dictionary()};
   return true;
 }

@@ -124,7 +124,8 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
                             {u"count"_ns, -7},
                             {u"ratio"_ns, 0.5},
                             {u"text"_ns, u"\xd800"_ns},
-                            {u"data"_ns, NSData::data()}};
+                            {u"data"_ns, NSData::data()},
+                            {u"wrong"_ns, NSArray{NSNull(), NSDictionary{{u"deep"_ns, NSArray::array()}}}}};
   // Large data, which is not copied into the message, among other values.
   for (const NSString &key : {u"large"_ns, u"after"_ns, u"larger"_ns}) {
     const std::string bytes(100'000u + key.length(), static_cast<char>(key.length()));
@@ -185,14 +186,6 @@ TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
       propertyList(NSDictionary{{u"Request"_ns, u"1"_ns}, {u"Selector"_ns, u"nil"_ns}}),
       propertyList(
           NSDictionary{{u"Request"_ns, 1}, {u"Selector"_ns, u"nil"_ns}, {u"Arguments"_ns, u"none"_ns}}),
-      propertyList(NSDictionary{{u"Request"_ns, 1},
-                                {u"Selector"_ns, u"nil"_ns},
-                                {u"Arguments"_ns, NSDictionary{{u"list"_ns, NSArray::array()}}}}),
-      propertyList(NSDictionary{
-          {u"Request"_ns, 1},
-          {u"Selector"_ns, u"nil"_ns},
-          {u"Arguments"_ns,
-           NSDictionary{{u"options"_ns, NSDictionary{{u"list"_ns, NSDictionary::dictionary()}}}}}}),
   };
   const int helper = startHelper();
   RawClient good;
