@@ -158,6 +158,8 @@ class Book {
     const NSString markup =
         stringWithMarkupData(NSData::dataWithBytes(page.data(), page.size()), NSUTF8StringEncoding);
     const NSString plain = stringByConvertingHtml2PlainTextNonUmlauted(markup, false, false, true, false);
+    // A page without text, such as a cover, is its own text for the library.
+    if (plain.identicalTo(markup)) return;
     text.append(trimmed(plain.view(), [](unichar c) { return c == u'\n'; }));
   }
 

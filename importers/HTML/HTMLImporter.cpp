@@ -24,14 +24,18 @@ void importHTML(const NSString &path, Attributes &attributes) {
   NSString markup = decodeMarkup(page, 0).string;
   if (isFeed(markup)) markup = stringByConvertingFeed(markup, NSURL(), false);
   propertiesOfPage(markup).setAttributes(attributes);
-  attributes.set("kMDItemTextContent",
-                 stringByConvertingHtml2PlainTextNonUmlauted(markup, false, false, true, false));
+  const NSString text = stringByConvertingHtml2PlainTextNonUmlauted(markup, false, false, true, false);
+  // A page without text is its own text for the library.
+  const bool hasText = !text.identicalTo(markup);
+  if (hasText) attributes.set("kMDItemTextContent", text);
   if (data.length() == 0)
     setError(&error, ErrorCode::incomplete, "the file is empty");
   else if (!markup)
     setError(&error, ErrorCode::damaged, "the file holds no text");
   else if (data.length() > kMaximumLengthInBytes)
     setError(&error, ErrorCode::incomplete, "only the first 16 MiB of the page are read");
+  else if (!hasText)
+    setError(&error, ErrorCode::incomplete, "the page has no text");
   attributes.setReason(error);
 }
 

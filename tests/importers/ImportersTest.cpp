@@ -383,6 +383,9 @@ TEST_F(Importers, Pages) {
   NSError error;
   metaData(folder.write("long.html", std::string(kPage) + std::string(16 << 20, ' ')), &error);
   EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+  const NSString silent = folder.write("silent.html", "<html><body><img src=a></body></html>");
+  EXPECT_FALSE(metaData(silent, &error).objectForKey(u"kMDItemTextContent"_ns));
+  EXPECT_EQ(error.localizedFailureReason, u"the page has no text"_ns);
 }
 
 TEST_F(Importers, Sounds) {
