@@ -90,6 +90,18 @@ std::uint32_t countPages(fz_context *context, pdf_document *document, int claime
   return static_cast<std::uint32_t>(found);
 }
 
+/// Makes each block that is read of a file a unit of work: a search for objects asks for no memory, however
+/// long the file is.
+void countBlocks(fz_stream *stream) {
+  static fz_stream_next_fn *const readBlock = stream->next;
+  stream->next = [](fz_context *context, fz_stream *file, std::size_t wanted) {
+    PDFBudget *const budget = PDFBudget::ofContext(context);
+    budget->spend(1);
+    if (budget->isOver()) fz_throw(context, FZ_ERROR_GENERIC, "the step is over its limits");
+    return readBlock(context, file, wanted);
+  };
+}
+
 }  // namespace
 
 std::string PDFInput::firstBytes() const {
@@ -136,6 +148,7 @@ void PDFEngine::open() {
     // The reader of PDF alone: the general one would take pictures, books and web pages too.
     fz_stream *stream = input_.file ? fz_open_file_ptr_no_close(context, input_.file.get())
                                     : fz_open_memory(context, input_.data.bytes(), input_.data.length());
+    if (input_.file) countBlocks(stream);
     fz_try(context) document_ = pdf_open_document_with_stream(context, stream);
     fz_always(context) fz_drop_stream(context, stream);
     fz_catch(context) fz_rethrow(context);
@@ -201,13 +214,13 @@ void PDFEngine::close() {
 }
 
 void PDFEngine::raise(PDFBudget::Excess excess) const {
+  if (!document_ && input_.firstBytes().find("%PDF-") == std::string::npos)
+    throw failure(ErrorCode::unsupportedType, "the file is no PDF");
   if (excess == PDFBudget::Excess::time) throw failure(ErrorCode::timeLimit, "reading the PDF takes too long");
   if (excess == PDFBudget::Excess::work)
     throw failure(ErrorCode::timeLimit, "reading the PDF takes too much work");
   if (fz_caught(context_) == FZ_ERROR_MEMORY)
     throw failure(ErrorCode::memoryLimit, "the PDF needs too much memory");
-  if (!document_ && input_.firstBytes().find("%PDF-") == std::string::npos)
-    throw failure(ErrorCode::unsupportedType, "the file is no PDF");
   throw failure(ErrorCode::damaged, std::string("the PDF is damaged: ") + fz_caught_message(context_));
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <new>
 #include <vector>
 
@@ -243,6 +244,12 @@ TEST(PDFDocument, SaysWhyItIsNotOpened) {
   NSError error;
   EXPECT_FALSE(PDFDocument::documentWithData(NSData(), {}, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+  // Where nothing is found nothing is allocated, but reading costs, too.
+  const NSString blank = folder.write("blank.pdf", "%PDF-1.7");
+  std::filesystem::resize_file(blank.UTF8String(), 64 << 20);
+  const PDFLimits limits = {.stepWork = 8000, .stepSeconds = 3600};
+  EXPECT_FALSE(PDFDocument::documentWithContentsOfFile(blank, limits, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
   EXPECT_TRUE(PDFDocument::documentWithData(documentOfFonts(2000), {}, &(error = {})));
   EXPECT_FALSE(error);
 }
