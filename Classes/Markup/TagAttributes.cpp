@@ -155,8 +155,8 @@ struct Delimiters {
   }
 };
 
-constexpr Delimiters kBlanks(kMarkupWhiteSpace), kTagNameEnds(u" \t\n\r\f/"), kNameEnds(u" \t\n\r\f/>="),
-    kValueEnds(u" \t\n\r\f>"), kBetweenAttributes(u" \t\n\r\f/>\"'");
+constexpr Delimiters kBlanks(kMarkupWhiteSpace), kTagNameEnds(u" \t\n\r\f/>"), kNameEnds(u" \t\n\r\f/>="),
+    kValueEnds(u" \t\n\r\f>"), kBetweenAttributes(u" \t\n\r\f/");
 
 NSString stringUnlessEmpty(std::u16string_view value) {
   return value.empty() ? NSString() : NSString::stringWithCharacters(value);
@@ -173,10 +173,12 @@ TagAttributeReader::TagAttributeReader(std::u16string_view tag)
 
 std::optional<TagAttribute> TagAttributeReader::next() {
   std::size_t start = kBetweenAttributes.findOther(tag_, position_);
+  position_ = start;
+  // The text of a raw-text element stands behind its start tag.
+  if (start == tag_.size() || tag_[start] == u'>') return std::nullopt;
   // A name may begin with "=".
-  std::size_t end = start < tag_.size() ? kNameEnds.find(tag_, start + 1) : start;
+  std::size_t end = kNameEnds.find(tag_, start + 1);
   position_ = end;
-  if (start == end) return std::nullopt;
   TagAttribute attribute{tag_.substr(start, end - start), {}};
   start = kBlanks.findOther(tag_, end);
   if (start == tag_.size() || tag_[start] != u'=') return attribute;

@@ -43,7 +43,8 @@ struct TagAttribute {
   std::u16string_view value;
 };
 
-/// Reads the attributes of a tag, whose units are given from its "<" on, from the first to the last.
+/// Reads the attributes of a tag, whose units are given from its "<" on, from the first to the last; what a
+/// raw-text element has behind its start tag has none.
 ///
 ///     TagAttributeReader attributes(u"<option value=a selected>");
 ///     while (const std::optional<TagAttribute> attribute = attributes.next()) count +=
