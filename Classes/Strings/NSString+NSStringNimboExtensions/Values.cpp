@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Classes/Characters/AnswerOr.hpp"
 #include "Classes/Characters/FastComparisons.hpp"
 #include "Classes/Strings/LineIteration.hpp"
 #include "Classes/Strings/UnitEditing.hpp"
@@ -33,33 +34,63 @@ constexpr unichar rotated(unichar c, std::int32_t places, unichar first) {
   return static_cast<unichar>(first + (c - first + places) % kLettersInAlphabet);
 }
 
+/// Collects a text that is to replace another one, and takes memory only from where the two differ.
+class Replacement {
+ public:
+  explicit Replacement(const NSString &replaced) : replaced_(replaced) {}
+
+  bool isEmpty() const { return same_ == 0 && !differs_; }
+
+  void append(std::u16string_view units) {
+    if (!differs_ && replaced_.view().substr(same_).starts_with(units)) {
+      same_ += static_cast<std::uint32_t>(units.size());
+      return;
+    }
+    if (!std::exchange(differs_, true)) units_.append(replaced_.view().substr(0, same_));
+    units_.append(units);
+  }
+
+  NSString takeString() {
+    return differs_ ? std::move(units_).string() : replaced_.substringWithRange({0, same_});
+  }
+
+ private:
+  const NSString &replaced_;
+  /// How many units both begin with, as far as it has been looked.
+  std::uint32_t same_ = 0;
+  bool differs_ = false;
+  NSMutableString units_;
+};
+
 /// Joins the lines of a mailing, one at a time.
 class MailingReformatter {
  public:
+  explicit MailingReformatter(const NSString &mailing) : result_(mailing) {}
+
   void addLine(std::u16string_view line) {
     const auto length = static_cast<std::uint32_t>(line.size());
     const NSRange kept = trimmedRange(line, {0, length}, isWhite_, Ends::kRight);
     line = line.substr(0, kept.length);
     if (line.empty()) {
-      if (result_.length() > 0) pendingFeeds_ = 2;
+      if (!result_.isEmpty()) pendingFeeds_ = 2;
       canGoOn_ = false;
       return;
     }
     const bool isQuoted = line.front() == u'>';
     const bool isItem = isWhite_(line.front()) || line.front() == u'-' || line.front() == u'*';
     if (canGoOn_ && !isQuoted && !isItem)
-      result_.appendCharacter(u' ');
+      result_.append(u" ");
     else
-      for (; pendingFeeds_ > 0; --pendingFeeds_) result_.appendCharacter(u'\n');
+      for (; pendingFeeds_ > 0; --pendingFeeds_) result_.append(u"\n");
     result_.append(line);
     pendingFeeds_ = 1;
     canGoOn_ = !isQuoted;
   }
 
-  NSMutableString takeResult() { return std::move(result_); }
+  NSString takeResult() { return result_.takeString(); }
 
  private:
-  NSMutableString result_;
+  Replacement result_;
   const IsPartOfSet isWhite_ = isWhite();
   int pendingFeeds_ = 0;
   /// Whether the last line is one that the next may continue.
@@ -99,10 +130,10 @@ NSString stringByRotating13(const NSString &string) {
 }
 
 NSString reformattedMailing(const NSString &string) {
-  return stringByEditing(string, [](NSMutableString &copy) {
-    MailingReformatter reformatter;
-    visitLines(copy.view(), [&](std::u16string_view line) { reformatter.addLine(line); });
-    copy = reformatter.takeResult();
+  return answerOr(string, [&] {
+    MailingReformatter reformatter(string);
+    visitLines(string.view(), [&](std::u16string_view line) { reformatter.addLine(line); });
+    return reformatter.takeResult();
   });
 }
 

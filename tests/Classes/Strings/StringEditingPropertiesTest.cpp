@@ -92,7 +92,7 @@ const Method kMethods[] = {
     {"replaceCharacter", [](auto &s) { return stringByReplacingCharacter(s, u'-', u'+', false); },
      [](auto &s) { replaceCharacter(s, u'-', u'+', false); }},
     {"stringByRotating", [](auto &s) { return stringByRotating(s, 5); }, nullptr, false},
-    {"reformattedMailing", reformattedMailing, nullptr, true, true},
+    {"reformattedMailing", reformattedMailing},
     {"firstLine", firstLine},
     {"string", string},
 };
