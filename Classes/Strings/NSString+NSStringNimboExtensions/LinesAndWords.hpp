@@ -45,7 +45,8 @@ NSRange getSubstringRangeAtIndex(const NSString &string, std::uint32_t index, co
 /// The text at `getSubstringRangeAtIndex`.
 NSString getSubstringAtIndex(const NSString &string, std::uint32_t index, const NSString &separators);
 
-/// What looks like a link around the index: up to white characters, "<" or ">", without punctuation at its end.
+/// What looks like a link around the index: from behind a white character or "<" up to one or ">", without
+/// punctuation at its end.
 /// At an "@" it is a mail address, which ends at brackets, quotation marks and the like too.
 NSRange getLinkRangeAtIndex(const NSString &string, std::uint32_t index);
 /// The text at `getLinkRangeAtIndex`.
