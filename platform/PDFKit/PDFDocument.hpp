@@ -154,8 +154,8 @@ class PDFDocument {
   int majorVersion() const;
   /// The number behind the full stop of the version.
   int minorVersion() const;
-  /// The number of pages: never more than the limit nor than the document has objects, whatever it claims; 0
-  /// when a locked document hides it.
+  /// The number of pages, never more than the limit: what the document claims, or as many as are found when it
+  /// claims none or more than it has objects; 0 when a locked document hides it.
   std::uint32_t pageCount() const;
   /// The page at `index`, which must be below the page count.
   PDFPage pageAtIndex(std::uint32_t index) const;

@@ -58,38 +58,6 @@ bool needsPassword(fz_context *context, pdf_document *document) {
          !hasRightKey(context, document, encryption);
 }
 
-/// Whether the document has a page of this number, from 0 on.
-bool hasPage(fz_context *context, pdf_document *document, int number) {
-  bool found = false;
-  fz_var(found);
-  fz_try(context) {
-    pdf_lookup_page_obj(context, document, number);
-    found = true;
-  }
-  fz_catch(context) {
-    // There is none.
-  }
-  return found;
-}
-
-/// Throws as MuPDF does. A document that claims more pages than it has objects has those that can be found:
-/// looking up each of them would take a time that grows with the square of their number.
-std::uint32_t countPages(fz_context *context, pdf_document *document, int claimed, std::uint32_t maximum,
-                         PDFBudget &budget) {
-  const int limit = static_cast<int>(std::min<std::uint32_t>(maximum, NSNotFound));
-  const int objects = pdf_xref_len(context, document);
-  if (claimed <= objects) return static_cast<std::uint32_t>(std::clamp(claimed, 0, limit));
-  int found = 0;
-  for (int most = std::min(objects, limit); found < most && !budget.isOver();) {
-    const int middle = found + (most - found + 1) / 2;
-    if (hasPage(context, document, middle - 1))
-      found = middle;
-    else
-      most = middle - 1;
-  }
-  return static_cast<std::uint32_t>(found);
-}
-
 /// Makes each block that is read of a file a unit of work: a search for objects asks for no memory, however
 /// long the file is.
 void countBlocks(fz_stream *stream) {
@@ -159,8 +127,13 @@ void PDFEngine::open() {
 }
 
 void PDFEngine::findPages(fz_context *context) {
+  pages_.setDocument(context, document_);
   claimedPages_ = pdf_count_pages(context, document_);
-  pageCount_ = countPages(context, document_, claimedPages_, limits_.pages, budget_);
+  const std::uint32_t limit = std::min<std::uint32_t>(limits_.pages, NSNotFound);
+  // Most documents tell the truth; going through the tree of a long one takes a while.
+  const bool mayBeTrue = claimedPages_ > 0 && claimedPages_ <= pdf_xref_len(context, document_);
+  pageCount_ = mayBeTrue ? std::min(static_cast<std::uint32_t>(claimedPages_), limit)
+                         : pages_.countPages(context, limit);
 }
 
 void PDFEngine::unlock(const char *password) {
@@ -179,7 +152,7 @@ void PDFEngine::checkWhole(NSError *error) {
   try {
     run([&](fz_context *context) {
       hasPageTree = pdf_is_int(context, pdf_dict_getp(context, pdf_trailer(context, document_), kPageCount));
-      hasMore = hasPage(context, document_, static_cast<int>(pageCount_));
+      hasMore = pages_.pageAtIndex(context, pageCount_) != nullptr;
     });
   } catch (const PDFFailure &) {
     // What has been read by now is all that can be said.
@@ -209,6 +182,7 @@ NSError PDFEngine::loss() const {
 }
 
 void PDFEngine::close() {
+  pages_.setDocument(context_, nullptr);
   pdf_drop_document(context_, document_);
   fz_drop_context(context_);
 }

@@ -16,6 +16,7 @@
 #include "platform/PDFKit/PDFBudget.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 #include "platform/PDFKit/PDFLosses.hpp"
+#include "platform/PDFKit/PDFPageTree.hpp"
 
 namespace nimbo::detail {
 
@@ -67,6 +68,7 @@ class PDFEngine {
   /// Ten times the major version and the minor one.
   int version() const { return version_; }
   std::uint32_t pageCount() const { return pageCount_; }
+  PDFPageTree &pages() { return pages_; }
   /// Says in `*error` what the document lost although each of its pages can be read.
   void checkWhole(NSError *error);
 
@@ -104,6 +106,7 @@ class PDFEngine {
   PDFLosses losses_;
   fz_context *context_ = nullptr;
   pdf_document *document_ = nullptr;
+  PDFPageTree pages_;
   bool locked_ = false;
   int version_ = 0;
   std::uint32_t pageCount_ = 0;

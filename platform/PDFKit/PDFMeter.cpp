@@ -87,6 +87,9 @@ decltype(pdf_load_shading) __real_pdf_load_shading, __wrap_pdf_load_shading;
 decltype(pdf_load_function) __real_pdf_load_function, __wrap_pdf_load_function;
 decltype(pdf_add_hmtx) __real_pdf_add_hmtx, __wrap_pdf_add_hmtx;
 decltype(pdf_load_to_unicode) __real_pdf_load_to_unicode, __wrap_pdf_load_to_unicode;
+decltype(pdf_lookup_dest) __wrap_pdf_lookup_dest;
+decltype(pdf_lookup_page_number) __wrap_pdf_lookup_page_number;
+decltype(pdf_lookup_page_obj) __wrap_pdf_lookup_page_obj;
 
 pdf_token __wrap_pdf_lex(fz_context *context, fz_stream *stream, pdf_lexbuf *buffer) {
   spendToken(context, stream);
@@ -146,6 +149,19 @@ fz_shade *__wrap_pdf_load_shading(fz_context *context, pdf_document *document, p
   shade->matrix = fz_identity;
   shade->bbox = fz_infinite_rect;
   return shade;
+}
+
+// Nor where links within the document lead, which MuPDF looks for in all of it. An error costs the link alone.
+pdf_obj *__wrap_pdf_lookup_dest(fz_context *context, pdf_document *, pdf_obj *) {
+  fz_throw(context, FZ_ERROR_GENERIC, "links to names are not followed");
+}
+
+int __wrap_pdf_lookup_page_number(fz_context *context, pdf_document *, pdf_obj *) {
+  fz_throw(context, FZ_ERROR_GENERIC, "links to pages are not followed");
+}
+
+pdf_obj *__wrap_pdf_lookup_page_obj(fz_context *context, pdf_document *, int) {
+  fz_throw(context, FZ_ERROR_GENERIC, "links to numbers of pages are not followed");
 }
 
 pdf_function *__wrap_pdf_load_function(fz_context *context, pdf_obj *dictionary, int inputs, int outputs) {

@@ -54,13 +54,14 @@ bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, 
   bool isMissing = false;
   try {
     engine.run([&](fz_context *context) {
-      pdf_page *page = pdf_load_page(context, engine.document(), static_cast<int>(index));
+      pdf_page *page = engine.pages().loadPage(context, index);
+      isMissing = !page;
+      if (isMissing) return;
       fz_device *device = nullptr;
       fz_var(device);
       fz_try(context) {
         fz_stext_options options = {};
         options.flags = FZ_STEXT_DEHYPHENATE;
-        isMissing = !pdf_is_dict(context, page->obj);
         found->links = pdf_load_links(context, page);
         found->page = fz_new_stext_page(context, placedMediaBox(context, page));
         device = fz_new_stext_device(context, found->page, &options);
@@ -122,7 +123,7 @@ NSRect PDFPage::boundsForBox(PDFDisplayBox box) const {
   double pointsPerUnit = 1;
   try {
     engine_->run([&](fz_context *context) {
-      pdf_obj *page = pdf_lookup_page_obj(context, engine_->document(), static_cast<int>(index_));
+      pdf_obj *page = engine_->pages().pageAtIndex(context, index_);
       const fz_rect media = pdf_to_rect(context, pdf_dict_get_inheritable(context, page, PDF_NAME(MediaBox)));
       if (isUsable(media)) bounds = media;
       if (box == PDFDisplayBox::cropBox) {
@@ -144,7 +145,7 @@ int PDFPage::rotation() const {
   int degrees = 0;
   try {
     engine_->run([&](fz_context *context) {
-      pdf_obj *page = pdf_lookup_page_obj(context, engine_->document(), static_cast<int>(index_));
+      pdf_obj *page = engine_->pages().pageAtIndex(context, index_);
       degrees = pdf_to_int(context, pdf_dict_get_inheritable(context, page, PDF_NAME(Rotate)));
     });
   } catch (const detail::PDFFailure &) {

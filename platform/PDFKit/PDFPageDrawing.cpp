@@ -59,11 +59,12 @@ CGImage PDFPage::imageOfArea(const NSRect &area, std::uint32_t width, std::uint3
   bool isFound = false;
   try {
     engine_->runDrawing(width, height, options.deadline, [&](fz_context *context) {
-      pdf_page *const page = pdf_load_page(context, engine_->document(), static_cast<int>(index_));
+      pdf_page *const page = engine_->pages().loadPage(context, index_);
+      isFound = page != nullptr;
+      if (!isFound) return;
       fz_pixmap *pixels = nullptr;
       fz_var(pixels);
       fz_try(context) {
-        isFound = pdf_is_dict(context, page->obj) != 0;
         fz_set_aa_level(context, options.shouldAntialias ? kSmoothBits : 0);
         pixels = fz_new_pixmap_with_data(context, fz_device_rgb(context), static_cast<int>(width),
                                          static_cast<int>(height), nullptr, 1, static_cast<int>(bytesPerRow),

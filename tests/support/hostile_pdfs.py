@@ -555,7 +555,7 @@ DOCUMENTS = {
     huge_xref_section: NOTHING,
     objects_without_end: NOTHING,
     unended_strings: NOTHING,
-    name_tree_of_links: NOTHING,
+    name_tree_of_links: WHOLE,
     doubled_forms: PART,
     deep_forms: PART,
     soft_masks: PART,

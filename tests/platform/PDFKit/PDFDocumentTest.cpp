@@ -94,6 +94,76 @@ TEST(PDFDocument, GetsThroughFalseCountsAndFormsThatDrawThemselves) {
   EXPECT_EQ(huge->pageAtIndex(2).boundsForBox(PDFDisplayBox::mediaBox), (NSRect{{0, 0}, {612, 792}}));
 }
 
+TEST(PDFDocument, GoesThroughItsTreeOfPages) {
+  std::string many;
+  std::string texts;
+  for (int i = 0; i < 100; ++i) {
+    many += "3 0 R ";
+    texts += "a\n";
+  }
+  const auto page = [](int content) {
+    return "<</Type /Page /MediaBox [0 0 99 99] /Contents " + std::to_string(content) +
+           " 0 R /Resources <</Font <</F 6 0 R>>>>>> ";
+  };
+  const auto node = [](const std::string &kids, const std::string &count) {
+    return "<</Type /Pages /Kids [" + kids + "] " + count + ">>";
+  };
+  const struct {
+    const char *what;
+    std::string root;
+    std::string other;
+    std::string texts;
+  } cases[] = {
+      {"one page, many times", node(many, "/Count 100"), "null", texts},
+      {"pages that are no objects", node(page(4) + page(5) + page(4), "/Count 3"), "null", "a\nb\na\n"},
+      {"a false count within", node("7 0 R 3 0 R", "/Count 3"), node(page(5) + "3 0 R", "/Count 9"),
+       "b\na\na\n"},
+      {"no counts", node("7 0 R 3 0 R", ""), node("3 0 R 3 0 R", ""), "a\na\na\n"},
+      {"no types", "<</Kids [7 0 R 3 0 R] /Count 2>>", "<</Kids [3 0 R] /Count 1>>", "a\na\n"},
+      {"null is no page", node("null 3 0 R", "/Count 1"), "null", "a\n"},
+      {"nodes within themselves", node("3 0 R 7 0 R", "/Count 99"), node("7 0 R 3 0 R 2 0 R", "/Count 99"),
+       "a\na\n"},
+  };
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.what);
+    const auto document = PDFDocument::documentWithData(
+        PDFOfObjects({kCatalog, c.root, page(4), PDFStream("", "BT /F 9 Tf 9 9 Td (a) Tj ET"),
+                      PDFStream("", "BT /F 9 Tf 9 9 Td (b) Tj ET"), kFont, c.other}));
+    ASSERT_TRUE(document);
+    EXPECT_EQ(document->pageCount(), c.texts.size() / 2);
+    NSMutableString found;
+    // Back and forth, since each page has to be found alone, too.
+    for (std::uint32_t i = document->pageCount(); i-- > 0;) EXPECT_TRUE(document->pageAtIndex(i).string()) << i;
+    document->readPages(
+        Deadline::never(), [&](const NSString &text) { return found.appendString(text), true; }, nullptr);
+    EXPECT_EQ(std::move(found).string().UTF8String(), c.texts);
+  }
+}
+
+/// Links within the document cost nothing, however many pages and names there are to look through.
+TEST(PDFDocument, FollowsNoLinksToItsPages) {
+  std::string kids;
+  std::string links;
+  for (int i = 0; i < 3000; ++i) kids += "3 0 R ";
+  for (const char *target : {"/Dest [5 0 R /Fit]", "/Dest [2999 /Fit]", "/Dest (name)", "/Dest /name",
+                             "/A <</S /GoTo /D [5 0 R /Fit]>>", "/A <</S /URI /URI (http://a/)>>"})
+    for (int i = 0; i < 30; ++i)
+      links += std::string("<</Type /Annot /Subtype /Link /Rect [0 0 99 99] ") + target + ">>";
+  const auto document = PDFDocument::documentWithData(
+      PDFOfObjects({kCatalog, "<</Type /Pages /Kids [" + kids + "5 0 R] /Count 3001 /MediaBox [0 0 99 99]>>",
+                    "<</Type /Page /Parent 2 0 R>>", kFont,
+                    "<</Type /Page /Parent 2 0 R /Contents 6 0 R /Resources <</Font <</F 4 0 R>>>> /Annots [" +
+                        links + "]>>",
+                    PDFStream("", "BT /F 9 Tf 9 9 Td (a) Tj ET")}),
+      {.stepWork = 100'000});
+  ASSERT_TRUE(document);
+  NSError error;
+  const NSAttributedString text = document->pageAtIndex(3000).attributedString(&error);
+  EXPECT_FALSE(error);
+  ASSERT_EQ(text.string(), u"a\n"_ns);
+  EXPECT_EQ(text.runs().front().attributes->link, u"http://a/"_ns);
+}
+
 /// Shows annotations and filled forms too, and text whatever it is filled with. Glyphs without a meaning are
 /// blanks, and no text when there is nothing else.
 TEST(PDFDocument, TakesWhatAReaderSees) {
@@ -426,8 +496,8 @@ TEST(PDFDocument, SaysWhatIsLost) {
       {"no page tree", PDFOfObjects({kCatalog}), 0, ErrorCode::damaged, "its pages are missing"},
       {"too small a count", changed("columns.pdf", "/Count 2", "/Count 1"), 1, ErrorCode::damaged,
        "its page count is 1, but it has more"},
-      {"no count", changed("columns.pdf", "/Count 2", "/Count x"), 0, ErrorCode::damaged,
-       "its page count is 0, but it has more"},
+      {"no count", changed("columns.pdf", "/Count 2", "/Count x"), 2, ErrorCode::damaged,
+       "its page count is 0, but it has 2"},
       {"a false count", samplePDF("huge-count.pdf"), 2, ErrorCode::damaged, "but it has 2"},
       {"too many pages",
        samplePDF("columns.pdf"),
