@@ -97,7 +97,9 @@ void PDFPageTree::walk(fz_context *context, std::size_t pages) {
 
 void PDFPageTree::enter(fz_context *context, pdf_obj *node) {
   pdf_obj *const kids = pdf_dict_get(context, node, PDF_NAME(Kids));
-  const int number = pdf_to_num(context, node);
+  int number = pdf_to_num(context, node);
+  // A node that is no object of its own can come back as a kid of its kids alone.
+  if (number == 0) number = pdf_to_num(context, kids);
   if (!pdf_is_array(context, kids) || entered_.contains(number)) return;
   guard(context, [&] { path_.push_back({kids, 0, number}); });
   pdf_keep_obj(context, kids);

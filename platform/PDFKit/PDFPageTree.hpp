@@ -35,7 +35,7 @@ class PDFPageTree {
   struct Node {
     pdf_obj *kids;
     int next;
-    /// Of the node; 0 when it has none.
+    /// Of the node, or of its kids; 0 when neither has one.
     int objectNumber;
   };
 

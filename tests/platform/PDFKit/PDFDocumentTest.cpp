@@ -121,6 +121,8 @@ TEST(PDFDocument, GoesThroughItsTreeOfPages) {
       {"no counts", node("7 0 R 3 0 R", ""), node("3 0 R 3 0 R", ""), "a\na\na\n"},
       {"no types", "<</Kids [7 0 R 3 0 R] /Count 2>>", "<</Kids [3 0 R] /Count 1>>", "a\na\n"},
       {"null is no page", node("null 3 0 R", "/Count 1"), "null", "a\n"},
+      {"kids within themselves", "<</Type /Pages /Kids 7 0 R /Count 99>>",
+       "[3 0 R <</Type /Pages /Kids 7 0 R>>]", "a\na\n"},
       {"nodes within themselves", node("3 0 R 7 0 R", "/Count 99"), node("7 0 R 3 0 R 2 0 R", "/Count 99"),
        "a\na\n"},
   };
