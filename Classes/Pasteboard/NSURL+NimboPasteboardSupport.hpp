@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "platform/AppKit/Pasteboard/NSPasteboard.hpp"
+#include "platform/Foundation/NSURL.hpp"
+
+namespace NIMBO_PUBLIC nimbo {
+inline namespace NimboPasteboardSupport {
+
+/// Writes a URL as `NSURLPboardType` and `NSStringPboardType`. False when it is nil or the pasteboard takes
+/// nothing;
+/// `*error` says why.
+bool copyToPasteboard(const NSURL &url, const NSPasteboard &pasteboard, NSError *error = nullptr);
+
+/// Writes a URL with a title in the types of browsers; nil or an empty title stands for the absolute string.
+/// False as above.
+bool copyToPasteboardWithTitle(const NSURL &url, const NSPasteboard &pasteboard, const NSString &title,
+                               NSError *error = nullptr);
+
+}  // namespace NimboPasteboardSupport
+}  // namespace nimbo
