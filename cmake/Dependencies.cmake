@@ -25,6 +25,8 @@ if(QUIVERLEAF_MEDIA)
   pkg_check_modules(QUIVERLEAF_EXPAT REQUIRED IMPORTED_TARGET expat)
   pkg_check_modules(QUIVERLEAF_LCMS REQUIRED IMPORTED_TARGET lcms2)
   pkg_check_modules(QUIVERLEAF_FREETYPE REQUIRED freetype2)
+  pkg_check_modules(QUIVERLEAF_XCB REQUIRED IMPORTED_TARGET xcb)
+  pkg_check_modules(QUIVERLEAF_WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
   # MuPDF's own pkg-config file names the wrong libraries.
   add_library(MuPDF INTERFACE IMPORTED)
   target_include_directories(MuPDF SYSTEM INTERFACE ${QUIVERLEAF_FREETYPE_INCLUDE_DIRS})

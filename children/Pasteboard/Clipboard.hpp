@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "children/Pasteboard/Contents.hpp"
+#include "children/Pasteboard/Patience.hpp"
+
+namespace nimbo {
+
+/// The clipboard of a desktop, through this process's connection to it. Its methods raise `PasteboardError`.
+class Clipboard {
+ public:
+  virtual ~Clipboard() = default;
+
+  /// The types that who owns the clipboard offers; nothing when it does not tell.
+  virtual std::optional<std::vector<std::string>> types(const Patience &patience) = 0;
+  /// The data of a type; nothing when it is refused.
+  virtual std::optional<std::string> read(const std::string &type, const Patience &patience) = 0;
+  /// Makes this process the owner, who offers these types; of none, empties the clipboard.
+  virtual void own(const std::vector<std::string> &types, const Patience &patience) = 0;
+  /// Gives others what they ask for, until they own the clipboard, the desktop goes or `signals` is readable.
+  virtual void serve(Contents &contents, int signals) = 0;
+};
+
+}  // namespace nimbo
