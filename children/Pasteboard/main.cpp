@@ -2,6 +2,7 @@
 //
 // The clipboard of the desktop, for programs that have no connection to it:
 //
+//     quiverleaf-pasteboard check SECONDS              fails when there is no clipboard
 //     quiverleaf-pasteboard types SECONDS              writes the types that are offered, a line each
 //     quiverleaf-pasteboard read SECONDS TYPE...       writes the first of the types that is there, as a line
 //     with

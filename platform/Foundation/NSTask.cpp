@@ -253,7 +253,11 @@ std::optional<NSTask::Result> NSTask::run(NSError *error) const {
   const bool readsErrors = standardError == Output::collected;
   streams.inherits = {false, standardOutput == Output::inherited, standardError == Output::inherited};
   auto &[input, outputEnd, errorEnd] = streams.descriptors;
-  if (standardInput && !(input = inputFile(standardInput))) return failCall(errno);
+  if (standardInputDescriptor >= 0)
+    input = FileDescriptor(::fcntl(standardInputDescriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+  else if (standardInput)
+    input = inputFile(standardInput);
+  if ((standardInputDescriptor >= 0 || standardInput) && !input) return failCall(errno);
   if (readsOutput && !(outputEnd = output.open())) return failCall(errno);
   if (readsErrors && !(errorEnd = errors.open())) return failCall(errno);
   Child child;

@@ -52,6 +52,8 @@ struct NSTask {
   NSString currentDirectoryPath = {};
   /// What it reads from its standard input, which is empty when this is nil.
   NSData standardInput = {};
+  /// An open file that it reads instead, which stays the caller's; none when negative.
+  int standardInputDescriptor = -1;
   /// When the program has to have ended.
   Deadline deadline = {};
   /// How many bytes it may write to each output that is collected.

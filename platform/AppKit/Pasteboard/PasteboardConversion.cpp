@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "platform/AppKit/Pasteboard/PasteboardConversion.hpp"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "platform/AppKit/Pasteboard/PictureConversion.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/Trimming.hpp"
+#include "platform/Foundation/Unicode/UTF8Conversion.hpp"
+
+namespace nimbo::detail {
+namespace {
+
+using namespace std::string_view_literals;
+
+NSData dataWithBytes(std::string_view bytes) {
+  return NSData::dataWithBytes(bytes.data(), bytes.size());
+}
+
+NSData dataWithUnits(std::u16string_view units) {
+  return dataWithBytes(encodeUTF8(units, InvalidInput::replaced).value_or(""));
+}
+
+/// The units of UTF-16, in this machine's order where no mark says another.
+std::u16string unitsOfUTF16(std::string_view bytes) {
+  std::u16string units(bytes.size() / sizeof(unichar), u'\0');
+  if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(unichar));
+  if (units.starts_with(u'\xfffe'))
+    for (unichar &unit : units) unit = static_cast<unichar>(unit << 8 | unit >> 8);
+  if (units.starts_with(u'\xfeff')) units.erase(0, 1);
+  return units;
+}
+
+/// Text in an encoding that the type does not tell as UTF-8.
+NSData textOfBytes(const NSData &bytes) {
+  constexpr auto kMark = "\xef\xbb\xbf"sv;
+  const std::string_view view = bytes.view();
+  if (view.starts_with("\xff\xfe"sv) || view.starts_with("\xfe\xff"sv))
+    return dataWithUnits(unitsOfUTF16(view));
+  if (view.starts_with(kMark)) return textOfBytes(bytes.subdataWithRange({kMark.size(), bytes.length()}));
+  if (NSString::stringWithUTF8String(view)) return bytes;
+  std::u16string units(view.size(), u'\0');
+  std::ranges::transform(view, units.begin(), [](char c) { return static_cast<unsigned char>(c); });
+  return dataWithUnits(units);
+}
+
+NSData latin1OfText(const NSData &text) {
+  const NSString string = NSString::stringWithLossyUTF8String(text.view());
+  std::string bytes;
+  for (std::u16string_view left = string.view(); !left.empty(); left.remove_prefix(1)) {
+    constexpr unichar kLast = 0xff;
+    const bool isPair = left.size() > 1 && left[0] >= 0xd800 && left[0] < 0xdc00;
+    bytes += left[0] <= kLast ? static_cast<char>(left[0]) : '?';
+    if (isPair) left.remove_prefix(1);
+  }
+  return dataWithBytes(bytes);
+}
+
+/// Takes the next line off a text; its end is any of CR, LF and both.
+template <class Unit>
+std::basic_string_view<Unit> takeLine(std::basic_string_view<Unit> *text) {
+  const Unit ends[] = {'\r', '\n', 0};
+  const std::size_t end = std::min(text->find_first_of(ends), text->size());
+  const auto line = text->substr(0, end);
+  text->remove_prefix(std::min(end + 1, text->size()));
+  return line;
+}
+
+NSData firstURL(const NSData &list) {
+  for (std::string_view text = list.view(); !text.empty();) {
+    const std::string_view line = trimmed(takeLine(&text), isASCIIWhiteSpace<char>);
+    if (!line.empty() && line.front() != '#') return dataWithBytes(line);
+  }
+  return {};
+}
+
+NSData lineOfLines(const NSData &lines, bool isTitle) {
+  const std::u16string units = unitsOfUTF16(lines.view());
+  std::u16string_view text = units;
+  std::u16string_view line = takeLine(&text);
+  if (isTitle) line = takeLine(&text);
+  while (line.ends_with(u'\0')) line.remove_suffix(1);
+  return line.empty() ? NSData() : dataWithUnits(line);
+}
+
+NSData plainRTF(const NSData &data) {
+  const NSAttributedString text = initWithRTFD(data);
+  return text ? RTFFromRange(text, {0, text.length()}) : NSData();
+}
+
+}  // namespace
+
+NSData dataForTarget(const PasteboardTarget &target, const NSData &data) {
+  switch (target.form) {
+    case TargetForm::latin1:
+      return latin1OfText(data);
+    case TargetForm::URIList:
+      return dataWithBytes(std::string(data.view()) + "\r\n");
+    case TargetForm::picture:
+      return convertedPicture(data, target.target == u"image/png"_ns ? u"public.png"_ns : u"public.tiff"_ns);
+    case TargetForm::plainRTF:
+      return plainRTF(data);
+    default:
+      return data;
+  }
+}
+
+NSData dataFromTarget(const PasteboardTarget &target, const NSData &bytes, NSError *error) {
+  const auto orFail = [error](NSData data) {
+    if (!data) setError(error, ErrorCode::incomplete, "the clipboard holds no data of this type");
+    return data;
+  };
+  switch (target.form) {
+    case TargetForm::text:
+    case TargetForm::latin1:
+      return textOfBytes(bytes);
+    case TargetForm::URIList:
+      return orFail(firstURL(bytes));
+    case TargetForm::URLLine:
+    case TargetForm::titleLine:
+      return orFail(lineOfLines(bytes, target.form == TargetForm::titleLine));
+    case TargetForm::picture:
+      return convertedPicture(
+          bytes, target.type == u"NSTIFFPboardType"_ns ? u"public.tiff"_ns : u"public.png"_ns, error);
+    default:
+      return bytes;
+  }
+}
+
+NSData URLLines(const NSData &url, const NSData &title) {
+  std::u16string lines(NSString::stringWithLossyUTF8String(url.view()).view());
+  lines.append(u"\n").append(NSString::stringWithLossyUTF8String((title ? title : url).view()).view());
+  return NSData::dataWithBytes(lines.data(), lines.size() * sizeof(unichar));
+}
+
+}  // namespace nimbo::detail
