@@ -27,6 +27,7 @@
 
 #include "children/Pasteboard/Clipboard.hpp"
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/WaylandClipboard.hpp"
 #include "children/Pasteboard/X11Clipboard.hpp"
 
 namespace nimbo {
@@ -35,11 +36,20 @@ namespace {
 /// How much longer than a step everything may take.
 constexpr double kSteps = 6;
 
-std::unique_ptr<Clipboard> openClipboard() {
+/// That of Wayland where programs without a window may use it, else that of X11.
+std::unique_ptr<Clipboard> openClipboard(const Patience &patience) {
   const auto isSet = [](const char *name) {
     const char *const value = std::getenv(name);
     return value && *value;
   };
+  if (isSet("WAYLAND_DISPLAY")) {
+    try {
+      return openWaylandClipboard(patience);
+    } catch (const PasteboardError &error) {
+      if (isSet("DISPLAY")) return openX11Clipboard();
+      throw PasteboardError(error.code, error.what() + std::string(", and DISPLAY is not set"));
+    }
+  }
   if (isSet("DISPLAY")) return openX11Clipboard();
   throw PasteboardError(ErrorCode::other, "there is no desktop: neither WAYLAND_DISPLAY nor DISPLAY is set");
 }
@@ -120,7 +130,7 @@ void run(const std::vector<std::string> &arguments) {
   const double seconds = std::strtod(arguments[1].c_str(), nullptr);
   const Patience patience = {seconds, Deadline::after(seconds * kSteps)};
   const std::vector<std::string> types(arguments.begin() + 2, arguments.end());
-  const auto clipboard = openClipboard();
+  const auto clipboard = openClipboard(patience);
   if (arguments[0] == "own") return own(*clipboard, types, patience);
   if (arguments[0] == "read") return writeData(*clipboard, types, patience);
   if (arguments[0] == "types") return writeTypes(*clipboard, patience);
