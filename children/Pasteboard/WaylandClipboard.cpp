@@ -95,11 +95,12 @@ std::optional<std::string> WaylandClipboard::read(const std::string &type, const
     pollfd waited = {reading.get(), POLLIN, 0};
     ::poll(&waited, 1, deadline.remainingMilliseconds());
   }
-  // A pipe ends in the same way when its writer does.
+  // A pipe ends in the same way when its writer does, and when he refuses.
   connection_.roundTrip(patience);
   if (connection_.offer() != offer)
     throw PasteboardError(ErrorCode::incomplete,
                           "the program that owned the clipboard ended while it was read");
+  if (bytes.empty()) return std::nullopt;
   return bytes;
 }
 

@@ -61,11 +61,11 @@ NSData latin1OfText(const NSData &text) {
   return dataWithBytes(bytes);
 }
 
-/// Takes the next line off a text; its end is any of CR, LF and both.
+/// Takes the next line off a text; some programs end the last one with a null character.
 template <class Unit>
 std::basic_string_view<Unit> takeLine(std::basic_string_view<Unit> *text) {
   const Unit ends[] = {'\r', '\n', 0};
-  const std::size_t end = std::min(text->find_first_of(ends), text->size());
+  const std::size_t end = std::min(text->find_first_of(std::basic_string_view<Unit>(ends, std::size(ends))), text->size());
   const auto line = text->substr(0, end);
   text->remove_prefix(std::min(end + 1, text->size()));
   return line;
@@ -84,7 +84,6 @@ NSData lineOfLines(const NSData &lines, bool isTitle) {
   std::u16string_view text = units;
   std::u16string_view line = takeLine(&text);
   if (isTitle) line = takeLine(&text);
-  while (line.ends_with(u'\0')) line.remove_suffix(1);
   return line.empty() ? NSData() : dataWithUnits(line);
 }
 
