@@ -116,8 +116,9 @@ FileDescriptor signalsOfEnding() {
 void own(Clipboard &clipboard, const std::vector<std::string> &types, const Patience &patience) {
   clipboard.own(types, patience);
   if (types.empty()) return;
-  detach();
+  // Nobody may end it before it hears of that.
   const FileDescriptor signals = signalsOfEnding();
+  detach();
   Contents contents(types, FileDescriptor(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)));
   ::close(STDIN_FILENO);
   ::open("/dev/null", O_RDONLY | O_CLOEXEC);

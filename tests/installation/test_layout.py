@@ -60,7 +60,7 @@ class LayoutTest(HollowTestCase):
         libraries, helper = place["LIBDIR"], place["LIBEXECDIR"] / "quiverleaf"
         names = [information.parent.name for information in (TOP / "importers").glob("*/Info.plist")]
         importers = {f"importers/{name}.mdimporter/Contents/Linux/{name}.so" for name in names}
-        programs = {helper / f"quiverleaf-{name}" for name in ("archive", "helper", "office", "pictures")}
+        programs = {helper / f"quiverleaf-{name}" for name in ("archive", "helper", "office", "pasteboard", "pictures")}
         self.assertEqual(
             self.files(root, ".hpp", ".py"),
             {place["BINDIR"] / "quiverleaf", *programs}

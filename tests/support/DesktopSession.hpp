@@ -49,11 +49,13 @@ class DesktopSession {
   }
   DesktopSession(const DesktopSession &) = delete;
 
-  /// Another program copies.
+  /// Another program copies; it owns the clipboard a little later than it says.
   void copy(std::string_view bytes, const std::string &type) const {
     run(kind_ == Kind::X11 ? std::vector<std::string>{"xclip", "-selection", "clipboard", "-t", type}
                            : std::vector<std::string>{"wl-copy", "-t", type},
         bytes);
+    for (int i = 0; i < 500 && paste(type) != bytes; ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   /// What another program gets; empty when it gets nothing.
   std::string paste(const std::string &type) const {

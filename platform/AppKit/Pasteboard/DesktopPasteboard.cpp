@@ -149,7 +149,10 @@ class DesktopPasteboard final : public PasteboardServer {
     const auto result = task.run(error);
     if (!result) return std::nullopt;
     if (result->terminationStatus == 0) return result->standardOutput;
-    setError(error, static_cast<ErrorCode>(result->terminationStatus), result->standardError.view());
+    if (result->standardError.length() == 0)
+      setError(error, ErrorCode::other, "the program that talks to the clipboard failed");
+    else
+      setError(error, static_cast<ErrorCode>(result->terminationStatus), result->standardError.view());
     return std::nullopt;
   }
 

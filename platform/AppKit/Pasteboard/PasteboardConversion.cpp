@@ -65,7 +65,8 @@ NSData latin1OfText(const NSData &text) {
 template <class Unit>
 std::basic_string_view<Unit> takeLine(std::basic_string_view<Unit> *text) {
   const Unit ends[] = {'\r', '\n', 0};
-  const std::size_t end = std::min(text->find_first_of(std::basic_string_view<Unit>(ends, std::size(ends))), text->size());
+  const std::size_t end =
+      std::min(text->find_first_of(std::basic_string_view<Unit>(ends, std::size(ends))), text->size());
   const auto line = text->substr(0, end);
   text->remove_prefix(std::min(end + 1, text->size()));
   return line;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSTask.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
@@ -55,6 +56,14 @@ TEST(NSTask, ReadsWhatItIsGivenAndCollectsBothOutputs) {
   EXPECT_EQ(result->standardError.view(), "a b=c||/usr/bin\n");
   task.standardError = NSTask::Output::discarded;
   EXPECT_EQ(task.run()->standardError, NSData());
+  int ends[2];
+  ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+  ASSERT_EQ(::write(ends[1], "pipe", 4), 4);
+  ::close(ends[1]);
+  task.standardInputDescriptor = ends[0];
+  EXPECT_EQ(task.run()->standardOutput.view(), "pipe");
+  EXPECT_EQ(::close(ends[0]), 0);
+  task.standardInputDescriptor = -1;
 
   std::string handed;
   task.maximumOutputBytes = 10;

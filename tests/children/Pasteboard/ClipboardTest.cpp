@@ -69,6 +69,27 @@ class X11Clipboard : public testing::Test {
   std::unique_ptr<DesktopSession> session_;
 };
 
+class Clipboard : public testing::TestWithParam<DesktopSession::Kind> {};
+INSTANTIATE_TEST_SUITE_P(Desktops, Clipboard,
+                         testing::Values(DesktopSession::Kind::X11, DesktopSession::Kind::Wayland));
+
+TEST_P(Clipboard, OutlivesOwnersThatStopAndDie) {
+  std::string missing;
+  const auto session = DesktopSession::start(GetParam(), &missing);
+  if (!missing.empty()) GTEST_SKIP() << missing << " is not installed";
+  ASSERT_TRUE(session) << "the desktop does not start";
+  session->copy("never given", "x/a");
+  const auto owners = session->processes(GetParam() == DesktopSession::Kind::X11 ? "xclip" : "wl-copy");
+  ASSERT_EQ(owners.size(), 1);
+  ::kill(owners.front(), SIGSTOP);
+  EXPECT_EQ(run({"read", "0.4", "x/a"}), "8 ");
+  auto reading = std::async(std::launch::async, [] { return run({"read", "20", "x/a"}); });
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  ::kill(owners.front(), SIGKILL);
+  EXPECT_EQ(reading.get(), "10 ");
+  EXPECT_TRUE(session->isGone("quiverleaf-pasteboard"));
+}
+
 TEST_F(X11Clipboard, EndsInTimeWhateverTheOwnerDoes) {
   enum class Fault {
     none,
