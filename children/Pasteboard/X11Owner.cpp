@@ -13,6 +13,9 @@ namespace {
 
 /// How long a requestor may take for a piece, and a clipboard manager for everything.
 constexpr double kPieceSeconds = 30, kHandOverSeconds = 5;
+/// How far a request may lie before the ownership to be taken for older. The server's clock begins anew after
+/// 49 days, which an owner may live to see.
+constexpr xcb_timestamp_t kOlderMilliseconds = 3'600'000;
 /// So many who ask for what is not there yet, or are being sent something, are served at once.
 constexpr std::size_t kMaximumWaiting = 256, kMaximumTransfers = 256;
 
@@ -100,8 +103,9 @@ void X11Owner::handle(const X11Event &event) {
 }
 
 void X11Owner::receive(const Request &request) {
-  const bool isOurs = isOwner_ && request.selection == clipboard_ &&
-                      (request.time == XCB_CURRENT_TIME || request.time >= since_);
+  const bool isOlder =
+      request.time != XCB_CURRENT_TIME && request.time != since_ && since_ - request.time <= kOlderMilliseconds;
+  const bool isOurs = isOwner_ && request.selection == clipboard_ && !isOlder;
   const Outcome outcome = isOurs ? convert(request) : Outcome::refused;
   if (outcome != Outcome::awaited) return answer(request, outcome);
   if (waiting_.size() >= kMaximumWaiting) return answer(request, Outcome::refused);

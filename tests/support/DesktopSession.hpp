@@ -49,12 +49,13 @@ class DesktopSession {
   }
   DesktopSession(const DesktopSession &) = delete;
 
-  /// Another program copies; it owns the clipboard a little later than it says.
+  /// Another program copies. It owns the clipboard a little later than it says, when the one before has ended.
   void copy(std::string_view bytes, const std::string &type) const {
     run(kind_ == Kind::X11 ? std::vector<std::string>{"xclip", "-selection", "clipboard", "-t", type}
                            : std::vector<std::string>{"wl-copy", "-t", type},
         bytes);
-    for (int i = 0; i < 500 && paste(type) != bytes; ++i)
+    const char *const program = kind_ == Kind::X11 ? "xclip" : "wl-copy";
+    for (int i = 0; i < 500 && (processes(program).size() != 1 || paste(type).empty()); ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   /// What another program gets; empty when it gets nothing.

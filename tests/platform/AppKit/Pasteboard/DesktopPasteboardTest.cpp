@@ -114,6 +114,7 @@ TEST_P(DesktopPasteboard, OffersSeveralTypesAtOnce) {
   EXPECT_TRUE(pasteboard_.declareTypes({}));
   EXPECT_EQ(read(u"own type"_ns), "nil: the clipboard is empty");
   EXPECT_TRUE(session_->isGone("quiverleaf-pasteboard"));
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), 0) << "a process that has ended is left";
 }
 
 TEST_P(DesktopPasteboard, KeepsWhatWasCopiedWhenTheProcessHasEnded) {
