@@ -37,6 +37,12 @@ bool isTitle(const NSString &type) {
       targetsToRead(type), [](const PasteboardTarget &target) { return target.form == TargetForm::titleLine; });
 }
 
+std::vector<NSString> namesOf(const std::vector<PasteboardTarget> &targets) {
+  std::vector<NSString> names(targets.size());
+  std::ranges::transform(targets, names.begin(), &PasteboardTarget::target);
+  return names;
+}
+
 /// The clipboard, which a program of its own talks to: each question is a run of it, and what is offered is a
 /// process of it, which lives on and gets the data through a socket.
 class DesktopPasteboard final : public PasteboardServer {
@@ -71,9 +77,7 @@ class DesktopPasteboard final : public PasteboardServer {
     FileDescriptor own(ends[0]);
     const FileDescriptor feed(ends[1]);
     std::vector<PasteboardTarget> offered = targetsToOffer(types);
-    std::vector<NSString> names;
-    for (const PasteboardTarget &target : offered) names.push_back(target.target);
-    if (!run(u"own"_ns, names, feed.get(), error)) return false;
+    if (!run(u"own"_ns, namesOf(offered), feed.get(), error)) return false;
     ++changeCount_;
     types_.assign(types.begin(), types.end());
     offered_ = std::move(offered);
@@ -116,9 +120,7 @@ class DesktopPasteboard final : public PasteboardServer {
       return {};
     }
     const std::vector<PasteboardTarget> targets = targetsToRead(type);
-    std::vector<NSString> names;
-    for (const PasteboardTarget &target : targets) names.push_back(target.target);
-    const auto output = run(u"read"_ns, names, -1, error);
+    const auto output = run(u"read"_ns, namesOf(targets), -1, error);
     if (!output) return {};
     const auto nameBytes =
         static_cast<std::uint32_t>(std::min(output->view().find('\n'), output->view().size()));
