@@ -458,6 +458,8 @@ void RTFReader::endDestination(Destination destination) {
       return endInfoText(trimmed(capture_));
     case Destination::date: {
       const auto [year, month, day, hour, minute, second] = date_;
+      // So writers say that they know none.
+      if (year == 0 || month == 0 || day == 0) return;
       const NSDate date = NSDate::dateWithUTC(year, month, day, hour, minute, second);
       (infoField_ == RTFWord::creatim_ ? document_.creationTime : document_.modificationTime) = date;
       return;

@@ -159,12 +159,12 @@ TEST(RTFReader, Tables) {
 
 TEST(RTFReader, DocumentAttributes) {
   DocumentAttributes attributes;
-  ASSERT_TRUE(
-      initWithRTF(dataOf("{\\rtf1\\ansi\\paperw12240\\paperh15840\\margl1440\\margr0{\\info{\\title T\\u228 "
-                         "?}{\\author  A }{\\subject}"
-                         "{\\keywords a, b;c}{\\*\\company C}{\\upr{\\author no}{\\*\\ud{\\author yes}}}"
-                         "{\\creatim\\yr2001\\mo2\\dy3\\hr4\\min5}}x{\\title no}}"),
-                  &attributes));
+  ASSERT_TRUE(initWithRTF(
+      dataOf("{\\rtf1\\ansi\\paperw12240\\paperh15840\\margl1440\\margr0{\\info{\\title T\\u228 "
+             "?}{\\author  A }{\\subject}"
+             "{\\keywords a, b;c}{\\*\\company C}{\\upr{\\author no}{\\*\\ud{\\author yes}}}"
+             "{\\creatim\\yr2001\\mo2\\dy3\\hr4\\min5}{\\revtim\\yr0\\mo0\\dy0\\hr0\\min0}}x{\\title no}}"),
+      &attributes));
   EXPECT_EQ(attributes.documentType, u"NSRTF"_ns);
   EXPECT_EQ(attributes.title, u"T\u00e4"_ns);
   EXPECT_EQ(attributes.author, u"yes"_ns);
@@ -172,6 +172,7 @@ TEST(RTFReader, DocumentAttributes) {
   EXPECT_EQ(attributes.keywords, (std::vector<NSString>{u"a"_ns, u"b"_ns, u"c"_ns}));
   EXPECT_EQ(attributes.company, u"C"_ns);
   EXPECT_EQ(attributes.creationTime, NSDate::dateWithUTC(2001, 2, 3, 4, 5, 0));
+  EXPECT_FALSE(attributes.modificationTime);
   EXPECT_EQ(attributes.paperSize, (NSSize{612, 792}));
   EXPECT_EQ(attributes.leftMargin, 72);
   EXPECT_EQ(attributes.rightMargin, 0);
