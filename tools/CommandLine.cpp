@@ -129,7 +129,8 @@ Operands readOptions(const std::vector<std::string> &arguments, const std::vecto
       secondValue = arguments[i];
     }
     options->given.emplace_back(option.name);
-    if (option.name == std::string_view("output")) value = pathOfFileArgument(value);
+    if (option.name == std::string_view("output") || option.name == std::string_view("password-file"))
+      value = pathOfFileArgument(value);
     std::visit(Setter{option, value, secondValue, options}, option.field);
   }
   return operands;
@@ -138,6 +139,7 @@ Operands readOptions(const std::vector<std::string> &arguments, const std::vecto
 void checkOptions(const CommandText &command, const CommonOptions &options) {
   for (const Option &option : commonOptions())
     if (!isForCommand(option, command)) refuseOptions(options, {option.name}, command.name);
+  if (options.propertyList) refuseOptions(options, {"pretty"}, "--plist");
 }
 
 void refuseOptions(const CommonOptions &options, std::initializer_list<std::string_view> names,

@@ -64,7 +64,7 @@ DocumentText textOfDocument(const TypedPath &file, const CommonOptions &options)
 
 int writeDocumentText(const DocumentText &document, const std::string &name) {
   const int code = report(document.answer, name, [&](const id &) {
-    if (document.text.length() > 0) writeText(document.text);
+    if (document.text.length() > 0) writeLines(document.text);
   });
   if (code != kExitAnswered || document.text.length() > 0) return code;
   if (document.answer.code == ErrorCode::none) writeMessage(name + ": has no text");

@@ -7,7 +7,6 @@
 #include <system_error>
 
 #include "Classes/Feeds/FeedReading.hpp"
-#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
@@ -16,6 +15,7 @@
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/Output.hpp"
+#include "tools/URLCommands.hpp"
 
 namespace nimbo {
 
@@ -84,11 +84,7 @@ int runFeed(const FeedOptions &options, const Operands &operands) {
     throw UsageError("--linked-style and --as-given are for --html");
   if (options.html || options.OPML)
     refuseOptions(options, {"pretty", "plist"}, options.html ? "--html" : "--opml");
-  NSURL url;
-  if (options.url) {
-    url = URLWithNormalizedStringURL(NSString::stringWithLossyUTF8String(*options.url));
-    if (!url) throw UsageError("'" + *options.url + "' is no URL");
-  }
+  const NSURL url = options.url ? absoluteURLOfOption(*options.url) : NSURL();
   const std::optional<Feed> feed = readFeed(textOfFeed(operands.front(), options.timeoutSeconds), url);
   if (!feed) {
     writeMessage(nameOfInput(operands.front()) + ": is no feed");

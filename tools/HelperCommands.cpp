@@ -123,7 +123,8 @@ when it runs.)"},
         .description = R"(
 Prints what "ping" does, and, while the helper works, "Working": the operation, the file, the process that
 asked, since when; and "Waiting": the processes whose requests waited when this one began. It asks the helper
-nothing and starts none, so it does not wait. When there is none, it tells what ended the last one.)",
+nothing and starts none, so it does not wait. When there is none, it tells what the last one worked on when it
+ended.)",
         .asksHelper = false,
         .takesTime = false},
        runStatus},

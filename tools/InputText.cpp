@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/InputText.hpp"
 
+#include <string_view>
+
 #include "Classes/Encodings/MarkupDecoding.hpp"
 #include "tools/InputFile.hpp"
 
@@ -12,8 +14,15 @@ NSString textOfData(const NSData &data) {
   return text ? text : NSString::stringWithLossyUTF8String(data.view());
 }
 
+void checkIsText(const NSData &data, const std::string &name) {
+  if (data.view().find('\0') != std::string_view::npos && !decodeMarkup(data, 0).string)
+    throw InputError(name, "the file holds no text");
+}
+
 NSString textOfInput(const std::string &path, double patienceSeconds) {
-  return textOfData(readInput(path, patienceSeconds));
+  const NSData data = readInput(path, patienceSeconds);
+  checkIsText(data, nameOfInput(path));
+  return textOfData(data);
 }
 
 }  // namespace nimbo

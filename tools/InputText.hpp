@@ -12,7 +12,10 @@ namespace nimbo {
 /// The text of a page or feed in the encoding that it declares or is most likely in; bytes that fit neither are
 /// UTF-8 in which U+FFFD stands for what is not valid.
 NSString textOfData(const NSData &data);
-/// The same of an input, which is read as by `readInput`. Raises `InputError`.
+/// Raises `InputError` for bytes that are text in no encoding, as those of pictures. A page may have a few
+/// zeros.
+void checkIsText(const NSData &data, const std::string &name);
+/// The text of an input that is text, read as by `readInput`. Raises `InputError`.
 NSString textOfInput(const std::string &path, double patienceSeconds);
 
 }  // namespace nimbo

@@ -131,7 +131,10 @@ SignalHandler prepareStandardStreams() {
 }
 
 void writeOutput(std::string_view text) {
-  if (writeAll(STDOUT_FILENO, text)) return;
+  const bool isForTerminal = ::isatty(STDOUT_FILENO) == 1;
+  const std::string shown =
+      isForTerminal ? textForTerminal(NSString::stringWithLossyUTF8String(text)) : std::string();
+  if (writeAll(STDOUT_FILENO, isForTerminal ? shown : text)) return;
   const int number = errno;
   const std::string message = "cannot write to standard output: " + std::generic_category().message(number);
   if (number == EPIPE) throw OutputClosed(message);
@@ -139,12 +142,11 @@ void writeOutput(std::string_view text) {
 }
 
 void writeText(const NSString &text) {
-  writeLines(text);
-  if (endsLine(text)) writeOutput("\n");
+  writeOutput(text.UTF8String() + '\n');
 }
 
 void writeLines(const NSString &text) {
-  const std::string bytes = ::isatty(STDOUT_FILENO) == 1 ? textForTerminal(text) : text.UTF8String();
+  const std::string bytes = text.UTF8String();
   writeOutput(endsLine(text) ? bytes : bytes + '\n');
 }
 
@@ -167,9 +169,12 @@ void writeFile(const NSData &data, const std::string &file) {
 
 void writeMessage(std::string_view message) {
   std::string line = "quiverleaf: ";
-  for (const char character : message) {
-    const auto byte = static_cast<unsigned char>(character);
-    line += byte < 0x20 || byte == 0x7f ? '?' : character;
+  for (std::size_t i = 0; i < message.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(message[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < message.size() ? message[i + 1] : 0);
+    const bool isUpperControl = byte == 0xc2 && next >= 0x80 && next < 0xa0;
+    line += byte < 0x20 || byte == 0x7f || isUpperControl ? '?' : message[i];
+    if (isUpperControl) ++i;
   }
   line += '\n';
   // When that fails, there is nowhere left to tell it.

@@ -35,11 +35,10 @@ using SignalHandler = void (*)(int);
 /// mistake. Answers what the caller wants to be done with SIGPIPE.
 SignalHandler prepareStandardStreams();
 
-/// Writes the whole text to standard output. Raises `OutputError`, or `OutputClosed` when the reader has gone
-/// away.
+/// Writes the whole text, which is UTF-8, to standard output; a terminal gets `textForTerminal`. Raises
+/// `OutputError`, or `OutputClosed` when the reader has gone away.
 void writeOutput(std::string_view text);
-/// Writes a string in UTF-8 and a line feed; of nil the line feed. A terminal gets `textForTerminal`. Raises
-/// `OutputError`.
+/// Writes a string in UTF-8 and a line feed; of nil the line feed. Raises `OutputError`.
 void writeText(const NSString &text);
 /// The same, without the line feed where the text ends in one or in a form feed.
 void writeLines(const NSString &text);

@@ -116,6 +116,7 @@ int runImage(const ThumbnailOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   const NSString path = pathOfOperand("image", file);
   const PictureOutput output(options.output, options.size);
+  if (options.spotlight && !options.text) throw UsageError("--spotlight needs --text");
   HelperClient client = clientWithOptions(options);
   auto answer = client.imageWithContentsOfFile(path, options.text, options.spotlight);
   NSDictionary result = answer.result.dictionary();

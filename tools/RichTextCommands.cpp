@@ -8,7 +8,9 @@
 #include "tools/ExitCode.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/InputFile.hpp"
+#include "tools/InputText.hpp"
 #include "tools/RichTextOutput.hpp"
+#include "tools/URLCommands.hpp"
 
 namespace nimbo {
 
@@ -43,7 +45,7 @@ int runRTFD(const RichTextOptions &options, const Operands &operands) {
 
 /// Where the references of a page begin: at the URL that is given, else at the file.
 NSString baseOfPage(const PageOptions &options, const std::string &file) {
-  if (options.base) return NSString::stringWithUTF8String(*options.base);
+  if (options.base) return absoluteURLOfOption(*options.base).absoluteString();
   if (file == "-") return NSString();
   return NSURL::fileURLWithPath(NSString::stringWithFileSystemRepresentation(file)).absoluteString();
 }
@@ -51,10 +53,12 @@ NSString baseOfPage(const PageOptions &options, const std::string &file) {
 int runPage(const PageOptions &options, const Operands &operands) {
   const std::string &file = operands.front();
   const std::string &folder = outputFolder(options.output);
+  const NSString base = baseOfPage(options, file);
   const NSData html = readInput(file, options.timeoutSeconds);
+  checkIsText(html, nameOfInput(file));
   HelperClient client = clientWithOptions(options);
   NSData rtfd;
-  const auto answer = client.RTFDWithHTML(html, baseOfPage(options, file), options.remote);
+  const auto answer = client.RTFDWithHTML(html, base, options.remote);
   const int code = report(answer, nameOfInput(file), [&](const id &result) { rtfd = result.data(); });
   return code != kExitAnswered ? code : writeRichText(client, rtfd, folder);
 }

@@ -16,9 +16,7 @@ struct URLOptions : CommonOptions {
 };
 
 int runURL(const URLOptions &options, const Operands &operands) {
-  const NSURL base =
-      options.base ? URLWithTypedString(NSString::stringWithLossyUTF8String(*options.base)) : NSURL();
-  if (options.base && !base.scheme()) throw UsageError("'" + *options.base + "' is no absolute URL");
+  const NSURL base = options.base ? absoluteURLOfOption(*options.base) : NSURL();
   NSArray reports = NSArray::array();
   // A property list has no null.
   const id missing = options.propertyList ? id() : id(NSNull());
@@ -29,6 +27,12 @@ int runURL(const URLOptions &options, const Operands &operands) {
 }
 
 }  // namespace
+
+NSURL absoluteURLOfOption(const std::string &value) {
+  NSURL url = URLWithTypedString(NSString::stringWithLossyUTF8String(value));
+  if (!url.scheme()) throw UsageError("'" + value + "' is no absolute URL");
+  return url;
+}
 
 const std::vector<Command> &urlCommands() {
   static const std::vector<Command> commands = {

@@ -67,7 +67,7 @@ class CommandTest(CommandTestCase):
         locked = str(DATA / "pdf" / "locked-pages.pdf")
         title = json.loads(self.run_command("metadata", str(DATA / "pdf" / "metadata.pdf")).stdout)["kMDItemTitle"]
         self.file("password", b"user\nanother line\n")
-        for option, data in (("--password=user", b""), ("--password-file=password", b""), ("--password-file=-", b"owner\r\n")):
+        for option, data in (("--password=user", b""), ("--password-file=password", b""), (f"--password-file={(self.folder.resolve() / 'password').as_uri()}", b""), ("--password-file=-", b"owner\r\n")):
             self.assertEqual(json.loads(self.run_command("pdf", option, locked, input=data).stdout)["Title"], title)
         self.assert_fails(3, "the PDF is locked by another password", "pdf", "--text", "--password=secret", locked)
         runtime = pathlib.Path(self.environment["QUIVERLEAF_RUNTIME_DIR"])
@@ -155,6 +155,8 @@ class CommandTest(CommandTestCase):
         self.assert_fails(2, "No helper is registered", "ping", "--no-start")
 
     def test_tags_of_markup(self):
+        self.file("zero.html", b"<p>a\0b")
+        self.assertEqual([tag["name"] for tag in self.answer("tags", "zero.html")], ["p", None])
         self.file("page.html", b'a<b c>"<!--d--><script>e</script')
         answer = self.answer("tags", "page.html")
         expected = [
@@ -238,6 +240,8 @@ class CommandTest(CommandTestCase):
         for name, content in (("a.jpg", picture), ("a.txt", picture), ("page.html", b"<html><body><img src=x>"), ("none.pdf", documents.pdf(("",)))):
             self.file(name, content)
             self.assert_fails(3, f"{name}: .*no text", "text", name)
+        self.file("a.c", b"int a;\n")
+        self.assertEqual(self.run_command("text", "a.c").stdout, b"int a;\n")
         self.file("README", contents["pdf"])
         self.assertIn(b"Leaflet", self.run_command("text", "README").stdout)
         self.file("a.txt", bytes((7, 0, 9, 19, 0, 0, 200)) * 99)
@@ -288,12 +292,20 @@ class CommandTest(CommandTestCase):
     def test_control_characters_never_reach_a_terminal(self):
         self.file("plain.txt", b"a\x1b[2J\tb\r\nc\x07\rd\xc2\x9b\n")
         self.file("page.html", b"<pre>a\x1b]0;x\x07b")
-        for name, shown in (("plain.txt", "a\ufffd[2J\tb\nc\ufffd\nd\ufffd\n"), ("page.html", "a\ufffd]0;x\ufffdb\n")):
-            raw = self.run_command("text", name).stdout
-            self.assertIn(b"\x1b", raw)
+        self.file("title.html", b"<title>a\xc2\x9b2J\x7f</title>")
+        shown_texts = (
+            ("text", "plain.txt", "a\ufffd[2J\tb\nc\ufffd\nd\ufffd\n"),
+            ("text", "page.html", "a\ufffd]0;x\ufffdb\n"),
+            ("decode", "page.html", "<pre>a\ufffd]0;x\ufffdb"),
+            ("page", "title.html", '{"Title":"a\ufffd2J\ufffd","NormalizedTitle":"a\ufffd2J\ufffd","IndexedTitle":"a\ufffd2J\ufffd","Feed":false,"MetaAttributes":{}}\n'),
+        )
+        self.assertEqual(self.run_command("text", "a\x9b2J\x1b").stderr.decode(), "quiverleaf: a?2J?: there is no such file\n")
+        for command, name, shown in shown_texts:
+            raw = self.run_command(command, name).stdout
+            self.assertRegex(raw, rb"\x1b|\x7f")
             ours, terminal = os.openpty()
             tty.setraw(terminal)
-            done = self.run_command("text", name, capture_output=False, stdout=terminal)
+            done = self.run_command(command, name, capture_output=False, stdout=terminal)
             os.close(terminal)
             self.assertEqual((done.returncode, os.read(ours, 1000).decode()), (0, shown), name)
             os.close(ours)
@@ -393,6 +405,7 @@ class CommandTest(CommandTestCase):
             (7, "text", "missing", "there is no such file"),
             (3, "text", "empty", "empty: the file is empty"),
             (3, "decode", "empty", "empty: the file is empty"),
+            *((3, command, str(TOP / "examples" / "leaf.jpg"), "leaf.jpg: the file holds no text") for command in ("tags", "strip", "page", "links")),
         ]
         for code, command, name, message in cases:
             with self.subTest(command=command, name=name):
@@ -436,7 +449,8 @@ class CommandTest(CommandTestCase):
               for option in ("--reformat", "--no-junk", "--google-tags", "--plain-ascii")),
             ("'foo' after --encoding is no known encoding", "decode", "--encoding", "foo", "a"),
             ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
-            ("is no absolute URL", "url", "--base", "a/b", "c"),
+            *(("is no absolute URL", *arguments, "a/b", "c") for arguments in (("url", "--base"), ("feed", "--url"), ("html2rtfd", "-o", "a", "--base"))),
+            ("--spotlight needs --text", "image", "--spotlight", "a"),
             *((f"'--{option}' does nothing for {mode}", *arguments) for option, mode, *arguments in (
                 ("plist", "text", "--plist", "text", "a"),
                 ("wait", "date", "date", "--wait=3", "1"),
@@ -445,6 +459,7 @@ class CommandTest(CommandTestCase):
                 ("pretty", "--extract", "fork", "--extract", "TEXT", "1", "-o", "a", "--pretty", "a"),
                 ("plist", "--opml", "feed", "--opml", "--plist", "a"),
                 ("pretty", "decode without --json", "decode", "--pretty", "a"),
+                ("pretty", "--plist", "page", "--plist", "--pretty", "a"),
             )),
             ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),

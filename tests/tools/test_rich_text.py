@@ -116,6 +116,7 @@ class RichTextTest(CommandTestCase):
         docx = LETTER.read_bytes()
         self.file("cut.docx", docx[: len(docx) // 2])
         self.file("no.rtf", b"\1\2\3")
+        self.file("leaf.jpg", (pathlib.Path(__file__).resolve().parents[2] / "examples" / "leaf.jpg").read_bytes())
         self.file("strange.qqq", bytes(range(1, 200, 3)))
         self.file("locked.pdf", documents.pdf(locked=True))
         self.file("a.pdf", documents.pdf(("Words",)))
@@ -129,6 +130,7 @@ class RichTextTest(CommandTestCase):
             *((6, f"{place}: it cannot be written: {reason}", *command, "-o", place)
               for command in (("rtfd", "page.html"), ("html2rtfd", "page.html"), ("pdf", "--attributed", "a.pdf"))
               for place, reason in (("no folder/out", "No such file"), ("file/out", "Not a dir"), ("/proc/out", "No such file"))),
+            (3, "leaf.jpg: the file holds no text", "html2rtfd", "leaf.jpg", "-o", "out"),
             (1, "-o OUT.rtfd", "rtfd", "page.html"),
             (1, "-o OUT.rtfd", "html2rtfd", "page.html", "-o", ""),
             (1, "not standard input", "rtfd", "-", "-o", "out"),
