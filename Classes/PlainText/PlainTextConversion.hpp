@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "Classes/PlainText/HiddenText.hpp"
@@ -23,7 +24,7 @@ struct PlainTextConversion {
 
   /// Makes room for the text of the tag, and of all markup behind it.
   void makeRoom(const TagShape &tag) {
-    writer.makeRoom(tag.markup().size() - tag.allBefore().size() + tag.text().size());
+    writer.makeRoom(tag.markup().size() - std::min(tag.textLocation(), tag.tagRange().location));
   }
   /// Whether text is written here.
   bool showsText() const {

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/PlainText/PlainTextTags.hpp"
 
-#include <array>
-#include <cstddef>
-
 namespace nimbo::detail {
 
 namespace {
@@ -119,20 +116,16 @@ constexpr Row kRows[] = {
     {TagName::kWbr, TagBreak::kNone, TagElement::kVoid},
 };
 
-constexpr std::array<TagRule, kTagNames> kRules = [] {
+}  // namespace
+
+constinit const std::array<TagRule, kTagNames> kTagRules = [] {
   std::array<TagRule, kTagNames> rules{};
   for (const Row &row : kRows) rules[static_cast<std::size_t>(row.name)] = {row.tagBreak, row.element};
   return rules;
 }();
 
-}  // namespace
-
 std::uint64_t packedNameOfOddTag(const TagShape &tag) {
   return tag.isNamed("annotation-xml") ? packedTagName(u"annotation") : 0;
-}
-
-const TagRule &ruleOfTag(TagName name) {
-  return kRules[static_cast<std::size_t>(name)];
 }
 
 }  // namespace nimbo::detail

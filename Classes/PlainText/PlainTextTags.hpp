@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -50,8 +52,13 @@ struct TagRule {
   TagElement element = TagElement::kOther;
 };
 
+/// The rule for the tags of each name.
+extern const std::array<TagRule, kTagNames> kTagRules;
+
 /// The rule for tags of a name; an unknown one breaks nothing.
-const TagRule &ruleOfTag(TagName name);
+inline const TagRule &ruleOfTag(TagName name) {
+  return kTagRules[static_cast<std::size_t>(name)];
+}
 
 /// Whether elements of the kind have no content and no end tag.
 constexpr bool isVoid(TagElement element) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/PlainText/StyledBlocks.hpp"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -13,9 +12,10 @@ namespace nimbo::detail {
 
 namespace {
 
-/// Whether "style", in any case, may be in the tag, which has at least 17 units: whether its "yl" is.
+/// Whether "style", in any case, may be in the tag with room for such a style behind it: whether its "yl" is.
+/// "<b st" stands in front of that at least, and "yle=display:flex>" from it on.
 bool mayHaveStyle(std::u16string_view tag) {
-  constexpr std::size_t kLanes = 8, kBlock = 2 * kLanes;
+  constexpr std::size_t kLanes = 8, kBlock = 2 * kLanes, kFirst = 5, kShortestRest = kBlock + 1;
   typedef std::uint16_t Units __attribute__((vector_size(kLanes * sizeof(unichar))));
   constexpr std::uint16_t kCase = 0x20;
   const auto hasWordAt = [&](std::size_t i) {
@@ -24,12 +24,11 @@ bool mayHaveStyle(std::u16string_view tag) {
     std::memcpy(&second, tag.data() + i + 1, sizeof second);
     return ((first | kCase) == u'y') & ((second | kCase) == u'l');
   };
-  const std::size_t last = tag.size() - kBlock - 1;
-  for (std::size_t i = 0;; i = std::min(i + kBlock, last)) {
+  for (std::size_t i = kFirst; i + kShortestRest <= tag.size(); i += kBlock) {
     const auto found = std::bit_cast<std::array<std::uint64_t, 2>>(hasWordAt(i) | hasWordAt(i + kLanes));
     if ((found[0] | found[1]) != 0) return true;
-    if (i == last) return false;
   }
+  return false;
 }
 
 bool isBlockStyle(std::u16string_view style) {
