@@ -3,14 +3,23 @@
 
 #include <unicode/uchar.h>
 
+#include <algorithm>
+
 namespace nimbo {
 
 NSCharacterSet NSCharacterSet::setOfCategories(std::uint32_t categories) {
-  NSCharacterSet set;
-  for (std::uint32_t c = 0; c <= 0xffff; ++c) {
-    if (U_GET_GC_MASK(static_cast<UChar32>(c)) & categories) set.addCharacter(static_cast<unichar>(c));
-  }
-  return set;
+  struct Request {
+    NSCharacterSet set;
+    const std::uint32_t categories;
+  } request{{}, categories};
+  const auto addRange = [](const void *context, UChar32 first, UChar32 limit, UCharCategory category) -> UBool {
+    auto &[set, wanted] = *static_cast<Request *>(const_cast<void *>(context));
+    if (U_MASK(category) & wanted)
+      for (UChar32 c = first; c < std::min(limit, 0x10000); ++c) set.addCharacter(static_cast<unichar>(c));
+    return limit <= 0xffff;
+  };
+  u_enumCharTypes(addRange, &request);
+  return request.set;
 }
 
 NSCharacterSet NSCharacterSet::letterCharacterSet() {

@@ -9,7 +9,7 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// A set of the code units U+0000 to U+FFFF. The platform's sets are made from Unicode's general categories at
-/// each call, which takes about a millisecond: keep what you need. Surrogates are in none of them. A set never
+/// each call: keep what you need. Surrogates are in none of them. A set never
 /// changes, and any thread may read it.
 ///
 ///     static const NSCharacterSet letters = NSCharacterSet::letterCharacterSet();
