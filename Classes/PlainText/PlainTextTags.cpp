@@ -90,7 +90,7 @@ constexpr Row kRows[] = {
     {TagName::kAudio, TagBreak::kSpace, TagElement::kUnshown},
     {TagName::kButton, TagBreak::kSpace},
     {TagName::kCanvas, TagBreak::kSpace, TagElement::kUnshown},
-    {TagName::kDatalist, TagBreak::kSpace},
+    {TagName::kDatalist, TagBreak::kSpace, TagElement::kUnshown},
     {TagName::kIframe, TagBreak::kSpace, TagElement::kUnshown},
     {TagName::kMeter, TagBreak::kSpace},
     {TagName::kObject, TagBreak::kSpace, TagElement::kUnshown},

@@ -53,7 +53,7 @@ TEST(PlainText, BreaksByTags) {
                       {"a<button>b</button><button>c</button>d", "a b c d"},
                       {"<a href=x>a</a><!-- --><a href=y>b</a><b>c</b>", "a bc"},
                       {"<a>a</a><script>-</script><a>b</a>", "a b"},
-                      {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e f g"},
+                      {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e g"},
                       {"a<SPAN style='DISPLAY: Block'>b<span>c</span>d</SPAN>e<i style='display:inline'>f</i>g",
                        "a\nbcd\nefg"},
                       {"<b style=display:flex>a<i style='display:grid'>b</i><s>c</b>d<body>e", "a\nb\nc\nde"},
