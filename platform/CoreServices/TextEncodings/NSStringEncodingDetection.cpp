@@ -204,6 +204,8 @@ CFStringEncoding extendedForm(CFStringEncoding encoding) {
       return kCFStringEncodingDOSJapanese;
     case kCFStringEncodingEUC_KR:
       return kCFStringEncodingDOSKorean;
+    case kCFStringEncodingBig5:
+      return kCFStringEncodingBig5_HKSCS_1999;
     default:
       return encoding;
   }
