@@ -4,17 +4,20 @@
 #include <algorithm>
 #include <initializer_list>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
 
+#include "Classes/Characters/CharacterSetRep.hpp"
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Characters/UnicodeConverters.hpp"
 #include "Classes/Encodings/CharsetNames.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+#include "platform/CoreServices/TextEncodings/TECConverter.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 #include "platform/Foundation/Vectors/UnicharRanges.hpp"
@@ -25,6 +28,8 @@ namespace {
 constexpr std::uint32_t kSmallestBuffer = 32;
 constexpr std::uint32_t kMostUnitsPerByteOfTable = 2;
 constexpr unichar kReplacement = 0xfffd;
+/// Damaged text has at least so many whole characters beyond ASCII for each damage.
+constexpr std::size_t kCharactersPerFlaw = 10;
 constexpr std::string_view kUTF8Mark = "\xef\xbb\xbf";
 constexpr NSStringEncoding kNoEncoding = kCFStringEncodingInvalidId;
 /// -2, which no encoding is, either.
@@ -141,6 +146,66 @@ DecodedMarkup decodePlainly(std::string_view bytes, NSStringEncoding encoding) {
   NSString string = decode(bytes, CFStringConvertNSStringEncodingToEncoding(encoding));
   if (!string) return {};
   return {std::move(string), encoding};
+}
+
+bool hasShiftStates(CFStringEncoding encoding) {
+  return (encoding >= kCFStringEncodingISO_2022_JP && encoding <= kCFStringEncodingISO_2022_KR) ||
+         encoding == kCFStringEncodingHZ_GB_2312;
+}
+
+/// The text with U+FFFD for each byte that is impossible in the encoding, which has no states; nil when it
+/// cannot be read at all.
+NSString stringWithReplacements(std::string_view bytes, CFStringEncoding encoding) {
+  std::unique_ptr<TECConverter> converter;
+  if (TECCreateConverter(converter, encoding, kCFStringEncodingUnicode) != noErr) return NSString();
+  NSMutableString units;
+  units.setLength(largestLength(bytes.size(), encoding));
+  unichar *out = units.mutableCharacters();
+  unichar *const end = out + units.length();
+  for (;;) {
+    const TECResult result =
+        converter->convertText({reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size()},
+                               {reinterpret_cast<std::uint8_t *>(out), reinterpret_cast<std::uint8_t *>(end)});
+    out += result.writtenBytes / sizeof(unichar);
+    if (result.status == noErr || result.status == kTECUsedFallbacksStatus) break;
+    if (result.status == kTECOutputBufferFullStatus || out == end) return NSString();
+    *out++ = kReplacement;
+    if (result.status == kTECPartialCharErr || result.consumedBytes >= bytes.size()) break;
+    bytes.remove_prefix(result.consumedBytes + 1);
+    converter->clearContextInfo();
+  }
+  units.setLength(static_cast<std::uint32_t>(units.length() - (end - out)));
+  return std::move(units).string();
+}
+
+/// The text in an encoding of several bytes a character, or its extended form, if few of them are damaged.
+DecodedMarkup decodeDamaged(std::string_view bytes, NSStringEncoding encoding) {
+  if (const NSStringEncoding extended = extendedEncoding(encoding); isEncoding(extended)) encoding = extended;
+  const CFStringEncoding number = CFStringConvertNSStringEncodingToEncoding(encoding);
+  if (!hasSequences(number) || hasShiftStates(number)) return {};
+  NSString string = stringWithReplacements(bytes, number);
+  const auto foreign = std::ranges::count_if(string.view(), [](unichar unit) { return unit >= 0x80; });
+  if ((kCharactersPerFlaw + 1) * countFlaws(string) > static_cast<std::size_t>(foreign)) return {};
+  return {std::move(string), encoding};
+}
+
+/// Whether the text was read in an encoding that detection knows by letters, and has mostly such.
+bool isKnownByLetters(const DecodedMarkup &detected) {
+  constexpr CFStringEncoding kEncodings[] = {
+      kCFStringEncodingDOSThai,     kCFStringEncodingWindowsCyrillic,  kCFStringEncodingKOI8_R,
+      kCFStringEncodingKOI8_U,      kCFStringEncodingISOLatinCyrillic, kCFStringEncodingDOSRussian,
+      kCFStringEncodingMacCyrillic, kCFStringEncodingDOSCyrillic,
+  };
+  constexpr std::size_t kCharactersPerSign = 5;
+  if (std::ranges::find(kEncodings, CFStringConvertNSStringEncodingToEncoding(detected.encoding)) ==
+      std::end(kEncodings))
+    return false;
+  std::size_t foreign = 0, signs = 0;
+  for (const unichar unit : detected.string.view()) {
+    foreign += unit >= 0x80;
+    signs += unit >= 0x80 && !alphaNumCharacterSetRep()->contains(unit);
+  }
+  return kCharactersPerSign * signs <= foreign;
 }
 
 /// Nil when there is no mark, or the bytes behind it contradict it. Half a unit at the end is dropped.
@@ -320,7 +385,9 @@ DecodedMarkup MarkupDecoder::bestAsNamed() {
   const NSStringEncoding working = isSupplied() ? supplied_ : defaultEncoding();
   if (isUnicode(working))
     if (DecodedMarkup marked = decodeByMark(bytes_); marked.string) return marked;
-  return weigh(decodePlainly(bytes_, working), working);
+  DecodedMarkup first = decodePlainly(bytes_, working);
+  if (!first.string && detects_ && isSupplied()) first = decodeDamaged(bytes_, working);
+  return weigh(std::move(first), working);
 }
 
 DecodedMarkup MarkupDecoder::weigh(DecodedMarkup first, NSStringEncoding working) {
@@ -342,6 +409,8 @@ DecodedMarkup MarkupDecoder::weigh(DecodedMarkup first, NSStringEncoding working
   if (isSound(detected)) return detected;
   if (DecodedMarkup relative = decodeAsRelative(bytes_, declared); relative.string) return relative;
   if (second.string) return second;
+  if (detects_ && !isKnownByLetters(detected))
+    if (DecodedMarkup damaged = decodeDamaged(bytes_, declared); damaged.string) return damaged;
   return first.string ? first : lastResort(working, declared);
 }
 

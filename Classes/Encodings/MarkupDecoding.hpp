@@ -51,7 +51,8 @@ DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStri
 /// As above with `likelyEncoding` for the default, which is not looked for when what is supplied or declared is
 /// good. Besides, a declared name is read as `encodingOfCharset` does, and what was found out counts more than
 /// a declaration that leaves codes without a meaning, if it is Unicode or an encoding of many bytes a
-/// character.
+/// character. Text that is said to be in one of those may be damaged as UTF-8 may, with ten whole characters
+/// for each damage at least.
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied);
 
 /// The extended form of an encoding in which text that is said to be in it often is, as Windows-1252 of ISO
