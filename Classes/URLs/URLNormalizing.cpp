@@ -17,6 +17,7 @@
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/URLs/URLScheme.hpp"
+#include "platform/Foundation/Unicode/CharacterReferences.hpp"
 
 namespace nimbo {
 
@@ -56,6 +57,22 @@ std::uint32_t copyWithoutDropped(std::u16string_view units, unichar *out) {
   for (const unichar c : units.substr(clean))
     if (!isDropped(c)) *end++ = c;
   return static_cast<std::uint32_t>(end - out);
+}
+
+/// Converts in place the references of an attribute's value as browsers do; answers how many units are left.
+std::uint32_t convertReferencesOfAttribute(unichar *units, std::uint32_t length) {
+  unichar *out = units;
+  for (std::u16string_view rest(units, length); !rest.empty();) {
+    const std::size_t plain = std::min(rest.find(u'&'), rest.size());
+    out = std::copy_n(rest.data(), plain, out);
+    rest.remove_prefix(plain);
+    if (rest.empty()) break;
+    const CharacterReference reference = readCharacterReference(rest, true);
+    const std::size_t read = std::max(reference.length, 1U);
+    out = std::ranges::copy(reference.length > 0 ? reference.view() : rest.substr(0, 1), out).out;
+    rest.remove_prefix(read);
+  }
+  return static_cast<std::uint32_t>(out - units);
 }
 
 constexpr AsciiSet kMarks = AsciiSet::of([](unichar c) { return c == u'"' || c == u'>'; });
@@ -150,9 +167,10 @@ std::uint32_t normalizeURLUnits(const unichar *units, std::uint32_t length, Flag
   // The URL is worked on at the end of `out`, so that it can grow towards there when it is written at the
   // front.
   unichar *const work = out + (kMaxURLGrowth - 1) * std::size_t{length};
-  std::uint32_t workLength = copyWithoutDropped(trimmedURL({units, length}, true), work);
+  std::uint32_t workLength = copyWithoutDropped(trimmedURL({units, length}, !preservingMeaning), work);
   if (findUnichar(work, workLength, u'&') != NSNotFound) {
-    workLength = convertEntities2Characters(work, work, 0, workLength, true, false, false);
+    workLength = preservingMeaning ? convertReferencesOfAttribute(work, workLength)
+                                   : convertEntities2Characters(work, work, 0, workLength, true, false, false);
     workLength = copyWithoutDropped({work, workLength}, work);
   }
   std::u16string_view url(work, workLength);

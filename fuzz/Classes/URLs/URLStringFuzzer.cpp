@@ -115,6 +115,9 @@ void checkNormalizing(View text, bool trimAnchor) {
   const View url(out.get(), normalizeURLUnits(units.get(), length, trimAnchor, out.get()));
   require(url.find_first_of(u" \t\n\r\f\"<>\\\u2028\u2029\ufffc\ufeff") == View::npos);
   require(!trimAnchor || url.find(u'#') == View::npos);
+  const std::unique_ptr<unichar[]> kept(new unichar[kMaxURLGrowth * text.size()]);
+  const View meant(kept.get(), normalizeURLUnits(units.get(), length, trimAnchor, kept.get(), true));
+  require(meant.find_first_of(u" \t\n\r\f\"<>\\\u2028\u2029\ufffc\ufeff") == View::npos);
   const NSString string = NSString::stringWithCharacters(url);
   require(normalizedStringURL(NSString::stringWithCharacters(text), trimAnchor).view() == url);
   const std::unique_ptr<unichar[]> clean(new unichar[kMaxURLGrowth * text.size()]);

@@ -271,6 +271,9 @@ TEST(URLNormalizing, MayPreserveMeaning) {
                 {u"a%3Ab/c%3A", u"a%3Ab/c:"},
                 {u"//h/a%3a", u"//h/a:"},
                 {u"a%3Fb c", u"a%3Fb%20c"},
+                {u" ?q=\"a>b\" ", u"?q=%22a%3eb%22"},
+                {u"?a&amp;b&copy=2&lang=en&amp=1&ampx&lt;&#38;copy=1&epsilon;&#x1f600;&#10;&para",
+                 u"?a&b&copy=2&lang=en&amp=1&ampx%3c&copy=1\u03b5\U0001f600\u00b6"},
                 {u"mailto:a%40b?c=%26", u"mailto:a%40b?c=%26"}});
 }
 
