@@ -73,8 +73,9 @@ void appendWithPlainEscapes(std::u16string &out, View part) {
 
 bool isDefaultPort(View scheme, View port) {
   if (port.empty()) return true;
-  if (port == u"80") return equalsOneOfASCIINoCase(scheme, {"http", "feed"});
-  if (port == u"443") return equalsASCIINoCase(scheme, "https");
+  if (port == u"80") return equalsOneOfASCIINoCase(scheme, {"http", "feed", "ws"});
+  if (port == u"443") return equalsOneOfASCIINoCase(scheme, {"https", "wss"});
+  if (port == u"22") return equalsASCIINoCase(scheme, "sftp");
   return port == u"21" && equalsASCIINoCase(scheme, "ftp");
 }
 
@@ -89,8 +90,11 @@ std::size_t endOfNeededPort(View hostAndPort, View scheme) {
 
 void appendHost(std::u16string &out, View hostAndPort) {
   const std::size_t start = out.size();
-  const NSString name = ASCIIHostName(NSString::stringWithCharacters(hostAndPort));
-  appendWithPlainEscapes(out, name ? name.view() : hostAndPort);
+  const std::size_t end = std::min(hostAndPort.rfind(u':'), hostAndPort.size());
+  const NSString host = hostWithoutEscapes(NSString::stringWithCharacters(hostAndPort.substr(0, end)));
+  const NSString name = ASCIIHostName(host);
+  appendWithPlainEscapes(out, name ? name.view() : host.view());
+  appendWithPlainEscapes(out, hostAndPort.substr(end));
   for (std::size_t i = start; i < out.size(); ++i) {
     // The digits of an escape stay capital.
     if (out[i] == u'%')

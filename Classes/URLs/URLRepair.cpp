@@ -109,7 +109,7 @@ bool appendAuthority(std::string &result, View authority) {
   if (bracket != View::npos) {
     appendEscaped(result, host.view(), "[]:.%");
   } else {
-    const NSString name = ASCIIHostName(host);
+    const NSString name = ASCIIHostName(hostWithoutEscapes(host));
     if (!name) return false;
     appendEscaped(result, name.view(), kPlainInHost);
   }
@@ -163,11 +163,18 @@ NSString stringURLWithTwoSlashes(const NSString &string, View baseScheme) {
 
 bool isUsualLink(View link) {
   const View scheme = schemeOfStringURL(link);
-  if (scheme.empty()) return !link.starts_with(u':') && !link.starts_with(u'%') && !link.starts_with(u"///");
-  if (!equalsOneOfASCIINoCase(scheme, {"http", "https"})) return false;
-  link.remove_prefix(scheme.size());
-  return link.starts_with(u"://") && !link.substr(3).starts_with(u'/') && !link.substr(3).starts_with(u'%') &&
-         !startsWithASCIINoCase(link.substr(3), "http");
+  if (scheme.empty()) {
+    if (link.starts_with(u':') || link.starts_with(u'%') || link.starts_with(u"///")) return false;
+    if (!link.starts_with(u"//")) return true;
+  } else {
+    if (!equalsOneOfASCIINoCase(scheme, {"http", "https"})) return false;
+    link.remove_prefix(scheme.size() + 1);
+    if (!link.starts_with(u"//") || link.substr(2).starts_with(u'/') ||
+        startsWithASCIINoCase(link.substr(2), "http"))
+      return false;
+  }
+  // The escapes of a host stand for characters.
+  return link.substr(0, link.find_first_of(u"/?#", 2)).find(u'%') == View::npos;
 }
 
 bool isForeignLink(const NSString &string) {

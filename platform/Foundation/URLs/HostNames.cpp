@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/Foundation/URLs/PercentEscapes.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
+
 namespace nimbo {
 namespace {
 
@@ -62,6 +65,16 @@ NSString ASCIIHostName(const NSString &host) {
   if (isASCII(host)) return host;
   const NSString name = converted(host, uidna_nameToASCII);
   return name.length() == 0 || hasForbiddenCharacter(name) ? NSString() : name;
+}
+
+NSString hostWithoutEscapes(const NSString &host) {
+  if (host.view().find(u'%') == std::u16string_view::npos) return host;
+  const NSString decoded = NSString::stringWithUTF8String(bytesByReplacingPercentEscapes(host.UTF8String()));
+  const auto isPlain = [](unichar c) {
+    return c >= 0x80 || isASCIIAlphanumeric(c) ||
+           std::u16string_view(u"-._~!$&'()*+,;=").find(c) != std::u16string_view::npos;
+  };
+  return decoded && std::ranges::all_of(decoded.view(), isPlain) ? decoded : host;
 }
 
 NSString UnicodeHostName(const NSString &host) {

@@ -61,12 +61,7 @@ std::string_view ownPort(std::string_view scheme) {
 
 /// A host in ASCII and in lower case. Escapes stand for characters, unless these may not be in a host.
 std::string hostName(std::u16string_view part) {
-  const NSString written = NSString::stringWithCharacters(part);
-  const std::string bytes = bytesByReplacingPercentEscapes(written.UTF8String());
-  const bool isPlain = std::ranges::none_of(bytes, [](char c) {
-    return (c >= 0 && c <= ' ') || std::string_view("#%/:<>?@[\\]^|\x7f").find(c) != std::string_view::npos;
-  });
-  const NSString host = isPlain ? NSString::stringWithLossyUTF8String(bytes) : written;
+  const NSString host = hostWithoutEscapes(NSString::stringWithCharacters(part));
   const NSString ascii = ASCIIHostName(host);
   std::string name = ascii ? ascii.UTF8String() : escaped(host.view());
   std::ranges::transform(name, name.begin(), toASCIILower<char>);

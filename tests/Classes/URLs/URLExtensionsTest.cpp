@@ -245,6 +245,8 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"12:30", "http://h/a/12:30"},
       {"#e", "http://h/a/b?c#e"},
       {"a#b#c", "http://h/a/a#b%23c"},
+      {"http://%C3%BCber.org/", "http://xn--ber-goa.org/"},
+      {"//\u00fcber%2Eorg", "http://xn--ber-goa.org"},
       {"//\u00fcber.org/\u00fc?\u00fc", "http://xn--ber-goa.org/%C3%BC?%FC"},
       {"?\u20ac\u00fc", "http://h/a/b?%E2%82%AC%C3%BC"},
       {"http://x:99999999/", "http://x:99999999/"},
