@@ -18,8 +18,8 @@ using View = std::u16string_view;
 
 /// Extensions of two letters are those of countries, too.
 bool isFileExtension(View label) {
-  if (equalsOneOfASCIINoCase(
-          label, {"asp", "aspx", "css", "csv", "htm", "html", "js", "json", "jsp", "php", "txt", "xhtml"}))
+  if (equalsOneOfASCIINoCase(label, {"asp", "aspx", "css", "csv", "gz", "htm", "html", "js", "json", "jsp",
+                                     "php", "txt", "xhtml"}))
     return true;
   const NSString extension = NSString::stringWithCharacters(label);
   return label.size() > 2 && (isBinaryFileType(extension) || isMarkupType(extension));
@@ -43,6 +43,7 @@ bool beginsWithHost(View url) {
   const View port = host.substr(std::min(colon + 1, host.size()));
   if (colon < host.size() && (port.empty() || !std::ranges::all_of(port, isASCIIDigit<unichar>))) return false;
   host = host.substr(0, colon);
+  if (host.ends_with(u'.')) host.remove_suffix(1);
   if (equalsASCIINoCase(host, "localhost")) return true;
   std::size_t labels = 0, numbers = 0;
   for (;;) {
@@ -51,8 +52,7 @@ bool beginsWithHost(View url) {
     ++labels;
     if (label.size() <= 3 && std::ranges::all_of(label, isASCIIDigit<unichar>)) ++numbers;
     if (label.size() == host.size()) {
-      const bool isFile = labels == 2 && isFileExtension(label);
-      return (labels > 1 && isTopLevelLabel(label) && !isFile) || (labels == 4 && numbers == 4);
+      return (labels > 1 && isTopLevelLabel(label) && !isFileExtension(label)) || (labels == 4 && numbers == 4);
     }
     host.remove_prefix(label.size() + 1);
   }

@@ -11,8 +11,8 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// The URL that somebody has typed, as `URLWithNormalizedStringURL` reads it; what begins with the name or IPv4
-/// address of a host, with a port or not ("example.org/a", "localhost:8080"), gets "http://" in front. A name
-/// of two labels is none when the second is the extension of a usual file. Nil for nil, and when nothing usable
+/// address of a host, with a port or not ("example.org/a", "localhost:8080"), gets "http://" in front. One that
+/// ends in the extension of a usual file is none ("page.tar.gz"). Nil for nil, and when nothing usable
 /// was typed.
 NSURL URLWithTypedString(const NSString &string);
 

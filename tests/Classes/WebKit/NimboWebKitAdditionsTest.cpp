@@ -35,6 +35,8 @@ TEST(NimboWebKitAdditions, WhatIsTypedBecomesAURL) {
       {u"http:example.org"_ns, u"http://example.org"_ns},
       {u"page.html"_ns, u"page.html"_ns},
       {u"picture.jpeg"_ns, u"picture.jpeg"_ns},
+      {u"old.page.tar.gz"_ns, u"old.page.tar.gz"_ns},
+      {u"example.org./a"_ns, u"http://example.org./a"_ns},
       {u"a/b.org"_ns, u"a/b.org"_ns},
       {u"..org"_ns, u"..org"_ns},
       {u"1.2"_ns, u"1.2"_ns},
