@@ -174,7 +174,7 @@ bool isUsualLink(View link) {
       return false;
   }
   // The escapes of a host stand for characters.
-  return link.substr(0, link.find_first_of(u"/?#", 2)).find(u'%') == View::npos;
+  return link.substr(0, link.find(u'/', 2)).find(u'%') == View::npos;
 }
 
 bool isForeignLink(const NSString &string) {

@@ -13,6 +13,7 @@
 #include "Classes/URLs/URLSessions.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 inline namespace URLUtilities {
@@ -72,13 +73,18 @@ NSString withoutParams(const NSString &string, Predicate isRemoved) {
   });
 }
 
+/// Whether the path is of a file's name, in which nothing stands for something else.
+bool isOfFile(View url, const URLStringParts &parts) {
+  return equalsASCIINoCase(url.substr(0, parts.schemeLength), "file");
+}
+
 /// Takes away the sessions among the parameters of path components. A component may be nothing but a session.
 NSString withoutPathSessions(const NSString &string) {
   if (firstOf(string, {2, {u';', u'(', u';', u';'}}) == string.length()) return string;
   return answerOr(string, [&] {
     const View url = string.view();
     const URLStringParts parts = partsOfURLString(url);
-    if (parts.isText) return string;
+    if (parts.isText || isOfFile(url, parts)) return string;
     const View path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
     std::u16string kept;
     for (std::size_t at = 0; at < path.size();) {
@@ -152,7 +158,8 @@ NSString stringURLByRemovingIndexPages(const NSString &string) {
   if (slash == View::npos || url.substr(end).starts_with(u'?')) return string;
   if (!isURLNameOfKind(url.substr(slash + 1, end - slash - 1), URLNameKind::index)) return string;
   const URLStringParts parts = partsOfURLString(url);
-  return parts.isHierarchical && slash >= parts.pathStart ? without(string, slash + 1, end) : string;
+  const bool isPage = parts.isHierarchical && slash >= parts.pathStart && !isOfFile(url, parts);
+  return isPage ? without(string, slash + 1, end) : string;
 }
 
 NSString stringURLWithoutAnchor(const NSString &string) {
