@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// Prints a URL as it should be, resolved against another one, without what tracks a visitor:  tidy-url URL
-// [BASE] g++ -std=c++20 tidy-url.cpp $(pkg-config --cflags --libs nimbo-text)
+// Prints a URL as it should be, resolved against another one, without what tracks a visitor:
+//     tidy-url URL [BASE]
+//     g++ -std=c++20 tidy-url.cpp $(pkg-config --cflags --libs nimbo-text)
 #include <nimbo/text.hpp>
 
 #include <iostream>
@@ -9,9 +10,9 @@
 int main(int count, char **arguments) {
   using namespace nimbo;
   if (count < 2) return 1;
-  const NSURL base = URLWithNormalizedStringURL(NSString::stringWithUTF8String(count > 2 ? arguments[2] : ""));
-  const NSString typed = normalizedStringURL(NSString::stringWithUTF8String(arguments[1]));
-  const NSURL url = NSURL::URLWithString(typed, base).standardizedURL();
+  const NSString typed = NSString::stringWithUTF8String(arguments[1]);
+  const NSURL base = count > 2 ? URLWithTypedString(NSString::stringWithUTF8String(arguments[2])) : NSURL();
+  const NSURL url = base ? URLRelativeTo(typed, base) : URLWithTypedString(typed);
   if (!url) {
     std::cerr << "no URL: " << arguments[1] << '\n';
     return 1;

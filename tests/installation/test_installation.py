@@ -26,7 +26,7 @@ PAGE = """<html><head><meta charset=iso-8859-1><title>None</title></head>
 PROGRAMS = {
     "links": (("page.html",), "/a?b&c=1\ntwo"),
     "plain-text": (("page.html",), "Caf\u00e9 one\nline\n\ntwo"),
-    "tidy-url": (("../b c?utm_source=x&d=1#e", "https://Example.org:443/a/"), "https://example.org/b%20c?d=1"),
+    "tidy-url": (("../b c?utm_source=x&copy=1#e", "https://Example.org:443/a/"), "https://example.org/b%20c?copy=1"),
     "metadata": (("letter.pdf",), "kMDItemTitle: A letter"),
 }
 NEEDS = {"metadata": {"libnimbo-client", "libnimbo-text"}}
