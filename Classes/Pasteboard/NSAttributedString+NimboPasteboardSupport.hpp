@@ -12,8 +12,8 @@ inline namespace NimboPasteboardSupport {
 bool copyToPasteboard(const NSAttributedString &text, const NSPasteboard &pasteboard, NSError *error = nullptr);
 
 /// The first of `NSRTFDPboardType` and `NSRTFPboardType` that is there, read. Nil without one, or when it
-/// cannot be read; what the platform raises is logged, and the answer is nil.
-NSAttributedString attributedStringFromPasteboard(const NSPasteboard &pasteboard);
+/// cannot be read; `*error` says why. What the platform raises is logged, and the answer is nil.
+NSAttributedString attributedStringFromPasteboard(const NSPasteboard &pasteboard, NSError *error = nullptr);
 
 }  // namespace NimboPasteboardSupport
 }  // namespace nimbo

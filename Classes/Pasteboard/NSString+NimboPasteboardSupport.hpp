@@ -11,8 +11,8 @@ inline namespace NimboPasteboardSupport {
 bool copyToPasteboard(const NSString &string, const NSPasteboard &pasteboard, NSError *error = nullptr);
 
 /// The first of `NSStringPboardType`, `NSTabularTextPboardType` and `NSHTMLPboardType` that is there, as a
-/// string. Nil without one; what the platform raises is logged, and the answer is nil.
-NSString stringFromPasteboard(const NSPasteboard &pasteboard);
+/// string. Nil without one; `*error` says why. What the platform raises is logged, and the answer is nil.
+NSString stringFromPasteboard(const NSPasteboard &pasteboard, NSError *error = nullptr);
 
 /// The extension of a file that holds what a pasteboard type holds; nil for an unknown type.
 NSString fileTypeForPboardType(const NSString &type);

@@ -60,9 +60,13 @@ std::vector<NSString> NSPasteboard::types(NSError *error) const {
 }
 
 NSString NSPasteboard::availableTypeFromArray(std::span<const NSString> wanted, NSError *error) const {
-  const std::vector<NSString> available = types(error);
+  NSError failure;
+  const std::vector<NSString> available = types(&failure);
   const auto found = std::ranges::find_first_of(wanted, available);
-  return found == wanted.end() ? NSString() : *found;
+  if (found != wanted.end()) return *found;
+  if (!failure) setError(&failure, ErrorCode::incomplete, "the pasteboard holds nothing of these types");
+  if (error) *error = failure;
+  return {};
 }
 
 bool NSPasteboard::declareTypes(std::span<const NSString> types, NSError *error) const {

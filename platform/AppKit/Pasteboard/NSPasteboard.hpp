@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <initializer_list>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "platform/AppKit/Pasteboard/PasteboardTypes.hpp"
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSError.hpp"
+#include "platform/Foundation/SharedPointer.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -31,6 +33,8 @@ NIMBO_PUBLIC void destroyShared<detail::PasteboardServer>(ReferenceCounted *serv
 class NSPasteboard {
  public:
   NSPasteboard() noexcept = default;
+  /// One that stands on what keeps its contents; nil for null.
+  explicit NSPasteboard(SharedPointer<detail::PasteboardServer> server) : server_(std::move(server)) {}
   /// The clipboard of the desktop that this process is part of, X11 or Wayland. What is written to it stays
   /// there when this process ends, until someone else copies something. Without a desktop it is unavailable:
   /// what is read is nil, and nothing is written.
@@ -49,7 +53,7 @@ class NSPasteboard {
   std::int64_t changeCount() const;
   /// What there is, in the order of who wrote it; `*error` says why there is nothing.
   std::vector<NSString> types(NSError *error = nullptr) const;
-  /// The first of the given types that is there; nil when none is.
+  /// The first of the given types that is there; nil when none is, and `*error` says why.
   NSString availableTypeFromArray(std::span<const NSString> types, NSError *error = nullptr) const;
 
   /// Replaces all that is there by these types, of which nobody provides data later: it is set next. False when
@@ -76,8 +80,6 @@ class NSPasteboard {
   explicit operator bool() const noexcept { return static_cast<bool>(server_); }
 
  private:
-  explicit NSPasteboard(SharedPointer<detail::PasteboardServer> server) : server_(std::move(server)) {}
-
   SharedPointer<detail::PasteboardServer> server_;
 };
 

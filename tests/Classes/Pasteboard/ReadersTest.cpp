@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include "Classes/Pasteboard/NSAttributedString+NimboPasteboardSupport.hpp"
+#include "Classes/Pasteboard/NSPasteboard+NimboPasteboardSupport.hpp"
+#include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "platform/AppKit/Pasteboard/PasteboardServer.hpp"
+#include "platform/Foundation/NSException.hpp"
+
+namespace nimbo {
+namespace {
+
+/// A pasteboard that holds, in this order, each type's name as its string.
+NSPasteboard pasteboardWithTypes(const std::vector<NSString> &types) {
+  const NSPasteboard pasteboard = NSPasteboard::pasteboardWithUniqueName();
+  pasteboard.declareTypes(types);
+  for (const NSString &type : types) pasteboard.setString(type, type);
+  return pasteboard;
+}
+
+/// One that raises when its types, or then its data, are asked for.
+class RaisingPasteboard final : public detail::PasteboardServer {
+ public:
+  RaisingPasteboard(const NSString &type, std::function<void()> raise)
+      : type_(type), raise_(std::move(raise)) {}
+
+  NSString name() const override { return u"raising"_ns; }
+  bool isAvailable(NSError *) const override { return true; }
+  std::int64_t changeCount() const override { return 0; }
+  std::vector<NSString> types(NSError *) const override {
+    if (!type_) raise_();
+    return {type_};
+  }
+  bool declareTypes(std::span<const NSString>, NSError *) override { return false; }
+  bool setData(const NSData &, const NSString &, NSError *) override { return false; }
+  NSData dataForType(const NSString &, NSError *) const override {
+    raise_();
+    return {};
+  }
+
+ private:
+  const NSString type_;
+  const std::function<void()> raise_;
+};
+
+TEST(PasteboardReaders, TakeTheFirstTypeOfTheirOrderOrThePasteboards) {
+  const NSString flavor = u"CorePasteboardFlavorType 0x75726C20"_ns, apple = u"Apple URL pasteboard type"_ns,
+                 publicURL = u"public.url"_ns, nameFlavor = u"CorePasteboardFlavorType 0x75726C6E"_ns,
+                 publicName = u"public.url-name"_ns, none;
+  const struct {
+    std::vector<NSString> types;
+    NSString string, url, urlName;
+  } cases[] = {
+      {{}, none, none, none},
+      {{NSHTMLPboardType}, NSHTMLPboardType, none, none},
+      {{NSHTMLPboardType, NSTabularTextPboardType}, NSTabularTextPboardType, none, none},
+      {{NSHTMLPboardType, NSTabularTextPboardType, NSStringPboardType}, NSStringPboardType, none, none},
+      {{NSRTFPboardType, NSTIFFPboardType, u"nsstringpboardtype"_ns}, none, none, none},
+      {{NSTIFFPboardType, publicURL, apple, flavor, NSURLPboardType}, none, publicURL, none},
+      {{apple, NSURLPboardType, publicURL}, none, apple, none},
+      {{flavor, NSURLPboardType, NSStringPboardType}, NSStringPboardType, flavor, none},
+      {{NSURLPboardType, flavor, publicName, nameFlavor}, none, NSURLPboardType, nameFlavor},
+      {{publicName}, none, none, publicName},
+  };
+  for (const auto &[types, string, url, urlName] : cases) {
+    const NSPasteboard pasteboard = pasteboardWithTypes(types);
+    NSError error;
+    EXPECT_EQ(stringFromPasteboard(pasteboard, &error), string);
+    EXPECT_EQ(static_cast<bool>(error), !string);
+    EXPECT_EQ(URL(pasteboard, &(error = {})), url);
+    EXPECT_EQ(static_cast<bool>(error), !url);
+    EXPECT_EQ(containsURL(pasteboard), static_cast<bool>(url));
+    EXPECT_EQ(URLName(pasteboard, &(error = {})), urlName);
+    EXPECT_EQ(static_cast<bool>(error), !urlName);
+    EXPECT_EQ(containsURLName(pasteboard), static_cast<bool>(urlName));
+  }
+}
+
+TEST(PasteboardReaders, AnswerNilForNil) {
+  NSError errors[4];
+  EXPECT_FALSE(stringFromPasteboard(NSPasteboard(), &errors[0]));
+  EXPECT_FALSE(attributedStringFromPasteboard(NSPasteboard(), &errors[1]));
+  EXPECT_FALSE(URL(NSPasteboard(), &errors[2]));
+  EXPECT_FALSE(URLName(NSPasteboard(), &errors[3]));
+  for (const NSError &error : errors) EXPECT_EQ(error.localizedFailureReason, u"there is no pasteboard"_ns);
+}
+
+TEST(PasteboardReaders, PreferRichTextWithAttachments) {
+  const NSAttributedString rtfd(u"rtfd"_ns), rtf(u"rtf"_ns);
+  const NSPasteboard pasteboard = NSPasteboard::pasteboardWithUniqueName();
+  const auto write = [&pasteboard](std::initializer_list<NSString> types, const NSData &rtfdData,
+                                   const NSData &rtfData) {
+    pasteboard.declareTypes(types);
+    pasteboard.setData(rtfdData, NSRTFDPboardType);
+    pasteboard.setData(rtfData, NSRTFPboardType);
+  };
+  const NSData rtfdData = RTFDFromRange(rtfd, {0, 4}), rtfData = RTFFromRange(rtf, {0, 3});
+  write({NSRTFPboardType, NSRTFDPboardType}, rtfdData, rtfData);
+  EXPECT_EQ(attributedStringFromPasteboard(pasteboard), rtfd);
+  write({NSRTFPboardType, NSStringPboardType}, {}, rtfData);
+  EXPECT_EQ(attributedStringFromPasteboard(pasteboard), rtf);
+  for (const auto &[types, data] : {std::pair(std::initializer_list{NSRTFPboardType}, rtfdData),
+                                    {std::initializer_list{NSRTFDPboardType}, rtfData},
+                                    {std::initializer_list{NSRTFDPboardType}, NSData()},
+                                    {std::initializer_list{NSStringPboardType}, NSData()}}) {
+    write(types, data, data);
+    NSError error;
+    EXPECT_FALSE(attributedStringFromPasteboard(pasteboard, &error));
+    EXPECT_TRUE(error);
+  }
+}
+
+TEST(PasteboardReaders, LogWhatThePlatformRaisesAndNothingElse) {
+  const NSString none;
+  for (const NSString &type : {none, NSStringPboardType, NSRTFPboardType}) {
+    const auto pasteboard = [&type](std::function<void()> raise) {
+      return NSPasteboard(
+          SharedPointer<detail::PasteboardServer>::adopt(new RaisingPasteboard(type, std::move(raise))));
+    };
+    const NSPasteboard raising = pasteboard([] { throw NSException(u"Gone"_ns, u"the owner left"_ns); });
+    const NSPasteboard throwing = pasteboard([] { throw std::runtime_error("other"); });
+    const bool isRich = type == NSRTFPboardType;
+    testing::internal::CaptureStderr();
+    NSError error;
+    if (isRich)
+      EXPECT_FALSE(attributedStringFromPasteboard(raising, &error));
+    else
+      EXPECT_FALSE(stringFromPasteboard(raising, &error));
+    EXPECT_TRUE(error);
+    const std::string expected =
+        isRich ? "attributedStringFromPasteboard: (NSAttributedString):\nGone\nthe owner left\n"
+               : "stringFromPasteboard: (NSString):\nGone\nthe owner left\n";
+    EXPECT_NE(testing::internal::GetCapturedStderr().find(expected), std::string::npos);
+    if (isRich)
+      EXPECT_THROW(attributedStringFromPasteboard(throwing), std::runtime_error);
+    else
+      EXPECT_THROW(stringFromPasteboard(throwing), std::runtime_error);
+  }
+}
+
+TEST(PasteboardReaders, KnowTheExtensionsOfTypesExactly) {
+  const struct {
+    NSString type;
+    const char16_t *extension;
+  } cases[] = {
+      {NSTIFFPboardType, u"tiff"},
+      {u"Apple PNG pasteboard type"_ns, u"png"},
+      {NSPICTPboardType, u"pict"},
+      {NSPDFPboardType, u"pdf"},
+      {NSPostScriptPboardType, u"ps"},
+      {NSHTMLPboardType, u"html"},
+      {NSRTFPboardType, u"rtf"},
+      {NSRTFDPboardType, u"rtfd"},
+      {NSStringPboardType, u"txt"},
+      {NSTabularTextPboardType, u"csv"},
+      {NSVCardPboardType, u"vcf"},
+      {NSURLPboardType, u"url"},
+      {u"CorePasteboardFlavorType 0x75726C20"_ns, u"url"},
+      {u"Apple URL pasteboard type"_ns, u"url"},
+      {u"public.url"_ns, u"url"},
+      {u"Apple Web Archive pasteboard type"_ns, u"webarchive"},
+      {u"CorePasteboardFlavorType 0x75726C6E"_ns, u""},
+      {u"public.url-name"_ns, u""},
+      {u"WebURLsWithTitlesPboardType"_ns, u""},
+      {u"Public.url"_ns, u""},
+      {u"public.url "_ns, u""},
+      {u""_ns, u""},
+      {{}, u""},
+  };
+  for (const auto &[type, extension] : cases) {
+    const NSString expected = *extension ? NSString::stringWithCharacters(extension) : NSString();
+    EXPECT_EQ(fileTypeForPboardType(type), expected) << type.UTF8String();
+  }
+}
+
+}  // namespace
+}  // namespace nimbo
