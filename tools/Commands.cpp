@@ -13,6 +13,7 @@
 #include "tools/LocationCommands.hpp"
 #include "tools/MarkupCommands.hpp"
 #include "tools/PageCommands.hpp"
+#include "tools/PasteboardCommands.hpp"
 #include "tools/PictureCommands.hpp"
 #include "tools/PlainTextCommands.hpp"
 #include "tools/ResourceForkCommands.hpp"
@@ -29,7 +30,8 @@ const std::vector<Command> &allCommands() {
     for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
                              &plainTextCommands(), &markupCommands(), &pageCommands(), &feedCommands(),
                              &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
-                             &locationCommands(), &resourceForkCommands(), &typeCommands(), &helpCommands()})
+                             &locationCommands(), &resourceForkCommands(), &typeCommands(),
+                             &pasteboardCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

@@ -4,26 +4,14 @@
 #include <utility>
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
-#include "platform/AppKit/NSTextAttachment.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/HelperAnswers.hpp"
 #include "tools/Output.hpp"
+#include "tools/ReadableText.hpp"
 
 namespace nimbo {
 
 namespace {
-
-constexpr unichar kLineSeparator = 0x2028;
-
-/// The text without its attachments, and with each line in a line.
-NSString plainText(const NSString &text) {
-  NSMutableString result;
-  result.reserve(text.length());
-  for (const unichar unit : text.view())
-    if (unit != NSAttachmentCharacter) result.appendCharacter(unit == kLineSeparator ? u'\n' : unit);
-  return std::move(result).string();
-}
 
 DocumentText textOfPostScript(HelperClient &client, const NSString &path) {
   const HelperClient::Answer converted = client.PDFImageRepOfFile(path);
@@ -35,7 +23,7 @@ DocumentText textOfPostScript(HelperClient &client, const NSString &path) {
 DocumentText textOfRichText(HelperClient &client, const NSString &path) {
   HelperClient::Answer answer = client.attributedStringWithContentsOfFile(path);
   const NSData rtfd = answer.result.dictionary().objectForKey(u"Rtfd"_ns).data();
-  return {std::move(answer), rtfd ? plainText(initWithRTFD(rtfd).string()) : NSString()};
+  return {std::move(answer), rtfd ? readableText(initWithRTFD(rtfd)) : NSString()};
 }
 
 }  // namespace

@@ -2,13 +2,13 @@
 #include "tools/LocationCommands.hpp"
 
 #include "Classes/Files/NSFileManager+NimboFileManagerExtensions/InternetLocations.hpp"
-#include "Classes/URLs/NSURL+NSURLNimboExtensions/Making.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/FileURLs.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/URLOperands.hpp"
 
 namespace nimbo {
 
@@ -18,15 +18,6 @@ struct LocationOptions : CommonOptions {
   bool create = false;
   std::optional<std::string> output;
 };
-
-/// A URL stays as it is given where that is one.
-NSURL URLOfOperand(const std::string &operand) {
-  const NSString string = NSString::stringWithLossyUTF8String(operand);
-  NSURL url = NSURL::URLWithString(string);
-  if (!url.scheme()) url = URLWithNormalizedStringURL(string);
-  if (!url.scheme()) throw UsageError("'" + operand + "' is no absolute URL");
-  return url;
-}
 
 int createLocation(const std::string &operand, const std::string &output) {
   const NSURL url = URLOfOperand(operand);

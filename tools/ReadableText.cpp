@@ -7,6 +7,7 @@
 
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "Classes/PlainText/PlainTextHandler.hpp"
+#include "platform/AppKit/NSTextAttachment.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 
 namespace nimbo {
@@ -47,6 +48,21 @@ NSString readableTextOfPage(const NSString &page, PlainTextOptions options) {
   lines.deleteCharactersInRange(
       {0, static_cast<std::uint32_t>(std::min(lines.view().find_first_not_of(u'\n'), lines.view().size()))});
   return std::move(lines).string();
+}
+
+NSString readableText(const NSString &page) {
+  const NSString text = readableTextOfPage(page, {});
+  return text.identicalTo(page) ? NSString() : text;
+}
+
+NSString readableText(const NSAttributedString &text) {
+  constexpr unichar kLineSeparator = 0x2028;
+  if (!text) return {};
+  NSMutableString result;
+  result.reserve(text.length());
+  for (const unichar unit : text.string().view())
+    if (unit != NSAttachmentCharacter) result.appendCharacter(unit == kLineSeparator ? u'\n' : unit);
+  return std::move(result).string();
 }
 
 std::string textForTerminal(const NSString &text) {

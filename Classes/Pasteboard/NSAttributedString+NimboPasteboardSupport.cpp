@@ -1,25 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Pasteboard/NSAttributedString+NimboPasteboardSupport.hpp"
 
-#include <algorithm>
-
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Foundation/NSException.hpp"
 
 namespace nimbo {
 inline namespace NimboPasteboardSupport {
 
-namespace {
-
-bool containsAttachments(const NSAttributedString &text) {
-  return std::ranges::any_of(
-      text.runs(), [](const AttributeRun &run) { return static_cast<bool>(run.attributes->attachment); });
-}
-
-}  // namespace
-
 bool copyToPasteboard(const NSAttributedString &text, const NSPasteboard &pasteboard, NSError *error) {
-  const bool hasAttachments = containsAttachments(text);
+  const bool hasAttachments = text.containsAttachments();
   const NSRange all = {0, text.length()};
   const NSData data = hasAttachments ? RTFDFromRange(text, all) : RTFFromRange(text, all);
   if (!data) {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/Pasteboard/URLPasteboardTypes.hpp"
+#include "Classes/Pasteboard/MorePasteboardTypes.hpp"
 
 namespace nimbo {
 inline namespace NimboPasteboardSupport {
@@ -12,7 +12,7 @@ namespace {
 
 /// The type of a URL that who wrote the pasteboard likes best; nil when there is none.
 NSString typeOfURL(const NSPasteboard &pasteboard, NSError *error) {
-  const NSString wanted[] = {NSURLPboardType, kURLFlavor, kAppleURLType, kPublicURLType};
+  const NSString wanted[] = {NSURLPboardType, URLFlavorPboardType, AppleURLPboardType, PublicURLPboardType};
   NSError failure;
   const std::vector<NSString> types = pasteboard.types(&failure);
   const auto found = std::ranges::find_first_of(types, wanted);
@@ -23,7 +23,7 @@ NSString typeOfURL(const NSPasteboard &pasteboard, NSError *error) {
 }
 
 NSString typeOfURLName(const NSPasteboard &pasteboard, NSError *error) {
-  const NSString wanted[] = {kURLNameFlavor, kPublicURLNameType};
+  const NSString wanted[] = {URLNameFlavorPboardType, PublicURLNamePboardType};
   return pasteboard.availableTypeFromArray(wanted, error);
 }
 

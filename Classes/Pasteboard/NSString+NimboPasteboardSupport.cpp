@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "Classes/Pasteboard/URLPasteboardTypes.hpp"
+#include "Classes/Pasteboard/MorePasteboardTypes.hpp"
 #include "platform/Foundation/NSException.hpp"
 
 namespace nimbo {
@@ -36,7 +36,7 @@ NSString fileTypeForPboardType(const NSString &type) {
   };
   static const FileType kFileTypes[] = {
       {NSTIFFPboardType, u"tiff"_ns},
-      {u"Apple PNG pasteboard type"_ns, u"png"_ns},
+      {PNGPboardType, u"png"_ns},
       {NSPICTPboardType, u"pict"_ns},
       {NSPDFPboardType, u"pdf"_ns},
       {NSPostScriptPboardType, u"ps"_ns},
@@ -47,10 +47,10 @@ NSString fileTypeForPboardType(const NSString &type) {
       {NSTabularTextPboardType, u"csv"_ns},
       {NSVCardPboardType, u"vcf"_ns},
       {NSURLPboardType, u"url"_ns},
-      {kURLFlavor, u"url"_ns},
-      {kAppleURLType, u"url"_ns},
-      {kPublicURLType, u"url"_ns},
-      {u"Apple Web Archive pasteboard type"_ns, u"webarchive"_ns},
+      {URLFlavorPboardType, u"url"_ns},
+      {AppleURLPboardType, u"url"_ns},
+      {PublicURLPboardType, u"url"_ns},
+      {WebArchivePboardType, u"webarchive"_ns},
   };
   const auto *const found = std::ranges::find(kFileTypes, type, &FileType::type);
   return found == std::end(kFileTypes) ? NSString() : found->extension;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "Classes/Pasteboard/NSURL+NimboPasteboardSupport.hpp"
 
-#include "Classes/Pasteboard/URLPasteboardTypes.hpp"
+#include "Classes/Pasteboard/MorePasteboardTypes.hpp"
 #include "Classes/Paths/NSString+NSStringNimboPathExtensions/FileNames.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Strings.hpp"
 #include "platform/Foundation/NSArray.hpp"
@@ -37,10 +37,10 @@ bool copyToPasteboardWithTitle(const NSURL &url, const NSPasteboard &pasteboard,
   const NSString shownTitle = title.length() > 0 ? title : address;
   return declareTypesOfURL(
              url, pasteboard,
-             {NSStringPboardType, NSURLPboardType, kURLFlavor, kURLNameFlavor, kURLsWithTitlesType}, error) &&
-         writeToPasteboard(url, pasteboard, error) && pasteboard.setString(address, kURLFlavor, error) &&
-         pasteboard.setString(stringByTrimmingInvalidFilenameCharacters(shownTitle), kURLNameFlavor, error) &&
-         pasteboard.setPropertyList(NSArray{NSArray{address}, NSArray{shownTitle}}, kURLsWithTitlesType,
+             {NSStringPboardType, NSURLPboardType, URLFlavorPboardType, URLNameFlavorPboardType, URLsWithTitlesPboardType}, error) &&
+         writeToPasteboard(url, pasteboard, error) && pasteboard.setString(address, URLFlavorPboardType, error) &&
+         pasteboard.setString(stringByTrimmingInvalidFilenameCharacters(shownTitle), URLNameFlavorPboardType, error) &&
+         pasteboard.setPropertyList(NSArray{NSArray{address}, NSArray{shownTitle}}, URLsWithTitlesPboardType,
                                     error) &&
          pasteboard.setString(address, NSStringPboardType, error);
 }

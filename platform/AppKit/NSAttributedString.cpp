@@ -61,6 +61,11 @@ NSAttributedString NSAttributedString::attributedSubstringFromRange(NSRange rang
   return {string().substringWithRange(range), std::move(part)};
 }
 
+bool NSAttributedString::containsAttachments() const noexcept {
+  return std::ranges::any_of(
+      runs(), [](const AttributeRun &run) { return static_cast<bool>(run.attributes->attachment); });
+}
+
 bool NSAttributedString::operator==(const NSAttributedString &other) const {
   if (storage_ == other.storage_) return true;
   return storage_ && other.storage_ && storage_->string == other.storage_->string &&

@@ -69,6 +69,9 @@ class NSAttributedString {
   /// The part of the text in `range`, which is cut to its bounds; the receiver itself when that is all of it.
   NSAttributedString attributedSubstringFromRange(NSRange range) const;
 
+  /// Whether any character has an attachment.
+  bool containsAttachments() const noexcept;
+
   /// Whether this is not nil.
   explicit operator bool() const noexcept { return static_cast<bool>(storage_); }
   /// Whether both share their storage (or are both nil).

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/ClipboardReading.hpp"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Pasteboard/MorePasteboardTypes.hpp"
+#include "Classes/Pasteboard/NSAttributedString+NimboPasteboardSupport.hpp"
+#include "Classes/Pasteboard/NSPasteboard+NimboPasteboardSupport.hpp"
+#include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "tools/ClipboardWriting.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/Pictures.hpp"
+#include "tools/ReadableText.hpp"
+#include "tools/RichTextMarkup.hpp"
+
+namespace nimbo {
+
+namespace {
+
+using Types = std::vector<NSString>;
+
+const Types &textTypes() {
+  static const Types types = {NSStringPboardType, NSTabularTextPboardType};
+  return types;
+}
+
+const Types &richTypes() {
+  static const Types types = {NSRTFDPboardType, NSRTFPboardType};
+  return types;
+}
+
+const Types &URLTypes() {
+  static const Types types = {NSURLPboardType, URLFlavorPboardType, AppleURLPboardType, PublicURLPboardType};
+  return types;
+}
+
+const Types &pictureTypes() {
+  static const Types types = {PNGPboardType, NSTIFFPboardType, NSPDFPboardType};
+  return types;
+}
+
+bool isOneOf(const NSString &type, const Types &types) {
+  return std::ranges::find(types, type) != types.end();
+}
+
+/// What a reader answers. Raises `InputError` when that is nil.
+template <class Value>
+const Value &checked(const Value &value, const NSError &error) {
+  if (!value) throw InputError(kClipboardName, error);
+  return value;
+}
+
+/// The clipboard, and the best of its types for what is asked for.
+class Clipboard {
+ public:
+  /// `wanted` are types in order of preference, `what` they are stands in the reason when there is none.
+  Clipboard(std::initializer_list<Types> wanted, const char *what) {
+    NSError error;
+    const Types types = clipboard_.types(&error);
+    for (const Types &some : wanted) {
+      const auto found = std::ranges::find_first_of(some, types);
+      if (!type_ && found != some.end()) type_ = *found;
+    }
+    if (!type_ && !error)
+      error = NSError::errorWithCode(ErrorCode::incomplete, std::string("it holds no ") + what);
+    checked(type_, error);
+  }
+
+  const NSString &type() const { return type_; }
+
+  NSData data() const {
+    NSError error;
+    const NSData data = clipboard_.dataForType(type_, &error);
+    return checked(data, error);
+  }
+  NSString string() const {
+    NSError error;
+    const NSString string = clipboard_.stringForType(type_, &error);
+    return checked(string, error);
+  }
+  NSString readablePage() const {
+    return checked(readableText(string()),
+                   NSError::errorWithCode(ErrorCode::incomplete, "its page has no text"));
+  }
+  NSData picture(double seconds) const {
+    if (type_ == PNGPboardType) return data();
+    return makePicture({.what = "picture", .type = u"public.png"_ns, .seconds = seconds}, data(),
+                       kClipboardName);
+  }
+
+  /// Rich text of rich text, of a URL, of a picture or, for any other type, of text.
+  NSAttributedString richText(double seconds) const {
+    if (isOneOf(type_, pictureTypes())) return attachment(picture(seconds));
+    if (isOneOf(type_, URLTypes())) return link();
+    if (!isOneOf(type_, richTypes())) return NSAttributedString(string());
+    NSError error;
+    const NSAttributedString text = attributedStringFromPasteboard(clipboard_, &error);
+    return checked(text, error);
+  }
+
+ private:
+  NSAttributedString link() const {
+    TextAttributes attributes;
+    attributes.link = string();
+    const NSString name = URLName(clipboard_);
+    return NSAttributedString(name.length() > 0 ? name : attributes.link, Interned(attributes));
+  }
+
+  static NSAttributedString attachment(const NSData &png) {
+    TextAttributes attributes;
+    attributes.attachment = NSTextAttachment(NSFileWrapper::regularFileWithContents(png, u"picture.png"_ns));
+    return NSAttributedString(NSString::stringWithCharacters(&NSAttachmentCharacter, 1), Interned(attributes));
+  }
+
+  const NSPasteboard clipboard_ = NSPasteboard::generalPasteboard();
+  NSString type_;
+};
+
+}  // namespace
+
+NSArray clipboardTypes() {
+  NSError error;
+  NSArray names = NSArray::array();
+  for (const NSString &type : NSPasteboard::generalPasteboard().types(&error)) names.addObject(type);
+  if (error) throw InputError(kClipboardName, error);
+  return names;
+}
+
+NSString clipboardText() {
+  const Clipboard clipboard({textTypes(), {NSHTMLPboardType}, richTypes(), URLTypes()}, "text");
+  if (clipboard.type() == NSHTMLPboardType) return clipboard.readablePage();
+  return isOneOf(clipboard.type(), richTypes()) ? readableText(clipboard.richText(0)) : clipboard.string();
+}
+
+NSString clipboardPage() {
+  const Clipboard clipboard({{NSHTMLPboardType}, richTypes(), URLTypes(), textTypes()}, "text");
+  return clipboard.type() == NSHTMLPboardType ? clipboard.string() : markupOfRichText(clipboard.richText(0));
+}
+
+NSData clipboardPicture(double seconds) {
+  return Clipboard({pictureTypes()}, "picture").picture(seconds);
+}
+
+HelperClient::Answer clipboardRichText(HelperClient &client, double seconds) {
+  const Clipboard clipboard({richTypes(), {NSHTMLPboardType}, URLTypes(), textTypes(), pictureTypes()},
+                            "text and no picture");
+  if (clipboard.type() == NSHTMLPboardType)
+    return client.RTFDWithHTML(markupData(clipboard.string()), NSString(), false);
+  HelperClient::Answer answer;
+  answer.status = HelperClient::Status::answered;
+  const NSAttributedString text = clipboard.richText(seconds);
+  answer.result = RTFDFromRange(text, {0, text.length()});
+  return answer;
+}
+
+}  // namespace nimbo

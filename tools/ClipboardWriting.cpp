@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "tools/ClipboardWriting.hpp"
+
+#include <utility>
+#include <vector>
+
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
+#include "Classes/Pasteboard/MorePasteboardTypes.hpp"
+#include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
+#include "Classes/Pasteboard/NSURL+NimboPasteboardSupport.hpp"
+#include "platform/AppKit/NSAttributedStringRTF.hpp"
+#include "platform/AppKit/Pasteboard/NSPasteboard.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
+#include "tools/InputFile.hpp"
+#include "tools/ReadableText.hpp"
+
+namespace nimbo {
+
+namespace {
+
+/// The same thing in several types, the best one first.
+class Offers {
+ public:
+  void add(const NSString &type, const NSData &data) {
+    if (!data) return;
+    types_.push_back(type);
+    data_.push_back(data);
+  }
+  void add(const NSString &type, const NSString &string) {
+    if (!string) return;
+    const std::string bytes = string.UTF8String();
+    add(type, NSData::dataWithBytes(bytes.data(), bytes.size()));
+  }
+  void addRichText(const NSAttributedString &text, const NSData &rtf) {
+    const NSRange all = {0, text.length()};
+    if (text.containsAttachments()) add(NSRTFDPboardType, RTFDFromRange(text, all));
+    add(NSRTFPboardType, rtf ? rtf : RTFFromRange(text, all));
+  }
+
+  void copy() const {
+    NSError error;
+    const NSPasteboard clipboard = NSPasteboard::generalPasteboard();
+    bool isCopied = clipboard.declareTypes(types_, &error);
+    for (std::size_t i = 0; isCopied && i < types_.size(); ++i)
+      isCopied = clipboard.setData(data_[i], types_[i], &error);
+    if (!isCopied) throw InputError(kClipboardName, error);
+  }
+
+ private:
+  std::vector<NSString> types_;
+  std::vector<NSData> data_;
+};
+
+/// The page for readers that believe what it declares: on the clipboard it is in UTF-8.
+NSString pageInUTF8(const NSString &page) {
+  if (markupEncoding(page) == NSUTF8StringEncoding) return page;
+  NSMutableString declared(u"<meta http-equiv=\"content-type\" content=\"text/html; charset=utf-8\">"_ns);
+  declared.appendString(page);
+  return std::move(declared).string();
+}
+
+}  // namespace
+
+void copyText(const NSString &text) {
+  NSError error;
+  if (!copyToPasteboard(text, NSPasteboard::generalPasteboard(), &error))
+    throw InputError(kClipboardName, error);
+}
+
+void copyURL(const NSURL &url, const NSString &title) {
+  NSError error;
+  const NSPasteboard clipboard = NSPasteboard::generalPasteboard();
+  const bool isCopied = title ? copyToPasteboardWithTitle(url, clipboard, title, &error)
+                              : copyToPasteboard(url, clipboard, &error);
+  if (!isCopied) throw InputError(kClipboardName, error);
+}
+
+void copyPicture(const NSData &tiff, const NSData &png) {
+  Offers offers;
+  offers.add(PNGPboardType, png);
+  offers.add(NSTIFFPboardType, tiff);
+  offers.copy();
+}
+
+void copyRichText(const NSAttributedString &text, const NSData &rtf) {
+  Offers offers;
+  offers.addRichText(text, rtf);
+  offers.add(NSStringPboardType, readableText(text));
+  offers.copy();
+}
+
+void copyPage(const NSString &page, const NSAttributedString &text) {
+  Offers offers;
+  offers.add(NSHTMLPboardType, pageInUTF8(page));
+  offers.addRichText(text, NSData());
+  offers.add(NSStringPboardType, readableText(page));
+  offers.copy();
+}
+
+}  // namespace nimbo
