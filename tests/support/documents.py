@@ -1,6 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
 """Small documents, made for the tests that drive whole programs."""
 
+import struct
+import zlib
+
 
 def pdf(pages=("Hello",), title=None, locked=False):
     """A PDF with one line of text a page; a locked one asks for a password that nobody knows. Readers find the objects
@@ -21,3 +24,18 @@ def pdf(pages=("Hello",), title=None, locked=False):
     extra = f"/ID [<00112233> <00112233>] /Encrypt << {lock} >>" if locked else ""
     body = "".join(f"{number} 0 obj\n{text}\nendobj\n" for number, text in enumerate(objects, 1))
     return f"%PDF-1.4\n{body}trailer\n<< /Root 1 0 R /Info 4 0 R {extra} >>\n%%EOF\n".encode()
+
+
+def png(width, height, colour=(200, 30, 30)):
+    """A picture of one colour."""
+
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+    rows = (b"\0" + bytes(colour) * width) * height
+    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b"")
+
+
+def size_of_png(path):
+    return struct.unpack(">II", path.read_bytes()[16:24])

@@ -5,13 +5,12 @@
 import base64
 import pathlib
 import shutil
-import struct
 import subprocess
 import unittest
-import zlib
 
 import documents
 from command import CommandTestCase
+from documents import png, size_of_png
 
 POSTSCRIPT = b"""%!PS
 <</PageSize [600 300]>> setpagedevice /Helvetica findfont 20 scalefont setfont
@@ -20,19 +19,6 @@ POSTSCRIPT = b"""%!PS
 BEGINNINGS = {"tiff": b"II*\0", "tif": b"II*\0", "png": b"\x89PNG", "jpg": b"\xff\xd8\xff", "JPEG": b"\xff\xd8\xff", "webp": b"RIFF"}
 has_ffmpeg = shutil.which("ffmpeg") is not None
 has_ghostscript = shutil.which("gs") is not None
-
-
-def png(width, height, colour=(200, 30, 30)):
-    def chunk(kind, data):
-        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
-
-    rows = (b"\0" + bytes(colour) * width) * height
-    header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
-    return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b"")
-
-
-def size_of_png(path):
-    return struct.unpack(">II", path.read_bytes()[16:24])
 
 
 class PicturesTest(CommandTestCase):
