@@ -35,22 +35,14 @@ NSString fileTypeForPboardType(const NSString &type) {
     NSString type, extension;
   };
   static const FileType kFileTypes[] = {
-      {NSTIFFPboardType, u"tiff"_ns},
-      {PNGPboardType, u"png"_ns},
-      {NSPICTPboardType, u"pict"_ns},
-      {NSPDFPboardType, u"pdf"_ns},
-      {NSPostScriptPboardType, u"ps"_ns},
-      {NSHTMLPboardType, u"html"_ns},
-      {NSRTFPboardType, u"rtf"_ns},
-      {NSRTFDPboardType, u"rtfd"_ns},
-      {NSStringPboardType, u"txt"_ns},
-      {NSTabularTextPboardType, u"csv"_ns},
-      {NSVCardPboardType, u"vcf"_ns},
-      {NSURLPboardType, u"url"_ns},
-      {URLFlavorPboardType, u"url"_ns},
-      {AppleURLPboardType, u"url"_ns},
-      {PublicURLPboardType, u"url"_ns},
-      {WebArchivePboardType, u"webarchive"_ns},
+      {NSTIFFPboardType, u"tiff"_ns},     {PNGPboardType, u"png"_ns},
+      {NSPICTPboardType, u"pict"_ns},     {NSPDFPboardType, u"pdf"_ns},
+      {NSPostScriptPboardType, u"ps"_ns}, {NSHTMLPboardType, u"html"_ns},
+      {NSRTFPboardType, u"rtf"_ns},       {NSRTFDPboardType, u"rtfd"_ns},
+      {NSStringPboardType, u"txt"_ns},    {NSTabularTextPboardType, u"csv"_ns},
+      {NSVCardPboardType, u"vcf"_ns},     {NSURLPboardType, u"url"_ns},
+      {URLFlavorPboardType, u"url"_ns},   {AppleURLPboardType, u"url"_ns},
+      {PublicURLPboardType, u"url"_ns},   {WebArchivePboardType, u"webarchive"_ns},
   };
   const auto *const found = std::ranges::find(kFileTypes, type, &FileType::type);
   return found == std::end(kFileTypes) ? NSString() : found->extension;

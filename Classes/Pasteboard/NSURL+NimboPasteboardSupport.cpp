@@ -35,13 +35,14 @@ bool copyToPasteboardWithTitle(const NSURL &url, const NSPasteboard &pasteboard,
                                NSError *error) {
   const NSString address = url.absoluteString();
   const NSString shownTitle = title.length() > 0 ? title : address;
-  return declareTypesOfURL(
-             url, pasteboard,
-             {NSStringPboardType, NSURLPboardType, URLFlavorPboardType, URLNameFlavorPboardType, URLsWithTitlesPboardType}, error) &&
-         writeToPasteboard(url, pasteboard, error) && pasteboard.setString(address, URLFlavorPboardType, error) &&
-         pasteboard.setString(stringByTrimmingInvalidFilenameCharacters(shownTitle), URLNameFlavorPboardType, error) &&
-         pasteboard.setPropertyList(NSArray{NSArray{address}, NSArray{shownTitle}}, URLsWithTitlesPboardType,
-                                    error) &&
+  const NSArray titledURLs = {NSArray{address}, NSArray{shownTitle}};
+  const NSString name = stringByTrimmingInvalidFilenameCharacters(shownTitle);
+  const auto types = {NSStringPboardType, NSURLPboardType, URLFlavorPboardType, URLNameFlavorPboardType,
+                      URLsWithTitlesPboardType};
+  return declareTypesOfURL(url, pasteboard, types, error) && writeToPasteboard(url, pasteboard, error) &&
+         pasteboard.setString(address, URLFlavorPboardType, error) &&
+         pasteboard.setString(name, URLNameFlavorPboardType, error) &&
+         pasteboard.setPropertyList(titledURLs, URLsWithTitlesPboardType, error) &&
          pasteboard.setString(address, NSStringPboardType, error);
 }
 

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <stdexcept>
 
 #include "Classes/Pasteboard/NSAttributedString+NimboPasteboardSupport.hpp"
 #include "Classes/Pasteboard/NSPasteboard+NimboPasteboardSupport.hpp"
 #include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
-#include "platform/AppKit/Pasteboard/PasteboardServer.hpp"
 #include "platform/Foundation/NSException.hpp"
+#include "tests/platform/AppKit/Pasteboard/RaisingPasteboard.hpp"
 
 namespace nimbo {
 namespace {
@@ -21,31 +20,6 @@ NSPasteboard pasteboardWithTypes(const std::vector<NSString> &types) {
   for (const NSString &type : types) pasteboard.setString(type, type);
   return pasteboard;
 }
-
-/// One that raises when its types, or then its data, are asked for.
-class RaisingPasteboard final : public detail::PasteboardServer {
- public:
-  RaisingPasteboard(const NSString &type, std::function<void()> raise)
-      : type_(type), raise_(std::move(raise)) {}
-
-  NSString name() const override { return u"raising"_ns; }
-  bool isAvailable(NSError *) const override { return true; }
-  std::int64_t changeCount() const override { return 0; }
-  std::vector<NSString> types(NSError *) const override {
-    if (!type_) raise_();
-    return {type_};
-  }
-  bool declareTypes(std::span<const NSString>, NSError *) override { return false; }
-  bool setData(const NSData &, const NSString &, NSError *) override { return false; }
-  NSData dataForType(const NSString &, NSError *) const override {
-    raise_();
-    return {};
-  }
-
- private:
-  const NSString type_;
-  const std::function<void()> raise_;
-};
 
 TEST(PasteboardReaders, TakeTheFirstTypeOfTheirOrderOrThePasteboards) {
   const NSString flavor = u"CorePasteboardFlavorType 0x75726C20"_ns, apple = u"Apple URL pasteboard type"_ns,
@@ -117,12 +91,9 @@ TEST(PasteboardReaders, PreferRichTextWithAttachments) {
 TEST(PasteboardReaders, LogWhatThePlatformRaisesAndNothingElse) {
   const NSString none;
   for (const NSString &type : {none, NSStringPboardType, NSRTFPboardType}) {
-    const auto pasteboard = [&type](std::function<void()> raise) {
-      return NSPasteboard(
-          SharedPointer<detail::PasteboardServer>::adopt(new RaisingPasteboard(type, std::move(raise))));
-    };
-    const NSPasteboard raising = pasteboard([] { throw NSException(u"Gone"_ns, u"the owner left"_ns); });
-    const NSPasteboard throwing = pasteboard([] { throw std::runtime_error("other"); });
+    const NSPasteboard raising =
+        raisingPasteboard(type, [] { throw NSException(u"Gone"_ns, u"the owner left"_ns); });
+    const NSPasteboard throwing = raisingPasteboard(type, [] { throw std::runtime_error("other"); });
     const bool isRich = type == NSRTFPboardType;
     testing::internal::CaptureStderr();
     NSError error;
