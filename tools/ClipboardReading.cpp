@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "Classes/Pasteboard/MorePasteboardTypes.hpp"
 #include "Classes/Pasteboard/NSAttributedString+NimboPasteboardSupport.hpp"
 #include "Classes/Pasteboard/NSPasteboard+NimboPasteboardSupport.hpp"
@@ -14,6 +13,7 @@
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "tools/ClipboardWriting.hpp"
 #include "tools/InputFile.hpp"
+#include "tools/InputText.hpp"
 #include "tools/Pictures.hpp"
 #include "tools/ReadableText.hpp"
 #include "tools/RichTextMarkup.hpp"
@@ -149,8 +149,10 @@ NSData clipboardPicture(double seconds) {
 HelperClient::Answer clipboardRichText(HelperClient &client, double seconds) {
   const Clipboard clipboard({richTypes(), {NSHTMLPboardType}, URLTypes(), textTypes(), pictureTypes()},
                             "text and no picture");
-  if (clipboard.type() == NSHTMLPboardType)
-    return client.RTFDWithHTML(markupData(clipboard.string()), NSString(), false);
+  if (clipboard.type() == NSHTMLPboardType) {
+    const std::string page = pageDeclaringUTF8(clipboard.string()).UTF8String();
+    return client.RTFDWithHTML(NSData::dataWithBytes(page.data(), page.size()), NSString(), false);
+  }
   HelperClient::Answer answer;
   answer.status = HelperClient::Status::answered;
   const NSAttributedString text = clipboard.richText(seconds);

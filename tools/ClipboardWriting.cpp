@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/ClipboardWriting.hpp"
 
-#include <utility>
 #include <vector>
 
-#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
 #include "Classes/Pasteboard/MorePasteboardTypes.hpp"
 #include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
 #include "Classes/Pasteboard/NSURL+NimboPasteboardSupport.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/AppKit/Pasteboard/NSPasteboard.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
 #include "tools/InputFile.hpp"
+#include "tools/InputText.hpp"
 #include "tools/ReadableText.hpp"
 
 namespace nimbo {
@@ -38,6 +36,7 @@ class Offers {
   }
 
   void copy() const {
+    if (types_.empty()) throw InputError(kClipboardName, "there is nothing to copy");
     NSError error;
     const NSPasteboard clipboard = NSPasteboard::generalPasteboard();
     bool isCopied = clipboard.declareTypes(types_, &error);
@@ -50,14 +49,6 @@ class Offers {
   std::vector<NSString> types_;
   std::vector<NSData> data_;
 };
-
-/// The page for readers that believe what it declares: on the clipboard it is in UTF-8.
-NSString pageInUTF8(const NSString &page) {
-  if (markupEncoding(page) == NSUTF8StringEncoding) return page;
-  NSMutableString declared(u"<meta http-equiv=\"content-type\" content=\"text/html; charset=utf-8\">"_ns);
-  declared.appendString(page);
-  return std::move(declared).string();
-}
 
 }  // namespace
 
@@ -91,7 +82,7 @@ void copyRichText(const NSAttributedString &text, const NSData &rtf) {
 
 void copyPage(const NSString &page, const NSAttributedString &text) {
   Offers offers;
-  offers.add(NSHTMLPboardType, pageInUTF8(page));
+  offers.add(NSHTMLPboardType, pageDeclaringUTF8(page));
   offers.addRichText(text, NSData());
   offers.add(NSStringPboardType, readableText(page));
   offers.copy();

@@ -2,8 +2,11 @@
 #include "tools/InputText.hpp"
 
 #include <string_view>
+#include <utility>
 
 #include "Classes/Encodings/MarkupDecoding.hpp"
+#include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
+#include "platform/Foundation/NSMutableString.hpp"
 #include "tools/InputFile.hpp"
 
 namespace nimbo {
@@ -23,6 +26,13 @@ NSString textOfInput(const std::string &path, double patienceSeconds) {
   const NSData data = readInput(path, patienceSeconds);
   checkIsText(data, nameOfInput(path));
   return textOfData(data);
+}
+
+NSString pageDeclaringUTF8(const NSString &page) {
+  if (markupEncoding(page) == NSUTF8StringEncoding) return page;
+  NSMutableString declared(u"<meta http-equiv=\"content-type\" content=\"text/html; charset=utf-8\">"_ns);
+  declared.appendString(page);
+  return std::move(declared).string();
 }
 
 }  // namespace nimbo

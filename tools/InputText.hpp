@@ -18,4 +18,7 @@ void checkIsText(const NSData &data, const std::string &name);
 /// The text of an input that is text, read as by `readInput`. Raises `InputError`.
 NSString textOfInput(const std::string &path, double patienceSeconds);
 
+/// A page that is to be handed over in UTF-8: itself when it declares that, else with a declaration in front.
+NSString pageDeclaringUTF8(const NSString &page);
+
 }  // namespace nimbo

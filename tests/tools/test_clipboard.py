@@ -150,7 +150,11 @@ class ClipboardTest(CommandTestCase):
         ):
             self.offer(kind, content)
             self.assertEqual(self.paste("--as", form).decode(), expected, (kind, form))
-        for kind, content, words in (("text/html", b"<p>page <b>bold", rb"page.*\\b bold"), ("UTF8_STRING", b"plain", rb"plain")):
+        for kind, content, words in (
+            ("text/html", b"<p>page <b>bold", rb"page.*\\b bold"),
+            ("text/html", "<meta charset=iso-8859-1><p>\u00e9\u4e2d".encode(), rb"\\u233 ?.*\\u20013"),
+            ("UTF8_STRING", b"plain", rb"plain"),
+        ):
             self.offer(kind, content)
             self.paste("--as", "rtfd", "-o", "out.rtfd")
             self.assertRegex((self.folder / "out.rtfd" / "TXT.rtf").read_bytes(), rb"(?s)" + words)
