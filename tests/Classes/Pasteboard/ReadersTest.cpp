@@ -66,7 +66,7 @@ TEST(PasteboardReaders, AnswerNilForNil) {
 TEST(PasteboardReaders, PreferRichTextWithAttachments) {
   const NSAttributedString rtfd(u"rtfd"_ns), rtf(u"rtf"_ns);
   const NSPasteboard pasteboard = NSPasteboard::pasteboardWithUniqueName();
-  const auto write = [&pasteboard](std::initializer_list<NSString> types, const NSData &rtfdData,
+  const auto write = [&pasteboard](const std::vector<NSString> &types, const NSData &rtfdData,
                                    const NSData &rtfData) {
     pasteboard.declareTypes(types);
     pasteboard.setData(rtfdData, NSRTFDPboardType);
@@ -77,11 +77,12 @@ TEST(PasteboardReaders, PreferRichTextWithAttachments) {
   EXPECT_EQ(attributedStringFromPasteboard(pasteboard), rtfd);
   write({NSRTFPboardType, NSStringPboardType}, {}, rtfData);
   EXPECT_EQ(attributedStringFromPasteboard(pasteboard), rtf);
-  for (const auto &[types, data] : {std::pair(std::initializer_list{NSRTFPboardType}, rtfdData),
-                                    {std::initializer_list{NSRTFDPboardType}, rtfData},
-                                    {std::initializer_list{NSRTFDPboardType}, NSData()},
-                                    {std::initializer_list{NSStringPboardType}, NSData()}}) {
-    write(types, data, data);
+  const std::pair<NSString, NSData> unreadable[] = {{NSRTFPboardType, rtfdData},
+                                                    {NSRTFDPboardType, rtfData},
+                                                    {NSRTFDPboardType, NSData()},
+                                                    {NSStringPboardType, NSData()}};
+  for (const auto &[type, data] : unreadable) {
+    write({type}, data, data);
     NSError error;
     EXPECT_FALSE(attributedStringFromPasteboard(pasteboard, &error));
     EXPECT_TRUE(error);
