@@ -27,11 +27,11 @@ namespace nimbo {
 const std::vector<Command> &allCommands() {
   static const std::vector<Command> commands = [] {
     std::vector<Command> all;
-    for (const auto *more : {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
-                             &plainTextCommands(), &markupCommands(), &pageCommands(), &feedCommands(),
-                             &entityCommands(), &charsetCommands(), &urlCommands(), &dateCommands(),
-                             &locationCommands(), &resourceForkCommands(), &typeCommands(),
-                             &pasteboardCommands(), &helpCommands()})
+    for (const auto *more :
+         {&helperCommands(), &webArchiveCommands(), &richTextCommands(), &pictureCommands(),
+          &plainTextCommands(), &markupCommands(), &pageCommands(), &feedCommands(), &entityCommands(),
+          &charsetCommands(), &urlCommands(), &dateCommands(), &locationCommands(), &resourceForkCommands(),
+          &typeCommands(), &pasteboardCommands(), &helpCommands()})
       all.insert(all.end(), more->begin(), more->end());
     return all;
   }();

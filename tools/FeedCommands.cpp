@@ -15,7 +15,7 @@
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/Output.hpp"
-#include "tools/URLCommands.hpp"
+#include "tools/URLOperands.hpp"
 
 namespace nimbo {
 
@@ -84,7 +84,7 @@ int runFeed(const FeedOptions &options, const Operands &operands) {
     throw UsageError("--linked-style and --as-given are for --html");
   if (options.html || options.OPML)
     refuseOptions(options, {"pretty", "plist"}, options.html ? "--html" : "--opml");
-  const NSURL url = options.url ? absoluteURLOfOption(*options.url) : NSURL();
+  const NSURL url = options.url ? URLOfOperand(*options.url) : NSURL();
   const std::optional<Feed> feed = readFeed(textOfFeed(operands.front(), options.timeoutSeconds), url);
   if (!feed) {
     writeMessage(nameOfInput(operands.front()) + ": is no feed");

@@ -10,7 +10,7 @@
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/RichTextOutput.hpp"
-#include "tools/URLCommands.hpp"
+#include "tools/URLOperands.hpp"
 
 namespace nimbo {
 
@@ -45,7 +45,7 @@ int runRTFD(const RichTextOptions &options, const Operands &operands) {
 
 /// Where the references of a page begin: at the URL that is given, else at the file.
 NSString baseOfPage(const PageOptions &options, const std::string &file) {
-  if (options.base) return absoluteURLOfOption(*options.base).absoluteString();
+  if (options.base) return URLOfOperand(*options.base).absoluteString();
   if (file == "-") return NSString();
   return NSURL::fileURLWithPath(NSString::stringWithFileSystemRepresentation(file)).absoluteString();
 }

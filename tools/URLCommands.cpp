@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/URLCommands.hpp"
 
-#include "Classes/URLs/TypedURLs.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/Output.hpp"
+#include "tools/URLOperands.hpp"
 #include "tools/URLReport.hpp"
 
 namespace nimbo {
@@ -16,7 +16,7 @@ struct URLOptions : CommonOptions {
 };
 
 int runURL(const URLOptions &options, const Operands &operands) {
-  const NSURL base = options.base ? absoluteURLOfOption(*options.base) : NSURL();
+  const NSURL base = options.base ? URLOfOperand(*options.base) : NSURL();
   NSArray reports = NSArray::array();
   // A property list has no null.
   const id missing = options.propertyList ? id() : id(NSNull());
@@ -27,12 +27,6 @@ int runURL(const URLOptions &options, const Operands &operands) {
 }
 
 }  // namespace
-
-NSURL absoluteURLOfOption(const std::string &value) {
-  NSURL url = URLWithTypedString(NSString::stringWithLossyUTF8String(value));
-  if (!url.scheme()) throw UsageError("'" + value + "' is no absolute URL");
-  return url;
-}
 
 const std::vector<Command> &urlCommands() {
   static const std::vector<Command> commands = {

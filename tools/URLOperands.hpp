@@ -7,8 +7,8 @@
 
 namespace nimbo {
 
-/// The URL that a person has typed: what is one as it is, other text repaired. Raises `UsageError` for what is
-/// no absolute URL.
+/// The URL that somebody has typed as an operand or behind an option, as `URLWithTypedString` reads it. Raises
+/// `UsageError` for what is no absolute URL.
 NSURL URLOfOperand(const std::string &operand);
 
 }  // namespace nimbo
