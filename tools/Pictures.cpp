@@ -3,15 +3,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <filesystem>
 #include <string_view>
 #include <system_error>
 
 #include "platform/Foundation/NSError.hpp"
-#include "platform/Foundation/System/ChildProcess.hpp"
-#include "platform/Foundation/System/DataWriting.hpp"
-#include "platform/Foundation/System/InstalledProgram.hpp"
-#include "platform/Foundation/System/PrivateFolder.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "tools/CommandLine.hpp"
 #include "tools/InputFile.hpp"
@@ -21,31 +16,15 @@ namespace nimbo {
 
 namespace {
 
-constexpr std::string_view kProgram = "quiverleaf-pictures";
-constexpr std::uint32_t kMaximumPictureBytes = 512 << 20;
-#ifdef __SANITIZE_ADDRESS__
-// The sanitizer reserves nearly all addresses, and cannot look for leaks in a confined process.
-constexpr std::uint64_t kMemoryBytes = UINT64_MAX;
-const std::vector<std::pair<NSString, NSString>> kEnvironment = {{u"ASAN_OPTIONS"_ns, u"detect_leaks=0"_ns}};
-#else
-constexpr std::uint64_t kMemoryBytes = std::uint64_t{4} << 30;
-const std::vector<std::pair<NSString, NSString>> kEnvironment;
-#endif
 /// The longest side that a picture may have.
 constexpr std::uint32_t kMaximumSide = 32'767;
 
-NSString stringWithNumber(double number) {
-  return NSString::stringWithUTF8String(std::to_string(number));
-}
-
-/// A folder and a file in it with the bytes.
-std::unique_ptr<PrivateFolder> folderWithFile(const NSData &bytes, NSString *path, const std::string &name) {
+/// What `make` answers; raises `InputError` when it is nil.
+NSData checked(const std::string &name, const auto &make) {
   NSError error;
-  auto folder = PrivateFolder::make(&error);
-  if (!folder) throw InputError(name, error);
-  *path = folder->pathOf("input");
-  if (!writeDataToFile(bytes, *path, false)) throw InputError(name, "there is no room for temporary files");
-  return folder;
+  NSData picture = make(&error);
+  if (!picture) throw InputError(name, error);
+  return picture;
 }
 
 }  // namespace
@@ -74,39 +53,11 @@ std::optional<std::uint32_t> numberOfPixels(const std::optional<std::string> &op
 }
 
 NSData makePicture(const PictureOrder &order, const std::string &name) {
-  // The program works in a folder of its own.
-  std::error_code gone;
-  const auto file = std::filesystem::absolute(order.path.fileSystemRepresentation().value_or(""), gone);
-  if (gone) throw InputError(name, "the working directory is gone");
-  const NSString program = NSString::stringWithFileSystemRepresentation(installedProgram(kProgram));
-  if (program.length() == 0) throw InputError(name, "the program that makes pictures is not installed");
-  NSError error;
-  const auto folder = PrivateFolder::make(&error);
-  const Confinement confinement{.writableFolders = {folder ? folder->path() : NSString()},
-                                .memoryBytes = kMemoryBytes};
-  const ChildProgram child{.launchPath = program,
-                           .arguments = {NSString::stringWithUTF8String(order.what),
-                                         NSString::stringWithFileSystemRepresentation(file.native()),
-                                         NSString::stringWithUTF8String(std::to_string(order.side)), order.type,
-                                         stringWithNumber(order.seconds)},
-                           .environment = kEnvironment,
-                           .maximumOutputBytes = kMaximumPictureBytes};
-  // It keeps to the time by itself; this is for when it does not.
-  constexpr double kPatienceSeconds = 2;
-  const auto process = folder ? ChildProcess::start(child, confinement, &error) : nullptr;
-  const auto result = process
-                          ? process->waitUntilExit(Deadline::after(order.seconds + kPatienceSeconds), &error)
-                          : std::nullopt;
-  if (!result) throw InputError(name, error);
-  if (result->terminationStatus != 0)
-    throw InputError(name, NSError::errorWithCode(static_cast<ErrorCode>(result->terminationStatus),
-                                                  result->standardError.UTF8String()));
-  return result->standardOutput;
+  return checked(name, [&](NSError *error) { return makePicture(order, error); });
 }
 
-NSData makePicture(PictureOrder order, const NSData &bytes, const std::string &name) {
-  const auto folder = folderWithFile(bytes, &order.path, name);
-  return makePicture(order, name);
+NSData makePicture(const PictureOrder &order, const NSData &bytes, const std::string &name) {
+  return checked(name, [&](NSError *error) { return makePicture(order, bytes, error); });
 }
 
 }  // namespace nimbo

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
-#include "platform/AppKit/Pasteboard/PictureConversion.hpp"
+#include "platform/AppKit/PictureProgram.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/Unicode/Trimming.hpp"
 #include "platform/Foundation/Unicode/UTF8Conversion.hpp"
@@ -93,6 +93,14 @@ NSData plainRTF(const NSData &data) {
   return text ? RTFFromRange(text, {0, text.length()}) : NSData();
 }
 
+/// A picture in the other of the two formats that pasteboards have.
+NSData convertedPicture(const NSData &picture, bool isPNG, NSError *error) {
+  constexpr double kSeconds = 10;
+  return makePicture(
+      {.what = "picture", .type = isPNG ? u"public.png"_ns : u"public.tiff"_ns, .seconds = kSeconds}, picture,
+      error);
+}
+
 }  // namespace
 
 NSData dataForTarget(const PasteboardTarget &target, const NSData &data) {
@@ -102,7 +110,7 @@ NSData dataForTarget(const PasteboardTarget &target, const NSData &data) {
     case TargetForm::URIList:
       return dataWithBytes(std::string(data.view()) + "\r\n");
     case TargetForm::picture:
-      return convertedPicture(data, target.target == u"image/png"_ns ? u"public.png"_ns : u"public.tiff"_ns);
+      return convertedPicture(data, target.target == u"image/png"_ns, nullptr);
     case TargetForm::plainRTF:
       return plainRTF(data);
     default:
@@ -125,8 +133,7 @@ NSData dataFromTarget(const PasteboardTarget &target, const NSData &bytes, NSErr
     case TargetForm::titleLine:
       return orFail(lineOfLines(bytes, target.form == TargetForm::titleLine));
     case TargetForm::picture:
-      return convertedPicture(
-          bytes, target.type == u"NSTIFFPboardType"_ns ? u"public.tiff"_ns : u"public.png"_ns, error);
+      return convertedPicture(bytes, target.type != u"NSTIFFPboardType"_ns, error);
     default:
       return bytes;
   }
