@@ -63,7 +63,7 @@ NSString passwordOfOptions(const PDFOptions &options, const std::string &file) {
   } else if (!options.password) {
     return NSString();
   }
-  const NSString text = NSString::stringWithUTF8String(password);
+  NSString text = NSString::stringWithUTF8String(password);
   if (!text) throw UsageError("the password is not in UTF-8");
   return text;
 }

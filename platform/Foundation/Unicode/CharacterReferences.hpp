@@ -16,8 +16,9 @@ namespace NIMBO_PUBLIC nimbo {
 
 /// What a character reference stands for.
 struct CharacterReference {
-  /// The units it stands for, and how many there are.
+  /// The units it stands for are the first ones here.
   std::array<unichar, 4> units{};
+  /// How many these are.
   std::uint32_t unitCount = 0;
   /// How many units the reference is long, "&" counted; 0 when there is none.
   std::uint32_t length = 0;
