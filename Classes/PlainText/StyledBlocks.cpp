@@ -17,12 +17,12 @@ namespace {
 bool mayHaveStyle(std::u16string_view tag) {
   constexpr std::size_t kLanes = 8, kBlock = 2 * kLanes, kFirst = 5, kShortestRest = kBlock + 1;
   typedef std::uint16_t Units __attribute__((vector_size(kLanes * sizeof(unichar))));
-  constexpr std::uint16_t kCase = 0x20;
+  constexpr std::uint16_t kCase = 0x20, kY = u'y', kL = u'l';
   const auto hasWordAt = [&](std::size_t i) {
     Units first, second;
     std::memcpy(&first, tag.data() + i, sizeof first);
     std::memcpy(&second, tag.data() + i + 1, sizeof second);
-    return ((first | kCase) == u'y') & ((second | kCase) == u'l');
+    return ((first | kCase) == kY) & ((second | kCase) == kL);
   };
   for (std::size_t i = kFirst; i + kShortestRest <= tag.size(); i += kBlock) {
     const auto found = std::bit_cast<std::array<std::uint64_t, 2>>(hasWordAt(i) | hasWordAt(i + kLanes));

@@ -16,7 +16,7 @@ NSCharacterSet NSCharacterSet::setOfCategories(std::uint32_t categories) {
     auto &[set, wanted] = *static_cast<Request *>(const_cast<void *>(context));
     if (U_MASK(category) & wanted)
       for (UChar32 c = first; c < std::min(limit, 0x10000); ++c) set.addCharacter(static_cast<unichar>(c));
-    return limit <= 0xffff;
+    return limit <= 0xffff ? 1 : 0;
   };
   u_enumCharTypes(addRange, &request);
   return request.set;
