@@ -8,6 +8,7 @@
 #include "Classes/Markup/TagShape.hpp"
 #include "platform/Foundation/Flag.hpp"
 #include "platform/Foundation/NSString.hpp"
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo::detail {
 
@@ -28,7 +29,7 @@ NSString favIconOfLinkTag(const TagShape &tag, Flag preservingMeaning = false);
 bool isDateMeta(std::u16string_view name, std::u16string_view headerField);
 /// Whether the tag, of unknown name, is the root of a feed.
 inline bool isFeedRoot(const TagShape &tag) {
-  return tag.isNamed("rss") || tag.isNamed("feed") || tag.isNamed("rdf:rdf");
+  return tag.isOrdinary() && equalsOneOfASCIINoCase(tag.name(), {"rss", "feed", "rdf:rdf"});
 }
 /// The content of a meta tag as a person reads it.
 NSString convertedMetaContent(std::u16string_view content);

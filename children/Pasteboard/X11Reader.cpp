@@ -2,6 +2,7 @@
 #include "children/Pasteboard/X11Reader.hpp"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "children/Pasteboard/Contents.hpp"
@@ -62,7 +63,14 @@ std::optional<X11Property> X11Reader::convert(xcb_atom_t target, const Patience 
   if (!waitForAnswer(target, patience)) return std::nullopt;
   auto property = connection_.property(connection_.window(), property_, false);
   if (!property || property->type != incremental_) return property;
-  return X11Property{target, receivePieces(patience)};
+  // The fewest bytes that there will be.
+  std::uint32_t announced = 0;
+  std::memcpy(&announced, property->bytes.data(), std::min(property->bytes.size(), sizeof announced));
+  X11Property received{target, receivePieces(patience)};
+  if (received.bytes.size() < announced)
+    throw PasteboardError(ErrorCode::incomplete,
+                          "the program that owns the clipboard gave less than it announced");
+  return received;
 }
 
 /// Whether the owner has given something.

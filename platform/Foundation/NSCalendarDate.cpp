@@ -18,6 +18,7 @@ constexpr std::string_view kWeekdays[] = {"sunday",   "monday", "tuesday", "wedn
 constexpr std::string_view kMonths[] = {"jan", "feb", "mar", "apr", "may", "jun",
                                         "jul", "aug", "sep", "oct", "nov", "dec"};
 constexpr std::size_t kAbbreviatedLength = 3;
+constexpr std::int32_t kHoursOfDay = 24;
 
 /// Reads a text from left to right, a directive at a time.
 class FormReader {
@@ -42,7 +43,7 @@ class FormReader {
       case u'y':
         return readShortYear();
       case u'H':
-        return readNumber(1, 2, time_.hour);
+        return readNumber(1, 2, time_.hour) && time_.hour < kHoursOfDay;
       case u'M':
         return readNumber(1, 2, time_.minute);
       case u'S':
@@ -84,7 +85,9 @@ class FormReader {
 
   bool readNumber(std::size_t fewest, std::size_t most, std::int32_t &number) {
     // A number without its leading zero may stand behind a blank in its place.
-    if (fewest == 1 && rest_.size() > 1 && rest_[0] == u' ' && isASCIIDigit(rest_[1])) rest_.remove_prefix(1);
+    const auto isDigit = [this](std::size_t i) { return i < rest_.size() && isASCIIDigit(rest_[i]); };
+    if (fewest == 1 && most == 2 && rest_.starts_with(u' ') && isDigit(1) && !isDigit(2))
+      rest_.remove_prefix(1);
     std::size_t count = 0;
     for (number = 0; count < most && count < rest_.size() && isASCIIDigit(rest_[count]); ++count)
       number = number * 10 + static_cast<std::int32_t>(digitValue(rest_[count]));

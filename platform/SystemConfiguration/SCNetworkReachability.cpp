@@ -16,8 +16,11 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <thread>
+
+#include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
 namespace {
@@ -119,6 +122,12 @@ struct Resolution {
   std::unique_ptr<addrinfo, FreeAddresses> addresses;
 };
 
+/// Whether the name is always this machine's (RFC 6761), which no name server has to be asked for.
+bool isLoopbackName(std::string_view name) {
+  if (name.ends_with('.')) name.remove_suffix(1);
+  return equalsASCIINoCase(name, "localhost") || endsWithASCIINoCase(name, ".localhost");
+}
+
 /// The addresses of a name; none when it has none or they are not known in time.
 std::unique_ptr<addrinfo, FreeAddresses> addressesOf(const char *nodename, const Deadline &deadline) {
   const auto resolution = std::make_shared<Resolution>();
@@ -151,6 +160,10 @@ SCNetworkConnectionFlags SCNetworkFlagsOfAddress(const sockaddr &address) {
 
 bool SCNetworkCheckReachabilityByName(const char *nodename, SCNetworkConnectionFlags *flags,
                                       const Deadline &deadline) {
+  if (isLoopbackName(nodename)) {
+    *flags = kSCNetworkFlagsReachable | kSCNetworkFlagsIsLocalAddress;
+    return true;
+  }
   const std::unique_ptr<addrinfo, FreeAddresses> addresses = addressesOf(nodename, deadline);
   if (!addresses) return false;
   *flags = 0;

@@ -45,6 +45,20 @@ bool runTask(NSTask task) {
   return false;
 }
 
+/// This process's environment without what zip would take for more options.
+std::vector<std::pair<NSString, NSString>> environmentOfZip() {
+  std::vector<std::pair<NSString, NSString>> variables;
+  for (char **entry = environ; *entry; ++entry) {
+    const std::string_view text = *entry;
+    const std::size_t equals = text.find('=');
+    const std::string_view name = text.substr(0, equals);
+    if (equals == text.npos || name == "ZIPOPT" || name == "ZIP") continue;
+    variables.emplace_back(NSString::stringWithFileSystemRepresentation(std::string(name)),
+                           NSString::stringWithFileSystemRepresentation(std::string(text.substr(equals + 1))));
+  }
+  return variables;
+}
+
 /// The path from the root, also of what is not there.
 NSString absolutePath(const NSString &path) {
   std::error_code error;
@@ -94,6 +108,7 @@ bool compressFiles(std::span<const NSString> files, const NSString &inDirectory,
   if (!append && !removeFile(archive)) return false;
   NSTask task{.launchPath = u"/usr/bin/zip"_ns,
               .arguments = {u"-r"_ns, u"-q"_ns, archive},
+              .environment = environmentOfZip(),
               .currentDirectoryPath = inDirectory};
   std::ranges::transform(files, std::back_inserter(task.arguments), nameArgument);
   return runTask(std::move(task));

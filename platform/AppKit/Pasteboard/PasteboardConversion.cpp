@@ -39,11 +39,12 @@ std::u16string unitsOfUTF16(std::string_view bytes) {
 /// Text in an encoding that the type does not tell as UTF-8.
 NSData textOfBytes(const NSData &bytes) {
   constexpr auto kMark = "\xef\xbb\xbf"sv;
-  const std::string_view view = bytes.view();
+  const bool isMarked = bytes.view().starts_with(kMark);
+  const NSData text = isMarked ? bytes.subdataWithRange({kMark.size(), bytes.length()}) : bytes;
+  const std::string_view view = text.view();
   if (view.starts_with("\xff\xfe"sv) || view.starts_with("\xfe\xff"sv))
     return dataWithUnits(unitsOfUTF16(view));
-  if (view.starts_with(kMark)) return textOfBytes(bytes.subdataWithRange({kMark.size(), bytes.length()}));
-  if (NSString::stringWithUTF8String(view)) return bytes;
+  if (NSString::stringWithUTF8String(view)) return text;
   std::u16string units(view.size(), u'\0');
   std::ranges::transform(view, units.begin(), [](char c) { return static_cast<unsigned char>(c); });
   return dataWithUnits(units);

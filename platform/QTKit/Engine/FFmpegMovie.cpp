@@ -249,7 +249,8 @@ MoviePicture FFmpegMovie::frameAtTime(double seconds, NSError *error) {
       if (seekTo(near + delay)) found = decoder_->search(*format_, {.time = near}, input_.deadline());
       if (found.frame) break;
     }
-    if (from <= start && found.isLate && (format_->iformat->flags & AVFMT_TS_DISCONT) != 0 && seekToFirstByte())
+    const bool isMissed = found.isLate || (!found.frame && found.end != PictureDecoder::End::deadline);
+    if (from <= start && isMissed && (format_->iformat->flags & AVFMT_TS_DISCONT) != 0 && seekToFirstByte())
       if (PictureDecoder::Search first = searchFrom(from, target); first.frame) found = std::move(first);
     const bool isOver = found.end == PictureDecoder::End::deadline || from <= start;
     if (isOver || (found.frame && !found.isLate)) break;

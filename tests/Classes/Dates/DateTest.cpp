@@ -67,6 +67,8 @@ TEST(Date, ReadsEachForm) {
       {"24 December 2006", eve},
       {"December 2006 {draft}", local(2006, 12, 1)},
       {"Christmas", ""},
+      {"24.12.2006 24:00:00", ""},
+      {"1. 12.2006", ""},
       {"1 1", ""},
   };
   for (const auto &[text, expected] : cases) {
@@ -82,7 +84,8 @@ TEST(Date, SaysNothingOfTextsWithoutContent) {
   for (const NSString &text : {NSString(), u""_ns, u" \t\n\u00a0"_ns, u"(24.12.2006)"_ns, u"  ;"_ns})
     EXPECT_FALSE(date(text)) << text.UTF8String();
   for (const NSString &text : {NSString(), u""_ns, u"24.12.2006"_ns, u"Sun, 06 Nov 1994 08:49:37"_ns,
-                               u"So, 06 Nov 1994 08:49:37 GMT"_ns, u"Sun, 06 Dez 1994 08:49:37 GMT"_ns})
+                               u"So, 06 Nov 1994 08:49:37 GMT"_ns, u"Sun, 06 Nov 1994 24:00:00 GMT"_ns,
+                               u"Sun,  06 Nov 1994 08:49:37 GMT"_ns, u"Sun, 06 Dez 1994 08:49:37 GMT"_ns})
     EXPECT_FALSE(dateFromHTTPHeaderValue(text)) << text.UTF8String();
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

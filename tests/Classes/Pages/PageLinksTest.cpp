@@ -105,6 +105,9 @@ TEST(PageLinks, FramesComeWithFacts) {
   EXPECT_FALSE(isSet);
   EXPECT_EQ(htmlLinksAndFramesBaseURL(page, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
   EXPECT_TRUE(ask(u"<html><rss>"_ns).empty());
+  EXPECT_FALSE(isFeed);
+  // The long s is no s, although it is one in capitals.
+  EXPECT_TRUE(ask(u"<r\u017fs><html>"_ns).empty());
   EXPECT_FALSE(icon || title || refresh || revisit || isFeed);
   EXPECT_EQ(robots, NSString::string());
 }

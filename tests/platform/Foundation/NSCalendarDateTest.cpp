@@ -48,10 +48,9 @@ TEST(NSCalendarDate, ReadsWhatTheCLibraryWrites) {
 TEST(NSCalendarDate, TakesNothingThatDoesNotFit) {
   constexpr std::u16string_view kForm = u"%d.%m.%Y %H:%M:%S %Z";
   EXPECT_EQ(read("29.02.2004 23:59:60 GMT", kForm), "2004-03-01T00:00:00Z");
-  EXPECT_EQ(read("1.3.2004 24:00:00 GMT", kForm), "2004-03-02T00:00:00Z");
   for (const char *const text :
        {"29.02.2005 00:00:00 GMT", "0.1.2005 00:00:00 GMT", "1.13.2005 00:00:00 GMT", "1.0.2005 00:00:00 GMT",
-        "1.1.2005 24:00:01 GMT", "1.1.2005 25:00:00 GMT", "1.1.2005 00:60:00 GMT", "1.1.2005 00:00:61 GMT",
+        "1.1.2005 24:00:00 GMT", "1.1.2005 25:00:00 GMT", "1.1.2005 00:60:00 GMT", "1.1.2005 00:00:61 GMT",
         "1.1.05 00:00:00 GMT", "1.1.2005 00:00:00", "1.1.2005 00:00:00 GMT ", "1.1.2005  00:00:00 XYZ",
         "001.1.2005 00:00:00 GMT", "1.1.2005 00:00:00 +25:00", "1.1.2005 00:00:00 Europe/Nowhere", ""})
     EXPECT_EQ(read(text, kForm), "") << text;

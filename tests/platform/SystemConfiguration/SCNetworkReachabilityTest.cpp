@@ -16,6 +16,8 @@ constexpr SCNetworkConnectionFlags kNear = kSCNetworkFlagsIsLocalAddress | kSCNe
 TEST(SCNetworkReachability, TellsThisMachineFromOthers) {
   const std::pair<const char *, SCNetworkConnectionFlags> cases[] = {
       {"localhost", kSCNetworkFlagsIsLocalAddress},
+      {"LocalHost.", kSCNetworkFlagsIsLocalAddress},
+      {"page.localhost", kSCNetworkFlagsIsLocalAddress},
       {"127.0.0.1", kSCNetworkFlagsIsLocalAddress},
       {"127.9.8.7", kSCNetworkFlagsIsLocalAddress},
       {"0x7f.1", kSCNetworkFlagsIsLocalAddress},

@@ -27,6 +27,7 @@ TEST(PasteboardConversion, ReadsWhateverComes) {
       {text, "a\xc3\xa4"sv, "a\xc3\xa4"sv},
       {text, "a\xe4\x80"sv, "a\xc3\xa4\xc2\x80"sv},
       {text, "\xef\xbb\xbf<b>"sv, "<b>"sv},
+      {text, "\xef\xbb\xbf\xef\xbb\xbf-"sv, "\xef\xbb\xbf-"sv},
       {text, "\xfe\xff\0a\xd8\x3d\xde\0"sv, "a\xf0\x9f\x98\x80"sv},
       {text, "\xff\xfe"sv, ""sv},
       {text, "\xff\xfe\x3d\xd8\x61"sv, "\xef\xbf\xbd"sv},
