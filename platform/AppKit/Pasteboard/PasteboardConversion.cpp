@@ -40,7 +40,7 @@ std::u16string unitsOfUTF16(std::string_view bytes) {
 NSData textOfBytes(const NSData &bytes) {
   constexpr auto kMark = "\xef\xbb\xbf"sv;
   const bool isMarked = bytes.view().starts_with(kMark);
-  const NSData text = isMarked ? bytes.subdataWithRange({kMark.size(), bytes.length()}) : bytes;
+  NSData text = isMarked ? bytes.subdataWithRange({kMark.size(), bytes.length()}) : bytes;
   const std::string_view view = text.view();
   if (view.starts_with("\xff\xfe"sv) || view.starts_with("\xfe\xff"sv))
     return dataWithUnits(unitsOfUTF16(view));
