@@ -10,6 +10,7 @@
 #include "helper/TextCleaning.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Foundation/NSGeometry.hpp"
+#include "platform/Foundation/System/ForeignCall.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 
 namespace nimbo {
@@ -93,6 +94,7 @@ id QuiverleafHelper::textOfPDF(PDFDocument &document, const PDFTextOptions &opti
   if (options.byPage) return fixedAndNormalizedPages(document, pages, kPageTextTimeoutSeconds, error);
   if (file && mayAskImporterForText(attributes)) {
     NSError importerError;
+    const ForeignCall call;
     if (const NSString text = _mdimporter.textContentOfFileAtPath(file, &importerError)) {
       if (error && importerError) *error = std::move(importerError);
       return cleanedText(text);

@@ -14,6 +14,7 @@
 #include "platform/Documents/NSAttributedStringPath.hpp"
 #include "platform/Foundation/ExceptionGuard.hpp"
 #include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/System/ForeignCall.hpp"
 #include "platform/WebKit/NSAttributedStringHTML.hpp"
 
 namespace nimbo {
@@ -45,6 +46,7 @@ NSURL URLOfCaller(const NSString &string) {
 }  // namespace
 
 NSDictionary QuiverleafHelper::metaDataForFile(const NSString &path, NSError *error) {
+  const ForeignCall call;
   NSDictionary metaData = _mdimporter.metaDataOfFileAtPath(path, error);
   for (const NSString &key : metaData.allKeys())
     if (metaData.objectForKey(key).isNull()) metaData.removeObjectForKey(key);

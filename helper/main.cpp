@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 
+#include "helper/Descriptors.hpp"
 #include "helper/HelperOptions.hpp"
 #include "helper/NimboImExport.hpp"
 #include "helper/QuiverleafHelper.hpp"
@@ -18,6 +19,7 @@ int main(int argc, char **argv) {
   int exitCode = EXIT_SUCCESS;
   const auto options = readHelperOptions(argc, argv, &exitCode);
   if (!options) return exitCode;
+  if (!prepareDescriptors()) return EXIT_FAILURE;
   NSConnection &connection = NSConnection::defaultConnection();
   QuiverleafHelper rootObject;
   connection.setRootObject(&rootObject);

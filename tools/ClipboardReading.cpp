@@ -88,8 +88,9 @@ class Clipboard {
                    NSError::errorWithCode(ErrorCode::incomplete, "its page has no text"));
   }
   NSData picture(double seconds) const {
-    if (type_ == PNGPboardType) return data();
-    return makePicture({.what = "picture", .type = u"public.png"_ns, .seconds = seconds}, data(),
+    NSData picture = data();
+    if (type_ == PNGPboardType && picture.length() > 0) return picture;
+    return makePicture({.what = "picture", .type = u"public.png"_ns, .seconds = seconds}, picture,
                        kClipboardName);
   }
 

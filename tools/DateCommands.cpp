@@ -16,14 +16,12 @@ struct DateOptions : CommonOptions {
 };
 
 int runDate(const DateOptions &options, const Operands &operands) {
-  // A property list has no null.
-  const id noDate = options.propertyList ? id(NSString::string()) : id(NSNull());
   NSArray answers = NSArray::array();
   bool isComplete = true;
   for (const std::string &operand : operands) {
     const NSString text = NSString::stringWithLossyUTF8String(operand);
     const auto found = options.http ? dateFromHTTPHeaderValue(text) : date(text);
-    answers.addObject(found ? id(*found) : noDate);
+    answers.addObject(found ? id(*found) : id(NSNull()));
     isComplete = isComplete && found;
   }
   writeResult(answers, options);
@@ -40,7 +38,7 @@ const std::vector<Command> &dateCommands() {
         .description = R"(
 Prints an array with the moment of each text, ISO 8601 in UTC, and null for a text that is no date,
 of which there is a line on standard error, too; the exit status is 3 then. Texts without a zone
-are in the one of TZ. In a property list "" stands for null.)",
+are in the one of TZ.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
         .takesEmptyOperands = true,

@@ -7,13 +7,13 @@
 #include <system_error>
 
 #include "Classes/Feeds/FeedReading.hpp"
-#include "platform/Foundation/NSArray.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
 #include "platform/Foundation/id.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
+#include "tools/LongResult.hpp"
 #include "tools/Output.hpp"
 #include "tools/URLOperands.hpp"
 
@@ -30,26 +30,12 @@ struct FeedOptions : CommonOptions {
   bool OPML = false;
 };
 
-/// How much of a long list is gathered before it is written.
-constexpr std::size_t kWrittenBytes = 64u << 10;
-
 void writeItems(const Feed &feed, const CommonOptions &options) {
-  if (options.pretty || options.propertyList) {
-    NSArray items = NSArray::array();
-    for (const FeedItem &item : feed.items) items.addObject(dictionaryOfFeedItem(item));
-    return writeResult(items, options);
-  }
-  // There may be a million: they are written as they come.
-  std::string text = "[";
-  std::string_view separator;
-  for (const FeedItem &item : feed.items) {
-    text.append(separator) += JSONFromValue(dictionaryOfFeedItem(item), false);
-    separator = ",";
-    if (text.size() < kWrittenBytes) continue;
-    writeOutput(text);
-    text.clear();
-  }
-  writeOutput(text + "]\n");
+  LongResult result(options);
+  result.beginList();
+  for (const FeedItem &item : feed.items) result.addObject(dictionaryOfFeedItem(item));
+  result.endList();
+  result.end();
 }
 
 /// Makes the style sheet that is installed with this program the one of pages, unless the user has set another.

@@ -8,6 +8,7 @@
 #include "tools/FileURLs.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/RegularInput.hpp"
 #include "tools/URLOperands.hpp"
 
 namespace nimbo {
@@ -32,7 +33,7 @@ int createLocation(const std::string &operand, const std::string &output) {
   else
     throw UsageError("'" + output + "' has no extension of a location file, as is '" +
                      pathExtensionForInternetLocation(url).UTF8String() + "'");
-  if (!isWritten) throw OutputError(output + ": cannot be written");
+  if (!isWritten) throw OutputError(messageOfFailedWriting(output));
   return kExitAnswered;
 }
 
@@ -47,16 +48,17 @@ int runLocation(const LocationOptions &options, const Operands &operands) {
   int exitCode = kExitAnswered;
   for (const std::string &operand : operands) {
     const std::string file = pathOfFileArgument(operand);
+    const auto input = RegularInput::ofStandardInput(file, options.timeoutSeconds);
     NSError error;
-    const NSString url = resolveInternetLocation(NSString::stringWithFileSystemRepresentation(file), &error);
+    const NSString url = resolveInternetLocation(
+        input ? input->path() : NSString::stringWithFileSystemRepresentation(file), &error);
     if (url) {
       urls.addObject(url);
       continue;
     }
-    writeMessage(InputError(file, error).what());
+    writeMessage(InputError(nameOfInput(file), error).what());
     if (exitCode == kExitAnswered) exitCode = exitCodeForError(error.errorCode());
-    // A property list has no null.
-    urls.addObject(options.propertyList ? id(NSString::string()) : id(NSNull()));
+    urls.addObject(NSNull());
   }
   if (exitCode == kExitAnswered || operands.size() > 1) writeResult(urls, options);
   return exitCode;
@@ -71,13 +73,13 @@ const std::vector<Command> &locationCommands() {
         .summary = "the URLs of location files, or a new one",
         .description = R"(
 Prints a JSON array with the URL of each file: a property list (.webloc and its like), a shortcut (.url)
-or a desktop entry of type Link. One that has none is told, and null. With --create there is a URL in the
-place of FILE, which is written to the output; the extension of that says in which form.)",
+or a desktop entry of type Link. One that has none is told, and null. FILE "-" is standard input.
+With --create there is a URL in the place of FILE, which is written to the output; the extension of that says
+in which form.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
         .fileOperands = 0,
-        .asksHelper = false,
-        .takesTime = false},
+        .asksHelper = false},
        runLocation,
        {{"create", &LocationOptions::create, nullptr, "write a location file"},
         {"output", &LocationOptions::output, "FILE", "the location file to write (-o)"}}},

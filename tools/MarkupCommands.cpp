@@ -13,6 +13,7 @@
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
+#include "tools/LongResult.hpp"
 #include "tools/Output.hpp"
 
 namespace nimbo {
@@ -27,12 +28,9 @@ struct StripOptions : CommonOptions {
   bool objects = false;
 };
 
-/// How much of a long list is gathered before it is written.
-constexpr std::size_t kWrittenBytes = 64u << 10;
-
-/// A call of the scanner; a tag without a name has `missing` in its place.
-NSDictionary valueOfTag(const TagShape &tag, const id &missing) {
-  const id name = tag.name().empty() ? missing : NSString::stringWithCharacters(tag.name());
+/// A call of the scanner; the name may be null.
+NSDictionary valueOfTag(const TagShape &tag) {
+  const id name = tag.name().empty() ? id(NSNull()) : NSString::stringWithCharacters(tag.name());
   return {{u"kind"_ns, static_cast<int>(tag.kind())},
           {u"name"_ns, name},
           {u"tag"_ns, NSArray{tag.tagRange().location, tag.tagRange().length}},
@@ -41,25 +39,11 @@ NSDictionary valueOfTag(const TagShape &tag, const id &missing) {
 
 int runTags(const CommonOptions &options, const Operands &operands) {
   const NSString string = textOfInput(operands.front(), options.timeoutSeconds);
-  // A property list has no null.
-  const id missing = options.propertyList ? id() : id(NSNull());
-  if (options.pretty || options.propertyList) {
-    NSArray tags = NSArray::array();
-    scanTags(string, [&](const TagShape &tag) { tags.addObject(valueOfTag(tag, missing)); });
-    writeResult(tags, options);
-    return kExitAnswered;
-  }
-  // There may be millions: they are written as they come.
-  std::string text = "[";
-  std::string_view separator;
-  scanTags(string, [&](const TagShape &tag) {
-    text.append(separator) += JSONFromValue(valueOfTag(tag, missing), false);
-    separator = ",";
-    if (text.size() < kWrittenBytes) return;
-    writeOutput(text);
-    text.clear();
-  });
-  writeOutput(text + "]\n");
+  LongResult result(options);
+  result.beginList();
+  scanTags(string, [&](const TagShape &tag) { result.addObject(valueOfTag(tag)); });
+  result.endList();
+  result.end();
   return kExitAnswered;
 }
 

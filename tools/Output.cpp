@@ -111,6 +111,23 @@ class JSONWriter {
   std::size_t depth_ = 0;
 };
 
+/// The value as XML property lists can hold it, which have no null and dates of the years 0 to 9999 alone: an
+/// entry of a dictionary without a value is left out, an element of an array is an empty string.
+id valueForPropertyList(const id &value, const id &null = NSString::string()) {
+  if (const NSArray array = value.array()) {
+    NSArray elements = NSArray::array();
+    for (const id &element : array) elements.addObject(valueForPropertyList(element));
+    return elements;
+  }
+  if (const NSDictionary dictionary = value.dictionary()) {
+    NSDictionary entries = NSDictionary::dictionary();
+    for (const auto &[key, entry] : dictionary) entries.setObject(valueForPropertyList(entry, id()), key);
+    return entries;
+  }
+  const auto date = value.date();
+  return value.isNull() || (date && !date->ISO8601String()) ? null : value;
+}
+
 bool endsLine(const NSString &text) {
   return text.view().ends_with(u'\n') || text.view().ends_with(u'\f');
 }
@@ -153,8 +170,8 @@ void writeLines(const NSString &text) {
 void writeResult(const id &value, const CommonOptions &options) {
   if (!options.propertyList) return writeOutput(JSONFromValue(value, options.pretty) + "\n");
   NSError error;
-  const NSData list =
-      NSPropertyListSerialization::dataWithPropertyList(value, NSPropertyListFormat::xml, &error);
+  const NSData list = NSPropertyListSerialization::dataWithPropertyList(valueForPropertyList(value),
+                                                                        NSPropertyListFormat::xml, &error);
   if (!list)
     throw OutputError("the result cannot be written as a property list: " +
                       error.localizedFailureReason.UTF8String());
@@ -162,9 +179,13 @@ void writeResult(const id &value, const CommonOptions &options) {
   if (!list.view().ends_with('\n')) writeOutput("\n");
 }
 
+std::string messageOfFailedWriting(const std::string &file) {
+  return file + ": it cannot be written: " + std::generic_category().message(errno);
+}
+
 void writeFile(const NSData &data, const std::string &file) {
   if (!writeDataToFile(data, NSString::stringWithFileSystemRepresentation(file), true))
-    throw OutputError(file + ": cannot be written");
+    throw OutputError(messageOfFailedWriting(file));
 }
 
 void writeMessage(std::string_view message) {

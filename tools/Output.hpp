@@ -42,8 +42,11 @@ void writeOutput(std::string_view text);
 void writeText(const NSString &text);
 /// The same, without the line feed where the text ends in one or in a form feed.
 void writeLines(const NSString &text);
-/// Writes a result and a line feed, as JSON or as an XML property list. Raises `OutputError`.
+/// Writes a result and a line feed, as JSON or as an XML property list; what both cannot hold is left out of
+/// the dictionaries of the latter and is an empty string in its arrays. Raises `OutputError`.
 void writeResult(const id &value, const CommonOptions &options);
+/// What is told of a file that has just not been written; errno says why it was not.
+std::string messageOfFailedWriting(const std::string &file);
 /// Writes a file, whole or not at all. Raises `OutputError`.
 void writeFile(const NSData &data, const std::string &file);
 /// Writes "quiverleaf: MESSAGE" to standard error; control characters become '?', so that it is one line.

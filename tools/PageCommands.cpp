@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tools/PageCommands.hpp"
 
-#include <iterator>
 #include <unordered_set>
+#include <utility>
 
 #include "Classes/Characters/FastSearches.hpp"
 #include "Classes/Pages/NSString+HtmlExtensions+PageLinks.hpp"
@@ -12,6 +12,7 @@
 #include "platform/Foundation/id.hpp"
 #include "tools/ExitCode.hpp"
 #include "tools/InputText.hpp"
+#include "tools/LongResult.hpp"
 #include "tools/Output.hpp"
 
 namespace nimbo {
@@ -49,13 +50,6 @@ int runPage(const CommonOptions &options, const Operands &operands) {
   return kExitAnswered;
 }
 
-/// Where the links of each kind stand in the result, in the order of `PageLinkKind`.
-const NSString &nameOfKind(PageLinkKind kind) {
-  static const NSString names[] = {u"Links"_ns, u"Frames"_ns, u"Images"_ns, u"StylesheetsAndScripts"_ns,
-                                   u"EmbeddedObjects"_ns};
-  return names[static_cast<std::size_t>(kind)];
-}
-
 bool isWanted(const PageLink &link, const LinksOptions &options, const NSString &containing) {
   if (link.kind != PageLinkKind::kLink) return true;
   if ((options.noFollow && link.isNoFollow) || (options.filtered && filterLink(link.URL))) return false;
@@ -78,20 +72,27 @@ int runLinks(const LinksOptions &options, const Operands &operands) {
   const PageContents contents =
       contentsOfPage(page, {.preservingMeaning = true,
                             .withDetails = options.details || options.noFollow || containing.length() > 0});
-  std::vector<NSArray> links(static_cast<std::size_t>(PageLinkKind::kObject) + 1, NSArray::array());
-  std::vector<std::unordered_set<NSString, NSStringHash>> known(links.size());
-  for (const PageLink &link : contents.links) {
-    const auto kind = static_cast<std::size_t>(link.kind);
-    if (!isWanted(link, options, containing)) continue;
-    if (options.details)
-      links[kind].addObject(detailsOf(link));
-    else if (known[kind].insert(link.URL).second)
-      links[kind].addObject(link.URL);
+  LongResult result(options);
+  result.setObject(contents.linksBaseURL.absoluteString(), u"BaseURL"_ns);
+  const std::pair<PageLinkKind, NSString> kinds[] = {
+      {PageLinkKind::kLink, u"Links"_ns},
+      {PageLinkKind::kFrame, u"Frames"_ns},
+      {PageLinkKind::kImage, u"Images"_ns},
+      {PageLinkKind::kSheetOrScript, u"StylesheetsAndScripts"_ns},
+      {PageLinkKind::kObject, u"EmbeddedObjects"_ns}};
+  for (const auto &[kind, name] : kinds) {
+    result.beginList(name);
+    std::unordered_set<NSString, NSStringHash> known;
+    for (const PageLink &link : contents.links) {
+      if (link.kind != kind || !isWanted(link, options, containing)) continue;
+      if (options.details)
+        result.addObject(detailsOf(link));
+      else if (known.insert(link.URL).second)
+        result.addObject(link.URL);
+    }
+    result.endList();
   }
-  NSDictionary result = {{u"BaseURL"_ns, contents.linksBaseURL.absoluteString()}};
-  for (std::size_t kind = 0; kind < links.size(); ++kind)
-    result.setObject(links[kind], nameOfKind(static_cast<PageLinkKind>(kind)));
-  writeResult(result, options);
+  result.end();
   return kExitAnswered;
 }
 

@@ -52,6 +52,11 @@ bool isReadHere(const NSString &type) {
   return isPageType(type) || type == u"public.plain-text"_ns;
 }
 
+std::optional<RegularInput> RegularInput::ofStandardInput(const std::string &operand, double patienceSeconds) {
+  if (operand != "-") return std::nullopt;
+  return std::optional<RegularInput>(std::in_place, operand, patienceSeconds);
+}
+
 RegularInput::RegularInput(const std::string &operand, double patienceSeconds)
     : name_(nameOfInput(operand)), path_(NSString::stringWithFileSystemRepresentation(operand)) {
   if (operand != "-" && typeOfPath(path_) != u"public.item"_ns) return;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,8 @@ bool isReadHere(const NSString &type);
 /// from standard input or a pipe.
 class RegularInput {
  public:
+  /// What stands on standard input when the operand is "-", else nothing. Raises `InputError`.
+  static std::optional<RegularInput> ofStandardInput(const std::string &operand, double patienceSeconds);
   /// Raises `InputError`.
   RegularInput(const std::string &operand, double patienceSeconds);
 

@@ -5,6 +5,7 @@
 #include "tools/ExitCode.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/Output.hpp"
+#include "tools/RegularInput.hpp"
 
 namespace nimbo {
 
@@ -14,16 +15,17 @@ int runType(const CommonOptions &options, const Operands &operands) {
   NSArray types = NSArray::array();
   int exitCode = kExitAnswered;
   for (const std::string &file : operands) {
+    const auto input = RegularInput::ofStandardInput(file, options.timeoutSeconds);
     NSError error;
-    const NSString type = LSCopyItemContentType(NSString::stringWithFileSystemRepresentation(file), &error);
+    const NSString type = LSCopyItemContentType(
+        input ? input->path() : NSString::stringWithFileSystemRepresentation(file), &error);
     if (type) {
       types.addObject(type);
       continue;
     }
-    writeMessage(InputError(file, error).what());
+    writeMessage(InputError(nameOfInput(file), error).what());
     exitCode = kExitUnreadable;
-    // A property list has no null.
-    types.addObject(options.propertyList ? id(NSString::string()) : id(NSNull()));
+    types.addObject(NSNull());
   }
   if (exitCode == kExitAnswered || operands.size() > 1) writeResult(types, options);
   return exitCode;
@@ -39,11 +41,10 @@ const std::vector<Command> &typeCommands() {
         .description = R"(
 Prints a JSON array with the type of each file, a uniform type identifier as "com.adobe.pdf": by its name,
 and where that says nothing by its content. It is the type that importers are chosen by. One of which nothing
-is known is "public.data"; where there is no such file, that is told, and null.)",
+is known is "public.data"; where there is no such file, that is told, and null. FILE "-" is standard input.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
-        .asksHelper = false,
-        .takesTime = false},
+        .asksHelper = false},
        runType},
   };
   return commands;

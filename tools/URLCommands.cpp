@@ -18,10 +18,8 @@ struct URLOptions : CommonOptions {
 int runURL(const URLOptions &options, const Operands &operands) {
   const NSURL base = options.base ? URLOfOperand(*options.base) : NSURL();
   NSArray reports = NSArray::array();
-  // A property list has no null.
-  const id missing = options.propertyList ? id() : id(NSNull());
   for (const std::string &operand : operands)
-    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, options.markup, missing));
+    reports.addObject(reportOnURL(NSString::stringWithLossyUTF8String(operand), base, options.markup));
   writeResult(reports, options);
   return kExitAnswered;
 }

@@ -72,17 +72,16 @@ NSDictionary typesOf(const NSString &extension) {
 
 }  // namespace
 
-NSDictionary reportOnURL(const NSString &string, const NSURL &base, Flag isMarkup, const id &missing) {
-  const auto orMissing = [&](const NSURL &url) { return url ? id(url.absoluteString()) : missing; };
+NSDictionary reportOnURL(const NSString &string, const NSURL &base, Flag isMarkup) {
+  const auto orNull = [&](const NSURL &url) { return url ? id(url.absoluteString()) : id(NSNull()); };
   NSDictionary report = {{u"String"_ns, string}};
   const NSURL url = NSURL::URLWithString(string);
-  report.setObject(orMissing(url), u"URL"_ns);
+  report.setObject(orNull(url), u"URL"_ns);
   const NSString normalized =
       isMarkup ? normalizedStringURL(string, false, true) : stringURLWrittenBy(cleanURLUnits, string);
-  if (base) report.setObject(orMissing(URLRelativeTo(isMarkup ? normalized : string, base)), u"Resolved"_ns);
+  if (base) report.setObject(orNull(URLRelativeTo(isMarkup ? normalized : string, base)), u"Resolved"_ns);
   report.addEntriesFromDictionary({
-      {u"Repaired"_ns,
-       orMissing(isMarkup ? URLWithNormalizedStringURL(normalized) : URLWithTypedString(string))},
+      {u"Repaired"_ns, orNull(isMarkup ? URLWithNormalizedStringURL(normalized) : URLWithTypedString(string))},
       {u"Normalized"_ns, normalized},
       {u"Simplified"_ns, simplifiedStringURL(normalized)},
       {u"Escaped"_ns, NSDictionary{{u"Standard"_ns, stringByAddingStandardPercentEscapesToURL(string)},

@@ -2,6 +2,7 @@
 #include <csignal>
 #include <exception>
 
+#include "platform/Foundation/NSLog.hpp"
 #include "tools/CommandLine.hpp"
 #include "tools/Commands.hpp"
 #include "tools/ExitCode.hpp"
@@ -45,6 +46,7 @@ int runCommandLine(const std::vector<std::string> &arguments) {
 int main(int argumentCount, char **arguments) {
   using namespace nimbo;
   const SignalHandler inherited = prepareStandardStreams();
+  setLogWriter(writeMessage);
   try {
     return runCommandLine({arguments, arguments + argumentCount});
   } catch (const UsageError &error) {

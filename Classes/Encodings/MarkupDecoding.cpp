@@ -15,6 +15,7 @@
 #include "Classes/Characters/UnicodeConverters.hpp"
 #include "Classes/Encodings/CharsetNames.hpp"
 #include "Classes/Encodings/NSString+XmlExtensions+Encoding.hpp"
+#include "platform/CoreServices/TextEncodings/ExtendedEncoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodingDetection.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/CoreServices/TextEncodings/TECConverter.hpp"
@@ -50,19 +51,6 @@ constexpr CFStringEncoding kChineseEncodings[] = {
     kCFStringEncodingEUC_TW, kCFStringEncodingGB_2312_80, kCFStringEncodingHZ_GB_2312,
     kCFStringEncodingGBK_95, kCFStringEncodingBig5,       kCFStringEncodingBig5_HKSCS_1999,
     kCFStringEncodingBig5_E,
-};
-
-/// What files hold under the name of an encoding: the same codes and some of a maker's more.
-struct Extension {
-  NSStringEncoding standard, extended;
-};
-constexpr Extension kExtensions[] = {
-    {NSISOLatin1StringEncoding, NSWindowsCP1252StringEncoding},
-    {kExtended | kCFStringEncodingISOLatin5, NSWindowsCP1254StringEncoding},
-    {kExtended | kCFStringEncodingISOLatinThai, kExtended | kCFStringEncodingDOSThai},
-    {NSShiftJISStringEncoding, kExtended | kCFStringEncodingDOSJapanese},
-    {kEUCCN, kExtended | kCFStringEncodingGBK_95},
-    {kBig5, kBig5HKSCS},
 };
 
 bool isEncoding(NSStringEncoding encoding) {
@@ -148,9 +136,17 @@ DecodedMarkup decodePlainly(std::string_view bytes, NSStringEncoding encoding) {
   return {std::move(string), encoding};
 }
 
-bool hasShiftStates(CFStringEncoding encoding) {
-  return (encoding >= kCFStringEncodingISO_2022_JP && encoding <= kCFStringEncodingISO_2022_KR) ||
-         encoding == kCFStringEncodingHZ_GB_2312;
+/// Whether the encoding is one of the two for Czech and Slovak, in which a text is read as a whole or, unless
+/// its encoding is to be detected, not at all.
+bool isReadAsAWhole(NSStringEncoding encoding) {
+  return encoding == NSKamenickyStringEncoding || encoding == NSKOI8CS2StringEncoding;
+}
+
+/// Whether all is written in ASCII, with sequences that say what its characters stand for.
+bool hasShiftStates(NSStringEncoding encoding) {
+  const CFStringEncoding number = CFStringConvertNSStringEncodingToEncoding(encoding);
+  return (number >= kCFStringEncodingISO_2022_JP && number <= kCFStringEncodingISO_2022_KR) ||
+         number == kCFStringEncodingHZ_GB_2312;
 }
 
 /// The text with U+FFFD for each byte that is impossible in the encoding, which has no states; nil when it
@@ -182,7 +178,7 @@ NSString stringWithReplacements(std::string_view bytes, CFStringEncoding encodin
 DecodedMarkup decodeDamaged(std::string_view bytes, NSStringEncoding encoding) {
   if (const NSStringEncoding extended = extendedEncoding(encoding); isEncoding(extended)) encoding = extended;
   const CFStringEncoding number = CFStringConvertNSStringEncodingToEncoding(encoding);
-  if (!hasSequences(number) || hasShiftStates(number)) return {};
+  if (!hasSequences(number) || hasShiftStates(encoding)) return {};
   NSString string = stringWithReplacements(bytes, number);
   const auto foreign = std::ranges::count_if(string.view(), [](unichar unit) { return unit >= 0x80; });
   if ((kCharactersPerFlaw + 1) * countFlaws(string) > static_cast<std::size_t>(foreign)) return {};
@@ -367,10 +363,12 @@ class MarkupDecoder {
   const bool detects_;
 };
 
-/// The text if it is as it declares, which needs no statistics; else nil.
+/// The text if it is as it declares, which needs no statistics; else nil. Escape sequences may be those of an
+/// encoding that is not declared.
 DecodedMarkup MarkupDecoder::bestAsDeclared() const {
   const NSStringEncoding declared = declaredEncoding(NSString());
   if (!isWorthReading(declared, {})) return {};
+  if (!hasShiftStates(declared) && bytes_.find('\x1b') != bytes_.npos) return {};
   DecodedMarkup decoded = decodeExtended(bytes_, decodeAs(bytes_, declared));
   return decoded.string && !isDamaged(decoded) ? decoded : DecodedMarkup{};
 }
@@ -395,6 +393,8 @@ DecodedMarkup MarkupDecoder::weigh(DecodedMarkup first, NSStringEncoding working
   if (declared == working && first.string) return {std::move(first.string), working};
   if (!isWorthReading(declared, first)) return first.string ? first : lastResort(working, declared);
   DecodedMarkup detected = detects_ && !isSupplied() ? first : DecodedMarkup{};
+  // To an encoding without states its escape sequences would be text.
+  if (hasShiftStates(detected.encoding) && !hasShiftStates(declared)) return detected;
   if (declared == NSWindowsCP1251StringEncoding && !(isSupplied() && supplied_ == NSUTF8StringEncoding)) {
     first = {};
     working = NSWindowsCP1250StringEncoding;
@@ -408,7 +408,7 @@ DecodedMarkup MarkupDecoder::weigh(DecodedMarkup first, NSStringEncoding working
   if (second.string && !isDamaged(second)) return second;
   if (isSound(detected)) return detected;
   if (DecodedMarkup relative = decodeAsRelative(bytes_, declared); relative.string) return relative;
-  if (second.string) return second;
+  if (second.string && (detects_ || !isReadAsAWhole(declared))) return second;
   if (detects_ && !isKnownByLetters(detected))
     if (DecodedMarkup damaged = decodeDamaged(bytes_, declared); damaged.string) return damaged;
   return first.string ? first : lastResort(working, declared);
@@ -424,11 +424,6 @@ DecodedMarkup MarkupDecoder::lastResort(NSStringEncoding working, NSStringEncodi
 }
 
 }  // namespace
-
-NSStringEncoding extendedEncoding(NSStringEncoding encoding) {
-  const auto *const extension = std::ranges::find(kExtensions, encoding, &Extension::standard);
-  return extension == std::end(kExtensions) ? kNoEncoding : extension->extended;
-}
 
 NSStringEncoding likelyEncoding(const NSData &data) {
   const DetectedString detected = stringWithDetectedEncoding(data.view());

@@ -37,8 +37,8 @@ NSStringEncoding likelyEncoding(const NSData &data);
 /// - The last resort is the supplied, then the default encoding, without anything amiss.
 ///
 /// Text that is read as ISO Latin 1 or 5, ISO Latin Thai, Shift JIS, EUC-CN or Big5 is read as the extended
-/// form of it (Windows-1252, 1254 or 874, Windows-31J, GBK, Big5-HKSCS) if fewer codes are then without a
-/// meaning or upper controls.
+/// form of it (Windows-1252, 1254 or 874, Windows-31J, GBK, Big5-HKSCS: `extendedEncoding`) if fewer codes are
+/// then without a meaning or upper controls.
 ///
 /// UTF-8 may be damaged: what is not valid becomes U+FFFD, if more characters beyond ASCII are whole than not.
 /// Nil when there are no bytes, or no encoding fits. Any thread may call it.
@@ -54,9 +54,5 @@ DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied, NSStri
 /// character. Text that is said to be in one of those may be damaged as UTF-8 may, with ten whole characters
 /// for each damage at least.
 DecodedMarkup decodeMarkup(const NSData &data, NSStringEncoding supplied);
-
-/// The extended form of an encoding in which text that is said to be in it often is, as Windows-1252 of ISO
-/// Latin 1; `kCFStringEncodingInvalidId` when there is none.
-NSStringEncoding extendedEncoding(NSStringEncoding encoding);
 
 }  // namespace nimbo

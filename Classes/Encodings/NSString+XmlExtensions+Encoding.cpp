@@ -9,6 +9,7 @@
 #include "Classes/Encodings/MarkupDecoding.hpp"
 #include "Classes/Encodings/MarkupEncoding.hpp"
 #include "Classes/Markup/NSString+XmlExtensions.hpp"
+#include "platform/CoreServices/TextEncodings/ExtendedEncoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"

@@ -14,51 +14,8 @@ namespace nimbo::detail {
 
 namespace {
 
-constexpr std::u16string_view kCommentEnd = u"-->";
-
 bool areEqual(std::u16string_view a, std::u16string_view b) {
   return a == b || std::ranges::equal(a, b, {}, toASCIILower<unichar>, toASCIILower<unichar>);
-}
-
-const unichar *endOf(std::u16string_view units) {
-  return units.data() + units.size();
-}
-
-/// Whether the text of the element is markup, with others' elements in it.
-bool holdsMarkup(FeedElement element) {
-  using enum FeedElement;
-  switch (element) {
-    case kDescription:
-    case kContent:
-    case kSubtitle:
-    case kOtherDescription:
-    case kOtherContent:
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool isTitle(FeedElement element) {
-  return element == FeedElement::kTitle || element == FeedElement::kOtherTitle;
-}
-
-/// Whether a start tag tells that the end tag of the field in front of it is missing.
-bool endsField(FeedElement field, FeedElement element) {
-  using enum FeedElement;
-  if (isNeverMarkup(element)) return true;
-  if (holdsMarkup(field)) return false;
-  switch (element) {
-    case kTitle:
-    case kLink:
-    case kDescription:
-    case kContent:
-    case kAuthor:
-    case kCategory:
-      return true;
-    default:
-      return false;
-  }
 }
 
 /// Whether a start tag is more than its name.
@@ -71,13 +28,10 @@ NSString attributeText(const TagShape &tag, std::string_view name) {
   return hasAttributes(tag) ? feedText(tag.attribute(name), Decoding::kStandardEntities) : NSString();
 }
 
-void setIfEmpty(NSString &value, const NSString &text) {
-  if (value.length() == 0) value = text;
-}
-
-/// Whether an identifier is that of a page.
-bool isPage(std::u16string_view identifier) {
-  return startsWithASCIINoCase(identifier, "http://") || startsWithASCIINoCase(identifier, "https://");
+/// The text of an element by names alone: all of it, references decoded.
+NSString textByName(FeedElement element, std::u16string_view units) {
+  return feedText(units, holdsMarkup(element) || element == FeedElement::kLink ? Decoding::kStandardEntities
+                                                                               : Decoding::kEntities);
 }
 
 /// Whether a link begins with a scheme.
@@ -94,36 +48,12 @@ bool readTagOfFeed(const TagShape &tag, FeedContext &context) {
 
 const TagHandler Feed2HTMLHandler = tagHandler<readTagOfFeed>;
 
-/// What stands between CDATA sections is scanned by itself: the scanner ends a section at "]>", and takes a
-/// quote or a comment that begins in one for markup.
-void FeedContext::read(std::u16string_view markup) {
-  std::u16string_view rest = markup;
-  bool stops = false;
-  while (!rest.empty() && !stops) {
-    const std::u16string_view part = rest.substr(0, nextSection(rest));
-    bool isComment = false;
-    scanTags(part, [&](const TagShape &tag) {
-      isComment = isComment || (tag.kind() == kComment && endOf(tag.tag()) == endOf(part) &&
-                                !part.ends_with(u"->") && !part.ends_with(u"!>"));
-      return stops = readTag(tag);
-    });
-    rest.remove_prefix(part.size());
-    const std::size_t end = isComment ? std::min(rest.find(kCommentEnd), rest.size()) : endOfSection(rest);
-    if (end == rest.size()) break;
-    rest.remove_prefix(end + kSectionEnd.size());
-  }
-  if (!stops) finish(endOf(markup));
-}
-
 bool FeedContext::readTag(const TagShape &tag) {
-  if (!tag.isOrdinary()) {
-    if (tag.kind() == kMarkedSection) noteSection(tag);
-    return false;
-  }
-  if (tag.tag().data() < sectionEnd_) return false;
+  if (tag.kind() == kClosingCall) finish(tag.tag().data());
+  if (!tag.isOrdinary()) return false;
   if (insideItem_ && tag.isEndTag()) sink_.takeEndTagOfItem();
   if (!field_.name.empty() && readTagInField(tag)) return false;
-  if (!isFeed_ && isWide()) namespaces_.readDeclarations(tag.tag());
+  if (isWide() && !tag.isEndTag() && hasAttributes(tag)) namespaces_.readDeclarations(tag.tag());
   const FeedElement element = elementOf(tag.name());
   if (!isFeed_) return findRoot(tag, element);
   if (container_.element != FeedElement::kOther && readTagInContainer(tag, element)) return false;
@@ -143,11 +73,19 @@ FeedElement FeedContext::elementOf(std::u16string_view name) const {
   return element < FeedElement::kFirstExtension ? element : FeedElement::kOther;
 }
 
-/// Remembers where a CDATA section really ends.
-void FeedContext::noteSection(const TagShape &tag) {
-  if (tag.tag().data() < sectionEnd_ || !tag.beginsWith(kSectionStart)) return;
-  const std::size_t end = tag.markup().find(kSectionEnd, tag.tagRange().location);
-  sectionEnd_ = end == tag.markup().npos ? endOf(tag.markup()) : tag.markup().data() + end + kSectionEnd.size();
+/// Whether an end tag is that of what the open field is in.
+bool FeedContext::isEndOfOuter(std::u16string_view name) const {
+  return (insideItem_ && areEqual(name, itemName_)) ||
+         (container_.element != FeedElement::kOther && areEqual(name, container_.name));
+}
+
+/// Whether the element of a text has an end tag within the open item, or in front of the next one.
+bool FeedContext::hasEndTag(const unichar *text, std::u16string_view markup) {
+  if (!endTags_) {
+    endTags_.emplace();
+    scanXMLTags(markup, [&](const TagShape &tag) { endTags_->take(tag, elementOf(tag.name())); });
+  }
+  return endTags_->haveThatOf(text);
 }
 
 bool FeedContext::findRoot(const TagShape &tag, FeedElement element) {
@@ -169,8 +107,9 @@ bool FeedContext::readTagInField(const TagShape &tag) {
     }
     field_.depth += static_cast<std::uint32_t>(tag.depthChange());
   } else if (tag.isEndTag()
-                 ? insideItem_ && areEqual(tag.name(), itemName_)
-                 : field_.form != TextForm::kInline && endsField(field_.element, elementOf(tag.name()))) {
+                 ? isEndOfOuter(tag.name())
+                 : field_.form != TextForm::kInline && endsField(field_.element, elementOf(tag.name())) &&
+                       !hasEndTag(field_.text, tag.markup())) {
     closeField(tag.tag().data());
     return false;
   }
@@ -191,7 +130,8 @@ bool FeedContext::readTagInContainer(const TagShape &tag, FeedElement element) {
     openField(tag, element);
     return true;
   }
-  if (element != kItem && !(isAuthor && endsField(kTitle, element))) return true;
+  const bool isOutside = isAuthor && endsField(kTitle, element) && !hasEndTag(container_.text, tag.markup());
+  if (element != kItem && !isOutside) return true;
   closeContainer(tag.tag().data());
   return false;
 }
@@ -210,14 +150,14 @@ void FeedContext::readStartTag(const TagShape &tag, FeedElement element) {
     case kAuthor:
     case kImage:
     case kForeign:
+      // By names alone, an item's titles and links are those of all elements in it.
+      if (element != kAuthor && insideItem_ && !isWide()) return;
       if (tag.isStartTag()) container_ = {element, tag.name(), endOf(tag.tag())};
       return;
     case kCategory:
-      if (const NSString term = attributeText(tag, "TERM"); term.length() > 0)
-        return target().tags.push_back(term);
-      return openField(tag, element);
+      return readCategory(tag);
     case kThumbnail:
-      setIfEmpty(target().image, attributeText(tag, tag.hasAttribute("url") ? "URL" : "HREF"));
+      setIfEmpty(fields().item.image, attributeText(tag, tag.hasAttribute("url") ? "URL" : "HREF"));
       return;
     case kOther:
     case kPage:
@@ -238,11 +178,10 @@ void FeedContext::beginItem(const TagShape &tag) {
   insideItem_ = true;
   itemName_ = tag.name();
   if (isWide() && hasAttributes(tag)) {
-    namespaces_.readDeclarations(tag.tag());
     itemBase_ = baseOf(tag, feedBase_);
     // Channel definitions have them there.
-    setIfEmpty(item_.link, attributeText(tag, "HREF"));
-    setIfEmpty(fallbacks_.item.updatedString, attributeText(tag, "LASTMOD"));
+    setIfEmpty(item_.item.link, attributeText(tag, "HREF"));
+    setIfEmpty(item_.others.updatedString, attributeText(tag, "LASTMOD"));
   }
   if (tag.isEmptyElementTag()) endItem();
 }
@@ -250,19 +189,18 @@ void FeedContext::beginItem(const TagShape &tag) {
 void FeedContext::endItem() {
   container_ = {};
   insideItem_ = false;
+  FeedItem &item = item_.item;
   if (isWide()) {
-    useFallbacks(item_);
-    item_.link = resolved(item_.link);
-  } else if (feedURL_ && item_.link.length() > 0 && item_.link.characterAtIndex(0) == u'/') {
-    item_.link = resolved(item_.link);
+    item_.useOthers();
+    setIfEmpty(item.link, item_.permanentLink);
+    item.link = resolved(item.link);
+  } else if (feedURL_ && item.link.length() > 0 && item.link.characterAtIndex(0) == u'/') {
+    item.link = resolved(item.link);
   }
   // What a well-known generator writes instead of an item that it cannot print.
-  if (item_.description != u"Array"_ns) sink_.takeItem(item_);
+  if (item.description != u"Array"_ns) sink_.takeItem(item);
   item_ = {};
-  if (isWide()) {
-    fallbacks_ = {};
-    itemBase_ = feedBase_;
-  }
+  if (isWide()) itemBase_ = feedBase_;
 }
 
 void FeedContext::readLink(const TagShape &tag) {
@@ -280,15 +218,30 @@ void FeedContext::readLink(const TagShape &tag) {
   if (equalsASCIINoCase(relation, "edit") || startsWithASCIINoCase(relation, "service.")) return;
   if (isWide()) {
     if (equalsASCIINoCase(relation, "enclosure"))
-      target().enclosures.push_back({address, attributeText(tag, "LENGTH"), attributeText(tag, "TYPE")});
+      fields().item.enclosures.push_back({address, attributeText(tag, "LENGTH"), attributeText(tag, "TYPE")});
     if (!isAlternate) return;
   }
-  setIfEmpty(target().link, address);
+  setIfEmpty(fields().item.link, address);
+}
+
+void FeedContext::readCategory(const TagShape &tag) {
+  const NSString term = attributeText(tag, "TERM");
+  openField(tag, FeedElement::kCategory);
+  if (tag.isStartTag())
+    field_.textOfEmpty = term;
+  else if (term.length() > 0)
+    fields().take(FeedElement::kCategory, term, false);
 }
 
 void FeedContext::readEnclosure(const TagShape &tag) {
-  FeedEnclosure enclosure{attributeText(tag, "URL"), attributeText(tag, "LENGTH"), attributeText(tag, "TYPE")};
-  if (enclosure.url.length() > 0) target().enclosures.push_back(std::move(enclosure));
+  std::vector<FeedEnclosure> &enclosures = fields().item.enclosures;
+  const auto asItStands = [&](std::string_view name) {
+    return NSString::stringWithCharacters(tag.attribute(name));
+  };
+  if (!isWide())
+    enclosures.push_back({asItStands("URL"), asItStands("LENGTH"), NSString()});
+  else if (const NSString url = attributeText(tag, "URL"); url.length() > 0)
+    enclosures.push_back({url, attributeText(tag, "LENGTH"), attributeText(tag, "TYPE")});
 }
 
 void FeedContext::openField(const TagShape &tag, FeedElement element) {
@@ -299,37 +252,40 @@ void FeedContext::openField(const TagShape &tag, FeedElement element) {
 }
 
 void FeedContext::closeField(const unichar *end) {
-  const std::u16string_view units(field_.text, static_cast<std::size_t>(end - field_.text));
+  const std::u16string_view units = between(field_.text, end);
   if (field_.element == FeedElement::kTitle && !insideItem_ && !hasTitle_) {
     hasTitle_ = true;
     sink_.takeTitle(feedText(units, Decoding::kNone));
   }
   bool isPlain = false;
-  const NSString text = textOfField(units, &isPlain);
-  if (text.length() > 0) store(field_.element, text, isPlain);
+  NSString text = isWide() ? textOfField(units, &isPlain) : textByName(field_.element, units);
+  if (text.length() == 0) text = field_.textOfEmpty;
+  if (text.length() > 0 && field_.element == FeedElement::kLanguage && !insideItem_)
+    setIfEmpty(feed_.language, text);
+  else if (text.length() > 0)
+    fields().take(field_.element, text, isPlain);
   field_ = {};
 }
 
 void FeedContext::closeContainer(const unichar *end) {
-  if (container_.element == FeedElement::kAuthor && target().author.length() == 0) {
-    const std::u16string_view units(container_.text, static_cast<std::size_t>(end - container_.text));
-    target().author =
-        feedText(units.find(u'<') == units.npos || nextSection(units) < units.size() ? units : firstText(units),
-                 isWide() ? Decoding::kReferences : Decoding::kEntities);
+  NSString &author = fields().item.author;
+  if (container_.element == FeedElement::kAuthor && author.length() == 0) {
+    const std::u16string_view units = between(container_.text, end);
+    author = isWide() ? firstText(units) : textByName(FeedElement::kAuthor, units);
   }
   container_ = {};
 }
 
-/// The text of a field that may be markup; `*isPlain` tells when it is none.
+/// The text of the open field by namespaces; `*isPlain` tells when it may be markup and is none.
+NSString FeedContext::textOfField(std::u16string_view units, bool *isPlain) const {
+  using enum FeedElement;
+  if (isTitle(field_.element) || holdsMarkup(field_.element)) return textOfMarkupField(units, isPlain);
+  const bool isName = field_.element == kCreator || field_.element == kName || field_.element == kOtherAuthor;
+  return isName && field_.hasMarkup ? textWithoutTags(units) : feedText(units, Decoding::kReferences);
+}
+
 NSString FeedContext::textOfMarkupField(std::u16string_view units, bool *isPlain) const {
   const bool isInline = field_.form == TextForm::kInline;
-  if (!isWide()) {
-    if (isInline) return inlineText(units);
-    const bool isAsItStands = field_.hasMarkup && holdsMarkup(field_.element);
-    return feedText(units, isAsItStands              ? Decoding::kNone
-                           : isTitle(field_.element) ? Decoding::kEntities
-                                                     : Decoding::kStandardEntities);
-  }
   if (isInline || field_.form == TextForm::kMarkup) units = withoutEnclosingDiv(units);
   if (isInline) return inlineText(units);
   if (field_.form == TextForm::kBase64) {
@@ -339,96 +295,6 @@ NSString FeedContext::textOfMarkupField(std::u16string_view units, bool *isPlain
   *isPlain = field_.form == TextForm::kPlain;
   const bool isAsItStands = field_.hasMarkup && field_.form != TextForm::kMarkup;
   return feedText(units, isAsItStands ? Decoding::kNone : Decoding::kReferences);
-}
-
-NSString FeedContext::textOfField(std::u16string_view units, bool *isPlain) const {
-  using enum FeedElement;
-  if (isTitle(field_.element) || holdsMarkup(field_.element)) return textOfMarkupField(units, isPlain);
-  if (field_.hasMarkup &&
-      (field_.element == kCreator || field_.element == kName || field_.element == kOtherAuthor))
-    units = firstText(units);
-  if (field_.element == kLink) return feedText(units, Decoding::kStandardEntities);
-  return feedText(units, isWide() ? Decoding::kReferences : Decoding::kEntities);
-}
-
-void FeedContext::store(FeedElement element, const NSString &text, bool isPlain) {
-  using enum FeedElement;
-  FeedItem &item = target();
-  const auto setMarkup = [&](NSString &value, bool &isPlainValue) {
-    if (value.length() > 0) return;
-    value = text;
-    isPlainValue = isPlain;
-  };
-  switch (element) {
-    case kTitle:
-      return setMarkup(item.title, item.isPlainTitle);
-    case kDescription:
-    case kSubtitle:
-      return setMarkup(item.description, item.isPlainDescription);
-    case kContent:
-      return setMarkup(item.content, item.isPlainContent);
-    case kLink:
-      return setIfEmpty(item.link, text);
-    case kCreator:
-    case kName:
-      return setIfEmpty(item.author, text);
-    case kPublished:
-      setIfEmpty(item.dateString, text);
-      return setIfEmpty(item.publishedString, text);
-    case kUpdated:
-      setIfEmpty(item.dateString, text);
-      return setIfEmpty(item.updatedString, text);
-    case kCategory:
-    case kSubject:
-      return item.tags.push_back(text);
-    case kPermanentLink:
-      if (insideItem_ && isPage(text.view())) setIfEmpty(fallbacks_.permanentLink, text);
-      return setIfEmpty(item.identifier, text);
-    case kIdentifier:
-      return setIfEmpty(item.identifier, text);
-    case kURL:
-    case kPicture:
-      return setIfEmpty(item.image, text);
-    case kLanguage:
-      if (!insideItem_) setIfEmpty(feed_.language, text);
-      return;
-    default:
-      return storeExtension(element, text);
-  }
-}
-
-void FeedContext::storeExtension(FeedElement element, const NSString &text) {
-  using enum FeedElement;
-  FeedItem &item = (insideItem_ ? fallbacks_ : headerFallbacks_).item;
-  switch (element) {
-    case kOtherTitle:
-      return setIfEmpty(item.title, text);
-    case kOtherDescription:
-      return setIfEmpty(item.description, text);
-    case kOtherContent:
-      return setIfEmpty(item.content, text);
-    case kOtherAuthor:
-      return setIfEmpty(item.author, text);
-    case kOtherPublished:
-      return setIfEmpty(item.publishedString, text);
-    case kOtherUpdated:
-      return setIfEmpty(item.updatedString, text);
-    default:
-      return;
-  }
-}
-
-void FeedContext::useFallbacks(FeedItem &item) {
-  const auto &[other, permanentLink] = &item == &feed_.header ? headerFallbacks_ : fallbacks_;
-  setIfEmpty(item.title, other.title);
-  setIfEmpty(item.description, other.description);
-  setIfEmpty(item.content, other.content);
-  setIfEmpty(item.author, other.author);
-  setIfEmpty(item.publishedString, other.publishedString);
-  setIfEmpty(item.updatedString, other.updatedString);
-  setIfEmpty(item.dateString, item.publishedString);
-  setIfEmpty(item.dateString, item.updatedString);
-  setIfEmpty(item.link, permanentLink);
 }
 
 NSURL FeedContext::baseOf(const TagShape &tag, const NSURL &outer) const {
@@ -451,7 +317,8 @@ void FeedContext::finish(const unichar *end) {
   if (!isWide()) return;
   if (!field_.name.empty()) closeField(end);
   if (insideItem_) endItem();
-  useFallbacks(feed_.header);
+  header_.useOthers();
+  feed_.header = std::move(header_.item);
   itemBase_ = feedBase_;
   feed_.header.link = resolved(feed_.header.link);
   feed_.feedURL = resolved(feed_.feedURL);

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "Classes/Feeds/Feed.hpp"
 #include "Classes/Feeds/FeedElements.hpp"
+#include "Classes/Feeds/FeedEndTags.hpp"
+#include "Classes/Feeds/FeedItemFields.hpp"
 #include "Classes/Feeds/FeedNamespaces.hpp"
 #include "Classes/Feeds/FeedTexts.hpp"
 #include "Classes/Markup/TagShape.hpp"
@@ -44,14 +47,13 @@ class FeedContext {
   FeedContext(const FeedContext &) = delete;
   FeedContext &operator=(const FeedContext &) = delete;
 
-  /// Looks at all of a text, and ends an item that never does where the rules say so.
-  void read(std::u16string_view markup);
-  /// Looks at a tag; answers whether the text is no feed.
+  /// Looks at a tag, or at the end of the text, which ends what never does where the rules say so; answers
+  /// whether the text is no feed.
   bool readTag(const TagShape &tag);
 
   /// Whether the root has been seen.
   bool isFeed() const { return isFeed_; }
-  /// What the feed tells of itself so far; without items.
+  /// What the feed tells of itself, when the scan is over; without items.
   Feed &feed() { return feed_; }
 
  private:
@@ -65,6 +67,8 @@ class FeedContext {
     /// How many elements of the same name it is in.
     std::uint32_t depth = 0;
     bool hasMarkup = false;
+    /// What stands for a text that is empty.
+    NSString textOfEmpty = {};
   };
   /// An element whose elements mean something else than those of an item: `kAuthor`, `kImage`, `kForeign`.
   struct Container {
@@ -72,16 +76,12 @@ class FeedContext {
     std::u16string_view name;
     const unichar *text = nullptr;
   };
-  /// What stands under other names than an item's own, for what it lacks.
-  struct Fallbacks {
-    FeedItem item;
-    NSString permanentLink;
-  };
 
   bool isWide() const { return rules_ == FeedRules::kByNamespace; }
-  FeedItem &target() { return insideItem_ ? item_ : feed_.header; }
+  FeedItemFields &fields() { return insideItem_ ? item_ : header_; }
   FeedElement elementOf(std::u16string_view name) const;
-  void noteSection(const TagShape &tag);
+  bool isEndOfOuter(std::u16string_view name) const;
+  bool hasEndTag(const unichar *text, std::u16string_view markup);
   bool findRoot(const TagShape &tag, FeedElement element);
   bool readTagInField(const TagShape &tag);
   bool readTagInContainer(const TagShape &tag, FeedElement element);
@@ -89,15 +89,13 @@ class FeedContext {
   void beginItem(const TagShape &tag);
   void endItem();
   void readLink(const TagShape &tag);
+  void readCategory(const TagShape &tag);
   void readEnclosure(const TagShape &tag);
   void openField(const TagShape &tag, FeedElement element);
   void closeField(const unichar *end);
   void closeContainer(const unichar *end);
   NSString textOfMarkupField(std::u16string_view units, bool *isPlain) const;
   NSString textOfField(std::u16string_view units, bool *isPlain) const;
-  void store(FeedElement element, const NSString &text, bool isPlain);
-  void storeExtension(FeedElement element, const NSString &text);
-  void useFallbacks(FeedItem &item);
   NSURL baseOf(const TagShape &tag, const NSURL &outer) const;
   NSString resolved(const NSString &link) const;
   void finish(const unichar *end);
@@ -108,19 +106,19 @@ class FeedContext {
   FeedSink &sink_;
   FeedNamespaces namespaces_;
   Feed feed_;
-  FeedItem item_;
-  Fallbacks fallbacks_, headerFallbacks_;
+  FeedItemFields item_, header_;
   Field field_;
   Container container_;
+  /// Of the whole feed; read when the first end tag may be missing.
+  std::optional<FeedEndTags> endTags_;
   std::u16string_view itemName_;
-  /// Tags in front of it stand in a CDATA section.
-  const unichar *sectionEnd_ = nullptr;
   bool isFeed_ = false;
   bool insideItem_ = false;
   bool hasTitle_ = false;
 };
 
-/// Looks at a tag for its context, a `FeedContext`; stops where the text turns out to be no feed.
+/// Looks at a tag for its context, a `FeedContext`; stops where the text turns out to be no feed. Sections of
+/// feeds are those of XML.
 extern const TagHandler Feed2HTMLHandler;
 
 }  // namespace nimbo::detail

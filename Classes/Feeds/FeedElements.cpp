@@ -98,18 +98,7 @@ constexpr auto kFirstRows = [] {
   return firsts;
 }();
 
-}  // namespace
-
-FeedElement feedElementNamed(std::u16string_view name) {
-  if (name.size() > kLongestName) return FeedElement::kOther;
-  const std::size_t end = kFirstRows[name.size() + 1];
-  const unichar last = name.empty() ? u'\0' : toASCIILower(name.back());
-  for (std::size_t i = kFirstRows[name.size()]; i < end; ++i)
-    if (last == static_cast<unichar>(kRows[i].name.back()) && equalsASCIINoCase(name, kRows[i].name))
-      return kRows[i].element;
-  return FeedElement::kOther;
-}
-
+/// Whether the element is one of feeds alone, and mostly in no text.
 bool isNeverMarkup(FeedElement element) {
   using enum FeedElement;
   switch (element) {
@@ -122,6 +111,53 @@ bool isNeverMarkup(FeedElement element) {
     case kPermanentLink:
     case kOtherPublished:
     case kOtherUpdated:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+FeedElement feedElementNamed(std::u16string_view name) {
+  if (name.size() > kLongestName) return FeedElement::kOther;
+  const std::size_t end = kFirstRows[name.size() + 1];
+  const unichar last = name.empty() ? u'\0' : toASCIILower(name.back());
+  for (std::size_t i = kFirstRows[name.size()]; i < end; ++i)
+    if (last == static_cast<unichar>(kRows[i].name.back()) && equalsASCIINoCase(name, kRows[i].name))
+      return kRows[i].element;
+  return FeedElement::kOther;
+}
+
+bool isTitle(FeedElement element) {
+  return element == FeedElement::kTitle || element == FeedElement::kOtherTitle;
+}
+
+bool holdsMarkup(FeedElement element) {
+  using enum FeedElement;
+  switch (element) {
+    case kDescription:
+    case kContent:
+    case kSubtitle:
+    case kOtherDescription:
+    case kOtherContent:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool endsField(FeedElement field, FeedElement element) {
+  using enum FeedElement;
+  if (isNeverMarkup(element)) return true;
+  if (holdsMarkup(field)) return false;
+  switch (element) {
+    case kTitle:
+    case kLink:
+    case kDescription:
+    case kContent:
+    case kAuthor:
+    case kCategory:
       return true;
     default:
       return false;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -50,10 +51,18 @@ enum class FeedElement : std::uint8_t {
   kOtherUpdated,
 };
 
+inline constexpr std::size_t kFeedElements = static_cast<std::size_t>(FeedElement::kOtherUpdated) + 1;
+
 /// The element of a tag's name in any case; a prefix is the one under which the element is commonly known.
 FeedElement feedElementNamed(std::u16string_view name);
 
-/// Whether the element is one of feeds alone, which no text of an item has in it.
-bool isNeverMarkup(FeedElement element);
+/// Whether the text of the element is a title, of whatever kind.
+bool isTitle(FeedElement element);
+
+/// Whether the text of the element is markup, with others' elements in it.
+bool holdsMarkup(FeedElement element);
+
+/// Whether an element can be where a field ends that has no end tag.
+bool endsField(FeedElement field, FeedElement element);
 
 }  // namespace nimbo::detail

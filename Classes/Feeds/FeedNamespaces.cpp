@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "Classes/Characters/FastSearches.hpp"
 #include "Classes/Markup/TagAttributes.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/Unicode/Trimming.hpp"
@@ -50,26 +51,36 @@ std::u16string_view commonPrefix(std::u16string_view uri) {
 
 void FeedNamespaces::readDeclarations(std::u16string_view tag) {
   constexpr std::u16string_view kDeclaration = u"xmlns:";
+  // Most tags have none of them.
+  if (!fastContainsUnichars(tag.data(), static_cast<std::uint32_t>(tag.size()), kDeclaration.data(),
+                            static_cast<std::uint32_t>(kDeclaration.size())))
+    return;
   for (std::size_t at = tag.find(kDeclaration); at != tag.npos; at = tag.find(kDeclaration, at)) {
     at += kDeclaration.size();
     const std::size_t equals = tag.find(u'=', at);
-    if (equals == tag.npos || commonPrefixes_.size() == kMostPrefixes) return;
+    if (equals == tag.npos) return;
     const auto prefix = trimmed(tag.substr(at, equals - at), isASCIIWhiteSpace<unichar>);
     at = std::min(tag.find_first_of(u"\"'", equals), tag.size() - 1);
     const std::size_t end = tag.find(tag[at], at + 1);
     if (end == tag.npos) return;
-    commonPrefixes_.emplace_back(prefix, commonPrefix(tag.substr(at + 1, end - at - 1)));
+    declare(prefix, commonPrefix(tag.substr(at + 1, end - at - 1)));
     at = end;
   }
+}
+
+void FeedNamespaces::declare(std::u16string_view prefix, std::u16string_view common) {
+  const auto known = std::ranges::find(commonPrefixes_, prefix, &Prefixes::first);
+  if (known != commonPrefixes_.end())
+    known->second = common;
+  else if (commonPrefixes_.size() < kMostPrefixes)
+    commonPrefixes_.emplace_back(prefix, common);
 }
 
 FeedElement FeedNamespaces::elementNamed(std::u16string_view name) const {
   const std::size_t colon = name.find(u':');
   if (colon == name.npos) return feedElementNamed(name);
-  // The innermost declaration counts.
-  const auto declared = std::ranges::find(commonPrefixes_.rbegin(), commonPrefixes_.rend(),
-                                          name.substr(0, colon), [](const auto &entry) { return entry.first; });
-  if (declared == commonPrefixes_.rend()) return feedElementNamed(name);
+  const auto declared = std::ranges::find(commonPrefixes_, name.substr(0, colon), &Prefixes::first);
+  if (declared == commonPrefixes_.end()) return feedElementNamed(name);
   if (declared->second.empty()) return feedElementNamed(name.substr(colon + 1));
   // Longer names than those of the table are none of it.
   std::array<unichar, 24> units{};

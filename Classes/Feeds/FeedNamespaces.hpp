@@ -13,7 +13,7 @@ namespace nimbo::detail {
 /// The prefixes that a feed declares, and the elements that its names stand for. It borrows the markup.
 class FeedNamespaces {
  public:
-  /// Learns the prefixes that a start tag declares.
+  /// Learns the prefixes that a tag declares. They last until a later tag declares them again.
   void readDeclarations(std::u16string_view tag);
 
   /// The element of a name, whose prefix is the one under which the feed knows the namespace.
@@ -23,7 +23,12 @@ class FeedNamespaces {
   /// Most feeds declare a handful; more than these are not looked at.
   static constexpr std::size_t kMostPrefixes = 64;
 
-  std::vector<std::pair<std::u16string_view, std::u16string_view>> commonPrefixes_;
+  /// The declared one and the common one.
+  using Prefixes = std::pair<std::u16string_view, std::u16string_view>;
+
+  void declare(std::u16string_view prefix, std::u16string_view common);
+
+  std::vector<Prefixes> commonPrefixes_;
 };
 
 }  // namespace nimbo::detail

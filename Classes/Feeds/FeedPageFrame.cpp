@@ -5,6 +5,7 @@
 #include "Classes/Feeds/AppendItem2Feed.hpp"
 #include "Classes/Feeds/SafeMarkup.hpp"
 #include "Classes/Strings/NSString+NSStringNimboExtensions/Files.hpp"
+#include "Classes/Stripping/NSString+HtmlExtensions+Stripping.hpp"
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringFormatting.hpp"
@@ -58,6 +59,8 @@ FeedItem safeItem(const FeedItem &item, const NSURL &baseURL) {
   result.description = safe(item.description, item.isPlainDescription);
   result.content = safe(item.content, item.isPlainContent);
   result.link = safeLink(item.link);
+  // A link in the title would end the page's own, which the title stands in.
+  if (result.link.length() > 0) result.title = stripTag(result.title, "A");
   result.author = stringByConvertingCharactersToStandardEntities(item.author);
   result.dateString = stringByConvertingCharactersToStandardEntities(item.dateString);
   for (FeedEnclosure &enclosure : result.enclosures) {
@@ -65,6 +68,14 @@ FeedItem safeItem(const FeedItem &item, const NSURL &baseURL) {
     enclosure.length = stringByConvertingCharactersToStandardEntities(enclosure.length);
   }
   return result;
+}
+
+FeedItem safeItemByName(FeedItem item) {
+  for (FeedEnclosure &enclosure : item.enclosures) {
+    enclosure.url = stringByConvertingStandardEntitiesToCharacters(enclosure.url);
+    enclosure.length = stringByConvertingStandardEntitiesToCharacters(enclosure.length);
+  }
+  return safeItem(item);
 }
 
 }  // namespace nimbo::detail

@@ -34,7 +34,10 @@ NSString styleElement();
 void appendItem(NSMutableString &page, const FeedItem &item);
 
 /// The item as it can be shown without a script in it: markup by `safeMarkup`, everything else as text. Links
-/// in markup are made absolute against the base, which may be nil.
+/// in markup are made absolute against the base, which may be nil; a title that is one has none in it.
 FeedItem safeItem(const FeedItem &item, const NSURL &baseURL = NSURL());
+
+/// The same of an item by names of tags, whose enclosures stand there with the references of their attributes.
+FeedItem safeItemByName(FeedItem item);
 
 }  // namespace nimbo::detail

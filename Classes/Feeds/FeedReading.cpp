@@ -50,7 +50,7 @@ std::optional<Feed> readFeed(const NSString &text, const NSURL &url) {
     return feedOfJSONFeed(NSJSONSerialization::JSONObjectWithString(text).dictionary());
   ItemCollector collector;
   detail::FeedContext context(detail::FeedRules::kByNamespace, url, collector);
-  context.read(text.view());
+  GetTagsOfXML(text, detail::Feed2HTMLHandler, &context);
   if (!context.isFeed()) return std::nullopt;
   Feed feed = std::move(context.feed());
   feed.items = std::move(collector.items);

@@ -110,32 +110,36 @@ bool isLiteral(std::u16string_view text) {
          findUnichar(text.data(), lengthOf(text), u'<') == NSNotFound;
 }
 
-/// Where the first mark begins in the text; its size when there is none. The unit at the index is what is
-/// searched for, a rare one.
-std::size_t markOf(std::u16string_view text, std::u16string_view mark, std::size_t rareUnit) {
-  for (std::size_t at = rareUnit; at < text.size(); ++at) {
+/// Whether the text may have a CDATA section. Its last unit is searched for, a rare one.
+bool mayHaveSection(std::u16string_view text) {
+  constexpr std::size_t kBracket = kCDATAStart.size() - 1;
+  for (std::size_t at = kBracket; at < text.size(); ++at) {
     const std::uint32_t found =
-        findUnichar(text.data() + at, lengthOf(text) - static_cast<std::uint32_t>(at), mark[rareUnit]);
+        findUnichar(text.data() + at, lengthOf(text) - static_cast<std::uint32_t>(at), kCDATAStart[kBracket]);
     if (found == NSNotFound) break;
     at += found;
-    if (text.substr(at - rareUnit, mark.size()) == mark) return at - rareUnit;
+    if (text.substr(at - kBracket, kCDATAStart.size()) == kCDATAStart) return true;
   }
-  return text.size();
+  return false;
+}
+
+/// What stands in a section, whose end may be missing.
+std::u16string_view textOfSection(std::u16string_view section) {
+  section.remove_prefix(kCDATAStart.size());
+  if (section.ends_with(kCDATAEnd)) section.remove_suffix(kCDATAEnd.size());
+  return section;
 }
 
 /// Calls `take(part, isSection)` for the parts of the text inside and outside of CDATA sections.
 template <class Take>
 void forEachPart(std::u16string_view text, Take take) {
-  while (true) {
-    const std::size_t start = nextSection(text);
-    if (start != 0) take(text.substr(0, start), false);
-    if (start == text.size()) return;
-    text.remove_prefix(start + kSectionStart.size());
-    const std::size_t end = endOfSection(text);
-    take(text.substr(0, end), true);
-    if (end == text.size()) return;
-    text.remove_prefix(end + kSectionEnd.size());
-  }
+  const unichar *start = text.data();
+  scanXMLTags(text, [&](const TagShape &tag) {
+    if (tag.kind() != kClosingCall && !tag.isCDATASection()) return;
+    take(between(start, tag.tag().data()), false);
+    if (tag.isCDATASection()) take(textOfSection(tag.tag()), true);
+    start = endOf(tag.tag());
+  });
 }
 
 NSString trimmedString(NSMutableString &&text) {
@@ -145,16 +149,6 @@ NSString trimmedString(NSMutableString &&text) {
 }
 
 }  // namespace
-
-std::size_t nextSection(std::u16string_view markup) {
-  // The last unit of the mark is the one that is rare.
-  constexpr std::size_t kBracket = kSectionStart.size() - 1;
-  return markOf(markup, kSectionStart, kBracket);
-}
-
-std::size_t endOfSection(std::u16string_view markup) {
-  return markOf(markup, kSectionEnd, 0);
-}
 
 TextForm textFormOfTag(std::u16string_view tag) {
   const std::u16string_view type = attributeOfTag(tag, "type"), mode = attributeOfTag(tag, "mode");
@@ -173,10 +167,10 @@ NSString feedText(std::u16string_view units, Decoding decoding) {
   if (isLiteral(units)) return NSString::stringWithCharacters(units);
   const bool hasReferences =
       decoding != Decoding::kNone && findUnichar(units.data(), lengthOf(units), u'&') != NSNotFound;
-  if (!hasReferences && nextSection(units) == units.size()) return NSString::stringWithCharacters(units);
+  if (!hasReferences && !mayHaveSection(units)) return NSString::stringWithCharacters(units);
   NSMutableString text;
   text.reserve(units.size());
-  const Decoding inSections = decoding == Decoding::kEntities ? decoding : Decoding::kNone;
+  const Decoding inSections = decoding == Decoding::kReferences ? Decoding::kNone : decoding;
   bool hasSection = false;
   forEachPart(units, [&](std::u16string_view part, bool isSection) {
     hasSection = hasSection || isSection;
@@ -188,7 +182,7 @@ NSString feedText(std::u16string_view units, Decoding decoding) {
 
 NSString inlineText(std::u16string_view units) {
   units = withoutWhiteEnds(units);
-  if (nextSection(units) == units.size()) return NSString::stringWithCharacters(units);
+  if (!mayHaveSection(units)) return NSString::stringWithCharacters(units);
   NSMutableString text;
   forEachPart(units, [&](std::u16string_view part, bool isSection) {
     if (!isSection) return text.append(part);
@@ -208,7 +202,7 @@ std::u16string_view withoutEnclosingDiv(std::u16string_view markup) {
   const std::u16string_view whole = withoutWhiteEnds(markup);
   int depth = 0;
   std::size_t start = 0, end = whole.npos;
-  scanTags(whole, [&](const TagShape &tag) {
+  scanXMLTags(whole, [&](const TagShape &tag) {
     if (!tag.isOrdinary()) return false;
     const std::u16string_view name = tag.name();
     if (!equalsASCIINoCase(name.substr(std::min(name.find(u':') + 1, name.size())), "div")) return depth == 0;
@@ -222,10 +216,26 @@ std::u16string_view withoutEnclosingDiv(std::u16string_view markup) {
   return end == whole.npos ? markup : withoutWhiteEnds(whole.substr(start, end - start));
 }
 
-std::u16string_view firstText(std::u16string_view markup) {
-  std::u16string_view found;
-  scanTags(markup, [&](const TagShape &tag) { return !(found = withoutWhiteEnds(tag.text())).empty(); });
-  return found;
+NSString textWithoutTags(std::u16string_view units) {
+  NSMutableString text;
+  scanXMLTags(units, [&](const TagShape &tag) {
+    text.append(tag.text());
+    if (tag.isCDATASection()) text.append(tag.tag());
+  });
+  return feedText(text.view(), Decoding::kReferences);
+}
+
+NSString firstText(std::u16string_view units) {
+  const unichar *start = units.data();
+  std::u16string_view first;
+  scanXMLTags(units, [&](const TagShape &tag) {
+    if (!tag.isOrdinary()) return false;
+    first = withoutWhiteEnds(between(start, tag.tag().data()));
+    if (!first.empty() && start == units.data()) first = units;
+    start = endOf(tag.tag());
+    return !first.empty();
+  });
+  return textWithoutTags(first.empty() ? units : first);
 }
 
 NSString plainText(const NSString &text, bool isPlain) {

@@ -14,14 +14,15 @@ inline NSString orEmpty(const NSString &string) {
   return string ? string : NSString::string();
 }
 
-/// Where the first CDATA section of the markup begins; its size when there is none.
-std::size_t nextSection(std::u16string_view markup);
+/// The units from one position up to another.
+inline std::u16string_view between(const unichar *start, const unichar *end) {
+  return {start, static_cast<std::size_t>(end - start)};
+}
 
-/// Where the first mark of the end of a section begins; the markup's size when there is none.
-std::size_t endOfSection(std::u16string_view markup);
-
-/// What a CDATA section begins and ends with.
-inline constexpr std::u16string_view kSectionStart = u"<![CDATA[", kSectionEnd = u"]]>";
+/// The position behind the units.
+inline const unichar *endOf(std::u16string_view units) {
+  return units.data() + units.size();
+}
 
 /// How the text of an element is written down, by its attributes.
 enum class TextForm : std::uint8_t {
@@ -35,14 +36,14 @@ enum class TextForm : std::uint8_t {
 /// The form that the "type" and "mode" attributes of an element's start tag tell.
 TextForm textFormOfTag(std::u16string_view tag);
 
-/// Which character references in a text are decoded; those in CDATA sections never are, but where it says so.
+/// Which character references in a text are decoded.
 enum class Decoding : std::uint8_t {
   kNone,
   /// All that `convertEntities2Characters` knows, in CDATA sections, too.
   kEntities,
-  /// "&quot;", "&amp;", "&lt;" and "&gt;".
+  /// "&quot;", "&amp;", "&lt;" and "&gt;", in CDATA sections, too.
   kStandardEntities,
-  /// Those of XML and HTML, and all numbers.
+  /// Those of XML and HTML, and all numbers, but none in CDATA sections.
   kReferences,
 };
 
@@ -56,8 +57,11 @@ NSString inlineText(std::u16string_view units);
 /// Without a "div" element around all of it.
 std::u16string_view withoutEnclosingDiv(std::u16string_view markup);
 
-/// The first text in the markup that is not white space.
-std::u16string_view firstText(std::u16string_view markup);
+/// The text of an element that holds others, without their tags.
+NSString textWithoutTags(std::u16string_view units);
+
+/// The same of the first element in one that has nothing but elements; other texts are taken as they are.
+NSString firstText(std::u16string_view units);
 
 /// A text that is markup, or plain, as people read it: without tags, references and white space at its ends.
 NSString plainText(const NSString &text, bool isPlain);

@@ -33,7 +33,7 @@ NSString pageOfItems(const NSArray &items, bool isDisplayed, Append append) {
 
 NSString stringByConvertingItemsToDisplayHTML(const NSArray &items, Flag isSafe) {
   return pageOfItems(items, true, [&](NSMutableString &page, const FeedItem &item) {
-    detail::appendItem(page, isSafe ? detail::safeItem(item) : item);
+    detail::appendItem(page, isSafe ? detail::safeItemByName(item) : item);
   });
 }
 

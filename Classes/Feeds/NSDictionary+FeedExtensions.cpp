@@ -45,7 +45,7 @@ NSString stringByConvertingItemToDisplayHTML(const NSDictionary &item, Flag isSa
 NSString stringByConvertingItemToDisplayHTMLUsingLinkedStyleSheet(const NSDictionary &item, Flag isLinked,
                                                                   Flag isSafe) {
   const FeedItem fields = detail::itemOfDictionary(item);
-  return stringByConvertingItemToHTML(isSafe ? detail::safeItem(fields) : fields, true, isLinked);
+  return stringByConvertingItemToHTML(isSafe ? detail::safeItemByName(fields) : fields, true, isLinked);
 }
 
 NSString stringByConvertingItemToSearchableHTML(const NSDictionary &item) {

@@ -51,7 +51,7 @@ class PageWriter : public detail::FeedSink {
   }
   void takeItem(FeedItem &item) override {
     takeEndTagOfItem();
-    detail::appendItem(page_, isSafe_ ? detail::safeItem(item) : item);
+    detail::appendItem(page_, isSafe_ ? detail::safeItemByName(item) : item);
   }
   bool bodyStarted() const { return bodyStarted_; }
 
@@ -73,14 +73,14 @@ bool isLinkToStyleSheet(const TagShape &tag) {
 bool isFeed(const NSString &string) {
   bool isFeed = false;
   return answerOr(false, [&] {
-    GetTagsOfString(string, RetrieveFeedHandler, &isFeed, false);
+    GetTagsOfXML(string, RetrieveFeedHandler, &isFeed);
     return isFeed;
   });
 }
 
 bool isFeedComplete(const NSString &string, bool *isComplete) {
   CompleteFeedContext context;
-  answerOr(false, [&] { return GetTagsOfString(string, RetrieveCompleteFeedHandler, &context, false); });
+  answerOr(false, [&] { return GetTagsOfXML(string, RetrieveCompleteFeedHandler, &context); });
   if (isComplete) *isComplete = context.isComplete;
   return context.isFeed;
 }
@@ -88,7 +88,8 @@ bool isFeedComplete(const NSString &string, bool *isComplete) {
 NSArray getItemsOfFeed(const NSString &string, const NSURL &feedURL) {
   return answerOr(NSArray::array(), [&] {
     ItemGatherer gatherer;
-    FeedContext(FeedRules::kByName, feedURL, gatherer).read(string.view());
+    FeedContext context(FeedRules::kByName, feedURL, gatherer);
+    GetTagsOfXML(string, detail::Feed2HTMLHandler, &context);
     return std::move(gatherer).items();
   });
 }
@@ -102,7 +103,7 @@ NSString stringByConvertingFeed(const NSString &string, const NSURL &feedURL,
     detail::appendStyleSheet(page, toDisplayHTMLUsingLinkedStyleSheet);
     PageWriter writer(page, isSafe);
     FeedContext context(FeedRules::kByName, feedURL, writer);
-    context.read(string.view());
+    GetTagsOfXML(string, detail::Feed2HTMLHandler, &context);
     if (!context.isFeed()) return string;
     page.append(writer.bodyStarted() ? detail::kPageEnd : detail::kHeadEnd);
     return std::move(page).string();

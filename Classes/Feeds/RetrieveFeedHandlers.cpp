@@ -28,7 +28,7 @@ bool retrieveCompleteFeed(const TagShape &tag, CompleteFeedContext &context) {
   const FeedElement element = elementOf(tag);
   if (isRoot(element)) {
     context.isFeed = true;
-    context.isComplete = tag.tag().size() >= 4 && (tag.isEndTag() || tag.isEmptyElementTag());
+    context.isComplete = tag.isEndTag() || tag.isEmptyElementTag();
   }
   return context.isComplete || element == FeedElement::kPage;
 }

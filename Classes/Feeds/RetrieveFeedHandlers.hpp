@@ -11,7 +11,7 @@ namespace NIMBO_PUBLIC nimbo {
 /// stops the scan at the first of both.
 ///
 ///     bool isFeed = false;
-///     GetTagsOfString(text, RetrieveFeedHandler, &isFeed, false);
+///     GetTagsOfXML(text, RetrieveFeedHandler, &isFeed);
 extern const TagHandler RetrieveFeedHandler;
 
 /// The context of `RetrieveCompleteFeedHandler`.

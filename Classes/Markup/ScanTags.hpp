@@ -18,6 +18,21 @@ struct TagVisitor {
 };
 
 void scanTagsWithVisitor(std::u16string_view markup, TagVisitor visitor);
+void scanXMLTagsWithVisitor(std::u16string_view markup, TagVisitor visitor);
+
+template <class Callable>
+TagVisitor visitorOf(Callable &callable) {
+  const auto call = [](const TagShape &tag, void *pointer) -> bool {
+    Callable &target = *static_cast<Callable *>(pointer);
+    if constexpr (std::is_void_v<std::invoke_result_t<Callable &, const TagShape &>>) {
+      target(tag);
+      return false;
+    } else {
+      return target(tag);
+    }
+  };
+  return {call, const_cast<std::remove_const_t<Callable> *>(std::addressof(callable))};
+}
 
 }  // namespace detail
 
@@ -35,18 +50,7 @@ void scanTagsWithVisitor(std::u16string_view markup, TagVisitor visitor);
 template <class Visit>
 requires std::invocable<Visit &, const TagShape &>
 void scanTags(std::u16string_view markup, Visit &&visit) {
-  using Callable = std::remove_reference_t<Visit>;
-  const auto call = [](const TagShape &tag, void *callable) -> bool {
-    Callable &target = *static_cast<Callable *>(callable);
-    if constexpr (std::is_void_v<std::invoke_result_t<Callable &, const TagShape &>>) {
-      target(tag);
-      return false;
-    } else {
-      return target(tag);
-    }
-  };
-  detail::scanTagsWithVisitor(markup,
-                              {call, const_cast<std::remove_const_t<Callable> *>(std::addressof(visit))});
+  detail::scanTagsWithVisitor(markup, detail::visitorOf(visit));
 }
 
 /// The same for a string; nil has no tags.
@@ -54,6 +58,13 @@ template <class Visit>
 requires std::invocable<Visit &, const TagShape &>
 void scanTags(const NSString &string, Visit &&visit) {
   scanTags(string.view(), visit);
+}
+
+/// The same for XML: a CDATA section ends at "]]>", whatever stands in it.
+template <class Visit>
+requires std::invocable<Visit &, const TagShape &>
+void scanXMLTags(std::u16string_view markup, Visit &&visit) {
+  detail::scanXMLTagsWithVisitor(markup, detail::visitorOf(visit));
 }
 
 }  // namespace nimbo

@@ -47,8 +47,8 @@ struct TagAttribute {
 /// raw-text element has behind its start tag has none.
 ///
 ///     TagAttributeReader attributes(u"<option value=a selected>");
-///     while (const std::optional<TagAttribute> attribute = attributes.next()) count +=
-///     attribute->value.size();
+///     while (const std::optional<TagAttribute> attribute = attributes.next())
+///       count += attribute->value.size();
 class TagAttributeReader {
  public:
   /// It borrows the units.

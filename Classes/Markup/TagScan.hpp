@@ -4,8 +4,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "Classes/Characters/CharacterSetRep.hpp"
+#include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Markup/MarkupMarks.hpp"
 #include "Classes/Markup/RawTextElements.hpp"
 #include "Classes/Markup/RetracedTagEnds.hpp"
@@ -13,15 +15,22 @@
 
 namespace nimbo::detail {
 
+/// Where CDATA sections end.
+enum class SectionEnd : std::uint8_t {
+  kOfAnySection,  ///< At "]>", as all marked sections.
+  kOfXML,         ///< At "]]>" alone.
+};
+
 /// One walk over the markup, which is not empty. `Handler` is called with each `TagShape` and answers whether
 /// to stop.
 template <class Handler>
 class TagScan {
  public:
-  TagScan(std::u16string_view markup, Handler &handler)
+  TagScan(std::u16string_view markup, Handler &handler, SectionEnd sectionEnd)
       : units_(markup.data()),
         length_(static_cast<std::uint32_t>(markup.size())),
         handler_(handler),
+        sectionEnd_(sectionEnd),
         marks_(units_, length_),
         rawText_(units_, length_),
         retracedEnds_(units_, length_) {}
@@ -30,7 +39,7 @@ class TagScan {
     std::uint32_t less = 0;
     while ((less = marks_.nextLess(less)) < length_) {
       const TagKind kind = kindAt(less);
-      const std::uint32_t end = kind == kOrdinaryTag ? endOfTag(less + 1) : endOfSection(kind, less + 3);
+      const std::uint32_t end = kind == kOrdinaryTag ? endOfTag(less + 1) : endOfSection(kind, less);
       if (end == length_) {
         if (kind != kOrdinaryTag) report(kNoName, {less, length_ - less}, kind);
         break;
@@ -75,7 +84,10 @@ class TagScan {
   }
 
   /// Where the ">" of a comment or marked section stands; the length when it has none.
-  std::uint32_t endOfSection(TagKind kind, std::uint32_t from) {
+  std::uint32_t endOfSection(TagKind kind, std::uint32_t less) {
+    if (sectionEnd_ == SectionEnd::kOfXML && markupFrom(less).starts_with(kCDATAStart))
+      return endOfCDATASection(less + static_cast<std::uint32_t>(kCDATAStart.size()));
+    const std::uint32_t from = less + 3;
     const bool isShortComment = kind == kComment && (from >= length_ || units_[from] != u'-');
     for (std::uint32_t i = marks_.nextGreater(from); i < length_; i = marks_.nextGreater(i + 1)) {
       const unichar *const before = units_ + i;
@@ -88,6 +100,20 @@ class TagScan {
       }
     }
     return length_;
+  }
+
+  std::uint32_t endOfCDATASection(std::uint32_t from) const {
+    for (std::uint32_t i = from; i < length_; ++i) {
+      const std::uint32_t bracket = findUnichar(units_ + i, length_ - i, u']');
+      if (bracket == NSNotFound) break;
+      i += bracket;
+      if (markupFrom(i).starts_with(kCDATAEnd)) return i + 2;
+    }
+    return length_;
+  }
+
+  std::u16string_view markupFrom(std::uint32_t location) const {
+    return {units_ + location, length_ - location};
   }
 
   /// A raw-text element may end inside its own start tag: the scan goes on from there.
@@ -116,6 +142,7 @@ class TagScan {
   const unichar *const units_;
   const std::uint32_t length_;
   Handler &handler_;
+  const SectionEnd sectionEnd_;
   MarkupMarks marks_;
   RawTextElements rawText_;
   RetracedTagEnds retracedEnds_;

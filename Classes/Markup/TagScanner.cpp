@@ -15,6 +15,16 @@ namespace {
 /// The longest string that is copied for a scan: one more unit, and its size in bytes would not fit 31 bits.
 constexpr std::uint32_t kMaximumCopiedLength = 0x3fffffff;
 
+/// Scans the units, which are those of the string or a copy.
+void scan(const NSString &string, const unichar *characters, TagHandler handler, void *context,
+          detail::SectionEnd sectionEnd) {
+  const auto call = [&](const TagShape &tag) {
+    return handler(string, characters, tag.nameRange().location, tag.nameRange().length,
+                   tag.tagRange().location, tag.tagRange().length, tag.textLocation(), tag.kind(), context);
+  };
+  detail::TagScan({characters, string.length()}, call, sectionEnd).run();
+}
+
 }  // namespace
 
 bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, Flag isMutable) {
@@ -32,11 +42,13 @@ bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, 
     std::copy_n(characters, length, copy.get());
     characters = copy.get();
   }
-  const auto call = [&](const TagShape &tag) {
-    return handler(string, characters, tag.nameRange().location, tag.nameRange().length,
-                   tag.tagRange().location, tag.tagRange().length, tag.textLocation(), tag.kind(), context);
-  };
-  detail::TagScan({characters, length}, call).run();
+  scan(string, characters, handler, context, detail::SectionEnd::kOfAnySection);
+  return true;
+}
+
+bool GetTagsOfXML(const NSString &string, TagHandler handler, void *context) {
+  if (string.length() == 0) return false;
+  scan(string, string.characters(), handler, context, detail::SectionEnd::kOfXML);
   return true;
 }
 

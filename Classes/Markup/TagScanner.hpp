@@ -49,4 +49,7 @@ using TagHandler = bool (*)(const NSString &string, const unichar *characters, s
 /// and `std::bad_alloc` when the marks of odd markup need more memory than there is.
 bool GetTagsOfString(const NSString &string, TagHandler handler, void *context, Flag isMutable);
 
+/// The same for XML, of which nothing is changed: a CDATA section ends at "]]>", whatever stands in it.
+bool GetTagsOfXML(const NSString &string, TagHandler handler, void *context);
+
 }  // namespace nimbo

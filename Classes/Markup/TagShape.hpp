@@ -12,6 +12,11 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
+/// What a CDATA section begins with.
+inline constexpr std::u16string_view kCDATAStart = u"<![CDATA[";
+/// What it ends with.
+inline constexpr std::u16string_view kCDATAEnd = u"]]>";
+
 /// What the scanner has found: a tag, comment or marked section, and the text in front of it; or, as an empty
 /// tag, the end of the markup. It borrows the markup, and so do its views. It never changes, and any thread may
 /// read it.
@@ -52,6 +57,8 @@ class TagShape {
 
   /// Whether it is a tag, and no comment, marked section or the end.
   bool isOrdinary() const { return kind_ == kOrdinaryTag; }
+  /// Whether it is a CDATA section, whose end may be missing.
+  bool isCDATASection() const { return kind_ == kMarkedSection && tag().starts_with(kCDATAStart); }
   /// "</...>".
   bool isEndTag() const { return isOrdinary() && tag().size() > 1 && tag()[1] == u'/'; }
   /// "<.../>".

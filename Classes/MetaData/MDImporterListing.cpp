@@ -46,12 +46,12 @@ std::vector<NSString> orderImporters(std::vector<NSString> listed, const MetaDat
     loadPluginsFromFolder(importers, folder);
     append(importers);
   };
+  std::erase_if(listed, isDynamicallyRegistered);
   appendFolder(locations.userImporterFolder);
   for (const NSString &prefix : locations.importerFolders) {
     for (std::size_t i = listed.size(); i-- > 0;) {
-      const bool isDynamic = isDynamicallyRegistered(listed[i]);
-      if (!isDynamic && !listed[i].view().starts_with(prefix.view())) continue;
-      if (!isDynamic) ordered.push_back(listed[i]);
+      if (!listed[i].view().starts_with(prefix.view())) continue;
+      ordered.push_back(listed[i]);
       listed.erase(listed.begin() + static_cast<std::ptrdiff_t>(i));
     }
   }

@@ -27,7 +27,7 @@ namespace {
 using detail::isOpeningTag;
 using detail::stringUnlessEmpty;
 
-constexpr std::string_view kImageNames[] = {".gif", ".jpg", ".jpe", ".jpeg", ".png"};
+constexpr std::string_view kImageNames[] = {".gif", ".jpg", ".jpe", ".png"};
 /// The attributes of an image that say what it shows, the better one first.
 constexpr std::string_view kImageTitles[] = {"ALT", "TITLE"};
 

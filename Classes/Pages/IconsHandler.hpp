@@ -45,7 +45,7 @@ struct IconsContext {
 ///   `stringByExtractingJavaScriptURL` knows what they open. Other scripts and anchors of the page are none. It
 ///   is open until the next "a" tag.
 /// - Its image is the first in it, an "img" tag or the "BACKGROUND" of any, whose name ends in ".gif", ".jpg",
-///   ".jpe", ".jpeg" or ".png". The image of the page itself is its "shortcut icon", else "/favicon.ico" where
+///   ".jpe" or ".png". The image of the page itself is its "shortcut icon", else "/favicon.ico" where
 ///   its base is an HTTP URL.
 /// - Its title is its text, or else its "TITLE", or else what the first image with such says by "ALT" or
 ///   "TITLE". Where a link stands more than once, the text with the most words counts.

@@ -62,8 +62,8 @@ bool beginsWithHost(View url) {
 
 NSURL URLWithTypedString(const NSString &string) {
   const NSString clean = stringURLWrittenBy(cleanURLUnits, string);
-  return URLWithNormalizedStringURL(beginsWithHost(clean.view()) ? stringByConcatenating(u"http://", clean)
-                                                                 : clean);
+  const bool isWebHost = beginsWithHost(clean.view()) && !startsWithASCIINoCase(clean.view(), "ftp.");
+  return URLWithNormalizedStringURL(isWebHost ? stringByConcatenating(u"http://", clean) : clean);
 }
 
 }  // namespace nimbo

@@ -11,9 +11,9 @@
 namespace NIMBO_PUBLIC nimbo {
 
 /// The URL that somebody has typed, as `URLWithNormalizedStringURL` reads it; what begins with the name or IPv4
-/// address of a host, with a port or not ("example.org/a", "localhost:8080"), gets "http://" in front. One that
-/// ends in the extension of a usual file is none ("page.tar.gz"). Nil for nil, and when nothing usable
-/// was typed.
+/// address of a host, with a port or not ("example.org/a", "localhost:8080"), gets "http://" in front, or
+/// "ftp://" when its name begins with "ftp.". One that ends in the extension of a usual file is none
+/// ("page.tar.gz"). Nil for nil, and when nothing usable was typed.
 NSURL URLWithTypedString(const NSString &string);
 
 }  // namespace nimbo

@@ -79,12 +79,14 @@ bool isDefaultPort(View scheme, View port) {
   return port == u"21" && equalsASCIINoCase(scheme, "ftp");
 }
 
-/// Where the host with its port ends when the scheme's own port is left out.
+/// Where the host with its port ends when the scheme's own port is left out. What has several ports keeps them.
 std::size_t endOfNeededPort(View hostAndPort, View scheme) {
   const std::size_t colon = hostAndPort.rfind(u':');
   if (colon == View::npos) return hostAndPort.size();
-  const View port = hostAndPort.substr(colon + 1);
-  const bool isLeftOut = std::ranges::all_of(port, isASCIIDigit<unichar>) && isDefaultPort(scheme, port);
+  const View host = hostAndPort.substr(0, colon), port = hostAndPort.substr(colon + 1);
+  const bool isOnlyPort = host.ends_with(u']') || host.find(u':') == View::npos;
+  const bool isLeftOut =
+      isOnlyPort && std::ranges::all_of(port, isASCIIDigit<unichar>) && isDefaultPort(scheme, port);
   return isLeftOut ? colon : hostAndPort.size();
 }
 

@@ -14,6 +14,7 @@
 #include "Classes/Entities/EntityConversion.hpp"
 #include "Classes/URLs/URLEscapes.hpp"
 #include "Classes/URLs/URLEscaping.hpp"
+#include "Classes/URLs/URLRepair.hpp"
 #include "Classes/URLs/URLStringParts.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/URLs/URLScheme.hpp"
@@ -116,9 +117,20 @@ std::u16string_view trimmedURL(std::u16string_view url, bool marksEnd) {
   }
 }
 
+/// What browsers read as the authority, also with too few or too many slashes in front of it.
+std::u16string_view authorityOf(std::u16string_view url, const URLStringParts &parts) {
+  if (parts.pathStart > parts.authorityStart)
+    return url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+  const bool isRelative = parts.schemeLength == 0 && parts.authorityStart > 0;
+  std::u16string_view path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
+  if (!isRelative && !isSlashedScheme(url.substr(0, parts.schemeLength))) return path.substr(0, 0);
+  path.remove_prefix(std::min(path.find_first_not_of(u"/\\"), path.size()));
+  return path.substr(0, path.find_first_of(u"/\\"));
+}
+
 /// The IPv6 address in brackets that is the URL's host, or no units of it.
 std::u16string_view bracketedHost(std::u16string_view url, const URLStringParts &parts) {
-  std::u16string_view host = url.substr(parts.authorityStart, parts.pathStart - parts.authorityStart);
+  std::u16string_view host = authorityOf(url, parts);
   host.remove_prefix(startOfHost(host));
   const std::size_t end = host.find(u']');
   if (!host.starts_with(u'[') || end == host.npos) return host.substr(0, 0);
@@ -131,9 +143,10 @@ std::u16string_view bracketedHost(std::u16string_view url, const URLStringParts 
 /// Writes the URL with "\" turned round and with escapes, and answers the length. `out` may lie before the URL
 /// if there are at least twice as many units between them.
 std::uint32_t writeEscapedURL(std::u16string_view url, unichar *out) {
-  const URLStringParts parts = partsOfURLString(url);
-  const std::u16string_view host = bracketedHost(url, parts);
-  const std::uint32_t slashesEnd = parts.isHierarchical ? parts.queryStart : 0;
+  const std::u16string_view meant = withoutWrongBeginning(url);
+  const URLStringParts parts = partsOfURLString(meant);
+  const std::u16string_view host = bracketedHost(meant, parts);
+  const std::size_t slashesEnd = parts.isHierarchical ? url.size() - meant.size() + parts.queryStart : 0;
   const auto hostStart = static_cast<std::size_t>(host.data() - url.data()), hostEnd = hostStart + host.size();
   const unichar *const start = out;
   for (std::size_t read = 0;; ++read) {

@@ -32,8 +32,8 @@ bool isPlainURL(const unichar *units, std::uint32_t length, Flag trimAnchor);
 /// In this order:
 /// - White and control characters, quotes (also behind a backslash) and "<" in front are dropped; the URL ends
 ///   before the next quote or ">" (not with `preservingMeaning`), or the white and control characters at the
-///   end. The text of "javascript",
-///   "applescript" and "data" URLs may hold quotes and angle brackets: only those around it are dropped.
+///   end. The text of "javascript", "applescript" and "data" URLs may hold quotes and angle brackets: only
+///   those around it are dropped.
 /// - Line feeds, carriage returns, form feeds, tabs, U+2028, U+2029, U+FFFC and U+FEFF are dropped.
 /// - Character references are converted (`convertEntities2Characters`, all of them): "&amp;b=1" becomes "&b=1",
 ///   and "&copy=1" the sign and "=1". With `preservingMeaning` they are read as browsers read those of an

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "Classes/Characters/FastComparisons.hpp"
+#include "Classes/URLs/URLStringParts.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/URLs/HostNames.hpp"
@@ -25,43 +26,30 @@ constexpr std::string_view kPlainInHost = "-._~!$&'()*+,;=%";
 constexpr std::string_view kPlainInPath = "/-._~!$&'()*+,;=:@%";
 constexpr std::string_view kPlainInQuery = "?/-._~!$&'()*+,;=:@%";
 
-struct PrefixRepair {
-  View wrong;
-  View right;
-};
-
-/// The first one that matches is taken, again and again. Each makes the string shorter or leads to no other.
-constexpr PrefixRepair kPrefixRepairs[] = {
-    {u":http://", u"http://"},
-    {u":https://", u"https://"},
-    {u"ttp://", u"http://"},
-    {u"ttps://", u"https://"},
-    {u"hhttp:", u"http:"},
-    {u"hhttps:", u"https:"},
-    {u"http://http://", u"http://"},
-    {u"http://https://", u"https://"},
-    {u"https://http://", u"http://"},
-    {u"https://https://", u"https://"},
-    {u"http:// http://", u"http://"},
-    {u"http://%20http://", u"http://"},
-    {u"http://%20https://", u"https://"},
-    {u"https://%20http://", u"http://"},
-    {u"https://%20https://", u"https://"},
-    {u"mailto:http://", u"http://"},
-    {u"mailto:https://", u"https://"},
-    {u"emailto:", u"mailto:"},
-};
-
 constexpr View kForeignSchemes[] = {u"ymsgr:",  u"message:", u"icq:",         u"irc:", u"ircs:",
                                     u"aim:",    u"mailto:",  u"javascript:",  u"tel:", u"data:",
                                     u"magnet:", u"news:",    u"applescript:", u"urn:"};
 
 constexpr View kEscapedQuote = u"%22";
+constexpr View kEscapedBlank = u"%20";
 
 bool hasPrefixNoCase(View string, View prefix) {
   const auto length = static_cast<std::uint32_t>(prefix.size());
   return string.size() >= prefix.size() &&
          fastCaseInsensitiveCompareUnichars(string.data(), length, prefix.data(), length) == 0;
+}
+
+std::size_t countSlashes(View url) {
+  return std::min(url.find_first_not_of(u"/\\"), url.size());
+}
+
+/// The URL without colons, slashes and blanks in front.
+View withoutSeparators(View url) {
+  for (;;) {
+    url.remove_prefix(std::min(url.find_first_not_of(u":/\\ "), url.size()));
+    if (!url.starts_with(kEscapedBlank)) return url;
+    url.remove_prefix(kEscapedBlank.size());
+  }
 }
 
 bool isASCII(unichar c) {
@@ -117,40 +105,19 @@ bool appendAuthority(std::string &result, View authority) {
   return true;
 }
 
-}  // namespace
-
-NSString repairedStringURL(const NSString &string) {
-  View units = string.view();
-  if (units.starts_with(kEscapedQuote)) {
-    units.remove_prefix(kEscapedQuote.size());
-    if (units.ends_with(kEscapedQuote)) units.remove_suffix(kEscapedQuote.size());
-  }
-  // What is right is written in front of what follows; a string of many wrong prefixes is passed once.
-  View front;
-  for (bool found = true; found;) {
-    found = false;
-    std::u16string beginning(front);
-    constexpr std::size_t kLongestPrefix = 24;
-    beginning.append(units.substr(0, kLongestPrefix));
-    for (const auto &[wrong, right] : kPrefixRepairs) {
-      if (!hasPrefixNoCase(beginning, wrong)) continue;
-      units.remove_prefix(wrong.size() - front.size());
-      front = right;
-      found = true;
-      break;
-    }
-  }
-  if (units.size() == string.length()) return string;
-  return stringByConcatenating(front, units);
+NSString stringURLWithRightBeginning(const NSString &string) {
+  View url = withoutWrongBeginning(string.view());
+  if (string.view().starts_with(kEscapedQuote) && url.ends_with(kEscapedQuote))
+    url.remove_suffix(kEscapedQuote.size());
+  if (startsWithASCIINoCase(url, "ttp://") || startsWithASCIINoCase(url, "ttps://"))
+    return stringByConcatenating(u"h", url);
+  return url.size() == string.length() ? string : NSString::stringWithCharacters(url);
 }
 
 NSString stringURLWithTwoSlashes(const NSString &string, View baseScheme) {
-  const auto isSlashedScheme = [](View scheme) {
-    return equalsOneOfASCIINoCase(scheme, {"http", "https", "ftp"});
-  };
   const View units = string.view(), scheme = schemeOfStringURL(units);
   const View rest = units.substr(scheme.empty() ? 0 : scheme.size() + 1);
-  const std::size_t slashes = std::min(rest.find_first_not_of(u'/'), rest.size());
+  const std::size_t slashes = countSlashes(rest);
   if (slashes == rest.size() || !isSlashedScheme(scheme.empty() ? baseScheme : scheme)) return string;
   if (scheme.empty()) return slashes > 2 ? NSString::stringWithCharacters(rest.substr(slashes - 2)) : string;
   if (slashes == 2) return string;
@@ -161,20 +128,40 @@ NSString stringURLWithTwoSlashes(const NSString &string, View baseScheme) {
   return stringByConcatenating(scheme, u"://", rest.substr(slashes));
 }
 
+}  // namespace
+
+View withoutWrongBeginning(View url) {
+  if (url.starts_with(kEscapedQuote)) url.remove_prefix(kEscapedQuote.size());
+  if (equalsOneOfASCIINoCase(schemeOfStringURL(url), {"hhttp", "hhttps", "emailto"})) url.remove_prefix(1);
+  // Behind a single "/" all is a path.
+  if (countSlashes(url) == 1) return url;
+  for (View rest = url;;) {
+    rest = withoutSeparators(rest);
+    const View scheme = schemeOfStringURL(rest);
+    const bool isPage = equalsOneOfASCIINoCase(scheme, {"http", "https"});
+    if (!isPage && !equalsOneOfASCIINoCase(scheme, {"ttp", "ttps", "mailto"})) return url;
+    const View behind = rest.substr(scheme.size() + 1);
+    if (isPage && countSlashes(behind) >= 2) url = rest;
+    rest = behind;
+  }
+}
+
+NSString repairedStringURL(const NSString &string, View baseScheme) {
+  return stringURLWithTwoSlashes(stringURLWithRightBeginning(string), baseScheme);
+}
+
 bool isUsualLink(View link) {
+  if (withoutWrongBeginning(link).size() < link.size()) return false;
   const View scheme = schemeOfStringURL(link);
   if (scheme.empty()) {
-    if (link.starts_with(u':') || link.starts_with(u'%') || link.starts_with(u"///")) return false;
     if (!link.starts_with(u"//")) return true;
   } else {
     if (!equalsOneOfASCIINoCase(scheme, {"http", "https"})) return false;
     link.remove_prefix(scheme.size() + 1);
-    if (!link.starts_with(u"//") || link.substr(2).starts_with(u'/') ||
-        startsWithASCIINoCase(link.substr(2), "http"))
-      return false;
+    if (!link.starts_with(u"//")) return false;
   }
   // The escapes of a host stand for characters.
-  return link.substr(0, link.find(u'/', 2)).find(u'%') == View::npos;
+  return !link.substr(2).starts_with(u'/') && link.substr(0, link.find(u'/', 2)).find(u'%') == View::npos;
 }
 
 bool isForeignLink(const NSString &string) {

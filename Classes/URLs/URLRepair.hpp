@@ -14,19 +14,25 @@
 
 namespace NIMBO_PUBLIC nimbo {
 
-/// Mends what goes wrong when links are typed or pasted: an escaped quote in front, with the one at the end;
-/// ":http://" and "ttp://"; a doubled beginning as "hhttp:", "http://http://" or "http://%20http://"; a web
-/// page as "mailto:http://"; "emailto:". All of them where several stand together; "https" as "http". In any
-/// case. The string itself when nothing is wrong. `string` is as `normalizedStringURL` gives it.
-NSString repairedStringURL(const NSString &string);
+/// The URL without what is wrong in front of it: an escaped quote, the first letter of "hhttp:" and "emailto:",
+/// and all that stands before the last of several beginnings of web pages. Between these stand colons, slashes
+/// and blanks, as they are or escaped, "ttp:" and "mailto:"; the last is "http:" or "https:" with at least two
+/// slashes. "\" is as good as "/". In any case. What begins with a single "/" is a path, and stays.
+std::u16string_view withoutWrongBeginning(std::u16string_view url NIMBO_LIFETIMEBOUND);
 
-/// The string with the two slashes that browsers read into one of the schemes http, https and ftp: "http:/h/"
-/// and "https:h" mean "http://h/" and "https://h", unless the page has the same scheme: they then lead to "/h/"
-/// and "h" from there. More slashes than two count as two; so do those of "///h/" where the page has one of
-/// these schemes. The string itself when that changes nothing. `baseScheme` is the page's, or empty.
-NSString stringURLWithTwoSlashes(const NSString &string, std::u16string_view baseScheme);
+/// Mends what goes wrong when links are typed or pasted: what `withoutWrongBeginning` drops, with the escaped
+/// quote at the end; "ttp://" without its "h".
+///
+/// It has then the two slashes that browsers read into one of the schemes http, https and ftp: "http:/h/" and
+/// "https:h" mean "http://h/" and "https://h", unless the page has the same scheme: they then lead to "/h/" and
+/// "h" from there. More slashes than two count as two; so do those of "///h/" where the page has one of these
+/// schemes.
+///
+/// The string itself when nothing is wrong. `string` is as `normalizedStringURL` gives it, `baseScheme` the
+/// page's, or empty.
+NSString repairedStringURL(const NSString &string, std::u16string_view baseScheme = {});
 
-/// Whether the functions above are sure to leave the string and it is no foreign link, by one quick look;
+/// Whether `repairedStringURL` is sure to leave the string and it is no foreign link, by one quick look;
 /// `false` says nothing.
 bool isUsualLink(std::u16string_view link);
 

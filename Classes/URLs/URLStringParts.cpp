@@ -20,6 +20,10 @@ bool isTextScheme(std::u16string_view scheme) {
   return equalsOneOfASCIINoCase(scheme, {"javascript", "applescript", "data"});
 }
 
+bool isSlashedScheme(std::u16string_view scheme) {
+  return equalsOneOfASCIINoCase(scheme, {"http", "https", "ftp"});
+}
+
 bool isFTPScheme(std::u16string_view scheme) {
   return equalsOneOfASCIINoCase(scheme, {"ftp", "ftps", "sftp"});
 }

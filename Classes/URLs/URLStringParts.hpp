@@ -36,6 +36,10 @@ URLStringParts partsOfURLString(std::u16string_view url);
 /// Whether the scheme's URLs are text.
 bool isTextScheme(std::u16string_view scheme);
 
+/// Whether browsers read a host behind the scheme's ":" whatever number of slashes stands there: "http",
+/// "https", "ftp".
+bool isSlashedScheme(std::u16string_view scheme);
+
 /// Whether it is "ftp", "ftps" or "sftp".
 bool isFTPScheme(std::u16string_view scheme);
 

@@ -16,9 +16,12 @@ class Clipboard {
  public:
   virtual ~Clipboard() = default;
 
-  /// The types that who owns the clipboard offers; nothing when it does not tell.
+  /// The types that who owns the clipboard offers, which a question begins with; nothing when it does not tell.
   virtual std::optional<std::vector<std::string>> types(const Patience &patience) = 0;
-  /// The data of a type; nothing when it is refused.
+  /// Whether it can be told that who owns the clipboard refuses a type, rather than has nothing.
+  virtual bool tellsRefusal() const = 0;
+  /// The data of a type; nothing when it is refused. Raises `OwnerReplaced` when who told the types has not
+  /// given them before another program came to own the clipboard.
   virtual std::optional<std::string> read(const std::string &type, const Patience &patience) = 0;
   /// Makes this process the owner, who offers these types; of none, empties the clipboard.
   virtual void own(const std::vector<std::string> &types, const Patience &patience) = 0;

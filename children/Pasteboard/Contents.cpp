@@ -11,15 +11,7 @@
 namespace nimbo {
 namespace {
 
-constexpr std::size_t kNumberBytes = sizeof(std::uint32_t);
-constexpr std::size_t kMaximumNameBytes = 1 << 20;
 constexpr std::size_t kReadBytes = 1 << 20;
-
-std::uint32_t numberAt(const std::string &head, std::size_t offset) {
-  std::uint32_t number = 0;
-  std::memcpy(&number, head.data() + offset, sizeof number);
-  return number;
-}
 
 }  // namespace
 
@@ -29,18 +21,23 @@ Contents::Contents(std::vector<std::string> types, FileDescriptor feed)
   ::fcntl(feed_.get(), F_SETFL, O_NONBLOCK);
 }
 
+PasteboardRecord Contents::record() const {
+  PasteboardRecord record;
+  std::memcpy(&record, head_.data(), std::min(head_.size(), sizeof record));
+  return record;
+}
+
 std::size_t Contents::missingBytes() const {
-  if (head_.size() < 2 * kNumberBytes) return 2 * kNumberBytes - head_.size();
-  const std::size_t headBytes = 2 * kNumberBytes + numberAt(head_, 0);
+  if (head_.size() < sizeof(PasteboardRecord)) return sizeof(PasteboardRecord) - head_.size();
+  const std::size_t headBytes = sizeof(PasteboardRecord) + record().nameBytes;
   if (head_.size() < headBytes) return headBytes - head_.size();
-  const std::uint32_t dataBytes = numberAt(head_, kNumberBytes);
-  return dataBytes == kMissing ? 0 : dataBytes - data_.size();
+  return record().dataBytes == PasteboardRecord::kMissing ? 0 : record().dataBytes - data_.size();
 }
 
 void Contents::finishRecord() {
-  const bool isMissing = numberAt(head_, kNumberBytes) == kMissing;
+  const bool isMissing = record().dataBytes == PasteboardRecord::kMissing;
   const Bytes bytes = isMissing ? nullptr : std::make_shared<const std::string>(std::move(data_));
-  for (std::size_t first = 2 * kNumberBytes; first < head_.size();) {
+  for (std::size_t first = sizeof(PasteboardRecord); first < head_.size();) {
     const std::size_t end = std::min(head_.find('\n', first), head_.size());
     const auto entry = entries_.find(head_.substr(first, end - first));
     if (entry != entries_.end()) entry->second = {isMissing, bytes};
@@ -53,15 +50,15 @@ void Contents::finishRecord() {
 void Contents::receive() {
   while (feed_) {
     const std::size_t wanted = missingBytes();
-    const bool isHeadWhole =
-        head_.size() >= 2 * kNumberBytes && head_.size() == 2 * kNumberBytes + numberAt(head_, 0);
+    const bool hasNumbers = head_.size() >= sizeof(PasteboardRecord);
+    const bool isHeadWhole = hasNumbers && head_.size() == sizeof(PasteboardRecord) + record().nameBytes;
     if (isHeadWhole && wanted == 0) {
       finishRecord();
       continue;
     }
-    if (head_.size() >= 2 * kNumberBytes &&
-        (numberAt(head_, 0) > kMaximumNameBytes ||
-         (numberAt(head_, kNumberBytes) != kMissing && numberAt(head_, kNumberBytes) > kMaximumContentBytes)))
+    const bool isMissing = record().dataBytes == PasteboardRecord::kMissing;
+    if (hasNumbers &&
+        (record().nameBytes > kMaximumNamesBytes || (!isMissing && record().dataBytes > kMaximumContentBytes)))
       return closeFeed();
     std::string &part = isHeadWhole ? data_ : head_;
     if (isHeadWhole) part.reserve(part.size() + wanted);

@@ -8,28 +8,18 @@
 #include <string>
 #include <vector>
 
+#include "platform/AppKit/Pasteboard/PasteboardFeed.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 
 namespace nimbo {
 
-/// How many bytes a type may have.
-constexpr std::size_t kMaximumContentBytes = std::size_t{512} << 20;
-
 /// Bytes that several types, and those who are just being sent them, share.
 using Bytes = std::shared_ptr<const std::string>;
 
-/// What is offered to others: types, which are known from the beginning, and their data, which come later. They
-/// come through a feed, a stream in records:
-///
-///     the number of bytes of the names, 4 bytes
-///     the number of bytes of the data, 4 bytes; `kMissing` when there will be none
-///     the names of the types that these data are of, each with '\n' behind it
-///     the data
+/// What is offered to others: types, which are known from the beginning, and their data, which come later
+/// through the feed that PasteboardFeed.hpp describes.
 class Contents {
  public:
-  /// Stands in the place of a number of bytes.
-  static constexpr std::uint32_t kMissing = UINT32_MAX;
-
   /// What is known of a type's data.
   enum class State { notOffered, awaited, missing, given };
 
@@ -56,7 +46,9 @@ class Contents {
     Bytes bytes;
   };
 
-  /// How much of the record under way is still to come, before its next part is known.
+  /// What the record under way says of itself, once its beginning is there.
+  PasteboardRecord record() const;
+  /// How much of its next part is still to come.
   std::size_t missingBytes() const;
   void finishRecord();
 

@@ -16,4 +16,10 @@ class PasteboardError : public std::runtime_error {
   const ErrorCode code;
 };
 
+/// Who owned the clipboard has ended, and another program owns it, so that it may be read anew.
+class OwnerReplaced : public PasteboardError {
+ public:
+  using PasteboardError::PasteboardError;
+};
+
 }  // namespace nimbo

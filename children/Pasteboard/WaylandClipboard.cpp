@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/TypeNames.hpp"
 #include "children/Pasteboard/WaylandConnection.hpp"
 
 namespace nimbo {
@@ -27,8 +28,10 @@ class WaylandClipboard final : public Clipboard {
 
   std::optional<std::vector<std::string>> types(const Patience & /*patience*/) override {
     requireOffer();
+    if (connection_.types().size() > kMaximumTypes) throw PasteboardError(ErrorCode::tooLarge, kTooManyTypes);
     return connection_.types();
   }
+  bool tellsRefusal() const override { return false; }
   std::optional<std::string> read(const std::string &type, const Patience &patience) override;
   void own(const std::vector<std::string> &types, const Patience &patience) override;
   void serve(Contents &contents, int signals) override;
@@ -61,7 +64,7 @@ class WaylandClipboard final : public Clipboard {
 
 std::optional<std::string> WaylandClipboard::read(const std::string &type, const Patience &patience) {
   requireOffer();
-  const wl_proxy *const offer = connection_.offer();
+  const std::size_t count = connection_.offerCount();
   int ends[2];
   if (::pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
     throw PasteboardError(ErrorCode::other, "there is no pipe to read the clipboard through");
@@ -95,13 +98,13 @@ std::optional<std::string> WaylandClipboard::read(const std::string &type, const
     pollfd waited = {reading.get(), POLLIN, 0};
     ::poll(&waited, 1, deadline.remainingMilliseconds());
   }
-  // A pipe ends in the same way when its writer does, and when he refuses.
+  // A pipe ends in the same way when its writer does, which many do as soon as they have given all.
+  if (!bytes.empty()) return bytes;
   connection_.roundTrip(patience);
-  if (connection_.offer() != offer)
-    throw PasteboardError(ErrorCode::incomplete,
-                          "the program that owned the clipboard ended while it was read");
-  if (bytes.empty()) return std::nullopt;
-  return bytes;
+  if (connection_.offerCount() == count) return bytes;
+  constexpr char kReason[] = "the program that owns the clipboard ended before it gave anything";
+  if (!connection_.offer()) throw PasteboardError(ErrorCode::incomplete, kReason);
+  throw OwnerReplaced(ErrorCode::incomplete, kReason);
 }
 
 void WaylandClipboard::own(const std::vector<std::string> &types, const Patience &patience) {

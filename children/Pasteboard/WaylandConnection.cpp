@@ -8,15 +8,9 @@
 #include <utility>
 
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/TypeNames.hpp"
 
 namespace nimbo {
-namespace {
-
-/// More types are not listed.
-constexpr std::size_t kMaximumTypes = 1024;
-
-}  // namespace
-
 WaylandConnection::WaylandConnection(const Patience &patience) : display_(::wl_display_connect(nullptr)) {
   if (!display_)
     throw PasteboardError(ErrorCode::other,
@@ -106,14 +100,13 @@ void WaylandConnection::dataOffer(void *data, wl_proxy * /*device*/, wl_proxy *o
 
 void WaylandConnection::offersType(void *data, wl_proxy *offer, const char *type) {
   auto &self = *static_cast<WaylandConnection *>(data);
-  const std::string_view name = type;
-  const bool isLine = std::ranges::none_of(name, [](char c) { return static_cast<unsigned char>(c) < ' '; });
-  if (offer == self.newOffer_.get() && isLine && self.newTypes_.size() < kMaximumTypes)
-    self.newTypes_.emplace_back(name);
+  if (offer == self.newOffer_.get() && isTypeName(type) && self.newTypes_.size() <= kMaximumTypes)
+    self.newTypes_.emplace_back(type);
 }
 
 void WaylandConnection::selection(void *data, wl_proxy * /*device*/, wl_proxy *offer) {
   auto &self = *static_cast<WaylandConnection *>(data);
+  ++self.offerCount_;
   self.offer_.reset();
   self.types_.clear();
   if (!offer || offer != self.newOffer_.get()) return;

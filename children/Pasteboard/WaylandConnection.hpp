@@ -3,6 +3,7 @@
 
 #include <wayland-client.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,7 +27,9 @@ class WaylandConnection {
   wl_proxy *device() const { return device_.get(); }
   /// The clipboard's offer; null when it is empty.
   wl_proxy *offer() const { return offer_.get(); }
-  /// The types of the offer.
+  /// How many offers there have been.
+  std::size_t offerCount() const { return offerCount_; }
+  /// The types of the offer; of more than there may be, one too many.
   const std::vector<std::string> &types() const { return types_; }
   /// Readable when there is something to dispatch.
   int descriptor() const;
@@ -59,6 +62,7 @@ class WaylandConnection {
   DataControlDevice device_;
   /// An offer whose types are being told; it is not known yet what it is of.
   DataControlOffer newOffer_, offer_;
+  std::size_t offerCount_ = 0;
   std::vector<std::string> newTypes_, types_;
   bool isFinished_ = false;
 };

@@ -11,10 +11,11 @@ namespace {
 class X11Clipboard final : public Clipboard {
  public:
   std::optional<std::vector<std::string>> types(const Patience &patience) override {
-    return X11Reader(connection_).types(patience);
+    return reader_.types(patience);
   }
+  bool tellsRefusal() const override { return true; }
   std::optional<std::string> read(const std::string &type, const Patience &patience) override {
-    return X11Reader(connection_).read(type, patience);
+    return reader_.read(type, patience);
   }
   void own(const std::vector<std::string> &types, const Patience &patience) override {
     owner_.emplace(connection_, types, patience);
@@ -23,6 +24,7 @@ class X11Clipboard final : public Clipboard {
 
  private:
   X11Connection connection_;
+  X11Reader reader_{connection_};
   std::optional<X11Owner> owner_;
 };
 

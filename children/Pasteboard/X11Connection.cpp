@@ -6,25 +6,19 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <string_view>
 
 #include "children/Pasteboard/Contents.hpp"
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/TypeNames.hpp"
 
 namespace nimbo {
 namespace {
 
-/// More of an atom list or of a name is not looked at.
-constexpr std::size_t kMaximumAtoms = 1024;
 /// What a request takes beside the bytes of a property.
 constexpr std::size_t kRequestHeadBytes = 64;
 constexpr std::size_t kPropertyBytes = 1 << 20;
 /// How much of a property comes with a reply, in units of 4 bytes.
 constexpr std::uint32_t kReplyUnits = 1 << 20;
-
-bool hasControlCharacter(std::string_view name) {
-  return std::ranges::any_of(name, [](char c) { return static_cast<unsigned char>(c) < ' '; });
-}
 
 }  // namespace
 
@@ -33,7 +27,8 @@ X11Connection::X11Connection() {
   connection_ = ::xcb_connect(nullptr, &number);
   if (::xcb_connection_has_error(connection_)) {
     ::xcb_disconnect(connection_);
-    throw PasteboardError(ErrorCode::other, "the X server that DISPLAY names does not answer");
+    throw PasteboardError(ErrorCode::other,
+                          "the X server that DISPLAY names does not answer, or refuses this user");
   }
   xcb_screen_iterator_t screens = ::xcb_setup_roots_iterator(::xcb_get_setup(connection_));
   for (; number > 0 && screens.rem > 1; --number) ::xcb_screen_next(&screens);
@@ -68,15 +63,14 @@ std::vector<xcb_atom_t> X11Connection::atoms(std::span<const std::string> names)
 
 std::vector<std::string> X11Connection::names(std::span<const xcb_atom_t> atoms) {
   std::vector<xcb_get_atom_name_cookie_t> cookies;
-  for (const xcb_atom_t atom : atoms.first(std::min(atoms.size(), kMaximumAtoms)))
-    cookies.push_back(::xcb_get_atom_name(connection_, atom));
+  for (const xcb_atom_t atom : atoms) cookies.push_back(::xcb_get_atom_name(connection_, atom));
   std::vector<std::string> names;
   for (const auto cookie : cookies) {
     const XCBPointer<xcb_get_atom_name_reply_t> reply(::xcb_get_atom_name_reply(connection_, cookie, nullptr));
     if (!reply) continue;
     std::string name(::xcb_get_atom_name_name(reply.get()),
                      static_cast<std::size_t>(::xcb_get_atom_name_name_length(reply.get())));
-    if (!hasControlCharacter(name)) names.push_back(std::move(name));
+    if (isTypeName(name)) names.push_back(std::move(name));
   }
   check();
   return names;
@@ -143,7 +137,7 @@ void X11Connection::flush() {
 }
 
 std::vector<xcb_atom_t> atomsIn(const X11Property &property) {
-  std::vector<xcb_atom_t> atoms(std::min(property.bytes.size() / sizeof(xcb_atom_t), kMaximumAtoms));
+  std::vector<xcb_atom_t> atoms(property.bytes.size() / sizeof(xcb_atom_t));
   if (!atoms.empty()) std::memcpy(atoms.data(), property.bytes.data(), atoms.size() * sizeof(xcb_atom_t));
   return atoms;
 }

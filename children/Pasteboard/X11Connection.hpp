@@ -46,7 +46,7 @@ class X11Connection {
 
   std::vector<xcb_atom_t> atoms(std::span<const std::string> names);
   xcb_atom_t atom(const std::string &name) { return atoms({&name, 1}).front(); }
-  /// The names of the atoms that have one.
+  /// The names of the atoms that can name a type.
   std::vector<std::string> names(std::span<const xcb_atom_t> atoms);
   xcb_window_t selectionOwner(xcb_atom_t selection);
   /// The property, which is deleted when `removes`; nothing when it is not there. Raises `tooLarge`.

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/TypeNames.hpp"
 
 namespace nimbo {
 namespace {
@@ -152,6 +153,7 @@ X11Owner::Outcome X11Owner::convertAll(const Request &request) {
   const auto property = connection_.property(request.requestor, request.property, false);
   if (!property) return Outcome::refused;
   std::vector<xcb_atom_t> pairs = atomsIn(*property);
+  if (pairs.size() > 2 * kMaximumTypes) return Outcome::refused;
   for (std::size_t i = 0; i + 1 < pairs.size(); i += 2)
     if (stateOf(pairs[i]) == Contents::State::awaited) return Outcome::awaited;
   for (std::size_t i = 0; i + 1 < pairs.size(); i += 2)

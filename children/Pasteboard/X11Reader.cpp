@@ -3,17 +3,13 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string_view>
 
 #include "children/Pasteboard/Contents.hpp"
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/TypeNames.hpp"
 
 namespace nimbo {
 namespace {
-
-/// Targets that are no types of data.
-constexpr std::string_view kProtocolTargets[] = {
-    "TARGETS", "MULTIPLE", "TIMESTAMP", "SAVE_TARGETS", "DELETE", "INSERT_SELECTION", "INSERT_PROPERTY"};
 
 template <typename Event>
 const Event &as(const X11Event &event) {
@@ -36,31 +32,39 @@ X11Reader::X11Reader(X11Connection &connection) : connection_(connection) {
 }
 
 std::optional<std::vector<std::string>> X11Reader::types(const Patience &patience) {
+  owner_ = connection_.selectionOwner(clipboard_);
+  if (owner_ == XCB_WINDOW_NONE) throw PasteboardError(ErrorCode::incomplete, "the clipboard is empty");
+  // Its end is then an event. Where it has ended already, the server answers for it.
+  const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+  ::xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &events);
   const auto targets = convert(connection_.atom("TARGETS"), patience);
   if (!targets) return std::nullopt;
-  std::vector<std::string> names = connection_.names(atomsIn(*targets));
-  std::erase_if(names, [](const std::string &name) {
-    return std::ranges::find(kProtocolTargets, name) != std::end(kProtocolTargets);
+  const std::vector<std::string> noTypes = {"TARGETS", "MULTIPLE",         "TIMESTAMP",      "SAVE_TARGETS",
+                                            "DELETE",  "INSERT_SELECTION", "INSERT_PROPERTY"};
+  std::vector<xcb_atom_t> atoms = atomsIn(*targets);
+  std::erase_if(atoms, [noTypeAtoms = connection_.atoms(noTypes)](xcb_atom_t atom) {
+    return std::ranges::find(noTypeAtoms, atom) != noTypeAtoms.end();
   });
-  return names;
+  if (atoms.size() > kMaximumTypes) throw PasteboardError(ErrorCode::tooLarge, kTooManyTypes);
+  return connection_.names(atoms);
 }
 
 std::optional<std::string> X11Reader::read(const std::string &type, const Patience &patience) {
+  requireOwner();
   auto property = convert(connection_.atom(type), patience);
   if (!property) return std::nullopt;
   return std::move(property->bytes);
 }
 
 std::optional<X11Property> X11Reader::convert(xcb_atom_t target, const Patience &patience) {
-  owner_ = connection_.selectionOwner(clipboard_);
-  if (owner_ == XCB_WINDOW_NONE) throw PasteboardError(ErrorCode::incomplete, "the clipboard is empty");
-  // Its end is then an event. Where it has ended already, the server answers for it.
-  const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-  ::xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &events);
   ::xcb_delete_property(connection_.get(), connection_.window(), property_);
   ::xcb_convert_selection(connection_.get(), connection_.window(), clipboard_, target, property_,
                           XCB_CURRENT_TIME);
-  if (!waitForAnswer(target, patience)) return std::nullopt;
+  if (!waitForAnswer(target, patience)) {
+    // Who owns it no more refuses everything.
+    requireOwner();
+    return std::nullopt;
+  }
   auto property = connection_.property(connection_.window(), property_, false);
   if (!property || property->type != incremental_) return property;
   // The fewest bytes that there will be.
@@ -106,9 +110,17 @@ std::string X11Reader::receivePieces(const Patience &patience) {
 X11Event X11Reader::waitForEvent(const Deadline &deadline) {
   X11Event event = connection_.waitForEvent(deadline);
   if (kindOf(event) == XCB_DESTROY_NOTIFY && as<xcb_destroy_notify_event_t>(event).window == owner_)
-    throw PasteboardError(ErrorCode::incomplete,
-                          "the program that owns the clipboard ended before it gave all");
+    requireOwner();
   return event;
+}
+
+/// Fails unless who told the types still owns the clipboard.
+void X11Reader::requireOwner() {
+  constexpr char kReason[] = "the program that owns the clipboard ended before it gave all";
+  const xcb_window_t owner = connection_.selectionOwner(clipboard_);
+  if (owner == owner_) return;
+  if (owner == XCB_WINDOW_NONE) throw PasteboardError(ErrorCode::incomplete, kReason);
+  throw OwnerReplaced(ErrorCode::incomplete, kReason);
 }
 
 }  // namespace nimbo

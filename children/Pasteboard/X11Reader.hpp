@@ -16,9 +16,9 @@ class X11Reader {
  public:
   explicit X11Reader(X11Connection &connection);
 
-  /// The types of data that the owner names; nothing when it does not tell.
+  /// The types of data that the owner of now names; nothing when it does not tell.
   std::optional<std::vector<std::string>> types(const Patience &patience);
-  /// The data of a type; nothing when the owner refuses.
+  /// The data of a type; nothing when that owner refuses. Raises `OwnerReplaced` when there is another.
   std::optional<std::string> read(const std::string &type, const Patience &patience);
 
  private:
@@ -26,6 +26,7 @@ class X11Reader {
   bool waitForAnswer(xcb_atom_t target, const Patience &patience);
   std::string receivePieces(const Patience &patience);
   X11Event waitForEvent(const Deadline &deadline);
+  void requireOwner();
 
   X11Connection &connection_;
   xcb_atom_t clipboard_, incremental_, property_;

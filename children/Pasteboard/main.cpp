@@ -4,11 +4,10 @@
 //
 //     quiverleaf-pasteboard check SECONDS              fails when there is no clipboard
 //     quiverleaf-pasteboard types SECONDS              writes the types that are offered, a line each
-//     quiverleaf-pasteboard read SECONDS TYPE...       writes the first of the types that is there, as a line
-//     with
-//                                                      its name as it stands here, and the data
-//     quiverleaf-pasteboard own SECONDS [TYPE...]      offers these types instead; of none, empties the
-//     clipboard
+//     quiverleaf-pasteboard read SECONDS TYPE...       writes the first of the types that is there (rather one
+//                                                      that is not empty, where that may be a refusal): its
+//                                                      name as given, as a line, and the data
+//     quiverleaf-pasteboard own SECONDS [TYPE...]      offers these types instead; of none, empties it
 //
 // The owner's data come through its standard input, a stream as `Contents` describes it. The program ends when
 // it owns the clipboard; a copy of it, which belongs to no terminal, serves other programs until another one
@@ -27,6 +26,7 @@
 
 #include "children/Pasteboard/Clipboard.hpp"
 #include "children/Pasteboard/PasteboardError.hpp"
+#include "children/Pasteboard/TypeNames.hpp"
 #include "children/Pasteboard/WaylandClipboard.hpp"
 #include "children/Pasteboard/X11Clipboard.hpp"
 
@@ -54,17 +54,6 @@ std::unique_ptr<Clipboard> openClipboard(const Patience &patience) {
   throw PasteboardError(ErrorCode::other, "there is no desktop: neither WAYLAND_DISPLAY nor DISPLAY is set");
 }
 
-/// Whether two names mean the same type: those of media types in whatever case, with or without spaces.
-bool isSameType(std::string_view a, std::string_view b) {
-  const auto folded = [](std::string_view name) {
-    std::string result;
-    for (const char c : name)
-      if (c != ' ' && c != '"') result += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return result;
-  };
-  return a == b || (a.find('/') != std::string_view::npos && folded(a) == folded(b));
-}
-
 void write(std::string_view bytes) {
   std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
@@ -80,16 +69,18 @@ void writeTypes(Clipboard &clipboard, const Patience &patience) {
 void writeData(Clipboard &clipboard, const std::vector<std::string> &wanted, const Patience &patience) {
   const auto types = clipboard.types(patience);
   const std::vector<std::string> &offered = types ? *types : wanted;
+  std::optional<std::string> output;
   for (const std::string &type : wanted) {
     const auto match =
         std::ranges::find_if(offered, [&type](const std::string &other) { return isSameType(type, other); });
     if (match == offered.end()) continue;
     const auto data = clipboard.read(*match, patience);
     if (!data) continue;
-    write(type + "\n");
-    return write(*data);
+    if (!output || !data->empty()) output = type + "\n" + *data;
+    if (!data->empty() || clipboard.tellsRefusal()) break;
   }
-  throw PasteboardError(ErrorCode::incomplete, "the clipboard holds no data of this type");
+  if (!output) throw PasteboardError(ErrorCode::incomplete, "the clipboard holds no data of this type");
+  write(*output);
 }
 
 /// Goes on as a process of its own, which the caller does not wait for. The old process leaves everything as it
@@ -125,16 +116,30 @@ void own(Clipboard &clipboard, const std::vector<std::string> &types, const Pati
   clipboard.serve(contents, signals.get());
 }
 
+/// Reads anew when another program takes the clipboard over meanwhile.
+void readFromOneOwner(const auto &read, const Patience &patience) {
+  for (;;) {
+    try {
+      return read();
+    } catch (const OwnerReplaced &) {
+      if (patience.end.isOver()) throw;
+    }
+  }
+}
+
 void run(const std::vector<std::string> &arguments) {
   if (arguments.size() < 2)
     throw PasteboardError(ErrorCode::other, "a command and a number of seconds are missing");
   const double seconds = std::strtod(arguments[1].c_str(), nullptr);
   const Patience patience = {seconds, Deadline::after(seconds * kSteps)};
   const std::vector<std::string> types(arguments.begin() + 2, arguments.end());
+  if (types.size() > kMaximumTypes) throw PasteboardError(ErrorCode::tooLarge, kTooManyTypes);
+  if (!std::ranges::all_of(types, isTypeName))
+    throw PasteboardError(ErrorCode::unsupportedType, "the clipboard takes no types of such names");
   const auto clipboard = openClipboard(patience);
   if (arguments[0] == "own") return own(*clipboard, types, patience);
-  if (arguments[0] == "read") return writeData(*clipboard, types, patience);
-  if (arguments[0] == "types") return writeTypes(*clipboard, patience);
+  if (arguments[0] == "read") readFromOneOwner([&] { writeData(*clipboard, types, patience); }, patience);
+  if (arguments[0] == "types") readFromOneOwner([&] { writeTypes(*clipboard, patience); }, patience);
 }
 
 }  // namespace

@@ -35,8 +35,10 @@ constexpr Seconds kStopLimit{2};
 constexpr Seconds kDeathLimit{1};
 /// The same before the next attempt of a call, which meets a living helper more often.
 constexpr Seconds kAttemptPause{0.1};
-/// How often a request that nobody begins is sent at most.
-constexpr int kAttempts = 1000;
+/// How often a request is sent to helpers that live on and close the connection before they begin it.
+constexpr int kRefusals = 10;
+/// How often it is sent to helpers that end before they begin it, mostly over somebody else's request.
+constexpr int kDeaths = 50;
 /// A helper that is started ends when a request takes it so long and its caller has gone.
 constexpr auto kAbandonedWorkSeconds = "60";
 
@@ -170,7 +172,8 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
   if (pieces.empty()) return failure(Status::invalid, error.localizedFailureReason.UTF8String());
   workSeconds_ = options_.timeoutSeconds + (selector.view() == kPageSelector ? kPageLoadSeconds : 0);
   const Deadline waiting = Deadline::after(options_.waitingSeconds);
-  for (int attempt = 1; attempt <= kAttempts; ++attempt) {
+  int refusals = 0, deaths = 0;
+  do {
     Answer answer;
     if (!connect(options_.startsHelper, waiting, &answer)) return answer;
     try {
@@ -179,11 +182,14 @@ Answer HelperClient::call(const NSString &selector, const NSDictionary &argument
       session_.reset();
       throw;
     }
-    endSession();
-  }
+    ++(endSession() ? deaths : refusals);
+  } while (refusals < kRefusals && deaths < kDeaths && !waiting.isOver());
+  if (refusals < kRefusals && deaths < kDeaths) return endUnbegun();
   return failure(Status::unreachable,
-                 "The helper ended, or closed the connection, before it began the request, " +
-                     std::to_string(kAttempts) + " times");
+                 refusals < kRefusals
+                     ? "Helpers ended before they began the request, " + std::to_string(kDeaths) + " times"
+                     : "The helper closed the connection before it began the request, " +
+                           std::to_string(kRefusals) + " times");
 }
 
 /// Nil, the empty path and what cannot be one go as they are: they are the helper's to refuse.
@@ -245,9 +251,11 @@ bool HelperClient::ask(std::int64_t serial, const std::vector<NSData> &request, 
   return true;
 }
 
-void HelperClient::endSession() {
-  session_->process.waitUntilEnded(kAttemptPause);
+/// Whether the helper has ended, too.
+bool HelperClient::endSession() {
+  const bool hasEnded = session_->process.waitUntilEnded(kAttemptPause);
   session_.reset();
+  return hasEnded;
 }
 
 /// The connection goes with the call: a late reply has nobody to reach.
@@ -257,10 +265,13 @@ Answer HelperClient::endTimedOut() {
   return failure(Status::timedOut, "No reply within " + secondsText(workSeconds_));
 }
 
-/// The helper works for others: it is left alone.
+/// A helper that works for others is left alone.
 Answer HelperClient::endUnbegun() {
-  session_.reset();
   std::string message = "The helper did not begin within " + secondsText(options_.waitingSeconds);
+  const auto record = readConnectionRecord(openConnectionRecord(options_.name));
+  const bool isIdle = session_ && record && record->process == session_->process.number && !record->isWorking;
+  if (isIdle && options_.endsHungHelper) session_->process.endByForce();
+  session_.reset();
   const auto state = helperState();
   if (state && state->isRunning && state->record.isWorking)
     message += ": it works on " + describedRequest(state->record);

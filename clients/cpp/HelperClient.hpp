@@ -46,7 +46,7 @@ class HelperClient {
     /// Whether a helper is started when none is registered.
     bool startsHelper = true;
     /// Whether a helper that let a call time out is ended, so that the next call meets a fresh one. It is not
-    /// when it works for somebody else.
+    /// when it works for somebody else; one that begins nothing though it has nothing to do is.
     bool endsHungHelper = true;
     /// A helper that is started ends after so many minutes in which nobody asked for anything; 0 is never.
     double idleMinutes = 10.0;
@@ -164,7 +164,7 @@ class HelperClient {
   std::string programToStart(std::string *message) const;
   std::vector<std::string> helperArguments() const;
   bool ask(std::int64_t serial, const std::vector<NSData> &request, const Deadline &waiting, Answer *answer);
-  void endSession();
+  bool endSession();
   Answer endTimedOut();
   Answer endUnbegun();
   Answer endDied(std::string message);

@@ -122,8 +122,14 @@ FileDescriptor takeStartLock(const NSString &name, const Deadline &deadline, std
     lock = FileDescriptor(::openat(folder.get(), (*fileName + ".start").c_str(),
                                    O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
   if (!lock) {
-    *message = error ? error.UTF8String() : "The name cannot be the name of a socket";
+    *message = error      ? error.UTF8String()
+               : fileName ? std::string("Cannot open the lock of the name: ") + std::strerror(errno)
+                          : "The name cannot be the name of a socket";
     return lock;
+  }
+  if (isOccupied(name)) {
+    *message = "A file that is no socket has the name of the connection";
+    return FileDescriptor();
   }
   while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
     if (deadline.isOver()) {

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "importers/ImporterPlugIn.hpp"
 #include "importers/Media/SoundTags.hpp"
 #include "importers/Packages/DocumentProperties.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
 #include "platform/QTKit/QTMovie.hpp"
 
 namespace nimbo {
@@ -120,8 +124,13 @@ void setTracks(const QTMovie &movie, Attributes &attributes) {
 void importMedia(const NSString &path, Attributes &attributes) {
   const Deadline deadline = Deadline::after(kReadingSeconds);
   NSError error;
-  const auto movie = QTMovie::movieWithFile(path, deadline, &error);
-  const NSDictionary tags = tagsOfSoundFile(path, deadline);
+  // Both read one file, whatever is put in its place meanwhile.
+  std::uint64_t size = 0;
+  FileDescriptor file = openRegularFile(path, &size, &error);
+  if (!file) return attributes.setReason(error);
+  FileDescriptor sameFile(::fcntl(file.get(), F_DUPFD_CLOEXEC, 0));
+  const auto movie = QTMovie::movieWithOpenFile(std::move(file), size, path, deadline, &error);
+  const NSDictionary tags = tagsOfSoundFile(std::move(sameFile), path, deadline);
   setTags(tags, movie ? movie->metadata() : NSDictionary(), attributes);
   if (!movie) {
     attributes.setReason(error);

@@ -9,8 +9,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Foundation/System/RegularFile.hpp"
-
 namespace nimbo {
 namespace {
 
@@ -47,17 +45,15 @@ NSArray arrayOfStrings(const TagLib::StringList &list) {
 
 }  // namespace
 
-NSDictionary tagsOfSoundFile(const NSString &path, const Deadline &deadline) {
-  std::uint64_t size = 0;
-  FileDescriptor file = openRegularFile(path, &size);
+NSDictionary tagsOfSoundFile(FileDescriptor file, const NSString &name, const Deadline &deadline) {
   if (!file) return {};
-  BoundedStream stream(std::move(file), path.UTF8String(), deadline);
+  BoundedStream stream(std::move(file), name.UTF8String(), deadline);
   const TagLib::FileRef reference(&stream, false);
   if (reference.isNull() || !reference.file()) return {};
   NSDictionary tags;
-  for (const auto &[name, texts] : reference.file()->properties())
+  for (const auto &[tag, texts] : reference.file()->properties())
     if (tags.count() < kMaximumTexts)
-      tags.setObject(arrayOfStrings(texts), NSString::stringWithLossyUTF8String(name.upper().to8Bit(true)));
+      tags.setObject(arrayOfStrings(texts), NSString::stringWithLossyUTF8String(tag.upper().to8Bit(true)));
   return tags;
 }
 

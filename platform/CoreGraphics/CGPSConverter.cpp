@@ -4,7 +4,6 @@
 #include <fcntl.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <memory>
 #include <optional>
@@ -13,7 +12,9 @@
 #include <system_error>
 #include <vector>
 
+#include "platform/CoreGraphics/EPSBoundingBox.hpp"
 #include "platform/CoreGraphics/PostScriptFile.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/System/ChildProcess.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
@@ -37,32 +38,23 @@ constexpr std::uint64_t kAddressSpaceBytes = std::uint64_t{1} << 30;
 constexpr std::uint32_t kDocumentKilobytes = 512 << 10;
 constexpr std::uint32_t kProcessorSeconds = 60;
 
-/// How far from its beginning and from its end a program has its comments.
-constexpr std::size_t kCommentBytes = 64 << 10;
-
-/// The program in parts to be joined. A bounding box that the comments at its beginning leave to those at its
-/// end is set in, because Ghostscript does not look there.
-std::array<std::string_view, 3> partsOfProgram(std::string_view bytes) {
-  constexpr std::string_view kKey = "%%BoundingBox:", kAtEnd = "(atend)";
-  const std::size_t key = bytes.substr(0, kCommentBytes).find(kKey);
-  if (key == std::string_view::npos) return {bytes};
-  const std::size_t value = bytes.find_first_not_of(" \t", key + kKey.size());
-  const std::size_t last = bytes.rfind(kKey);
-  if (value == std::string_view::npos || last == key || bytes.size() - last > kCommentBytes ||
-      !bytes.substr(value).starts_with(kAtEnd))
-    return {bytes};
-  const std::string_view box = bytes.substr(last + kKey.size());
-  return {bytes.substr(0, value), box.substr(0, box.find_first_of("\r\n")),
-          bytes.substr(value + kAtEnd.size())};
+/// Comments that tell Ghostscript the page of EPS, for in front of the program: it does not look for a box at
+/// the end, nor behind anything but comments. Empty for other programs, and without a box.
+std::string commentsOfPage(std::string_view firstLine, std::string_view program) {
+  const auto box = isFirstLineOfEPS(firstLine) ? boundingBoxOfPostScript(program) : std::nullopt;
+  if (!box) return {};
+  std::string comments = "%!PS-Adobe-3.0 EPSF-3.0\n%%HiResBoundingBox:";
+  for (const double number :
+       {box->origin.x, box->origin.y, box->origin.x + box->size.width, box->origin.y + box->size.height})
+    comments += stringWithFormat(u" %@", number).UTF8String();
+  return comments + "\n%%EndComments\n";
 }
 
-bool writeProgram(std::string_view bytes, const NSString &path, NSError *error) {
+bool writeProgram(std::string_view comments, std::string_view program, const NSString &path, NSError *error) {
   constexpr mode_t kOwnersAlone = 0600;
   const FileDescriptor file(
       ::open(path.UTF8String().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kOwnersAlone));
-  const bool isWritten = file && std::ranges::all_of(partsOfProgram(bytes), [&](std::string_view part) {
-                           return writeAll(file.get(), part);
-                         });
+  const bool isWritten = file && writeAll(file.get(), comments) && writeAll(file.get(), program);
   if (!isWritten)
     setError(error, ErrorCode::other,
              "the PostScript cannot be copied: " + std::generic_category().message(errno));
@@ -70,13 +62,14 @@ bool writeProgram(std::string_view bytes, const NSString &path, NSError *error) 
 }
 
 /// Its language's own file operators are off; what it prints goes to the standard output, errors included.
-std::vector<NSString> argumentsOfGhostscript(const PrivateFolder &folder, std::uint32_t pages) {
+std::vector<NSString> argumentsOfGhostscript(const PrivateFolder &folder, std::uint32_t pages, bool isCropped) {
   const auto argument = [](const std::string &text) { return NSString::stringWithUTF8String(text); };
   const auto path = [&](std::string_view name) { return folder.pathOf(name).UTF8String(); };
   const std::string count = std::to_string(pages);
   return {argument("-q"), argument("-dSAFER"), argument("-dBATCH"), argument("-dNOPAUSE"),
           argument("-dNOPROMPT"), argument("-K" + std::to_string(kDocumentKilobytes)),
-          argument("-sDEVICE=pdfwrite"), argument("-dEPSCrop"), argument("-dAutoRotatePages=/None"),
+          argument("-sDEVICE=pdfwrite"), argument(isCropped ? "-dEPSCrop" : "-dNOEPS"),
+          argument("-dAutoRotatePages=/None"),
           // The size of pages that have none is the same everywhere.
           argument("-sPAPERSIZE=letter"), argument("-dLastPage=" + count),
           argument("-sOutputFile=" + path(kOutputName)),
@@ -118,17 +111,19 @@ NSData PDFDataWithPostScript(const NSData &postScript, const PostScriptLimits &l
     return NSData();
   }
   const auto folder = PrivateFolder::make(error);
-  if (!folder || !writeProgram(bytes, folder->pathOf(kInputName), error)) return NSData();
+  const std::string comments = commentsOfPage(line, bytes);
+  if (!folder || !writeProgram(comments, bytes, folder->pathOf(kInputName), error)) return NSData();
   const Confinement confinement{.writableFolders = {folder->path()},
                                 .readablePaths = Confinement::systemPaths(),
                                 .memoryBytes = kAddressSpaceBytes,
                                 .processorSeconds = kProcessorSeconds,
                                 .fileBytes = kMaximumPDFBytes};
   const std::uint32_t pages = isFirstLineOfEPS(line) ? 1 : limits.maximumPages;
-  const auto child = ChildProcess::start({.launchPath = NSString::stringWithUTF8String(*program),
-                                          .arguments = argumentsOfGhostscript(*folder, pages),
-                                          .maximumOutputBytes = kMaximumMessageBytes},
-                                         confinement, error);
+  const auto child =
+      ChildProcess::start({.launchPath = NSString::stringWithUTF8String(*program),
+                           .arguments = argumentsOfGhostscript(*folder, pages, !comments.empty()),
+                           .maximumOutputBytes = kMaximumMessageBytes},
+                          confinement, error);
   const auto result = child ? child->waitUntilExit(limits.deadline, error) : std::nullopt;
   if (!result) return NSData();
   // A run that fails leaves a small PDF all the same.

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <initializer_list>
 #include <memory>
 #include <string>
 
@@ -121,12 +122,21 @@ std::string_view contentTypeForExtension(std::string_view name, bool isFolder) {
   return contentTypeForKey(std::string(name.substr(stop)) + (isFolder ? "/" : ""));
 }
 
-std::string_view contentTypeForContent(const std::string &path, const char *ambiguousName) {
-  // O_NONBLOCK: what is a FIFO by now must not be waited for.
-  const FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  struct stat info = {};
-  if (!descriptor || ::fstat(descriptor.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::string_view();
-  const RandomAccessFile file{descriptor.get(), static_cast<std::uint64_t>(info.st_size)};
+/// A regular file, opened; else nothing, as also when it cannot be opened.
+struct OpenedFile {
+  explicit OpenedFile(const std::string &path)
+      // O_NONBLOCK: what is a FIFO by now must not be waited for.
+      : descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+    struct stat info = {};
+    if (descriptor && ::fstat(descriptor.get(), &info) == 0 && S_ISREG(info.st_mode))
+      content = {descriptor.get(), static_cast<std::uint64_t>(info.st_size)};
+  }
+
+  FileDescriptor descriptor;
+  RandomAccessFile content;
+};
+
+std::string_view contentTypeForContent(const RandomAccessFile &file, const char *ambiguousName) {
   const std::string head = file.read(0, kContentTypeHeadBytes);
   if (head.empty()) return std::string_view();
   if (ambiguousName) return contentTypeForMIMEType(guessType(ambiguousName, &head));
@@ -147,6 +157,16 @@ std::string_view contentTypeForContent(const std::string &path, const char *ambi
 
 }  // namespace
 
+bool beginsLikeNoText(std::string_view head) {
+  return std::ranges::any_of(std::initializer_list<std::string_view>{"%PDF-", "PK\3\4", "\x1f\x8b"},
+                             [&](std::string_view start) { return head.starts_with(start); });
+}
+
+bool beginsLikePDF(std::string_view head) {
+  constexpr std::size_t kHeaderBytes = 1024;
+  return head.substr(0, kHeaderBytes).find("%PDF-") != std::string_view::npos;
+}
+
 NSString LSCopyItemContentType(const NSString &path, NSError *error) {
   const auto bytes = path.fileSystemRepresentation();
   struct stat info = {};
@@ -161,15 +181,20 @@ NSString LSCopyItemContentType(const NSString &path, NSError *error) {
   const auto answer = [](std::string_view contentType) { return NSString::stringWithUTF8String(contentType); };
   const bool isFolder = S_ISDIR(info.st_mode);
   if (!isFolder && !S_ISREG(info.st_mode)) return answer("public.item");
-  const std::string_view byExtension = contentTypeForExtension(name, isFolder);
-  if (!byExtension.empty()) return answer(byExtension);
-  if (isFolder) return answer("public.folder");
+  std::string_view byName = contentTypeForExtension(name, isFolder);
+  if (isFolder) return answer(byName.empty() ? "public.folder" : byName);
 
   bool uncertain = false;
   const std::string type = guessType(name.c_str(), nullptr, &uncertain);
-  const std::string_view byName = contentTypeForMIMEType(type);
-  if (!byName.empty() && !uncertain) return answer(byName);
-  const std::string_view byContent = contentTypeForContent(*bytes, byName.empty() ? nullptr : name.c_str());
+  uncertain = uncertain && byName.empty();
+  if (byName.empty()) byName = contentTypeForMIMEType(type);
+  const bool isText = type.starts_with("text/");
+  if (!byName.empty() && !uncertain && !isText) return answer(byName);
+  const OpenedFile file(*bytes);
+  const bool isWrong = isText && beginsLikeNoText(file.content.read(0, kNoTextHeadBytes));
+  if (!byName.empty() && !uncertain && !isWrong) return answer(byName);
+  const std::string_view byContent =
+      contentTypeForContent(file.content, byName.empty() || isWrong ? nullptr : name.c_str());
   return answer(!byContent.empty() ? byContent : !byName.empty() ? byName : kAnyData);
 }
 

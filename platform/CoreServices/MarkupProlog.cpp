@@ -4,23 +4,18 @@
 #include <algorithm>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/UTF16Text.hpp"
 
 namespace nimbo {
 namespace {
 
-/// Where the low bytes of UTF-16 stand, 0 or 1, when the text begins with "<" in it, maybe behind its mark.
-/// Otherwise nothing.
-std::size_t lowByteOfUTF16(std::string_view head) {
-  using namespace std::literals;
-  for (const std::string_view start : {"<\0"sv, "\xff\xfe<\0"sv})
-    if (head.starts_with(start)) return 0;
-  for (const std::string_view start : {"\0<"sv, "\xfe\xff\0<"sv})
-    if (head.starts_with(start)) return 1;
-  return std::string_view::npos;
-}
-
-bool isASCII(char c) {
-  return static_cast<unsigned char>(c) < 0x80;
+/// Markup of one byte a character when the text is UTF-16 that begins with "<"; else empty.
+std::string narrowMarkup(std::string_view head) {
+  std::string narrow;
+  if (const auto order = orderOfUTF16(head))
+    for (const char16_t unit : unitsOfUTF16(head, *order))
+      narrow.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
+  return narrow.starts_with('<') ? narrow : std::string();
 }
 
 /// Takes what ends with `end` off the front; all, when that is not there.
@@ -35,13 +30,8 @@ std::string_view takeUpTo(std::string_view &text, std::string_view end) {
 
 std::string unhiddenMarkup(std::string_view head) {
   constexpr std::string_view kMark = "\xef\xbb\xbf";
-  std::string narrow;
-  if (const std::size_t low = lowByteOfUTF16(head); low != std::string_view::npos) {
-    for (std::size_t i = 0; i + 1 < head.size(); i += 2)
-      narrow.push_back(head[i + 1 - low] == 0 && isASCII(head[i + low]) ? head[i + low] : '?');
-    if (!narrow.starts_with('<')) narrow.erase(0, 1);
-    head = narrow;
-  }
+  const std::string narrow = narrowMarkup(head);
+  if (!narrow.empty()) head = narrow;
   if (head.starts_with(kMark)) head.remove_prefix(kMark.size());
   bool isHidden = !narrow.empty();
   std::string plain;

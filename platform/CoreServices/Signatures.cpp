@@ -8,7 +8,6 @@
 namespace nimbo {
 namespace {
 
-constexpr std::size_t kPDFHeaderBytes = 1024;
 constexpr std::string_view kMailFields[] = {"date",     "delivered-to", "from",    "message-id", "mime-version",
                                             "received", "return-path",  "subject", "to"};
 constexpr int kMailFieldsNeeded = 2;
@@ -19,10 +18,6 @@ bool isMailField(std::string_view name) {
 }
 
 }  // namespace
-
-bool beginsLikePDF(std::string_view head) {
-  return head.substr(0, kPDFHeaderBytes).find("%PDF-") != std::string_view::npos;
-}
 
 bool beginsLikeMail(std::string_view head) {
   int found = 0;

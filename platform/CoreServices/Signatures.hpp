@@ -5,10 +5,6 @@
 
 namespace nimbo {
 
-/// Whether a PDF begins. Readers of PDF accept the header anywhere in the first 1024 bytes, which the
-/// databases of signatures do not.
-bool beginsLikePDF(std::string_view head);
-
 /// Whether the text begins with the header of a mail, whichever field comes first: nothing but header fields up
 /// to an empty line (or the end of what is there), two of them fields that mails have. The databases know a few
 /// first fields only.

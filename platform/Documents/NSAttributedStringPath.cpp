@@ -2,7 +2,6 @@
 #include "platform/Documents/NSAttributedStringPath.hpp"
 
 #include <algorithm>
-#include <initializer_list>
 #include <string_view>
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
@@ -36,13 +35,6 @@ constexpr std::u16string_view kOfficeTypes[] = {
 bool isOfficeType(const NSString &type) {
   return std::ranges::any_of(kOfficeTypes,
                              [&](std::u16string_view start) { return type.view().starts_with(start); });
-}
-
-/// Whether it is a PDF or an archive, whatever it is called: the bytes may all be characters, but no text.
-bool isNeverText(std::string_view bytes, const NSString &type) {
-  return type.view().ends_with(u"-archive") ||
-         std::ranges::any_of(std::initializer_list<std::string_view>{"%PDF-", "PK\3\4", "\x1f\x8b"},
-                             [&](std::string_view start) { return bytes.starts_with(start); });
 }
 
 /// Whether the bytes are a zip archive without its directory, which stands at the end.
@@ -132,7 +124,7 @@ struct Document {
     if (isOfficeType(type)) return textOfOfficeDocument(data);
     if (type == u"public.rtf"_ns) return fail(error, ErrorCode::damaged, "the file is no RTF");
     if (type == u"com.apple.webarchive"_ns) return textOfArchive(data);
-    if (isNeverText(data.view(), type)) return failWithType();
+    if (type.view().ends_with(u"-archive") || beginsLikeNoText(data.view())) return failWithType();
     if (type == u"public.html"_ns || type == u"public.xhtml"_ns)
       return textOfPage(data, NSString(), NSURL::fileURLWithPath(path), WebArchive());
     return textOfPlainText(data);

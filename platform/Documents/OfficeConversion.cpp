@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <sys/sendfile.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -112,6 +113,7 @@ bool copyFile(const NSString &path, const std::string &target, std::uint64_t mos
 }  // namespace
 
 struct OfficeConversion::Process {
+  pid_t owner = ::getpid();
   std::unique_ptr<PrivateFolder> folder;
   std::unique_ptr<ChildProcess> child;
   std::uint32_t documents = 0;
@@ -120,7 +122,11 @@ struct OfficeConversion::Process {
 
 OfficeConversion::OfficeConversion(OfficeOptions options) : options_(std::move(options)) {}
 
-OfficeConversion::~OfficeConversion() = default;
+/// A copy of this process that ends has no part in what this one has started.
+OfficeConversion::~OfficeConversion() {
+  if (process_ && process_->owner != ::getpid()) [[maybe_unused]]
+    Process *const another = process_.release();
+}
 
 OfficeConversion &OfficeConversion::sharedConversion() {
   static OfficeConversion shared;

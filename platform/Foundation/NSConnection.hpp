@@ -26,7 +26,9 @@ class NSConnectionRootObject {
 
 /// The serving side of a named connection. It is an input source of its thread's run loop from its making on,
 /// registered or not. One request is served at a time, each to its end, in the order of arrival over all
-/// clients. Only the thread that made it calls it, and that thread calls the root object.
+/// clients. Only the thread that made it calls it, and that thread calls the root object. It invalidates itself
+/// when operations have left so many files open that others would soon find no descriptor. In a copy of the
+/// process that the thread makes with fork(2) it serves nobody.
 ///
 ///     NSConnection &connection = NSConnection::defaultConnection();
 ///     connection.setRootObject(&rootObject);

@@ -42,8 +42,7 @@ struct NSFileManager {
   /// copied with its permissions, times and extended attributes, all of which is on the disk before the item is
   /// removed. False when it is not moved; `*error` says why. It is then where it was, alone, unless the
   /// original alone could not be removed. What is left of a folder that could be removed only in part has a
-  /// hidden name
-  /// (".quiverleaf-" and a number), and is logged.
+  /// hidden name (".quiverleaf-" and a number), and is logged.
   static bool moveItemAtPath(const NSString &path, const NSString &toPath, NSError *error = nullptr);
 
   /// As `moveItemAtPath`, in place of what is at `path`, if anything: a file is replaced at one stroke. A

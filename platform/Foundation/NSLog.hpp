@@ -21,4 +21,11 @@ requires(sizeof...(Arguments) > 0) void NSLog(FormatString<std::type_identity_t<
   NSLog(stringWithFormat<Arguments...>(format, arguments...));
 }
 
+/// Takes a line of the log, without its line feed. It may be called by any thread.
+using LogWriter = void (*)(std::string_view message);
+
+/// Hands the lines of the log to `writer` in place of standard error, so that they look like what else the
+/// program says there. They go to the system log as before.
+void setLogWriter(LogWriter writer);
+
 }  // namespace nimbo

@@ -12,6 +12,7 @@
 #include "platform/Foundation/PropertyLists/TextPropertyList.hpp"
 #include "platform/Foundation/PropertyLists/XMLPropertyList.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/UTF16Text.hpp"
 
 namespace nimbo {
 namespace {
@@ -32,9 +33,9 @@ bool isXML(std::basic_string_view<Unit> text) {
 NSPropertyListFormat formatOf(std::string_view bytes) {
   if (bytes.starts_with(BinaryPropertyList::kMagic)) return NSPropertyListFormat::binary;
   if (bytes.starts_with("\xef\xbb\xbf")) bytes.remove_prefix(3);
-  const bool isMarkup = isUTF16Text(bytes)
-                            ? isXML(std::u16string_view(unitsOfUTF16Text(bytes.substr(0, kLongestStart))))
-                            : isXML(bytes);
+  const auto order = orderOfUTF16(bytes);
+  const bool isMarkup =
+      order ? isXML(std::u16string_view(unitsOfUTF16(bytes.substr(0, kLongestStart), *order))) : isXML(bytes);
   return isMarkup ? NSPropertyListFormat::xml : NSPropertyListFormat::openStep;
 }
 

@@ -2,6 +2,7 @@
 #include "platform/Foundation/NSStringFormatting.hpp"
 
 #include <charconv>
+#include <cmath>
 #include <iterator>
 
 namespace nimbo {
@@ -29,7 +30,8 @@ FormatArgument::Made FormatArgument::made(std::uint64_t number) {
   return {decimalString(number)};
 }
 FormatArgument::Made FormatArgument::made(double number) {
-  return {decimalString(number)};
+  // A NaN may have a sign, which means nothing.
+  return {std::isnan(number) ? u"nan"_ns : decimalString(number)};
 }
 
 void detail::appendFormatted(NSMutableString &string, std::u16string_view format,

@@ -18,7 +18,7 @@ namespace NIMBO_PUBLIC nimbo {
 struct CGImageDestinationOptions {
   /// Whether TIFF is compressed by LZW; otherwise it is not compressed.
   bool usesLZW = false;
-  /// From 0, the smallest, to 1, the best: of JPEG, JPEG 2000, WebP and HEIC.
+  /// From 0, the smallest, to 1, the best: of JPEG, JPEG 2000, WebP and HEIC, which NaN makes impossible.
   float compressionFactor = 0.8F;
   /// The resolution that is written down, where the format has one.
   double dotsPerInch = 72;

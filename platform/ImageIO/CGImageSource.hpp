@@ -65,8 +65,7 @@ class CGImageSource {
   /// "Altitude" (metres) have no sign, which stands in "LatitudeRef" ("N", "S"), "LongitudeRef" ("E", "W") and
   /// "AltitudeRef" (1 is below the sea). What only XMP says about title, authors, keywords and copyright stands
   /// in "{IPTC}" too. What a format alone says stands in "{PNG}" ("InterlaceType"), "{JFIF}" ("IsProgressive")
-  /// and
-  /// "{GIF}" ("LoopCount", and "DelayTime" in seconds).
+  /// and "{GIF}" ("LoopCount", and "DelayTime" in seconds).
   const NSDictionary &properties() const NIMBO_LIFETIMEBOUND;
   /// The facts of one image; nil when there is no such image. Those of the first are those above; the others
   /// have no metadata.

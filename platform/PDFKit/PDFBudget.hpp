@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/Foundation/System/Deadline.hpp"
+#include "platform/PDFKit/PDFActualText.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 #include "platform/PDFKit/PDFGlyphWidths.hpp"
 
@@ -16,8 +17,8 @@ namespace nimbo::detail {
 /// everything once a step is over its limits, so that MuPDF unwinds from wherever it is, inside a decoder too.
 /// What asks for no memory is counted where MuPDF's parts call each other (see PDFMeter.cpp).
 ///
-/// It knows all its blocks and frees those that are left in the end, since MuPDF loses some: a whole font for
-/// each document with a divided word, and what its errors jump over.
+/// It knows all its blocks and frees those that are left in the end, since MuPDF loses some, which its errors
+/// jump over.
 class PDFBudget {
  public:
   explicit PDFBudget(std::size_t memoryBytes);
@@ -47,6 +48,8 @@ class PDFBudget {
   std::uint32_t canvasHeight() const { return canvasHeight_; }
   /// The widths of the document's glyphs; they are here since MuPDF hands nothing else on to where it asks.
   PDFGlyphWidths &glyphWidths() { return glyphWidths_; }
+  /// What the glyphs of the page mean that is read.
+  PDFActualText &actualText() { return actualText_; }
   /// Whether the step may go on after so much more work. It may not when its calls nest too deep either.
   bool spend(std::uint64_t work);
   /// Whether the step is over its limits; nothing more is allocated in it then.
@@ -85,6 +88,7 @@ class PDFBudget {
   std::uint32_t canvasHeight_ = 0;
   Block blocks_;
   PDFGlyphWidths glyphWidths_;
+  PDFActualText actualText_;
   const fz_alloc_context functions_;
 };
 

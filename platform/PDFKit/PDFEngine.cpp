@@ -8,6 +8,8 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/CoreServices/ContentTypes.hpp"
+
 namespace nimbo::detail {
 
 namespace {
@@ -188,7 +190,7 @@ void PDFEngine::close() {
 }
 
 void PDFEngine::raise(PDFBudget::Excess excess) const {
-  if (!document_ && input_.firstBytes().find("%PDF-") == std::string::npos)
+  if (!document_ && !beginsLikePDF(input_.firstBytes()))
     throw failure(ErrorCode::unsupportedType, "the file is no PDF");
   if (excess == PDFBudget::Excess::time) throw failure(ErrorCode::timeLimit, "reading the PDF takes too long");
   if (excess == PDFBudget::Excess::work)

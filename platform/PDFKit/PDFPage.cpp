@@ -4,6 +4,8 @@
 #include "platform/PDFKit/PDFEngine.hpp"
 #include "platform/PDFKit/PDFFonts.hpp"
 #include "platform/PDFKit/PDFTextArea.hpp"
+#include "platform/PDFKit/PDFTextBlanks.hpp"
+#include "platform/PDFKit/PDFTextLines.hpp"
 #include "platform/PDFKit/PDFTextLooks.hpp"
 #include "platform/PDFKit/PDFTextOrder.hpp"
 #include "platform/PDFKit/PDFTextWalk.hpp"
@@ -60,16 +62,17 @@ bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, 
       fz_device *device = nullptr;
       fz_var(device);
       fz_try(context) {
-        fz_stext_options options = {};
-        options.flags = FZ_STEXT_DEHYPHENATE;
         found->links = pdf_load_links(context, page);
         found->page = fz_new_stext_page(context, placedMediaBox(context, page));
-        device = fz_new_stext_device(context, found->page, &options);
+        device = fz_new_stext_device(context, found->page, nullptr);
+        detail::PDFBudget::ofContext(context)->actualText().beginPage(context, engine.document(), page->obj,
+                                                                      index);
         // What annotations and filled forms show is text, too.
         pdf_run_page(context, page, device, fz_identity, nullptr);
         fz_close_device(context, device);
       }
       fz_always(context) {
+        detail::PDFBudget::ofContext(context)->actualText().endPage(context);
         fz_drop_device(context, device);
         fz_drop_page(context, &page->super);
       }
@@ -91,7 +94,11 @@ bool readPage(detail::PDFEngine &engine, std::uint32_t index, FoundText *found, 
 template <class Listener>
 NSString stringOfText(FoundText &found, Listener &listener) {
   if (!found.page) return {};
+  detail::PDFBudget::ofContext(found.context)->actualText().dropCovered(found.context, *found.page);
+  detail::settleBlanks(found.context, *found.page);
   detail::dropTextOutside(found.context, *found.page);
+  detail::joinColumns(*found.page);
+  detail::joinDividedWords(found.context, *found.page);
   found.order.putInLogicalOrder(*found.page);
   return detail::PDFTextWalk(listener).stringOfPage(*found.page);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/PDFKit/PDFTextArea.hpp"
 
+#include "platform/PDFKit/PDFTextLine.hpp"
+
 namespace nimbo::detail {
 namespace {
 
@@ -16,20 +18,6 @@ bool isInside(const fz_rect &place, const fz_rect &page) {
   return place.x0 >= page.x0 && place.x1 <= page.x1 && place.y0 >= page.y0 && place.y1 <= page.y1;
 }
 
-void dropCharactersOutside(fz_context *context, fz_stext_line &line, const fz_rect &page) {
-  fz_stext_char **next = &line.first_char;
-  line.last_char = nullptr;
-  while (fz_stext_char *const character = *next) {
-    if (isOutside(fz_rect_from_quad(character->quad), page)) {
-      *next = character->next;
-      fz_drop_font(context, character->font);
-    } else {
-      line.last_char = character;
-      next = &character->next;
-    }
-  }
-}
-
 }  // namespace
 
 void dropTextOutside(fz_context *context, fz_stext_page &page) {
@@ -38,7 +26,10 @@ void dropTextOutside(fz_context *context, fz_stext_page &page) {
   for (fz_stext_block *block = page.first_block; block; block = block->next) {
     if (block->type != FZ_STEXT_BLOCK_TEXT || isInside(block->bbox, bounds)) continue;
     for (fz_stext_line *line = block->u.t.first_line; line; line = line->next)
-      if (!isInside(line->bbox, bounds)) dropCharactersOutside(context, *line, bounds);
+      if (!isInside(line->bbox, bounds))
+        dropCharacters(context, *line, [&bounds](const fz_stext_char &character) {
+          return isOutside(fz_rect_from_quad(character.quad), bounds);
+        });
   }
 }
 

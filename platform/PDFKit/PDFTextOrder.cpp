@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/Foundation/NSStringNormalization.hpp"
+#include "platform/PDFKit/PDFTextLine.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -187,6 +188,10 @@ std::vector<PDFTextOrder::Cluster> PDFTextOrder::clustersOf(const Piece &piece) 
     const bool isOfLastGlyph = !clusters.empty() && marks.empty() && character->c != ' ' &&
                                std::abs(end - start) <= same && std::abs(start - lastEnd) <= same;
     lastEnd = end;
+    if (!clusters.empty() && isOfGlyphBefore(*character)) {
+      clusters.back().characters.push_back(character);
+      continue;
+    }
     if (role == BidiRole::mark) {
       if (asRead && !clusters.empty())
         clusters.back().characters.push_back(character);

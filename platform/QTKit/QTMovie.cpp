@@ -8,6 +8,7 @@
 
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/System/EngineLibrary.hpp"
+#include "platform/Foundation/System/RegularFile.hpp"
 #include "platform/QTKit/Engine/MovieEngine.hpp"
 
 namespace nimbo {
@@ -48,8 +49,17 @@ QTMovie::~QTMovie() = default;
 
 std::unique_ptr<QTMovie> QTMovie::movieWithFile(const NSString &path, const Deadline &deadline,
                                                 NSError *error) {
+  std::uint64_t size = 0;
+  FileDescriptor file = openRegularFile(path, &size, error);
+  return file ? movieWithOpenFile(std::move(file), size, path, deadline, error) : nullptr;
+}
+
+std::unique_ptr<QTMovie> QTMovie::movieWithOpenFile(FileDescriptor file, std::uint64_t size,
+                                                    const NSString &path, const Deadline &deadline,
+                                                    NSError *error) {
   const detail::MovieEngine *const opener = engine(error);
-  auto movie = opener ? opener->openFile(path, deadline, error) : nullptr;
+  auto movie =
+      opener ? opener->openFile(std::move(file), size, lastPathComponent(path), deadline, error) : nullptr;
   if (!movie) return nullptr;
   auto storage = std::make_unique<Storage>();
   storage->movie = std::move(movie);

@@ -10,6 +10,7 @@
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/NSGeometry.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/Foundation/id.hpp"
 #include "platform/QTKit/QTTrack.hpp"
 
@@ -26,6 +27,10 @@ class QTMovie {
   /// it ends at `deadline`. Nothing but this file is ever read, whatever it refers to.
   static std::unique_ptr<QTMovie> movieWithFile(const NSString &path, const Deadline &deadline,
                                                 NSError *error = nullptr);
+  /// The same with a file that is open for reading, has `size` bytes, and stood at `path`.
+  static std::unique_ptr<QTMovie> movieWithOpenFile(FileDescriptor file, std::uint64_t size,
+                                                    const NSString &path, const Deadline &deadline,
+                                                    NSError *error = nullptr);
   /// Opens data, as above.
   static std::unique_ptr<QTMovie> movieWithData(const NSData &data, const Deadline &deadline,
                                                 NSError *error = nullptr);

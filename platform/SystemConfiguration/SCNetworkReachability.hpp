@@ -36,7 +36,9 @@ bool SCNetworkCheckReachabilityByName(const char *nodename, SCNetworkConnectionF
 /// The same of one IPv4 or IPv6 address; 0 for another kind.
 SCNetworkConnectionFlags SCNetworkFlagsOfAddress(const sockaddr &address);
 
-/// How many names may wait for an answer at a time in this process, given up ones too.
-constexpr int kMaximumWaitingHostNames = 32;
+/// How many names may wait for an answer at a time in this process, given up ones too: more than who gives each
+/// a quarter of a second asks for in the minute that silent name servers take, so that the names of one page
+/// leave places for those of the next.
+constexpr int kMaximumWaitingHostNames = 256;
 
 }  // namespace nimbo

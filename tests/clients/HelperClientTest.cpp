@@ -2,9 +2,12 @@
 #include "clients/cpp/HelperClient.hpp"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <signal.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <functional>
@@ -13,6 +16,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/Foundation/Connection/ConnectionName.hpp"
 #include "tests/clients/HelperFixture.hpp"
 #include "tests/support/Interruptions.hpp"
 
@@ -229,6 +233,18 @@ TEST_F(HelperClientTest, WhoOnlyWaitsEndsNoHelper) {
   EXPECT_EQ(HelperClient().helperProcessIdentifier(), helper);
 }
 
+TEST_F(HelperClientTest, AHelperThatStopsBetweenRequestsIsReplaced) {
+  HelperClient::Options options;
+  options.waitingSeconds = 0.5;
+  HelperClient client(options);
+  const int stopped = client.helperProcessIdentifier();
+  while (client.helperState()->record.isWorking) std::this_thread::yield();
+  ::kill(stopped, SIGSTOP);
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::timedOut);
+  EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+  EXPECT_NE(client.helperProcessIdentifier(), stopped);
+}
+
 TEST_F(HelperClientTest, ARequestThatHadNotBegunIsSentToTheNextHelper) {
   HelperClient working;
   const int helper = working.helperProcessIdentifier();
@@ -244,6 +260,40 @@ TEST_F(HelperClientTest, ARequestThatHadNotBegunIsSentToTheNextHelper) {
   lost.join();
   EXPECT_EQ(statuses, std::vector(4, Status::nil));
   EXPECT_EQ(startedHelpers(), 2);
+}
+
+TEST_F(HelperClientTest, AHelperThatBeginsNothingIsGivenUpSoon) {
+  const ConnectionListener listener = listenOnConnectionName(name(), {});
+  std::atomic_bool isOver = false;
+  std::thread closer([&] {
+    while (!isOver) {
+      pollfd waited = {listener.socket.get(), POLLIN, 0};
+      if (::poll(&waited, 1, 10) > 0) FileDescriptor(::accept(listener.socket.get(), nullptr, nullptr));
+    }
+  });
+  const auto answer = HelperClient().call(u"nil"_ns, {});
+  isOver = true;
+  closer.join();
+  EXPECT_EQ(answer.status, Status::unreachable);
+  EXPECT_NE(answer.message.find("10 times"), std::string::npos) << answer.message;
+}
+
+TEST_F(HelperClientTest, AHelperThatAnOperationSpoiltMakesWayUnnoticed) {
+  // Too many files are left open, no more can be, a copy of the process outlives it.
+  for (const NSString &operation : {u"leave:"_ns, u"lowerLimit"_ns, u"crashBesideCopy"_ns}) {
+    const int before = HelperClient().helperProcessIdentifier();
+    std::vector<Status> statuses(4, Status::invalid);
+    std::vector<std::thread> callers;
+    HelperClient client;
+    std::thread spoiler([&] { client.call(operation, {{u"leave"_ns, 600}}); });
+    for (Status &status : statuses)
+      callers.emplace_back([&status] { status = clientWithTimeout(2).call(u"nil"_ns, {}).status; });
+    spoiler.join();
+    for (std::thread &caller : callers) caller.join();
+    EXPECT_EQ(statuses, std::vector(4, Status::nil)) << operation.UTF8String();
+    EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
+    EXPECT_NE(client.helperProcessIdentifier(), before);
+  }
 }
 
 TEST_F(HelperClientTest, AHelperWhoseProgramIsGoneIsReplaced) {

@@ -3,6 +3,7 @@
 // in the runtime folder, so that a test can count the helpers that were started.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -42,6 +43,20 @@ class TestRoot final : public NSConnectionRootObject {
       // Its connections end some time before it does.
       ::close_range(STDERR_FILENO + 1, ~0u, 0);
       ::usleep(50'000);
+      ::kill(::getpid(), SIGKILL);
+    }
+    // Below those that are left there is a hole, as of the document.
+    const FileDescriptor document(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
+    if (operation == "leave:")
+      for (std::int64_t i = 0; i < *value.integer(); ++i) ::fcntl(STDIN_FILENO, F_DUPFD, 0);
+    if (operation == "lowerLimit") {
+      const rlimit few = {8, 8};
+      ::setrlimit(RLIMIT_NOFILE, &few);
+    }
+    if (operation == "crashBesideCopy") {
+      std::thread([] {
+        if (::fork() == 0) ::_exit(static_cast<int>(::sleep(10)));
+      }).join();
       ::kill(::getpid(), SIGKILL);
     }
     if (operation == "unwritable") return nested(2000);

@@ -245,6 +245,14 @@ class BadHelperTest(HelperTestCase):
                 self.assertEqual(self.helper.call("echo:", {"a": 1}), {"a": 1})
                 self.assertEqual(self.helper.ping() == before, selector not in ("die:", "hang:"))
 
+    def test_helpers_that_begin_nothing_are_given_up_soon(self):
+        (pathlib.Path(self.folder) / f"{CONNECTION_NAME}.record").touch()  # Of a helper that would say that it begins.
+        for selector, message in (("close:", "closed the connection before it began close:, 10 times"), ("die:", "ended before .* 3 times")):
+            with self.subTest(selector), mock.patch.object(client, "DEATHS", 3), self.assertRaisesRegex(HelperUnreachable, message):
+                self.helper.call(selector, {})
+        with Helper(path=FAKE_HELPER, waiting=0.5) as hasty, self.assertRaisesRegex(HelperTimeout, "did not begin within 0.5"):
+            hasty.call("close:", {})
+
     def test_a_helper_that_ended_between_calls_is_replaced(self):
         before = self.helper.ping()
         self.assertTrue(Helper().stop())

@@ -2,6 +2,9 @@
 #include "helper/QuiverleafHelper.hpp"
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <utility>
 
@@ -10,6 +13,7 @@
 #include "platform/Foundation/NSException.hpp"
 #include "platform/Foundation/NSStringJoining.hpp"
 #include "platform/Foundation/NSUserDefaults.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
 #include "tests/support/ImporterBundle.hpp"
 #include "tests/support/PDFSamples.hpp"
@@ -60,6 +64,36 @@ TEST_F(QuiverleafHelperTest, DropsNullsFromMetaData) {
   EXPECT_FALSE(metaData.objectForKey(u"null"_ns));
   EXPECT_FALSE(helper.metaDataForFile(folder.write("a.txt", "text"))) << "no importer for the type";
   EXPECT_FALSE(helper.metaDataForFile(NSString()));
+}
+
+TEST_F(QuiverleafHelperTest, EndsTheProcessesThatImportersLeave) {
+  const struct {
+    const char *file, *contentType, *factory;
+  } cases[] = {{"x.jpg", "public.jpeg", "makeCopy"},
+               {"x.txt", "public.plain-text", "makeChild"},
+               {"x.html", "public.html", "makeCommand"},
+               {"x.rtf", "public.rtf", "makeDaemon"},
+               {"x.png", "public.png", "makeHoarder"}};
+  for (const auto &[file, contentType, factory] : cases)
+    ImporterBundle{{contentType}, ODD_TEST_PLUGIN, {factory}}.writeTo(
+        folder, "shipped/" + std::string(factory) + ".mdimporter");
+  const pid_t own = ::getpid();
+  rlimit before = {};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit few = {200, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+  for (const auto &[file, contentType, factory] : cases) {
+    // All processes that come of the importer have an end of the pipe.
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    FileDescriptor reading(ends[0]), writing(ends[1]);
+    EXPECT_EQ(helper.metaDataForFile(folder.write(file, "")), (NSDictionary{{u"left"_ns, 1}})) << factory;
+    ASSERT_EQ(::getpid(), own) << factory;
+    writing.close();
+    pollfd end = {reading.get(), 0, 0};
+    EXPECT_EQ(::poll(&end, 1, 5000), 1) << factory;
+  }
+  ::setrlimit(RLIMIT_NOFILE, &before);
 }
 
 TEST_F(QuiverleafHelperTest, ReadsThePagesWithoutAFile) {

@@ -84,6 +84,25 @@ class HelperProcessTest(unittest.TestCase):
             self.assertEqual(other.ping(), self.process)
             second.kill()
 
+    def test_starts_with_few_or_no_descriptors(self):
+        self.helper.stop()
+        cases = [("exec <&- >&- 2>&-", True), ("ulimit -n 64", True), ("ulimit -S -n 10", True), ("ulimit -n 20", False)]
+        for setting, is_served in cases:
+            with self.subTest(setting), Helper(path=HELPER, starts_helper=False) as client:
+                with subprocess.Popen(["/bin/sh", "-c", f'{setting}; exec "$0"', HELPER], stderr=subprocess.PIPE) as process:
+                    self.addCleanup(process.kill)
+                    if not is_served:
+                        self.assertIn(b"only 20 files may be open", process.communicate(timeout=30)[1])
+                        continue
+                    deadline = time.monotonic() + 30
+                    while not (self.folder / CONNECTION_NAME).exists() and time.monotonic() < deadline:
+                        time.sleep(0.05)
+                    self.assertEqual(client.ping(), process.pid)
+                    # Whatever a library prints reaches no file, socket or lock of the helper's own.
+                    for stream in range(3):
+                        self.assertNotRegex(os.readlink(f"/proc/{process.pid}/fd/{stream}"), "eventfd|socket|Quiverleaf")
+                    client.stop()
+
     def test_its_command_line(self):
         cases = [
             (["--help"], 0, "usage: quiverleaf-helper "),

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <ctime>
 #include <tuple>
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
@@ -175,6 +176,7 @@ TEST_F(Importers, CameraDates) {
   const std::size_t offset = photo.find("+02:00");
   ASSERT_TRUE(place != photo.npos && offset != photo.npos);
   ::setenv("TZ", "America/Fortaleza", 1);
+  ::tzset();
   const auto dateOf = [&](std::string_view newDate, std::string_view newOffset) {
     std::string changed = photo;
     changed.replace(place, date.size(), newDate).replace(offset, newOffset.size(), newOffset);
@@ -188,6 +190,7 @@ TEST_F(Importers, CameraDates) {
                             "    :  :     :  :  ", "20th of September  "})
     EXPECT_FALSE(dateOf(wrong, "+02:00")) << wrong;
   ::unsetenv("TZ");
+  ::tzset();
 }
 
 TEST_F(Importers, SayWhatIsWrong) {

@@ -85,10 +85,11 @@ class InstallationTest(unittest.TestCase):
             place = (f"-Wl,-rpath,{self.libraries}", "-Wl,--as-needed")
             self.run_here(*COMPILER, EXAMPLES / f"{name}.cpp", "-o", build / name, *flags, *place)
         self.check_programs(build)
-        readme = build / "readme.cpp"
-        readme.write_text(re.search(r"```cpp\n(.*?)```", (TOP / "README.md").read_text("utf-8"), re.DOTALL)[1])
         flags = self.run_here("pkg-config", "--cflags", "--libs", "nimbo-client").split()
-        self.run_here(*COMPILER, readme, "-o", build / "readme", *flags)
+        for page, *options in (("README.md",), ("docs/handlers.md", "-c", "-Wall", "-Werror")):
+            source = build / "page.cpp"
+            source.write_text("".join(re.findall(r"```cpp\n(.*?)```", (TOP / page).read_text("utf-8"), re.DOTALL)))
+            self.run_here(*COMPILER, source, *options, "-o", build / "page", *flags)
 
     def test_an_importer_built_outside(self):
         bundle = self.folder / "data" / "quiverleaf" / "importers" / "Mail.mdimporter"

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 
 #include "platform/CoreServices/MDImporter.h"
 #include "platform/Foundation/NSException.hpp"
 
-// Importers that throw, do not make what is asked for, or say who they are.
+// Importers that throw, do not make what is asked for, leave processes behind, or say who they are.
 
 using nimbo::operator""_ns;
 
@@ -59,6 +62,23 @@ MDImporterBoolean giveOddReason(void *, MDImporterAttributes *attributes, const 
   return 0;
 }
 
+enum class Left { copyThatGoesOn, child, childAndNoDescriptor, command, daemon };
+
+template <Left left>
+MDImporterBoolean leaveProcess(void *, MDImporterAttributes *attributes, const MDImporterString *,
+                               const MDImporterString *) {
+  if constexpr (left == Left::command) {
+    if (std::system("(sleep 60 & sleep 60) &") != 0) return 0;
+  } else if (::fork() == 0) {
+    if (left == Left::copyThatGoesOn) return 0;
+    if (left == Left::daemon && (::setsid() < 0 || ::fork() != 0)) ::_exit(0);
+    ::_exit(static_cast<int>(::sleep(60)));
+  }
+  if (left == Left::childAndNoDescriptor)
+    while (::dup(STDIN_FILENO) >= 0) continue;
+  return attributes->functions->setInteger(attributes, "left", 1);
+}
+
 template <char Name>
 MDImporterBoolean sayName(void *, MDImporterAttributes *attributes, const MDImporterString *,
                           const MDImporterString *) {
@@ -83,6 +103,11 @@ void *makeThrower(void *, const std::uint8_t *) { return make<throwInteger>(); }
 void *makeSilent(void *, const std::uint8_t *) { return make<setNothing>(); }
 void *makeOddReason(void *, const std::uint8_t *) { return make<giveOddReason>(); }
 void *makeDataText(void *, const std::uint8_t *) { return make<setDataAsText>(); }
+void *makeCopy(void *, const std::uint8_t *) { return make<leaveProcess<Left::copyThatGoesOn>>(); }
+void *makeChild(void *, const std::uint8_t *) { return make<leaveProcess<Left::child>>(); }
+void *makeHoarder(void *, const std::uint8_t *) { return make<leaveProcess<Left::childAndNoDescriptor>>(); }
+void *makeCommand(void *, const std::uint8_t *) { return make<leaveProcess<Left::command>>(); }
+void *makeDaemon(void *, const std::uint8_t *) { return make<leaveProcess<Left::daemon>>(); }
 void *makeA(void *, const std::uint8_t *) { return make<sayName<'A'>>(); }
 void *makeB(void *, const std::uint8_t *) { return make<sayName<'B'>>(); }
 void *makeC(void *, const std::uint8_t *) { return make<sayName<'C'>>(); }

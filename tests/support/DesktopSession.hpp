@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -26,6 +27,7 @@ namespace nimbo {
 class DesktopSession {
  public:
   enum class Kind { X11, Wayland };
+  friend void PrintTo(Kind kind, std::ostream *stream) { *stream << (kind == Kind::X11 ? "X11" : "Wayland"); }
 
   /// Null where its programs are not installed; `*missing` names one.
   static std::unique_ptr<DesktopSession> start(Kind kind, std::string *missing) {
@@ -50,13 +52,16 @@ class DesktopSession {
   DesktopSession(const DesktopSession &) = delete;
 
   /// Another program copies. It owns the clipboard a little later than it says, when the one before has ended.
-  void copy(std::string_view bytes, const std::string &type) const {
-    run(kind_ == Kind::X11 ? std::vector<std::string>{"xclip", "-selection", "clipboard", "-t", type}
-                           : std::vector<std::string>{"wl-copy", "-t", type},
-        bytes);
+  void copy(std::string_view bytes, const std::string &type,
+            const std::vector<std::string> &options = {}) const {
+    std::vector<std::string> command = kind_ == Kind::X11
+                                           ? std::vector<std::string>{"xclip", "-selection", "clipboard"}
+                                           : std::vector<std::string>{"wl-copy"};
+    command.insert(command.end(), options.begin(), options.end());
+    command.insert(command.end(), {"-t", type});
+    run(command, bytes);
     const char *const program = kind_ == Kind::X11 ? "xclip" : "wl-copy";
-    for (int i = 0; i < 500 && (processes(program).size() != 1 || paste(type).empty()); ++i)
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    waitUntil([&] { return processes(program).size() == 1 && offered().find(type) != std::string::npos; });
   }
   /// What another program gets; empty when it gets nothing.
   std::string paste(const std::string &type) const {
@@ -81,11 +86,13 @@ class DesktopSession {
     }
     return found;
   }
+  /// Whether a process of the program is there, after some time.
+  bool isRunning(std::string_view program) const {
+    return waitUntil([&] { return !processes(program).empty(); });
+  }
   /// Whether no process of the program is left, after some time.
   bool isGone(std::string_view program) const {
-    for (int i = 0; i < 500 && !processes(program).empty(); ++i)
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return processes(program).empty();
+    return waitUntil([&] { return processes(program).empty(); });
   }
 
  private:
@@ -106,15 +113,23 @@ class DesktopSession {
     char *const pointers[] = {arguments[0].data(), arguments[1].data(), arguments[2].data(), nullptr};
     if (::posix_spawnp(&server_, "sh", nullptr, nullptr, pointers, environ) != 0) return;
     std::string number;
-    for (int i = 0; i < 2000 && number.empty(); ++i) {
+    const bool isReady = waitUntil([&] {
       std::ifstream stream(ready);
-      if (!std::getline(stream, number) || stream.eof()) number.clear();
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    if (number.empty()) return;
+      return std::getline(stream, number) && !stream.eof();
+    });
+    if (!isReady) return;
     const bool isX11 = kind == Kind::X11;
     ::setenv(isX11 ? "DISPLAY" : "WAYLAND_DISPLAY", (isX11 ? ":" + number : number).c_str(), 1);
     display_ = folder_.path();
+  }
+
+  /// Whether it becomes true before a test is given up.
+  static bool waitUntil(const auto &condition) {
+    for (int i = 0; i < 6000; ++i) {
+      if (condition()) return true;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
   }
 
   static std::string run(const std::vector<std::string> &command, std::string_view input) {

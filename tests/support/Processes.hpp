@@ -2,6 +2,7 @@
 #pragma once
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -25,6 +26,13 @@ inline std::vector<pid_t> allProcesses() {
     const std::string name = entry.path().filename();
     if (name.find_first_not_of("0123456789") == std::string::npos) found.push_back(std::stoi(name));
   }
+  return found;
+}
+
+/// The children of this process, also those that have ended and not been waited for.
+inline std::vector<pid_t> ownChildren() {
+  std::vector<pid_t> found = allProcesses();
+  std::erase_if(found, [](pid_t process) { return parentOf(process) != ::getpid(); });
   return found;
 }
 

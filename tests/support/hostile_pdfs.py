@@ -334,9 +334,25 @@ def saved_states():
 
 
 def divided_words(count=400_000):
-    """Each hyphen at a line's end is taken back out of one ever longer line."""
+    """Each line ends with a hyphen."""
     parts = b"(a-)-9999" * count
     return page(deflated(WORD + b"BT /F 12 Tf 20 20 Td [%b] TJ ET" % parts))
+
+
+def given_texts(count=100_000):
+    """A long text in place of each of many glyphs."""
+    content = deflated(WORD + b"BT /F 1 Tf 20 20 Td %b ET" % (b"/S /N BDC (x) Tj EMC " * count))
+    text = b"<</ActualText (%b)>>" % (b"A" * 200_000)
+    return page(content, text, resources=b"/Font <</F 5 0 R>> /Properties <</N 6 0 R>>")
+
+
+def looped_structure(count=200_000):
+    """The elements to which marked content belongs are within each other, and so are the nodes of their tree."""
+    content = deflated(WORD + b"BT /F 1 Tf 20 20 Td %b ET" % (b"/S <</MCID 0>> BDC (x) Tj EMC " * count))
+    objects = [b"<</ParentTree 7 0 R>>", b"<</Kids [7 0 R 8 0 R]>>", b"<</Nums [0 [9 0 R]] /Limits [0 0]>>",
+               b"<</P 10 0 R>>", b"<</P 9 0 R>>"]
+    data = page(content, *objects, entries=b"/StructParents 0")
+    return data.replace(CATALOG, b"<</Type /Catalog /Pages 2 0 R /StructTreeRoot 6 0 R>>")
 
 
 def combining_marks(count=260_000):
@@ -566,7 +582,9 @@ DOCUMENTS = {
     color_by_long_program: PART,
     nested_color_spaces: NOTHING,
     saved_states: PART,
-    divided_words: PART,
+    given_texts: PART,
+    looped_structure: WHOLE,
+    divided_words: WHOLE,
     combining_marks: WHOLE,
     huge_boxes: WHOLE,
     inline_images: PART,

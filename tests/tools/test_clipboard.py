@@ -5,8 +5,11 @@
 import os
 import pathlib
 import shutil
+import socket
 import struct
 import subprocess
+import threading
+import time
 import unittest
 
 from command import CommandTestCase
@@ -48,7 +51,13 @@ class ClipboardTest(CommandTestCase):
 
     def offer(self, kind, content):
         """Another program copies something."""
-        self.xclip("-i", "-t", kind, input=content, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        self.xclip("-i", "-t", kind, input=content, **quiet)
+        # It owns the clipboard a little later than it says, and shows pages in UTF-16 as UTF-8.
+        shown = content.decode("utf-16").encode() if content.startswith(b"\xff\xfe") else content
+        end = time.monotonic() + 20
+        while self.xclip("-o", "-t", kind, check=False, stderr=subprocess.DEVNULL) != shown and time.monotonic() < end:
+            time.sleep(0.02)
 
     def copy(self, *arguments, **options):
         """What other programs see of what the command copies, but for the types that tell about the others."""
@@ -195,6 +204,20 @@ class ClipboardTest(CommandTestCase):
             self.environment["DISPLAY"] = name
             for arguments in (("paste",), ("paste", "--types"), ("copy", "x"), ("copy", "--image", "a.png")):
                 self.assert_fails(3, why, *arguments)
+
+    def test_a_server_that_refuses_the_user(self):
+        def refuse(server):
+            with server.accept()[0] as connection:
+                connection.recv(4096)
+                connection.sendall(struct.pack("<BBHHH8s", 0, 8, 11, 0, 2, b"go away\n"))
+
+        self.environment["DISPLAY"] = os.path.join(self.folder, "server")
+        with socket.socket(socket.AF_UNIX) as server:
+            server.bind(self.environment["DISPLAY"])
+            server.listen()
+            threading.Thread(target=refuse, args=(server,), daemon=True).start()
+            error = self.run_command("paste").stderr
+        self.assertRegex(error, rb"^quiverleaf: the clipboard: the X server .* refuses this user\n$")
 
 
 if __name__ == "__main__":

@@ -105,6 +105,7 @@ class CommandTest(CommandTestCase):
         self.file("a.txt", b"")
         self.file("paper", documents.pdf())
         self.assertEqual(self.answer("type", "a.txt", "paper", "."), ["public.plain-text", "com.adobe.pdf", "public.folder"])
+        self.assertEqual(self.answer("type", "-", input=documents.pdf()), ["com.adobe.pdf"])
         done = self.run_command("type", "--plist", "a.txt", "missing")
         self.assertEqual((done.returncode, plistlib.loads(done.stdout)), (7, ["public.plain-text", ""]))
         self.assertEqual(done.stderr, b"quiverleaf: missing: there is no such file\n")
@@ -188,6 +189,10 @@ class CommandTest(CommandTestCase):
         links = {"BaseURL": "http://a.org/", "Links": ["?u=/%26", "x.rss"], "Frames": ["f"], "Images": ["a%20b.png"],
                  "StylesheetsAndScripts": ["s.js"], "EmbeddedObjects": ["e"]}
         self.assertEqual(self.answer("links", "-", input=page), links)
+        for command in ("links", "tags"):
+            shown = [self.run_command(command, *form, "page.html").stdout for form in ((), ("--pretty",))]
+            self.assertEqual(json.dumps(json.loads(shown[0])), json.dumps(json.loads(shown[1])))
+        self.assertEqual(plistlib.loads(self.run_command("links", "--plist", "page.html").stdout), links)
         cases = [(["?u=/%26"], "--filtered"), (["?u=/%26"], "--containing", "An &"), (["?u=/%26"], "--nofollow", "--filtered"),
                  (["x.rss"], "--containing", "feed"), ([], "--containing", "image", "--nofollow")]
         for expected, *options in cases:
@@ -321,10 +326,11 @@ class CommandTest(CommandTestCase):
         self.assertEqual(self.answer("date", *cases), list(cases.values()))
         done = self.run_command("date", "24.12.2006", "Christmas", "")
         self.assertEqual((done.returncode, json.loads(done.stdout)), (3, ["2006-12-23T23:00:00Z", None, None]))
-        self.assertEqual(done.stderr, b"Unknown date: Christmas\n")
-        done = self.run_command("date", "--plist", "--http", "24.12.2006", "Sun, 06 Nov 1994 08:49:37 GMT")
+        self.assertEqual(done.stderr, b"quiverleaf: Unknown date: Christmas\n")
+        self.assertEqual(self.run_command("date", "\x1b[2J").stderr, b"quiverleaf: Unknown date: ?[2J\n")
+        done = self.run_command("date", "--plist", "--http", "24.12.2006", "Sun, 06 Nov 1994 08:49:37 GMT", "Fri, 31 Dec 9999 23:59:59 EST")
         self.assertEqual((done.returncode, done.stderr), (3, b""))
-        self.assertEqual(plistlib.loads(done.stdout), ["", datetime.datetime(1994, 11, 6, 8, 49, 37)])
+        self.assertEqual(plistlib.loads(done.stdout), ["", datetime.datetime(1994, 11, 6, 8, 49, 37), ""])
 
     def test_encodings_of_names_and_pages(self):
         known, unknown = self.answer("charset", "iso_8859-1", "no such name")

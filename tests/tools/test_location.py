@@ -49,6 +49,8 @@ class LocationTest(CommandTestCase):
         self.assertEqual((done.returncode, json.loads(done.stdout)), (3, ["http://a/", None, None]))
         self.assertEqual(done.stderr.decode().splitlines(), ["quiverleaf: b.txt: the file has no URL", "quiverleaf: missing.url: there is no such file"])
         self.assertEqual(plistlib.loads(self.run_command("location", "--plist", "b.txt", "a.url").stdout), ["", "http://a/"])
+        self.assertEqual(self.answer("location", "-", input=b"[InternetShortcut]\nURL=http://a/\n"), ["http://a/"])
+        self.assert_fails(3, "standard input: the file has no URL", "location", "-", input=b"text")
         self.assert_fails(3, "no URL", "location", "b.txt")
         self.assert_fails(7, "no such file", "location", "missing.url")
         self.assert_fails(7, "folder", "location", ".")
@@ -57,7 +59,9 @@ class LocationTest(CommandTestCase):
         self.assert_fails(1, "one URL", "location", "--create", "http://a/", "http://b/", "-o", "x.url")
         self.assert_fails(1, "no absolute URL", "location", "--create", "a b", "-o", "x.url")
         self.assert_fails(1, "'ftploc'", "location", "--create", "ftp://a/", "-o", "x.txt")
-        self.assert_fails(6, "cannot be written", "location", "--create", "http://a/", "-o", "b.txt/x.url")
+        self.assert_fails(6, "b.txt/x.url: it cannot be written: Not a dir", "location", "--create", "http://a/", "-o", "b.txt/x.url")
+        (self.folder / "f.url").mkdir()
+        self.assert_fails(6, "f.url: it cannot be written: Is a dir", "location", "--create", "http://a/", "-o", "f.url")
 
 
 if __name__ == "__main__":

@@ -91,7 +91,8 @@ class WebArchiveTest(CommandTestCase):
 
     def test_what_goes_wrong(self):
         self.assert_fails(7, "no such file", "webarchive", "--create", "missing.html", "-o", "out")
-        self.assert_fails(6, "cannot be written", "webarchive", "--create", "frame.html", "-o", "no folder/out")
+        for place, reason in (("no folder/out", "No such file"), ("frame.html/out", "Not a dir"), ("/dev/full", "No space")):
+            self.assert_fails(6, f"{place}: it cannot be written: {reason}", "webarchive", "--create", "frame.html", "-o", place)
         self.assert_fails(1, "go together", "webarchive", "--create", "page.html")
         self.assert_fails(1, "go together", "webarchive", "page.html", "-o", "out")
         self.assert_fails(3, "no web archive", "webarchive", "page.html")

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <string>
 
 #include "platform/Foundation/NSFileManager.hpp"
@@ -56,16 +57,20 @@ bool createPathPreviousPath(const NSString &path, const NSString &previousPath) 
 bool createPathToFile(const NSString &path, const NSDictionary &attributes) {
   if (path.length() == 0) return false;
   const NSString folder = stringByDeletingLastPathComponent(path);
-  return folder.length() == 0 || createPath(folder, attributes);
+  if (folder.length() == 0 || createPath(folder, attributes)) return true;
+  // For the file, what has the folder's name is in the wrong place, and not in its own.
+  if (errno == EEXIST) errno = ENOTDIR;
+  return false;
 }
 
 bool createFile(const NSString &path) {
   const auto name = path.fileSystemRepresentation();
-  return name && FileDescriptor(::open(name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+  return name && createPathToFile(path) &&
+         FileDescriptor(::open(name->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
 }
 
 bool createPathAndFile(const NSString &path) {
-  return createPathToFile(path) && createFile(path);
+  return createFile(path);
 }
 
 bool createPathAndWriteObject(const id &object, const NSString &toFile, Flag atomically) {

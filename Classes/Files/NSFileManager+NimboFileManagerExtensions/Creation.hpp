@@ -23,10 +23,10 @@ bool createPathPreviousPath(const NSString &path, const NSString &previousPath);
 /// Makes the folder that a file is to be in, as `createPath` does; true for a name without a folder.
 bool createPathToFile(const NSString &path, const NSDictionary &attributes = {});
 
-/// Makes an empty file where there is nothing. False when there is something, which stays as it is; of several
-/// that make it at once one succeeds.
+/// Makes an empty file where there is nothing, with the folders above it. False when there is something, which
+/// stays as it is; of several that make it at once one succeeds.
 bool createFile(const NSString &path);
-/// As `createFile`, with the folders above it.
+/// The same, by a name that says so.
 bool createPathAndFile(const NSString &path);
 
 /// Writes an object to a file, with the folders above it: data as it is, a string in UTF-8, anything else as an
@@ -40,7 +40,8 @@ bool createPathAndWriteObject(const id &object, const NSString &toFile, Flag ato
 NSString createWritableTemporaryPath(const NSString &path);
 
 /// Writes data to a file, with the folders above it: atomically, or behind what is in the file. Data that
-/// cannot be appended whole is taken away again. False when the data is nil or cannot be written.
+/// cannot be appended whole is taken away again. False when the data is nil or cannot be written; errno says
+/// why.
 bool writeData(const NSData &data, const NSString &toFile, Flag append);
 /// As `writeData`, in UTF-8.
 bool writeString(const NSString &string, const NSString &toFile, Flag append);

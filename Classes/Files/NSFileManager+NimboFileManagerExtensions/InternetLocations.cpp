@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "Classes/Files/InternetLocationData.hpp"
+#include "Classes/Files/NSFileManager+NimboFileManagerExtensions/Creation.hpp"
 #include "Classes/Files/ResourceFork.hpp"
 #include "Classes/URLs/NSString+URLUtilities/Kinds.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
@@ -20,7 +21,6 @@
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/NSStringSearch.hpp"
-#include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/FinderInfo.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
@@ -52,18 +52,8 @@ bool isQuoted(const NSString &type) {
   return type.view().starts_with(u'\'');
 }
 
-/// Writes the file and the folders above it.
-bool writeLocation(const NSData &data, const NSString &path) {
-  const auto name = path.fileSystemRepresentation();
-  if (!data || !name) return false;
-  const std::filesystem::path folder = std::filesystem::path(*name).parent_path();
-  std::error_code error;
-  if (!folder.empty()) std::filesystem::create_directories(folder, error);
-  return writeDataToFile(data, path, true);
-}
-
-bool writeLocation(const std::string &text, const NSString &path) {
-  return writeLocation(NSData::dataWithBytes(text.data(), text.size()), path);
+bool writeText(const std::string &text, const NSString &path) {
+  return writeData(NSData::dataWithBytes(text.data(), text.size()), path, false);
 }
 
 /// A value of a desktop entry, whose backslashes begin escapes.
@@ -86,12 +76,12 @@ OSType typeForURL(const NSURL &url) {
 /// What the file had is there until the fork is.
 bool createLocationInResourceFork(const NSURL &url, const NSString &path) {
   const bool isNew = !NSFileManager::fileExistsAtPath(path);
-  if (isNew && !writeLocation(NSData::data(), path)) return false;
+  if (isNew && !writeData(NSData::data(), path, false)) return false;
   auto fork = ResourceFork::resourceForkForWritingAtPath(path);
   if (fork && fork->addString(url.absoluteString(), kURLResource, kURLResourceID)) {
     // The URL is all that matters; a file system without attributes has no place for types.
     setFinderField(path, kFinderType, typeForURL(url));
-    return isNew || writeLocation(NSData::data(), path);
+    return isNew || writeData(NSData::data(), path, false);
   }
   if (isNew) ::unlink(path.fileSystemRepresentation().value_or("").c_str());
   return false;
@@ -150,7 +140,7 @@ NSString pathExtensionForInternetLocation(const NSString &string) {
 }
 
 bool createURL(const NSURL &url, const NSString &atPath) {
-  return url && writeLocation("[InternetShortCut]\nURL=" + url.absoluteString().UTF8String() + "\n", atPath);
+  return url && writeText("[InternetShortCut]\nURL=" + url.absoluteString().UTF8String() + "\n", atPath);
 }
 
 bool createInternetLocation(const NSURL &url, const NSString &atPath, InternetLocationForm form) {
@@ -159,14 +149,14 @@ bool createInternetLocation(const NSURL &url, const NSString &atPath, InternetLo
   const bool isBinary = form == InternetLocationForm::binary;
   const NSPropertyListFormat format = isBinary ? NSPropertyListFormat::binary : NSPropertyListFormat::xml;
   const NSDictionary list = {{u"URL"_ns, url.absoluteString()}};
-  return writeLocation(NSPropertyListSerialization::dataWithPropertyList(list, format), atPath);
+  return writeData(NSPropertyListSerialization::dataWithPropertyList(list, format), atPath, false);
 }
 
 bool createDesktopLink(const NSURL &url, const NSString &atPath) {
   const NSString name = stringByDeletingPathExtension(lastPathComponent(atPath));
-  return url && writeLocation("[Desktop Entry]\nVersion=1.0\nType=Link\nName=" + escapedValue(name) +
-                                  "\nURL=" + escapedValue(url.absoluteString()) + "\n",
-                              atPath);
+  return url && writeText("[Desktop Entry]\nVersion=1.0\nType=Link\nName=" + escapedValue(name) +
+                              "\nURL=" + escapedValue(url.absoluteString()) + "\n",
+                          atPath);
 }
 
 NSString resolveInternetLocation(const NSString &path, NSError *error) {

@@ -35,7 +35,7 @@ NSString pathExtensionForInternetLocation(const NSURL &url);
 NSString pathExtensionForInternetLocation(const NSString &string);
 
 /// Writes a shortcut as every system reads it, atomically and in UTF-8, and makes missing folders of the path.
-/// False when the URL is nil or the file cannot be written.
+/// False when the URL is nil or the file cannot be written; errno says why.
 bool createURL(const NSURL &url, const NSString &atPath);
 
 /// The forms of location files that are no shortcuts.
@@ -46,12 +46,12 @@ enum class InternetLocationForm {
 };
 
 /// Writes the absolute URL in one of the forms, and makes missing folders of the path. False when the URL is
-/// nil or the file cannot be written; it is then as it was.
+/// nil or the file cannot be written, which is then as it was; errno says why.
 bool createInternetLocation(const NSURL &url, const NSString &atPath,
                             InternetLocationForm form = InternetLocationForm::XML);
 
 /// Writes a desktop entry of type Link, whose name is that of the file, atomically, and makes missing folders
-/// of the path. False when the URL is nil or the file cannot be written.
+/// of the path. False when the URL is nil or the file cannot be written; errno says why.
 bool createDesktopLink(const NSURL &url, const NSString &atPath);
 
 /// The URL of a location file of any kind, whatever its extension, as it is written there: the "URL" of a

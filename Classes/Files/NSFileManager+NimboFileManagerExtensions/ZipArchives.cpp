@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -14,35 +15,32 @@
 #include <vector>
 
 #include "platform/Foundation/NSFileManager.hpp"
-#include "platform/Foundation/NSLog.hpp"
-#include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSTask.hpp"
 #include "platform/Foundation/System/InstalledProgram.hpp"
-#include "platform/Foundation/Unicode/ASCII.hpp"
-#include "platform/Foundation/Unicode/Trimming.hpp"
 
 namespace nimbo {
 inline namespace NimboFileManagerExtensions {
 
 namespace {
 
+constexpr std::string_view kNoPath = "no file is named";
 constexpr char kDitto[] = "/usr/bin/ditto", kOwnProgram[] = "quiverleaf-archive";
 
-/// Runs a program that says nothing when all is well; what else it says is logged.
-bool runTask(NSTask task) {
-  task.standardOutput = NSTask::Output::collected;
-  NSError error;
-  const auto result = task.run(&error);
-  if (result && result->terminationStatus == 0) return true;
-  NSMutableString reason(error.localizedFailureReason);
-  if (result) {
-    reason.append(result->standardError.view());
-    reason.append(result->standardOutput.view());
-  }
-  NSLog(u"%@: %@", task.launchPath,
-        NSString::stringWithCharacters(trimmed(reason.view(), isASCIIWhiteSpace<unichar>)));
+bool fail(NSError *error, ErrorCode code, std::string_view reason) {
+  setError(error, code, reason);
   return false;
+}
+
+/// Runs a program that says nothing when all is well; what else it says is the reason of its failure.
+bool runTask(NSTask task, NSError *error) {
+  task.standardOutput = NSTask::Output::collected;
+  const auto result = task.run(error);
+  if (!result || result->terminationStatus == 0) return result.has_value();
+  std::istringstream said(std::string(result->standardError.view()).append(result->standardOutput.view()));
+  std::string reason = task.launchPath.UTF8String() + ":";
+  for (std::string word; said >> word;) reason.append(1, ' ').append(word);
+  return fail(error, ErrorCode::other, reason);
 }
 
 /// This process's environment without what zip would take for more options.
@@ -80,43 +78,48 @@ NSString zipPath(const NSString &path) {
   return hasExtension ? path : stringByAppendingPathExtension(path, u"zip"_ns);
 }
 
-bool removeFile(const NSString &path) {
-  return ::unlink(path.fileSystemRepresentation().value_or("").c_str()) == 0 || errno == ENOENT;
+bool removeFile(const NSString &path, NSError *error) {
+  if (::unlink(path.fileSystemRepresentation().value_or("").c_str()) == 0 || errno == ENOENT) return true;
+  if (error) *error = NSError::errorWithFileWritingErrno(errno);
+  return false;
 }
 
 }  // namespace
 
-bool compressFileAtPath(const NSString &path, const NSString &toPath, Flag keepParent) {
+bool compressFileAtPath(const NSString &path, const NSString &toPath, Flag keepParent, NSError *error) {
   const NSString source = absolutePath(path), destination = absolutePath(toPath);
-  if (!source || !destination || !NSFileManager::fileExistsAtPath(source)) return false;
+  if (!source || !destination) return fail(error, ErrorCode::other, kNoPath);
+  if (!NSFileManager::fileExistsAtPath(source))
+    return fail(error, ErrorCode::noSuchFile, "there is no such file");
   const std::string program = isProgram(kDitto) ? kDitto : installedProgram(kOwnProgram);
   NSTask task{.launchPath = NSString::stringWithFileSystemRepresentation(program),
               .arguments = {u"-c"_ns, u"-k"_ns, u"--sequesterRsrc"_ns}};
   if (keepParent) task.arguments.push_back(u"--keepParent"_ns);
   task.arguments.insert(task.arguments.end(), {source, destination});
-  return runTask(std::move(task));
+  return runTask(std::move(task), error);
 }
 
 bool compressFiles(std::span<const NSString> files, const NSString &inDirectory, const NSString &toPath,
-                   Flag append) {
+                   Flag append, NSError *error) {
   const NSString archive = zipPath(absolutePath(toPath));
+  const auto isNoName = [](const NSString &name) { return !name.fileSystemRepresentation(); };
+  if (files.empty() || !archive || std::ranges::any_of(files, isNoName))
+    return fail(error, ErrorCode::other, kNoPath);
   bool isDirectory = false;
-  if (files.empty() || !archive || !NSFileManager::fileExistsAtPath(inDirectory, &isDirectory) || !isDirectory)
-    return false;
-  if (std::ranges::any_of(files, [](const NSString &name) { return !name.fileSystemRepresentation(); }))
-    return false;
-  if (!append && !removeFile(archive)) return false;
+  if (!NSFileManager::fileExistsAtPath(inDirectory, &isDirectory) || !isDirectory)
+    return fail(error, ErrorCode::noSuchFile, "there is no such folder");
+  if (!append && !removeFile(archive, error)) return false;
   NSTask task{.launchPath = u"/usr/bin/zip"_ns,
               .arguments = {u"-r"_ns, u"-q"_ns, archive},
               .environment = environmentOfZip(),
               .currentDirectoryPath = inDirectory};
   std::ranges::transform(files, std::back_inserter(task.arguments), nameArgument);
-  return runTask(std::move(task));
+  return runTask(std::move(task), error);
 }
 
 bool compressFiles(std::initializer_list<NSString> files, const NSString &inDirectory, const NSString &toPath,
-                   Flag append) {
-  return compressFiles(std::span(files.begin(), files.size()), inDirectory, toPath, append);
+                   Flag append, NSError *error) {
+  return compressFiles(std::span(files.begin(), files.size()), inDirectory, toPath, append, error);
 }
 
 }  // namespace NimboFileManagerExtensions

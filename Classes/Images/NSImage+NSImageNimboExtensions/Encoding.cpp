@@ -7,6 +7,7 @@
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Redrawing.hpp"
 #include "Classes/Images/NSImage+NSImageNimboExtensions/Representations.hpp"
 #include "Classes/Images/TypeStrings.hpp"
+#include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/ImageIO/CGImageSource.hpp"
 
 namespace nimbo {
@@ -46,7 +47,7 @@ NSString pathExtensionForData(const NSData &data) {
   const std::string_view bytes = data.view();
   if (NSEPSImageRep::canInitWithFirstBytes(bytes))
     return NSEPSImageRep::isEncapsulated(bytes) ? u"eps"_ns : u"ps"_ns;
-  if (NSPDFImageRep::canInitWithFirstBytes(bytes)) return u"pdf"_ns;
+  if (beginsLikePDF(bytes)) return u"pdf"_ns;
   const auto source = CGImageSource::sourceWithData(data);
   return source ? pathExtensionForUniformType(source->type()) : NSString();
 }

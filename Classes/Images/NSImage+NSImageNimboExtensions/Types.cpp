@@ -50,8 +50,7 @@ NSString tellingSubtype(const NSString &MIMEType) {
   if (subtype.size() < kShortest) return NSString();
   if (subtype.starts_with(kUnregistered)) subtype.remove_prefix(kUnregistered.size());
   if (subtype.size() < kShortest) return NSString();
-  const NSString answer = NSString::stringWithCharacters(subtype);
-  return subtype.find(u'.') == std::u16string_view::npos ? answer : pathExtension(answer);
+  return NSString::stringWithCharacters(subtype.substr(subtype.rfind(u'.') + 1));
 }
 
 List typesOfImageFiles() {

@@ -18,10 +18,9 @@ inline namespace URLUtilities {
 
 /// Always writes the URL as RFC 3986, section 6.2, does with all that are equal: small letters in scheme and
 /// host, the host in ASCII, no port of the scheme's own, capital digits in escapes and none where none is
-/// needed, no
-/// "." and ".." in a path that begins with "/", which behind a host is not empty. Then removes what is asked
-/// for, in the order of the functions below; an anchor that begins with "#!" or "#/" is a page of its own and
-/// stays.
+/// needed, no "." and ".." in a path that begins with "/", which behind a host is not empty. Then removes what
+/// is asked for, in the order of the functions below; an anchor that begins with "#!" or "#/" is a page of its
+/// own and stays.
 NSString simplifiedStringURLByRemovingSessionIDs(const NSString &string, Flag sessionIDs, Flag analytics,
                                                  Flag indexPages, Flag emptyParams, Flag anchors);
 /// Simplifies as above with everything removed.
@@ -30,8 +29,7 @@ NSString simplifiedStringURL(const NSString &string);
 /// Removes parameters of the query, and of path components (";jsessionid=1"), that name the session of a
 /// visitor; also the path component "(S(...))". A name that may mean other things ("sid", "session") goes only
 /// with a value that looks like the identifier of a session. A path without a host in front that would then
-/// begin with
-/// "//" gets "/." in front.
+/// begin with "//" gets "/." in front.
 NSString stringURLByRemovingSessionIDs(const NSString &string);
 /// Removes parameters of the query that tell where a visitor came from.
 NSString stringURLByRemovingAnalytics(const NSString &string);

@@ -55,7 +55,7 @@ NSURL URLWithStringOrPath(const NSString &string) {
 NSURL URLWithNormalizedStringURL(const NSString &string, NSStringEncoding encoding) {
   const NSString clean = stringURLWrittenBy(cleanURLUnits, string);
   if (!clean) return NSURL();
-  NSString repaired = stringURLWithTwoSlashes(repairedStringURL(clean), {});
+  NSString repaired = repairedStringURL(clean);
   if (hasPrefixNoCase(repaired, u"www."_ns))
     repaired = stringByConcatenating(u"http://", repaired);
   else if (hasPrefixNoCase(repaired, u"ftp."_ns))

@@ -20,7 +20,7 @@ inline namespace NSURLNimboExtensions {
 /// Reads a path, which begins with "/" or "~", as the URL of a file; anything else as a URL.
 NSURL URLWithStringOrPath(const NSString &string);
 /// Reads a URL as people type it or `normalizedStringURL` makes it of markup: it is cleaned, repaired and
-/// written in ASCII (`cleanURLUnits`, `repairedStringURL`, `stringURLWithTwoSlashes`, `ASCIIStringURL`), with
+/// written in ASCII (`cleanURLUnits`, `repairedStringURL`, `ASCIIStringURL`), with
 /// "http://" in front of "www." and "ftp://" in front of "ftp.". What is not ASCII in the query is escaped in
 /// the encoding. Nil, too, when nothing usable is left.
 NSURL URLWithNormalizedStringURL(const NSString &string, NSStringEncoding encoding = NSUTF8StringEncoding);

@@ -40,7 +40,7 @@ NSURL URLRelativeTo(const NSString &link, const NSURL &base, Flag trimAnchor, NS
   NSURL target = targetOfPlainLink(link, base);
   if (!target) {
     const NSString clean = isBlank(link) ? NSString::string() : stringURLWrittenBy(cleanURLUnits, link);
-    const NSString repaired = stringURLWithTwoSlashes(repairedStringURL(clean), base.scheme().view());
+    const NSString repaired = repairedStringURL(clean, base.scheme().view());
     const NSString string = ASCIIStringURL(repaired, encoding);
     if (isForeignLink(repaired) || hasPrefixNoCase(repaired, u"feed:http:"_ns))
       return NSURL::URLWithString(string);

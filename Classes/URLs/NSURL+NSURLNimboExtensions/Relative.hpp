@@ -17,8 +17,9 @@ inline namespace NSURLNimboExtensions {
 /// A link of a page, resolved against the page's URL, without a base of its own. `normalizedStringURL` comes
 /// first where the link is as markup has it: character references and escapes are not looked at here.
 ///
-/// - The link is cleaned and repaired (`cleanURLUnits`, `repairedStringURL`, `stringURLWithTwoSlashes`,
-///   `ASCIIStringURL`); what is not ASCII in its query is escaped in `encoding`, which is the page's.
+/// - The link is cleaned and repaired (`cleanURLUnits`, `repairedStringURL`, `ASCIIStringURL`); what is not
+/// ASCII in
+///   its query is escaped in `encoding`, which is the page's.
 /// - A link that is empty, or nothing but blanks and control characters, leads to the page itself.
 /// - `trimAnchor` takes the anchor away; a link that is only an anchor is then the page itself.
 /// - `standardize` takes "." and ".." out of the path of a link that is absolute as well.

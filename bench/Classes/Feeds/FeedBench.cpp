@@ -164,6 +164,8 @@ void printGrowth() {
   odd.push_back({"sections without end", "<rss><item>", "<title><![CDATA[", ""});
   odd.push_back({"names of prefixes", "<rss>", "<item xmlns:a='b'><a:b>", ""});
   odd.push_back({"nested elements of one name", "<rss><item><content>", "<content>", ""});
+  odd.push_back({"end tags that may be missing", "<rss>", "<item><title>a<guid>b<author>c<link>", ""});
+  odd.push_back({"such tags in one item", "<rss><item>", "<title>a<guid>b<author>c<link>", ""});
   odd.push_back({"ampersands", "<rss><item><title>", "&", "</title></item>"});
   std::printf("ns per byte, from 100 KB in steps of 10\n");
   for (const Shape &shape : odd) {

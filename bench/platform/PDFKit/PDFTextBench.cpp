@@ -39,10 +39,8 @@ void writePageByMuPDF(fz_context *context, pdf_document *document, int index, fz
   fz_var(device);
   fz_try(context) {
     page = pdf_load_page(context, document, index);
-    fz_stext_options options = {};
-    options.flags = FZ_STEXT_DEHYPHENATE;
     found = fz_new_stext_page(context, pdf_bound_page(context, page));
-    device = fz_new_stext_device(context, found, &options);
+    device = fz_new_stext_device(context, found, nullptr);
     pdf_run_page(context, page, device, fz_identity, nullptr);
     fz_close_device(context, device);
     fz_print_stext_page_as_text(context, output, found);

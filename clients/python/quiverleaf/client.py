@@ -41,7 +41,8 @@ END_SECONDS = 2.0
 DEATH_SECONDS = 1.0  # For the remains of a helper that closed a connection to be gone.
 ATTEMPT_PAUSE_SECONDS = 0.1  # The same before the next attempt of a call, which meets a living helper more often.
 ABANDONED_WORK_SECONDS = 60.0  # A helper that is started ends when it works so long for a caller that has gone.
-ATTEMPTS = 1000  # How often a request that nobody begins is sent at most.
+REFUSALS = 10  # How often a request is sent to helpers that live on and close the connection before they begin it.
+DEATHS = 50  # How often to helpers that end before they begin it, mostly over somebody else's request.
 
 _LENGTH = struct.Struct(">I")
 _READ_BYTES = 1 << 20
@@ -282,7 +283,8 @@ class Helper:
         """Sends a request, again to the next helper when one ends before it has begun it, and awaits the reply."""
         waiting = time.monotonic() + self.waiting
         limit = self.timeout + (PAGE_LOAD_SECONDS if selector == PAGE_SELECTOR else 0)
-        for _ in range(ATTEMPTS):
+        refusals = deaths = 0
+        while refusals < REFUSALS and deaths < DEATHS:
             work = _Work(waiting, limit)
             connection = self._connect(waiting)
             if not connection.tells_begin:
@@ -291,6 +293,8 @@ class Helper:
                 return self._exchange(connection.socket, message, work)
             except (TimeoutError, socket.timeout):
                 if not work.has_begun:
+                    if self._ends_hung_helper and not self._is_working(connection):
+                        connection.end_process(END_SECONDS, signal.SIGKILL)
                     self.close()
                     raise self._waited_too_long() from None
                 if self._ends_hung_helper:
@@ -298,14 +302,20 @@ class Helper:
                 self.close()
                 raise HelperTimeout(f"no answer to {selector} within {limit:g} seconds") from None
             except (OSError, EOFError, plist.PropertyListError) as error:
-                connection.wait_until_ended(DEATH_SECONDS if work.has_begun else ATTEMPT_PAUSE_SECONDS)
+                has_ended = connection.wait_until_ended(DEATH_SECONDS if work.has_begun else ATTEMPT_PAUSE_SECONDS)
                 self.close()
                 if work.has_begun or not isinstance(error, (OSError, EOFError)):
                     raise HelperDied(f"the helper ended before it answered {selector}") from error
+                deaths += has_ended
+                refusals += not has_ended
+                if time.monotonic() >= waiting:
+                    raise self._waited_too_long() from None
             except BaseException:
                 self.close()
                 raise
-        raise HelperUnreachable(f"the helper ended before it began {selector}, {ATTEMPTS} times")
+        if refusals < REFUSALS:
+            raise HelperUnreachable(f"helpers ended before they began {selector}, {DEATHS} times")
+        raise HelperUnreachable(f"the helper closed the connection before it began {selector}, {REFUSALS} times")
 
     def _exchange(self, connected: socket.socket, message: bytes, work: "_Work") -> dict[str, Any]:
         _limit(connected, work.deadline)
@@ -351,6 +361,12 @@ class Helper:
         if record and record.get("Process") == connection.process:
             connection.program = record.get("Path")
         return connection
+
+    def _is_working(self, connection: runtime.Connection) -> bool:
+        """Whether the helper works, as it has written down; one that has written nothing counts as working."""
+        with _folder() as folder:
+            record = runtime.record(folder, self._name)
+        return not record or record.get("Process") != connection.process or bool(record["IsWorking"])
 
     def _program(self) -> Optional[str]:
         with contextlib.suppress(FileNotFoundError):

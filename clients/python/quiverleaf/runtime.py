@@ -178,7 +178,7 @@ def record(folder: int, name: str) -> Optional[dict[str, Any]]:
             body = content[_RECORD_HEADER_BYTES:][:length]
             if body and int.from_bytes(content[8:12], "big") == _checksum(body):
                 values = plist.loads(body)
-                return values if isinstance(values, dict) else {}
+                return {**values, "IsWorking": any(content[:4])} if isinstance(values, dict) else {}
     except (OSError, plist.PropertyListError):
         pass
     finally:

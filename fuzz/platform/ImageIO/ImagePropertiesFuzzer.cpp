@@ -8,7 +8,10 @@
 /// Whatever is taken for an image has a size.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace nimbo;
-  const auto source = CGImageSource::sourceWithData(NSData::dataWithBytes(data, size));
+  NSError failure;
+  const auto source = CGImageSource::sourceWithData(NSData::dataWithBytes(data, size), &failure);
+  // Without the engine nothing would be fuzzed.
+  if (failure.errorCode() == ErrorCode::other) std::abort();
   if (!source) return 0;
   const auto width = source->properties().objectForKey(u"PixelWidth"_ns).integer();
   const auto height = source->properties().objectForKey(u"PixelHeight"_ns).integer();

@@ -9,7 +9,10 @@
 /// A thumbnail is as small as was asked for, or there is a reason.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace nimbo;
-  const auto source = CGImageSource::sourceWithData(NSData::dataWithBytes(data, size));
+  NSError failure;
+  const auto source = CGImageSource::sourceWithData(NSData::dataWithBytes(data, size), &failure);
+  // Without the engine nothing would be fuzzed.
+  if (failure.errorCode() == ErrorCode::other) std::abort();
   if (!source) return 0;
   for (const bool isAlways : {false, true}) {
     constexpr std::uint32_t kMaxPixelSize = 64;

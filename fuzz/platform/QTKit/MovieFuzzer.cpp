@@ -22,7 +22,11 @@ void checkPixels(const nimbo::CGImage &image) {
 /// Whatever is taken for a movie ends in time, and its frames are whole.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace nimbo;
-  const auto movie = QTMovie::movieWithData(NSData::dataWithBytes(data, size), Deadline::after(kSeconds));
+  NSError failure;
+  const auto movie =
+      QTMovie::movieWithData(NSData::dataWithBytes(data, size), Deadline::after(kSeconds), &failure);
+  // Without the engine nothing would be fuzzed.
+  if (failure.errorCode() == ErrorCode::other) std::abort();
   if (!movie) return 0;
   for (const double time : {2.0, 0.0, movie->duration().value_or(0)})
     checkPixels(movie->frameImageAtTime(time));

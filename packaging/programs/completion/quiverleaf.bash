@@ -11,7 +11,7 @@ _quiverleaf() {
     fi
   done
   [[ $command =~ ^(status|stop|strip|tags|page|links|feed|entities|charset|decode|url|date|location|fork|type|help|version)$ ]] || options+=' --no-start --wait'
-  [[ $command =~ ^(status|charset|url|date|location|fork|type|help|version)$ ]] || options+=' --timeout'
+  [[ $command =~ ^(status|charset|url|date|fork|help|version)$ ]] || options+=' --timeout'
   [[ $command =~ ^(stop|rtfd|html2rtfd|topdf|sheet|text|strip|entities|copy|help|version)$ ]] || options+=' --pretty --plist'
   [[ $command == metadata ]] && options+=' --no-text --text-only --file-facts'
   [[ $command == pdf ]] && options+=' --attributed --output --pages --password --password-file --text'

@@ -10,6 +10,7 @@
 #include "platform/AppKit/Images/NSEPSImageRep.hpp"
 #include "platform/AppKit/Images/NSPDFImageRep.hpp"
 #include "platform/CoreGraphics/PostScriptFile.hpp"
+#include "platform/CoreServices/ContentTypes.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
 
 namespace nimbo {
@@ -23,7 +24,7 @@ enum class Content { image, PDF, postScript };
 
 Content contentOfFirstBytes(std::string_view bytes) {
   if (NSEPSImageRep::canInitWithFirstBytes(bytes)) return Content::postScript;
-  return NSPDFImageRep::canInitWithFirstBytes(bytes) ? Content::PDF : Content::image;
+  return beginsLikePDF(bytes) ? Content::PDF : Content::image;
 }
 
 std::vector<SharedPointer<NSImageRep>> only(SharedPointer<NSImageRep> rep) {

@@ -64,7 +64,6 @@ SharedPointer<NSBitmapImageRep> NSBitmapImageRep::imageRepWithCGImage(const CGIm
   rep->size_ = hasSize ? sizeInPoints : NSSize{double(image.width()), double(image.height())};
   rep->width_ = image.width();
   rep->height_ = image.height();
-  rep->hasAlpha_ = image.hasAlpha();
   return rep;
 }
 
@@ -88,7 +87,7 @@ std::vector<SharedPointer<NSImageRep>> NSBitmapImageRep::imageRepsWithSource(
     if (rep->width_ == 0 || rep->height_ == 0) continue;
     rep->size_ = {rep->width_ * kPointsPerInch / resolution(properties, u"DPIWidth"_ns),
                   rep->height_ * kPointsPerInch / resolution(properties, u"DPIHeight"_ns)};
-    rep->hasAlpha_ = properties.objectForKey(u"HasAlpha"_ns).boolean().value_or(false);
+    rep->hasAlpha_ = properties.objectForKey(u"HasAlpha"_ns).boolean();
     // Exif's orientations from 5 on show columns as rows.
     if (properties.objectForKey(u"Orientation"_ns).integer().value_or(1) >= 5) {
       std::swap(rep->width_, rep->height_);
@@ -103,6 +102,18 @@ const ClassDescription &NSBitmapImageRep::classDescription() const {
   static const ClassDescription bitmap{u"NSBitmapImageRep"_ns, &imageRepClass(), {}, {}, nullptr};
   static const ClassDescription picture{u"NSPICTImageRep"_ns, &imageRepClass(), {}, {}, nullptr};
   return class_ == NSImageRepClass::PICT ? picture : bitmap;
+}
+
+bool NSBitmapImageRep::hasAlpha() const {
+  if (!source_) return image_.hasAlpha();
+  const std::scoped_lock lock(source_->mutex);
+  // What the header does not say, some pixel of the decoded image does.
+  if (!hasAlpha_)
+    hasAlpha_ = source_->source
+                    ->createImageAtIndex(indexInSource_, 1, 1, CGInterpolationQuality::none,
+                                         {.deadline = source_->deadline})
+                    .hasAlpha();
+  return *hasAlpha_;
 }
 
 CGImage NSBitmapImageRep::decodedImage(NSError *error) const {

@@ -42,7 +42,8 @@ class NSBitmapImageRep final : public NSImageRep {
   NSSize size() const override { return size_; }
   std::uint32_t pixelsWide() const override { return width_; }
   std::uint32_t pixelsHigh() const override { return height_; }
-  bool hasAlpha() const override { return hasAlpha_; }
+  /// Decodes the image of a file whose header does not say it.
+  bool hasAlpha() const override;
   /// All pixels; nil when they cannot be decoded, `*error` says why.
   CGImage decodedImage(NSError *error = nullptr) const;
   /// A file of that type; the factor from 0, the smallest, to 1, the best, is for types that lose something.
@@ -68,7 +69,8 @@ class NSBitmapImageRep final : public NSImageRep {
   std::uint32_t width_ = 0;
   std::uint32_t height_ = 0;
   NSImageRepClass class_ = NSImageRepClass::bitmap;
-  bool hasAlpha_ = false;
+  /// What is known of a file.
+  mutable std::optional<bool> hasAlpha_;
 };
 
 }  // namespace nimbo

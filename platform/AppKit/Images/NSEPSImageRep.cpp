@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/AppKit/Images/NSEPSImageRep.hpp"
 
-#include "platform/AppKit/Images/EPSBoundingBox.hpp"
+#include <cmath>
+
 #include "platform/CoreGraphics/CGPSConverter.hpp"
+#include "platform/CoreGraphics/EPSBoundingBox.hpp"
 #include "platform/CoreGraphics/PostScriptFile.hpp"
 
 namespace nimbo {
@@ -26,7 +28,7 @@ SharedPointer<NSEPSImageRep> NSEPSImageRep::imageRepWithData(const NSData &data,
     return {};
   }
   auto rep = SharedPointer<NSEPSImageRep>::adopt(new NSEPSImageRep(data, deadline));
-  if (const auto box = detail::boundingBoxOfPostScript(postScriptPart(data.view()))) {
+  if (const auto box = boundingBoxOfPostScript(postScriptPart(data.view()))) {
     rep->box_ = *box;
     return rep;
   }
@@ -70,13 +72,19 @@ bool NSEPSImageRep::draw(NSGraphicsContext &context, const NSRect &rect, const N
                          NSCompositingOperation operation, double fraction, NSError *error) const {
   const SharedPointer<NSPDFImageRep> converted = convertToPDF(context.deadline, error);
   if (!converted) return false;
-  // The page may be rounded to whole points, or be another one than the comments name.
+  // The box of EPS has become the page, which has two decimals; that of other programs, or of one that chooses
+  // its page, is a part of it.
+  constexpr double kRounding = 0.01;
   const NSSize page = converted->size();
-  const double x = page.width / box_.size.width;
-  const double y = page.height / box_.size.height;
-  return converted->drawInRect(
-      context, rect, {{from.origin.x * x, from.origin.y * y}, {from.size.width * x, from.size.height * y}},
-      operation, fraction, error);
+  const bool isPage = isEncapsulated(data_.view()) && std::abs(page.width - box_.size.width) <= kRounding &&
+                      std::abs(page.height - box_.size.height) <= kRounding;
+  const NSRect part = isPage ? NSRect{{0, 0}, page} : box_;
+  const double x = part.size.width / box_.size.width;
+  const double y = part.size.height / box_.size.height;
+  return converted->drawInRect(context, rect,
+                               {{part.origin.x + from.origin.x * x, part.origin.y + from.origin.y * y},
+                                {from.size.width * x, from.size.height * y}},
+                               operation, fraction, error);
 }
 
 }  // namespace nimbo

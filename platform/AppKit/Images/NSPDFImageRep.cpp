@@ -27,11 +27,6 @@ NSPDFImageRep::NSPDFImageRep(std::unique_ptr<PDFDocument> document, const NSStri
 
 NSPDFImageRep::~NSPDFImageRep() = default;
 
-bool NSPDFImageRep::canInitWithFirstBytes(std::string_view bytes) {
-  constexpr std::size_t kHeaderBytes = 1024;
-  return bytes.substr(0, kHeaderBytes).find("%PDF-") != std::string_view::npos;
-}
-
 SharedPointer<NSPDFImageRep> NSPDFImageRep::imageRepWithDocument(std::unique_ptr<PDFDocument> document,
                                                                  const NSString &path, const NSData &data,
                                                                  NSError *error) {

@@ -24,8 +24,6 @@ class NSPDFImageRep final : public NSImageRep {
   static SharedPointer<NSPDFImageRep> imageRepWithData(const NSData &data, const Deadline &deadline,
                                                        NSError *error = nullptr);
   ~NSPDFImageRep() override;
-  /// Whether a file that begins so is a PDF, perhaps with something before it.
-  static bool canInitWithFirstBytes(std::string_view bytes);
 
   const ClassDescription &classDescription() const override;
   NSImageRepClass representationClass() const override { return NSImageRepClass::PDF; }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/AppKit/Pasteboard/PasteboardConversion.hpp"
+#include "platform/AppKit/Pasteboard/PasteboardFeed.hpp"
 #include "platform/AppKit/Pasteboard/PasteboardServer.hpp"
 #include "platform/AppKit/Pasteboard/PasteboardTargets.hpp"
 #include "platform/Foundation/NSTask.hpp"
@@ -25,11 +26,6 @@ namespace {
 constexpr double kStepSeconds = 5, kWholeSeconds = 32;
 /// How long the owner may take to receive data.
 constexpr double kSendingSeconds = 10;
-constexpr std::uint32_t kMaximumDataBytes = std::uint32_t{512} << 20;
-/// What stands in front of data that are read.
-constexpr std::uint32_t kMaximumNameBytes = 1 << 16;
-/// Stands in the place of the number of bytes of data that there will not be.
-constexpr std::uint32_t kMissing = UINT32_MAX;
 
 /// Whether it is a title that stands beside a URL.
 bool isTitle(const NSString &type) {
@@ -37,10 +33,15 @@ bool isTitle(const NSString &type) {
       targetsToRead(type), [](const PasteboardTarget &target) { return target.form == TargetForm::titleLine; });
 }
 
-std::vector<NSString> namesOf(const std::vector<PasteboardTarget> &targets) {
+template <class Target>
+std::vector<NSString> namesOf(const std::vector<Target> &targets) {
   std::vector<NSString> names(targets.size());
-  std::ranges::transform(targets, names.begin(), &PasteboardTarget::target);
+  std::ranges::transform(targets, names.begin(), &Target::target);
   return names;
+}
+
+bool contains(const std::vector<NSString> &types, const NSString &type) {
+  return std::ranges::find(types, type) != types.end();
 }
 
 /// The clipboard, which a program of its own talks to: each question is a run of it, and what is offered is a
@@ -76,11 +77,11 @@ class DesktopPasteboard final : public PasteboardServer {
     }
     FileDescriptor own(ends[0]);
     const FileDescriptor feed(ends[1]);
-    std::vector<PasteboardTarget> offered = targetsToOffer(types);
-    if (!run(u"own"_ns, namesOf(offered), feed.get(), error)) return false;
+    std::vector<PasteboardOffer> offers = offersOfTypes(types);
+    if (!run(u"own"_ns, namesOf(offers), feed.get(), error)) return false;
     ++changeCount_;
     types_.assign(types.begin(), types.end());
-    offered_ = std::move(offered);
+    offers_ = std::move(offers);
     given_.clear();
     url_ = title_ = NSData();
     owner_ = std::move(own);
@@ -89,37 +90,27 @@ class DesktopPasteboard final : public PasteboardServer {
 
   bool setData(const NSData &data, const NSString &type, NSError *error) override {
     const std::scoped_lock lock(mutex_);
-    if (std::ranges::find(types_, type) == types_.end()) {
+    if (!contains(types_, type)) {
       setError(error, ErrorCode::unsupportedType, "the type has not been declared");
       return false;
     }
-    if (data.length() > kMaximumDataBytes) {
+    if (data.length() > kMaximumContentBytes) {
       setError(error, ErrorCode::tooLarge, "these data are too large for the clipboard");
       return false;
     }
-    if (isTitle(type)) {
-      title_ = data;
-      if (!sendURLLines(error)) return false;
-    }
-    for (const PasteboardTarget &target : offered_) {
-      if (target.type != type) continue;
-      if (target.form == TargetForm::URLLine) {
-        url_ = data;
-        if (!sendURLLines(error)) return false;
-      } else if (!send(target.target, dataForTarget(target, data), error)) {
-        return false;
-      }
-    }
-    given_.push_back(type);
+    for (const Record &record : recordsOfData(data, type))
+      if (!send(record, error)) return false;
+    if (!sendURLLines(data, type, error)) return false;
+    if (!contains(given_, type)) given_.push_back(type);
     return true;
   }
 
   NSData dataForType(const NSString &type, NSError *error) const override {
-    if (isOnlyDeclared(type)) {
+    const std::vector<PasteboardTarget> targets = targetsToReadNow(type);
+    if (targets.empty()) {
       setError(error, ErrorCode::incomplete, "the clipboard holds no data of this type");
       return {};
     }
-    const std::vector<PasteboardTarget> targets = targetsToRead(type);
     const auto output = run(u"read"_ns, namesOf(targets), -1, error);
     if (!output) return {};
     const auto nameBytes =
@@ -132,16 +123,28 @@ class DesktopPasteboard final : public PasteboardServer {
   }
 
  private:
+  /// The same data under several names, each with '\n' behind it.
+  struct Record {
+    std::string names;
+    NSData data;
+  };
+
   /// What the program writes; nothing when it fails: `*error` says why. It reads the input, unless that is
   /// negative.
   static std::optional<NSData> run(const NSString &command, const std::vector<NSString> &targets, int input,
                                    NSError *error) {
+    std::size_t nameBytes = 0;
+    for (const NSString &target : targets) nameBytes += target.UTF8String().size() + 1;
+    if (nameBytes > kMaximumNamesBytes) {
+      setError(error, ErrorCode::tooLarge, "the names of these types are too long for the clipboard");
+      return std::nullopt;
+    }
     NSTask task{
         .launchPath = NSString::stringWithFileSystemRepresentation(installedProgram("quiverleaf-pasteboard")),
         .arguments = {command, NSString::stringWithUTF8String(std::to_string(kStepSeconds))},
         .standardInputDescriptor = input,
         .deadline = Deadline::after(kWholeSeconds),
-        .maximumOutputBytes = kMaximumDataBytes + kMaximumNameBytes,
+        .maximumOutputBytes = kMaximumContentBytes + kMaximumTypeNameBytes + 1,
         .standardOutput = NSTask::Output::collected};
     if (task.launchPath.length() == 0) {
       setError(error, ErrorCode::unsupportedType, "the program that talks to the clipboard is not installed");
@@ -151,18 +154,27 @@ class DesktopPasteboard final : public PasteboardServer {
     const auto result = task.run(error);
     if (!result) return std::nullopt;
     if (result->terminationStatus == 0) return result->standardOutput;
-    if (result->standardError.length() == 0)
+    // The libraries of the desktop tell something before it, too.
+    std::string_view reason = result->standardError.view();
+    reason.remove_prefix(reason.rfind('\n') + 1);
+    if (reason.empty())
       setError(error, ErrorCode::other, "the program that talks to the clipboard failed");
     else
-      setError(error, static_cast<ErrorCode>(result->terminationStatus), result->standardError.view());
+      setError(error, static_cast<ErrorCode>(result->terminationStatus), reason);
     return std::nullopt;
   }
 
-  /// Whether this process has promised data of the type that it has not given.
-  bool isOnlyDeclared(const NSString &type) const {
+  /// From what a type is read but what this process itself offers and has not given, which nobody would wait
+  /// for.
+  std::vector<PasteboardTarget> targetsToReadNow(const NSString &type) const {
+    std::vector<PasteboardTarget> targets = targetsToRead(type);
     const std::scoped_lock lock(mutex_);
-    return isOwner() && std::ranges::find(types_, type) != types_.end() &&
-           std::ranges::find(given_, type) == given_.end();
+    if (!isOwner()) return targets;
+    std::erase_if(targets, [this](const PasteboardTarget &target) {
+      const auto offer = std::ranges::find(offers_, target.target, &PasteboardOffer::target);
+      return offer != offers_.end() && !isGiven(*offer);
+    });
+    return targets;
   }
 
   /// Whether nobody else has copied anything since.
@@ -171,21 +183,61 @@ class DesktopPasteboard final : public PasteboardServer {
     return owner_ && ::poll(&owner, 1, 0) == 0;
   }
 
-  /// Sends the URL with its title, as soon as both are there that have been declared.
-  bool sendURLLines(NSError *error) {
-    const auto lines = std::ranges::find(offered_, TargetForm::URLLine, &PasteboardTarget::form);
-    if (lines == offered_.end() || !url_ || (!title_ && std::ranges::any_of(types_, isTitle))) return true;
-    return send(lines->target, URLLines(url_, title_), error);
+  /// Whether others have what the offer is made of.
+  bool isGiven(const PasteboardOffer &offer) const {
+    return std::ranges::any_of(offer.sources, [this](const PasteboardTarget &source) {
+      return source.form == TargetForm::URLLine ? areLinesGiven() : contains(given_, source.type);
+    });
   }
 
-  /// Gives the owner the data of a target, nil for none.
-  bool send(const NSString &target, const NSData &data, NSError *error) {
-    const std::string name = target.UTF8String() + "\n";
-    const std::uint32_t numbers[] = {static_cast<std::uint32_t>(name.size()), data ? data.length() : kMissing};
+  /// Whether there is a URL, and its title if one has been declared.
+  bool areLinesGiven() const { return url_ && (title_ || std::ranges::none_of(types_, isTitle)); }
+
+  /// How an offer is made of the type, which is given now; null when it is not, or something better is given.
+  const PasteboardTarget *sourceOfOffer(const PasteboardOffer &offer, const NSString &type) const {
+    const auto source = std::ranges::find(offer.sources, type, &PasteboardTarget::type);
+    if (source == offer.sources.end()) return nullptr;
+    const auto isGiven = [this](const PasteboardTarget &better) { return contains(given_, better.type); };
+    return std::ranges::any_of(offer.sources.begin(), source, isGiven) ? nullptr : &*source;
+  }
+
+  /// What others are offered of the data of a type.
+  std::vector<Record> recordsOfData(const NSData &data, const NSString &type) const {
+    std::vector<Record> records;
+    for (const PasteboardOffer &offer : offers_) {
+      const PasteboardTarget *const source = sourceOfOffer(offer, type);
+      if (!source || source->form == TargetForm::URLLine) continue;
+      const NSData offered = dataForTarget(*source, data);
+      const auto same = std::ranges::find(records, offered, &Record::data);
+      Record &record = same != records.end() ? *same : records.emplace_back(Record{"", offered});
+      record.names += offer.target.UTF8String() + "\n";
+    }
+    return records;
+  }
+
+  /// Sends the URL with its title, when the type is one of them, and both are there that have been declared.
+  bool sendURLLines(const NSData &data, const NSString &type, NSError *error) {
+    const auto lines = std::ranges::find_if(offers_, [](const PasteboardOffer &offer) {
+      return offer.sources.front().form == TargetForm::URLLine;
+    });
+    if (lines == offers_.end()) return true;
+    if (isTitle(type))
+      title_ = data;
+    else if (sourceOfOffer(*lines, type))
+      url_ = data;
+    else
+      return true;
+    return !areLinesGiven() || send({lines->target.UTF8String() + "\n", URLLines(url_, title_)}, error);
+  }
+
+  /// Gives the owner the data of some targets, nil for none.
+  bool send(const Record &record, NSError *error) {
+    const PasteboardRecord numbers = {static_cast<std::uint32_t>(record.names.size()),
+                                      record.data ? record.data.length() : PasteboardRecord::kMissing};
     std::string head(sizeof numbers, '\0');
-    std::memcpy(head.data(), numbers, sizeof numbers);
+    std::memcpy(head.data(), &numbers, sizeof numbers);
     const Deadline deadline = Deadline::after(kSendingSeconds);
-    return sendAll(head + name, deadline, error) && sendAll(data.view(), deadline, error);
+    return sendAll(head + record.names, deadline, error) && sendAll(record.data.view(), deadline, error);
   }
 
   bool sendAll(std::string_view bytes, const Deadline &deadline, NSError *error) {
@@ -214,7 +266,7 @@ class DesktopPasteboard final : public PasteboardServer {
   mutable std::mutex mutex_;
   std::int64_t changeCount_ = 0;
   std::vector<NSString> types_, given_;
-  std::vector<PasteboardTarget> offered_;
+  std::vector<PasteboardOffer> offers_;
   /// The parts of what has both.
   NSData url_, title_;
   /// Leads to the process that owns the clipboard for us.

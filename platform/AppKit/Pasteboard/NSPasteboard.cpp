@@ -16,14 +16,9 @@ void destroyShared<detail::PasteboardServer>(ReferenceCounted *server) noexcept 
   delete static_cast<detail::PasteboardServer *>(server);
 }
 
-namespace {
-
-/// Why nothing comes of a nil pasteboard.
-void setErrorOfNil(NSError *error) {
-  setError(error, ErrorCode::other, "there is no pasteboard");
+detail::PasteboardServer &NSPasteboard::server() const {
+  return server_ ? *server_ : detail::nilPasteboard();
 }
-
-}  // namespace
 
 NSPasteboard NSPasteboard::generalPasteboard() {
   return NSPasteboard(detail::desktopPasteboard());
@@ -40,23 +35,19 @@ NSPasteboard NSPasteboard::pasteboardWithUniqueName() {
 }
 
 NSString NSPasteboard::name() const {
-  return server_ ? server_->name() : NSString();
+  return server().name();
 }
 
 bool NSPasteboard::isAvailable(NSError *error) const {
-  if (server_) return server_->isAvailable(error);
-  setErrorOfNil(error);
-  return false;
+  return server().isAvailable(error);
 }
 
 std::int64_t NSPasteboard::changeCount() const {
-  return server_ ? server_->changeCount() : 0;
+  return server().changeCount();
 }
 
 std::vector<NSString> NSPasteboard::types(NSError *error) const {
-  if (server_) return server_->types(error);
-  setErrorOfNil(error);
-  return {};
+  return server().types(error);
 }
 
 NSString NSPasteboard::availableTypeFromArray(std::span<const NSString> wanted, NSError *error) const {
@@ -70,9 +61,7 @@ NSString NSPasteboard::availableTypeFromArray(std::span<const NSString> wanted, 
 }
 
 bool NSPasteboard::declareTypes(std::span<const NSString> types, NSError *error) const {
-  if (server_) return server_->declareTypes(types, error);
-  setErrorOfNil(error);
-  return false;
+  return server().declareTypes(types, error);
 }
 
 bool NSPasteboard::declareTypes(std::initializer_list<NSString> types, NSError *error) const {
@@ -80,11 +69,8 @@ bool NSPasteboard::declareTypes(std::initializer_list<NSString> types, NSError *
 }
 
 bool NSPasteboard::setData(const NSData &data, const NSString &type, NSError *error) const {
-  if (server_ && data) return server_->setData(data, type, error);
-  if (server_)
-    setError(error, ErrorCode::incomplete, "there is no data to write");
-  else
-    setErrorOfNil(error);
+  if (data || !server_) return server().setData(data, type, error);
+  setError(error, ErrorCode::incomplete, "there is no data to write");
   return false;
 }
 
@@ -99,9 +85,7 @@ bool NSPasteboard::setPropertyList(const id &list, const NSString &type, NSError
 }
 
 NSData NSPasteboard::dataForType(const NSString &type, NSError *error) const {
-  if (server_) return server_->dataForType(type, error);
-  setErrorOfNil(error);
-  return NSData();
+  return server().dataForType(type, error);
 }
 
 NSString NSPasteboard::stringForType(const NSString &type, NSError *error) const {

@@ -80,6 +80,9 @@ class NSPasteboard {
   explicit operator bool() const noexcept { return static_cast<bool>(server_); }
 
  private:
+  /// That of a nil pasteboard answers why nothing comes of it.
+  detail::PasteboardServer &server() const;
+
   SharedPointer<detail::PasteboardServer> server_;
 };
 

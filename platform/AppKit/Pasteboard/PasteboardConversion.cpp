@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -11,6 +10,7 @@
 #include "platform/AppKit/PictureProgram.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 #include "platform/Foundation/Unicode/Trimming.hpp"
+#include "platform/Foundation/Unicode/UTF16Text.hpp"
 #include "platform/Foundation/Unicode/UTF8Conversion.hpp"
 
 namespace nimbo::detail {
@@ -26,16 +26,6 @@ NSData dataWithUnits(std::u16string_view units) {
   return dataWithBytes(encodeUTF8(units, InvalidInput::replaced).value_or(""));
 }
 
-/// The units of UTF-16, in this machine's order where no mark says another.
-std::u16string unitsOfUTF16(std::string_view bytes) {
-  std::u16string units(bytes.size() / sizeof(unichar), u'\0');
-  if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(unichar));
-  if (units.starts_with(u'\xfffe'))
-    for (unichar &unit : units) unit = static_cast<unichar>(unit << 8 | unit >> 8);
-  if (units.starts_with(u'\xfeff')) units.erase(0, 1);
-  return units;
-}
-
 /// Text in an encoding that the type does not tell as UTF-8.
 NSData textOfBytes(const NSData &bytes) {
   constexpr auto kMark = "\xef\xbb\xbf"sv;
@@ -43,7 +33,7 @@ NSData textOfBytes(const NSData &bytes) {
   NSData text = isMarked ? bytes.subdataWithRange({kMark.size(), bytes.length()}) : bytes;
   const std::string_view view = text.view();
   if (view.starts_with("\xff\xfe"sv) || view.starts_with("\xfe\xff"sv))
-    return dataWithUnits(unitsOfUTF16(view));
+    return dataWithUnits(unitsOfUTF16(view, std::endian::native));
   if (NSString::stringWithUTF8String(view)) return text;
   std::u16string units(view.size(), u'\0');
   std::ranges::transform(view, units.begin(), [](char c) { return static_cast<unsigned char>(c); });
@@ -51,6 +41,8 @@ NSData textOfBytes(const NSData &bytes) {
 }
 
 NSData latin1OfText(const NSData &text) {
+  // What is the same in both is kept once.
+  if (std::ranges::all_of(text.span(), [](std::uint8_t byte) { return byte < 0x80; })) return text;
   const NSString string = NSString::stringWithLossyUTF8String(text.view());
   std::string bytes;
   for (std::u16string_view left = string.view(); !left.empty(); left.remove_prefix(1)) {
@@ -69,7 +61,8 @@ std::basic_string_view<Unit> takeLine(std::basic_string_view<Unit> *text) {
   const std::size_t end =
       std::min(text->find_first_of(std::basic_string_view<Unit>(ends, std::size(ends))), text->size());
   const auto line = text->substr(0, end);
-  text->remove_prefix(std::min(end + 1, text->size()));
+  const std::size_t endUnits = text->substr(end).starts_with(std::basic_string_view<Unit>(ends, 2)) ? 2 : 1;
+  text->remove_prefix(std::min(end + endUnits, text->size()));
   return line;
 }
 
@@ -82,11 +75,12 @@ NSData firstURL(const NSData &list) {
 }
 
 NSData lineOfLines(const NSData &lines, bool isTitle) {
-  const std::u16string units = unitsOfUTF16(lines.view());
+  const std::u16string units = unitsOfUTF16(lines.view(), std::endian::native);
   std::u16string_view text = units;
-  std::u16string_view line = takeLine(&text);
-  if (isTitle) line = takeLine(&text);
-  return line.empty() ? NSData() : dataWithUnits(line);
+  const std::u16string_view url = takeLine(&text);
+  if (!isTitle) return url.empty() ? NSData() : dataWithUnits(url);
+  const bool hasTitle = url.size() < units.size() && units[url.size()] != 0;
+  return hasTitle ? dataWithUnits(takeLine(&text)) : NSData();
 }
 
 NSData plainRTF(const NSData &data) {
@@ -109,7 +103,7 @@ NSData dataForTarget(const PasteboardTarget &target, const NSData &data) {
     case TargetForm::latin1:
       return latin1OfText(data);
     case TargetForm::URIList:
-      return dataWithBytes(std::string(data.view()) + "\r\n");
+      return data.length() == 0 ? NSData() : dataWithBytes(std::string(data.view()) + "\r\n");
     case TargetForm::picture:
       return convertedPicture(data, target.target == u"image/png"_ns, nullptr);
     case TargetForm::plainRTF:
@@ -141,6 +135,7 @@ NSData dataFromTarget(const PasteboardTarget &target, const NSData &bytes, NSErr
 }
 
 NSData URLLines(const NSData &url, const NSData &title) {
+  if (url.length() == 0) return {};
   std::u16string lines(NSString::stringWithLossyUTF8String(url.view()).view());
   lines.append(u"\n").append(NSString::stringWithLossyUTF8String((title ? title : url).view()).view());
   return NSData::dataWithBytes(lines.data(), lines.size() * sizeof(unichar));

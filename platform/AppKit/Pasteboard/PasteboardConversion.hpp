@@ -15,7 +15,7 @@ NSData dataForTarget(const PasteboardTarget &target, const NSData &data);
 /// What has been read of a target as data of the pasteboard type; nil when nothing comes of it: `*error` says
 /// why.
 NSData dataFromTarget(const PasteboardTarget &target, const NSData &bytes, NSError *error);
-/// A URL and its title, which may be nil, in UTF-16; both come in UTF-8.
+/// A URL and its title, which may be nil, in UTF-16; both come in UTF-8. Nil for an empty URL.
 NSData URLLines(const NSData &url, const NSData &title);
 
 }  // namespace nimbo::detail

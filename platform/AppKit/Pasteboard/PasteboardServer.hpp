@@ -34,6 +34,8 @@ class PasteboardServer : public ReferenceCounted {
   virtual NSData dataForType(const NSString &type, NSError *error) const = 0;
 };
 
+/// That of nil, which answers why nothing comes of it.
+PasteboardServer &nilPasteboard();
 /// The pasteboard of a name in this process.
 SharedPointer<PasteboardServer> privatePasteboard(const NSString &name);
 /// A new one in this process, which ends with its last handle.

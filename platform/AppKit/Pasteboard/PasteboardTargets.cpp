@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -27,10 +28,6 @@ constexpr auto kRows = [] {
   });
 }();
 
-PasteboardTarget targetOfRow(const Row &row) {
-  return {NSString::stringWithCharacters(row.type), NSString::stringWithCharacters(row.target), row.form};
-}
-
 /// All rows of a type but those of a use; its own name when the table does not know it.
 std::vector<PasteboardTarget> targetsOfType(const NSString &type, Use unwanted) {
   std::vector<PasteboardTarget> targets;
@@ -38,10 +35,15 @@ std::vector<PasteboardTarget> targetsOfType(const NSString &type, Use unwanted) 
   for (const Row &row : kRows) {
     if (row.type != type.view()) continue;
     isKnown = true;
-    if (row.use != unwanted) targets.push_back(targetOfRow(row));
+    if (row.use != unwanted)
+      targets.push_back({type, NSString::stringWithCharacters(row.target), row.form, targets.size()});
   }
   if (!isKnown) targets.push_back({type, type, TargetForm::data});
   return targets;
+}
+
+bool isCostly(const PasteboardTarget &target) {
+  return target.form == TargetForm::picture || target.form == TargetForm::plainRTF;
 }
 
 /// The name of a media type as all write it who mean the same.
@@ -55,17 +57,21 @@ std::u16string canonicalName(std::u16string_view name) {
 
 }  // namespace
 
-std::vector<PasteboardTarget> targetsToOffer(std::span<const NSString> types) {
-  std::vector<PasteboardTarget> targets;
+std::vector<PasteboardOffer> offersOfTypes(std::span<const NSString> types) {
+  std::vector<PasteboardOffer> offers;
+  std::map<std::u16string, std::vector<PasteboardTarget>> sources;
   for (const NSString &type : types)
-    for (const PasteboardTarget &target : targetsOfType(type, Use::read)) {
-      const auto known = std::ranges::find(targets, target.target, &PasteboardTarget::target);
-      if (known == targets.end())
-        targets.push_back(target);
-      else if (known->form != TargetForm::data && target.form == TargetForm::data)
-        *known = target;
+    for (const PasteboardTarget &source : targetsOfType(type, Use::read)) {
+      sources[canonicalName(source.target.view())].push_back(source);
+      if (std::ranges::find(offers, source.target, &PasteboardOffer::target) == offers.end())
+        offers.push_back({source.target, {}});
     }
-  return targets;
+  for (PasteboardOffer &offer : offers) {
+    offer.sources = sources[canonicalName(offer.target.view())];
+    std::ranges::stable_sort(offer.sources, {}, &PasteboardTarget::place);
+    if (offer.sources.front().form == TargetForm::data) std::erase_if(offer.sources, isCostly);
+  }
+  return offers;
 }
 
 std::vector<PasteboardTarget> targetsToRead(const NSString &type) {

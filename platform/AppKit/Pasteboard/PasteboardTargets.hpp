@@ -3,6 +3,7 @@
 // What the desktop calls the types of a pasteboard. Any thread may ask.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -18,11 +19,20 @@ enum class TargetForm : std::uint8_t { data, text, latin1, URIList, URLLine, tit
 struct PasteboardTarget {
   NSString type, target;
   TargetForm form;
+  /// How many targets the type has before this one.
+  std::size_t place = 0;
 };
 
-/// What is offered for pasteboard types, in their order, each of the desktop's types once: of several that come
-/// under the same name, the one whose data need no conversion is it, else the first.
-std::vector<PasteboardTarget> targetsToOffer(std::span<const NSString> types);
+/// One of the desktop's types that is offered, and what its data may be made of: the best that is given. That
+/// is the one that has the target in an earlier place, else the one that stands first among the types.
+struct PasteboardOffer {
+  NSString target;
+  std::vector<PasteboardTarget> sources;
+};
+
+/// What is offered for pasteboard types, in their order, each of the desktop's types once. No picture and no
+/// rich text are converted to what another of the types is as it is.
+std::vector<PasteboardOffer> offersOfTypes(std::span<const NSString> types);
 /// From which of the desktop's types a pasteboard type can be read, the best first.
 std::vector<PasteboardTarget> targetsToRead(const NSString &type);
 /// The pasteboard types that can be read of what is offered, in that order.

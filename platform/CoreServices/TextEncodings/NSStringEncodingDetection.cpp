@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/CoreServices/TextEncodings/CFStringEncoding.hpp"
+#include "platform/CoreServices/TextEncodings/ExtendedEncoding.hpp"
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 #include "platform/CoreServices/TextEncodings/ScriptStatistics.hpp"
 #include "platform/Foundation/NSMutableString.hpp"
@@ -193,24 +194,6 @@ DetectedString detected(NSString string, CFStringEncoding encoding, bool isDamag
   return {std::move(string), CFStringConvertEncodingToIANACharSetName(encoding), isDamaged};
 }
 
-/// What ICU names by the standard, but files hold with the maker's additions.
-CFStringEncoding extendedForm(CFStringEncoding encoding) {
-  switch (encoding) {
-    case kCFStringEncodingISOLatin1:
-      return kCFStringEncodingWindowsLatin1;
-    case kCFStringEncodingISOLatin5:
-      return kCFStringEncodingWindowsLatin5;
-    case kCFStringEncodingShiftJIS:
-      return kCFStringEncodingDOSJapanese;
-    case kCFStringEncodingEUC_KR:
-      return kCFStringEncodingDOSKorean;
-    case kCFStringEncodingBig5:
-      return kCFStringEncodingBig5_HKSCS_1999;
-    default:
-      return encoding;
-  }
-}
-
 /// Whether the bytes beyond ASCII stand mostly beside each other, as they do in other alphabets than Latin.
 bool hasForeignWords(std::string_view bytes) {
   std::size_t foreign = 0, pairs = 0;
@@ -266,7 +249,8 @@ DetectedString stringWithStatistics(std::string_view bytes, std::size_t firstNon
     if (view.starts_with("UTF-") || view.starts_with("IBM")) continue;
     const CFStringEncoding encoding =
         CFStringConvertIANACharSetNameToEncoding(NSString::stringWithUTF8String(view));
-    for (const CFStringEncoding candidate : {encoding, extendedForm(encoding)})
+    const NSStringEncoding extended = extendedEncoding(CFStringConvertEncodingToNSStringEncoding(encoding));
+    for (const CFStringEncoding candidate : {encoding, CFStringConvertNSStringEncodingToEncoding(extended)})
       if (NSString string = stringInEncoding(bytes, candidate, isCut))
         return detected(std::move(string), candidate);
   }

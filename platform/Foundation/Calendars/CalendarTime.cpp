@@ -3,6 +3,7 @@
 
 #include <unicode/ucal.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
@@ -39,6 +40,26 @@ bool isInCalendar(const CalendarTime &time) {
          time.second < 61;
 }
 
+/// The moment at which clocks that are so far ahead of UTC show this.
+NSDate momentAhead(const CalendarTime &time, std::int32_t secondsAheadOfUTC) {
+  return NSDate::dateWithUTC(time.year, time.month, time.day, time.hour, time.minute,
+                             time.second - secondsAheadOfUTC);
+}
+
+/// As in ICU, clocks that are about to be set forward count as not yet set, those that are set back as set.
+/// A day later the last change is over; a season that ends sooner shows at the moment that this leads to.
+NSDate momentInProcess(const CalendarTime &time) {
+  constexpr std::int32_t kDay = 24 * 60 * 60;
+  const std::int32_t after = processSecondsAheadOfUTC(momentAhead(time, -kDay));
+  const std::int32_t present = processSecondsAheadOfUTC(momentAhead(time, after));
+  const bool isShown = processSecondsAheadOfUTC(momentAhead(time, present)) == present;
+  return momentAhead(time, isShown ? present : std::min(after, present));
+}
+
+bool isProcessZone(const CalendarZone &zone) {
+  return !zone.secondsAheadOfUTC && !zone.place;
+}
+
 }  // namespace
 
 double fractionOfDigits(std::u16string_view digits) {
@@ -53,10 +74,8 @@ double fractionOfDigits(std::u16string_view digits) {
 
 std::optional<NSDate> momentOf(const CalendarTime &time, const CalendarZone &zone) {
   if (!isInCalendar(time)) return std::nullopt;
-  if (zone.secondsAheadOfUTC) {
-    return NSDate::dateWithUTC(time.year, time.month, time.day, time.hour, time.minute,
-                               time.second - *zone.secondsAheadOfUTC);
-  }
+  if (zone.secondsAheadOfUTC) return momentAhead(time, *zone.secondsAheadOfUTC);
+  if (isProcessZone(zone)) return momentInProcess(time);
   const Calendar calendar = calendarOf(zone);
   UErrorCode status = U_ZERO_ERROR;
   ucal_clear(calendar.get());
@@ -74,6 +93,7 @@ std::optional<NSDate> momentOf(const CalendarTime &time, const CalendarZone &zon
 }
 
 CalendarTime calendarTimeOf(const NSDate &moment, const CalendarZone &zone) {
+  if (isProcessZone(zone)) return calendarTimeOf(moment, {processSecondsAheadOfUTC(moment), {}});
   const Calendar calendar = calendarOf(zone.secondsAheadOfUTC ? CalendarZone{{}, u"Etc/UTC"_ns} : zone);
   UErrorCode status = U_ZERO_ERROR;
   const double seconds = moment.timeIntervalSince1970() + zone.secondsAheadOfUTC.value_or(0);

@@ -4,7 +4,9 @@
 #include <unicode/ucal.h>
 
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <ctime>
 
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
@@ -145,6 +147,15 @@ std::optional<CalendarZone> zoneNamed(std::u16string_view name) {
     if (startsWithASCIINoCase(name, prefix)) return zoneOfOffset(name.substr(prefix.size()));
   // ICU knows other names without a solidus, which stand for other places than in mail.
   return name.find(u'/') != name.npos ? zoneOfPlace(name) : std::nullopt;
+}
+
+std::int32_t processSecondsAheadOfUTC(const NSDate &moment) {
+  const double seconds = std::floor(moment.timeIntervalSince1970());
+  constexpr double kLimit = 0x1p62;
+  if (!(std::abs(seconds) < kLimit)) return 0;
+  const auto time = static_cast<std::time_t>(seconds);
+  std::tm fields{};
+  return localtime_r(&time, &fields) ? static_cast<std::int32_t>(fields.tm_gmtoff) : 0;
 }
 
 }  // namespace nimbo::detail

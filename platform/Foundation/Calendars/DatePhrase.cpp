@@ -268,7 +268,7 @@ class PhraseReader {
       halfOfDay_ = meridian->firstHour;
       return skip(meridian->tokens);
     }
-    const bool isTimeMark = word == u"t" && isGluedNumber(1);
+    const bool isTimeMark = word == u"t" && isGluedNumber(1) && isGluedSign(2, u":");
     if (isTimeMark || keyword(0, kFiller)) return skip(1);
     return readZone() || readUnknownZone();
   }

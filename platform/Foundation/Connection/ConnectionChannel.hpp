@@ -30,6 +30,8 @@ class ConnectionChannel {
 
   /// The socket, borrowed from the channel.
   const FileDescriptor &socket() const noexcept NIMBO_LIFETIMEBOUND { return socket_; }
+  /// Closes the socket; nothing can be received or sent any more.
+  void close() noexcept { socket_.close(); }
 
   /// Reads what is there until a message is complete, or `kReceiveBytesPerTurn` have come, and appends the
   /// property lists of complete messages. False when the stream has ended, is broken, or announces an empty or

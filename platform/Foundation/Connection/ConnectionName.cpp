@@ -2,7 +2,7 @@
 #include "platform/Foundation/Connection/ConnectionName.hpp"
 
 #include <fcntl.h>
-#include <sys/file.h>
+#include <signal.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -91,10 +91,22 @@ int connectTo(const FileDescriptor &socket, const sockaddr_un &address) {
   return ::connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address);
 }
 
-/// Whether a process listens there. One that is too busy to take a connection does.
+/// Whether a process listens there. One that is too busy to take a connection does; copies of one that has
+/// ended do not.
 bool isServed(const sockaddr_un &address) {
   const FileDescriptor probe = makeSocket();
-  return probe && (connectTo(probe, address) == 0 || errno == EAGAIN);
+  if (!probe) return false;
+  if (connectTo(probe, address) != 0) return errno == EAGAIN;
+  const int process = peerProcessIdentifier(probe);
+  return process == 0 || ::kill(process, 0) == 0 || errno != ESRCH;
+}
+
+/// The lock of the whole file for writing.
+struct flock wholeLock() {
+  struct flock lock = {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return lock;
 }
 
 FileDescriptor openBesideSocket(const FileDescriptor &folder, const std::string &file) {
@@ -123,12 +135,14 @@ bool isInPlace(const ConnectionListener &listener, const FileDescriptor &folder,
   return info && info->st_dev == listener.device && info->st_ino == listener.number;
 }
 
-/// Takes the lock of a name, unless a living process has it.
+/// Takes the lock of a name, unless a living process has it. It is the process's own: no copy of it has the
+/// lock, but it is lost as soon as any descriptor of the file is closed. Who listens keeps the name then.
 bool takeLock(const FileDescriptor &lock, const sockaddr_un &address) {
   const Deadline deadline = Deadline::after(kLockWaitSeconds);
-  while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+  struct flock whole = wholeLock();
+  while (::fcntl(lock.get(), F_SETLK, &whole) != 0) {
     if (errno == EINTR) continue;
-    if (errno != EWOULDBLOCK || isServed(address) || deadline.isOver()) return false;
+    if ((errno != EAGAIN && errno != EACCES) || isServed(address) || deadline.isOver()) return false;
     std::this_thread::sleep_for(kRetryInterval);
   }
   return true;
@@ -191,6 +205,12 @@ ConnectionListener listenOnConnectionName(const NSString &name, const Connection
   return listener;
 }
 
+bool isOccupied(const NSString &name) {
+  const auto fileName = fileNameOfConnection(name);
+  const auto info = fileName ? fileInPlace(openExistingConnectionFolder(), *fileName) : std::nullopt;
+  return info && !S_ISSOCK(info->st_mode);
+}
+
 bool isReachable(const ConnectionListener &listener, const NSString &name) {
   const auto fileName = fileNameOfConnection(name);
   return fileName && isInPlace(listener, openExistingConnectionFolder(), *fileName);
@@ -217,7 +237,9 @@ bool isLocked(const NSString &name) {
   if (!folder || !fileName) return false;
   const FileDescriptor lock(::openat(folder.get(), (*fileName + kLockSuffix).c_str(),
                                      O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
-  return lock && ::flock(lock.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  // Asked as for another owner, so that a process sees its own lock, too.
+  struct flock whole = wholeLock();
+  return lock && ::fcntl(lock.get(), F_OFD_GETLK, &whole) == 0 && whole.l_type != F_UNLCK;
 }
 
 bool isRecordMissing(const NSString &name) {

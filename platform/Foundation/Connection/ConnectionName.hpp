@@ -47,6 +47,9 @@ struct ConnectionListener {
 ConnectionListener listenOnConnectionName(const NSString &name, const ConnectionRecord &record,
                                           NSString *error = nullptr);
 
+/// Whether a file that is no socket has the name, so that nobody can listen under it.
+bool isOccupied(const NSString &name);
+
 /// Whether clients that look for `name` find this listener: its folder and its socket are still in their
 /// places.
 bool isReachable(const ConnectionListener &listener, const NSString &name);

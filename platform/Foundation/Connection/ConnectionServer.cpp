@@ -2,6 +2,7 @@
 #include "platform/Foundation/Connection/ConnectionServer.hpp"
 
 #include <poll.h>
+#include <pthread.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -20,7 +21,7 @@ namespace nimbo {
 namespace {
 
 /// Clients beyond this wait until one leaves, or is idle and makes way.
-constexpr std::size_t kMaximumConnections = 256;
+constexpr rlim_t kMaximumConnections = 256;
 /// A client with this many requests in the queue is not read from.
 constexpr std::size_t kMaximumQueuedRequests = 16;
 /// A client that has more than this to take in is not served.
@@ -28,6 +29,8 @@ constexpr std::size_t kMaximumPendingReplyBytes = 1u << 20;
 /// The client whose request would take the requests of all beyond this is ended.
 constexpr std::size_t kMaximumBufferedBytes = std::size_t{1} << 30;
 constexpr double kAcceptPauseSeconds = 1;
+/// How long messages that move may hold up the next request, whoever sends them.
+constexpr double kHoldUpSeconds = 5;
 /// A request of at least this much is read to its end before another is begun, if it moves.
 constexpr std::size_t kLongRequestBytes = 256u << 10;
 
@@ -63,6 +66,9 @@ ConnectionReply exceptionReply(std::int64_t serial, NSString name, NSString reas
 
 }  // namespace
 
+std::mutex ConnectionServer::copying_;
+ConnectionServer *ConnectionServer::first_ = nullptr;
+
 gboolean ConnectionServer::prepareSource(GSource *source, gint *timeout) {
   ConnectionServer &server = *reinterpret_cast<Source *>(source)->server;
   *timeout = -1;
@@ -79,6 +85,12 @@ bool ConnectionServer::Client::isIdle() const {
 }
 
 ConnectionServer::ConnectionServer() {
+  static const int failure = ::pthread_atfork([] { copying_.lock(); }, [] { copying_.unlock(); },
+                                              [] {
+                                                leaveServices();
+                                                copying_.unlock();
+                                              });
+  if (failure != 0) throw std::bad_alloc();
   record_.process = ::getpid();
   record_.server = {NSString(), programPath(), NSDate::date()};
   static GSourceFuncs functions = {prepareSource, nullptr, dispatchSource, nullptr, nullptr, nullptr};
@@ -89,9 +101,17 @@ ConnectionServer::ConnectionServer() {
   // each turn.
   g_source_set_can_recurse(source_, TRUE);
   g_source_attach(source_, g_main_context_get_thread_default());
+  const std::lock_guard guard(copying_);
+  next_ = std::exchange(first_, this);
 }
 
 ConnectionServer::~ConnectionServer() {
+  {
+    const std::lock_guard guard(copying_);
+    ConnectionServer **server = &first_;
+    while (*server != this) server = &(*server)->next_;
+    *server = next_;
+  }
   g_source_destroy(source_);
   g_source_unref(source_);
 }
@@ -102,7 +122,11 @@ bool ConnectionServer::registerName(const NSString &name) {
   if (!listener) return false;
   awaitConnections(false);
   name_ = name;
-  listener_ = std::move(listener);
+  {
+    const std::lock_guard guard(copying_);
+    listener_ = std::move(listener);
+  }
+  descriptors_.countOwn();
   awaitConnections(true);
   setReachabilityInterval(reachabilitySeconds_);
   return true;
@@ -124,9 +148,21 @@ void ConnectionServer::invalidate() {
   if (std::exchange(isEnding_, true)) return;
   awaitConnections(false);
   if (listener_) removeSocket(listener_, name_);
-  listener_ = {};
+  {
+    const std::lock_guard guard(copying_);
+    listener_ = {};
+  }
   reachabilityCheck_ = idleEnd_ = Deadline::never();
   endWhenDone();
+}
+
+/// A copy that an operation makes of this process serves nobody; and no other process could take over from this
+/// one while a copy holds the socket and the lock.
+void ConnectionServer::leaveServices() {
+  for (ConnectionServer *server = first_; server; server = server->next_) {
+    server->listener_ = {};
+    for (const auto &client : server->clients_) client->channel.close();
+  }
 }
 
 /// An operation that runs the run loop comes back here: then clients are attended to, but none is served.
@@ -160,7 +196,10 @@ void ConnectionServer::acceptClients() {
     auto client = std::make_unique<Client>(std::move(socket), process);
     client->awaited = G_IO_IN;
     client->tag = g_source_add_unix_fd(source_, client->channel.socket().get(), G_IO_IN);
-    clients_.push_back(std::move(client));
+    {
+      const std::lock_guard guard(copying_);
+      clients_.push_back(std::move(client));
+    }
     if (!clients_.back()->channel.send(encodeMessage(record_.server))) end(*clients_.back());
   }
 }
@@ -170,7 +209,7 @@ void ConnectionServer::acceptClients() {
 bool ConnectionServer::makePlaceForClient() {
   const auto count =
       std::count_if(clients_.begin(), clients_.end(), [](const auto &client) { return !client->isEnded; });
-  if (static_cast<std::size_t>(count) < kMaximumConnections) return true;
+  if (static_cast<rlim_t>(count) < std::min(kMaximumConnections, descriptors_.limit() / 2)) return true;
   // Nobody makes way for nobody, and nobody who has just asked for something.
   if (!isReadable(listener_.socket)) return false;
   Client *idlest = nullptr;
@@ -236,12 +275,17 @@ void ConnectionServer::updatePaces() {
                                                             channel.announcedBytes() >= kLongRequestBytes);
     client->replyPace.update(channel.sentBytes(), !client->isEnded && channel.pendingBytes() > 0);
   }
+  if (isServing_ || isEnding_ || nextRequest() == queue_.end())
+    holdUpEnd_ = Deadline::never();
+  else if (holdUpEnd_.isNever())
+    holdUpEnd_ = Deadline::after(kHoldUpSeconds);
 }
 
 bool ConnectionServer::mayServe() const {
-  return !isServing_ && !isEnding_ && std::none_of(clients_.begin(), clients_.end(), [](const auto &client) {
-    return client->requestPace.isSteady() || client->replyPace.isSteady();
-  });
+  if (isServing_ || isEnding_) return false;
+  return holdUpEnd_.isOver() || std::none_of(clients_.begin(), clients_.end(), [](const auto &client) {
+           return client->requestPace.isSteady() || client->replyPace.isSteady();
+         });
 }
 
 void ConnectionServer::serveNextRequest() {
@@ -264,6 +308,7 @@ void ConnectionServer::serveNextRequest() {
   isServing_ = true;
   serve(client, request);
   isServing_ = false;
+  holdUpEnd_ = Deadline::never();
 }
 
 void ConnectionServer::serve(Client &client, const ConnectionRequest &request) {
@@ -276,6 +321,9 @@ void ConnectionServer::serve(Client &client, const ConnectionRequest &request) {
   if (!client.isEnded) reply(client, answer);
   client.lastUse = Deadline::Clock::now();
   if (idleSeconds_ > 0) idleEnd_ = Deadline::after(idleSeconds_);
+  if (!descriptors_.areTooManyLeft(clients_.size())) return;
+  NSLog("The service ends: operations have left too many files open in it");
+  invalidate();
 }
 
 void ConnectionServer::noteBegin(const Client &client, const ConnectionRequest &request) {
@@ -344,7 +392,10 @@ void ConnectionServer::end(Client &client) {
 }
 
 void ConnectionServer::removeEndedClients() {
-  const auto removed = std::erase_if(clients_, [](const auto &client) { return client->isEnded; });
+  const auto removed = [&] {
+    const std::lock_guard guard(copying_);
+    return std::erase_if(clients_, [](const auto &client) { return client->isEnded; });
+  }();
   if (removed > 0 && acceptAgain_.isNever()) awaitConnections(true);
 }
 
@@ -401,7 +452,7 @@ void ConnectionServer::updateReadyTime() {
     acceptAgain_ = Deadline::never();
     awaitConnections(true);
   }
-  Deadline next = earliest(acceptAgain_, earliest(idleEnd_, reachabilityCheck_));
+  Deadline next = earliest(earliest(acceptAgain_, holdUpEnd_), earliest(idleEnd_, reachabilityCheck_));
   for (const auto &client : clients_) {
     if (client->isEnded) continue;
     next = earliest(next, earliest(client->requestDeadline, client->replyDeadline));

@@ -7,11 +7,13 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 #include "platform/Foundation/Connection/ConnectionChannel.hpp"
 #include "platform/Foundation/Connection/ConnectionName.hpp"
 #include "platform/Foundation/Connection/ConnectionRecord.hpp"
+#include "platform/Foundation/Connection/OpenDescriptors.hpp"
 #include "platform/Foundation/Connection/TransferPace.hpp"
 #include "platform/Foundation/NSConnection.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
@@ -21,8 +23,8 @@ namespace nimbo {
 /// The serving side of a named connection, as one source of the run loop. Each turn takes in what has arrived
 /// at every client, a bounded amount of each, and puts complete requests into one queue; then it serves the
 /// first of them whose client is ready for the reply, and goes back to the run loop. No turn waits for a
-/// client. No request is begun while a long message moves, in or out: work would hold it up for longer than it
-/// holds up the work.
+/// client. No request is begun while a long message moves, in or out, up to a limit: work would hold it up for
+/// longer than it holds up the work.
 ///
 ///   sockets -> ConnectionChannel (one a client) -> queue_ -> rootObject -> ConnectionChannel -> sockets
 class ConnectionServer {
@@ -78,6 +80,7 @@ class ConnectionServer {
     ConnectionServer *server;
   };
 
+  static void leaveServices();
   void takeTurn();
   void acceptClients();
   bool makePlaceForClient();
@@ -103,6 +106,11 @@ class ConnectionServer {
   static gboolean prepareSource(GSource *source, gint *timeout);
   static gboolean dispatchSource(GSource *source, GSourceFunc callback, gpointer data);
 
+  /// Held while this process is copied, by any thread, and while what a copy has to leave changes.
+  static std::mutex copying_;
+  /// The servers of this process, as a list.
+  static ConnectionServer *first_;
+  ConnectionServer *next_ = nullptr;
   GSource *source_;
   NSConnectionRootObject *rootObject_ = nullptr;
   double requestTimeoutSeconds_ = kDefaultTimeoutSeconds;
@@ -114,11 +122,14 @@ class ConnectionServer {
   NSString name_;
   ConnectionListener listener_;
   ConnectionRecord record_;
+  OpenDescriptors descriptors_;
   gpointer listenerTag_ = nullptr;
   /// When connections are accepted again, after the system had no descriptor left.
   Deadline acceptAgain_;
   /// When nothing has been asked for so long that the process may end.
   Deadline idleEnd_;
+  /// How long the next request waits for long messages at most.
+  Deadline holdUpEnd_;
   /// When to see again whether clients still find the socket.
   Deadline reachabilityCheck_;
   /// Whether no further request is begun.

@@ -9,6 +9,7 @@
 #include "platform/Foundation/NSMutableString.hpp"
 #include "platform/Foundation/PropertyLists/PropertyListLimits.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
+#include "platform/Foundation/Unicode/UTF16Text.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 
 namespace nimbo {
@@ -21,7 +22,8 @@ std::string atLine(std::size_t line, const std::string &reason) {
 }
 
 NSString decode(const NSData &data) {
-  if (isUTF16Text(data.view())) return NSString::stringWithCharacters(unitsOfUTF16Text(data.view()));
+  if (const auto order = orderOfUTF16(data.view()))
+    return NSString::stringWithCharacters(unitsOfUTF16(data.view(), *order));
   NSString text = NSString::stringWithUTF8String(data.view());
   if (text) return text;
   std::string_view rest = data.view();
@@ -218,23 +220,6 @@ class Reader {
 };
 
 }  // namespace
-
-bool isUTF16Text(std::string_view bytes) {
-  if (bytes.size() < 2) return false;
-  return bytes.starts_with("\xfe\xff") || bytes.starts_with("\xff\xfe") ||
-         (bytes[0] == '\0') != (bytes[1] == '\0');
-}
-
-std::u16string unitsOfUTF16Text(std::string_view bytes) {
-  const bool isLittle = bytes.starts_with("\xff\xfe") || bytes.substr(1).starts_with('\0');
-  std::u16string units;
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto first = static_cast<unsigned char>(bytes[i]), second = static_cast<unsigned char>(bytes[i + 1]);
-    units += static_cast<char16_t>(isLittle ? second << 8 | first : first << 8 | second);
-  }
-  if (units.starts_with(kByteOrderMark)) units.erase(0, 1);
-  return units;
-}
 
 id propertyListFromTextData(const NSData &data) {
   const NSString text = decode(data);

@@ -84,6 +84,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
 
 bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically) {
   const auto name = path.fileSystemRepresentation();
+  errno = EINVAL;
   if (!data || !name) return false;
   if (!atomically || isSpecialFile(*name)) return overwriteFile(data, *name);
   const auto target = resolved(*name);

@@ -22,7 +22,7 @@ bool writeAll(int descriptor, std::string_view bytes);
 /// the old file's permissions and extended attributes; on failure the old file is as it was. What a symbolic
 /// link leads to is replaced, or made, not the link; a device or a pipe is never replaced but written to.
 /// Otherwise: over the old content; on failure the file may have any part of the bytes. False when the data is
-/// nil or the file cannot be written whole.
+/// nil or the file cannot be written whole; errno says why.
 bool writeDataToFile(const NSData &data, const NSString &path, Flag atomically);
 
 /// Makes the file at `path`, where there must be nothing, not even a link. It shows there when all bytes are in

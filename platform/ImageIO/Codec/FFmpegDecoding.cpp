@@ -99,7 +99,7 @@ void dropIdleAlpha(DecodedSamples &samples) {
   samples.bands = 3;
 }
 
-DecodedSamples decodedSamples(FFmpegFormat format, std::span<const std::uint8_t> file) {
+DecodedSamples decodedSamples(FFmpegFormat format, std::span<const std::uint8_t> file, bool saysAlpha) {
   const auto frame = decodedFrame(codecOfFormat(format), file);
   if (!frame) return {};
   DecodedSamples samples;
@@ -119,14 +119,15 @@ DecodedSamples decodedSamples(FFmpegFormat format, std::span<const std::uint8_t>
   if (sws_scale(conversion.get(), frame->data, frame->linesize, 0, frame->height, rows, rowLengths) !=
       frame->height)
     return {};
-  if (samples.bands == 4) dropIdleAlpha(samples);
+  if (samples.bands == 4 && !saysAlpha) dropIdleAlpha(samples);
   return samples;
 }
 
 class Codec final : public ImageCodec {
  public:
-  DecodedSamples samples(FFmpegFormat format, std::span<const std::uint8_t> file) const override {
-    return decodedSamples(format, file);
+  DecodedSamples samples(FFmpegFormat format, std::span<const std::uint8_t> file,
+                         bool saysAlpha) const override {
+    return decodedSamples(format, file, saysAlpha);
   }
 };
 

@@ -29,8 +29,10 @@ struct DecodedSamples {
 /// the time that the engine's take to load, for formats that are rare.
 class ImageCodec {
  public:
-  /// What a file of one picture holds; no bytes when it cannot be decoded. Throws std::bad_alloc.
-  virtual DecodedSamples samples(FFmpegFormat format, std::span<const std::uint8_t> file) const = 0;
+  /// What a file of one picture holds; no bytes when it cannot be decoded. Unless the file says that it has
+  /// alpha, the samples have none that is 0, or 255, throughout. Throws std::bad_alloc.
+  virtual DecodedSamples samples(FFmpegFormat format, std::span<const std::uint8_t> file,
+                                 bool saysAlpha) const = 0;
 
  protected:
   ~ImageCodec() = default;

@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::uint32_t kCoreHeaderLength = 12;
 constexpr std::uint32_t kInformationHeaderLength = 40;
+constexpr std::uint32_t kHeaderLengthWithAlphaMask = 56;
 constexpr double kInchesPerMeter = 39.3701;
 constexpr double kDefaultDPI = 72;
 
@@ -42,6 +43,11 @@ ImageHeader headerOfBMP(std::string_view bytes) {
   header.properties.setObject(dotsPerInch(isCore ? 0 : littleEndianAt(38, 4)), u"DPIWidth"_ns);
   header.properties.setObject(dotsPerInch(isCore ? 0 : littleEndianAt(42, 4)), u"DPIHeight"_ns);
   header.properties.setObject(u"RGB"_ns, u"ColorModel"_ns);
+  // A fourth byte of a pixel may be alpha, or idle, unless a mask is there for it.
+  if (littleEndianAt(isCore ? 24 : 28, 2) != 32)
+    header.properties.setObject(false, u"HasAlpha"_ns);
+  else if (length >= kHeaderLengthWithAlphaMask && littleEndianAt(66, 4) != 0)
+    header.properties.setObject(true, u"HasAlpha"_ns);
   return header;
 }
 

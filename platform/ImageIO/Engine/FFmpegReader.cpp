@@ -97,21 +97,46 @@ Size sizeOfBMP(std::string_view bytes) {
       static_cast<std::uint32_t>(header.properties.objectForKey(u"PixelHeight"_ns).integer().value_or(0)));
 }
 
+/// What the header says of alpha; nothing when it leaves that to the pixels.
+using Alpha = std::optional<bool>;
+
+/// By the channels of a pixel, which are a byte somewhere.
+template <std::size_t offset>
+Alpha alphaOfChannelsAt(std::string_view bytes) {
+  return numberAt(bytes, offset, 1, ByteOrder::big) == 4;
+}
+
+Alpha alphaOfPAM(std::string_view text) {
+  return text.substr(0, text.find("ENDHDR")).find("_ALPHA\n") != text.npos;
+}
+
+/// Many writers have alpha without saying so.
+Alpha alphaOfTGA(std::string_view bytes) {
+  constexpr std::uint32_t kAlphaBits = 0xf;
+  return (numberAt(bytes, 17, 1, ByteOrder::little) & kAlphaBits) == 8 ? Alpha(true) : std::nullopt;
+}
+
 struct Format {
   std::string_view signature;
   std::size_t offset;
   NSString type;
   FFmpegFormat format;
   Size (*size)(std::string_view);
+  Alpha (*alpha)(std::string_view) = nullptr;
 };
+
+/// Whether it is one of the formats of "P1" to "P6", which have no alpha.
+bool isAnymap(const Format &format) {
+  return format.signature.size() == 2 && format.signature[0] == 'P';
+}
 
 /// Whether what begins with a short signature of text goes on like a picture.
 bool isPlausible(const Format &format, std::string_view bytes) {
-  const bool isAnymap = format.signature[0] == 'P' && format.signature.size() == 2;
-  if (isAnymap && (bytes.size() < 3 || std::string_view(" \t\r\n").find(bytes[2]) == std::string_view::npos))
+  if (isAnymap(format) &&
+      (bytes.size() < 3 || std::string_view(" \t\r\n").find(bytes[2]) == std::string_view::npos))
     return false;
-  const bool needsSize = isAnymap || format.format == FFmpegFormat::XBM || format.format == FFmpegFormat::XWD ||
-                         format.format == FFmpegFormat::SGI;
+  const bool needsSize = isAnymap(format) || format.format == FFmpegFormat::XBM ||
+                         format.format == FFmpegFormat::XWD || format.format == FFmpegFormat::SGI;
   return !needsSize || format.size(bytes).has_value();
 }
 
@@ -144,8 +169,10 @@ const Format *formatOfBytes(std::string_view bytes) {
   static const Format kFormats[] = {
       {"BM"sv, 0, u"com.microsoft.bmp"_ns, FFmpegFormat::BMP, sizeOfBMP},
       {"DDS \x7c\0\0\0"sv, 0, u"com.microsoft.dds"_ns, FFmpegFormat::DDS, sizeAt<16, 12, 4, ByteOrder::little>},
-      {"qoif"sv, 0, u"org.qoiformat.qoi"_ns, FFmpegFormat::QOI, sizeAt<4, 8, 4, ByteOrder::big>},
-      {"\x01\xda"sv, 0, u"com.sgi.sgi-image"_ns, FFmpegFormat::SGI, sizeAt<6, 8, 2, ByteOrder::big>},
+      {"qoif"sv, 0, u"org.qoiformat.qoi"_ns, FFmpegFormat::QOI, sizeAt<4, 8, 4, ByteOrder::big>,
+       alphaOfChannelsAt<12>},
+      {"\x01\xda"sv, 0, u"com.sgi.sgi-image"_ns, FFmpegFormat::SGI, sizeAt<6, 8, 2, ByteOrder::big>,
+       alphaOfChannelsAt<11>},
       {"\x59\xa6\x6a\x95"sv, 0, u"com.sun.raster-image"_ns, FFmpegFormat::SunRaster,
        sizeAt<4, 8, 4, ByteOrder::big>},
       {"\0\0\0\7"sv, 4, u"public.xwindowdump-image"_ns, FFmpegFormat::XWD, sizeAt<16, 20, 4, ByteOrder::big>},
@@ -158,11 +185,12 @@ const Format *formatOfBytes(std::string_view bytes) {
       {"P4"sv, 0, u"public.pbm"_ns, FFmpegFormat::PBM, sizeOfPNM},
       {"P5"sv, 0, u"public.pbm"_ns, FFmpegFormat::PGM, sizeOfPNM},
       {"P6"sv, 0, u"public.pbm"_ns, FFmpegFormat::PPM, sizeOfPNM},
-      {"P7\nWIDTH"sv, 0, u"public.pbm"_ns, FFmpegFormat::PAM, sizeOfPAM},
+      {"P7\nWIDTH"sv, 0, u"public.pbm"_ns, FFmpegFormat::PAM, sizeOfPAM, alphaOfPAM},
   };
   static const Format kPCX = {{}, 0, u"com.zsoft.pcx-image"_ns, FFmpegFormat::PCX, sizeOfPCX};
   static const Format kTGA = {
-      {}, 0, u"com.truevision.tga-image"_ns, FFmpegFormat::TGA, sizeAt<12, 14, 2, ByteOrder::little>};
+      {},        0, u"com.truevision.tga-image"_ns, FFmpegFormat::TGA, sizeAt<12, 14, 2, ByteOrder::little>,
+      alphaOfTGA};
   for (const Format &format : kFormats)
     if (bytes.substr(std::min(format.offset, bytes.size())).starts_with(format.signature) &&
         isPlausible(format, bytes))
@@ -185,6 +213,8 @@ class FFmpegReader final : public ImageReader {
     header.type = format_.type;
     header.properties.setObject(std::int64_t{size->width}, u"PixelWidth"_ns);
     header.properties.setObject(std::int64_t{size->height}, u"PixelHeight"_ns);
+    const Alpha alpha = isAnymap(format_) ? false : format_.alpha ? format_.alpha(firstBytes_) : std::nullopt;
+    if (alpha) header.properties.setObject(*alpha, u"HasAlpha"_ns);
     return header;
   }
 
@@ -198,7 +228,8 @@ class FFmpegReader final : public ImageReader {
     }
     const ImageCodec *codec = imageCodec(error);
     if (!codec) return nullptr;
-    samples_ = codec->samples(format_.format, wholeData(input_).span());
+    const bool saysAlpha = header(0).properties.objectForKey(u"HasAlpha"_ns) == id(true);
+    samples_ = codec->samples(format_.format, wholeData(input_).span(), saysAlpha);
     return imageOfSamples(samples_);
   }
 

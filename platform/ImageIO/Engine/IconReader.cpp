@@ -142,8 +142,8 @@ class IconReader final : public ImageReader {
     const std::string file = bitmapFile(entry, offset);
     const ImageCodec *codec = imageCodec(nullptr);
     if (!codec) return nullptr;
-    samples_ =
-        codec->samples(FFmpegFormat::BMP, {reinterpret_cast<const std::uint8_t *>(file.data()), file.size()});
+    samples_ = codec->samples(FFmpegFormat::BMP,
+                              {reinterpret_cast<const std::uint8_t *>(file.data()), file.size()}, false);
     auto image = imageOfSamples(samples_);
     if (!image || samples_.bands == 4) return image;
     alphas_ = alphasOfMask(entry, offset + rowLength(entry.size.width, entry.bitsPerPixel) * entry.size.height);

@@ -145,6 +145,10 @@ NSData encodedImages(std::span<const ImageView> images, const NSString &type,
     setError(error, ErrorCode::unsupportedType, "no such picture can be written");
     return {};
   }
+  if (fileType->hasQuality && std::isnan(options.compressionFactor)) {
+    setError(error, ErrorCode::other, "the compression factor is no number");
+    return {};
+  }
   if (!startVips()) {
     setError(error, ErrorCode::other, "the library of images cannot be started");
     return {};

@@ -12,16 +12,14 @@ extern "C" {
 #include <string>
 #include <utility>
 
-#include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/System/EngineLibrary.hpp"
-#include "platform/Foundation/System/RegularFile.hpp"
 #include "platform/QTKit/Engine/FramePixels.hpp"
 #include "platform/QTKit/Engine/MovieEngine.hpp"
 #include "platform/QTKit/Engine/MovieFactsOfFormat.hpp"
 #include "platform/QTKit/Engine/MovieInput.hpp"
 #include "platform/QTKit/Engine/PictureDecoder.hpp"
 #include "platform/QTKit/Engine/PictureOrientation.hpp"
-#include "platform/QTKit/Engine/PosterTime.hpp"
+#include "platform/QTKit/Engine/QuickTimeHeader.hpp"
 
 namespace nimbo::detail {
 namespace {
@@ -41,7 +39,8 @@ constexpr std::size_t kMaximumAllocation = std::size_t{512} << 20;
 constexpr unsigned int kMaximumProbedBytes = 1 << 20;
 /// What is read of the tracks before the first frame is asked for.
 constexpr std::int64_t kProbedBytes = 5'000'000;
-constexpr std::int64_t kProbedMicroseconds = 5'000'000;
+/// For so long pictures are looked for that begin too late for what FFmpeg looks at by itself.
+constexpr std::int64_t kLatestPictures = std::int64_t{90} * AV_TIME_BASE;
 /// Where reading begins, in seconds before the frame, until a key frame stands in between; at last at the
 /// start.
 constexpr double kLeadsInSeconds[] = {0, 1, 5, std::numeric_limits<double>::infinity()};
@@ -73,6 +72,22 @@ void setOpeningError(int code, const Deadline &deadline, NSError *error) {
     setError(error, ErrorCode::damaged, "the movie is damaged, or its index is missing");
 }
 
+/// Whether what has been looked at does not tell how large the pictures are, or whether there are any.
+bool mayHaveLatePictures(const AVFormatContext &format, const MovieFacts &facts) {
+  if (facts.pictureTrack) return facts.tracks[*facts.pictureTrack].size == NSSize();
+  return (format.ctx_flags & AVFMTCTX_NOHEADER) != 0;
+}
+
+/// Where the movie begins in the times of the file, in microseconds.
+std::int64_t beginOfMovie(const AVFormatContext &format, bool tellsDuration) {
+  // Durations in the headers of these count from zero, however late the tracks begin; a piece of a longer movie
+  // may begin behind what it says.
+  const bool countsFromZero = tellsDuration &&
+                              av_match_list(format.iformat->name, "mov,matroska,nut,asf", ',') > 0 &&
+                              format.start_time < format.duration;
+  return countsFromZero || format.start_time == AV_NOPTS_VALUE ? 0 : format.start_time;
+}
+
 bool failAsUnknown(NSError *error) {
   setError(error, ErrorCode::unsupportedType, "the file is no movie or sound of a known kind");
   return false;
@@ -101,6 +116,8 @@ class FFmpegMovie final : public EngineMovie {
   void readOn(double seconds) override;
 
  private:
+  /// Looks for all tracks in the first `duration`, in microseconds; 0 leaves it to FFmpeg. An error is below 0.
+  int openFormat(const std::string &name, const AVInputFormat &inputFormat, std::int64_t duration);
   bool openDecoder(NSError *error);
   bool seekTo(std::int64_t time);
   /// For what has no index, where times may lead behind the first key frame.
@@ -115,6 +132,8 @@ class FFmpegMovie final : public EngineMovie {
   MovieInput input_;
   FFmpegPointer<AVFormatContext> format_;
   MovieFacts facts_;
+  /// In the times of the file, in microseconds.
+  std::int64_t begin_ = 0;
   std::unique_ptr<PictureDecoder> decoder_;
   /// Where the file is read from has not been changed yet.
   bool isAtStart_ = true;
@@ -122,35 +141,46 @@ class FFmpegMovie final : public EngineMovie {
   FFmpegPointer<AVFrame> lateFrame_;
 };
 
-bool FFmpegMovie::open(const std::string &name, NSError *error) {
-  AVFormatContext *format = input_.context() ? avformat_alloc_context() : nullptr;
-  if (!format) {
-    setError(error, ErrorCode::memoryLimit, "there is no memory for the movie");
-    return false;
-  }
+int FFmpegMovie::openFormat(const std::string &name, const AVInputFormat &inputFormat, std::int64_t duration) {
+  format_.reset();
+  if (const std::int64_t place = avio_seek(input_.context(), 0, SEEK_SET); place < 0)
+    return static_cast<int>(place);
+  AVFormatContext *format = avformat_alloc_context();
+  if (!format) return AVERROR(ENOMEM);
   format->pb = input_.context();
-  const AVInputFormat *inputFormat = nullptr;
-  const int score =
-      av_probe_input_buffer2(format->pb, &inputFormat, name.c_str(), nullptr, 0, kMaximumProbedBytes);
-  if (score <= AVPROBE_SCORE_RETRY || !inputFormat || av_match_list(inputFormat->name, kFormats, ',') <= 0) {
-    avformat_free_context(format);
-    if (!input_.deadline().isOver()) return failAsUnknown(error);
-    setOpeningError(AVERROR_EXIT, input_.deadline(), error);
-    return false;
-  }
-  const bool isQuickTime = av_match_list(inputFormat->name, "mov", ',') > 0;
-  const auto poster = isQuickTime ? posterTimeOfMovie(*format->pb) : std::nullopt;
   // FFmpeg opens nothing by itself: references to other files and places lead nowhere.
   format->io_open = refuseToOpen;
   format->format_whitelist = av_strdup(kFormats);
   format->protocol_whitelist = av_strdup("");
   format->probesize = kProbedBytes;
-  format->max_analyze_duration = kProbedMicroseconds;
+  format->max_analyze_duration = duration;
   // A failure frees the context.
-  int result = avformat_open_input(&format, name.c_str(), inputFormat, nullptr);
-  if (result >= 0) {
-    format_.reset(format);
-    result = avformat_find_stream_info(format, nullptr);
+  if (const int result = avformat_open_input(&format, name.c_str(), &inputFormat, nullptr); result < 0)
+    return result;
+  format_.reset(format);
+  return avformat_find_stream_info(format, nullptr);
+}
+
+bool FFmpegMovie::open(const std::string &name, NSError *error) {
+  AVIOContext *const input = input_.context();
+  if (!input) {
+    setError(error, ErrorCode::memoryLimit, "there is no memory for the movie");
+    return false;
+  }
+  const AVInputFormat *inputFormat = nullptr;
+  const int score = av_probe_input_buffer2(input, &inputFormat, name.c_str(), nullptr, 0, kMaximumProbedBytes);
+  if (score <= AVPROBE_SCORE_RETRY || !inputFormat || av_match_list(inputFormat->name, kFormats, ',') <= 0) {
+    if (!input_.deadline().isOver()) return failAsUnknown(error);
+    setOpeningError(AVERROR_EXIT, input_.deadline(), error);
+    return false;
+  }
+  const bool isQuickTime = av_match_list(inputFormat->name, "mov", ',') > 0;
+  const QuickTimeHeader header = isQuickTime ? headerOfQuickTimeMovie(*input) : QuickTimeHeader();
+  int result = openFormat(name, *inputFormat, 0);
+  if (result >= 0) facts_ = factsOfFormat(*format_);
+  if (result >= 0 && mayHaveLatePictures(*format_, facts_)) {
+    result = openFormat(name, *inputFormat, kLatestPictures);
+    if (result >= 0) facts_ = factsOfFormat(*format_);
   }
   // What looks like one of these by chance alone is none.
   if (result < 0 && !input_.deadline().isOver() && score < AVPROBE_SCORE_EXTENSION) return failAsUnknown(error);
@@ -158,14 +188,17 @@ bool FFmpegMovie::open(const std::string &name, NSError *error) {
     setOpeningError(result, input_.deadline(), error);
     return false;
   }
-  if (format->nb_streams == 0) {
+  if (format_->nb_streams == 0) {
     setError(error, ErrorCode::incomplete, "the movie has no tracks");
     return false;
   }
-  facts_ = factsOfFormat(*format);
-  facts_.posterSeconds = poster;
-  for (unsigned int i = 0; i < format->nb_streams; ++i)
-    if (i != facts_.pictureTrack) format->streams[i]->discard = AVDISCARD_ALL;
+  facts_.posterSeconds = header.posterSeconds;
+  begin_ = beginOfMovie(*format_, header.tellsDuration);
+  // Where the header tells none, FFmpeg's duration is the time of the end.
+  if (!header.tellsDuration && begin_ > 0 && begin_ < format_->duration)
+    *facts_.durationSeconds -= static_cast<double>(begin_) / AV_TIME_BASE;
+  for (unsigned int i = 0; i < format_->nb_streams; ++i)
+    if (i != facts_.pictureTrack) format_->streams[i]->discard = AVDISCARD_ALL;
   return true;
 }
 
@@ -186,8 +219,7 @@ bool FFmpegMovie::openDecoder(NSError *error) {
 
 std::int64_t FFmpegMovie::timeOfSeconds(double seconds) const {
   const AVRational unit = pictureStream().time_base;
-  const std::int64_t start =
-      format_->start_time == AV_NOPTS_VALUE ? 0 : av_rescale_q(format_->start_time, AV_TIME_BASE_Q, unit);
+  const std::int64_t start = av_rescale_q(begin_, AV_TIME_BASE_Q, unit);
   // No movie is longer, and no sum overflows.
   constexpr double kFarthest = 1e15;
   const double ticks = std::max(seconds, 0.0) / av_q2d(unit);
@@ -286,16 +318,14 @@ MoviePicture FFmpegMovie::cover(NSError *error) {
   return {};
 }
 
-std::unique_ptr<EngineMovie> openFile(const NSString &path, const Deadline &deadline, NSError *error) {
-  std::uint64_t size = 0;
-  FileDescriptor file = openRegularFile(path, &size, error);
-  if (!file) return nullptr;
+std::unique_ptr<EngineMovie> openFile(FileDescriptor file, std::uint64_t size, const NSString &name,
+                                      const Deadline &deadline, NSError *error) {
   if (size == 0) {
     setError(error, ErrorCode::incomplete, "the file is empty");
     return nullptr;
   }
   auto movie = std::make_unique<FFmpegMovie>(std::move(file), size, deadline);
-  return movie->open(lastPathComponent(path).UTF8String(), error) ? std::move(movie) : nullptr;
+  return movie->open(name.UTF8String(), error) ? std::move(movie) : nullptr;
 }
 
 std::unique_ptr<EngineMovie> openData(const NSData &data, const Deadline &deadline, NSError *error) {

@@ -73,6 +73,7 @@ void premultiply(MoviePicture &picture) {
 }  // namespace
 
 NSSize squarePixelSize(int width, int height, AVRational sampleAspect) {
+  if (width <= 0 || height <= 0) return {};
   const NSSize coded = {static_cast<double>(width), static_cast<double>(height)};
   const double aspect = sampleAspect.den > 0 ? av_q2d(sampleAspect) : 0;
   if (!(aspect >= 1 / kMaximumAspect && aspect <= kMaximumAspect)) return coded;

@@ -11,6 +11,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/Foundation/id.hpp"
 #include "platform/QTKit/QTTrack.hpp"
 
@@ -53,7 +54,9 @@ class EngineMovie {
 
 /// What `nimboEngine` of nimbo-qtkit answers.
 struct MovieEngine {
-  std::unique_ptr<EngineMovie> (*openFile)(const NSString &path, const Deadline &deadline, NSError *error);
+  /// Reads no more than `size` bytes of the file; its name says what to expect of it.
+  std::unique_ptr<EngineMovie> (*openFile)(FileDescriptor file, std::uint64_t size, const NSString &name,
+                                           const Deadline &deadline, NSError *error);
   std::unique_ptr<EngineMovie> (*openData)(const NSData &data, const Deadline &deadline, NSError *error);
 };
 

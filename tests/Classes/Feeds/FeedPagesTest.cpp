@@ -214,19 +214,23 @@ TEST(SafeMarkup, HasNothingThatRuns) {
 
 TEST(FeedPages, AreSafeWhenAskedFor) {
   EXPECT_EQ(
-      pageOf("<rss><title>&lt;/title&gt;<![CDATA[</title><script>x</script>]]></title><item><title>&lt;b "
-             "onload=x&gt;a</title><link>javascript:x</link><author>&lt;i&gt;</author><pubDate>&lt;x&gt;"
-             "</pubDate><description>&lt;script&gt;x&lt;/script&gt;b</description><enclosure "
-             "url='javascript:x' length='&lt;a&gt;'/></item>",
-             true),
+      pageOf(
+          "<rss><title>&lt;/title&gt;<![CDATA[</title><script>x</script>]]></title><item><title>&lt;b "
+          "onload=x&gt;a</title><link>javascript:x</link><author>&lt;i&gt;</author><pubDate>&lt;x&gt;"
+          "</pubDate><description>&lt;script&gt;x&lt;/script&gt;b</description><enclosure "
+          "url='javascript:x' length='&lt;a&gt;'/><enclosure "
+          "url='http://a/?b&amp;c'/></item><item><title>&lt;a href=b>c&lt;b&gt;&lt;/a> d</title><link>e</link>"
+          "</item><item><title>&lt;a href=f>g</title></item>",
+          true),
       kHead +
           "<title>&lt;/title&gt;</title>\n</head>\n<body><div class=\"page_header\"><div "
           "class=\"page_title\"><nobr>&lt;/title&gt;</nobr></div></div>\n\n<div "
           "class=\"feed_header\"><b>a</b><br/>"
           "<font class=\"feed_date\">&lt;i&gt; - &lt;x&gt;</font></div><div class=\"feed_article\">\nb\n<div "
           "class=\"feed_enclosures\"><p>\n<a class=\"feed_enclosure\" href=\"\"></a>&nbsp;(&lt;a&gt;)<br/>\n"
-          "</p></div>\n</div>\n" +
-          kEnd);
+          "<a class=\"feed_enclosure\" href=\"http://a/?b&amp;c\">?b&amp;c</a><br/>\n</p></div>\n</div>\n" +
+          articleOf("<a class=\"feed_link\" href=\"e\">c<b></b> d</a><br/>", "") +
+          articleOf("<a href=\"f\">g</a><br/>", "") + kEnd);
 }
 
 }  // namespace

@@ -75,6 +75,9 @@ TEST(FeedReading, KnowsNamespaces) {
        "\n"},
       {"<channel><item href='l' lastmod='u'><title>t</title><abstract>d</abstract></item>",
        "t:t|d:d|w:u|u:u|l:l|\n"},
+      {"<rss><channel xmlns:x='http://purl.org/dc/elements/1.1/'><item><x:creator>a</x:creator>"
+       "<y:title xmlns:y='http://search.yahoo.com/mrss/'>t</y:title></item>",
+       "t:t|a:a|\n"},
       {"<x:feed xmlns:x='http://e/'><entry/>", "no feed"},
       {"<rss xmlns:=' xmlns:a", "no feed"},
       {"<html><rss><item/>", "no feed"},
@@ -110,6 +113,13 @@ TEST(FeedReading, ReadsItems) {
       {"<id>tag:i</id><link rel='enclosure'>e</link><link rel='alternate'>l</link>", "l:http://a/b/l|i:tag:i|"},
       {"<dc:subject>s</dc:subject><category term='t' label='l'/>", "#s|#t|"},
       {"<itunes:author>o</itunes:author><dc:title>t</dc:title><author>a</author>", "t:t|a:a|"},
+      {"<author>a <b>b</b> &amp; c</author>", "a:a b & c|"},
+      {"<author><id>i</id><link href='m'/><name>n</name><summary>s</summary></author><id>j</id>", "a:n|i:j|"},
+      {"<author> <email><![CDATA[e]]></email><uri>u</uri></author>", "a:e|"},
+      {"<dc:creator><b>a</b><!-- x --> <![CDATA[&amp;b]]></dc:creator>", "a:a &amp;b|"},
+      {"<content type='xhtml'><div a='<![CDATA['>b<script><![CDATA[c]]></script></div></content>",
+       "c:b<script><![CDATA[c]]></script>|"},
+      {"<enclosure length='1'/><enclosure url='a&amp;b'/>", "e:a&b|"},
       {"<fullitem>f</fullitem>", "c:f|"},
       {"<body xmlns='http://www.w3.org/1999/xhtml'><p>b</p></body>", "c:<p>b</p>|"},
       {"<title>t</title><summary>not ended", "t:t|d:not ended|"},
@@ -140,11 +150,12 @@ TEST(FeedReading, ReadsWhatFeedsTellOfThemselves) {
       u"B</title></head>\n"
       u"<body>\n<outline type=\"rss\" text=\"A &amp; B\" title=\"A &amp; B\" xmlUrl=\"http://a/?b&amp;c\" "
       u"htmlUrl=\"h\" description=\"d\" language=\"en\"/>\n</body>\n</opml>"_ns);
-  const auto atom = readFeed(string(kAtom + "<link rel='self' href='s'/><subtitle>d</subtitle><logo>m</logo>"));
+  const auto atom = readFeed(string(kAtom + "<link rel='self' href='s'/><subtitle>d</subtitle><logo>m</logo>"
+                                            "<author><link href='x'/><id>x</id><name>a</name></author>"));
   ASSERT_TRUE(atom);
   EXPECT_EQ(atom->format, FeedFormat::kAtom);
   EXPECT_EQ(atom->feedURL, u"s"_ns);
-  EXPECT_EQ(shown(atom->header), "d:d|m:m|");
+  EXPECT_EQ(shown(atom->header), "d:d|a:a|m:m|");
 }
 
 TEST(FeedReading, ReadsAndWritesJSONFeed) {
@@ -187,22 +198,26 @@ TEST(FeedReading, ReadsAndWritesJSONFeed) {
 TEST(FeedReading, WritesPages) {
   const auto feed =
       readFeed(string(kAtom + "<title type='text'>&lt;x></title><entry><title type='text'>a &lt; b</title>"
-                              "<content type='html'>&lt;img src=i onerror=x></content></entry>"));
+                              "<content type='html'>&lt;img src=i onerror=x></content>"
+                              "<enclosure url='e?a&amp;amp;lt=1' length='&amp;amp;'/></entry>"));
   ASSERT_TRUE(feed);
   const auto body = [](const NSString &page) {
     return NSString::stringWithCharacters(page.view().substr(page.view().find(u"<title>"))).UTF8String();
+  };
+  const auto files = [](const std::string &url, const std::string &length) {
+    return "<div class=\"feed_enclosures\"><p>\n<a class=\"feed_enclosure\" href=\"" + url + "\">" + url +
+           "</a>&nbsp;(" + length + ")<br/>\n</p></div>\n</div>\n\n</body>\n</html>";
   };
   const std::string frame =
       "</title>\n</head>\n<body><div class=\"page_header\"><div class=\"page_title\"><nobr>&lt;x&gt;"
       "</nobr></div></div>\n\n<div class=\"feed_header\">a ";
   EXPECT_EQ(body(stringByConvertingFeedToHTML(*feed, {.baseURL = NSURL::URLWithString(u"http://a/"_ns)})),
             "<title>&lt;x&gt;" + frame +
-                "&lt; b<br/></div><div class=\"feed_article\">\n<img src=\"http://a/i\">\n</div>\n"
-                "\n</body>\n</html>");
+                "&lt; b<br/></div><div class=\"feed_article\">\n<img src=\"http://a/i\">\n" +
+                files("e?a&amp;amp;lt=1", "&amp;amp;"));
   EXPECT_EQ(body(stringByConvertingFeedToHTML(*feed, {.isSafe = false})),
-            "<title>&lt;x&gt;" + frame +
-                "< b<br/></div><div class=\"feed_article\">\n<img src=i onerror=x>\n</div>\n"
-                "\n</body>\n</html>");
+            "<title>&lt;x&gt;" + frame + "< b<br/></div><div class=\"feed_article\">\n<img src=i onerror=x>\n" +
+                files("e?a&amp;lt=1", "&amp;"));
 }
 
 }  // namespace

@@ -332,11 +332,15 @@ TEST(FinderMetadata, IsAskedForByScripts) {
 TEST(CustomIcons, OfFoldersAreFilesOrTheSystems) {
   const TemporaryFolder folder;
   fs::create_directories(folder.path() / "home/inside/deep");
+  fs::create_directory_symlink("home", folder.path() / "link");
   folder.write("icon/Icon\r", "");
   const char *old = std::getenv("HOME");
   const std::string home = old ? old : "";
-  ::setenv("HOME", (folder.path() / "home").c_str(), 1);
+  ::setenv("HOME", (folder.path() / "link").c_str(), 1);
   const std::pair<NSString, bool> cases[] = {
+      {folder.string("link/inside"), true},
+      {folder.string("link/inside/deep"), false},
+      {folder.string("link"), false},
       {folder.string("icon"), true},
       {folder.string("home"), false},
       {folder.string("home/inside"), true},
@@ -354,6 +358,12 @@ TEST(CustomIcons, OfFoldersAreFilesOrTheSystems) {
   const fs::path working = fs::current_path();
   fs::current_path(folder.path() / "icon");
   EXPECT_FALSE(existsCustomIconForPath(NSString(), true) || existsCustomIconForPath(u""_ns, true));
+  for (const auto &[path, exists] :
+       {std::pair(u"../home/inside"_ns, true), {u"../icon"_ns, true}, {u"../home/inside/deep"_ns, false}})
+    EXPECT_EQ(existsCustomIconForPath(path), exists) << path.UTF8String();
+  fs::current_path(folder.path() / "home/inside");
+  EXPECT_TRUE(existsCustomIconForPath(u"."_ns));
+  EXPECT_FALSE(existsCustomIconForPath(u"deep"_ns) || existsCustomIconForPath(u".."_ns));
   fs::current_path(working);
   ::setenv("HOME", home.c_str(), 1);
 }

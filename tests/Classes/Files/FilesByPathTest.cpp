@@ -223,7 +223,8 @@ TEST(Creation, WritesWholeOrNotAtAll) {
   const TemporaryFolder folder;
   const NSString file = folder.string("a/b/file"), log = folder.string("c/log");
   EXPECT_TRUE(createPathAndFile(file));
-  EXPECT_FALSE(createPathAndFile(file) || createFile(folder.string("d/x")));
+  EXPECT_TRUE(createFile(folder.string("d/e/x")));
+  EXPECT_FALSE(createPathAndFile(file) || createFile(folder.string("d/e")) || createFile(u""_ns));
   EXPECT_TRUE(createPathAndWriteObject(id(u"\u00e9"_ns), file, true));
   EXPECT_EQ(contentOf(file), "\xc3\xa9");
   EXPECT_FALSE(createPathAndWriteObject(id(), file, false));

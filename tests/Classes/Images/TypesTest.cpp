@@ -131,6 +131,8 @@ TEST(ImageTypes, GiveExtensions) {
            {u"image/x-x-bmp"_ns, u"x-bmp"_ns},
            {u"image/x-'TIFF'"_ns, u"'TIFF'"_ns},  // Type codes are no subtypes.
            {u"application/x-vnd.ms-excel"_ns, u"ms-excel"_ns},
+           {u"image/.svg"_ns, u"svg"_ns},
+           {u"image/vnd."_ns, u""_ns},
            {u"image/"_ns, NSString()},
            {u"image/a"_ns, NSString()},
            {u"image/x-"_ns, NSString()},

@@ -67,6 +67,9 @@ TEST_F(MetaDataImporterTest, OrdersWhatTheToolLists) {
   toolPrints("Paths: id(501) (these are all: \xc3\xa4) " + list + "\n)\n");
   EXPECT_EQ(listed(), (Names{"user/1", "home/2", "home/1", "local/2", "local/1", "system/2", "system/1",
                              "shipped/1", "app/1", "app/2"}));
+  locations.importerFolders = {};
+  EXPECT_EQ(listed(), (Names{"user/1", "shipped/1", "app/1", "system/1", "home/1", "local/1", "home/2",
+                             "system/2", "local/2", "app/2"}));
 }
 
 TEST_F(MetaDataImporterTest, ScansTheFoldersWhenThereIsNoList) {

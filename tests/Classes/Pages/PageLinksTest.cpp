@@ -163,8 +163,8 @@ TEST(LinkThumbsAndTitles, AreThoseOfTheLinks) {
   EXPECT_EQ(titles, (NSDictionary{{u"http://e.org/p/a.html"_ns, u"An & article"_ns},
                                   {u"http://e.org/p/b.html"_ns, u"The image"_ns},
                                   {u"http://e.org/p/c.html"_ns, u"C"_ns}}));
-  getLinkThumbs(u"<a href=a>x <img src=b.jpeg>"_ns, &thumbs, nullptr, NSURL(), false);
-  EXPECT_EQ(thumbs, (NSDictionary{{u"a"_ns, u"b.jpeg"_ns}}));
+  getLinkThumbs(u"<a href=a>x <img src=b.jpeg><img src=c.jpe>"_ns, &thumbs, nullptr, NSURL(), false);
+  EXPECT_EQ(thumbs, (NSDictionary{{u"a"_ns, u"c.jpe"_ns}}));
   getLinkThumbs(NSString(), &thumbs, &titles, base, false);
   EXPECT_EQ(titles, NSDictionary::dictionary());
 }

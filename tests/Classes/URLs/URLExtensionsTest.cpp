@@ -226,8 +226,8 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"../x y", "http://h/x%20y"},
       {":http://x/", "http://x/"},
       {"ttp://x/", "http://x/"},
-      {"hHTTPS://x/", "https://x/"},
-      {"http://http://HTTP://x/", "http://x/"},
+      {"hHTTPS://x/", "HTTPS://x/"},
+      {"http://http://HTTP://x/", "HTTP://x/"},
       {"http:// http://x/", "http://x/"},
       {"mailto:http://x/", "http://x/"},
       {"emailto:a@b", "mailto:a@b"},
@@ -265,6 +265,18 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"http:/x/", "http://h/x/"},
       {"Http:x", "http://h/a/x"},
       {"http:javascript:x", "http://h/a/javascript:x"},
+      {"Http:https://x/", "https://x/"},
+      {"https:/http:////x/", "http://x/"},
+      {"///http://x/", "http://x/"},
+      {"//http://x/", "http://x/"},
+      {"//https.example/", "http://https.example/"},
+      {"http:///http:///http:///x/", "http://x/"},
+      {"https:http:HTTPS:http://x/", "http://x/"},
+      {"http::http://x/", "http://x/"},
+      {"http:\\\\%20\\mailto:HTTP:\\\\x\\y", "HTTP://x/y"},
+      {"https:/http:/x/", "https://http:/x/"},
+      {"http:/http:/x/", "http://h/http:/x/"},
+      {"/http://x/", "http://h/http://x/"},
       {"http:///x/", "http://x/"},
       {"\\\\\\x/y", "http://x/y"},
       {"///x/y", "http://x/y"},
@@ -272,6 +284,16 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"http:", "http:"},
       {"///", "http:///"},
       {"http://[v1.a]/", "http://%5bv1.a%5d/"},
+      {"https:u@[::1]/[a]", "https://u@[::1]/%5ba%5d"},
+      {"http:[::1]/", "http://h/a/%5B::1%5D/"},
+      {"http:\\\\\\[::1]", "http://[::1]"},
+      {"///[::1]:80/", "http://[::1]:80/"},
+      {"http:/http://u@[::1]/[a]", "http://u@[::1]/%5ba%5d"},
+      {"//http://[::1]/", "http://[::1]/"},
+      {":http:\\\\[::1]\\", "http://[::1]/"},
+      {"mailto:http://[::1]/", "http://[::1]/"},
+      {"%22http://[::1]/%22", "http://[::1]/"},
+      {"http:// https://[::1]/", "https://[::1]/"},
   };
   for (const auto &[link, target] : cases)
     EXPECT_EQ(shown(URLRelativeTo(base, text(link), false, NSISOLatin1StringEncoding, true)), target) << link;
@@ -286,9 +308,11 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
   EXPECT_EQ(shown(URLRelativeTo(u"http://x"_ns, NSURL())), "http://x");
   EXPECT_FALSE(URLRelativeTo(NSString(), base));
 
-  std::string nested;
-  for (int i = 0; i < 100000; ++i) nested += "http://";
-  EXPECT_EQ(shown(URLRelativeTo(text(nested + "x/"), base)), "http://x/");
+  for (const std::string_view beginning : {"http://", "https:", "http:/// "}) {
+    std::string nested;
+    for (int i = 0; i < 100000; ++i) nested += beginning;
+    EXPECT_EQ(shown(URLRelativeTo(text(nested + "http://[::1]/"), base)), "http://[::1]/");
+  }
   EXPECT_TRUE(URLRelativeTo(text("/" + std::string(1 << 20, '%')), base));
   EXPECT_TRUE(URLRelativeTo(text("http://" + std::string(1 << 16, '.') + "/"), base));
 }
@@ -321,6 +345,8 @@ TEST(Making, ChangesOnePart) {
       {URLWithNormalizedStringURL(u" \"http://h/?a=1&copy=%2525\nb\""_ns), "http://h/?a=1&copy=%2525b"},
       {URLWithNormalizedStringURL(u"a@b://c"_ns), "./a@b://c"},
       {URLWithNormalizedStringURL(u"http:/h/\"x"_ns), "http://h/%22x"},
+      {URLWithNormalizedStringURL(u"http:[::1]/"_ns), "http://[::1]/"},
+      {URLWithNormalizedStringURL(u"http:http:///[::1]/"_ns), "http://[::1]/"},
   };
   for (const auto &[made, expected] : cases) EXPECT_EQ(shown(made), expected);
 }

@@ -232,8 +232,11 @@ TEST(URLNormalizing, CleansWhatPagesCarry) {
           {u"images\\a.gif", u"images/a.gif"},
           {u"c:\\a", u"c:%5ca"},
           {u"http:\\\\u@[::1]\\[x]?a[]=1", u"http://u@[::1]/%5bx%5d?a%5b%5d=1"},
+          {u"http:\\\\ http:\\\\[::1]\\", u"http://%20http://[::1]/"},
           {u"http://[x]/", u"http://%5bx%5d/"},
           {u"http://[::1/]", u"http://%5b::1/%5d"},
+          {u"file:///[::1]", u"file:///%5b::1%5d"},
+          {u"/[::1]", u"/%5b::1%5d"},
           // Text.
           {u"javascript:a(\"\\n\") > 1 ", u"javascript:a(%22%5cn%22)%20%3e%201"},
           {u"\\\"javascript:void(0);\\\"", u"javascript:void(0);"},
@@ -343,6 +346,8 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
        {u"http://h:8080/?q", u"http://h:8080/?q"},
        {u"File:///(S(x))/a;sid=1;jsessionid=2/index.html", u"file:///(S(x))/a;sid=1;jsessionid=2/index.html"},
        {u"http://[::80]/", u"http://[::80]/"},
+       {u"http://[::1]:/", u"http://[::1]/"},
+       {u"http://h:80:/", u"http://h:80:/"},
        {u"javascript:a?sid=1", u"javascript:a?sid=1"}});
   const NSString url = u"HTTP://h/index.html?sid=1&utm_x=2&a=#b"_ns;
   EXPECT_EQ(simplifiedStringURLByRemovingSessionIDs(url, false, false, false, false, false),

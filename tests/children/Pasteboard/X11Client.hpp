@@ -4,9 +4,11 @@
 #include <poll.h>
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -58,7 +60,7 @@ class X11Client {
     return bytes;
   }
   void watch(xcb_window_t window) const {
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     ::xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &events);
   }
   /// Answers a request; with the property none, refuses it.
@@ -94,13 +96,25 @@ class X11Client {
     return {::xcb_get_atom_name_name(reply.get()),
             static_cast<std::size_t>(::xcb_get_atom_name_name_length(reply.get()))};
   }
+  /// Whether a property of a watched window is taken away before the window goes.
+  bool waitUntilTaken() const {
+    for (;;) {
+      const Event event = waitForOne({XCB_PROPERTY_NOTIFY, XCB_DESTROY_NOTIFY});
+      if (!event || (event->response_type & 0x7f) == XCB_DESTROY_NOTIFY) return false;
+      if (reinterpret_cast<const xcb_property_notify_event_t &>(*event).state == XCB_PROPERTY_DELETE)
+        return true;
+    }
+  }
   /// The next event of a kind, within some seconds; null when there is none.
-  Event wait(int kind, double seconds = 10) const {
+  Event wait(int kind, double seconds = 60) const { return waitForOne({kind}, seconds); }
+
+ private:
+  Event waitForOne(std::initializer_list<int> kinds, double seconds = 60) const {
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     do {
       while (xcb_generic_event_t *const event = ::xcb_poll_for_event(connection_)) {
         Event owned(event, std::free);
-        if ((event->response_type & 0x7f) == kind) return owned;
+        if (std::ranges::find(kinds, event->response_type & 0x7f) != kinds.end()) return owned;
       }
       pollfd waited = {::xcb_get_file_descriptor(connection_), POLLIN, 0};
       ::poll(&waited, 1, 10);
@@ -108,7 +122,6 @@ class X11Client {
     return {nullptr, std::free};
   }
 
- private:
   xcb_connection_t *connection_;
   xcb_window_t window_;
 };

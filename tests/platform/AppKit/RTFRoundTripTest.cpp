@@ -219,6 +219,16 @@ class Generator {
   std::uint32_t tables_ = 0;
 };
 
+TEST(RTFRoundTrip, DatesHaveYearsOfFourDigits) {
+  const NSAttributedString text = initWithRTF(NSData::dataWithBytes("{\\rtf1 a}", 9));
+  for (const auto &[year, isWritten] : {std::pair(0, false), {1, true}, {9999, true}, {10000, false}}) {
+    DocumentAttributes attributes, again;
+    attributes.creationTime = NSDate::dateWithUTC(year, 6, 1, 0, 0, 0);
+    initWithRTF(RTFFromRange(text, {0, 1}, attributes), &again);
+    EXPECT_EQ(again.creationTime.has_value(), isWritten) << year;
+  }
+}
+
 TEST(RTFRoundTrip, TextsStayThemselves) {
   for (unsigned seed = 0; seed < 150; ++seed) {
     Generator generator(seed);

@@ -73,6 +73,16 @@ TEST(CGPSConverter, ConvertsPagesAndPictures) {
   EXPECT_EQ(convert(withPreview(picture("(atend)", "%%BoundingBox: " + inner + "\r"))),
             "1: " + box + ": picture");
   EXPECT_EQ(convert(picture(inner, "showpage showpage")), "1: " + box + ": picture");
+  EXPECT_EQ(convert("\x04\n" + picture(inner, "")), "1: " + box + ": picture");
+  EXPECT_EQ(
+      convert(picture("80 80 300 150\n%%HiResBoundingBox: (atend)", "%%HiResBoundingBox: " + inner + "\n")),
+      "1: " + box + ": picture");
+  const std::string figure = "%%BeginDocument: figure\n%%BoundingBox: 0 0 9 9\n%%EndDocument\n";
+  EXPECT_EQ(convert(picture("(atend)", figure + "%%BoundingBox: " + inner + "\n" + figure)),
+            "1: " + box + ": picture");
+  EXPECT_EQ(convert(picture("", "%%BoundingBox: " + inner + "\n")), "1: " + box + ": picture");
+  // A box without area is none.
+  EXPECT_EQ(convert(picture("0 0 0 0", "")), "1: {612, 792}: picture");
 }
 
 TEST(CGPSConverter, LeavesPagesOutBehindTheLimit) {

@@ -45,6 +45,17 @@ TEST(ContentTypes, GoesByTheName) {
   });
 }
 
+TEST(ContentTypes, TakesNoTextForWhatIsNone) {
+  check({
+      {"pdf.txt", std::string(kPDF), "com.adobe.pdf"},
+      {"pdf.htm", std::string(kPDF), "com.adobe.pdf"},
+      {"gzip.log", "\x1f\x8b\b", "org.gnu.gnu-zip-archive"},
+      {"drawing.ai", std::string(kPDF), "com.adobe.illustrator.ai-image"},
+      {"about.txt", "A file begins with %PDF-1.4.", "public.plain-text"},
+      {"empty.txt", "", "public.plain-text"},
+  });
+}
+
 TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
   check({
       {"pdf", std::string(kPDF), "com.adobe.pdf"},

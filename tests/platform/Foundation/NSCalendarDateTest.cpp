@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <ctime>
 #include <random>
 #include <string>
@@ -134,6 +135,33 @@ TEST(NSDateFormatter, WritesByStyleAndLocale) {
   EXPECT_EQ(text(NSDateFormatterNoStyle, NSDateFormatterMediumStyle, "en_GB"), "18:30:05");
   const NSDateFormatter formatter(NSDateFormatterFullStyle, NSDateFormatterFullStyle);
   EXPECT_FALSE(formatter.stringFromDate(NSDate{std::nan("")}));
+}
+
+TEST(ProcessZone, IsWhatTZSays) {
+  // 8:00 in winter and in summer, the hours of the changes, and how noon of UTC in summer is written.
+  const char *const cases[][6] = {
+      {"EST5EDT4,M3.2.0,M11.1.0", "13:00", "12:00", "2007-03-11T07:30", "2007-11-04T06:30", "08:00"},
+      {"<+0330>-3:30", "04:30", "04:30", "2007-03-10T23:00", "2007-11-03T22:00", "15:30"},
+      {":America/New_York", "13:00", "12:00", "2007-03-11T07:30", "2007-11-04T06:30", "08:00"},
+      {"/usr/share/zoneinfo/America/New_York", "13:00", "12:00", "2007-03-11T07:30", "2007-11-04T06:30",
+       "08:00"},
+      {"AAA-3BBB,J10/0,J11/0", "04:00", "05:00", "2007-03-10T23:30", "2007-11-03T22:30", "15:00"},
+      {"", "08:00", "08:00", "2007-03-11T02:30", "2007-11-04T01:30", "12:00"},
+  };
+  for (const auto &[zone, winter, summer, forward, back, noon] : cases) {
+    SCOPED_TRACE(zone);
+    ::setenv("TZ", zone, 1);
+    ::tzset();
+    const auto moment = [](std::string_view text) { return read(text, u"%d.%m.%Y %H:%M"); };
+    EXPECT_EQ(moment("10.1.2007 08:00"), "2007-01-10T" + std::string(winter) + ":00Z");
+    EXPECT_EQ(moment("10.7.2007 08:00"), "2007-07-10T" + std::string(summer) + ":00Z");
+    EXPECT_EQ(moment("11.3.2007 02:30"), std::string(forward) + ":00Z");
+    EXPECT_EQ(moment("4.11.2007 01:30"), std::string(back) + ":00Z");
+    const NSDateFormatter formatter(NSDateFormatterNoStyle, NSDateFormatterShortStyle, "en_GB");
+    EXPECT_EQ(formatter.stringFromDate(NSDate::dateWithUTC(2007, 7, 10, 12, 0, 0)).UTF8String(), noon);
+  }
+  ::unsetenv("TZ");
+  ::tzset();
 }
 
 }  // namespace

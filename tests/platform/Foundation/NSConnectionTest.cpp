@@ -10,6 +10,7 @@
 #include <sys/un.h>
 #include <sys/wait.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -387,6 +388,24 @@ TEST_F(NSConnectionTest, ALongRequestIsInBeforeTheNextOneBegins) {
   sender.join();
 }
 
+TEST_F(NSConnectionTest, AMessageThatNeverEndsHoldsUpNoRequestForEver) {
+  startHelper();
+  RawClient endless, honest;
+  ASSERT_TRUE(honest.answers());
+  std::atomic_bool isAnswered = false;
+  std::thread sender([&] {
+    const std::string part(3u << 20, 'x');
+    endless.send(std::string("\x1f\0\0\0", 4));
+    for (int i = 0; i < 100 && !isAnswered && endless.send(part); ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    EXPECT_TRUE(isAnswered);
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_TRUE(honest.answers());
+  isAnswered = true;
+  sender.join();
+}
+
 TEST_F(NSConnectionTest, WritesDownWhatItDoes) {
   const int helper = startHelper();
   RawClient first, second;
@@ -481,13 +500,21 @@ TEST_F(NSConnectionTest, WorkForACallerThatHasGoneEnds) {
 }
 
 TEST_F(NSConnectionTest, TakesClientsAgainAfterItsDescriptorsRanOut) {
+  // One that is like it shows how many descriptors it needs with a client.
+  const int model = startHelper();
+  RawClient only;
+  ASSERT_TRUE(only.answers() && only.answers());
+  const auto open = static_cast<rlim_t>(descriptors(std::to_string(model)));
+  HelperClient().stopHelper();
+  rlimit before = {};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit few = {open + 1, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
   const int helper = startHelper();
+  ::setrlimit(RLIMIT_NOFILE, &before);
   RawClient first;
   ASSERT_TRUE(first.answers() && first.answers());
-  const auto open = static_cast<rlim_t>(descriptors(std::to_string(helper)));
-  rlimit before = {};
-  const rlimit few = {open + 1, open + 1};
-  ASSERT_EQ(::prlimit(helper, RLIMIT_NOFILE, &few, &before), 0);
+  ASSERT_EQ(descriptors(std::to_string(helper)), static_cast<long>(open));
   RawClient second, third;
   EXPECT_TRUE(second.answers());
   EXPECT_TRUE(third.send(request(u"nil"_ns)) && first.answers());

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <string>
@@ -22,7 +23,7 @@ TEST(NSStringFormatting, WritesArgumentsOfEveryKind) {
   EXPECT_EQ(stringWithFormat(u"%d %d %@", std::numeric_limits<std::int64_t>::min(),
                              std::numeric_limits<std::uint64_t>::max(), std::int8_t{-1}),
             u"-9223372036854775808 18446744073709551615 -1"_ns);
-  EXPECT_EQ(stringWithFormat(u"%@ %@ %@", 0.1, -1e300, 2.0), u"0.1 -1e+300 2"_ns);
+  EXPECT_EQ(stringWithFormat(u"%@ %@ %@ %@", 0.1, -1e300, 2.0, -std::nan("")), u"0.1 -1e+300 2 nan"_ns);
   EXPECT_EQ(stringWithFormat(u"100 %%%%"), u"100 %%"_ns);
   EXPECT_TRUE(stringWithFormat(u"").identicalTo(NSString::string()));
 }

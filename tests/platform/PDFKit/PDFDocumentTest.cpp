@@ -480,6 +480,8 @@ TEST(PDFDocument, SaysWhatIsLost) {
        "missing"},
       {"missing part", PDFOfObjects({kCatalog, tree, page("[4 0 R 9 0 R]"), text, kFont}), 1,
        ErrorCode::damaged, "a part of the content is missing"},
+      {"missing first part", PDFOfObjects({kCatalog, tree, page("[9 0 R 4 0 R]"), text, kFont}), 1,
+       ErrorCode::damaged, "a part of the content is missing"},
       {"damaged content",
        PDFOfObjects(
            {kCatalog, tree, page("[4 0 R 6 0 R]"), text, kFont, PDFStream("/Filter /FlateDecode ", "no zlib")}),

@@ -140,5 +140,158 @@ TEST(PDFPageText, HasTheLettersThatFontsMean) {
     EXPECT_EQ(linesOfText(textOfPage(pageOfContent(c.content, c.font, "", c.stream))), c.text) << c.what;
 }
 
+TEST(PDFPageText, HasTheTextGivenInPlaceOfGlyphs) {
+  // The page's marked content 0 and 1 belongs to an element with a text, 2 to one within another with a text,
+  // the form's 0 to one without.
+  const auto page = [](const std::string &content, const std::string &entries = "") {
+    return PDFOfObjects(
+        {"<</Type /Catalog /Pages 2 0 R /StructTreeRoot 6 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+         "<</Type /Page /Parent 2 0 R /MediaBox [0 0 400 400] /Contents 4 0 R /StructParents 1 " + entries +
+             " /Resources <</Font <</F 5 0 R /T 12 0 R>> /XObject <</X 10 0 R>> /Properties <</N <</ActualText "
+             "(named)>>>>>>>>",
+         PDFStream("", "BT /F 10 Tf 20 100 Td " + content + " ET"),
+         "<</Type /Font /Subtype /Type1 /BaseFont /Helvetica>>",
+         "<</Type /StructTreeRoot /ParentTree <</Nums [0 [9 0 R] 1 [7 0 R 7 0 R 8 0 R]]>>>>",
+         "<</S /P /P 6 0 R /ActualText (whole)>>", "<</S /Span /P 11 0 R /ActualText (inner)>>",
+         "<</S /P /P 6 0 R>>",
+         PDFStream(
+             "/Type /XObject /Subtype /Form /BBox [0 0 400 400] /StructParents 0 /Resources <</Font <</F 5 0 "
+             "R>>>> ",
+             "/P <</MCID 0>> BDC /Span <</ActualText (open)>> BDC BT /F 10 Tf 20 50 Td (xx) Tj ET"),
+         "<</S /P /P 6 0 R /ActualText (outer)>>",
+         "<</Type /Font /Subtype /Type3 /FontBBox [0 0 9 9] /FontMatrix [.1 0 0 .1 0 0] /CharProcs <</a 13 0 "
+         "R>> "
+         "/Encoding <</Differences [97 /a]>> /FirstChar 97 /LastChar 97 /Widths [9] /Resources <<>>>>",
+         PDFStream("", "9 0 0 0 9 9 d1 0 0 9 9 re f"),
+         "<</Type /Annot /Subtype /Stamp /Rect [0 0 400 400] /F 4 /AP <</N 15 0 R>>>>",
+         PDFStream("/Type /XObject /Subtype /Form /BBox [0 0 400 400] /Resources <</Font <</F 5 0 R>>>> ",
+                   "BT /F 10 Tf 20 20 Td (note) Tj ET")});
+  };
+  const struct {
+    const char *what;
+    const char *content;
+    const char *text;
+  } cases[] = {
+      {"fewer letters", "/Span <</ActualText (W)>> BDC (VV) Tj EMC ( next) Tj", "W next\n"},
+      {"more letters", "(x ) Tj /Span <</ActualText <feff0061006e0064>>> BDC (+) Tj EMC ( y) Tj", "x and y\n"},
+      {"gaps between the glyphs", "/Span <</ActualText (W)>> BDC [(V) -500 (V)] TJ EMC (X) Tj", "WX\n"},
+      {"the gap behind them", "/Span <</ActualText (a)>> BDC (VV) Tj EMC 16 0 Td (b) Tj", "a b\n"},
+      {"no letters", "(a) Tj /Span <</ActualText ()>> BDC (xxx) Tj EMC (b) Tj", "ab\n"},
+      {"a hyphen that parts a word",
+       "(docu) Tj /S <</ActualText <feff00ad>>> BDC (-) Tj EMC 0 -12 Td (ment) Tj", "document\n"},
+      {"within each other",
+       "/A <</ActualText (a)>> BDC (x) Tj /B <</ActualText (b)>> BDC (x) Tj EMC (x) Tj EMC (c) Tj", "ac\n"},
+      {"among other marks", "/A BMC /N <</ActualText (a)>> BDC /B BMC (x) Tj EMC (x) Tj EMC EMC EMC (c) Tj",
+       "ac\n"},
+      {"properties by name", "/Span /N BDC (xx) Tj EMC (d) Tj", "namedd\n"},
+      {"no end", "/Span <</ActualText (a)>> BDC (xx) Tj ET BT /F 10 Tf 20 80 Td (b) Tj", "a\nb\n"},
+      {"no end in a form", "ET /X Do BT /F 10 Tf 20 30 Td (on) Tj", "open\non\n"},
+      {"content behind a glyph that is drawn", "(x ) Tj /N /N BDC /T 10 Tf (a) Tj EMC /F 10 Tf ( y) Tj",
+       "x named y\n"},
+      {"an element in two parts",
+       "/P <</MCID 0>> BDC (x) Tj EMC 0 -12 Td /P <</MCID 2>> BDC (x) Tj EMC 0 -12 Td /P <</MCID 1>> BDC (x) "
+       "Tj EMC",
+       "whole\nouter\n"},
+      {"elements of the structure",
+       "/P <</MCID 0>> BDC (x) Tj EMC 0 -9 Td /P <</MCID 1>> BDC (x) Tj EMC 20 0 Td /P <</MCID 2>> BDC (x) Tj "
+       "EMC "
+       "/P <</MCID 3>> BDC ( ) Tj EMC",
+       "whole\nouter\n"},
+  };
+  for (const auto &c : cases) EXPECT_EQ(linesOfText(textOfPage(page(c.content))), c.text) << c.what;
+  EXPECT_EQ(linesOfText(textOfPage(page("/N /N BDC (x) Tj", "/Annots [14 0 R]"))), "named\nnote\n");
+}
+
+TEST(PDFPageText, HasTheTextOfAnElementOnItsFirstPage) {
+  const std::string page =
+      "<</Type /Page /Parent 2 0 R /MediaBox [0 0 400 400] /Contents 5 0 R /StructParents 0 /Resources <</Font "
+      "<</F 6 0 R>>>>>>";
+  const auto document = PDFDocument::documentWithData(PDFOfObjects(
+      {"<</Type /Catalog /Pages 2 0 R /StructTreeRoot 7 0 R>>", "<</Type /Pages /Kids [3 0 R 4 0 R] /Count 2>>",
+       page, page, PDFStream("", "BT /F 10 Tf 20 100 Td (own ) Tj /P <</MCID 0>> BDC (x) Tj EMC ET"),
+       "<</Type /Font /Subtype /Type1 /BaseFont /Helvetica>>",
+       "<</Type /StructTreeRoot /ParentTree <</Nums [0 [8 0 R]]>>>>",
+       "<</S /P /P 7 0 R /ActualText (whole)>>"}));
+  const char *const texts[] = {"own whole\n", "own\n", "own whole\n"};
+  for (std::uint32_t i = 0; i < 3; ++i)
+    EXPECT_EQ(linesOfText(document->pageAtIndex(i % 2).string().UTF8String()), texts[i]) << i;
+}
+
+/// Letters are 5 points wide, and blanks, too.
+TEST(PDFPageText, HasWordsAsTheyAreMeant) {
+  const std::string font = "/Subtype /Type1 /BaseFont /Courier /FirstChar 32 /LastChar 126 /Widths [" + [] {
+    std::string widths;
+    for (char code = ' '; code <= '~'; ++code) widths += "500 ";
+    return widths;
+  }() + "] /FontDescriptor <</Type /FontDescriptor /FontName /Courier /Flags 32>>";
+  const struct {
+    const char *what;
+    const char *content;
+    const char *text;
+  } cases[] = {
+      {"spaced words", "3 Tc (WIDE AS THIS IS) Tj", "WIDE AS THIS IS\n"},
+      {"a spaced word", "3 Tc (HEADING) Tj", "HEADING\n"},
+      {"wider gaps between words", "3 Tc [(TWO) -500 (WORDS)] TJ", "TWO WORDS\n"},
+      {"a spaced word among others", "(a ) Tj 4 Tc (spaced ) Tj 0 Tc (word) Tj", "a spaced word\n"},
+      {"spacing and kerning", "2 Tc [(k) 60 (e) -40 (r) 80 (n)] TJ", "kern\n"},
+      {"letters that stand alone", "(a b c d e f) Tj", "a b c d e f\n"},
+      {"gaps between letters and words", "[(so) -250 (a) -250 (b) -250 (c) -250 (d)] TJ", "so a b c d\n"},
+      {"digits", "[(1) -400 (2) -400 (3) -400 (4) -400 (5)] TJ", "1 2 3 4 5\n"},
+      {"two letters", "3 Tc (AB) Tj", "A B\n"},
+      {"digits behind a blank", "[(Total) -200 ( ) (5) -400 (7)] TJ", "Total 5 7\n"},
+      {"digits of spaced words", "3 Tc (5 YEARS 2020 10) Tj", "5 YEARS 2020 10\n"},
+      {"gaps between words that are little wider", "[(W) -200 (I) -200 (D) -200 (E) -330 (A) -200 (S)] TJ",
+       "WIDE AS\n"},
+      {"a divided word", "(docu- ) Tj 0 -12 Td (ments in folders-) Tj 0 -18 Td (again) Tj",
+       "documents in foldersagain\n"},
+      {"a divided word that is turned", "0 1 -1 0 50 0 Tm (docu-) Tj 0 -12 Td (ment) Tj", "document\n"},
+      {"hyphens of their own",
+       "(Smith- ) Tj 0 -12 Td (Jones - ) Tj 0 -12 Td (so e-) Tj 0 -12 Td (mail 1914-) Tj 0 -12 Td (to rm -) Tj "
+       "0 "
+       "-12 Td (n--) Tj 0 -12 Td (done) Tj",
+       "Smith-\nJones -\nso e-\nmail 1914-\nto rm -\nn--\ndone\n"},
+      {"hyphens in cells", "(go) Tj 60 0 Td (no-) Tj 60 0 Td (yes) Tj 60 0 Td (or-) Tj -180 -12 Td (be) Tj",
+       "go\nno-\nyes\nor-\nbe\n"},
+      {"hyphens of columns", "(left di-) Tj 100 0 Td (right be-) Tj -100 -12 Td (vided) Tj 100 0 Td (gins) Tj",
+       "left di-\nright be-\nvided\ngins\n"},
+      {"a hyphen above a note", "(foot-) Tj /F 7 Tf 0 -12 Td (a note) Tj", "foot-\na note\n"},
+      {"blanks beside gaps", "[(one) -300 ( ) -300 (two)] TJ", "one two\n"},
+  };
+  for (const auto &c : cases)
+    EXPECT_EQ(
+        linesOfText(textOfPage(pageOfContent("BT /F 10 Tf 20 100 Td " + std::string(c.content) + " ET", font))),
+        c.text)
+        << c.what;
+}
+
+/// The codes A to D are ideographs.
+TEST(PDFPageText, HasIdeographsInLinesOrColumns) {
+  const std::string font =
+      "/Subtype /Type1 /BaseFont /Odd /FirstChar 65 /LastChar 68 /Widths [1000 1000 1000 1000] /FontDescriptor "
+      "<</Type /FontDescriptor /FontName /Odd /Flags 4>> /Encoding <</Differences [65 /uni7537 /uni5973 "
+      "/uni4ED6 "
+      "/uni4E00]>>";
+  const struct {
+    const char *what;
+    const char *content;
+    const char *text;
+  } cases[] = {
+      {"a column", "(A) Tj 0 -11 Td (B) Tj 0 -11 Td (C) Tj", "男女他\n"},
+      {"a column of more", "(A) Tj 0 -14 Td (B) Tj 0 -14 Td (C) Tj 0 -14 Td (D) Tj", "男女他一\n"},
+      {"lines of one character", "(A) Tj 0 -14 Td (B) Tj 0 -14 Td (C) Tj", "男\n女\n他\n"},
+      {"the end of a paragraph", "10 0 Td (ABC) Tj -10 -11 Td (A) Tj 0 -11 Td (B) Tj", "男女他\n男\n女\n"},
+  };
+  for (const auto &c : cases)
+    EXPECT_EQ(
+        linesOfText(textOfPage(pageOfContent("BT /F 10 Tf 20 100 Td " + std::string(c.content) + " ET", font))),
+        c.text)
+        << c.what;
+}
+
+TEST(PDFPageText, IsWhatABrowserShowsSpacedOrVertically) {
+  EXPECT_EQ(linesOfText(textOfPage(samplePDF("styles-browser.pdf"))),
+            "WIDE HEADINGS\na mixed line\n吾輩は猫である。\n名前はまだ無い。\n「終」\n");
+}
+
 }  // namespace
 }  // namespace nimbo

@@ -54,14 +54,29 @@ TEST(QTMovie, FramesOfUnevenAndLateTimesAreFound) {
   } cases[] = {
       // Its clock begins late, and seeking there leads to the second key frame.
       {"two-groups.ts", {{7.04, 35}, {4.84, 24}, {0, 0}, {2.04, 10}}},
+      // Seeking to its one key frame leads behind it.
+      {"one-group.ts", {{0, 0}, {1.44, 7}, {2.9, 14}}},
       // Frames are shown for longer than they are said to be.
       {"uneven.mp4", {{1.2, 0}, {2.6, 7}, {1.65, 7}, {5.5, 21}, {1.5, 7}, {6.9, 28}}},
+      // Nothing is shown for ten of its thirteen seconds.
+      {"late.mp4", {{6, 0}, {10.04, 0}, {11, 5}, {12.04, 10}, {13, 14}, {0, 0}}},
+      {"late.mkv", {{6, 0}, {10.04, 0}, {11, 5}, {12.04, 10}, {13, 14}, {0, 0}}},
+      // Its header does not tell of the pictures, which come behind six seconds of sound.
+      {"late-pictures.flv", {{7.15, 5}, {8.15, 10}, {0, 0}}},
+      // Nor do these in what FFmpeg looks at by itself.
+      {"late-pictures.mp4", {{9.05, 5}, {0, 0}}},
+      {"late-pictures.mpg", {{9.1, 5}, {0, 0}}},
+      // A piece of a longer movie, from its tenth second on.
+      {"piece.mp4", {{2.05, 10}, {0, 0}}},
       // Nothing says when any frame is shown.
       {"untimed.h264", {{0, 0}, {9, 45}}},
   };
-  for (const auto &[name, frames] : cases)
+  for (const auto &[name, frames] : cases) {
+    EXPECT_EQ(opened(name)->naturalSize(), (NSSize{64, 48})) << name;
     for (const auto &[seconds, number] : frames)
       EXPECT_EQ(numberOfFrame(opened(name)->frameImageAtTime(seconds)), number) << name << seconds;
+  }
+  EXPECT_EQ(opened("piece.mp4")->duration(), 3.0);
 }
 
 TEST(QTMovie, FramesAreTurnedAsTheFileSays) {

@@ -71,5 +71,15 @@ TEST(SCNetworkReachability, GivesUpAtTheDeadline) {
   EXPECT_TRUE(SCNetworkCheckReachabilityByName("127.0.0.1", &flags, Deadline::after(0)));
 }
 
+TEST(SCNetworkReachability, NamesGivenUpLeavePlacesForOthers) {
+  SCNetworkConnectionFlags flags = 0;
+  for (int host = 0; host < 100; ++host) {
+    const std::string name = std::to_string(host) + ".silent.invalid";
+    EXPECT_FALSE(SCNetworkCheckReachabilityByName(name.c_str(), &flags, Deadline::after(0)));
+  }
+  EXPECT_TRUE(SCNetworkCheckReachabilityByName("near.invalid", &flags, Deadline::after(5)));
+  EXPECT_TRUE(flags & kSCNetworkFlagsIsLocalAddress);
+}
+
 }  // namespace
 }  // namespace nimbo

@@ -11,8 +11,8 @@
 namespace nimbo {
 
 /// A tree as text: a line for each node and attribute, two blanks in front for each level, attributes sorted.
-/// An element is
-/// "<p>" or "<svg g>", a text "\"...\"", a comment "<!-- ... -->", what a template holds "content".
+/// An element is "<p>" or "<svg g>", a text "\"...\"", a comment "<!-- ... -->", what a template holds
+/// "content".
 class TreeText {
  public:
   void addDoctype(std::size_t level, std::string_view name);

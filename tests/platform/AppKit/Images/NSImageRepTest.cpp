@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cmath>
 #include <string>
 
 #include "platform/AppKit/Images/NSBitmapImageRep.hpp"
@@ -52,6 +53,45 @@ TEST(NSBitmapImageRep, IsAsLargeAsItsResolutionSays) {
     EXPECT_NEAR(reps[0]->size().height, 10, 0.01);
     EXPECT_EQ(reps[0]->pixelsWide(), 40U);
     EXPECT_FALSE(reps[0]->hasAlpha());
+  }
+}
+
+// Two pixels in formats whose header may tell, or not, whether the fourth sample of a pixel means anything.
+TEST(NSBitmapImageRep, HasTheAlphaOfItsHeaderOrOfItsPixels) {
+  for (const bool isSeeThrough : {false, true}) {
+    const std::string pixels = "\x10\x20\xff\xff\x10\x20\xff"s + (isSeeThrough ? '\x40' : '\xff');
+    const auto PAM = [&](const std::string &kind) {
+      return "P7\nWIDTH 2\nHEIGHT 1\nDEPTH 4\nMAXVAL 255\nTUPLTYPE " + kind + "\nENDHDR\n";
+    };
+    const struct {
+      const char *name;
+      std::string file;
+      bool isTold = false;
+    } files[] = {
+        {"BMP", "BM\x3e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\2\0\0\0\1\0\0\0\1\0\x20\0"s + std::string(24, '\0') +
+                    pixels},
+        {"BMP with masks",
+         "BM\x82\0\0\0\0\0\0\0\x7a\0\0\0\x6c\0\0\0\2\0\0\0\1\0\0\0\1\0\x20\0\3\0\0\0"s + std::string(20, '\0') +
+             "\0\0\xff\0\0\xff\0\0\xff\0\0\0\0\0\0\xff"s + std::string(52, '\0') + pixels,
+         true},
+        {"TGA", "\0\0\2\0\0\0\0\0\0\0\0\0\2\0\1\0\x20\0"s + pixels},
+        {"TGA with alpha", "\0\0\2\0\0\0\0\0\0\0\0\0\2\0\1\0\x20\x08"s + pixels, true},
+        {"QOI",
+         "qoif\0\0\0\2\0\0\0\1\4\0\xff"s + pixels.substr(0, 4) + '\xff' + pixels.substr(4) +
+             "\0\0\0\0\0\0\0\1"s,
+         true},
+        {"PAM", PAM("RGB_ALPHA") + pixels, true},
+        {"PAM, wholly transparent", PAM("RGB_ALPHA") + std::string(8, '\0'), true},
+        {"XPM", "/* XPM */\nstatic char *x[] = {\n\"2 1 2 1\",\n\"a c #1020ff\",\n\"b c "s +
+                    (isSeeThrough ? "None" : "#102030") + "\",\n\"ab\"};\n"},
+    };
+    for (const auto &[name, file, isTold] : files) {
+      const bool hasAlpha = isTold || isSeeThrough;
+      const auto reps = NSImageRep::imageRepsWithData(dataOfString(file), {});
+      ASSERT_EQ(reps.size(), 1U) << name;
+      EXPECT_EQ(reps[0]->hasAlpha(), hasAlpha) << name;
+      EXPECT_EQ(dynamic_cast<NSBitmapImageRep &>(*reps[0]).decodedImage().hasAlpha(), hasAlpha) << name;
+    }
   }
 }
 
@@ -110,6 +150,8 @@ TEST(NSBitmapImageRep, BecomesFilesOfEveryType) {
   EXPECT_FALSE(rep->representationUsingType(static_cast<NSBitmapImageFileType>(6)));
   const NSData large = rep->representationUsingType(NSBitmapImageFileType::JPEG, 1.0F);
   EXPECT_LT(rep->representationUsingType(NSBitmapImageFileType::JPEG, 0.1F).length(), large.length());
+  EXPECT_EQ(rep->representationUsingType(NSBitmapImageFileType::JPEG, INFINITY), large);
+  EXPECT_FALSE(rep->representationUsingType(NSBitmapImageFileType::JPEG, NAN));
 }
 
 TEST(NSBitmapImageRep, TellsPicturesOfQuickDraw) {
@@ -180,6 +222,10 @@ TEST(NSEPSImageRep, IsAsLargeAsItsCommentsSay) {
        {{100.25, 100}, {39.75, 19.5}}},
       {EPS("%%BoundingBox: (atend)\n", square) + "%%BoundingBox: -100 +100 140 120\n",
        {{-100, 100}, {240, 20}}},
+      // The end may begin inside a figure.
+      {EPS("%%BoundingBox: (atend)\n%%BeginDocument: figure\n", square) + std::string(70'000, '\n') +
+           "%%BoundingBox: 0 0 9 9\n%%EndDocument\n%%BoundingBox: 0 0 7 8\n",
+       {{0, 0}, {7, 8}}},
       {"\x04" + EPS("%%BoundingBox: 1 2 3 4 \n", square), {{1, 2}, {2, 2}}},
       // The first one has no area, another one is part of a line.
       {EPS("%%BoundingBox: 5 5 5 9\n(%%BoundingBox: 0 0 9 9)\n%%BoundingBox: 0 0 7 8\n", square),
@@ -199,18 +245,27 @@ TEST(NSEPSImageRep, IsAsLargeAsItsCommentsSay) {
 
 TEST(NSEPSImageRep, IsConvertedWhenItIsDrawn) {
   const std::string program = "1 0 0 setrgbcolor 100 100 20 20 rectfill";
-  const auto reps = NSImageRep::imageRepsWithData(
-      dataOfString(EPS("%%BoundingBox: 100 100 140 120\n", program)), Deadline::after(60));
-  ASSERT_EQ(reps.size(), 1U);
-  EXPECT_EQ(reps[0]->className(), u"NSEPSImageRep"_ns);
-  NSError error;
-  const CGImage image = drawn(*reps[0], 80, 40, {}, &error);
-  ASSERT_TRUE(image) << error.localizedFailureReason.UTF8String();
-  EXPECT_EQ(pixelAt(image, 38, 20), kRedPixel);
-  EXPECT_EQ(pixelAt(image, 41, 20), kNoPixel);
-  const auto converted = reps[0]->valueForKey(u"pdfImageRep"_ns).object();
-  ASSERT_TRUE(converted);
-  EXPECT_EQ(converted->className(), u"NSPDFImageRep"_ns);
+  const std::string box = "%%BoundingBox: 100 100 140 120\n";
+  // The box is cut out of files that say that they are EPS, unless the program chooses its page.
+  for (const std::string &file :
+       {"%!PS-Adobe-2.0\n" + box + program + " showpage\n",
+        EPS(box, "<</PageSize [300 400]>> setpagedevice " + program), EPS(box, program),
+        EPS("%%BoundingBox: 2 0 42 20\n", "<</PageSize [42 20]>> setpagedevice -98 -100 translate " + program),
+        EPS("%%BoundingBox: 98 99 140 121\n%%HiResBoundingBox: (atend)\n", program) + "%%HiRes" + box.substr(2),
+        EPS("%%BoundingBox: (atend)\n", program) + "%%BoundingBox: 99 99 141 121\n%%HiRes" + box.substr(2)}) {
+    const auto reps = NSImageRep::imageRepsWithData(dataOfString(file), Deadline::after(60));
+    ASSERT_EQ(reps.size(), 1U);
+    EXPECT_EQ(reps[0]->className(), u"NSEPSImageRep"_ns);
+    NSError error;
+    const CGImage image = drawn(*reps[0], 80, 40, {}, &error);
+    ASSERT_TRUE(image) << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(pixelAt(image, 38, 20), kRedPixel) << file;
+    EXPECT_EQ(pixelAt(image, 41, 20), kNoPixel) << file;
+    EXPECT_EQ(pixelAt(drawn(*reps[0], 20, 20, {{10, 0}, {20, 20}}), 9, 10), kRedPixel) << file;
+    const auto converted = reps[0]->valueForKey(u"pdfImageRep"_ns).object();
+    ASSERT_TRUE(converted);
+    EXPECT_EQ(converted->className(), u"NSPDFImageRep"_ns);
+  }
   // Without a bounding box it is as large as its page.
   const auto page = NSImageRep::imageRepsWithData(
       dataOfString("%!PS\n<</PageSize [300 400]>> setpagedevice " + program + " showpage\n"),

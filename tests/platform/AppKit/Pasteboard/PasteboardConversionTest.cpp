@@ -39,7 +39,10 @@ TEST(PasteboardConversion, ReadsWhateverComes) {
       {URLLine, "a\0:\0\n\0t\0"sv, "a:"sv},
       {titleLine, "a\0:\0\n\0t\0\0\0"sv, "t"sv},
       {titleLine, "\xfe\xff\0a\0\n\0\xfc"sv, "\xc3\xbc"sv},
+      {titleLine, "a\0\r\0\n\0t\0"sv, "t"sv},
+      {titleLine, "a\0:\0\n\0"sv, ""sv},
       {titleLine, "a\0:\0"sv, "nil"sv},
+      {titleLine, "a\0:\0\0\0"sv, "nil"sv},
       {titleLine, "\n"sv, "nil"sv},
   };
   for (const auto &one : kCases) {
@@ -64,20 +67,30 @@ TEST(PasteboardConversion, WritesWhatOthersExpect) {
   EXPECT_FALSE(dataForTarget({NSRTFDPboardType, u"text/rtf"_ns, plainRTF}, dataOf("none")));
 }
 
-TEST(PasteboardTargets, NamesEachTypeOfTheDesktopOnce) {
-  const auto formOf = [](std::initializer_list<NSString> types, const NSString &name) {
-    std::string forms;
-    for (const PasteboardTarget &target : targetsToOffer(std::span(types.begin(), types.size())))
-      if (target.target == name) forms += target.form == data ? "data " : "converted ";
-    return forms;
+TEST(PasteboardTargets, AreOfferedOnceAndMadeOfTheBestType) {
+  const NSString png = u"Apple PNG pasteboard type"_ns, apple = u"Apple URL pasteboard type"_ns;
+  const struct {
+    std::vector<NSString> types;
+    NSString target;
+    std::vector<NSString> sources;
+  } kCases[] = {
+      {{NSTIFFPboardType}, u"image/png"_ns, {NSTIFFPboardType}},
+      {{NSTIFFPboardType, png}, u"image/png"_ns, {png}},
+      {{png, NSTIFFPboardType}, u"image/png"_ns, {png}},
+      {{NSRTFDPboardType, NSRTFPboardType}, u"text/rtf"_ns, {NSRTFPboardType}},
+      {{u"x/y"_ns, u"x/y"_ns}, u"x/y"_ns, {u"x/y"_ns, u"x/y"_ns}},
+      {{NSTabularTextPboardType}, u"text/csv"_ns, {}},
+      {{apple, u"public.url"_ns, NSURLPboardType},
+       u"text/uri-list"_ns,
+       {NSURLPboardType, apple, u"public.url"_ns}},
   };
-  const NSString png = u"Apple PNG pasteboard type"_ns;
-  EXPECT_EQ(formOf({NSTIFFPboardType}, u"image/png"_ns), "converted ");
-  EXPECT_EQ(formOf({NSTIFFPboardType, png}, u"image/png"_ns), "data ");
-  EXPECT_EQ(formOf({png, NSTIFFPboardType}, u"image/png"_ns), "data ");
-  EXPECT_EQ(formOf({NSRTFDPboardType, NSRTFPboardType}, u"text/rtf"_ns), "data ");
-  EXPECT_EQ(formOf({u"x/y"_ns, u"x/y"_ns}, u"x/y"_ns), "data ");
-  EXPECT_EQ(formOf({NSTabularTextPboardType}, u"text/csv"_ns), "");
+  for (const auto &[types, target, sources] : kCases) {
+    std::vector<NSString> found;
+    for (const PasteboardOffer &offer : offersOfTypes(types))
+      if (offer.target == target)
+        for (const PasteboardTarget &source : offer.sources) found.push_back(source.type);
+    EXPECT_EQ(found, sources) << target.UTF8String();
+  }
 }
 
 TEST(PasteboardTargets, AreReadAsTypesInTheirOrder) {

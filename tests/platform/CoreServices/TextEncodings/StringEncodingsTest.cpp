@@ -240,6 +240,7 @@ TEST(StringEncodings, ByteOrderMarks) {
       {"\xfe\xff\0a"sv, NSUnicodeStringEncoding, u"a"_ns},
       {"\xff\xfe\x61\0"sv, NSUnicodeStringEncoding, u"a"_ns},
       {"\xff\xfe\0\0a\0\0\0"sv, NSUTF32StringEncoding, u"a"_ns},
+      {"a\0\0\0"sv, NSUTF32StringEncoding, u"a"_ns},
       {"\xfe\xff\0a"sv, NSUTF16BigEndianStringEncoding, u"\ufeffa"_ns},
       {"\xef\xbb\xbf\x61", NSUTF8StringEncoding, u"a"_ns},
   };

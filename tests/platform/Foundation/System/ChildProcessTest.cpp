@@ -366,12 +366,13 @@ TEST_F(ChildProcessTest, TellsWhyAWarmChildGaveNoReply) {
 }
 
 TEST_F(ChildProcessTest, NoticesThatItsSupervisorWasKilled) {
+  const auto others = ownChildren();
   NSError error;
   const auto child = ChildProcess::start(probe("serve"), confinement_, &error);
   ASSERT_TRUE(child) << error.localizedFailureReason.UTF8String();
-  const auto processes = allProcesses();
-  const auto supervisor =
-      std::ranges::find_if(processes, [](pid_t process) { return parentOf(process) == ::getpid(); });
+  const auto processes = ownChildren();
+  const auto supervisor = std::ranges::find_if(
+      processes, [&](pid_t process) { return std::ranges::find(others, process) == others.end(); });
   ASSERT_NE(supervisor, processes.end());
   // While the reply is waited for, mostly.
   std::thread killer([&] {
@@ -390,6 +391,7 @@ std::ptrdiff_t openDescriptors() {
 
 TEST_F(ChildProcessTest, FailsWithAReasonAndKeepsNothing) {
   const std::ptrdiff_t before = openDescriptors();
+  const auto others = ownChildren();
   const struct {
     ChildProgram program;
     ErrorCode code;
@@ -405,7 +407,7 @@ TEST_F(ChildProcessTest, FailsWithAReasonAndKeepsNothing) {
     EXPECT_EQ(error.errorCode(), code) << error.localizedFailureReason.UTF8String();
   }
   EXPECT_EQ(openDescriptors(), before);
-  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a supervisor is left";
+  EXPECT_EQ(ownChildren(), others) << "a supervisor is left";
 }
 
 /// Run in a process of its own, which exits with the number of the first thing that is not as it should be.

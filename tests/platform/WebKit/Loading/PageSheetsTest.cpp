@@ -4,21 +4,30 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "platform/WebKit/Loading/SheetText.hpp"
 
 namespace nimbo::detail {
 namespace {
 
+/// Each text, and the sheets that it imports in parentheses.
+std::string textsOf(const std::vector<AuthorSheet> &sheets) {
+  std::string texts;
+  for (const AuthorSheet &sheet : sheets) {
+    texts += sheet.text ? sheet.text.UTF8String() : "nil";
+    if (!sheet.imports.empty()) texts += "(" + textsOf(sheet.imports) + ")";
+    texts += "|";
+  }
+  return texts;
+}
+
 std::string sheetsOf(std::u16string_view page) {
   const HTMLDocument document = HTMLDocument::documentWithText(page);
   const CSSMedium medium;
   const WebView webView{Deadline::after(1)};
   WebResourceLoader loader({}, webView, {});
-  std::string texts;
-  for (const AuthorSheet &sheet : loadPageSheets(document, NSURL(), medium, loader))
-    texts += (sheet.text ? sheet.text.UTF8String() : "nil") + "|";
-  return texts;
+  return textsOf(loadPageSheets(document, NSURL(), medium, loader));
 }
 
 TEST(PageSheets, AreThoseThatABrowserUses) {
@@ -32,6 +41,10 @@ TEST(PageSheets, AreThoseThatABrowserUses) {
        "a|c|d|"},
       {u"<style media=print title=x>a</style><style title=y>b</style><style title=''>c</style>", "b|c|"},
       {u"<svg><style>a</style></svg><math><style>b</style></math>", "a|"},
+      {u"<style>@import 'data:,a';@IMPORT 'none:b';@import 'data:,c';d</style><style>e</style>",
+       "@import 'data:,a';@IMPORT 'none:b';@import 'data:,c';d(a|nil|c|)|e|"},
+      {u"<style>@import \"data:,@import 'data:,a';b\"</style>",
+       "@import \"data:,@import 'data:,a';b\"(@import 'data:,a';b(a|)|)|"},
       {u"<noscript><style>a</style></noscript><template><style>b</style></template>", "a|"},
   };
   for (const auto &[page, expected] : cases)

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/AppKit/Images/EPSBoundingBox.hpp"
+#include "platform/CoreGraphics/EPSBoundingBox.hpp"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 
-namespace nimbo::detail {
+namespace nimbo {
 
 namespace {
 
@@ -24,15 +24,32 @@ std::optional<NSRect> boxOfNumbers(std::string_view text) {
   return box;
 }
 
-/// The box in the first comment of the name that has one: "(atend)" has none.
-std::optional<NSRect> boxInComments(std::string_view text, std::string_view name) {
-  for (std::size_t at = text.find(name); at != text.npos; at = text.find(name, at + 1)) {
+/// The box in the first of the comments at the beginning that has one. "(atend)" leaves it to those at the end,
+/// of which the last counts.
+std::optional<NSRect> boxInComments(std::string_view text, std::string_view name, bool isEnd) {
+  constexpr std::string_view kMark = "%%";
+  std::optional<NSRect> box;
+  int documents = 0;
+  for (std::size_t at = text.find(kMark); at != text.npos; at = text.find(kMark, at + 1)) {
     if (at > 0 && text[at - 1] != '\n' && text[at - 1] != '\r') continue;
-    std::string_view line = text.substr(at + name.size());
+    std::string_view line = text.substr(at);
     line = line.substr(0, line.find_first_of("\r\n"));
-    if (const auto box = boxOfNumbers(line)) return box;
+    if (line.starts_with("%%BeginDocument")) {
+      ++documents;
+    } else if (line.starts_with("%%EndDocument")) {
+      // The end may begin inside a document.
+      if (documents > 0)
+        --documents;
+      else
+        box.reset();
+    } else if (documents == 0 && line.starts_with(name)) {
+      line.remove_prefix(name.size());
+      if (!isEnd && line.find("(atend)") != line.npos) return {};
+      if (const auto named = boxOfNumbers(line)) box = named;
+      if (!isEnd && box) return box;
+    }
   }
-  return {};
+  return box;
 }
 
 }  // namespace
@@ -42,9 +59,9 @@ std::optional<NSRect> boundingBoxOfPostScript(std::string_view postScript) {
   const std::string_view head = postScript.substr(0, kCommentBytes);
   const std::string_view tail = postScript.substr(postScript.size() - head.size());
   for (const std::string_view name : {"%%HiResBoundingBox:", "%%BoundingBox:"})
-    for (const std::string_view part : {head, tail})
-      if (const auto box = boxInComments(part, name)) return box;
+    for (const bool isEnd : {false, true})
+      if (const auto box = boxInComments(isEnd ? tail : head, name, isEnd)) return box;
   return {};
 }
 
-}  // namespace nimbo::detail
+}  // namespace nimbo

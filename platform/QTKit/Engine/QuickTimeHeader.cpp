@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "platform/QTKit/Engine/PosterTime.hpp"
+#include "platform/QTKit/Engine/QuickTimeHeader.hpp"
 
 #include <cstdint>
 
@@ -30,26 +30,28 @@ std::optional<std::int64_t> enterAtom(AVIOContext &input, std::uint32_t type, st
   return std::nullopt;
 }
 
-std::optional<double> posterTimeInHeader(AVIOContext &input) {
+QuickTimeHeader headerInMovie(AVIOContext &input) {
   // Between the duration and the poster's time: rate, volume, matrix, the time of the preview and its duration.
   constexpr std::int64_t kBetween = 4 + 2 + 10 + 36 + 4 + 4;
   const auto movie = enterAtom(input, kMovie, avio_size(&input));
-  if (!movie || !enterAtom(input, kMovieHeader, *movie)) return std::nullopt;
+  if (!movie || !enterAtom(input, kMovieHeader, *movie)) return {};
   const bool isLong = avio_rb32(&input) >> 24 == 1;
   avio_skip(&input, isLong ? 16 : 8);
   const std::uint32_t scale = avio_rb32(&input);
-  avio_skip(&input, (isLong ? 8 : 4) + kBetween);
+  QuickTimeHeader header;
+  header.tellsDuration = (isLong ? avio_rb64(&input) : avio_rb32(&input)) != 0;
+  avio_skip(&input, kBetween);
   const std::uint32_t time = avio_rb32(&input);
-  if (scale == 0 || time == 0 || avio_feof(&input)) return std::nullopt;
-  return static_cast<double>(time) / scale;
+  if (scale != 0 && time != 0 && !avio_feof(&input)) header.posterSeconds = static_cast<double>(time) / scale;
+  return header;
 }
 
 }  // namespace
 
-std::optional<double> posterTimeOfMovie(AVIOContext &input) {
-  const auto time = posterTimeInHeader(input);
+QuickTimeHeader headerOfQuickTimeMovie(AVIOContext &input) {
+  const QuickTimeHeader header = headerInMovie(input);
   avio_seek(&input, 0, SEEK_SET);
-  return time;
+  return header;
 }
 
 }  // namespace nimbo::detail
