@@ -494,16 +494,18 @@ class CommandTest(CommandTestCase):
     def test_status_of_a_helper_that_works_and_dies(self):
         process = self.answer("ping")["ProcessIdentifier"]
         page = self.file("page.pdf", documents.pdf(("Words",) * 2000))
-        calls = [subprocess.Popen([COMMAND, "pdf", page], env=self.environment, stdout=subprocess.PIPE) for _ in range(3)]
-        working = None
+        calls, working = [], None
         while not working:
+            if all(call.poll() is not None for call in calls):
+                begun = [subprocess.Popen([COMMAND, "pdf", page], env=self.environment, stdout=subprocess.PIPE) for _ in range(3)]
+                calls.extend(begun)
             working = self.answer("status").get("Working")
         os.kill(process, signal.SIGKILL)
         self.assertEqual(working["Selector"], "attributed:stringWithPDF:")
         self.assertIn(working["ProcessIdentifier"], [call.pid for call in calls])
         for call in calls:
             call.communicate()
-        self.assertLessEqual(sorted(call.returncode for call in calls), [0, 0, 5])
+        self.assertLessEqual(sorted((call.returncode for call in calls), reverse=True)[:2], [5, 0])
 
 
 if __name__ == "__main__":
