@@ -72,14 +72,18 @@ void countBlocks(fz_stream *stream) {
   };
 }
 
+/// The bytes at a place of a file, at most so many as are searched; none where it cannot be read.
+std::string bytesAt(std::FILE *file, off_t place) {
+  std::string bytes(PDFInput::kSearchBytes, '\0');
+  const ssize_t got = ::pread(::fileno(file), bytes.data(), bytes.size(), place);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  return bytes;
+}
+
 }  // namespace
 
 std::string PDFInput::firstBytes() const {
-  if (!file) return std::string(data.view().substr(0, kSearchBytes));
-  std::string bytes(kSearchBytes, '\0');
-  const ssize_t got = ::pread(::fileno(file.get()), bytes.data(), bytes.size(), 0);
-  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-  return bytes;
+  return file ? bytesAt(file.get(), 0) : std::string(data.view().substr(0, kSearchBytes));
 }
 
 std::string PDFInput::lastBytes() const {
@@ -89,11 +93,7 @@ std::string PDFInput::lastBytes() const {
   }
   struct stat status = {};
   ::fstat(::fileno(file.get()), &status);
-  std::string bytes(kSearchBytes, '\0');
-  const auto skipped = std::max<off_t>(status.st_size - static_cast<off_t>(bytes.size()), 0);
-  const ssize_t got = ::pread(::fileno(file.get()), bytes.data(), bytes.size(), skipped);
-  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
-  return bytes;
+  return bytesAt(file.get(), std::max<off_t>(status.st_size - static_cast<off_t>(kSearchBytes), 0));
 }
 
 PDFEngine::PDFEngine(PDFInput input, const PDFLimits &limits)
