@@ -65,12 +65,11 @@ HTMLTreeBuilder::Place HTMLTreeBuilder::placeIn(const Entry &target) const {
   if (isFostering_ && (target.traits & kFostersParents) != 0) {
     const Position table = open_.top("table"_atom), lastTemplate = open_.top("template"_atom);
     if (table > lastTemplate) {
+      // No script has taken it out of its parent.
       const HTMLNodeIndex element = open_.at(table).node;
-      if (node(element).parent != kNoHTMLNode) return {node(element).parent, element};
-      parent = open_.at(table - 1).node;
-    } else {
-      parent = open_.at(lastTemplate != 0 ? lastTemplate : 1).node;
+      return {node(element).parent, element};
     }
+    parent = open_.at(lastTemplate != 0 ? lastTemplate : 1).node;
   }
   if (node(parent).isHTML("template"_atom)) parent = document_.templateContents(parent);
   return {parent};

@@ -112,6 +112,29 @@ TEST(ImageDecoding, ShowsTheSamePictureOfEveryFormat) {
   }
 }
 
+TEST(ImageDecoding, UndoesThePackingOfRowsInPhotoshop) {
+  const struct {
+    std::string packed;
+    std::array<int, 4> row;
+  } cases[] = {
+      {"\3\x10\x80\x90\xf0"s, {0x10, 0x80, 0x90, 0xf0}},
+      {"\xfd\x40"s, {0x40, 0x40, 0x40, 0x40}},
+      {"\x80\xff\x20\x80\1\x30\x50"s, {0x20, 0x20, 0x30, 0x50}},
+      {"\7\x10\x80"s, {0x10, 0x80, 0, 0}},
+      {"\x82\x70"s, {0x70, 0x70, 0x70, 0x70}},
+      {"\1\x10\x80\xff"s, {0x10, 0x80, 0, 0}},
+  };
+  for (const auto &c : cases) {
+    const std::string head = "8BPS\0\1\0\0\0\0\0\0\0\1\0\0\0\1\0\0\0\4\0\x08\0\1"s + std::string(12, '\0');
+    const std::string counts = "\0\1\0"s + static_cast<char>(c.packed.size());
+    const auto source = CGImageSource::sourceWithData(dataWithBytes(head + counts + c.packed));
+    const CGImage image = source ? source->createImageAtIndex(0, {}) : CGImage();
+    ASSERT_EQ(image.width(), 4u) << testing::PrintToString(c.packed);
+    for (std::size_t x = 0; x < 4; ++x)
+      EXPECT_NEAR(image.pixels()[x * CGImage::kBytesPerPixel], c.row[x], 1) << testing::PrintToString(c.packed);
+  }
+}
+
 TEST(ImageDecoding, TurnsAsTheFileSays) {
   // The upper left quarter's places by the numbers of Exif.
   const std::size_t places[] = {0, 1, 3, 2, 0, 1, 3, 2};

@@ -248,6 +248,8 @@ TEST(HTMLTreeTest, framesPages) {
        "html(head body(template<p('a' template<'b'> 'c')> 'd'))"},
       {"<table><template><tr></template><tr><template>a",
        "html(head body(table(template<tr> tbody(tr(template<'a'>)))))"},
+      {"<template><form>a<b>b</form>c</template>", "html(head(template<form('a' b('b')) b('c')>) body)"},
+      {"<template><form>a<table></form>b</template>", "html(head(template<form('ab' table)>) body)"},
       {"<template><caption>a</template></template><b></template>c",
        "html(head(template<caption('a')>) body(b('c')))"},
   };

@@ -240,6 +240,8 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<h1 align=right id=x>", "align", "right"},
       {u"<ol type=A><li id=x>", "list", "upper-alpha"},
       {u"<img align=left id=x>", "display", "block"},
+      {u"<img hspace=3 vspace=4 id=x>", "margin", "4 3 4 3"},
+      {u"<p hspace=3 vspace=4 id=x>", "margin", "16 0 16 0"},
       {u"<hr align=left color=red width=9 id=x>", "border-color", "255 0 0"},
       {u"<p dir=auto id=x>1 \u05d0 a", "direction", "rtl"},
       {u"<p dir=rtl><bdi id=x>abc", "direction", "ltr"},
