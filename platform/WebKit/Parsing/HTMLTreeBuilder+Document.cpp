@@ -211,7 +211,6 @@ HTMLTreeBuilder::Outcome HTMLTreeBuilder::readAfterHead(HTMLToken &token) {
         break;
     }
   } else if (token.kind == HTMLTokenKind::endTag) {
-    if (token.name == "template"_atom) return readInHead(token);
     if (token.name != "body"_atom && token.name != "html"_atom && token.name != "br"_atom) return Outcome::done;
   }
   document_.body_ = insertElement("body"_atom);

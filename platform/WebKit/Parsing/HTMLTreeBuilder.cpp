@@ -204,11 +204,8 @@ void HTMLTreeBuilder::resetMode() {
     case "head"_atom:
       mode_ = Mode::inHead;
       break;
-    case "frameset"_atom:
-      mode_ = Mode::inFrameset;
-      break;
     case "html"_atom:
-      mode_ = head_ == kNoHTMLNode ? Mode::beforeHead : Mode::afterHead;
+      mode_ = Mode::afterHead;
       break;
     default:
       mode_ = Mode::inBody;

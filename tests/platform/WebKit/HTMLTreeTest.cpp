@@ -190,6 +190,9 @@ TEST(HTMLTreeTest, completesTables) {
       {"<table><div><td>a", "div table(tbody(tr(td('a'))))"},
       {"<table><td><select><option>a<td>b", "table(tbody(tr(td(select(option('a'))) td('b'))))"},
       {"<td>a</tr><tr>b<caption>c", "'abc'"},
+      {"<table><!doctype a><caption></body></html></td>b</caption>", "table(caption('b'))"},
+      {"<table><colgroup><!--a--><!doctype b></col> <col>", "table(colgroup({a} ' ' col))"},
+      {"<table><td>a</td></tbody><tr></thead><td>b", "table(tbody(tr(td('a'))) tbody(tr(td('b'))))"},
       {"<table>a&amp;<td>b&lt;<tr>c&gt;<td>d&amp;", "'a&c>' table(tbody(tr(td('b<')) tr(td('d&'))))"},
   };
   for (const Case &one : cases)
@@ -219,6 +222,7 @@ TEST(HTMLTreeTest, keepsSVGAndMathML) {
        "svg:svg('a\ufffd"
        "b')"},
       {"<div><svg></div>a", "div(svg:svg) 'a'"},
+      {"<svg><!doctype a>b", "svg:svg('b')"},
   };
   for (const Case &one : cases)
     EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
@@ -248,6 +252,23 @@ TEST(HTMLTreeTest, framesPages) {
        "html(head body(template<p('a' template<'b'> 'c')> 'd'))"},
       {"<table><template><tr></template><tr><template>a",
        "html(head body(table(template<tr> tbody(tr(template<'a'>)))))"},
+      {"<html></p><head a=1>", "html(head[a=1] body)"},
+      {"<html><html a=1><head b=1>", "html[a=1](head[b=1] body)"},
+      {"<head><html a=1><head b=1></p><title>c", "html[a=1](head(title('c')) body)"},
+      {"<head></body><link>a", "html(head body(link 'a'))"},
+      {"<noscript><!--a--><!doctype b> <html c=1><head><noscript><style>d</style></p><meta></noscript><base>",
+       "html[c=1](head(noscript({a} ' ' style('d') meta) base) body)"},
+      {"<noscript></br><link>", "html(head(noscript) body(br link))"},
+      {"<head></head><html a=1><head b=1></p></template><!--c--><template>d</template><body e=1>",
+       "html[a=1](head(template<'d'>) {c} body[e=1])"},
+      {"<body></body><!doctype a><html b=1>c", "html[b=1](head body('c'))"},
+      {"<frameset></frameset></html><html a=1><noframes>b</noframes><p>",
+       "html[a=1](head frameset noframes('b'))"},
+      {"<table><caption><template>a</template><td>b",
+       "html(head body(table(caption(template<'a'>) tbody(tr(td('b'))))))"},
+      {"<table><colgroup><template>a</template><col>", "html(head body(table(colgroup(template<'a'> col))))"},
+      {"<table><tbody><template>a</template><tr>", "html(head body(table(tbody(template<'a'> tr))))"},
+      {"<table><template><tr>a", "html(head body(table(template<tr 'a'>)))"},
       {"<template><form>a<b>b</form>c</template>", "html(head(template<form('a' b('b')) b('c')>) body)"},
       {"<template><form>a<table></form>b</template>", "html(head(template<form('ab' table)>) body)"},
       {"<template><caption>a</template></template><b></template>c",

@@ -42,6 +42,9 @@ TEST(ParagraphFlow, IndentsAlignmentAndLinesFollowBlocks) {
       {u"<blockquote style='margin:0 40px'>a<div "
        u"style='margin-left:-8px;padding-right:4px'>b</div></blockquote>",
        "<head=30 tail=30>a|<head=24 tail=33>b|"},
+      {u"<div style='text-align:end'>a</div><div dir=rtl style='text-align:end'>\u05d0</div>",
+       "<right>a|<left rtl>\u05d0|"},
+      {u"<div style='padding-left:10%'>a", "<head=96>a|"},
       {u"<dl style='margin:0'><dt>a<dd>b</dl>", "a|<head=30>b|"},
       {u"<div style='text-indent:16px'>a<p style='margin:0'>b</p>c</div>", "<first=12>a|<first=12>b|c|"},
       {u"<center>a<div style='text-align:right'>b</div></center><p style='margin:0;text-align:justify'>c",
@@ -60,6 +63,12 @@ TEST(ParagraphFlow, CharactersLookAsStylesSay) {
       {u"<p style='font:600 italic small-caps 20px Georgia'>a", "{Georgia 15 weight=600 i caps}a|"},
       {u"a<font color=red>b</font><mark>c</mark>", "a{#ff0000}b{on#ffff00}c|"},
       {u"<u>a<s>b</s></u><span style='text-decoration:underline wavy red'>c", "{u}a{u s}b{u-wavy u#ff0000}c|"},
+      {u"<u style='text-decoration-style:double'>a</u><u style='text-decoration-style:dotted'>b</u>"
+       u"<u style='text-decoration-style:dashed'>c",
+       "{u-double}a{u-dotted}b{u-dashed}c|"},
+      {u"<b style='font-family:sans-serif'>a</b><i style='font-family:cursive'>b</i>"
+       u"<b style='font-family:fantasy'>c",
+       "{Arial b}a{Comic Sans MS i}b{Impact b}c|"},
       {u"x<sup>2<sub>i</sub></sup><span style='vertical-align:4px;letter-spacing:2px'>y",
        "x{10 super=1}2{8.33}i{up=3 kern=1.5}y|"},
       {u"<a href=u>l<b>m</b></a> n<a>o</a>", "{#0000ee u ->u}l{b #0000ee u ->u}m{} no|"},

@@ -240,12 +240,58 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<h1 align=right id=x>", "align", "right"},
       {u"<ol type=A><li id=x>", "list", "upper-alpha"},
       {u"<img align=left id=x>", "display", "block"},
+      {u"<p align=justify id=x>", "align", "justify"},
+      {u"<ol type=none id=x>", "list", "none"},
+      {u"<ol type=DISC id=x>", "list", "disc"},
+      {u"<ul type=circle id=x>", "list", "circle"},
+      {u"<ul type=square id=x>", "list", "square"},
+      {u"<ol type=box id=x>", "list", "decimal"},
+      {u"<table rules=cols><tr><td id=x>", "border", "0 1 0 1"},
+      {u"<table rules=all><tr><td id=x>", "border", "1 1 1 1"},
+      {u"<table border bordercolor=lime id=x>", "border-color", "0 255 0"},
+      {u"<table><td valign=baseline id=x>", "vertical", "baseline"},
       {u"<img hspace=3 vspace=4 id=x>", "margin", "4 3 4 3"},
       {u"<p hspace=3 vspace=4 id=x>", "margin", "16 0 16 0"},
       {u"<hr align=left color=red width=9 id=x>", "border-color", "255 0 0"},
       {u"<p dir=auto id=x>1 \u05d0 a", "direction", "rtl"},
+      {u"<p dir=auto id=x>1 \u0e01 \u05d0", "direction", "ltr"},
+      {u"<p dir=auto id=x>1 \u4e00 \u05d0", "direction", "ltr"},
+      {u"<p dir=auto id=x>1 \uff21 \u05d0", "direction", "ltr"},
+      {u"<p dir=auto id=x>1 \u200e \u05d0", "direction", "ltr"},
+      {u"<p dir=auto id=x>1 \U00020000 \u05d0", "direction", "ltr"},
+      {u"<p dir=auto id=x>\u2014 \U00010a00 a", "direction", "rtl"},
+      {u"<p dir=auto id=x>1 \u0627 a", "direction", "rtl"},
+      {u"<div dir=auto id=x><textarea>a</textarea><style>b</style><bdi>c</bdi><p dir=ltr>d</p>\u05d0",
+       "direction", "rtl"},
       {u"<p dir=rtl><bdi id=x>abc", "direction", "ltr"},
       {u"<div dir=rtl><p style='text-align:match-parent' id=x>", "align", "right"},
+  });
+}
+
+TEST(StyleResolver, TakesFromTheParentWhatIsSaidToBeInherited) {
+  expect({
+      {u"<div style='border:3px solid red;background:lime;margin:1px 2px;display:inline;float:left'>"
+       u"<p style='border:inherit' id=x>",
+       "border", "3 3 3 3"},
+      {u"<div style='border:0 solid'><p style='border-style:inherit;border-width:3px' id=x>", "border",
+       "0 0 0 0"},
+      {u"<div style='background:lime'><p style='background:inherit' id=x>", "background", "0 255 0"},
+      {u"<div style='border:3px solid red'><p style='border:9px solid;border-color:inherit' id=x>",
+       "border-color", "255 0 0"},
+      {u"<div style='margin:1px 2px'><p style='margin:inherit' id=x>", "margin", "1 2 1 2"},
+      {u"<div style='float:left'><p style='float:inherit' id=x>", "float", "left"},
+  });
+}
+
+TEST(StyleResolver, MakesBlocksOfWhatFloats) {
+  expect({
+      {u"<p style='display:inline-flex;float:left' id=x>", "display", "flex"},
+      {u"<p style='display:inline-grid;position:absolute' id=x>", "display", "grid"},
+      {u"<p style='display:inline-table;float:left' id=x>", "display", "table"},
+      {u"<p style='float:inline-start' id=x>", "float", "left"},
+      {u"<p style='float:inline-end' id=x>", "float", "right"},
+      {u"<p dir=rtl style='float:inline-start' id=x>", "float", "right"},
+      {u"<p dir=rtl style='float:inline-end' id=x>", "float", "left"},
   });
 }
 
