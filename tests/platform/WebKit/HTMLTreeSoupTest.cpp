@@ -25,11 +25,12 @@ namespace {
 // Gumbo's own faults: it takes unknown elements for one another, and blanks behind a second `html` for those of
 // the head.
 constexpr const char *kNames[] = {
-    "a",     "b",     "i",      "nobr",    "font",   "em",      "code",     "p",     "div",      "span",
-    "li",    "ul",    "ol",     "dl",      "dd",     "dt",      "h1",       "h2",    "table",    "tbody",
-    "thead", "tfoot", "tr",     "td",      "th",     "caption", "colgroup", "col",   "button",   "textarea",
-    "pre",   "br",    "img",    "address", "center", "object",  "frameset", "frame", "noframes", "base",
-    "meta",  "style", "script", "title",   "iframe", "xmp",     "section",  "label", "u"};
+    "a",        "b",       "i",        "nobr",  "font", "em",    "code",    "p",       "div",
+    "span",     "li",      "ul",       "ol",    "dl",   "dd",    "dt",      "h1",      "h2",
+    "table",    "tbody",   "thead",    "tfoot", "tr",   "td",    "th",      "caption", "colgroup",
+    "col",      "button",  "textarea", "pre",   "br",   "img",   "address", "center",  "object",
+    "frameset", "frame",   "noframes", "base",  "meta", "style", "script",  "title",   "iframe",
+    "xmp",      "section", "label",    "u",     "head", "body"};
 constexpr const char *kForeignNames[] = {"svg", "math", "foreignObject", "desc", "g", "mglyph"};
 constexpr const char *kAttributes[] = {
     "",          "",           " id=a",           " class=\"b c\"",        " id=b",       " A=1 a=2",

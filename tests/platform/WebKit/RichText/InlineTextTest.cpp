@@ -100,6 +100,7 @@ TEST(InlineText, QuotesFollowLanguageAndDepth) {
 TEST(InlineText, FormControlsShowTheirText) {
   expectText({
       {u"<p>a <button> b </button> c", "a b c|"},
+      {u"<input type=reset><input type=RESET value=r><input type=color value=c><input type=email>", "Resetr|"},
       {u"<input value=x><input type=password value=secret><input type=submit><input type=hidden value=h>",
        "xSubmit|"},
       {u"<select><option>a<option selected> b  c<option>d</select>", "b c|"},

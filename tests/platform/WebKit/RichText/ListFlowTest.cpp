@@ -44,6 +44,13 @@ TEST(ListFlow, MarkersComeInAllStyles) {
       {u"<ol style='list-style:upper-latin' start=0><li>a</ol>", "^0.^a|"},
       {u"<ol style='list-style:arabic-indic' start=12><li>a</ol>", "^١٢.^a|"},
       {u"<ol style='list-style:hebrew' start=15><li>a</ol>", "^טו.^a|"},
+      {u"<ol style='list-style:disclosure-open'><li>a</ol><ol style='list-style:disclosure-closed'><li>b</ol>",
+       "a|b|"},
+      {u"<style>li::before{content:counter(i,disclosure-open) counter(i,disclosure-closed)}</style><li "
+       u"style='list-style:none'>a",
+       "▾▸a|"},
+      {u"<style>li::marker{content:counter(list-item,none) 'x'}</style><ol><li>a</ol>", "^x^a|"},
+      {u"<style>b::before{content:'(';display:inline-block}</style>a <b>c</b>", "a (c|"},
       {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
       {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
       {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},

@@ -92,6 +92,7 @@ TEST(ImageSize, HeadersSayKindAndSize) {
       {"GIF89a\x2c\x01\xc8\0"s, "gif", 300, 200},
       {jpeg(1), "jpg", 300, 200},
       {jpeg(6), "jpg", 200, 300},
+      {"\xff\xd8\xff\xff\xff\x01\xff\xd0\xff\xc0\0\x0b\x08\0\xc8\x01\x2c\1\1\x11\0"s, "jpg", 300, 200},
       {"BM\0\0\0\0\0\0\0\0\0\0\0\0\x28\0\0\0\x2c\x01\0\0\x38\xff\xff\xff"s, "bmp", 300, 200},
       {"RIFF\0\0\0\0WEBPVP8X\x0a\0\0\0\0\0\0\0\x2b\x01\0\xc7\0\0"s, "webp", 300, 200},
       {"RIFF\0\0\0\0WEBPVP8 \0\0\0\0\0\0\0\x9d\x01\x2a\x2c\x01\xc8\0"s, "webp", 300, 200},

@@ -44,6 +44,12 @@ TEST(TableFlow, CellsStandWhereABrowserPutsThem) {
 
 TEST(TableFlow, MissingPartsAreMadeUp) {
   expectParagraphs({
+      {u"<table><tbody><tr><td>a</td><div style='display:contents'></div></tr></table>", "<cell 1:0,0/1>a|"},
+      {u"<div style='display:table'><div style='display:table-row-group'><div style='display:contents'>"
+       u"<div style='display:table-row'><div style='display:contents'><div style='display:table-cell'>a</div>"
+       u"</div><div style='display:table-cell'>b</div></div></div><div style='display:table-cell'>c</div>"
+       u"</div></div>",
+       "<cell 1:0,0/2>a|<cell 1:0,1/2>b|<cell 1:1,0/2>c|"},
       {u"<div style='display:table-cell'>a</div> <div style='display:table-cell'>b</div>c",
        "<cell 1:0,0/2>a|<cell 1:0,1/2>b|c|"},
       {u"<div style='display:table'>a<div style='display:table-row'><i>b</i><div "
