@@ -38,6 +38,7 @@ TEST(TableFlow, CellsStandWhereABrowserPutsThem) {
       {u"<table><tr><td colspan=1000>a<tr><td rowspan=99999 colspan=x>b<td>c</table>",
        "<cell 1:0,0+1x2/2>a|<cell 1:1,0/2>b|<cell 1:1,1/2>c|"},
       {u"<table><tr><td style='display:none'>a<td>b<tr hidden><td>c</table>", "<cell 1:0,0/1>b|"},
+      {u"<table><tr hidden><td>a<script></script><tr><td>b</table>", "<cell 1:0,0/1>b|"},
       {u"<table></table>a", "a|"},
   });
 }
