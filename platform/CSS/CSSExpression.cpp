@@ -52,6 +52,7 @@ Result resolved(double number, CSSUnit unit, const CSSLengthContext &context) {
 }
 
 double roundedTo(double value, double step, CSSOperation operation) {
+  step = std::abs(step);
   const double steps = value / step;
   switch (operation) {
     case CSSOperation::kFloor:

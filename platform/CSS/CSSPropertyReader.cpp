@@ -420,12 +420,13 @@ CSSValue opacity(CSSValueReader &reader) {
 CSSValue textTransform(CSSValueReader &reader) {
   static constexpr CSSKeyword kCases[] = {K::kNone, K::kCapitalize, K::kUppercase, K::kLowercase, K::kMathAuto};
   static constexpr CSSKeyword kForms[] = {K::kFullWidth, K::kFullSizeKana};
-  CSSValue transform;
-  while (reader.keyword(kForms)) continue;
-  transform = reader.keyword(kCases);
-  const bool hasForm = static_cast<bool>(reader.keyword(kForms));
-  while (reader.keyword(kForms)) continue;
-  return transform || hasForm ? (transform ? transform : CSSValue(K::kNone)) : CSSValue();
+  bool hasForm = false;
+  while (reader.keyword(kForms)) hasForm = true;
+  const CSSValue transform = reader.keyword(kCases);
+  while (reader.keyword(kForms)) hasForm = true;
+  if (!hasForm) return transform;
+  if (transform.is(K::kNone)) return {};
+  return transform ? transform : CSSValue(K::kNone);
 }
 
 CSSValue textIndent(CSSValueReader &reader) {
@@ -606,9 +607,9 @@ CSSValue readBackgroundImage(CSSValueReader &reader) {
   if (equalsOneOfASCIINoCase(name, {"image-set", "-webkit-image-set", "cross-fade", "-webkit-cross-fade"})) {
     // The first picture stands for all of them.
     while (!arguments->isAtEnd()) {
-      if (const CSSValue address = arguments->url()) return address;
+      if (const CSSValue image = readBackgroundImage(*arguments)) return image;
       if (const CSSValue string = arguments->string()) return CSSValue::text(CSSValueKind::kURL, string.text());
-      arguments->advance();
+      if (!arguments->block()) arguments->advance();
     }
   }
   reader.setPosition(start);

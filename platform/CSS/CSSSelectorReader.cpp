@@ -599,7 +599,7 @@ bool CSSSelectorReader::readLanguages(Complex &complex) {
   do {
     next();
     skipSpace();
-    if (token_.type != CSSTokenType::kIdent) return false;
+    if (token_.type != CSSTokenType::kIdent && token_.type != CSSTokenType::kString) return false;
     ranges.push_back(text());
     next();
     skipSpace();

@@ -191,7 +191,7 @@ double CSSTokenizer::number(const CSSToken &token) const {
     // What is too large is the largest, and what is too small is nothing.
     const std::size_t exponent = units.find_first_of(u"eE");
     const bool isSmall = exponent != units.npos ? units.substr(exponent + 1).starts_with(u'-')
-                                                : units[0] == u'0' || units[0] == u'.';
+                                                : units[units.find_first_not_of(u'0')] == u'.';
     value = isSmall ? 0 : std::numeric_limits<float>::max();
   }
   value = std::min<double>(value, std::numeric_limits<float>::max());

@@ -108,8 +108,118 @@ TEST(CSSDeclaration, ReadsValues) {
             "background-image: url(a); background-image: url(c)"},
            {"margin-block-start:1px;block-size:2px;inset-block-end:3px;padding-inline-end:4px",
             "margin-top: 1px; height: 2px; bottom: 3px; padding-inline-end: 4px"},
+           {"clear:both;clear:inline-start;clear:top;direction:rtl;direction:up;empty-cells:hide;empty-cells:"
+            "auto",
+            "clear: both; clear: inline-start; direction: rtl; empty-cells: hide"},
+           {"table-layout:fixed;table-layout:none;text-align-last:justify;text-align-last:-webkit-center",
+            "table-layout: fixed; text-align-last: justify"},
+           {"text-overflow:ellipsis;text-overflow:'>';text-overflow:fade",
+            "text-overflow: ellipsis; text-overflow: \">\""},
+           {"display:inline table;display:flex inline;display:inline ruby;display:inline math",
+            "display: inline-table; display: inline-flex; display: ruby; display: math"},
+           {"content:'a' 5;content:'a' none;content:#a", ""},
+           {"background-image:cross-fade(25% url(a), url(b));background-image:image-set(linear-gradient(red, "
+            "url(x)) 1x, 'c' 2x);background-image:image-set(type('a/b') 1x, url(d) 2x);"
+            "background-image:cross-fade(red, blue)",
+            "background-image: url(a); background-image: gradient; background-image: url(d)"},
+           {"text-transform:full-width;text-transform:full-size-kana lowercase;text-transform:none full-width",
+            "text-transform: none; text-transform: lowercase"},
        })
     EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, Calculates) {
+  struct Calculation {
+    std::string_view value, length;
+  };
+  for (const Calculation &test : std::initializer_list<Calculation>{
+           {"round(8px, 5px)", "10px"},
+           {"round(nearest, -7.5px, 5px)", "-5px"},
+           {"round(up, 6px, 5px)", "10px"},
+           {"round(up, -9px, 5px)", "-5px"},
+           {"round(down, 9px, 5px)", "5px"},
+           {"round(down, -6px, 5px)", "-10px"},
+           {"round(TO-ZERO, -9px, 5px)", "-5px"},
+           {"round(to-zero, 9px, 5px)", "5px"},
+           // The sign of the step means nothing.
+           {"round(up, 6px, -5px)", "10px"},
+           {"round(down, 9px, -5px)", "5px"},
+           {"calc(round(2.5) * 1px)", "3px"},
+           {"calc(round(down, -2.5) * 1px)", "-3px"},
+           {"calc(round(up, 2.2) * 1px)", "3px"},
+           {"calc(round(to-zero, -2.7) * 1px)", "-2px"},
+           {"round(1px)", ""},
+           {"round(sideways, 1px, 2px)", ""},
+           {"round(up 1px, 2px)", ""},
+           {"mod(-7px, 5px)", "3px"},
+           {"mod(7px, -5px)", "-3px"},
+           {"rem(-7px, 5px)", "-2px"},
+           {"rem(7px, -5px)", "2px"},
+           {"calc(pow(2, 3) * 1px)", "8px"},
+           {"calc(log(8, 2) * 1px)", "3px"},
+           {"calc(log(e) * 5px)", "5px"},
+           {"calc(exp(2) * 1px)", "7.389px"},
+           {"calc(sign(-3px) * 7px)", "-7px"},
+           {"calc(sign(3) * 7px)", "7px"},
+           {"calc(sign(0%) * 7px)", "=0px"},
+           {"hypot(-3px)", "3px"},
+           {"hypot(2px, 3px, 6px)", "7px"},
+           {"calc(PI * 1px)", "3.142px"},
+           {"calc(-infinity * 1px)", "-3.403e+38px"},
+           {"calc(NaN * 1px)", "0px"},
+           {"calc(tau * 1px)", ""},
+           {"calc('1px')", ""},
+           {"calc(1px, 2px)", ""},
+           {"min(1px, 2)", ""},
+           {"clamp(1px, 2px)", ""},
+           {"mod(7px)", ""},
+           {"pow(2px, 2)", ""},
+           {"sqrt()", ""},
+       }) {
+    const std::string expected = test.length.empty() ? "" : "margin-left: " + std::string(test.length);
+    EXPECT_EQ(declarationsOf("margin-left:" + std::string(test.value)), expected) << test.value;
+  }
+}
+
+TEST(CSSDeclaration, ResolvesLengths) {
+  CSSLengthContext context;
+  context.fontSize = 10;
+  context.rootFontSize = 20;
+  context.xHeight = 3;
+  context.chWidth = 4;
+  context.lineHeight = 13;
+  context.rootLineHeight = 17;
+  context.viewportWidth = 400;
+  context.viewportHeight = 300;
+  const auto pixelsOf = [&](std::string_view length) {
+    const std::u16string style = unitsOf("width:" + std::string(length));
+    CSSArena arena;
+    std::vector<CSSDeclaration> declarations;
+    readDeclarations(style, CSSMode::kStandard, arena, declarations);
+    return declarations.size() == 1 ? resolvedNumber(declarations[0].value, context) : std::nullopt;
+  };
+  struct Length {
+    std::string_view text;
+    double pixels;
+  };
+  for (const Length &test : std::initializer_list<Length>{
+           {"2px", 2},           {"2em", 20},    {"2ex", 6},
+           {"10cap", 70},        {"2ch", 8},     {"2ic", 20},
+           {"2rem", 40},         {"2rex", 20},   {"2rch", 20},
+           {"2lh", 26},          {"2rlh", 34},   {"10vw", 40},
+           {"10vi", 40},         {"10vh", 30},   {"10vb", 30},
+           {"10vmin", 30},       {"10vmax", 40}, {"calc(2ex + 1lh)", 19},
+           {"max(1vh, 1ch)", 4},
+       })
+    EXPECT_NEAR(pixelsOf(test.text).value_or(-1), test.pixels, 1e-9) << test.text;
+  std::swap(context.viewportWidth, context.viewportHeight);
+  EXPECT_EQ(pixelsOf("10vmin"), 30);
+  EXPECT_EQ(pixelsOf("10vmax"), 40);
+  EXPECT_EQ(pixelsOf("50%"), std::nullopt);
+  EXPECT_EQ(pixelsOf("calc(50% + 1px)"), std::nullopt);
+  EXPECT_EQ(pixelsOf("auto"), std::nullopt);
+  context.percentageBase = 50;
+  EXPECT_EQ(pixelsOf("50%"), 25);
 }
 
 TEST(CSSDeclaration, TakesShorthandsApart) {
@@ -153,6 +263,47 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font-variant:small-caps tabular-nums;font-variant:none",
             "font-variant-caps: small-caps; font-variant-position: normal; font-variant-caps: normal; "
             "font-variant-position: normal"},
+           {"font-variant:super;font-variant:sub unicase;font-variant:sub super 5;font-variant:sub normal",
+            "font-variant-caps: normal; font-variant-position: super; font-variant-caps: unicase; "
+            "font-variant-position: sub"},
+           {"font:caption",
+            "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
+            "font-stretch: 100%; font-size: 16px; line-height: normal; font-family: [system-ui]"},
+           {"font:menu serif;font:bold icon", ""},
+           {"list-style:inside", "list-style-type: disc; list-style-position: inside; list-style-image: none"},
+           {"background:inherit;list-style:revert",
+            "background-color: inherit; background-image: inherit; list-style-type: revert; "
+            "list-style-position: revert; list-style-image: revert"},
+           {"border-block:1px solid red",
+            "border-top-width: 1px; border-top-style: solid; border-top-color: #ff0000; border-bottom-width: "
+            "1px; border-bottom-style: solid; border-bottom-color: #ff0000"},
+           {"border-inline:dotted",
+            "border-inline-start-width: 3px; border-inline-start-style: dotted; border-inline-start-color: "
+            "currentcolor; border-inline-end-width: 3px; border-inline-end-style: dotted; "
+            "border-inline-end-color: currentcolor"},
+           {"border-right:thin;border-bottom:double",
+            "border-right-width: 1px; border-right-style: none; border-right-color: currentcolor; "
+            "border-bottom-width: 3px; border-bottom-style: double; border-bottom-color: currentcolor"},
+           {"border-inline-start:1px;border-inline-end:red",
+            "border-inline-start-width: 1px; border-inline-start-style: none; border-inline-start-color: "
+            "currentcolor; border-inline-end-width: 3px; border-inline-end-style: none; "
+            "border-inline-end-color: #ff0000"},
+           {"border-width:1px 2px 3px 4px;border-style:solid dotted dashed",
+            "border-top-width: 1px; border-right-width: 2px; border-bottom-width: 3px; border-left-width: 4px; "
+            "border-top-style: solid; border-right-style: dotted; border-bottom-style: dashed; "
+            "border-left-style: dotted"},
+           {"border-block-width:1px 2px;border-block-style:solid none;border-block-color:red blue",
+            "border-top-width: 1px; border-bottom-width: 2px; border-top-style: solid; border-bottom-style: "
+            "none; border-top-color: #ff0000; border-bottom-color: #0000ff"},
+           {"border-inline-width:1px 2px;border-inline-style:solid none;border-inline-color:red blue",
+            "border-inline-start-width: 1px; border-inline-end-width: 2px; border-inline-start-style: solid; "
+            "border-inline-end-style: none; border-inline-start-color: #ff0000; border-inline-end-color: "
+            "#0000ff"},
+           {"inset-block:1px 2px;inset-inline:1px 2px;inset-block:1px 2px 3px",
+            "top: 1px; bottom: 2px; inset-inline-start: 1px; inset-inline-end: 2px"},
+           {"margin-block:1px 2px;padding-block:3px;padding-inline:1px 2px",
+            "margin-top: 1px; margin-bottom: 2px; padding-top: 3px; padding-bottom: 3px; "
+            "padding-inline-start: 1px; padding-inline-end: 2px"},
        })
     EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
 }
@@ -199,6 +350,15 @@ TEST(CSSDeclaration, ReadsColors) {
            {"color-mix(in srgb, red 25%, blue)", "#4000bf"},
            {"color-mix(in oklab, white, black)", "#636363"},
            {"color-mix(in srgb, red 0%, blue 0%)", ""},
+           {"color-mix(in srgb, red 30%, blue 30%)", "#800080/0.6"},
+           {"color-mix(in srgb-linear, red, blue)", "#bc00bc"},
+           {"color-mix(in xyz, white, black)", "#bcbcbc"},
+           {"color-mix(srgb, red, blue)", ""},
+           {"color-mix(10% red, blue)", ""},
+           {"rgb(1 2 3 / x)", ""},
+           {"rgb(1 2 3 / .5 6)", ""},
+           {"rgb(1, 2, 3, none)", ""},
+           {"rgb(1 2 3 / none)", "#010203/0"},
            {"light-dark(red, blue)", "#ff0000"},
            {"red blue", ""},
        }) {
@@ -259,8 +419,8 @@ TEST(CSSDeclaration, BearsDeepAndLongValues) {
   };
   for (const std::u16string_view part :
        {u"(", u"{", u"[", u"calc(", u"min(", u"color-mix(in srgb,", u"var(--a,", u"a:hover{", u"a:b;", u"a,",
-        u"1px ", u"url(", u"'a'", u"@x{"})
-    for (const std::u16string_view head : {u"width:", u"font-family:", u"--x:", u""})
+        u"1px ", u"url(", u"'a'", u"@x{", u"cross-fade("})
+    for (const std::u16string_view head : {u"width:", u"font-family:", u"background-image:", u"--x:", u""})
       expectLinearTime(4000, [&](std::size_t n) { read(std::u16string(head) + repeated(part, n)); });
 }
 

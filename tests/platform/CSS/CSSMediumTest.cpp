@@ -47,6 +47,8 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "not (grid)",
            "(min-width: calc(10px * 2))",
            "screen and (min-width:1px) and (color)",
+           "(height: 720px)",
+           "(719px < device-height <= 45em)",
        }) {
     EXPECT_TRUE(matchesMedium(unitsOf(query), {})) << query;
   }
@@ -82,6 +84,8 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "and",
            "(width 3px)",
            "color",
+           "(min-height: 721px)",
+           "(height < 720px)",
        }) {
     EXPECT_FALSE(matchesMedium(unitsOf(query), {})) << query;
   }

@@ -73,6 +73,8 @@ TEST(CSSSelector, MatchesByTheStandard) {
            {"[title=Hello]", ""},
            {"[title~=world]", "7"},
            {"[title~='']", ""},
+           {"[title~=wor]", ""},
+           {"[title!=world]", "invalid"},
            {"[title^=Hel]", "7"},
            {"[title^='']", ""},
            {"[title$=rld]", "7"},
@@ -128,6 +130,8 @@ TEST(CSSSelector, MatchesByTheStandard) {
            {":lang(en)", "0 1 2 3 4 5 6 7 8 9 10 11 18 19 20"},
            {"ul:lang(fr, de)", "12"},
            {"html:lang(\\*-us)", "0"},
+           {":host(.a), p:host-context(div), p:state(x)", ""},
+           {"p:not(:host(.a)):not(:state(x))", "3 4"},
            {"li:dir(rtl)", "13 14 15 16 17"},
            {"p:dir(ltr)", "3 4"},
            {"u, :unknown-thing(x)", "invalid"},
@@ -177,6 +181,31 @@ TEST(CSSSelector, ComparesNamesInAnyCaseOnQuirkyPages) {
   const CSSPage page("<html><p id=Aa class='Bb Cc'></></>", names, CSSMode::kQuirks);
   for (const std::string_view selector : {"#aA", ".bB", "P.CC"})
     EXPECT_EQ(matchesOf(selector, page), "1") << selector;
+}
+
+TEST(CSSSelector, KnowsLanguagesAndDirections) {
+  CSSNames names;
+  const CSSPage page(
+      "<html><p lang=de-x-CH></><p lang=de-Latn-CH dir=RTL></><p lang=''><i dir=ltr></></>"  // 1 2 3 4
+      "<b xml:lang=fr></></>",                                                               // 5
+      names);
+  struct Case {
+    std::string_view selector, elements;
+  };
+  for (const Case &test : std::initializer_list<Case>{
+           {":lang(de)", "1 2"},
+           {":lang(de-ch)", "2"},
+           {":lang('*-ch')", "2"},
+           {":lang(de-x-ch)", "1"},
+           {":lang('de-*-ch')", "2"},
+           {":lang(de-Latn-CH-1996)", ""},
+           {":lang(d, fr)", "5"},
+           {"p:lang('')", "3"},
+           {":not(:lang(de)):not(i)", "0 3 5"},
+           {":dir(rtl)", "2"},
+           {":dir(ltr)", "0 1 3 4 5"},
+       })
+    EXPECT_EQ(matchesOf(test.selector, page), test.elements) << test.selector;
 }
 
 TEST(CSSSelector, WeighsByTheStandard) {

@@ -74,6 +74,7 @@ TEST(CSSStyleSheet, ReadsRulesAndGoesOnBehindErrors) {
            {"@media screen{p{float:left;}x}p{float:none}", "float: left | float: none"},
            {"@media screen{;p{float:left}", "float: left"},
            {"@media screen;p{float:left}", "float: left"},
+           {"@media screen{<!--p{float:none}p{float:left}-->p{float:right}}", "float: left"},
            {"@media{p{float:left}}", "float: left"},
            {"@container (min-width:400px){p{float:left}}@container side (width<400px){p{float:none}}",
             "float: left"},

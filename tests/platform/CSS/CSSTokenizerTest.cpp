@@ -75,6 +75,9 @@ TEST(CSSTokenizer, ReadsTheTokensOfTheStandard) {
       {u"1px 2% 3\\70x 1-- 1-a +", "m1,px _ %2 _ m3,px _ m1,-- _ m1,-a _ d+"},
       {u"999999999999 1e999 1e-999 0.0000000000000000000000000000000000000000001",
        "n1e+12 _ n3.403e+38~ _ n0~ _ n1e-43~"},
+      {u"2" + std::u16string(70, u'0') + u"e-70 ." + std::u16string(400, u'0') + u"1 1" +
+           std::u16string(400, u'0') + u" -01" + std::u16string(400, u'0'),
+       "n2~ _ n0~ _ n3.403e+38 _ n-3.403e+38"},
       {u"url(a) url( a ) url('a') URL(a\\)b) url(", "ua _ ua _ furl 'a ) _ ua)b _ u"},
       {u"url(a b) c url(a\"b) d url(a(b) e", "U _ ic _ U _ id _ U _ ie"},
       {u"url(a b\\) c", "U"},
