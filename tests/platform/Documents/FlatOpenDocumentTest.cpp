@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace nimbo {
 namespace {
@@ -65,6 +67,14 @@ TEST(FlatOpenDocument, ShowsTheTextThatAPersonSees) {
       {"<text:p>x<text:note><text:note-citation>a</text:note-citation><text:note-body><text:p>1st</text:p>"
        "<text:p>2nd</text:p></text:note-body></text:note></text:p>",
        "xa\na 1st\n2nd"},
+      {"<text:p>a<draw:custom-shape><text:p>shape</text:p></draw:custom-shape>b</text:p>", "ab\nshape"},
+      {"<draw:frame><draw:image><office:binary-data>UE5H</office:binary-data></draw:image></draw:frame>"
+       "<text:p>x</text:p>",
+       "\uFFFC\nx"},
+      {"<text:p>x</text:p><draw:frame><draw:image><office:binary-data/></draw:image><draw:image>"
+       "<office:binary-data>UE5H</office:binary-data></draw:image></draw:frame>",
+       "x\n\uFFFC"},
+      {"<text:p>x</text:p><draw:frame><draw:image/></draw:frame><text:p>y</text:p>", "x\ny"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body)), text) << body;
   EXPECT_EQ(plain(flat("<draw:page><draw:frame><draw:text-box><text:p>one</text:p></draw:text-box></draw:frame>"
@@ -124,11 +134,139 @@ TEST(FlatOpenDocument, FollowsStylesToTheirAncestors) {
             (std::vector<NSTextTab>{{NSTextTabType::left, 144}, {NSTextTabType::right, 216}}));
 }
 
+TEST(FlatOpenDocument, DrawsLinesAtText) {
+  const struct {
+    const char *properties;
+    NSUnderlineStyle underline;
+    NSStrikethroughStyle strikethrough;
+  } cases[] = {
+      {"style:text-underline-style='solid' style:text-underline-mode='skip-white-space'",
+       NSUnderlineStyle::byWord, NSStrikethroughStyle::none},
+      {"style:text-underline-style='solid' style:text-underline-mode='continuous'", NSUnderlineStyle::single,
+       NSStrikethroughStyle::none},
+      {"style:text-underline-style='solid' style:text-underline-width='bold'", NSUnderlineStyle::thick,
+       NSStrikethroughStyle::none},
+      {"style:text-underline-style='none' style:text-underline-type='double'", NSUnderlineStyle::none,
+       NSStrikethroughStyle::none},
+      {"style:text-underline-style='dot-dash' style:text-underline-type='double'", NSUnderlineStyle::dashDot,
+       NSStrikethroughStyle::none},
+      {"style:text-line-through-style='solid'", NSUnderlineStyle::none, NSStrikethroughStyle::single},
+      {"style:text-line-through-style='solid' style:text-line-through-type='double'", NSUnderlineStyle::none,
+       NSStrikethroughStyle::doubled},
+      {"style:text-line-through-style='solid' style:text-line-through-type='none'", NSUnderlineStyle::none,
+       NSStrikethroughStyle::none},
+  };
+  for (const auto &[properties, underline, strikethrough] : cases) {
+    const NSAttributedString text =
+        read(flat("<text:p text:style-name='s'>x</text:p>",
+                  std::string("<style:style style:family='paragraph' style:name='s'><style:text-properties ") +
+                      properties + "/></style:style>"));
+    ASSERT_EQ(text.length(), 1u) << properties;
+    EXPECT_EQ(text.attributesAtIndex(0)->underlineStyle, underline) << properties;
+    EXPECT_EQ(text.attributesAtIndex(0)->strikethroughStyle, strikethrough) << properties;
+  }
+}
+
+TEST(FlatOpenDocument, SetsTheHeightOfLinesInOneWay) {
+  const struct {
+    const char *properties;
+    double multiple, least, most;
+  } cases[] = {
+      {"", 1.5, 0, 0},
+      {"fo:line-height='20pt'", 0, 20, 20},
+      {"fo:line-height='100%'", 0, 0, 0},
+      {"style:line-height-at-least='14pt'", 0, 14, 0},
+  };
+  for (const auto &[properties, multiple, least, most] : cases) {
+    const NSAttributedString text = read(flat(
+        "<text:p text:style-name='s'>x</text:p>",
+        std::string("<style:style style:family='paragraph' style:name='b'><style:paragraph-properties "
+                    "fo:line-height='150%'/></style:style><style:style style:family='paragraph' style:name='s' "
+                    "style:parent-style-name='b'><style:paragraph-properties ") +
+            properties + "/></style:style>"));
+    ASSERT_EQ(text.length(), 1u) << properties;
+    const NSParagraphStyle &paragraph = *text.attributesAtIndex(0)->paragraphStyle;
+    EXPECT_EQ(paragraph.lineHeightMultiple, multiple) << properties;
+    EXPECT_EQ(paragraph.minimumLineHeight, least) << properties;
+    EXPECT_EQ(paragraph.maximumLineHeight, most) << properties;
+  }
+}
+
+TEST(FlatOpenDocument, MeasuresColumnsInGroups) {
+  const NSAttributedString text = read(flat(
+      "<table:table><table:table-header-columns><table:table-column "
+      "table:style-name='narrow'/></table:table-header-columns><table:table-columns><table:table-column-group>"
+      "<table:table-column table:style-name='wide' table:number-columns-repeated='2'/>"
+      "</table:table-column-group></table:table-columns><table:table-row><table:table-cell><text:p>a</text:p>"
+      "</table:table-cell><table:table-cell table:number-columns-spanned='2'><text:p>b</text:p>"
+      "</table:table-cell><table:covered-table-cell/></table:table-row></table:table>",
+      "<style:style style:family='table-column' style:name='narrow'><style:table-column-properties "
+      "style:column-width='1in'/></style:style><style:style style:family='table-column' style:name='wide'>"
+      "<style:table-column-properties style:column-width='2in'/></style:style>"));
+  ASSERT_EQ(text.string().UTF8String(), "a\nb\n");
+  const auto widthAt = [&](std::uint32_t index) {
+    return text.attributesAtIndex(index)->paragraphStyle->textBlocks.at(0)->width.value;
+  };
+  EXPECT_EQ(widthAt(0), 72);
+  EXPECT_EQ(widthAt(2), 288);
+}
+
+TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
+  const auto factsOf = [](const std::string &meta) {
+    const std::string xml = "<office:document><office:meta>" + meta +
+                            "</office:meta><office:body><office:text/></office:body></office:document>";
+    DocumentAttributes facts;
+    attributedStringWithFlatOpenDocument(NSData::dataWithBytes(xml.data(), xml.size()), &facts);
+    return facts;
+  };
+  const DocumentAttributes facts = factsOf(
+      "<dc:creator>Last</dc:creator><meta:initial-creator>First</meta:initial-creator>"
+      "<meta:user-defined meta:name='Owner'>Nobody</meta:user-defined>"
+      "<meta:user-defined meta:name='Company'>Works &amp; Co</meta:user-defined>"
+      "<meta:keyword>a</meta:keyword><meta:keyword/><meta:keyword>b</meta:keyword>"
+      "<dc:date>2002-03-04T05:06:07.891</dc:date>");
+  EXPECT_EQ(facts.author, u"First"_ns);
+  EXPECT_EQ(facts.company, u"Works & Co"_ns);
+  EXPECT_EQ(facts.keywords, (std::vector{u"a"_ns, u"b"_ns}));
+  EXPECT_EQ(facts.modificationTime, NSDate::dateWithUTC(2002, 3, 4, 5, 6, 7));
+  EXPECT_EQ(facts.creationTime, std::nullopt);
+  const struct {
+    const char *text;
+    std::optional<NSDate> date;
+  } cases[] = {
+      {"2001-12-31", NSDate::dateWithUTC(2001, 12, 31, 0, 0, 0)},
+      {"2001-02-03T23:59:60", NSDate::dateWithUTC(2001, 2, 3, 23, 59, 60)},
+      {"2001-02-03T04:05", std::nullopt},
+      {"2001-02-03 04:05:06", std::nullopt},
+      {"2001-02-03T24:05:06", std::nullopt},
+      {"2001-02-03T04:60:06", std::nullopt},
+      {"2001-02-03T04:05:61", std::nullopt},
+      {"2001-02-03T04:05:-1", std::nullopt},
+      {"2001-02-03T-4:05:06", std::nullopt},
+      {"2001-02-03T0x:05:06", std::nullopt},
+      {"2001-2x-03", std::nullopt},
+      {"2001-13-03", std::nullopt},
+      {"2001-12-00", std::nullopt},
+      {"2001-12-32", std::nullopt},
+      {"yesterday", std::nullopt},
+  };
+  for (const auto &[text, date] : cases)
+    EXPECT_EQ(factsOf("<meta:creation-date>" + std::string(text) + "</meta:creation-date>").creationTime, date)
+        << text;
+}
+
 TEST(FlatOpenDocument, CountsLists) {
   const std::string styles =
       "<text:list-style style:name=\"L\"><text:list-level-style-number text:level=\"1\" style:num-format=\"1\" "
       "style:num-suffix=\".\"/><text:list-level-style-number text:level=\"2\" style:num-format=\"a\" "
-      "style:num-suffix=\")\" text:display-levels=\"2\"/></text:list-style>";
+      "style:num-suffix=\")\" text:display-levels=\"2\"/></text:list-style>"
+      "<text:list-style style:name='R'><text:list-level-style-number text:level='1' style:num-format='I' "
+      "style:num-prefix='(' style:num-suffix=')' text:start-value='4'/><text:list-level-style-number "
+      "text:level='2' style:num-format='A'/><text:list-level-style-number text:level='3' style:num-format='i' "
+      "text:display-levels='3'/></text:list-style>"
+      "<text:list-style style:name='N'><text:list-level-style-number text:level='1' style:num-format=''/>"
+      "<text:list-level-style-number text:level='2' style:num-format='1' text:display-levels='2'/>"
+      "</text:list-style>";
   const std::string item = "<text:list-item><text:p>x</text:p></text:list-item>";
   const struct {
     std::string body, text;
@@ -155,6 +293,18 @@ TEST(FlatOpenDocument, CountsLists) {
            "</text:list><text:list text:style-name=\"L\">" + item +
            "</text:list><text:list text:continue-list=\"i\" text:style-name=\"L\">" + item + "</text:list>",
        "\t1.\tx\n\t1.\tx\n\t2.\tx"},
+      {"<text:list text:style-name='L'><text:list-item><text:p>x</text:p><text:list>" + item + item +
+           "</text:list><text:list>" + item + "</text:list><text:list text:continue-numbering='true'>" + item +
+           "</text:list></text:list-item></text:list>",
+       "\t1.\tx\n\t1.a)\tx\n\t1.b)\tx\n\t1.a)\tx\n\t1.b)\tx"},
+      {"<text:list text:style-name='R'><text:list-item><text:p>x</text:p><text:list><text:list-item><text:p>x"
+       "</text:p><text:list>" +
+           item + item + "</text:list></text:list-item>" + item + "</text:list></text:list-item>" + item +
+           "</text:list>",
+       "\t(IV)\tx\n\tA\tx\n\tIV.A.i\tx\n\tIV.A.ii\tx\n\tB\tx\n\t(V)\tx"},
+      {"<text:list text:style-name='N'><text:list-item><text:p>x</text:p><text:list>" + item +
+           "</text:list></text:list-item></text:list>",
+       "x\n\t1\tx"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body, styles)), text) << body;
 }
