@@ -106,6 +106,10 @@ TEST(PDFAttributedText, ReadsWhatADocumentMaySay) {
        pageOfContent("BT /F 1 Tf 24 0 0 24 20 300 Tm (a) Tj 0 9 -9 0 20 200 Tm (b) Tj /F 0.001 Tf 0 -30 Td "
                      "(c) Tj ET"),
        {"Helvetica 24|a\n\n", "Helvetica 9|b\n\n", "Helvetica 12|c\n"}},
+      {"small letters on the line and off it",
+       pageOfContent("BT /F 20 Tf 20 100 Td (a) Tj /F 10 Tf (b) Tj 7 Ts (c) Tj 0 Ts (d) Tj -4 Ts (e) Tj ET"),
+       {"Helvetica 20|a", "Helvetica 10|b", "Helvetica 10 above|c", "Helvetica 10|d", "Helvetica 10 below|e",
+        "Helvetica 10|\n"}},
       {"a font that names its weight",
        pageOfContent(other, font("Odd", "/Flags 32 /FontWeight 300")),
        {"Odd 12 300|x\n"}},

@@ -460,6 +460,17 @@ TEST(PDFDocument, SaysWhatIsLost) {
     EXPECT_NE(place, std::string::npos) << from;
     return dataOfString(bytes.replace(place, to.size(), to));
   };
+  const auto formsInEachOther = [&](int count) {
+    std::vector<std::string> objects = {kCatalog, tree, page("6 0 R"), text, kFont, PDFStream("", "/X Do"),
+                                        "null"};
+    for (int i = 1; i <= count; ++i)
+      objects.push_back(
+          PDFStream("/Type /XObject /Subtype /Form /BBox [0 0 200 200] /Resources <</Font <</F 5 0 "
+                    "R>> /XObject <</X " +
+                        std::to_string(objects.size() + 2) + " 0 R>>>>",
+                    i < count ? "/X Do" : "BT /F 12 Tf 20 20 Td (good) Tj ET"));
+    return PDFOfObjects(objects);
+  };
   const struct {
     const char *what;
     NSData data;
@@ -509,6 +520,9 @@ TEST(PDFDocument, SaysWhatIsLost) {
        ErrorCode::incomplete,
        "only the first 1 pages are read",
        {.pages = 1}},
+      {"deep forms", formsInEachOther(64), 1, ErrorCode::none, ""},
+      {"too deep forms", formsInEachOther(65), 0, ErrorCode::damaged,
+       "its forms are too deep within each other"},
       {"attributes", changed("metadata.pdf", "/Info 3", "/Info 9"), 0, ErrorCode::damaged,
        "its attributes are missing"},
   };

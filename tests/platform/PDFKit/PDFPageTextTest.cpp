@@ -74,6 +74,14 @@ TEST(PDFPageText, IsInLogicalOrderHoweverItIsDrawn) {
       {"parts of a line", "60 200 Td ( CBA) Tj -20 0 Td (1234) Tj -20 0 Td (.CB ) Tj", "אבג 1234 בג.\n"},
       {"parts without blanks", "60 200 Td (CBA) Tj -15 0 Td (CB) Tj", "אבג בג\n"},
       {"cells of a table", "200 200 Td (CBA) Tj -150 0 Td (CB) Tj", "אבג בג\n"},
+      {"a blank that is wider than high", "20 200 Td 900 Tz (CB A) Tj", "א בג\n"},
+      {"a mark behind all letters", "20 200 Td (CBD) Tj", "בָג\n"},
+      {"a mark alone", "20 200 Td (D) Tj", "\u05b8\n"},
+      {"both directions below letters from right to left", "20 200 Td (CBA) Tj 0 -12 Td (CB ab) Tj",
+       "אבג\nab בג\n"},
+      {"both directions below letters from left to right", "20 200 Td (abcd) Tj 0 -12 Td (CB ab) Tj",
+       "abcd\nבג ab\n"},
+      {"both directions and a full stop", "20 200 Td (abcd) Tj 0 -12 Td (.CB ab) Tj", "abcd\nab בג.\n"},
       {"a word that is divided", "20 200 Td (CBA-) Tj 0 -12 Td (CB) Tj", "אבגבג\n"},
   };
   for (const auto &c : cases)
