@@ -342,6 +342,11 @@ TEST(PDFDocument, LocksAreAReason) {
     EXPECT_FALSE(openSample(name)->isLocked(&error)) << name;
     EXPECT_FALSE(error) << name;
   }
+  // Without its proof the key of the empty password may be a wrong one.
+  std::string unproven(samplePDF("empty-owner-password.pdf").view());
+  ASSERT_NE(unproven.find("/Perms"), std::string::npos);
+  unproven.replace(unproven.find("/Perms"), 6, "/Parms");
+  EXPECT_TRUE(PDFDocument::documentWithData(dataOfString(unproven))->isLocked());
   const auto open = openSample("attachments-locked.pdf");
   EXPECT_EQ(open->pageAtIndex(0).string(), u"Open text\n"_ns);
   EXPECT_EQ(open->documentAttributes(), (NSDictionary{{u"Title"_ns, u"An open title"_ns}}));
