@@ -139,6 +139,22 @@ TEST(FileWrapper, FailuresLeaveWhatWasThere) {
   EXPECT_FALSE(tree().writeToFile(disk.string("none/A.rtfd"), true));
   EXPECT_FALSE(tree().writeToFile(NSString(), true));
   EXPECT_FALSE(NSFileWrapper().writeToFile(disk.string("x"), true));
+  for (const bool atomically : {false, true})
+    EXPECT_FALSE(file("x", "new").writeToFile(disk.string("A.rtfd"), atomically)) << "a file for a folder";
+  EXPECT_EQ(read(disk.path() / "A.rtfd/TXT.rtf"), "old");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(disk.path()), {}), 1);
+}
+
+TEST(FileWrapper, FoldersAreReadToALimitedDepth) {
+  const TemporaryFolder disk;
+  std::filesystem::path folder = disk.path() / "0";
+  for (std::uint32_t depth = 0; depth < NSFileWrapper::kMaximumDepth; ++depth) folder /= "x";
+  std::filesystem::create_directories(folder);
+  EXPECT_TRUE(NSFileWrapper::initWithPath(disk.string("0")));
+  std::filesystem::create_directory(folder / "x");
+  NSError error;
+  EXPECT_FALSE(NSFileWrapper::initWithPath(disk.string("0"), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
 }
 
 TEST(FileWrapper, OddPathsHaveAReason) {

@@ -37,13 +37,19 @@ TEST(RTFReader, Text) {
            Case{"a\\\nb\\\r\nc", "a\nb\nc"},
            Case{"\\{\\}\\\\\\~\\_\\-\\tab\\line\\page\\emdash\\ldblquote x\\bullet",
                 "{}\\\u00a0\u2011\u00ad\t\u2028\f\u2014\u201cx\u2022"},
+           Case{"\\endash\\emspace\\enspace\\qmspace\\lquote\\rquote\\rdblquote\\lbr\\column\\\tx",
+                "\u2013\u2003\u2002\u2005\u2018\u2019\u201d\u2028\f\tx"},
+           Case{"\\zwj\\zwnj\\zwbo\\zwnbo\\ltrmark\\rtlmark x", "\u200d\u200c\u200b\u2060\u200e\u200fx"},
+           Case{"a\\sect b\\par\\sect c", "a\nb\nc"},
            Case{"\\'e4\xe4\\'80", "\u00e4\u00e4\u20ac"},
            Case{"\\f2\\'cf\\'f0\\f4\\'e1\\f0\\'e1", "\u041f\u0440\u03b1\u00e1"},
            Case{"\\f1\\'83A\\'83\\'5c\\'b1\x82\xa0\\'83{\\b x}", "\u30a2\u30bd\uff71\u3042\ufffdx"},
            Case{"\\f1\\'83\\\\x", "\u30bdx"},
+           Case{"\\f1\\'82\\'20\\'83A\\'ff", "\ufffd \u30a2\ufffd"},
            Case{"\\f5\\'c4\\'e3", "\u4f60"},
-           Case{"\\f3\\'b7", "\u2022"},
+           Case{"\\f3\\'b7\\'a7\\f0\\'a7", "\u2022\u25aa\u00a7"},
            Case{"\\u8364?x\\uc2\\u-10179ab\\u-8704\\'61\\'62z\\uc0\\u97 b", "\u20acx\U0001f600zab"},
+           Case{"\\uc1\\u97\xe4\xe4\\u98\\~\\~\\u99\\bin3 xyzd", "a\u00e4b\u00a0cd"},
            Case{"{\\uc3\\u97 xyz}\\u98 xy", "aby"},
            Case{"\\u97\\par\\u98{x}y", "a\nbxy"},
            Case{"\\u97 \\bullet b", "ab"},
@@ -65,6 +71,17 @@ TEST(RTFReader, Text) {
     EXPECT_EQ(textOf(std::string(kFonts) + std::string(c.source)), c.expected) << c.source;
 }
 
+TEST(RTFReader, BytesWithoutACodePage) {
+  for (const Case &c : {
+           Case{"\\ansi \\'80\\'8a", "\u20ac\u0160"},
+           Case{"\\mac \\'80\\'a5", "\u00c4\u2022"},
+           Case{"\\pc \\'81\\'e0\\'9b", "\u00fc\u03b1\u00a2"},
+           Case{"\\pca \\'81\\'e0\\'9b", "\u00fc\u00d3\u00f8"},
+       })
+    EXPECT_EQ(initWithRTF(dataOf("{\\rtf1" + std::string(c.source) + "}")).string().UTF8String(), c.expected)
+        << c.source;
+}
+
 TEST(RTFReader, Attributes) {
   constexpr std::string_view kTables =
       "{\\fonttbl{\\f0\\froman Times{\\*\\falt X};}{\\f1 "
@@ -81,7 +98,8 @@ TEST(RTFReader, Attributes) {
                 "[x] font=Times underline=3 underlinecolor=255.0.0\n[y] font=Times underlinecolor=255.0.0\n"},
            Case{"\\super x\\sub y\\nosupersub\\up6 z",
                 "[x] font=Times superscript=1\n[y] font=Times superscript=-1\n[z] font=Times offset=3\n"},
-           Case{"\\expndtw20\\strike x", "[x] font=Times strike=1 kern=1\n"},
+           Case{"\\expndtw20\\strike x\\expnd-6 y",
+                "[x] font=Times strike=1 kern=1\n[y] font=Times strike=1 kern=-1.5\n"},
            Case{"\\li720\\fi-360\\ri100\\qj x\\par\\pard y",
                 "[x\\n] font=Times align=4 first=18 head=36 tail=5\n[y] font=Times\n"},
            Case{"x\\qc\\par", "[x\\n] font=Times align=2\n"},
@@ -91,16 +109,26 @@ TEST(RTFReader, Attributes) {
                 "[z] font=Times after=2 before=1\n"},
            Case{"\\tqr\\tx720\\tx1440 x", "[x] font=Times tab=2:36 tab=0:72\n"},
            Case{"\\outlinelevel1\\rtlpar x", "[x] font=Times direction=2 header=2\n"},
+           Case{"\\qr\\rtlpar\\qnatural\\pardirnatural x", "[x] font=Times\n"},
            Case{"{\\field{\\*\\fldinst{HYPERLINK \"http://a/\\\\\\\\b\" \\\\l \"c\" \\\\o "
                 "\"tip\"}}{\\fldrslt{\\ul x}}}y",
                 "[x] font=Times underline=1 link=http://a/\\b#c\n[y] font=Times\n"},
            Case{"{\\field{\\*\\fldinst PAGE}{\\fldrslt 3}}", "[3] font=Times\n"},
            Case{"{\\pict\\pngblip\\picwgoal200\\pichgoal100\\picscalex50 8950\n4e470d0a1a0a}",
                 "[\ufffc] font=Times file=picture1.png bytes=8 shown=5x5\n"},
+           Case{"{\\pict\\jpegblip\\picwgoal200\\pichgoal100\\picscaley300 ffd8ff}",
+                "[\ufffc] font=Times file=picture1.jpg bytes=3 shown=10x15\n"},
            Case{"{\\pict\\dibitmap0 00}{\\nonshppict{\\pict\\pngblip 00}}x", "[x] font=Times\n"},
            Case{"{{\\NeXTGraphic none.png \\width20 \\height20\n}\\'ac}x", "[x] font=Times\n"},
            Case{"\\pard{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart4}x\\par y\\par\\pard z",
                 "[\\t1.\\tx\\ny\\n] font=Times list=1073741824:{upper-roman}:4\n[z] font=Times\n"},
+           Case{
+               "{\\*\\pn\\pnlvlblt{\\pntxtb o}}u\\par\\pard{\\*\\pn\\pnlvlbody\\pnlcltr}v\\par"
+               "\\pard{\\*\\pn\\pnlvl2\\pnucltr}w\\par\\pard{\\*\\pn\\pnlcrm}x\\par\\pard{\\*"
+               "\\pn\\pnlcrm\\pndec}y",
+               "[u\\n] font=Times list=1073741824:{disc}:1\n[v\\n] font=Times list=1073741825:{lower-alpha}:1\n"
+               "[w\\n] font=Times list=1073741826:{upper-alpha}:1\n[x\\n] font=Times "
+               "list=1073741827:{lower-roman}:1\n[y] font=Times list=1073741828:{decimal}:1\n"},
        })
     EXPECT_EQ(describe(read(std::string(kTables) + std::string(c.source))), c.expected) << c.source;
 }
@@ -110,16 +138,18 @@ TEST(RTFReader, Lists) {
       "{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00);}}{"
       "\\listlevel\\levelnfc4\\levelstartat3"
       "{\\leveltext\\'04\\'00.(\\'01;}}\\listid7}{\\list{\\listlevel\\levelnfc23{\\leveltext\\'01\\u8226 "
-      "?;}}\\listid8}}"
+      "?;}}\\listid8}{\\list{\\listlevel\\levelnfc1}{\\listlevel\\levelnfc2}{\\listlevel\\levelnfc3}\\listid9}}"
       "{\\*\\listoverridetable{\\listoverride\\listid7\\ls1}{\\listoverride\\listid8\\ls2}"
       "{\\listoverride\\listid7{\\lfolevel\\listoverridestartat\\levelstartat9}\\ls3}{"
-      "\\listoverride\\listid99\\ls4}}";
+      "\\listoverride\\listid99\\ls4}{\\listoverride\\listid9\\ls6}}";
   for (const Case &c : {
            Case{"\\ls1\\ilvl0 x", "[x] list=1:{decimal}):1\n"},
            Case{"\\ls1\\ilvl1 x", "[x] list=1:{decimal}):1 list=2:{lower-alpha}:3\n"},
            Case{"\\ls2 x", "[x] list=10:{disc}:1\n"},
-           Case{"\\ls3 x", "[x] list=46:{decimal}):9\n"},
+           Case{"\\ls3 x", "[x] list=55:{decimal}):9\n"},
            Case{"\\ls4 x\\par\\ls5 y\\par\\ls0 z", "[x\\ny\\nz]\n"},
+           Case{"\\ls6\\ilvl2 x",
+                "[x] list=19:{upper-roman}.:1 list=20:{lower-roman}.:1 list=21:{upper-alpha}.:1\n"},
        })
     EXPECT_EQ(describe(read(std::string(kLists) + std::string(c.source))), c.expected) << c.source;
 }
@@ -148,6 +178,11 @@ TEST(RTFReader, Tables) {
            Case{"\\trowd\\clcbpat1\\clbrdrb\\brdrs\\brdrw40\\clpadl20\\clftsWidth2\\clwWidth2500\\clvertalc\\ce"
                 "llx9\\intbl a\\cell\\row",
                 "[a\\n] cell=1/1:0+1,0+1 padding=1 border=2 width=50% valign=1\n"},
+           // What belongs to the row's border or the paragraph's is none of the cell's.
+           Case{"\\trowd\\clbrdrb\\brdrs\\brdrw40\\brdrt\\brdrw60\\clbrdrl\\brdrs\\brdrw40\\trbrdrv\\brdrnone\\"
+                "cellx1000"
+                "\\intbl a\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 border=2 border=2 width=50pt\n"},
            // Cells without definitions, and a row without an end.
            Case{"\\intbl a\\cell b\\cell\\row\\intbl c",
                 "[a\\n] cell=1/2:0+1,0+1\n[b\\n] cell=1/2:0+1,1+1\n[c] cell=1/2:1+1,0+1\n"},

@@ -229,6 +229,24 @@ TEST(RTFRoundTrip, DatesHaveYearsOfFourDigits) {
   }
 }
 
+TEST(RTFRoundTrip, RaisedParagraphsEndOnTheLine) {
+  TextAttributes attributes;
+  attributes.superscript = 1;
+  NSMutableAttributedString builder;
+  builder.append(u"a\nb\n", Interned(attributes));
+  const std::string rtf(RTFFromRange(std::move(builder).attributedString(), {0, 4}).view());
+  std::size_t depth = 0;
+  std::vector<std::size_t> raisedSince;
+  for (std::size_t at = 0; at < rtf.size(); ++at) {
+    if (rtf[at] == '{') ++depth;
+    if (rtf[at] == '}' && --depth < (raisedSince.empty() ? 0 : raisedSince.back())) raisedSince.pop_back();
+    if (rtf.compare(at, 6, "\\super") == 0) raisedSince.push_back(depth);
+    if (rtf.compare(at, 5, "\\par\n") == 0) EXPECT_TRUE(raisedSince.empty()) << rtf;
+  }
+  EXPECT_EQ(describe(initWithRTF(NSData::dataWithBytes(rtf.data(), rtf.size()))),
+            "[a] superscript=1\n[\\n]\n[b] superscript=1\n[\\n]\n");
+}
+
 TEST(RTFRoundTrip, TextsStayThemselves) {
   for (unsigned seed = 0; seed < 150; ++seed) {
     Generator generator(seed);
