@@ -42,6 +42,20 @@ TEST(CGContext, IsInvalidBeyondItsLimits) {
   }
 }
 
+TEST(CGContext, TakesOverTheBitmapAndHowItIsDrawn) {
+  CGContext from(3, 2), context(1, 1);
+  EXPECT_TRUE(context.shouldAntialias());
+  EXPECT_EQ(context.interpolationQuality(), CGInterpolationQuality::standard);
+  from.setShouldAntialias(false);
+  from.setInterpolationQuality(CGInterpolationQuality::low);
+  from.fillRect({{2, 0}, {1, 1}}, {1, 0, 0});
+  context = std::move(from);
+  EXPECT_FALSE(context.shouldAntialias());
+  EXPECT_EQ(context.interpolationQuality(), CGInterpolationQuality::low);
+  EXPECT_EQ(context.width(), 3u);
+  EXPECT_EQ(pixelAt(context.makeImage(), 2, 1), kRedPixel);
+}
+
 TEST(CGContext, FillsFromTheLowerLeftCorner) {
   CGContext context(3, 2);
   context.fillRect({{0, 0}, {1, 1}}, {1, 0, 0});

@@ -73,6 +73,36 @@ TEST(DamagedMovie, SaysWhyItIsNull) {
   NSError error;
   EXPECT_FALSE(QTMovie::movieWithFile(folder.string("movie.mp4"), Deadline::after(0), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
+  EXPECT_FALSE(QTMovie::movieWithData(NSData::dataWithBytes("", 0), Deadline::never(), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+}
+
+TEST(DamagedMovie, CoversThatAreNoPicturesAreRefused) {
+  std::string bytes = sample("cover.mp3");
+  const std::size_t cover = bytes.find("\xff\xd8\xff");
+  ASSERT_LT(cover, bytes.size());
+  bytes.replace(cover + 3, 200, std::string(200, '\0'));
+  const auto movie =
+      QTMovie::movieWithData(NSData::dataWithBytes(bytes.data(), bytes.size()), Deadline::never());
+  ASSERT_TRUE(movie);
+  NSError error;
+  EXPECT_FALSE(movie->coverImage(&error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+}
+
+TEST(DamagedMovie, HeadersFarBehindThePicturesAreFound) {
+  std::string bytes = sample("ten-seconds.mp4");
+  const std::size_t header = bytes.find("moov") - 4;
+  bytes.insert(header, "\0\x10\0\0free"s + std::string((1 << 20) - 8, '\xff'));
+  const TemporaryFolder folder;
+  const auto fromFile = QTMovie::movieWithFile(folder.write("a.mp4", bytes), Deadline::never());
+  const auto fromData =
+      QTMovie::movieWithData(NSData::dataWithBytes(bytes.data(), bytes.size()), Deadline::never());
+  for (const auto *movie : {&fromFile, &fromData}) {
+    ASSERT_TRUE(*movie);
+    EXPECT_EQ(numberOfFrame((*movie)->frameImageAtTime(4.5)), 22);
+    EXPECT_EQ(numberOfFrame((*movie)->frameImageAtTime(1.1)), 5);
+  }
 }
 
 TEST(DamagedMovie, NamesDoNotMatter) {

@@ -188,7 +188,9 @@ TEST(NSPDFImageRep, DrawsItsFirstPage) {
     EXPECT_EQ(reps[0]->className(), u"NSPDFImageRep"_ns);
     EXPECT_EQ(reps[0]->size(), (NSSize{20, 40}));
     EXPECT_EQ(reps[0]->pixelsWide(), 0U);
+    EXPECT_EQ(reps[0]->pixelsHigh(), 0U);
     EXPECT_TRUE(reps[0]->hasAlpha());
+    EXPECT_EQ(dynamic_cast<NSPDFImageRep &>(*reps[0]).pageCount(), 1U);
     const CGImage image = drawn(*reps[0], 60, 120);
     EXPECT_EQ(pixelAt(image, 30, 58), kRedPixel);
     EXPECT_EQ(pixelAt(image, 30, 61), kNoPixel);
@@ -256,6 +258,7 @@ TEST(NSEPSImageRep, IsConvertedWhenItIsDrawn) {
     const auto reps = NSImageRep::imageRepsWithData(dataOfString(file), Deadline::after(60));
     ASSERT_EQ(reps.size(), 1U);
     EXPECT_EQ(reps[0]->className(), u"NSEPSImageRep"_ns);
+    EXPECT_TRUE(reps[0]->hasAlpha());
     NSError error;
     const CGImage image = drawn(*reps[0], 80, 40, {}, &error);
     ASSERT_TRUE(image) << error.localizedFailureReason.UTF8String();

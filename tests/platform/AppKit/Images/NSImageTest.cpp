@@ -127,6 +127,7 @@ TEST(NSImage, IsWhatIsDrawnWithItsFocus) {
   const auto *cached = dynamic_cast<NSCachedImageRep *>(image.representations().front().get());
   ASSERT_TRUE(cached);
   EXPECT_EQ(cached->size(), (NSSize{4, 2}));
+  EXPECT_EQ(cached->className(), u"NSCachedImageRep"_ns);
   EXPECT_EQ(pixelAt(cached->decodedImage(), 0, 1), kRedPixel);
   EXPECT_EQ(pixelAt(cached->decodedImage(), 1, 1), kBluePixel);
   EXPECT_EQ(before.representations().front()->representationClass(), NSImageRepClass::bitmap);

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: Apache-2.0
+//
+// Movies that are put together box by box.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "platform/QTKit/QTMovie.hpp"
+
+namespace nimbo {
+namespace {
+
+using namespace std::literals;
+
+constexpr std::uint32_t kWidth = 16;
+
+std::string number(std::uint64_t value, int bytes) {
+  std::string text;
+  for (int i = bytes - 1; i >= 0; --i) text += static_cast<char>(value >> (8 * i));
+  return text;
+}
+
+std::string box(const std::string &name, const std::string &content) {
+  return number(content.size() + 8, 4) + name + content;
+}
+
+/// A track of one sample, which stands behind the first eight bytes of the file.
+std::string track(int trackNumber, const std::string &handler, const std::string &description,
+                  std::uint32_t length, std::uint32_t height) {
+  constexpr std::uint32_t kOne = 1 << 16;
+  const std::string matrix =
+      number(kOne, 4) + std::string(12, '\0') + number(kOne, 4) + std::string(12, '\0') + number(kOne << 14, 4);
+  const std::string header = number(7, 4) + std::string(8, '\0') +
+                             number(static_cast<std::uint64_t>(trackNumber), 4) + number(0, 4) +
+                             number(1000, 4) + std::string(16, '\0') + matrix + number(kWidth * kOne, 4) +
+                             number(std::uint64_t{height} * kOne, 4);
+  const std::string table =
+      box("stsd", number(0, 4) + number(1, 4) + description) +
+      box("stts", number(0, 4) + number(1, 4) + number(1, 4) + number(1000, 4)) +
+      box("stsc", number(0, 4) + number(1, 4) + number(1, 4) + number(1, 4) + number(1, 4)) +
+      box("stsz", number(0, 4) + number(length, 4) + number(1, 4)) +
+      box("stco", number(0, 4) + number(1, 4) + number(8, 4));
+  const std::string media =
+      box("mdhd", std::string(12, '\0') + number(1000, 4) + number(1000, 4) + number(0, 4)) +
+      box("hdlr", std::string(4, '\0') + "mhlr" + handler + std::string(13, '\0')) +
+      box("minf", box("stbl", table));
+  return box("trak", box("tkhd", header) + box("mdia", media));
+}
+
+/// The description of pictures whose pixels are a pair of Cb, Y, Cr and Y.
+std::string pictures(std::uint32_t height, const std::string &color) {
+  return box("2vuy", std::string(6, '\0') + number(1, 2) + std::string(16, '\0') + number(kWidth, 2) +
+                         number(height, 2) + number(72 << 16, 4) + number(72 << 16, 4) + number(0, 4) +
+                         number(1, 2) + std::string(32, '\0') + number(24, 2) + "\xff\xff" + color);
+}
+
+std::unique_ptr<QTMovie> movieOf(const std::string &sample, const std::string &tracks) {
+  const std::string header =
+      box("mvhd", std::string(12, '\0') + number(1000, 4) + number(1000, 4) + std::string(80, '\0'));
+  const std::string bytes = box("mdat", sample) + box("moov", header + tracks);
+  NSError error;
+  auto movie =
+      QTMovie::movieWithData(NSData::dataWithBytes(bytes.data(), bytes.size()), Deadline::never(), &error);
+  EXPECT_TRUE(movie) << error.localizedFailureReason.UTF8String();
+  return movie;
+}
+
+TEST(MadeMovie, BrightnessAndDifferencesBecomeColorsAsItSays) {
+  constexpr int kBrightness = 180, kBlueness = 60, kRedness = 150;
+  const auto nclc = [](int matrix) {
+    return box("colr", "nclc" + number(1, 2) + number(1, 2) + number(static_cast<std::uint64_t>(matrix), 2));
+  };
+  const struct {
+    const char *name;
+    std::string color;
+    std::uint32_t height;
+    /// The parts of red and blue in the brightness.
+    double red, blue;
+    bool isFull = false;
+  } cases[] = {
+      {"high definition", nclc(1), 8, 0.2126, 0.0722},
+      {"early", nclc(4), 8, 0.30, 0.11},
+      {"television", nclc(6), 8, 0.299, 0.114},
+      {"early high definition", nclc(7), 8, 0.212, 0.087},
+      {"ultra high definition", nclc(9), 8, 0.2627, 0.0593},
+      {"nothing said", "", 8, 0.299, 0.114},
+      {"nothing said, many rows", "", 720, 0.2126, 0.0722},
+      {"full", box("colr", "nclx" + number(1, 2) + number(1, 2) + number(1, 2) + "\x80"), 8, 0.2126, 0.0722,
+       true},
+  };
+  for (const auto &c : cases) {
+    std::string sample;
+    for (std::uint32_t i = 0; i < kWidth / 2 * c.height; ++i)
+      sample += number(kBlueness << 24 | kBrightness << 16 | kRedness << 8 | kBrightness, 4);
+    const auto movie = movieOf(sample, track(1, "vide", pictures(c.height, c.color),
+                                             static_cast<std::uint32_t>(sample.size()), c.height));
+    ASSERT_TRUE(movie) << c.name;
+    NSError error;
+    const CGImage frame = movie->frameImageAtTime(0, &error);
+    ASSERT_EQ(frame.width(), kWidth) << c.name << error.localizedFailureReason.UTF8String();
+    const double brightness = c.isFull ? kBrightness : (kBrightness - 16) * 255 / 219.0;
+    const double unit = c.isFull ? 1 : 255 / 224.0;
+    const double red = brightness + 2 * (1 - c.red) * (kRedness - 128) * unit;
+    const double blue = brightness + 2 * (1 - c.blue) * (kBlueness - 128) * unit;
+    const double green = (brightness - c.red * red - c.blue * blue) / (1 - c.red - c.blue);
+    const std::uint8_t *pixel = frame.pixels() + frame.bytesPerRow() * 4 + 8 * CGImage::kBytesPerPixel;
+    EXPECT_NEAR(pixel[0], red, 1.2) << c.name;
+    EXPECT_NEAR(pixel[1], green, 1.2) << c.name;
+    EXPECT_NEAR(pixel[2], blue, 1.2) << c.name;
+  }
+}
+
+TEST(MadeMovie, TellsOfItsTexts) {
+  const std::string sample(kWidth * 8 * 2, '\x80');
+  const std::string text = box("text", std::string(6, '\0') + number(1, 2) + std::string(43, '\0'));
+  const auto movie =
+      movieOf(sample, track(1, "vide", pictures(8, ""), static_cast<std::uint32_t>(sample.size()), 8) +
+                          track(2, "text", text, 2, 0));
+  ASSERT_TRUE(movie);
+  ASSERT_EQ(movie->tracks().size(), 2u);
+  EXPECT_EQ(movie->tracks()[0].mediaType, u"vide"_ns);
+  EXPECT_EQ(movie->tracks()[1].mediaType, u"text"_ns);
+}
+
+}  // namespace
+}  // namespace nimbo
