@@ -282,6 +282,11 @@ TEST(RTFReader, LimitsHold) {
   EXPECT_EQ(read("\\trowd" + repeated("\\cellx5", 10'000) + "\\intbl " + repeated("x\\cell ", 10'000) + "\\row")
                 .length(),
             20'000u);
+  // A field beyond the limit leaves that around it as it is.
+  EXPECT_EQ(describe(read(repeated("{\\field}", 65'535) +
+                          "{\\field{\\*\\fldinst{HYPERLINK a}}{\\fldrslt x{\\field{\\*\\fldinst{HYPERLINK "
+                          "b}}{\\fldrslt y}}}}{\\field{\\*\\fldinst{HYPERLINK c}}{\\fldrslt z}}")),
+            "[xy] link=a\n[z]\n");
   const NSAttributedString deep = read(repeated("\\intbl\\itap900 x\\nestcell", 10));
   EXPECT_EQ(deep.attributesAtIndex(0)->paragraphStyle->textBlocks.size(), 16u);
   EXPECT_EQ(read(repeated("\\tx5", 1000) + "x").attributesAtIndex(0)->paragraphStyle->tabStops.size(), 64u);

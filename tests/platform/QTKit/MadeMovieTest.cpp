@@ -111,6 +111,19 @@ TEST(MadeMovie, BrightnessAndDifferencesBecomeColorsAsItSays) {
   }
 }
 
+TEST(MadeMovie, PicturesOfASideTooLongAreRefused) {
+  for (const std::uint32_t height : {CGImage::kMaximumSide, CGImage::kMaximumSide + 1}) {
+    const std::string sample(std::size_t{kWidth} * height * 2, '\x80');
+    const auto movie = movieOf(
+        sample, track(1, "vide", pictures(height, ""), static_cast<std::uint32_t>(sample.size()), height));
+    ASSERT_TRUE(movie);
+    NSError error;
+    const bool isRight = height == CGImage::kMaximumSide;
+    EXPECT_EQ(movie->frameImageAtTime(0, &error).height(), isRight ? height : 0);
+    EXPECT_EQ(error.errorCode(), isRight ? ErrorCode::none : ErrorCode::tooLarge);
+  }
+}
+
 TEST(MadeMovie, TellsOfItsTexts) {
   const std::string sample(kWidth * 8 * 2, '\x80');
   const std::string text = box("text", std::string(6, '\0') + number(1, 2) + std::string(43, '\0'));
