@@ -126,6 +126,19 @@ TEST(QTMovie, PostersAreWhereTheFileSays) {
   ASSERT_TRUE(movie);
   EXPECT_EQ(movie->attributeForKey(u"QTMoviePosterTimeAttribute"_ns), id(2.4));
   EXPECT_EQ(numberOfFrame(movie->posterImage()), 12);
+  // Behind many empty atoms nobody looks for it.
+  const std::size_t place = bytes.find("moov") - 4;
+  for (const auto &[atoms, poster] : {std::pair(90, id(2.4)), {110, id(0.0)}}) {
+    std::string longer = bytes;
+    for (int i = 0; i < atoms; ++i)
+      longer.insert(place, std::string("\0\0\0\x08"
+                                       "free",
+                                       8));
+    const auto other =
+        QTMovie::movieWithData(NSData::dataWithBytes(longer.data(), longer.size()), Deadline::never());
+    ASSERT_TRUE(other) << atoms;
+    EXPECT_EQ(other->attributeForKey(u"QTMoviePosterTimeAttribute"_ns), poster) << atoms;
+  }
 }
 
 TEST(QTMovie, TransparentColorsAreMultiplied) {

@@ -285,6 +285,8 @@ TEST(NSEPSImageRep, SaysWhyItIsNotDrawn) {
   EXPECT_FALSE(drawn(*reps[0], 40, 20, {}, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::damaged) << error.localizedFailureReason.UTF8String();
   EXPECT_FALSE(reps[0]->valueForKey(u"pdfImageRep"_ns));
+  EXPECT_FALSE(NSEPSImageRep::imageRepWithData(pagePDF(), {}, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
 }
 
 TEST(NSImageRep, SaysWhyThereIsNone) {
