@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "platform/CoreGraphics/CGImage.hpp"
 #include "platform/Foundation/NSData.hpp"
+#include "platform/ImageIO/CGImageSource.hpp"
 
 namespace nimbo {
 
@@ -53,6 +55,19 @@ inline CGImage quarteredImage(std::uint32_t width, std::uint32_t height, int alp
 inline NSData testPicture(const std::string &name) {
   return NSData::dataWithContentsOfFile(
       NSString::stringWithUTF8String(std::string(TEST_FILES "/image-thumbnail/") + name));
+}
+
+/// The small picture that the tests ask for.
+inline constexpr CGImageThumbnailOptions kThumbnail = {
+    .maxPixelSize = 16, .createFromImageIfAbsent = true, .withTransform = true};
+
+inline NSData dataWithBytes(std::string_view bytes) {
+  return NSData::dataWithBytes(bytes.data(), bytes.size());
+}
+
+inline CGImage thumbnail(const NSData &data, const CGImageThumbnailOptions &options, NSError *error = nullptr) {
+  const auto source = CGImageSource::sourceWithData(data, error);
+  return source ? source->createThumbnailAtIndex(0, options, error) : CGImage();
 }
 
 }  // namespace nimbo
