@@ -90,6 +90,8 @@ TEST(ImporterPlugIn, AttributesKeepTheirTypes) {
       {u"integer"_ns, -7},
       {u"string"_ns, NSString::stringWithCharacters(u"a\xd800 leaf")},
       {u"empty"_ns, u""_ns},
+      {u"data"_ns, NSData::dataWithBytes("x\0y", 3)},
+      {u"null"_ns, NSNull()},
       {u"array"_ns, NSArray{u"leaf"_ns, 2, 0.5, false, NSDate{3}, NSData::dataWithBytes("x", 1)}},
       {u"nothing"_ns, NSArray::array()},
   };

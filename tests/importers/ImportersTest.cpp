@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <initializer_list>
 #include <tuple>
 
 #include "Classes/MetaData/MetaDataImporter.hpp"
@@ -12,6 +13,7 @@
 #include "tests/support/PDFSamples.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 #include "tests/support/WebArchiveSamples.hpp"
+#include "tests/support/ZipSamples.hpp"
 
 namespace nimbo {
 namespace {
@@ -307,6 +309,96 @@ TEST_F(Importers, Documents) {
   }
 }
 
+/// A document of `parts`, each with the end of its content type; the first is the main one.
+std::string openXMLDocument(std::initializer_list<std::tuple<const char *, const char *, const char *>> parts,
+                            const char *references = "") {
+  std::string types = "<Types>";
+  ZipParts all;
+  for (const auto &[name, type, content] : parts) {
+    types += "<Override PartName='/"s + name + "' ContentType='application/vnd.openxmlformats-officedocument." +
+             type + "+xml'/>";
+    all.emplace_back(name, content);
+  }
+  const std::string main = all[0].first;
+  all.emplace_back("[Content_Types].xml", types + "</Types>");
+  all.emplace_back("_rels/.rels",
+                   "<Relationships><Relationship Id='r1' Target='" + main + "'/></Relationships>");
+  all.emplace_back("_rels/" + main + ".rels", "<Relationships>"s + references + "</Relationships>");
+  return storedZip(all);
+}
+
+std::string book(const std::string &chapter, const std::string &encrypted) {
+  return storedZip({{"META-INF/container.xml", "<container><rootfile full-path='b.opf'/></container>"},
+                    {"META-INF/encryption.xml",
+                     "<e><EncryptedData><CipherReference URI='" + encrypted + "'/></EncryptedData></e>"},
+                    {"b.opf",
+                     "<package><manifest><item id='a' href='a.xhtml'/><item id='b' href='b.xhtml'/></manifest>"
+                     "<spine><itemref idref='a'/><itemref idref='b'/></spine></package>"},
+                    {"a.xhtml", "<html><body><p>First</p></body></html>"},
+                    {"b.xhtml", chapter}});
+}
+
+TEST_F(Importers, PartsOfDocuments) {
+  constexpr const char *kDocument = "wordprocessingml.document.main";
+  const std::string chapter = "<html><body><p>Second</p></body></html>";
+  ZipParts many = {{"content.xml", "<o><p>Blatt</p></o>"}};
+  for (int i = 0; i <= 0xffff; ++i) many.emplace_back(std::to_string(i), "");
+  const struct {
+    const char *name;
+    std::string bytes;
+    NSString text;
+    ErrorCode code = ErrorCode::none;
+  } cases[] = {
+      // Runs of a text are one text, without its pronunciation; there is no fifth text.
+      {"shared.xlsx",
+       openXMLDocument(
+           {{"book.xml", "spreadsheetml.sheet.main", "<w><sheet name='Leaves' r:id='r2'/></w>"},
+            {"sheet.xml", "spreadsheetml.worksheet",
+             "<s><row><c t='s'><v>1</v></c><c t='s'><v>0</v></c></row>"
+             "<row><c t='s'><v>3</v></c><c t='s'><v>2</v></c><c t='s'><v>4</v></c><c t='s'><v>x</v></c>"
+             "<c t='inlineStr'><is><t>beech</t><rPh><t>bu</t></rPh><r><t>es</t></r></is></c></row></s>"},
+            {"texts.xml", "spreadsheetml.sharedStrings",
+             "<s> <si> <t>oak</t> </si><si><r><t>as</t></r><rPh><t>esche</t></rPh><r><t>h</t></r></si>"
+             "<si><t/></si><si><t>elm</t></si></s>"}},
+           "<Relationship Id='r1' Target='texts.xml'/><Relationship Id='r2' Target='sheet.xml'/>"),
+       u"Leaves\nash\toak\nelm\t\t\t\tbeeches"_ns},
+      // A chart's texts are text, and its numbers are not.
+      {"chart.docx",
+       openXMLDocument(
+           {{"a.xml", kDocument, "<d><p><r><t>re</t><noBreakHyphen/><t>bound</t></r></p></d>"},
+            {"chart.xml", "drawingml.chart",
+             "<c><cat><strCache><ptCount val='2'/><pt><v>oak</v></pt><pt><v>ash</v></pt></strCache></cat>"
+             "<val><numCache><pt><v>12</v></pt></numCache></val></c>"}},
+           "<Relationship Id='r1' Target='chart.xml'/>"),
+       u"re\u2011bound\noak\nash"_ns},
+      {"entity.docx",
+       openXMLDocument({{"a.xml", kDocument, "<!DOCTYPE d [<!ENTITY e 'x'>]><d><p><t>&e;</t></p></d>"}}),
+       NSString(), ErrorCode::damaged},
+      {"empty.docx", openXMLDocument({{"a.xml", kDocument, "<d/>"}}), NSString(), ErrorCode::incomplete},
+      {"locked.docx",
+       "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0') +
+           "E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0"s,
+       NSString(), ErrorCode::locked},
+      {"damaged.docx", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0'), NSString(),
+       ErrorCode::damaged},
+      {"locked.odt", storedZip({{"content.xml", "noise"}}, 1), NSString(), ErrorCode::locked},
+      {"many.odt", storedZip(many), u"Blatt"_ns, ErrorCode::incomplete},
+      {"open.epub", book(chapter, "font.otf"), u"First\nSecond"_ns},
+      {"locked.epub", book(chapter, "B.xhtml"), u"First"_ns, ErrorCode::locked},
+      {"long.epub", book("<p>Second</p>" + std::string(17 << 20, '\n') + "<p>Third</p>", ""),
+       u"First\nSecond"_ns, ErrorCode::incomplete},
+  };
+  for (const auto &[name, bytes, text, code] : cases) {
+    SCOPED_TRACE(name);
+    NSError error;
+    const NSDictionary found = metaData(folder.write(name, bytes), &error);
+    EXPECT_EQ(error.errorCode(), code) << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().UTF8String(), text.UTF8String());
+  }
+  expectAttributes(metaDataOf("language.fodt", "<o><meta><language>de</language></meta><p>Blatt</p></o>"),
+                   {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
+}
+
 TEST_F(Importers, RichText) {
   folder.write("leaf.rtfd/TXT.rtf", "{\\rtf1{\\info{\\title A title}}caf\\'e9\\line next\\par}");
   for (const NSString &path :
@@ -329,6 +421,7 @@ TEST_F(Importers, RichText) {
 constexpr std::string_view kPage =
     "<!DOCTYPE html><html lang=de><head><title>\n A  <page> &amp; more </title><meta name=Author "
     "content='Rowan F.'>"
+    "<meta name=GENERATOR content='Quill &amp; Co'>"
     "<meta content='leaf, quiver;oak' name=keywords><meta name=description content='a &amp; b'>"
     "<title>Other</title>"
     "</head><body><svg><title>Drawing</title></svg><p>Gr\xc3\xbc\xc3\x9f"
@@ -370,6 +463,7 @@ TEST_F(Importers, Pages) {
                                {u"kMDItemAuthors"_ns, NSArray{u"Rowan F."_ns}},
                                {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns, u"oak"_ns}},
                                {u"kMDItemDescription"_ns, u"a & b"_ns},
+                               {u"kMDItemCreator"_ns, u"Quill & Co"_ns},
                                {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}};
   const id archive =
       listOfArchive(listOfResource(kPage, u"http://example.org/"_ns, u"text/html"_ns, u"UTF-8"_ns), {},

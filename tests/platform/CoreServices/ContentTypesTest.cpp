@@ -5,6 +5,8 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
+#include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -163,6 +165,42 @@ TEST(ContentTypes, LooksIntoContainers) {
       {"ppt", container("powerpoint.ole"), "com.microsoft.powerpoint.ppt"},
       {"msg", container("message.ole"), "com.microsoft.outlook.msg"},
   });
+}
+
+/// A compound file whose folder begins in a sector whose successor stands in the part `index` of the allocation
+/// table; the second sector of the folder tells what the file is.
+std::string compoundFileWithTablePart(std::uint32_t index) {
+  constexpr std::uint32_t kHeader = 512 / 4, kPerTable = 128, kInHeader = 109, kPerList = 127;
+  const std::uint32_t folder = index * kPerTable;
+  // Lists of the parts stand in the first sectors, behind them the part itself.
+  const std::uint32_t lists = (index - kInHeader) / kPerList + 1;
+  std::vector<std::uint32_t> numbers(kHeader * (folder + 3));
+  const auto sector = [&](std::uint32_t number) { return numbers.data() + kHeader * (number + 1); };
+  numbers[0] = 0xe011cfd0;
+  numbers[1] = 0xe11ab1a1;
+  numbers[7] = 9u << 16;
+  numbers[12] = folder;
+  numbers[17] = 0;
+  for (std::uint32_t i = 0; i < lists; ++i) sector(i)[kPerList] = i + 1;
+  sector(lists - 1)[(index - kInHeader) % kPerList] = lists;
+  sector(lists)[0] = folder + 1;
+  sector(lists)[1] = 0xfffffffe;
+  sector(folder)[19] = 4;
+  const std::u16string_view name = u"WordDocument";
+  std::memcpy(sector(folder + 1), name.data(), name.size() * sizeof name[0]);
+  sector(folder + 1)[16] = static_cast<std::uint32_t>((name.size() + 1) * sizeof name[0]);
+  sector(folder + 1)[17] = sector(folder + 1)[18] = 0xffffffff;
+  return {reinterpret_cast<const char *>(numbers.data()), numbers.size() * sizeof numbers[0]};
+}
+
+TEST(ContentTypes, LooksIntoLargeContainers) {
+  for (const std::uint32_t index : {109u, 110u, 109u + 126, 109u + 127, 109u + 2 * 127}) {
+    std::string content = compoundFileWithTablePart(index);
+    EXPECT_EQ(typeOfContainer(content), "application/msword") << index;
+    // A list that leads nowhere ends the folder behind its first sector.
+    content.replace(68, 4, "\xfe\xff\xff\xff");
+    EXPECT_NE(typeOfContainer(content), "application/msword") << index;
+  }
 }
 
 /// Cut, with each byte changed, and with each four bytes leading back: it ends, and nothing is read outside.
