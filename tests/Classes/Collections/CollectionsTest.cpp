@@ -102,12 +102,18 @@ TEST(Arrays, MoveInsertAndCopy) {
   setCount(array, 3);
   addObjects(array, {3, id(), 4});
   EXPECT_EQ(array, (NSArray{1, 1, 2, 3}));
+  EXPECT_EQ(firstObject(bac), u"b"_ns);
+  EXPECT_FALSE(firstObject(NSArray::array()));
+  EXPECT_TRUE(containsObjectIdenticalTo(abc, abc[2]));
+  EXPECT_FALSE(containsObjectIdenticalTo(abc, NSString::stringWithUTF8String("c")));
   EXPECT_EQ(arrayByRemovingObject(array, 1), (NSArray{2, 3}));
   EXPECT_TRUE(arrayByRemovingObject(array, 1.0).identicalTo(array));
   EXPECT_TRUE(arrayByRemovingObjectIdenticalTO(abc, NSString::stringWithUTF8String("a")).identicalTo(abc));
   EXPECT_EQ(arrayByRemovingObjectIdenticalTO(abc, abc[0]).count(), 2u);
   EXPECT_EQ(subarrayWithoutObjectAtIndex(array, 1), (NSArray{1, 2, 3}));
   EXPECT_TRUE(subarrayWithoutObjectAtIndex(array, 4).identicalTo(array));
+  appendObjects(array, {4, id(), 5});
+  EXPECT_EQ(array, (NSArray{1, 1, 2, 3, 4}));
 }
 
 /// By the tens; the context counts the calls.
@@ -128,6 +134,9 @@ TEST(Arrays, AreSortedStably) {
   std::stable_sort(numbers.begin() + 10, numbers.end(),
                    [](const id &a, const id &b) { return compareTens(a, b, nullptr) < 0; });
   EXPECT_EQ(array, NSArray(numbers));
+  NSArray ends{13, 30, 5, 12};
+  quickSortUsingFunction(ends, compareTens, nullptr);
+  EXPECT_EQ(ends, (NSArray{5, 13, 12, 30}));
   for (const NSRange outside : {NSRange{2999, 2}, NSRange{3001, 0}, NSRange{1, 0xffffffff}}) {
     NSArray same = before;
     quickSortUsingFunction(same, compareTens, outside, nullptr);
@@ -170,6 +179,11 @@ TEST(Arrays, AreSearchedAndWalked) {
   applyFunction(array, [](const id &each, void *pointer) { static_cast<NSArray *>(pointer)->addObject(each); },
                 &array, {1, 2});
   EXPECT_EQ(array, (NSArray{5, 11, 12, 13, 30, 31, 11, 12}));
+  NSArray walked;
+  applyFunction(
+      NSArray{1, 2, 3}, [](const id &each, void *pointer) { static_cast<NSArray *>(pointer)->addObject(each); },
+      &walked);
+  EXPECT_EQ(walked, (NSArray{1, 2, 3}));
 }
 
 TEST(Dictionaries, ConvertTheirValues) {
@@ -220,6 +234,17 @@ TEST(Dictionaries, StoreWhatTheyGiveBack) {
   NSDictionary dictionary;
   setUnsignedLong(dictionary, 0xfedcba9876543210, u"l"_ns);
   EXPECT_EQ(unsignedLongForKey(dictionary, u"l"_ns), 0xfedcba9876543210);
+  setInteger(dictionary, std::numeric_limits<std::int32_t>::min(), u"i"_ns);
+  setUnsignedInt(dictionary, std::numeric_limits<std::uint32_t>::max(), u"u"_ns);
+  setLongLong(dictionary, std::numeric_limits<std::int64_t>::min() + 1, u"ll"_ns);
+  setDouble(dictionary, 1e300, u"d"_ns);
+  setString(dictionary, u"leaf"_ns, u"s"_ns);
+  EXPECT_EQ(dictionary.objectForKey(u"i"_ns), id(-2147483648LL));
+  EXPECT_EQ(dictionary.objectForKey(u"u"_ns), id(4294967295LL));
+  EXPECT_EQ(dictionary.objectForKey(u"ll"_ns), id(-9223372036854775807LL));
+  EXPECT_EQ(dictionary.objectForKey(u"d"_ns), id(1e300));
+  EXPECT_EQ(dictionary.objectForKey(u"s"_ns), u"leaf"_ns);
+  for (const NSString &key : {u"i"_ns, u"u"_ns, u"ll"_ns, u"d"_ns, u"s"_ns}) dictionary.removeObjectForKey(key);
   for (const float number : {0.1F, -1.0e-45F, 3.4028235e38F, 8388607.5F, 2147483648.0F}) {
     setFloat(dictionary, number, u"f"_ns);
     EXPECT_EQ(floatForKey(dictionary, u"f"_ns), number);

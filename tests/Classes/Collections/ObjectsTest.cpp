@@ -47,6 +47,11 @@ TEST(NSObject, AnswersByName) {
   EXPECT_FALSE(getSafeValueForKey(counter, u"unknown"_ns));
   EXPECT_EQ(counter.performSelector(u"add:"_ns, 2), 7);
   EXPECT_EQ(counter.performSelector(u"valueForKey:"_ns, u"className"_ns), u"Counter"_ns);
+  EXPECT_EQ(counter.performSelector(u"className"_ns), u"Counter"_ns);
+  EXPECT_EQ(counter.performSelector(u"isKindOfClass:"_ns, u"NSObject"_ns), true);
+  EXPECT_EQ(counter.performSelector(u"isKindOfClass:"_ns, u"RespondsToListener"_ns), false);
+  EXPECT_EQ(counter.performSelector(u"respondsToSelector:"_ns, u"add:"_ns), true);
+  EXPECT_EQ(counter.performSelector(u"respondsToSelector:"_ns, u"subtract:"_ns), false);
   EXPECT_THROW(counter.performSelector(u"subtract:"_ns), NSException);
 
   EXPECT_TRUE(classDescriptionIsEqualTo(counter, u"Counter"_ns));

@@ -58,6 +58,8 @@ TEST(FileAttributes, AreThoseOfTheFileSystem) {
   EXPECT_EQ(fileType(folder.string("")), NSFileTypeDirectory());
   EXPECT_EQ(fileType(folder.string("fifo")), NSFileTypeUnknown());
   EXPECT_EQ(fileType(u"/dev/null"_ns), NSFileTypeCharacterSpecial());
+  ASSERT_EQ(::mknod((folder.path() / "socket").c_str(), S_IFSOCK | 0600, 0), 0);
+  EXPECT_EQ(fileType(folder.string("socket")), NSFileTypeSocket());
   EXPECT_EQ(fileSize(file), 7u);
   EXPECT_EQ(fileSize(link), 4u);
   EXPECT_EQ(filePosixPermissions(file), 04751u);

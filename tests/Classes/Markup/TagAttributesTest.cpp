@@ -58,6 +58,8 @@ TEST(TagAttributes, AreReadFromTags) {
     const std::u16string_view text = test.text;
     const ExactBuffer tag(text);
     expectValue(test, attributeOfTagCharacters(tag.data(), lengthOf(text), test.name));
+    const std::u16string amidst = u"<a x=z>" + std::u16string(text) + u"<a x=z>";
+    expectValue(test, attributeOfTagCharacters(amidst.data(), NSRange{7, lengthOf(text)}, test.name));
     expectValue(test, attributeOfTagWithName(exactString(text), NSString::stringWithUTF8String(test.name)));
   }
 }

@@ -135,6 +135,13 @@ TEST(PageFacts, TheDublinCoreIsIndexedFirst) {
   EXPECT_FALSE(indexTitle);
   htmlMetaKeywords(u"<meta name=title content=c><title>b</title>"_ns, nullptr, nullptr, &title, nullptr);
   EXPECT_EQ(title, u"c"_ns);
+  htmlMetaKeywords(
+      u"<meta name=keywords content=a><meta name=DC.Keywords content=b><meta name=dc.keywords content=c>"
+      u"<title>d</title><meta name=dc.title content=e><meta name=dc.title content=f>"_ns,
+      &keywords, &description, &title, nullptr);
+  EXPECT_EQ(keywords, u"b c"_ns);
+  EXPECT_FALSE(description);
+  EXPECT_EQ(title, u"e"_ns);
 }
 
 TEST(PageFacts, BaseTagsAreAddedSetAndRemoved) {

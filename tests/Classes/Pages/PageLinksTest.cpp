@@ -104,6 +104,8 @@ TEST(PageLinks, FramesComeWithFacts) {
   EXPECT_TRUE(isFeed);
   EXPECT_FALSE(isSet);
   EXPECT_EQ(htmlLinksAndFramesBaseURL(page, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
+  EXPECT_EQ(htmlFramesSet(page, nullptr, nullptr), (std::vector{u"a"_ns, u"b"_ns}));
+  EXPECT_EQ(htmlLinksAndFramesSet(page, nullptr, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
   EXPECT_TRUE(ask(u"<html><rss>"_ns).empty());
   EXPECT_FALSE(isFeed);
   // The long s is no s, although it is one in capitals.

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <utility>
 
 #include "Classes/Files/NSBundle+NSBundleNimboExtensions.hpp"
 #include "Classes/Paths/NSMutableString+NSStringNimboPathExtensions.hpp"
@@ -30,9 +31,20 @@ NSString repeated(const NSString &part, int count) {
   return std::move(result).string();
 }
 
-TEST(StandardDirectories, KnowTemporaryPaths) {
+TEST(StandardDirectories, AreInTheHomeFolderAndKnowTemporaryPaths) {
   const std::string library = NSHomeDirectory().UTF8String() + "/Library";
   EXPECT_EQ(pathInApplicationSupportDirectory(u"a"_ns).UTF8String(), library + "/Application Support/a");
+  const std::string home = NSHomeDirectory().UTF8String();
+  const std::pair<NSString, std::string> paths[] = {
+      {homeDirectory(), home},
+      {desktopDirectory(), home + "/Desktop"},
+      {cachesDirectory(), library + "/Caches"},
+      {preferencesDirectory(), library + "/Preferences"},
+      {pathInHomeDirectory(u"a/b"_ns), home + "/a/b"},
+      {pathInCachesDirectory(u"a"_ns), library + "/Caches/a"},
+      {pathInPreferencesDirectory(u"a.plist"_ns), library + "/Preferences/a.plist"},
+  };
+  for (const auto &[path, expected] : paths) EXPECT_EQ(path.UTF8String(), expected);
   ASSERT_EQ(::setenv("TMPDIR", "/own/temporary", 1), 0);
   const NSString mail = pathInLibraryDirectory(u"Mail/x.mimeattach/a.pdf"_ns);
   for (const NSString &path : {u"/tmp"_ns, u"/tmpfiles/a"_ns, u"/var/tmp/"_ns, u"/own/temporary/a"_ns, mail})

@@ -148,6 +148,9 @@ TEST(PlainText, DecodesReferences) {
   expectTexts({.stdEntities = false}, {{page, "&lt; &amp; \xc3\xa9&lt"}});
   expectTexts({.entities = false}, {{page + "&quot", "< & &eacute;&lt&quot"}});
   expectTexts({.entities = false, .stdEntities = false}, {{page, page.substr(0, 19) + "&lt"}});
+  for (const bool nonUmlauted : {false, true})
+    EXPECT_EQ(stringByConvertingHtml2PlainTextNonUmlauted(u"<p>caf\u00e9</p>"_ns, nonUmlauted),
+              nonUmlauted ? u"\n\ncafe\n\n"_ns : u"\n\ncaf\u00e9\n\n"_ns);
   expectTexts({.nonUmlauted = true}, {{"caf\xc3\xa9<b>\xc3\xa9t\xc3\xa9", "cafe\xc3\xa9t\xc3\xa9"}});
 }
 
@@ -240,6 +243,7 @@ TEST(PlainText, RemovesJunkWhenAsked) {
            {"<li><ul hidden><li>x</ul>y<li hidden>x<ol><li>x</ol>x<li>z", "\n\ny\nz"},
            {"<p><b hidden>x</p>y<div hidden>x</p>x</form>x</div>z", "\n\n\n\ny\n\nz"},
            {"<select><option hidden>x<option>x</select>y", "y"},
+           {"<select multiple><optgroup hidden><option>x<option>x<optgroup><option>y</select>z", "y z"},
            {"a<img hidden alt=x>b<input style='display:none' value=x>c", "a b c"},
            {"<div hidden>x<body>y", "y"},
            {"a<b>" + longer + "</b>", "a"},

@@ -142,6 +142,9 @@ TEST(URLTypes, AreListedInOrder) {
   }
   EXPECT_EQ(binaryFileTypes(), binaryFileTypesIncludingRichText(true, true, true, true, true, true));
   EXPECT_EQ(officeTypes().back(), u"ai"_ns);
+  for (const NSString &extension : {u"sgml"_ns, u"xml"_ns, u"opml"_ns})
+    EXPECT_EQ(std::ranges::count(markupTypes(), extension), 1) << extension.UTF8String();
+  EXPECT_EQ(std::ranges::count(markupTypes(), u"html"_ns), 0);
 }
 
 TEST(Links, AreFollowedByModeAndLevel) {
@@ -378,6 +381,13 @@ TEST(Components, AreThoseOfTheURL) {
       {simplifiedStringURL(url("file:///a/./b;c/d;e")), "/a/b;c/d;e"},
       {simplifiedStringURLByRemovingSessionIDs(url("file:///a;sid=1"), true, true, true, true, true),
        "/a;sid=1"},
+      {stringURLByRemovingSessionIDs(url("http://h/a;jsessionid=1/b?PHPSESSID=2&utm_x=3&c=")),
+       "http://h/a/b?utm_x=3&c="},
+      {stringURLByRemovingSessionIDs(url("file:///a/./b;jsessionid=1")), "/a/b;jsessionid=1"},
+      {stringURLByRemovingAnalytics(url("http://h/?utm_x=1&PHPSESSID=2&c=")), "http://h/?PHPSESSID=2&c="},
+      {stringURLByRemovingEmptyParams(url("http://h/index.html?c=&utm_x=1")), "http://h/index.html?utm_x=1"},
+      {stringURLByRemovingIndexPages(url("http://h/index.html#b")), "http://h/#b"},
+      {stringURLByRemovingIndexPages(url("file:///a/./index.html")), "/a/index.html"},
       {lastPathComponent(url("file:///a;b.txt")), "a;b.txt"},
       {pathExtension(url("file:///a;b.txt")), "txt"},
       {baseDirectory(url("file:///a;b/c")), "/a;b/"},

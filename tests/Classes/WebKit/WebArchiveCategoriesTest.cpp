@@ -61,6 +61,9 @@ TEST(SearchableText, HasTheTextOfEveryFrame) {
   const NSDictionary framesOnly = listOfArchive({}, {}, NSArray{frame("<body>a", "a"), frame("<body>b", "b")});
   EXPECT_EQ(searchableText(archiveOfList(framesOnly)), u"\n\na\n\nb"_ns);
   EXPECT_EQ(searchableText(WebArchive()), NSString::string());
+  NSMutableString text(u"before"_ns);
+  appendSearchableTextTo(archiveOfList(framesOnly), text);
+  EXPECT_EQ(std::move(text).string(), u"before\n\na\n\nb"_ns);
   NSString source = u"before"_ns;
   EXPECT_EQ(searchableTextAndSource(archiveOfList(framesOnly), &source), u"\n\na\n\nb"_ns);
   EXPECT_FALSE(source);

@@ -65,6 +65,13 @@ TEST(NSError, CodesOfOtherDomainsAreOther) {
   EXPECT_EQ((NSError{NSURLErrorDomain(), 2}.errorCode()), ErrorCode::other);
   EXPECT_EQ(NSError::errorWithFileErrno(EACCES).errorCode(), ErrorCode::unreadable);
   EXPECT_EQ(NSError::errorWithFileErrno(EMFILE).errorCode(), ErrorCode::other);
+  EXPECT_EQ(NSError::errorWithFileErrno(EISDIR).errorCode(), ErrorCode::unreadable);
+  for (const int number : {EFBIG, EOVERFLOW})
+    EXPECT_EQ(NSError::errorWithFileErrno(number).errorCode(), ErrorCode::tooLarge);
+  EXPECT_EQ(NSError::errorWithFileErrno(ENOMEM).errorCode(), ErrorCode::memoryLimit);
+  EXPECT_EQ(NSError::errorWithFileWritingErrno(EFBIG).errorCode(), ErrorCode::tooLarge);
+  for (const int number : {EACCES, EROFS, ENOSPC, EDQUOT, EOPNOTSUPP})
+    EXPECT_EQ(NSError::errorWithFileWritingErrno(number).errorCode(), ErrorCode::other) << number;
 }
 
 TEST(RegularFile, IsReadUpToALimit) {

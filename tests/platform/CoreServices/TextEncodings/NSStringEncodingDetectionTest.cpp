@@ -45,12 +45,25 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
       {"\xef\xbb\xbfK\xc3\xb6\xff.", "UTF-8", u"Kö�.", false, true},
       {"\xfe\xff" + wide(line, 2, true) + "x", "UTF-16", u"Köcher, 2 Stück\r\n", false, true},
       {"\xff\xfe\0\0"s + wide(line, 4, false), "UTF-32", u"Köcher, 2 Stück\r\n"},
+      // What is no character, behind a mark.
+      {"\xff\xfe\0\0"s + wide(std::u32string(40, U'x') + U'\x110000' + std::u32string(40, U'y'), 4, false),
+       "UTF-32", u"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx\ufffdyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyyy",
+       false, true},
       {"\0\0\xfe\xff"s + wide(U"\U0001f343", 4, true), "UTF-32", u"🍃"},
       // Zero patterns, without a mark.
       {wide(line, 2, false), "UTF-16LE", u"Köcher, 2 Stück\r\n"},
       {wide(U"Лист, 2 листа\n", 2, true), "UTF-16BE", u"Лист, 2 листа\n"},
       {wide(U"화살은 화살통에 대가리까지", 2, true), "UTF-16BE", u"화살은 화살통에 대가리까지"},
       {wide(U"一葉落ちて天下の秋を知る。\n", 2, false), "UTF-16LE", u"一葉落ちて天下の秋を知る。\n"},
+      // A script beyond the first 65536 characters, once in each order.
+      {wide(U"\xd801\xdc00\xd801\xdc28\xd801\xdc01\xd801\xdc29\xd801\xdc02\xd801\xdc2a\xd801\xdc03\xd801\xdc2b"
+            U"\xd801\xdc04\xd801\xdc2c\xd801\xdc05\xd801\xdc2d.",
+            2, false),
+       "UTF-16LE", u"𐐀𐐨𐐁𐐩𐐂𐐪𐐃𐐫𐐄𐐬𐐅𐐭."},
+      {wide(U"\xd801\xdc00\xd801\xdc28\xd801\xdc01\xd801\xdc29\xd801\xdc02\xd801\xdc2a\xd801\xdc03\xd801\xdc2b"
+            U"\xd801\xdc04\xd801\xdc2c\xd801\xdc05\xd801\xdc2d.",
+            2, true),
+       "UTF-16BE", u"𐐀𐐨𐐁𐐩𐐂𐐪𐐃𐐫𐐄𐐬𐐅𐐭."},
       {wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
       // UTF-8: short, cut, with a little damage.
       {"caf\xc3\xa9 \xe2\x82", "UTF-8", u"café ", false, true},

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -135,6 +136,29 @@ TEST(StringEncodings, TextComesInPieces) {
         EXPECT_EQ(decodeInSteps(each.bytes, each.encoding, step, units),
                   NSString::stringWithCharacters(each.text))
             << nameOf(each.encoding) << ' ' << step << ' ' << units;
+}
+
+TEST(StringEncodings, WhatIsClearedBeginsAnew) {
+  // Behind a character of the set that was announced and shifted to, and one that waits for what follows it.
+  const std::tuple<CFStringEncoding, std::u16string_view, std::string_view> cases[] = {
+      {kCFStringEncodingISO_2022_JP, u"\u66f8", "a"}, {kCFStringEncodingISO_2022_KR, u"\ud654", "\x1b$)Ca"},
+      {kCFStringEncodingUTF8, u"\xd83c", "a"},        {kCFStringEncodingBig5_HKSCS_1999, u"\u00ca", "a"},
+      {kCFStringEncodingMacKorean, u"\ud55c", "a"},
+  };
+  for (const auto &[encoding, before, bytes] : cases) {
+    SCOPED_TRACE(nameOf(encoding));
+    std::unique_ptr<TECConverter> converter;
+    ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingUnicode, encoding), noErr);
+    const auto convert = [&](std::u16string_view text) {
+      std::array<std::uint8_t, 64> output;
+      const std::span input(reinterpret_cast<const std::uint8_t *>(text.data()), text.size() * sizeof text[0]);
+      const std::size_t written = converter->convertText(input, output).writtenBytes;
+      return std::string(reinterpret_cast<const char *>(output.data()), written);
+    };
+    convert(before);
+    converter->clearContextInfo();
+    EXPECT_EQ(convert(u"a"), bytes);
+  }
 }
 
 /// The meaning of one code; nothing when it has none. `*isCut` gets whether it wants more bytes.
