@@ -507,6 +507,25 @@ class CommandTest(CommandTestCase):
             call.communicate()
         self.assertLessEqual(sorted((call.returncode for call in calls), reverse=True)[:2], [5, 0])
 
+    def test_status_tells_at_what_the_last_helper_died(self):
+        page = self.file("page.pdf", documents.pdf(("Words",) * 2000))
+        code = None
+        while code != 5:
+            # It may have answered before it is found at work or killed.
+            call = subprocess.Popen([COMMAND, "pdf", page], env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+            while call.poll() is None:
+                state = json.loads(self.run_command("status").stdout or "{}")
+                if "Working" in state:
+                    os.kill(state["ProcessIdentifier"], signal.SIGKILL)
+                    break
+            call.communicate()
+            code = call.returncode
+        done = self.run_command("status")
+        self.assertEqual((done.returncode, done.stdout), (2, b""))
+        lines = done.stderr.decode().splitlines()
+        self.assertEqual(lines[0], "quiverleaf: no helper is registered")
+        self.assertIn("the last one ended while it worked on attributed:stringWithPDF:", lines[1])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -3,6 +3,7 @@
 """The commands of the quiverleaf command that show pictures of files."""
 
 import base64
+import os
 import pathlib
 import shutil
 import subprocess
@@ -47,7 +48,8 @@ class PicturesTest(CommandTestCase):
         for side, size in ((None, (256, 171)), ("256", (256, 171)), ("90", (90, 60)), ("600", (600, 400)), ("9000", (1200, 800))):
             rest, written = self.written("image", "photo.png", *(["--size", side] if side else []))
             self.assertEqual((written, set(rest)), (size, {"Properties"}))
-        rest, written = self.written("image", "--text", "photo.png", "--size", "600")
+        # The beginning of a name is enough when no other has it.
+        rest, written = self.written("image", "--tex", "photo.png", "--siz=600")
         self.assertEqual((written, rest), ((600, 400), {"Size": "{1200, 800}", "PixelSize": "{1200, 800}", "Alpha": False}))
 
     def test_pages_are_drawn_at_any_size_and_read(self):
@@ -87,6 +89,34 @@ class PicturesTest(CommandTestCase):
             self.assertEqual(size_of_png(self.folder / "cover.png"), size)
         self.assert_fails(3, "no cover", "poster", "--cover", "movie.mp4", "-o", "none.png")
         self.assertFalse((self.folder / "none.png").exists())
+
+    @unittest.skipUnless(has_ffmpeg, "ffmpeg is not installed")
+    def test_sheets_show_frames_and_covers(self):
+        self.file("cover.png", png(300, 300, (30, 30, 200)))
+        cover = ("-i", "cover.png", "-map", "0:a", "-map", "1:v", "-c:v", "copy", "-disposition:v", "attached_pic")
+        self.ffmpeg("-f", "lavfi", "-i", "sine=duration=1", *cover, "covered.mp3")
+        self.ffmpeg("-f", "lavfi", "-i", "sine=duration=1", "bare.mp3")
+        self.ffmpeg("-f", "lavfi", "-i", "color=c=0x1e1ec8:size=320x180:duration=1", "movie.mp4")
+        self.file("damaged.mp4", (self.folder / "movie.mp4").read_bytes()[:100])
+        for name, is_shown in (("movie.mp4", True), ("covered.mp3", True), ("bare.mp3", False), ("damaged.mp4", False)):
+            done = self.run_command("sheet", name, "-o", "sheet.png")
+            self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
+            # The middle of the only picture.
+            self.ffmpeg("-i", "sheet.png", "-vf", "crop=1:1:112:112", "-f", "rawvideo", "-pix_fmt", "rgb24", "pixel")
+            red, green, blue = (self.folder / "pixel").read_bytes()
+            self.assertEqual(max(abs(red - 30), abs(green - 30), abs(blue - 200)) < 16, is_shown, (name, red, green, blue))
+
+    def test_sheets_have_a_limit_and_tell_terminals_how_far_they_are(self):
+        (self.folder / "many").mkdir()
+        for number in range(1000):
+            self.file(f"many/{number}.txt", b"")
+        self.assert_fails(1, "1000 files at most, and these are 1001", "sheet", "photo.png", "many", "-o", "out.png")
+        terminal, inside = os.openpty()
+        self.addCleanup(os.close, terminal)
+        done = self.run_command("sheet", "photo.png", "page.pdf", "-o", "out.png", capture_output=False, stderr=inside)
+        os.close(inside)
+        self.assertEqual(done.returncode, 0)
+        self.assertEqual(os.read(terminal, 4096), b"\r\x1b[K0 of 2 files\r\x1b[K1 of 2 files\r\x1b[K")
 
     def assert_fails_with_facts(self, *arguments):
         done = self.run_command(*arguments)

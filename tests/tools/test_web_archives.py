@@ -12,8 +12,11 @@ PAGE = """<!DOCTYPE html><title>Page</title><link rel="alternate STYLESHEET" hre
 <body background=d.gif style="background:url(&quot;d.gif&quot;)">Gr\u00fc\u00dfe<a href=other.html>no</a>
 <img src=sub%20dir/e.png#x srcset="f.png 1x, g.jpg, http://example.org/h.png 2x"><img src="data:image/gif;base64,R0">
 <picture><source srcset="caf\u00e9.webp 100w"></picture><input type=IMAGE src=what%3Fnow.png><video poster=poster.avif></video>
-<iframe name="a &amp; b" src=frame.html></iframe><iframe src=page.html></iframe><script src=code.js></script>"""
+<iframe name="a &amp; b" src=frame.html></iframe><iframe src=page.html></iframe><script src=code.js></script>
+<svg><image href=badge.png /></svg><link rel="shortcut ICON" href=icon.ico>"""
 FILES = {
+    "badge.png": "image b",
+    "icon.ico": "image i",
     "css/b.css": '@charset "utf-8"; @import "c.css"; @import URL(missing.css) screen; p { background: url(../d.gif) }',
     "css/c.css": '@import "b.css"; @font-face { src: url(f.woff2) format("woff2") } p::before { content: "i.png" }',
     "css/f.woff2": "font",
@@ -59,7 +62,7 @@ class WebArchiveTest(CommandTestCase):
     def test_a_page_is_collected_with_all_that_it_shows(self):
         archive = self.create("page.html", "g.jpg", "http://example.org/h.png", "missing.css", "page.html")
         inner = ("inner.xhtml", [], [])
-        resources = ["caf%C3%A9.webp", "css/b.css", "css/c.css", "css/f.woff2", "d.gif", "f.png", "poster.avif", "sub%20dir/e.png", "what%3Fnow.png"]
+        resources = ["badge.png", "caf%C3%A9.webp", "css/b.css", "css/c.css", "css/f.woff2", "d.gif", "f.png", "icon.ico", "poster.avif", "sub%20dir/e.png", "what%3Fnow.png"]
         self.assertEqual(names(archive, self.folder), ("page.html", resources, [("frame.html", ["d.gif"], [inner])]))
         main, frame = archive["WebMainResource"], archive["WebSubframeArchives"][0]["WebMainResource"]
         self.assertEqual((main["WebResourceData"].decode(), main["WebResourceTextEncodingName"]), (PAGE, "UTF-8"))
