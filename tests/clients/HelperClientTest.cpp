@@ -10,10 +10,12 @@
 #include <atomic>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/Foundation/Connection/ConnectionName.hpp"
@@ -294,6 +296,45 @@ TEST_F(HelperClientTest, AHelperThatAnOperationSpoiltMakesWayUnnoticed) {
     EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
     EXPECT_NE(client.helperProcessIdentifier(), before);
   }
+}
+
+TEST_F(HelperClientTest, AMovedClientKeepsItsHelper) {
+  HelperClient client;
+  const int helper = client.helperProcessIdentifier();
+  HelperClient moved = std::move(client);
+  EXPECT_EQ(moved.call(u"nil"_ns, {}).status, Status::nil);
+  HelperClient other;
+  other = std::move(moved);
+  EXPECT_EQ(other.helperProcessIdentifier(), helper);
+}
+
+TEST_F(HelperClientTest, TellsWhyNoHelperCanBeStarted) {
+  std::filesystem::create_directory(file(".start"));
+  HelperClient::Answer failure;
+  EXPECT_EQ(HelperClient().helperProcessIdentifier(&failure), 0);
+  EXPECT_EQ(failure.status, Status::unreachable);
+  EXPECT_EQ(failure.message, "Cannot open the lock of the name: Is a directory");
+  std::filesystem::remove(file(".start"));
+
+  std::ofstream(file()) << "no socket";
+  EXPECT_EQ(HelperClient().helperProcessIdentifier(&failure), 0);
+  EXPECT_EQ(failure.status, Status::unreachable);
+  EXPECT_EQ(failure.message, "A file that is no socket has the name of the connection");
+  std::filesystem::remove(file());
+
+  // One that never answers is ended.
+  HelperClient::Options options;
+  options.helperPath = folder / "silent";
+  std::ofstream(options.helperPath) << "#!/bin/sh\necho $$ >'" << (folder / "process").native()
+                                    << "'\nexec sleep 600\n";
+  std::filesystem::permissions(options.helperPath, std::filesystem::perms::owner_all);
+  EXPECT_EQ(HelperClient(options).helperProcessIdentifier(&failure), 0);
+  EXPECT_EQ(failure.status, Status::unreachable);
+  EXPECT_EQ(failure.message, options.helperPath + " does not answer");
+  int process = 0;
+  std::ifstream(folder / "process") >> process;
+  ASSERT_GT(process, 0);
+  EXPECT_NE(::kill(process, 0), 0);
 }
 
 TEST_F(HelperClientTest, AHelperWhoseProgramIsGoneIsReplaced) {

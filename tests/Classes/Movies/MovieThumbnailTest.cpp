@@ -32,6 +32,7 @@ TEST(MovieThumbnail, IsTheFrameAtHalfTheDurationInTheFirstSeconds) {
     EXPECT_EQ(image.size(), (NSSize{64, 48})) << name;
     EXPECT_EQ(attributes.objectForKey(u"QTMovieNaturalSizeAttribute"_ns), id(u"{64, 48}"_ns)) << name;
     EXPECT_FALSE(attributes.objectForKey(u"Stale"_ns));
+    EXPECT_EQ(numberOfFrame(thumbnailImageForMovieWithFile(path, Deadline::never())), number) << name;
     EXPECT_EQ(numberOfFrame(middleImageForMovieWithFile(path, Deadline::never())), number) << name;
     EXPECT_EQ(numberOfFrame(posterImageForMovieWithFile(path, Deadline::never())), 0) << name;
   }

@@ -57,6 +57,8 @@ TEST(NSStringFiles, ReadingWithDetection) {
       {"\xff", NSString(), NSUTF8StringEncoding, NSUTF8StringEncoding},
       // No text: read by force.
       {"\0\1\2\3\x8a"sv, u"\0\1\2\3ä"_ns, -16, kDetected},
+      {"\xff\xfe\1\0\2\0\3\0\4\0"sv, u"\1\2\3\4"_ns, 0, kDetected},
+      {"\xfe\xff\0\1\0\2\0\3\0\4"sv, u"\1\2\3\4"_ns, 0, kDetected},
       {"a", NSString(), -17, static_cast<NSStringEncoding>(-17)},
   };
   for (const Case &each : cases) {

@@ -198,6 +198,20 @@ TEST(BinaryPropertyList, TruncatedOrDamagedAnywhereNeverCrashes) {
   }
 }
 
+TEST(BinaryPropertyList, HasALimitOfObjects) {
+  const auto listOf = [](std::uint32_t objects) {
+    std::string count;
+    for (const int shift : {24, 16, 8, 0}) count += static_cast<char>(objects >> shift);
+    return "bplist00\x09" + std::string(objects, '\x08') + "\0\0\0\0\0\0\1\4\0\0\0\0"s + count +
+           std::string(15, '\0') + '\x09';
+  };
+  EXPECT_EQ(PropertyList::propertyListFromData(dataOf(listOf(PropertyList::kMaximumObjects))), id(true));
+  NSError error;
+  EXPECT_FALSE(
+      PropertyList::propertyListFromData(dataOf(listOf(PropertyList::kMaximumObjects + 1)), nullptr, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+}
+
 TEST(XMLPropertyList, ReadsEveryNotation) {
   std::string utf16 = "\xff\xfe";
   for (const char c : "<plist><true/></plist>"s) utf16 += {c, '\0'};
@@ -236,6 +250,11 @@ TEST(XMLPropertyList, RefusesBadInput) {
            {xmlOf("<integer>-</integer>"), "line 2: not an integer"},
            {xmlOf("<real>1,5</real>"), "line 2: not a real"},
            {xmlOf("<date>2001-02-29T00:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T24:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T00:00:00</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T00:00:00,5Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T00:00:00.Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T00:00:00.5eZ</date>"), "line 2: not a date"},
            {xmlOf("<data>YWJ</data>"), "line 2: not base64"},
            {xmlOf("<data>YWI=YWI=</data>"), "line 2: not base64"},
            {"<plist>" + deep, "line 1: Start-end tags mismatch"},

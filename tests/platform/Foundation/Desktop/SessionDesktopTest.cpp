@@ -3,6 +3,7 @@
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -284,6 +285,34 @@ TEST(SessionDesktop, GivesUpABusThatDoesNotGreet) {
   ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
   bus.join();
   std::fclose(stream);
+  ::close(listener);
+}
+
+TEST(SessionDesktop, FindsTheBusInTheFolderOfTheSession) {
+  const TemporaryFolder folder;
+  // The address of a bus has its own meaning of most of these.
+  const std::filesystem::path session = folder.path() / "a b,c=%41;d";
+  std::filesystem::create_directory(session);
+  const int listener = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = {}};
+  (session / "bus").native().copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+  ASSERT_EQ(::listen(listener, 1), 0);
+  bool isFound = false;
+  std::thread bus([listener, &isFound] {
+    pollfd waiting = {listener, POLLIN, 0};
+    isFound = ::poll(&waiting, 1, 10000) == 1;
+    if (isFound) ::close(::accept(listener, nullptr, nullptr));
+  });
+  ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  ::setenv("XDG_RUNTIME_DIR", session.c_str(), 1);
+  SessionDesktop desktop({.alertSeconds = 60, .browserTool = {}});
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(desktop.runAlert({.title = u"T"_ns}), std::nullopt);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "T\n");
+  ::unsetenv("XDG_RUNTIME_DIR");
+  bus.join();
+  EXPECT_TRUE(isFound);
   ::close(listener);
 }
 
