@@ -225,6 +225,9 @@ TEST_F(Importers, SayWhatIsWrong) {
       {"photo.txt", photo, ErrorCode::damaged, false},
       {"long.txt", std::string((16 << 20) + 1, 'x'), ErrorCode::incomplete, true},
       {"exact.txt", std::string(16 << 20, 'x'), ErrorCode::none, true},
+      {"long.rtf", "{\\rtf1 text}" + std::string((64 << 20) - 11, '\n'), ErrorCode::incomplete, true},
+      {"exact.rtf", "{\\rtf1 text}" + std::string((64 << 20) - 12, '\n'), ErrorCode::none, true},
+      {"empty.rtf", "", ErrorCode::incomplete, false},
   };
   for (const auto &[name, bytes, code, isAnswered] : cases) {
     NSError error;
