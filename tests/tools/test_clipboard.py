@@ -144,6 +144,12 @@ class ClipboardTest(CommandTestCase):
         self.assertEqual(size_of_png(self.folder / "out.png"), (30, 20))
         self.paste("--as", "rtfd", "-o", "out.rtfd")
         self.assertEqual(size_of_png(self.folder / "out.rtfd" / "picture.png"), (30, 20))
+        terminal, inside = os.openpty()
+        self.addCleanup(os.close, terminal)
+        self.addCleanup(os.close, inside)
+        done = self.run_command("paste", "--as", "png", capture_output=False, stdout=inside, stderr=subprocess.PIPE)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"a terminal shows no picture", done.stderr)
 
     def test_what_other_programs_copy_is_converted(self):
         start = '<meta charset="utf-8">\n'
