@@ -241,7 +241,9 @@ TEST(RTFRoundTrip, RaisedParagraphsEndOnTheLine) {
     if (rtf[at] == '{') ++depth;
     if (rtf[at] == '}' && --depth < (raisedSince.empty() ? 0 : raisedSince.back())) raisedSince.pop_back();
     if (rtf.compare(at, 6, "\\super") == 0) raisedSince.push_back(depth);
-    if (rtf.compare(at, 5, "\\par\n") == 0) EXPECT_TRUE(raisedSince.empty()) << rtf;
+    if (rtf.compare(at, 5, "\\par\n") == 0) {
+      EXPECT_TRUE(raisedSince.empty()) << rtf;
+    }
   }
   EXPECT_EQ(describe(initWithRTF(NSData::dataWithBytes(rtf.data(), rtf.size()))),
             "[a] superscript=1\n[\\n]\n[b] superscript=1\n[\\n]\n");
