@@ -188,7 +188,6 @@ void FlatDocumentStyles::applyTextStyle(std::string_view styleName, Look &look) 
 }
 
 void FlatDocumentStyles::applyTextProperties(const pugi::xml_node &properties, Look &look) const {
-  if (!properties) return;
   TextAttributes &text = look.text;
   with(properties, "fo:font-family",
        [&](std::string_view value) { text.font.familyName = firstFamily(value); });
@@ -224,7 +223,6 @@ void FlatDocumentStyles::applyTextProperties(const pugi::xml_node &properties, L
 }
 
 void FlatDocumentStyles::applyParagraphProperties(const pugi::xml_node &properties, Look &look) const {
-  if (!properties) return;
   NSParagraphStyle &paragraph = look.paragraph;
   const auto setLength = [&properties](const char *name, double &length) {
     with(properties, name,

@@ -17,7 +17,7 @@ using ZipParts = std::vector<std::pair<std::string, std::string>>;
 inline std::string storedZip(const ZipParts &parts, std::uint16_t flags = 0) {
   const auto number = [](std::size_t value, int bytes) {
     std::string text;
-    for (int i = 0; i < bytes; ++i) text += static_cast<char>(value >> (8 * i));
+    for (; bytes > 0; --bytes, value >>= 8) text += static_cast<char>(value);
     return text;
   };
   const auto checksum = [](std::string_view bytes) {

@@ -266,7 +266,9 @@ TEST(RTFWriter, AttachmentsGetNamesOfTheirOwn) {
   std::string names;
   for (const auto &entry : folder.fileWrappers()) names += entry.first.UTF8String() + " ";
   EXPECT_EQ(names, "TXT.rtf txt-1.RTF a.png A-1.png .._x ");
-  EXPECT_EQ(initWithRTFDFileWrapper(folder).length(), 5u);
+  DocumentAttributes attributes;
+  EXPECT_EQ(initWithRTFDFileWrapper(folder, &attributes).length(), 5u);
+  EXPECT_EQ(attributes.documentType, u"NSRTFD"_ns);
   EXPECT_EQ(initWithRTF(RTFFromRange(text, {0, 5})).length(), 0u) << "RTF alone holds pictures only";
 }
 

@@ -94,6 +94,10 @@ TEST_F(CSSCustomPropertiesTest, BoundsWhatGrows) {
   const auto properties = make(style);
   EXPECT_TRUE(properties->value(u"--v4"));
   EXPECT_FALSE(properties->value(u"--v39"));
+  const std::string longest(CSSCustomProperties::kMaximumValueLength, 'x');
+  const auto plain = make("--a:" + longest + ";--b:y" + longest);
+  EXPECT_TRUE(plain->value(u"--a"));
+  EXPECT_FALSE(plain->value(u"--b"));
   std::string deep;
   for (int i = 0; i < 5000; ++i) deep += "var(--none,";
   EXPECT_EQ(replaced(deep, properties), "invalid");

@@ -134,6 +134,7 @@ TEST(HTMLTreeTest, impliesEnds) {
       {"<ruby>a<rb>b<rt>c<rtc>d<rt>e<rp>f</ruby>g", "ruby('a' rb('b') rt('c') rtc('d' rt('e') rp('f'))) 'g'"},
       {"<form>a<div></form>b</div><form>c", "form('a' div('b')) form('c')"},
       {"<form><form>a</form>b", "form('a') 'b'"},
+      {"<table><form></table><p>a</form>b", "table(form) p('ab')"},
       {"<button>a<button>b", "button('a') button('b')"},
       {"<div><span></div>a</span>", "div(span) 'a'"},
       {"<x><y></x>a", "x(y) 'a'"},
