@@ -34,6 +34,9 @@ WORD = re.compile(r"[\w./:=~-]*[\w./:=~-]")
 FAILURE = re.compile(r'[\s{]*(return( (nil|false|nullptr|[\w:]*nullopt|-1|\{\}|u?" *"\w*|\w+(\(\)|\{\})))?|throw [^;]*);')
 CALL = re.compile(r"^ +[^\s(]*[\w>]\([^{}]*\);$")
 ASSIGNMENT = re.compile(r"^ +[^\s(]+ [-+*|&]?= [^{}]*;$")
+# The object that a call or an assignment changes; a call of a function may change any.
+CHANGED = re.compile(r" +(\w+)(?:(?:\.|->)[^\s(]+\(| [-+*|&]?= )")
+SETTER = re.compile(r" +([\w.>-]*\bset(?![a-z])\w*)\(")
 
 
 def masked(text):
@@ -99,6 +102,18 @@ def values(code, text):
             yield "constant", *match.span(2), inner[:-1]
 
 
+def are_ordered(first, second):
+    """Whether two statements may differ in the other order: not two settings, nor objects that neither shares with the other."""
+    setters = SETTER.match(first), SETTER.match(second)
+    if all(setters) and setters[0][1] == setters[1][1]:
+        return False
+    names = [set(re.findall(r"[A-Za-z_]\w*", line)) for line in (first, second)]
+    changed = CHANGED.match(first), CHANGED.match(second)
+    if not all(changed):
+        return True
+    return changed[0][1] in names[1] or changed[1][1] in names[0]
+
+
 def statements(code):
     """A call that is dropped, and two statements in the wrong order; each on a line of its own."""
     start, lines = 0, code.split("\n")
@@ -110,7 +125,7 @@ def statements(code):
         is_pair = re.match(" *", line)[0] == re.match(" *", following)[0]
         if is_pair and before.rstrip().endswith((";", "{", "}")):
             kinds = [bool(CALL.match(one)) + 2 * bool(ASSIGNMENT.match(one)) for one in (line, following)]
-            if all(kinds) and 1 in kinds:
+            if all(kinds) and 1 in kinds and are_ordered(line, following):
                 yield "swapped", start, end + 1 + len(following), None
         start = end + 1
 
