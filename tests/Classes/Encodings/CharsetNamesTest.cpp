@@ -27,7 +27,8 @@ TEST(CharsetNames, AreReadAsPeopleWriteThem) {
       {kCFStringEncodingISOLatinThai, {u"iso-8859-11"}},
       {kCFStringEncodingISOLatinHebrew, {u"visual", u"iso-8859-8-i"}},
       {kCFStringEncodingWindowsCyrillic, {u"windows-1251", u"CP1251", u"win1251", u"x-mac-1251"}},
-      {kCFStringEncodingWindowsLatin1, {u"windows", u"Windows-Western", u"windows-99999999999999999999"}},
+      {kCFStringEncodingWindowsLatin1,
+       {u"windows", u"Windows-Western", u"cp1252", u"windows-99999999999999999999"}},
       {kCFStringEncodingDOSRussian, {u"IBM866", u"866"}},
       {kCFStringEncodingMacRoman, {u"x-mac-roman", u"macintosh", u"mac", u"X-Mac", u"mac os roman"}},
       {kCFStringEncodingMacCentralEurRoman, {u"x-mac-ce", u"x-mac-centraleurroman"}},
@@ -48,8 +49,8 @@ TEST(CharsetNames, AreReadAsPeopleWriteThem) {
       {kCFStringEncodingKSC_5601_87, {u"KS_C_5601-1987"}},
       {kCFStringEncodingKSC_5601_92_Johab, {u"ksc5601-92"}},
       {kCFStringEncodingInvalidId,
-       {u"", u"l1", u"--", u"foo", u"auto", u"latin", u"x-mac-utf8", u"gb18030", u"885112", u"885401",
-        u"iso-8859-99999999999", u"x-visual", u"ks_c_5601-1992", u"\u0661252"}},
+       {u"", u"l1", u"--", u"foo", u"auto", u"latin", u"shift", u"e", u"x-mac-utf8", u"gb18030", u"885112",
+        u"885401", u"iso-8859-99999999999", u"x-visual", u"ks_c_5601-1992", u"\u0661252"}},
   };
   for (const Case &test : cases) {
     for (const std::u16string &name : test.names) {

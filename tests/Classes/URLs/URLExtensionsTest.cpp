@@ -254,6 +254,7 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"?\u20ac\u00fc", "http://h/a/b?%E2%82%AC%C3%BC"},
       {"http://x:99999999/", "http://x:99999999/"},
       {"http://x:y/", "-"},
+      {"http://a\u2100b/", "-"},
       {"http://[\u00e4]:\u00e4/", "-"},
       {"//[::1]:80/\u00e4", "http://[::1]:80/%C3%A4"},
       {"100%", "http://h/a/100%25"},
