@@ -159,6 +159,10 @@ TEST(FeedReading, ReadsWhatFeedsTellOfThemselves) {
   EXPECT_EQ(atom->format, FeedFormat::kAtom);
   EXPECT_EQ(atom->feedURL, u"s"_ns);
   EXPECT_EQ(shown(atom->header), "d:d|a:a|m:m|");
+  EXPECT_EQ(
+      OPMLOfFeed(*atom, NSURL()),
+      u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<opml version=\"2.0\">\n<head><title>Feed</title></head>\n"
+      u"<body>\n<outline type=\"rss\" text=\"Feed\" xmlUrl=\"s\" description=\"d\"/>\n</body>\n</opml>"_ns);
 }
 
 TEST(FeedReading, ReadsAndWritesJSONFeed) {

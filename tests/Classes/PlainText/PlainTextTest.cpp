@@ -119,6 +119,10 @@ TEST(PlainText, WritesEachTextOnce) {
           {"a<img alt='b &amp; c'>d<img src=e.png><input type=image alt=f>", "a b & c d f"},
           {"<input value=a><input type=SUBMIT value=b><input type=hidden value=c><input type=password value=d>",
            "a b"},
+          {"<input type=checkbox value=x><input type=Radio value=x><input type=file value=x><input type=color "
+           "value=x>"
+           "<input type=range value=x><input type=text value=a>",
+           "a"},
           {"<select><option>a<option>b</select><select multiple><option>c<option>d</select>", "a c d"},
           {"<select size=3><option>c<option>d<p>e", "c d\n\ne"},
           {"<marquee>a</marquee>b", "a\nb"},
@@ -259,6 +263,7 @@ TEST(PlainText, RemovesJunkWhenAsked) {
            {"<div hidden>x<body>y", "y"},
            {"<b style=font-size:3pt>x</b><b style=font-size:4px>x</b><b style=font-size:0>x</b>y", "y"},
            {"<b style='position:absolute;left:-100px'>x</b>y", "y"},
+           {"<b style='visibility:hidden;display:inline'>x</b>y", "y"},
            {"a<b>" + longer + "</b>", "a"},
            {"a<h1>" + prose + "word</h1>b", "a\n\n\n\nb"},
            {"a<b>" + signs + "</b>b", "ab"},

@@ -341,6 +341,8 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
         u"http://uA@xn--bcher-kva.example/%C3%BC%F0%9F%98%80\xd800?%C3%A9"},
        {u"http://%45x%c3%a9.org:/", u"http://xn--ex-cja.org/"},
        {u"http://a%ff%62.%2F:80", u"http://a%FFb.%2F/"},
+       {u"http://h/%4", u"http://h/%254"},
+       {u"http://h/%", u"http://h/%25"},
        {u"MAILTO:%41@B/../c", u"mailto:A@B/../c"},
        {u"Data:,%41/../B", u"data:,%41/../B"},
        {u"http://h:8080/?q", u"http://h:8080/?q"},
