@@ -42,8 +42,8 @@ class FeedTest(CommandTestCase):
         self.assertEqual(plistlib.loads(done.stdout)[0]["link"], "/l")
         self.assertEqual(self.answer("feed", "-", input=b"<feed/>"), [])
         # A byte order mark is believed, and not what the feed declares.
-        marked = b"\xef\xbb\xbf" + FEED.replace(b"<title>a<", "<title>\u00e9<".encode())
-        self.assertEqual(self.answer("feed", "-", input=marked)[0]["title"], "\u00e9")
+        marked = b"\xef\xbb\xbf" + FEED.replace(b"<title>a<", "<title>\u00e9".encode() + b"\xff<")
+        self.assertEqual(self.answer("feed", "-", input=marked)[0]["title"], "\u00e9\ufffd")
 
     def test_other_formats(self):
         made = self.answer("feed", "feed.xml", "--json-feed")

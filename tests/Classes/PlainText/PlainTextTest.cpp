@@ -196,6 +196,7 @@ TEST(PlainText, LaysOutForReading) {
   expectTexts({.nonUmlauted = true, .forReading = true}, {{"caf&eacute;&Hat;", "cafe^"}});
   expectTexts({.stdEntities = false, .forReading = true},
               {{"&epsilon; &lt; &eacute;", "&epsilon; &lt; \xc3\xa9"}});
+  expectTexts({.entities = false, .forReading = true}, {{"&epsilon; &lt; &eacute;", "&epsilon; < &eacute;"}});
   expectTexts({.reformat = true, .forReading = true},
               {{"<p>\n\na \nb\n> c\n\n\n\n<p>\nd&nbsp;\n\n", "a b\n> c\n\nd"}});
 }
@@ -212,6 +213,9 @@ TEST(PlainText, ObeysMarkersOfSearchEngines) {
                                         {page, "a\n\nd"},
                                         {"a<!--googleoff: snippet-->b<!--googleoff: all-->c", "ab"},
                                         {"a<!--googleoff:-->b", "ab"},
+                                        {"a<!--googleoff index-->b", "ab"},
+                                        {"a<!--googleoff:all-->b<!--googleon:all-->c", "ac"},
+                                        {"a<!--googleoff:all-->b<!--googleon all-->c", "a"},
                                         {"1 < 2 <!--googleoff: all-->b", "1 < 2"},
                                     });
   expectTexts({}, {{page, "ab\n\ncd"}});
@@ -251,7 +255,7 @@ TEST(PlainText, RemovesJunkWhenAsked) {
            {"<body bgcolor=white><b style='background:#fff;color:#FFF'>x</b>y", "y"},
            {"<li><ul hidden><li>x</ul>y<li hidden>x<ol><li>x</ol>x<li>z", "\n\ny\nz"},
            {"<ul><li hidden>x<ul><li>x</ul>x</ul>y", "\n\ny"},
-           {"<ul><li hidden>x<ul><li>x</li>x</ul>x</li>y", "\n\ny"},
+           {"<ul><li hidden>x<ul><li>x</li>x<li>x</ul>x</li>y", "\n\ny"},
            {"<table><tr hidden><td>x<td>x<tr><td>y", "\n\n\ny"},
            {"<p hidden>x<br>x<ul>y", "\ny"},
            {"<b hidden>x<b>x</b>x</b>y", "y"},
