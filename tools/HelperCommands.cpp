@@ -44,7 +44,7 @@ NSDictionary dictionaryOfRecord(const ConnectionRecord &record) {
           {u"Name"_ns, NSString::stringWithCharacters(kHelperConnectionName)},
           {u"Version"_ns, record.server.version},
           {u"Path"_ns, record.server.path},
-          {u"Since"_ns, record.server.since}};
+          {u"Since"_ns, record.server.version ? id(record.server.since) : id()}};
 }
 
 int runPing(const CommonOptions &options, const Operands &) {
@@ -58,9 +58,8 @@ int runPing(const CommonOptions &options, const Operands &) {
     return isTimedOut ? kExitTimedOut : kExitUnreachable;
   }
   const auto state = client.helperState();
-  ConnectionRecord older;
-  older.process = process;
-  writeResult(dictionaryOfRecord(state && state->record.process == process ? state->record : older), options);
+  const bool isKnown = state && state->record.process == process;
+  writeResult(dictionaryOfRecord(isKnown ? state->record : ConnectionRecord{.process = process}), options);
   return kExitAnswered;
 }
 

@@ -153,7 +153,10 @@ class ClipboardTest(CommandTestCase):
 
     def test_what_other_programs_copy_is_converted(self):
         start = '<meta charset="utf-8">\n'
+        looks = rb"{\rtf1{\i i}{\ul u}{\strike s}{\super 1}{\sub 2}{\b\i bi}\par\par end}"
+        shown = "<i>i</i><u>u</u><s>s</s><sup>1</sup><sub>2</sub><b><i>bi</i></b>"
         for kind, content, form, expected in (
+            ("text/rtf", looks, "html", f"{start}<p>{shown}</p>\n<p></p>\n<p>end</p>\n"),
             ("text/html", b"<p>a &amp; b<p>c", "text", "a & b\n\nc"),
             ("text/html", "\ufeff<p>\u00e9".encode("utf-16-le"), "html", "<p>\u00e9"),
             ("text/rtf", RTF, "text", "bold \u00e9 <link>\nsecond\nline"),
@@ -189,7 +192,10 @@ class ClipboardTest(CommandTestCase):
             (1, "needs -o", "paste", "--as", "rtfd"),
             (1, "--as", "paste", "--as", "pdf"),
             (1, "does nothing", "paste", "--types", "-o", "x"),
+            (1, "does nothing", "paste", "--types", "--as", "text"),
             (1, "does nothing", "paste", "--pretty"),
+            (1, "does nothing", "copy", "--wait", "3", "text"),
+            (1, "does nothing", "copy", "--no-start", "--url", "http://a/"),
             (1, "one of", "copy", "text", "--url", "http://a/"),
             (1, "one of", "copy", "--html", "a.html", "--rtf", "a.rtf"),
             (1, "does nothing", "copy", "--title", "t"),

@@ -70,6 +70,8 @@ class CommandTest(CommandTestCase):
         for option, data in (("--password=user", b""), ("--password-file=password", b""), (f"--password-file={(self.folder.resolve() / 'password').as_uri()}", b""), ("--password-file=-", b"owner\r\n")):
             self.assertEqual(json.loads(self.run_command("pdf", option, locked, input=data).stdout)["Title"], title)
         self.assert_fails(3, "the PDF is locked by another password", "pdf", "--text", "--password=secret", locked)
+        self.file("latin", b"\xe9\n")
+        self.assert_fails(1, "the password is not in UTF-8", "pdf", "--password-file", "latin", locked)
         runtime = pathlib.Path(self.environment["QUIVERLEAF_RUNTIME_DIR"])
         self.assertNotIn(b"secret", next(runtime.glob("*.record")).read_bytes())
 
@@ -96,6 +98,11 @@ class CommandTest(CommandTestCase):
         self.assertEqual(self.answer("metadata", "--no-text", "a.txt"), {})
         self.assertEqual(self.answer("metadata", "--file-facts", "a.txt"), text | facts)
         self.assertEqual(self.answer("metadata", "--file-facts", "--no-text", "a.txt"), facts)
+        (self.folder / "a.rtfd").mkdir()
+        self.file("a.rtfd/TXT.rtf", rb"{\rtf1 words}")
+        folder = self.answer("metadata", "--file-facts", "--no-text", "a.rtfd/")
+        self.assertEqual((folder["kMDItemFSName"], folder["kMDItemContentType"]), ("a.rtfd", "com.apple.rtfd"))
+        self.assertNotIn("kMDItemFSSize", folder)
         done = self.run_command("metadata", "--text-only", "a.txt")
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"Some words\n", b""))
         self.file("locked.pdf", documents.pdf(locked=True))
@@ -304,7 +311,7 @@ class CommandTest(CommandTestCase):
             ("decode", "page.html", "<pre>a\ufffd]0;x\ufffdb"),
             ("page", "title.html", '{"Title":"a\ufffd2J\ufffd","NormalizedTitle":"a\ufffd2J\ufffd","IndexedTitle":"a\ufffd2J\ufffd","Feed":false,"MetaAttributes":{}}\n'),
         )
-        self.assertEqual(self.run_command("text", "a\x9b2J\x1b").stderr.decode(), "quiverleaf: a?2J?: there is no such file\n")
+        self.assertEqual(self.run_command("text", "a\x9b2J\x1b\x80\x9f\xa0").stderr.decode(), "quiverleaf: a?2J???\xa0: there is no such file\n")
         for command, name, shown in shown_texts:
             raw = self.run_command(command, name).stdout
             self.assertRegex(raw, rb"\x1b|\x7f")
@@ -374,6 +381,38 @@ class CommandTest(CommandTestCase):
         self.assertEqual((plist[0]["Repaired"], "URL" in plist[0]), ("a%20b", False))
         self.assert_fails(2, "No helper is registered", "ping", "--no-start")
 
+    def test_all_that_is_told_of_urls(self):
+        address, text = "http://u:p@www.h.org:8/a/../b.mp3;x?q=%3F#f", "a-%20%41 b"
+        url, other = self.answer("url", address, text)
+        self.assertEqual(url["Standardized"], "http://u:p@www.h.org:8/b.mp3;x?q=%3F#f")
+        self.assertEqual(url["Components"], {
+            "Scheme": "http", "ResourceSpecifier": address.partition(":")[2], "User": "u", "Password": "p", "Host": "www.h.org",
+            "Path": "/a/../b.mp3", "ParameterString": "x", "Query": "q=%3F", "Fragment": "f", "LastPathComponent": "b.mp3",
+            "PathExtension": "mp3", "BaseDirectory": "/a/../", "InvertedHost": "org.h.www", "Port": 8, "HostComponents": ["www", "h", "org"],
+        })  # fmt: skip
+        self.assertEqual(other["Escaped"], {"Standard": "a-%2520%2541%20b", "ASCII": "a%2d%2520%2541%20b"})
+        self.assertEqual(other["Unescaped"], {"Standard": "a- %41 b", "ASCII": "a- A b"})
+        page = {"HTTP", "Downloadable", "Loadable", "WebKit", "RemoteWebKit"}
+        cases = {
+            "http://h/a.mp3": (page, {"Multimedia", "Audio", "Binary"}),
+            "https://www.bing.com/search?q=a": (page | {"SearchEngine"}, set()),
+            "feed://h/a.xml": (page - {"HTTP", "Downloadable"} | {"Feed"}, {"Markup"}),
+            "ftp://h/a.tar": ({"FTP", "Downloadable", "Loadable"}, {"Archive", "Binary"}),
+            "file:///none/a.rtf": ({"File", "WebKit"}, {"RichText", "Binary"}),
+            "mailto:a@b": ({"Mail"}, set()),
+            "news:a": ({"News"}, set()),
+            "javascript:a": ({"JavaScript"}, set()),
+            "applescript:a": ({"AppleScript"}, set()),
+            "x://h/a.png": (set(), {"Image", "Binary"}),
+            "x://h/a.exe": (set(), {"Executable", "Binary"}),
+            "x://h/a.mov": (set(), {"Multimedia", "Video", "Binary"}),
+            "x://h/a.swf": (set(), {"Multimedia", "Embedded", "Binary"}),
+            "x://h/a.doc": (set(), {"Office", "Binary"}),
+        }
+        for (given, expected), answer in zip(cases.items(), self.answer("url", *cases)):
+            found = tuple({name for name, is_so in answer[table].items() if is_so} for table in ("Kinds", "Types"))
+            self.assertEqual(found, expected, given)
+
     def test_files_that_give_no_answer(self):
         self.file("empty", b"")
         self.file("cut.pdf", b"%PDF-1.4\n1 0 obj\n<< /Type")
@@ -427,7 +466,7 @@ class CommandTest(CommandTestCase):
             ("no command",),
             ("unknown command 'frobnicate'", "frobnicate"),
             ("metadata needs FILE", "metadata"),
-            ("not standard input", "metadata", "-"),
+            *(("needs a file with a name, not standard input", command, "-") for command in ("metadata", "webarchive", "fork", "poster")),
             ("does nothing for --text-only", "metadata", "--text-only", "--no-text", "a"),
             ("'b' is too much", "pdf", "a", "b"),
             ("empty", "pdf", ""),
@@ -447,9 +486,10 @@ class CommandTest(CommandTestCase):
             ("unknown option '--attributed'", "metadata", "--attributed", "a"),
             ("'--timeout' needs a value", "ping", "--timeout"),
             ("'x' is not a value of --encode, which is standard, high or table", "entities", "--encode", "x", "a"),
-            ("cannot be joined", "strip", "--tag", "a", "--objects", "a"),
+            *(("cannot be joined", "strip", *options, "a") for options in (
+                ("--tag", "a", "--objects"), ("--attributes", "a", "--bodies", "b"), ("--except", "a", "--tag", "a"))),
             *((f"'{name}' is no name of a tag for --{option}", "strip", f"--{option}", name, "missing")
-              for option, name in (("tag", ""), ("attributes", "a b"), ("bodies", ""), ("except", "<"))),
+              for option, name in (("tag", ""), ("attributes", "a b"), ("tag", "\u00e9"), ("bodies", ""), ("except", "<"))),
             ("charset needs NAME", "charset"),
             *(("--simple takes none of", "text", "--simple", option, "a")
               for option in ("--reformat", "--no-junk", "--google-tags", "--plain-ascii")),
@@ -464,10 +504,13 @@ class CommandTest(CommandTestCase):
                 ("pretty", "--create", "location", "--create", "http://h/", "-o", "a", "--pretty"),
                 ("pretty", "--extract", "fork", "--extract", "TEXT", "1", "-o", "a", "--pretty", "a"),
                 ("plist", "--opml", "feed", "--opml", "--plist", "a"),
+                ("pretty", "--html", "feed", "--html", "--pretty", "a"),
+                ("plist", "--text", "pdf", "--text", "--plist", "a"),
+                ("pretty", "-o", "pdf", "--attributed", "-o", "x", "--pretty", "a"),
                 ("pretty", "decode without --json", "decode", "--pretty", "a"),
                 ("pretty", "--plist", "page", "--plist", "--pretty", "a"),
             )),
-            ("not for --encode", "entities", "--encode", "high", "--numeric", "a"),
+            *(("not for --encode", "entities", "--encode", "high", option, "a") for option in ("--numeric", "--no-standard", "--non-umlauted")),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]
         for message, *arguments in cases:
@@ -486,6 +529,11 @@ class CommandTest(CommandTestCase):
         self.assertEqual(answer["Path"], os.readlink(f"/proc/{answer['ProcessIdentifier']}/exe"))
         age = datetime.datetime.now(datetime.timezone.utc) - datetime.datetime.fromisoformat(answer["Since"].replace("Z", "+00:00"))
         self.assertLess(age, datetime.timedelta(minutes=5))
+        # Of one without a record nothing else is known.
+        next(pathlib.Path(self.environment["QUIVERLEAF_RUNTIME_DIR"]).glob("*.record")).unlink()
+        known = self.answer("ping", "--no-start")
+        self.assertEqual((known["ProcessIdentifier"], known["Name"]), (answer["ProcessIdentifier"], answer["Name"]))
+        self.assertEqual({key: value for key, value in known.items() if value}.keys(), {"ProcessIdentifier", "Name"})
         done = self.run_command("stop")
         self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
         self.assert_fails(2, "no helper", "stop")

@@ -41,6 +41,9 @@ class FeedTest(CommandTestCase):
         done = self.run_command("feed", "feed.xml", "--plist")
         self.assertEqual(plistlib.loads(done.stdout)[0]["link"], "/l")
         self.assertEqual(self.answer("feed", "-", input=b"<feed/>"), [])
+        # A byte order mark is believed, and not what the feed declares.
+        marked = b"\xef\xbb\xbf" + FEED.replace(b"<title>a<", "<title>\u00e9".encode() + b"\xff<")
+        self.assertEqual(self.answer("feed", "-", input=marked)[0]["title"], "\u00e9\ufffd")
 
     def test_other_formats(self):
         made = self.answer("feed", "feed.xml", "--json-feed")
@@ -61,6 +64,9 @@ class FeedTest(CommandTestCase):
         page = self.text("feed.xml", "--html")
         self.assertIn("<nobr>Caf\u00e9 &amp; B</nobr>", page)
         self.assertIn('<img src="http://h.example/i">', page)
+        self.assertIn('<img src="http://other.example/i">', self.text("feed.xml", "--html", "--url", "http://other.example/f"))
+        self_link = b"<link rel='self' xmlns='http://www.w3.org/2005/Atom' href='http://self.example/f'/><item>"
+        self.assertIn('<img src="http://self.example/i">', self.text("-", "--html", input=FEED.replace(b"<item>", self_link, 1)))
         self.assertIn(f"<!--{STYLE.read_text()}-->", page)
         page = self.text("feed.xml", "--html", "--linked-style", "--as-given")
         self.assertIn("<img src='i' onerror='x'>", page)
@@ -73,7 +79,7 @@ class FeedTest(CommandTestCase):
     def test_failures(self):
         self.assert_fails(3, "is no feed", "feed", "-", input=b"<html><rss>")
         self.assert_fails(7, "missing.xml", "feed", "missing.xml")
-        for options in (("--html", "--opml"), ("--opml",), ("--as-given",), ("--linked-style", "--opml"), ("--url", "")):
+        for options in (("--html", "--opml"), ("--html", "--json-feed"), ("--opml",), ("--as-given",), ("--linked-style", "--opml"), ("--url", "")):
             self.assert_fails(1, "", "feed", "feed.xml", *options)
 
 

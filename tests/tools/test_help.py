@@ -54,6 +54,16 @@ class HelpTest(unittest.TestCase):
             self.assertEqual(output(COMMAND, argument), self.overview)
         self.assertRegex(output(COMMAND, "--version"), r"\Aquiverleaf \d+\.\d+\.\d+\n\Z")
 
+    def test_every_command_counts_its_operands(self):
+        for name, (operands, _) in self.commands.items():
+            is_needed = operands and not operands.startswith("[")
+            cases = [([], f"{name} needs {operands}")] if is_needed else []
+            if "..." not in operands:
+                cases.append((["a"] * bool(operands) + ["b"], f"'b' is too much for {name}"))
+            for arguments, message in cases:
+                done = subprocess.run([COMMAND, name, *arguments], stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
+                self.assertEqual((done.returncode, done.stderr.partition(";")[0]), (1, f"quiverleaf: {message}"))
+
     def test_the_manual_describes_every_option(self):
         synopsis, page = MANUAL.read_text("utf-8").split(".Sh DESCRIPTION")
 

@@ -5,6 +5,7 @@
 import base64
 import os
 import pathlib
+import plistlib
 import shutil
 import subprocess
 import unittest
@@ -42,10 +43,12 @@ class PicturesTest(CommandTestCase):
         facts = self.answer("image", "photo.png")
         self.assertEqual(base64.b64decode(facts["Thumbnail"])[:4], b"II*\0")
         self.assertEqual(facts["Properties"]["PixelWidth"], 1200)
+        listed = plistlib.loads(self.run_command("image", "photo.png", "--plist").stdout)
+        self.assertEqual(listed["Thumbnail"], base64.b64decode(facts["Thumbnail"]))
         for extension, beginning in BEGINNINGS.items():
             self.answer("image", "photo.png", "--output", f"thumb.{extension}")
             self.assertEqual((self.folder / f"thumb.{extension}").read_bytes()[: len(beginning)], beginning)
-        for side, size in ((None, (256, 171)), ("256", (256, 171)), ("90", (90, 60)), ("600", (600, 400)), ("9000", (1200, 800))):
+        for side, size in ((None, (256, 171)), ("256", (256, 171)), ("90", (90, 60)), ("600", (600, 400)), ("32767", (1200, 800))):
             rest, written = self.written("image", "photo.png", *(["--size", side] if side else []))
             self.assertEqual((written, set(rest)), (size, {"Properties"}))
         # The beginning of a name is enough when no other has it.
@@ -132,6 +135,7 @@ class PicturesTest(CommandTestCase):
             (("mixed",), 2, 2, 192),
             (("mixed", "photo.png"), 3, 2, 192),
             (("photo.png", "--size", "50"), 1, 1, 50),
+            (("photo.png", "--size", "256"), 1, 1, 256),
         ):
             done = self.run_command("sheet", *arguments, "-o", "sheet.png")
             self.assertEqual((done.returncode, done.stdout, done.stderr), (0, b"", b""))
@@ -150,8 +154,9 @@ class PicturesTest(CommandTestCase):
             (1, "needs -o", "poster", "--cover", "photo.png"),
             (1, "needs -o SHEET.png", "sheet", "mixed"),
             (1, "not 'out.bmp'", "image", "photo.png", "-o", "out.bmp"),
-            *((1, "--size takes", "image", "photo.png", "-o", "out.png", "--size", size) for size in ("0", "-1", "x", "99999", "")),
-            (1, "256 pixels at most", "sheet", "mixed", "-o", "out.png", "--size", "300"),
+            *((1, "--size takes", "image", "photo.png", "-o", "out.png", "--size", size) for size in ("0", "-1", "x", "32768", "")),
+            (1, "256 pixels at most", "sheet", "mixed", "-o", "out.png", "--size", "257"),
+            (1, "needs -o OUT.pdf", "topdf", "page.ps", "-o", ""),
             (7, "missing: there is no such file", "image", "missing"),
             (7, "missing: there is no such file", "image", "missing", "-o", "out.png", "--size", "600"),
             (7, "missing: there is no such file", "topdf", "missing", "-o", "out.pdf"),

@@ -96,6 +96,9 @@ class RichTextTest(CommandTestCase):
             ("T\n\nHead\n\ncaf\u00e9 bold\n\nhidden\n\nlink\n", "page.html"),
             ("<p>plain &amp;\n", self.file("d.txt", b"<p>plain &amp;")),
             ("plain &\n", self.file("piece", b"\n<p>plain &amp;")),
+            ("plain &\n", self.file("comment", b"<!-- x -->plain &amp;")),
+            ("<3 plain &amp;\n", self.file("heart", b"<3 plain &amp;")),
+            ("<\n", self.file("less", b"<")),
             ("plain &\n", "--body", self.file("c.txt", b"plain &amp;")),
         ]
         for expected, *arguments in cases:

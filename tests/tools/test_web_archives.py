@@ -78,9 +78,9 @@ class WebArchiveTest(CommandTestCase):
     def test_nothing_but_what_pages_show_leaves_the_machine(self):
         self.file("secret", b"secret")
         self.file("secret.txt", b"secret")
-        frames = "<iframe src=secret.txt></iframe><link rel=stylesheet href=secret><img src=secret.txt><img src=file://host/d.gif>"
+        frames = f"<iframe src=secret.txt></iframe><link rel=stylesheet href=secret><img src=secret.txt><img src=file://host/d.gif><img src=x:{self.folder}/d.gif>"
         self.file("curious.html", frames.encode())
-        archive = self.create("curious.html", "secret.txt", "secret", "secret.txt", "file://host/d.gif")
+        archive = self.create("curious.html", "secret.txt", "secret", "secret.txt", "file://host/d.gif", f"x:{self.folder}/d.gif")
         self.assertEqual(names(archive, self.folder), ("curious.html", [], []))
 
     def test_frames_that_show_each_other_end(self):

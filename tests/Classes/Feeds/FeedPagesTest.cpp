@@ -210,6 +210,13 @@ TEST(SafeMarkup, HasNothingThatRuns) {
   EXPECT_EQ(safeText(u"<b>a</b> &lt; <script>x</script>c<d"_ns), u"a &lt; c&lt;d"_ns);
   EXPECT_FALSE(safeMarkup(NSString()));
   EXPECT_FALSE(safeLink(NSString()));
+  for (const NSString &link :
+       {u"HTTP:a"_ns, u"https://a/"_ns, u"ftp://a"_ns, u"mailto:a@b"_ns, u"tel:1"_ns, u"news:a"_ns,
+        u"xmpp:a"_ns, u"magnet:?a"_ns, u"feed:http://a"_ns, u"a"_ns, u"a/b:c"_ns, u"?a:b"_ns, u"#a:b"_ns})
+    EXPECT_EQ(safeLink(link), link);
+  for (const NSString &link : {u"javascript:a"_ns, u" java\nscript:a"_ns, u"data:,a"_ns, u"file:///a"_ns,
+                               u"x:a"_ns, u":a"_ns, u"feed:javascript:a"_ns})
+    EXPECT_EQ(safeLink(link), NSString::string()) << link.UTF8String();
 }
 
 TEST(FeedPages, AreSafeWhenAskedFor) {

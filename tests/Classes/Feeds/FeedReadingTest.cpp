@@ -110,6 +110,9 @@ TEST(FeedReading, ReadsItems) {
        "l:http://a/b/x|e:/e&f|n:1|y:t|"},
       {"<link rel='via' href='v'/><id>http://i/</id>", "l:http://i/|i:http://i/|"},
       {"<guid isPermaLink='false'>http://i/</guid>", "i:http://i/|"},
+      {"<guid>HTTPS://i/</guid>", "l:HTTPS://i/|i:HTTPS://i/|"},
+      {"<id>https:/i</id>", "i:https:/i|"},
+      {"<id>http:/i</id>", "i:http:/i|"},
       {"<id>tag:i</id><link rel='enclosure'>e</link><link rel='alternate'>l</link>", "l:http://a/b/l|i:tag:i|"},
       {"<dc:subject>s</dc:subject><category term='t' label='l'/>", "#s|#t|"},
       {"<itunes:author>o</itunes:author><dc:title>t</dc:title><author>a</author>", "t:t|a:a|"},
@@ -156,6 +159,10 @@ TEST(FeedReading, ReadsWhatFeedsTellOfThemselves) {
   EXPECT_EQ(atom->format, FeedFormat::kAtom);
   EXPECT_EQ(atom->feedURL, u"s"_ns);
   EXPECT_EQ(shown(atom->header), "d:d|a:a|m:m|");
+  EXPECT_EQ(
+      OPMLOfFeed(*atom, NSURL()),
+      u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<opml version=\"2.0\">\n<head><title>Feed</title></head>\n"
+      u"<body>\n<outline type=\"rss\" text=\"Feed\" xmlUrl=\"s\" description=\"d\"/>\n</body>\n</opml>"_ns);
 }
 
 TEST(FeedReading, ReadsAndWritesJSONFeed) {

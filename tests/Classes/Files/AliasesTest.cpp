@@ -91,6 +91,14 @@ TEST(Aliases, NameTheirOriginals) {
   folderOnDisk.addProperties(2);
   folderOnDisk.addPath({"Volumes", "Disk", "f"});
   withRecord.table.emplace_back(0xfe00, withRecord.add(0x201, aliasRecord(2, 1, tag(18, "/f") + tag(19, "/"))));
+  // A text is no path, whatever its bytes are; the record of a file counts then.
+  BookmarkBuilder withText, withoutProperties, withEmptyProperties;
+  const std::uint32_t name = withText.add(0x101, "wrong");
+  withText.table.emplace_back(0x1004, withText.add(0x101, little(name)));
+  withText.table.emplace_back(0xfe00, withText.add(0x201, aliasRecord(3, 0, tag(18, "/f"))));
+  withoutProperties.addPath({"f"});
+  withEmptyProperties.addPath({"f"});
+  withEmptyProperties.table.emplace_back(0x1010, withEmptyProperties.add(0x201, ""));
   struct Case {
     NSData data;
     const char *path;
@@ -101,6 +109,11 @@ TEST(Aliases, NameTheirOriginals) {
       {dataOf(file.aliasFile()), "/Users/m\xc3\xa9/a.txt", false},
       {dataOf(folderOnDisk.aliasFile()), "/Volumes/Disk/f", true},
       {dataOf(withRecord.bookmark()), "/f", true},
+      {dataOf(withText.bookmark()), "/f", false},
+      {dataOf(withoutProperties.bookmark()), "/f", false},
+      {dataOf(withEmptyProperties.bookmark()), "/f", false},
+      {dataOf("alis" + file.bookmark().substr(4)), "/Users/m\xc3\xa9/a.txt", false},
+      {dataOf(file.bookmark() + "x"), "", false},
   };
   for (const Case &one : cases) {
     const AliasOriginal original = originalOfBookmark(one.data);
@@ -110,13 +123,21 @@ TEST(Aliases, NameTheirOriginals) {
   const std::pair<std::string, const char *> records[] = {
       {aliasRecord(2, 0, tag(0, "odd") + tag(18, "/a/b") + tag(19, "/Volumes/D")), "/Volumes/D/a/b"},
       {aliasRecord(3, 0, tag(19, "/") + tag(18, "/a/b")), "/a/b"},
+      {aliasRecord(3, 0, tag(19, "/") + tag(18, "a/b")), "/a/b"},
       {aliasRecord(3, 0, tag(18, "/a/b/")), "/a/b"},
+      {aliasRecord(3, 0, tag(18, "/")), "/"},
+      {aliasRecord(2, 0, tag(2, "Root:a:b")), "/a/b"},
+      {aliasRecord(2, 0, tag(2, "Root:a") + tag(18, "/b")), "/b"},
       {aliasRecord(2, 0, tag(2, "Elsewhere:a")), ""},
       {aliasRecord(2, 0, tag(18, "a")), ""},
       {aliasRecord(2, 0, tag(18, "/a\0b"sv)), ""},
       {aliasRecord(4, 0, tag(18, "/a/b")), ""},
+      {aliasRecord(1, 0, tag(18, "/a/b")), ""},
       {aliasRecord(2, 0, ""), ""},
       {aliasRecord(2, 0, "\0\x12\xff\xff/a"s), ""},
+      // The last value ends with the record, or one byte behind it.
+      {aliasRecord(2, 0, "").substr(0, 150) + "\0\x12\0\2/a"s, "/a"},
+      {aliasRecord(2, 0, "").substr(0, 150) + "\0\x12\0\3/a"s, ""},
   };
   for (const auto &[bytes, path] : records)
     EXPECT_EQ(originalOfAliasRecord(dataOf(bytes)).path.UTF8String(), path);
@@ -149,6 +170,13 @@ TEST(Aliases, BelieveNoOffset) {
   itself.table.emplace_back(0x1004, static_cast<std::uint32_t>(itself.records.size()));
   itself.add(0x601, little(4));
   EXPECT_FALSE(originalOfBookmark(dataOf(itself.bookmark())).path);
+  // More components than any path has, and as many as one may have.
+  for (const std::size_t count : {4096u, 4097u}) {
+    BookmarkBuilder deep;
+    deep.addPath(std::vector<std::string>(count, "a"));
+    const NSString path = originalOfBookmark(dataOf(deep.bookmark())).path;
+    EXPECT_EQ(path.length(), count == 4096 ? 2 * count : 0);
+  }
   // A table that follows itself.
   std::string circle = BookmarkBuilder().bookmark();
   circle.replace(circle.size() - 8, 4, little(4));

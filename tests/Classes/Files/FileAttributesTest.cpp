@@ -256,6 +256,8 @@ TEST(FinderMetadata, StandsInExtendedAttributes) {
   EXPECT_TRUE(setFileComments({{file, u"one"_ns}}));
   EXPECT_FALSE(setContainerComments({{folder.string("missing"), u"none"_ns}, {inside, u"two"_ns}}));
   EXPECT_FALSE(setFinderLabels({{folder.string("missing"), 1}, {file, u"red"_ns}, {inside, 3}}));
+  // Not cut to a number that would be a label.
+  EXPECT_FALSE(setFinderLabels({{file, std::int64_t{1} << 32 | 3}}));
   EXPECT_TRUE(setFileComments(NSDictionary()));
   EXPECT_EQ(finderComment(file), u"one"_ns);
   EXPECT_EQ(finderComment(inside), u"two"_ns);

@@ -237,7 +237,7 @@ TEST(Creation, WritesWholeOrNotAtAll) {
   const NSString made = createWritableTemporaryPath(u"/x/name.txt"_ns), bare = createWritableTemporaryPath({});
   EXPECT_EQ(lastPathComponent(made), u"name.txt"_ns);
   EXPECT_TRUE(createFile(made) && removePath(stringByDeletingLastPathComponent(made)) && removePath(bare));
-  for (const NSString &none : {u"/"_ns, u"a/.."_ns, u"a\0b"_ns})
+  for (const NSString &none : {u"/"_ns, u"a/.."_ns, u"a\0b"_ns, u"\0"_ns})
     EXPECT_FALSE(createWritableTemporaryPath(none));
 
   // No file of the child may be longer, as on a disk that gets full.

@@ -197,7 +197,7 @@ TEST(InternetLocations, AreKnownByExtensionsAndTypes) {
   std::filesystem::create_directory(folder.path() / "folder.webloc");
   EXPECT_FALSE(isInternetLocationFile(folder.string("folder.webloc")));
   EXPECT_FALSE(resolveInternetLocation(folder.string("folder.webloc")));
-  std::filesystem::resize_file(folder.path() / "a.webloc", 1ull << 30);
+  std::filesystem::resize_file(folder.path() / "a.webloc", (16u << 20) + 1);
   NSError error;
   EXPECT_FALSE(resolveInternetLocation(folder.string("a.webloc"), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);

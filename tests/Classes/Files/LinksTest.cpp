@@ -82,6 +82,16 @@ TEST_F(FileLinks, AreResolvedOneOrAll) {
     EXPECT_EQ(stringByResolvingLinksInPath(given), all ? path(all) : given) << name;
     EXPECT_EQ(stringByResolvingLinksInPath(given).identicalTo(given), !all) << name;
   }
+  // As many in a row as the system follows, and one more.
+  std::string last = "real";
+  for (int i = 1; i <= 41; ++i) {
+    const std::string next = "row" + std::to_string(i);
+    link(last.c_str(), next.c_str());
+    last = next;
+  }
+  EXPECT_TRUE(fs::exists(folder_.path() / "row40"));
+  EXPECT_EQ(stringByResolvingLinksInPath(path("row40")), path("real"));
+  EXPECT_EQ(stringByResolvingLinksInPath(path("row41")), path("row41"));
   EXPECT_FALSE(resolveLink(NSString()) || stringByResolvingLinkOfPath(NSString()) ||
                stringByResolvingLinksInPath(NSString()));
 

@@ -194,7 +194,11 @@ TEST(ResourceFork, KeepsNamesAttributesAndTheCompanionsOtherEntries) {
   const NSString file = folder.write("file", "");
   AppleDouble companion = AppleDouble::companion();
   companion.setEntry(AppleDouble::kComment, bytes("comment"));
-  companion.setEntry(AppleDouble::kResourceFork, bytes(kFork));
+  // The first two resources are marked as compressed, as the first one is no longer with other data.
+  std::string compressed(kFork);
+  compressed[82] = 0x21;
+  compressed[94] = 1;
+  companion.setEntry(AppleDouble::kResourceFork, bytes(compressed));
   folder.write("._file", companion.data().view());
   fs::create_symlink("file", folder.path() / "link");
   auto fork = ResourceFork::resourceForkForWritingAtPath(folder.string("link")).value();
@@ -207,6 +211,7 @@ TEST(ResourceFork, KeepsNamesAttributesAndTheCompanionsOtherEntries) {
   EXPECT_EQ(map.resources[0].name, u"n\u00e4me"_ns);
   EXPECT_EQ(map.resources[0].attributes, 0x20);
   EXPECT_EQ(map.resources[0].data.length(), 100'000u);
+  EXPECT_EQ(map.resources[1].attributes, 1);
 }
 
 TEST(ResourceFork, IsReadFromAllPlacesInTheirOrder) {
@@ -267,11 +272,23 @@ TEST(ResourceFork, SaysWhyThereIsNone) {
 
   const NSString file = folder.write("file", "");
   auto fork = ResourceFork::resourceForkForWritingAtPath(file).value();
-  EXPECT_FALSE(fork.addData(NSData(), kText, 1));
+  EXPECT_FALSE(fork.addData(NSData(), kText, 1, &reason));
+  EXPECT_EQ(reason.errorCode(), ErrorCode::incomplete);
   EXPECT_FALSE(fork.addString(NSString(), kText, 1));
-  EXPECT_FALSE(fork.addData(bytes(std::string(17u << 20, 'x')), kText, 1));
+  EXPECT_FALSE(fork.addData(bytes(std::string(17u << 20, 'x')), kText, 1, &reason));
+  EXPECT_EQ(reason.errorCode(), ErrorCode::tooLarge);
   ASSERT_TRUE(fork.addData(NSData::data(), kText, 1));
-  EXPECT_FALSE(ResourceFork::resourceForkForReadingAtPath(file).value().addData(bytes("x"), kText, 1));
+  EXPECT_FALSE(fork.removeType(kText, 2, &reason));
+  EXPECT_EQ(reason.errorCode(), ErrorCode::noSuchFile);
+  auto read = ResourceFork::resourceForkForReadingAtPath(file).value();
+  EXPECT_FALSE(read.addData(bytes("x"), kText, 1, &reason));
+  EXPECT_EQ(reason.errorCode(), ErrorCode::unreadable);
+  // What could not be written is not there either.
+  fs::remove(folder.path() / "file");
+  reason = {};
+  EXPECT_FALSE(fork.addData(bytes("x"), kText, 2, &reason));
+  EXPECT_TRUE(reason);
+  EXPECT_FALSE(fork.dataForType(kText, 2));
 }
 
 TEST(HFSFileTypes, AreFourCharactersInQuotes) {

@@ -63,6 +63,7 @@ TEST(PageFacts, LinkTagsNameTheCanonicalURLAndTheIcon) {
   expectEach(
       {{u"<link rel=Canonical href='/a b'/><link rel=canonical href=c>", "/a%20b"},
        {u"<link rel='canonical x' href=a><link rel=canonical href='#b'><link rel=canonical href=c>", "c"},
+       {u"</link rel=canonical href=a><link rel=canonical href=b>", "b"},
        {u"<link rel=canonical><body><link rel=canonical href=a>", nullptr}},
       htmlCanonicalURL);
   expectEach(

@@ -49,8 +49,10 @@ TEST(StandardDirectories, AreInTheHomeFolderAndKnowTemporaryPaths) {
   const NSString mail = pathInLibraryDirectory(u"Mail/x.mimeattach/a.pdf"_ns);
   for (const NSString &path : {u"/tmp"_ns, u"/tmpfiles/a"_ns, u"/var/tmp/"_ns, u"/own/temporary/a"_ns, mail})
     EXPECT_TRUE(isTemporaryPath(path)) << path.UTF8String();
-  for (const NSString &path : {u"/var/tmp"_ns, u"/own/temporaryfile"_ns, u"/x/Library/Mail/x.mimeattach/a"_ns,
-                               pathInLibraryDirectory(u"Mail/a.pdf"_ns), u"tmp"_ns, u""_ns, NSString()})
+  for (const NSString &path :
+       {u"/var/tmp"_ns, u"/own/temporaryfile"_ns, u"/x/Library/Mail/x.mimeattach/a"_ns,
+        pathInLibraryDirectory(u"Mail/a.pdf"_ns),
+        pathInLibraryDirectory(u"Mails/Library/Mail/x.mimeattach/a"_ns), u"tmp"_ns, u""_ns, NSString()})
     EXPECT_FALSE(isTemporaryPath(path)) << path.UTF8String();
   ASSERT_EQ(::setenv("TMPDIR", "/", 1), 0);
   EXPECT_FALSE(isTemporaryPath(u"/home"_ns));
@@ -85,10 +87,10 @@ TEST(FileNames, AreMadeOfAnyText) {
 
 TEST(FileNames, KeepCharactersWholeWithinTheLimit) {
   // How often the character still fits behind five letters.
-  const std::pair<NSString, int> characters[] = {{u"a"_ns, 250},         {u"\u00e4"_ns, 125},
-                                                 {u"\U0001f600"_ns, 62}, {u"\xdcff"_ns, 250},
-                                                 {u"e\u0301"_ns, 83},    {u"\U0001f468\u200d\U0001f469"_ns, 22},
-                                                 {u"\0"_ns, 0},          {u"\xd800 "_ns, 0}};
+  const std::pair<NSString, int> characters[] = {
+      {u"a"_ns, 250},      {u"\u00e4"_ns, 125}, {u"\U0001f600"_ns, 62}, {u"\xdc80"_ns, 250},
+      {u"\xdcff"_ns, 250}, {u"\xdd00"_ns, 0},   {u"e\u0301"_ns, 83},    {u"\U0001f468\u200d\U0001f469"_ns, 22},
+      {u"\0"_ns, 0},       {u"\xd800 "_ns, 0}};
   const TemporaryFolder folder;
   for (const auto &[character, count] : characters) {
     const auto name = [&](int characterCount) {

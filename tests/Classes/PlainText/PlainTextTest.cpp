@@ -53,10 +53,12 @@ TEST(PlainText, BreaksByTags) {
                       {"a<button>b</button><button>c</button>d", "a b c d"},
                       {"<a href=x>a</a><!-- --><a href=y>b</a><b>c</b>", "a bc"},
                       {"<a>a</a><script>-</script><a>b</a>", "a b"},
+                      {"<a>a</a><b><a>b</a></b>", "ab"},
                       {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e g"},
                       {"a<SPAN style='DISPLAY: Block'>b<span>c</span>d</SPAN>e<i style='display:inline'>f</i>g",
                        "a\nbcd\nefg"},
                       {"<b style=display:flex>a<i style='display:grid'>b</i><s>c</b>d<body>e", "a\nb\nc\nde"},
+                      {"<p style='display:block'>a</p><li style='display:table'>b</li>c", "\n\na\n\n\nb\nc"},
                       {"a<b data-style='display:block'>b</b>c<img style='display:block' src=x>d", "abc d"},
                       {"<p>a</p><pre>b</pre>c", "\n\na\n\nb\nc"},
                   });
@@ -117,6 +119,10 @@ TEST(PlainText, WritesEachTextOnce) {
           {"a<img alt='b &amp; c'>d<img src=e.png><input type=image alt=f>", "a b & c d f"},
           {"<input value=a><input type=SUBMIT value=b><input type=hidden value=c><input type=password value=d>",
            "a b"},
+          {"<input type=checkbox value=x><input type=Radio value=x><input type=file value=x><input type=color "
+           "value=x>"
+           "<input type=range value=x><input type=text value=a>",
+           "a"},
           {"<select><option>a<option>b</select><select multiple><option>c<option>d</select>", "a c d"},
           {"<select size=3><option>c<option>d<p>e", "c d\n\ne"},
           {"<marquee>a</marquee>b", "a\nb"},
@@ -190,6 +196,7 @@ TEST(PlainText, LaysOutForReading) {
   expectTexts({.nonUmlauted = true, .forReading = true}, {{"caf&eacute;&Hat;", "cafe^"}});
   expectTexts({.stdEntities = false, .forReading = true},
               {{"&epsilon; &lt; &eacute;", "&epsilon; &lt; \xc3\xa9"}});
+  expectTexts({.entities = false, .forReading = true}, {{"&epsilon; &lt; &eacute;", "&epsilon; < &eacute;"}});
   expectTexts({.reformat = true, .forReading = true},
               {{"<p>\n\na \nb\n> c\n\n\n\n<p>\nd&nbsp;\n\n", "a b\n> c\n\nd"}});
 }
@@ -206,6 +213,9 @@ TEST(PlainText, ObeysMarkersOfSearchEngines) {
                                         {page, "a\n\nd"},
                                         {"a<!--googleoff: snippet-->b<!--googleoff: all-->c", "ab"},
                                         {"a<!--googleoff:-->b", "ab"},
+                                        {"a<!--googleoff index-->b", "ab"},
+                                        {"a<!--googleoff:all-->b<!--googleon:all-->c", "ac"},
+                                        {"a<!--googleoff:all-->b<!--googleon all-->c", "a"},
                                         {"1 < 2 <!--googleoff: all-->b", "1 < 2"},
                                     });
   expectTexts({}, {{page, "ab\n\ncd"}});
@@ -237,18 +247,33 @@ TEST(PlainText, RemovesJunkWhenAsked) {
   const std::string longer = repeated(word, 2001);
   const std::string signs = repeated("abcdefg =-=-=- ", 10);
   const std::string lines = repeated("<b>" + prose + "</b>", 6);
+  const std::string fewUnits = repeated("abcdefghijklmn=-=-=-", 5).substr(1);
+  const std::string fewGroups = repeated("abcdefghijklmnopqrs=-=-=-", 4);
+  const std::string shortGroups = repeated("abcdefghijklmno=-=-=", 5);
   for (const Case &test : std::initializer_list<Case>{
            {"<b hidden>x</b>y", "y"},
            {"<body bgcolor=white><b style='background:#fff;color:#FFF'>x</b>y", "y"},
            {"<li><ul hidden><li>x</ul>y<li hidden>x<ol><li>x</ol>x<li>z", "\n\ny\nz"},
+           {"<ul><li hidden>x<ul><li>x</ul>x</ul>y", "\n\ny"},
+           {"<ul><li hidden>x<ul><li>x</li>x<li>x</ul>x</li>y", "\n\ny"},
+           {"<table><tr hidden><td>x<td>x<tr><td>y", "\n\n\ny"},
+           {"<p hidden>x<br>x<ul>y", "\ny"},
+           {"<b hidden>x<b>x</b>x</b>y", "y"},
+           {"<select multiple><option hidden>x<optgroup><option>y</select>z", "y z"},
            {"<p><b hidden>x</p>y<div hidden>x</p>x</form>x</div>z", "\n\n\n\ny\n\nz"},
            {"<select><option hidden>x<option>x</select>y", "y"},
            {"<select multiple><optgroup hidden><option>x<option>x<optgroup><option>y</select>z", "y z"},
            {"a<img hidden alt=x>b<input style='display:none' value=x>c", "a b c"},
            {"<div hidden>x<body>y", "y"},
+           {"<b style=font-size:3pt>x</b><b style=font-size:4px>x</b><b style=font-size:0>x</b>y", "y"},
+           {"<b style='position:absolute;left:-100px'>x</b>y", "y"},
+           {"<b style='visibility:hidden;display:inline'>x</b>y", "y"},
            {"a<b>" + longer + "</b>", "a"},
            {"a<h1>" + prose + "word</h1>b", "a\n\n\n\nb"},
            {"a<b>" + signs + "</b>b", "ab"},
+           {"a<b>" + repeated("abcdefghijklmn=-=-=-", 5) + "</b>b", "ab"},
+           {"a<b>" + repeated("x", 10001) + "</b>b", "ab"},
+           {"a<a>" + repeated("x", 3501) + "</a>b", "ab"},
            {"a<br>" + lines + "<br>b", "a\n\nb"},
            {"<pre>a\n" + repeated("x", 20001) + "</pre>b", "a\nb"},
        }) {
@@ -259,18 +284,28 @@ TEST(PlainText, RemovesJunkWhenAsked) {
     EXPECT_EQ(text.UTF8String(), test.text);
     EXPECT_TRUE(junkFound);
   }
-  expectTexts({.removeJunk = true},
-              {
-                  {"<p data-style='display:none' data-hidden aria-hidden=false>x", "\n\nx"},
-                  {"<body bgcolor=white><font color=red>x</font><b style='background-color:white'>y", "xy"},
-                  {"<b style='margin-left:-999px;position:absolute'>x", "x"},
-                  {"<p>" + prose, "\n\n" + prose.substr(0, prose.size() - 1)},
-                  {"<pre>" + signs + "</pre>", signs},
-                  {"<pre>" + repeated("line\n", 5000) + "</pre>", repeated("line\n", 5000)},
-                  {"<body bgcolor=white><td bgcolor=navy><font color=white>x</font><td background=y.png><b "
-                   "style='color:#fff'>y</b><td style='background:#008; color:white'>z",
-                   "x y z"},
-              });
+  expectTexts(
+      {.removeJunk = true},
+      {
+          {"<p data-style='display:none' data-hidden aria-hidden=false>x", "\n\nx"},
+          {"<body bgcolor=white><font color=red>x</font><b style='background-color:white'>y", "xy"},
+          {"<b style='margin-left:-999px;position:absolute'>x", "x"},
+          {"<b style='position:absolute;left:-99px'>x</b><b style='left:-999px'>y</b>", "xy"},
+          {"<b style=font-size:3.1pt>x</b><b style=font-size:5px>x</b><b style=font-size:1em>y</b>", "xxy"},
+          {"<p>" + prose, "\n\n" + prose.substr(0, prose.size() - 1)},
+          // One unit less, one group less, groups of 5 units.
+          {fewUnits, fewUnits},
+          {fewGroups, fewGroups},
+          {shortGroups, shortGroups},
+          {repeated("x", 10000), repeated("x", 10000)},
+          {"<a>" + repeated("x", 3500), repeated("x", 3500)},
+          {"<pre>" + repeated("x", 20000) + "</pre>", repeated("x", 20000)},
+          {"<pre>" + signs + "</pre>", signs},
+          {"<pre>" + repeated("line\n", 5000) + "</pre>", repeated("line\n", 5000)},
+          {"<body bgcolor=white><td bgcolor=navy><font color=white>x</font><td background=y.png><b "
+           "style='color:#fff'>y</b><td style='background:#008; color:white'>z",
+           "x y z"},
+      });
 }
 
 /// Plain texts of every length and start, with an odd unit somewhere: what is copied must be what the

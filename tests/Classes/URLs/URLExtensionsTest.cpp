@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Classes/URLs/NSURL+NSURLNimboExtensions.hpp"
+#include "Classes/URLs/TypedURLs.hpp"
 #include "tests/support/GrowthRatio.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 #include "tests/support/URLTexts.hpp"
@@ -254,6 +255,7 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"?\u20ac\u00fc", "http://h/a/b?%E2%82%AC%C3%BC"},
       {"http://x:99999999/", "http://x:99999999/"},
       {"http://x:y/", "-"},
+      {"http://a\u2100b/", "-"},
       {"http://[\u00e4]:\u00e4/", "-"},
       {"//[::1]:80/\u00e4", "http://[::1]:80/%C3%A4"},
       {"100%", "http://h/a/100%25"},
@@ -352,6 +354,49 @@ TEST(Making, ChangesOnePart) {
       {URLWithNormalizedStringURL(u"http:http:///[::1]/"_ns), "http://[::1]/"},
   };
   for (const auto &[made, expected] : cases) EXPECT_EQ(shown(made), expected);
+}
+
+TEST(TypedURLs, MayBeginWithAHost) {
+  const std::string_view cases[][2] = {
+      {"example.org:8080/a b", "http://example.org:8080/a%20b"},
+      {"example.org?x=1#y", "http://example.org?x=1#y"},
+      {"example.org.", "http://example.org."},
+      {" a_b.c-d.museum ", "http://a_b.c-d.museum"},
+      {"m\u00fcller.\u0440\u0444", "http://xn--mller-kva.xn--p1ai"},
+      {"bcher.xn--p1ai", "http://bcher.xn--p1ai"},
+      {"LocalHost:80/x", "http://LocalHost:80/x"},
+      {"10.0.0.1:80", "http://10.0.0.1:80"},
+      {"FTP.example.org/a", "ftp://FTP.example.org/a"},
+      // Extensions of files that are those of countries, too, and others.
+      {"read.me", "http://read.me"},
+      {"script.pl", "http://script.pl"},
+      {"script.JS", "script.JS"},
+      {"page.tar.gz", "page.tar.gz"},
+      {"photo.jpeg", "photo.jpeg"},
+      {"list.opml", "list.opml"},
+      // No names and addresses of hosts.
+      {"example", "example"},
+      {"localhosts", "localhosts"},
+      {"a/b.org", "a/b.org"},
+      {"/b.org", "/b.org"},
+      {".example.org", ".example.org"},
+      {"a..org", "a..org"},
+      {"a!.org", "a!.org"},
+      {"user@example.org", "user@example.org"},
+      {"example.c", "example.c"},
+      {"example.c2", "example.c2"},
+      {"10.0.1", "10.0.1"},
+      {"10.0.0.0.1", "10.0.0.0.1"},
+      {"10.0.0.1000", "10.0.0.1000"},
+      {"example.org:a", "example.org:a"},
+      {"mailto:example.org", "mailto:example.org"},
+      {"http://example.org", "http://example.org"},
+      {"", "-"},
+      {" \"\" ", "-"},
+  };
+  for (const auto &[typed, expected] : cases)
+    EXPECT_EQ(shown(URLWithTypedString(text(typed))), expected) << typed;
+  EXPECT_FALSE(URLWithTypedString(NSString()));
 }
 
 TEST(Components, AreThoseOfTheURL) {

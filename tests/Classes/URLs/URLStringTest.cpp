@@ -104,12 +104,15 @@ TEST(URLEscaping, TakesAMegabyteOfPercentSigns) {
 }
 
 TEST(URLEscaping, FindsUnitsOfASetWithEachVector) {
-  constexpr auto isMember = [](unichar c) { return c == 0 || c == u'%' || c == u'o' || c == 0x7f; };
+  // One of each 16 units of ASCII.
+  constexpr auto isMember = [](unichar c) {
+    return c == 0 || c == 0x1f || c == u'%' || c == u'>' || c == u'M' || c == u'[' || c == u'o' || c == 0x7f;
+  };
   forEachVectorTarget([&] {
     for (const bool hasOthers : {false, true}) {
       const detail::AsciiSet set = detail::AsciiSet::of(isMember, hasOthers);
-      for (const unichar c :
-           {0x00, 0x05, 0x25, 0x24, 0x6f, 0x7f, 0x80, 0xa5, 0xff, 0x100, 0x125, 0x1025, 0xff25, 0xffff}) {
+      for (const unichar c : {0x00, 0x05, 0x0f, 0x1f, 0x25, 0x24, 0x3e, 0x4d, 0x5b, 0x6f, 0x7f, 0x80, 0xa5,
+                              0xff, 0x100, 0x125, 0x1025, 0xff25, 0xffff}) {
         for (const std::size_t length : {1, 7, 8, 31, 33, 127, 150}) {
           for (const std::size_t at : {std::size_t{0}, length / 2, length - 1}) {
             std::u16string text(length, u'x');
@@ -341,6 +344,10 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
         u"http://uA@xn--bcher-kva.example/%C3%BC%F0%9F%98%80\xd800?%C3%A9"},
        {u"http://%45x%c3%a9.org:/", u"http://xn--ex-cja.org/"},
        {u"http://a%ff%62.%2F:80", u"http://a%FFb.%2F/"},
+       {u"http://h/%4", u"http://h/%254"},
+       {u"http://h/%", u"http://h/%25"},
+       {u"http://h/\xd83d", u"http://h/\xd83d"},
+       {u"HTTP://", u"http://"},
        {u"MAILTO:%41@B/../c", u"mailto:A@B/../c"},
        {u"Data:,%41/../B", u"data:,%41/../B"},
        {u"http://h:8080/?q", u"http://h:8080/?q"},
