@@ -21,6 +21,8 @@ TEST(CSSDeclaration, DropsWhatIsInvalidAndGoesOn) {
            {"color:red", "color: #ff0000"},
            {"COLOR : RED ! Important ; float:left", "color: #ff0000 !; float: left"},
            {"color:red!", ""},
+           {"color:red!\\69mportant", "color: #ff0000 !"},
+           {"--x:!important;--y:a !important ;--z:important", "--x: {} !; --y: {a} !; --z: {important}"},
            {"color:red !important x", ""},
            {"color:red;;;color:;color;:red;color:green", "color: #ff0000; color: #008000"},
            {"color red; color:lime", "color: #00ff00"},
@@ -55,6 +57,10 @@ TEST(CSSDeclaration, ReadsValues) {
             "width: 96px; height: 96px; top: 96px; left: 96px; right: 96px; bottom: 96px"},
            {"width:1em;width:2REM;width:3vw;width:4dvh;width:5ch",
             "width: 1em; width: 2rem; width: 3vw; width: 4vh; width: 5ch"},
+           {"width:1svw;width:2lvw;width:3dvw;width:4svh;width:5lvh",
+            "width: 1vw; width: 2vw; width: 3vw; width: 4vh; width: 5vh"},
+           {"width:1svmin;width:2lvmin;width:3dvmin;width:4svmax;width:5lvmax;width:6dvmax",
+            "width: 1vmin; width: 2vmin; width: 3vmin; width: 4vmax; width: 5vmax; width: 6vmax"},
            {"width:0;width:1;width:-1px;margin-left:-1px;width:5%", "width: 0px; margin-left: -1px; width: 5%"},
            {"width:auto;max-width:none;max-width:auto;width:fit-content(2px)",
             "width: auto; max-width: none; width: fit-content"},
@@ -82,6 +88,11 @@ TEST(CSSDeclaration, ReadsValues) {
            {"font-style:oblique 0deg", "font-style: normal"},
            {"font-style:oblique 10deg;font-stretch:condensed;font-size:larger;line-height:1.5",
             "font-style: oblique; font-stretch: 75%; font-size: larger; line-height: 1.5"},
+           {"font-stretch:ultra-condensed;font-stretch:extra-condensed;font-stretch:semi-condensed;"
+            "font-stretch:normal;font-stretch:semi-expanded;font-stretch:expanded;font-stretch:extra-expanded;"
+            "font-stretch:ultra-expanded;font-stretch:-1%",
+            "font-stretch: 50%; font-stretch: 62.5%; font-stretch: 87.5%; font-stretch: 100%; "
+            "font-stretch: 112.5%; font-stretch: 125%; font-stretch: 150%; font-stretch: 200%"},
            {"line-height:-1;font-size:-1px;padding:-1px;tab-size:4", "tab-size: 4"},
            {"content:'a' attr(x) counter(c) counters(c, '.', upper-roman) open-quote url(i.png)",
             "content: [\"a\" attr[x] counter[c decimal] counters[c \".\" upper-roman] open-quote url(i.png)]"},
@@ -244,15 +255,31 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font:normal normal 400 x-large serif",
             "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
             "font-stretch: 100%; font-size: x-large; line-height: normal; font-family: [serif]"},
-           {"font:12px;font:bold serif;font:12px/x serif;font:bold bold 12px serif", ""},
+           {"font:12px;font:bold serif;font:12px/x serif;font:bold bold 12px serif;font:math serif", ""},
            {"list-style:none", "list-style-type: none; list-style-position: outside; list-style-image: none"},
            {"list-style:inside url(a) none",
             "list-style-type: none; list-style-position: inside; list-style-image: url(a)"},
-           {"list-style:none none none;list-style:disc circle", ""},
+           {"list-style:none none none;list-style:disc circle;list-style:none disc url(a);list-style:", ""},
+           {"list-style:none disc",
+            "list-style-type: disc; list-style-position: outside; list-style-image: none"},
            {"background:url(a) no-repeat 0 0 / 10px auto, #fff",
             "background-color: #ffffff; background-image: url(a)"},
+           {"background:left top/contain no-repeat fixed border-box red",
+            "background-color: #ff0000; "
+            "background-image: none"},
+           {"background:right bottom/cover repeat-x local padding-box text red",
+            "background-color: #ff0000; "
+            "background-image: none"},
+           {"background:center/auto space round scroll content-box red",
+            "background-color: #ff0000; "
+            "background-image: none"},
+           {"background:repeat red;background:repeat-y",
+            "background-color: #ff0000; background-image: none; "
+            "background-color: #000000/0; background-image: none"},
+           {"background:none,url(a),url(b) red", "background-color: #ff0000; background-image: url(a)"},
            {"background:none", "background-color: #000000/0; background-image: none"},
            {"background:red, url(a);background:foo;background:red red", ""},
+           {"background:none url(a);background:url(a),;background:", ""},
            {"text-decoration:underline dotted red 2px",
             "text-decoration-line: [underline]; text-decoration-style: dotted; text-decoration-color: #ff0000; "
             "text-decoration-thickness: 2px"},
@@ -266,6 +293,7 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font-variant:super;font-variant:sub unicase;font-variant:sub super 5;font-variant:sub normal",
             "font-variant-caps: normal; font-variant-position: super; font-variant-caps: unicase; "
             "font-variant-position: sub"},
+           {"font-variant:;font-variant:normal small-caps", ""},
            {"font:caption",
             "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
             "font-stretch: 100%; font-size: 16px; line-height: normal; font-family: [system-ui]"},
@@ -327,7 +355,10 @@ TEST(CSSDeclaration, ReadsColors) {
            {"rgb(1 2, 3)", ""},
            {"rgb(none 2 3)", "#000203"},
            {"rgb(calc(1 + 1) 2 3)", "#020203"},
+           {"rgb(calc(25% * 2) 0% 100%)", "#8000ff"},
            {"hsl(120, 100%, 25%)", "#008000"},
+           {"hsl(200grad 100% 50%)", "#00ffff"},
+           {"hsl(3.14159rad 100% 50%)", "#00ffff"},
            {"hsl(.5turn 100% 50% / 1)", "#00ffff"},
            {"hsl(-120 100 50)", "#0000ff"},
            {"hsl(120, 1, .5)", ""},
