@@ -60,6 +60,9 @@ TEST(InlineText, LinesAndParagraphsEndWhereABrowserEndsThem) {
       {u"<h1>a<br>b</h1>", "a/b|"},
       {u"<div style='display:flex'>a<span>b</span> <span>c</span></div>", "a|b|c|"},
       {u"<div style='display:contents'>a</div>b", "ab|"},
+      {u"<p>a<i style='display:inline-block'></i>b<i style='display:inline-flex'></i>c"
+       u"<i style='display:inline-grid'></i>d",
+       "abcd|"},
       {u"", ""},
   });
 }
@@ -86,6 +89,10 @@ TEST(InlineText, CaseIsMappedByLanguage) {
       {u"<p lang=el style='text-transform:uppercase'>άλφα", "ΑΛΦΑ|"},
       {u"<p style='text-transform:capitalize'>don't stop-me no<b>w élan ǆ ßa 'q' 3d</b>",
        "Don't Stop-Me Now Élan ǅ Ssa 'Q' 3d|"},
+      {u"<p style='text-transform:capitalize'>“a b”—c don’t a\u200db \U00010428a",
+       "“A B”—C Don’t A\u200db \U00010400a|"},
+      {u"<p style='text-transform:capitalize'><span lang=tr>iki</span> <span lang=az>iki</span> iki",
+       "İki İki Iki|"},
   });
 }
 
@@ -103,6 +110,10 @@ TEST(InlineText, FormControlsShowTheirText) {
       {u"<input type=reset><input type=RESET value=r><input type=color value=c><input type=email>", "Resetr|"},
       {u"<input value=x><input type=password value=secret><input type=submit><input type=hidden value=h>",
        "xSubmit|"},
+      {u"<input type=checkbox value=a><input type=RADIO value=b><input type=file value=c>"
+       u"<input type=range value=d>e",
+       "e|"},
+      {u"<select><option label=''> b</select>", "b|"},
       {u"<select><option>a<option selected> b  c<option>d</select>", "b c|"},
       {u"<select><option disabled>a<option label=L>b</select>", "L|"},
       {u"<select size=3><option>a<optgroup label=G><option>b</select>", "a|G|b|"},

@@ -51,6 +51,9 @@ TEST(ListFlow, MarkersComeInAllStyles) {
        "▾▸a|"},
       {u"<style>li::marker{content:counter(list-item,none) 'x'}</style><ol><li>a</ol>", "^x^a|"},
       {u"<style>b::before{content:'(';display:inline-block}</style>a <b>c</b>", "a (c|"},
+      {u"<style>b::before{content:'(';display:inline-flex}b::after{content:')';display:inline-grid}</style>"
+       u"a <b>c</b>",
+       "a (c)|"},
       {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
       {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
       {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},

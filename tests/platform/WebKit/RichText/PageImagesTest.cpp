@@ -157,13 +157,16 @@ TEST(PageImages, ParagraphsOfNothingButLostPicturesGo) {
 TEST(PageAttributes, HeadsSayWhatPagesAre) {
   HTMLDocument document = HTMLDocument::documentWithText(
       u"<title> A\n b </title><meta name=Author content=' Me '><meta name=keywords content='x, y z,,'>"
-      u"<meta name=description content=d><meta name=description content=e><meta name=subject content=''>");
+      u"<meta name=description content=d><meta name=description content=e><meta name=subject content=''>"
+      u"<meta name=subject content=s><meta name=COMPANY content=c><meta name=' copyright' content=r>");
   const DocumentAttributes attributes = documentAttributesOfPage(document);
   EXPECT_EQ(attributes.title, u"A b"_ns);
   EXPECT_EQ(attributes.author, u"Me"_ns);
   EXPECT_EQ(attributes.keywords, (std::vector{u"x"_ns, u"y z"_ns}));
   EXPECT_EQ(attributes.comment, u"d"_ns);
-  EXPECT_FALSE(attributes.subject);
+  EXPECT_EQ(attributes.subject, u"s"_ns);
+  EXPECT_EQ(attributes.company, u"c"_ns);
+  EXPECT_EQ(attributes.copyright, u"r"_ns);
 }
 
 }  // namespace
