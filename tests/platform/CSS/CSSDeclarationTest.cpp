@@ -78,8 +78,44 @@ TEST(CSSDeclaration, ReadsValues) {
             "border-top-width: 5px"},
            {"display:block flow;display:inline flow-root;display:list-item block;display:flow inline",
             "display: block; display: inline-block; display: list-item; display: inline"},
+           {"display:-webkit-flex;display:-webkit-inline-box;display:-webkit-inline-flex;position:-webkit-"
+            "sticky",
+            "display: flex; display: inline-flex; display: inline-flex; position: sticky"},
+           {"unicode-bidi:-webkit-isolate;unicode-bidi:-webkit-plaintext;text-align:-webkit-match-parent",
+            "unicode-bidi: isolate; unicode-bidi: plaintext; text-align: match-parent"},
+           {"display:flow;display:flow-root;display:block flex;display:inline flow;display:run-in;"
+            "display:list-item flow-root;display:inline list-item;display:inline flow list-item",
+            "display: block; display: flow-root; display: flex; display: inline; display: run-in; "
+            "display: list-item; display: list-item; display: list-item"},
+           {"display:list-item flex;display:block block;display:flex grid;display:list-item list-item;display:",
+            ""},
+           {"border-top-width:thin;border-top-width:medium;border-top-width:2px;border-top-width:-1px",
+            "border-top-width: 1px; border-top-width: 3px; border-top-width: 2px"},
+           {"clip:auto;clip:rect(1px, 2px);clip:rect(1px 2px 3px 4px 5px);clip:circle(1px)", "clip: auto"},
+           {"clip-path:none;clip-path:url(a);clip-path:path('x');clip-path:ellipse(1px);clip-path:polygon(0 0)",
+            "clip-path: none; clip-path: url(a); clip-path: path[]; clip-path: polygon[]; clip-path: "
+            "polygon[]"},
+           {"clip-path:inset();clip-path:square(1px);clip-path:inset(1px 2px 3px 4px)",
+            "clip-path: inset[1px 2px 3px 4px]"},
+           {"content:attr(1);content:counters(c);content:counters(c, d);content:counter(c x);content:count(c);"
+            "content:'a' / 5;content:/ 'a';content:counter(c,);content:",
+            ""},
+           {"content:close-quote no-open-quote no-close-quote;content:counter(c, none) 'a' / attr(x) 'b'",
+            "content: [close-quote no-open-quote no-close-quote]; content: [counter[c none] \"a\"]"},
+           {"counter-reset:none a;counter-reset:a none;counter-reset:;quotes:none;quotes:none none;quotes:",
+            "quotes: none"},
+           {"text-decoration-line:spelling-error;text-decoration-line:grammar-error;"
+            "text-decoration-line:none underline;text-decoration-line:line-through blink",
+            "text-decoration-line: [spelling-error]; text-decoration-line: [grammar-error]; "
+            "text-decoration-line: [line-through blink]"},
+           {"font-weight:normal;font-weight:bolder", "font-weight: 400; font-weight: bolder"},
+           {"background-image:-webkit-image-set(url(a) 1x);background-image:-webkit-cross-fade(url(b), url(c), "
+            "5%)",
+            "background-image: url(a); background-image: url(b)"},
            {"display:-webkit-box;display:inline grid;display:table-cell block;display:grid;display:none none",
             "display: flex; display: inline-grid; display: grid"},
+           {"font-weight:0;font-weight:1;font-weight:1000;font-weight:1000.5",
+            "font-weight: 1; font-weight: 1000"},
            {"font-weight:bold;font-weight:350;font-weight:1001;font-weight:lighter",
             "font-weight: 700; font-weight: 350; font-weight: lighter"},
            {"font-family:Times  New\tRoman, 'A b', serif, \"serif\"",
@@ -137,6 +173,24 @@ TEST(CSSDeclaration, ReadsValues) {
             "text-transform: none; text-transform: lowercase"},
        })
     EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, ReadsWholeValues) {
+  const auto read = [](CSSProperty property, std::u16string_view text) {
+    CSSArena arena;
+    std::vector<CSSDeclaration> declarations;
+    const bool isRead = readValue(property, text, CSSMode::kStandard, arena, declarations);
+    EXPECT_EQ(isRead, !declarations.empty()) << textOf(text);
+    return textOfDeclarations(declarations);
+  };
+  EXPECT_EQ(read(CSSProperty::kColor, u" red "), "color: #ff0000");
+  EXPECT_EQ(read(CSSProperty::kMarginInline, u"1px"), "margin-inline-start: 1px; margin-inline-end: 1px");
+  for (const std::u16string_view none :
+       {u"", u"red)", u"red !important", u"red;", u"rgb(1 2 3]", u"'a\n", u"1px"})
+    EXPECT_EQ(read(CSSProperty::kColor, none), "") << textOf(none);
+  EXPECT_EQ(read(CSSProperty::kMargin, u"1px 2px red"), "") << "nothing is left of what was read";
+  EXPECT_EQ(read(CSSProperty::kCustom, u"a"), "");
+  EXPECT_EQ(read(CSSProperty::kUnknown, u"a"), "");
 }
 
 TEST(CSSDeclaration, Calculates) {
@@ -384,6 +438,16 @@ TEST(CSSDeclaration, ReadsColors) {
            {"color-mix(in srgb, red 30%, blue 30%)", "#800080/0.6"},
            {"color-mix(in srgb-linear, red, blue)", "#bc00bc"},
            {"color-mix(in xyz, white, black)", "#bcbcbc"},
+           {"color-mix(in srgb, 25% red, blue)", "#4000bf"},
+           {"color-mix(in srgb, red, blue 25%)", "#bf0040"},
+           {"color-mix(in srgb, red 100%, blue)", "#ff0000"},
+           {"color-mix(in srgb, red 101%, blue)", ""},
+           {"color-mix(in srgb, transparent, red)", "#ff0000/0.5"},
+           {"color-mix(in srgb, red, blue, lime)", ""},
+           {"color-mix(in srgb red, blue)", ""},
+           {"color-mix(in srgb, red)", ""},
+           {"color(lab 1 0 0)", ""},
+           {"color(unknown 1 0 0)", ""},
            {"color-mix(srgb, red, blue)", ""},
            {"color-mix(10% red, blue)", ""},
            {"rgb(1 2 3 / x)", ""},
