@@ -405,7 +405,6 @@ void HTMLTreeBuilder::endForm() {
   }
   const HTMLNodeIndex form = form_;
   form_ = kNoHTMLNode;
-  if (form == kNoHTMLNode) return;
   const Position position = open_.positionOf(form, "form"_atom);
   if (!open_.isInScope(position)) return;
   popImpliedEnds();

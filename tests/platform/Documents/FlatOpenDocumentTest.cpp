@@ -472,6 +472,9 @@ TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
   EXPECT_EQ(facts.keywords, (std::vector{u"a"_ns, u"b"_ns}));
   EXPECT_EQ(facts.modificationTime, NSDate::dateWithUTC(2002, 3, 4, 5, 6, 7));
   EXPECT_EQ(facts.creationTime, std::nullopt);
+  constexpr std::size_t kMostKeywords = 1000;
+  EXPECT_EQ(factsOf(repeated("<meta:keyword>a</meta:keyword>", kMostKeywords + 1)).keywords.size(),
+            kMostKeywords);
   const struct {
     const char *text;
     std::optional<NSDate> date;

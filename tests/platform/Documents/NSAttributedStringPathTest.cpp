@@ -93,6 +93,7 @@ TEST(NSAttributedStringPath, RefusesWhatIsTooLargeOrNotThere) {
   error = {};
   EXPECT_FALSE(initWithPath(folder.string(""), {}, nullptr, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
+  EXPECT_EQ(error.localizedFailureReason, u"the file is a folder"_ns);
   const NSString path = folder.write("a.txt", "x");
   std::filesystem::resize_file(folder.path() / "a.txt", kMaximumDocumentBytes + 1);
   error = {};

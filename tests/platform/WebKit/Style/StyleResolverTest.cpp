@@ -174,6 +174,14 @@ TEST(StyleResolver, TakesElementsOfScriptsForUndefined) {
   });
 }
 
+TEST(StyleResolver, TakesCommentsForNoContent) {
+  expect({
+      {u"<style>b:empty{color:red}</style><b id=x><!--a--></b>", "color", "255 0 0"},
+      {u"<style>b:empty{color:red}</style><b id=x><!--a-->b</b>", "color", "0 0 0"},
+      {u"<style>b:empty{color:red}</style><b id=x><i></i></b>", "color", "0 0 0"},
+  });
+}
+
 TEST(StyleResolver, MakesPartsOfFormulasSmaller) {
   expect({
       {u"<math><msup><mi>a</mi><mi id=x>b</msup>", "size", "12.8"},
@@ -406,6 +414,8 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='line-height:200%;font-size:10px'><b style='font-size:30px' id=x>", "line-height", "20"},
       {u"<p style='text-indent:2em;font-size:8px' id=x>", "indent", "16"},
       {u"<p style='width:calc(10% + 20%)' id=x>", "width", "30%"},
+      {u"<p style='width:10vw' id=x>", "width", "128"},
+      {u"<p style='width:10vh' id=x>", "width", "72"},
       {u"<p style='font-size:10px;vertical-align:50%;line-height:30px' id=x>", "vertical", "15"},
       {u"<p style='font-weight:350'><b style='font-weight:lighter' id=x>", "weight", "100"},
       {u"<p style='border:solid;border-left:none' id=x>", "border", "3 3 3 0"},
