@@ -298,7 +298,7 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
             "border-top-width: 3px; border-top-style: solid; border-top-color: #ff0000"},
            {"border-left:0",
             "border-left-width: 0px; border-left-style: none; border-left-color: currentcolor"},
-           {"border:1px 2px", ""},
+           {"border:1px 2px;border:;border-top:;text-decoration:;text-decoration:red red", ""},
            {"border-color:red blue",
             "border-top-color: #ff0000; border-right-color: #0000ff; border-bottom-color: #ff0000; "
             "border-left-color: #0000ff"},

@@ -78,6 +78,7 @@ TEST(FlatOpenDocument, ShowsTheTextThatAPersonSees) {
       {"<text:p>x</text:p><draw:frame><draw:image/></draw:frame><text:p>y</text:p>", "x\ny"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body)), text) << body;
+  EXPECT_EQ(plain(flat("<text:p><text:s text:c='10001'/></text:p>")), std::string(10'000, ' '));
   EXPECT_EQ(plain(flat("<draw:page><draw:frame><draw:text-box><text:p>one</text:p></draw:text-box></draw:frame>"
                        "<presentation:notes><text:p>said</text:p></presentation:notes></draw:page>"
                        "<draw:page><draw:custom-shape><text:p>two</text:p></draw:custom-shape></draw:page>",

@@ -59,6 +59,7 @@ TEST(InlineText, LinesAndParagraphsEndWhereABrowserEndsThem) {
       {u"<b>a<div>b</div>c</b>", "a|b|c|"},
       {u"<h1>a<br>b</h1>", "a/b|"},
       {u"<div style='display:flex'>a<span>b</span> <span>c</span></div>", "a|b|c|"},
+      {u"<div style='display:flex;white-space:pre'><i>a</i> <i>b</i></div>", "a|b|"},
       {u"<div style='display:contents'>a</div>b", "ab|"},
       {u"<p>a<i style='display:inline-block'></i>b<i style='display:inline-flex'></i>c"
        u"<i style='display:inline-grid'></i>d",
@@ -74,6 +75,11 @@ TEST(InlineText, HiddenTextIsLeftOutButNotWhatShowsInIt) {
       {u"<title>t</title><script>s</script><style>p{}</style>a<noframes>n</noframes><template>x</template>",
        "a|"},
       {u"<iframe>a</iframe><audio>b</audio>d", "d|"},
+      {u"<meter>m</meter><progress>p</progress>d", "d|"},
+      {u"<svg><metadata>a</metadata><symbol><text>b</text></symbol><clipPath><text>c</text></clipPath><mask>"
+       u"<text>d</text></mask><pattern><text>e</text></pattern><marker><text>f</text></marker><defs><text>g"
+       u"</text></defs><style>h</style><text>i</text></svg>",
+       "i|"},
       {u"<canvas>without <b>scripts</b></canvas>", "without scripts|"},
       {u"<svg><title>t</title><desc>d</desc> x <text>a</text><g><text>b<tspan>c</tspan></text></g></svg>",
        "a bc|"},

@@ -65,6 +65,10 @@ TEST(PageImages, PagesSayWhatStandsWhere) {
        "*|", "0:s;"},
       {u"<video poster=p>f</video><object data=o.png>f</object><input type=image src=i alt=go>", "***|",
        "0:p;1:o.png;2:i 'go';"},
+      {u"<object data=a.PNG></object><object data=b.jpg></object><object data=c.jpeg></object><object "
+       u"data=d.gif></object><object data=e.svg></object><object data=f.webp></object><object data=g.bmp>"
+       u"</object><object type=IMAGE/x data=h></object><object type=text/html data=i.png>j</object>",
+       "********j|", "0:a.PNG;1:b.jpg;2:c.jpeg;3:d.gif;4:e.svg;5:f.webp;6:g.bmp;7:h;"},
       {u"<style>i::before{content:url(u) 'x'}</style>a<i></i>", "a*x|", "1:u;"},
       {u"<p style='visibility:hidden'><img src=x>", "", ""},
       {u"<table><tr><td>a<td><img src=x></table>", "a|*|", "2:x;"},
@@ -150,6 +154,21 @@ TEST(PageImages, LoadedPicturesBecomeAttachments) {
   EXPECT_FALSE(attachment(2));
   EXPECT_EQ(attachment(7).sizeInPoints(), (NSSize{30, 30}));
   EXPECT_EQ(attachment(7).fileWrapper().preferredFilename(), u"x.gif"_ns);
+}
+
+TEST(PageImages, PicturesMayHaveNoSize) {
+  const PageText page = textOfHTML(u"<img src=1><img src=2 width=40><img src=3 width=40 height=20>");
+  const std::string drawing = "<svg>";
+  const WebResource one =
+      WebResource::resourceWithData(NSData::dataWithBytes(drawing.data(), drawing.size()),
+                                    NSURL::URLWithString(u"http://a/b"_ns), u"image/svg+xml"_ns);
+  const WebResource loaded[] = {one, one, one};
+  const NSAttributedString text = textWithImages(page, loaded);
+  ASSERT_EQ(plainDump(text), "***|");
+  EXPECT_FALSE(text.attributesAtIndex(0)->attachment.sizeInPoints());
+  EXPECT_FALSE(text.attributesAtIndex(1)->attachment.sizeInPoints());
+  EXPECT_EQ(text.attributesAtIndex(2)->attachment.sizeInPoints(), (NSSize{30, 15}));
+  EXPECT_EQ(text.attributesAtIndex(0)->attachment.fileWrapper().preferredFilename(), u"b.svg"_ns);
 }
 
 TEST(PageImages, ParagraphsOfNothingButLostPicturesGo) {

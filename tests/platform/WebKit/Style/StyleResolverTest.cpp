@@ -312,6 +312,11 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<table><td valign=baseline id=x>", "vertical", "baseline"},
       {u"<img hspace=3 vspace=4 id=x>", "margin", "4 3 4 3"},
       {u"<p hspace=3 vspace=4 id=x>", "margin", "16 0 16 0"},
+      {u"<hr align=left id=x>", "margin", "8 auto 8 0"},
+      {u"<hr align=right id=x>", "margin", "8 0 8 auto"},
+      {u"<hr width=50% id=x>", "width", "50%"},
+      {u"<p type=a id=x>", "list", "disc"},
+      {u"<font face='Arial, sans-serif' color=red size=2 id=x>a", "family", "Arial,sans-serif"},
       {u"<hr align=left color=red width=9 id=x>", "border-color", "255 0 0"},
       {u"<p dir=auto id=x>1 \u05d0 a", "direction", "rtl"},
       {u"<p dir=auto id=x>1 \u0e01 \u05d0", "direction", "ltr"},
@@ -534,6 +539,52 @@ TEST(StyleResolver, RemembersStylesOfEqualElementsOnly) {
     }
   }
   EXPECT_EQ(i, kElements);
+}
+
+/// Elements in parents that differ in what is inherited do not get each other's style.
+TEST(StyleResolver, TellsInheritedStylesApart) {
+  const struct {
+    std::string_view property;
+    std::u16string first, second, child = {};
+  } cases[] = {
+      {"family", u"font-family:a", u"font-family:b"},
+      {"family", u"font-family:serif", u"font-family:sans-serif"},
+      {"size", u"font-size:10px", u"font-size:20px"},
+      {"weight", u"font-weight:300", u"font-weight:301", u"font-weight:inherit"},
+      {"weight", u"font-weight:300", u"font-weight:556", u"font-weight:inherit"},
+      {"italic", u"font-style:normal", u"font-style:italic"},
+      {"caps", u"font-variant:normal", u"font-variant:small-caps"},
+      {"visibility", u"visibility:visible", u"visibility:hidden"},
+      {"align", u"text-align:left", u"text-align:right"},
+      {"transform", u"text-transform:uppercase", u"text-transform:lowercase"},
+      {"white-space", u"white-space:pre", u"white-space:nowrap"},
+      {"direction", u"direction:ltr", u"direction:rtl"},
+      {"list", u"list-style:disc", u"list-style:square"},
+      {"color", u"color:red", u"color:lime"},
+      {"color", u"--a:red", u"--a:lime", u"color:var(--a)"},
+      {"indent", u"text-indent:1px", u"text-indent:2px"},
+      {"line-height", u"line-height:10px", u"line-height:20px"},
+      {"line-height", u"line-height:1", u"line-height:2"},
+      {"line-height", u"line-height:normal", u"line-height:2"},
+      {"line-height", u"font-size:10px;line-height:20px", u"font-size:10px;line-height:2", u"font-size:30px"},
+      {"lines", u"text-decoration:underline red", u"text-decoration:underline lime"},
+      {"lines", u"text-decoration:overline red", u"text-decoration:overline lime"},
+      {"lines", u"text-decoration:line-through red", u"text-decoration:line-through lime"},
+      {"lines", u"text-decoration:none", u"text-decoration:underline"},
+      {"display", u"display:block", u"display:flex"},
+      {"unseen", u"content-visibility:visible", u"content-visibility:hidden"},
+  };
+  for (const auto &[property, first, second, child] : cases) {
+    const auto paragraph = [&child](const std::u16string &style, const std::u16string &id) {
+      return u"<p style='" + style + u"'><b style='" + child + u"' id=" + id + u"></b></p>";
+    };
+    Page both(u"<!DOCTYPE html>" + paragraph(first, u"a") + paragraph(second, u"b"));
+    Page alone(u"<!DOCTYPE html>" + paragraph(second, u"b"));
+    const std::string ofFirst = described(both.styleOf(both.elementWithId(u"a")), property);
+    const std::string ofSecond = described(both.styleOf(both.elementWithId(u"b")), property);
+    EXPECT_NE(ofFirst, ofSecond) << utf8(second);
+    EXPECT_EQ(ofSecond, described(alone.styleOf(alone.elementWithId(u"b")), property)) << utf8(second);
+  }
 }
 
 TEST(StyleResolver, EndsOnHostilePages) {
