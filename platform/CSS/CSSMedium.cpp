@@ -201,7 +201,8 @@ class MediaQueryReader {
     context.viewportHeight = medium_.heightInPixels;
     if (feature.kind == Feature::kWidth || feature.kind == Feature::kHeight)
       return resolvedNumber(reader_.numeric({.takesLengths = true}), context);
-    if (feature.kind == Feature::kResolution && reader_.peek().type == CSSTokenType::kDimension) {
+    if (feature.kind == Feature::kResolution) {
+      if (reader_.peek().type != CSSTokenType::kDimension) return std::nullopt;
       const double *const factor = kResolutions.find(reader_.text(reader_.peek()));
       if (!factor) return std::nullopt;
       return reader_.takeDimension() * *factor;

@@ -18,8 +18,6 @@ using Keywords = std::span<const CSSKeyword>;
 constexpr double kLightestWeight = 1, kHeaviestWeight = 1000;
 constexpr double kNormalWeight = 400, kBoldWeight = 700;
 
-constexpr CSSNumericRange kLength{.takesLengths = true};
-constexpr CSSNumericRange kPositiveLength{.takesLengths = true, .isNonNegative = true};
 constexpr CSSNumericRange kQuirkyLength{.takesLengths = true, .mayLackUnit = true};
 constexpr CSSNumericRange kPositiveQuirkyLength{
     .takesLengths = true, .isNonNegative = true, .mayLackUnit = true};

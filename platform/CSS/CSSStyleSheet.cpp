@@ -179,7 +179,7 @@ class CSSSheetReader {
     ++inner.depth;
     bool holds = rule && !isTooLong;
     if (holds && !hasBlock) {
-      if (*rule == AtRule::kImport && mayImport_ && block.depth == 0) readImport(prelude);
+      if (*rule == AtRule::kImport && mayImport_) readImport(prelude);
       if (*rule == AtRule::kLayer) readLayers(prelude, block.layer);
     } else if (holds) {
       holds = *rule == AtRule::kMedia       ? detail::matchesMedium(prelude, reading_.medium)
@@ -228,7 +228,7 @@ class CSSSheetReader {
     }
     if (!detail::matchesMedium(prelude, reading_.medium)) return;
     if (layer && !*layer) import.layer = addLayer({}, kNoCSSLayer);
-    if (layer && *layer && !readLayerName(**layer, kNoCSSLayer, import.layer)) return;
+    if (layer && *layer && !(readLayerName(**layer, kNoCSSLayer, import.layer) && (*layer)->isAtEnd())) return;
     sheet_.imports_.push_back(import);
   }
 

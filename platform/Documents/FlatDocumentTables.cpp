@@ -33,11 +33,10 @@ bool isEmpty(const pugi::xml_node &cell) {
   return !cell.first_child() && !cell.attribute("table:number-columns-spanned");
 }
 
-/// "0.5pt solid #000000".
+/// "0.5pt solid #000000", or "none".
 void readBorder(std::string_view value, double *width, std::optional<NSColor> *borderColor) {
   *width = 0;
   borderColor->reset();
-  if (value == "none") return;
   const std::size_t first = value.find(' '), last = value.rfind(' ');
   *width = lengthInPoints(value.substr(0, first)).value_or(0);
   if (last != std::string_view::npos) *borderColor = color(value.substr(last + 1));

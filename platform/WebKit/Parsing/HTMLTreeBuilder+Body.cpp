@@ -405,7 +405,6 @@ void HTMLTreeBuilder::endForm() {
   }
   const HTMLNodeIndex form = form_;
   form_ = kNoHTMLNode;
-  if (form == kNoHTMLNode) return;
   const Position position = open_.positionOf(form, "form"_atom);
   if (!open_.isInScope(position)) return;
   popImpliedEnds();
@@ -419,7 +418,7 @@ void HTMLTreeBuilder::endBlock(HTMLAtom name) {
 /// Ends the nearest element of the name that no special element is in the way of.
 void HTMLTreeBuilder::endOther(HTMLAtom name) {
   const Position position = open_.top(name);
-  if (position != 0 && position >= open_.current().special) open_.popThrough(position);
+  if (position >= open_.current().special) open_.popThrough(position);
 }
 
 void HTMLTreeBuilder::closeParagraph() {

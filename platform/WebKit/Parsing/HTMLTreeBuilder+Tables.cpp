@@ -262,15 +262,6 @@ HTMLTreeBuilder::Outcome HTMLTreeBuilder::readInTableBody(HTMLToken &token) {
         return Outcome::done;
       case "table"_atom:
         return endAnyBody();
-      case "body"_atom:
-      case "caption"_atom:
-      case "col"_atom:
-      case "colgroup"_atom:
-      case "html"_atom:
-      case "td"_atom:
-      case "th"_atom:
-      case "tr"_atom:
-        return Outcome::done;
       default:
         break;
     }
@@ -313,14 +304,6 @@ HTMLTreeBuilder::Outcome HTMLTreeBuilder::readInRow(HTMLToken &token) {
       case "tfoot"_atom:
       case "thead"_atom:
         return open_.isInTableScope(token.name) ? endRow() : Outcome::done;
-      case "body"_atom:
-      case "caption"_atom:
-      case "col"_atom:
-      case "colgroup"_atom:
-      case "html"_atom:
-      case "td"_atom:
-      case "th"_atom:
-        return Outcome::done;
       default:
         break;
     }

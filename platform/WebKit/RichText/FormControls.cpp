@@ -25,8 +25,7 @@ std::u16string textOfOption(const HTMLDocument &document, HTMLNodeIndex option) 
 std::u16string textOfInput(const HTMLDocument &document, const HTMLNode &input) {
   const std::u16string_view type = document.attribute(input, "type"_atom).value_or(u"");
   const auto value = document.attribute(input, "value"_atom);
-  if (equalsOneOfASCIINoCase(type,
-                             {"password", "hidden", "checkbox", "radio", "file", "color", "range", "image"}))
+  if (equalsOneOfASCIINoCase(type, {"password", "hidden", "checkbox", "radio", "file", "color", "range"}))
     return {};
   if (value) return std::u16string(*value);
   if (equalsASCIINoCase(type, "submit")) return u"Submit";

@@ -61,10 +61,6 @@ SiblingRange TableReader::partsOfTable(SiblingRange range) {
 }
 
 TableShape TableReader::read(SiblingRange range) {
-  cells_.clear();
-  rows_.clear();
-  groups_.clear();
-  captions_.clear();
   readTable(range);
   return placed();
 }

@@ -115,11 +115,13 @@ double scaleOf(int depth) {
 void appendFormulaHints(const HTMLDocument &document, HTMLNodeIndex index, DeclarationTexts &texts,
                         HintList &hints) {
   const HTMLNode &element = document.node(index);
-  if (element.name == document.atoms().existingAtomOf(u"math")) return;
-  const FormulaReader reader(document);
-  const int outer = reader.placeAround(index).depth, own = reader.placeOf(index).depth;
-  if (own > outer)
-    hints.set(CSSProperty::kFontSize, CSSValue::number(100 * scaleOf(own) / scaleOf(outer), CSSUnit::kPercent));
+  if (element.name != document.atoms().existingAtomOf(u"math")) {
+    const FormulaReader reader(document);
+    const int outer = reader.placeAround(index).depth, own = reader.placeOf(index).depth;
+    if (own > outer)
+      hints.set(CSSProperty::kFontSize,
+                CSSValue::number(100 * scaleOf(own) / scaleOf(outer), CSSUnit::kPercent));
+  }
   for (const auto &[name, property] :
        {std::pair{u"mathsize", CSSProperty::kFontSize}, std::pair{u"mathcolor", CSSProperty::kColor}}) {
     const auto value = document.attribute(element, document.atoms().existingAtomOf(name));

@@ -64,9 +64,7 @@ void appendOfTable(const HTMLDocument &document, const HTMLNode &table, HintList
     hints.set(kBorderWidths, borderWidth(*border));
     hints.set(kBorderStyles, CSSKeyword::kOutset);
   }
-  const HTMLAtom name = document.atoms().existingAtomOf(u"bordercolor");
-  if (name == HTMLAtom()) return;
-  if (const auto color = document.attribute(table, name))
+  if (const auto color = document.attribute(table, document.atoms().existingAtomOf(u"bordercolor")))
     hints.setColor({CSSProperty::kBorderTopColor, CSSProperty::kBorderRightColor,
                     CSSProperty::kBorderBottomColor, CSSProperty::kBorderLeftColor},
                    *color);

@@ -21,6 +21,8 @@ TEST(CSSDeclaration, DropsWhatIsInvalidAndGoesOn) {
            {"color:red", "color: #ff0000"},
            {"COLOR : RED ! Important ; float:left", "color: #ff0000 !; float: left"},
            {"color:red!", ""},
+           {"color:red!\\69mportant", "color: #ff0000 !"},
+           {"--x:!important;--y:a !important ;--z:important", "--x: {} !; --y: {a} !; --z: {important}"},
            {"color:red !important x", ""},
            {"color:red;;;color:;color;:red;color:green", "color: #ff0000; color: #008000"},
            {"color red; color:lime", "color: #00ff00"},
@@ -55,6 +57,10 @@ TEST(CSSDeclaration, ReadsValues) {
             "width: 96px; height: 96px; top: 96px; left: 96px; right: 96px; bottom: 96px"},
            {"width:1em;width:2REM;width:3vw;width:4dvh;width:5ch",
             "width: 1em; width: 2rem; width: 3vw; width: 4vh; width: 5ch"},
+           {"width:1svw;width:2lvw;width:3dvw;width:4svh;width:5lvh",
+            "width: 1vw; width: 2vw; width: 3vw; width: 4vh; width: 5vh"},
+           {"width:1svmin;width:2lvmin;width:3dvmin;width:4svmax;width:5lvmax;width:6dvmax",
+            "width: 1vmin; width: 2vmin; width: 3vmin; width: 4vmax; width: 5vmax; width: 6vmax"},
            {"width:0;width:1;width:-1px;margin-left:-1px;width:5%", "width: 0px; margin-left: -1px; width: 5%"},
            {"width:auto;max-width:none;max-width:auto;width:fit-content(2px)",
             "width: auto; max-width: none; width: fit-content"},
@@ -72,8 +78,44 @@ TEST(CSSDeclaration, ReadsValues) {
             "border-top-width: 5px"},
            {"display:block flow;display:inline flow-root;display:list-item block;display:flow inline",
             "display: block; display: inline-block; display: list-item; display: inline"},
+           {"display:-webkit-flex;display:-webkit-inline-box;display:-webkit-inline-flex;position:-webkit-"
+            "sticky",
+            "display: flex; display: inline-flex; display: inline-flex; position: sticky"},
+           {"unicode-bidi:-webkit-isolate;unicode-bidi:-webkit-plaintext;text-align:-webkit-match-parent",
+            "unicode-bidi: isolate; unicode-bidi: plaintext; text-align: match-parent"},
+           {"display:flow;display:flow-root;display:block flex;display:inline flow;display:run-in;"
+            "display:list-item flow-root;display:inline list-item;display:inline flow list-item",
+            "display: block; display: flow-root; display: flex; display: inline; display: run-in; "
+            "display: list-item; display: list-item; display: list-item"},
+           {"display:list-item flex;display:block block;display:flex grid;display:list-item list-item;display:",
+            ""},
+           {"border-top-width:thin;border-top-width:medium;border-top-width:2px;border-top-width:-1px",
+            "border-top-width: 1px; border-top-width: 3px; border-top-width: 2px"},
+           {"clip:auto;clip:rect(1px, 2px);clip:rect(1px 2px 3px 4px 5px);clip:circle(1px)", "clip: auto"},
+           {"clip-path:none;clip-path:url(a);clip-path:path('x');clip-path:ellipse(1px);clip-path:polygon(0 0)",
+            "clip-path: none; clip-path: url(a); clip-path: path[]; clip-path: polygon[]; clip-path: "
+            "polygon[]"},
+           {"clip-path:inset();clip-path:square(1px);clip-path:inset(1px 2px 3px 4px)",
+            "clip-path: inset[1px 2px 3px 4px]"},
+           {"content:attr(1);content:counters(c);content:counters(c, d);content:counter(c x);content:count(c);"
+            "content:'a' / 5;content:/ 'a';content:counter(c,);content:",
+            ""},
+           {"content:close-quote no-open-quote no-close-quote;content:counter(c, none) 'a' / attr(x) 'b'",
+            "content: [close-quote no-open-quote no-close-quote]; content: [counter[c none] \"a\"]"},
+           {"counter-reset:none a;counter-reset:a none;counter-reset:;quotes:none;quotes:none none;quotes:",
+            "quotes: none"},
+           {"text-decoration-line:spelling-error;text-decoration-line:grammar-error;"
+            "text-decoration-line:none underline;text-decoration-line:line-through blink",
+            "text-decoration-line: [spelling-error]; text-decoration-line: [grammar-error]; "
+            "text-decoration-line: [line-through blink]"},
+           {"font-weight:normal;font-weight:bolder", "font-weight: 400; font-weight: bolder"},
+           {"background-image:-webkit-image-set(url(a) 1x);background-image:-webkit-cross-fade(url(b), url(c), "
+            "5%)",
+            "background-image: url(a); background-image: url(b)"},
            {"display:-webkit-box;display:inline grid;display:table-cell block;display:grid;display:none none",
             "display: flex; display: inline-grid; display: grid"},
+           {"font-weight:0;font-weight:1;font-weight:1000;font-weight:1000.5",
+            "font-weight: 1; font-weight: 1000"},
            {"font-weight:bold;font-weight:350;font-weight:1001;font-weight:lighter",
             "font-weight: 700; font-weight: 350; font-weight: lighter"},
            {"font-family:Times  New\tRoman, 'A b', serif, \"serif\"",
@@ -82,6 +124,11 @@ TEST(CSSDeclaration, ReadsValues) {
            {"font-style:oblique 0deg", "font-style: normal"},
            {"font-style:oblique 10deg;font-stretch:condensed;font-size:larger;line-height:1.5",
             "font-style: oblique; font-stretch: 75%; font-size: larger; line-height: 1.5"},
+           {"font-stretch:ultra-condensed;font-stretch:extra-condensed;font-stretch:semi-condensed;"
+            "font-stretch:normal;font-stretch:semi-expanded;font-stretch:expanded;font-stretch:extra-expanded;"
+            "font-stretch:ultra-expanded;font-stretch:-1%",
+            "font-stretch: 50%; font-stretch: 62.5%; font-stretch: 87.5%; font-stretch: 100%; "
+            "font-stretch: 112.5%; font-stretch: 125%; font-stretch: 150%; font-stretch: 200%"},
            {"line-height:-1;font-size:-1px;padding:-1px;tab-size:4", "tab-size: 4"},
            {"content:'a' attr(x) counter(c) counters(c, '.', upper-roman) open-quote url(i.png)",
             "content: [\"a\" attr[x] counter[c decimal] counters[c \".\" upper-roman] open-quote url(i.png)]"},
@@ -126,6 +173,24 @@ TEST(CSSDeclaration, ReadsValues) {
             "text-transform: none; text-transform: lowercase"},
        })
     EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
+}
+
+TEST(CSSDeclaration, ReadsWholeValues) {
+  const auto read = [](CSSProperty property, std::u16string_view text) {
+    CSSArena arena;
+    std::vector<CSSDeclaration> declarations;
+    const bool isRead = readValue(property, text, CSSMode::kStandard, arena, declarations);
+    EXPECT_EQ(isRead, !declarations.empty()) << textOf(text);
+    return textOfDeclarations(declarations);
+  };
+  EXPECT_EQ(read(CSSProperty::kColor, u" red "), "color: #ff0000");
+  EXPECT_EQ(read(CSSProperty::kMarginInline, u"1px"), "margin-inline-start: 1px; margin-inline-end: 1px");
+  for (const std::u16string_view none :
+       {u"", u"red)", u"red !important", u"red;", u"rgb(1 2 3]", u"'a\n", u"1px"})
+    EXPECT_EQ(read(CSSProperty::kColor, none), "") << textOf(none);
+  EXPECT_EQ(read(CSSProperty::kMargin, u"1px 2px red"), "") << "nothing is left of what was read";
+  EXPECT_EQ(read(CSSProperty::kCustom, u"a"), "");
+  EXPECT_EQ(read(CSSProperty::kUnknown, u"a"), "");
 }
 
 TEST(CSSDeclaration, Calculates) {
@@ -233,7 +298,7 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
             "border-top-width: 3px; border-top-style: solid; border-top-color: #ff0000"},
            {"border-left:0",
             "border-left-width: 0px; border-left-style: none; border-left-color: currentcolor"},
-           {"border:1px 2px", ""},
+           {"border:1px 2px;border:;border-top:;text-decoration:;text-decoration:red red", ""},
            {"border-color:red blue",
             "border-top-color: #ff0000; border-right-color: #0000ff; border-bottom-color: #ff0000; "
             "border-left-color: #0000ff"},
@@ -244,15 +309,31 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font:normal normal 400 x-large serif",
             "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
             "font-stretch: 100%; font-size: x-large; line-height: normal; font-family: [serif]"},
-           {"font:12px;font:bold serif;font:12px/x serif;font:bold bold 12px serif", ""},
+           {"font:12px;font:bold serif;font:12px/x serif;font:bold bold 12px serif;font:math serif", ""},
            {"list-style:none", "list-style-type: none; list-style-position: outside; list-style-image: none"},
            {"list-style:inside url(a) none",
             "list-style-type: none; list-style-position: inside; list-style-image: url(a)"},
-           {"list-style:none none none;list-style:disc circle", ""},
+           {"list-style:none none none;list-style:disc circle;list-style:none disc url(a);list-style:", ""},
+           {"list-style:none disc",
+            "list-style-type: disc; list-style-position: outside; list-style-image: none"},
            {"background:url(a) no-repeat 0 0 / 10px auto, #fff",
             "background-color: #ffffff; background-image: url(a)"},
+           {"background:left top/contain no-repeat fixed border-box red",
+            "background-color: #ff0000; "
+            "background-image: none"},
+           {"background:right bottom/cover repeat-x local padding-box text red",
+            "background-color: #ff0000; "
+            "background-image: none"},
+           {"background:center/auto space round scroll content-box red",
+            "background-color: #ff0000; "
+            "background-image: none"},
+           {"background:repeat red;background:repeat-y",
+            "background-color: #ff0000; background-image: none; "
+            "background-color: #000000/0; background-image: none"},
+           {"background:none,url(a),url(b) red", "background-color: #ff0000; background-image: url(a)"},
            {"background:none", "background-color: #000000/0; background-image: none"},
            {"background:red, url(a);background:foo;background:red red", ""},
+           {"background:none url(a);background:url(a),;background:", ""},
            {"text-decoration:underline dotted red 2px",
             "text-decoration-line: [underline]; text-decoration-style: dotted; text-decoration-color: #ff0000; "
             "text-decoration-thickness: 2px"},
@@ -266,6 +347,7 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font-variant:super;font-variant:sub unicase;font-variant:sub super 5;font-variant:sub normal",
             "font-variant-caps: normal; font-variant-position: super; font-variant-caps: unicase; "
             "font-variant-position: sub"},
+           {"font-variant:;font-variant:normal small-caps", ""},
            {"font:caption",
             "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
             "font-stretch: 100%; font-size: 16px; line-height: normal; font-family: [system-ui]"},
@@ -327,7 +409,10 @@ TEST(CSSDeclaration, ReadsColors) {
            {"rgb(1 2, 3)", ""},
            {"rgb(none 2 3)", "#000203"},
            {"rgb(calc(1 + 1) 2 3)", "#020203"},
+           {"rgb(calc(25% * 2) 0% 100%)", "#8000ff"},
            {"hsl(120, 100%, 25%)", "#008000"},
+           {"hsl(200grad 100% 50%)", "#00ffff"},
+           {"hsl(3.14159rad 100% 50%)", "#00ffff"},
            {"hsl(.5turn 100% 50% / 1)", "#00ffff"},
            {"hsl(-120 100 50)", "#0000ff"},
            {"hsl(120, 1, .5)", ""},
@@ -353,6 +438,16 @@ TEST(CSSDeclaration, ReadsColors) {
            {"color-mix(in srgb, red 30%, blue 30%)", "#800080/0.6"},
            {"color-mix(in srgb-linear, red, blue)", "#bc00bc"},
            {"color-mix(in xyz, white, black)", "#bcbcbc"},
+           {"color-mix(in srgb, 25% red, blue)", "#4000bf"},
+           {"color-mix(in srgb, red, blue 25%)", "#bf0040"},
+           {"color-mix(in srgb, red 100%, blue)", "#ff0000"},
+           {"color-mix(in srgb, red 101%, blue)", ""},
+           {"color-mix(in srgb, transparent, red)", "#ff0000/0.5"},
+           {"color-mix(in srgb, red, blue, lime)", ""},
+           {"color-mix(in srgb red, blue)", ""},
+           {"color-mix(in srgb, red)", ""},
+           {"color(lab 1 0 0)", ""},
+           {"color(unknown 1 0 0)", ""},
            {"color-mix(srgb, red, blue)", ""},
            {"color-mix(10% red, blue)", ""},
            {"rgb(1 2 3 / x)", ""},

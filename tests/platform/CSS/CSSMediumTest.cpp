@@ -49,6 +49,29 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "screen and (min-width:1px) and (color)",
            "(height: 720px)",
            "(719px < device-height <= 45em)",
+           "(device-width: 1280px) and (device-aspect-ratio: 16/9)",
+           "(width: 100vw) and (height: 100vh)",
+           "(width <= 1280px) and (width > 1279px)",
+           "(1280px <= width <= 1280px)",
+           "(2000px >= width >= 1280px)",
+           "(calc(1px * pi) < width)",
+           "(resolution: 96dpi) and (resolution = 1x)",
+           "(37.79dpcm < resolution < 37.8dpcm)",
+           "(-webkit-max-device-pixel-ratio: 1) and (-webkit-transform-3d)",
+           "(color: 8) and (color-index: 0) and (monochrome: 0) and (grid: 0)",
+           "(horizontal-viewport-segments: 1) and (vertical-viewport-segments: 1)",
+           "(orientation)",
+           "(any-hover: hover) and (any-pointer: fine) and (color-gamut: srgb) and (display-mode: browser)",
+           "(dynamic-range: standard) and (video-dynamic-range: standard) and (update: fast)",
+           "(overflow-block: scroll) and (overflow-inline: scroll) and (scan: progressive)",
+           "(scripting: none) and (forced-colors: none) and (inverted-colors: none)",
+           "(prefers-contrast: no-preference) and (prefers-reduced-data: no-preference)",
+           "(prefers-reduced-transparency: no-preference)",
+           "(foo) or (color)",
+           "(grid) or (grid) or (color)",
+           "not ((foo) and (grid))",
+           "not (not (color))",
+           "not screen and (grid)",
        }) {
     EXPECT_TRUE(matchesMedium(unitsOf(query), {})) << query;
   }
@@ -86,10 +109,45 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "color",
            "(min-height: 721px)",
            "(height < 720px)",
+           "(width > 1280px)",
+           "(width:)",
+           "(min-width > 1px)",
+           "(aspect-ratio: 16/)",
+           "(resolution: 1)",
+           "(resolution: 96px)",
+           "not (resolution: 1)",
+           "(dynamic-range: high)",
+           "(prefers-contrast)",
+           "(forced-colors)",
+           "(hover: hover x)",
+           "(color: 8 8)",
+           "(0 = pointer)",
+           "(pointer = fine)",
+           "(1px 2px < width)",
+           "(1px < 2px < width)",
+           "(1280px = width > 1px)",
+           "(1px < width = 1280px)",
+           "(1px < width <)",
+           "((color) x)",
+           "[color]",
+           "foo(color)",
+           "print (a, all, b)",
+           "only (color)",
+           "not not",
+           "not only",
+           "not and",
+           "not or",
+           "not layer",
+           "not (grid) and (color)",
+           "(color) or (grid) and (color)",
+           "screen and (color) or (grid)",
+           "not ((grid) or (foo))",
+           "not ((color) and (foo))",
        }) {
     EXPECT_FALSE(matchesMedium(unitsOf(query), {})) << query;
   }
   EXPECT_TRUE(matchesMedium(u"(max-width: 500px) and (orientation: portrait)", {400, 600}));
+  EXPECT_TRUE(matchesMedium(u"(orientation: portrait)", {600, 600}));
   // The text's end closes what is open.
   EXPECT_TRUE(matchesMedium(u"(color", {}));
   const std::u16string deep(100000, u'(');
@@ -109,6 +167,9 @@ TEST(CSSMedium, KnowsWhatIsSupported) {
            "(width: calc(1px + 2em))",
            "selector(:is(a, b))",
            "selector(a > b) and (color: var(--x))",
+           "NOT (foo: bar)",
+           "(foo: bar) or (foo: bar) or (color: red)",
+           "(color: red) or (foo: bar)",
        })
     EXPECT_TRUE(isSupportedByCSS(unitsOf(condition))) << condition;
   for (const std::string_view condition : {
@@ -122,6 +183,13 @@ TEST(CSSMedium, KnowsWhatIsSupported) {
            "(color: red) and (foo: bar)",
            "(color: red) and (color: blue) or (color: green)",
            "(color)",
+           "[color: red]",
+           "(color: red) x",
+           "not (foo: bar) x",
+           "(color: red) and (foo: bar) and (color: red)",
+           "((color: red) and (foo: bar))",
+           "selector(a,)",
+           "selectors(a)",
        })
     EXPECT_FALSE(isSupportedByCSS(unitsOf(condition))) << condition;
 }

@@ -90,6 +90,10 @@ TEST(CSSSelector, MatchesByTheStandard) {
            {"[type=checkbox]", "10"},
            {"[type=checkbox s]", ""},
            {"[*|title]", "7"},
+           {"[|title]", "7"},
+           {"[*title]", "invalid"},
+           {"[*|*]", "invalid"},
+           {"[title|]", "invalid"},
            {"*|a", "8 9"},
            {"|a", ""},
            {":root", "0"},
@@ -137,6 +141,13 @@ TEST(CSSSelector, MatchesByTheStandard) {
            {"p:not(:host(.a)):not(:state(x))", "3 4"},
            {"li:dir(rtl)", "13 14 15 16 17"},
            {"p:dir(ltr)", "3 4"},
+           {"p:dir( LTR )", "3 4"},
+           {"p:dir(ltr", "3 4"},
+           {":dir(up)", ""},
+           {"p:not(:dir(up))", "3 4"},
+           {"ul:lang( fr , 'de' )", "12"},
+           {"[title='hello world' I]", "7"},
+           {"[title='hello world' S]", ""},
            {"u, :unknown-thing(x)", "invalid"},
            {"u p, p", "3 4"},
            {"p::before", "3 4"},
@@ -173,6 +184,14 @@ TEST(CSSSelector, MatchesByTheStandard) {
            {"p)", "invalid"},
            {":nth-child(n of)", "invalid"},
            {":nth-of-type(n of p)", "invalid"},
+           {":nth-child()", "invalid"},
+           {":dir()", "invalid"},
+           {":dir(1)", "invalid"},
+           {":dir(ltr rtl)", "invalid"},
+           {":lang()", "invalid"},
+           {":lang(1)", "invalid"},
+           {":lang(en fr)", "invalid"},
+           {":lang(en,)", "invalid"},
        }) {
     EXPECT_EQ(matchesOf(test.selectors, page), test.elements) << test.selectors;
     EXPECT_EQ(matchesOf(test.selectors, page, true), test.elements) << test.selectors;
@@ -184,6 +203,116 @@ TEST(CSSSelector, ComparesNamesInAnyCaseOnQuirkyPages) {
   const CSSPage page("<html><p id=Aa class='Bb Cc'></></>", names, CSSMode::kQuirks);
   for (const std::string_view selector : {"#aA", ".bB", "P.CC"})
     EXPECT_EQ(matchesOf(selector, page), "1") << selector;
+}
+
+TEST(CSSSelector, ComparesSomeAttributesOfHTMLInAnyCase) {
+  const auto isAnyCase = [](std::string_view element, std::string_view attribute) {
+    CSSNames names;
+    const CSSPage page("<" + std::string(element) + " " + std::string(attribute) + "=X></>", names);
+    return matchesOf("[" + std::string(attribute) + "=x]", page) == "0";
+  };
+  for (const std::string_view attribute :
+       {"accept",     "accept-charset", "align",     "alink",    "axis",     "bgcolor", "charset",
+        "checked",    "clear",          "codetype",  "color",    "compact",  "declare", "defer",
+        "dir",        "direction",      "disabled",  "enctype",  "face",     "frame",   "hreflang",
+        "http-equiv", "lang",           "language",  "link",     "media",    "method",  "multiple",
+        "nohref",     "noresize",       "noshade",   "nowrap",   "readonly", "rel",     "rev",
+        "rules",      "scope",          "scrolling", "selected", "shape",    "target",  "text",
+        "type",       "valign",         "valuetype", "vlink"}) {
+    EXPECT_TRUE(isAnyCase("p", attribute)) << attribute;
+    EXPECT_FALSE(isAnyCase("linearGradient", attribute)) << attribute;
+  }
+  for (const std::string_view attribute : {"id", "class", "title", "name", "value", "data-x"})
+    EXPECT_FALSE(isAnyCase("p", attribute)) << attribute;
+}
+
+TEST(CSSSelector, KnowsTheStatesOfControls) {
+  CSSNames names;
+  const CSSPage texts(
+      "<r><textarea></><textarea readonly></><textarea disabled></>"                           // 1 2 3
+      "<input></><input type=TEXT></><input type=x></><input readonly></>"                     // 4 5 6 7
+      "<input type=button></><input type=CheckBox></><input type=color></>"                    // 8 9 10
+      "<input type=file></><input type=hidden></><input type=image></>"                        // 11 12 13
+      "<input type=radio></><input type=range></><input type=reset></><input type=submit></>"  // 14 15 16 17
+      "<b contenteditable></><b contenteditable=FALSE></><b contenteditable=true></>"          // 18 19 20
+      "<fieldset disabled><p><input></></></></>",                                             // 21 22 23
+      names);
+  CSSNames otherNames;
+  const CSSPage others(
+      "<r><select><optgroup disabled><option></></><option selected></><option></></>"  // 1 2 3 4 5
+      "<input type=RADIO checked></><input checked></><b checked></>"                   // 6 7 8
+      "<fieldset disabled><select><optgroup><option></></></><fieldset></></>"          // 9 10 11 12 13
+      "<button required></><select required></><textarea required></>"                  // 14 15 16
+      "<area href=x></><link href=x></><Link href=x></></>",                            // 17 18 19
+      otherNames);
+  const struct {
+    const CSSPage &page;
+    std::string_view selector, elements;
+  } cases[] = {
+      {texts, ":read-write", "1 4 5 6 18 20"},
+      {texts, ":read-only", "0 2 3 7 8 9 10 11 12 13 14 15 16 17 19 21 22 23"},
+      {texts, ":disabled", "3 21 23"},
+      {others, ":disabled", "2 3 9 10 13"},
+      {others, ":enabled", "1 4 5 6 7 11 12 14 15 16"},
+      {others, ":checked", "4 6"},
+      {others, ":required", "15 16"},
+      {others, ":optional", "1 6 7 10"},
+      {others, ":any-link", "17"},
+      {others, ":-webkit-any-link", "17"},
+  };
+  for (const auto &[page, selector, elements] : cases)
+    EXPECT_EQ(matchesOf(selector, page), elements) << selector;
+}
+
+/// A list with a name that is not known holds for nothing.
+TEST(CSSSelector, KnowsThePseudosThatHoldForNothing) {
+  CSSNames names;
+  const CSSPage page("<p></>", names);
+  for (const std::string_view state : {"active",
+                                       "autofill",
+                                       "-webkit-autofill",
+                                       "buffering",
+                                       "default",
+                                       "focus",
+                                       "focus-visible",
+                                       "focus-within",
+                                       "fullscreen",
+                                       "future",
+                                       "host",
+                                       "hover",
+                                       "in-range",
+                                       "indeterminate",
+                                       "invalid",
+                                       "local-link",
+                                       "modal",
+                                       "muted",
+                                       "open",
+                                       "out-of-range",
+                                       "past",
+                                       "paused",
+                                       "picture-in-picture",
+                                       "placeholder-shown",
+                                       "playing",
+                                       "popover-open",
+                                       "seeking",
+                                       "stalled",
+                                       "target",
+                                       "target-within",
+                                       "user-invalid",
+                                       "user-valid",
+                                       "valid",
+                                       "visited"}) {
+    EXPECT_EQ(matchesOf(":" + std::string(state), page), "") << state;
+    EXPECT_EQ(matchesOf("p:not(:" + std::string(state) + ")", page), "0") << state;
+  }
+  for (const std::string_view element :
+       {"selection", "backdrop", "placeholder", "file-selector-button", "cue", "part", "slotted", "highlight",
+        "target-text", "spelling-error", "grammar-error", "details-content", "view-transition",
+        "view-transition-group", "view-transition-image-pair", "view-transition-new", "view-transition-old"}) {
+    EXPECT_EQ(matchesOf("p::" + std::string(element), page), "") << element;
+    EXPECT_EQ(matchesOf("p, p::" + std::string(element), page), "0") << element;
+    EXPECT_EQ(matchesOf("p, p:" + std::string(element), page), "invalid") << element;
+  }
 }
 
 TEST(CSSSelector, KnowsLanguagesAndDirections) {

@@ -122,6 +122,23 @@ TEST(CSSStyleSheet, KnowsWhatItImports) {
   EXPECT_EQ(sheet.layers().size(), 4u);
 }
 
+TEST(CSSStyleSheet, ImportsNothingInWrongPlaces) {
+  for (const std::string_view text :
+       {"@media screen{@import 'a';}", "@layer x{@import 'a';}", "p{@import 'a';}", "p{}@import 'a';",
+        "@layer x{}@import 'a';", "@namespace y;@import 'a';", "@import 'a'{}", "@import a;", "@import;",
+        "@import 'a' layer();", "@import 'a' layer(x y);", "@import 'a' layer(x.);",
+        "@import 'a' layer screen or x;", "@import 'a' layer supports(foo:bar);"}) {
+    CSSNames names;
+    EXPECT_TRUE(sheetOf(text, names).imports().empty()) << text;
+  }
+  for (const std::string_view text :
+       {"@import 'a'", "@IMPORT 'a' all;", "<!--@import 'a';", "@charset 'x';@layer x;@import 'a';",
+        "@import 'a' LAYER(x.y) screen;", "@import 'a' supports(not (foo:bar));"}) {
+    CSSNames names;
+    EXPECT_EQ(sheetOf(text, names).imports().size(), 1u) << text;
+  }
+}
+
 TEST(CSSStyleSheet, OrdersLayersOfSeveralSheets) {
   CSSNames names;
   const CSSPage page("<p></>", names);

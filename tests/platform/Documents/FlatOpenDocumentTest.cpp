@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -77,6 +78,7 @@ TEST(FlatOpenDocument, ShowsTheTextThatAPersonSees) {
       {"<text:p>x</text:p><draw:frame><draw:image/></draw:frame><text:p>y</text:p>", "x\ny"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body)), text) << body;
+  EXPECT_EQ(plain(flat("<text:p><text:s text:c='10001'/></text:p>")), std::string(10'000, ' '));
   EXPECT_EQ(plain(flat("<draw:page><draw:frame><draw:text-box><text:p>one</text:p></draw:text-box></draw:frame>"
                        "<presentation:notes><text:p>said</text:p></presentation:notes></draw:page>"
                        "<draw:page><draw:custom-shape><text:p>two</text:p></draw:custom-shape></draw:page>",
@@ -150,6 +152,18 @@ TEST(FlatOpenDocument, DrawsLinesAtText) {
        NSStrikethroughStyle::none},
       {"style:text-underline-style='dot-dash' style:text-underline-type='double'", NSUnderlineStyle::dashDot,
        NSStrikethroughStyle::none},
+      {"style:text-underline-style='dotted'", NSUnderlineStyle::dotted, NSStrikethroughStyle::none},
+      {"style:text-underline-style='dash'", NSUnderlineStyle::dashed, NSStrikethroughStyle::none},
+      {"style:text-underline-style='long-dash'", NSUnderlineStyle::dashed, NSStrikethroughStyle::none},
+      {"style:text-underline-style='dot-dot-dash'", NSUnderlineStyle::dashDotDot, NSStrikethroughStyle::none},
+      {"style:text-underline-style='wave'", NSUnderlineStyle::wavy, NSStrikethroughStyle::none},
+      {"style:text-underline-style='solid' style:text-underline-width='thick'", NSUnderlineStyle::thick,
+       NSStrikethroughStyle::none},
+      {"style:text-underline-style='solid' style:text-underline-width='auto'", NSUnderlineStyle::single,
+       NSStrikethroughStyle::none},
+      {"style:text-underline-style='solid' style:text-underline-type='single'", NSUnderlineStyle::single,
+       NSStrikethroughStyle::none},
+      {"style:text-line-through-style='none'", NSUnderlineStyle::none, NSStrikethroughStyle::none},
       {"style:text-line-through-style='solid'", NSUnderlineStyle::none, NSStrikethroughStyle::single},
       {"style:text-line-through-style='solid' style:text-line-through-type='double'", NSUnderlineStyle::none,
        NSStrikethroughStyle::doubled},
@@ -165,6 +179,235 @@ TEST(FlatOpenDocument, DrawsLinesAtText) {
     EXPECT_EQ(text.attributesAtIndex(0)->underlineStyle, underline) << properties;
     EXPECT_EQ(text.attributesAtIndex(0)->strikethroughStyle, strikethrough) << properties;
   }
+}
+
+/// A letter in a style of these properties, which may hold elements.
+NSAttributedString styled(const std::string &kind, const std::string &properties,
+                          const std::string &inside = "") {
+  const std::string element = "style:" + kind + "-properties";
+  return read(flat("<text:p text:style-name='s'>x</text:p>",
+                   "<style:style style:family='paragraph' style:name='s'><" + element + " " + properties + ">" +
+                       inside + "</" + element + "></style:style>"));
+}
+
+TEST(FlatOpenDocument, SetsCharacters) {
+  const auto look = [](const std::string &properties) {
+    return *styled("text", properties).attributesAtIndex(0);
+  };
+  const struct {
+    const char *value;
+    int weight;
+  } weights[] = {{"bold", kBoldFontWeight},
+                 {"100", 100},
+                 {"99", kRegularFontWeight},
+                 {"900", 900},
+                 {"1000", 900},
+                 {"normal", kRegularFontWeight},
+                 {"600x", kRegularFontWeight}};
+  for (const auto &[value, weight] : weights)
+    EXPECT_EQ(look(std::string("fo:font-weight='") + value + "'").font.weight, weight) << value;
+  const struct {
+    const char *value;
+    int superscript;
+  } positions[] = {{"super 58%", 1}, {"sub 58%", -1}, {"33% 58%", 1},
+                   {"-33% 58%", -1}, {"0% 100%", 0},  {"9", 0}};
+  for (const auto &[value, superscript] : positions)
+    EXPECT_EQ(look(std::string("style:text-position='") + value + "'").superscript, superscript) << value;
+  const struct {
+    const char *value;
+    double points;
+  } sizes[] = {{"9pt", 9}, {"2000pt", 2000}, {"2001pt", 12}, {"0pt", 12}, {"50%", 6}, {"12", 12}};
+  const double usual = look("").font.pointSize;
+  ASSERT_EQ(usual, 12);
+  for (const auto &[value, points] : sizes)
+    EXPECT_EQ(look(std::string("fo:font-size='") + value + "'").font.pointSize, points) << value;
+  EXPECT_TRUE(look("fo:font-style='oblique'").font.isItalic);
+  EXPECT_FALSE(look("fo:font-style='normal'").font.isItalic);
+  EXPECT_TRUE(look("fo:font-variant='small-caps'").font.isSmallCaps);
+  EXPECT_FALSE(look("fo:font-variant='normal'").font.isSmallCaps);
+  EXPECT_EQ(look("fo:letter-spacing='2pt'").kern, 2);
+  EXPECT_EQ(look("fo:letter-spacing='normal'").kern, 0);
+  EXPECT_EQ(look("fo:font-family='\"A b\" , c'").font.familyName, u"A b"_ns);
+  EXPECT_EQ(look("style:font-name='A;b'").font.familyName, u"A"_ns);
+  EXPECT_EQ(look("fo:color='#0A0b0c'").foregroundColor, (NSColor{10, 11, 12}));
+  for (const char *none : {"#12345", "#1234567", "1234567", "#12345x", "red"})
+    EXPECT_FALSE(look(std::string("fo:color='") + none + "'").foregroundColor) << none;
+  EXPECT_TRUE(look("fo:color='#010203' style:use-window-font-color='false'").foregroundColor);
+  EXPECT_EQ(look("style:text-underline-style='solid' style:text-underline-color='#010203'").underlineColor,
+            (NSColor{1, 2, 3}));
+}
+
+TEST(FlatOpenDocument, SetsParagraphs) {
+  const auto style = [](const std::string &properties, const std::string &inside = "") {
+    return *styled("paragraph", properties, inside).attributesAtIndex(0)->paragraphStyle;
+  };
+  const struct {
+    const char *value;
+    NSTextAlignment alignment;
+  } alignments[] = {{"left", NSTextAlignment::left},     {"start", NSTextAlignment::left},
+                    {"right", NSTextAlignment::right},   {"end", NSTextAlignment::right},
+                    {"center", NSTextAlignment::center}, {"justify", NSTextAlignment::justified},
+                    {"x", NSTextAlignment::natural}};
+  for (const auto &[value, alignment] : alignments)
+    EXPECT_EQ(style(std::string("fo:text-align='") + value + "'").alignment, alignment) << value;
+  const struct {
+    const char *value;
+    NSWritingDirection direction;
+  } directions[] = {{"rl-tb", NSWritingDirection::rightToLeft},
+                    {"lr-tb", NSWritingDirection::leftToRight},
+                    {"page", NSWritingDirection::natural}};
+  for (const auto &[value, direction] : directions)
+    EXPECT_EQ(style(std::string("style:writing-mode='") + value + "'").baseWritingDirection, direction)
+        << value;
+  const struct {
+    const char *value;
+    double points;
+  } lengths[] = {{"1in", 72},  {"2.54cm", 72}, {"25.4mm", 72}, {"2pc", 24}, {"8px", 6},
+                 {"-3pt", -3}, {"0", 0},       {"5", 0},       {"5x", 0},   {"1000001pt", 0}};
+  for (const auto &[value, points] : lengths)
+    EXPECT_EQ(style(std::string("fo:margin-left='") + value + "'").headIndent, points) << value;
+  const NSParagraphStyle all = style(
+      "fo:margin-right='1pt' fo:margin-top='2pt' fo:margin-bottom='3pt' style:line-spacing='4pt' "
+      "style:tab-stop-distance='5pt'");
+  EXPECT_EQ(all.tailIndent, 1);
+  EXPECT_EQ(all.paragraphSpacingBefore, 2);
+  EXPECT_EQ(all.paragraphSpacing, 3);
+  EXPECT_EQ(all.lineSpacing, 4);
+  EXPECT_EQ(all.defaultTabInterval, 5);
+  EXPECT_EQ(style("",
+                  "<style:tab-stops><style:tab-stop style:position='4pt' style:type='char'/><style:tab-stop "
+                  "style:position='3pt' style:type='right'/><style:tab-stop style:position='2pt' "
+                  "style:type='center'/><style:tab-stop/><style:tab-stop style:position='1pt'/>"
+                  "</style:tab-stops>")
+                .tabStops,
+            (std::vector<NSTextTab>{{NSTextTabType::left, 1},
+                                    {NSTextTabType::center, 2},
+                                    {NSTextTabType::right, 3},
+                                    {NSTextTabType::decimal, 4}}));
+}
+
+TEST(FlatOpenDocument, BreaksPagesWhereStylesSaySo) {
+  const std::string styles =
+      "<style:style style:family='paragraph' style:name='b'><style:paragraph-properties "
+      "fo:break-before='page'/>"
+      "</style:style><style:style style:family='paragraph' style:name='a'><style:paragraph-properties "
+      "fo:break-after='page'/></style:style><style:style style:family='paragraph' style:name='c'>"
+      "<style:paragraph-properties fo:break-before='column' fo:break-after='auto'/></style:style>";
+  const auto paragraph = [](const char *style) {
+    return std::string("<text:p text:style-name='") + style + "'>" + style + "</text:p>";
+  };
+  EXPECT_EQ(plain(flat(paragraph("b") + paragraph("b") + paragraph("x"), styles)), "b\n\fb\nx");
+  EXPECT_EQ(plain(flat(paragraph("a") + paragraph("x") + paragraph("a"), styles)), "a\n\fx\na");
+  EXPECT_EQ(plain(flat(paragraph("c") + paragraph("c"), styles)), "c\nc");
+}
+
+TEST(FlatOpenDocument, LeavesOutWhatIsNoText) {
+  for (const std::string name : {"office:forms",
+                                 "office:annotation",
+                                 "office:annotation-end",
+                                 "text:tracked-changes",
+                                 "text:sequence-decls",
+                                 "text:variable-decls",
+                                 "text:user-field-decls",
+                                 "text:dde-connection-decls",
+                                 "text:script",
+                                 "text:alphabetical-index-auto-mark-file",
+                                 "text:ruby-text",
+                                 "text:table-of-content-source",
+                                 "text:illustration-index-source",
+                                 "text:table-index-source",
+                                 "text:object-index-source",
+                                 "text:user-index-source",
+                                 "text:alphabetical-index-source",
+                                 "text:bibliography-source",
+                                 "text:meta-field-source",
+                                 "table:shapes",
+                                 "table:tracked-changes",
+                                 "table:named-expressions",
+                                 "table:database-ranges",
+                                 "table:content-validations",
+                                 "table:calculation-settings",
+                                 "table:label-ranges",
+                                 "table:dde-links",
+                                 "presentation:notes",
+                                 "presentation:header-decl",
+                                 "presentation:footer-decl",
+                                 "presentation:date-time-decl",
+                                 "anim:par",
+                                 "svg:title",
+                                 "svg:desc",
+                                 "draw:glue-point",
+                                 "draw:enhanced-geometry"})
+    EXPECT_EQ(plain(flat("<" + name + "><text:p>x</text:p></" + name + "><text:p>y</text:p>")), "y") << name;
+  for (const std::string name : {"svg:title", "text:hidden-text", "text:hidden-paragraph", "text:script"})
+    EXPECT_EQ(plain(flat("<text:p>a<" + name + ">x</" + name + ">b</text:p>")), "ab") << name;
+}
+
+TEST(FlatOpenDocument, KnowsPictures) {
+  const auto picture = [](const std::string &type, const std::string &frame = "",
+                          const std::string &inside = "", const std::string &bytes = "UE5H") {
+    const NSAttributedString text = read(flat(
+        "<text:p>x<draw:frame " + frame + "><draw:image draw:mime-type='" + type + "'><office:binary-data>" +
+        bytes + "</office:binary-data></draw:image>" + inside + "</draw:frame></text:p>"));
+    return text.length() == 2 ? text.attributesAtIndex(1)->attachment : NSTextAttachment();
+  };
+  const struct {
+    const char *type;
+    NSString name;
+  } kinds[] = {{"image/png", u"picture1.png"_ns},     {"image/jpeg", u"picture1.jpeg"_ns},
+               {"image/gif", u"picture1.gif"_ns},     {"image/tiff", u"picture1.tiff"_ns},
+               {"image/bmp", u"picture1.bmp"_ns},     {"image/webp", u"picture1.webp"_ns},
+               {"image/svg+xml", u"picture1.svg"_ns}, {"image/x-emf", u"picture1.emf"_ns},
+               {"image/x-wmf", u"picture1.wmf"_ns},   {"application/pdf", u"picture1.pdf"_ns},
+               {"image/x-other", u"picture1"_ns}};
+  for (const auto &[type, name] : kinds) {
+    const NSTextAttachment attachment = picture(type);
+    ASSERT_TRUE(attachment) << type;
+    EXPECT_EQ(attachment.fileWrapper().preferredFilename(), name) << type;
+  }
+  const std::string both = "<svg:title>T</svg:title><svg:desc>D</svg:desc>";
+  EXPECT_EQ(picture("", "", both).alternativeText(), u"T"_ns);
+  EXPECT_EQ(picture("", "", "<svg:desc>D</svg:desc>").alternativeText(), u"D"_ns);
+  EXPECT_EQ(picture("", "svg:width='2pt' svg:height='1pt'").sizeInPoints(), (NSSize{2, 1}));
+  for (const char *none : {"svg:width='2pt'", "svg:height='2pt'", "svg:width='0pt' svg:height='1pt'",
+                           "svg:width='1pt' svg:height='0pt'"})
+    EXPECT_FALSE(picture("", none).sizeInPoints()) << none;
+  EXPECT_FALSE(picture("", "", "", "VkNMTVRG")) << "\"VCLMTF\" begins what only its writer reads";
+}
+
+TEST(FlatOpenDocument, SetsCells) {
+  const NSAttributedString text = read(
+      flat("<table:table table:style-name='t'><table:table-row><table:table-cell table:style-name='c'>"
+           "<text:p>a</text:p></table:table-cell><table:table-cell table:style-name='m'><text:p>b</text:p>"
+           "</table:table-cell><table:table-cell><text:p>c</text:p></table:table-cell></table:table-row>"
+           "</table:table>",
+           "<style:style style:family='table' style:name='t'><style:table-properties style:width='5in' "
+           "table:border-model='collapsing'/></style:style><style:style style:family='table-cell' "
+           "style:name='c'><style:table-cell-properties fo:border='1pt solid #010203' fo:border-left='none' "
+           "fo:border-right='2pt solid' fo:padding='3pt' fo:padding-bottom='4pt' fo:padding-left='5pt' "
+           "style:vertical-align='bottom' fo:background-color='#040506'/></style:style><style:style "
+           "style:family='table-cell' style:name='m'><style:table-cell-properties fo:border-top='1pt solid "
+           "#010203' fo:border-bottom='6pt solid #010203' fo:padding-top='7pt' fo:padding-right='8pt' "
+           "style:vertical-align='middle'/></style:style>"));
+  ASSERT_EQ(text.string().UTF8String(), "a\nb\nc\n");
+  const auto cell = [&](std::uint32_t index) {
+    return *text.attributesAtIndex(index)->paragraphStyle->textBlocks.at(0);
+  };
+  using Edges = std::array<double, kRectEdges>;
+  const NSTextTableBlock first = cell(0), second = cell(2), third = cell(4);
+  EXPECT_EQ(first.borderWidths, (Edges{1, 0, 1, 2}));
+  EXPECT_EQ(first.borderColors[NSTopEdge], (NSColor{1, 2, 3}));
+  EXPECT_FALSE(first.borderColors[NSLeftEdge]);
+  EXPECT_FALSE(first.borderColors[NSRightEdge]);
+  EXPECT_EQ(first.padding, (Edges{3, 5, 4, 3}));
+  EXPECT_EQ(first.backgroundColor, (NSColor{4, 5, 6}));
+  EXPECT_EQ(first.verticalAlignment, NSTextBlockVerticalAlignment::bottom);
+  EXPECT_EQ(second.borderWidths, (Edges{1, 0, 6, 0}));
+  EXPECT_EQ(second.padding, (Edges{7, 0, 0, 8}));
+  EXPECT_EQ(second.verticalAlignment, NSTextBlockVerticalAlignment::middle);
+  EXPECT_EQ(third.verticalAlignment, NSTextBlockVerticalAlignment::top);
+  EXPECT_TRUE(first.table->collapsesBorders);
+  EXPECT_EQ(first.table->width.value, 360);
 }
 
 TEST(FlatOpenDocument, SetsTheHeightOfLinesInOneWay) {
@@ -230,6 +473,9 @@ TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
   EXPECT_EQ(facts.keywords, (std::vector{u"a"_ns, u"b"_ns}));
   EXPECT_EQ(facts.modificationTime, NSDate::dateWithUTC(2002, 3, 4, 5, 6, 7));
   EXPECT_EQ(facts.creationTime, std::nullopt);
+  constexpr std::size_t kMostKeywords = 1000;
+  EXPECT_EQ(factsOf(repeated("<meta:keyword>a</meta:keyword>", kMostKeywords + 1)).keywords.size(),
+            kMostKeywords);
   const struct {
     const char *text;
     std::optional<NSDate> date;
@@ -253,6 +499,64 @@ TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
   for (const auto &[text, date] : cases)
     EXPECT_EQ(factsOf("<meta:creation-date>" + std::string(text) + "</meta:creation-date>").creationTime, date)
         << text;
+}
+
+TEST(FlatOpenDocument, KnowsThePaperOfItsPages) {
+  const auto factsOf = [](const std::string &masters) {
+    const std::string xml =
+        "<office:document><office:meta><dc:creator>Last</dc:creator><dc:title>T</dc:title><dc:subject>S"
+        "</dc:subject><dc:description>D</dc:description></office:meta><office:automatic-styles>"
+        "<style:page-layout style:name='A'><style:page-layout-properties fo:page-width='10pt' "
+        "fo:page-height='20pt' fo:margin-left='1pt' fo:margin-right='2pt' fo:margin-top='3pt' "
+        "fo:margin-bottom='4pt'/></style:page-layout><style:page-layout style:name='B'>"
+        "<style:page-layout-properties fo:page-width='30pt'/></style:page-layout></office:automatic-styles>"
+        "<office:master-styles><style:master-page style:name='First' style:page-layout-name='B'/>" +
+        masters + "</office:master-styles><office:body><office:text/></office:body></office:document>";
+    DocumentAttributes facts;
+    attributedStringWithFlatOpenDocument(NSData::dataWithBytes(xml.data(), xml.size()), &facts);
+    return facts;
+  };
+  const DocumentAttributes facts =
+      factsOf("<style:master-page style:name='Standard' style:page-layout-name='A'/>");
+  EXPECT_EQ(facts.paperSize, (NSSize{10, 20}));
+  EXPECT_EQ(facts.leftMargin, 1);
+  EXPECT_EQ(facts.rightMargin, 2);
+  EXPECT_EQ(facts.topMargin, 3);
+  EXPECT_EQ(facts.bottomMargin, 4);
+  EXPECT_EQ(facts.author, u"Last"_ns);
+  EXPECT_EQ(facts.title, u"T"_ns);
+  EXPECT_EQ(facts.subject, u"S"_ns);
+  EXPECT_EQ(facts.comment, u"D"_ns);
+  const DocumentAttributes first = factsOf("");
+  EXPECT_FALSE(first.paperSize) << "a width alone is no size";
+  EXPECT_FALSE(first.topMargin);
+}
+
+TEST(FlatOpenDocument, KnowsBullets) {
+  const struct {
+    const char *bullet;
+    NSString format;
+  } cases[] = {{"\u2022", u"{disc}"_ns},   {"\u25cf", u"{disc}"_ns},
+               {"\u00b7", u"{disc}"_ns},   {"\uf0b7", u"{disc}"_ns},
+               {"\u25e6", u"{circle}"_ns}, {"\u25cb", u"{circle}"_ns},
+               {"o", u"{circle}"_ns},      {"\u25aa", u"{square}"_ns},
+               {"\u25a0", u"{square}"_ns}, {"\uf0a7", u"{square}"_ns},
+               {"-", u"{hyphen}"_ns},      {"\u2013", u"{hyphen}"_ns},
+               {"\uf02d", u"{hyphen}"_ns}, {"\uf000", u"{disc}"_ns},
+               {"\uf04a", u"{disc}"_ns},   {"\uf0ff", u"{disc}"_ns},
+               {"\uf100", u"\uf100"_ns},   {"", u"{disc}"_ns},
+               {"\u2192", u"\u2192"_ns},   {"{x}", u"x"_ns}};
+  for (const auto &[bullet, format] : cases) {
+    const NSAttributedString text = read(
+        flat("<text:list text:style-name='L'><text:list-item><text:p>x</text:p></text:list-item></text:list>",
+             std::string("<text:list-style style:name='L'><text:list-level-style-bullet text:level='1' "
+                         "text:bullet-char='") +
+                 bullet + "'/></text:list-style>"));
+    ASSERT_GT(text.length(), 0u) << bullet;
+    const auto &lists = text.attributesAtIndex(0)->paragraphStyle->textLists;
+    ASSERT_EQ(lists.size(), 1u) << bullet;
+    EXPECT_EQ(lists[0].markerFormat, format) << bullet;
+  }
 }
 
 TEST(FlatOpenDocument, CountsLists) {

@@ -34,6 +34,8 @@ TEST(NSAttributedStringPath, ReadsEachKindOfDocument) {
   } cases[] = {
       {"a.txt", "plain", "plain", u"NSPlainText"_ns},
       {"a.html", "<p>on disk", "on disk\n", u"NSHTML"_ns},
+      {"short.html", "x", "x\n", u"NSHTML"_ns},
+      {"empty.html", "", "", u"NSHTML"_ns},
       {"named.txt", "{\\rtf1 rich}", "rich", u"NSRTF"_ns},
       {"named.rtf", "plain", "", NSString(), ErrorCode::damaged},
       {"a.webarchive", archive(page, empty), "saved\n", u"NSWebArchive"_ns},
@@ -74,6 +76,13 @@ TEST(NSAttributedStringPath, DecodesPagesAsItIsAsked) {
   NSError error;
   EXPECT_FALSE(initWithPath(path, reading, nullptr, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+  const NSData empty =
+      WebArchive::archiveWithMainResource(WebResource::resourceWithData(dataOf(""), address, u"text/html"_ns))
+          .data();
+  error = {};
+  EXPECT_TRUE(initWithPath(folder.write("empty.webarchive", empty.view()), reading, nullptr, &error))
+      << "a page without bytes is not decoded";
+  EXPECT_FALSE(error);
 }
 
 TEST(NSAttributedStringPath, RefusesWhatIsTooLargeOrNotThere) {
@@ -81,6 +90,10 @@ TEST(NSAttributedStringPath, RefusesWhatIsTooLargeOrNotThere) {
   NSError error;
   EXPECT_FALSE(initWithPath(folder.string("none.txt"), {}, nullptr, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::noSuchFile);
+  error = {};
+  EXPECT_FALSE(initWithPath(folder.string(""), {}, nullptr, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
+  EXPECT_EQ(error.localizedFailureReason, u"the file is a folder"_ns);
   const NSString path = folder.write("a.txt", "x");
   std::filesystem::resize_file(folder.path() / "a.txt", kMaximumDocumentBytes + 1);
   error = {};

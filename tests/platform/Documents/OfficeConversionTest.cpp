@@ -144,6 +144,13 @@ TEST_F(OfficeConversionTest, IsReplacedWhenItDiesOrHasDoneEnough) {
   EXPECT_TRUE(holds(read(office, path), ">word<"));
   office.endProcess();
   EXPECT_TRUE(processesOf(program).empty());
+  OfficeOptions narrow;
+  narrow.keptMemoryBytes = 1;
+  OfficeConversion thrifty(narrow);
+  EXPECT_TRUE(holds(read(thrifty, path), ">word<"));
+  const pid_t large = process();
+  EXPECT_TRUE(holds(read(thrifty, path), ">word<"));
+  EXPECT_NE(process(), large);
 }
 
 TEST_F(OfficeConversionTest, RunsNoMacrosAndShowsNoFilesOfTheUser) {

@@ -127,6 +127,10 @@ TEST_P(WordProcessorDocuments, KeepPicturesAndFacts) {
   EXPECT_NEAR(picture.sizeInPoints()->height, 24, 0.2);
   EXPECT_FALSE(of(u" and a note").attachment);
 
+  const std::string_view format = GetParam();
+  EXPECT_EQ(facts_.documentType, format == "docx"  ? u"NSOfficeOpenXML"_ns
+                                 : format == "doc" ? u"NSDocFormat"_ns
+                                                   : u"NSOpenDocument"_ns);
   EXPECT_EQ(facts_.title, u"The letter"_ns);
   EXPECT_EQ(facts_.subject, u"Tests"_ns);
   EXPECT_EQ(facts_.author, u"A. Writer"_ns);
@@ -157,6 +161,18 @@ TEST(CutWordProcessorDocument, IsNotTakenForAWholeOne) {
     EXPECT_EQ(error.errorCode(), code) << missing;
     EXPECT_EQ(static_cast<bool>(text), code != ErrorCode::damaged) << missing;
   }
+  OfficeConversion::sharedConversion().endProcess();
+}
+
+TEST(MissingWordProcessorDocument, IsNotTakenForADamagedOne) {
+  const bool isAvailable = OfficeConversion::sharedConversion().isAvailable();
+  const TemporaryFolder folder;
+  NSError error;
+  DocumentAttributes facts;
+  EXPECT_FALSE(
+      attributedStringWithWordProcessorDocument(folder.string("no.odt"), Deadline::after(60), &facts, &error));
+  EXPECT_EQ(error.errorCode(), isAvailable ? ErrorCode::noSuchFile : ErrorCode::unsupportedType);
+  EXPECT_FALSE(facts.documentType);
   OfficeConversion::sharedConversion().endProcess();
 }
 

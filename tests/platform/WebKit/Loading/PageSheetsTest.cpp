@@ -78,6 +78,11 @@ TEST(PageSheets, AreReadInTheirEncodings) {
   EXPECT_EQ(sheetsOf(u"<meta http-equiv=Content-Type content='text/html; charset=ISO-8859-1'>"
                      u"<link rel=stylesheet href=data:text/css,%E9>"),
             "\u00e9|");
+  EXPECT_EQ(sheetsOf(u"<meta http-equiv=refresh content='0;charset=utf-8'><meta http-equiv=content-type "
+                     u"content=text/html><meta content='a;charset=utf-8'><meta http-equiv=content-type>"
+                     u"<meta charset=' iso-8859-5 '><meta charset=utf-8><link rel=stylesheet "
+                     u"href=data:text/css,%E9>"),
+            "\u0449|");
 }
 
 }  // namespace

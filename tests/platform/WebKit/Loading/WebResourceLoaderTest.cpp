@@ -129,6 +129,7 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   EXPECT_EQ(loaded(loader, "data:,x"), "nil");
   ASSERT_EQ(loader.failures().size(), 4U);
   EXPECT_EQ(loader.failures()[0].reason, "it is too large");
+  EXPECT_EQ(loader.failures()[3].reason, "the page refers to too many parts");
   const NSURL known = url("http://name.invalid/");
   loader.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("at hand", 7), known, {})});
   EXPECT_EQ(loaded(loader, "http://name.invalid/"), "at hand");

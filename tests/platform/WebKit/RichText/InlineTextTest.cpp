@@ -59,7 +59,11 @@ TEST(InlineText, LinesAndParagraphsEndWhereABrowserEndsThem) {
       {u"<b>a<div>b</div>c</b>", "a|b|c|"},
       {u"<h1>a<br>b</h1>", "a/b|"},
       {u"<div style='display:flex'>a<span>b</span> <span>c</span></div>", "a|b|c|"},
+      {u"<div style='display:flex;white-space:pre'><i>a</i> <i>b</i></div>", "a|b|"},
       {u"<div style='display:contents'>a</div>b", "ab|"},
+      {u"<p>a<i style='display:inline-block'></i>b<i style='display:inline-flex'></i>c"
+       u"<i style='display:inline-grid'></i>d",
+       "abcd|"},
       {u"", ""},
   });
 }
@@ -71,6 +75,11 @@ TEST(InlineText, HiddenTextIsLeftOutButNotWhatShowsInIt) {
       {u"<title>t</title><script>s</script><style>p{}</style>a<noframes>n</noframes><template>x</template>",
        "a|"},
       {u"<iframe>a</iframe><audio>b</audio>d", "d|"},
+      {u"<meter>m</meter><progress>p</progress>d", "d|"},
+      {u"<svg><metadata>a</metadata><symbol><text>b</text></symbol><clipPath><text>c</text></clipPath><mask>"
+       u"<text>d</text></mask><pattern><text>e</text></pattern><marker><text>f</text></marker><defs><text>g"
+       u"</text></defs><style>h</style><text>i</text></svg>",
+       "i|"},
       {u"<canvas>without <b>scripts</b></canvas>", "without scripts|"},
       {u"<svg><title>t</title><desc>d</desc> x <text>a</text><g><text>b<tspan>c</tspan></text></g></svg>",
        "a bc|"},
@@ -86,6 +95,10 @@ TEST(InlineText, CaseIsMappedByLanguage) {
       {u"<p lang=el style='text-transform:uppercase'>άλφα", "ΑΛΦΑ|"},
       {u"<p style='text-transform:capitalize'>don't stop-me no<b>w élan ǆ ßa 'q' 3d</b>",
        "Don't Stop-Me Now Élan ǅ Ssa 'Q' 3d|"},
+      {u"<p style='text-transform:capitalize'>“a b”—c don’t a\u200db \U00010428a",
+       "“A B”—C Don’t A\u200db \U00010400a|"},
+      {u"<p style='text-transform:capitalize'><span lang=tr>iki</span> <span lang=az>iki</span> iki",
+       "İki İki Iki|"},
   });
 }
 
@@ -103,6 +116,10 @@ TEST(InlineText, FormControlsShowTheirText) {
       {u"<input type=reset><input type=RESET value=r><input type=color value=c><input type=email>", "Resetr|"},
       {u"<input value=x><input type=password value=secret><input type=submit><input type=hidden value=h>",
        "xSubmit|"},
+      {u"<input type=checkbox value=a><input type=RADIO value=b><input type=file value=c>"
+       u"<input type=range value=d>e",
+       "e|"},
+      {u"<select><option label=''> b</select>", "b|"},
       {u"<select><option>a<option selected> b  c<option>d</select>", "b c|"},
       {u"<select><option disabled>a<option label=L>b</select>", "L|"},
       {u"<select size=3><option>a<optgroup label=G><option>b</select>", "a|G|b|"},

@@ -65,6 +65,10 @@ TEST(PageImages, PagesSayWhatStandsWhere) {
        "*|", "0:s;"},
       {u"<video poster=p>f</video><object data=o.png>f</object><input type=image src=i alt=go>", "***|",
        "0:p;1:o.png;2:i 'go';"},
+      {u"<object data=a.PNG></object><object data=b.jpg></object><object data=c.jpeg></object><object "
+       u"data=d.gif></object><object data=e.svg></object><object data=f.webp></object><object data=g.bmp>"
+       u"</object><object type=IMAGE/x data=h></object><object type=text/html data=i.png>j</object>",
+       "********j|", "0:a.PNG;1:b.jpg;2:c.jpeg;3:d.gif;4:e.svg;5:f.webp;6:g.bmp;7:h;"},
       {u"<style>i::before{content:url(u) 'x'}</style>a<i></i>", "a*x|", "1:u;"},
       {u"<p style='visibility:hidden'><img src=x>", "", ""},
       {u"<table><tr><td>a<td><img src=x></table>", "a|*|", "2:x;"},
@@ -100,6 +104,9 @@ TEST(ImageSize, HeadersSayKindAndSize) {
       {"<?xml version='1.0'?><svg xmlns='x' width='300' height=\"200px\">", "svg", 300, 200},
       {"<svg width='100%' viewBox='0 0 300,200'>", "svg", 300, 200},
       {"<svg height='1in' viewBox='0 0 10 20'>", "svg", 48, 96},
+      {"<svg width='1in' viewBox='0 0 10 20'>", "svg", 96, 192},
+      {"<svg width='10' viewBox='0 0 -10 -20'>", "svg", 0, 0},
+      {"<svg viewBox='0 0 10'>", "svg", 0, 0},
       {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\x7f\xff\xff\xff\0\0\0\xc8"s, "png", 0, 0},
       {"\x89PNG\r\n\x1a\n"s, "png", 0, 0},
       {"\xff\xd8\xff\xe1\xff\xff"s, "jpg", 0, 0},
@@ -149,6 +156,21 @@ TEST(PageImages, LoadedPicturesBecomeAttachments) {
   EXPECT_EQ(attachment(7).fileWrapper().preferredFilename(), u"x.gif"_ns);
 }
 
+TEST(PageImages, PicturesMayHaveNoSize) {
+  const PageText page = textOfHTML(u"<img src=1><img src=2 width=40><img src=3 width=40 height=20>");
+  const std::string drawing = "<svg>";
+  const WebResource one =
+      WebResource::resourceWithData(NSData::dataWithBytes(drawing.data(), drawing.size()),
+                                    NSURL::URLWithString(u"http://a/b"_ns), u"image/svg+xml"_ns);
+  const WebResource loaded[] = {one, one, one};
+  const NSAttributedString text = textWithImages(page, loaded);
+  ASSERT_EQ(plainDump(text), "***|");
+  EXPECT_FALSE(text.attributesAtIndex(0)->attachment.sizeInPoints());
+  EXPECT_FALSE(text.attributesAtIndex(1)->attachment.sizeInPoints());
+  EXPECT_EQ(text.attributesAtIndex(2)->attachment.sizeInPoints(), (NSSize{30, 15}));
+  EXPECT_EQ(text.attributesAtIndex(0)->attachment.fileWrapper().preferredFilename(), u"b.svg"_ns);
+}
+
 TEST(PageImages, ParagraphsOfNothingButLostPicturesGo) {
   const PageText page = textOfHTML(u"<p>a<p><img src=x><p>b<table><tr><td><img src=y></table>");
   EXPECT_EQ(plainDump(textWithImages(page, {})), "a|b||");
@@ -157,13 +179,16 @@ TEST(PageImages, ParagraphsOfNothingButLostPicturesGo) {
 TEST(PageAttributes, HeadsSayWhatPagesAre) {
   HTMLDocument document = HTMLDocument::documentWithText(
       u"<title> A\n b </title><meta name=Author content=' Me '><meta name=keywords content='x, y z,,'>"
-      u"<meta name=description content=d><meta name=description content=e><meta name=subject content=''>");
+      u"<meta name=description content=d><meta name=description content=e><meta name=subject content=''>"
+      u"<meta name=subject content=s><meta name=COMPANY content=c><meta name=' copyright' content=r>");
   const DocumentAttributes attributes = documentAttributesOfPage(document);
   EXPECT_EQ(attributes.title, u"A b"_ns);
   EXPECT_EQ(attributes.author, u"Me"_ns);
   EXPECT_EQ(attributes.keywords, (std::vector{u"x"_ns, u"y z"_ns}));
   EXPECT_EQ(attributes.comment, u"d"_ns);
-  EXPECT_FALSE(attributes.subject);
+  EXPECT_EQ(attributes.subject, u"s"_ns);
+  EXPECT_EQ(attributes.company, u"c"_ns);
+  EXPECT_EQ(attributes.copyright, u"r"_ns);
 }
 
 }  // namespace

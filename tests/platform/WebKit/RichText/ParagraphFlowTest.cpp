@@ -57,6 +57,23 @@ TEST(ParagraphFlow, IndentsAlignmentAndLinesFollowBlocks) {
   });
 }
 
+/// What such letters would turn around is said to run from left to right.
+TEST(ParagraphFlow, LettersFromRightToLeftLeaveTheDirectionAlone) {
+  const struct {
+    std::u16string_view text;
+    bool isFromRight;
+  } cases[] = {{u"\u05d0", true},     {u"\u08a0", true},     {u"\ufb1d", true},      {u"\ufdf2", true},
+               {u"\ufe76", true},     {u"\U00010a00", true}, {u"\U00010c00", true},  {u"\U0001e900", true},
+               {u"\U0001ee00", true}, {u"\u0531", false},    {u"\u0905", false},     {u"\ufb13", false},
+               {u"\ufe20", false},    {u"\uff21", false},    {u"\U00010330", false}, {u"\U0001f600", false}};
+  for (const auto &[text, isFromRight] : cases) {
+    const NSAttributedString shown = textOfHTML(u"a " + std::u16string(text)).text;
+    EXPECT_EQ(shown.attributesAtIndex(0)->paragraphStyle->baseWritingDirection,
+              isFromRight ? NSWritingDirection::leftToRight : NSWritingDirection::natural)
+        << NSString::stringWithCharacters(text).UTF8String();
+  }
+}
+
 TEST(ParagraphFlow, CharactersLookAsStylesSay) {
   expectRuns({
       {u"<h1>a <i>b</i></h1><p>c<b>d</b><tt>e</tt>", "{24 b}a {24 b i}b|c{b}d{Courier New 9.75}e|"},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,8 @@ TEST(TableFlow, CellsStandWhereABrowserPutsThem) {
       {u"<table><tr><td style='display:none'>a<td>b<tr hidden><td>c</table>", "<cell 1:0,0/1>b|"},
       {u"<table><tr hidden><td>a<script></script><tr><td>b</table>", "<cell 1:0,0/1>b|"},
       {u"<table></table>a", "a|"},
+      {u"<table><tr style='visibility:collapse'><td>a<tr><td>b</table>", "<cell 1:0,0/1>b|"},
+      {u"<table><tbody style='visibility:collapse'><tr><td>a<tbody><tr><td>b</table>", "<cell 1:0,0/1>b|"},
   });
 }
 
@@ -62,7 +65,24 @@ TEST(TableFlow, MissingPartsAreMadeUp) {
       {u"<div style='display:table'><div style='display:contents'><div style='display:table-row'>"
        u"<div style='display:table-cell'>a</div></div></div></div>",
        "<cell 1:0,0/1>a|"},
+      {u"<div style='display:table-row'>a</div>b", "<cell 1:0,0/1>a|b|"},
+      {u"<div style='display:table-caption'>a</div>b", "a|b|"},
+      {u"<div style='display:table-column'>a</div><div style='display:table-column-group'>b</div>c", "c|"},
       {u"a<div style='display:inline-table'>b</div>", "a|<cell 1:0,0/1>b|"},
+  });
+}
+
+TEST(TableFlow, PartsInheritFromThePartsAroundThem) {
+  expectParagraphs({
+      {u"<div style='display:table'><div style='display:contents;visibility:collapse'><div "
+       u"style='display:table-row'><div style='display:table-cell'>a</div></div></div><div "
+       u"style='display:table-row'><div style='display:table-cell'>b</div></div></div>",
+       "<cell 1:0,0/1>b|"},
+      {u"<table style='visibility:collapse'><tbody style='visibility:visible'><tr><td>a</table>",
+       "<cell 1:0,0/1>a|"},
+      {u"<div style='display:table;visibility:collapse'><div style='display:table-row;visibility:visible'>"
+       u"<div style='display:table-cell'>a</div></div></div>",
+       "<cell 1:0,0/1>a|"},
   });
 }
 
@@ -95,7 +115,13 @@ TEST(TableFlow, CellsLookAsStylesSay) {
   };
   EXPECT_EQ(block(u"<table><tr><td>a").verticalAlignment, NSTextBlockVerticalAlignment::middle);
   EXPECT_EQ(block(u"<table><tr><td valign=bottom>a").verticalAlignment, NSTextBlockVerticalAlignment::bottom);
+  EXPECT_EQ(block(u"<table><tr><td valign=top>a").verticalAlignment, NSTextBlockVerticalAlignment::top);
   EXPECT_TRUE(block(u"<table style='border-collapse:collapse'><tr><td>a").table->collapsesBorders);
+  EXPECT_FALSE(block(u"<table><tr><td>a").table->collapsesBorders);
+  const NSTextTableBlock edges = block(
+      u"<table><tr><td style='border:solid;border-width:4px 8px 12px 16px;padding:20px 24px 28px 32px'>a");
+  EXPECT_EQ(edges.borderWidths, (std::array<double, kRectEdges>{3, 12, 9, 6}));
+  EXPECT_EQ(edges.padding, (std::array<double, kRectEdges>{15, 24, 21, 18}));
   EXPECT_EQ(block(u"<table width='50%'><tr><td>a").table->width.value, 50);
 }
 

@@ -54,7 +54,10 @@ TEST(LegacyValues, ReadsNumbersThatGoOnAsSomethingElse) {
   }
   for (const std::u16string_view text : {u"", u"x1", u"-5", u".5"}) EXPECT_FALSE(legacyDimension(text));
   EXPECT_EQ(legacyNonNegativeInteger(u" 12px"), 12U);
+  EXPECT_EQ(legacyNonNegativeInteger(u"+7"), 7U);
   EXPECT_EQ(legacyNonNegativeInteger(u"-1"), std::nullopt);
+  EXPECT_EQ(legacyNonNegativeInteger(u"+"), std::nullopt);
+  EXPECT_EQ(legacyNonNegativeInteger(u""), std::nullopt);
   EXPECT_GE(legacyNonNegativeInteger(u"99999999999999999999"), 900'000'000U);
 }
 

@@ -174,6 +174,14 @@ TEST(StyleResolver, TakesElementsOfScriptsForUndefined) {
   });
 }
 
+TEST(StyleResolver, TakesCommentsForNoContent) {
+  expect({
+      {u"<style>b:empty{color:red}</style><b id=x><!--a--></b>", "color", "255 0 0"},
+      {u"<style>b:empty{color:red}</style><b id=x><!--a-->b</b>", "color", "0 0 0"},
+      {u"<style>b:empty{color:red}</style><b id=x><i></i></b>", "color", "0 0 0"},
+  });
+}
+
 TEST(StyleResolver, MakesPartsOfFormulasSmaller) {
   expect({
       {u"<math><msup><mi>a</mi><mi id=x>b</msup>", "size", "12.8"},
@@ -181,6 +189,12 @@ TEST(StyleResolver, MakesPartsOfFormulasSmaller) {
       {u"<math><msup><mi>a</mi><msup><mi>b</mi><mi id=x>c</msup></msup>", "size", "9.6"},
       {u"<math><msub><mi>a</mi><msub><mi>b</mi><msub><mi>c</mi><mi id=x>d</msub></msub></msub>", "size",
        "6.816"},
+      {u"<math><msubsup><mi>a</mi><mi>b</mi><mi id=x>c</msubsup>", "size", "12.8"},
+      {u"<math><mmultiscripts><mi>a</mi><mi id=x>b</mmultiscripts>", "size", "12.8"},
+      {u"<math><munder><mi>a</mi><mi id=x>b</munder>", "size", "12.8"},
+      {u"<math><mover><mi>a</mi><mi id=x>b</mover>", "size", "12.8"},
+      {u"<math><munderover accent=true><mi>a</mi><mi>b</mi><mi id=x>c</munderover>", "size", "16"},
+      {u"<math><mroot><mi id=x>a</mi><mi>b</mroot>", "size", "16"},
       {u"<math><mroot><mi>a</mi><mi id=x>b</mroot>", "size", "9.6"},
       {u"<math><munder accentunder=true><mi>a</mi><mi id=x>b</munder>", "size", "16"},
       {u"<math><munderover accentunder=true accent=no><mi>a</mi><mi>b</mi><mi id=x>c</munderover>", "size",
@@ -195,6 +209,9 @@ TEST(StyleResolver, MakesPartsOfFormulasSmaller) {
       {u"<math><munderover accent=true><mi>a</mi><mo id=x>b</mo><mo>c</munderover>", "size", "12.8"},
       {u"<math><mstyle id=x mathsize=20px mathcolor=red><mi>a</mstyle>", "size", "20"},
       {u"<math><mstyle mathcolor=red><mi id=x>a</mstyle>", "color", "255 0 0"},
+      {u"<math mathcolor=red mathsize=20px><mi id=x>a", "color", "255 0 0"},
+      {u"<math mathcolor=red mathsize=20px><mi id=x>a", "size", "20"},
+      {u"<msup><b></b><math id=x><mi>a", "size", "16"},
   });
 }
 
@@ -230,18 +247,57 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<body text=#102030><p id=x>a", "color", "16 32 48"},
       {u"<body marginwidth=3 topmargin=4 id=x>a", "margin", "4 3 8 3"},
       {u"<table bgcolor=#eee id=x>", "background", "238 238 238"},
+      {u"<body leftmargin=1 topmargin=2 rightmargin=3 bottommargin=4 id=x>", "margin", "2 3 4 1"},
+      {u"<body marginheight=5 id=x>a", "margin", "5 8 5 8"},
+      {u"<body link=lime><a id=x>a", "color", "0 0 0"},
+      {u"<body link=lime><area href=y id=x>", "color", "0 255 0"},
+      {u"<p popover id=x>", "display", "none"},
       {u"<p bgcolor=#eee id=x>", "background", "0 0 0/0%"},
       {u"<table border=5 id=x>", "border", "5 5 5 5"},
       {u"<table border><tr><td id=x>", "border", "1 1 1 1"},
       {u"<table border=0><tr><td id=x>", "border", "0 0 0 0"},
       {u"<table rules=rows><tr><td id=x>", "border", "1 0 1 0"},
+      {u"<table border rules=none><tr><td id=x>", "border", "0 0 0 0"},
+      {u"<table border rules=groups><tr><td id=x>", "border", "0 0 0 0"},
+      {u"<table border rules=x><tr><td id=x>", "border", "1 1 1 1"},
       {u"<table cellpadding=7><tr><td id=x>", "padding", "7 7 7 7"},
       {u"<table><tr valign=bottom><td id=x>", "vertical", "bottom"},
+      {u"<table><tr valign=bottom><td valign=top id=x>", "vertical", "top"},
+      {u"<table><tr valign=bottom><td valign=MIDDLE id=x>", "vertical", "middle"},
       {u"<table><tr><td align=center><div><p id=x>", "align", "-webkit-center"},
       {u"<table><tr><td nowrap id=x>", "white-space", "nowrap"},
       {u"<table width=50% align=center id=x>", "margin", "0 auto 0 auto"},
       {u"<table width=50% align=center id=x>", "width", "50%"},
       {u"<h1 align=right id=x>", "align", "right"},
+      {u"<legend align=center id=x>", "align", "center"},
+      {u"<div align=MIDDLE id=x>", "align", "-webkit-center"},
+      {u"<div align=left id=x>", "align", "-webkit-left"},
+      {u"<div align=right id=x>", "align", "-webkit-right"},
+      {u"<div align=right><p align=middle id=x>", "align", "-webkit-right"},
+      {u"<p align=left id=x>", "align", "left"},
+      {u"<table><caption align=left id=x>", "align", "-webkit-left"},
+      {u"<img align=top id=x>", "vertical", "top"},
+      {u"<img align=texttop id=x>", "vertical", "text-top"},
+      {u"<img align=middle id=x>", "vertical", "middle"},
+      {u"<img align=absmiddle id=x>", "vertical", "middle"},
+      {u"<img align=center id=x>", "vertical", "middle"},
+      {u"<img align=right id=x>", "float", "right"},
+      {u"<ul><li type=1 id=x>", "list", "decimal"},
+      {u"<ul><li type=a id=x>", "list", "lower-alpha"},
+      {u"<ul><li type=i id=x>", "list", "lower-roman"},
+      {u"<ul><li type=I id=x>", "list", "upper-roman"},
+      {u"<table><td width=30 id=x>", "width", "30"},
+      {u"<table><th width=30 id=x>", "width", "30"},
+      {u"<table><col width=30 id=x>", "width", "30"},
+      {u"<table><colgroup width=30 id=x>", "width", "30"},
+      {u"<iframe width=30 id=x>", "width", "30"},
+      {u"<object width=30 id=x>", "width", "30"},
+      {u"<embed width=30 id=x>", "width", "30"},
+      {u"<video width=30 id=x>", "width", "30"},
+      {u"<applet width=30 id=x>", "width", "30"},
+      {u"<input width=30 id=x>", "width", "30"},
+      {u"<marquee width=30 id=x>", "width", "30"},
+      {u"<p width=30 id=x>", "width", "auto"},
       {u"<ol type=A><li id=x>", "list", "upper-alpha"},
       {u"<img align=left id=x>", "display", "block"},
       {u"<p align=justify id=x>", "align", "justify"},
@@ -256,6 +312,11 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<table><td valign=baseline id=x>", "vertical", "baseline"},
       {u"<img hspace=3 vspace=4 id=x>", "margin", "4 3 4 3"},
       {u"<p hspace=3 vspace=4 id=x>", "margin", "16 0 16 0"},
+      {u"<hr align=left id=x>", "margin", "8 auto 8 0"},
+      {u"<hr align=right id=x>", "margin", "8 0 8 auto"},
+      {u"<hr width=50% id=x>", "width", "50%"},
+      {u"<p type=a id=x>", "list", "disc"},
+      {u"<font face='Arial, sans-serif' color=red size=2 id=x>a", "family", "Arial,sans-serif"},
       {u"<hr align=left color=red width=9 id=x>", "border-color", "255 0 0"},
       {u"<p dir=auto id=x>1 \u05d0 a", "direction", "rtl"},
       {u"<p dir=auto id=x>1 \u0e01 \u05d0", "direction", "ltr"},
@@ -265,7 +326,8 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<p dir=auto id=x>1 \U00020000 \u05d0", "direction", "ltr"},
       {u"<p dir=auto id=x>\u2014 \U00010a00 a", "direction", "rtl"},
       {u"<p dir=auto id=x>1 \u0627 a", "direction", "rtl"},
-      {u"<div dir=auto id=x><textarea>a</textarea><style>b</style><bdi>c</bdi><p dir=ltr>d</p>\u05d0",
+      {u"<div dir=auto id=x><textarea>a</textarea><style>b</style><script>s</script><bdi>c</bdi><p "
+       u"dir=ltr>d</p>\u05d0",
        "direction", "rtl"},
       {u"<p dir=rtl><bdi id=x>abc", "direction", "ltr"},
       {u"<div dir=rtl><p style='text-align:match-parent' id=x>", "align", "right"},
@@ -357,6 +419,8 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='line-height:200%;font-size:10px'><b style='font-size:30px' id=x>", "line-height", "20"},
       {u"<p style='text-indent:2em;font-size:8px' id=x>", "indent", "16"},
       {u"<p style='width:calc(10% + 20%)' id=x>", "width", "30%"},
+      {u"<p style='width:10vw' id=x>", "width", "128"},
+      {u"<p style='width:10vh' id=x>", "width", "72"},
       {u"<p style='font-size:10px;vertical-align:50%;line-height:30px' id=x>", "vertical", "15"},
       {u"<p style='font-weight:350'><b style='font-weight:lighter' id=x>", "weight", "100"},
       {u"<p style='border:solid;border-left:none' id=x>", "border", "3 3 3 0"},
@@ -475,6 +539,52 @@ TEST(StyleResolver, RemembersStylesOfEqualElementsOnly) {
     }
   }
   EXPECT_EQ(i, kElements);
+}
+
+/// Elements in parents that differ in what is inherited do not get each other's style.
+TEST(StyleResolver, TellsInheritedStylesApart) {
+  const struct {
+    std::string_view property;
+    std::u16string first, second, child = {};
+  } cases[] = {
+      {"family", u"font-family:a", u"font-family:b"},
+      {"family", u"font-family:serif", u"font-family:sans-serif"},
+      {"size", u"font-size:10px", u"font-size:20px"},
+      {"weight", u"font-weight:300", u"font-weight:301", u"font-weight:inherit"},
+      {"weight", u"font-weight:300", u"font-weight:556", u"font-weight:inherit"},
+      {"italic", u"font-style:normal", u"font-style:italic"},
+      {"caps", u"font-variant:normal", u"font-variant:small-caps"},
+      {"visibility", u"visibility:visible", u"visibility:hidden"},
+      {"align", u"text-align:left", u"text-align:right"},
+      {"transform", u"text-transform:uppercase", u"text-transform:lowercase"},
+      {"white-space", u"white-space:pre", u"white-space:nowrap"},
+      {"direction", u"direction:ltr", u"direction:rtl"},
+      {"list", u"list-style:disc", u"list-style:square"},
+      {"color", u"color:red", u"color:lime"},
+      {"color", u"--a:red", u"--a:lime", u"color:var(--a)"},
+      {"indent", u"text-indent:1px", u"text-indent:2px"},
+      {"line-height", u"line-height:10px", u"line-height:20px"},
+      {"line-height", u"line-height:1", u"line-height:2"},
+      {"line-height", u"line-height:normal", u"line-height:2"},
+      {"line-height", u"font-size:10px;line-height:20px", u"font-size:10px;line-height:2", u"font-size:30px"},
+      {"lines", u"text-decoration:underline red", u"text-decoration:underline lime"},
+      {"lines", u"text-decoration:overline red", u"text-decoration:overline lime"},
+      {"lines", u"text-decoration:line-through red", u"text-decoration:line-through lime"},
+      {"lines", u"text-decoration:none", u"text-decoration:underline"},
+      {"display", u"display:block", u"display:flex"},
+      {"unseen", u"content-visibility:visible", u"content-visibility:hidden"},
+  };
+  for (const auto &[property, first, second, child] : cases) {
+    const auto paragraph = [&child](const std::u16string &style, const std::u16string &id) {
+      return u"<p style='" + style + u"'><b style='" + child + u"' id=" + id + u"></b></p>";
+    };
+    Page both(u"<!DOCTYPE html>" + paragraph(first, u"a") + paragraph(second, u"b"));
+    Page alone(u"<!DOCTYPE html>" + paragraph(second, u"b"));
+    const std::string ofFirst = described(both.styleOf(both.elementWithId(u"a")), property);
+    const std::string ofSecond = described(both.styleOf(both.elementWithId(u"b")), property);
+    EXPECT_NE(ofFirst, ofSecond) << utf8(second);
+    EXPECT_EQ(ofSecond, described(alone.styleOf(alone.elementWithId(u"b")), property)) << utf8(second);
+  }
 }
 
 TEST(StyleResolver, EndsOnHostilePages) {
