@@ -2,12 +2,16 @@
 #include "platform/AppKit/NSFileWrapper.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -166,10 +170,19 @@ TEST(FileWrapper, OddPathsHaveAReason) {
   EXPECT_FALSE(NSFileWrapper::initWithPath(disk.string("none"), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::noSuchFile);
   EXPECT_FALSE(NSFileWrapper::initWithPath(NSString(), &error));
+  const FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = {}};
+  const std::string name = (disk.path() / "socket").native();
+  ASSERT_LT(name.size(), sizeof address.sun_path);
+  std::copy(name.begin(), name.end(), address.sun_path);
+  ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+  error = NSError();
+  EXPECT_FALSE(NSFileWrapper::initWithPath(disk.string("socket"), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
   EXPECT_EQ(
       NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native())).fileWrappers().size(),
       0u)
-      << "a pipe in a folder is left out";
+      << "a pipe and a socket in a folder are left out";
 }
 
 }  // namespace
