@@ -188,11 +188,21 @@ TEST(TextList, Markers) {
 TEST(DocumentAttributes, SurviveADictionary) {
   DocumentAttributes attributes;
   EXPECT_EQ(attributes.dictionary().count(), 0u);
-  attributes.title = u"T"_ns;
-  attributes.keywords = {u"a"_ns, u"b"_ns};
-  attributes.creationTime = NSDate{5};
-  attributes.paperSize = NSSize{612, 792.5};
-  attributes.leftMargin = 72;
+  attributes = {.documentType = u"NSRTF"_ns,
+                .title = u"T"_ns,
+                .author = u"A"_ns,
+                .subject = u"S"_ns,
+                .keywords = {u"a"_ns, u"b"_ns},
+                .company = u"C"_ns,
+                .copyright = u"R"_ns,
+                .comment = u"D"_ns,
+                .creationTime = NSDate{5},
+                .modificationTime = NSDate{6},
+                .paperSize = NSSize{612, 792.5},
+                .leftMargin = 72,
+                .rightMargin = 0,
+                .topMargin = 1.5,
+                .bottomMargin = 2};
   EXPECT_EQ(attributes.dictionary().objectForKey(u"PaperSize"_ns).string(), u"{612, 792.5}"_ns);
   EXPECT_EQ(DocumentAttributes::withDictionary(attributes.dictionary()), attributes);
   const NSDictionary odd = {{u"Title"_ns, 5}, {u"PaperSize"_ns, u"wide"_ns}, {u"Keywords"_ns, u"a"_ns}};
