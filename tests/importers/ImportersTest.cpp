@@ -170,6 +170,46 @@ TEST_F(Importers, Image) {
   EXPECT_FALSE(drawing.objectForKey(u"kMDItemContentCreationDate"_ns));
 }
 
+TEST_F(Importers, OtherPhotos) {
+  const std::string photo = contentsOfExample("leaf.jpg");
+  const auto changed = [&](std::initializer_list<std::pair<std::string_view, std::string_view>> parts) {
+    std::string bytes = photo;
+    for (const auto &[from, to] : parts) {
+      EXPECT_NE(bytes.find(from), bytes.npos);
+      if (const std::size_t place = bytes.find(from); place != bytes.npos) bytes.replace(place, to.size(), to);
+    }
+    return metaDataOf("other.jpg", bytes);
+  };
+  // The camera was held upright, or not: 480 columns of 320 pixels are stored.
+  for (const char orientation : {'\1', '\2', '\3', '\4', '\5', '\6', '\7', '\x08', '\x09'}) {
+    const std::string entry = "\x12\x01\x03\0\x01\0\0\0"s + orientation;
+    const bool isUpright = orientation >= 5 && orientation <= 8;
+    EXPECT_EQ(changed({{entry.substr(0, 8), entry}}).objectForKey(u"kMDItemOrientation"_ns),
+              id(isUpright ? 1 : 0))
+        << int{orientation};
+  }
+  // North, west and below the sea.
+  const NSDictionary elsewhere = changed({{"\1\0\2\0\2\0\0\0S"sv, "\1\0\2\0\2\0\0\0N"sv},
+                                          {"\3\0\2\0\2\0\0\0E"sv, "\3\0\2\0\2\0\0\0W"sv},
+                                          {"\5\0\1\0\1\0\0\0\0"sv, "\5\0\1\0\1\0\0\0\1"sv}});
+  EXPECT_NEAR(elsewhere.objectForKey(u"kMDItemLatitude"_ns).real().value_or(0), 33.86, 1e-9);
+  EXPECT_NEAR(elsewhere.objectForKey(u"kMDItemLongitude"_ns).real().value_or(0), -151.21, 1e-9);
+  EXPECT_EQ(elsewhere.objectForKey(u"kMDItemAltitude"_ns), id(-58.5));
+  // The time at which it was digitised, a flash that was not fired, and nothing but the camera's own fields.
+  expectAttributes(changed({{"\x03\x90\2\0"sv, "\x04\x90\2\0"sv},
+                            {"\x11\x90\2\0"sv, "\x12\x90\2\0"sv},
+                            {"\x09\x92\3\0\1\0\0\0\1"sv, "\x09\x92\3\0\1\0\0\0\x10"sv},
+                            {"8BIM\x04\x04"sv, "8BIM\x04\x05"sv},
+                            {"http://ns.adobe.com/xap"sv, "http://ns.adobe.com/xyz"sv}}),
+                   {{u"kMDItemContentCreationDate"_ns, NSDate::dateWithUTC(2024, 9, 20, 8, 30, 0)},
+                    {u"kMDItemFlashOnOff"_ns, false},
+                    {u"kMDItemTitle"_ns, id()},
+                    {u"kMDItemKeywords"_ns, id()},
+                    {u"kMDItemAuthors"_ns, NSArray{u"Quiver 25"_ns}},
+                    {u"kMDItemCopyright"_ns, u"Archive of Loose Leaves"_ns},
+                    {u"kMDItemDescription"_ns, u"Leaf 1024"_ns}});
+}
+
 TEST_F(Importers, CameraDates) {
   // The date stands in the file as text, in place.
   const std::string photo = contentsOfExample("leaf.jpg");
@@ -280,6 +320,7 @@ TEST_F(Importers, Documents) {
        {{u"kMDItemTitle"_ns, u"Quivers"_ns},
         {u"kMDItemAuthors"_ns, both},
         {u"kMDItemKeywords"_ns, keywords},
+        {u"kMDItemCreator"_ns, u"Microsoft Excel"_ns},
         {u"kMDItemContentCreationDate"_ns, made}},
        u"Leaves\nName\tCount\tPressed\nGingko \u9280\u674f\t12\tTRUE\nOak & ash\t3.5\tlast\nA rare one\nEmpty\n"
        u"Sums\nName\t15.5"_ns},
@@ -298,6 +339,9 @@ TEST_F(Importers, Documents) {
       {"book.epub",
        {{u"kMDItemTitle"_ns, u"Loose Leaves"_ns},
         {u"kMDItemAuthors"_ns, both},
+        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+        {u"kMDItemDescription"_ns, u"What was found"_ns},
+        {u"kMDItemOrganizations"_ns, NSArray{u"The Archive"_ns}},
         {u"kMDItemLanguages"_ns, NSArray{u"en"_ns}},
         {u"kMDItemContentCreationDate"_ns, NSDate::dateWithUTC(2024, 9, 20, 0, 0, 0)}},
        u"First\nSecond\n\n\n\ncaf\u00e9 & more"_ns},
@@ -365,6 +409,19 @@ TEST_F(Importers, PartsOfDocuments) {
              "<si><t/></si><si><t>elm</t></si></s>"}},
            "<Relationship Id='r1' Target='texts.xml'/><Relationship Id='r2' Target='sheet.xml'/>"),
        u"Leaves\nash\toak\nelm\t\t\t\tbeeches"_ns},
+      // Empty cells are told from each other in front of others alone.
+      {"empty-cells.xlsx",
+       openXMLDocument({{"book.xml", "spreadsheetml.sheet.main", "<w><sheet name='' r:id='r2'/></w>"},
+                        {"sheet.xml", "spreadsheetml.worksheet",
+                         "<s><row><c/><c t='b'><v>0</v></c><c><v/></c><c t='inlineStr'><is><t/></is></c></row>"
+                         "<row><c><v>oak</v></c><c/></row></s>"}},
+                       "<Relationship Id='r1' TargetMode='External' Target='book.xml'/>"
+                       "<Relationship Id='r2' Target='./sheet.xml'/>"),
+       u"\tFALSE\noak"_ns},
+      {"blanks.fodt",
+       "<o><s/><tab/><p>a<s/>b<s c='3'/>c<s c='65'/>d<s c='0'/>e</p> between <p> \n f \t g<line-break/> "
+       "h</p></o>",
+       NSString::stringWithUTF8String("a b   c" + std::string(64, ' ') + "d e\nf g\nh")},
       // A chart's texts are text, and its numbers are not.
       {"chart.docx",
        openXMLDocument(
@@ -400,6 +457,71 @@ TEST_F(Importers, PartsOfDocuments) {
   }
   expectAttributes(metaDataOf("language.fodt", "<o><meta><language>de</language></meta><p>Blatt</p></o>"),
                    {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
+}
+
+TEST_F(Importers, PropertiesOfDocuments) {
+  const auto authors = [](const NSString &author) {
+    return std::pair(u"kMDItemAuthors"_ns, id(NSArray{author}));
+  };
+  const struct {
+    const char *name;
+    std::string bytes;
+    NSDictionary attributes;
+  } cases[] = {
+      {"all.fodt",
+       "<o><meta><initial-creator>A</initial-creator><creator>B</creator><title> A\n title </title><title/>"
+       "<language>de</language><generator>Quill</generator><keyword>leaf</keyword><document-statistic "
+       "page-count='3' word-count='21'/></meta><p>Blatt</p></o>",
+       {authors(u"A"_ns),
+        {u"kMDItemTitle"_ns, u"A title"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemCreator"_ns, u"Quill"_ns},
+        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+        {u"kMDItemNumberOfPages"_ns, 3},
+        {u"kMDItemWordCount"_ns, 21}}},
+      {"later.fodt",
+       "<o><meta><creator>B</creator><initial-creator>A</initial-creator></meta><p>Blatt</p></o>",
+       {authors(u"A"_ns)}},
+      {"other.fodt", "<o><meta><creator>B</creator></meta><p>Blatt</p></o>", {authors(u"B"_ns)}},
+      {"all.docx",
+       openXMLDocument({{"a.xml", "wordprocessingml.document.main", "<d><p><t>Blatt</t></p></d>"},
+                        {"b.xml", "core-properties",
+                         "<p><creator> A;; B </creator><keywords>a,b ;c</keywords><subject>S</subject>"
+                         "<language>de</language><modified>2001-01-02T00:00:00Z</modified></p>"},
+                        {"c.xml", "extended-properties",
+                         "<p><Application>Quill</Application><Company>C</Company><Pages>3</Pages>"
+                         "<Words>4 or 5</Words></p>"}}),
+       {{u"kMDItemAuthors"_ns, NSArray{u"A"_ns, u"B"_ns}},
+        {u"kMDItemKeywords"_ns, NSArray{u"a"_ns, u"b"_ns, u"c"_ns}},
+        {u"kMDItemSubject"_ns, u"S"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemContentModificationDate"_ns, NSDate{86400}},
+        {u"kMDItemCreator"_ns, u"Quill"_ns},
+        {u"kMDItemOrganizations"_ns, NSArray{u"C"_ns}},
+        {u"kMDItemNumberOfPages"_ns, 3},
+        {u"kMDItemWordCount"_ns, id()}}},
+      // The first title, language and date are those of the book itself.
+      {"all.epub",
+       storedZip(
+           {{"META-INF/container.xml", "<c><rootfile full-path='b.opf'/><rootfile full-path='other.opf'/></c>"},
+            {"b.opf",
+             "<package><title>One</title><title>Two</title><language>de</language><language>en</language>"
+             "<date>2001-01-02</date><date>2002</date><subject>a</subject><subject>b</subject>"
+             "<manifest><item id='a' href='a.xhtml'/></manifest><spine><itemref idref='none'/>"
+             "<itemref idref='a'/></spine></package>"},
+            {"a.xhtml", "<html><body><p>Blatt</p></body></html>"}}),
+       {{u"kMDItemTitle"_ns, u"One"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemContentCreationDate"_ns, NSDate{86400}},
+        {u"kMDItemKeywords"_ns, NSArray{u"a"_ns, u"b"_ns}},
+        {u"kMDItemAuthors"_ns, id()}}},
+  };
+  for (const auto &[name, bytes, attributes] : cases) {
+    SCOPED_TRACE(name);
+    const NSDictionary found = metaDataOf(name, bytes);
+    expectAttributes(found, attributes);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns), id(u"Blatt"_ns));
+  }
 }
 
 TEST_F(Importers, RichText) {
@@ -489,7 +611,11 @@ TEST_F(Importers, Pages) {
 }
 
 TEST_F(Importers, Sounds) {
-  for (const char *name : {"cover.mp3", "sound.m4a", "sound.ogg", "sound.flac", "sound.wav"}) {
+  for (const auto &[name, rate] : {std::pair("cover.mp3", 22050.0),
+                                   {"sound.m4a", 22050.0},
+                                   {"sound.ogg", 22050.0},
+                                   {"sound.flac", 8000.0},
+                                   {"sound.wav", 8000.0}}) {
     SCOPED_TRACE(name);
     const NSDictionary found =
         metaData(NSString::stringWithUTF8String(QUIVERLEAF_TEST_DATA "/movies/"s + name));
@@ -501,6 +627,7 @@ TEST_F(Importers, Sounds) {
                              {u"kMDItemComment"_ns, u"Recorded in the fletcher's loft"_ns},
                              {u"kMDItemAudioTrackNumber"_ns, 3},
                              {u"kMDItemMediaTypes"_ns, NSArray{u"Sound"_ns}},
+                             {u"kMDItemAudioSampleRate"_ns, rate},
                              {u"kMDItemAudioChannelCount"_ns, 1}});
     EXPECT_GT(found.objectForKey(u"kMDItemDurationSeconds"_ns).real().value_or(0), 0.1);
     EXPECT_EQ(found.objectForKey(u"kMDItemCodecs"_ns).array().count(), 1u);
@@ -508,19 +635,53 @@ TEST_F(Importers, Sounds) {
   }
 }
 
-TEST_F(Importers, TagsOfSeveralTextsAndTheWordsOfASong) {
+/// A sound with such tags in front of its own.
+std::string taggedSound(std::initializer_list<std::string_view> entries) {
   // The comment header of a sound: each entry's length, its name and its text.
-  std::string sound = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
-  std::string comments("\0\0\0\0\3\0\0\0", 8);
-  for (const std::string_view entry : {"ARTIST=Iris Bowyer"sv, "ARTIST=Jan Leaf"sv, "LYRICS=Leaf by leaf"sv}) {
+  std::string comments = std::string(4, '\0') + static_cast<char>(entries.size()) + std::string(3, '\0');
+  for (const std::string_view entry : entries) {
     comments += static_cast<char>(entry.size()) + std::string(3, '\0');
     comments += entry;
   }
+  const auto high = static_cast<char>(comments.size() >> 8), low = static_cast<char>(comments.size());
   // The first block is 34 bytes about the stream; the new one stands behind it.
-  sound.insert(4 + 4 + 34, std::string("\4\0\0", 3) + static_cast<char>(comments.size()) + comments);
-  expectAttributes(metaDataOf("song.flac", sound),
-                   {{u"kMDItemAuthors"_ns, NSArray{u"Iris Bowyer"_ns, u"Jan Leaf"_ns}},
-                    {u"kMDItemTextContent"_ns, u"Leaf by leaf"_ns}});
+  std::string sound = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
+  return sound.insert(4 + 4 + 34, std::string("\4\0", 2) + high + low + comments);
+}
+
+TEST_F(Importers, TagsOfASong) {
+  expectAttributes(
+      metaDataOf("song.flac", taggedSound({"ARTIST=Iris Bowyer", "ARTIST=Jan Leaf", "LYRICS=Leaf by leaf",
+                                           "TITLE=One",          "TITLE=Two",       "ALBUM= ",
+                                           "ALBUM=Quivers",      "COMPOSER=C",      "LYRICIST=L",
+                                           "GENRE=Folk",         "DATE=2004-10-31", "TRACKNUMBER=3/12",
+                                           "BPM=92.5",           "INITIALKEY=Am",   "COMMENT=N",
+                                           "DESCRIPTION=D",      "COPYRIGHT=R",     "LABEL=P",
+                                           "KEYWORDS=leaf",      "KEYWORDS=quiver", "ENCODING=E"})),
+      {{u"kMDItemAuthors"_ns, NSArray{u"Iris Bowyer"_ns, u"Jan Leaf"_ns}},
+       {u"kMDItemTextContent"_ns, u"Leaf by leaf"_ns},
+       {u"kMDItemTitle"_ns, u"One, Two"_ns},
+       {u"kMDItemAlbum"_ns, u"Quivers"_ns},
+       {u"kMDItemComposer"_ns, u"C"_ns},
+       {u"kMDItemLyricist"_ns, u"L"_ns},
+       {u"kMDItemMusicalGenre"_ns, u"Folk"_ns},
+       {u"kMDItemRecordingYear"_ns, 2004},
+       {u"kMDItemAudioTrackNumber"_ns, 3},
+       {u"kMDItemTempo"_ns, 92.5},
+       {u"kMDItemKeySignature"_ns, u"Am"_ns},
+       {u"kMDItemComment"_ns, u"N"_ns},
+       {u"kMDItemDescription"_ns, u"D"_ns},
+       {u"kMDItemCopyright"_ns, u"R"_ns},
+       {u"kMDItemPublishers"_ns, NSArray{u"P"_ns}},
+       {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns}},
+       {u"kMDItemEncodingApplications"_ns, NSArray{u"E"_ns}}});
+  // Numbers that are none, and too large ones.
+  expectAttributes(
+      metaDataOf("odd.flac", taggedSound({"DATE=1e9", "TRACKNUMBER=A3", "BPM=nan", "DESCRIPTION=\t "})),
+      {{u"kMDItemRecordingYear"_ns, id()},
+       {u"kMDItemAudioTrackNumber"_ns, id()},
+       {u"kMDItemTempo"_ns, id()},
+       {u"kMDItemDescription"_ns, id()}});
 }
 
 TEST_F(Importers, Movies) {
@@ -531,6 +692,7 @@ TEST_F(Importers, Movies) {
                            {u"kMDItemCodecs"_ns, NSArray{u"PNG"_ns}},
                            {u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}}});
   EXPECT_FALSE(found.objectForKey(u"kMDItemAudioChannelCount"_ns));
+  EXPECT_FALSE(found.objectForKey(u"kMDItemLanguages"_ns));
   NSError error;
   EXPECT_EQ(metaData(folder.write("none.mp4", "no movie"), &error).count(), 0u);
   EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
