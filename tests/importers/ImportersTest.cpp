@@ -388,6 +388,14 @@ std::string book(const std::string &chapter, const std::string &encrypted) {
 TEST_F(Importers, PartsOfDocuments) {
   constexpr const char *kDocument = "wordprocessingml.document.main";
   const std::string chapter = "<html><body><p>Second</p></body></html>";
+  std::string gone, headers;
+  for (const std::string name : {"tracked-changes", "forms", "scripts", "binary-data", "note-citation",
+                                 "ruby-text", "title", "desc", "event-listeners", "page-number"})
+    gone += "<" + name + "><p>gone</p></" + name + ">";
+  int number = 0;
+  for (const std::string name :
+       {"header", "footer", "header-left", "footer-left", "header-first", "footer-first"})
+    headers += "<" + name + "><p>" + std::to_string(++number) + "</p></" + name + ">";
   ZipParts many = {{"content.xml", "<o><p>Blatt</p></o>"}};
   for (int i = 0; i <= 0xffff; ++i) many.emplace_back(std::to_string(i), "");
   const struct {
@@ -422,6 +430,26 @@ TEST_F(Importers, PartsOfDocuments) {
        "<o><s/><tab/><p>a<s/>b<s c='3'/>c<s c='65'/>d<s c='0'/>e</p> between <p> \n f \t g<line-break/> "
        "h</p></o>",
        NSString::stringWithUTF8String("a b   c" + std::string(64, ' ') + "d e\nf g\nh")},
+      {"elements.docx",
+       openXMLDocument({{"a.xml", kDocument,
+                         "<d><p><pPr><tab/><t>gone</t></pPr>out<r><t>a</t><tab/><t>b<t/></t><ptab/><t>c</t><br/"
+                         "><t>d</t><cr/>"
+                         "<t>e</t></r><Fallback><t>gone</t></Fallback><moveFrom><t>gone</t></"
+                         "moveFrom><ruby><rt><t>gone</t></rt>"
+                         "<t>f</t></ruby><fld><t>gone</t></fld></p><tr><tc><p><t>g</t></p></tc><tc><p><t>h</"
+                         "t></p></tc></tr>"
+                         "<tr><tc><p/></tc><tc><p><t>i</t></p></tc></tr><v>gone</v></d>"}}),
+       u"a\tb\tc\nd\nef\ng\th\n\ti"_ns},
+      {"elements.fodt",
+       "<o>gone<p>a" + gone +
+           "b</p><table name='gone'><table-row><table-cell><p>c</p></table-cell>"
+           "<covered-table-cell/><table-cell><h>d</h></table-cell></table-row></"
+           "table><annotation><p>note<creator>gone"
+           "</creator><date>gone</date><date-string>gone</date-string><sender-initials>gone</sender-initials></"
+           "p>"
+           "</annotation>" +
+           headers + "<p>e<note><note-body><p>foot</p></note-body></note>f</p></o>",
+       u"ab\nc\t\td\nef\nfoot\nnote\n1\n2\n3\n4\n5\n6"_ns},
       // A chart's texts are text, and its numbers are not.
       {"chart.docx",
        openXMLDocument(
@@ -457,6 +485,57 @@ TEST_F(Importers, PartsOfDocuments) {
   }
   expectAttributes(metaDataOf("language.fodt", "<o><meta><language>de</language></meta><p>Blatt</p></o>"),
                    {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
+}
+
+TEST_F(Importers, EveryKindOfPart) {
+  const char *const text = "<d><p><t>Blatt</t></p></d>";
+  const char *const reference = "<Relationship Id='r2' Target='b.xml'/>";
+  for (const char *type : {"wordprocessingml.document.main", "wordprocessingml.template.main",
+                           "ms-word.document.macroEnabled.main", "ms-word.template.macroEnabledTemplate.main"})
+    EXPECT_EQ(
+        metaDataOf("a.docx", openXMLDocument({{"a.xml", type, text}})).objectForKey(u"kMDItemTextContent"_ns),
+        id(u"Blatt"_ns))
+        << type;
+  for (const char *type : {"presentationml.presentation.main", "ms-powerpoint.presentation.macroEnabled.main",
+                           "presentationml.slideshow.main", "ms-powerpoint.slideshow.macroEnabled.main",
+                           "presentationml.template.main", "ms-powerpoint.template.macroEnabled.main",
+                           "ms-powerpoint.addin.macroEnabled.main"})
+    EXPECT_EQ(metaDataOf("a.pptx", openXMLDocument({{"a.xml", type, "<p><sldId id='256' r:id='r2'/></p>"},
+                                                    {"b.xml", "presentationml.slide", text}},
+                                                   reference))
+                  .objectForKey(u"kMDItemTextContent"_ns),
+              id(u"Blatt"_ns))
+        << type;
+  for (const char *type :
+       {"spreadsheetml.sheet.main", "ms-excel.sheet.macroEnabled.main", "spreadsheetml.template.main",
+        "ms-excel.template.macroEnabled.main", "ms-excel.addin.macroEnabled.main"})
+    EXPECT_EQ(metaDataOf("a.xlsx", openXMLDocument({{"a.xml", type, "<w><sheet name='' r:id='r2'/></w>"},
+                                                    {"b.xml", "spreadsheetml.worksheet",
+                                                     "<s><row><c><v>Blatt</v></c></row></s>"}},
+                                                   reference))
+                  .objectForKey(u"kMDItemTextContent"_ns),
+              id(u"Blatt"_ns))
+        << type;
+  // What a part refers to follows it, what stands on every page last; other parts are no text.
+  EXPECT_EQ(
+      metaDataOf("parts.docx",
+                 openXMLDocument({{"a.xml", "wordprocessingml.document.main", text},
+                                  {"b.xml", "wordprocessingml.footer", "<d><p><t>footer</t></p></d>"},
+                                  {"c.xml", "wordprocessingml.header", "<d><p><t>header</t></p></d>"},
+                                  {"d.xml", "wordprocessingml.comments", "<d><p><t>comment</t></p></d>"},
+                                  {"e.xml", "wordprocessingml.endnotes", "<d><p><t>endnote</t></p></d>"},
+                                  {"f.xml", "wordprocessingml.footnotes", "<d><p><t>footnote</t></p></d>"},
+                                  {"g.xml", "drawingml.chart", "<d><p><t>chart</t></p></d>"},
+                                  {"h.xml", "drawingml.diagramData", "<d><p><t>diagram</t></p></d>"},
+                                  {"i.xml", "drawing", "<d><p><t>drawing</t></p></d>"},
+                                  {"j.xml", "wordprocessingml.styles", "<d><p><t>gone</t></p></d>"}},
+                                 "<Relationship Id='1' Target='b.xml'/><Relationship Id='2' Target='c.xml'/>"
+                                 "<Relationship Id='3' Target='d.xml'/><Relationship Id='4' Target='e.xml'/>"
+                                 "<Relationship Id='5' Target='f.xml'/><Relationship Id='6' Target='g.xml'/>"
+                                 "<Relationship Id='7' Target='h.xml'/><Relationship Id='8' Target='i.xml'/>"
+                                 "<Relationship Id='9' Target='j.xml'/><Relationship Id='10' Target='a.xml'/>"))
+          .objectForKey(u"kMDItemTextContent"_ns),
+      id(u"Blatt\ndrawing\ndiagram\nchart\nfootnote\nendnote\ncomment\nheader\nfooter"_ns));
 }
 
 TEST_F(Importers, PropertiesOfDocuments) {
@@ -525,12 +604,22 @@ TEST_F(Importers, PropertiesOfDocuments) {
 }
 
 TEST_F(Importers, RichText) {
-  folder.write("leaf.rtfd/TXT.rtf", "{\\rtf1{\\info{\\title A title}}caf\\'e9\\line next\\par}");
+  folder.write("leaf.rtfd/TXT.rtf",
+               "{\\rtf1{\\info{\\title A title}{\\author A; B}{\\subject S}{\\doccomm D}{\\*\\company C}"
+               "{\\keywords leaf, "
+               "quiver}{\\creatim\\yr2001\\mo1\\dy1}{\\revtim\\yr2001\\mo1\\dy2}}caf\\'e9\\line next\\par}");
   for (const NSString &path :
        {folder.string("leaf.rtfd"),
         folder.write("leaf.rtf", contentsOfFile((folder.path() / "leaf.rtfd/TXT.rtf").native()))}) {
     NSError error;
     expectAttributes(metaData(path, &error), {{u"kMDItemTitle"_ns, u"A title"_ns},
+                                              {u"kMDItemAuthors"_ns, NSArray{u"A"_ns, u"B"_ns}},
+                                              {u"kMDItemSubject"_ns, u"S"_ns},
+                                              {u"kMDItemDescription"_ns, u"D"_ns},
+                                              {u"kMDItemOrganizations"_ns, NSArray{u"C"_ns}},
+                                              {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns}},
+                                              {u"kMDItemContentCreationDate"_ns, NSDate{0}},
+                                              {u"kMDItemContentModificationDate"_ns, NSDate{86400}},
                                               {u"kMDItemTextContent"_ns, u"caf\u00e9\nnext\n"_ns}});
     EXPECT_FALSE(error);
   }
@@ -602,6 +691,10 @@ TEST_F(Importers, Pages) {
   }
   EXPECT_TRUE(contains(archived.objectForKey(u"kMDItemTextContent"_ns).string(), u"\n\nframe"));
   EXPECT_EQ(archived.objectForKey(u"kMDItemWhereFroms"_ns), id(NSArray{u"http://example.org/"_ns}));
+  for (const std::string name : {"author", "DC.creator", "dcterms.creator"})
+    expectAttributes(metaDataOf("author.html", "<html><meta name=author content=' '><meta name=" + name +
+                                                   " content=A><meta name=author content=B><p>text"),
+                     {{u"kMDItemAuthors"_ns, NSArray{u"A"_ns}}});
   NSError error;
   metaData(folder.write("long.html", std::string(kPage) + std::string(16 << 20, ' ')), &error);
   EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);

@@ -179,10 +179,10 @@ TEST(FileWrapper, OddPathsHaveAReason) {
   error = NSError();
   EXPECT_FALSE(NSFileWrapper::initWithPath(disk.string("socket"), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
-  EXPECT_EQ(
-      NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native())).fileWrappers().size(),
-      0u)
-      << "a pipe and a socket in a folder are left out";
+  const NSFileWrapper folder =
+      NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native()));
+  EXPECT_TRUE(folder.isDirectory());
+  EXPECT_TRUE(folder.fileWrappers().empty()) << "a pipe and a socket in a folder are left out";
 }
 
 }  // namespace

@@ -211,11 +211,27 @@ TEST(RTFReader, Lists) {
     EXPECT_EQ(describe(read(std::string(kLists) + std::string(c.source))), c.expected) << c.source;
 }
 
+TEST(RTFReader, BulletsAreMarkersOfTheirKind) {
+  const std::pair<int, std::string_view> bullets[] = {
+      {0x2022, "{disc}"},   {0xb7, "{disc}"},     {0x25cf, "{disc}"},   {-0xf49, "{disc}"},
+      {0x25e6, "{circle}"}, {0x25cb, "{circle}"}, {'o', "{circle}"},    {0x25aa, "{square}"},
+      {0x25a0, "{square}"}, {-0xf59, "{square}"}, {0x2043, "{hyphen}"}, {'-', "{hyphen}"},
+      {0x2013, "{hyphen}"}, {0x2713, "{check}"},  {-0xf04, "{check}"},  {0x25c6, "{diamond}"},
+      {0x25a1, "{box}"},    {'*', "*"},
+  };
+  for (const auto &[bullet, format] : bullets)
+    EXPECT_EQ(describe(read("{\\*\\listtable{\\list{\\listlevel\\levelnfc23{\\leveltext\\'01\\u" +
+                            std::to_string(bullet) +
+                            " ?;}}\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\\ls1 x")),
+              "[x] list=1:" + std::string(format) + ":1\n")
+        << bullet;
+}
+
 TEST(RTFReader, ListsWithoutLevelsAndLevelsWithoutLists) {
   // What describes a level says nothing where there is none, nor within an override.
   const std::string level = "{\\listlevel\\levelnfc4{\\leveltext\\'02\\'00);}}";
   const std::string stray =
-      "{\\leveltext\\'01x;}{\\*\\levelmarker x}\\levelnfc1\\levelstartat5\\leveltemplateid6";
+      "{\\leveltext\\'02\\'00x;}{\\*\\levelmarker x}\\levelnfc1\\levelstartat5\\leveltemplateid6";
   EXPECT_EQ(describe(read("{\\*\\listtable" + stray + "{\\list" + stray + level + "\\listid7}{\\list" + stray +
                           "\\listid8}{\\list{\\listlevel\\levelnfc1{\\leveltext}}"
                           "\\listid9}}{\\*\\listoverridetable{\\listoverride\\listid9{\\lfolevel{\\listlevel" +

@@ -109,7 +109,7 @@ TEST(MadeImages, ReadsTheKindsOfPhotoshop) {
 
 TEST(MadeImages, TellsOfKindsOfPhotoshopThatAreNotRead) {
   constexpr int kBitmap = 0, kGray = 1, kIndexed = 2, kRGB = 3, kMultichannel = 7;
-  const std::string behind = bigEndian(0, 8) + "\0\0"s + std::string(64, '\x40');
+  const std::string behind = bigEndian(0, 8) + "\0\0"s + std::string(1024, '\x40');
   const std::pair<const char *, std::string> cases[] = {
       {"no palette", photoshop(1, 1, 4, 8, kIndexed, behind)},
       {"a bitmap of bytes", photoshop(1, 1, 4, 8, kBitmap, behind)},
