@@ -487,6 +487,17 @@ TEST_F(Importers, PartsOfDocuments) {
                    {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
 }
 
+TEST_F(Importers, LongDocumentsAreCut) {
+  constexpr std::uint32_t kMaximumLength = 16 << 20;
+  for (const std::uint32_t length : {kMaximumLength, kMaximumLength + 1}) {
+    NSError error;
+    const NSDictionary found = metaData(
+        folder.write("long.fodt", "<o><p>" + std::string(length - 2, 'x') + "</p><p>\xc3\xb6</p></o>"), &error);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().length(), kMaximumLength);
+    EXPECT_EQ(error.errorCode(), length == kMaximumLength ? ErrorCode::none : ErrorCode::incomplete);
+  }
+}
+
 TEST_F(Importers, EveryKindOfPart) {
   const char *const text = "<d><p><t>Blatt</t></p></d>";
   const char *const reference = "<Relationship Id='r2' Target='b.xml'/>";

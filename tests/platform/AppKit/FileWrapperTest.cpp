@@ -99,6 +99,30 @@ TEST(FileWrapper, FilesGetHarmlessNamesOfTheirOwn) {
   EXPECT_TRUE(folder.writeToFile(disk.string("out"), true));
 }
 
+TEST(FileWrapper, LongNamesAreCutBetweenCharacters) {
+  // Room is left for a number and three bytes a unit.
+  constexpr std::size_t kUnits = NSFileWrapper::kMaximumNameBytes / 3 - 11;
+  const std::string x(kUnits - 1, 'x'), extension = "." + std::string(31, 'e');
+  const std::pair<std::string, std::string> cases[] = {
+      {x + "y", x + "y"},
+      {x + "yz", x + "y"},
+      {x + "\U0001f600", x},
+      {x.substr(1) + "\U0001f600z", x.substr(1) + "\U0001f600"},
+      {x + "y" + extension, x.substr(0, kUnits - 32) + extension},
+      {x + "y" + extension + "e", x + "y"},
+      {"." + x + "y", "." + x},
+      {" \x7f\\a\x01. ", "__a_."},
+      {" . ", "file"},
+  };
+  for (const auto &[name, cut] : cases) {
+    const NSFileWrapper folder = NSFileWrapper::directoryWithFileWrappers({file(name, ""), file(name, "")});
+    ASSERT_EQ(namesOf(folder).size(), 2u) << name;
+    EXPECT_EQ(namesOf(folder)[0], cut) << name;
+    EXPECT_NE(namesOf(folder)[1], cut) << name;
+    EXPECT_LE(namesOf(folder)[1].size(), NSFileWrapper::kMaximumNameBytes) << name;
+  }
+}
+
 TEST(FileWrapper, SurvivesTheDisk) {
   for (const bool atomically : {false, true}) {
     const TemporaryFolder disk;
