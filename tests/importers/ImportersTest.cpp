@@ -268,6 +268,20 @@ TEST_F(Importers, SayWhatIsWrong) {
       {"long.rtf", "{\\rtf1 text}" + std::string((64 << 20) - 11, '\n'), ErrorCode::incomplete, true},
       {"exact.rtf", "{\\rtf1 text}" + std::string((64 << 20) - 12, '\n'), ErrorCode::none, true},
       {"empty.rtf", "", ErrorCode::incomplete, false},
+      {"pdf.rtf", pdf, ErrorCode::unsupportedType, false},
+      {"exact.html", "<p>text" + std::string((16 << 20) - 7, ' '), ErrorCode::none, true},
+      {"long.html", "<p>text" + std::string((16 << 20) - 6, ' '), ErrorCode::incomplete, true},
+      {"empty.html", "", ErrorCode::incomplete, false},
+      {"empty.docx", "", ErrorCode::incomplete, false},
+      {"pdf.docx", pdf, ErrorCode::damaged, false},
+      {"none.docx", storedZip({{"a.xml", "<d/>"}}), ErrorCode::damaged, false},
+      {"empty.odt", "", ErrorCode::incomplete, false},
+      {"pdf.odt", pdf, ErrorCode::damaged, false},
+      {"none.odt", storedZip({{"a.xml", "<d/>"}}), ErrorCode::damaged, false},
+      {"empty.epub", "", ErrorCode::incomplete, false},
+      {"none.epub", storedZip({{"a.xml", "<d/>"}}), ErrorCode::damaged, false},
+      {"empty.mp3", "", ErrorCode::incomplete, false},
+      {"text.mp3", "text", ErrorCode::unsupportedType, false},
   };
   for (const auto &[name, bytes, code, isAnswered] : cases) {
     NSError error;
@@ -397,7 +411,9 @@ TEST_F(Importers, PartsOfDocuments) {
        {"header", "footer", "header-left", "footer-left", "header-first", "footer-first"})
     headers += "<" + name + "><p>" + std::to_string(++number) + "</p></" + name + ">";
   ZipParts many = {{"content.xml", "<o><p>Blatt</p></o>"}};
-  for (int i = 0; i <= 0xffff; ++i) many.emplace_back(std::to_string(i), "");
+  for (int i = 0; i < 0xffff; ++i) many.emplace_back(std::to_string(i), "");
+  const std::string enough = storedZip(many);
+  many.emplace_back("more", "");
   const struct {
     const char *name;
     std::string bytes;
@@ -470,6 +486,7 @@ TEST_F(Importers, PartsOfDocuments) {
       {"damaged.docx", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0'), NSString(),
        ErrorCode::damaged},
       {"locked.odt", storedZip({{"content.xml", "noise"}}, 1), NSString(), ErrorCode::locked},
+      {"enough.odt", enough, u"Blatt"_ns},
       {"many.odt", storedZip(many), u"Blatt"_ns, ErrorCode::incomplete},
       {"open.epub", book(chapter, "font.otf"), u"First\nSecond"_ns},
       {"locked.epub", book(chapter, "B.xhtml"), u"First"_ns, ErrorCode::locked},
