@@ -367,7 +367,7 @@ TEST(RTFWriter, AttachmentsGetNamesOfTheirOwn) {
 TEST(RTFWriter, OnlyWideCellsAreMergedInARow) {
   // A cell that reaches down, of one column and of two.
   for (const auto &[span, starts] : {std::pair(1u, 0), {2u, 2}}) {
-    const NSTextTable table{1, 3};
+    const NSTextTable table{1, 3, false, {}};
     NSMutableAttributedString builder;
     for (const auto &[row, column] : {std::pair(0u, 0u), {0u, span}, {1u, span}}) {
       NSTextTableBlock block;
