@@ -15,7 +15,7 @@ void setText(Attributes &attributes, const char *name, const std::string &text) 
 }
 
 void setList(Attributes &attributes, const char *name, const std::vector<std::string> &texts) {
-  if (texts.empty()) return;
+  // Nil without a text.
   NSArray list;
   for (const std::string &text : texts) list.addObject(NSString::stringWithLossyUTF8String(text));
   attributes.set(name, list);

@@ -44,6 +44,8 @@ class DiskReader {
     if (++files_ > NSFileWrapper::kMaximumFiles || depth > NSFileWrapper::kMaximumDepth) return tooLarge();
     const FileDescriptor entry(
         ::openat(folder, name, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (follows ? 0 : O_NOFOLLOW)));
+    // A socket is left out, too.
+    if (!entry && errno == ENXIO) return {};
     if (!entry) return errno == ELOOP && !follows ? readLink(folder, name, preferredName) : failed(errno);
     struct stat info = {};
     if (::fstat(entry.get(), &info) != 0) return failed(errno);

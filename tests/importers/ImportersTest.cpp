@@ -170,6 +170,46 @@ TEST_F(Importers, Image) {
   EXPECT_FALSE(drawing.objectForKey(u"kMDItemContentCreationDate"_ns));
 }
 
+TEST_F(Importers, OtherPhotos) {
+  const std::string photo = contentsOfExample("leaf.jpg");
+  const auto changed = [&](std::initializer_list<std::pair<std::string_view, std::string_view>> parts) {
+    std::string bytes = photo;
+    for (const auto &[from, to] : parts) {
+      EXPECT_NE(bytes.find(from), bytes.npos);
+      if (const std::size_t place = bytes.find(from); place != bytes.npos) bytes.replace(place, to.size(), to);
+    }
+    return metaDataOf("other.jpg", bytes);
+  };
+  // The camera was held upright, or not: 480 columns of 320 pixels are stored.
+  for (const char orientation : {'\1', '\2', '\3', '\4', '\5', '\6', '\7', '\x08', '\x09'}) {
+    const std::string entry = "\x12\x01\x03\0\x01\0\0\0"s + orientation;
+    const bool isUpright = orientation >= 5 && orientation <= 8;
+    EXPECT_EQ(changed({{entry.substr(0, 8), entry}}).objectForKey(u"kMDItemOrientation"_ns),
+              id(isUpright ? 1 : 0))
+        << int{orientation};
+  }
+  // North, west and below the sea.
+  const NSDictionary elsewhere = changed({{"\1\0\2\0\2\0\0\0S"sv, "\1\0\2\0\2\0\0\0N"sv},
+                                          {"\3\0\2\0\2\0\0\0E"sv, "\3\0\2\0\2\0\0\0W"sv},
+                                          {"\5\0\1\0\1\0\0\0\0"sv, "\5\0\1\0\1\0\0\0\1"sv}});
+  EXPECT_NEAR(elsewhere.objectForKey(u"kMDItemLatitude"_ns).real().value_or(0), 33.86, 1e-9);
+  EXPECT_NEAR(elsewhere.objectForKey(u"kMDItemLongitude"_ns).real().value_or(0), -151.21, 1e-9);
+  EXPECT_EQ(elsewhere.objectForKey(u"kMDItemAltitude"_ns), id(-58.5));
+  // The time at which it was digitised, a flash that was not fired, and nothing but the camera's own fields.
+  expectAttributes(changed({{"\x03\x90\2\0"sv, "\x04\x90\2\0"sv},
+                            {"\x11\x90\2\0"sv, "\x12\x90\2\0"sv},
+                            {"\x09\x92\3\0\1\0\0\0\1"sv, "\x09\x92\3\0\1\0\0\0\x10"sv},
+                            {"8BIM\x04\x04"sv, "8BIM\x04\x05"sv},
+                            {"http://ns.adobe.com/xap"sv, "http://ns.adobe.com/xyz"sv}}),
+                   {{u"kMDItemContentCreationDate"_ns, NSDate::dateWithUTC(2024, 9, 20, 8, 30, 0)},
+                    {u"kMDItemFlashOnOff"_ns, false},
+                    {u"kMDItemTitle"_ns, id()},
+                    {u"kMDItemKeywords"_ns, id()},
+                    {u"kMDItemAuthors"_ns, NSArray{u"Quiver 25"_ns}},
+                    {u"kMDItemCopyright"_ns, u"Archive of Loose Leaves"_ns},
+                    {u"kMDItemDescription"_ns, u"Leaf 1024"_ns}});
+}
+
 TEST_F(Importers, CameraDates) {
   // The date stands in the file as text, in place.
   const std::string photo = contentsOfExample("leaf.jpg");
@@ -228,6 +268,20 @@ TEST_F(Importers, SayWhatIsWrong) {
       {"long.rtf", "{\\rtf1 text}" + std::string((64 << 20) - 11, '\n'), ErrorCode::incomplete, true},
       {"exact.rtf", "{\\rtf1 text}" + std::string((64 << 20) - 12, '\n'), ErrorCode::none, true},
       {"empty.rtf", "", ErrorCode::incomplete, false},
+      {"pdf.rtf", pdf, ErrorCode::unsupportedType, false},
+      {"exact.html", "<p>text" + std::string((16 << 20) - 7, ' '), ErrorCode::none, true},
+      {"long.html", "<p>text" + std::string((16 << 20) - 6, ' '), ErrorCode::incomplete, true},
+      {"empty.html", "", ErrorCode::incomplete, false},
+      {"empty.docx", "", ErrorCode::incomplete, false},
+      {"pdf.docx", pdf, ErrorCode::damaged, false},
+      {"none.docx", storedZip({{"a.xml", "<d/>"}}), ErrorCode::damaged, false},
+      {"empty.odt", "", ErrorCode::incomplete, false},
+      {"pdf.odt", pdf, ErrorCode::damaged, false},
+      {"none.odt", storedZip({{"a.xml", "<d/>"}}), ErrorCode::damaged, false},
+      {"empty.epub", "", ErrorCode::incomplete, false},
+      {"none.epub", storedZip({{"a.xml", "<d/>"}}), ErrorCode::damaged, false},
+      {"empty.mp3", "", ErrorCode::incomplete, false},
+      {"text.mp3", "text", ErrorCode::unsupportedType, false},
   };
   for (const auto &[name, bytes, code, isAnswered] : cases) {
     NSError error;
@@ -280,6 +334,7 @@ TEST_F(Importers, Documents) {
        {{u"kMDItemTitle"_ns, u"Quivers"_ns},
         {u"kMDItemAuthors"_ns, both},
         {u"kMDItemKeywords"_ns, keywords},
+        {u"kMDItemCreator"_ns, u"Microsoft Excel"_ns},
         {u"kMDItemContentCreationDate"_ns, made}},
        u"Leaves\nName\tCount\tPressed\nGingko \u9280\u674f\t12\tTRUE\nOak & ash\t3.5\tlast\nA rare one\nEmpty\n"
        u"Sums\nName\t15.5"_ns},
@@ -298,6 +353,9 @@ TEST_F(Importers, Documents) {
       {"book.epub",
        {{u"kMDItemTitle"_ns, u"Loose Leaves"_ns},
         {u"kMDItemAuthors"_ns, both},
+        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+        {u"kMDItemDescription"_ns, u"What was found"_ns},
+        {u"kMDItemOrganizations"_ns, NSArray{u"The Archive"_ns}},
         {u"kMDItemLanguages"_ns, NSArray{u"en"_ns}},
         {u"kMDItemContentCreationDate"_ns, NSDate::dateWithUTC(2024, 9, 20, 0, 0, 0)}},
        u"First\nSecond\n\n\n\ncaf\u00e9 & more"_ns},
@@ -344,8 +402,18 @@ std::string book(const std::string &chapter, const std::string &encrypted) {
 TEST_F(Importers, PartsOfDocuments) {
   constexpr const char *kDocument = "wordprocessingml.document.main";
   const std::string chapter = "<html><body><p>Second</p></body></html>";
+  std::string gone, headers;
+  for (const std::string name : {"tracked-changes", "forms", "scripts", "binary-data", "note-citation",
+                                 "ruby-text", "title", "desc", "event-listeners", "page-number"})
+    gone += "<" + name + "><p>gone</p></" + name + ">";
+  int number = 0;
+  for (const std::string name :
+       {"header", "footer", "header-left", "footer-left", "header-first", "footer-first"})
+    headers += "<" + name + "><p>" + std::to_string(++number) + "</p></" + name + ">";
   ZipParts many = {{"content.xml", "<o><p>Blatt</p></o>"}};
-  for (int i = 0; i <= 0xffff; ++i) many.emplace_back(std::to_string(i), "");
+  for (int i = 0; i < 0xffff; ++i) many.emplace_back(std::to_string(i), "");
+  const std::string enough = storedZip(many);
+  many.emplace_back("more", "");
   const struct {
     const char *name;
     std::string bytes;
@@ -365,6 +433,39 @@ TEST_F(Importers, PartsOfDocuments) {
              "<si><t/></si><si><t>elm</t></si></s>"}},
            "<Relationship Id='r1' Target='texts.xml'/><Relationship Id='r2' Target='sheet.xml'/>"),
        u"Leaves\nash\toak\nelm\t\t\t\tbeeches"_ns},
+      // Empty cells are told from each other in front of others alone.
+      {"empty-cells.xlsx",
+       openXMLDocument({{"book.xml", "spreadsheetml.sheet.main", "<w><sheet name='' r:id='r2'/></w>"},
+                        {"sheet.xml", "spreadsheetml.worksheet",
+                         "<s><row><c/><c t='b'><v>0</v></c><c><v/></c><c t='inlineStr'><is><t/></is></c></row>"
+                         "<row><c><v>oak</v></c><c/></row></s>"}},
+                       "<Relationship Id='r1' TargetMode='External' Target='book.xml'/>"
+                       "<Relationship Id='r2' Target='./sheet.xml'/>"),
+       u"\tFALSE\noak"_ns},
+      {"blanks.fodt",
+       "<o><s/><tab/><p>a<s/>b<s c='3'/>c<s c='65'/>d<s c='0'/>e</p> between <p> \n f \t g<line-break/> "
+       "h</p></o>",
+       NSString::stringWithUTF8String("a b   c" + std::string(64, ' ') + "d e\nf g\nh")},
+      {"elements.docx",
+       openXMLDocument({{"a.xml", kDocument,
+                         "<d><p><pPr><tab/><t>gone</t></pPr>out<r><t>a</t><tab/><t>b<t/></t><ptab/><t>c</t><br/"
+                         "><t>d</t><cr/>"
+                         "<t>e</t></r><Fallback><t>gone</t></Fallback><moveFrom><t>gone</t></"
+                         "moveFrom><ruby><rt><t>gone</t></rt>"
+                         "<t>f</t></ruby><fld><t>gone</t></fld></p><tr><tc><p><t>g</t></p></tc><tc><p><t>h</"
+                         "t></p></tc></tr>"
+                         "<tr><tc><p/></tc><tc><p><t>i</t></p></tc></tr><v>gone</v></d>"}}),
+       u"a\tb\tc\nd\nef\ng\th\n\ti"_ns},
+      {"elements.fodt",
+       "<o>gone<p>a" + gone +
+           "b</p><table name='gone'><table-row><table-cell><p>c</p></table-cell>"
+           "<covered-table-cell/><table-cell><h>d</h></table-cell></table-row></"
+           "table><annotation><p>note<creator>gone"
+           "</creator><date>gone</date><date-string>gone</date-string><sender-initials>gone</sender-initials></"
+           "p>"
+           "</annotation>" +
+           headers + "<p>e<note><note-body><p>foot</p></note-body></note>f</p></o>",
+       u"ab\nc\t\td\nef\nfoot\nnote\n1\n2\n3\n4\n5\n6"_ns},
       // A chart's texts are text, and its numbers are not.
       {"chart.docx",
        openXMLDocument(
@@ -385,6 +486,7 @@ TEST_F(Importers, PartsOfDocuments) {
       {"damaged.docx", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0'), NSString(),
        ErrorCode::damaged},
       {"locked.odt", storedZip({{"content.xml", "noise"}}, 1), NSString(), ErrorCode::locked},
+      {"enough.odt", enough, u"Blatt"_ns},
       {"many.odt", storedZip(many), u"Blatt"_ns, ErrorCode::incomplete},
       {"open.epub", book(chapter, "font.otf"), u"First\nSecond"_ns},
       {"locked.epub", book(chapter, "B.xhtml"), u"First"_ns, ErrorCode::locked},
@@ -402,13 +504,150 @@ TEST_F(Importers, PartsOfDocuments) {
                    {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
 }
 
+TEST_F(Importers, LongDocumentsAreCut) {
+  constexpr std::uint32_t kMaximumLength = 16 << 20;
+  for (const std::uint32_t length : {kMaximumLength, kMaximumLength + 1}) {
+    NSError error;
+    const NSDictionary found = metaData(
+        folder.write("long.fodt", "<o><p>" + std::string(length - 2, 'x') + "</p><p>\xc3\xb6</p></o>"), &error);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().length(), kMaximumLength);
+    EXPECT_EQ(error.errorCode(), length == kMaximumLength ? ErrorCode::none : ErrorCode::incomplete);
+  }
+}
+
+TEST_F(Importers, EveryKindOfPart) {
+  const char *const text = "<d><p><t>Blatt</t></p></d>";
+  const char *const reference = "<Relationship Id='r2' Target='b.xml'/>";
+  for (const char *type : {"wordprocessingml.document.main", "wordprocessingml.template.main",
+                           "ms-word.document.macroEnabled.main", "ms-word.template.macroEnabledTemplate.main"})
+    EXPECT_EQ(
+        metaDataOf("a.docx", openXMLDocument({{"a.xml", type, text}})).objectForKey(u"kMDItemTextContent"_ns),
+        id(u"Blatt"_ns))
+        << type;
+  for (const char *type : {"presentationml.presentation.main", "ms-powerpoint.presentation.macroEnabled.main",
+                           "presentationml.slideshow.main", "ms-powerpoint.slideshow.macroEnabled.main",
+                           "presentationml.template.main", "ms-powerpoint.template.macroEnabled.main",
+                           "ms-powerpoint.addin.macroEnabled.main"})
+    EXPECT_EQ(metaDataOf("a.pptx", openXMLDocument({{"a.xml", type, "<p><sldId id='256' r:id='r2'/></p>"},
+                                                    {"b.xml", "presentationml.slide", text}},
+                                                   reference))
+                  .objectForKey(u"kMDItemTextContent"_ns),
+              id(u"Blatt"_ns))
+        << type;
+  for (const char *type :
+       {"spreadsheetml.sheet.main", "ms-excel.sheet.macroEnabled.main", "spreadsheetml.template.main",
+        "ms-excel.template.macroEnabled.main", "ms-excel.addin.macroEnabled.main"})
+    EXPECT_EQ(metaDataOf("a.xlsx", openXMLDocument({{"a.xml", type, "<w><sheet name='' r:id='r2'/></w>"},
+                                                    {"b.xml", "spreadsheetml.worksheet",
+                                                     "<s><row><c><v>Blatt</v></c></row></s>"}},
+                                                   reference))
+                  .objectForKey(u"kMDItemTextContent"_ns),
+              id(u"Blatt"_ns))
+        << type;
+  // What a part refers to follows it, what stands on every page last; other parts are no text.
+  EXPECT_EQ(
+      metaDataOf("parts.docx",
+                 openXMLDocument({{"a.xml", "wordprocessingml.document.main", text},
+                                  {"b.xml", "wordprocessingml.footer", "<d><p><t>footer</t></p></d>"},
+                                  {"c.xml", "wordprocessingml.header", "<d><p><t>header</t></p></d>"},
+                                  {"d.xml", "wordprocessingml.comments", "<d><p><t>comment</t></p></d>"},
+                                  {"e.xml", "wordprocessingml.endnotes", "<d><p><t>endnote</t></p></d>"},
+                                  {"f.xml", "wordprocessingml.footnotes", "<d><p><t>footnote</t></p></d>"},
+                                  {"g.xml", "drawingml.chart", "<d><p><t>chart</t></p></d>"},
+                                  {"h.xml", "drawingml.diagramData", "<d><p><t>diagram</t></p></d>"},
+                                  {"i.xml", "drawing", "<d><p><t>drawing</t></p></d>"},
+                                  {"j.xml", "wordprocessingml.styles", "<d><p><t>gone</t></p></d>"}},
+                                 "<Relationship Id='1' Target='b.xml'/><Relationship Id='2' Target='c.xml'/>"
+                                 "<Relationship Id='3' Target='d.xml'/><Relationship Id='4' Target='e.xml'/>"
+                                 "<Relationship Id='5' Target='f.xml'/><Relationship Id='6' Target='g.xml'/>"
+                                 "<Relationship Id='7' Target='h.xml'/><Relationship Id='8' Target='i.xml'/>"
+                                 "<Relationship Id='9' Target='j.xml'/><Relationship Id='10' Target='a.xml'/>"))
+          .objectForKey(u"kMDItemTextContent"_ns),
+      id(u"Blatt\ndrawing\ndiagram\nchart\nfootnote\nendnote\ncomment\nheader\nfooter"_ns));
+}
+
+TEST_F(Importers, PropertiesOfDocuments) {
+  const auto authors = [](const NSString &author) {
+    return std::pair(u"kMDItemAuthors"_ns, id(NSArray{author}));
+  };
+  const struct {
+    const char *name;
+    std::string bytes;
+    NSDictionary attributes;
+  } cases[] = {
+      {"all.fodt",
+       "<o><meta><initial-creator>A</initial-creator><creator>B</creator><title> A\n title </title><title/>"
+       "<language>de</language><generator>Quill</generator><keyword>leaf</keyword><document-statistic "
+       "page-count='3' word-count='21'/></meta><p>Blatt</p></o>",
+       {authors(u"A"_ns),
+        {u"kMDItemTitle"_ns, u"A title"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemCreator"_ns, u"Quill"_ns},
+        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+        {u"kMDItemNumberOfPages"_ns, 3},
+        {u"kMDItemWordCount"_ns, 21}}},
+      {"later.fodt",
+       "<o><meta><creator>B</creator><initial-creator>A</initial-creator></meta><p>Blatt</p></o>",
+       {authors(u"A"_ns)}},
+      {"other.fodt", "<o><meta><creator>B</creator></meta><p>Blatt</p></o>", {authors(u"B"_ns)}},
+      {"all.docx",
+       openXMLDocument({{"a.xml", "wordprocessingml.document.main", "<d><p><t>Blatt</t></p></d>"},
+                        {"b.xml", "core-properties",
+                         "<p><creator> A;; B </creator><keywords>a,b ;c</keywords><subject>S</subject>"
+                         "<language>de</language><modified>2001-01-02T00:00:00Z</modified></p>"},
+                        {"c.xml", "extended-properties",
+                         "<p><Application>Quill</Application><Company>C</Company><Pages>3</Pages>"
+                         "<Words>4 or 5</Words></p>"}}),
+       {{u"kMDItemAuthors"_ns, NSArray{u"A"_ns, u"B"_ns}},
+        {u"kMDItemKeywords"_ns, NSArray{u"a"_ns, u"b"_ns, u"c"_ns}},
+        {u"kMDItemSubject"_ns, u"S"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemContentModificationDate"_ns, NSDate{86400}},
+        {u"kMDItemCreator"_ns, u"Quill"_ns},
+        {u"kMDItemOrganizations"_ns, NSArray{u"C"_ns}},
+        {u"kMDItemNumberOfPages"_ns, 3},
+        {u"kMDItemWordCount"_ns, id()}}},
+      // The first title, language and date are those of the book itself.
+      {"all.epub",
+       storedZip(
+           {{"META-INF/container.xml", "<c><rootfile full-path='b.opf'/><rootfile full-path='other.opf'/></c>"},
+            {"b.opf",
+             "<package><title>One</title><title>Two</title><language>de</language><language>en</language>"
+             "<date>2001-01-02</date><date>2002</date><subject>a</subject><subject>b</subject>"
+             "<manifest><item id='a' href='a.xhtml'/></manifest><spine><itemref idref='none'/>"
+             "<itemref idref='a'/></spine></package>"},
+            {"a.xhtml", "<html><body><p>Blatt</p></body></html>"}}),
+       {{u"kMDItemTitle"_ns, u"One"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemContentCreationDate"_ns, NSDate{86400}},
+        {u"kMDItemKeywords"_ns, NSArray{u"a"_ns, u"b"_ns}},
+        {u"kMDItemAuthors"_ns, id()}}},
+  };
+  for (const auto &[name, bytes, attributes] : cases) {
+    SCOPED_TRACE(name);
+    const NSDictionary found = metaDataOf(name, bytes);
+    expectAttributes(found, attributes);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns), id(u"Blatt"_ns));
+  }
+}
+
 TEST_F(Importers, RichText) {
-  folder.write("leaf.rtfd/TXT.rtf", "{\\rtf1{\\info{\\title A title}}caf\\'e9\\line next\\par}");
+  folder.write("leaf.rtfd/TXT.rtf",
+               "{\\rtf1{\\info{\\title A title}{\\author A; B}{\\subject S}{\\doccomm D}{\\*\\company C}"
+               "{\\keywords leaf, "
+               "quiver}{\\creatim\\yr2001\\mo1\\dy1}{\\revtim\\yr2001\\mo1\\dy2}}caf\\'e9\\line next\\par}");
   for (const NSString &path :
        {folder.string("leaf.rtfd"),
         folder.write("leaf.rtf", contentsOfFile((folder.path() / "leaf.rtfd/TXT.rtf").native()))}) {
     NSError error;
     expectAttributes(metaData(path, &error), {{u"kMDItemTitle"_ns, u"A title"_ns},
+                                              {u"kMDItemAuthors"_ns, NSArray{u"A"_ns, u"B"_ns}},
+                                              {u"kMDItemSubject"_ns, u"S"_ns},
+                                              {u"kMDItemDescription"_ns, u"D"_ns},
+                                              {u"kMDItemOrganizations"_ns, NSArray{u"C"_ns}},
+                                              {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns}},
+                                              {u"kMDItemContentCreationDate"_ns, NSDate{0}},
+                                              {u"kMDItemContentModificationDate"_ns, NSDate{86400}},
                                               {u"kMDItemTextContent"_ns, u"caf\u00e9\nnext\n"_ns}});
     EXPECT_FALSE(error);
   }
@@ -480,6 +719,10 @@ TEST_F(Importers, Pages) {
   }
   EXPECT_TRUE(contains(archived.objectForKey(u"kMDItemTextContent"_ns).string(), u"\n\nframe"));
   EXPECT_EQ(archived.objectForKey(u"kMDItemWhereFroms"_ns), id(NSArray{u"http://example.org/"_ns}));
+  for (const std::string name : {"author", "DC.creator", "dcterms.creator"})
+    expectAttributes(metaDataOf("author.html", "<html><meta name=author content=' '><meta name=" + name +
+                                                   " content=A><meta name=author content=B><p>text"),
+                     {{u"kMDItemAuthors"_ns, NSArray{u"A"_ns}}});
   NSError error;
   metaData(folder.write("long.html", std::string(kPage) + std::string(16 << 20, ' ')), &error);
   EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
@@ -489,7 +732,11 @@ TEST_F(Importers, Pages) {
 }
 
 TEST_F(Importers, Sounds) {
-  for (const char *name : {"cover.mp3", "sound.m4a", "sound.ogg", "sound.flac", "sound.wav"}) {
+  for (const auto &[name, rate] : {std::pair("cover.mp3", 22050.0),
+                                   {"sound.m4a", 22050.0},
+                                   {"sound.ogg", 22050.0},
+                                   {"sound.flac", 8000.0},
+                                   {"sound.wav", 8000.0}}) {
     SCOPED_TRACE(name);
     const NSDictionary found =
         metaData(NSString::stringWithUTF8String(QUIVERLEAF_TEST_DATA "/movies/"s + name));
@@ -501,6 +748,7 @@ TEST_F(Importers, Sounds) {
                              {u"kMDItemComment"_ns, u"Recorded in the fletcher's loft"_ns},
                              {u"kMDItemAudioTrackNumber"_ns, 3},
                              {u"kMDItemMediaTypes"_ns, NSArray{u"Sound"_ns}},
+                             {u"kMDItemAudioSampleRate"_ns, rate},
                              {u"kMDItemAudioChannelCount"_ns, 1}});
     EXPECT_GT(found.objectForKey(u"kMDItemDurationSeconds"_ns).real().value_or(0), 0.1);
     EXPECT_EQ(found.objectForKey(u"kMDItemCodecs"_ns).array().count(), 1u);
@@ -508,19 +756,53 @@ TEST_F(Importers, Sounds) {
   }
 }
 
-TEST_F(Importers, TagsOfSeveralTextsAndTheWordsOfASong) {
+/// A sound with such tags in front of its own.
+std::string taggedSound(std::initializer_list<std::string_view> entries) {
   // The comment header of a sound: each entry's length, its name and its text.
-  std::string sound = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
-  std::string comments("\0\0\0\0\3\0\0\0", 8);
-  for (const std::string_view entry : {"ARTIST=Iris Bowyer"sv, "ARTIST=Jan Leaf"sv, "LYRICS=Leaf by leaf"sv}) {
+  std::string comments = std::string(4, '\0') + static_cast<char>(entries.size()) + std::string(3, '\0');
+  for (const std::string_view entry : entries) {
     comments += static_cast<char>(entry.size()) + std::string(3, '\0');
     comments += entry;
   }
+  const auto high = static_cast<char>(comments.size() >> 8), low = static_cast<char>(comments.size());
   // The first block is 34 bytes about the stream; the new one stands behind it.
-  sound.insert(4 + 4 + 34, std::string("\4\0\0", 3) + static_cast<char>(comments.size()) + comments);
-  expectAttributes(metaDataOf("song.flac", sound),
-                   {{u"kMDItemAuthors"_ns, NSArray{u"Iris Bowyer"_ns, u"Jan Leaf"_ns}},
-                    {u"kMDItemTextContent"_ns, u"Leaf by leaf"_ns}});
+  std::string sound = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
+  return sound.insert(4 + 4 + 34, std::string("\4\0", 2) + high + low + comments);
+}
+
+TEST_F(Importers, TagsOfASong) {
+  expectAttributes(
+      metaDataOf("song.flac", taggedSound({"ARTIST=Iris Bowyer", "ARTIST=Jan Leaf", "LYRICS=Leaf by leaf",
+                                           "TITLE=One",          "TITLE=Two",       "ALBUM= ",
+                                           "ALBUM=Quivers",      "COMPOSER=C",      "LYRICIST=L",
+                                           "GENRE=Folk",         "DATE=2004-10-31", "TRACKNUMBER=3/12",
+                                           "BPM=92.5",           "INITIALKEY=Am",   "COMMENT=N",
+                                           "DESCRIPTION=D",      "COPYRIGHT=R",     "LABEL=P",
+                                           "KEYWORDS=leaf",      "KEYWORDS=quiver", "ENCODING=E"})),
+      {{u"kMDItemAuthors"_ns, NSArray{u"Iris Bowyer"_ns, u"Jan Leaf"_ns}},
+       {u"kMDItemTextContent"_ns, u"Leaf by leaf"_ns},
+       {u"kMDItemTitle"_ns, u"One, Two"_ns},
+       {u"kMDItemAlbum"_ns, u"Quivers"_ns},
+       {u"kMDItemComposer"_ns, u"C"_ns},
+       {u"kMDItemLyricist"_ns, u"L"_ns},
+       {u"kMDItemMusicalGenre"_ns, u"Folk"_ns},
+       {u"kMDItemRecordingYear"_ns, 2004},
+       {u"kMDItemAudioTrackNumber"_ns, 3},
+       {u"kMDItemTempo"_ns, 92.5},
+       {u"kMDItemKeySignature"_ns, u"Am"_ns},
+       {u"kMDItemComment"_ns, u"N"_ns},
+       {u"kMDItemDescription"_ns, u"D"_ns},
+       {u"kMDItemCopyright"_ns, u"R"_ns},
+       {u"kMDItemPublishers"_ns, NSArray{u"P"_ns}},
+       {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns}},
+       {u"kMDItemEncodingApplications"_ns, NSArray{u"E"_ns}}});
+  // Numbers that are none, and too large ones.
+  expectAttributes(
+      metaDataOf("odd.flac", taggedSound({"DATE=1e9", "TRACKNUMBER=A3", "BPM=nan", "DESCRIPTION=\t "})),
+      {{u"kMDItemRecordingYear"_ns, id()},
+       {u"kMDItemAudioTrackNumber"_ns, id()},
+       {u"kMDItemTempo"_ns, id()},
+       {u"kMDItemDescription"_ns, id()}});
 }
 
 TEST_F(Importers, Movies) {
@@ -531,6 +813,7 @@ TEST_F(Importers, Movies) {
                            {u"kMDItemCodecs"_ns, NSArray{u"PNG"_ns}},
                            {u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}}});
   EXPECT_FALSE(found.objectForKey(u"kMDItemAudioChannelCount"_ns));
+  EXPECT_FALSE(found.objectForKey(u"kMDItemLanguages"_ns));
   NSError error;
   EXPECT_EQ(metaData(folder.write("none.mp4", "no movie"), &error).count(), 0u);
   EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);

@@ -168,12 +168,25 @@ TEST(TextList, Markers) {
   };
   for (const Case &c : {
            Case{u"{disc}"_ns, 7, u"\u2022"_ns, false},
+           Case{u"{circle}"_ns, 1, u"\u25e6"_ns, false},
+           Case{u"{square}"_ns, 1, u"\u25aa"_ns, false},
+           Case{u"{hyphen}"_ns, 1, u"\u2043"_ns, false},
+           Case{u"{check}"_ns, 1, u"\u2713"_ns, false},
+           Case{u"{diamond}"_ns, 1, u"\u25c6"_ns, false},
+           Case{u"{box}"_ns, 1, u"\u25a1"_ns, false},
            Case{u"{decimal}."_ns, -7, u"-7."_ns, true},
            Case{u"({lower-alpha})"_ns, 26, u"(z)"_ns, true},
            Case{u"{upper-latin}"_ns, 703, u"AAA"_ns, true},
            Case{u"{lower-alpha}"_ns, 0, u"0"_ns, true},
            Case{u"{upper-roman}."_ns, 1994, u"MCMXCIV."_ns, true},
            Case{u"{lower-roman}"_ns, 4000, u"4000"_ns, true},
+           Case{u"{lower-roman}"_ns, 3888, u"mmmdccclxxxviii"_ns, true},
+           Case{u"{lower-roman}"_ns, 3999, u"mmmcmxcix"_ns, true},
+           Case{u"{upper-roman}"_ns, 444, u"CDXLIV"_ns, true},
+           Case{u"{lower-roman}"_ns, 0, u"0"_ns, true},
+           Case{u"{lower-latin}"_ns, 27, u"aa"_ns, true},
+           Case{u"{lower-hexadecimal}"_ns, 171, u"ab"_ns, true},
+           Case{u"{}"_ns, 1, u"{}"_ns, false},
            Case{u"{octal}"_ns, 8, u"10"_ns, true},
            Case{u"{upper-hexadecimal}"_ns, 255, u"FF"_ns, true},
            Case{u"*"_ns, 1, u"*"_ns, false},
@@ -188,11 +201,21 @@ TEST(TextList, Markers) {
 TEST(DocumentAttributes, SurviveADictionary) {
   DocumentAttributes attributes;
   EXPECT_EQ(attributes.dictionary().count(), 0u);
-  attributes.title = u"T"_ns;
-  attributes.keywords = {u"a"_ns, u"b"_ns};
-  attributes.creationTime = NSDate{5};
-  attributes.paperSize = NSSize{612, 792.5};
-  attributes.leftMargin = 72;
+  attributes = {.documentType = u"NSRTF"_ns,
+                .title = u"T"_ns,
+                .author = u"A"_ns,
+                .subject = u"S"_ns,
+                .keywords = {u"a"_ns, u"b"_ns},
+                .company = u"C"_ns,
+                .copyright = u"R"_ns,
+                .comment = u"D"_ns,
+                .creationTime = NSDate{5},
+                .modificationTime = NSDate{6},
+                .paperSize = NSSize{612, 792.5},
+                .leftMargin = 72,
+                .rightMargin = 0,
+                .topMargin = 1.5,
+                .bottomMargin = 2};
   EXPECT_EQ(attributes.dictionary().objectForKey(u"PaperSize"_ns).string(), u"{612, 792.5}"_ns);
   EXPECT_EQ(DocumentAttributes::withDictionary(attributes.dictionary()), attributes);
   const NSDictionary odd = {{u"Title"_ns, 5}, {u"PaperSize"_ns, u"wide"_ns}, {u"Keywords"_ns, u"a"_ns}};

@@ -2,12 +2,16 @@
 #include "platform/AppKit/NSFileWrapper.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -95,6 +99,30 @@ TEST(FileWrapper, FilesGetHarmlessNamesOfTheirOwn) {
   EXPECT_TRUE(folder.writeToFile(disk.string("out"), true));
 }
 
+TEST(FileWrapper, LongNamesAreCutBetweenCharacters) {
+  // Room is left for a number and three bytes a unit.
+  constexpr std::size_t kUnits = NSFileWrapper::kMaximumNameBytes / 3 - 11;
+  const std::string x(kUnits - 1, 'x'), extension = "." + std::string(31, 'e');
+  const std::pair<std::string, std::string> cases[] = {
+      {x + "y", x + "y"},
+      {x + "yz", x + "y"},
+      {x + "\U0001f600", x},
+      {x.substr(1) + "\U0001f600z", x.substr(1) + "\U0001f600"},
+      {x + "y" + extension, x.substr(0, kUnits - 32) + extension},
+      {x + "y" + extension + "e", x + "y"},
+      {"." + x + "y", "." + x},
+      {" \x7f\\a\x01. ", "__a_."},
+      {" . ", "file"},
+  };
+  for (const auto &[name, cut] : cases) {
+    const NSFileWrapper folder = NSFileWrapper::directoryWithFileWrappers({file(name, ""), file(name, "")});
+    ASSERT_EQ(namesOf(folder).size(), 2u) << name;
+    EXPECT_EQ(namesOf(folder)[0], cut) << name;
+    EXPECT_NE(namesOf(folder)[1], cut) << name;
+    EXPECT_LE(namesOf(folder)[1].size(), NSFileWrapper::kMaximumNameBytes) << name;
+  }
+}
+
 TEST(FileWrapper, SurvivesTheDisk) {
   for (const bool atomically : {false, true}) {
     const TemporaryFolder disk;
@@ -166,10 +194,19 @@ TEST(FileWrapper, OddPathsHaveAReason) {
   EXPECT_FALSE(NSFileWrapper::initWithPath(disk.string("none"), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::noSuchFile);
   EXPECT_FALSE(NSFileWrapper::initWithPath(NSString(), &error));
-  EXPECT_EQ(
-      NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native())).fileWrappers().size(),
-      0u)
-      << "a pipe in a folder is left out";
+  const FileDescriptor listener(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  sockaddr_un address = {.sun_family = AF_UNIX, .sun_path = {}};
+  const std::string name = (disk.path() / "socket").native();
+  ASSERT_LT(name.size(), sizeof address.sun_path);
+  std::copy(name.begin(), name.end(), address.sun_path);
+  ASSERT_EQ(::bind(listener.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+  error = NSError();
+  EXPECT_FALSE(NSFileWrapper::initWithPath(disk.string("socket"), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
+  const NSFileWrapper folder =
+      NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native()));
+  EXPECT_TRUE(folder.isDirectory());
+  EXPECT_TRUE(folder.fileWrappers().empty()) << "a pipe and a socket in a folder are left out";
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ TEST(RTFReader, Text) {
            Case{"\\f1\\'83A\\'83\\'5c\\'b1\x82\xa0\\'83{\\b x}", "\u30a2\u30bd\uff71\u3042\ufffdx"},
            Case{"\\f1\\'83\\\\x", "\u30bdx"},
            Case{"\\f1\\'82\\'20\\'83A\\'ff", "\ufffd \u30a2\ufffd"},
+           Case{"\\f1\\'9f@\\'a0\\'e0@\\'fcK", "\u6a97\ufffd\u6f3e\u9ed1"},
            Case{"\\f5\\'c4\\'e3", "\u4f60"},
            Case{"\\f3\\'b7\\'a7\\f0\\'a7", "\u2022\u25aa\u00a7"},
            Case{"\\u8364?x\\uc2\\u-10179ab\\u-8704\\'61\\'62z\\uc0\\u97 b", "\u20acx\U0001f600zab"},
@@ -82,6 +83,55 @@ TEST(RTFReader, BytesWithoutACodePage) {
         << c.source;
 }
 
+TEST(RTFReader, CharacterSetsAndCodePages) {
+  struct Row {
+    int number;
+    std::string_view bytes, letter;
+  };
+  constexpr Row kCharacterSets[] = {
+      {77, "\\'8a", "\u00e4"},       {78, "\\'82\\'a0", "\u3042"},  {79, "\\'b0\\'a1", "\uac00"},
+      {80, "\\'b0\\'a1", "\u554a"},  {81, "\\'a4\\'40", "\u4e00"},  {83, "\\'e0", "\u05d0"},
+      {84, "\\'c7", "\u0627"},       {85, "\\'e1", "\u03b1"},       {86, "\\'dd", "\u0131"},
+      {87, "\\'a1", "\u0e01"},       {88, "\\'88", "\u0105"},       {89, "\\'80", "\u0410"},
+      {128, "\\'fc\\'4b", "\u9ed1"}, {129, "\\'b0\\'a1", "\uac00"}, {130, "\\'88\\'61", "\uac00"},
+      {134, "\\'c4\\'e3", "\u4f60"}, {136, "\\'a4\\'a4", "\u4e2d"}, {161, "\\'e1", "\u03b1"},
+      {162, "\\'fd", "\u0131"},      {163, "\\'d0", "\u0110"},      {177, "\\'e0", "\u05d0"},
+      {178, "\\'c7", "\u0627"},      {186, "\\'e0", "\u0105"},      {204, "\\'ef", "\u043f"},
+      {222, "\\'a1", "\u0e01"},      {238, "\\'b3", "\u0142"},      {254, "\\'e0", "\u03b1"},
+      {255, "\\'e0", "\u00d3"},
+  };
+  for (const auto &[number, bytes, letter] : kCharacterSets)
+    EXPECT_EQ(textOf("{\\fonttbl{\\f1\\fcharset" + std::to_string(number) + " A;}}\\f1 " + std::string(bytes)),
+              letter)
+        << number;
+  constexpr Row kCodePages[] = {
+      {437, "\\'e0", "\u03b1"},        {708, "\\'c7", "\u0627"},
+      {737, "\\'80", "\u0391"},        {775, "\\'d0", "\u0105"},
+      {850, "\\'d2", "\u00ca"},        {852, "\\'a5", "\u0105"},
+      {855, "\\'a0", "\u0430"},        {857, "\\'9e", "\u015e"},
+      {860, "\\'84", "\u00e3"},        {861, "\\'8d", "\u00de"},
+      {862, "\\'80", "\u05d0"},        {863, "\\'84", "\u00c2"},
+      {864, "\\'c7", "\ufe8d"},        {865, "\\'af", "\u00a4"},
+      {866, "\\'80", "\u0410"},        {874, "\\'a1", "\u0e01"},
+      {932, "\\'e0\\'40", "\u6f3e"},   {936, "\\'c4\\'e3", "\u4f60"},
+      {949, "\\'b0\\'a1", "\uac00"},   {950, "\\'a4\\'a4", "\u4e2d"},
+      {1250, "\\'b3", "\u0142"},       {1251, "\\'ef", "\u043f"},
+      {1252, "\\'80", "\u20ac"},       {1253, "\\'e1", "\u03b1"},
+      {1254, "\\'fd", "\u0131"},       {1255, "\\'e0", "\u05d0"},
+      {1256, "\\'c7", "\u0627"},       {1257, "\\'e0", "\u0105"},
+      {1258, "\\'d0", "\u0110"},       {1361, "\\'88\\'61", "\uac00"},
+      {10000, "\\'8a", "\u00e4"},      {10001, "\\'82\\'a0", "\u3042"},
+      {10002, "\\'a4\\'40", "\u4e00"}, {10003, "\\'b0\\'a1", "\uac00"},
+      {10004, "\\'c7", "\u0627"},      {10005, "\\'e0", "\u05d0"},
+      {10006, "\\'e1", "\u03b1"},      {10007, "\\'80", "\u0410"},
+      {10008, "\\'b0\\'a1", "\u554a"}, {10029, "\\'88", "\u0105"},
+      {10081, "\\'dd", "\u0131"},      {20866, "\\'c1", "\u0430"},
+      {54936, "\\'b0\\'a1", "\u554a"}, {65001, "\\'e2\\'82\\'ac", "\u20ac"},
+  };
+  for (const auto &[number, bytes, letter] : kCodePages)
+    EXPECT_EQ(textOf("\\ansicpg" + std::to_string(number) + " " + std::string(bytes)), letter) << number;
+}
+
 TEST(RTFReader, Attributes) {
   constexpr std::string_view kTables =
       "{\\fonttbl{\\f0\\froman Times{\\*\\falt X};}{\\f1 "
@@ -91,6 +141,8 @@ TEST(RTFReader, Attributes) {
            Case{"a{\\b b}\\i c\\plain d",
                 "[a] font=Times\n[b] font=Times weight=300\n[c] font=Times italic=1\n[d] font=Times\n"},
            Case{"\\f1\\fs25\\b\\b0 x", "[x] font=Arial size=0.5\n"},
+           Case{"\\fweight0 x\\fweight5000 y\\fsmilli-1 z",
+                "[x] font=Times weight=-399\n[y] font=Times weight=600\n[z] font=Times size=-12 weight=600\n"},
            Case{"\\f9 x\\f1 y", "[x] font=Times\n[y] font=Arial\n"},
            Case{"\\cf1\\highlight2 x\\cf9 y",
                 "[x] font=Times color=255.0.0 background=0.0.255.128\n[y] font=Times background=0.0.255.128\n"},
@@ -113,6 +165,11 @@ TEST(RTFReader, Attributes) {
            Case{"{\\field{\\*\\fldinst{HYPERLINK \"http://a/\\\\\\\\b\" \\\\l \"c\" \\\\o "
                 "\"tip\"}}{\\fldrslt{\\ul x}}}y",
                 "[x] font=Times underline=1 link=http://a/\\b#c\n[y] font=Times\n"},
+           Case{"{\\field{\\*\\fldinst hyperlink \\\\o \"tip\" \\\\t \"_top\" \\\\n a \"b\"}{\\fldrslt x}}",
+                "[x] font=Times link=a\n"},
+           Case{"{\\field{\\*\\fldinst HYPERLINK \\\\l c}{\\fldrslt x}}{\\field{\\*\\fldinst \"HYPERLINK\" "
+                "a}{\\fldrslt y}}",
+                "[x] font=Times link=#c\n[y] font=Times\n"},
            Case{"{\\field{\\*\\fldinst PAGE}{\\fldrslt 3}}", "[3] font=Times\n"},
            Case{"{\\pict\\pngblip\\picwgoal200\\pichgoal100\\picscalex50 8950\n4e470d0a1a0a}",
                 "[\ufffc] font=Times file=picture1.png bytes=8 shown=5x5\n"},
@@ -154,6 +211,35 @@ TEST(RTFReader, Lists) {
     EXPECT_EQ(describe(read(std::string(kLists) + std::string(c.source))), c.expected) << c.source;
 }
 
+TEST(RTFReader, BulletsAreMarkersOfTheirKind) {
+  const std::pair<int, std::string_view> bullets[] = {
+      {0x2022, "{disc}"},   {0xb7, "{disc}"},     {0x25cf, "{disc}"},   {-0xf49, "{disc}"},
+      {0x25e6, "{circle}"}, {0x25cb, "{circle}"}, {'o', "{circle}"},    {0x25aa, "{square}"},
+      {0x25a0, "{square}"}, {-0xf59, "{square}"}, {0x2043, "{hyphen}"}, {'-', "{hyphen}"},
+      {0x2013, "{hyphen}"}, {0x2713, "{check}"},  {-0xf04, "{check}"},  {0x25c6, "{diamond}"},
+      {0x25a1, "{box}"},    {'*', "*"},
+  };
+  for (const auto &[bullet, format] : bullets)
+    EXPECT_EQ(describe(read("{\\*\\listtable{\\list{\\listlevel\\levelnfc23{\\leveltext\\'01\\u" +
+                            std::to_string(bullet) +
+                            " ?;}}\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\\ls1 x")),
+              "[x] list=1:" + std::string(format) + ":1\n")
+        << bullet;
+}
+
+TEST(RTFReader, ListsWithoutLevelsAndLevelsWithoutLists) {
+  // What describes a level says nothing where there is none, nor within an override.
+  const std::string level = "{\\listlevel\\levelnfc4{\\leveltext\\'02\\'00);}}";
+  const std::string stray =
+      "{\\leveltext\\'02\\'00x;}{\\*\\levelmarker x}\\levelnfc1\\levelstartat5\\leveltemplateid6";
+  EXPECT_EQ(describe(read("{\\*\\listtable" + stray + "{\\list" + stray + level + "\\listid7}{\\list" + stray +
+                          "\\listid8}{\\list{\\listlevel\\levelnfc1{\\leveltext}}"
+                          "\\listid9}}{\\*\\listoverridetable{\\listoverride\\listid9{\\lfolevel{\\listlevel" +
+                          stray + "}}\\ls3}{\\listoverride\\listid7" + stray +
+                          "\\ls1}{\\listoverride\\listid8\\ls2}}\\ls1 x\\par\\ls2 y\\par\\ls3 z")),
+            "[x\\n] list=1:{lower-alpha}):1\n[y\\n] list=10:{decimal}.:1\n[z] list=37:{upper-roman}.:5\n");
+}
+
 TEST(RTFReader, Tables) {
   for (const Case &c : {
            Case{"\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\par c\\cell\\row\\pard d",
@@ -178,6 +264,12 @@ TEST(RTFReader, Tables) {
            Case{"\\trowd\\clcbpat1\\clbrdrb\\brdrs\\brdrw40\\clpadl20\\clftsWidth2\\clwWidth2500\\clvertalc\\ce"
                 "llx9\\intbl a\\cell\\row",
                 "[a\\n] cell=1/1:0+1,0+1 padding=1 border=2 width=50% valign=1\n"},
+           // A cell's own padding counts more than the row's, also none, and that more than the gap.
+           Case{
+               "\\trowd\\trgaph60\\trpaddt40\\trpaddr0\\clpadt0\\clpadb20\\cellx1000\\cellx2000\\intbl a\\cell "
+               "b\\cell\\row",
+               "[a\\n] cell=1/2:0+1,0+1 padding=3 padding=1 width=50pt\n[b\\n] cell=1/2:0+1,1+1 padding=2 "
+               "padding=3 width=50pt\n"},
            // What belongs to the row's border or the paragraph's is none of the cell's.
            Case{"\\trowd\\clbrdrb\\brdrs\\brdrw40\\brdrt\\brdrw60\\clbrdrl\\brdrs\\brdrw40\\trbrdrv\\brdrnone\\"
                 "cellx1000"
@@ -270,6 +362,31 @@ TEST(RTFWriter, AttachmentsGetNamesOfTheirOwn) {
   EXPECT_EQ(initWithRTFDFileWrapper(folder, &attributes).length(), 5u);
   EXPECT_EQ(attributes.documentType, u"NSRTFD"_ns);
   EXPECT_EQ(initWithRTF(RTFFromRange(text, {0, 5})).length(), 0u) << "RTF alone holds pictures only";
+}
+
+TEST(RTFWriter, OnlyWideCellsAreMergedInARow) {
+  // A cell that reaches down, of one column and of two.
+  for (const auto &[span, starts] : {std::pair(1u, 0), {2u, 2}}) {
+    const NSTextTable table{1, 3, false, {}};
+    NSMutableAttributedString builder;
+    for (const auto &[row, column] : {std::pair(0u, 0u), {0u, span}, {1u, span}}) {
+      NSTextTableBlock block;
+      block.table = Interned(table);
+      block.startingRow = row;
+      block.startingColumn = column;
+      block.columnSpan = column == 0 ? span : 1;
+      block.rowSpan = column == 0 ? 2 : 1;
+      NSParagraphStyle style;
+      style.textBlocks = {Interned(block)};
+      TextAttributes attributes;
+      attributes.paragraphStyle = Interned(style);
+      builder.append(u"x\n", Interned(attributes));
+    }
+    const std::string rtf(RTFFromRange(std::move(builder).attributedString(), {0, 6}).view());
+    int found = 0;
+    for (std::size_t at = 0; (at = rtf.find("\\clmgf", at)) != rtf.npos; ++at) ++found;
+    EXPECT_EQ(found, starts) << rtf;
+  }
 }
 
 std::string repeated(std::string_view part, std::size_t times) {

@@ -260,14 +260,40 @@ TEST(ImageDecoding, RefusesWhatIsTooLarge) {
   psd.replace(14, 8, "\0\4\0\0\0\4\0\0"s);
   std::string bmp(testPicture("plain.bmp").view());
   bmp.replace(18, 8, "\0\0\1\0\0\0\1\0"s);
-  const std::string ppm = "P6 60000 60000 255\n";
-  for (const std::string &bytes : {png, psd, bmp, ppm}) {
+  const std::string ppm = "P6 60000 60000 255\n", row = "P6 16384 8193 255\n";
+  for (const std::string &bytes : {png, psd, bmp, ppm, row}) {
     NSError error;
     const std::size_t peak = peakMemoryOf([&] { return !thumbnail(dataWithBytes(bytes), kThumbnail, &error); });
     EXPECT_LT(peak, 200u << 20) << bytes.substr(0, 4);
     thumbnail(dataWithBytes(bytes), kThumbnail, &error);
     EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge) << bytes.substr(0, 4);
   }
+  // A row less is tried.
+  NSError error;
+  EXPECT_FALSE(thumbnail(dataWithBytes("P6 16384 8192 255\n"), kThumbnail, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+}
+
+TEST(ImageDecoding, TakesLongFilesForNoRawPictures) {
+  const TemporaryFolder folder;
+  const NSString path = folder.write("a.dng", testPicture("plain.dng").view());
+  std::filesystem::resize_file(folder.path() / "a.dng", (std::uintmax_t{512} << 20) + 1);
+  const auto source = CGImageSource::sourceWithContentsOfFile(path);
+  ASSERT_TRUE(source);
+  EXPECT_EQ(source->type(), u"public.tiff"_ns);
+}
+
+TEST(ImageDecoding, TellsOfPicturesWithoutTheirPixels) {
+  std::string bytes(testPicture("plain.jp2").view());
+  const std::size_t pixels = bytes.find("jp2c\xff\x4f");
+  ASSERT_LT(pixels, bytes.size());
+  bytes.replace(pixels + 4, 2, 2, '\0');
+  NSError error;
+  const auto source = CGImageSource::sourceWithData(dataWithBytes(bytes), &error);
+  ASSERT_TRUE(source) << error.localizedFailureReason.UTF8String();
+  EXPECT_EQ(source->type(), u"public.jpeg-2000"_ns);
+  EXPECT_EQ(source->properties().objectForKey(u"PixelWidth"_ns), id(32));
+  EXPECT_EQ(source->properties().objectForKey(u"PixelHeight"_ns), id(24));
 }
 
 TEST(ImageDecoding, EndsAtItsDeadline) {
@@ -331,11 +357,21 @@ TEST(ImageDecoding, RefusesDrawingsThatDoNotComeToAnEnd) {
   std::string shapes =
       "<defs><linearGradient id='c'><stop/><stop/><stop/></linearGradient><path id='p' d='M0 0'/></defs>";
   for (int i = 0; i < 5000; ++i) shapes += "<use href='#p' fill='url(#c)'/>";
+  // Each gradient takes its colours from the next one; they are no work.
+  const auto gradients = [&](int count) {
+    std::string parts = "<rect fill='url(#g0)' width='9' height='9'/>";
+    for (int i = 0; i < count; ++i)
+      parts += "<linearGradient id='g" + std::to_string(i) + "' href='#g" + std::to_string(i + 1) + "'/>";
+    return drawing(parts);
+  };
   const struct {
     const char *name;
     std::string svg;
     bool isDrawn;
   } kDrawings[] = {
+      // The drawing, its rectangle and the gradients are in each other.
+      {"gradients", gradients(999), true},
+      {"a gradient too many", gradients(1000), false},
       {"shapes", drawing(shapes), true},
       {"few", nested(3, 10, "<use href='", "'/>"), true},
       {"itself", drawing("<g id='a'><use href='#a'/></g>"), true},

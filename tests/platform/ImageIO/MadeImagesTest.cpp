@@ -107,6 +107,29 @@ TEST(MadeImages, ReadsTheKindsOfPhotoshop) {
   }
 }
 
+TEST(MadeImages, TellsOfKindsOfPhotoshopThatAreNotRead) {
+  constexpr int kBitmap = 0, kGray = 1, kIndexed = 2, kRGB = 3, kMultichannel = 7;
+  const std::string behind = bigEndian(0, 8) + "\0\0"s + std::string(1024, '\x40');
+  const std::pair<const char *, std::string> cases[] = {
+      {"no palette", photoshop(1, 1, 4, 8, kIndexed, behind)},
+      {"a bitmap of bytes", photoshop(1, 1, 4, 8, kBitmap, behind)},
+      {"bits of gray", photoshop(1, 1, 4, 1, kGray, behind)},
+      {"floats", photoshop(1, 1, 4, 32, kGray, behind)},
+      {"a missing channel", photoshop(1, 2, 4, 8, kRGB, behind)},
+      {"channels without a meaning", photoshop(1, 3, 4, 8, kMultichannel, behind)},
+  };
+  for (const auto &[name, bytes] : cases) {
+    NSError error;
+    const auto source = CGImageSource::sourceWithData(dataWithBytes(bytes), &error);
+    ASSERT_TRUE(source) << name << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(source->type(), u"com.adobe.photoshop-image"_ns) << name;
+    EXPECT_EQ(source->properties().objectForKey(u"PixelWidth"_ns), id(4)) << name;
+    EXPECT_EQ(source->properties().objectForKey(u"PixelHeight"_ns), id(1)) << name;
+    EXPECT_FALSE(source->createImageAtIndex(0, {}, &error)) << name;
+    EXPECT_EQ(error.errorCode(), ErrorCode::damaged) << name;
+  }
+}
+
 /// A colour profile of linear samples whose red is the blue of sRGB, and whose blue is its red.
 std::string swappingProfile() {
   const auto fixed = [](double number) {

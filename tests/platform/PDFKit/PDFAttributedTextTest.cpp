@@ -103,7 +103,7 @@ TEST(PDFAttributedText, ReadsWhatADocumentMaySay) {
        {"Helvetica 12 #7f7f7f|a", "Helvetica 12 #00ff00|b", "Helvetica 12|c", "Helvetica 12 #ff0000|d",
         "Helvetica 12|e\n"}},
       {"sizes",
-       pageOfContent("BT /F 1 Tf 24 0 0 24 20 300 Tm (a) Tj 0 9 -9 0 20 200 Tm (b) Tj /F 0.001 Tf 0 -30 Td "
+       pageOfContent("BT /F 1 Tf 24 0 0 24 20 300 Tm (a) Tj 0 9 -9 0 20 200 Tm (b) Tj /F 0.008 Tf 0 -30 Td "
                      "(c) Tj ET"),
        {"Helvetica 24|a\n\n", "Helvetica 9|b\n\n", "Helvetica 12|c\n"}},
       {"small letters on the line and off it",

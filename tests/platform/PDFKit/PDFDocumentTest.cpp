@@ -241,8 +241,16 @@ TEST(PDFDocument, GivesUpPagesThatCostTooMuch) {
     const auto document = PDFDocument::documentWithData(documentOfBombs(c.kinds, drawing), c.limits);
     ASSERT_TRUE(document);
     ASSERT_EQ(document->pageCount(), c.readable.size());
-    for (std::uint32_t i = 0; i < c.readable.size(); ++i)
-      EXPECT_EQ(document->pageAtIndex(i).string(), c.readable[i] ? u"good\n"_ns : NSString()) << i;
+    for (std::uint32_t i = 0; i < c.readable.size(); ++i) {
+      NSError error;
+      EXPECT_EQ(document->pageAtIndex(i).string(&error), c.readable[i] ? u"good\n"_ns : NSString()) << i;
+      // Behind too many errors in a row no page is tried.
+      const bool isTried = i < 4;
+      EXPECT_EQ(error.errorCode(), c.readable[i] ? ErrorCode::none
+                                   : isTried     ? ErrorCode::timeLimit
+                                                 : ErrorCode::damaged)
+          << i;
+    }
   }
 }
 

@@ -46,17 +46,18 @@ TEST(PDFPageText, IsWhatAuthorsWroteFromRightToLeft) {
     EXPECT_EQ(linesOfText(textOfPage(samplePDF(name))), written) << name;
 }
 
-/// The codes A to C are Hebrew letters, D a mark of theirs, E and F forms of Arabic letters, all of one width.
+/// The codes A to C are Hebrew letters, D a mark of theirs, E and F forms of Arabic letters, G that of a
+/// mark, all of one width.
 TEST(PDFPageText, IsInLogicalOrderHoweverItIsDrawn) {
   const std::string font =
-      "/Subtype /Type1 /BaseFont /Odd /FirstChar 32 /LastChar 70 /Widths [" +
+      "/Subtype /Type1 /BaseFont /Odd /FirstChar 32 /LastChar 71 /Widths [" +
       [] {
         std::string widths;
-        for (char code = ' '; code <= 'F'; ++code) widths += code == 'D' ? "0 " : "500 ";
+        for (char code = ' '; code <= 'G'; ++code) widths += code == 'D' ? "0 " : "500 ";
         return widths;
       }() +
       "] /FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 4 /MissingWidth 500>> "
-      "/Encoding <</Differences [65 /uni05D0 /uni05D1 /uni05D2 /uni05B8 /uniFEFB /uniFE91]>>";
+      "/Encoding <</Differences [65 /uni05D0 /uni05D1 /uni05D2 /uni05B8 /uniFEFB /uniFE91 /uniFE76]>>";
   const struct {
     const char *what;
     const char *content;
@@ -69,6 +70,7 @@ TEST(PDFPageText, IsInLogicalOrderHoweverItIsDrawn) {
       {"mirrored glyphs", "-1 0 0 1 60 200 Tm (ABC) Tj", "אבג\n"},
       {"upside down", "-1 0 0 -1 60 200 Tm (CBA) Tj", "אבג\n"},
       {"forms of letters", "20 200 Td (EF) Tj", "بلا\n"},
+      {"the form of a mark", "20 200 Td (GA) Tj", "א\u064e\n"},
       {"brackets that are seen", "20 200 Td (\\(CB\\) A) Tj", "א (בג)\n"},
       {"brackets that are read", "20 200 Td (\\)CB\\( A) Tj", "א (בג)\n"},
       {"parts of a line", "60 200 Td ( CBA) Tj -20 0 Td (1234) Tj -20 0 Td (.CB ) Tj", "אבג 1234 בג.\n"},
@@ -116,6 +118,9 @@ TEST(PDFPageText, IsOnThePage) {
 
 TEST(PDFPageText, HasTheLettersThatFontsMean) {
   const std::string content = "BT /F 10 Tf 20 100 Td (oABCDEFGH) Tj ET";
+  const std::string longParts =
+      "/Subtype /Type1 /BaseFont /Helvetica /Encoding <</Differences [65 /f_f_uni /f_" + std::string(120, 'x') +
+      "]>>";
   const std::string map =
       "/CIDInit /ProcSet findresource begin begincmap 1 begincodespacerange <00> <7f> <c280> <dfbf> "
       "endcodespacerange ";
@@ -130,6 +135,7 @@ TEST(PDFPageText, HasTheLettersThatFontsMean) {
        "/Subtype /Type1 /BaseFont /Helvetica /Encoding <</Differences [65 /f_f_i /f_l /T_h /ffi /uniFB01 "
        "/uni00660069 /f_f_i.alt /f_oo]>>",
        "", "offiflThffifififfif\n"},
+      {"names with parts that are none", "BT /F 10 Tf 20 100 Td (oABo) Tj ET", longParts.c_str(), "", "offo\n"},
       {"codes of one and two bytes", "BT /F 10 Tf 20 100 Td <61d0b0d0b1> Tj ET",
        "/Subtype /Type0 /BaseFont /Odd /Encoding 6 0 R /ToUnicode 6 0 R /DescendantFonts [<</Type /Font "
        "/Subtype "
@@ -182,6 +188,8 @@ TEST(PDFPageText, HasTheTextGivenInPlaceOfGlyphs) {
   } cases[] = {
       {"fewer letters", "/Span <</ActualText (W)>> BDC (VV) Tj EMC ( next) Tj", "W next\n"},
       {"more letters", "(x ) Tj /Span <</ActualText <feff0061006e0064>>> BDC (+) Tj EMC ( y) Tj", "x and y\n"},
+      {"one behind the other",
+       "/Span <</ActualText (a)>> BDC (xx) Tj EMC /Span <</ActualText (b)>> BDC (xx) Tj EMC", "ab\n"},
       {"gaps between the glyphs", "/Span <</ActualText (W)>> BDC [(V) -500 (V)] TJ EMC (X) Tj", "WX\n"},
       {"the gap behind them", "/Span <</ActualText (a)>> BDC (VV) Tj EMC 16 0 Td (b) Tj", "a b\n"},
       {"no letters", "(a) Tj /Span <</ActualText ()>> BDC (xxx) Tj EMC (b) Tj", "ab\n"},
@@ -246,6 +254,7 @@ TEST(PDFPageText, HasWordsAsTheyAreMeant) {
       {"gaps between letters and words", "[(so) -250 (a) -250 (b) -250 (c) -250 (d)] TJ", "so a b c d\n"},
       {"digits", "[(1) -400 (2) -400 (3) -400 (4) -400 (5)] TJ", "1 2 3 4 5\n"},
       {"two letters", "3 Tc (AB) Tj", "A B\n"},
+      {"digits below a spaced word", "3 Tc (HEADING) Tj 0 -12 Td (57) Tj", "HEADING\n5 7\n"},
       {"digits behind a blank", "[(Total) -200 ( ) (5) -400 (7)] TJ", "Total 5 7\n"},
       {"digits of spaced words", "3 Tc (5 YEARS 2020 10) Tj", "5 YEARS 2020 10\n"},
       {"gaps between words that are little wider", "[(W) -200 (I) -200 (D) -200 (E) -330 (A) -200 (S)] TJ",
@@ -270,6 +279,20 @@ TEST(PDFPageText, HasWordsAsTheyAreMeant) {
         linesOfText(textOfPage(pageOfContent("BT /F 10 Tf 20 100 Td " + std::string(c.content) + " ET", font))),
         c.text)
         << c.what;
+}
+
+TEST(PDFPageText, HasWordsBetweenBlanksOfEveryKind) {
+  for (const char *blank :
+       {"space", "uni00A0", "uni1680", "uni180E", "uni2000", "uni200A", "uni202F", "uni205F", "uni3000"}) {
+    std::string font = "/Subtype /Type1 /BaseFont /Odd /FirstChar 65 /LastChar 97 /Widths [";
+    for (char code = 'A'; code <= 'a'; ++code) font += "500 ";
+    font +=
+        "] /FontDescriptor <</Type /FontDescriptor /FontName /Odd /Flags 32>> /Encoding <</Differences [97 /" +
+        std::string(blank) + "]>>";
+    EXPECT_EQ(linesOfText(textOfPage(pageOfContent("BT /F 10 Tf 20 100 Td 3 Tc (WIDEaWORDS) Tj ET", font))),
+              "WIDE WORDS\n")
+        << blank;
+  }
 }
 
 /// The codes A to D are ideographs.

@@ -124,6 +124,23 @@ TEST(MadeMovie, PicturesOfASideTooLongAreRefused) {
   }
 }
 
+TEST(MadeMovie, PixelsAreMadeSquare) {
+  const std::string sample(kWidth * 8 * 2, '\x80');
+  const struct {
+    std::uint32_t across, down;
+    std::uint32_t width;
+  } cases[] = {{3, 2, 24}, {2, 3, 11}, {1, 16, 1}, {16, 1, 256}, {1, 17, kWidth}, {17, 1, kWidth}};
+  for (const auto &[across, down, width] : cases) {
+    const auto movie =
+        movieOf(sample, track(1, "vide", pictures(8, box("pasp", number(across, 4) + number(down, 4))),
+                              static_cast<std::uint32_t>(sample.size()), 8));
+    ASSERT_TRUE(movie);
+    EXPECT_EQ(movie->naturalSize(), (NSSize{static_cast<double>(width), 8})) << across;
+    EXPECT_EQ(movie->frameImageAtTime(0).width(), width) << across;
+    EXPECT_EQ(movie->frameImageAtTime(0).height(), 8u) << across;
+  }
+}
+
 TEST(MadeMovie, TellsOfItsTexts) {
   const std::string sample(kWidth * 8 * 2, '\x80');
   const std::string text = box("text", std::string(6, '\0') + number(1, 2) + std::string(43, '\0'));

@@ -183,6 +183,10 @@ TEST(QTMovie, TellsWhatTheFileSays) {
       {u"QTMovieDisplayNameAttribute"_ns, u"Lose Blätter"_ns},
       {u"QTMovieCopyrightAttribute"_ns, u"2004 The Archers"_ns},
       {u"QTMovieNaturalSizeAttribute"_ns, u"{0, 0}"_ns},
+      {u"QTMovieCurrentSizeAttribute"_ns, u"{0, 0}"_ns},
+      {u"QTMovieCurrentTimeAttribute"_ns, 0.0},
+      {u"QTMovieHasDurationAttribute"_ns, true},
+      {u"QTMovieLoopsAttribute"_ns, false},
       {u"QTMovieHasVideoAttribute"_ns, false},
       {u"QTMovieHasAudioAttribute"_ns, true},
       {u"QTMovieDurationAttribute"_ns, 1.0},
@@ -190,7 +194,14 @@ TEST(QTMovie, TellsWhatTheFileSays) {
                                                  {u"QTTrackFormatSummaryAttribute"_ns, u"AAC"_ns}}}}};
   for (const auto &[name, value] : expected)
     EXPECT_EQ(attributes.objectForKey(name), value) << name.UTF8String();
-  EXPECT_EQ(opened("quarters.mov")->attributeForKey(u"QTMovieDisplayNameAttribute"_ns), id(u"quarters.mov"_ns));
+  const NSDictionary ofPictures = opened("quarters.mov")->movieAttributes();
+  EXPECT_EQ(ofPictures.objectForKey(u"QTMovieDisplayNameAttribute"_ns), id(u"quarters.mov"_ns));
+  EXPECT_EQ(ofPictures.objectForKey(u"QTMovieCurrentSizeAttribute"_ns), id(u"{144, 48}"_ns));
+  EXPECT_EQ(ofPictures.objectForKey(u"QTMovieHasAudioAttribute"_ns), id(false));
+  EXPECT_EQ(ofPictures.objectForKey(u"QTMovieTracks"_ns),
+            id(NSArray{NSDictionary{{u"QTTrackMediaTypeAttribute"_ns, u"vide"_ns},
+                                    {u"QTTrackFormatSummaryAttribute"_ns, u"PNG"_ns},
+                                    {u"QTTrackDimensionsAttribute"_ns, u"{144, 48}"_ns}}}));
 }
 
 TEST(QTMovie, TimeAndAttributesCanBeSet) {

@@ -137,6 +137,7 @@ TEST(NSBitmapImageRep, DrawsPartsInPoints) {
 TEST(NSBitmapImageRep, BecomesFilesOfEveryType) {
   const auto rep = NSBitmapImageRep::imageRepWithCGImage(halves(30, 10), {15, 5});
   EXPECT_EQ(rep->className(), u"NSBitmapImageRep"_ns);
+  EXPECT_EQ(NSImageRep::imageRepClass().name, u"NSImageRep"_ns);
   for (int type = 0; type <= 5; ++type) {
     NSError error;
     const NSData data = rep->representationUsingType(static_cast<NSBitmapImageFileType>(type), 1.0F, &error);
