@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
@@ -78,6 +80,27 @@ TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
   EXPECT_EQ(stringByExpandingTildeInPath(u"~"_ns).UTF8String(), home);
   for (const NSString &path : {u"~somebody/x"_ns, u"/a/~/b"_ns, NSString::string()})
     EXPECT_TRUE(stringByExpandingTildeInPath(path).identicalTo(path));
+}
+
+TEST(NSPathUtilities, AbbreviatesTheHomeThatTheEnvironmentNames) {
+  const char *const set = std::getenv("HOME");
+  const std::string old = set ? set : "";
+  const struct {
+    const char *home, *path, *abbreviated;
+  } cases[] = {
+      {"/h", "/h/x", "~/x"}, {"/h", "/h", "~"},  {"/h/", "/h/", "~/"},
+      {"/h", "/hx", "/hx"},  {"/h", "/x", "/x"}, {"/", "/x", "/x"},
+  };
+  for (const auto &[home, path, abbreviated] : cases) {
+    ::setenv("HOME", home, 1);
+    EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(path)).UTF8String(), abbreviated) << home << " " << path;
+  }
+  // A relative one is none: the user database says.
+  ::unsetenv("HOME");
+  const NSString known = NSHomeDirectory();
+  ::setenv("HOME", "h", 1);
+  EXPECT_EQ(NSHomeDirectory(), known);
+  set ? ::setenv("HOME", old.c_str(), 1) : ::unsetenv("HOME");
 }
 
 TEST(NSStringCase, LowersByUnicode) {
