@@ -73,6 +73,11 @@ TEST(NSData, IsWrittenWhereLinksLead) {
   EXPECT_EQ(errno, EINVAL);
   fs::current_path(before);
   EXPECT_EQ(NSData::dataWithContentsOfFile(folder.string("deep/new")).view(), "content");
+  const auto permissions = [&] { return fs::status(folder.path() / "deep/new").permissions(); };
+  EXPECT_EQ(permissions() & fs::perms::owner_all, fs::perms::owner_read | fs::perms::owner_write);
+  fs::permissions(folder.path() / "deep/new", fs::perms(0750));
+  EXPECT_TRUE(writeDataToFile(data, folder.string("link"), true));
+  EXPECT_EQ(permissions(), fs::perms(0750));
   EXPECT_TRUE(fs::is_symlink(folder.path() / "link") && fs::is_symlink(folder.path() / "other link"));
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 5);
   EXPECT_EQ(std::distance(fs::directory_iterator(folder.path() / "deep"), {}), 1);

@@ -214,6 +214,29 @@ TEST(NSDateFormatter, WritesByStyleAndLocale) {
   EXPECT_FALSE(formatter.stringFromDate(NSDate{std::nan("")}));
 }
 
+TEST(NSDateFormatter, WritesAsTheEnvironmentSays) {
+  const char *const names[] = {"LANG", "LC_TIME", "LC_ALL"};
+  const std::string_view cases[][4] = {
+      {"de_DE.UTF-8", "", "", "de"},
+      {"de_DE", "fr_FR.UTF-8", "", "fr"},
+      {"de_DE", "fr_FR", "it_IT.UTF-8", "it"},
+      {"de_DE.ISO-8859-15@euro", "", "", "de"},
+      {"", "", "", "en_US_POSIX"},
+      {"de_DE", "", "C.UTF-8", "en_US_POSIX"},
+      {"de_DE", "", "POSIX", "en_US_POSIX"},
+  };
+  const NSDate day = NSDate::dateWithUTC(2006, 12, 24, 12, 0, 0);
+  const auto written = [&](std::string_view locale) {
+    return NSDateFormatter(NSDateFormatterFullStyle, NSDateFormatterNoStyle, std::string(locale))
+        .stringFromDate(day);
+  };
+  for (const auto &each : cases) {
+    for (std::size_t i = 0; i < std::size(names); ++i) ::setenv(names[i], std::string(each[i]).c_str(), 1);
+    EXPECT_EQ(written(""), written(each[3])) << each[0] << " " << each[1] << " " << each[2];
+  }
+  for (const char *const name : names) ::unsetenv(name);
+}
+
 TEST(ProcessZone, IsWhatTZSays) {
   // 8:00 in winter and in summer, the hours of the changes, and how noon of UTC in summer is written.
   const char *const cases[][6] = {

@@ -158,6 +158,7 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
     EXPECT_EQ(protections_.reading, (ways & 1) && hasLandlock) << ways;
     EXPECT_EQ(protections_.systemCalls, (ways & 2) && hasFilter) << ways;
     EXPECT_LE(protections_.namedRefusals, protections_.systemCalls) << ways;
+    EXPECT_EQ(protections_.processes, protections_.systemCalls) << ways;
     EXPECT_EQ(protections_.descendants, (ways & 4) && hasNamespaces) << ways;
     EXPECT_EQ(protections_.writing, protections_.reading || protections_.descendants) << ways;
     EXPECT_EQ(protections_.network, protections_.systemCalls || protections_.descendants) << ways;
