@@ -124,6 +124,16 @@ TEST(NSBundle, ReadsItsInformationAndRefusesExecutablesElsewhere) {
   }
   folder.write("x.bundle/Contents/Info.plist",
                "{ Other = \"" + std::string(NSBundle::kMaximumInfoBytes, 'x') + "\"; }");
+  NSError error;
+  EXPECT_FALSE(NSBundle(folder.string("x.bundle")).infoDictionary(&error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+  // The largest one, to the byte.
+  std::string largest = "{ Other = \"\"; }";
+  largest.insert(largest.size() - 4, NSBundle::kMaximumInfoBytes - largest.size(), 'x');
+  folder.write("x.bundle/Contents/Info.plist", largest);
+  EXPECT_TRUE(NSBundle(folder.string("x.bundle")).infoDictionary());
+  largest.insert(largest.size() - 4, 1, 'x');
+  folder.write("x.bundle/Contents/Info.plist", largest);
   EXPECT_FALSE(NSBundle(folder.string("x.bundle")).infoDictionary());
   EXPECT_FALSE(NSBundle(folder.string("none")).infoDictionary());
 }

@@ -228,7 +228,8 @@ TEST(NSDateFormatter, WritesAsTheEnvironmentSays) {
   const NSDate day = NSDate::dateWithUTC(2006, 12, 24, 12, 0, 0);
   const auto written = [&](std::string_view locale) {
     return NSDateFormatter(NSDateFormatterFullStyle, NSDateFormatterNoStyle, std::string(locale))
-        .stringFromDate(day);
+        .stringFromDate(day)
+        .UTF8String();
   };
   for (const auto &each : cases) {
     for (std::size_t i = 0; i < std::size(names); ++i) ::setenv(names[i], std::string(each[i]).c_str(), 1);

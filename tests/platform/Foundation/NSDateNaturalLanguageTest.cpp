@@ -246,6 +246,7 @@ TEST(NaturalDates, TakeNothingElse) {
                                  "ago",
                                  "next",
                                  "3 March 105",
+                                 "3 jui 2005 0:00 GMT",  // June or July
                                  "'05",
                                  "10000 hours ago",
                                  "2006 years ago 0:00 GMT",

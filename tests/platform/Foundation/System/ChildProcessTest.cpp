@@ -222,6 +222,9 @@ TEST_F(ChildProcessTest, LetsAProgramDoItsWork) {
   };
   for (const auto &[what, where] : cases) EXPECT_EQ(answer(probe(what, where)), "done\n") << what << where;
   EXPECT_EQ(answer(probe("run", "/bin/true")), "");
+  // What it makes is nobody else's to read.
+  EXPECT_EQ(answer(probe("create", inside("own"))), "done\n");
+  EXPECT_EQ(std::filesystem::status(inside("own")).permissions(), std::filesystem::perms(0600));
   ChildProgram program = probe("environment");
   program.environment = {{u"SAL_USE_VCLPLUGIN"_ns, u"svp"_ns}, {u"EMPTY"_ns, u""_ns}};
   const std::string home = inside_->path().UTF8String();
