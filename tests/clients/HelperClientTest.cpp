@@ -274,10 +274,15 @@ TEST_F(HelperClientTest, AHelperThatBeginsNothingIsGivenUpSoon) {
     }
   });
   const auto answer = HelperClient().call(u"nil"_ns, {});
+  HelperClient::Options options;
+  options.waitingSeconds = 0.05;
+  const auto hasty = HelperClient(options).call(u"nil"_ns, {});
   isOver = true;
   closer.join();
   EXPECT_EQ(answer.status, Status::unreachable);
   EXPECT_NE(answer.message.find("10 times"), std::string::npos) << answer.message;
+  EXPECT_EQ(hasty.status, Status::timedOut);
+  EXPECT_EQ(hasty.message, "The helper did not begin within 0.05 seconds");
 }
 
 TEST_F(HelperClientTest, AHelperThatAnOperationSpoiltMakesWayUnnoticed) {
@@ -427,6 +432,7 @@ TEST_F(HelperClientTest, StopsAndStartsAndLeavesNothing) {
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(client.call(u"nil"_ns, {}).status, Status::nil);
     EXPECT_TRUE(client.stopHelper());
+    EXPECT_FALSE(std::filesystem::exists(file())) << "it did not end by itself";
   }
   EXPECT_EQ(descriptors("self"), before);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1) << "a child was not reaped";

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "helper/QuiverleafHelper.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
 #include "platform/ImageIO/CGImageDestination.hpp"
 #include "platform/ImageIO/CGImageSource.hpp"
 #include "platform/PDFKit/PDFDocument.hpp"
@@ -136,6 +137,12 @@ TEST_F(ImageOperationsTest, PDFThatNobodyCanDrawStillGivesItsFacts) {
   const NSDictionary read = image(folder.write("headless.pdf", headless), true);
   EXPECT_EQ(text(read, "String").find("A catalogue of documents"), 0u) << keys(read);
   EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType) << "why there is no thumbnail";
+
+  NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
+  defaults.setObject(false, u"ReadsPDFWithoutImage"_ns);
+  EXPECT_FALSE(image(sample("no-pages.pdf"), true));
+  EXPECT_TRUE(error);
+  defaults.removeObjectForKey(u"ReadsPDFWithoutImage"_ns);
 }
 
 TEST_F(ImageOperationsTest, GivesPDFForms) {

@@ -109,7 +109,9 @@ class HelperProcessTest(unittest.TestCase):
             (["--version"], 0, "quiverleaf-helper "),
             (["--nonsense"], 1, "unknown argument: --nonsense"),
             (["file.pdf"], 1, "unknown argument: file.pdf"),
-            *((["--idle-minutes", *value], 1, "has to follow: --idle-minutes") for value in ([], ["0"], ["-1"], ["1x"], ["nan"], ["1e9"])),
+            (["--idle-minutes", "1e8", "--abandoned-work-seconds", "1e8", "--version"], 0, "quiverleaf-helper "),
+            *((["--idle-minutes", *value], 1, "has to follow: --idle-minutes") for value in ([], ["0"], ["-1"], ["1x"], ["nan"], ["1e9"], ["100000001"])),
+            (["--abandoned-work-seconds", "0"], 1, "has to follow: --abandoned-work-seconds"),
         ]
         for arguments, code, text in cases:
             with self.subTest(arguments):

@@ -46,6 +46,11 @@ class LoopbackServer {
     const std::scoped_lock lock(mutex_);
     return requests_[path];
   }
+  /// The last request for a path, up to its empty line.
+  std::string head(const std::string &path) {
+    const std::scoped_lock lock(mutex_);
+    return heads_[path];
+  }
   std::string url(const std::string &path, const std::string &host = "127.0.0.1") const {
     return "http://" + host + ":" + std::to_string(port_) + path;
   }
@@ -64,6 +69,7 @@ class LoopbackServer {
       const std::string path = head.substr(first, head.find(' ', first) - first);
       const std::scoped_lock lock(mutex_);
       ++requests_[path];
+      heads_[path] = head;
       const auto found = answers_.find(path);
       if (found == answers_.end()) {
         unanswered_.push_back(connection);
@@ -79,6 +85,7 @@ class LoopbackServer {
   std::mutex mutex_;
   std::map<std::string, std::string> answers_;
   std::map<std::string, int> requests_;
+  std::map<std::string, std::string> heads_;
   std::vector<int> unanswered_;
   std::thread thread_;
 };

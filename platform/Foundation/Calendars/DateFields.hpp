@@ -16,7 +16,7 @@ struct TimeOfDay {
   double second = 0;
 };
 
-/// A distance in time: so many units, backwards when negative.
+/// A distance in time: so many units, of four digits at most, backwards when negative.
 struct DateShift {
   std::int32_t count = 0;
   DateUnit unit = DateUnit::kDay;

@@ -255,6 +255,9 @@ TEST(ResourceFork, SaysWhyThereIsNone) {
     }
   }
   EXPECT_EQ(NSData::dataWithContentsOfFile(note).view(), "a user's own note");
+  NSError none;
+  EXPECT_FALSE(ResourceFork::resourceForkForReadingAtPath(folder.write("plain", ""), &none));
+  EXPECT_EQ(none.errorCode(), ErrorCode::noSuchFile);
 
   // Who may write but not read a file does not lose what it has.
   const NSString closed = folder.write("closed", "");

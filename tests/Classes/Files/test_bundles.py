@@ -128,16 +128,26 @@ class BundleTest(unittest.TestCase):
         server = Server(served)
         self.addCleanup(server.stop)
 
-        def check(behaviour="folder", seconds=20):
+        def check(behaviour="folder", seconds=20, place=defaults, **environment):
             server.behaviour = behaviour
             host = f"http://127.0.0.1:{server.server_port}"
-            defaults.write_bytes(plistlib.dumps({"UpdateHost": host, "UpdateTimeLimit": seconds}))
-            done = self.run_program("check", QUIVERLEAF_DEFAULTS=str(defaults))
+            place.parent.mkdir(parents=True, exist_ok=True)
+            place.write_bytes(plistlib.dumps({"UpdateHost": host, "UpdateTimeLimit": seconds}))
+            done = self.run_program("check", **(environment or {"QUIVERLEAF_DEFAULTS": str(place)}))
             return done.returncode, done.stderr
 
         self.assertEqual(check(), (UP_TO_DATE, UP_TO_DATE_TEXT))
         (served / "Updates.plist").write_bytes(LIST)
         self.assertEqual(check(), (OFFERED, OFFER_TEXT))
+        for environment, folder in (
+            ({"XDG_CONFIG_HOME": str(self.folder / "configuration")}, "configuration"),
+            ({"XDG_CONFIG_HOME": "relative"}, ".config"),
+            ({"XDG_CONFIG_HOME": "", "QUIVERLEAF_DEFAULTS": ""}, ".config"),
+        ):
+            with self.subTest(environment):
+                place = self.folder / folder / "quiverleaf/defaults.plist"
+                self.assertEqual(check(place=place, **environment)[0], OFFERED)
+                place.unlink()
         for behaviour, seconds in (("never", 0.3), ("slow", 0.5), ("huge", 20), ("error", 20), ("cut", 20)):
             with self.subTest(behaviour):
                 self.assertEqual(check(behaviour, seconds), (UP_TO_DATE, UP_TO_DATE_TEXT))

@@ -14,6 +14,7 @@
 #include "platform/CoreServices/RandomAccessFile.hpp"
 #include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tests/support/TemporaryFolder.hpp"
+#include "tests/support/ZipSamples.hpp"
 
 namespace nimbo {
 namespace {
@@ -44,6 +45,7 @@ TEST(ContentTypes, GoesByTheName) {
       {"a.html", "<?xml version=\"1.0\"?><html xmlns=\"http://www.w3.org/1999/xhtml\"/>", "public.html"},
       {"a.erl", "", "public.source-code"},  // A type of its own that derives from plain text.
       {"a.wsdl.fo", "", "public.xml"},
+      {"Makefile", "", "public.make-source"},
   });
 }
 
@@ -164,6 +166,38 @@ TEST(ContentTypes, LooksIntoContainers) {
       {"xls", container("excel.ole"), "com.microsoft.excel.xls"},
       {"ppt", container("powerpoint.ole"), "com.microsoft.powerpoint.ppt"},
       {"msg", container("message.ole"), "com.microsoft.outlook.msg"},
+  });
+}
+
+TEST(ContentTypes, TellsIWorkDocumentsByTheirParts) {
+  // A piece with the length of what it unpacks to, a run of bytes as they are, and the first object's number
+  // and message.
+  const std::string header("\0\1\2\3\x85\1", 6), object = "\x09\x08\x81\x01\x12\x07\x08";
+  const std::string text = "\x90\x4e", table = "\1";
+  const auto document = [](const std::string &stream) {
+    return storedZip({{"Index/Document.iwa", stream}, {"Index/Other.iwa", ""}});
+  };
+  const std::string zip = "public.zip-archive", pages = "com.apple.iwork.pages.sffpages",
+                    numbers = "com.apple.iwork.numbers.sffnumbers", key = "com.apple.iwork.keynote.sffkey";
+  check({
+      {"text", document(header + "\x20" + object + text), pages},
+      {"table", document(header + "\x20" + object + table), numbers},
+      {"run of one byte's length", document(header + "\xf0\x63" + object + text), pages},
+      {"run of four bytes' length", document(header + "\xfc\x63\x62\x61\x60" + object + text), pages},
+      {"another object", document(header + "\x20" + object + "\2"), zip},
+      {"another form", document("\1" + header.substr(1) + "\x20" + object + text), zip},
+      {"a repetition", document(header + "\x21" + object + text), zip},
+      {"no number", document(header + "\x20\x09\x10\x01\x12\x07\x08\x01"), zip},
+      {"no message", document(header + "\x20\x09\x08\x01\x1a\x07\x08\x01"), zip},
+      {"no type", document(header + "\x20\x09\x08\x01\x12\x07\x10\x01"), zip},
+      {"only a header", document(header), zip},
+      {"nothing", document(""), zip},
+      {"slide", storedZip({{"Index/Document.iwa", ""}, {"Index/Slide-1.iwa", ""}}), key},
+      {"master", storedZip({{"Index/Document.iwa", ""}, {"Index/MasterSlide.iwa", ""}}), key},
+      {"template", storedZip({{"Index/Document.iwa", ""}, {"Index/TemplateSlide.iwa", ""}}), key},
+      {"slide alone", storedZip({{"Index/Slide-1.iwa", ""}}), zip},
+      {"older key", storedZip({{"presentation.apxl", ""}}), key},
+      {"other xml", storedZip({{"index.xml", "<document/>"}}), zip},
   });
 }
 

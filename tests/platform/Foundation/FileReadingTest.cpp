@@ -3,9 +3,11 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <utility>
 
 #include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
@@ -43,6 +45,42 @@ TEST(NSData, ReadsRegularFilesOnly) {
     EXPECT_GT(error.localizedFailureReason.length(), 0u) << path.UTF8String();
     EXPECT_FALSE(NSData::dataWithContentsOfFile(path)) << path.UTF8String();
   }
+}
+
+TEST(NSData, IsWrittenWhereLinksLead) {
+  const TemporaryFolder folder;
+  fs::create_directory(folder.path() / "deep");
+  fs::create_symlink("deep/new", folder.path() / "link");
+  fs::create_symlink("link", folder.path() / "other link");
+  fs::create_symlink("loop", folder.path() / "loop");
+  fs::create_symlink("missing/new", folder.path() / "astray");
+  const NSData data = NSData::dataWithBytes("content", 7);
+  // Nothing can be made in the working directory.
+  const fs::path before = fs::current_path();
+  fs::current_path("/proc");
+  EXPECT_TRUE(writeDataToFile(data, folder.string("other link"), true));
+  EXPECT_FALSE(writeDataToFile(data, folder.string("loop"), true));
+  EXPECT_EQ(errno, ELOOP);
+  EXPECT_FALSE(writeDataToFile(data, folder.string("astray"), true));
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_FALSE(writeDataToNewFile(NSData::data(), folder.string("deep/new")));
+  EXPECT_EQ(errno, EEXIST);
+  for (const NSString &name : {u"a\0b"_ns, u""_ns, NSString()}) {
+    EXPECT_FALSE(writeDataToFile(data, name, true));
+    EXPECT_EQ(errno, EINVAL);
+  }
+  EXPECT_FALSE(writeDataToFile(NSData(), folder.string("none"), false));
+  EXPECT_EQ(errno, EINVAL);
+  fs::current_path(before);
+  EXPECT_EQ(NSData::dataWithContentsOfFile(folder.string("deep/new")).view(), "content");
+  const auto permissions = [&] { return fs::status(folder.path() / "deep/new").permissions(); };
+  EXPECT_EQ(permissions() & fs::perms::owner_all, fs::perms::owner_read | fs::perms::owner_write);
+  fs::permissions(folder.path() / "deep/new", fs::perms(0750));
+  EXPECT_TRUE(writeDataToFile(data, folder.string("link"), true));
+  EXPECT_EQ(permissions(), fs::perms(0750));
+  EXPECT_TRUE(fs::is_symlink(folder.path() / "link") && fs::is_symlink(folder.path() / "other link"));
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 5);
+  EXPECT_EQ(std::distance(fs::directory_iterator(folder.path() / "deep"), {}), 1);
 }
 
 TEST(NSFileManager, SaysWhyAFolderCannotBeListed) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
@@ -80,6 +82,27 @@ TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
     EXPECT_TRUE(stringByExpandingTildeInPath(path).identicalTo(path));
 }
 
+TEST(NSPathUtilities, AbbreviatesTheHomeThatTheEnvironmentNames) {
+  const char *const set = std::getenv("HOME");
+  const std::string old = set ? set : "";
+  const struct {
+    const char *home, *path, *abbreviated;
+  } cases[] = {
+      {"/h", "/h/x", "~/x"}, {"/h", "/h", "~"},  {"/h/", "/h/", "~/"},
+      {"/h", "/hx", "/hx"},  {"/h", "/x", "/x"}, {"/", "/x", "/x"},
+  };
+  for (const auto &[home, path, abbreviated] : cases) {
+    ::setenv("HOME", home, 1);
+    EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(path)).UTF8String(), abbreviated) << home << " " << path;
+  }
+  // A relative one is none: the user database says.
+  ::unsetenv("HOME");
+  const NSString known = NSHomeDirectory();
+  ::setenv("HOME", "h", 1);
+  EXPECT_EQ(NSHomeDirectory(), known);
+  set ? ::setenv("HOME", old.c_str(), 1) : ::unsetenv("HOME");
+}
+
 TEST(NSStringCase, LowersByUnicode) {
   EXPECT_EQ(lowercaseString(u"COM.\u0130\u0130"_ns), u"com.i\u0307i\u0307"_ns);  // Lower case is longer.
   const NSString lower = u"public.\u00e4"_ns;
@@ -101,6 +124,16 @@ TEST(NSBundle, ReadsItsInformationAndRefusesExecutablesElsewhere) {
   }
   folder.write("x.bundle/Contents/Info.plist",
                "{ Other = \"" + std::string(NSBundle::kMaximumInfoBytes, 'x') + "\"; }");
+  NSError error;
+  EXPECT_FALSE(NSBundle(folder.string("x.bundle")).infoDictionary(&error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+  // The largest one, to the byte.
+  std::string largest = "{ Other = \"\"; }";
+  largest.insert(largest.size() - 4, NSBundle::kMaximumInfoBytes - largest.size(), 'x');
+  folder.write("x.bundle/Contents/Info.plist", largest);
+  EXPECT_TRUE(NSBundle(folder.string("x.bundle")).infoDictionary());
+  largest.insert(largest.size() - 4, 1, 'x');
+  folder.write("x.bundle/Contents/Info.plist", largest);
   EXPECT_FALSE(NSBundle(folder.string("x.bundle")).infoDictionary());
   EXPECT_FALSE(NSBundle(folder.string("none")).infoDictionary());
 }

@@ -77,6 +77,7 @@ TEST(NSCalendarDate, KnowsZones) {
       {"+1", "11:00"},
       {"+130", "10:30"},
       {"+14", "22:00"},
+      {"-12", "00:00"},
       {"GMT+01:00", "11:00"},
       {"UTC-3", "15:00"},
       {"Europe/Berlin", "10:00"},
@@ -90,13 +91,14 @@ TEST(NSCalendarDate, KnowsZones) {
       {"+", ""},
       {"+12345", ""},
       {"+1:0", ""},
+      {"+012:30", ""},
       {"GMTx", ""},
       {"EST5EDT", ""},
       {"europe/berlin", ""},
       {"+01:60", ""},
   };
   for (const auto &[zone, time] : cases) {
-    const std::string day = zone == "+14" ? "2005-06-30T" : "2005-07-01T";
+    const std::string day = zone == "+14" ? "2005-06-30T" : zone == "-12" ? "2005-07-02T" : "2005-07-01T";
     EXPECT_EQ(read("1.7.2005 12:00 " + std::string(zone), u"%d.%m.%Y %H:%M %Z"),
               time.empty() ? "" : day + std::string(time) + ":00Z")
         << zone;
@@ -107,11 +109,86 @@ TEST(NSCalendarDate, KnowsZones) {
   EXPECT_EQ(read("1.1.0001 12:00 Etc/UTC", u"%d.%m.%Y %H:%M %Z"), "0001-01-01T12:00:00Z");
 }
 
+TEST(NSCalendarDate, KnowsZonesByTheClocksOfTheirPlaces) {
+  const std::string_view cases[][3] = {
+      {"WET", "Europe/Lisbon", "1.1.2005"},
+      {"CET", "Europe/Berlin", "1.1.2005"},
+      {"MET", "Europe/Berlin", "1.1.2005"},
+      {"MEZ", "Europe/Berlin", "1.1.2005"},
+      {"EET", "Europe/Athens", "1.1.2005"},
+      {"SAST", "Africa/Johannesburg", "1.1.2005"},
+      {"CAT", "Africa/Harare", "1.1.2005"},
+      {"MSK", "Europe/Moscow", "1.1.2005"},
+      {"EAT", "Africa/Nairobi", "1.1.2005"},
+      {"GST", "Asia/Dubai", "1.1.2005"},
+      {"PKT", "Asia/Karachi", "1.1.2005"},
+      {"IST", "Asia/Kolkata", "1.1.2005"},
+      {"NPT", "Asia/Kathmandu", "1.1.2005"},
+      {"ICT", "Asia/Bangkok", "1.1.2005"},
+      {"WIB", "Asia/Jakarta", "1.1.2005"},
+      {"SGT", "Asia/Singapore", "1.1.2005"},
+      {"HKT", "Asia/Hong_Kong", "1.1.2005"},
+      {"PHT", "Asia/Manila", "1.1.2005"},
+      {"JST", "Asia/Tokyo", "1.1.2005"},
+      {"KST", "Asia/Seoul", "1.1.2005"},
+      {"ACST", "Australia/Darwin", "1.1.2005"},
+      {"AEST", "Australia/Brisbane", "1.1.2005"},
+      {"ACDT", "Australia/Adelaide", "1.1.2005"},
+      {"AEDT", "Australia/Sydney", "1.1.2005"},
+      {"NZDT", "Pacific/Auckland", "1.1.2005"},
+      {"NST", "America/St_Johns", "1.1.2005"},
+      {"AST", "America/Halifax", "1.1.2005"},
+      {"EST", "America/New_York", "1.1.2005"},
+      {"CST", "America/Chicago", "1.1.2005"},
+      {"MST", "America/Denver", "1.1.2005"},
+      {"PST", "America/Los_Angeles", "1.1.2005"},
+      {"AKST", "America/Anchorage", "1.1.2005"},
+      {"HST", "Pacific/Honolulu", "1.1.2005"},
+      {"AT", "America/Halifax", "1.1.2005"},
+      {"CT", "America/Chicago", "1.1.2005"},
+      {"MT", "America/Denver", "1.1.2005"},
+      {"WEST", "Europe/Lisbon", "1.7.2005"},
+      {"BST", "Europe/London", "1.7.2005"},
+      {"CEST", "Europe/Berlin", "1.7.2005"},
+      {"MEST", "Europe/Berlin", "1.7.2005"},
+      {"MESZ", "Europe/Berlin", "1.7.2005"},
+      {"EEST", "Europe/Athens", "1.7.2005"},
+      {"MSD", "Europe/Moscow", "1.7.2005"},
+      {"AWST", "Australia/Perth", "1.7.2005"},
+      {"NZST", "Pacific/Auckland", "1.7.2005"},
+      {"BRT", "America/Sao_Paulo", "1.7.2005"},
+      {"ART", "America/Argentina/Buenos_Aires", "1.7.2005"},
+      {"NDT", "America/St_Johns", "1.7.2005"},
+      {"ADT", "America/Halifax", "1.7.2005"},
+      {"EDT", "America/New_York", "1.7.2005"},
+      {"CDT", "America/Chicago", "1.7.2005"},
+      {"MDT", "America/Denver", "1.7.2005"},
+      {"PDT", "America/Los_Angeles", "1.7.2005"},
+      {"AKDT", "America/Anchorage", "1.7.2005"},
+      {"AT", "America/Halifax", "1.7.2005"},
+      {"CT", "America/Chicago", "1.7.2005"},
+      {"MT", "America/Denver", "1.7.2005"},
+      {"TRT", "Europe/Istanbul", "1.1.2020"},
+      {"UT", "Etc/UTC", "1.1.2005"},
+  };
+  for (const auto &[name, place, day] : cases) {
+    const auto noonIn = [&, day = day](std::string_view zone) {
+      return read(std::string(day) + " 12:00 " + std::string(zone), u"%d.%m.%Y %H:%M %Z");
+    };
+    EXPECT_NE(noonIn(place), "") << place;
+    EXPECT_EQ(noonIn(name), noonIn(place)) << name;
+  }
+}
+
 TEST(NSCalendarDate, ReadsISO8601InTheZoneThatIsMeant) {
   const std::string_view cases[][3] = {
       {"2005-07", "UTC", "2005-07-01T00:00:00Z"},
       {"2005-07-01 12:00:00.5", "Europe/Berlin", "2005-07-01T10:00:00.5Z"},
       {"2005-07-01T12:00+05:30", "Europe/Berlin", "2005-07-01T06:30:00Z"},
+      {"2005", "UTC", "2005-01-01T00:00:00Z"},
+      {"2005/07", "UTC", "2005-07-01T00:00:00Z"},
+      {"2005-07Z", "UTC", ""},
+      {"2005-07-01 ", "UTC", ""},
       {"2005-07-01", "Nowhere", ""},
       {"2005-13-01", "UTC", ""},
       {"2005-07-01 and more", "UTC", ""},
@@ -135,6 +212,30 @@ TEST(NSDateFormatter, WritesByStyleAndLocale) {
   EXPECT_EQ(text(NSDateFormatterNoStyle, NSDateFormatterMediumStyle, "en_GB"), "18:30:05");
   const NSDateFormatter formatter(NSDateFormatterFullStyle, NSDateFormatterFullStyle);
   EXPECT_FALSE(formatter.stringFromDate(NSDate{std::nan("")}));
+}
+
+TEST(NSDateFormatter, WritesAsTheEnvironmentSays) {
+  const char *const names[] = {"LANG", "LC_TIME", "LC_ALL"};
+  const std::string_view cases[][4] = {
+      {"de_DE.UTF-8", "", "", "de"},
+      {"de_DE", "fr_FR.UTF-8", "", "fr"},
+      {"de_DE", "fr_FR", "it_IT.UTF-8", "it"},
+      {"de_DE.ISO-8859-15@euro", "", "", "de"},
+      {"", "", "", "en_US_POSIX"},
+      {"de_DE", "", "C.UTF-8", "en_US_POSIX"},
+      {"de_DE", "", "POSIX", "en_US_POSIX"},
+  };
+  const NSDate day = NSDate::dateWithUTC(2006, 12, 24, 12, 0, 0);
+  const auto written = [&](std::string_view locale) {
+    return NSDateFormatter(NSDateFormatterFullStyle, NSDateFormatterNoStyle, std::string(locale))
+        .stringFromDate(day)
+        .UTF8String();
+  };
+  for (const auto &each : cases) {
+    for (std::size_t i = 0; i < std::size(names); ++i) ::setenv(names[i], std::string(each[i]).c_str(), 1);
+    EXPECT_EQ(written(""), written(each[3])) << each[0] << " " << each[1] << " " << each[2];
+  }
+  for (const char *const name : names) ::unsetenv(name);
 }
 
 TEST(ProcessZone, IsWhatTZSays) {

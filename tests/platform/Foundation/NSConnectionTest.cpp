@@ -445,6 +445,9 @@ TEST_F(NSConnectionTest, ARecordIsReadWholeOrNotAtAll) {
     std::filesystem::resize_file(file(".record"), size);
     EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name()))) << size;
   }
+  // What announces a length and ends there is not read behind its end.
+  std::ofstream(file(".record"), std::ios::binary) << std::string(4, '\0') << std::string(4, '\xff');
+  EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
 }
 
 TEST_F(NSConnectionTest, EndsWhenNobodyUsesItOrFindsIt) {
@@ -553,6 +556,33 @@ TEST_F(NSConnectionTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
   EXPECT_TRUE(second.registerName(name()));
   EXPECT_TRUE(second.registerName(name()));
   EXPECT_TRUE(connectToConnectionName(name()));
+}
+
+TEST_F(NSConnectionTest, ACopyOfTheProcessListensUnderNoName) {
+  auto first = std::make_unique<NSConnection>();
+  NSConnection second;
+  ASSERT_TRUE(first->registerName(u"first"_ns) && second.registerName(u"second"_ns));
+  const auto countListeners = [] {
+    int count = 0;
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+      int listens = 0;
+      socklen_t length = sizeof listens;
+      count += ::getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listens, &length) == 0 && listens;
+    }
+    return count;
+  };
+  const auto listenersOfACopy = [&] {
+    const pid_t copy = ::fork();
+    if (copy == 0) ::_exit(countListeners());
+    int status = -1;
+    ::waitpid(copy, &status, 0);
+    return WEXITSTATUS(status);
+  };
+  EXPECT_EQ(countListeners(), 2);
+  EXPECT_EQ(listenersOfACopy(), 0);
+  first.reset();
+  EXPECT_EQ(countListeners(), 1);
+  EXPECT_EQ(listenersOfACopy(), 0);
 }
 
 TEST_F(NSConnectionTest, NamesAndFoldersThatCannotBeTrustedAreRefused) {

@@ -51,6 +51,7 @@ TEST(NSDataURLLoading, AnswersWholeSuccessfulContentWithinItsLimits) {
     EXPECT_EQ(error.errorCode(), code) << address << ": " << error.localizedFailureReason.UTF8String();
   }
   EXPECT_EQ(server.requests("/loop"), limits.redirects + 1);
+  EXPECT_NE(server.head("/a").find("\r\nUser-Agent: Quiverleaf\r\n"), std::string::npos) << server.head("/a");
   EXPECT_EQ(dataWithContentsOfURL(url(server.url("/largest")), limits).length(), limits.maximumBytes);
 }
 

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSStringNormalization.hpp"
 
+#include <unicode/uchar.h>
 #include <unicode/unorm2.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <string>
 #include <utility>
@@ -101,6 +103,23 @@ TEST(NSStringNormalization, AgreesWithICUOnEveryScript) {
         text = normalizedByICU(text, unorm2_getNFCInstance);
         expectAsICU(text);
         text[random() % text.size()] = kPieces[random() % std::size(kPieces)][0];
+        expectAsICU(text);
+        if (::testing::Test::HasFatalFailure()) return;
+      }
+    }
+  });
+}
+
+TEST(NSStringNormalization, KnowsTheOrderOfEveryTwoKindsOfMarks) {
+  std::map<std::uint8_t, unichar> marks;
+  for (std::uint32_t c = 0; c <= 0xffff; ++c) marks.emplace(u_getCombiningClass(c), static_cast<unichar>(c));
+  ASSERT_GT(marks.size(), 40u);
+  forEachVectorTarget([&] {
+    for (const auto &former : marks) {
+      for (const auto &latter : marks) {
+        std::u16string text(60, u'x');
+        text[30] = former.second;
+        text[31] = latter.second;
         expectAsICU(text);
         if (::testing::Test::HasFatalFailure()) return;
       }

@@ -206,6 +206,11 @@ TEST(NSBundle, LooksTextsUpInTheUsersLanguages) {
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, NSString::string()), u"OK"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"OK"_ns, u"x"_ns), u"x"_ns);
   EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString::string(), u"Marked"_ns), u"Fort"_ns);
+  const std::string line = "\"Gone\" = \"Weg\";", limit(1 << 24, ' ');
+  folder.write("Contents/Resources/de.lproj/Large.strings", limit.substr(line.size()) + line);
+  folder.write("Contents/Resources/de.lproj/TooLarge.strings", limit.substr(line.size() - 1) + line);
+  EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString(), u"Large"_ns), u"Weg"_ns);
+  EXPECT_EQ(localizedStringForKey(bundle, u"Gone"_ns, NSString(), u"TooLarge"_ns), u"Gone"_ns);
   // Tables that others' tools write are in UTF-16, with a byte order mark or without one.
   const std::pair<std::string, std::string_view> tables[] = {
       {"Little", "\xff\xfe"}, {"Big", "\xfe\xff"}, {"Plain", ""}};

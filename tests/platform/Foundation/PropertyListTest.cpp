@@ -166,6 +166,7 @@ TEST(BinaryPropertyList, RefusesHostileInput) {
            {binaryOf({"\xaf\x13" + ones}), "too many values"},
            {binaryOf({"\xdf\x12\0\x10\0\0"s}), beyond},
            {binaryOf({"\xaf\x14" + ones + ones}), "a count that is no integer"},
+           {binaryOf({"\xaf\0\0"s}), "a count that is no integer"},
            {binaryOf({"\x4f\x13" + ones}), beyond},
            {binaryOf({"\x5f\x13" + ones}), beyond},
            {binaryOf({"\x6f\x13\x80\0\0\0\0\0\0\1"s}), beyond},
@@ -283,6 +284,7 @@ TEST(TextPropertyList, ReadsEveryNotation) {
                                            u"4\0\u20acud83dq\xd83d"_ns.view()));
   EXPECT_EQ(readAs(openStep, "\xef\xbb\xbf\"\xe2\x82\xac\n//\"").string(), u"\u20ac\n//"_ns);
   EXPECT_EQ(readAs(openStep, "http://host/path").string(), u"http://host/path"_ns);
+  EXPECT_EQ(readAs(openStep, "'\\8\\9\\377'").string(), u"89\u00ff"_ns);
   EXPECT_EQ(readAs(openStep, "// A table\na = b; \"c\" = ();\n"),
             id(NSDictionary{{u"a"_ns, u"b"_ns}, {u"c"_ns, NSArray::array()}}));
   EXPECT_EQ(readAs(openStep,

@@ -18,6 +18,7 @@ TEST(SCNetworkReachability, TellsThisMachineFromOthers) {
       {"localhost", kSCNetworkFlagsIsLocalAddress},
       {"LocalHost.", kSCNetworkFlagsIsLocalAddress},
       {"page.localhost", kSCNetworkFlagsIsLocalAddress},
+      {"page.localhost.", kSCNetworkFlagsIsLocalAddress},
       {"127.0.0.1", kSCNetworkFlagsIsLocalAddress},
       {"127.9.8.7", kSCNetworkFlagsIsLocalAddress},
       {"0x7f.1", kSCNetworkFlagsIsLocalAddress},

@@ -157,6 +157,8 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
     }
     EXPECT_EQ(protections_.reading, (ways & 1) && hasLandlock) << ways;
     EXPECT_EQ(protections_.systemCalls, (ways & 2) && hasFilter) << ways;
+    EXPECT_LE(protections_.namedRefusals, protections_.systemCalls) << ways;
+    EXPECT_EQ(protections_.processes, protections_.systemCalls) << ways;
     EXPECT_EQ(protections_.descendants, (ways & 4) && hasNamespaces) << ways;
     EXPECT_EQ(protections_.writing, protections_.reading || protections_.descendants) << ways;
     EXPECT_EQ(protections_.network, protections_.systemCalls || protections_.descendants) << ways;
@@ -220,6 +222,9 @@ TEST_F(ChildProcessTest, LetsAProgramDoItsWork) {
   };
   for (const auto &[what, where] : cases) EXPECT_EQ(answer(probe(what, where)), "done\n") << what << where;
   EXPECT_EQ(answer(probe("run", "/bin/true")), "");
+  // What it makes is nobody else's to read.
+  EXPECT_EQ(answer(probe("create", inside("own"))), "done\n");
+  EXPECT_EQ(std::filesystem::status(inside("own")).permissions(), std::filesystem::perms(0600));
   ChildProgram program = probe("environment");
   program.environment = {{u"SAL_USE_VCLPLUGIN"_ns, u"svp"_ns}, {u"EMPTY"_ns, u""_ns}};
   const std::string home = inside_->path().UTF8String();

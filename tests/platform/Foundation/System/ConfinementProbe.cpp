@@ -57,7 +57,7 @@ bool connectToSocket(const string &name) {
 }
 
 bool openFile(const string &path, int flags) {
-  const int file = ::open(path.c_str(), flags | O_CLOEXEC, 0600);
+  const int file = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
   char byte = 'x';
   return file >= 0 &&
          ((flags & O_ACCMODE) == O_RDONLY ? ::read(file, &byte, 1) >= 0 : ::write(file, &byte, 1) == 1);
