@@ -34,8 +34,9 @@ WORD = re.compile(r"[\w./:=~-]*[\w./:=~-]")
 FAILURE = re.compile(r'[\s{]*(return( (nil|false|nullptr|[\w:]*nullopt|-1|\{\}|u?" *"\w*|\w+(\(\)|\{\})))?|throw [^;]*);')
 CALL = re.compile(r"^ +[^\s(]*[\w>]\([^{}]*\);$")
 ASSIGNMENT = re.compile(r"^ +[^\s(]+ [-+*|&]?= [^{}]*;$")
-# The object that a call or an assignment changes; a call of a function may change any.
-CHANGED = re.compile(r" +(\w+)(?:(?:\.|->)[^\s(]+\(| [-+*|&]?= )")
+# What a call or an assignment changes; a call of a function may change anything.
+CHANGED = re.compile(r" +([\w.>-]+?)(?:(?:\.|->)\w+(?:<[^(]*>)?\(| [-+*|&]?= )")
+NAME = re.compile(r"[A-Za-z_]\w*(?:(?:\.|->)[A-Za-z_]\w*)*")
 SETTER = re.compile(r" +([\w.>-]*\bset(?![a-z])\w*)\(")
 
 
@@ -107,11 +108,14 @@ def are_ordered(first, second):
     setters = SETTER.match(first), SETTER.match(second)
     if all(setters) and setters[0][1] == setters[1][1]:
         return False
-    names = [set(re.findall(r"[A-Za-z_]\w*", line)) for line in (first, second)]
     changed = CHANGED.match(first), CHANGED.match(second)
     if not all(changed):
         return True
-    return changed[0][1] in names[1] or changed[1][1] in names[0]
+    return any(
+        f"{name}.".startswith(f"{one}.") or f"{one}.".startswith(f"{name}.")
+        for one, line in ((changed[0][1].replace("->", "."), second), (changed[1][1].replace("->", "."), first))
+        for name in (found[0].replace("->", ".") for found in NAME.finditer(line))
+    )
 
 
 def statements(code):

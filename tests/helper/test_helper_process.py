@@ -98,6 +98,7 @@ class HelperProcessTest(unittest.TestCase):
                     while not (self.folder / CONNECTION_NAME).exists() and time.monotonic() < deadline:
                         time.sleep(0.05)
                     self.assertEqual(client.ping(), process.pid)
+                    self.assertGreaterEqual(resource.prlimit(process.pid, resource.RLIMIT_NOFILE)[0], 64)
                     # Whatever a library prints reaches no file, socket or lock of the helper's own.
                     for stream in range(3):
                         self.assertNotRegex(os.readlink(f"/proc/{process.pid}/fd/{stream}"), "eventfd|socket|Quiverleaf")

@@ -24,6 +24,8 @@ KINDS = (
     ("swapped", "f(x);\n  x = g();\n  return y;", {"x = g();\n  f(x);\n  return y;"}),
     ("swapped", "a.f(b);\n  b.g();", {"b.g();\n  a.f(b);"}),
     ("swapped", "a.f(c);\n  b += g(c);", set()),
+    ("swapped", "a.b.f();\n  a.c = d;", set()),
+    ("swapped", "a->b.f();\n  d = g(a);", {"d = g(a);\n  a->b.f();"}),
     ("swapped", "a.setX(b);\n  a.setX(c);", set()),
     ("dropped", "a.b->c<int>(x)(y);", {";"}),
     ("dropped", "a.reserve(f());", set()),
