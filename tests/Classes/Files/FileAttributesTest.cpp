@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <future>
 #include <stdexcept>
 #include <string>
@@ -21,6 +20,7 @@
 #include "Classes/Files/ScriptRunner.hpp"
 #include "platform/Foundation/System/AppleDouble.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
+#include "tests/support/EnvironmentSetting.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -338,9 +338,7 @@ TEST(CustomIcons, OfFoldersAreFilesOrTheSystems) {
   fs::create_directories(folder.path() / "home/inside/deep");
   fs::create_directory_symlink("home", folder.path() / "link");
   folder.write("icon/Icon\r", "");
-  const char *old = std::getenv("HOME");
-  const std::string home = old ? old : "";
-  ::setenv("HOME", (folder.path() / "link").c_str(), 1);
+  const EnvironmentSetting home("HOME", (folder.path() / "link").c_str());
   const std::pair<NSString, bool> cases[] = {
       {folder.string("link/inside"), true},
       {folder.string("link/inside/deep"), false},
@@ -369,7 +367,6 @@ TEST(CustomIcons, OfFoldersAreFilesOrTheSystems) {
   EXPECT_TRUE(existsCustomIconForPath(u"."_ns));
   EXPECT_FALSE(existsCustomIconForPath(u"deep"_ns) || existsCustomIconForPath(u".."_ns));
   fs::current_path(working);
-  ::setenv("HOME", home.c_str(), 1);
 }
 
 TEST(FileTypes, ForWorkspaces) {

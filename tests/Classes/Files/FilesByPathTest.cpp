@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -14,6 +13,7 @@
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
+#include "tests/support/EnvironmentSetting.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -194,12 +194,12 @@ TEST(Moving, AsksWhatToDo) {
 
   // The path's "~" is a name, and stands for no other folder.
   const fs::path working = fs::current_path();
-  const char *const home = std::getenv("HOME");
   folder.write("~/a", "3");
   fs::current_path(folder.path());
-  ::setenv("HOME", folder.path().c_str(), 1);
-  EXPECT_TRUE(updatePath(u"~/a"_ns, a));
-  home ? ::setenv("HOME", home, 1) : ::unsetenv("HOME");
+  {
+    const EnvironmentSetting home("HOME", folder.path().c_str());
+    EXPECT_TRUE(updatePath(u"~/a"_ns, a));
+  }
   fs::current_path(working);
   EXPECT_EQ(contentOf(a), "3");
 

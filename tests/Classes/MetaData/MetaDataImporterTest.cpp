@@ -7,6 +7,7 @@
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "Classes/MetaData/MDImporterListing.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "tests/support/EnvironmentSetting.hpp"
 #include "tests/support/ImporterBundle.hpp"
 
 namespace nimbo {
@@ -101,14 +102,11 @@ TEST_F(MetaDataImporterTest, DoesNotFindTheApplicationsBelowATilde) {
   // The folder is listed below the home folder, its entries are then looked for below the text "~".
   const std::string relative = "Apps/x/Contents/Library/Spotlight/1";
   add("home folder/" + relative, "public.data", {});
-  const char *home = ::getenv("HOME");
-  const std::string before = home ? home : "";
-  ::setenv("HOME", (folder.path() / "home folder").c_str(), 1);
+  const EnvironmentSetting home("HOME", (folder.path() / "home folder").c_str());
   locations.applicationFolders = {u"~/Apps"_ns};
   const Names tilde = listed();
   locations.applicationFolders = {stringByExpandingTildeInPath(u"~/Apps"_ns)};
   const Names expanded = listed();
-  home ? ::setenv("HOME", before.c_str(), 1) : ::unsetenv("HOME");
   EXPECT_EQ(tilde, Names{});
   EXPECT_EQ(expanded, Names{"home folder/" + relative});
 }

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 #include "platform/Foundation/NSBundle.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/NSStringCase.hpp"
+#include "tests/support/EnvironmentSetting.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -83,8 +82,6 @@ TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
 }
 
 TEST(NSPathUtilities, AbbreviatesTheHomeThatTheEnvironmentNames) {
-  const char *const set = std::getenv("HOME");
-  const std::string old = set ? set : "";
   const struct {
     const char *home, *path, *abbreviated;
   } cases[] = {
@@ -92,15 +89,14 @@ TEST(NSPathUtilities, AbbreviatesTheHomeThatTheEnvironmentNames) {
       {"/h", "/hx", "/hx"},  {"/h", "/x", "/x"}, {"/", "/x", "/x"},
   };
   for (const auto &[home, path, abbreviated] : cases) {
-    ::setenv("HOME", home, 1);
+    const EnvironmentSetting setting("HOME", home);
     EXPECT_EQ(stringByAbbreviatingWithTildeInPath(text(path)).UTF8String(), abbreviated) << home << " " << path;
   }
   // A relative one is none: the user database says.
-  ::unsetenv("HOME");
+  const EnvironmentSetting none("HOME", nullptr);
   const NSString known = NSHomeDirectory();
-  ::setenv("HOME", "h", 1);
+  const EnvironmentSetting relative("HOME", "h");
   EXPECT_EQ(NSHomeDirectory(), known);
-  set ? ::setenv("HOME", old.c_str(), 1) : ::unsetenv("HOME");
 }
 
 TEST(NSStringCase, LowersByUnicode) {

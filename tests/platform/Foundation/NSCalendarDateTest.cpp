@@ -11,6 +11,7 @@
 
 #include "platform/Foundation/NSCalendarDate.hpp"
 #include "platform/Foundation/NSDateFormatter.hpp"
+#include "tests/support/EnvironmentSetting.hpp"
 
 namespace nimbo {
 namespace {
@@ -215,8 +216,7 @@ TEST(NSDateFormatter, WritesByStyleAndLocale) {
 }
 
 TEST(NSDateFormatter, WritesAsTheEnvironmentSays) {
-  const char *const names[] = {"LANG", "LC_TIME", "LC_ALL"};
-  const std::string_view cases[][4] = {
+  const char *const cases[][4] = {
       {"de_DE.UTF-8", "", "", "de"},
       {"de_DE", "fr_FR.UTF-8", "", "fr"},
       {"de_DE", "fr_FR", "it_IT.UTF-8", "it"},
@@ -231,11 +231,10 @@ TEST(NSDateFormatter, WritesAsTheEnvironmentSays) {
         .stringFromDate(day)
         .UTF8String();
   };
-  for (const auto &each : cases) {
-    for (std::size_t i = 0; i < std::size(names); ++i) ::setenv(names[i], std::string(each[i]).c_str(), 1);
-    EXPECT_EQ(written(""), written(each[3])) << each[0] << " " << each[1] << " " << each[2];
+  for (const auto &[language, time, all, locale] : cases) {
+    const EnvironmentSetting first("LANG", language), second("LC_TIME", time), third("LC_ALL", all);
+    EXPECT_EQ(written(""), written(locale)) << language << " " << time << " " << all;
   }
-  for (const char *const name : names) ::unsetenv(name);
 }
 
 TEST(ProcessZone, IsWhatTZSays) {

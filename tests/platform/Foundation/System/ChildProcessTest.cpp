@@ -24,6 +24,7 @@
 
 #include "platform/Foundation/System/FileDescriptor.hpp"
 #include "platform/Foundation/System/PrivateFolder.hpp"
+#include "tests/support/EnvironmentSetting.hpp"
 #include "tests/support/Interruptions.hpp"
 #include "tests/support/Processes.hpp"
 #include "tests/support/TemporaryFolder.hpp"
@@ -468,14 +469,11 @@ TEST(PrivateFolder, IsRemovedWithItsContentEvenAfterAKill) {
 }
 
 TEST(PrivateFolder, TellsThatThereIsNoTemporaryFolder) {
-  const char *const set = std::getenv("TMPDIR");
-  const std::string old = set ? set : "";
-  ::setenv("TMPDIR", "/no/such/folder", 1);
+  const EnvironmentSetting setting("TMPDIR", "/no/such/folder");
   NSError error;
   EXPECT_FALSE(PrivateFolder::make(&error));
   const std::string reason = error.localizedFailureReason.UTF8String();
   EXPECT_TRUE(reason.starts_with("no temporary folder can be made: ")) << reason;
-  set ? ::setenv("TMPDIR", old.c_str(), 1) : ::unsetenv("TMPDIR");
 }
 
 }  // namespace
