@@ -37,7 +37,7 @@ ASSIGNMENT = re.compile(r"^ +[^\s(]+ [-+*|&]?= [^{}]*;$")
 # What a call or an assignment changes; a call of a function may change anything.
 CHANGED = re.compile(r" +([\w.>-]+?)(?:(?:\.|->)\w+(?:<[^(]*>)?\(| [-+*|&]?= )")
 NAME = re.compile(r"[A-Za-z_]\w*(?:(?:\.|->)[A-Za-z_]\w*)*")
-SETTER = re.compile(r" +([\w.>-]*\bset(?![a-z])\w*)\(")
+SETTER = re.compile(r" +([\w.>-]*?)\bset(?![a-z])\w*\(")
 
 
 def masked(text):

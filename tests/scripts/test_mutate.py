@@ -26,7 +26,7 @@ KINDS = (
     ("swapped", "a.f(c);\n  b += g(c);", set()),
     ("swapped", "a.b.f();\n  a.c = d;", set()),
     ("swapped", "a->b.f();\n  d = g(a);", {"d = g(a);\n  a->b.f();"}),
-    ("swapped", "a.setX(b);\n  a.setX(c);", set()),
+    ("swapped", "a.setX(b);\n  a.set(c);", set()),
     ("dropped", "a.b->c<int>(x)(y);", {";"}),
     ("dropped", "a.reserve(f());", set()),
     ("error", "if (!a) return false;", {"if (false) return false;"}),
