@@ -184,9 +184,12 @@ TEST(FeedReading, ReadsAndWritesJSONFeed) {
   EXPECT_EQ(id(JSONFeedOfFeed(*feed)), NSJSONSerialization::JSONObjectWithString(string(text)));
 
   const auto old = readFeed(string(
-      R"({"version":"https://jsonfeed.org/version/1","author":{"name":"a"},"items":[{"id":7,"external_url":"x"},3]})"));
+      R"({"version":"https://jsonfeed.org/version/1","icon":"","favicon":"f","authors":[],"author":{"url":"a"},)"
+      R"("items":[{"id":7,"external_url":"x","banner_image":"b","date_modified":"2006-12-25T00:00:00Z",)"
+      R"("tags":["",3,"t"],"attachments":[{"mime_type":"y"},{"url":"e"}]},3]})"));
   ASSERT_TRUE(old);
-  EXPECT_EQ(shown(old->header) + shown(old->items.at(0)), "a:a|l:x|i:7|");
+  EXPECT_EQ(shown(old->header), "a:a|m:f|");
+  EXPECT_EQ(shown(old->items.at(0)), "w:2006-12-25T00:00:00Z|u:2006-12-25T00:00:00Z|l:x|i:7|m:b|#t|e:e|");
   for (const char *other : {"{}", "{\"version\":1}", "{\"version\":\"https://jsonfeed.org/version/1\"", "[]"})
     EXPECT_FALSE(readFeed(string(other))) << other;
 
