@@ -102,8 +102,10 @@ class DesktopSession {
     const std::string ready = folder_.path() / "display";
     const std::string configuration = folder_.path() / "configuration";
     std::ofstream(configuration) << "xwayland disable\nexec echo $WAYLAND_DISPLAY >" << ready << "\n";
-    // The compositor refuses to be started by root.
-    const std::string user = ::getuid() == 0 ? "unshare --user --map-user=1000 --map-group=1000 " : "";
+    // The compositor refuses to be started by root; where the root folder is another, no namespace helps.
+    const bool isRoot = kind == Kind::Wayland && ::getuid() == 0;
+    const std::string user = isRoot ? "setpriv --reuid=1000 --regid=1000 --clear-groups " : "";
+    if (isRoot && ::chown(folder_.path().c_str(), 1000, 1000) != 0) return;
     const std::string command =
         kind == Kind::X11
             ? "exec Xvfb -displayfd 1 -screen 0 64x64x24 -nolisten tcp -noreset >" + ready + " 2>/dev/null"
