@@ -2,12 +2,14 @@
 #pragma once
 
 #include <cstdlib>
+#include <ctime>
 #include <optional>
 #include <string>
 
 namespace nimbo {
 
-/// A variable of the environment has another value, or nil for none, as long as this lives.
+/// A variable of the environment has another value, or nil for none, as long as this lives; of `TZ` the
+/// system's time zone knows.
 class EnvironmentSetting {
  public:
   EnvironmentSetting(const char *name, const char *value) : name_(name) {
@@ -20,7 +22,10 @@ class EnvironmentSetting {
   EnvironmentSetting &operator=(const EnvironmentSetting &) = delete;
 
  private:
-  void set(const char *value) { value ? ::setenv(name_, value, 1) : ::unsetenv(name_); }
+  void set(const char *value) {
+    value ? ::setenv(name_, value, 1) : ::unsetenv(name_);
+    ::tzset();
+  }
 
   const char *name_;
   std::optional<std::string> before_;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
 #include <string>
 
 #include "platform/CSS/CSSSelectorMatcher.hpp"
@@ -268,42 +269,14 @@ TEST(CSSSelector, KnowsTheStatesOfControls) {
 TEST(CSSSelector, KnowsThePseudosThatHoldForNothing) {
   CSSNames names;
   const CSSPage page("<p></>", names);
-  for (const std::string_view state : {"active",
-                                       "autofill",
-                                       "-webkit-autofill",
-                                       "buffering",
-                                       "default",
-                                       "focus",
-                                       "focus-visible",
-                                       "focus-within",
-                                       "fullscreen",
-                                       "future",
-                                       "host",
-                                       "hover",
-                                       "in-range",
-                                       "indeterminate",
-                                       "invalid",
-                                       "local-link",
-                                       "modal",
-                                       "muted",
-                                       "open",
-                                       "out-of-range",
-                                       "past",
-                                       "paused",
-                                       "picture-in-picture",
-                                       "placeholder-shown",
-                                       "playing",
-                                       "popover-open",
-                                       "seeking",
-                                       "stalled",
-                                       "target",
-                                       "target-within",
-                                       "user-invalid",
-                                       "user-valid",
-                                       "valid",
-                                       "visited"}) {
-    EXPECT_EQ(matchesOf(":" + std::string(state), page), "") << state;
-    EXPECT_EQ(matchesOf("p:not(:" + std::string(state) + ")", page), "0") << state;
+  std::istringstream states(
+      "active autofill -webkit-autofill buffering default focus focus-visible focus-within "
+      "fullscreen future host hover in-range indeterminate invalid local-link modal muted open "
+      "out-of-range past paused picture-in-picture placeholder-shown playing popover-open "
+      "seeking stalled target target-within user-invalid user-valid valid visited");
+  for (std::string state; states >> state;) {
+    EXPECT_EQ(matchesOf(":" + state, page), "") << state;
+    EXPECT_EQ(matchesOf("p:not(:" + state + ")", page), "0") << state;
   }
   for (const std::string_view element :
        {"selection", "backdrop", "placeholder", "file-selector-button", "cue", "part", "slotted", "highlight",

@@ -250,8 +250,7 @@ TEST(ProcessZone, IsWhatTZSays) {
   };
   for (const auto &[zone, winter, summer, forward, back, noon] : cases) {
     SCOPED_TRACE(zone);
-    ::setenv("TZ", zone, 1);
-    ::tzset();
+    const EnvironmentSetting setting("TZ", zone);
     const auto moment = [](std::string_view text) { return read(text, u"%d.%m.%Y %H:%M"); };
     EXPECT_EQ(moment("10.1.2007 08:00"), "2007-01-10T" + std::string(winter) + ":00Z");
     EXPECT_EQ(moment("10.7.2007 08:00"), "2007-07-10T" + std::string(summer) + ":00Z");
@@ -260,8 +259,6 @@ TEST(ProcessZone, IsWhatTZSays) {
     const NSDateFormatter formatter(NSDateFormatterNoStyle, NSDateFormatterShortStyle, "en_GB");
     EXPECT_EQ(formatter.stringFromDate(NSDate::dateWithUTC(2007, 7, 10, 12, 0, 0)).UTF8String(), noon);
   }
-  ::unsetenv("TZ");
-  ::tzset();
 }
 
 }  // namespace

@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <tuple>
+
+#include "platform/Foundation/NSStringJoining.hpp"
+#include "tests/importers/ShippedImporters.hpp"
+#include "tests/support/ZipSamples.hpp"
+
+namespace nimbo {
+namespace {
+
+using namespace std::literals;
+
+TEST_F(Importers, Documents) {
+  const NSArray author{u"Rowan Fletcher"_ns}, both{u"Rowan Fletcher"_ns, u"Ash Birch"_ns};
+  const NSArray keywords{u"leaf"_ns, u"quiver"_ns};
+  const NSDate made = NSDate::dateWithUTC(2024, 9, 20, 10, 30, 0);
+  const NSDictionary letter = {
+      {u"kMDItemTitle"_ns, u"Loose leaves"_ns},
+      {u"kMDItemSubject"_ns, u"Leaves"_ns},
+      {u"kMDItemDescription"_ns, u"What was found"_ns},
+      {u"kMDItemAuthors"_ns, author},
+      {u"kMDItemContentCreationDate"_ns, made},
+      {u"kMDItemContentModificationDate"_ns, NSDate::dateWithUTC(2024, 9, 21, 8, 0, 0)},
+      {u"kMDItemNumberOfPages"_ns, 1}};
+  // What is deleted is not there; notes, comments and what stands on every page come last.
+  const NSString body =
+      u"The quiver and the leaf\nGr\u00fc\u00dfe & \u9280\u674f fall.\tTab   blanks\nnext "
+      u"line\noak\nash\na1\na1 "
+      u"below\tb1\n\tb2\nThe end\n"_ns;
+  const NSString last = u"A footnote\nThat is me\nArchive of Loose Leaves\nBelow every page"_ns;
+  const struct {
+    const char *name;
+    NSDictionary attributes;
+    NSString text;
+  } cases[] = {
+      {"letter.fodt", letter, stringByConcatenating(body, last)},
+      {"letter.odt", letter, stringByConcatenating(body, last)},
+      {"letter.docx", letter, stringByConcatenating(body, u"\t", last)},
+      {"table.xlsx",
+       {{u"kMDItemTitle"_ns, u"Quivers"_ns},
+        {u"kMDItemAuthors"_ns, both},
+        {u"kMDItemKeywords"_ns, keywords},
+        {u"kMDItemCreator"_ns, u"Microsoft Excel"_ns},
+        {u"kMDItemContentCreationDate"_ns, made}},
+       u"Leaves\nName\tCount\tPressed\nGingko \u9280\u674f\t12\tTRUE\nOak & ash\t3.5\tlast\nA rare one\nEmpty\n"
+       u"Sums\nName\t15.5"_ns},
+      {"table.ods",
+       {{u"kMDItemTitle"_ns, u"Quivers"_ns}, {u"kMDItemKeywords"_ns, keywords}},
+       u"Leaves\nName\tCount\nGingko \u9280\u674f\t12\nSums\nName\t15.5"_ns},
+      {"talk.odp", {{u"kMDItemAuthors"_ns, author}}, u"First slide\nSay hello\nSecond slide"_ns},
+      {"talk.pptx",
+       {{u"kMDItemTitle"_ns, u"A talk"_ns},
+        {u"kMDItemKeywords"_ns, keywords},
+        {u"kMDItemOrganizations"_ns, NSArray{u"Archive of Loose Leaves"_ns}},
+        {u"kMDItemContentCreationDate"_ns, made},
+        {u"kMDItemNumberOfPages"_ns, 2},
+        {u"kMDItemWordCount"_ns, 9}},
+       u"Shown\nfirst\nSay hello\nShown last\na\tb\nc\td"_ns},
+      {"book.epub",
+       {{u"kMDItemTitle"_ns, u"Loose Leaves"_ns},
+        {u"kMDItemAuthors"_ns, both},
+        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+        {u"kMDItemDescription"_ns, u"What was found"_ns},
+        {u"kMDItemOrganizations"_ns, NSArray{u"The Archive"_ns}},
+        {u"kMDItemLanguages"_ns, NSArray{u"en"_ns}},
+        {u"kMDItemContentCreationDate"_ns, NSDate::dateWithUTC(2024, 9, 20, 0, 0, 0)}},
+       u"First\nSecond\n\n\n\ncaf\u00e9 & more"_ns},
+  };
+  for (const auto &[name, attributes, text] : cases) {
+    SCOPED_TRACE(name);
+    NSError error;
+    const NSDictionary found = metaData(folder.write(name, contentsOfSample("documents/"s + name)), &error);
+    EXPECT_FALSE(error) << error.localizedFailureReason.UTF8String();
+    expectAttributes(found, attributes);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().UTF8String(), text.UTF8String());
+  }
+}
+
+/// A document of `parts`, each with the end of its content type; the first is the main one.
+std::string openXMLDocument(std::initializer_list<std::tuple<const char *, const char *, const char *>> parts,
+                            const char *references = "") {
+  std::string types = "<Types>";
+  ZipParts all;
+  for (const auto &[name, type, content] : parts) {
+    types += "<Override PartName='/"s + name + "' ContentType='application/vnd.openxmlformats-officedocument." +
+             type + "+xml'/>";
+    all.emplace_back(name, content);
+  }
+  const std::string main = all[0].first;
+  all.emplace_back("[Content_Types].xml", types + "</Types>");
+  all.emplace_back("_rels/.rels",
+                   "<Relationships><Relationship Id='r1' Target='" + main + "'/></Relationships>");
+  all.emplace_back("_rels/" + main + ".rels", "<Relationships>"s + references + "</Relationships>");
+  return storedZip(all);
+}
+
+std::string book(const std::string &chapter, const std::string &encrypted) {
+  return storedZip({{"META-INF/container.xml", "<container><rootfile full-path='b.opf'/></container>"},
+                    {"META-INF/encryption.xml",
+                     "<e><EncryptedData><CipherReference URI='" + encrypted + "'/></EncryptedData></e>"},
+                    {"b.opf",
+                     "<package><manifest><item id='a' href='a.xhtml'/><item id='b' href='b.xhtml'/></manifest>"
+                     "<spine><itemref idref='a'/><itemref idref='b'/></spine></package>"},
+                    {"a.xhtml", "<html><body><p>First</p></body></html>"},
+                    {"b.xhtml", chapter}});
+}
+
+TEST_F(Importers, PartsOfDocuments) {
+  constexpr const char *kDocument = "wordprocessingml.document.main";
+  const std::string chapter = "<html><body><p>Second</p></body></html>";
+  std::string gone, headers;
+  for (const std::string name : {"tracked-changes", "forms", "scripts", "binary-data", "note-citation",
+                                 "ruby-text", "title", "desc", "event-listeners", "page-number"})
+    gone += "<" + name + "><p>gone</p></" + name + ">";
+  int number = 0;
+  for (const std::string name :
+       {"header", "footer", "header-left", "footer-left", "header-first", "footer-first"})
+    headers += "<" + name + "><p>" + std::to_string(++number) + "</p></" + name + ">";
+  ZipParts many = {{"content.xml", "<o><p>Blatt</p></o>"}};
+  for (int i = 0; i < 0xffff; ++i) many.emplace_back(std::to_string(i), "");
+  const std::string enough = storedZip(many);
+  many.emplace_back("more", "");
+  const struct {
+    const char *name;
+    std::string bytes;
+    NSString text;
+    ErrorCode code = ErrorCode::none;
+  } cases[] = {
+      // Runs of a text are one text, without its pronunciation; there is no fifth text.
+      {"shared.xlsx",
+       openXMLDocument(
+           {{"book.xml", "spreadsheetml.sheet.main", "<w><sheet name='Leaves' r:id='r2'/></w>"},
+            {"sheet.xml", "spreadsheetml.worksheet",
+             "<s><row><c t='s'><v>1</v></c><c t='s'><v>0</v></c></row>"
+             "<row><c t='s'><v>3</v></c><c t='s'><v>2</v></c><c t='s'><v>4</v></c><c t='s'><v>x</v></c>"
+             "<c t='inlineStr'><is><t>beech</t><rPh><t>bu</t></rPh><r><t>es</t></r></is></c></row></s>"},
+            {"texts.xml", "spreadsheetml.sharedStrings",
+             "<s> <si> <t>oak</t> </si><si><r><t>as</t></r><rPh><t>esche</t></rPh><r><t>h</t></r></si>"
+             "<si><t/></si><si><t>elm</t></si></s>"}},
+           "<Relationship Id='r1' Target='texts.xml'/><Relationship Id='r2' Target='sheet.xml'/>"),
+       u"Leaves\nash\toak\nelm\t\t\t\tbeeches"_ns},
+      // Empty cells are told from each other in front of others alone.
+      {"empty-cells.xlsx",
+       openXMLDocument({{"book.xml", "spreadsheetml.sheet.main", "<w><sheet name='' r:id='r2'/></w>"},
+                        {"sheet.xml", "spreadsheetml.worksheet",
+                         "<s><row><c/><c t='b'><v>0</v></c><c><v/></c><c t='inlineStr'><is><t/></is></c></row>"
+                         "<row><c><v>oak</v></c><c/></row></s>"}},
+                       "<Relationship Id='r1' TargetMode='External' Target='book.xml'/>"
+                       "<Relationship Id='r2' Target='./sheet.xml'/>"),
+       u"\tFALSE\noak"_ns},
+      {"blanks.fodt",
+       "<o><s/><tab/><p>a<s/>b<s c='3'/>c<s c='65'/>d<s c='0'/>e</p> between <p> \n f \t g<line-break/> "
+       "h</p></o>",
+       NSString::stringWithUTF8String("a b   c" + std::string(64, ' ') + "d e\nf g\nh")},
+      {"elements.docx",
+       openXMLDocument({{"a.xml", kDocument,
+                         "<d><p><pPr><tab/><t>gone</t></pPr>out<r><t>a</t><tab/><t>b<t/></t><ptab/><t>c</t><br/"
+                         "><t>d</t><cr/>"
+                         "<t>e</t></r><Fallback><t>gone</t></Fallback><moveFrom><t>gone</t></"
+                         "moveFrom><ruby><rt><t>gone</t></rt>"
+                         "<t>f</t></ruby><fld><t>gone</t></fld></p><tr><tc><p><t>g</t></p></tc><tc><p><t>h</"
+                         "t></p></tc></tr>"
+                         "<tr><tc><p/></tc><tc><p><t>i</t></p></tc></tr><v>gone</v></d>"}}),
+       u"a\tb\tc\nd\nef\ng\th\n\ti"_ns},
+      {"elements.fodt",
+       "<o>gone<p>a" + gone +
+           "b</p><table name='gone'><table-row><table-cell><p>c</p></table-cell>"
+           "<covered-table-cell/><table-cell><h>d</h></table-cell></table-row></"
+           "table><annotation><p>note<creator>gone"
+           "</creator><date>gone</date><date-string>gone</date-string><sender-initials>gone</sender-initials></"
+           "p>"
+           "</annotation>" +
+           headers + "<p>e<note><note-body><p>foot</p></note-body></note>f</p></o>",
+       u"ab\nc\t\td\nef\nfoot\nnote\n1\n2\n3\n4\n5\n6"_ns},
+      // A chart's texts are text, and its numbers are not.
+      {"chart.docx",
+       openXMLDocument(
+           {{"a.xml", kDocument, "<d><p><r><t>re</t><noBreakHyphen/><t>bound</t></r></p></d>"},
+            {"chart.xml", "drawingml.chart",
+             "<c><cat><strCache><ptCount val='2'/><pt><v>oak</v></pt><pt><v>ash</v></pt></strCache></cat>"
+             "<val><numCache><pt><v>12</v></pt></numCache></val></c>"}},
+           "<Relationship Id='r1' Target='chart.xml'/>"),
+       u"re\u2011bound\noak\nash"_ns},
+      {"entity.docx",
+       openXMLDocument({{"a.xml", kDocument, "<!DOCTYPE d [<!ENTITY e 'x'>]><d><p><t>&e;</t></p></d>"}}),
+       NSString(), ErrorCode::damaged},
+      {"empty.docx", openXMLDocument({{"a.xml", kDocument, "<d/>"}}), NSString(), ErrorCode::incomplete},
+      {"locked.docx",
+       "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0') +
+           "E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0"s,
+       NSString(), ErrorCode::locked},
+      {"damaged.docx", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0'), NSString(),
+       ErrorCode::damaged},
+      {"locked.odt", storedZip({{"content.xml", "noise"}}, 1), NSString(), ErrorCode::locked},
+      {"enough.odt", enough, u"Blatt"_ns},
+      {"many.odt", storedZip(many), u"Blatt"_ns, ErrorCode::incomplete},
+      {"open.epub", book(chapter, "font.otf"), u"First\nSecond"_ns},
+      {"locked.epub", book(chapter, "B.xhtml"), u"First"_ns, ErrorCode::locked},
+      {"long.epub", book("<p>Second</p>" + std::string(17 << 20, '\n') + "<p>Third</p>", ""),
+       u"First\nSecond"_ns, ErrorCode::incomplete},
+  };
+  for (const auto &[name, bytes, text, code] : cases) {
+    SCOPED_TRACE(name);
+    NSError error;
+    const NSDictionary found = metaData(folder.write(name, bytes), &error);
+    EXPECT_EQ(error.errorCode(), code) << error.localizedFailureReason.UTF8String();
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().UTF8String(), text.UTF8String());
+  }
+  expectAttributes(metaDataOf("language.fodt", "<o><meta><language>de</language></meta><p>Blatt</p></o>"),
+                   {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
+}
+
+TEST_F(Importers, LongDocumentsAreCut) {
+  constexpr std::uint32_t kMaximumLength = 16 << 20;
+  for (const std::uint32_t length : {kMaximumLength, kMaximumLength + 1}) {
+    NSError error;
+    const NSDictionary found = metaData(
+        folder.write("long.fodt", "<o><p>" + std::string(length - 2, 'x') + "</p><p>\xc3\xb6</p></o>"), &error);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().length(), kMaximumLength);
+    EXPECT_EQ(error.errorCode(), length == kMaximumLength ? ErrorCode::none : ErrorCode::incomplete);
+  }
+}
+
+TEST_F(Importers, EveryKindOfPart) {
+  const char *const text = "<d><p><t>Blatt</t></p></d>";
+  const char *const reference = "<Relationship Id='r2' Target='b.xml'/>";
+  for (const char *type : {"wordprocessingml.document.main", "wordprocessingml.template.main",
+                           "ms-word.document.macroEnabled.main", "ms-word.template.macroEnabledTemplate.main"})
+    EXPECT_EQ(
+        metaDataOf("a.docx", openXMLDocument({{"a.xml", type, text}})).objectForKey(u"kMDItemTextContent"_ns),
+        id(u"Blatt"_ns))
+        << type;
+  for (const char *type : {"presentationml.presentation.main", "ms-powerpoint.presentation.macroEnabled.main",
+                           "presentationml.slideshow.main", "ms-powerpoint.slideshow.macroEnabled.main",
+                           "presentationml.template.main", "ms-powerpoint.template.macroEnabled.main",
+                           "ms-powerpoint.addin.macroEnabled.main"})
+    EXPECT_EQ(metaDataOf("a.pptx", openXMLDocument({{"a.xml", type, "<p><sldId id='256' r:id='r2'/></p>"},
+                                                    {"b.xml", "presentationml.slide", text}},
+                                                   reference))
+                  .objectForKey(u"kMDItemTextContent"_ns),
+              id(u"Blatt"_ns))
+        << type;
+  for (const char *type :
+       {"spreadsheetml.sheet.main", "ms-excel.sheet.macroEnabled.main", "spreadsheetml.template.main",
+        "ms-excel.template.macroEnabled.main", "ms-excel.addin.macroEnabled.main"})
+    EXPECT_EQ(metaDataOf("a.xlsx", openXMLDocument({{"a.xml", type, "<w><sheet name='' r:id='r2'/></w>"},
+                                                    {"b.xml", "spreadsheetml.worksheet",
+                                                     "<s><row><c><v>Blatt</v></c></row></s>"}},
+                                                   reference))
+                  .objectForKey(u"kMDItemTextContent"_ns),
+              id(u"Blatt"_ns))
+        << type;
+  // What a part refers to follows it, what stands on every page last; other parts are no text.
+  EXPECT_EQ(
+      metaDataOf("parts.docx",
+                 openXMLDocument({{"a.xml", "wordprocessingml.document.main", text},
+                                  {"b.xml", "wordprocessingml.footer", "<d><p><t>footer</t></p></d>"},
+                                  {"c.xml", "wordprocessingml.header", "<d><p><t>header</t></p></d>"},
+                                  {"d.xml", "wordprocessingml.comments", "<d><p><t>comment</t></p></d>"},
+                                  {"e.xml", "wordprocessingml.endnotes", "<d><p><t>endnote</t></p></d>"},
+                                  {"f.xml", "wordprocessingml.footnotes", "<d><p><t>footnote</t></p></d>"},
+                                  {"g.xml", "drawingml.chart", "<d><p><t>chart</t></p></d>"},
+                                  {"h.xml", "drawingml.diagramData", "<d><p><t>diagram</t></p></d>"},
+                                  {"i.xml", "drawing", "<d><p><t>drawing</t></p></d>"},
+                                  {"j.xml", "wordprocessingml.styles", "<d><p><t>gone</t></p></d>"}},
+                                 "<Relationship Id='1' Target='b.xml'/><Relationship Id='2' Target='c.xml'/>"
+                                 "<Relationship Id='3' Target='d.xml'/><Relationship Id='4' Target='e.xml'/>"
+                                 "<Relationship Id='5' Target='f.xml'/><Relationship Id='6' Target='g.xml'/>"
+                                 "<Relationship Id='7' Target='h.xml'/><Relationship Id='8' Target='i.xml'/>"
+                                 "<Relationship Id='9' Target='j.xml'/><Relationship Id='10' Target='a.xml'/>"))
+          .objectForKey(u"kMDItemTextContent"_ns),
+      id(u"Blatt\ndrawing\ndiagram\nchart\nfootnote\nendnote\ncomment\nheader\nfooter"_ns));
+}
+
+TEST_F(Importers, PropertiesOfDocuments) {
+  const auto authors = [](const NSString &author) {
+    return std::pair(u"kMDItemAuthors"_ns, id(NSArray{author}));
+  };
+  const struct {
+    const char *name;
+    std::string bytes;
+    NSDictionary attributes;
+  } cases[] = {
+      {"all.fodt",
+       "<o><meta><initial-creator>A</initial-creator><creator>B</creator><title> A\n title </title><title/>"
+       "<language>de</language><generator>Quill</generator><keyword>leaf</keyword><document-statistic "
+       "page-count='3' word-count='21'/></meta><p>Blatt</p></o>",
+       {authors(u"A"_ns),
+        {u"kMDItemTitle"_ns, u"A title"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemCreator"_ns, u"Quill"_ns},
+        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+        {u"kMDItemNumberOfPages"_ns, 3},
+        {u"kMDItemWordCount"_ns, 21}}},
+      {"later.fodt",
+       "<o><meta><creator>B</creator><initial-creator>A</initial-creator></meta><p>Blatt</p></o>",
+       {authors(u"A"_ns)}},
+      {"other.fodt", "<o><meta><creator>B</creator></meta><p>Blatt</p></o>", {authors(u"B"_ns)}},
+      {"all.docx",
+       openXMLDocument({{"a.xml", "wordprocessingml.document.main", "<d><p><t>Blatt</t></p></d>"},
+                        {"b.xml", "core-properties",
+                         "<p><creator> A;; B </creator><keywords>a,b ;c</keywords><subject>S</subject>"
+                         "<language>de</language><modified>2001-01-02T00:00:00Z</modified></p>"},
+                        {"c.xml", "extended-properties",
+                         "<p><Application>Quill</Application><Company>C</Company><Pages>3</Pages>"
+                         "<Words>4 or 5</Words></p>"}}),
+       {{u"kMDItemAuthors"_ns, NSArray{u"A"_ns, u"B"_ns}},
+        {u"kMDItemKeywords"_ns, NSArray{u"a"_ns, u"b"_ns, u"c"_ns}},
+        {u"kMDItemSubject"_ns, u"S"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemContentModificationDate"_ns, NSDate{86400}},
+        {u"kMDItemCreator"_ns, u"Quill"_ns},
+        {u"kMDItemOrganizations"_ns, NSArray{u"C"_ns}},
+        {u"kMDItemNumberOfPages"_ns, 3},
+        {u"kMDItemWordCount"_ns, id()}}},
+      // The first title, language and date are those of the book itself.
+      {"all.epub",
+       storedZip(
+           {{"META-INF/container.xml", "<c><rootfile full-path='b.opf'/><rootfile full-path='other.opf'/></c>"},
+            {"b.opf",
+             "<package><title>One</title><title>Two</title><language>de</language><language>en</language>"
+             "<date>2001-01-02</date><date>2002</date><subject>a</subject><subject>b</subject>"
+             "<manifest><item id='a' href='a.xhtml'/></manifest><spine><itemref idref='none'/>"
+             "<itemref idref='a'/></spine></package>"},
+            {"a.xhtml", "<html><body><p>Blatt</p></body></html>"}}),
+       {{u"kMDItemTitle"_ns, u"One"_ns},
+        {u"kMDItemLanguages"_ns, NSArray{u"de"_ns}},
+        {u"kMDItemContentCreationDate"_ns, NSDate{86400}},
+        {u"kMDItemKeywords"_ns, NSArray{u"a"_ns, u"b"_ns}},
+        {u"kMDItemAuthors"_ns, id()}}},
+  };
+  for (const auto &[name, bytes, attributes] : cases) {
+    SCOPED_TRACE(name);
+    const NSDictionary found = metaDataOf(name, bytes);
+    expectAttributes(found, attributes);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns), id(u"Blatt"_ns));
+  }
+}
+
+TEST_F(Importers, RichText) {
+  folder.write("leaf.rtfd/TXT.rtf",
+               "{\\rtf1{\\info{\\title A title}{\\author A; B}{\\subject S}{\\doccomm D}{\\*\\company C}"
+               "{\\keywords leaf, quiver}{\\creatim\\yr2001\\mo1\\dy1}{\\revtim\\yr2001\\mo1\\dy2}}"
+               "caf\\'e9\\line next\\par}");
+  for (const NSString &path :
+       {folder.string("leaf.rtfd"),
+        folder.write("leaf.rtf", contentsOfFile((folder.path() / "leaf.rtfd/TXT.rtf").native()))}) {
+    NSError error;
+    expectAttributes(metaData(path, &error), {{u"kMDItemTitle"_ns, u"A title"_ns},
+                                              {u"kMDItemAuthors"_ns, NSArray{u"A"_ns, u"B"_ns}},
+                                              {u"kMDItemSubject"_ns, u"S"_ns},
+                                              {u"kMDItemDescription"_ns, u"D"_ns},
+                                              {u"kMDItemOrganizations"_ns, NSArray{u"C"_ns}},
+                                              {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns}},
+                                              {u"kMDItemContentCreationDate"_ns, NSDate{0}},
+                                              {u"kMDItemContentModificationDate"_ns, NSDate{86400}},
+                                              {u"kMDItemTextContent"_ns, u"caf\u00e9\nnext\n"_ns}});
+    EXPECT_FALSE(error);
+  }
+  const NSString letter = metaDataOf("letter.rtf", contentsOfSample("documents/letter.rtf"))
+                              .objectForKey(u"kMDItemTextContent"_ns)
+                              .string();
+  for (const std::u16string_view part :
+       {u"The quiver and the leaf\n", u"Gr\u00fc\u00dfe & \u9280\u674f fall.\tTab   blanks\nnext line\n",
+        u"A footnote"})
+    EXPECT_TRUE(contains(letter, part)) << letter.UTF8String();
+}
+
+}  // namespace
+}  // namespace nimbo
