@@ -154,14 +154,8 @@ void OpenXMLPropertiesHandler::endElement(std::string_view name) {
   const std::string value = simplifiedText(value_);
   value_.clear();
   if (value.empty()) return;
-  if (name == "title")
-    properties_.title = value;
-  else if (name == "subject")
-    properties_.subject = value;
-  else if (name == "description")
-    properties_.description = value;
-  else if (name == "language")
-    properties_.language = value;
+  if (std::string *const text = properties_.textOfElement(name))
+    *text = value;
   else if (name == "creator")
     properties_.authors = listOfText(value, kPersonSeparators);
   else if (name == "keywords")

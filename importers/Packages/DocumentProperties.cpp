@@ -27,6 +27,14 @@ std::vector<std::string> listOfOne(const std::string &text) {
 
 }  // namespace
 
+std::string *DocumentProperties::textOfElement(std::string_view name) noexcept {
+  return name == "title"         ? &title
+         : name == "subject"     ? &subject
+         : name == "description" ? &description
+         : name == "language"    ? &language
+                                 : nullptr;
+}
+
 void DocumentProperties::setAttributes(Attributes &attributes) const {
   setText(attributes, "kMDItemTitle", title);
   setText(attributes, "kMDItemSubject", subject);

@@ -30,6 +30,9 @@ struct DocumentProperties {
   std::optional<std::uint32_t> pages;
   std::optional<std::uint32_t> words;
 
+  /// The text that an element of the Dublin Core sets alike in office documents; nil when there is none.
+  std::string *textOfElement(std::string_view name) noexcept;
+
   void setAttributes(Attributes &attributes) const;
 };
 

@@ -8,16 +8,12 @@
 
 #include <gumbo.h>
 #include <libxml/HTMLparser.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,41 +21,13 @@
 #include "Classes/Characters/UnicharSearches.hpp"
 #include "Classes/Markup/ScanTags.hpp"
 #include "Classes/Markup/TagHandlers.hpp"
+#include "bench/ProcessorTime.hpp"
+#include "bench/RealPages.hpp"
 
 namespace {
 
 using namespace nimbo;
-struct Page {
-  std::string bytes;
-  NSString string;
-};
-using Pages = std::vector<Page>;
-
-/// Of the processor, so that what else runs on the machine counts less.
-double processorSeconds() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-double secondsOf(const std::function<void()> &run) {
-  const double start = processorSeconds();
-  run();
-  return processorSeconds() - start;
-}
-
-Pages pagesIn(const char *folder) {
-  Pages pages;
-  for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (!entry.is_regular_file()) continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    // Whole characters for all, so that each reads the same.
-    const auto string =
-        NSString::stringWithLossyUTF8String(std::string(std::istreambuf_iterator<char>(file), {}));
-    if (string.length() > 0) pages.push_back({string.UTF8String(), string});
-  }
-  return pages;
-}
+using namespace nimbo::bench;
 
 std::uint64_t searchLess(const NSString &page) {
   std::uint64_t count = 0;
@@ -116,7 +84,7 @@ void compare(const char *title, const Pages &pages, int rounds, std::vector<Cont
   for (const Page &page : pages) bytes += sizeof(unichar) * static_cast<double>(page.string.length());
   for (int round = 0; round < rounds; ++round)
     for (Contestant &one : contestants)
-      one.bestSeconds = std::min(one.bestSeconds, secondsOf([&] {
+      one.bestSeconds = std::min(one.bestSeconds, processorSecondsOf([&] {
                                    for (const Page &page : pages) one.run(page);
                                  }));
   std::printf("%s: %zu, %.1f MB of UTF-16\n", title, pages.size(), bytes / 1e6);
@@ -164,7 +132,7 @@ void printGrowth(const Shape &shape, std::size_t maximumBytes) {
     if (shape.isHalfBlank) text.append(text.size(), u' ');
     double best = 1e9;
     for (int round = 0; round < 3; ++round)
-      best = std::min(best, secondsOf([&] {
+      best = std::min(best, processorSecondsOf([&] {
                         // Small ones often enough for the clock.
                         for (std::size_t done = 0; done < 100'000; done += bytes)
                           scanTags(text, [](const TagShape &) {});

@@ -5,7 +5,6 @@
 // before times count. Peers run in turn, and the best round of each is compared.
 //
 //   bench-page FOLDER [ROUNDS [MEGABYTES]]
-#include <time.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -23,23 +22,12 @@
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
 #include "Classes/Pages/NSString+HtmlLinkThumbsAndTitles.hpp"
 #include "Classes/Pages/PageContents.hpp"
+#include "bench/ProcessorTime.hpp"
 
 using namespace nimbo;
+using namespace nimbo::bench;
 
 namespace {
-
-/// Of the processor, so that what else runs on the machine counts less.
-double processorSeconds() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-double secondsOf(const std::function<void()> &run) {
-  const double start = processorSeconds();
-  run();
-  return processorSeconds() - start;
-}
 
 void check(bool good, const std::string &what) {
   if (good) return;
@@ -94,8 +82,8 @@ void compare(const std::vector<Page> &pages, int rounds) {
     check(contents.links.size() >= countLinksOneByOne(page.string), page.name + ": fewer links");
     double scan = 1e9, read = 1e9;
     for (int round = 0; round < rounds; ++round) {
-      scan = std::min(scan, secondsOf([&] { sink += countTags(page.string); }));
-      read = std::min(read, secondsOf([&] { sink += contentsOfPage(page.string).links.size(); }));
+      scan = std::min(scan, processorSecondsOf([&] { sink += countTags(page.string); }));
+      read = std::min(read, processorSecondsOf([&] { sink += contentsOfPage(page.string).links.size(); }));
     }
     ratios.push_back(read / scan);
     std::printf("  %-40s %8u units, %5zu links: %5.2f scans\n", page.name.c_str(), page.string.length(),
@@ -119,7 +107,7 @@ void compare(const std::vector<Page> &pages, int rounds) {
   };
   for (int round = 0; round < rounds; ++round)
     for (Contestant &one : contestants)
-      one.bestSeconds = std::min(one.bestSeconds, secondsOf([&] {
+      one.bestSeconds = std::min(one.bestSeconds, processorSecondsOf([&] {
                                    for (const Page &page : pages) one.run(page.string);
                                  }));
   std::ranges::sort(ratios);
@@ -158,7 +146,7 @@ void measureGrowth(double megabytes) {
         const NSString page = NSString::stringWithCharacters(text);
         double best = 1e9;
         for (int round = 0; round < 3; ++round)
-          best = std::min(best, secondsOf([&] {
+          best = std::min(best, processorSecondsOf([&] {
                             NSDictionary thumbs, titles;
                             if (areThumbs)
                               getLinkThumbs(page, &thumbs, &titles, NSURL(), true);

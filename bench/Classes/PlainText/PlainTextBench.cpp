@@ -3,11 +3,10 @@
 // on all of them in one file, in turns in one run; and how the time grows on hostile pages from 1 KB to 100 MB.
 //
 //     bench-plain-text FOLDER [COMMAND]     the pages of a folder; and the command "quiverleaf" as a whole
-//     process bench-plain-text --growth             hostile pages
+//     bench-plain-text --growth             hostile pages
 //
 // Times are those of the processor, because the machine may be busy.
 #include <sys/resource.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -21,6 +20,7 @@
 
 #include "Classes/Markup/ScanTags.hpp"
 #include "Classes/PlainText/NSString+Html2Text.hpp"
+#include "bench/ProcessorTime.hpp"
 
 using namespace nimbo;
 
@@ -40,20 +40,17 @@ double secondsOf(const timeval &time) {
 }
 
 /// The processor's time in this process, and in its children that have ended.
-double processorSeconds() {
+double secondsWithChildren() {
   rusage children;
   ::getrusage(RUSAGE_CHILDREN, &children);
-  timespec own;
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &own);
-  return static_cast<double>(own.tv_sec) + static_cast<double>(own.tv_nsec) / 1e9 +
-         secondsOf(children.ru_utime) + secondsOf(children.ru_stime);
+  return bench::processorSeconds() + secondsOf(children.ru_utime) + secondsOf(children.ru_stime);
 }
 
 template <class Work>
 double seconds(Work work) {
-  const double begin = processorSeconds();
+  const double begin = secondsWithChildren();
   work();
-  return processorSeconds() - begin;
+  return secondsWithChildren() - begin;
 }
 
 template <class Work>

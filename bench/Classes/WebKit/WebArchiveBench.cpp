@@ -4,8 +4,6 @@
 //     bench-web-archive FOLDER    the pages of a folder, each as an archive
 //
 // Times are those of the processor, because the machine may be busy.
-#include <time.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -19,18 +17,14 @@
 #include "Classes/PlainText/NSString+Html2Text.hpp"
 #include "Classes/WebKit/WebArchive+SearchableText.hpp"
 #include "Classes/WebKit/WebArchive+WebKitAdditions.hpp"
+#include "bench/ProcessorTime.hpp"
 
 using namespace nimbo;
+using namespace nimbo::bench;
 
 namespace {
 
 constexpr int kRounds = 31;
-
-double processorSeconds() {
-  timespec time;
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 /// Runs both in turns, and gives the median of what each takes.
 template <class First, class Second>

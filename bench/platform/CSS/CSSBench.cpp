@@ -5,8 +5,6 @@
 //
 //     bench-css            the sheet, and the styles of a page
 //     bench-css FOLDER     the ".css" files of a folder beside it
-#include <time.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -17,28 +15,22 @@
 #include <string>
 #include <vector>
 
+#include "bench/ProcessorTime.hpp"
 #include "platform/CSS/CSSRuleIndex.hpp"
 #include "platform/CSS/CSSStyleSheet.hpp"
 
 using namespace nimbo;
+using namespace nimbo::bench;
 
 namespace {
 
 constexpr int kRounds = 30;
 
-double processorSeconds() {
-  timespec time;
-  ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
-
 template <class Work>
 double bestSeconds(Work work) {
   double best = std::numeric_limits<double>::infinity();
   for (int round = 0; round < kRounds; ++round) {
-    const double begin = processorSeconds();
-    work();
-    best = std::min(best, processorSeconds() - begin);
+    best = std::min(best, processorSecondsOf(work));
   }
   return best;
 }

@@ -7,55 +7,24 @@
 //   bench-html-tree FOLDER [ROUNDS [MEGABYTES]]
 
 #include <gumbo.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/Foundation/NSString.hpp"
+#include "bench/ProcessorTime.hpp"
+#include "bench/RealPages.hpp"
 #include "platform/WebKit/HTMLDocument.hpp"
 
 namespace {
 
 using namespace nimbo;
-
-struct Page {
-  std::string bytes;
-  NSString string;
-};
-using Pages = std::vector<Page>;
-
-/// Of the processor, so that what else runs on the machine counts less.
-double processorSeconds() {
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
-}
-
-Page pageOfText(const NSString &string) {
-  return {string.UTF8String(), string};
-}
-
-Pages pagesIn(const char *folder) {
-  Pages pages;
-  for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (!entry.is_regular_file()) continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    const auto string =
-        NSString::stringWithLossyUTF8String(std::string(std::istreambuf_iterator<char>(file), {}));
-    if (string.length() > 0) pages.push_back(pageOfText(string));
-  }
-  return pages;
-}
+using namespace nimbo::bench;
 
 std::size_t textBytes(const HTMLDocument &document) {
   std::size_t bytes = 0;

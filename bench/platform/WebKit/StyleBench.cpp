@@ -8,23 +8,20 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <string>
 #include <vector>
 
+#include "bench/ProcessorTime.hpp"
 #include "platform/WebKit/HTMLDocument.hpp"
 #include "platform/WebKit/Style/StyleResolver.hpp"
 
 namespace {
 
 using namespace nimbo;
+using namespace nimbo::bench;
 using namespace nimbo::detail;
 
 constexpr std::size_t kMegabyte = 1 << 20;
-
-double secondsOfProcessor() {
-  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
 
 std::u16string wide(const std::string &text) {
   return {text.begin(), text.end()};
@@ -83,12 +80,12 @@ void measure(std::size_t pageLength, std::size_t sheetLength) {
   HTMLDocument page = HTMLDocument::documentWithText(text);
   std::vector<AuthorSheet> sheets;
   if (sheetLength != 0) sheets.push_back({makeSheet(sheetLength), {}, {}});
-  const double start = secondsOfProcessor();
+  const double start = processorSeconds();
   StyleResolver resolver(page, sheets);
-  const double begun = secondsOfProcessor();
+  const double begun = processorSeconds();
   Totals totals;
   walk(page, resolver, page.rootElement(), resolver.rootStyle(), totals);
-  const double reading = begun - start, styling = secondsOfProcessor() - begun;
+  const double reading = begun - start, styling = processorSeconds() - begun;
   if (totals.bold == 0 || (totals.blue != 0) != (sheetLength != 0)) {
     std::fprintf(stderr, "The styles are wrong.\n");
     std::exit(1);

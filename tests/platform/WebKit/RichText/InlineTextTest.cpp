@@ -6,16 +6,6 @@
 namespace nimbo::detail {
 namespace {
 
-struct Case {
-  std::u16string_view html;
-  std::string_view expected;
-};
-
-void expectText(std::initializer_list<Case> cases) {
-  for (const Case &test : cases)
-    EXPECT_EQ(plainDump(test.html), test.expected) << NSString::stringWithCharacters(test.html).UTF8String();
-}
-
 TEST(InlineText, WhiteSpaceCollapsesAcrossElements) {
   expectText({
       {u"<p> a  b\n\tc ", "a b c|"},

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tests/platform/WebKit/RichText/PageDump.hpp"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <sstream>
 #include <vector>
@@ -111,6 +113,11 @@ std::string wordsOf(const NSParagraphStyle &style) {
   return words.in('<', '>');
 }
 
+void expectDumps(std::initializer_list<ExpectedDump> pages, std::string (*dumpOf)(std::u16string_view)) {
+  for (const auto &[html, dump] : pages)
+    EXPECT_EQ(dumpOf(html), dump) << NSString::stringWithCharacters(html).UTF8String();
+}
+
 }  // namespace
 
 PageText textOfHTML(std::u16string_view html, const PageTextOptions &options) {
@@ -163,6 +170,18 @@ std::string paragraphDump(const NSAttributedString &text) {
 
 std::string paragraphDump(std::u16string_view html) {
   return paragraphDump(textOfHTML(html).text);
+}
+
+void expectText(std::initializer_list<ExpectedDump> pages) {
+  expectDumps(pages, plainDump);
+}
+
+void expectRuns(std::initializer_list<ExpectedDump> pages) {
+  expectDumps(pages, runDump);
+}
+
+void expectParagraphs(std::initializer_list<ExpectedDump> pages) {
+  expectDumps(pages, paragraphDump);
 }
 
 }  // namespace nimbo::detail

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -22,5 +23,14 @@ std::string runDump(std::u16string_view html);
 /// What is not standard of each paragraph, with its first characters: "<center before=12>Title".
 std::string paragraphDump(const NSAttributedString &text);
 std::string paragraphDump(std::u16string_view html);
+
+/// A page and the dump that is expected of it.
+struct ExpectedDump {
+  std::u16string_view html;
+  std::string_view dump;
+};
+void expectText(std::initializer_list<ExpectedDump> pages);
+void expectRuns(std::initializer_list<ExpectedDump> pages);
+void expectParagraphs(std::initializer_list<ExpectedDump> pages);
 
 }  // namespace nimbo::detail

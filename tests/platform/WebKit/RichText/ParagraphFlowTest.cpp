@@ -6,22 +6,6 @@
 namespace nimbo::detail {
 namespace {
 
-struct Case {
-  std::u16string_view html;
-  std::string_view expected;
-};
-
-void expectParagraphs(std::initializer_list<Case> cases) {
-  for (const Case &test : cases)
-    EXPECT_EQ(paragraphDump(test.html), test.expected)
-        << NSString::stringWithCharacters(test.html).UTF8String();
-}
-
-void expectRuns(std::initializer_list<Case> cases) {
-  for (const Case &test : cases)
-    EXPECT_EQ(runDump(test.html), test.expected) << NSString::stringWithCharacters(test.html).UTF8String();
-}
-
 TEST(ParagraphFlow, DistancesAreThoseOfCollapsedMargins) {
   expectParagraphs({
       {u"<!doctype html><p>a<p>b", "<before=12 after=12>a|<after=12>b|"},

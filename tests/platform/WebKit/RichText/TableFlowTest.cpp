@@ -13,17 +13,6 @@
 namespace nimbo::detail {
 namespace {
 
-struct Case {
-  std::u16string_view html;
-  std::string_view expected;
-};
-
-void expectParagraphs(std::initializer_list<Case> cases) {
-  for (const Case &test : cases)
-    EXPECT_EQ(paragraphDump(test.html), test.expected)
-        << NSString::stringWithCharacters(test.html).UTF8String();
-}
-
 TEST(TableFlow, CellsStandWhereABrowserPutsThem) {
   expectParagraphs({
       {u"<table><tr><td>a<td>b<tr><td><td>d</table>",
