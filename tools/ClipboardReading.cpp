@@ -11,7 +11,7 @@
 #include "Classes/Pasteboard/NSPasteboard+NimboPasteboardSupport.hpp"
 #include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
-#include "tools/ClipboardWriting.hpp"
+#include "tools/Clipboard.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/Pictures.hpp"
@@ -48,6 +48,11 @@ bool isOneOf(const NSString &type, const Types &types) {
   return std::ranges::find(types, type) != types.end();
 }
 
+/// Whether it is a whole PNG file; what another program calls one need not be.
+bool isPNG(const NSData &data) {
+  return data.view().starts_with("\x89PNG\r\n\x1a\n") && data.view().ends_with("IEND\xae\x42\x60\x82");
+}
+
 /// What a reader answers. Raises `InputError` when that is nil.
 template <class Value>
 const Value &checked(const Value &value, const NSError &error) {
@@ -59,7 +64,8 @@ const Value &checked(const Value &value, const NSError &error) {
 class Clipboard {
  public:
   /// `wanted` are types in order of preference, `what` they are stands in the reason when there is none.
-  Clipboard(std::initializer_list<Types> wanted, const char *what) {
+  Clipboard(std::initializer_list<Types> wanted, const char *what, double seconds)
+      : clipboard_(clipboardWithin(seconds)), seconds_(seconds) {
     NSError error;
     const Types types = clipboard_.types(&error);
     for (const Types &some : wanted) {
@@ -87,16 +93,16 @@ class Clipboard {
     return checked(readableText(string()),
                    NSError::errorWithCode(ErrorCode::incomplete, "its page has no text"));
   }
-  NSData picture(double seconds) const {
-    NSData picture = data();
-    if (type_ == PNGPboardType && picture.length() > 0) return picture;
-    return makePicture({.what = "picture", .type = u"public.png"_ns, .seconds = seconds}, picture,
+  NSData picture() const {
+    const NSData picture = data();
+    if (type_ == PNGPboardType && isPNG(picture)) return picture;
+    return makePicture({.what = "picture", .type = u"public.png"_ns, .seconds = seconds_}, picture,
                        kClipboardName);
   }
 
   /// Rich text of rich text, of a URL, of a picture or, for any other type, of text.
-  NSAttributedString richText(double seconds) const {
-    if (isOneOf(type_, pictureTypes())) return attachment(picture(seconds));
+  NSAttributedString richText() const {
+    if (isOneOf(type_, pictureTypes())) return attachment(picture());
     if (isOneOf(type_, URLTypes())) return link();
     if (!isOneOf(type_, richTypes())) return NSAttributedString(string());
     NSError error;
@@ -118,45 +124,46 @@ class Clipboard {
     return NSAttributedString(NSString::stringWithCharacters(&NSAttachmentCharacter, 1), Interned(attributes));
   }
 
-  const NSPasteboard clipboard_ = NSPasteboard::generalPasteboard();
+  const NSPasteboard clipboard_;
+  const double seconds_;
   NSString type_;
 };
 
 }  // namespace
 
-NSArray clipboardTypes() {
+NSArray clipboardTypes(double seconds) {
   NSError error;
   NSArray names = NSArray::array();
-  for (const NSString &type : NSPasteboard::generalPasteboard().types(&error)) names.addObject(type);
+  for (const NSString &type : clipboardWithin(seconds).types(&error)) names.addObject(type);
   if (error) throw InputError(kClipboardName, error);
   return names;
 }
 
-NSString clipboardText() {
-  const Clipboard clipboard({textTypes(), {NSHTMLPboardType}, richTypes(), URLTypes()}, "text");
+NSString clipboardText(double seconds) {
+  const Clipboard clipboard({textTypes(), {NSHTMLPboardType}, richTypes(), URLTypes()}, "text", seconds);
   if (clipboard.type() == NSHTMLPboardType) return clipboard.readablePage();
-  return isOneOf(clipboard.type(), richTypes()) ? readableText(clipboard.richText(0)) : clipboard.string();
+  return isOneOf(clipboard.type(), richTypes()) ? readableText(clipboard.richText()) : clipboard.string();
 }
 
-NSString clipboardPage() {
-  const Clipboard clipboard({{NSHTMLPboardType}, richTypes(), URLTypes(), textTypes()}, "text");
-  return clipboard.type() == NSHTMLPboardType ? clipboard.string() : markupOfRichText(clipboard.richText(0));
+NSString clipboardPage(double seconds) {
+  const Clipboard clipboard({{NSHTMLPboardType}, richTypes(), URLTypes(), textTypes()}, "text", seconds);
+  return clipboard.type() == NSHTMLPboardType ? clipboard.string() : markupOfRichText(clipboard.richText());
 }
 
 NSData clipboardPicture(double seconds) {
-  return Clipboard({pictureTypes()}, "picture").picture(seconds);
+  return Clipboard({pictureTypes()}, "picture", seconds).picture();
 }
 
 HelperClient::Answer clipboardRichText(HelperClient &client, double seconds) {
   const Clipboard clipboard({richTypes(), {NSHTMLPboardType}, URLTypes(), textTypes(), pictureTypes()},
-                            "text and no picture");
+                            "text and no picture", seconds);
   if (clipboard.type() == NSHTMLPboardType) {
     const std::string page = pageDeclaringUTF8(clipboard.string()).UTF8String();
     return client.RTFDWithHTML(NSData::dataWithBytes(page.data(), page.size()), NSString(), false);
   }
   HelperClient::Answer answer;
   answer.status = HelperClient::Status::answered;
-  const NSAttributedString text = clipboard.richText(seconds);
+  const NSAttributedString text = clipboard.richText();
   answer.result = RTFDFromRange(text, {0, text.length()});
   return answer;
 }

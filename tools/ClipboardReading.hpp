@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 //
-// What the clipboard holds, converted to what is asked for. Each raises `InputError` when there is nothing that
-// can be converted.
+// What the clipboard holds, converted to what is asked for, within these seconds. Each raises `InputError` when
+// there is nothing that can be converted.
 #pragma once
 
 #include <string_view>
@@ -14,13 +14,13 @@
 namespace nimbo {
 
 /// The names of its types, in the order of who wrote it.
-NSArray clipboardTypes();
+NSArray clipboardTypes(double seconds);
 
 /// Its text: plain, else a table, else what a person reads of a page or of rich text, else a URL.
-NSString clipboardText();
+NSString clipboardText(double seconds);
 /// Its page: the source, else one of rich text, of a URL with its name, or of plain text.
-NSString clipboardPage();
-/// Its picture as a PNG file, within these seconds.
+NSString clipboardPage(double seconds);
+/// Its picture as a PNG file.
 NSData clipboardPicture(double seconds);
 
 /// Its rich text as RTFD data: with attachments or without, else of a page, of which the helper makes it, of a

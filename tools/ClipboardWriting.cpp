@@ -7,7 +7,7 @@
 #include "Classes/Pasteboard/NSString+NimboPasteboardSupport.hpp"
 #include "Classes/Pasteboard/NSURL+NimboPasteboardSupport.hpp"
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
-#include "platform/AppKit/Pasteboard/NSPasteboard.hpp"
+#include "tools/Clipboard.hpp"
 #include "tools/InputFile.hpp"
 #include "tools/InputText.hpp"
 #include "tools/ReadableText.hpp"
@@ -35,10 +35,10 @@ class Offers {
     add(NSRTFPboardType, rtf ? rtf : RTFFromRange(text, all));
   }
 
-  void copy() const {
+  void copy(double seconds) const {
     if (types_.empty()) throw InputError(kClipboardName, "there is nothing to copy");
     NSError error;
-    const NSPasteboard clipboard = NSPasteboard::generalPasteboard();
+    const NSPasteboard clipboard = clipboardWithin(seconds);
     bool isCopied = clipboard.declareTypes(types_, &error);
     for (std::size_t i = 0; isCopied && i < types_.size(); ++i)
       isCopied = clipboard.setData(data_[i], types_[i], &error);
@@ -52,40 +52,39 @@ class Offers {
 
 }  // namespace
 
-void copyText(const NSString &text) {
+void copyText(const NSString &text, double seconds) {
   NSError error;
-  if (!copyToPasteboard(text, NSPasteboard::generalPasteboard(), &error))
-    throw InputError(kClipboardName, error);
+  if (!copyToPasteboard(text, clipboardWithin(seconds), &error)) throw InputError(kClipboardName, error);
 }
 
-void copyURL(const NSURL &url, const NSString &title) {
+void copyURL(const NSURL &url, const NSString &title, double seconds) {
   NSError error;
-  const NSPasteboard clipboard = NSPasteboard::generalPasteboard();
+  const NSPasteboard clipboard = clipboardWithin(seconds);
   const bool isCopied = title ? copyToPasteboardWithTitle(url, clipboard, title, &error)
                               : copyToPasteboard(url, clipboard, &error);
   if (!isCopied) throw InputError(kClipboardName, error);
 }
 
-void copyPicture(const NSData &tiff, const NSData &png) {
+void copyPicture(const NSData &tiff, const NSData &png, double seconds) {
   Offers offers;
   offers.add(PNGPboardType, png);
   offers.add(NSTIFFPboardType, tiff);
-  offers.copy();
+  offers.copy(seconds);
 }
 
-void copyRichText(const NSAttributedString &text, const NSData &rtf) {
+void copyRichText(const NSAttributedString &text, const NSData &rtf, double seconds) {
   Offers offers;
   offers.addRichText(text, rtf);
   offers.add(NSStringPboardType, readableText(text));
-  offers.copy();
+  offers.copy(seconds);
 }
 
-void copyPage(const NSString &page, const NSAttributedString &text) {
+void copyPage(const NSString &page, const NSAttributedString &text, double seconds) {
   Offers offers;
   offers.add(NSHTMLPboardType, pageDeclaringUTF8(page));
   offers.addRichText(text, NSData());
   offers.add(NSStringPboardType, readableText(page));
-  offers.copy();
+  offers.copy(seconds);
 }
 
 }  // namespace nimbo

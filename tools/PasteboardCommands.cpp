@@ -11,6 +11,7 @@
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "platform/Foundation/NSURL.hpp"
+#include "tools/Clipboard.hpp"
 #include "tools/ClipboardReading.hpp"
 #include "tools/ClipboardWriting.hpp"
 #include "tools/ExitCode.hpp"
@@ -63,13 +64,14 @@ int copyRTF(const std::string &file, const CopyOptions &options) {
   const bool isFolder = file != "-" && std::filesystem::is_directory(file, unknown);
   const NSData data = isFolder ? NSData() : readInput(file, options.timeoutSeconds);
   if (isRTF(data)) {
-    copyRichText(initWithRTF(data), data);
+    copyRichText(initWithRTF(data), data, options.timeoutSeconds);
     return kExitAnswered;
   }
   if (file == "-") throw InputError(nameOfInput(file), "is no RTF");
   const auto answer = clientWithOptions(options).attributedStringWithContentsOfFile(pathOfFile(file));
-  return report(answer, file, [](const id &result) {
-    copyRichText(initWithRTFD(result.dictionary().objectForKey(u"Rtfd"_ns).data()), NSData());
+  return report(answer, file, [&](const id &result) {
+    copyRichText(initWithRTFD(result.dictionary().objectForKey(u"Rtfd"_ns).data()), NSData(),
+                 options.timeoutSeconds);
   });
 }
 
@@ -77,8 +79,9 @@ int copyHTML(const std::string &file, const CopyOptions &options) {
   const NSData html = readInput(file, options.timeoutSeconds);
   if (html.length() == 0) throw InputError(nameOfInput(file), "the file is empty");
   const auto answer = clientWithOptions(options).RTFDWithHTML(html, baseOfFile(file), false);
-  return report(answer, nameOfInput(file),
-                [&](const id &result) { copyPage(textOfData(html), initWithRTFD(result.data())); });
+  return report(answer, nameOfInput(file), [&](const id &result) {
+    copyPage(textOfData(html), initWithRTFD(result.data()), options.timeoutSeconds);
+  });
 }
 
 NSData pictureOfFile(const std::string &file, const NSString &type, const NSData &input, double seconds) {
@@ -89,7 +92,8 @@ NSData pictureOfFile(const std::string &file, const NSString &type, const NSData
 int copyImage(const std::string &file, const CopyOptions &options) {
   const NSData input = file == "-" ? readInput(file, options.timeoutSeconds) : NSData();
   const NSData tiff = pictureOfFile(file, u"public.tiff"_ns, input, options.timeoutSeconds);
-  copyPicture(tiff, pictureOfFile(file, u"public.png"_ns, input, options.timeoutSeconds));
+  const NSData png = pictureOfFile(file, u"public.png"_ns, input, options.timeoutSeconds);
+  copyPicture(tiff, png, options.timeoutSeconds);
   return kExitAnswered;
 }
 
@@ -107,11 +111,13 @@ int runCopy(const CopyOptions &options, const Operands &operands) {
   if (options.image) return copyImage(pathOfFileArgument(*options.image), options);
   if (options.url)
     copyURL(URLOfOperand(*options.url),
-            options.title ? NSString::stringWithLossyUTF8String(*options.title) : NSString());
+            options.title ? NSString::stringWithLossyUTF8String(*options.title) : NSString(),
+            options.timeoutSeconds);
   else if (!operands.empty())
-    copyText(joined(operands));
+    copyText(joined(operands), options.timeoutSeconds);
   else
-    copyText(textOfInput(options.file ? pathOfFileArgument(*options.file) : "-", options.timeoutSeconds));
+    copyText(textOfInput(options.file ? pathOfFileArgument(*options.file) : "-", options.timeoutSeconds),
+             options.timeoutSeconds);
   return kExitAnswered;
 }
 
@@ -139,15 +145,15 @@ int runPaste(const PasteOptions &options, const Operands & /*operands*/) {
   const std::string_view form = options.as ? std::string_view(*options.as) : "text";
   if (options.types) {
     refuseOptions(options, {"as", "output"}, "--types");
-    writeResult(clipboardTypes(), options);
+    writeResult(clipboardTypes(options.timeoutSeconds), options);
     return kExitAnswered;
   }
   refuseOptions(options, {"pretty", "plist"}, "paste without --types");
   if (form == "rtfd") return pasteRichText(options);
   if (form == "text") {
-    writeString(clipboardText(), options.output);
+    writeString(clipboardText(options.timeoutSeconds), options.output);
   } else if (form == "html") {
-    writeString(clipboardPage(), options.output);
+    writeString(clipboardPage(options.timeoutSeconds), options.output);
   } else {
     if (!options.output && ::isatty(STDOUT_FILENO))
       throw UsageError("a terminal shows no picture; -o names a file for it");

@@ -10,7 +10,6 @@
 namespace nimbo {
 namespace {
 
-constexpr std::size_t kShortestMetaTag = 3;
 constexpr std::u16string_view kCharsetField = u"CHARSET";
 
 /// The name in a meta tag: that of the content type in its "content", else its own "charset"; empty when none.
@@ -36,8 +35,7 @@ bool retrieveEncoding(const TagShape &tag, NSMutableString &result) {
     case TagName::kXml:
       return tag.tag()[1] == u'?' && setUnlessEmpty(result, tag.attribute("ENCODING"));
     case TagName::kMeta:
-      return tag.tag().size() >= kShortestMetaTag && !tag.isEndTag() &&
-             setUnlessEmpty(result, decoded(charsetOfMetaTag(tag)).view());
+      return !tag.isEndTag() && setUnlessEmpty(result, decoded(charsetOfMetaTag(tag)).view());
     case TagName::kBody:
       return true;
     default:

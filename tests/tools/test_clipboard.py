@@ -144,6 +144,11 @@ class ClipboardTest(CommandTestCase):
         self.assertEqual(size_of_png(self.folder / "out.png"), (30, 20))
         self.paste("--as", "rtfd", "-o", "out.rtfd")
         self.assertEqual(size_of_png(self.folder / "out.rtfd" / "picture.png"), (30, 20))
+        # What another program calls a PNG need not be one.
+        self.offer("image/png", self.xclip("-o", "-t", "image/tiff"))
+        self.assertEqual(struct.unpack(">II", self.paste("--as", "png")[16:24]), (30, 20))
+        self.offer("image/png", b"no picture")
+        self.assert_fails(8, "no image", "paste", "--as", "png")
         terminal, inside = os.openpty()
         self.addCleanup(os.close, terminal)
         self.addCleanup(os.close, inside)
@@ -189,6 +194,7 @@ class ClipboardTest(CommandTestCase):
             *((3, "holds no text", "paste", "--as", form) for form in ("text", "html")),
             (3, "holds no text and no picture", "paste", "--as", "rtfd", "-o", "out.rtfd"),
             (3, "holds no picture", "paste", "--as", "png"),
+            *((4, "in time", *arguments, "--timeout", "0.001") for arguments in (["paste"], ["paste", "--types"], ["copy", "a"])),
             (1, "needs -o", "paste", "--as", "rtfd"),
             (1, "--as", "paste", "--as", "pdf"),
             (1, "does nothing", "paste", "--types", "-o", "x"),

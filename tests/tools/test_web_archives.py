@@ -52,15 +52,16 @@ class WebArchiveTest(CommandTestCase):
         self.file("page.html", PAGE.encode())
 
     def create(self, page, *missing):
-        """The archive of a page, which tells what is missing in it."""
+        """The archive of a page, which tells what is missing in it, and why."""
         done = self.run_command("webarchive", "--create", page, "-o", "out.webarchive")
         self.assertEqual((done.returncode, done.stdout), (0, b""), done.stderr)
-        lines = sorted(line.split(": ")[1] for line in done.stderr.decode().splitlines())
+        lines = sorted(line.removeprefix("quiverleaf: ") for line in done.stderr.decode().splitlines())
         self.assertEqual(lines, sorted(missing))
         return plistlib.loads((self.folder / "out.webarchive").read_bytes())
 
     def test_a_page_is_collected_with_all_that_it_shows(self):
-        archive = self.create("page.html", "g.jpg", "http://example.org/h.png", "missing.css", "page.html")
+        gone = (f"{name}: there is no such file" for name in ("g.jpg", "missing.css"))
+        archive = self.create("page.html", *gone, "http://example.org/h.png: the file is not on this machine", "page.html: is a frame of itself")
         inner = ("inner.xhtml", [], [])
         resources = ["badge.png", "caf%C3%A9.webp", "css/b.css", "css/c.css", "css/f.woff2", "d.gif", "f.png", "icon.ico", "poster.avif", "sub%20dir/e.png", "what%3Fnow.png"]
         self.assertEqual(names(archive, self.folder), ("page.html", resources, [("frame.html", ["d.gif"], [inner])]))
@@ -78,19 +79,21 @@ class WebArchiveTest(CommandTestCase):
     def test_nothing_but_what_pages_show_leaves_the_machine(self):
         self.file("secret", b"secret")
         self.file("secret.txt", b"secret")
-        frames = f"<iframe src=secret.txt></iframe><link rel=stylesheet href=secret><img src=secret.txt><img src=file://host/d.gif><img src=x:{self.folder}/d.gif>"
+        frames = f"<iframe src=secret.txt></iframe><link rel=stylesheet href=secret><img src=secret.txt><img src=file://host/d.gif><img src=x:{self.folder}/d.gif><img src=http://x:y/>"
         self.file("curious.html", frames.encode())
-        archive = self.create("curious.html", "secret.txt", "secret", "secret.txt", "file://host/d.gif", f"x:{self.folder}/d.gif")
+        odd = (f"{name}: the file has not the name of what the page wants" for name in ("secret.txt", "secret", "secret.txt"))
+        far = (f"{name}: the file is not on this machine" for name in ("file://host/d.gif", f"x:{self.folder}/d.gif"))
+        archive = self.create("curious.html", *odd, *far, "http://x:y/: is no URL")
         self.assertEqual(names(archive, self.folder), ("curious.html", [], []))
 
     def test_frames_that_show_each_other_end(self):
         self.file("a.html", b"<iframe src=b.html></iframe>" * 3)
         self.file("b.html", b"<iframe src=a.html></iframe>")
-        archive = self.create("a.html", *["a.html"] * 3)
+        archive = self.create("a.html", *["a.html: is a frame of itself"] * 3)
         self.assertEqual(names(archive, self.folder), ("a.html", [], [("b.html", [], [])] * 3))
         for number in range(70):
             self.file(f"{number}.html", f"<iframe src={number + 1}.html></iframe>".encode())
-        self.create("0.html", "64.html")
+        self.create("0.html", "64.html: is nested too deeply")
 
     def test_what_goes_wrong(self):
         self.assert_fails(7, "no such file", "webarchive", "--create", "missing.html", "-o", "out")

@@ -50,7 +50,9 @@ class DesktopPasteboard final : public PasteboardServer {
  public:
   NSString name() const override { return u"general"_ns; }
 
-  bool isAvailable(NSError *error) const override { return run(u"check"_ns, {}, -1, error).has_value(); }
+  bool isAvailable(NSError *error) const override {
+    return run(u"check"_ns, {}, -1, deadline(), error).has_value();
+  }
 
   std::int64_t changeCount() const override {
     const std::scoped_lock lock(mutex_);
@@ -58,7 +60,7 @@ class DesktopPasteboard final : public PasteboardServer {
   }
 
   std::vector<NSString> types(NSError *error) const override {
-    const auto output = run(u"types"_ns, {}, -1, error);
+    const auto output = run(u"types"_ns, {}, -1, deadline(), error);
     std::vector<NSString> targets;
     for (std::string_view left = output ? output->view() : std::string_view(); !left.empty();) {
       const std::size_t end = std::min(left.find('\n'), left.size());
@@ -78,7 +80,7 @@ class DesktopPasteboard final : public PasteboardServer {
     FileDescriptor own(ends[0]);
     const FileDescriptor feed(ends[1]);
     std::vector<PasteboardOffer> offers = offersOfTypes(types);
-    if (!run(u"own"_ns, namesOf(offers), feed.get(), error)) return false;
+    if (!run(u"own"_ns, namesOf(offers), feed.get(), deadline_, error)) return false;
     ++changeCount_;
     types_.assign(types.begin(), types.end());
     offers_ = std::move(offers);
@@ -111,7 +113,7 @@ class DesktopPasteboard final : public PasteboardServer {
       setError(error, ErrorCode::incomplete, "the clipboard holds no data of this type");
       return {};
     }
-    const auto output = run(u"read"_ns, namesOf(targets), -1, error);
+    const auto output = run(u"read"_ns, namesOf(targets), -1, deadline(), error);
     if (!output) return {};
     const auto nameBytes =
         static_cast<std::uint32_t>(std::min(output->view().find('\n'), output->view().size()));
@@ -120,6 +122,11 @@ class DesktopPasteboard final : public PasteboardServer {
     return target == targets.end()
                ? NSData()
                : dataFromTarget(*target, output->subdataWithRange({nameBytes + 1, output->length()}), error);
+  }
+
+  void setDeadline(const Deadline &deadline) override {
+    const std::scoped_lock lock(mutex_);
+    deadline_ = deadline;
   }
 
  private:
@@ -132,7 +139,7 @@ class DesktopPasteboard final : public PasteboardServer {
   /// What the program writes; nothing when it fails: `*error` says why. It reads the input, unless that is
   /// negative.
   static std::optional<NSData> run(const NSString &command, const std::vector<NSString> &targets, int input,
-                                   NSError *error) {
+                                   const Deadline &deadline, NSError *error) {
     std::size_t nameBytes = 0;
     for (const NSString &target : targets) nameBytes += target.UTF8String().size() + 1;
     if (nameBytes > kMaximumNamesBytes) {
@@ -141,9 +148,10 @@ class DesktopPasteboard final : public PasteboardServer {
     }
     NSTask task{
         .launchPath = NSString::stringWithFileSystemRepresentation(installedProgram("quiverleaf-pasteboard")),
-        .arguments = {command, NSString::stringWithUTF8String(std::to_string(kStepSeconds))},
+        .arguments = {command, NSString::stringWithUTF8String(
+                                   std::to_string(std::min(kStepSeconds, deadline.remaining())))},
         .standardInputDescriptor = input,
-        .deadline = Deadline::after(kWholeSeconds),
+        .deadline = earliest(Deadline::after(kWholeSeconds), deadline),
         .maximumOutputBytes = kMaximumContentBytes + kMaximumTypeNameBytes + 1,
         .standardOutput = NSTask::Output::collected};
     if (task.launchPath.length() == 0) {
@@ -151,7 +159,11 @@ class DesktopPasteboard final : public PasteboardServer {
       return std::nullopt;
     }
     task.arguments.insert(task.arguments.end(), targets.begin(), targets.end());
-    const auto result = task.run(error);
+    NSError failure;
+    const auto result = task.run(&failure);
+    if (!result && failure.errorCode() == ErrorCode::timeLimit)
+      setError(&failure, ErrorCode::timeLimit, "there is no answer in time");
+    if (!result && error) *error = failure;
     if (!result) return std::nullopt;
     if (result->terminationStatus == 0) return result->standardOutput;
     // The libraries of the desktop tell something before it, too.
@@ -236,7 +248,7 @@ class DesktopPasteboard final : public PasteboardServer {
                                       record.data ? record.data.length() : PasteboardRecord::kMissing};
     std::string head(sizeof numbers, '\0');
     std::memcpy(head.data(), &numbers, sizeof numbers);
-    const Deadline deadline = Deadline::after(kSendingSeconds);
+    const Deadline deadline = earliest(Deadline::after(kSendingSeconds), deadline_);
     return sendAll(head + record.names, deadline, error) && sendAll(record.data.view(), deadline, error);
   }
 
@@ -254,7 +266,7 @@ class DesktopPasteboard final : public PasteboardServer {
         owner_.close();
         setError(error, isLate ? ErrorCode::timeLimit : ErrorCode::other,
                  isLate ? "the owner of the clipboard does not take the data in time"
-                        : "another program has copied something since");
+                        : "another program has copied something since, or the desktop is gone");
         return false;
       }
       pollfd waited = {owner_.get(), POLLOUT, 0};
@@ -263,7 +275,13 @@ class DesktopPasteboard final : public PasteboardServer {
     return true;
   }
 
+  Deadline deadline() const {
+    const std::scoped_lock lock(mutex_);
+    return deadline_;
+  }
+
   mutable std::mutex mutex_;
+  Deadline deadline_;
   std::int64_t changeCount_ = 0;
   std::vector<NSString> types_, given_;
   std::vector<PasteboardOffer> offers_;

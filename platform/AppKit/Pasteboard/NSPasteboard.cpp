@@ -98,4 +98,8 @@ id NSPasteboard::propertyListForType(const NSString &type, NSError *error) const
   return data ? NSPropertyListSerialization::propertyListFromData(data, nullptr, error) : id();
 }
 
+void NSPasteboard::setDeadline(const Deadline &deadline) const {
+  server().setDeadline(deadline);
+}
+
 }  // namespace nimbo

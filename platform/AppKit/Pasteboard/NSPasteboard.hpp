@@ -11,6 +11,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/SharedPointer.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 #include "platform/Foundation/id.hpp"
 
 namespace NIMBO_PUBLIC nimbo {
@@ -61,8 +62,8 @@ class NSPasteboard {
   bool declareTypes(std::span<const NSString> types, NSError *error = nullptr) const;
   /// The same.
   bool declareTypes(std::initializer_list<NSString> types, NSError *error = nullptr) const;
-  /// Sets the data of a declared type. False when it is not declared, the data is nil or somebody else has
-  /// copied something since; `*error` says so.
+  /// Sets the data of a declared type. False when it is not declared, the data is nil, or somebody else has
+  /// copied something since or the desktop is gone; `*error` says so.
   bool setData(const NSData &data, const NSString &type, NSError *error = nullptr) const;
   /// Sets a string, as UTF-8.
   bool setString(const NSString &string, const NSString &type, NSError *error = nullptr) const;
@@ -75,6 +76,10 @@ class NSPasteboard {
   NSString stringForType(const NSString &type, NSError *error = nullptr) const;
   /// The property list that is there; nil as above, and when it is none.
   id propertyListForType(const NSString &type, NSError *error = nullptr) const;
+
+  /// By when what is asked of it from now on, through whatever handle, must be answered; never at first. It
+  /// shortens what the programs of the desktop have anyway; a pasteboard of this process waits for nobody.
+  void setDeadline(const Deadline &deadline) const;
 
   /// Whether this is not nil.
   explicit operator bool() const noexcept { return static_cast<bool>(server_); }

@@ -8,6 +8,7 @@
 #include "platform/Foundation/NSData.hpp"
 #include "platform/Foundation/NSError.hpp"
 #include "platform/Foundation/SharedPointer.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 
 namespace nimbo::detail {
 
@@ -32,6 +33,8 @@ class PasteboardServer : public ReferenceCounted {
   virtual bool setData(const NSData &data, const NSString &type, NSError *error) = 0;
   /// The data of a type; nil when there is none.
   virtual NSData dataForType(const NSString &type, NSError *error) const = 0;
+  /// By when what is asked from now on must be answered, where other programs take part in that.
+  virtual void setDeadline(const Deadline &) {}
 };
 
 /// That of nil, which answers why nothing comes of it.

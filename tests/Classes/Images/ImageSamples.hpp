@@ -46,11 +46,11 @@ inline CGImage drawnPixels(const NSImage &image) {
 /// A representation without pixels, which draws nothing, or raises a failure.
 class EmptyRep final : public NSImageRep {
  public:
-  explicit EmptyRep(NSImageRepClass kind, NSSize size = {8, 8}, bool fails = false)
-      : kind_(kind), size_(size), fails_(fails) {}
+  explicit EmptyRep(NSImageRepClass kind, NSSize size = {8, 8}, bool fails = false, bool hasAlpha = false)
+      : kind_(kind), size_(size), fails_(fails), hasAlpha_(hasAlpha) {}
   NSImageRepClass representationClass() const override { return kind_; }
   NSSize size() const override { return size_; }
-  bool hasAlpha() const override { return false; }
+  bool hasAlpha() const override { return hasAlpha_; }
 
  private:
   bool draw(NSGraphicsContext &, const NSRect &, const NSRect &, NSCompositingOperation, double,
@@ -61,7 +61,7 @@ class EmptyRep final : public NSImageRep {
 
   NSImageRepClass kind_;
   NSSize size_;
-  bool fails_;
+  bool fails_, hasAlpha_;
 };
 
 }  // namespace nimbo

@@ -71,12 +71,14 @@ TEST(Redrawing, PutsTheRightThingBehind) {
   image.setBackgroundColor({0, 255, 0});
   expectHalves(imageWithSize(image, {8, 8}), 8, 8, kRed, kGreen);
   // White is behind what has no pixels, whatever the image's background is.
-  NSImage vector = NSImage::imageWithSize({8, 8});
-  vector.setBackgroundColor({0, 255, 0});
-  expectHalves(imageWithSize(vector, {4, 4}), 4, 4, kClear, kClear);
-  vector.addRepresentation(makeShared<EmptyRep>(NSImageRepClass::PDF));
-  expectHalves(imageWithSize(vector, {4, 4}), 4, 4, kWhite, kWhite);
-  EXPECT_EQ(vector.backgroundColor(), (NSColor{0, 255, 0}));
+  for (const bool hasAlpha : {false, true}) {
+    NSImage vector = NSImage::imageWithSize({8, 8});
+    vector.setBackgroundColor({0, 255, 0});
+    expectHalves(imageWithSize(vector, {4, 4}), 4, 4, kClear, kClear);
+    vector.addRepresentation(makeShared<EmptyRep>(NSImageRepClass::PDF, NSSize{8, 8}, false, hasAlpha));
+    expectHalves(imageWithSize(vector, {4, 4}), 4, 4, kWhite, kWhite);
+    EXPECT_EQ(vector.backgroundColor(), (NSColor{0, 255, 0}));
+  }
 }
 
 TEST(Redrawing, InterpolatesAsAsked) {

@@ -236,6 +236,7 @@ TEST(RelativeLinks, AreRepairedAndResolved) {
       {"mailto:http://x/", "http://x/"},
       {"emailto:a@b", "mailto:a@b"},
       {":http://ttp://x/", "http://ttp://x/"},
+      {"ttps://http://x/", "http://x/"},
       {"%22http://x/%22", "http://x/"},
       {"https://%20http://x/", "http://x/"},
       // What is normalised keeps its references and escapes.

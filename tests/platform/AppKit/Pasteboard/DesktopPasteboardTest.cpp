@@ -266,6 +266,19 @@ TEST_P(DesktopPasteboard, LetsOthersWaitForData) {
   EXPECT_EQ(pasted.get(), "late");
 }
 
+TEST_P(DesktopPasteboard, AnswersByItsDeadline) {
+  session_->copy("there", "UTF8_STRING");
+  pasteboard_.setDeadline(Deadline::after(0));
+  NSError errors[4];
+  EXPECT_FALSE(pasteboard_.isAvailable(&errors[0]));
+  EXPECT_TRUE(pasteboard_.types(&errors[1]).empty());
+  EXPECT_FALSE(pasteboard_.dataForType(NSStringPboardType, &errors[2]));
+  EXPECT_FALSE(pasteboard_.declareTypes({NSStringPboardType}, &errors[3]));
+  for (const NSError &error : errors) EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
+  pasteboard_.setDeadline(Deadline::never());
+  EXPECT_EQ(read(NSStringPboardType), "there");
+}
+
 TEST_P(DesktopPasteboard, TellsWhenSomebodyElseHasCopied) {
   const std::int64_t count = pasteboard_.changeCount();
   ASSERT_TRUE(pasteboard_.declareTypes({NSStringPboardType}));
@@ -274,7 +287,8 @@ TEST_P(DesktopPasteboard, TellsWhenSomebodyElseHasCopied) {
   EXPECT_TRUE(session_->isGone("quiverleaf-pasteboard"));
   NSError error;
   EXPECT_FALSE(pasteboard_.setString(u"a"_ns, NSStringPboardType, &error));
-  EXPECT_EQ(error.localizedFailureReason, u"another program has copied something since"_ns);
+  EXPECT_EQ(error.localizedFailureReason,
+            u"another program has copied something since, or the desktop is gone"_ns);
   EXPECT_EQ(read(NSStringPboardType), "other");
 }
 
