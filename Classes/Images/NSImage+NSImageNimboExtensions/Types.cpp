@@ -47,7 +47,6 @@ NSString tellingSubtype(const NSString &MIMEType) {
   constexpr std::u16string_view kUnregistered = u"x-";
   constexpr std::size_t kShortest = 2;
   std::u16string_view subtype = MIMEType.view().substr(MIMEType.view().find(u'/') + 1);
-  if (subtype.size() < kShortest) return NSString();
   if (subtype.starts_with(kUnregistered)) subtype.remove_prefix(kUnregistered.size());
   if (subtype.size() < kShortest) return NSString();
   return NSString::stringWithCharacters(subtype.substr(subtype.rfind(u'.') + 1));

@@ -114,7 +114,7 @@ TEST(PDFAttributedText, ReadsWhatADocumentMaySay) {
        pageOfContent(other, font("Odd", "/Flags 32 /FontWeight 300")),
        {"Odd 12 300|x\n"}},
       {"a name before a descriptor",
-       pageOfContent(other, font("Odd-Light", "/Flags 32 /FontWeight 700")),
+       pageOfContent(other, font("Odd-Light", "/Flags 262176 /FontWeight 700")),
        {"Odd 12 300|x\n"}},
       {"a font of flags alone", pageOfContent(other, font("Odd", "/Flags 262240")), {"Odd 12 700 italic|x\n"}},
       {"a name longer than MuPDF keeps",
