@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "platform/Foundation/NSFileManager.hpp"
+#include "platform/Foundation/NSPathUtilities.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/ExtendedAttributes.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
@@ -46,6 +47,10 @@ NSString companionPath(const NSString &path) {
       (file.parent_path() / ("._" + file.filename().native())).native());
 }
 
+std::string nameOfCompanion(const NSString &path) {
+  return "the companion \"" + lastPathComponent(path).UTF8String() + "\"";
+}
+
 /// The companion's content; `*exists` gets whether there is something by its name.
 std::optional<AppleDouble> companionAtPath(const NSString &path, bool *exists, NSError *error) {
   std::uint64_t size = 0;
@@ -57,7 +62,7 @@ std::optional<AppleDouble> companionAtPath(const NSString &path, bool *exists, N
     if (file) setError(&reason, ErrorCode::tooLarge, "the companion is too large");
   } else if (const NSData data = readData(file.get(), size, kMaximumForkLength, &reason)) {
     result = AppleDouble::appleDoubleWithData(data);
-    if (!result) setError(&reason, ErrorCode::damaged, "the companion \"._name\" is damaged or another file");
+    if (!result) setError(&reason, ErrorCode::damaged, nameOfCompanion(path) + " is damaged or another file");
   }
   if (!result && error) *error = reason;
   return result;
@@ -89,7 +94,7 @@ bool writeForkToCompanion(const NSData &fork, const NSString &path, NSError *err
   if (!companion) companion = AppleDouble::companion();
   companion->setEntry(AppleDouble::kResourceFork, fork);
   if (writeDataToFile(companion->data(), path, true)) return true;
-  setError(error, ErrorCode::unreadable, "the companion \"._name\" cannot be written");
+  setError(error, ErrorCode::unreadable, nameOfCompanion(path) + " cannot be written");
   return false;
 }
 
