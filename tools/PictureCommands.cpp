@@ -50,8 +50,9 @@ NSString pathOfOperand(const char *command, const std::string &file) {
 
 /// Where a picture goes, and in which size.
 struct PictureOutput {
-  PictureOutput(const std::optional<std::string> &output, const std::optional<std::string> &size)
-      : side(numberOfPixels(size)) {
+  PictureOutput(const std::optional<std::string> &output, const std::optional<std::string> &size,
+                std::uint32_t mostPixels = kMaximumPictureSide)
+      : side(numberOfPixels(size, mostPixels)) {
     if (!output && size) throw UsageError("--size needs -o, the file to write");
     if (!output) return;
     file = *output;
@@ -169,10 +170,9 @@ int runPoster(const PosterOptions &options, const Operands &operands) {
 
 int runSheet(const SheetOptions &options, const Operands &operands) {
   constexpr std::uint32_t kUsualSide = 192;
-  const PictureOutput output(options.output, options.size);
+  const PictureOutput output(options.output, options.size, kThumbnailSide);
   if (output.file.empty()) throw UsageError("sheet needs -o SHEET.png, the file to write");
   const std::uint32_t side = output.side.value_or(kUsualSide);
-  if (side > kThumbnailSide) throw UsageError("pictures of a sheet have 256 pixels at most");
   HelperClient client = clientWithOptions(options);
   // Without a helper there would be no pictures at all.
   HelperClient::Answer failure;

@@ -16,9 +16,6 @@ namespace nimbo {
 
 namespace {
 
-/// The longest side that a picture may have.
-constexpr std::uint32_t kMaximumSide = 32'767;
-
 /// What `make` answers; raises `InputError` when it is nil.
 NSData checked(const std::string &name, const auto &make) {
   NSError error;
@@ -42,13 +39,13 @@ NSString typeOfPictureFile(const std::string &file) {
   return NSString::stringWithCharacters(found->type);
 }
 
-std::optional<std::uint32_t> numberOfPixels(const std::optional<std::string> &option) {
+std::optional<std::uint32_t> numberOfPixels(const std::optional<std::string> &option, std::uint32_t most) {
   if (!option) return std::nullopt;
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(option->data(), option->data() + option->size(), number);
-  if (error != std::errc() || end != option->data() + option->size() || number == 0 || number > kMaximumSide)
-    throw UsageError("--size takes a number of pixels from 1 to " + std::to_string(kMaximumSide) + ", not '" +
-                     *option + "'");
+  if (error != std::errc() || end != option->data() + option->size() || number == 0 || number > most)
+    throw UsageError("--size takes a number of pixels from 1 to " + std::to_string(most) + ", not '" + *option +
+                     "'");
   return number;
 }
 

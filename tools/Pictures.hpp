@@ -13,9 +13,12 @@ namespace nimbo {
 /// TIFF, PNG, JPEG and WebP.
 NSString typeOfPictureFile(const std::string &file);
 
-/// The number of pixels that an option names; nothing without one. Raises `UsageError` for what is no such
-/// number.
-std::optional<std::uint32_t> numberOfPixels(const std::optional<std::string> &option);
+/// The longest side that a picture may have.
+inline constexpr std::uint32_t kMaximumPictureSide = 32'767;
+
+/// The number of pixels that an option names; nothing without one. Raises `UsageError` for what is no number
+/// from 1 to `most`.
+std::optional<std::uint32_t> numberOfPixels(const std::optional<std::string> &option, std::uint32_t most);
 
 /// Makes a picture in a process of its own, since this one has none of the libraries that it takes. Raises
 /// `InputError`, which calls the input `name`.

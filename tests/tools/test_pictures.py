@@ -155,7 +155,7 @@ class PicturesTest(CommandTestCase):
             (1, "needs -o SHEET.png", "sheet", "mixed"),
             (1, "not 'out.bmp'", "image", "photo.png", "-o", "out.bmp"),
             *((1, "--size takes", "image", "photo.png", "-o", "out.png", "--size", size) for size in ("0", "-1", "x", "32768", "")),
-            (1, "256 pixels at most", "sheet", "mixed", "-o", "out.png", "--size", "257"),
+            (1, "from 1 to 256, not '257'", "sheet", "mixed", "-o", "out.png", "--size", "257"),
             (1, "needs -o OUT.pdf", "topdf", "page.ps", "-o", ""),
             (7, "missing: there is no such file", "image", "missing"),
             (7, "missing: there is no such file", "image", "missing", "-o", "out.png", "--size", "600"),
