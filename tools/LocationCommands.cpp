@@ -41,7 +41,7 @@ int runLocation(const LocationOptions &options, const Operands &operands) {
   if (options.create != options.output.has_value()) throw UsageError("--create and --output go together");
   if (options.create && operands.size() > 1) throw UsageError("--create takes one URL");
   if (options.create) {
-    refuseOptions(options, {"pretty", "plist"}, "--create");
+    refuseOptions(options, {"timeout", "pretty", "plist"}, "--create");
     return createLocation(operands.front(), *options.output);
   }
   NSArray urls = NSArray::array();

@@ -157,6 +157,7 @@ int runPoster(const PosterOptions &options, const Operands &operands) {
       answer.result = NSDictionary::dictionary();
     return reportPicture(answer, file, output, options);
   }
+  refuseOptions(options, {"no-start", "wait", "pretty", "plist"}, "--cover");
   if (output.file.empty()) throw UsageError("--cover needs -o, the file to write");
   writeFile(makePicture({.what = "cover",
                          .path = path,
