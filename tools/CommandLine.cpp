@@ -81,7 +81,7 @@ const std::vector<Option> &commonOptions() {
   static const std::vector<Option> options = {
       {"no-start", &CommonOptions::noStart, nullptr, "do not start a helper when none is registered"},
       {"timeout", &CommonOptions::timeoutSeconds, "SECONDS",
-       "how long the work, or a pause of the input, may take (default 15)"},
+       "how long the helper's work, or a pause of the input, may take (default 15)"},
       {"wait", &CommonOptions::waitingSeconds, "SECONDS",
        "how long to wait for the work to begin (default 300)"},
       {"pretty", &CommonOptions::pretty, nullptr, "indent the JSON"},

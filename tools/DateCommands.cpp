@@ -37,8 +37,8 @@ const std::vector<Command> &dateCommands() {
         .summary = "the moments that texts name as dates",
         .description = R"(
 Prints an array with the moment of each text, ISO 8601 in UTC, and null for a text that is no date,
-of which there is a line on standard error, too; the exit status is 3 then. Texts without a zone
-are in the one of TZ.)",
+of which there is a line on standard error, too, unless it is blank; the exit status is 3 then.
+Texts without a zone are in the one of TZ.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
         .takesEmptyOperands = true,

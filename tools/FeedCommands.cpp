@@ -103,7 +103,7 @@ const std::vector<Command> &feedCommands() {
 Prints an array of the items of a feed (RSS, RDF, Atom, JSON Feed): "title", "description",
 "content", "author", "tags", "enclosures", "calendarDate" (now, when the item has none), "date" (as
 the feed has it), "link", and "id", "published", "updated" and "image" when there are any. --html
-prints a page, in which nothing of the feed runs. FILE "-" is standard input.)",
+prints a page, in which no script of the feed runs without --as-given. FILE "-" is standard input.)",
         .minimumOperands = 1,
         .maximumOperands = 1,
         .asksHelper = false},

@@ -131,7 +131,7 @@ ended.)",
         .summary = "end the helper",
         .description = R"(
 Ends the helper that is registered when the request under way is done, and waits until it is gone. One that is
-not gone after 2 seconds is killed.)",
+not gone after 2 seconds is killed. --timeout is how long it tries to reach one that takes no connections.)",
         .asksHelper = false,
         .printsValue = false},
        runStop},

@@ -73,7 +73,8 @@ const std::vector<Command> &locationCommands() {
         .summary = "the URLs of location files, or a new one",
         .description = R"(
 Prints a JSON array with the URL of each file: a property list (.webloc and its like), a shortcut (.url)
-or a desktop entry of type Link. One that has none is told, and null. FILE "-" is standard input.
+or a desktop entry of type Link. One that has none is told, and among several null stands for it. FILE
+"-" is standard input.
 With --create there is a URL in the place of FILE, which is written to the output; the extension of that says
 in which form.)",
         .minimumOperands = 1,

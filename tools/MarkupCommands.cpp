@@ -136,7 +136,7 @@ one tag for the scanner, its end included.)",
 Prints an array of what the scanner meets: "kind" (1 tag, 2 comment, 3 marked section), "name"
 (null when there is none), "tag" and "text" (the tag, and the text in front of it: location and
 length in UTF-16 units). The last entry stands for the end, with kind 0, and has the text behind the
-last tag. FILE "-" is standard input.)",
+last tag; of an empty file there is none. FILE "-" is standard input.)",
         .minimumOperands = 1,
         .maximumOperands = 1,
         .asksHelper = false},

@@ -106,7 +106,8 @@ const std::vector<Command> &pageCommands() {
         .description = R"(
 Prints an object with the page's title, its base and canonical URL, its date, icon, keywords,
 description, author and so on, as they are written; "MetaAttributes" has all its meta tags by their
-names, cleaned. What the page does not say is left out. FILE "-" is standard input.)",
+names, cleaned. What the page does not say is left out, but for the title, which is empty then. FILE "-"
+is standard input.)",
         .minimumOperands = 1,
         .maximumOperands = 1,
         .asksHelper = false},
@@ -123,7 +124,7 @@ but the last are for the links. FILE "-" is standard input.)",
         .asksHelper = false},
        runLinks,
        {{"containing", &LinksOptions::containing, "TEXT", "those whose text contains this"},
-        {"nofollow", &LinksOptions::noFollow, nullptr, "none that the page forbids to follow"},
+        {"nofollow", &LinksOptions::noFollow, nullptr, "none whose tag says rel=nofollow"},
         {"filtered", &LinksOptions::filtered, nullptr, "none to feeds and scripts"},
         {"details", &LinksOptions::details, nullptr, "every place of a URL, with its tag and text"}}},
   };

@@ -201,7 +201,7 @@ printed. With --text, of a PDF and of PostScript, "String" and what "quiverleaf 
        {{"text", &ThumbnailOptions::text, nullptr, "the text of a PDF or of PostScript, too"},
         {"spotlight", &ThumbnailOptions::spotlight, nullptr, "ask the metadata importers for that text first"},
         {"output", &ThumbnailOptions::output, "FILE", "the picture to write (-o)"},
-        {"size", &ThumbnailOptions::size, "N", "the pixels of the written picture's longer side"}}},
+        {"size", &ThumbnailOptions::size, "N", "the most pixels of the written picture's longer side"}}},
       {{.name = "topdf",
         .operands = "FILE",
         .summary = "PostScript, or what else has a form as PDF, as PDF",

@@ -85,7 +85,8 @@ network is left out.)",
         .description = R"(
 Writes a folder, which -o names: the text, as a browser shows it, in TXT.rtf, its pictures beside it. FILE "-"
 is standard input. Style sheets and pictures are loaded from this machine and its local network, and from
-elsewhere with --remote; what does not come within 15 seconds is left out. Scripts are not run.)",
+elsewhere with --remote; what does not come within 15 seconds, which a page has beyond --timeout, is left
+out. Scripts are not run.)",
         .minimumOperands = 1,
         .maximumOperands = 1,
         .printsValue = false},

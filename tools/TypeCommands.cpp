@@ -41,7 +41,8 @@ const std::vector<Command> &typeCommands() {
         .description = R"(
 Prints a JSON array with the type of each file, a uniform type identifier as "com.adobe.pdf": by its name,
 and where that says nothing by its content. It is the type that importers are chosen by. One of which nothing
-is known is "public.data"; where there is no such file, that is told, and null. FILE "-" is standard input.)",
+is known is "public.data". A file that is not there is told, and among several null stands for it. FILE "-" is
+standard input.)",
         .minimumOperands = 1,
         .maximumOperands = kAnyNumberOfOperands,
         .asksHelper = false},
