@@ -12,7 +12,7 @@ inline const std::string kClipboardName = "the clipboard";
 
 /// The clipboard, which has these seconds from now on for all that is asked of it.
 inline NSPasteboard clipboardWithin(double seconds) {
-  const NSPasteboard clipboard = NSPasteboard::generalPasteboard();
+  NSPasteboard clipboard = NSPasteboard::generalPasteboard();
   clipboard.setDeadline(Deadline::after(seconds));
   return clipboard;
 }

@@ -94,7 +94,7 @@ class Clipboard {
                    NSError::errorWithCode(ErrorCode::incomplete, "its page has no text"));
   }
   NSData picture() const {
-    const NSData picture = data();
+    NSData picture = data();
     if (type_ == PNGPboardType && isPNG(picture)) return picture;
     return makePicture({.what = "picture", .type = u"public.png"_ns, .seconds = seconds_}, picture,
                        kClipboardName);

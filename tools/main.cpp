@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <csignal>
 #include <exception>
+#include <new>
 
 #include "platform/Foundation/NSLog.hpp"
 #include "tools/CommandLine.hpp"
@@ -63,6 +64,9 @@ int main(int argumentCount, char **arguments) {
   } catch (const InputError &error) {
     writeMessage(error.what());
     return error.code() == ErrorCode::timeLimit ? kExitTimedOut : exitCodeForError(error.code());
+  } catch (const std::bad_alloc &) {
+    writeMessage("there is not enough memory");
+    return kExitNil;
   } catch (const std::exception &error) {
     writeMessage(error.what());
     return kExitNil;

@@ -107,11 +107,21 @@ std::string magicType(const std::string &head) {
   return type ? type : std::string();
 }
 
+/// GIO's guess at the content. It looks for "<svg" alone, which also stands inside of pages.
+std::string typeOfContent(const std::string &head) {
+  const std::string type = guessType(nullptr, &head);
+  if (type != "image/svg+xml") return type;
+  const auto element = firstElementOfMarkup(head);
+  if (!element || *element == "svg") return type;
+  if (element->empty()) return "text/plain";
+  return head.find("<?xml") < head.find("<svg") ? "application/xml" : "text/html";
+}
+
 /// GIO's guess at markup once nothing hides its first element; empty when nothing does, or it knows no more
 /// then.
 std::string typeOfHiddenMarkup(const std::string &head) {
   const std::string markup = unhiddenMarkup(head);
-  std::string type = markup.empty() ? std::string() : guessType(nullptr, &markup);
+  std::string type = markup.empty() ? std::string() : typeOfContent(markup);
   return isBroad(type) ? std::string() : type;
 }
 
@@ -141,14 +151,17 @@ std::string_view contentTypeForContent(const RandomAccessFile &file, const char 
   if (head.empty()) return std::string_view();
   if (ambiguousName) return contentTypeForMIMEType(guessType(ambiguousName, &head));
 
+  // Before the markup in it is taken for its own.
+  if (head.starts_with("bplist"))
+    return head.find("WebMainResource") == head.npos ? contentTypeForKey("application/x-bplist")
+                                                     : contentTypeForKey(".webarchive");
   std::string type = containerMIMEType(file);
   if (type.empty()) type = typeOfHiddenMarkup(head);
-  if (type.empty()) type = guessType(nullptr, &head);
+  if (type.empty()) type = typeOfContent(head);
   const std::string_view contentType = contentTypeForMIMEType(type);
   if (!isBroad(type) && !contentType.empty()) return contentType;
   if (beginsLikePDF(head)) return contentTypeForKey("application/pdf");
   if (beginsLikeMail(head)) return contentTypeForKey("message/rfc822");
-  if (head.starts_with("bplist")) return contentTypeForKey("application/x-bplist");
   if (type == "text/plain" && beginsLikeProse(head)) return contentType;
   // GIO's broad answer stands unless libmagic knows something that has a name of its own.
   const std::string_view special = contentTypeForKey(magicType(head));

@@ -9,6 +9,8 @@
 namespace nimbo {
 namespace {
 
+constexpr std::string_view kMark = "\xef\xbb\xbf";
+
 /// Markup of one byte a character when the text is UTF-16 that begins with "<"; else empty.
 std::string narrowMarkup(std::string_view head) {
   std::string narrow;
@@ -16,6 +18,11 @@ std::string narrowMarkup(std::string_view head) {
     for (const char16_t unit : unitsOfUTF16(head, *order))
       narrow.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
   return narrow.starts_with('<') ? narrow : std::string();
+}
+
+void removeWhiteSpace(std::string_view &text) {
+  const auto isBlank = [](char c) { return isASCIIWhiteSpace(c); };
+  text.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(text, isBlank) - text.begin()));
 }
 
 /// Takes what ends with `end` off the front; all, when that is not there.
@@ -29,15 +36,13 @@ std::string_view takeUpTo(std::string_view &text, std::string_view end) {
 }  // namespace
 
 std::string unhiddenMarkup(std::string_view head) {
-  constexpr std::string_view kMark = "\xef\xbb\xbf";
   const std::string narrow = narrowMarkup(head);
   if (!narrow.empty()) head = narrow;
   if (head.starts_with(kMark)) head.remove_prefix(kMark.size());
   bool isHidden = !narrow.empty();
   std::string plain;
   while (true) {
-    const auto isBlank = [](char c) { return isASCIIWhiteSpace(c); };
-    head.remove_prefix(static_cast<std::size_t>(std::ranges::find_if_not(head, isBlank) - head.begin()));
+    removeWhiteSpace(head);
     if (head.starts_with("<!--")) {
       takeUpTo(head, "-->");
       isHidden = true;
@@ -48,6 +53,28 @@ std::string unhiddenMarkup(std::string_view head) {
     }
   }
   return isHidden && head.starts_with('<') ? plain.append(head) : std::string();
+}
+
+std::optional<std::string_view> firstElementOfMarkup(std::string_view head) {
+  if (head.starts_with(kMark)) head.remove_prefix(kMark.size());
+  while (true) {
+    removeWhiteSpace(head);
+    if (head.starts_with("<!--")) {
+      takeUpTo(head, "-->");
+    } else if (head.starts_with("<!")) {
+      // A document type may hold declarations of its own.
+      if (head.find('[') < head.find('>')) takeUpTo(head, "]");
+      takeUpTo(head, ">");
+    } else if (head.starts_with("<?")) {
+      takeUpTo(head, "?>");
+    } else {
+      break;
+    }
+  }
+  if (head.empty()) return std::nullopt;
+  if (!head.starts_with('<')) return std::string_view();
+  const std::string_view name = head.substr(1, head.find_first_of(" \t\r\n/>", 1) - 1);
+  return name.substr(name.find(':') + 1);
 }
 
 }  // namespace nimbo

@@ -112,6 +112,14 @@ TEST(ContentTypes, SeesMarkupBehindCommentsAndInUTF16) {
       {"xml, marked", "\xff\xfe" + inUTF16(declaration + "<a/>", false), "public.xml"},
       {"rss in UTF-16", inUTF16(comment + feed, true), "public.rss"},
       {"list", "bplist00\xd0", "com.apple.binary-property-list"},
+      {"list with a page", "bplist00\xd1\1\2Sa_<html><p>text", "com.apple.binary-property-list"},
+      {"web archive", "bplist00\xd1\1\2_\x10\x0fWebMainResource<html><p>text", "com.apple.webarchive"},
+      {"drawing", declaration + "<!DOCTYPE svg [<!ENTITY a \"b\">]><s:svg xmlns:s=\"\"/>", "public.svg-image"},
+      {"drawing behind a comment", comment + "<svg\n/>", "public.svg-image"},
+      {"drawing in a page", "<!doctype p><p>A <svg></svg>", "public.html"},
+      {"drawing in a page behind a comment", comment + "<title>A</title><svg></svg>", "public.html"},
+      {"drawing in XML", declaration + "<a><svg></svg></a>", "public.xml"},
+      {"drawing in text", "A <svg></svg>", "public.plain-text"},
       {"list.bplist", "", "com.apple.binary-property-list"},
   });
 }
