@@ -163,7 +163,7 @@ TEST(FeedPages, TellEmptyItems) {
     bool isEmpty;
   } cases[] = {{u"a"_ns, {}, {}, true},
                {u"a"_ns, u""_ns, u" \n"_ns, true},
-               {u"Title 1"_ns, u""_ns, u"tITLE 1"_ns, true},
+               {u"Stra\u00dfe 1"_ns, u""_ns, u"STRASSE 1"_ns, true},
                {u"Title 1"_ns, u"(title) 2"_ns, u"x"_ns, true},
                {u"a <b>"_ns, u"a <iframe x></iframe><b>"_ns, {}, true},
                {u"a"_ns, u"<p>a"_ns, {}, false},
