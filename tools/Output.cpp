@@ -142,6 +142,7 @@ std::string JSONFromValue(const id &value, bool pretty) {
 
 SignalHandler prepareStandardStreams() {
   const SignalHandler inherited = std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
     if (::fcntl(descriptor, F_GETFD) < 0) ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   return inherited;

@@ -30,9 +30,9 @@ std::string JSONFromValue(const id &value, bool pretty);
 /// What is done with a signal.
 using SignalHandler = void (*)(int);
 
-/// Makes writing to a stream without a reader an error instead of the end, and gives standard streams that are
-/// closed a descriptor that cannot be used, so that no file or socket takes their place and is written to by
-/// mistake. Answers what the caller wants to be done with SIGPIPE.
+/// Makes writing to a stream without a reader, or beyond the limit of a file's size, an error instead of the
+/// end, and gives standard streams that are closed a descriptor that cannot be used, so that no file or socket
+/// takes their place and is written to by mistake. Answers what the caller wants to be done with SIGPIPE.
 SignalHandler prepareStandardStreams();
 
 /// Writes the whole text, which is UTF-8, to standard output; a terminal gets `textForTerminal`. Raises

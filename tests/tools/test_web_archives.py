@@ -2,7 +2,9 @@
 # SPDX-License-Identifier: Apache-2.0
 """Web archives made and read by the quiverleaf command."""
 
+import os
 import plistlib
+import resource
 import unittest
 
 from command import CommandTestCase
@@ -99,6 +101,10 @@ class WebArchiveTest(CommandTestCase):
         self.assert_fails(7, "no such file", "webarchive", "--create", "missing.html", "-o", "out")
         for place, reason in (("no folder/out", "No such file"), ("frame.html/out", "Not a dir"), ("/dev/full", "No space")):
             self.assert_fails(6, f"{place}: it cannot be written: {reason}", "webarchive", "--create", "frame.html", "-o", place)
+        kept = os.listdir(self.folder)
+        limited = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (9, 9))}
+        self.assert_fails(6, "out: it cannot be written: File too large", "webarchive", "--create", "frame.html", "-o", "out", **limited)
+        self.assertEqual(os.listdir(self.folder), kept)
         self.assert_fails(1, "go together", "webarchive", "--create", "page.html")
         self.assert_fails(1, "go together", "webarchive", "page.html", "-o", "out")
         self.assert_fails(3, "no web archive", "webarchive", "page.html")
