@@ -109,7 +109,7 @@ std::string magicType(const std::string &head) {
 
 /// GIO's guess at the content. It looks for "<svg" alone, which also stands inside of pages.
 std::string typeOfContent(const std::string &head) {
-  const std::string type = guessType(nullptr, &head);
+  std::string type = guessType(nullptr, &head);
   if (type != "image/svg+xml") return type;
   const auto element = firstElementOfMarkup(head);
   if (!element || *element == "svg") return type;
