@@ -123,7 +123,7 @@ const ClassDescription *classInLibrary(const BundleLibrary &library, const NSStr
 
 NSBundle NSBundle::bundleWithPath(const NSString &path) {
   NSBundle bundle(path);
-  return path.length() != 0 && bundle.infoDictionary() ? bundle : NSBundle();
+  return bundle.infoDictionary() ? bundle : NSBundle();
 }
 
 NSBundle NSBundle::bundleWithIdentifier(const NSString &identifier) {
@@ -149,7 +149,9 @@ NSBundle NSBundle::bundleForAddress(const void *address) {
 }
 
 NSDictionary NSBundle::infoDictionary(NSError *error) const {
-  return infoDictionaryOfFile(stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns), error);
+  const NSString file =
+      path_.length() > 0 ? stringByAppendingPathComponent(path_, u"Contents/Info.plist"_ns) : NSString();
+  return infoDictionaryOfFile(file, error);
 }
 
 NSDictionary NSBundle::infoDictionaryOfFile(const NSString &path, NSError *error) {
@@ -173,7 +175,7 @@ NSString NSBundle::bundleIdentifier() const {
 }
 
 NSString NSBundle::builtInPlugInsPath() const {
-  return stringByAppendingPathComponent(path_, u"Contents/PlugIns"_ns);
+  return path_.length() > 0 ? stringByAppendingPathComponent(path_, u"Contents/PlugIns"_ns) : NSString();
 }
 
 bool NSBundle::load(NSError *error) const {

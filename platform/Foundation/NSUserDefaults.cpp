@@ -55,7 +55,10 @@ FileDescriptor lockFile(const std::filesystem::path &path, NSError *error) {
   constexpr useconds_t kPauseMicroseconds = 5000;
   std::error_code ignored;
   std::filesystem::create_directories(path.parent_path(), ignored);
-  const std::string name = path.parent_path() / ("." + path.filename().native() + ".lock");
+  // All links to a file have one lock.
+  std::filesystem::path file = std::filesystem::weakly_canonical(path, ignored);
+  if (ignored) file = path;
+  const std::string name = file.parent_path() / ("." + file.filename().native() + ".lock");
   FileDescriptor lock(::open(name.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
   const Deadline deadline = Deadline::after(NSUserDefaults::kLockSeconds);
   while (!lock || ::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
 #include <filesystem>
 #include <string>
 
@@ -54,7 +55,10 @@ NSString logFile(const NSBundle &bundle) {
   const NSString identifier = bundle.bundleIdentifier();
   // It is the name of a file, and leads to no other folder.
   if (identifier.length() == 0 || identifier.view().find(u'/') != identifier.view().npos) return NSString();
-  return pathInLibraryDirectory(stringWithFormat(u"Logs/%@.log", identifier));
+  const NSString name = stringWithFormat(u"%@.log", identifier);
+  const auto bytes = name.fileSystemRepresentation();
+  if (!bytes || bytes->size() > NAME_MAX) return NSString();
+  return pathInLibraryDirectory(stringByAppendingPathComponent(u"Logs"_ns, name));
 }
 
 }  // namespace NSBundleNimboExtensions

@@ -130,6 +130,11 @@ void *loadLibrary(const NSString &bundlePath, NSDictionary *info, NSError *error
     setError(error, ErrorCode::damaged, "its library is not named");
     return nullptr;
   }
+  // The dynamic linker takes "$LIB" and the like for other names.
+  if (name->find('$') != name->npos) {
+    setError(error, ErrorCode::damaged, "its library has a name with '$'");
+    return nullptr;
+  }
   const FileDescriptor library = openTrusted(libraries.get(), *name, S_IFREG, error);
   if (!library) return nullptr;
   if (isCutShort(library.get())) {
@@ -148,7 +153,13 @@ std::optional<BundleLibrary> BundleLibrary::load(const NSString &path, NSError *
 }
 
 void *BundleLibrary::symbol(const std::string &name) const {
-  return ::dlsym(library_, name.c_str());
+  void *const found = ::dlsym(library_, name.c_str());
+  link_map *own = nullptr, *holder = nullptr;
+  Dl_info info = {};
+  const bool isOwn = found && ::dlinfo(library_, RTLD_DI_LINKMAP, &own) == 0 &&
+                     ::dladdr1(found, &info, reinterpret_cast<void **>(&holder), RTLD_DL_LINKMAP) != 0 &&
+                     own == holder;
+  return isOwn ? found : nullptr;
 }
 
 }  // namespace nimbo

@@ -28,7 +28,8 @@ class BundleLibrary {
 
   /// The content of the information file that the executable was named by.
   const NSDictionary &infoDictionary() const NIMBO_LIFETIMEBOUND { return info_; }
-  /// What the library exports under a name; null when it has no such thing.
+  /// What the library exports under a name; null when it has no such thing itself, whatever libraries that it
+  /// needs have.
   void *symbol(const std::string &name) const;
 
  private:

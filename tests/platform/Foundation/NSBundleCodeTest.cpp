@@ -54,7 +54,9 @@ TEST(NSBundle, SaysWhyItHasNoClass) {
       {named + "NimboClasses = { Greeter = rootClass; };", ErrorCode::damaged},
       {named + "NimboClasses = { Greeter = failingClass; };", ErrorCode::damaged},
       {"NimboClasses = { Greeter = greeterClass; };", ErrorCode::damaged},
-      {"CFBundleExecutable = none; NimboClasses = { Greeter = greeterClass; };", ErrorCode::noSuchFile}};
+      {"CFBundleExecutable = none; NimboClasses = { Greeter = greeterClass; };", ErrorCode::noSuchFile},
+      {named + "NimboClasses = { Greeter = abort; };", ErrorCode::damaged},
+      {"CFBundleExecutable = \"$ORIGIN\"; NimboClasses = { Greeter = greeterClass; };", ErrorCode::damaged}};
   int number = 0;
   for (const auto &[information, code] : cases) {
     const NSBundle bundle(
@@ -93,9 +95,15 @@ TEST(NSBundle, IsWhereItsInformationIs) {
   folder.write("file", "{ }");
   folder.write("broken/Contents/Info.plist", "{ ");
   folder.write("array/Contents/Info.plist", "()");
+  folder.write("here/Contents/Info.plist", "{ }");
   for (const char *name : {"file", "broken", "array", "", "none"})
     EXPECT_FALSE(NSBundle::bundleWithPath(folder.string(name))) << name;
   EXPECT_FALSE(NSBundle::bundleWithPath(NSString()));
+  EXPECT_FALSE(NSBundle().builtInPlugInsPath());
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path() / "here");
+  EXPECT_FALSE(NSBundle().infoDictionary());
+  fs::current_path(before);
   folder.write("empty/Contents/Info.plist", "{ }");
   const NSBundle empty = NSBundle::bundleWithPath(folder.string("empty"));
   ASSERT_TRUE(empty);

@@ -109,10 +109,11 @@ TEST(NSUserDefaults, LeavesAFileThatItCannotReadOrWriteAndKeepsTheChanges) {
 TEST(NSUserDefaults, ProcessesAndThreadsThatWriteAtOnceLoseNothing) {
   constexpr int kWriters = 3, kKeys = 20;
   const TemporaryFolder folder;
-  const NSString path = folder.string("d.plist");
+  const NSString path = folder.write("d.plist", "{ }");
+  fs::create_symlink("d.plist", folder.path() / "link.plist");
   const auto write = [&](int writer) {
     for (int key = 0; key < kKeys; ++key) {
-      NSUserDefaults defaults(path);
+      NSUserDefaults defaults(writer % 2 == 0 ? path : folder.string("link.plist"));
       defaults.setObject(writer, stringWithFormat(u"%d-%d", writer, key));
       if (!defaults.synchronize()) return false;
     }
