@@ -38,11 +38,12 @@ class NSBundle {
   static NSBundle bundleWithPath(const NSString &path);
   /// The main bundle or the first loaded one whose identifier this is; nil when there is none.
   static NSBundle bundleWithIdentifier(const NSString &identifier);
-  /// The bundle whose executable is the running program; for a program that is no bundle's executable the
-  /// folder in which its file lies.
+  /// The bundle that the running program lies in, in its Contents/Linux; for any other program the folder in
+  /// which its file lies.
   static NSBundle mainBundle();
-  /// The bundle whose executable holds `address`, code or a constant; for a file that is no bundle's executable
-  /// the folder in which it lies; the main bundle for the program itself and for an address of no file.
+  /// The bundle in whose Contents/Linux the file lies that holds `address`, code or a constant; for any other
+  /// file the folder in which it lies; the main bundle for the program itself, for an address of no file, and
+  /// when the file was loaded by a path that leads nowhere any more.
   static NSBundle bundleForAddress(const void *address);
 
   /// Whether this is not nil.
@@ -66,9 +67,9 @@ class NSBundle {
   static NSString executableName(const NSDictionary &info);
   /// The names of the user's languages, the one they like best first, each that has a region or a variant with
   /// the plain one behind it, and as language tags: "pt_BR", "pt-BR", "pt", "en". One that is written in
-  /// several scripts is there with its script, too: "zh_TW", "zh-TW", "zh-Hant", "zh_Hant", "zh". From
-  /// `$LANGUAGE`, `$LC_ALL`, `$LC_MESSAGES` and `$LANG`, on each call. Bundles have no localisations of their
-  /// own that would leave any out.
+  /// several scripts is there with its script, too, and the others behind it: "zh_TW", "zh-TW", "zh-Hant",
+  /// "zh_Hant", "zh", "zh-Hans", "zh_Hans". From `$LANGUAGE`, `$LC_ALL`, `$LC_MESSAGES` and `$LANG`, on each
+  /// call. Bundles have no localisations of their own that would leave any out.
   std::vector<NSString> preferredLocalizations() const;
 
   /// Loads the bundle's code into this process, where it stays; true when it was loaded before, as that of the
@@ -76,11 +77,12 @@ class NSBundle {
   /// user could change it (see `BundleLibrary`); `*error` says why. What the code itself does while it is
   /// loaded cannot be limited.
   bool load(NSError *error = nullptr) const;
-  /// Whether the bundle's code was loaded by `load`, or is the main bundle's.
+  /// Whether the code of the bundle that its path leads to now was loaded by `load`, or is the main bundle's.
   bool isLoaded() const;
-  /// The class of this name among those that the bundle names, which is loaded for that; it lives as long as
-  /// the process. Null when there is none: the bundle cannot be loaded, does not name the class or does not
-  /// export its function, or that raises or answers another class; `*error` says why.
+  /// The class of this name among those that the bundle names, which is loaded for that as any library, also
+  /// when it is the main bundle, whose program is none; it lives as long as the process. Null when there is
+  /// none: the bundle cannot be loaded, does not name the class or does not export its function, or that raises
+  /// or answers another class; `*error` says why.
   const ClassDescription *classNamed(const NSString &name, NSError *error = nullptr) const;
   /// The class that the information has as NSPrincipalClass, as `classNamed`.
   const ClassDescription *principalClass(NSError *error = nullptr) const;
