@@ -24,19 +24,19 @@ int main(int argc, char **argv) {
   QuiverleafHelper rootObject;
   connection.setRootObject(&rootObject);
   connection.setVersion(NSString::stringWithUTF8String(QUIVERLEAF_VERSION));
+  // Nothing is left to be done then but to remove the folder of a child; plug-ins need not be taken down.
+  connection.setInvalidationHandler([] {
+    OfficeConversion::sharedConversion().endProcess();
+    std::_Exit(EXIT_SUCCESS);
+  });
+  // A request under way is served to its end. Whoever finds the name may already ask for the end.
+  callOnSignal(SIGTERM, [&] { connection.invalidate(); });
   connection.registerName(NSString::stringWithCharacters(kHelperConnectionName));
   connection.setIndependentConversationQueueing(true);
   connection.setRequestTimeout(15.0);
   connection.setReplyTimeout(15.0);
   connection.setIdleLimit(options->idleMinutes * 60);
   connection.setAbandonedWorkLimit(options->abandonedWorkSeconds);
-  // Nothing is left to be done then but to remove the folder of a child; plug-ins need not be taken down.
-  connection.setInvalidationHandler([] {
-    OfficeConversion::sharedConversion().endProcess();
-    std::_Exit(EXIT_SUCCESS);
-  });
-  // A request under way is served to its end.
-  callOnSignal(SIGTERM, [&] { connection.invalidate(); });
   NSApplication::sharedApplication();
   for (;;) NSRunLoop::currentRunLoop().run();
 }

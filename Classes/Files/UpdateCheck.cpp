@@ -2,12 +2,12 @@
 #include "Classes/Files/UpdateCheck.hpp"
 
 #include "Classes/Files/NSBundle+NSBundleNimboExtensions/Information.hpp"
+#include "Classes/Strings/NSString+Sorting.hpp"
 #include "Classes/URLs/NSURL+NSURLNimboExtensions/Schemes.hpp"
 #include "platform/Foundation/NSBundleLocalization.hpp"
 #include "platform/Foundation/NSDataURLLoading.hpp"
 #include "platform/Foundation/NSLog.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
-#include "platform/Foundation/NSStringSearch.hpp"
 #include "platform/Foundation/Unicode/ASCII.hpp"
 
 namespace nimbo {
@@ -50,7 +50,7 @@ bool UpdateCheck::run() const {
   const NSString name = bundleName(application);
   const NSDictionary updates = loadedList(*this);
   const NSString listed = updates.objectForKey(name).string();
-  if (!listed || !version || isEqualCaseInsensitive(version.view(), listed.view())) {
+  if (!listed || !version || sortCaseInsensitiveAscending(version, listed) == NSOrderedSame) {
     desktop.runAlert({.title = localized(*this, u"Your software is up-to-date"_ns)});
     return false;
   }

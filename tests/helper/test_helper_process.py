@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """The helper's process as it is started, on the wire."""
 
+import contextlib
 import os
 import pathlib
 import plistlib
@@ -16,6 +17,16 @@ import unittest
 from quiverleaf import CONNECTION_NAME, ErrorCode, Helper, plist
 
 HELPER = os.environ["QUIVERLEAF_HELPER"]
+
+
+@contextlib.contextmanager
+def started(*command, **options):
+    """A process that is killed at the end, whatever failed before."""
+    with subprocess.Popen(command, **options) as process:
+        try:
+            yield process
+        finally:
+            process.kill()
 
 
 def receive(connection, count):
@@ -77,20 +88,17 @@ class HelperProcessTest(unittest.TestCase):
         self.assertEqual(self.helper.code, ErrorCode.MEMORY_LIMIT)
 
     def test_another_one_stays_unreachable(self):
-        with subprocess.Popen([HELPER], stdin=subprocess.DEVNULL) as second, Helper(path=HELPER) as other:
-            self.addCleanup(second.kill)
+        with started(HELPER, stdin=subprocess.DEVNULL) as second, Helper(path=HELPER) as other:
             time.sleep(0.3)
             self.assertIsNone(second.poll())
             self.assertEqual(other.ping(), self.process)
-            second.kill()
 
     def test_starts_with_few_or_no_descriptors(self):
         self.helper.stop()
         cases = [("exec <&- >&- 2>&-", True), ("ulimit -n 64", True), ("ulimit -S -n 10", True), ("ulimit -n 20", False)]
         for setting, is_served in cases:
             with self.subTest(setting), Helper(path=HELPER, starts_helper=False) as client:
-                with subprocess.Popen(["/bin/sh", "-c", f'{setting}; exec "$0"', HELPER], stderr=subprocess.PIPE) as process:
-                    self.addCleanup(process.kill)
+                with started("/bin/sh", "-c", f'{setting}; exec "$0"', HELPER, stderr=subprocess.PIPE) as process:
                     if not is_served:
                         self.assertIn(b"only 20 files may be open", process.communicate(timeout=30)[1])
                         continue
