@@ -56,6 +56,23 @@ TEST(NSBitmapImageRep, IsAsLargeAsItsResolutionSays) {
   }
 }
 
+TEST(NSBitmapImageRep, HasThatOfPointsForAResolutionThatNoPictureHas) {
+  const std::pair<double, double> cases[] = {{0, 72},          {0.5, 72},          {1, 1},
+                                             {99'999, 99'999}, {100'000, 100'000}, {100'001, 72}};
+  for (const auto &[said, meant] : cases) {
+    const NSData data = dataWithImage(halves(40, 20), u"public.tiff"_ns, {.dotsPerInch = said});
+    const auto reps = NSImageRep::imageRepsWithData(data, {});
+    ASSERT_EQ(reps.size(), 1U) << said;
+    EXPECT_NEAR(reps[0]->size().width * meant / 72, 40, 0.01) << said;
+    EXPECT_NEAR(reps[0]->size().height * meant / 72, 20, 0.01) << said;
+  }
+  // Pixels have a size of their own when both sides of it are there.
+  const NSSize sizes[] = {{}, {5, 0}, {0, 5}, {-5, 5}};
+  for (const NSSize &size : sizes)
+    EXPECT_EQ(NSBitmapImageRep::imageRepWithCGImage(halves(4, 2), size)->size(), (NSSize{4, 2}));
+  EXPECT_FALSE(NSBitmapImageRep::imageRepWithCGImage(CGImage(), {1, 1}));
+}
+
 // Two pixels in formats whose header may tell, or not, whether the fourth sample of a pixel means anything.
 TEST(NSBitmapImageRep, HasTheAlphaOfItsHeaderOrOfItsPixels) {
   for (const bool isSeeThrough : {false, true}) {
