@@ -52,11 +52,11 @@ TEST(Interned, EqualRecordsAreOneWhateverTheirFields) {
 }
 
 TEST(Interned, HeldRecordsSurviveManyOthers) {
-  // So many that the places of a table before and behind a sweep are mostly taken.
-  constexpr int kHeld = 900;
+  // So many that their table grows several times.
+  constexpr int kHeld = 40'000;
   std::vector<Interned<TextAttributes>> held;
   for (int i = 0; i < kHeld; ++i) held.push_back(interned(i + 0.5));
-  for (int i = 0; i < 50'000; ++i) interned(i + 1000);
+  for (int i = 0; i < kHeld; ++i) interned(i + 1000);
   for (int i = 0; i < kHeld; ++i) {
     ASSERT_EQ(held[static_cast<std::size_t>(i)]->font.pointSize, i + 0.5);
     ASSERT_EQ(held[static_cast<std::size_t>(i)], interned(i + 0.5)) << i;

@@ -137,16 +137,21 @@ TEST(NSImage, HasAWholePixelAtLeastWithItsFocus) {
   for (const auto &[points, pixels] : {std::pair(0.2, 1U), {1.4, 1U}, {1.5, 2U}, {2.6, 3U}}) {
     NSImage image = NSImage::imageWithSize({points, 3});
     ASSERT_TRUE(image.drawWithFocus([](NSGraphicsContext &) {}));
-    EXPECT_EQ(image.representations().front()->pixelsWide(), pixels) << points;
-    EXPECT_EQ(image.representations().front()->pixelsHigh(), 3U) << points;
-    EXPECT_EQ(image.representations().front()->size(), (NSSize{points, 3}));
+    const SharedPointer<NSImageRep> rep = image.representations().front();
+    ASSERT_TRUE(rep) << points;
+    EXPECT_EQ(rep->pixelsWide(), pixels) << points;
+    EXPECT_EQ(rep->pixelsHigh(), 3U) << points;
+    EXPECT_EQ(rep->size(), (NSSize{points, 3}));
   }
 }
 
 TEST(NSCachedImageRep, HasPixelsAndASize) {
   const CGImage image = imageOf(2, 2, kRedPixel);
-  for (const NSSize &size : {NSSize{0.5, 0.25}, NSSize{1, 1}})
-    EXPECT_EQ(NSCachedImageRep::imageRepWithCGImage(image, size)->size(), size);
+  for (const NSSize &size : {NSSize{0.5, 0.25}, NSSize{1, 1}}) {
+    const auto rep = NSCachedImageRep::imageRepWithCGImage(image, size);
+    ASSERT_TRUE(rep) << size.width;
+    EXPECT_EQ(rep->size(), size);
+  }
   for (const NSSize &size : {NSSize{0, 1}, NSSize{1, 0}, NSSize{-1, 1}, NSSize{1, -1}, NSSize{NAN, 1}})
     EXPECT_FALSE(NSCachedImageRep::imageRepWithCGImage(image, size)) << size.width << " " << size.height;
   EXPECT_FALSE(NSCachedImageRep::imageRepWithCGImage(CGImage(), {1, 1}));
