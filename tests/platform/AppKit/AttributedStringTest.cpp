@@ -55,7 +55,10 @@ TEST(Interned, HeldRecordsSurviveManyOthers) {
   // So many that their table grows several times.
   constexpr int kHeld = 40'000;
   std::vector<Interned<TextAttributes>> held;
-  for (int i = 0; i < kHeld; ++i) held.push_back(interned(i + 0.5));
+  for (int i = 0; i < kHeld; ++i) {
+    held.push_back(interned(i + 0.5));
+    ASSERT_EQ(held.back(), interned(i + 0.5)) << i;
+  }
   for (int i = 0; i < kHeld; ++i) interned(i + 1000);
   for (int i = 0; i < kHeld; ++i) {
     ASSERT_EQ(held[static_cast<std::size_t>(i)]->font.pointSize, i + 0.5);

@@ -80,6 +80,7 @@ TEST(RTFReader, Text) {
            Case{"{\\u97}xy\\u98\\b xy", "axybxy"},
            Case{"\\uc-1\\u97 x", "ax"},
            Case{"\\b-x", "-x"},
+           Case{"{\\*\\x \\}\\{ gone\\\\}a{\\*\\x\\bin }b{\\*\\x\\bin2}}gone}c{\\*\\x\\bin-1 gone}d", "abcd"},
        })
     EXPECT_EQ(textOf(std::string(kFonts) + std::string(c.source)), c.expected) << c.source;
 }
@@ -233,6 +234,28 @@ TEST(RTFReader, Attributes) {
                "list=1073741827:{lower-roman}:1\n[y] font=Times list=1073741828:{decimal}:1\n"},
       })
     EXPECT_EQ(describe(read(std::string(kTables) + std::string(c.source))), c.expected) << c.source;
+}
+
+TEST(RTFReader, FontsAndColors) {
+  for (const Case &c : {
+           Case{"{\\fonttbl{\\f0\\fcharset204 \\'c0\\'f0;}{\\f1\\fcharset161 \\'c1;}{\\f2 \\'c1;}}\\f0 x\\f1 "
+                "y\\f2 z",
+                "[x] font=\u0410\u0440\n[y] font=\u0391\n[z] font=\u00c1\n"},
+           Case{"{\\fonttbl{\\f0  A B ;}{\\f0 C;}{\\f1;}}x\\f1 y", "[x] font=A B\n[y]\n"},
+           Case{"{\\fonttbl{\\f0 A}}x", "[x] font=A\n"},
+           Case{"{\\fonttbl\\f0 A;\\f1 B;}\\deff1 x\\f0 y\\f9 z", "[x] font=B\n[y] font=A\n[z] font=B\n"},
+           Case{"{\\fonttbl{\\f1\\cpg1253\\fcharset204 G;}{\\f2\\fcharset204\\cpg1253 G;}}\\f1\\'e1\\f2\\'e1",
+                "[\u03b1\u03b1] font=G\n"},
+           Case{"\\ansicpg1251{\\fonttbl{\\f1\\fcharset0 A;}{\\f2\\fcharset1 A;}}\\f1\\'e1\\f2\\'e1",
+                "[\u00e1\u0431] font=A\n"},
+           Case{"\\ansicpg932{\\fonttbl{\\f1\\fcharset0 A;}}\\f1\\'82\\'a0", "[\u3042] font=A\n"},
+           Case{"{\\colortbl;\\red300\\green-5\\blue7;}{\\*\\expandedcolortbl;\\alpha-1;\\alpha0;}\\cf1 x",
+                "[x] color=255.0.7.0\n"},
+           Case{"{\\colortbl;\\red1;}{\\*\\expandedcolortbl;\\alpha200000;}\\cf1 x", "[x] color=1.0.0\n"},
+           Case{"{\\colortbl;\\red1\\green2;\\blue3;;}\\cf2 x\\cf3 y\\cf-1 z", "[x] color=0.0.3\n[yz]\n"},
+           Case{"{\\colortbl;\\red1;}{\\colortbl;\\red2;}\\cf1 x\\cf2 y", "[x] color=2.0.0\n[y]\n"},
+       })
+    EXPECT_EQ(describe(read(c.source)), c.expected) << c.source;
 }
 
 TEST(RTFReader, Underlines) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -249,6 +250,31 @@ TEST(ImageDecoding, TellsWhatTheFormatSays) {
   EXPECT_EQ(fact("plain.jpg", 0, u"{JFIF}"_ns, u"IsProgressive"_ns), id(false));
   EXPECT_EQ(fact("frames.gif", 1, u"{GIF}"_ns, u"DelayTime"_ns), id(0.1));
   EXPECT_EQ(fact("turned.jpg", 0, u"{TIFF}"_ns, u"Orientation"_ns), id(6));
+}
+
+TEST(ImageDecoding, TellsOfColorsAndTheirDepth) {
+  const struct {
+    const char *name;
+    NSString model;
+    std::optional<int> depth = 8;
+    bool hasAlpha = false;
+  } cases[] = {
+      {"plain.jpg", u"RGB"_ns},          {"cmyk.jpg", u"CMYK"_ns},
+      {"cmyk.tiff", u"CMYK"_ns},         {"deep.tiff", u"RGB"_ns, 16},
+      {"lab.tiff", u"Lab"_ns, {}},       {"half.png", u"RGB"_ns, 16, true},
+      {"deep.psd", u"RGB"_ns, 16},       {"half-deep.png", u"RGB"_ns, 16, true},
+      {"icon.ico", u"RGB"_ns, {}, true}, {"plain.dng", u"RGB"_ns, {}},
+      {"plain.bmp", u"RGB"_ns, {}},
+  };
+  for (const auto &[name, model, depth, hasAlpha] : cases) {
+    const auto source = CGImageSource::sourceWithData(testPicture(name));
+    ASSERT_TRUE(source) << name;
+    EXPECT_EQ(source->properties().objectForKey(u"ColorModel"_ns), id(model)) << name;
+    EXPECT_EQ(source->properties().objectForKey(u"HasAlpha"_ns), id(hasAlpha)) << name;
+    if (depth) {
+      EXPECT_EQ(source->properties().objectForKey(u"Depth"_ns), id(*depth)) << name;
+    }
+  }
 }
 
 TEST(ImageDecoding, LivesThroughCutFiles) {

@@ -267,6 +267,15 @@ TEST(PDFPageText, HasWordsAsTheyAreMeant) {
       {"a divided word", "(docu- ) Tj 0 -12 Td (ments in folders-) Tj 0 -18 Td (again) Tj",
        "documents in foldersagain\n"},
       {"a divided word that is turned", "0 1 -1 0 50 0 Tm (docu-) Tj 0 -12 Td (ment) Tj", "document\n"},
+      {"the rest of a word far below", "(docu-) Tj 0 -19 Td (ment) Tj", "document\n"},
+      {"no rest of a word", "(docu-) Tj 0 -21 Td (ment) Tj", "docu-\nment\n"},
+      {"the rest of a word of nearly that size", "(docu-) Tj /F 10.9 Tf 0 -12 Td (ment) Tj", "document\n"},
+      {"a larger word below", "(docu-) Tj /F 11.1 Tf 0 -12 Td (ment) Tj", "docu-\nment\n"},
+      {"a short word", "(in-) Tj 0 -12 Td (to) Tj", "into\n"},
+      {"three letters", "3 Tc (ABC) Tj", "A B C\n"},
+      {"four letters", "3 Tc (ABCD) Tj", "ABCD\n"},
+      {"the widest spacing", "5.4 Tc (HEADING) Tj", "HEADING\n"},
+      {"letters farther from each other", "5.7 Tc (HEADING) Tj", "H E A D I N G\n"},
       {"hyphens of their own",
        "(Smith- ) Tj 0 -12 Td (Jones - ) Tj 0 -12 Td (so e-) Tj 0 -12 Td (mail 1914-) Tj 0 -12 Td (to rm -) Tj "
        "0 "
@@ -315,6 +324,11 @@ TEST(PDFPageText, HasIdeographsInLinesOrColumns) {
       {"a column", "(A) Tj 0 -11 Td (B) Tj 0 -11 Td (C) Tj", "男女他\n"},
       {"a column of more", "(A) Tj 0 -14 Td (B) Tj 0 -14 Td (C) Tj 0 -14 Td (D) Tj", "男女他一\n"},
       {"lines of one character", "(A) Tj 0 -14 Td (B) Tj 0 -14 Td (C) Tj", "男\n女\n他\n"},
+      {"lines of one character that are nearer", "(A) Tj 0 -12 Td (B) Tj 0 -12 Td (C) Tj", "男\n女\n他\n"},
+      {"four characters far below each other", "(A) Tj 0 -17 Td (B) Tj 0 -17 Td (C) Tj 0 -17 Td (D) Tj",
+       "男\n女\n他\n一\n"},
+      {"a crooked column", "(A) Tj 2 -11 Td (B) Tj -2 -11 Td (C) Tj", "男女他\n"},
+      {"no column", "(A) Tj 4 -11 Td (B) Tj -4 -11 Td (C) Tj", "男\n女\n他\n"},
       {"the end of a paragraph", "10 0 Td (ABC) Tj -10 -11 Td (A) Tj 0 -11 Td (B) Tj", "男女他\n男\n女\n"},
   };
   for (const auto &c : cases)
