@@ -246,6 +246,9 @@ TEST(FileWrapper, OddPathsHaveAReason) {
       NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native()));
   EXPECT_TRUE(folder.isDirectory());
   EXPECT_TRUE(folder.fileWrappers().empty()) << "a pipe and a socket in a folder are left out";
+  // What can be read leaves an error as it is.
+  EXPECT_TRUE(NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native()), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
 }
 
 }  // namespace

@@ -160,6 +160,17 @@ TEST(RTFWriter, RowsSayWhatTheirCellsAreLike) {
                            "\\row\n}\n"));
 }
 
+TEST(RTFWriter, PlacesWithoutACellAreEmptyOnes) {
+  EXPECT_EQ(written({{u"a\n", ofCell(1, 1, {})}}),
+            kStart + std::string("{\\colortbl;}\n\n"
+                                 "\\trowd\\trgaph0\\trleft0\\lastrow\n"
+                                 "\\clgap\\cellx4320\n"
+                                 "\\clvertalt\\clftsWidth1\\cellx8640\n"
+                                 "\\pard\\intbl\\itap1\\cell\n"
+                                 "\\pard\\intbl\\itap1 \\plain\\f0\\fs24 a\\cell\n"
+                                 "\\row\n}\n"));
+}
+
 TEST(RTFWriter, CellsEndWhereTheirWidthsSay) {
   using enum NSTextBlockWidth::Unit;
   const std::pair<NSTextBlockWidth, const char *> cases[] = {

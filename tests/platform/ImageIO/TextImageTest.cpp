@@ -52,6 +52,7 @@ TEST(TextImage, HasAsMuchOfBothEndsAsFits) {
         << count;
   }
   EXPECT_EQ(drawn(text, whole).width(), whole);
+  EXPECT_FALSE(drawn(u"WWWW", drawn(u"\u2026", 500).width())) << "no more than what stands for the rest";
 }
 
 TEST(TextImage, HasBlanksForWhatIsNoText) {

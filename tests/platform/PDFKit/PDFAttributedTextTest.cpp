@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,7 +27,9 @@ std::string describedRun(const TextAttributes &attributes, const NSString &text)
     std::snprintf(part, sizeof part, " #%02x%02x%02x", color->red, color->green, color->blue);
     described += part;
   }
-  if (attributes.superscript != 0) described += attributes.superscript > 0 ? " above" : " below";
+  if (attributes.superscript == 1) described += " above";
+  if (attributes.superscript == -1) described += " below";
+  if (std::abs(attributes.superscript) > 1) described += " " + std::to_string(attributes.superscript);
   if (attributes.link) described += " <" + attributes.link.UTF8String() + ">";
   return described + "|" + text.UTF8String();
 }

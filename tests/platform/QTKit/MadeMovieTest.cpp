@@ -166,6 +166,18 @@ TEST(MadeMovie, FramesAreThoseOfTheLargestTrackThatIsShown) {
   }
 }
 
+TEST(MadeMovie, PicturesOfAnUnknownKindAreRefused) {
+  const std::string sample(kWidth * 8 * 2, '\x80');
+  std::string description = pictures(8, "");
+  description.replace(description.find("2vuy"), 4, "zzzz");
+  const auto movie =
+      movieOf(sample, track(1, "vide", description, static_cast<std::uint32_t>(sample.size()), 8));
+  ASSERT_TRUE(movie);
+  NSError error;
+  EXPECT_FALSE(movie->frameImageAtTime(0, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
+}
+
 TEST(MadeMovie, TellsOfItsTracks) {
   const std::string sample(kWidth * 8 * 2, '\x80');
   for (const int language : {kEnglish, kUndetermined}) {

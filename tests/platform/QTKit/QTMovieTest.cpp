@@ -197,6 +197,16 @@ TEST(QTMovie, TellsWhatTheFileSays) {
     EXPECT_EQ(metadata.objectForKey(u"title"_ns), id(u"Lose Blätter"_ns)) << name;
     EXPECT_EQ(metadata.objectForKey(u"artist"_ns), id(u"Rowan Fletcher"_ns)) << name;
   }
+  // A blank text says nothing.
+  std::string blank = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
+  const std::string title = "Lose Bl\u00e4tter";
+  ASSERT_NE(blank.find(title), blank.npos);
+  blank.replace(blank.find(title), title.size(), title.size(), ' ');
+  const auto untitled =
+      QTMovie::movieWithData(NSData::dataWithBytes(blank.data(), blank.size()), Deadline::never());
+  ASSERT_TRUE(untitled);
+  EXPECT_EQ(untitled->metadata().objectForKey(u"title"_ns), id());
+  EXPECT_EQ(untitled->metadata().objectForKey(u"artist"_ns), id(u"Rowan Fletcher"_ns));
   const auto sound = opened("sound.m4a");
   const NSDictionary attributes = sound->movieAttributes();
   const std::pair<NSString, id> expected[] = {

@@ -165,6 +165,12 @@ TEST(NSBitmapImageRep, BecomesFilesOfEveryType) {
     EXPECT_NEAR(pixelAt(image, 3, 5).red, 255, 3) << type;
     EXPECT_NEAR(pixelAt(image, 27, 5).blue, 255, 3) << type;
   }
+  const std::pair<NSBitmapImageFileType, std::string> starts[] = {
+      {NSBitmapImageFileType::TIFF, "II*\0"s},     {NSBitmapImageFileType::BMP, "BM"},
+      {NSBitmapImageFileType::GIF, "GIF8"},        {NSBitmapImageFileType::JPEG, "\xff\xd8\xff"},
+      {NSBitmapImageFileType::PNG, "\x89PNG\r\n"}, {NSBitmapImageFileType::JPEG2000, "\0\0\0\x0cjP  "s}};
+  for (const auto &[type, start] : starts)
+    EXPECT_TRUE(rep->representationUsingType(type).view().starts_with(start)) << start;
   EXPECT_FALSE(rep->representationUsingType(static_cast<NSBitmapImageFileType>(6)));
   const NSData large = rep->representationUsingType(NSBitmapImageFileType::JPEG, 1.0F);
   EXPECT_LT(rep->representationUsingType(NSBitmapImageFileType::JPEG, 0.1F).length(), large.length());

@@ -171,6 +171,7 @@ TEST(NSImage, StaysAsItWasWhenDrawingFails) {
   EXPECT_EQ(error.localizedFailureReason, u"it is damaged"_ns);
   EXPECT_EQ(image.representations().front()->representationClass(), NSImageRepClass::bitmap);
   NSImage large = NSImage::imageWithSize({CGImage::kMaximumSide, CGImage::kMaximumSide});
+  EXPECT_TRUE(large);
   EXPECT_FALSE(large.drawWithFocus([](NSGraphicsContext &) { FAIL(); }, {}, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
 }
