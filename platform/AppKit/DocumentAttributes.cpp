@@ -27,7 +27,6 @@ id valueOf(const std::optional<NSSize> &size) {
 }
 
 id valueOf(const std::vector<NSString> &strings) {
-  if (strings.empty()) return {};
   NSArray array;
   for (const NSString &string : strings) array.addObject(string);
   return array;

@@ -133,7 +133,8 @@ void PDFEngine::findPages(fz_context *context) {
   claimedPages_ = pdf_count_pages(context, document_);
   const std::uint32_t limit = std::min<std::uint32_t>(limits_.pages, NSNotFound);
   // Most documents tell the truth; going through the tree of a long one takes a while.
-  const bool mayBeTrue = claimedPages_ > 0 && claimedPages_ <= pdf_xref_len(context, document_);
+  // The first entry of the table is no object.
+  const bool mayBeTrue = claimedPages_ > 0 && claimedPages_ < pdf_xref_len(context, document_);
   pageCount_ = mayBeTrue ? std::min(static_cast<std::uint32_t>(claimedPages_), limit)
                          : pages_.countPages(context, limit);
 }

@@ -118,7 +118,6 @@ bool PDFTextLooks::mayCompare() {
 }
 
 const PDFTextLooks::Link *PDFTextLooks::linkAt(const fz_stext_char &character) {
-  if (linksOfLine_.empty()) return nullptr;
   const fz_quad &quad = character.quad;
   const fz_point middle = {(quad.ul.x + quad.lr.x) / 2, (quad.ul.y + quad.lr.y) / 2};
   for (const Link *link : linksOfLine_) {

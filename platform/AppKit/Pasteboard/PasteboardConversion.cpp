@@ -79,8 +79,8 @@ NSData lineOfLines(const NSData &lines, bool isTitle) {
   std::u16string_view text = units;
   const std::u16string_view url = takeLine(&text);
   if (!isTitle) return url.empty() ? NSData() : dataWithUnits(url);
-  const bool hasTitle = url.size() < units.size() && units[url.size()] != 0;
-  return hasTitle ? dataWithUnits(takeLine(&text)) : NSData();
+  // Behind the last unit there is a null one.
+  return units[url.size()] != 0 ? dataWithUnits(takeLine(&text)) : NSData();
 }
 
 NSData plainRTF(const NSData &data) {

@@ -225,7 +225,7 @@ void RTFReader::skipGroup() {
       case '\\': {
         constexpr std::string_view kBinary = "\\bin";
         const std::string_view rest(at_, static_cast<std::size_t>(end_ - at_));
-        if (rest.starts_with(kBinary) && rest.size() > kBinary.size() && isASCIIDigit(rest[kBinary.size()])) {
+        if (rest.starts_with(kBinary)) {
           std::int64_t length = 0;
           for (at_ += kBinary.size(); at_ < end_ && isASCIIDigit(*at_); ++at_)
             length = std::min(length * 10 + static_cast<std::int64_t>(digitValue(*at_)), kMaximumParameter);

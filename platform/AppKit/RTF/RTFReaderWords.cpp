@@ -75,7 +75,6 @@ NSString trimmed(std::u16string_view text) {
 void RTFReader::takeWord(RTFWord word, Parameter parameter, bool isStarred) {
   const std::int32_t number = parameter.value_or(0);
   if (word == RTFWord::u_) {
-    charactersToSkip_ = 0;
     appendUnit(static_cast<char16_t>(number));
     charactersToSkip_ = group_.skippedByUnicode;
     return;

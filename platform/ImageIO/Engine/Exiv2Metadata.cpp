@@ -54,15 +54,16 @@ struct Entry {
   Kind kind;
 };
 
+/// Of a value that is not empty.
 id propertyOfValue(const Exiv2::Value &value, Kind kind) {
   std::optional<double> real;
   switch (kind) {
     case Kind::text:
       return stringWithMetadataText(value.toString());
     case Kind::integer:
-      return value.count() > 0 ? id(value.toLong(0)) : id();
+      return value.toLong(0);
     case Kind::integers:
-      return value.count() > 0 ? id(NSArray{value.toLong(0)}) : id();
+      return NSArray{value.toLong(0)};
     case Kind::real:
       real = realOfValue(value);
       break;
@@ -196,12 +197,6 @@ NSString typeForMIMEType(std::string_view type) {
   return {};
 }
 
-void removeEmptyDictionaries(NSDictionary &properties) {
-  for (const NSString &name : {u"{TIFF}"_ns, u"{Exif}"_ns, u"{GPS}"_ns, u"{IPTC}"_ns})
-    if (const NSDictionary dictionary = properties.objectForKey(name).dictionary(); dictionary.count() == 0)
-      properties.removeObjectForKey(name);
-}
-
 void addMetadataOfImage(Exiv2::Image &image, ImageHeader &header) {
   const NSString type = typeForMIMEType(image.mimeType());
   if (type) header.isKnown = true;
@@ -229,7 +224,6 @@ NSError addMetadataWithExiv2(const ImageInput &input, ImageHeader &header) {
   } catch (const std::exception &) {
     if (image.get()) setError(&error, ErrorCode::damaged, "the metadata of the image is damaged");
   }
-  removeEmptyDictionaries(header.properties);
   return error;
 }
 

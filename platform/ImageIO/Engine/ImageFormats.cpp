@@ -25,7 +25,7 @@ bool isSVG(std::string_view bytes) {
     if (found == bytes.npos) return false;
     bytes.remove_prefix(found + end.size());
   }
-  return bytes.starts_with("<svg") || bytes.starts_with("<svg:svg");
+  return bytes.starts_with("<svg");
 }
 
 /// Movies begin in the same way as HEIF files, with other brands.

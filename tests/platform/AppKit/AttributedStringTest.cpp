@@ -52,10 +52,18 @@ TEST(Interned, EqualRecordsAreOneWhateverTheirFields) {
 }
 
 TEST(Interned, HeldRecordsSurviveManyOthers) {
-  const Interned<TextAttributes> held = interned(0.5);
-  for (int i = 0; i < 10'000; ++i) interned(i + 1000);
-  EXPECT_EQ(held->font.pointSize, 0.5);
-  EXPECT_EQ(held, interned(0.5));
+  // So many that their table grows several times.
+  constexpr int kHeld = 40'000;
+  std::vector<Interned<TextAttributes>> held;
+  for (int i = 0; i < kHeld; ++i) {
+    held.push_back(interned(i + 0.5));
+    ASSERT_EQ(held.back(), interned(i + 0.5)) << i;
+  }
+  for (int i = 0; i < kHeld; ++i) interned(i + 1000);
+  for (int i = 0; i < kHeld; ++i) {
+    ASSERT_EQ(held[static_cast<std::size_t>(i)]->font.pointSize, i + 0.5);
+    ASSERT_EQ(held[static_cast<std::size_t>(i)], interned(i + 0.5)) << i;
+  }
 }
 
 TEST(Interned, ThreadsGetTheSameRecords) {
@@ -157,6 +165,14 @@ TEST(AttributedString, NilEmptyAndPlainDiffer) {
   EXPECT_EQ(plain, NSAttributedString(u"a"_ns));
   EXPECT_EQ(large.attributedSubstringFromRange({1, 5}).length(), 0u);
   EXPECT_TRUE(large.attributedSubstringFromRange({0, 5}).identicalTo(large));
+  TextAttributes attributes;
+  attributes.attachment =
+      NSTextAttachment(NSFileWrapper::regularFileWithContents(NSData::dataWithBytes("x", 1), u"a.txt"_ns));
+  NSMutableAttributedString builder;
+  builder.append(large);
+  builder.append(NSAttachmentCharacter, Interned(attributes));
+  EXPECT_TRUE(std::move(builder).attributedString().containsAttachments());
+  EXPECT_FALSE(large.containsAttachments());
 }
 
 TEST(TextList, Markers) {

@@ -64,6 +64,38 @@ TEST(FileWrapper, ReadsWhatOthersSerialise) {
   const NSFileWrapper folder = NSFileWrapper::initWithSerializedRepresentation(dataOf(data));
   EXPECT_EQ(namesOf(folder), std::vector<std::string>{"TXT.rtf"});
   EXPECT_EQ(folder.fileWrapperNamed(u"TXT.rtf"_ns).regularFileContents().view(), text);
+  // What is written has the same form, the modes of new files, and no times.
+  std::string written = data;
+  written.replace(data.find("\1\2\3\4\xb6"), 5, "\0\0\0\0\xa4"s);
+  EXPECT_EQ(NSFileWrapper::directoryWithFileWrappers({file("TXT.rtf", text)}).serializedRepresentation().view(),
+            written);
+  // An entry of a kind that there is not.
+  for (const char kind : {'\0', '\4'}) {
+    std::string unknown = data;
+    unknown[data.find(text) - 8] = kind;
+    EXPECT_FALSE(NSFileWrapper::initWithSerializedRepresentation(dataOf(unknown))) << int{kind};
+  }
+}
+
+TEST(FileWrapper, SerialisedFoldersStandInEachOtherToALimit) {
+  const auto number = [](std::size_t value) {
+    std::string bytes;
+    for (int i = 0; i < 4; ++i, value >>= 8) bytes += static_cast<char>(value);
+    return bytes;
+  };
+  std::string entry = number(3) + number(0);
+  for (std::uint32_t depth = 0; depth <= NSFileWrapper::kMaximumDepth; ++depth) {
+    const NSData data = dataOf(std::string("rtfd\0\0\0\0", 8) + entry);
+    NSError error;
+    const NSFileWrapper folder = NSFileWrapper::initWithSerializedRepresentation(data, &error);
+    EXPECT_TRUE(folder) << depth;
+    EXPECT_TRUE(folder.serializedRepresentation()) << depth;
+    entry = number(3) + number(1) + number(1) + "x" + number(entry.size()) + entry;
+  }
+  NSError error;
+  EXPECT_FALSE(
+      NSFileWrapper::initWithSerializedRepresentation(dataOf(std::string("rtfd\0\0\0\0", 8) + entry), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
 }
 
 TEST(FileWrapper, DamagedSerialisedFormsAreNil) {
@@ -167,6 +199,13 @@ TEST(FileWrapper, FailuresLeaveWhatWasThere) {
   EXPECT_FALSE(tree().writeToFile(disk.string("none/A.rtfd"), true));
   EXPECT_FALSE(tree().writeToFile(NSString(), true));
   EXPECT_FALSE(NSFileWrapper().writeToFile(disk.string("x"), true));
+  // Nobody makes anything there.
+  for (const NSFileWrapper &wrapper : {tree(), file("x", "new")})
+    for (const bool atomically : {false, true}) {
+      NSError error;
+      EXPECT_FALSE(wrapper.writeToFile(u"/proc/self/A.rtfd"_ns, atomically, &error));
+      EXPECT_EQ(error.errorCode(), ErrorCode::other);
+    }
   for (const bool atomically : {false, true})
     EXPECT_FALSE(file("x", "new").writeToFile(disk.string("A.rtfd"), atomically)) << "a file for a folder";
   EXPECT_EQ(read(disk.path() / "A.rtfd/TXT.rtf"), "old");
@@ -207,6 +246,9 @@ TEST(FileWrapper, OddPathsHaveAReason) {
       NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native()));
   EXPECT_TRUE(folder.isDirectory());
   EXPECT_TRUE(folder.fileWrappers().empty()) << "a pipe and a socket in a folder are left out";
+  // What can be read leaves an error as it is.
+  EXPECT_TRUE(NSFileWrapper::initWithPath(NSString::stringWithUTF8String(disk.path().native()), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unreadable);
 }
 
 }  // namespace

@@ -68,6 +68,19 @@ TEST(RTFReader, Text) {
            Case{"a\\'4", "a4"},
            Case{"a\0b"sv, "ab"},
            Case{"\\pard{\\listtext\\tab\\bullet\\tab}x\\par{\\pntext 1.}y", "\t\u2022\tx\n\t1.\ty"},
+           Case{"\\'e4\\~'x", "\u00e4\u00a0'x"},
+           Case{"a{\\ud gone}{\\*\\ud gone}b", "ab"},
+           Case{"a{\\footnote b}c{\\footnote d\\par}\\par", "ac\nb\nd\n"},
+           Case{"{\\footnote note}", "note\n"},
+           Case{"a{\\shp{\\*\\shpinst{\\sp{\\sn pib}{\\sv{\\pict\\pngblip 00}}}}}b", "a\ufffcb"},
+           // A star counts for the word right behind it.
+           Case{"{\\*x\\no y}{\\*\xe4\\no y}{\\*\\~\\no y}{\\*\\'e4\\no y}{\\*{\\no y}}{{\\*}\\no "
+                "y}{\\*\\u97\\no y}",
+                "xy\u00e4y\u00a0y\u00e4yyyay"},
+           Case{"{\\u97}xy\\u98\\b xy", "axybxy"},
+           Case{"\\uc-1\\u97 x", "ax"},
+           Case{"\\b-x", "-x"},
+           Case{"{\\*\\x \\}\\{ gone\\\\}a{\\*\\x\\bin }b{\\*\\x\\bin2}}gone}c{\\*\\x\\bin-1 gone}d", "abcd"},
        })
     EXPECT_EQ(textOf(std::string(kFonts) + std::string(c.source)), c.expected) << c.source;
 }
@@ -137,57 +150,151 @@ TEST(RTFReader, Attributes) {
       "{\\fonttbl{\\f0\\froman Times{\\*\\falt X};}{\\f1 "
       "Arial;}}{\\colortbl;\\red255\\green0\\blue0;\\red0\\green0\\blue255;}"
       "{\\*\\expandedcolortbl;;\\cssrgb\\c0\\c0\\c100000\\alpha50196;}";
-  for (const Case &c : {
-           Case{"a{\\b b}\\i c\\plain d",
-                "[a] font=Times\n[b] font=Times weight=300\n[c] font=Times italic=1\n[d] font=Times\n"},
-           Case{"\\f1\\fs25\\b\\b0 x", "[x] font=Arial size=0.5\n"},
-           Case{"\\fweight0 x\\fweight5000 y\\fsmilli-1 z",
-                "[x] font=Times weight=-399\n[y] font=Times weight=600\n[z] font=Times size=-12 weight=600\n"},
-           Case{"\\f9 x\\f1 y", "[x] font=Times\n[y] font=Arial\n"},
-           Case{"\\cf1\\highlight2 x\\cf9 y",
-                "[x] font=Times color=255.0.0 background=0.0.255.128\n[y] font=Times background=0.0.255.128\n"},
-           Case{"\\uldb\\ulc1 x\\ul0 y",
-                "[x] font=Times underline=3 underlinecolor=255.0.0\n[y] font=Times underlinecolor=255.0.0\n"},
-           Case{"\\super x\\sub y\\nosupersub\\up6 z",
-                "[x] font=Times superscript=1\n[y] font=Times superscript=-1\n[z] font=Times offset=3\n"},
-           Case{"\\expndtw20\\strike x\\expnd-6 y",
-                "[x] font=Times strike=1 kern=1\n[y] font=Times strike=1 kern=-1.5\n"},
-           Case{"\\li720\\fi-360\\ri100\\qj x\\par\\pard y",
-                "[x\\n] font=Times align=4 first=18 head=36 tail=5\n[y] font=Times\n"},
-           Case{"x\\qc\\par", "[x\\n] font=Times align=2\n"},
-           Case{"\\sl360\\slmult1\\sb20\\sa40 x\\par\\sl-300\\slmult0 y\\par\\sl240\\slmult1 z",
-                "[x\\n] font=Times multiple=1.5 after=2 before=1\n[y\\n] font=Times minimum=15 maximum=15 "
-                "after=2 before=1\n"
-                "[z] font=Times after=2 before=1\n"},
-           Case{"\\tqr\\tx720\\tx1440 x", "[x] font=Times tab=2:36 tab=0:72\n"},
-           Case{"\\outlinelevel1\\rtlpar x", "[x] font=Times direction=2 header=2\n"},
-           Case{"\\qr\\rtlpar\\qnatural\\pardirnatural x", "[x] font=Times\n"},
-           Case{"{\\field{\\*\\fldinst{HYPERLINK \"http://a/\\\\\\\\b\" \\\\l \"c\" \\\\o "
-                "\"tip\"}}{\\fldrslt{\\ul x}}}y",
-                "[x] font=Times underline=1 link=http://a/\\b#c\n[y] font=Times\n"},
-           Case{"{\\field{\\*\\fldinst hyperlink \\\\o \"tip\" \\\\t \"_top\" \\\\n a \"b\"}{\\fldrslt x}}",
-                "[x] font=Times link=a\n"},
-           Case{"{\\field{\\*\\fldinst HYPERLINK \\\\l c}{\\fldrslt x}}{\\field{\\*\\fldinst \"HYPERLINK\" "
-                "a}{\\fldrslt y}}",
-                "[x] font=Times link=#c\n[y] font=Times\n"},
-           Case{"{\\field{\\*\\fldinst PAGE}{\\fldrslt 3}}", "[3] font=Times\n"},
-           Case{"{\\pict\\pngblip\\picwgoal200\\pichgoal100\\picscalex50 8950\n4e470d0a1a0a}",
-                "[\ufffc] font=Times file=picture1.png bytes=8 shown=5x5\n"},
-           Case{"{\\pict\\jpegblip\\picwgoal200\\pichgoal100\\picscaley300 ffd8ff}",
-                "[\ufffc] font=Times file=picture1.jpg bytes=3 shown=10x15\n"},
-           Case{"{\\pict\\dibitmap0 00}{\\nonshppict{\\pict\\pngblip 00}}x", "[x] font=Times\n"},
-           Case{"{{\\NeXTGraphic none.png \\width20 \\height20\n}\\'ac}x", "[x] font=Times\n"},
-           Case{"\\pard{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart4}x\\par y\\par\\pard z",
-                "[\\t1.\\tx\\ny\\n] font=Times list=1073741824:{upper-roman}:4\n[z] font=Times\n"},
-           Case{
-               "{\\*\\pn\\pnlvlblt{\\pntxtb o}}u\\par\\pard{\\*\\pn\\pnlvlbody\\pnlcltr}v\\par"
+  for (
+      const Case &c : {
+          Case{"a{\\b b}\\i c\\plain d",
+               "[a] font=Times\n[b] font=Times weight=300\n[c] font=Times italic=1\n[d] font=Times\n"},
+          Case{"\\f1\\fs25\\b\\b0 x", "[x] font=Arial size=0.5\n"},
+          Case{"\\fweight0 x\\fweight5000 y\\fsmilli-1 z",
+               "[x] font=Times weight=-399\n[y] font=Times weight=600\n[z] font=Times size=-12 weight=600\n"},
+          Case{"\\f9 x\\f1 y", "[x] font=Times\n[y] font=Arial\n"},
+          Case{"\\cf1\\highlight2 x\\cf9 y",
+               "[x] font=Times color=255.0.0 background=0.0.255.128\n[y] font=Times background=0.0.255.128\n"},
+          Case{"\\uldb\\ulc1 x\\ul0 y",
+               "[x] font=Times underline=3 underlinecolor=255.0.0\n[y] font=Times underlinecolor=255.0.0\n"},
+          Case{"\\super x\\sub y\\nosupersub\\up6 z",
+               "[x] font=Times superscript=1\n[y] font=Times superscript=-1\n[z] font=Times offset=3\n"},
+          Case{"\\expndtw20\\strike x\\expnd-6 y",
+               "[x] font=Times strike=1 kern=1\n[y] font=Times strike=1 kern=-1.5\n"},
+          Case{"\\li720\\fi-360\\ri100\\qj x\\par\\pard y",
+               "[x\\n] font=Times align=4 first=18 head=36 tail=5\n[y] font=Times\n"},
+          Case{"x\\qc\\par", "[x\\n] font=Times align=2\n"},
+          Case{"\\sl360\\slmult1\\sb20\\sa40 x\\par\\sl-300\\slmult0 y\\par\\sl240\\slmult1 z",
+               "[x\\n] font=Times multiple=1.5 after=2 before=1\n[y\\n] font=Times minimum=15 maximum=15 "
+               "after=2 before=1\n"
+               "[z] font=Times after=2 before=1\n"},
+          Case{"\\tqr\\tx720\\tx1440 x", "[x] font=Times tab=2:36 tab=0:72\n"},
+          Case{"\\outlinelevel1\\rtlpar x", "[x] font=Times direction=2 header=2\n"},
+          Case{"\\qr\\rtlpar\\qnatural\\pardirnatural x", "[x] font=Times\n"},
+          Case{"\\super200 a\\sub200 b\\super-1 c\\super0 d\\super x",
+               "[a] font=Times superscript=127\n[b] font=Times superscript=-127\n[cd] font=Times\n[x] "
+               "font=Times "
+               "superscript=1\n"},
+          Case{"\\up x\\dn y\\dn4 z\\up0 w",
+               "[x] font=Times offset=3\n[y] font=Times offset=-3\n[z] font=Times offset=-2\n[w] font=Times\n"},
+          Case{"\\fs25\\fs x\\fsmilli12500 y", "[x] font=Times\n[y] font=Times size=0.5\n"},
+          Case{"\\scaps a\\scaps0 b\\striked c\\striked0 d\\strike e\\strike0 f",
+               "[a] font=Times smallcaps=1\n[b] font=Times\n[c] font=Times strike=2\n[d] font=Times\n[e] "
+               "font=Times "
+               "strike=1\n[f] font=Times\n"},
+          Case{"\\cb1 x\\chcbpat2 y",
+               "[x] font=Times background=255.0.0\n[y] font=Times background=0.0.255.128\n"},
+          Case{"\\lin20\\rin40\\fi20 x\\par\\pard\\ql\\ltrpar y",
+               "[x\\n] font=Times first=2 head=1 tail=2\n[y] font=Times align=1 direction=1\n"},
+          Case{"\\sl300 x\\par\\slmult1\\sl-300 y\\par\\sl0 z\\par\\slminimum100\\slmaximum200\\slleading40 "
+               "w\\par\\slminimum-1\\slmaximum-1\\slleading0\\pardeftab720 v",
+               "[x\\n] font=Times minimum=15\n[y\\n] font=Times minimum=15 maximum=15\n[z\\n] "
+               "font=Times\n[w\\n] "
+               "font=Times spacing=2 minimum=5 maximum=10\n[v] font=Times interval=36\n"},
+          Case{"\\tqc\\tx20\\tqdec\\tb40\\tx60 x", "[x] font=Times tab=1:1 tab=3:2 tab=0:3\n"},
+          Case{
+              "\\tx20 x\\par{\\tx40 y\\par}\\tx60 z",
+              "[x\\n] font=Times tab=0:1\n[y\\n] font=Times tab=0:1 tab=0:2\n[z] font=Times tab=0:1 tab=0:3\n"},
+          Case{"\\outlinelevel5 x\\par\\outlinelevel6 y\\par\\outlinelevel-1 z",
+               "[x\\n] font=Times header=6\n[y\\nz] font=Times\n"},
+          Case{"{\\field{\\*\\fldinst{HYPERLINK a{\\fldinst gone}}}{\\fldrslt\\plain x{\\field{\\*\\fldinst "
+               "PAGE}{\\fldrslt\\b 3}}}}y",
+               "[x] font=Times link=a\n[3] font=Times weight=300 link=a\n[y] font=Times\n"},
+          Case{"{\\field{\\*\\fldinst{HYPERLINK \"http://a/\\\\\\\\b\" \\\\l \"c\" \\\\o "
+               "\"tip\"}}{\\fldrslt{\\ul x}}}y",
+               "[x] font=Times underline=1 link=http://a/\\b#c\n[y] font=Times\n"},
+          Case{"{\\field{\\*\\fldinst hyperlink \\\\o \"tip\" \\\\t \"_top\" \\\\n a \"b\"}{\\fldrslt x}}",
+               "[x] font=Times link=a\n"},
+          Case{"{\\field{\\*\\fldinst HYPERLINK \\\\l c}{\\fldrslt x}}{\\field{\\*\\fldinst \"HYPERLINK\" "
+               "a}{\\fldrslt y}}",
+               "[x] font=Times link=#c\n[y] font=Times\n"},
+          Case{"{\\field{\\*\\fldinst PAGE}{\\fldrslt 3}}", "[3] font=Times\n"},
+          Case{"{\\pict\\pngblip\\picwgoal200\\pichgoal100\\picscalex50 8950\n4e470d0a1a0a}",
+               "[\ufffc] font=Times file=picture1.png bytes=8 shown=5x5\n"},
+          Case{"{\\pict\\jpegblip\\picwgoal200\\pichgoal100\\picscaley300 ffd8ff}",
+               "[\ufffc] font=Times file=picture1.jpg bytes=3 shown=10x15\n"},
+          Case{"{\\pict\\dibitmap0 00}{\\nonshppict{\\pict\\pngblip 00}}x", "[x] font=Times\n"},
+          Case{"{\\pict\\emfblip\\picwgoal200 00}{\\pict\\wmetafile8\\picwgoal20\\pichgoal20\\picscalex0 8 "
+               "g9\n1}{\\pict\\pngblip\\bin3 }}}}x",
+               "[\ufffc] font=Times file=picture1.emf bytes=1\n[\ufffc] font=Times file=picture2.wmf bytes=1 "
+               "shown=0.01x1\n[\ufffc] font=Times file=picture3.png bytes=3\n[x] font=Times\n"},
+          Case{"{{\\NeXTGraphic none.png \\width20 \\height20\n}\\'ac}x", "[x] font=Times\n"},
+          Case{"\\pard{\\pntext 1.\\tab}{\\*\\pn\\pnlvlbody\\pnucrm\\pnstart4}x\\par y\\par\\pard z",
+               "[\\t1.\\tx\\ny\\n] font=Times list=1073741824:{upper-roman}:4\n[z] font=Times\n"},
+          Case{"{\\*\\pn\\pnlvlblt{\\pntxtb o}}u\\par\\pard{\\*\\pn\\pnlvlbody\\pnlcltr}v\\par"
                "\\pard{\\*\\pn\\pnlvl2\\pnucltr}w\\par\\pard{\\*\\pn\\pnlcrm}x\\par\\pard{\\*"
                "\\pn\\pnlcrm\\pndec}y",
                "[u\\n] font=Times list=1073741824:{disc}:1\n[v\\n] font=Times list=1073741825:{lower-alpha}:1\n"
                "[w\\n] font=Times list=1073741826:{upper-alpha}:1\n[x\\n] font=Times "
                "list=1073741827:{lower-roman}:1\n[y] font=Times list=1073741828:{decimal}:1\n"},
-       })
+      })
     EXPECT_EQ(describe(read(std::string(kTables) + std::string(c.source))), c.expected) << c.source;
+}
+
+TEST(RTFReader, FontsAndColors) {
+  for (const Case &c : {
+           Case{"{\\fonttbl{\\f0\\fcharset204 \\'c0\\'f0;}{\\f1\\fcharset161 \\'c1;}{\\f2 \\'c1;}}\\f0 x\\f1 "
+                "y\\f2 z",
+                "[x] font=\u0410\u0440\n[y] font=\u0391\n[z] font=\u00c1\n"},
+           Case{"{\\fonttbl{\\f0  A B ;}{\\f0 C;}{\\f1;}}x\\f1 y", "[x] font=A B\n[y]\n"},
+           Case{"{\\fonttbl{\\f0 A}}x", "[x] font=A\n"},
+           Case{"{\\fonttbl\\f0 A;\\f1 B;}\\deff1 x\\f0 y\\f9 z", "[x] font=B\n[y] font=A\n[z] font=B\n"},
+           Case{"{\\fonttbl{\\f1\\cpg1253\\fcharset204 G;}{\\f2\\fcharset204\\cpg1253 G;}}\\f1\\'e1\\f2\\'e1",
+                "[\u03b1\u03b1] font=G\n"},
+           Case{"\\ansicpg1251{\\fonttbl{\\f1\\fcharset0 A;}{\\f2\\fcharset1 A;}}\\f1\\'e1\\f2\\'e1",
+                "[\u00e1\u0431] font=A\n"},
+           Case{"\\ansicpg932{\\fonttbl{\\f1\\fcharset0 A;}}\\f1\\'82\\'a0", "[\u3042] font=A\n"},
+           Case{"{\\colortbl;\\red300\\green-5\\blue7;}{\\*\\expandedcolortbl;\\alpha-1;\\alpha0;}\\cf1 x",
+                "[x] color=255.0.7.0\n"},
+           Case{"{\\colortbl;\\red1;}{\\*\\expandedcolortbl;\\alpha200000;}\\cf1 x", "[x] color=1.0.0\n"},
+           Case{"{\\colortbl;\\red1\\green2;\\blue3;;}\\cf2 x\\cf3 y\\cf-1 z", "[x] color=0.0.3\n[yz]\n"},
+           Case{"{\\colortbl;\\red1;}{\\colortbl;\\red2;}\\cf1 x\\cf2 y", "[x] color=2.0.0\n[y]\n"},
+       })
+    EXPECT_EQ(describe(read(c.source)), c.expected) << c.source;
+}
+
+TEST(RTFReader, Underlines) {
+  const std::pair<const char *, int> words[] = {
+      {"ul", 1},         {"ulth", 2},     {"uldb", 3},       {"uld", 4},       {"ulthd", 4},
+      {"uldash", 5},     {"ulldash", 5},  {"ulthdash", 5},   {"ulthldash", 5}, {"uldashd", 6},
+      {"ulthdashd", 6},  {"uldashdd", 7}, {"ulthdashdd", 7}, {"ulwave", 8},    {"ulhwave", 8},
+      {"ululdbwave", 8}, {"ulw", 9},
+  };
+  for (const auto &[word, style] : words)
+    for (const std::string &end : {std::string("ulnone"), std::string("ul0"), std::string(word) + "0"})
+      EXPECT_EQ(describe(read("\\" + std::string(word) + " x\\" + end + " y")),
+                "[x] underline=" + std::to_string(style) + "\n[y]\n")
+          << word;
+}
+
+TEST(RTFReader, LinksOfInstructions) {
+  const Case cases[] = {
+      {R"(HYPERLINK "a\"b\\c")", "a\"b\\c"},
+      {R"(HYPERLINK "a)", "a"},
+      {R"(HYPERLINK a"b")", "a"},
+      {R"(HYPERLINK \l "c" \o tip "d")", "d#c"},
+      {R"(HYPERLINK "a" \t x \l)", "a"},
+      {R"(HYPERLINK "\a")", "\\a"},
+      {"HYPERLINK", ""},
+      {R"(HYPERLINK "")", ""},
+      {"HYPERLINKS a", ""},
+      {R"(HYPERLINK \o a)", ""},
+      {"  HYPERLINK   a  ", "a"},
+      {"", ""},
+  };
+  for (const Case &c : cases) {
+    std::string escaped;
+    for (const char unit : c.source) escaped += unit == '\\' ? "\\\\" : std::string(1, unit);
+    const std::string link(c.expected);
+    EXPECT_EQ(describe(read("{\\field{\\*\\fldinst{" + escaped + "}}{\\fldrslt x}}")),
+              link.empty() ? "[x]\n" : "[x] link=" + link + "\n")
+        << c.source;
+  }
 }
 
 TEST(RTFReader, Lists) {
@@ -205,6 +312,13 @@ TEST(RTFReader, Lists) {
            Case{"\\ls2 x", "[x] list=10:{disc}:1\n"},
            Case{"\\ls3 x", "[x] list=55:{decimal}):9\n"},
            Case{"\\ls4 x\\par\\ls5 y\\par\\ls0 z", "[x\\ny\\nz]\n"},
+           Case{"\\ls-1 x", "[x]\n"},
+           Case{"\\ls1\\ilvl-1 x", "[x] list=1:{decimal}):1\n"},
+           Case{"\\ls2\\ilvl99 x",
+                "[x] list=10:{disc}:1 list=11:{decimal}.:1 list=12:{decimal}.:1 list=13:{decimal}.:1 "
+                "list=14:{decimal}.:1 list=15:{decimal}.:1 list=16:{decimal}.:1 list=17:{decimal}.:1 "
+                "list=18:{decimal}.:1\n"},
+           Case{"{\\*\\pn\\pnlvlbody}x\\par\\pard{\\*\\pn\\pndec}y", "[x\\ny] list=1073741824:{decimal}:1\n"},
            Case{"\\ls6\\ilvl2 x",
                 "[x] list=19:{upper-roman}.:1 list=20:{lower-roman}.:1 list=21:{upper-alpha}.:1\n"},
        })
@@ -238,6 +352,26 @@ TEST(RTFReader, ListsWithoutLevelsAndLevelsWithoutLists) {
                           stray + "}}\\ls3}{\\listoverride\\listid7" + stray +
                           "\\ls1}{\\listoverride\\listid8\\ls2}}\\ls1 x\\par\\ls2 y\\par\\ls3 z")),
             "[x\\n] list=1:{lower-alpha}):1\n[y\\n] list=10:{decimal}.:1\n[z] list=37:{upper-roman}.:5\n");
+}
+
+TEST(RTFReader, LevelsOfLists) {
+  const Case levels[] = {
+      {"\\levelnfc0{\\leveltext\\'05(\\'00)\\'01x;}", "({decimal})"},
+      {"\\levelnfcn2{\\leveltext\\'01\\'00;}", "{lower-roman}"},
+      {"\\levelnfc255{\\leveltext\\'01x;}", "x"},
+      {"\\levelnfc23{\\leveltext\\'02oo;}", "oo"},
+  };
+  for (const Case &c : levels)
+    EXPECT_EQ(describe(read("{\\*\\listtable{\\list{\\listlevel" + std::string(c.source) +
+                            "}\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}\\ls1 x")),
+              "[x] list=1:" + std::string(c.expected) + ":1\n")
+        << c.source;
+  // Only what gives a start of its own makes an override another list.
+  EXPECT_EQ(
+      describe(read("{\\*\\listtable{\\list\\listid7}}{\\*\\listoverridetable{\\listoverride\\listid7"
+                    "{\\lfolevel}\\ls1}{\\listoverride\\listid7{\\lfolevel}{\\lfolevel\\levelstartat9}\\ls2}}"
+                    "\\ls1 x\\par\\ls2\\ilvl1 y")),
+      "[x\\n] list=1:{decimal}.:1\n[y] list=28:{decimal}.:1 list=29:{decimal}.:9\n");
 }
 
 TEST(RTFReader, Tables) {
@@ -275,6 +409,23 @@ TEST(RTFReader, Tables) {
                 "cellx1000"
                 "\\intbl a\\cell\\row",
                 "[a\\n] cell=1/1:0+1,0+1 border=2 border=2 width=50pt\n"},
+           Case{
+               "{\\colortbl;\\red255\\green0\\blue0;}\\trowd\\clbrdrt\\brdrw40\\brdrs\\brdrcf1\\clbrdrl\\brdrdb"
+               "\\clbrdrb\\brdrnone\\brdrb\\brdrdot\\brdrcf1\\clbrdrr\\brdrnil\\cellx1000\\brdrs\\clbrdrl\\brdr"
+               "w-1"
+               "\\cellx2000\\intbl a\\cell b\\cell\\row",
+               "[a\\n] cell=1/2:0+1,0+1 border=2 bordercolor=255.0.0 border=0.75 width=50pt\n[b\\n] "
+               "cell=1/2:0+1,1+1 width=50pt\n"},
+           // Widths that are left to the table, and edges that are nearly the same and not.
+           Case{"\\trowd\\clwWidth500\\clftsWidth1\\cellx1000\\clvertalb\\cellx2000\\intbl a\\cell "
+                "b\\cell\\row\\trowd\\taflags2\\cellx1020\\cellx2021\\intbl c\\cell d\\cell\\row",
+                "[a\\n] cell=1/3:0+1,0+1\n[b\\n] cell=1/3:0+1,1+1 width=50pt valign=2\n[c\\n] cell=1/3:1+1,0+1 "
+                "width=51pt\n[d\\n] cell=1/3:1+1,1+2 width=50.05pt\n"},
+           Case{"\\trowd\\taflags3\\trgaph-20\\trpaddl-1\\trpaddb20\\cellx0\\intbl a\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 collapsed padding=1 width=2pt\n"},
+           // Cells that go on with none, and look different.
+           Case{"\\trowd\\clvmrg\\cellx1000\\clvmrg\\cellx2000\\cellx3000\\intbl{\\b\\cell}\\cell c\\cell\\row",
+                "[c\\n] cell=1/3:0+1,2+1 width=50pt\n"},
            // Cells without definitions, and a row without an end.
            Case{"\\intbl a\\cell b\\cell\\row\\intbl c",
                 "[a\\n] cell=1/2:0+1,0+1\n[b\\n] cell=1/2:0+1,1+1\n[c] cell=1/2:1+1,0+1\n"},
@@ -304,6 +455,21 @@ TEST(RTFReader, DocumentAttributes) {
   EXPECT_EQ(attributes.leftMargin, 72);
   EXPECT_EQ(attributes.rightMargin, 0);
   EXPECT_FALSE(attributes.topMargin);
+}
+
+TEST(RTFReader, DatesAndKeywords) {
+  const auto info = [](const std::string &content) {
+    DocumentAttributes attributes;
+    EXPECT_TRUE(initWithRTF(dataOf("{\\rtf1{\\info" + content + "}}"), &attributes));
+    return attributes;
+  };
+  for (const char *unknown : {"\\yr0", "\\mo0", "\\dy0"})
+    EXPECT_FALSE(info("{\\creatim" + std::string(unknown) + "}").creationTime) << unknown;
+  EXPECT_EQ(info("{\\revtim\\yr2001}").modificationTime, NSDate::dateWithUTC(2001, 1, 1, 0, 0, 0));
+  EXPECT_EQ(info("{\\creatim\\yr2001\\mo2\\dy3\\hr4\\min5\\sec6}{\\revtim}").creationTime,
+            NSDate::dateWithUTC(2001, 2, 3, 4, 5, 6));
+  EXPECT_EQ(info("{\\keywords a,, b ; }").keywords, (std::vector<NSString>{u"a"_ns, u"b"_ns}));
+  EXPECT_EQ(info("{\\keywords a}{\\keywords b}").keywords, std::vector<NSString>{u"b"_ns});
 }
 
 TEST(RTFReader, OtherDataIsNil) {

@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
+
 #include "platform/ImageIO/CGImageSource.hpp"
 #include "tests/platform/ImageIO/QuarteredImage.hpp"
 
@@ -69,6 +74,49 @@ TEST(CGImageDestination, WritesSeveralImages) {
       dataWithImages({quarteredImage(40, 30), quarteredImage(40, 30, 0)}, u"com.compuserve.gif"_ns, {}));
   ASSERT_TRUE(gif);
   EXPECT_EQ(gif->count(), 2u);
+}
+
+TEST(CGImageDestination, PutsTheFieldsOfTIFFInTheirOrder) {
+  for (const std::uint32_t height : {1u, 128u, 129u, 300u}) {
+    const NSData data = dataWithImage(quarteredImage(5, height), u"public.tiff"_ns, {.usesLZW = false});
+    const auto number = [&](std::size_t place, std::size_t bytes) {
+      std::uint32_t value = 0;
+      for (std::size_t i = bytes; i-- > 0;) value = value << 8 | data.span()[place + i];
+      return value;
+    };
+    const std::uint32_t directory = number(4, 4);
+    std::map<std::uint32_t, std::pair<std::uint32_t, std::uint32_t>> fields;
+    std::uint32_t last = 0;
+    for (std::uint32_t i = 0; i < number(directory, 2); ++i) {
+      const std::size_t entry = directory + 2 + 12 * i;
+      const std::uint32_t tag = number(entry, 2);
+      EXPECT_LT(last, tag);
+      last = tag;
+      fields[tag] = {number(entry + 4, 4), number(entry + 8, 4)};
+    }
+    const auto values = [&](std::uint32_t tag) {
+      const auto &[count, value] = fields[tag];
+      std::vector<std::uint32_t> all;
+      for (std::uint32_t i = 0; i < count; ++i) all.push_back(count == 1 ? value : number(value + 4 * i, 4));
+      return all;
+    };
+    // The strips stand one behind the other, up to the end of the file.
+    const std::vector<std::uint32_t> places = values(273), lengths = values(279);
+    ASSERT_EQ(places.size(), (height + 127) / 128);
+    ASSERT_EQ(lengths.size(), places.size());
+    std::uint32_t end = places[0], rows = 0;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+      EXPECT_EQ(places[i], end);
+      EXPECT_EQ(lengths[i], std::min(height - rows, 128u) * 5 * 3);
+      end += lengths[i];
+      rows += 128;
+    }
+    EXPECT_EQ(end, data.length());
+    EXPECT_EQ(values(278), std::vector{128u});
+    EXPECT_EQ(number(fields[282].second, 4), 7200u);
+    EXPECT_EQ(number(fields[282].second + 4, 4), 100u);
+    EXPECT_EQ(fields[283].second, fields[282].second);
+  }
 }
 
 TEST(CGImageDestination, SaysWhatItCannotWrite) {

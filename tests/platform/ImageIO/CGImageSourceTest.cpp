@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/Foundation/System/EngineLibrary.hpp"
 #include "tests/support/TemporaryFolder.hpp"
@@ -40,6 +42,7 @@ TEST(CGImageSource, KnowsOtherFormats) {
     EXPECT_EQ(source->count(), c.count);
     EXPECT_EQ(source->properties().objectForKey(u"PixelWidth"_ns), id(c.width));
     EXPECT_EQ(source->properties().objectForKey(u"PixelHeight"_ns), id(c.height));
+    EXPECT_EQ(source->properties().objectForKey(u"HasAlpha"_ns), id(false));
   }
 }
 
@@ -55,6 +58,21 @@ TEST(CGImageSource, SaysWhyItIsNull) {
       {"%PDF-1.4\n"sv, ErrorCode::unsupportedType},
       {"%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 9 9\n"sv, ErrorCode::unsupportedType},
       {"P6 picture"sv, ErrorCode::unsupportedType},
+      {"P6\n2"sv, ErrorCode::unsupportedType},
+      {"P6\n2 0 255\n"sv, ErrorCode::unsupportedType},
+      {"P62 2 255\n"sv, ErrorCode::unsupportedType},
+      {"P6"sv, ErrorCode::unsupportedType},
+      {"\x01\xda\0\1\0\3\0\0\0\0\0\0"sv, ErrorCode::unsupportedType},
+      {"\0\0\0\x64\0\0\0\7\0\0\0\2\0\0\0\x18\0\0\0\0\0\0\0\0"sv, ErrorCode::unsupportedType},
+      {"#define a 5\n"sv, ErrorCode::unsupportedType},
+      {"qoif\0\0\0\0\0\0\0\1\4\0"sv, ErrorCode::damaged},
+      {"DDS \x7c\0\0\0"sv, ErrorCode::damaged},
+      {"\xff\x0a"sv, ErrorCode::damaged},
+      {"\0\0\1\0\1\0\0\0\0\0\0\0\0\0\0\0\0\0\x16\0\0\0"sv, ErrorCode::damaged},
+      {"\0\0\1\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x16\0\0\0"sv, ErrorCode::unsupportedType},
+      {"\0\0\1\0\1\0\0\0\0\1\0\0\0\0\0\0\0\0\x16\0\0\0"sv, ErrorCode::unsupportedType},
+      {"\0\0\1\0\1\0\0\0\0\0\0\0\0\0\0\0\0\0\x15\0\0\0"sv, ErrorCode::unsupportedType},
+      {"\0\0\3\0\1\0\0\0\0\0\0\0\0\0\0\0\0\0\x16\0\0\0"sv, ErrorCode::unsupportedType},
       {"\0\0\0\x18\x66typisom\0\0\2\0isomiso2"sv, ErrorCode::unsupportedType},
       {"BM"sv, ErrorCode::unsupportedType},
       {"BM\x4e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\0\0\0\0\2\0\0\0"sv, ErrorCode::damaged},
@@ -84,6 +102,102 @@ TEST(CGImageSource, SaysWhyItIsNull) {
   NSError error;
   EXPECT_FALSE(CGImageSource::sourceWithData(NSData(), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
+}
+
+TEST(CGImageSource, KnowsFormatsWithoutSignaturesByAllThatTheySay) {
+  const std::string TGA = "\0\0\2\0\0\0\0\0\0\0\0\0\2\0\1\0\x20\0"s;
+  std::string PCX = "\x0a\5\1\x08\0\0\0\0\1\0\0\0"s + std::string(116, '\0');
+  using Changes = std::vector<std::pair<std::size_t, int>>;
+  const struct {
+    const std::string &file;
+    Changes changes;
+    bool isKnown;
+  } cases[] = {
+      {TGA, {}, true},
+      {TGA, {{2, 10}}, true},
+      {TGA, {{2, 0}}, false},
+      {TGA, {{2, 4}}, false},
+      {TGA, {{2, 18}}, false},
+      {TGA, {{1, 2}, {7, 24}}, false},
+      {TGA, {{1, 1}, {7, 24}}, true},
+      {TGA, {{1, 1}, {7, 15}}, true},
+      {TGA, {{1, 1}, {7, 16}}, true},
+      {TGA, {{1, 1}, {7, 32}}, true},
+      {TGA, {{1, 1}}, false},
+      {TGA, {{1, 1}, {7, 8}}, false},
+      {TGA, {{3, 1}}, false},
+      {TGA, {{4, 1}}, false},
+      {TGA, {{5, 1}}, false},
+      {TGA, {{6, 1}}, false},
+      {TGA, {{7, 1}}, false},
+      {TGA, {{16, 15}}, true},
+      {TGA, {{16, 16}}, true},
+      {TGA, {{16, 24}}, true},
+      {TGA, {{16, 8}}, false},
+      {TGA, {{2, 3}, {16, 8}}, true},
+      {TGA, {{2, 3}}, false},
+      {TGA, {{2, 1}, {16, 8}}, false},
+      {TGA, {{1, 1}, {2, 1}, {7, 24}, {16, 8}}, true},
+      {TGA, {{1, 1}, {2, 9}, {7, 24}, {16, 8}}, true},
+      {TGA, {{1, 1}, {2, 1}, {7, 24}, {16, 16}}, false},
+      {TGA, {{17, 0x3f}}, true},
+      {TGA, {{17, 0x40}}, false},
+      {TGA, {{17, 0x80}}, false},
+      {TGA, {{12, 0}}, false},
+      {TGA, {{14, 0}}, false},
+      {PCX, {}, true},
+      {PCX, {{0, 11}}, false},
+      {PCX, {{1, 6}}, false},
+      {PCX, {{2, 0}}, true},
+      {PCX, {{2, 2}}, false},
+      {PCX, {{3, 1}}, true},
+      {PCX, {{3, 2}}, true},
+      {PCX, {{3, 4}}, true},
+      {PCX, {{3, 3}}, false},
+      {PCX, {{3, 0}}, false},
+      {PCX, {{64, 1}}, false},
+      {PCX, {{4, 2}}, false},
+      {PCX, {{6, 1}}, false},
+  };
+  for (const auto &[file, changes, isKnown] : cases) {
+    std::string bytes = file;
+    for (const auto &[place, value] : changes) bytes[place] = static_cast<char>(value);
+    NSError error;
+    const auto source = CGImageSource::sourceWithData(dataWithBytes(bytes), &error);
+    EXPECT_EQ(static_cast<bool>(source), isKnown) << testing::PrintToString(changes) << file.size();
+    EXPECT_EQ(error.errorCode(), isKnown ? ErrorCode::none : ErrorCode::unsupportedType)
+        << testing::PrintToString(changes) << file.size();
+    if (!source) continue;
+    EXPECT_EQ(source->type(), &file == &TGA ? u"com.truevision.tga-image"_ns : u"com.zsoft.pcx-image"_ns);
+    EXPECT_EQ(source->properties().objectForKey(u"PixelWidth"_ns), id(2));
+    EXPECT_EQ(source->properties().objectForKey(u"PixelHeight"_ns), id(1));
+  }
+  for (const std::string &file : {TGA, PCX})
+    EXPECT_FALSE(CGImageSource::sourceWithData(dataWithBytes(file.substr(0, file.size() - 1))));
+}
+
+TEST(CGImageSource, KnowsDrawingsBehindWhatMayStandInFront) {
+  const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' width='3' height='2'/>";
+  const std::pair<std::string, bool> cases[] = {
+      {svg, true},
+      {"\xef\xbb\xbf" + svg, true},
+      {" \t\r\n" + svg, true},
+      {"<?xml version='1.0'?>\n<!-- <a> --><!DOCTYPE svg>\n" + svg, true},
+      {"<s:svg xmlns:s='http://www.w3.org/2000/svg' width='3' height='2'/>", false},
+      {"<svg:svg xmlns:svg='http://www.w3.org/2000/svg' width='3' height='2'/>", true},
+      {"<!-- " + svg, false},
+      {"<!DOCTYPE html>" + svg, false},
+      {"text" + svg, false},
+  };
+  for (const auto &[bytes, isKnown] : cases) {
+    NSError error;
+    const auto source = CGImageSource::sourceWithData(dataWithBytes(bytes), &error);
+    EXPECT_EQ(source ? source->type() : NSString(), isKnown ? u"public.svg-image"_ns : NSString()) << bytes;
+    EXPECT_EQ(error.errorCode(), isKnown ? ErrorCode::none : ErrorCode::unsupportedType) << bytes;
+    if (source) {
+      EXPECT_EQ(source->properties().objectForKey(u"PixelWidth"_ns), id(3)) << bytes;
+    }
+  }
 }
 
 TEST(CGImageSource, SaysThatMetadataIsMissing) {

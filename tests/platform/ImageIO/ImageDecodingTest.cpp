@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "platform/ImageIO/CGImageSource.hpp"
 #include "tests/platform/ImageIO/QuarteredImage.hpp"
 #include "tests/support/PeakMemory.hpp"
+#include "tests/support/Pixels.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -116,13 +118,19 @@ TEST(ImageDecoding, ReadsFilesAsItReadsData) {
       CGImageSource::sourceWithContentsOfFile(folder.write("picture", testPicture("plain.psd").view()));
   folder.write("picture", "no picture any more");
   NSError error;
+  // What ends before it did is not waited for.
+  for (const char *name : {"plain.qoi", "icon.ico", "plain.dng"}) {
+    const auto cut = CGImageSource::sourceWithContentsOfFile(folder.write("cut", testPicture(name).view()));
+    ASSERT_TRUE(cut) << name;
+    std::filesystem::resize_file(folder.path() / "cut", 40);
+    cut->createImageAtIndex(0, {}, &error);
+  }
+  error = {};
   EXPECT_FALSE(source->createImageAtIndex(0, {}, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
 }
 
 TEST(ImageDecoding, TurnsAsTheFileSays) {
-  // The upper left quarter's places by the numbers of Exif.
-  const std::size_t places[] = {0, 1, 3, 2, 0, 1, 3, 2};
   const std::string turned(testPicture("turned.jpg").view());
   const std::size_t value = turned.find("\x12\x01\x03\0\x01\0\0\0\x06"s) + 8;
   const auto plain = CGImageSource::sourceWithData(testPicture("turned.jpg"));
@@ -135,14 +143,21 @@ TEST(ImageDecoding, TurnsAsTheFileSays) {
     ASSERT_TRUE(source) << orientation;
     const CGImage stored = source->createImageAtIndex(0, {});
     const CGImage shown = source->createImageAtIndex(0, {.withTransform = true});
-    const bool isKnown = orientation >= 1 && orientation <= 8;
-    const bool isOnItsSide = isKnown && orientation >= 5;
-    EXPECT_EQ(shown.width(), isOnItsSide ? stored.height() : stored.width()) << orientation;
-    const Quarters before = quartersOf(stored);
-    const Quarters after = quartersOf(shown);
-    const std::size_t place = isKnown ? places[orientation - 1] : 0;
-    EXPECT_EQ(before[0], after[place]) << orientation;
-    EXPECT_EQ(before[1] == after[place ^ 2], isOnItsSide) << orientation;
+    const std::uint32_t width = stored.width(), height = stored.height();
+    const bool isOnItsSide = orientation >= 5 && orientation <= 8;
+    ASSERT_EQ(shown.width(), isOnItsSide ? height : width) << orientation;
+    ASSERT_EQ(shown.height(), isOnItsSide ? width : height) << orientation;
+    // Which side of what is stored is where the numbers of Exif say: 2, 3, 7 and 8 show its right where its
+    // left would be, 3, 4, 6 and 7 its bottom where its top would be.
+    const bool showsRight = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
+    const bool showsBottom = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
+    for (std::uint32_t y = 0; y < shown.height(); ++y)
+      for (std::uint32_t x = 0; x < shown.width(); ++x) {
+        const std::uint32_t column = isOnItsSide ? y : x, row = isOnItsSide ? x : y;
+        ASSERT_EQ(pixelAt(shown, x, y), pixelAt(stored, showsRight ? width - 1 - column : column,
+                                                showsBottom ? height - 1 - row : row))
+            << orientation << ": " << x << " " << y;
+      }
   }
 }
 
@@ -151,11 +166,12 @@ TEST(ImageDecoding, ScalesToAnySize) {
   ASSERT_TRUE(source);
   for (const auto quality : {CGInterpolationQuality::standard, CGInterpolationQuality::none,
                              CGInterpolationQuality::low, CGInterpolationQuality::high})
-    for (const auto &[width, height] : {std::pair(16u, 12u), {7u, 29u}, {100u, 60u}, {2u, 2u}}) {
+    for (const auto &[width, height] :
+         {std::pair(16u, 12u), {7u, 29u}, {100u, 60u}, {2u, 2u}, {1u, 5u}, {5u, 1u}}) {
       const CGImage image = source->createImageAtIndex(0, width, height, quality, {.withTransform = true});
       EXPECT_EQ(image.width(), width);
       EXPECT_EQ(image.height(), height);
-      if (width > 2) {
+      if (width > 2 && height > 2) {
         EXPECT_LE(difference(quartersOf(image), kQuarters), 40) << width;
       }
     }
@@ -163,6 +179,11 @@ TEST(ImageDecoding, ScalesToAnySize) {
   EXPECT_FALSE(source->createImageAtIndex(0, 0, 5, CGInterpolationQuality::low, {}, &error));
   EXPECT_FALSE(
       source->createImageAtIndex(0, CGImage::kMaximumSide + 1, 5, CGInterpolationQuality::low, {}, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+  // More than a gibibyte of pixels, whose sides are not too long.
+  error = {};
+  EXPECT_FALSE(
+      source->createImageAtIndex(0, CGImage::kMaximumSide, 8193, CGInterpolationQuality::none, {}, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
   // Nothing is enlarged to be a thumbnail, and no side vanishes.
   EXPECT_EQ(source->createThumbnailAtIndex(0, {.maxPixelSize = 999, .createFromImageAlways = true}).height(),
@@ -232,6 +253,31 @@ TEST(ImageDecoding, TellsWhatTheFormatSays) {
   EXPECT_EQ(fact("turned.jpg", 0, u"{TIFF}"_ns, u"Orientation"_ns), id(6));
 }
 
+TEST(ImageDecoding, TellsOfColorsAndTheirDepth) {
+  const struct {
+    const char *name;
+    NSString model;
+    std::optional<int> depth = 8;
+    bool hasAlpha = false;
+  } cases[] = {
+      {"plain.jpg", u"RGB"_ns},          {"cmyk.jpg", u"CMYK"_ns},
+      {"cmyk.tiff", u"CMYK"_ns},         {"deep.tiff", u"RGB"_ns, 16},
+      {"lab.tiff", u"Lab"_ns, {}},       {"half.png", u"RGB"_ns, 16, true},
+      {"deep.psd", u"RGB"_ns, 16},       {"half-deep.png", u"RGB"_ns, 16, true},
+      {"icon.ico", u"RGB"_ns, {}, true}, {"plain.dng", u"RGB"_ns, {}},
+      {"plain.bmp", u"RGB"_ns, {}},
+  };
+  for (const auto &[name, model, depth, hasAlpha] : cases) {
+    const auto source = CGImageSource::sourceWithData(testPicture(name));
+    ASSERT_TRUE(source) << name;
+    EXPECT_EQ(source->properties().objectForKey(u"ColorModel"_ns), id(model)) << name;
+    EXPECT_EQ(source->properties().objectForKey(u"HasAlpha"_ns), id(hasAlpha)) << name;
+    if (depth) {
+      EXPECT_EQ(source->properties().objectForKey(u"Depth"_ns), id(*depth)) << name;
+    }
+  }
+}
+
 TEST(ImageDecoding, LivesThroughCutFiles) {
   for (const auto &entry : std::filesystem::directory_iterator(TEST_FILES "/image-thumbnail")) {
     const NSData whole = testPicture(entry.path().filename());
@@ -268,6 +314,19 @@ TEST(ImageDecoding, RefusesWhatIsTooLarge) {
     thumbnail(dataWithBytes(bytes), kThumbnail, &error);
     EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge) << bytes.substr(0, 4);
   }
+  // A raw picture is as large as it says, whatever there is of it.
+  std::string dng(testPicture("plain.dng").view());
+  for (const char tag : {'\0', '\1'}) {
+    const std::size_t entry = dng.find(std::string{tag, 1, 4, 0, 1, 0, 0, 0, 64, 0, 0, 0});
+    ASSERT_LT(entry, dng.size());
+    dng.replace(entry + 8, 4, "\x10\x27\0\0"s);
+  }
+  NSError tooManyPixels;
+  const auto raw = CGImageSource::sourceWithData(dataWithBytes(dng));
+  ASSERT_TRUE(raw);
+  EXPECT_EQ(raw->type(), u"public.camera-raw-image"_ns);
+  EXPECT_FALSE(raw->createImageAtIndex(0, {}, &tooManyPixels));
+  EXPECT_EQ(tooManyPixels.errorCode(), ErrorCode::tooLarge);
   // A row less is tried.
   NSError error;
   EXPECT_FALSE(thumbnail(dataWithBytes("P6 16384 8192 255\n"), kThumbnail, &error));
@@ -303,6 +362,17 @@ TEST(ImageDecoding, EndsAtItsDeadline) {
   NSError error;
   EXPECT_FALSE(thumbnail(large, options, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
+  // Whoever reads it, and however little there is to do.
+  for (const char *name :
+       {"plain.png", "plain.jpg", "plain.qoi", "icon.ico", "plain.psd", "plain.svg", "plain.dng"}) {
+    const auto source = CGImageSource::sourceWithData(
+        std::string_view(name) == "plain.png" ? dataWithImage(quarteredImage(8, 8), u"public.png"_ns, {})
+                                              : testPicture(name));
+    ASSERT_TRUE(source) << name;
+    error = {};
+    EXPECT_FALSE(source->createImageAtIndex(0, {.deadline = Deadline::after(0)}, &error)) << name;
+    EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit) << name;
+  }
 }
 
 TEST(ImageDecoding, LoadsNothingThatDrawingsName) {

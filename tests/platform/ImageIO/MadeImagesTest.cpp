@@ -130,6 +130,40 @@ TEST(MadeImages, TellsOfKindsOfPhotoshopThatAreNotRead) {
   }
 }
 
+TEST(MadeImages, TellsOfPhotoshopWhatItsHeaderSays) {
+  // The horizontal resolution, its unit and another one, and the vertical one; behind a resource with a name.
+  const std::string content =
+      bigEndian(300 << 16, 4) + bigEndian(1, 4) + bigEndian(150 << 16, 4) + bigEndian(1, 4);
+  const std::string resources = "8BIM" + bigEndian(1000, 2) + "\4name\0"s + bigEndian(3, 4) + "odd\0"s +
+                                "8BIM" + bigEndian(1005, 2) + "\0\0"s + bigEndian(content.size(), 4) + content;
+  const std::string behind = bigEndian(resources.size(), 4) + resources + bigEndian(0, 4) + "\0\0"s;
+  const struct {
+    int channels;
+    std::uint32_t width;
+    int mode;
+    NSString model;
+    bool isRead = true;
+  } cases[] = {
+      {56, 4, 1, u"Gray"_ns}, {57, 4, 1, u"Gray"_ns, false},      {1, 300'000, 1, u"Gray"_ns},
+      {3, 4, 3, u"RGB"_ns},   {1, 300'001, 1, u"Gray"_ns, false}, {2, 4, 3, u"RGB"_ns, false},
+      {4, 4, 4, u"CMYK"_ns},  {3, 4, 4, u"CMYK"_ns, false},       {3, 4, 9, u"Lab"_ns},
+      {1, 4, 8, u"Gray"_ns},  {1, 4, 5, NSString(), false},       {1, 0, 1, u"Gray"_ns, false},
+  };
+  for (const auto &[channels, width, mode, model, isRead] : cases) {
+    const auto source =
+        CGImageSource::sourceWithData(dataWithBytes(photoshop(1, channels, width, 8, mode, behind)));
+    // Who reads metadata alone knows the sides of others, too.
+    const NSDictionary facts = source ? source->properties() : NSDictionary();
+    EXPECT_EQ(facts.objectForKey(u"Depth"_ns), isRead ? id(8) : id())
+        << channels << " " << width << " " << mode;
+    if (!isRead) continue;
+    EXPECT_EQ(facts.objectForKey(u"ColorModel"_ns), id(model)) << mode;
+    EXPECT_EQ(facts.objectForKey(u"DPIWidth"_ns), id(300.0));
+    EXPECT_EQ(facts.objectForKey(u"DPIHeight"_ns), id(150.0));
+    EXPECT_EQ(facts.objectForKey(u"HasAlpha"_ns), id(false));
+  }
+}
+
 /// A colour profile of linear samples whose red is the blue of sRGB, and whose blue is its red.
 std::string swappingProfile() {
   const auto fixed = [](double number) {
@@ -191,6 +225,15 @@ TEST(MadeImages, AnswersNoImageOfASideTooLong) {
     EXPECT_EQ(source->createImageAtIndex(0, {}, &error).width(), isRight ? width : 0);
     EXPECT_EQ(error.errorCode(), isRight ? ErrorCode::none : ErrorCode::tooLarge);
     EXPECT_EQ(source->createThumbnailAtIndex(0, kThumbnail).width(), 16u);
+    // A column of as many pixels.
+    std::string column = photoshop(1, 1, 1, 8, 1, bigEndian(0, 8) + "\0\0"s + std::string(width, '\x40'));
+    column.replace(14, 4, bigEndian(width, 4));
+    const auto high = CGImageSource::sourceWithData(dataWithBytes(column));
+    ASSERT_TRUE(high);
+    error = {};
+    EXPECT_EQ(high->createImageAtIndex(0, {}, &error).height(), isRight ? width : 0);
+    EXPECT_EQ(error.errorCode(), isRight ? ErrorCode::none : ErrorCode::tooLarge);
+    EXPECT_EQ(high->createThumbnailAtIndex(0, kThumbnail).height(), 16u);
   }
 }
 
@@ -214,6 +257,46 @@ TEST(MadeImages, ReadsIconsThatHoldWholeFiles) {
   EXPECT_EQ(difference(quartersOf(second), kQuarters), 0);
 }
 
+TEST(MadeImages, ReadsIconsThatHoldBitmaps) {
+  // A red pixel and a blue one, which the mask hides. Rows have multiples of four bytes.
+  const auto bitmap = [](int bits, int colors, const std::string &behind) {
+    return littleEndian(40, 4) + littleEndian(2, 4) + littleEndian(2, 4) + littleEndian(1, 2) +
+           littleEndian(static_cast<std::uint64_t>(bits), 2) + std::string(16, '\0') +
+           littleEndian(static_cast<std::uint64_t>(colors), 4) + std::string(4, '\0') + behind;
+  };
+  const std::string direct = "\0\0\xff\xff\0\0\0\0"s, palette = "\0\0\xff\0\xff\0\0\0"s, mask = "\x40\0\0\0"s;
+  const std::vector<int> hidden = {255, 0, 0, 255, 0, 0, 0, 0}, shown = {255, 0, 0, 255, 0, 0, 255, 255};
+  const struct {
+    const char *name;
+    std::string bitmap;
+    const std::vector<int> &samples;
+  } cases[] = {
+      {"24 bits", bitmap(24, 0, direct + mask), hidden},
+      {"no mask", bitmap(24, 0, direct), shown},
+      {"half a mask", bitmap(24, 0, direct + mask.substr(0, 3)), shown},
+      {"two colours of 256", bitmap(8, 2, palette + "\0\1\0\0"s + mask), hidden},
+      {"a bit", bitmap(1, 0, palette + "\x40\0\0\0"s + mask), hidden},
+      {"alpha", bitmap(32, 0, "\0\0\xff\xff\xff\0\0\0"s), hidden},
+  };
+  for (const auto &c : cases) {
+    const std::string icon =
+        "\0\0\1\0\1\0"s + std::string(8, '\0') + littleEndian(c.bitmap.size(), 4) + littleEndian(22, 4);
+    const auto source = CGImageSource::sourceWithData(dataWithBytes(icon + c.bitmap));
+    ASSERT_TRUE(source) << c.name;
+    EXPECT_EQ(samplesOf(source->createImageAtIndex(0, {}), 2), c.samples) << c.name;
+  }
+  // Of bitmaps of one size that with most bits comes first.
+  const std::string few = bitmap(8, 2, palette + "\1\0\0\0"s + mask), many = bitmap(24, 0, direct + mask);
+  const std::string both = "\0\0\1\0\2\0"s + std::string(8, '\0') + littleEndian(few.size(), 4) +
+                           littleEndian(38, 4) + std::string(8, '\0') + littleEndian(many.size(), 4) +
+                           littleEndian(38 + few.size(), 4);
+  const auto source = CGImageSource::sourceWithData(dataWithBytes(both + few + many));
+  ASSERT_TRUE(source);
+  ASSERT_EQ(source->count(), 2u);
+  EXPECT_EQ(samplesOf(source->createImageAtIndex(0, {}), 2), hidden);
+  EXPECT_EQ(samplesOf(source->createImageAtIndex(1, {}), 1), (std::vector{0, 0, 255, 255}));
+}
+
 TEST(MadeImages, SkipsCommentsInFrontOfNumbers) {
   const auto source =
       CGImageSource::sourceWithData(dataWithBytes("P6\n# 7 8\n#\n2 # 6\n1\n255\n\xff\0\0\0\0\xff"s));
@@ -223,9 +306,10 @@ TEST(MadeImages, SkipsCommentsInFrontOfNumbers) {
   EXPECT_EQ(samplesOf(source->createImageAtIndex(0, {}), 2), (std::vector{255, 0, 0, 255, 0, 0, 255, 255}));
 }
 
-/// A TIFF of one row.
+/// A TIFF of as many rows of that width as there are samples for.
 std::string tiff(std::uint32_t width, int samples, int depth, int photometric, int format,
-                 std::vector<int> extraSamples, const std::string &row) {
+                 std::vector<int> extraSamples, const std::string &rows) {
+  const int height = static_cast<int>(rows.size() * 8 / width) / (samples * depth);
   std::vector<std::string> entries;
   std::string behind;
   const std::size_t count = 11 + (extraSamples.empty() ? 0 : 1);
@@ -243,22 +327,22 @@ std::string tiff(std::uint32_t width, int samples, int depth, int photometric, i
   };
   const auto each = static_cast<std::size_t>(samples);
   add(256, {static_cast<int>(width)});
-  add(257, {1});
+  add(257, {height});
   add(258, std::vector(each, depth));
   add(259, {1});
   add(262, {photometric});
   const std::size_t strip = entries.size();
   add(273, {0});
   add(277, {samples});
-  add(278, {1});
-  add(279, {static_cast<int>(row.size())});
+  add(278, {height});
+  add(279, {static_cast<int>(rows.size())});
   add(284, {1});
   if (!extraSamples.empty()) add(338, extraSamples);
   add(339, std::vector(each, format));
   entries[strip].replace(8, 2, littleEndian(place + behind.size(), 2));
   std::string file = "II*\0\x08\0\0\0"s + littleEndian(entries.size(), 2);
   for (const std::string &entry : entries) file += entry;
-  return file + littleEndian(0, 4) + behind + row;
+  return file + littleEndian(0, 4) + behind + rows;
 }
 
 TEST(MadeImages, ReadsTheSamplesOfAnyTIFF) {
@@ -288,6 +372,40 @@ TEST(MadeImages, ReadsTheSamplesOfAnyTIFF) {
         samplesOf(source ? source->createImageAtIndex(0, {}, &error) : CGImage(), c.samples.size() / 4);
     EXPECT_EQ(samples, c.samples) << c.name << " " << error.localizedFailureReason.UTF8String();
   }
+}
+
+TEST(MadeImages, MakesAnySamplesWithAlphaMuchSmaller) {
+  constexpr std::uint32_t kSide = 32;
+  constexpr int kRGB = 2, kIntegers = 1, kFloats = 3, kAlpha = 2;
+  // Wholly red ones, of which every other one is wholly transparent and would be green.
+  const auto pixels = [](const std::string &red, const std::string &green) {
+    std::string rows;
+    for (std::uint32_t i = 0; i < kSide * kSide / 2; ++i) rows += red + green;
+    return rows;
+  };
+  const auto floats = [](std::initializer_list<float> numbers) {
+    std::string bytes;
+    for (const float number : numbers) bytes += littleEndian(std::bit_cast<std::uint32_t>(number), 4);
+    return bytes;
+  };
+  const std::pair<const char *, std::string> cases[] = {
+      {"8 bits", tiff(kSide, 4, 8, kRGB, kIntegers, {kAlpha}, pixels("\xff\0\0\xff"s, "\0\xff\0\0"s))},
+      {"16 bits", tiff(kSide, 4, 16, kRGB, kIntegers, {kAlpha},
+                       pixels("\xff\xff\0\0\0\0\xff\xff"s, "\0\0\xff\xff\0\0\0\0"s))},
+      {"floats",
+       tiff(kSide, 4, 32, kRGB, kFloats, {kAlpha}, pixels(floats({1, 0, 0, 1}), floats({0, 1, 0, 0})))},
+  };
+  for (const auto &[name, bytes] : cases)
+    for (const std::uint32_t side : {2u, 8u, 9u}) {
+      NSError error;
+      const CGImage small =
+          thumbnail(dataWithBytes(bytes), {.maxPixelSize = side, .createFromImageAlways = true}, &error);
+      ASSERT_EQ(small.width(), side) << name << error.localizedFailureReason.UTF8String();
+      EXPECT_EQ(small.height(), side) << name;
+      Quarters half;
+      half.fill({128, 0, 0, 128});
+      EXPECT_LE(difference(quartersOf(small), half), 8) << name << " " << side;
+    }
 }
 
 TEST(MadeImages, ReadsRawPicturesBehindASmallOne) {
@@ -338,6 +456,14 @@ TEST(MadeImages, ReadsRawPicturesBehindASmallOne) {
   EXPECT_EQ(source->properties().objectForKey(u"PixelWidth"_ns), id(64));
   EXPECT_LE(difference(quartersOf(source->createImageAtIndex(0, {})), kQuarters), 12);
   EXPECT_EQ(samplesOf(source->createThumbnailAtIndex(0, kThumbnail), 2), grays({255, 255}));
+  // No small picture, no maker or nothing behind: then it is what TIFF says.
+  const std::size_t directory = file.size() - 4 - 12 * std::size(entries);
+  for (const std::size_t at : {directory + 8, directory + 6 * 12, directory + 13 * 12}) {
+    std::string other = file;
+    other[at] = static_cast<char>(other[at] ^ 1);
+    const auto plain = CGImageSource::sourceWithData(dataWithBytes(other));
+    EXPECT_TRUE(!plain || plain->type() != u"public.camera-raw-image"_ns) << at - directory;
+  }
 }
 
 }  // namespace

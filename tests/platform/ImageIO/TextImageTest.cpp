@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 namespace nimbo {
 namespace {
 
@@ -28,6 +31,36 @@ TEST(TextImage, ShortensInTheMiddle) {
   EXPECT_GT(whole.width(), 400u);
   EXPECT_LE(cut.width(), 200u);
   EXPECT_GT(cut.width(), 150u);
+}
+
+TEST(TextImage, HasAsMuchOfBothEndsAsFits) {
+  const std::u16string text = u"abcdefghijklmnopqrst";
+  const auto drawn = [](const std::u16string &units, std::uint32_t width) {
+    return imageWithText(NSString::stringWithCharacters(units), 14, width, {});
+  };
+  const auto shortened = [&](std::size_t count) {
+    return text.substr(0, (count + 1) / 2) + u"\u2026" + text.substr(text.size() - count / 2);
+  };
+  const std::uint32_t whole = drawn(text, 5000).width();
+  for (const std::uint32_t width : {whole / 4, whole / 2, whole - 1}) {
+    std::size_t count = text.size() - 1;
+    while (count > 1 && drawn(shortened(count), 5000).width() > width) --count;
+    const CGImage expected = drawn(shortened(count), 5000), cut = drawn(text, width);
+    ASSERT_EQ(cut.width(), expected.width()) << count;
+    ASSERT_EQ(cut.height(), expected.height()) << count;
+    EXPECT_TRUE(std::equal(cut.pixels(), cut.pixels() + cut.bytesPerRow() * cut.height(), expected.pixels()))
+        << count;
+  }
+  EXPECT_EQ(drawn(text, whole).width(), whole);
+  EXPECT_FALSE(drawn(u"WWWW", drawn(u"\u2026", 500).width())) << "no more than what stands for the rest";
+}
+
+TEST(TextImage, HasBlanksForWhatIsNoText) {
+  const auto width = [](const NSString &text) { return imageWithText(text, 14, 500, {}).width(); };
+  EXPECT_GT(width(u"e"_ns), 0u);
+  EXPECT_GT(width(u"a b"_ns), width(u"ab"_ns));
+  for (const NSString &text : {u"a\u0001b"_ns, u"a\u007fb"_ns, u"a\tb"_ns, u"a\u001fb"_ns})
+    EXPECT_EQ(width(text), width(u"a b"_ns));
 }
 
 TEST(TextImage, SaysWhenThereIsNothing) {

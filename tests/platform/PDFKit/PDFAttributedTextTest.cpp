@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,7 +27,9 @@ std::string describedRun(const TextAttributes &attributes, const NSString &text)
     std::snprintf(part, sizeof part, " #%02x%02x%02x", color->red, color->green, color->blue);
     described += part;
   }
-  if (attributes.superscript != 0) described += attributes.superscript > 0 ? " above" : " below";
+  if (attributes.superscript == 1) described += " above";
+  if (attributes.superscript == -1) described += " below";
+  if (std::abs(attributes.superscript) > 1) described += " " + std::to_string(attributes.superscript);
   if (attributes.link) described += " <" + attributes.link.UTF8String() + ">";
   return described + "|" + text.UTF8String();
 }
@@ -110,6 +113,32 @@ TEST(PDFAttributedText, ReadsWhatADocumentMaySay) {
        pageOfContent("BT /F 20 Tf 20 100 Td (a) Tj /F 10 Tf (b) Tj 7 Ts (c) Tj 0 Ts (d) Tj -4 Ts (e) Tj ET"),
        {"Helvetica 20|a", "Helvetica 10|b", "Helvetica 10 above|c", "Helvetica 10|d", "Helvetica 10 below|e",
         "Helvetica 10|\n"}},
+      {"how small and how far off the line they have to be",
+       pageOfContent(
+           "BT /F 20 Tf 20 100 Td (a) Tj /F 16.8 Tf 7 Ts (b) Tj /F 17.2 Tf (c) Tj /F 10 Tf 1.6 Ts (d) Tj "
+           "1.4 Ts (e) Tj -1.6 Ts (f) Tj -1.4 Ts (g) Tj ET"),
+       {"Helvetica 20|a", "Helvetica 16.8 above|b", "Helvetica 17.2|c", "Helvetica 10 above|d",
+        "Helvetica 10|e", "Helvetica 10 below|f", "Helvetica 10|g\n"}},
+      {"weights that are none", pageOfContent(other, font("Odd", "/Flags 32 /FontWeight 99")), {"Odd 12|x\n"}},
+      {"the greatest weight",
+       pageOfContent(other, font("Odd", "/Flags 32 /FontWeight 900")),
+       {"Odd 12 900|x\n"}},
+      {"a weight beyond it", pageOfContent(other, font("Odd", "/Flags 32 /FontWeight 901")), {"Odd 12|x\n"}},
+      {"a slanted font",
+       pageOfContent(other, font("Odd", "/Flags 32 /ItalicAngle -12")),
+       {"Odd 12 italic|x\n"}},
+      {"the longest link",
+       pageOfContent(text, "",
+                     "/Annots [" +
+                         linkAnnotation("0 0 400 400", "/S /URI /URI (http:" + std::string(4091, 'x') + ")") +
+                         "]"),
+       {"Helvetica 12 <http:" + std::string(4091, 'x') + ">|here there", "Helvetica 12|\n"}},
+      {"a link that is longer",
+       pageOfContent(text, "",
+                     "/Annots [" +
+                         linkAnnotation("0 0 400 400", "/S /URI /URI (http:" + std::string(4092, 'x') + ")") +
+                         "]"),
+       {"Helvetica 12|here there\n"}},
       {"a font that names its weight",
        pageOfContent(other, font("Odd", "/Flags 32 /FontWeight 300")),
        {"Odd 12 300|x\n"}},

@@ -73,6 +73,55 @@ TEST(PDFDocument, GivesBoxesAndRotation) {
   }
 }
 
+TEST(PDFDocument, GivesTheBoxesThatHaveAnArea) {
+  const NSRect letter = {{0, 0}, {612, 792}}, whole = {{0, 0}, {100, 200}};
+  const struct {
+    const char *entries;
+    NSRect media, crop;
+    int rotation = 0;
+  } cases[] = {
+      {"/MediaBox [0 0 0 200]", letter, letter},
+      {"/MediaBox [0 0 100 0]", letter, letter},
+      {"/MediaBox [100 200 0 0]", whole, whole},
+      {"/MediaBox [0 0 100 200] /CropBox [50 0 50 200]", whole, whole},
+      {"/MediaBox [0 0 100 200] /CropBox [0 60 100 60]", whole, whole},
+      {"/MediaBox [0 0 100 200] /CropBox [100 0 150 200]", whole, whole},
+      {"/MediaBox [0 0 100 200] /CropBox [90 -10 150 20]", whole, {{90, 0}, {10, 20}}},
+      {"/MediaBox [0 0 50 100] /UserUnit 2", whole, whole},
+      {"/MediaBox [0 0 100 200] /UserUnit 0", whole, whole},
+      {"/MediaBox [0 0 100 200] /UserUnit -2", whole, whole},
+      {"/MediaBox [0 0 100 200] /Rotate 44", whole, whole, 0},
+      {"/MediaBox [0 0 100 200] /Rotate 46", whole, whole, 90},
+      {"/MediaBox [0 0 100 200] /Rotate 360", whole, whole, 0},
+      {"/MediaBox [0 0 100 200] /Rotate 450", whole, whole, 90},
+      {"/MediaBox [0 0 100 200] /Rotate -90", whole, whole, 270},
+      {"/MediaBox [0 0 100 200] /Rotate -540", whole, whole, 180},
+  };
+  for (const auto &c : cases) {
+    const auto document = PDFDocument::documentWithData(
+        PDFOfObjects({kCatalog, "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                      "<</Type /Page /Parent 2 0 R " + std::string(c.entries) + ">>"}));
+    ASSERT_TRUE(document) << c.entries;
+    const PDFPage page = document->pageAtIndex(0);
+    EXPECT_EQ(page.boundsForBox(PDFDisplayBox::mediaBox), c.media) << c.entries;
+    EXPECT_EQ(page.boundsForBox(PDFDisplayBox::cropBox), c.crop) << c.entries;
+    EXPECT_EQ(page.rotation(), c.rotation) << c.entries;
+    EXPECT_EQ(document->majorVersion(), 1);
+    EXPECT_EQ(document->minorVersion(), 4);
+  }
+}
+
+TEST(PDFDocument, BelievesCountsUpToAllItsObjects) {
+  // Two pages, and five objects in all.
+  for (const auto &[count, pages] : {std::pair(2, 2u), {5, 5u}, {6, 2u}, {7, 2u}, {-1, 2u}}) {
+    const std::string page = "<</Type /Page /Parent 2 0 R>>";
+    const auto document = PDFDocument::documentWithData(
+        PDFOfObjects({kCatalog, "<</Type /Pages /Kids [3 0 R 4 0 R] /Count " + std::to_string(count) + ">>",
+                      page, page, kFont}));
+    EXPECT_EQ(document->pageCount(), pages) << count;
+  }
+}
+
 TEST(PDFDocument, GetsThroughFalseCountsAndFormsThatDrawThemselves) {
   const auto huge = openSample("huge-count.pdf");
   EXPECT_EQ(huge->pageCount(), 2u);
@@ -549,6 +598,36 @@ TEST(PDFDocument, SaysWhatIsLost) {
     EXPECT_EQ(error.errorCode(), c.code) << told;
     EXPECT_NE(told.find(c.reason), std::string::npos) << told;
   }
+}
+
+TEST(PDFDocument, ReasonsAreForThoseWhoAsk) {
+  const auto page = [](const std::string &contents) {
+    return "<</Type /Page /Parent 2 0 R /MediaBox [0 0 99 99] /Contents " + contents +
+           " /Resources <</Font <</F 5 0 R>>>>>>";
+  };
+  // The first page lacks a part, and the third one is missing.
+  const NSData data =
+      PDFOfObjects({kCatalog, "<</Type /Pages /Kids [3 0 R 4 0 R 9 0 R] /Count 3>>", page("[6 0 R 9 0 R]"),
+                    page("6 0 R"), kFont, PDFStream("", "BT /F 12 Tf 20 20 Td (good) Tj ET")});
+  const auto document = PDFDocument::documentWithData(data);
+  ASSERT_TRUE(document);
+  NSError old;
+  setError(&old, ErrorCode::other, "told before");
+  for (const std::uint32_t index : {0u, 1u, 2u}) {
+    const PDFPage each = document->pageAtIndex(index);
+    const NSString text = index < 2 ? u"good\n"_ns : NSString();
+    EXPECT_EQ(each.string(), text);
+    EXPECT_EQ(each.attributedString().string(), text);
+    EXPECT_EQ(static_cast<bool>(each.imageOfArea({{0, 0}, {9, 9}}, 9, 9, {})), index < 2);
+    NSError errors[3] = {old, old, old};
+    each.string(&errors[0]);
+    each.attributedString(&errors[1]);
+    each.imageOfArea({{0, 0}, {9, 9}}, 9, 9, {}, &errors[2]);
+    for (const NSError &error : errors)
+      EXPECT_EQ(error.errorCode(), index == 1 ? ErrorCode::other : ErrorCode::damaged) << index;
+  }
+  document->readPages(Deadline::never(), [](const NSString &) { return true; });
+  document->documentAttributes();
 }
 
 TEST(PDFDocument, APageThatCannotBeUsedIsMissing) {

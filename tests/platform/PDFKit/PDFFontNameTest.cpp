@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace nimbo::detail {
 namespace {
 
@@ -46,6 +48,66 @@ TEST(PDFFontName, TellsFamilyAndStyle) {
     EXPECT_EQ(font.weight, c.weight) << c.name;
     EXPECT_EQ(font.isItalic, c.isItalic) << c.name;
   }
+}
+
+TEST(PDFFontName, KnowsTheWordsOfStyle) {
+  const struct {
+    std::string_view word;
+    int weight = kRegularFontWeight;
+    bool isItalic = false;
+  } words[] = {
+      {"Hairline", 100},
+      {"Thin", 100},
+      {"ExtraLight", 200},
+      {"UltraLight", 200},
+      {"SemiLight", 300},
+      {"DemiLight", 300},
+      {"Light", 300},
+      {"Medium", 500},
+      {"SemiBold", 600},
+      {"DemiBold", 600},
+      {"Semi", 600},
+      {"Demi", 600},
+      {"ExtraBold", 800},
+      {"UltraBold", 800},
+      {"Bold", 700},
+      {"Bd", 700},
+      {"Heavy", 900},
+      {"Black", 900},
+      {"Italic", 400, true},
+      {"Ital", 400, true},
+      {"It", 400, true},
+      {"Oblique", 400, true},
+      {"Obl", 400, true},
+      {"Slanted", 400, true},
+      {"Slant", 400, true},
+      {"Inclined", 400, true},
+      {"Regular"},
+      {"Regu"},
+      {"Normal"},
+      {"Roman"},
+      {"Book"},
+      {"Condensed"},
+      {"Cond"},
+      {"Narrow"},
+      {"Extended"},
+      {"Extend"},
+      {"Medi"},
+      {"MT"},
+      {"PS"},
+  };
+  for (const auto &[word, weight, isItalic] : words)
+    for (const char *start : {"Leaf-", "Leaf,"}) {
+      const NSFont font = fontWithPDFFontName(start + std::string(word));
+      EXPECT_EQ(font.familyName, u"Leaf"_ns) << word;
+      EXPECT_EQ(font.weight, weight) << word;
+      EXPECT_EQ(font.isItalic, isItalic) << word;
+    }
+  // The last one counts of two, and digits and marks between them do not.
+  const NSFont font = fontWithPDFFontName("Leaf-LightBold_2-ObliqueMT");
+  EXPECT_EQ(font.familyName, u"Leaf"_ns);
+  EXPECT_EQ(font.weight, 700);
+  EXPECT_TRUE(font.isItalic);
 }
 
 }  // namespace

@@ -25,13 +25,18 @@ std::string box(const std::string &name, const std::string &content) {
   return number(content.size() + 8, 4) + name + content;
 }
 
+/// What the header of a track says that is to be shown, and of one that is not.
+constexpr int kEnabled = 7, kDisabled = 6;
+/// Three letters of ISO 639, five bits each from "`" on.
+constexpr int kEnglish = 5 << 10 | 14 << 5 | 7, kUndetermined = 21 << 10 | 14 << 5 | 4;
+
 /// A track of one sample, which stands behind the first eight bytes of the file.
 std::string track(int trackNumber, const std::string &handler, const std::string &description,
-                  std::uint32_t length, std::uint32_t height) {
+                  std::uint32_t length, std::uint32_t height, int flags = kEnabled, int language = kEnglish) {
   constexpr std::uint32_t kOne = 1 << 16;
   const std::string matrix =
       number(kOne, 4) + std::string(12, '\0') + number(kOne, 4) + std::string(12, '\0') + number(kOne << 14, 4);
-  const std::string header = number(7, 4) + std::string(8, '\0') +
+  const std::string header = number(static_cast<std::uint64_t>(flags), 4) + std::string(8, '\0') +
                              number(static_cast<std::uint64_t>(trackNumber), 4) + number(0, 4) +
                              number(1000, 4) + std::string(16, '\0') + matrix + number(kWidth * kOne, 4) +
                              number(std::uint64_t{height} * kOne, 4);
@@ -41,10 +46,10 @@ std::string track(int trackNumber, const std::string &handler, const std::string
       box("stsc", number(0, 4) + number(1, 4) + number(1, 4) + number(1, 4) + number(1, 4)) +
       box("stsz", number(0, 4) + number(length, 4) + number(1, 4)) +
       box("stco", number(0, 4) + number(1, 4) + number(8, 4));
-  const std::string media =
-      box("mdhd", std::string(12, '\0') + number(1000, 4) + number(1000, 4) + number(0, 4)) +
-      box("hdlr", std::string(4, '\0') + "mhlr" + handler + std::string(13, '\0')) +
-      box("minf", box("stbl", table));
+  const std::string media = box("mdhd", std::string(12, '\0') + number(1000, 4) + number(1000, 4) +
+                                            number(static_cast<std::uint64_t>(language), 2) + number(0, 2)) +
+                            box("hdlr", std::string(4, '\0') + "mhlr" + handler + std::string(13, '\0')) +
+                            box("minf", box("stbl", table));
   return box("trak", box("tkhd", header) + box("mdia", media));
 }
 
@@ -138,6 +143,58 @@ TEST(MadeMovie, PixelsAreMadeSquare) {
     EXPECT_EQ(movie->naturalSize(), (NSSize{static_cast<double>(width), 8})) << across;
     EXPECT_EQ(movie->frameImageAtTime(0).width(), width) << across;
     EXPECT_EQ(movie->frameImageAtTime(0).height(), 8u) << across;
+  }
+}
+
+TEST(MadeMovie, FramesAreThoseOfTheLargestTrackThatIsShown) {
+  const std::string sample(kWidth * 16 * 2, '\x80');
+  const auto sized = [&](int trackNumber, std::uint32_t height, int flags) {
+    return track(trackNumber, "vide", pictures(height, ""), kWidth * height * 2, height, flags);
+  };
+  const struct {
+    std::uint32_t first, second;
+    int firstFlags, secondFlags;
+    double height;
+  } cases[] = {{8, 16, kEnabled, kEnabled, 16},   {16, 8, kEnabled, kEnabled, 16},
+               {8, 16, kEnabled, kDisabled, 8},   {16, 8, kDisabled, kEnabled, 8},
+               {8, 16, kDisabled, kDisabled, 16}, {8, 8, kEnabled, kEnabled, 8}};
+  for (const auto &c : cases) {
+    const auto movie = movieOf(sample, sized(1, c.first, c.firstFlags) + sized(2, c.second, c.secondFlags));
+    ASSERT_TRUE(movie);
+    EXPECT_EQ(movie->naturalSize().height, c.height) << c.first << " " << c.firstFlags << " " << c.secondFlags;
+    EXPECT_EQ(movie->frameImageAtTime(0).height(), c.height);
+  }
+}
+
+TEST(MadeMovie, PicturesOfAnUnknownKindAreRefused) {
+  const std::string sample(kWidth * 8 * 2, '\x80');
+  std::string description = pictures(8, "");
+  description.replace(description.find("2vuy"), 4, "zzzz");
+  const auto movie =
+      movieOf(sample, track(1, "vide", description, static_cast<std::uint32_t>(sample.size()), 8));
+  ASSERT_TRUE(movie);
+  NSError error;
+  EXPECT_FALSE(movie->frameImageAtTime(0, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
+}
+
+TEST(MadeMovie, TellsOfItsTracks) {
+  const std::string sample(kWidth * 8 * 2, '\x80');
+  for (const int language : {kEnglish, kUndetermined}) {
+    const auto movie = movieOf(sample, track(1, "vide", pictures(8, ""),
+                                             static_cast<std::uint32_t>(sample.size()), 8, kEnabled, language));
+    ASSERT_TRUE(movie);
+    ASSERT_EQ(movie->tracks().size(), 1u);
+    const QTTrack &told = movie->tracks()[0];
+    EXPECT_EQ(told.language, language == kEnglish ? u"eng"_ns : NSString());
+    EXPECT_EQ(told.framesPerSecond, 1);
+    EXPECT_EQ(told.bitsPerSecond, kWidth * 8 * 2 * 8);
+    EXPECT_EQ(told.size, (NSSize{kWidth, 8}));
+    EXPECT_EQ(told.samplesPerSecond, 0);
+    EXPECT_EQ(told.channels, 0u);
+    EXPECT_FALSE(told.isCover);
+    EXPECT_EQ(movie->duration(), 1.0);
+    EXPECT_GT(movie->bitsPerSecond(), 0);
   }
 }
 

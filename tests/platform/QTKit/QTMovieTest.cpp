@@ -10,6 +10,7 @@
 
 #include "tests/support/FileReaders.hpp"
 #include "tests/support/MovieSamples.hpp"
+#include "tests/support/Pixels.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -75,6 +76,12 @@ TEST(QTMovie, FramesOfUnevenAndLateTimesAreFound) {
     EXPECT_EQ(opened(name)->naturalSize(), (NSSize{64, 48})) << name;
     for (const auto &[seconds, number] : frames)
       EXPECT_EQ(numberOfFrame(opened(name)->frameImageAtTime(seconds)), number) << name << seconds;
+    // Wherever it has been read before.
+    const auto movie = opened(name);
+    for (const auto &[seconds, number] : frames)
+      EXPECT_EQ(numberOfFrame(movie->frameImageAtTime(seconds)), number) << name << seconds;
+    for (auto frame = frames.rbegin(); frame != frames.rend(); ++frame)
+      EXPECT_EQ(numberOfFrame(movie->frameImageAtTime(frame->first)), frame->second) << name << frame->first;
   }
   EXPECT_EQ(opened("piece.mp4")->duration(), 3.0);
 }
@@ -90,6 +97,8 @@ TEST(QTMovie, FramesAreTurnedAsTheFileSays) {
   } cases[] = {{{1, 0, 0, 1}, "rgb"},  {{0, 1, -1, 0}, "brw"}, {{-1, 0, 0, -1}, "wbg"},
                {{0, -1, 1, 0}, "gwr"}, {{-1, 0, 0, 1}, "grw"}, {{1, 0, 0, -1}, "bwr"},
                {{0, 1, 1, 0}, "rbg"},  {{0, -1, -1, 0}, "wgb"}};
+  // That of the first case.
+  CGImage stored;
   for (const auto &[abcd, corners] : cases) {
     std::string turned = whole;
     for (std::size_t i = 0; i < 4; ++i) {
@@ -112,6 +121,18 @@ TEST(QTMovie, FramesAreTurnedAsTheFileSays) {
     const std::uint32_t right = frame.width() - 2;
     const std::uint32_t bottom = frame.height() - 2;
     EXPECT_EQ((std::string{colorAt(1, 1), colorAt(right, 1), colorAt(1, bottom)}), corners);
+    // Each pixel comes from one of what is stored, as the matrix says.
+    if (!stored) stored = frame;
+    const auto [a, b, c, d] = abcd;
+    const auto along = [](int factor, std::uint32_t place, std::uint32_t length) {
+      return factor > 0 ? place : length - 1 - place;
+    };
+    for (std::uint32_t y = 0; y < frame.height(); ++y)
+      for (std::uint32_t x = 0; x < frame.width(); ++x)
+        ASSERT_EQ(pixelAt(frame, x, y),
+                  pixelAt(stored, a != 0 ? along(a, x, stored.width()) : along(b, y, stored.width()),
+                          d != 0 ? along(d, y, stored.height()) : along(c, x, stored.height())))
+            << corners << " " << x << " " << y;
     EXPECT_FALSE(frame.hasAlpha());
   }
 }
@@ -176,6 +197,16 @@ TEST(QTMovie, TellsWhatTheFileSays) {
     EXPECT_EQ(metadata.objectForKey(u"title"_ns), id(u"Lose Blätter"_ns)) << name;
     EXPECT_EQ(metadata.objectForKey(u"artist"_ns), id(u"Rowan Fletcher"_ns)) << name;
   }
+  // A blank text says nothing.
+  std::string blank = contentsOfFile(QUIVERLEAF_TEST_DATA "/movies/sound.flac");
+  const std::string title = "Lose Bl\u00e4tter";
+  ASSERT_NE(blank.find(title), blank.npos);
+  blank.replace(blank.find(title), title.size(), title.size(), ' ');
+  const auto untitled =
+      QTMovie::movieWithData(NSData::dataWithBytes(blank.data(), blank.size()), Deadline::never());
+  ASSERT_TRUE(untitled);
+  EXPECT_EQ(untitled->metadata().objectForKey(u"title"_ns), id());
+  EXPECT_EQ(untitled->metadata().objectForKey(u"artist"_ns), id(u"Rowan Fletcher"_ns));
   const auto sound = opened("sound.m4a");
   const NSDictionary attributes = sound->movieAttributes();
   const std::pair<NSString, id> expected[] = {
@@ -214,6 +245,10 @@ TEST(QTMovie, TimeAndAttributesCanBeSet) {
   movie->setAttribute(true, muted);
   EXPECT_EQ(movie->attributeForKey(muted), id(true));
   movie->setAttribute(1, muted);
+  movie->setAttribute(u"no"_ns, muted);
+  movie->setAttribute(id(), muted);
+  movie->setAttribute(true, u"QTMovieOwnAttribute"_ns);
+  EXPECT_EQ(movie->attributeForKey(u"QTMovieOwnAttribute"_ns), id());
   movie->setAttribute(false, u"QTMovieHasVideoAttribute"_ns);
   EXPECT_EQ(movie->attributeForKey(muted), id(true));
   EXPECT_EQ(movie->attributeForKey(u"QTMovieHasVideoAttribute"_ns), id(true));

@@ -56,6 +56,23 @@ TEST(NSBitmapImageRep, IsAsLargeAsItsResolutionSays) {
   }
 }
 
+TEST(NSBitmapImageRep, HasThatOfPointsForAResolutionThatNoPictureHas) {
+  const std::pair<double, double> cases[] = {{0, 72},          {0.5, 72},          {1, 1},
+                                             {99'999, 99'999}, {100'000, 100'000}, {100'001, 72}};
+  for (const auto &[said, meant] : cases) {
+    const NSData data = dataWithImage(halves(40, 20), u"public.tiff"_ns, {.dotsPerInch = said});
+    const auto reps = NSImageRep::imageRepsWithData(data, {});
+    ASSERT_EQ(reps.size(), 1U) << said;
+    EXPECT_NEAR(reps[0]->size().width * meant / 72, 40, 0.01) << said;
+    EXPECT_NEAR(reps[0]->size().height * meant / 72, 20, 0.01) << said;
+  }
+  // Pixels have a size of their own when both sides of it are there.
+  const NSSize sizes[] = {{}, {5, 0}, {0, 5}, {-5, 5}};
+  for (const NSSize &size : sizes)
+    EXPECT_EQ(NSBitmapImageRep::imageRepWithCGImage(halves(4, 2), size)->size(), (NSSize{4, 2}));
+  EXPECT_FALSE(NSBitmapImageRep::imageRepWithCGImage(CGImage(), {1, 1}));
+}
+
 // Two pixels in formats whose header may tell, or not, whether the fourth sample of a pixel means anything.
 TEST(NSBitmapImageRep, HasTheAlphaOfItsHeaderOrOfItsPixels) {
   for (const bool isSeeThrough : {false, true}) {
@@ -148,6 +165,12 @@ TEST(NSBitmapImageRep, BecomesFilesOfEveryType) {
     EXPECT_NEAR(pixelAt(image, 3, 5).red, 255, 3) << type;
     EXPECT_NEAR(pixelAt(image, 27, 5).blue, 255, 3) << type;
   }
+  const std::pair<NSBitmapImageFileType, std::string> starts[] = {
+      {NSBitmapImageFileType::TIFF, "II*\0"s},     {NSBitmapImageFileType::BMP, "BM"},
+      {NSBitmapImageFileType::GIF, "GIF8"},        {NSBitmapImageFileType::JPEG, "\xff\xd8\xff"},
+      {NSBitmapImageFileType::PNG, "\x89PNG\r\n"}, {NSBitmapImageFileType::JPEG2000, "\0\0\0\x0cjP  "s}};
+  for (const auto &[type, start] : starts)
+    EXPECT_TRUE(rep->representationUsingType(type).view().starts_with(start)) << start;
   EXPECT_FALSE(rep->representationUsingType(static_cast<NSBitmapImageFileType>(6)));
   const NSData large = rep->representationUsingType(NSBitmapImageFileType::JPEG, 1.0F);
   EXPECT_LT(rep->representationUsingType(NSBitmapImageFileType::JPEG, 0.1F).length(), large.length());

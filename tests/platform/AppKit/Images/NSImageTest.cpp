@@ -133,6 +133,32 @@ TEST(NSImage, IsWhatIsDrawnWithItsFocus) {
   EXPECT_EQ(before.representations().front()->representationClass(), NSImageRepClass::bitmap);
 }
 
+TEST(NSImage, HasAWholePixelAtLeastWithItsFocus) {
+  for (const auto &[points, pixels] : {std::pair(0.2, 1U), {1.4, 1U}, {1.5, 2U}, {2.6, 3U}}) {
+    NSImage image = NSImage::imageWithSize({points, 3});
+    ASSERT_TRUE(image.drawWithFocus([](NSGraphicsContext &) {}));
+    const SharedPointer<NSImageRep> rep = image.representations().front();
+    ASSERT_TRUE(rep) << points;
+    EXPECT_EQ(rep->pixelsWide(), pixels) << points;
+    EXPECT_EQ(rep->pixelsHigh(), 3U) << points;
+    EXPECT_EQ(rep->size(), (NSSize{points, 3}));
+  }
+}
+
+TEST(NSCachedImageRep, HasPixelsAndASize) {
+  const CGImage image = imageOf(2, 2, kRedPixel);
+  for (const NSSize &size : {NSSize{0.5, 0.25}, NSSize{1, 1}}) {
+    const auto rep = NSCachedImageRep::imageRepWithCGImage(image, size);
+    ASSERT_TRUE(rep) << size.width;
+    EXPECT_EQ(rep->size(), size);
+  }
+  for (const NSSize &size : {NSSize{0, 1}, NSSize{1, 0}, NSSize{-1, 1}, NSSize{1, -1}, NSSize{NAN, 1}})
+    EXPECT_FALSE(NSCachedImageRep::imageRepWithCGImage(image, size)) << size.width << " " << size.height;
+  EXPECT_FALSE(NSCachedImageRep::imageRepWithCGImage(CGImage(), {1, 1}));
+  EXPECT_TRUE(NSCachedImageRep::imageRepWithCGImage(imageOf(1, 1, kNoPixel), {1, 1})->hasAlpha());
+  EXPECT_FALSE(NSCachedImageRep::imageRepWithCGImage(image, {1, 1})->hasAlpha());
+}
+
 TEST(NSImage, StaysAsItWasWhenDrawingFails) {
   const auto undrawable = makeShared<Undrawable>();
   NSImage image = imageWith({4, 2}, {bitmap(4, 2)});
@@ -145,6 +171,7 @@ TEST(NSImage, StaysAsItWasWhenDrawingFails) {
   EXPECT_EQ(error.localizedFailureReason, u"it is damaged"_ns);
   EXPECT_EQ(image.representations().front()->representationClass(), NSImageRepClass::bitmap);
   NSImage large = NSImage::imageWithSize({CGImage::kMaximumSide, CGImage::kMaximumSide});
+  EXPECT_TRUE(large);
   EXPECT_FALSE(large.drawWithFocus([](NSGraphicsContext &) { FAIL(); }, {}, &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
 }
