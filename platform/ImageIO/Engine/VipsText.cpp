@@ -86,9 +86,10 @@ class LineDrawing {
 
  private:
   VipsPointer<VipsImage> draw(const std::string &markup) const {
-    // It stays null when nothing is drawn.
     VipsImage *image = nullptr;
-    (void)vips_text(&image, markup.c_str(), "font", font_.c_str(), "dpi", kDotsPerInch, "rgba", TRUE, nullptr);
+    if (vips_text(&image, markup.c_str(), "font", font_.c_str(), "dpi", kDotsPerInch, "rgba", TRUE, nullptr) !=
+        0)
+      return nullptr;
     return VipsPointer<VipsImage>(image);
   }
 
