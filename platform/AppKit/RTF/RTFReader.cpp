@@ -28,7 +28,7 @@ ByteClass classOf(char c) {
   return kByteClasses[static_cast<std::uint8_t>(c)];
 }
 
-/// No word is longer; what follows is another word, which nobody knows.
+/// No word is longer; letters behind that many are text.
 constexpr std::ptrdiff_t kMaximumWord = 32;
 constexpr std::int64_t kMaximumParameter = std::int64_t{1} << 31;
 
