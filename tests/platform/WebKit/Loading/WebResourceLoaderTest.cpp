@@ -50,6 +50,11 @@ TEST(DataURL, HoldsTypeAndBytes) {
       {"data:image/svg+xml;charset=%22x-y%22;base64,aGFsbG8#x", "image/svg+xml", "x-y", "hallo"},
       {"data:image/png%20;%20BASE64%20,aGFsbG8", "image/png", "-", "hallo"},
       {"data:;base64,aGFs%0AbG8%3D", "text/plain", "-", "hallo"},
+      {"data:;base64;x=y,aGFsbG8", "text/plain", "-", "aGFsbG8"},
+      {"data:base64,aGFsbG8", "text/plain", "-", "aGFsbG8"},
+      {"data:text;x=y;CharSet='z';charset=w,a", "text/plain", "z", "a"},
+      {"data:text/html;charset=;charset=%22z,a", "text/html", "\"z", "a"},
+      {"data:text/html;charset=%22,a,b", "text/html", "\"", "a,b"},
   };
   for (const auto &[string, type, charset, bytes] : cases) {
     const auto data = DataURL::ofURL(url(string));
@@ -133,6 +138,10 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   const NSURL known = url("http://name.invalid/");
   loader.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("at hand", 7), known, {})});
   EXPECT_EQ(loaded(loader, "http://name.invalid/"), "at hand");
+  WebResourceLoader other({}, {Deadline::after(20)}, {});
+  const NSURL none;
+  other.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("x", 1), none, {})});
+  EXPECT_FALSE(other.load({&none, 1}).front()) << "what has no URL is nothing's";
 }
 
 TEST(WebResourceLoader, SharesTheBytesAmongPartsOfOneTime) {
