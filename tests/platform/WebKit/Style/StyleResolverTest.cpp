@@ -59,6 +59,11 @@ std::string described(const ComputedStyle &style, std::string_view property) {
   if (property == "transform") return keyword(own.textTransform);
   if (property == "indent") return described(own.textIndent);
   if (property == "list") return described(own.listStyleType);
+  if (property == "list-position") return keyword(own.listStylePosition);
+  if (property == "collapse") return keyword(own.borderCollapse);
+  if (property == "caption") return keyword(own.captionSide);
+  if (property == "spacing") return described(own.letterSpacing);
+  if (property == "quotes") return described(own.quotes);
   if (property == "display") return keyword(style.display);
   if (property == "float") return keyword(style.floating);
   if (property == "background") return described(style.backgroundColor);
@@ -227,6 +232,8 @@ TEST(StyleResolver, HidesWhatHasNoBoxButNotWhatIsShownOfIt) {
       {u"<select><option id=x>a<option selected>b</select>", "unseen", "yes"},
       {u"<select><option disabled>a<optgroup><option id=x>b</select>", "unseen", "no"},
       {u"<select size=2><option>a<option id=x>b</select>", "unseen", "no"},
+      {u"<select size=1><option>a<option id=x>b</select>", "unseen", "yes"},
+      {u"<select multiple><option>a<option id=x>b</select>", "unseen", "no"},
       {u"<div style='content-visibility:hidden'><p id=x>a", "unseen", "yes"},
       {u"<p hidden=until-found id=x>a", "unseen", "yes"},
       {u"<p style='opacity:0' id=x>a", "unseen", "no"},
@@ -254,6 +261,10 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<p popover id=x>", "display", "none"},
       {u"<p bgcolor=#eee id=x>", "background", "0 0 0/0%"},
       {u"<table border=5 id=x>", "border", "5 5 5 5"},
+      {u"<table border=x id=x>", "border", "1 1 1 1"},
+      {u"<table border=x><tr><td id=x>", "border", "1 1 1 1"},
+      {u"<table rules=ROWS border=0><tr><th id=x>", "border", "1 0 1 0"},
+      {u"<table border=9><tr><td><table><tr><td id=x>", "border", "0 0 0 0"},
       {u"<table border><tr><td id=x>", "border", "1 1 1 1"},
       {u"<table border=0><tr><td id=x>", "border", "0 0 0 0"},
       {u"<table rules=rows><tr><td id=x>", "border", "1 0 1 0"},
@@ -327,6 +338,28 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
     expect({{start + u" width=30 id=x>", "width", "30"}});
 }
 
+/// By the first and the last letters of blocks, and what is none beside them.
+TEST(StyleResolver, TellsTheDirectionByTheFirstLetter) {
+  const auto direction = [](const std::u16string &text) {
+    Page page(u"<!DOCTYPE html><p dir=auto id=x>" + text);
+    return described(page.styleOf(page.elementWithId(u"x")), "direction");
+  };
+  for (const std::u16string letter :
+       {u"A",          u"z",      u"\u00c0", u"\u02b8", u"\u0370", u"\u0556",     u"\u0905",
+        u"\u1ffc",     u"\u2c00", u"\u2dde", u"\u3005", u"\ud7fb", u"\U00010000", u"\U0001d400",
+        u"\U00020000", u"\uf900", u"\ufb17", u"\uff21", u"\uffdc", u"\u200e"})
+    EXPECT_EQ(direction(u"1 " + letter + u" \u05d0"), "ltr") << utf8(letter);
+  for (const std::u16string letter :
+       {u"\u05be", u"\u05d0", u"\u08b4", u"\ufb1d", u"\ufdfb", u"\ufe70", u"\ufefc", u"\U00010800",
+        u"\U00010f30", u"\U0001e800", u"\U0001ee00", u"\u200f"})
+    EXPECT_EQ(direction(u"1 " + letter + u" a"), "rtl") << utf8(letter);
+  for (const std::u16string none : {u"@", u"[", u"`", u"{", u"\u00bf", u"\u02b9", u"\u2014", u"\u2bff",
+                                    u"\u2e00", u"\u3004", u"\uff20", u"\ufeff", u"\U0001f600"}) {
+    EXPECT_EQ(direction(none + u"a\u05d0"), "ltr") << utf8(none);
+    EXPECT_EQ(direction(none + u"\u05d0a"), "rtl") << utf8(none);
+  }
+}
+
 TEST(StyleResolver, TakesFromTheParentWhatIsSaidToBeInherited) {
   expect({
       {u"<div style='border:3px solid red;background:lime;margin:1px 2px;display:inline;float:left'>"
@@ -374,6 +407,18 @@ TEST(StyleResolver, FollowsTheOrderOfTheCascade) {
       {u"<style>p{margin-inline-start:2px;margin-left:1px}</style><p id=x>", "margin", "16 0 16 1"},
       {u"<style>p{margin-inline-start:2px}</style><p dir=rtl id=x>", "margin", "16 2 16 0"},
       {u"<p style='margin:5px'><b style='margin:inherit' id=x>", "margin", "5 5 5 5"},
+      {u"<style>p{display:unset}</style><p id=x>", "display", "inline"},
+      {u"<style>p{margin:unset}</style><p id=x>", "margin", "0 0 0 0"},
+      {u"<style>p{float:left;float:unset}</style><p id=x>", "float", "none"},
+      {u"<pre><b style='white-space:unset' id=x>", "white-space", "pre"},
+      {u"<div style='text-align:right'><b style='text-align:unset' id=x>", "align", "right"},
+      {u"<div style='visibility:hidden'><b style='visibility:unset' id=x>", "visibility", "hidden"},
+      {u"<div style='visibility:hidden'><b style='visibility:initial' id=x>", "visibility", "visible"},
+      {u"<div style='text-indent:2px'><b style='text-indent:initial' id=x>", "indent", "0"},
+      {u"<ol><li style='list-style-type:initial' id=x>", "list", "disc"},
+      {u"<div dir=rtl><p style='direction:unset' id=x>", "direction", "rtl"},
+      {u"<div dir=rtl><p style='direction:initial' id=x>", "direction", "ltr"},
+      {u"<div dir=rtl><p style='all:initial' id=x>", "direction", "rtl"},
   });
 }
 
@@ -556,6 +601,12 @@ TEST(StyleResolver, TellsInheritedStylesApart) {
       {"color", u"color:red", u"color:lime"},
       {"color", u"--a:red", u"--a:lime", u"color:var(--a)"},
       {"indent", u"text-indent:1px", u"text-indent:2px"},
+      {"spacing", u"letter-spacing:1px", u"letter-spacing:2px"},
+      {"list-position", u"list-style-position:inside", u"list-style-position:outside"},
+      {"collapse", u"border-collapse:collapse", u"border-collapse:separate"},
+      {"caption", u"caption-side:bottom", u"caption-side:top"},
+      {"quotes", u"quotes:none", u"quotes:auto"},
+      {"vertical", u"vertical-align:1px", u"vertical-align:2px", u"vertical-align:inherit"},
       {"line-height", u"line-height:10px", u"line-height:20px"},
       {"line-height", u"line-height:1", u"line-height:2"},
       {"line-height", u"line-height:normal", u"line-height:2"},
