@@ -28,6 +28,8 @@ TEST(CSSDeclaration, DropsWhatIsInvalidAndGoesOn) {
            {"color:red!\\69mportant", "color: #ff0000 !"},
            {"--x:!important;--y:a !important ;--z:important", "--x: {} !; --y: {a} !; --z: {important}"},
            {"color:red !important x", ""},
+           {"--x:a important;--y:a ! b important;color:red important",
+            "--x: {a important}; --y: {a ! b important}"},
            {"color:red;;;color:;color;:red;color:green", "color: #ff0000; color: #008000"},
            {"color red; color:lime", "color: #00ff00"},
            {"color:rgb(1,2,3;color:red);float:none", "float: none"},

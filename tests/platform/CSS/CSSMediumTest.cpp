@@ -145,6 +145,8 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "not ((grid) or (foo))",
            "not ((color) and (foo))",
            "not (hover: 1)",
+           "not (resolution: x)",
+           "not (resolution: 1q)",
            "not (hover:)",
            "not (orientation: 'portrait')",
            "(color) or color",
