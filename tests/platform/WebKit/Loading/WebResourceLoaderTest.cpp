@@ -36,6 +36,15 @@ class Gate final : public WebResourceLoadDelegate {
   bool mayConnect = true;
 };
 
+/// Says nothing about addresses.
+class OpenGate final : public WebResourceLoadDelegate {
+ public:
+  NSURLRequest webViewWillSendRequest(const WebView &, std::uint32_t, const NSURLRequest &request,
+                                      const NSURLResponse &, const WebDataSource &) override {
+    return request;
+  }
+};
+
 std::string loaded(WebResourceLoader &loader, std::string_view string) {
   const NSURL one = url(string);
   const WebResource resource = loader.load({&one, 1}).front();
@@ -98,6 +107,7 @@ TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
 TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
   LoopbackServer server;
   server.answer("/a", "HTTP/1.0 200 OK\r\n\r\na");
+  server.answer("/a?open", "HTTP/1.0 200 OK\r\n\r\na");
   server.answer("/away", "HTTP/1.0 307 Over There\r\nLocation: /refused\r\n\r\n");
   server.answer("/refused", "HTTP/1.0 200 OK\r\n\r\nno");
   const auto gate = makeShared<Gate>();
@@ -114,6 +124,8 @@ TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
   EXPECT_EQ(gate->asked.back(), "302 /refused");
   ASSERT_EQ(loader.failures().size(), 3U);
   EXPECT_EQ(loader.failures()[0].URL.path().UTF8String(), "/refused");
+  WebResourceLoader open(makeShared<OpenGate>(), {Deadline::after(20)}, {});
+  EXPECT_EQ(loaded(open, server.url("/a?open")), "a");
   gate->mayConnect = false;
   EXPECT_EQ(loaded(loader, server.url("/a", "localhost")), "nil");
   EXPECT_EQ(server.requests("/a"), 1);

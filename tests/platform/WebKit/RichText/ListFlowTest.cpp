@@ -139,6 +139,9 @@ TEST(ListFlow, ContentIsGenerated) {
       {u"<style>ul{counter-reset:i;list-style:none}li::before{counter-increment:i;content:counters(i,'.') ' '}"
        u"</style><ul><li>a<ul><li>b<li>c</ul><li>d</ul>",
        "1 a|1.1 b|1.2 c|2 d|"},
+      {u"<style>ul{counter-reset:i;list-style:none}li::before{counter-increment:i;content:counters(i,'-',"
+       u"upper-roman)}</style><ul><li>a<ul><li>b<li>c</ul></ul>",
+       "Ia|I-Ib|I-IIc|"},
       {u"<style>p{counter-increment:n 2}p::before{content:counter(n,lower-roman)}</style><p>a<p>b", "iia|ivb|"},
       {u"<style>div{counter-reset:n 4}i{counter-increment:n}b{counter-set:n "
        u"9}i::after,b::after{content:counter(n)}"

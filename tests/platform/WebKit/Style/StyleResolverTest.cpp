@@ -287,6 +287,8 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<div align=right><p align=middle id=x>", "align", "-webkit-right"},
       {u"<p align=left id=x>", "align", "left"},
       {u"<table><caption align=left id=x>", "align", "-webkit-left"},
+      {u"<table><caption align=BOTTOM id=x>", "caption", "bottom"},
+      {u"<table><caption align=top id=x>", "caption", "top"},
       {u"<img align=top id=x>", "vertical", "top"},
       {u"<img align=texttop id=x>", "vertical", "text-top"},
       {u"<img align=middle id=x>", "vertical", "middle"},
@@ -407,6 +409,12 @@ TEST(StyleResolver, FollowsTheOrderOfTheCascade) {
       {u"<style>p{margin-inline-start:2px;margin-left:1px}</style><p id=x>", "margin", "16 0 16 1"},
       {u"<style>p{margin-inline-start:2px}</style><p dir=rtl id=x>", "margin", "16 2 16 0"},
       {u"<p style='margin:5px'><b style='margin:inherit' id=x>", "margin", "5 5 5 5"},
+      {u"<style>:root{--m:3px}@layer a{p{margin:var(--m)}}@layer b{p{margin:revert-layer}}</style><p id=x>",
+       "margin", "3 3 3 3"},
+      {u"<style>:root{--m:3px}@layer a{p{margin-inline:var(--m)}}@layer b{p{margin-left:revert-layer}}</style>"
+       u"<p id=x>",
+       "margin", "16 3 16 3"},
+      {u"<div style='letter-spacing:2px'><b style='letter-spacing:normal' id=x>", "spacing", "0"},
       {u"<style>p{display:unset}</style><p id=x>", "display", "inline"},
       {u"<style>p{margin:unset}</style><p id=x>", "margin", "0 0 0 0"},
       {u"<style>p{float:left;float:unset}</style><p id=x>", "float", "none"},
@@ -447,6 +455,17 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='font-size:1.2em'><code id=x>", "size", "15.6"},
       {u"<p style='font-size:1.2rem'><code id=x>", "size", "19.2"},
       {u"<p style='font-size:14px'><code id=x>", "size", "14"},
+      {u"<p style='font-size:100%'><code id=x>", "size", "13"},
+      {u"<p style='font-size:2ex'><code id=x>", "size", "13"},
+      {u"<p style='font-size:2ch'><code id=x>", "size", "13"},
+      {u"<p style='font-size:1ic'><code id=x>", "size", "13"},
+      {u"<p style='font-size:1cap'><code id=x>", "size", "9.1"},
+      {u"<p style='font-size:1lh'><code id=x>", "size", "19.2"},
+      {u"<p style='font-size:larger'><code id=x>", "size", "15.6"},
+      {u"<p style='font-size:smaller'><code id=x>", "size", "10.833"},
+      {u"<div style='line-height:20px'><p style='line-height:normal' id=x>", "line-height", "normal"},
+      {u"<div style='line-height:2'><p style='line-height:initial' id=x>", "line-height", "normal"},
+      {u"<div style='line-height:2'><p style='line-height:-1px' id=x>", "line-height", "32"},
       {u"<pre style='font-size:large'><b style='font-family:serif' id=x>", "size", "18"},
       {u"<html><pre style='font-size:small' id=x>", "size", "10"},
       {u"<p style='font-size:.1em'><b style='font-size:20em' id=x>", "size", "32"},
@@ -464,6 +483,34 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='border:solid;border-left:none' id=x>", "border", "3 3 3 0"},
       {u"<p style='border:1px solid;color:lime' id=x>", "border-color", "0 255 0"},
   });
+}
+
+TEST(StyleResolver, KnowsTheSizesOfKeywords) {
+  const struct {
+    std::u16string keyword;
+    std::string usual, monospace, ofOldPages;
+  } cases[] = {{u"xx-small", "9", "9", "9"},    {u"x-small", "10", "10", "9"},   {u"small", "13", "12", "10"},
+               {u"medium", "16", "13", "13"},   {u"large", "18", "16", "16"},    {u"x-large", "24", "20", "20"},
+               {u"xx-large", "32", "26", "26"}, {u"xxx-large", "48", "39", "40"}};
+  for (const auto &[keyword, usual, monospace, ofOldPages] : cases)
+    expect({{u"<p style='font-size:" + keyword + u"' id=x>", "size", usual},
+            {u"<html><p style='font-size:" + keyword + u"' id=x>", "size", usual},
+            {u"<pre style='font-size:" + keyword + u"' id=x>", "size", monospace},
+            {u"<html><pre style='font-size:" + keyword + u"' id=x>", "size", ofOldPages}});
+}
+
+TEST(StyleResolver, WeighsByTheWeightAround) {
+  const struct {
+    std::u16string around;
+    std::string bolder, lighter;
+  } cases[] = {{u"1", "400", "1"},     {u"99", "400", "99"},   {u"100", "400", "100"},
+               {u"349", "400", "100"}, {u"350", "700", "100"}, {u"549", "700", "100"},
+               {u"550", "900", "400"}, {u"749", "900", "400"}, {u"750", "900", "700"},
+               {u"899", "900", "700"}, {u"900", "900", "700"}, {u"1000", "1000", "700"}};
+  for (const auto &[around, bolder, lighter] : cases)
+    expect(
+        {{u"<p style='font-weight:" + around + u"'><i style='font-weight:bolder' id=x>", "weight", bolder},
+         {u"<p style='font-weight:" + around + u"'><i style='font-weight:lighter' id=x>", "weight", lighter}});
 }
 
 TEST(StyleResolver, CarriesDecorationsIntoWhatFlows) {
