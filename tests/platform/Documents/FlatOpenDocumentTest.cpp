@@ -337,6 +337,13 @@ TEST(FlatOpenDocument, RepeatsRowsAndColumnsThatHoldText) {
        "a\nb\nc\n"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body)), text) << body;
+  const auto grouped = [&](std::size_t groups) {
+    return plain(flat(table(repeated("<table:table-row-group>", groups) + row("", cell("", "a")) +
+                            repeated("</table:table-row-group>", groups))));
+  };
+  constexpr std::size_t kMostGroups = 16;
+  EXPECT_EQ(grouped(kMostGroups), "a\n");
+  EXPECT_EQ(grouped(kMostGroups + 1), "");
 }
 
 TEST(FlatOpenDocument, BreaksPagesWhereStylesSaySo) {
@@ -624,6 +631,27 @@ TEST(FlatOpenDocument, MeasuresColumnsInGroups) {
   EXPECT_EQ(widthAt(2), 288);
 }
 
+TEST(FlatOpenDocument, MeasuresSoManyColumns) {
+  const auto widthIn = [](const std::string &columns) {
+    const NSAttributedString cell = read(
+        flat("<table:table>" + columns +
+                 "<table:table-row><table:table-cell><text:p>a</text:p></table:table-cell></table:table-row>"
+                 "</table:table>",
+             "<style:style style:family='table-column' style:name='inch'><style:table-column-properties "
+             "style:column-width='1in'/></style:style>"));
+    return cell.attributesAtIndex(0)->paragraphStyle->textBlocks.at(0)->width.value;
+  };
+  const auto column = [](const std::string &count) {
+    return "<table:table-column table:style-name='inch' table:number-columns-repeated='" + count + "'/>";
+  };
+  constexpr std::size_t kMostGroups = 16;
+  const std::string begin = "<table:table-column-group>", end = "</table:table-column-group>";
+  EXPECT_EQ(widthIn(column("16384")), 72);
+  EXPECT_EQ(widthIn(column("99999")), 72);
+  EXPECT_EQ(widthIn(repeated(begin, kMostGroups) + column("1") + repeated(end, kMostGroups)), 72);
+  EXPECT_EQ(widthIn(repeated(begin, kMostGroups + 1) + column("1") + repeated(end, kMostGroups + 1)), 0);
+}
+
 TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
   const auto factsOf = [](const std::string &meta) {
     const std::string xml = "<office:document><office:meta>" + meta +
@@ -781,6 +809,17 @@ TEST(FlatOpenDocument, CountsLists) {
        "x\n\t1\tx"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body, styles)), text) << body;
+}
+
+TEST(FlatOpenDocument, LooksForALevelAmongSoManyNodes) {
+  const auto marked = [](std::size_t others) {
+    return plain(
+        flat("<text:list text:style-name='L'><text:list-item><text:p>x</text:p></text:list-item></text:list>",
+             "<text:list-style style:name='L'>" + repeated("<x/>", others) +
+                 "<text:list-level-style-number text:level='1' style:num-format='1'/></text:list-style>"));
+  };
+  EXPECT_EQ(marked(63), "\t1\tx");
+  EXPECT_EQ(marked(64), "\t\u2022\tx") << "a bullet stands for a level that is not found";
 }
 
 TEST(FlatOpenDocument, RefusesWhatItIsNot) {
