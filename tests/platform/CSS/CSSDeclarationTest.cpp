@@ -391,7 +391,8 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font:caption",
             "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
             "font-stretch: 100%; font-size: 16px; line-height: normal; font-family: [system-ui]"},
-           {"font:menu serif;font:bold icon", ""},
+           {"font:menu serif;font:bold icon;font:1001 12px serif;font:0 12px serif;font:oblique 1px 12px serif",
+            ""},
            {"list-style:inside", "list-style-type: disc; list-style-position: inside; list-style-image: none"},
            {"background:inherit;list-style:revert",
             "background-color: inherit; background-image: inherit; list-style-type: revert; "
@@ -489,6 +490,8 @@ TEST(CSSDeclaration, ReadsColors) {
            {"lab(29.2345 31.506% 16.0531%)", "#7d2329"},
            {"lab(120% 0 0)", "#ffffff"},
            {"lab(-20% 0 0)", "#000000"},
+           {"lab(5% 0 0)", "#111111"},
+           {"lab(1% 0 0)", "#040404"},
            {"lab(50% 0)", ""},
            {"lab(50%, 0, 0)", ""},
            {"lch(52.2345% 72.2 56.2)", "#c65d06"},
