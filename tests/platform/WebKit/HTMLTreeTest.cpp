@@ -193,6 +193,11 @@ TEST(HTMLTreeTest, carriesFormattingOn) {
       {"<p><b><p><input>", "p(b) p(b(input))"},
       {"<p><b><p><hr>a", "p(b) p hr b('a')"},
       {"<p><b><p><x>", "p(b) p(b(x))"},
+      {"<p><b><p><svg>", "p(b) p(b(svg:svg))"},
+      {"<p><b><p><math>", "p(b) p(b(math:math))"},
+      {"<p><b><p><xmp>a", "p(b) p b(xmp('a'))"},
+      {"<p><b><p><nobr>a", "p(b) p(b(nobr('a')))"},
+      {"<nobr><i>a<nobr>b", "nobr(i('a')) i(nobr('b'))"},
       {"<p><b><object><i></object><p>a", "p(b(object(i))) p(b('a'))"},
   };
   for (const Case &one : cases)

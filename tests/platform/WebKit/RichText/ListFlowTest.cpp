@@ -121,6 +121,12 @@ TEST(ListFlow, ParagraphsSayTheirLists) {
   EXPECT_EQ(
       paragraphDump(u"<ol style='margin:0' start=3><li>a<ul><li>b</ul></ol>c"),
       "<first=0 head=30 list2={decimal}.3>^3.^a|<first=0 head=60 list2={decimal}.3 list3={circle}1>^◦^b|c|");
+  for (const std::u16string_view list :
+       {u"<menu style='margin:0'><li>a</menu>", u"<dir style='margin:0'><li>a</dir>"})
+    EXPECT_EQ(paragraphDump(list), "<first=0 head=30 list2={disc}1>^•^a|");
+  EXPECT_EQ(
+      paragraphDump(u"<style>li::marker{content:'x '}</style><ul style='margin:0;list-style:none'><li>a</ul>"),
+      "<first=0 head=30 list0=x 1>^x^a|");
   const NSAttributedString text = textOfHTML(u"<ul style='padding:0'><li>a</ul>").text;
   const NSParagraphStyle &style = *text.attributesAtIndex(0)->paragraphStyle;
   ASSERT_EQ(style.tabStops.size(), 2U);

@@ -83,6 +83,21 @@ TEST(ParagraphFlow, CharactersLookAsStylesSay) {
   });
 }
 
+TEST(ParagraphFlow, EndsOfParagraphsHaveNothingThatShows) {
+  for (const std::u16string_view html :
+       {u"<a href=u>x</a>", u"<b style='background:red'>x</b>", u"<u>x</u>", u"<s>x</s>", u"<sup>x</sup>",
+        u"<i style='color:red'>x</i>", u"<sub><a href=u style='background:red'><s><tt>x"}) {
+    const NSAttributedString text = textOfHTML(html).text;
+    ASSERT_EQ(text.length(), 2U);
+    const TextAttributes letter = *text.attributesAtIndex(0), end = *text.attributesAtIndex(1);
+    TextAttributes plain;
+    plain.font = letter.font;
+    plain.foregroundColor = letter.foregroundColor;
+    plain.paragraphStyle = letter.paragraphStyle;
+    EXPECT_EQ(end, plain) << NSString::stringWithCharacters(html).UTF8String();
+  }
+}
+
 TEST(ParagraphFlow, BackgroundsOfBlocksShowOnlyBehindLightText) {
   expectRuns({
       {u"<div style='background:#000080'>a<span style='color:white'>b</span></div>", "a{#ffffff on#000080}b|"},
