@@ -270,6 +270,18 @@ TEST(CSSDeclaration, Calculates) {
            {"clamp(2px, 4px, 3px)", "3px"},
            {"clamp(1px, 2px, 3px, 4px)", ""},
            {"pow(2)", ""},
+           {"calc(pow(1, 2, 3) * 1px)", ""},
+           {"calc(exp(1, 2) * 1px)", ""},
+           {"calc(sqrt(1, 2) * 1px)", ""},
+           {"calc(sign(1px, 2px) * 1px)", ""},
+           {"abs(1px, 2px)", ""},
+           {"round(1px, 2px, 3px)", ""},
+           {"mod(1px, 2px, 3px)", ""},
+           {"rem(1px, 2px, 3px)", ""},
+           {"rem(1px)", ""},
+           {"hypot()", ""},
+           {"max()", ""},
+           {"-webkit-calc(1px)", "1px"},
            {"calc(log(1, 2, 3) * 1px)", ""},
            {"calc(log(1px) * 1px)", ""},
            {"clamp(1px, 2px)", ""},
@@ -640,6 +652,7 @@ TEST(CSSDeclaration, LetsQuirkyPagesLeaveUnitsAndHashesOut) {
             "border-right-width: 2px; border-bottom-width: 2px; border-left-width: 2px; border-top-color: "
             "#aabbcc; "
             "border-right-color: #123456; border-bottom-color: #aabbcc; border-left-color: #123456"},
+           {"color:00000012", "color: #000012"},
            {"padding-inline:1;inset:1;border-top:abc solid;background:#000 url(a) 1 2", ""},
        })
     EXPECT_EQ(declarationsOf(test.style, CSSMode::kQuirks), test.declarations) << test.style;
