@@ -104,8 +104,9 @@ void appendOfRule(const HTMLDocument &document, const HTMLNode &rule, HintList &
 }
 
 void appendContentDirection(const HTMLDocument &document, HTMLNodeIndex element, HintList &hints) {
-  if (const std::optional<bool> isRightToLeft = isContentRightToLeft(document, element))
-    hints.set(CSSProperty::kDirection, *isRightToLeft ? CSSKeyword::kRtl : CSSKeyword::kLtr);
+  // Without a letter it is from left to right, whatever is around.
+  const bool isRightToLeft = isContentRightToLeft(document, element).value_or(false);
+  hints.set(CSSProperty::kDirection, isRightToLeft ? CSSKeyword::kRtl : CSSKeyword::kLtr);
 }
 
 bool isLink(const HTMLDocument &document, const HTMLNode &element) {

@@ -63,6 +63,7 @@ TEST(HTMLTreeTest, readsTagsAndAttributes) {
       {"<DIV Class=a ID='b' TITLE=\"c\">x</dIv >", "div[class=a][id=b][title=c]('x')"},
       {"<p a a=1 =b c=d=e / f=g/h/>", "p[a=][=b=][c=d=e][f=g/h/]"},
       {"<p a='&amp;&lt=&ltx&gt;&#65' b=&amp;c>", "p[a=&&lt=&ltx>A][b=&c]"},
+      {"<p a =1 b\n=\t2 c= '3' d = \"4\">", "p[a=1][b=2][c=3][d=4]"},
       {"<p a=\"x>y\" b='\n'\tc>z", "p[a=x>y][b=\n][c=]('z')"},
       {"<p a=1\0b=2>x\0y"sv,
        "p[a=1\xef\xbf\xbd"

@@ -55,6 +55,7 @@ TEST(ListFlow, MarkersComeInAllStyles) {
        u"a <b>c</b>",
        "a (c)|"},
       {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
+      {u"<style>li::marker{color:red}</style><ol><li>a</ol>", "^1.^a|"},
       {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
       {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},
   });

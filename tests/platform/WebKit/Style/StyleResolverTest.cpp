@@ -332,6 +332,9 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
        u"dir=ltr>d</p>\u05d0",
        "direction", "rtl"},
       {u"<p dir=rtl><bdi id=x>abc", "direction", "ltr"},
+      {u"<p dir=auto id=x><b>\u05d0</b>a", "direction", "rtl"},
+      {u"<p dir=auto id=x><b><i></i></b>a<b>\u05d0", "direction", "ltr"},
+      {u"<div dir=rtl><p dir=auto id=x>1", "direction", "ltr"},
       {u"<div dir=rtl><p style='text-align:match-parent' id=x>", "align", "right"},
   });
   for (const std::u16string start :
@@ -356,7 +359,7 @@ TEST(StyleResolver, TellsTheDirectionByTheFirstLetter) {
         u"\U00010f30", u"\U0001e800", u"\U0001ee00", u"\u200f"})
     EXPECT_EQ(direction(u"1 " + letter + u" a"), "rtl") << utf8(letter);
   for (const std::u16string none : {u"@", u"[", u"`", u"{", u"\u00bf", u"\u02b9", u"\u2014", u"\u2bff",
-                                    u"\u2e00", u"\u3004", u"\uff20", u"\ufeff", u"\U0001f600"}) {
+                                    u"\u2e00", u"\u3004", u"\ufe00", u"\uff20", u"\ufeff", u"\U0001f600"}) {
     EXPECT_EQ(direction(none + u"a\u05d0"), "ltr") << utf8(none);
     EXPECT_EQ(direction(none + u"\u05d0a"), "rtl") << utf8(none);
   }
@@ -477,6 +480,7 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='line-height:200%;font-size:10px'><b style='font-size:30px' id=x>", "line-height", "20"},
       {u"<p style='text-indent:2em;font-size:8px' id=x>", "indent", "16"},
       {u"<p style='width:calc(10% + 20%)' id=x>", "width", "30%"},
+      {u"<p style='width:calc(10% + 1px)' id=x>", "width", "auto"},
       {u"<p style='width:10vw' id=x>", "width", "128"},
       {u"<p style='width:10vh' id=x>", "width", "72"},
       {u"<p style='font-size:10px;vertical-align:50%;line-height:30px' id=x>", "vertical", "15"},
