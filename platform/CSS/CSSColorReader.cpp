@@ -271,7 +271,7 @@ CSSValue CSSValueReader::color(bool mayLackHash) {
     case CSSTokenType::kNumber:
     case CSSTokenType::kDimension:
       // A number has lost the zeros that it began with; as many come back as make six digits.
-      if (isQuirky && token.flag && !token.hasSign && !token.hasEscapes) {
+      if (isQuirky && token.flag && !token.hasSign) {
         std::u16string_view digits = tokenizer_->source().substr(token.location, token.end - token.location);
         digits.remove_prefix(std::min(digits.find_first_not_of(u'0'), digits.size()));
         if (digits.size() <= 6)

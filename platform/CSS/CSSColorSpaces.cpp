@@ -63,7 +63,7 @@ constexpr Matrix kRootsOfOklab{
 
 ColorComponents product(const Matrix &matrix, const ColorComponents &vector) {
   ColorComponents result{};
-  for (std::size_t i = 0; i < 3; ++i)
+  for (std::size_t i = 0; i < result.size(); ++i)
     result[i] = matrix[i][0] * vector[0] + matrix[i][1] * vector[1] + matrix[i][2] * vector[2];
   return result;
 }
@@ -107,7 +107,7 @@ ColorComponents xyzD50OfLab(const ColorComponents &lab) {
   const double y = (lab[0] + 16) / 116;
   const ColorComponents roots = {lab[1] / 500 + y, y, y - lab[2] / 200};
   ColorComponents xyz{};
-  for (std::size_t i = 0; i < 3; ++i) {
+  for (std::size_t i = 0; i < xyz.size(); ++i) {
     const double cube = roots[i] * roots[i] * roots[i];
     xyz[i] = (cube > kEpsilon ? cube : (116 * roots[i] - 16) / kKappa) * kD50White[i];
   }

@@ -22,7 +22,8 @@ bool isVariable(const CSSTokenizer &tokenizer, const CSSToken &token) {
          equalsOneOfASCIINoCase(tokenizer.rawText(token), {"var", "env"});
 }
 
-/// Takes the "!important" off the end of the tokens, and white space with it.
+/// Takes the "!important" off the end of the tokens, of which the first is no white space, and white space with
+/// it.
 bool takeImportant(const CSSTokenizer &tokenizer, std::vector<CSSToken> &tokens) {
   const auto trim = [&] {
     while (!tokens.empty() && tokens.back().type == CSSTokenType::kWhiteSpace) tokens.pop_back();
@@ -36,8 +37,8 @@ bool takeImportant(const CSSTokenizer &tokenizer, std::vector<CSSToken> &tokens)
           : equalsASCIINoCase(tokenizer.rawText(word), "important");
   if (!isImportant) return false;
   std::size_t mark = tokens.size() - 1;
-  while (mark > 0 && tokens[mark - 1].type == CSSTokenType::kWhiteSpace) --mark;
-  if (mark == 0 || !tokenizer.isDelimiter(tokens[mark - 1], u'!')) return false;
+  while (tokens[mark - 1].type == CSSTokenType::kWhiteSpace) --mark;
+  if (!tokenizer.isDelimiter(tokens[mark - 1], u'!')) return false;
   tokens.resize(mark - 1);
   trim();
   return true;

@@ -39,7 +39,7 @@ enum class Feature : std::uint8_t { kWidth, kHeight, kAspectRatio, kResolution, 
 
 struct FeatureMeaning {
   Feature kind;
-  /// Of a number: the value. Of a keyword: its place among the keywords.
+  /// Of a number: the value.
   double value = 0;
   /// Of a keyword: the one that holds, in lower case; "none" and "0" are what a feature without a value is not.
   std::string_view keyword = {};
@@ -62,26 +62,26 @@ constexpr CSSNameLookup kFeatures(std::to_array<CSSNamedValue<FeatureMeaning>>({
     {"horizontal-viewport-segments", {Feature::kNumber, 1}},
     {"vertical-viewport-segments", {Feature::kNumber, 1}},
     {"orientation", {Feature::kKeyword}},
-    {"any-hover", {Feature::kKeyword, 0, "hover"}},
-    {"any-pointer", {Feature::kKeyword, 0, "fine"}},
-    {"color-gamut", {Feature::kKeyword, 0, "srgb"}},
-    {"display-mode", {Feature::kKeyword, 0, "browser"}},
-    {"dynamic-range", {Feature::kKeyword, 0, "standard"}},
-    {"forced-colors", {Feature::kKeyword, 0, "none"}},
-    {"hover", {Feature::kKeyword, 0, "hover"}},
-    {"inverted-colors", {Feature::kKeyword, 0, "none"}},
-    {"overflow-block", {Feature::kKeyword, 0, "scroll"}},
-    {"overflow-inline", {Feature::kKeyword, 0, "scroll"}},
-    {"pointer", {Feature::kKeyword, 0, "fine"}},
-    {"prefers-color-scheme", {Feature::kKeyword, 0, "light"}},
-    {"prefers-contrast", {Feature::kKeyword, 0, "no-preference"}},
-    {"prefers-reduced-data", {Feature::kKeyword, 0, "no-preference"}},
-    {"prefers-reduced-motion", {Feature::kKeyword, 0, "no-preference"}},
-    {"prefers-reduced-transparency", {Feature::kKeyword, 0, "no-preference"}},
-    {"scan", {Feature::kKeyword, 0, "progressive"}},
-    {"scripting", {Feature::kKeyword, 0, "none"}},
-    {"update", {Feature::kKeyword, 0, "fast"}},
-    {"video-dynamic-range", {Feature::kKeyword, 0, "standard"}},
+    {"any-hover", {.kind = Feature::kKeyword, .keyword = "hover"}},
+    {"any-pointer", {.kind = Feature::kKeyword, .keyword = "fine"}},
+    {"color-gamut", {.kind = Feature::kKeyword, .keyword = "srgb"}},
+    {"display-mode", {.kind = Feature::kKeyword, .keyword = "browser"}},
+    {"dynamic-range", {.kind = Feature::kKeyword, .keyword = "standard"}},
+    {"forced-colors", {.kind = Feature::kKeyword, .keyword = "none"}},
+    {"hover", {.kind = Feature::kKeyword, .keyword = "hover"}},
+    {"inverted-colors", {.kind = Feature::kKeyword, .keyword = "none"}},
+    {"overflow-block", {.kind = Feature::kKeyword, .keyword = "scroll"}},
+    {"overflow-inline", {.kind = Feature::kKeyword, .keyword = "scroll"}},
+    {"pointer", {.kind = Feature::kKeyword, .keyword = "fine"}},
+    {"prefers-color-scheme", {.kind = Feature::kKeyword, .keyword = "light"}},
+    {"prefers-contrast", {.kind = Feature::kKeyword, .keyword = "no-preference"}},
+    {"prefers-reduced-data", {.kind = Feature::kKeyword, .keyword = "no-preference"}},
+    {"prefers-reduced-motion", {.kind = Feature::kKeyword, .keyword = "no-preference"}},
+    {"prefers-reduced-transparency", {.kind = Feature::kKeyword, .keyword = "no-preference"}},
+    {"scan", {.kind = Feature::kKeyword, .keyword = "progressive"}},
+    {"scripting", {.kind = Feature::kKeyword, .keyword = "none"}},
+    {"update", {.kind = Feature::kKeyword, .keyword = "fast"}},
+    {"video-dynamic-range", {.kind = Feature::kKeyword, .keyword = "standard"}},
 }));
 
 /// Pixels of a dot a unit of resolution.
@@ -259,7 +259,7 @@ class MediaQueryReader {
   Truth compared(const FeatureMeaning &feature, Comparison comparison) {
     if (feature.kind == Feature::kKeyword) {
       const CSSToken &token = reader_.peek();
-      if (token.type != CSSTokenType::kIdent || comparison != Comparison::kEqual) return Truth::kUnknown;
+      if (token.type != CSSTokenType::kIdent) return Truth::kUnknown;
       const std::u16string_view keyword = reader_.text(token);
       reader_.advance();
       if (!feature.keyword.empty()) return truthOf(equalsASCIINoCase(keyword, feature.keyword));

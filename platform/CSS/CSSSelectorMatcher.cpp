@@ -20,7 +20,7 @@ constexpr std::size_t kAttributesOfLook = 16, kUnitsOfLook = 16;
 
 /// Whether it is the name of an element that only a script could define.
 bool isCustomElementName(std::u16string_view name) {
-  return !name.empty() && isASCIILetter(name.front()) && name.find(u'-') != name.npos;
+  return name.find(u'-') != name.npos;
 }
 
 /// The names of HTML that pseudo-classes ask for, by their places below.

@@ -53,7 +53,7 @@ bool isSupportedDeclarationOrCondition(CSSValueReader &content) {
 }
 
 bool isSupported(CSSValueReader &reader) {
-  if (takeWord(reader, "not")) return !part(reader) && reader.isAtEnd();
+  if (takeWord(reader, "not")) return !reader.isAtEnd() && !part(reader) && reader.isAtEnd();
   bool holds = part(reader);
   const bool isOr = takeWord(reader, "or");
   if (isOr || takeWord(reader, "and")) {

@@ -106,7 +106,7 @@ CSSKeyword CSSValueReader::peekKeyword() {
 
 CSSValue CSSValueReader::keyword(std::span<const CSSKeyword> allowed) {
   const CSSKeyword found = peekKeyword();
-  if (found == CSSKeyword::kUnknown || std::ranges::find(allowed, found) == allowed.end()) return {};
+  if (std::ranges::find(allowed, found) == allowed.end()) return {};
   advance();
   return found;
 }

@@ -95,8 +95,8 @@ void FlatDocumentLists::enterList(const pugi::xml_node &list) {
   if (level > 0) {
     opened.count = open_.back().count;
     // The second list below an item begins anew; what stands below no item of its own goes on.
-    if (!continues && !open_.back().hasMarker && opened.count->levels.size() > level)
-      opened.count->levels.resize(level);
+    auto &levels = opened.count->levels;
+    if (!continues && !open_.back().hasMarker) levels.resize(std::min(levels.size(), level));
   } else {
     const auto named = byName_.find(list.attribute("text:continue-list").value());
     const auto styled = byStyle_.find(opened.styleName);
@@ -123,7 +123,7 @@ void FlatDocumentLists::beginItem(const pugi::xml_node &item) {
   const auto start = wholeNumber(item.attribute("text:start-value").value(), kLargestNumber);
   if (!start || !list.hasMarker) return;
   auto &levels = list.count->levels;
-  if (levels.size() < open_.size()) levels.resize(open_.size());
+  levels.resize(std::max(levels.size(), open_.size()));
   levels[open_.size() - 1].number = static_cast<std::int32_t>(*start) - 1;
   levels[open_.size() - 1].hasBegun = true;
 }

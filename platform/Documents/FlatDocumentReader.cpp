@@ -76,10 +76,6 @@ bool isWhiteSpace(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-bool isShape(std::string_view name) {
-  return name.starts_with("draw:") && name != "draw:frame" && name != "draw:a" && name != "draw:page";
-}
-
 NSString textOf(const pugi::xml_node &parent, const char *child) {
   const std::string_view text = parent.child_value(child);
   return text.empty() ? NSString() : NSString::stringWithLossyUTF8String(text);
@@ -267,7 +263,7 @@ void FlatDocumentReader::readInline(const pugi::xml_node &node, const Look &look
     styles_.applyTextStyle(node.attribute("text:style-name").value(), link);
     const std::string_view target = node.attribute("xlink:href").value();
     if (!target.empty()) link.text.link = NSString::stringWithLossyUTF8String(target);
-    readInlines(node, link);
+    if (!link.isHidden) readInlines(node, link);
   } else if (name == "text:s") {
     const auto count = wholeNumber(node.attribute("text:c").value(), kMaximumBlanks).value_or(1);
     const std::u16string blanks(count, u' ');
@@ -281,7 +277,7 @@ void FlatDocumentReader::readInline(const pugi::xml_node &node, const Look &look
     readNote(node, look);
   } else if (name == "draw:frame") {
     readFrame(node, look);
-  } else if (isShape(name)) {
+  } else if (name.starts_with("draw:")) {
     shapes_.push_back(node);
   } else if (name == "text:hidden-text" || name == "text:hidden-paragraph" || isOneOf(name, kNoText)) {
     return;
@@ -321,7 +317,6 @@ void FlatDocumentReader::readFrame(const pugi::xml_node &frame, const Look &look
 }
 
 void FlatDocumentReader::append(std::string_view utf8, const Look &look) {
-  if (look.isHidden) return;
   std::string collapsed;
   collapsed.reserve(utf8.size());
   for (const char c : utf8) {

@@ -99,14 +99,14 @@ std::vector<WebResource> WebResourceLoader::load(std::span<const NSURL> urls) {
   return resources;
 }
 
-bool WebResourceLoader::begin(Request &request) {
+void WebResourceLoader::begin(Request &request) {
   if (!request.URL) return fail(request, "it is no URL");
   if (request.resource >= limits_.resources) return fail(request, "the page refers to too many parts");
   if (bytesLeft_ == 0) return fail(request, "the parts of the page are too large");
   if (const std::optional<DataURL> data = DataURL::ofURL(request.URL)) {
     bytesLeft_ -= std::min<std::size_t>(data->data.length(), bytesLeft_);
     keep(request, data->data, data->type.MIMEType, data->type.charset);
-    return true;
+    return;
   }
   if (webView_.deadline.isOver()) return fail(request, "it took too long");
   if (delegate_) {
@@ -127,32 +127,25 @@ bool WebResourceLoader::begin(Request &request) {
   if (!data) return fail(request, error.localizedFailureReason.UTF8String());
   bytesLeft_ -= data.length();
   keep(request, data, NSString(), NSString());
-  return true;
 }
 
-bool WebResourceLoader::beginRemote(Request &request) {
+void WebResourceLoader::beginRemote(Request &request) {
   if (!isHTTP(request.URL)) return fail(request, "its scheme is not loaded");
   // The library would take the first part of the path for the host, which no delegate was asked about.
   if (request.URL.host().length() == 0) return fail(request, "it has no host");
   if (!HTTPTransfers::isAvailable()) return fail(request, "libcurl is missing");
-  return transfers_.start(request.place, request.URL) || fail(request, "it cannot be asked for");
+  if (!transfers_.start(request.place, request.URL)) fail(request, "it cannot be asked for");
 }
 
 void WebResourceLoader::finish(Request &request, HTTPAnswer answer) {
   if (NSURL redirect = URLOfRedirect(answer.redirect)) {
-    if (++request.redirects > limits_.redirects) {
-      fail(request, "it is redirected too often");
-      return;
-    }
+    if (++request.redirects > limits_.redirects) return fail(request, "it is redirected too often");
     request.redirectResponse = {request.URL, answer.statusCode};
     request.URL = std::move(redirect);
-    begin(request);
-    return;
+    return begin(request);
   }
-  if (answer.statusCode >= kFirstFailedStatus) {
-    fail(request, "the server answered " + std::to_string(answer.statusCode));
-    return;
-  }
+  if (answer.statusCode >= kFirstFailedStatus)
+    return fail(request, "the server answered " + std::to_string(answer.statusCode));
   if (!answer.failure.empty()) fail(request, answer.failure);
   if (answer.body.empty() && !answer.failure.empty()) return;
   const ContentTypeField type = contentTypeOfField(answer.contentType);
@@ -164,9 +157,8 @@ void WebResourceLoader::keep(Request &request, const NSData &data, const NSStrin
   *request.result = WebResource::resourceWithData(data, request.URL, MIMEType, charset);
 }
 
-bool WebResourceLoader::fail(const Request &request, std::string reason) {
+void WebResourceLoader::fail(const Request &request, std::string reason) {
   failures_.push_back({request.URL, std::move(reason)});
-  return false;
 }
 
 }  // namespace nimbo::detail

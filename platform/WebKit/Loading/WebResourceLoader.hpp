@@ -55,11 +55,11 @@ class WebResourceLoader {
  private:
   struct Request;
 
-  bool begin(Request &request);
-  bool beginRemote(Request &request);
+  void begin(Request &request);
+  void beginRemote(Request &request);
   void finish(Request &request, HTTPAnswer answer);
   void keep(Request &request, const NSData &data, const NSString &MIMEType, const NSString &charset);
-  bool fail(const Request &request, std::string reason);
+  void fail(const Request &request, std::string reason);
 
   SharedPointer<WebResourceLoadDelegate> delegate_;
   WebView webView_;

@@ -31,20 +31,16 @@ std::size_t findTurn(std::u16string_view page, std::size_t index, State state) {
 
 std::size_t endOfScriptText(std::u16string_view page, std::size_t start) {
   State state = State::plain;
-  // Hyphens before this place are not those that end the comment.
-  std::size_t hyphensFrom = start;
   for (std::size_t i = start; (i = findTurn(page, i, state)) < page.size(); ++i) {
     if (page[i] == u'>') {
-      if (i >= hyphensFrom + 2 && page[i - 1] == u'-' && page[i - 2] == u'-') state = State::plain;
+      // It stands behind the "<!--" at least, whose hyphens may be those of the end, too.
+      if (page[i - 1] == u'-' && page[i - 2] == u'-') state = State::plain;
       continue;
     }
     const bool isEnd = i + 1 < page.size() && page[i + 1] == u'/';
     if (isEnd && state != State::doubleEscaped && isScriptAt(page, i + 2)) return i;
     if (state == State::plain) {
-      if (page.substr(i, 4) == u"<!--") {
-        state = State::escaped;
-        hyphensFrom = i + 2;
-      }
+      if (page.substr(i, 4) == u"<!--") state = State::escaped;
     } else if (isScriptAt(page, i + (isEnd ? 2 : 1))) {
       if (isEnd)
         state = State::escaped;

@@ -101,16 +101,12 @@ void appendOfRule(const HTMLDocument &document, const HTMLNode &rule, HintList &
               CSSKeyword::kSolid);
   if (const auto width = document.attribute(rule, "width"_atom))
     hints.set(CSSProperty::kWidth, legacyDimension(*width));
-  if (const auto size = document.attribute(rule, "size"_atom)) {
-    // The borders are part of the size.
-    const std::uint32_t pixels = legacyNonNegativeInteger(*size).value_or(0);
-    if (pixels > 1) hints.set(CSSProperty::kHeight, CSSValue::number(pixels - 2, CSSUnit::kPixels));
-  }
 }
 
 void appendContentDirection(const HTMLDocument &document, HTMLNodeIndex element, HintList &hints) {
-  if (const std::optional<bool> isRightToLeft = isContentRightToLeft(document, element))
-    hints.set(CSSProperty::kDirection, *isRightToLeft ? CSSKeyword::kRtl : CSSKeyword::kLtr);
+  // Without a letter it is from left to right, whatever is around.
+  const bool isRightToLeft = isContentRightToLeft(document, element).value_or(false);
+  hints.set(CSSProperty::kDirection, isRightToLeft ? CSSKeyword::kRtl : CSSKeyword::kLtr);
 }
 
 bool isLink(const HTMLDocument &document, const HTMLNode &element) {

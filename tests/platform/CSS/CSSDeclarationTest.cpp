@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
+#include <sstream>
 #include <string>
+#include <utility>
 
 #include "tests/platform/CSS/CSSText.hpp"
 #include "tests/support/GrowthRatio.hpp"
@@ -24,6 +28,8 @@ TEST(CSSDeclaration, DropsWhatIsInvalidAndGoesOn) {
            {"color:red!\\69mportant", "color: #ff0000 !"},
            {"--x:!important;--y:a !important ;--z:important", "--x: {} !; --y: {a} !; --z: {important}"},
            {"color:red !important x", ""},
+           {"--x:a important;--y:a ! b important;color:red important",
+            "--x: {a important}; --y: {a ! b important}"},
            {"color:red;;;color:;color;:red;color:green", "color: #ff0000; color: #008000"},
            {"color red; color:lime", "color: #00ff00"},
            {"color:rgb(1,2,3;color:red);float:none", "float: none"},
@@ -171,6 +177,18 @@ TEST(CSSDeclaration, ReadsValues) {
             "background-image: url(a); background-image: gradient; background-image: url(d)"},
            {"text-transform:full-width;text-transform:full-size-kana lowercase;text-transform:none full-width",
             "text-transform: none; text-transform: lowercase"},
+           {"text-transform:lowercase full-width;text-indent:hanging 1px each-line;text-indent:hanging",
+            "text-transform: lowercase; text-indent: 1px"},
+           {"border-spacing:1px;border-spacing:-1px;border-spacing:1px 2px 3px;border-spacing:1%",
+            "border-spacing: [1px 1px]"},
+           {"width:fit-content(2px 3px);width:fit-content(x);width:fit-content()", ""},
+           {"font-style:oblique 1px;font-style:italic 1deg;font-style:oblique x", ""},
+           {"quotes:'a' 'b' 'c';quotes:a b;counter-reset:a 1.5;counter-reset:a 1 2;font-family:'a' b", ""},
+           {"opacity:-1;opacity:2;opacity:.25;opacity:1px", "opacity: 0; opacity: 1; opacity: 0.25"},
+           {"clip:rect(1px 2px 3px);clip:rect(x 1px 1px 1px);clip:rect(1% 1px 1px 1px)", ""},
+           {"letter-spacing:normal;letter-spacing:2px;word-spacing:-1px;line-height:5%;line-height:normal",
+            "letter-spacing: normal; letter-spacing: 2px; word-spacing: -1px; line-height: 5%; line-height: "
+            "normal"},
        })
     EXPECT_EQ(declarationsOf(test.style), test.declarations) << test.style;
 }
@@ -236,6 +254,36 @@ TEST(CSSDeclaration, Calculates) {
            {"calc('1px')", ""},
            {"calc(1px, 2px)", ""},
            {"min(1px, 2)", ""},
+           {"calc(1px + (2px))", "3px"},
+           {"calc(1px +(2px))", ""},
+           {"calc((1px)+ (2px))", ""},
+           {"calc(1px - (2px))", "-1px"},
+           {"calc(1px -(2px))", ""},
+           {"calc(1px + )", ""},
+           {"calc(2 * )", ""},
+           {"calc(1px / 1px)", ""},
+           {"calc(1 / 2px)", ""},
+           {"calc((1px)", "1px"},
+           {"calc((1px 2px))", ""},
+           {"calc(1deg)", ""},
+           {"clamp(2px, 1px, 3px)", "2px"},
+           {"clamp(2px, 4px, 3px)", "3px"},
+           {"clamp(1px, 2px, 3px, 4px)", ""},
+           {"pow(2)", ""},
+           {"calc(pow(1, 2, 3) * 1px)", ""},
+           {"calc(exp(1, 2) * 1px)", ""},
+           {"calc(sqrt(1, 2) * 1px)", ""},
+           {"calc(sign(1px, 2px) * 1px)", ""},
+           {"abs(1px, 2px)", ""},
+           {"round(1px, 2px, 3px)", ""},
+           {"mod(1px, 2px, 3px)", ""},
+           {"rem(1px, 2px, 3px)", ""},
+           {"rem(1px)", ""},
+           {"hypot()", ""},
+           {"max()", ""},
+           {"-webkit-calc(1px)", "1px"},
+           {"calc(log(1, 2, 3) * 1px)", ""},
+           {"calc(log(1px) * 1px)", ""},
            {"clamp(1px, 2px)", ""},
            {"mod(7px)", ""},
            {"pow(2px, 2)", ""},
@@ -282,6 +330,10 @@ TEST(CSSDeclaration, ResolvesLengths) {
   EXPECT_EQ(pixelsOf("10vmax"), 40);
   EXPECT_EQ(pixelsOf("50%"), std::nullopt);
   EXPECT_EQ(pixelsOf("calc(50% + 1px)"), std::nullopt);
+  EXPECT_EQ(pixelsOf("min(50%)"), std::nullopt);
+  for (const std::string_view percentage :
+       {"clamp(50%, 1px, 2px)", "clamp(1px, 50%, 2px)", "clamp(1px, 2px, 50%)", "calc(1px + 50%)"})
+    EXPECT_EQ(pixelsOf(percentage), std::nullopt) << percentage;
   EXPECT_EQ(pixelsOf("auto"), std::nullopt);
   context.percentageBase = 50;
   EXPECT_EQ(pixelsOf("50%"), 25);
@@ -351,7 +403,8 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
            {"font:caption",
             "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
             "font-stretch: 100%; font-size: 16px; line-height: normal; font-family: [system-ui]"},
-           {"font:menu serif;font:bold icon", ""},
+           {"font:menu serif;font:bold icon;font:1001 12px serif;font:0 12px serif;font:oblique 1px 12px serif",
+            ""},
            {"list-style:inside", "list-style-type: disc; list-style-position: inside; list-style-image: none"},
            {"background:inherit;list-style:revert",
             "background-color: inherit; background-image: inherit; list-style-type: revert; "
@@ -396,6 +449,10 @@ TEST(CSSDeclaration, ReadsColors) {
            {"#abcd", "#aabbcc/0.8667"},
            {"#12345678", "#123456/0.4706"},
            {"#12345", ""},
+           {"#abg", ""},
+           {"#abcdeg", ""},
+           {"#ab", ""},
+           {"#abcdefab1", ""},
            {"ReBeccaPurple", "#663399"},
            {"transparent", "#000000/0"},
            {"currentColor", "currentcolor"},
@@ -407,6 +464,14 @@ TEST(CSSDeclaration, ReadsColors) {
            {"rgb(300, -5, 127.5)", "#ff0080"},
            {"rgb(1, 2%, 3)", ""},
            {"rgb(1 2, 3)", ""},
+           {"rgb(1, 2 3)", ""},
+           {"rgb(1, 2, 3 / 1)", ""},
+           {"rgb(1 2 3, 1)", ""},
+           {"rgb(1, 2)", ""},
+           {"rgb(1%, 2%, 3)", ""},
+           {"rgb(1, none, 3)", ""},
+           {"rgb(none, 2, 3, 1)", ""},
+           {"rgb(1, 2, 3, 50%)", "#010203/0.5"},
            {"rgb(none 2 3)", "#000203"},
            {"rgb(calc(1 + 1) 2 3)", "#020203"},
            {"rgb(calc(25% * 2) 0% 100%)", "#8000ff"},
@@ -416,14 +481,47 @@ TEST(CSSDeclaration, ReadsColors) {
            {"hsl(.5turn 100% 50% / 1)", "#00ffff"},
            {"hsl(-120 100 50)", "#0000ff"},
            {"hsl(120, 1, .5)", ""},
+           {"hsl(120, 100%, .5)", ""},
+           {"hsl(120, 1, 50%)", ""},
+           {"hsl(1px 100% 50%)", ""},
+           {"hsl(120 100%)", ""},
+           {"hsl(480 100% 25%)", "#008000"},
+           {"hsl(120 -5% 50%)", "#808080"},
+           {"hsl(120 200% 25%)", "#008000"},
+           {"hsl(120 100% 150%)", "#ffffff"},
+           {"hsl(120 100% -1%)", "#000000"},
+           {"hwb(120, 0%, 0%)", ""},
+           {"hwb(120 0 0 / .5)", "#00ff00/0.5"},
+           {"hwb(0 20% -10%)", "#ff3333"},
+           {"hwb(0 -10% 20%)", "#cc0000"},
+           {"hwb(0 30% 90%)", "#404040"},
            {"hwb(0 20% 40%)", "#993333"},
            {"hwb(0 60% 60%)", "#808080"},
            {"lab(100% 0 0)", "#ffffff"},
            {"lab(29.2345% 39.3825 20.0664)", "#7d2329"},
+           {"lab(29.2345 31.506% 16.0531%)", "#7d2329"},
+           {"lab(120% 0 0)", "#ffffff"},
+           {"lab(-20% 0 0)", "#000000"},
+           {"lab(5% 0 0)", "#111111"},
+           {"lab(1% 0 0)", "#040404"},
+           {"lab(50% 0)", ""},
+           {"lab(50%, 0, 0)", ""},
            {"lch(52.2345% 72.2 56.2)", "#c65d06"},
+           {"lch(52.2345 48.1333% 56.2deg)", "#c65d06"},
+           {"lch(50% -9 0)", "#777777"},
+           {"lch(50% 9 1px)", ""},
+           {"oklab(0.40101 28.675% 11.325%)", "#7d2329"},
+           {"oklab(2 0 0)", "#ffffff"},
+           {"oklch(0.59686 39.0475% 49.7694)", "#c65d06"},
            {"oklab(40.101% 0.1147 0.0453)", "#7d2329"},
            {"oklch(59.686% 0.15619 49.7694deg)", "#c65d06"},
            {"color(srgb 1 .5 0)", "#ff8000"},
+           {"color(srgb 100% 50% 0%)", "#ff8000"},
+           {"color(srgb 1 0)", ""},
+           {"color(srgb 1, 0, 0)", ""},
+           {"color(oklab 1 0 0)", ""},
+           {"color(1 0 0)", ""},
+           {"color(srgb-linear 0.002 0 0)", "#070000"},
            {"color(display-p3 0 1 0)", "#00ff00"},
            {"color(srgb-linear 0.5 0 0)", "#bc0000"},
            {"color(xyz 0.9505 1 1.089)", "#ffffff"},
@@ -443,6 +541,11 @@ TEST(CSSDeclaration, ReadsColors) {
            {"color-mix(in srgb, red 100%, blue)", "#ff0000"},
            {"color-mix(in srgb, red 101%, blue)", ""},
            {"color-mix(in srgb, transparent, red)", "#ff0000/0.5"},
+           {"color-mix(in srgb, transparent, transparent)", "#000000/0"},
+           {"color-mix(in srgb, red 100%, blue 100%)", "#800080"},
+           {"color-mix(in srgb, 30% red 30%, blue)", ""},
+           {"color-mix(in srgb, 30 red, blue)", ""},
+           {"color-mix(in unknown, red, blue)", ""},
            {"color-mix(in srgb, red, blue, lime)", ""},
            {"color-mix(in srgb red, blue)", ""},
            {"color-mix(in srgb, red)", ""},
@@ -455,10 +558,80 @@ TEST(CSSDeclaration, ReadsColors) {
            {"rgb(1, 2, 3, none)", ""},
            {"rgb(1 2 3 / none)", "#010203/0"},
            {"light-dark(red, blue)", "#ff0000"},
+           {"light-dark(red)", ""},
+           {"light-dark(red, x)", ""},
+           {"light-dark(red, blue, lime)", ""},
+           {"light-dark(red blue)", ""},
            {"red blue", ""},
        }) {
     const std::string expected = test.declarations.empty() ? "" : "color: " + std::string(test.declarations);
     EXPECT_EQ(declarationsOf("color:" + std::string(test.style)), expected) << test.style;
+  }
+}
+
+TEST(CSSDeclaration, KnowsTheNamesOfColors) {
+  std::istringstream colors(
+      "aliceblue 240 248 255 antiquewhite 250 235 215 aqua 0 255 255 aquamarine 127 255 212 "
+      "azure 240 255 255 beige 245 245 220 bisque 255 228 196 black 0 0 0 blanchedalmond 255 235 205 "
+      "blue 0 0 255 blueviolet 138 43 226 brown 165 42 42 burlywood 222 184 135 cadetblue 95 158 160 "
+      "chartreuse 127 255 0 chocolate 210 105 30 coral 255 127 80 cornflowerblue 100 149 237 "
+      "cornsilk 255 248 220 crimson 220 20 60 cyan 0 255 255 darkblue 0 0 139 darkcyan 0 139 139 "
+      "darkgoldenrod 184 134 11 darkgray 169 169 169 darkgreen 0 100 0 darkgrey 169 169 169 "
+      "darkkhaki 189 183 107 darkmagenta 139 0 139 darkolivegreen 85 107 47 darkorange 255 140 0 "
+      "darkorchid 153 50 204 darkred 139 0 0 darksalmon 233 150 122 darkseagreen 143 188 143 "
+      "darkslateblue 72 61 139 darkslategray 47 79 79 darkslategrey 47 79 79 darkturquoise 0 206 209 "
+      "darkviolet 148 0 211 deeppink 255 20 147 deepskyblue 0 191 255 dimgray 105 105 105 "
+      "dimgrey 105 105 105 dodgerblue 30 144 255 firebrick 178 34 34 floralwhite 255 250 240 "
+      "forestgreen 34 139 34 fuchsia 255 0 255 gainsboro 220 220 220 ghostwhite 248 248 255 "
+      "gold 255 215 0 goldenrod 218 165 32 gray 128 128 128 green 0 128 0 greenyellow 173 255 47 "
+      "grey 128 128 128 honeydew 240 255 240 hotpink 255 105 180 indianred 205 92 92 indigo 75 0 130 "
+      "ivory 255 255 240 khaki 240 230 140 lavender 230 230 250 lavenderblush 255 240 245 "
+      "lawngreen 124 252 0 lemonchiffon 255 250 205 lightblue 173 216 230 lightcoral 240 128 128 "
+      "lightcyan 224 255 255 lightgoldenrodyellow 250 250 210 lightgray 211 211 211 "
+      "lightgreen 144 238 144 lightgrey 211 211 211 lightpink 255 182 193 lightsalmon 255 160 122 "
+      "lightseagreen 32 178 170 lightskyblue 135 206 250 lightslategray 119 136 153 "
+      "lightslategrey 119 136 153 lightsteelblue 176 196 222 lightyellow 255 255 224 lime 0 255 0 "
+      "limegreen 50 205 50 linen 250 240 230 magenta 255 0 255 maroon 128 0 0 "
+      "mediumaquamarine 102 205 170 mediumblue 0 0 205 mediumorchid 186 85 211 "
+      "mediumpurple 147 112 219 mediumseagreen 60 179 113 mediumslateblue 123 104 238 "
+      "mediumspringgreen 0 250 154 mediumturquoise 72 209 204 mediumvioletred 199 21 133 "
+      "midnightblue 25 25 112 mintcream 245 255 250 mistyrose 255 228 225 moccasin 255 228 181 "
+      "navajowhite 255 222 173 navy 0 0 128 oldlace 253 245 230 olive 128 128 0 olivedrab 107 142 35 "
+      "orange 255 165 0 orangered 255 69 0 orchid 218 112 214 palegoldenrod 238 232 170 "
+      "palegreen 152 251 152 paleturquoise 175 238 238 palevioletred 219 112 147 "
+      "papayawhip 255 239 213 peachpuff 255 218 185 peru 205 133 63 pink 255 192 203 plum 221 160 221 "
+      "powderblue 176 224 230 purple 128 0 128 rebeccapurple 102 51 153 red 255 0 0 "
+      "rosybrown 188 143 143 royalblue 65 105 225 saddlebrown 139 69 19 salmon 250 128 114 "
+      "sandybrown 244 164 96 seagreen 46 139 87 seashell 255 245 238 sienna 160 82 45 "
+      "silver 192 192 192 skyblue 135 206 235 slateblue 106 90 205 slategray 112 128 144 "
+      "slategrey 112 128 144 snow 255 250 250 springgreen 0 255 127 steelblue 70 130 180 "
+      "tan 210 180 140 teal 0 128 128 thistle 216 191 216 tomato 255 99 71 turquoise 64 224 208 "
+      "violet 238 130 238 wheat 245 222 179 white 255 255 255 whitesmoke 245 245 245 yellow 255 255 0 "
+      "yellowgreen 154 205 50");
+  std::string name;
+  int count = 0;
+  for (unsigned red = 0, green = 0, blue = 0; colors >> name >> red >> green >> blue; ++count) {
+    std::array<char, 32> expected{};
+    std::snprintf(expected.data(), expected.size(), "color: #%02x%02x%02x", red, green, blue);
+    EXPECT_EQ(declarationsOf("color:" + name), expected.data()) << name;
+  }
+  EXPECT_EQ(count, 148);
+  // Old names of the system's colours stand for those of today.
+  for (const auto &[old, today] : std::initializer_list<std::pair<std::string, std::string>>{
+           {"infobackground", "Canvas"},
+           {"infotext", "CanvasText"},
+           {"menu", "Canvas"},
+           {"menutext", "CanvasText"},
+           {"window", "Canvas"},
+           {"windowtext", "CanvasText"},
+           {"buttonhighlight", "ButtonFace"},
+           {"buttonshadow", "ButtonFace"},
+           {"threedface", "ButtonFace"},
+           {"-webkit-link", "LinkText"},
+           {"-webkit-activelink", "ActiveText"},
+       }) {
+    EXPECT_NE(declarationsOf("color:" + old), "") << old;
+    EXPECT_EQ(declarationsOf("color:" + old), declarationsOf("color:" + today)) << old;
   }
 }
 
@@ -472,6 +645,15 @@ TEST(CSSDeclaration, LetsQuirkyPagesLeaveUnitsAndHashesOut) {
            {"color:12ab56;color:000001;color:+123;color:1.5;color:00f;color:1234567",
             "color: #12ab56; color: #000001; color: #00000f"},
            {"width:calc(10);border-top-color:abc", "border-top-color: #aabbcc"},
+           {"color:0;color:1\\61 2;color:xyz;color:00000g;color:abcd;color:abcdefab", "color: #000000"},
+           {"padding:1;border-width:2;border-color:abc 123456",
+            "padding-top: 1px; padding-right: 1px; padding-bottom: 1px; padding-left: 1px; border-top-width: "
+            "2px; "
+            "border-right-width: 2px; border-bottom-width: 2px; border-left-width: 2px; border-top-color: "
+            "#aabbcc; "
+            "border-right-color: #123456; border-bottom-color: #aabbcc; border-left-color: #123456"},
+           {"color:00000012", "color: #000012"},
+           {"padding-inline:1;inset:1;border-top:abc solid;background:#000 url(a) 1 2", ""},
        })
     EXPECT_EQ(declarationsOf(test.style, CSSMode::kQuirks), test.declarations) << test.style;
 }
@@ -498,13 +680,53 @@ TEST(CSSDeclaration, TakesRawDeclarationsApart) {
   }
 }
 
+std::u16string repeated(std::u16string_view part, std::size_t count) {
+  std::u16string text;
+  for (std::size_t i = 0; i < count; ++i) text += part;
+  return text;
+}
+
+TEST(CSSDeclaration, LimitsTheDepthAndTheTokensOfValues) {
+  const auto read = [](const std::u16string &style) { return declarationsOf(textOf(style)); };
+  const auto nested = [&](std::size_t depth) {
+    return u"width:calc(" + repeated(u"(", depth - 1) + u"1px" + repeated(u")", depth);
+  };
+  constexpr std::size_t kDeepest = 32, kMostTokens = 1 << 16;
+  EXPECT_EQ(read(nested(kDeepest)), "width: 1px");
+  EXPECT_EQ(read(nested(kDeepest + 1)), "");
+  EXPECT_NE(read(u"--x:" + repeated(u":", kMostTokens)), "");
+  EXPECT_EQ(read(u"--x:" + repeated(u":", kMostTokens + 1) + u";--y:z"), "--y: {z}");
+  const auto isWhole = [](const std::u16string &text) {
+    CSSArena arena;
+    std::vector<CSSDeclaration> declarations;
+    return readValue(CSSProperty::kFontFamily, text, CSSMode::kStandard, arena, declarations);
+  };
+  EXPECT_TRUE(isWhole(repeated(u"a,", kMostTokens / 2 - 1) + u"a "));
+  EXPECT_FALSE(isWhole(repeated(u"a,", kMostTokens / 2) + u"a"));
+}
+
+TEST(CSSDeclaration, FollowsBracketsAtAnyDepth) {
+  constexpr std::u16string_view kOpening = u"([{", kClosing = u")]}";
+  for (const std::size_t depth : {1, 2, 63, 64, 65, 66, 67, 200}) {
+    std::u16string opening, closing;
+    for (std::size_t i = 0; i < depth; ++i) {
+      opening += kOpening[i % 3];
+      closing.insert(closing.begin(), kClosing[i % 3]);
+    }
+    EXPECT_NE(declarationsOf(textOf(u"--x:" + opening + closing)), "") << depth;
+    EXPECT_TRUE(declarationsOf(textOf(u"--x:" + opening + closing + u";--y:z")).ends_with("; --y: {z}"))
+        << depth;
+    // What is closed in another order is bad, and nothing behind it is outside of the brackets.
+    for (std::size_t wrong = 1; wrong < depth; wrong += 7) {
+      std::u16string swapped = closing;
+      std::swap(swapped[wrong - 1], swapped[wrong]);
+      EXPECT_EQ(declarationsOf(textOf(u"--x:" + opening + swapped + u";--y:z")), "") << depth << " " << wrong;
+    }
+  }
+}
+
 /// What is made to cost much must neither take time by the square nor the stack.
 TEST(CSSDeclaration, BearsDeepAndLongValues) {
-  const auto repeated = [](std::u16string_view part, std::size_t count) {
-    std::u16string text;
-    for (std::size_t i = 0; i < count; ++i) text += part;
-    return text;
-  };
   const auto read = [](const std::u16string &style) {
     CSSArena arena;
     std::vector<CSSDeclaration> declarations;

@@ -72,6 +72,7 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "not ((foo) and (grid))",
            "not (not (color))",
            "not screen and (grid)",
+           "(color) or foo(color)",
        }) {
     EXPECT_TRUE(matchesMedium(unitsOf(query), {})) << query;
   }
@@ -143,6 +144,18 @@ TEST(CSSMedium, AnswersQueriesForAScreen) {
            "screen and (color) or (grid)",
            "not ((grid) or (foo))",
            "not ((color) and (foo))",
+           "not (hover: 1)",
+           "not (resolution: x)",
+           "not (resolution: 1q)",
+           "not (hover:)",
+           "not (orientation: 'portrait')",
+           "(color) or color",
+           "(color: none)",
+           "(width = 1279px)",
+           "(1280px > width)",
+           "(1281px <= width)",
+           "(2000px > width > 1280px)",
+           "(2000px > width >= 1281px)",
        }) {
     EXPECT_FALSE(matchesMedium(unitsOf(query), {})) << query;
   }
@@ -170,6 +183,10 @@ TEST(CSSMedium, KnowsWhatIsSupported) {
            "NOT (foo: bar)",
            "(foo: bar) or (foo: bar) or (color: red)",
            "(color: red) or (foo: bar)",
+           "(color: red",
+           "SELECTOR(a)",
+           "not selector(:foo)",
+           "((color: red) or (foo: bar)) and (not (foo: bar))",
        })
     EXPECT_TRUE(isSupportedByCSS(unitsOf(condition))) << condition;
   for (const std::string_view condition : {
@@ -190,6 +207,15 @@ TEST(CSSMedium, KnowsWhatIsSupported) {
            "((color: red) and (foo: bar))",
            "selector(a,)",
            "selectors(a)",
+           "(color: red) or color",
+           "(color: red) and",
+           "(color: red) or (foo: bar) and (color: red)",
+           "not (foo: bar) and (color: red)",
+           "not",
+           "(color:)",
+           "(1: red)",
+           "selector a",
+           "selector()",
        })
     EXPECT_FALSE(isSupportedByCSS(unitsOf(condition))) << condition;
 }

@@ -33,6 +33,12 @@ std::string matchesOf(std::string_view selectors, const CSSPage &page, bool only
   return text;
 }
 
+std::string repeated(std::string_view part, std::size_t count) {
+  std::string text;
+  for (std::size_t i = 0; i < count; ++i) text += part;
+  return text;
+}
+
 TEST(CSSSelector, MatchesByTheStandard) {
   CSSNames names;
   const CSSPage page(
@@ -186,6 +192,9 @@ TEST(CSSSelector, MatchesByTheStandard) {
            {":nth-child(n of)", "invalid"},
            {":nth-of-type(n of p)", "invalid"},
            {":nth-child()", "invalid"},
+           {"li:nth-child(/**/2n/**/)", "14 16"},
+           {"li:nth-child(2/**/n)", "invalid"},
+           {"li:nth-child(2n", "14 16"},
            {":dir()", "invalid"},
            {":dir(1)", "invalid"},
            {":dir(ltr rtl)", "invalid"},
@@ -197,6 +206,29 @@ TEST(CSSSelector, MatchesByTheStandard) {
     EXPECT_EQ(matchesOf(test.selectors, page), test.elements) << test.selectors;
     EXPECT_EQ(matchesOf(test.selectors, page, true), test.elements) << test.selectors;
   }
+}
+
+TEST(CSSSelector, LimitsDepthAndLength) {
+  CSSNames names;
+  const CSSPage page(repeated("<a>", 300) + repeated("</>", 300), names);
+  const auto nested = [&](std::size_t depth) {
+    return matchesOf(repeated(":not(", depth) + "b" + repeated(")", depth), page) == "invalid";
+  };
+  EXPECT_FALSE(nested(detail::kMaximumSelectorNesting));
+  EXPECT_TRUE(nested(detail::kMaximumSelectorNesting + 1));
+  // An element has as many elements around it as there are compounds in front of its own.
+  EXPECT_TRUE(matchesOf(repeated("a ", detail::kMaximumCompounds), page).starts_with("255 256 "));
+  EXPECT_EQ(matchesOf(repeated("a ", detail::kMaximumCompounds + 1), page), "");
+  constexpr std::size_t kLongestPlace = 64;
+  EXPECT_EQ(matchesOf("a:nth-child(" + std::string(kLongestPlace - 1, '0') + "2)", page), "");
+  EXPECT_EQ(matchesOf("a:nth-child(" + std::string(kLongestPlace, '0') + "2)", page), "invalid");
+}
+
+TEST(CSSSelector, MatchesARootThatIsAnOption) {
+  CSSNames names;
+  const CSSPage page("<option></>", names);
+  EXPECT_EQ(matchesOf(":enabled", page), "0");
+  EXPECT_EQ(matchesOf(":disabled", page), "");
 }
 
 TEST(CSSSelector, ComparesNamesInAnyCaseOnQuirkyPages) {
@@ -292,7 +324,7 @@ TEST(CSSSelector, KnowsLanguagesAndDirections) {
   CSSNames names;
   const CSSPage page(
       "<html><p lang=de-x-CH></><p lang=de-Latn-CH dir=RTL></><p lang=''><i dir=ltr></></>"  // 1 2 3 4
-      "<b xml:lang=fr></></>",                                                               // 5
+      "<b xml:lang=fr></><ul dir=rtl><i dir=LTR><u></></></></>",                            // 5 6 7 8
       names);
   struct Case {
     std::string_view selector, elements;
@@ -306,9 +338,9 @@ TEST(CSSSelector, KnowsLanguagesAndDirections) {
            {":lang(de-Latn-CH-1996)", ""},
            {":lang(d, fr)", "5"},
            {"p:lang('')", "3"},
-           {":not(:lang(de)):not(i)", "0 3 5"},
-           {":dir(rtl)", "2"},
-           {":dir(ltr)", "0 1 3 4 5"},
+           {":not(:lang(de)):not(i)", "0 3 5 6 8"},
+           {":dir(rtl)", "2 6"},
+           {":dir(ltr)", "0 1 3 4 5 7 8"},
        })
     EXPECT_EQ(matchesOf(test.selector, page), test.elements) << test.selector;
 }
@@ -458,12 +490,6 @@ TEST(CSSSelector, MatchesAsANaiveMatcherDoes) {
       }
     }
   }
-}
-
-std::string repeated(std::string_view part, std::size_t count) {
-  std::string text;
-  for (std::size_t i = 0; i < count; ++i) text += part;
-  return text;
 }
 
 /// The work does not grow with powers of the depth, whatever the selector is.

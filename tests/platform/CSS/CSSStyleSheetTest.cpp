@@ -179,6 +179,24 @@ TEST(CSSStyleSheet, SharesNamesOfABaseTable) {
   EXPECT_EQ(base.find(u"new"), kNoCSSName);
 }
 
+TEST(CSSStyleSheet, LimitsTheDepthOfBlocksAndTheTokensOfPreludes) {
+  const auto nested = [](std::size_t depth) {
+    std::string text;
+    for (std::size_t i = 1; i < depth; ++i) text += "@media screen{";
+    text += "p{float:left}" + std::string(depth - 1, '}');
+    return styleBySheet(text + "p{top:0}");
+  };
+  EXPECT_EQ(nested(CSSStyleSheet::kMaximumNesting), "float: left | top: 0px");
+  EXPECT_EQ(nested(CSSStyleSheet::kMaximumNesting + 1), "top: 0px");
+  // The blank and the first word are tokens, too.
+  constexpr std::size_t kMostTokens = 1 << 16;
+  const auto asked = [](std::size_t tokens) {
+    return styleBySheet("@media screen" + std::string(tokens - 2, ',') + "{p{float:left}}p{top:0}");
+  };
+  EXPECT_EQ(asked(kMostTokens), "float: left | top: 0px");
+  EXPECT_EQ(asked(kMostTokens + 1), "top: 0px");
+}
+
 /// Rules and selectors in each other multiply; the stack must not.
 TEST(CSSStyleSheet, BoundsTheDepthOfMatching) {
   std::string chain, sheet, markup;

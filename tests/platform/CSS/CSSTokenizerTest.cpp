@@ -56,6 +56,9 @@ TEST(CSSTokenizer, ReadsTheTokensOfTheStandard) {
       {u"a b", "ia _ ib"},
       {u"/* x */a/**/b/*", "ia ib"},
       {u"a/", "ia d/"},
+      {u"-", "d-"},
+      {u"1-", "n1 d-"},
+      {u"@-", "d@ d-"},
       {u"-a --b -- - -1 --1", "i-a _ i--b _ i-- _ d- _ n-1 _ i--1"},
       {u"a(b) A1_-é", "fa ib ) _ iA1_-é"},
       {u"@media @ @-x @1", "amedia _ d@ _ a-x _ d@ n1"},
@@ -77,6 +80,7 @@ TEST(CSSTokenizer, ReadsTheTokensOfTheStandard) {
        "n1 _ n1 _ n-1.5~ _ n0.5~ _ n1 d. _ n1000~ _ n1000~ _ m1,e _ m0.01,x"},
       {u"+.5 -.5 +.a 1e+x 1E2", "n0.5~ _ n-0.5~ _ d+ d. ia _ m1,e d+ ix _ n100~"},
       {u"1px 2% 3\\70x 1-- 1-a +", "m1,px _ %2 _ m3,px _ m1,-- _ m1,-a _ d+"},
+      {u"999999999 9999999999 +4294967296 -999999999", "n1e+09 _ n1e+10 _ n4.295e+09 _ n-1e+09"},
       {u"999999999999 1e999 1e-999 0.0000000000000000000000000000000000000000001",
        "n1e+12 _ n3.403e+38~ _ n0~ _ n1e-43~"},
       {u"2" + std::u16string(70, u'0') + u"e-70 ." + std::u16string(400, u'0') + u"1 1" +

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <vector>
@@ -76,6 +77,13 @@ TEST(FlatOpenDocument, ShowsTheTextThatAPersonSees) {
        "<office:binary-data>UE5H</office:binary-data></draw:image></draw:frame>",
        "x\n\uFFFC"},
       {"<text:p>x</text:p><draw:frame><draw:image/></draw:frame><text:p>y</text:p>", "x\ny"},
+      {"<text:p>a<draw:frame><table:table><table:table-row><table:table-cell><text:p>1</text:p></"
+       "table:table-cell>"
+       "</table:table-row></table:table></draw:frame>b</text:p><text:p>c</text:p>",
+       "ab\n1\nc"},
+      {"<text:p>a<draw:a xlink:href='u'>b<draw:custom-shape><text:p>c</text:p></draw:custom-shape></draw:a>d"
+       "</text:p>",
+       "abd\nc"},
   };
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body)), text) << body;
   EXPECT_EQ(plain(flat("<text:p><text:s text:c='10001'/></text:p>")), std::string(10'000, ' '));
@@ -286,6 +294,58 @@ TEST(FlatOpenDocument, SetsParagraphs) {
                                     {NSTextTabType::decimal, 4}}));
 }
 
+TEST(FlatOpenDocument, GivesEmptyCellsAParagraph) {
+  const NSAttributedString text =
+      read(flat("<table:table><table:table-row><table:table-cell/><table:table-cell><text:p>b</text:p>"
+                "</table:table-cell></table:table-row></table:table><text:p>c</text:p>"));
+  ASSERT_EQ(text.string().UTF8String(), "\nb\nc");
+  const auto columnAt = [&](std::uint32_t index) {
+    return text.attributesAtIndex(index)->paragraphStyle->textBlocks.at(0)->startingColumn;
+  };
+  EXPECT_EQ(columnAt(0), 0u);
+  EXPECT_EQ(columnAt(1), 1u);
+  EXPECT_TRUE(text.attributesAtIndex(3)->paragraphStyle->textBlocks.empty());
+}
+
+TEST(FlatOpenDocument, RepeatsRowsAndColumnsThatHoldText) {
+  const auto cell = [](const std::string &attributes, const std::string &text) {
+    return "<table:table-cell " + attributes + "><text:p>" + text + "</text:p></table:table-cell>";
+  };
+  const auto row = [](const std::string &attributes, const std::string &cells) {
+    return "<table:table-row " + attributes + ">" + cells + "</table:table-row>";
+  };
+  const auto table = [](const std::string &rows) { return "<table:table>" + rows + "</table:table>"; };
+  const std::string none = "<table:table-cell/>";
+  const struct {
+    std::string body, text;
+  } cases[] = {
+      {table(row("table:number-rows-repeated='2'", cell("table:number-columns-repeated='3'", "a"))),
+       "a\na\na\na\na\na\n"},
+      {table(row("table:number-rows-repeated='100'", cell("", "a"))), repeated("a\n", 100)},
+      {table(row("table:number-rows-repeated='101'", cell("", "a"))), repeated("a\n", 100)},
+      {table(row("table:number-rows-repeated='0'", cell("table:number-columns-repeated='0'", "a"))), "a\n"},
+      // What is empty and repeated fills a sheet up; what is not repeated is there.
+      {table(row("table:number-rows-repeated='2'", "<table:table-cell table:number-columns-repeated='2'/>") +
+             row("", cell("", "a"))),
+       "a\n"},
+      {table(row("", none) + row("", cell("", "a"))), "\na\n"},
+      {table(row("", "<table:table-cell table:number-columns-repeated='2'/>" + cell("", "a"))), "\n\na\n"},
+      {table("<table:table-header-rows>" + row("", cell("", "a")) +
+             "</table:table-header-rows><table:table-rows>" + row("", cell("", "b")) +
+             "</table:table-rows><table:table-row-group>" + row("", cell("", "c")) +
+             "</table:table-row-group>"),
+       "a\nb\nc\n"},
+  };
+  for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body)), text) << body;
+  const auto grouped = [&](std::size_t groups) {
+    return plain(flat(table(repeated("<table:table-row-group>", groups) + row("", cell("", "a")) +
+                            repeated("</table:table-row-group>", groups))));
+  };
+  constexpr std::size_t kMostGroups = 16;
+  EXPECT_EQ(grouped(kMostGroups), "a\n");
+  EXPECT_EQ(grouped(kMostGroups + 1), "");
+}
+
 TEST(FlatOpenDocument, BreaksPagesWhereStylesSaySo) {
   const std::string styles =
       "<style:style style:family='paragraph' style:name='b'><style:paragraph-properties "
@@ -299,15 +359,165 @@ TEST(FlatOpenDocument, BreaksPagesWhereStylesSaySo) {
   EXPECT_EQ(plain(flat(paragraph("b") + paragraph("b") + paragraph("x"), styles)), "b\n\fb\nx");
   EXPECT_EQ(plain(flat(paragraph("a") + paragraph("x") + paragraph("a"), styles)), "a\n\fx\na");
   EXPECT_EQ(plain(flat(paragraph("c") + paragraph("c"), styles)), "c\nc");
+  EXPECT_EQ(plain(flat(paragraph("x") + "<table:table><table:table-row><table:table-cell>" + paragraph("b") +
+                           "</table:table-cell></table:table-row></table:table>",
+                       styles)),
+            "x\nb\n");
 }
 
 TEST(FlatOpenDocument, LeavesOutWhatIsNoText) {
-  for (const std::string name : {"office:forms", "office:annotation", "text:tracked-changes", "text:script",
-                                 "text:ruby-text", "text:table-of-content-source", "table:tracked-changes",
-                                 "presentation:notes", "svg:desc", "draw:glue-point"})
+  for (const std::string name : {"office:forms",
+                                 "office:annotation",
+                                 "office:annotation-end",
+                                 "text:tracked-changes",
+                                 "text:sequence-decls",
+                                 "text:variable-decls",
+                                 "text:user-field-decls",
+                                 "text:dde-connection-decls",
+                                 "text:script",
+                                 "text:alphabetical-index-auto-mark-file",
+                                 "text:ruby-text",
+                                 "text:table-of-content-source",
+                                 "text:illustration-index-source",
+                                 "text:table-index-source",
+                                 "text:object-index-source",
+                                 "text:user-index-source",
+                                 "text:alphabetical-index-source",
+                                 "text:bibliography-source",
+                                 "text:meta-field-source",
+                                 "table:shapes",
+                                 "table:tracked-changes",
+                                 "table:named-expressions",
+                                 "table:database-ranges",
+                                 "table:content-validations",
+                                 "table:calculation-settings",
+                                 "table:label-ranges",
+                                 "table:dde-links",
+                                 "presentation:notes",
+                                 "presentation:header-decl",
+                                 "presentation:footer-decl",
+                                 "presentation:date-time-decl",
+                                 "anim:par",
+                                 "svg:title",
+                                 "svg:desc",
+                                 "draw:glue-point",
+                                 "draw:enhanced-geometry"})
     EXPECT_EQ(plain(flat("<" + name + "><text:p>x</text:p></" + name + "><text:p>y</text:p>")), "y") << name;
   for (const std::string name : {"svg:title", "text:hidden-text", "text:hidden-paragraph", "text:script"})
     EXPECT_EQ(plain(flat("<text:p>a<" + name + ">x</" + name + ">b</text:p>")), "ab") << name;
+}
+
+TEST(FlatOpenDocument, HidesWhatStylesHide) {
+  const std::string styles =
+      "<style:style style:family='paragraph' style:name='p'><style:text-properties text:display='none'/>"
+      "</style:style><style:style style:family='text' style:name='t'><style:text-properties "
+      "text:display='none'/>"
+      "</style:style><style:style style:family='text' style:name='shown'><style:text-properties "
+      "text:display='true'/></style:style>";
+  const struct {
+    const char *body, *text;
+  } cases[] = {
+      {"<text:p>a</text:p><text:p text:style-name='p'>b<text:tab/></text:p><text:p>c</text:p>", "a\nc"},
+      {"<text:p>a<text:span text:style-name='t'>b<text:tab/><text:s/></text:span>c</text:p>", "ac"},
+      {"<text:p>a<text:a text:style-name='t'>b<text:line-break/></text:a>c</text:p>", "ac"},
+      {"<text:p>a<text:span text:style-name='shown'>b</text:span></text:p>", "ab"},
+  };
+  for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body, styles)), text) << body;
+}
+
+TEST(FlatOpenDocument, RaisesTheSignsOfNotes) {
+  const NSAttributedString text =
+      read(flat("<text:p>x<text:note><text:note-citation>1</text:note-citation><text:note-body><text:p>note"
+                "</text:p></text:note-body></text:note>y</text:p>"));
+  ASSERT_EQ(text.string().UTF8String(), "x1y\n1 note");
+  const int superscripts[] = {0, 1, 0, 0, 1, 0, 0};
+  for (std::uint32_t i = 0; i < std::size(superscripts); ++i)
+    EXPECT_EQ(text.attributesAtIndex(i)->superscript, superscripts[i]) << i;
+}
+
+TEST(FlatOpenDocument, KnowsHeadings) {
+  const std::string styles =
+      "<style:style style:family='paragraph' style:name='Heading_20_3'/><style:style style:family='paragraph' "
+      "style:name='Heading_20_7'/><style:style style:family='paragraph' style:name='Heading_20_x'/>"
+      "<style:style style:family='paragraph' style:name='four' style:default-outline-level='4'/>"
+      "<style:style style:family='paragraph' style:name='plain' style:parent-style-name='four' "
+      "style:default-outline-level=''/><style:style style:family='paragraph' style:name='child' "
+      "style:parent-style-name='Heading_20_3'/>";
+  const struct {
+    const char *attributes;
+    int level;
+  } cases[] = {{"text:style-name='Heading_20_3'", 3},
+               {"text:style-name='Heading_20_7'", 6},
+               {"text:style-name='Heading_20_x'", 0},
+               {"text:style-name='child'", 3},
+               {"text:style-name='four'", 4},
+               {"text:style-name='plain'", 0},
+               {"text:style-name='four' text:outline-level='2'", 2},
+               {"text:outline-level='6'", 6},
+               {"text:outline-level='x'", 0},
+               {"", 0}};
+  for (const auto &[attributes, level] : cases) {
+    const NSAttributedString text = read(flat("<text:h " + std::string(attributes) + ">x</text:h>", styles));
+    ASSERT_EQ(text.length(), 1u) << attributes;
+    EXPECT_EQ(text.attributesAtIndex(0)->paragraphStyle->headerLevel, level) << attributes;
+  }
+}
+
+TEST(FlatOpenDocument, IndentsListsByTheirLevels) {
+  const std::string styles =
+      "<text:list-style style:name='L'><text:list-level-style-bullet text:level='1' text:bullet-char='-'>"
+      "<style:list-level-properties text:space-before='3pt' text:min-label-width='10pt'/>"
+      "</text:list-level-style-bullet><text:list-level-style-bullet text:level='2' text:bullet-char='-'>"
+      "<style:list-level-properties text:space-before='3pt'><style:list-level-label-alignment "
+      "fo:margin-left='40pt' fo:text-indent='-15pt'/></style:list-level-properties>"
+      "</text:list-level-style-bullet></text:list-style>"
+      "<style:style style:family='paragraph' style:name='own'><style:paragraph-properties fo:margin-left='7pt' "
+      "fo:text-indent='2pt'/></style:style><style:style style:family='paragraph' style:name='child' "
+      "style:parent-style-name='own'/>";
+  const auto item = [](const std::string &style, const std::string &behind = "") {
+    return "<text:list-item><text:p text:style-name='" + style + "'>x</text:p>" + behind + "</text:list-item>";
+  };
+  const auto list = [](const std::string &items) {
+    return "<text:list text:style-name='L'>" + items + "</text:list>";
+  };
+  const struct {
+    std::string body;
+    double head, first;
+  } cases[] = {
+      {list(item("none")), 13, 3},
+      {list(item("child")), 20, 10},
+      {list(item("own")), 7, 9},
+      {list("<text:list-item>" + list(item("none")) + "</text:list-item>"), 40, 25},
+      {list("<text:list-item>" + list(item("own")) + "</text:list-item>"), 7, 9},
+  };
+  for (const auto &[body, head, first] : cases) {
+    const NSAttributedString text = read(flat(body, styles));
+    ASSERT_GT(text.length(), 0u) << body;
+    const NSParagraphStyle &style = *text.attributesAtIndex(0)->paragraphStyle;
+    EXPECT_EQ(style.headIndent, head) << body;
+    EXPECT_EQ(style.firstLineHeadIndent, first) << body;
+  }
+}
+
+TEST(FlatOpenDocument, KnowsFontsAndTabsOfTheWholeDocument) {
+  const auto tabOf = [](const std::string &relative) {
+    const std::string xml =
+        "<office:document><office:settings><config:config-item-set><config:config-item "
+        "config:name='TabsRelativeToIndent'>" +
+        relative +
+        "</config:config-item></config:config-item-set></office:settings><office:font-face-decls>"
+        "<style:font-face style:name='F' svg:font-family=\"'A b', serif\"/></office:font-face-decls>"
+        "<office:automatic-styles><style:style style:family='paragraph' style:name='s'>"
+        "<style:paragraph-properties fo:margin-left='10pt'><style:tab-stops><style:tab-stop "
+        "style:position='5pt'/></style:tab-stops></style:paragraph-properties><style:text-properties "
+        "style:font-name='F'/></style:style></office:automatic-styles><office:body><office:text><text:p "
+        "text:style-name='s'>x</text:p></office:text></office:body></office:document>";
+    const NSAttributedString text = read(xml);
+    EXPECT_EQ(text.attributesAtIndex(0)->font.familyName, u"A b"_ns);
+    return text.attributesAtIndex(0)->paragraphStyle->tabStops.at(0).location;
+  };
+  EXPECT_EQ(tabOf("true"), 15);
+  EXPECT_EQ(tabOf("false"), 5);
 }
 
 TEST(FlatOpenDocument, KnowsPictures) {
@@ -419,6 +629,27 @@ TEST(FlatOpenDocument, MeasuresColumnsInGroups) {
   };
   EXPECT_EQ(widthAt(0), 72);
   EXPECT_EQ(widthAt(2), 288);
+}
+
+TEST(FlatOpenDocument, MeasuresSoManyColumns) {
+  const auto widthIn = [](const std::string &columns) {
+    const NSAttributedString cell = read(
+        flat("<table:table>" + columns +
+                 "<table:table-row><table:table-cell><text:p>a</text:p></table:table-cell></table:table-row>"
+                 "</table:table>",
+             "<style:style style:family='table-column' style:name='inch'><style:table-column-properties "
+             "style:column-width='1in'/></style:style>"));
+    return cell.attributesAtIndex(0)->paragraphStyle->textBlocks.at(0)->width.value;
+  };
+  const auto column = [](const std::string &count) {
+    return "<table:table-column table:style-name='inch' table:number-columns-repeated='" + count + "'/>";
+  };
+  constexpr std::size_t kMostGroups = 16;
+  const std::string begin = "<table:table-column-group>", end = "</table:table-column-group>";
+  EXPECT_EQ(widthIn(column("16384")), 72);
+  EXPECT_EQ(widthIn(column("99999")), 72);
+  EXPECT_EQ(widthIn(repeated(begin, kMostGroups) + column("1") + repeated(end, kMostGroups)), 72);
+  EXPECT_EQ(widthIn(repeated(begin, kMostGroups + 1) + column("1") + repeated(end, kMostGroups + 1)), 0);
 }
 
 TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
@@ -580,6 +811,17 @@ TEST(FlatOpenDocument, CountsLists) {
   for (const auto &[body, text] : cases) EXPECT_EQ(plain(flat(body, styles)), text) << body;
 }
 
+TEST(FlatOpenDocument, LooksForALevelAmongSoManyNodes) {
+  const auto marked = [](std::size_t others) {
+    return plain(
+        flat("<text:list text:style-name='L'><text:list-item><text:p>x</text:p></text:list-item></text:list>",
+             "<text:list-style style:name='L'>" + repeated("<x/>", others) +
+                 "<text:list-level-style-number text:level='1' style:num-format='1'/></text:list-style>"));
+  };
+  EXPECT_EQ(marked(63), "\t1\tx");
+  EXPECT_EQ(marked(64), "\t\u2022\tx") << "a bullet stands for a level that is not found";
+}
+
 TEST(FlatOpenDocument, RefusesWhatItIsNot) {
   const struct {
     std::string xml;
@@ -595,6 +837,21 @@ TEST(FlatOpenDocument, RefusesWhatItIsNot) {
     EXPECT_FALSE(read(xml, &error));
     EXPECT_EQ(error.errorCode(), code) << xml.substr(0, 30);
   }
+}
+
+TEST(FlatOpenDocument, ReadsAsDeepAsItMay) {
+  // The content, the sections and what stands in the paragraph.
+  constexpr std::size_t kMostSections = 198;
+  const auto nested = [](std::size_t sections, NSError *error) {
+    return read(flat(repeated("<text:section>", sections) + "<text:p>x</text:p>" +
+                     repeated("</text:section>", sections)),
+                error);
+  };
+  NSError error;
+  EXPECT_EQ(nested(kMostSections, &error).string().UTF8String(), "x");
+  EXPECT_FALSE(error);
+  EXPECT_EQ(nested(kMostSections + 1, &error).string().UTF8String(), "");
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
 }
 
 TEST(FlatOpenDocument, StaysWithinItsLimits) {

@@ -49,8 +49,11 @@ std::string shortTree(const HTMLDocument &document, HTMLNodeIndex parent) {
 }
 
 std::string shortTree(std::string_view page, bool isWhole) {
-  const NSString string = NSString::stringWithUTF8String(page);
-  const HTMLDocument document = HTMLDocument::documentWithText(string.view());
+  // What stands behind the page belongs to something else.
+  constexpr std::string_view kBehind = "x>";
+  const NSString string = NSString::stringWithUTF8String(std::string(page).append(kBehind));
+  const HTMLDocument document =
+      HTMLDocument::documentWithText(string.view().substr(0, string.length() - kBehind.size()));
   EXPECT_TRUE(isSoundTree(document, HTMLLimits().depth)) << page;
   return shortTree(document, isWhole ? HTMLDocument::kRoot : document.body());
 }
@@ -60,6 +63,7 @@ TEST(HTMLTreeTest, readsTagsAndAttributes) {
       {"<DIV Class=a ID='b' TITLE=\"c\">x</dIv >", "div[class=a][id=b][title=c]('x')"},
       {"<p a a=1 =b c=d=e / f=g/h/>", "p[a=][=b=][c=d=e][f=g/h/]"},
       {"<p a='&amp;&lt=&ltx&gt;&#65' b=&amp;c>", "p[a=&&lt=&ltx>A][b=&c]"},
+      {"<p a =1 b\n=\t2 c= '3' d = \"4\">", "p[a=1][b=2][c=3][d=4]"},
       {"<p a=\"x>y\" b='\n'\tc>z", "p[a=x>y][b=\n][c=]('z')"},
       {"<p a=1\0b=2>x\0y"sv,
        "p[a=1\xef\xbf\xbd"
@@ -111,9 +115,14 @@ TEST(HTMLTreeTest, readsCommentsAndText) {
       {"<title>&amp;</titles></TITLE>a", "title('&</titles>') 'a'"},
       {"<xmp>&amp;<p></xmp>a<noembed><p></noembed>", "xmp('&amp;<p>') 'a' noembed('<p>')"},
       {"<pre>\n\na</pre><pre>&#10;b", "pre('\na') pre('b')"},
+      {"<pre>\n</pre>a<textarea>\n</textarea>", "pre 'a' textarea"},
+      {"<pre><b>\na</b></pre>", "pre(b('\na'))"},
       {"<script>a<!--<script>b</script>c--></script>d", "script('a<!--<script>b</script>c-->') 'd'"},
       {"<script>a<!--<script>b--></script>c", "script('a<!--<script>b-->') 'c'"},
       {"<script><!--></script>a", "script('<!-->') 'a'"},
+      {"<script><!--><script></script>a", "script('<!--><script>') 'a'"},
+      {"<script><!---><script></script>a", "script('<!---><script>') 'a'"},
+      {"<script><!->--<!--<script>-></script>--></script>a", "script('<!->--<!--<script>-></script>-->') 'a'"},
       {"<script><!--</scriptx></script>a", "script('<!--</scriptx>') 'a'"},
       {"<script>a\0</script "sv, "script('a\ufffd')"},
       {"<plaintext>a</plaintext>&lt;", "plaintext('a</plaintext>&lt;')"},
@@ -147,6 +156,16 @@ TEST(HTMLTreeTest, impliesEnds) {
       {"<select>a<input>b", "select('a') input 'b'"},
       {"<option>a<option>b<optgroup>c", "option('a') option('b') optgroup('c')"},
       {"</p>a</li></div></body><p>b", "p 'a' p('b')"},
+      {"<dl><dd>a<li>b</dl>", "dl(dd('a' li('b')))"},
+      {"<ul><li>a<dd>b</ul>", "ul(li('a' dd('b')))"},
+      {"<p>a<rt>b<rb>c", "p('a' rt('b' rb('c')))"},
+      {"<p>a<xmp>b", "p('a') xmp('b')"},
+      {"<p>a<hr>b", "p('a') hr 'b'"},
+      {"<p>a<listing>\nb", "p('a') listing('b')"},
+      {"<p><b>a<plaintext>b", "p(b('a')) plaintext(b('b'))"},
+      {"<form><template><form>a", "form(template<form('a')>)"},
+      {"<template><form></template><form>a", "template<form> form('a')"},
+      {"<form>a</form><form>b", "form('a') form('b')"},
   };
   for (const Case &one : cases)
     EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
@@ -169,6 +188,18 @@ TEST(HTMLTreeTest, carriesFormattingOn) {
       {"<b>a<object>b</b>c</object>d", "b('a' object('bc') 'd')"},
       {"<font>a<table><td>b<font>c</table>d", "font('a' table(tbody(tr(td('b' font('c'))))) 'd')"},
       {"a</b></i>b", "'ab'"},
+      {"<p><b><object></object><p>a", "p(b(object)) p(b('a'))"},
+      {"<p><b><p><select>", "p(b) p(b(select))"},
+      {"<p><b><p><option>a", "p(b) p(b(option('a')))"},
+      {"<p><b><p><input>", "p(b) p(b(input))"},
+      {"<p><b><p><hr>a", "p(b) p hr b('a')"},
+      {"<p><b><p><x>", "p(b) p(b(x))"},
+      {"<p><b><p><svg>", "p(b) p(b(svg:svg))"},
+      {"<p><b><p><math>", "p(b) p(b(math:math))"},
+      {"<p><b><p><xmp>a", "p(b) p b(xmp('a'))"},
+      {"<p><b><p><nobr>a", "p(b) p(b(nobr('a')))"},
+      {"<nobr><i>a<nobr>b", "nobr(i('a')) i(nobr('b'))"},
+      {"<p><b><object><i></object><p>a", "p(b(object(i))) p(b('a'))"},
   };
   for (const Case &one : cases)
     EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
@@ -257,6 +288,7 @@ TEST(HTMLTreeTest, framesPages) {
       {"<select><frameset>", "html(head body(select))"},
       {"</br><frameset>", "html(head body(br))"},
       {"<frameset><!--a--></frameset><!--b--></html><!--c-->", "html(head frameset({a}) {b}) {c}"},
+      {"<frameset></frameset></p><!--a--></html></p><!--b-->", "html(head frameset {a}) {b}"},
       {"<div>a<frameset><frame>", "html(head body(div('a')))"},
       {"<template>a<td>b</template><p>c", "html(head(template<'a' td('b')>) body(p('c')))"},
       {"<template><td>a<tr><td>b</template>", "html(head(template<td('a') td('b')>) body)"},
@@ -302,6 +334,22 @@ TEST(HTMLTreeTest, framesPages) {
   for (const Case &one : cases) EXPECT_EQ(shortTree(one.page, true), one.tree) << one.page;
 }
 
+/// A frameset takes the place of a body in which nothing was seen so far.
+TEST(HTMLTreeTest, knowsWhatRulesFramesetsOut) {
+  const auto hasFrameset = [](const std::string &name) {
+    return shortTree("<!DOCTYPE html><p><" + name + "></" + name + "><frameset>", true).find("frameset") !=
+           std::string::npos;
+  };
+  for (const char *name : {"applet", "area", "br",     "button", "dd",       "dt",       "embed",   "hr",
+                           "iframe", "img",  "input",  "keygen", "li",       "body",     "listing", "marquee",
+                           "object", "pre",  "select", "table",  "template", "textarea", "wbr",     "xmp"})
+    EXPECT_FALSE(hasFrameset(name)) << name;
+  for (const char *name :
+       {"a",      "b",     "center", "div",    "dl",     "form", "h1",    "math", "nobr",  "link",  "noembed",
+        "option", "param", "ruby",   "script", "source", "span", "style", "svg",  "title", "track", "ul"})
+    EXPECT_TRUE(hasFrameset(name)) << name;
+}
+
 TEST(HTMLTreeTest, writesTreesWithIndents) {
   const HTMLDocument document =
       HTMLDocument::documentWithText(u"<!doctype html><p id=b class=a>One<template><svg><g/></svg></template>");
@@ -328,6 +376,18 @@ TEST(HTMLTreeTest, knowsTheModeOfDoctypes) {
       {u"<!DOCTYPE html SYSTEM 'a>", HTMLQuirksMode::quirks},
       {u"<!DOCTYPE html PUBLIC>", HTMLQuirksMode::quirks},
       {u"<!DOCTYPE html PUBLIC '' x>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'a'>", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE\fhtml\tPUBLIC'a'\"b\">", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE html PUBLIC 'a' 'b' c>", HTMLQuirksMode::noQuirks},
+      {u"<!DOCTYPE html PUBLIC 'a", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'a'", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'a' 'b", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'a' 'b'", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'a>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLIC 'a\">", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html SYSTEM>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html SYSTEM a>", HTMLQuirksMode::quirks},
+      {u"<!DOCTYPE html PUBLI 'a'>", HTMLQuirksMode::quirks},
       {u"<!DOCTYPE html PUBLIC 'HTML'>", HTMLQuirksMode::quirks},
       {u"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 3.2 Final//EN\">", HTMLQuirksMode::quirks},
       {u"<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01 Transitional//EN\">", HTMLQuirksMode::quirks},
@@ -343,6 +403,87 @@ TEST(HTMLTreeTest, knowsTheModeOfDoctypes) {
         << NSString::stringWithCharacters(one.page).UTF8String();
   // In quirks mode a table is part of a paragraph.
   EXPECT_EQ(shortTree("<p><table>", false), "p(table)");
+}
+
+/// The public identifiers of old pages, by the standard and in its letters.
+TEST(HTMLTreeTest, knowsOldPublicIdentifiers) {
+  const auto mode = [](std::string_view identifier, const std::string &behind) {
+    const std::string page = "<!DOCTYPE html PUBLIC \"" + std::string(identifier) + behind + ">";
+    return HTMLDocument::documentWithText(NSString::stringWithUTF8String(page).view()).quirksMode();
+  };
+  for (const std::string_view prefix :
+       {"+//Silmaril//dtd html Pro v0r11 19970101//",
+        "-//AS//DTD HTML 3.0 asWedit + extensions//",
+        "-//AdvaSoft Ltd//DTD HTML 3.0 asWedit + extensions//",
+        "-//IETF//DTD HTML 2.0 Level 1//",
+        "-//IETF//DTD HTML 2.0 Level 2//",
+        "-//IETF//DTD HTML 2.0 Strict Level 1//",
+        "-//IETF//DTD HTML 2.0 Strict Level 2//",
+        "-//IETF//DTD HTML 2.0 Strict//",
+        "-//IETF//DTD HTML 2.0//",
+        "-//IETF//DTD HTML 2.1E//",
+        "-//IETF//DTD HTML 3.0//",
+        "-//IETF//DTD HTML 3.2 Final//",
+        "-//IETF//DTD HTML 3.2//",
+        "-//IETF//DTD HTML 3//",
+        "-//IETF//DTD HTML Level 0//",
+        "-//IETF//DTD HTML Level 1//",
+        "-//IETF//DTD HTML Level 2//",
+        "-//IETF//DTD HTML Level 3//",
+        "-//IETF//DTD HTML Strict Level 0//",
+        "-//IETF//DTD HTML Strict Level 1//",
+        "-//IETF//DTD HTML Strict Level 2//",
+        "-//IETF//DTD HTML Strict Level 3//",
+        "-//IETF//DTD HTML Strict//",
+        "-//IETF//DTD HTML//",
+        "-//Metrius//DTD Metrius Presentational//",
+        "-//Microsoft//DTD Internet Explorer 2.0 HTML Strict//",
+        "-//Microsoft//DTD Internet Explorer 2.0 HTML//",
+        "-//Microsoft//DTD Internet Explorer 2.0 Tables//",
+        "-//Microsoft//DTD Internet Explorer 3.0 HTML Strict//",
+        "-//Microsoft//DTD Internet Explorer 3.0 HTML//",
+        "-//Microsoft//DTD Internet Explorer 3.0 Tables//",
+        "-//Netscape Comm. Corp.//DTD HTML//",
+        "-//Netscape Comm. Corp.//DTD Strict HTML//",
+        "-//O'Reilly and Associates//DTD HTML 2.0//",
+        "-//O'Reilly and Associates//DTD HTML Extended 1.0//",
+        "-//O'Reilly and Associates//DTD HTML Extended Relaxed 1.0//",
+        "-//SQ//DTD HTML 2.0 HoTMetaL + extensions//",
+        "-//SoftQuad Software//DTD HoTMetaL PRO 6.0::19990601::extensions to HTML 4.0//",
+        "-//SoftQuad//DTD HoTMetaL PRO 4.0::19971010::extensions to HTML 4.0//",
+        "-//Spyglass//DTD HTML 2.0 Extended//",
+        "-//Sun Microsystems Corp.//DTD HotJava HTML//",
+        "-//Sun Microsystems Corp.//DTD HotJava Strict HTML//",
+        "-//W3C//DTD HTML 3 1995-03-24//",
+        "-//W3C//DTD HTML 3.2 Draft//",
+        "-//W3C//DTD HTML 3.2 Final//",
+        "-//W3C//DTD HTML 3.2//",
+        "-//W3C//DTD HTML 3.2S Draft//",
+        "-//W3C//DTD HTML 4.0 Frameset//",
+        "-//W3C//DTD HTML 4.0 Transitional//",
+        "-//W3C//DTD HTML Experimental 19960712//",
+        "-//W3C//DTD HTML Experimental 970421//",
+        "-//W3C//DTD W3 HTML//",
+        "-//W3O//DTD W3 HTML 3.0//",
+        "-//WebTechs//DTD Mozilla HTML 2.0//",
+        "-//WebTechs//DTD Mozilla HTML//"}) {
+    EXPECT_EQ(mode(prefix, "EN\" 'x'"), HTMLQuirksMode::quirks) << prefix;
+    EXPECT_EQ(mode(prefix.substr(0, prefix.size() - 1), "-EN\" 'x'"), HTMLQuirksMode::noQuirks) << prefix;
+  }
+  for (const std::string_view name :
+       {"-//W3O//DTD W3 HTML Strict 3.0//EN//", "-/W3C/DTD HTML 4.0 Transitional/EN", "HTML"}) {
+    EXPECT_EQ(mode(name, "\" 'x'"), HTMLQuirksMode::quirks) << name;
+    EXPECT_EQ(mode(name, "x\" 'x'"), HTMLQuirksMode::noQuirks) << name;
+    EXPECT_EQ(mode(name.substr(0, name.size() - 1), "\" 'x'"), HTMLQuirksMode::noQuirks) << name;
+  }
+  for (const bool isFrameset : {false, true}) {
+    const std::string kind = isFrameset ? "Frameset" : "Transitional";
+    EXPECT_EQ(mode("-//W3C//DTD HTML 4.01 ", kind + "//\" 'x'"), HTMLQuirksMode::limitedQuirks) << kind;
+    EXPECT_EQ(mode("-//W3C//DTD HTML 4.01 ", kind + "//\""), HTMLQuirksMode::quirks) << kind;
+    EXPECT_EQ(mode("-//W3C//DTD HTML 4.01 ", kind + "/-\""), HTMLQuirksMode::noQuirks) << kind;
+    EXPECT_EQ(mode("-//W3C//DTD XHTML 1.0 ", kind + "//\""), HTMLQuirksMode::limitedQuirks) << kind;
+    EXPECT_EQ(mode("-//W3C//DTD XHTML 1.0 ", kind + "/-\""), HTMLQuirksMode::noQuirks) << kind;
+  }
 }
 
 TEST(HTMLTreeTest, knowsTitleAndBase) {

@@ -45,6 +45,8 @@ TEST(WebArchive, ReadsWhatItWrites) {
   EXPECT_TRUE(data.view().starts_with("bplist00"));
   EXPECT_EQ(WebArchive::archiveWithData(data), archive);
   EXPECT_FALSE(WebArchive::archiveWithData(archive.subframeArchives()[0].data()) == archive);
+  EXPECT_TRUE(WebArchive(archive).identicalTo(archive));
+  EXPECT_FALSE(WebArchive::archiveWithData(data).identicalTo(archive));
   EXPECT_FALSE(WebArchive().data());
 }
 

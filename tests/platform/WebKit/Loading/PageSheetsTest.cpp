@@ -46,9 +46,46 @@ TEST(PageSheets, AreThoseThatABrowserUses) {
       {u"<style>@import \"data:,@import 'data:,a';b\"</style>",
        "@import \"data:,@import 'data:,a';b\"(@import 'data:,a';b(a|)|)|"},
       {u"<noscript><style>a</style></noscript><template><style>b</style></template>", "a|"},
+      {u"<link rel=stylesheets href=data:,a><link href=data:,b><link rel=stylesheet><link rel=style "
+       u"href=data:,c>",
+       ""},
+      {u"<link rel=stylesheet media=print href=data:,a><link rel=stylesheet type=text/less href=data:,b>", ""},
+      {u"<link rel='x STYLESHEET' media=tv,screen type=TEXT/css href=data:,a>", "a|"},
+      {u"<link rel=stylesheet media=print title=x href=data:,a><link rel=stylesheet title=y href=data:,b>"
+       u"<link rel=stylesheet title=z href=data:,c>",
+       "b|"},
   };
   for (const auto &[page, expected] : cases)
     EXPECT_EQ(sheetsOf(page), expected) << NSString::stringWithCharacters(page).UTF8String();
+}
+
+TEST(PageSheets, AreLimitedInNumberAndDepth) {
+  std::u16string many, importing = u"<style>";
+  for (std::size_t i = 0; i < kMaximumPageSheets + 10; ++i) {
+    many += u"<style>a</style>";
+    importing += u"@import 'none:';";
+  }
+  const auto count = [](const std::string &texts, std::string_view part) {
+    std::size_t found = 0;
+    for (std::size_t i = texts.find(part); i != texts.npos; i = texts.find(part, i + 1)) ++found;
+    return found;
+  };
+  EXPECT_EQ(count(sheetsOf(many), "a|"), kMaximumPageSheets);
+  EXPECT_EQ(count(sheetsOf(importing), "nil|"), kMaximumPageSheets - 1);
+
+  std::vector<WebResource> chain;
+  for (std::size_t i = 0; i < kMaximumImportDepth + 5; ++i) {
+    const std::string text = "@import '" + std::to_string(i + 1) + "';";
+    const NSURL url = NSURL::URLWithString(NSString::stringWithUTF8String("http://a/" + std::to_string(i)));
+    chain.push_back(WebResource::resourceWithData(NSData::dataWithBytes(text.data(), text.size()), url, {}));
+  }
+  const HTMLDocument document = HTMLDocument::documentWithText(u"<link rel=stylesheet href=0>");
+  const CSSMedium medium;
+  const WebView webView{Deadline::after(1)};
+  WebResourceLoader loader({}, webView, {});
+  loader.provide(chain);
+  const NSURL base = NSURL::URLWithString(u"http://a/"_ns);
+  EXPECT_EQ(count(textsOf(loadPageSheets(document, base, medium, loader)), "@import"), kMaximumImportDepth + 1);
 }
 
 TEST(PageSheets, AreReadInTheirEncodings) {
@@ -67,6 +104,15 @@ TEST(PageSheets, AreReadInTheirEncodings) {
       {"@charset \"utf-16\";/*\xC3\xA9*/", "", "", "@charset \"utf-16\";/*\u00e9*/"},
       {"\xEF\xBB\xBFp{}/*\xE9*/", "windows-1252", "", "p{}/*\ufffd*/"},
       {std::string("\xFF\xFEp\0", 4), "windows-1252", "", "p"},
+      {std::string("\xFE\xFF\0p", 4), "windows-1252", "", "p"},
+      {"p{}/*\x93*/", "us-ascii", "", "p{}/*\u201c*/"},
+      {"p{}/*\x93*/", "", "us-ascii", "p{}/*\u201c*/"},
+      {"p{}/*\xE9*/", "", "utf-16be", "p{}/*\ufffd*/"},
+      {"p{}/*\xE9*/", "", "utf-16le", "p{}/*\ufffd*/"},
+      {"@charset \"utf-16be\";/*\xC3\xA9*/", "", "", "@charset \"utf-16be\";/*\u00e9*/"},
+      {"@charset \"utf-16le\";/*\xC3\xA9*/", "", "", "@charset \"utf-16le\";/*\u00e9*/"},
+      {"@charset 'iso-8859-5';/*\xE9*/", "", "iso-8859-1", "@charset 'iso-8859-5';/*\u00e9*/"},
+      {"@charset \"iso-8859-5\";/*\xE9*/", "iso-8859-1", "", "@charset \"iso-8859-5\";/*\u00e9*/"},
   };
   for (const auto &[bytes, name, page, expected] : cases)
     EXPECT_EQ(textOfSheet(NSData::dataWithBytes(bytes.data(), bytes.size()),

@@ -36,6 +36,15 @@ class Gate final : public WebResourceLoadDelegate {
   bool mayConnect = true;
 };
 
+/// Says nothing about addresses.
+class OpenGate final : public WebResourceLoadDelegate {
+ public:
+  NSURLRequest webViewWillSendRequest(const WebView &, std::uint32_t, const NSURLRequest &request,
+                                      const NSURLResponse &, const WebDataSource &) override {
+    return request;
+  }
+};
+
 std::string loaded(WebResourceLoader &loader, std::string_view string) {
   const NSURL one = url(string);
   const WebResource resource = loader.load({&one, 1}).front();
@@ -50,6 +59,11 @@ TEST(DataURL, HoldsTypeAndBytes) {
       {"data:image/svg+xml;charset=%22x-y%22;base64,aGFsbG8#x", "image/svg+xml", "x-y", "hallo"},
       {"data:image/png%20;%20BASE64%20,aGFsbG8", "image/png", "-", "hallo"},
       {"data:;base64,aGFs%0AbG8%3D", "text/plain", "-", "hallo"},
+      {"data:;base64;x=y,aGFsbG8", "text/plain", "-", "aGFsbG8"},
+      {"data:base64,aGFsbG8", "text/plain", "-", "aGFsbG8"},
+      {"data:text;x=y;CharSet='z';charset=w,a", "text/plain", "z", "a"},
+      {"data:text/html;charset=;charset=%22z,a", "text/html", "\"z", "a"},
+      {"data:text/html;charset=%22,a,b", "text/html", "\"", "a,b"},
   };
   for (const auto &[string, type, charset, bytes] : cases) {
     const auto data = DataURL::ofURL(url(string));
@@ -93,6 +107,7 @@ TEST(WebResourceLoader, LoadsFilesDataAndHTTPTogether) {
 TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
   LoopbackServer server;
   server.answer("/a", "HTTP/1.0 200 OK\r\n\r\na");
+  server.answer("/a?open", "HTTP/1.0 200 OK\r\n\r\na");
   server.answer("/away", "HTTP/1.0 307 Over There\r\nLocation: /refused\r\n\r\n");
   server.answer("/refused", "HTTP/1.0 200 OK\r\n\r\nno");
   const auto gate = makeShared<Gate>();
@@ -109,6 +124,8 @@ TEST(WebResourceLoader, AsksTheDelegateOfEachRequestAndRedirect) {
   EXPECT_EQ(gate->asked.back(), "302 /refused");
   ASSERT_EQ(loader.failures().size(), 3U);
   EXPECT_EQ(loader.failures()[0].URL.path().UTF8String(), "/refused");
+  WebResourceLoader open(makeShared<OpenGate>(), {Deadline::after(20)}, {});
+  EXPECT_EQ(loaded(open, server.url("/a?open")), "a");
   gate->mayConnect = false;
   EXPECT_EQ(loaded(loader, server.url("/a", "localhost")), "nil");
   EXPECT_EQ(server.requests("/a"), 1);
@@ -133,6 +150,10 @@ TEST(WebResourceLoader, KeepsToItsLimits) {
   const NSURL known = url("http://name.invalid/");
   loader.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("at hand", 7), known, {})});
   EXPECT_EQ(loaded(loader, "http://name.invalid/"), "at hand");
+  WebResourceLoader other({}, {Deadline::after(20)}, {});
+  const NSURL none;
+  other.provide(std::vector{WebResource::resourceWithData(NSData::dataWithBytes("x", 1), none, {})});
+  EXPECT_FALSE(other.load({&none, 1}).front()) << "what has no URL is nothing's";
 }
 
 TEST(WebResourceLoader, SharesTheBytesAmongPartsOfOneTime) {

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <string_view>
+
 #include "tests/platform/WebKit/RichText/PageDump.hpp"
 
 namespace nimbo::detail {
@@ -74,6 +78,8 @@ TEST(InlineText, HiddenTextIsLeftOutButNotWhatShowsInIt) {
       {u"<svg><title>t</title><desc>d</desc> x <text>a</text><g><text>b<tspan>c</tspan></text></g></svg>",
        "a bc|"},
       {u"<p>a <math> <mi>x</mi> <mo>=</mo> <mn>1</mn><annotation>tex</annotation></math> b", "a x=1 b|"},
+      {u"<svg><text>a<tspan>b<g>c</g></tspan></text><tspan>d</tspan><text>e<a>f</a></text></svg>", "ab ef|"},
+      {u"<math>a<mi>b</mi><mtext>c</mtext><ms>d</ms><mrow>e<mn>1</mn></mrow></math>", "bcd1|"},
       {u"<p><ruby>漢<rp>(</rp><rt>kan</rt><rp>)</rp></ruby>", "漢kan|"},
   });
 }
@@ -98,6 +104,34 @@ TEST(InlineText, QuotesFollowLanguageAndDepth) {
       {u"<p lang=de><q>a <q>b</q></q> <q lang=fr>c</q>", "„a ‚b‘“ «c»|"},
       {u"<p lang=de-CH><q>a</q>", "«a»|"},
   });
+  // The marks of the languages, outer ones first.
+  const struct {
+    std::u16string_view languages, marks;
+  } cases[] = {
+      {u"en del pt zh en-GB da", u"“”‘’"},
+      {u"de cs sk sl DE-AT", u"„“‚‘"},
+      {u"de-CH de-LI fr-CH fa", u"«»‹›"},
+      {u"es ca el it pt-PT", u"«»“”"},
+      {u"ja zh-Hant zh-TW zh-HK zh-Hant-TW", u"「」『』"},
+      {u"fi sv he", u"””’’"},
+      {u"pl ro", u"„”«»"},
+      {u"ru uk", u"«»„“"},
+      {u"nb nn no", u"«»‘’"},
+      {u"fr fr-BE", u"«»«»"},
+      {u"fr-CA", u"«»”“"},
+      {u"hu", u"„”»«"},
+      {u"lt", u"„“„“"},
+      {u"ar", u"”“’‘"},
+  };
+  for (const auto &[languages, marks] : cases)
+    for (std::u16string_view rest = languages; !rest.empty();) {
+      const std::u16string language(rest.substr(0, rest.find(u' ')));
+      rest.remove_prefix(std::min(language.size() + 1, rest.size()));
+      const std::u16string expected{marks[0], u'a', marks[2], u'b', marks[3], marks[1], u'|'};
+      EXPECT_EQ(plainDump(u"<p lang=" + language + u"><q>a<q>b</q></q>"),
+                NSString::stringWithCharacters(expected).UTF8String())
+          << NSString::stringWithCharacters(language).UTF8String();
+    }
 }
 
 TEST(InlineText, FormControlsShowTheirText) {

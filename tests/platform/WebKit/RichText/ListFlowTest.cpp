@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <string_view>
+#include <utility>
 
+#include "platform/WebKit/RichText/CounterStyles.hpp"
 #include "platform/WebKit/RichText/Counters.hpp"
 #include "platform/WebKit/RichText/GeneratedContent.hpp"
 #include "platform/WebKit/RichText/ParagraphMaker.hpp"
@@ -50,15 +55,79 @@ TEST(ListFlow, MarkersComeInAllStyles) {
        u"a <b>c</b>",
        "a (c)|"},
       {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
+      {u"<style>li::marker{color:red}</style><ol><li>a</ol>", "^1.^a|"},
       {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
       {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},
   });
+}
+
+TEST(ListFlow, NumbersAreWrittenInManyWays) {
+  const auto text = [](std::int32_t number, const CSSValue &style) {
+    return NSString::stringWithCharacters(textOfCounter(number, style)).UTF8String();
+  };
+  const auto named = [](std::u16string_view name) { return CSSValue::text(CSSValueKind::kIdentifier, name); };
+  std::string greek, latin;
+  for (std::int32_t number = 1; number <= 24; ++number) greek += text(number, CSSKeyword::kLowerGreek);
+  EXPECT_EQ(greek, "αβγδεζηθικλμνξοπρστυφχψω");
+  for (const std::int32_t number : {1, 26, 27, 52, 53, 702, 703})
+    latin += text(number, CSSKeyword::kLowerLatin) + " ";
+  EXPECT_EQ(latin, "a z aa az ba zz aaa ");
+  const struct {
+    std::int32_t number;
+    std::string roman, hebrew;
+  } numbers[] = {{444, "cdxliv", "תמד"},
+                 {111, "cxi", "קיא"},
+                 {222, "ccxxii", "רכב"},
+                 {333, "cccxxxiii", "שלג"},
+                 {555, "dlv", "תקנה"},
+                 {666, "dclxvi", "תרסו"},
+                 {777, "dcclxxvii", "תשעז"},
+                 {888, "dccclxxxviii", "תתפח"},
+                 {999, "cmxcix", "תתקצט"},
+                 {15, "xv", "טו"},
+                 {16, "xvi", "טז"},
+                 {1000, "m", "1000"},
+                 {3999, "mmmcmxcix", "3999"},
+                 {4000, "4000", "4000"},
+                 {0, "0", "0"}};
+  for (const auto &[number, roman, hebrew] : numbers) {
+    EXPECT_EQ(text(number, CSSKeyword::kLowerRoman), roman);
+    EXPECT_EQ(text(number, named(u"hebrew")), hebrew);
+  }
+  for (const auto &[name, digits] :
+       std::initializer_list<std::pair<std::u16string_view, std::string_view>>{{u"arabic-indic", "-١٠"},
+                                                                               {u"bengali", "-১০"},
+                                                                               {u"cambodian", "-១០"},
+                                                                               {u"devanagari", "-१०"},
+                                                                               {u"gujarati", "-૧૦"},
+                                                                               {u"gurmukhi", "-੧੦"},
+                                                                               {u"kannada", "-೧೦"},
+                                                                               {u"khmer", "-១០"},
+                                                                               {u"lao", "-໑໐"},
+                                                                               {u"malayalam", "-൧൦"},
+                                                                               {u"mongolian", "-᠑᠐"},
+                                                                               {u"myanmar", "-၁၀"},
+                                                                               {u"oriya", "-୧୦"},
+                                                                               {u"persian", "-۱۰"},
+                                                                               {u"tamil", "-௧௦"},
+                                                                               {u"telugu", "-౧౦"},
+                                                                               {u"thai", "-๑๐"},
+                                                                               {u"tibetan", "-༡༠"},
+                                                                               {u"unheard-of", "-10"}})
+    EXPECT_EQ(text(-10, named(name)), digits);
+  EXPECT_EQ(text(-2147483647 - 1, CSSKeyword::kDecimal), "-2147483648");
 }
 
 TEST(ListFlow, ParagraphsSayTheirLists) {
   EXPECT_EQ(
       paragraphDump(u"<ol style='margin:0' start=3><li>a<ul><li>b</ul></ol>c"),
       "<first=0 head=30 list2={decimal}.3>^3.^a|<first=0 head=60 list2={decimal}.3 list3={circle}1>^◦^b|c|");
+  for (const std::u16string_view list :
+       {u"<menu style='margin:0'><li>a</menu>", u"<dir style='margin:0'><li>a</dir>"})
+    EXPECT_EQ(paragraphDump(list), "<first=0 head=30 list2={disc}1>^•^a|");
+  EXPECT_EQ(
+      paragraphDump(u"<style>li::marker{content:'x '}</style><ul style='margin:0;list-style:none'><li>a</ul>"),
+      "<first=0 head=30 list0=x 1>^x^a|");
   const NSAttributedString text = textOfHTML(u"<ul style='padding:0'><li>a</ul>").text;
   const NSParagraphStyle &style = *text.attributesAtIndex(0)->paragraphStyle;
   ASSERT_EQ(style.tabStops.size(), 2U);
@@ -77,6 +146,9 @@ TEST(ListFlow, ContentIsGenerated) {
       {u"<style>ul{counter-reset:i;list-style:none}li::before{counter-increment:i;content:counters(i,'.') ' '}"
        u"</style><ul><li>a<ul><li>b<li>c</ul><li>d</ul>",
        "1 a|1.1 b|1.2 c|2 d|"},
+      {u"<style>ul{counter-reset:i;list-style:none}li::before{counter-increment:i;content:counters(i,'-',"
+       u"upper-roman)}</style><ul><li>a<ul><li>b<li>c</ul></ul>",
+       "Ia|I-Ib|I-IIc|"},
       {u"<style>p{counter-increment:n 2}p::before{content:counter(n,lower-roman)}</style><p>a<p>b", "iia|ivb|"},
       {u"<style>div{counter-reset:n 4}i{counter-increment:n}b{counter-set:n "
        u"9}i::after,b::after{content:counter(n)}"

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/WebKit/RichText/ImageChoice.hpp"
@@ -31,10 +32,35 @@ TEST(PageImages, SourcesAreChosenForAScreenOfSingleDensity) {
       {u"b 2q, c -1x, d 0w", u"", u"a", u"a"},
       {u"data:image/png;base64,AA,BB 1x, c 2x", u"", u"", u"data:image/png;base64,AA,BB"},
       {u" ,, ", u"", u"", u""},
+      {u"b 1.5x, c 3x, d 0.9x", u"", u"", u"b"},
+      {u"b 0.4x, c 0.9x, d 0.5x", u"", u"", u"c"},
+      {u"b, c, d 2x", u"", u"", u"b"},
+      {u"b,, c 2x", u"", u"", u"b"},
+      {u"b (x, y), c 2x", u"", u"", u"c"},
+      // Where widths are said, what "src" has does not count.
+      {u"s 320w", u"", u"a", u"s"},
   };
   for (const auto &test : cases)
     EXPECT_EQ(chosenSource(test.srcset, test.sizes, test.src), test.expected)
         << NSString::stringWithCharacters(test.srcset).UTF8String();
+  // The page is 1280 pixels wide and 720 high.
+  for (const auto &[sizes, expected] :
+       std::initializer_list<std::pair<std::u16string_view, std::u16string_view>>{
+           {u"100px", u"100"},
+           {u"101px", u"160"},
+           {u"10em", u"160"},
+           {u"10REM", u"160"},
+           {u"150pt", u"200"},
+           {u"200", u"200"},
+           {u"25vw", u"320"},
+           {u"50vh", u"360"},
+           {u"1q, 0px, -1px, x, 100px", u"100"},
+           {u"(min-width: 1px) and (max-width: 2px) 100px, 160px", u"160"},
+           {u"(min-width: calc(1px + (2px))) 160px, 100px", u"160"},
+           {u"((min-width: 1px) or (width: 1px)) 160px, 100px", u"160"},
+       })
+    EXPECT_EQ(chosenSource(u"100 100w, 160 160w, 200 200w, 320 320w, 360 360w", sizes, u""), expected)
+        << NSString::stringWithCharacters(sizes).UTF8String();
 }
 
 std::string imagesOf(std::u16string_view html) {
@@ -59,6 +85,11 @@ TEST(PageImages, PagesSayWhatStandsWhere) {
       {u"a <img src=x style='float:left'> b", "a * b|", "2:x;"},
       {u"<img src=x width=40 height='30px'><img src=y width='50%' style='height:2em'>", "**|",
        "0:x w40 h30;1:y h32;"},
+      {u"<img src=x width=40 height=30 style='width:50%'><img src=y width=-1 height=0><img src=z width=x "
+       u"height=2>",
+       "***|", "0:x h30;1:y h0;2:z h2;"},
+      {u"<img src=x width=1 height=2><img src=y width=2 height=1><img src=z width=0 height=0>", "**|",
+       "0:x w1 h2;1:y w2 h1;"},
       {u"<img src=t width=1 height=1>a<img alt=none>", "anone|", ""},
       {u"<picture><source media=print srcset=p><source type=image/avif srcset=v><source srcset=s><img src=x>"
        u"</picture>",
@@ -79,11 +110,29 @@ TEST(PageImages, PagesSayWhatStandsWhere) {
   }
 }
 
-/// The beginning of a JPEG picture of 300 by 200 pixels whose Exif has the orientation.
-std::string jpeg(char orientation) {
+TEST(PageImages, SourcesOfShownTypesAreChosen) {
+  const auto chosen = [](std::u16string_view type) {
+    return imagesOf(u"<picture><source type='" + std::u16string(type) + u"' srcset=s><img src=x></picture>");
+  };
+  for (const std::u16string_view type :
+       {u"", u"image/png", u"image/jpeg", u"image/jpg", u"image/gif", u"image/webp", u"image/svg+xml",
+        u"image/bmp", u"image/tiff", u" IMAGE/PNG "})
+    EXPECT_EQ(chosen(type), "0:s;") << NSString::stringWithCharacters(type).UTF8String();
+  for (const std::u16string_view type : {u"image/avif", u"image/heic", u"image/png2", u"image"})
+    EXPECT_EQ(chosen(type), "0:x;") << NSString::stringWithCharacters(type).UTF8String();
+  EXPECT_EQ(imagesOf(u"<picture><img src=x><source srcset=s></picture>"), "0:x;");
+  EXPECT_EQ(imagesOf(u"<picture><source srcset=''><b></b><source srcset=s><img src=x></picture>"), "0:s;");
+}
+
+/// The beginning of a JPEG picture of 300 by 200 pixels whose Exif has the orientation, and its bytes in either
+/// order.
+std::string jpeg(char orientation, bool isLittle = false) {
+  const std::string value(1, orientation);
   return "\xff\xd8\xff\xe1\x00\x22"
-         "Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s +
-         orientation + "\0\0\0\0\0\0"s + "\xff\xc0\x00\x11\x08\x00\xc8\x01\x2c\x03\x01\x22\x00"s;
+         "Exif\0\0"s +
+         (isLittle ? "II\x2a\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0"s + value + "\0"s
+                   : "MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + value) +
+         "\0\0\0\0\0\0"s + "\xff\xc0\x00\x11\x08\x00\xc8\x01\x2c\x03\x01\x22\x00"s;
 }
 
 TEST(ImageSize, HeadersSayKindAndSize) {
@@ -95,7 +144,30 @@ TEST(ImageSize, HeadersSayKindAndSize) {
       {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\x01\x2c\0\0\0\xc8"s, "png", 300, 200},
       {"GIF89a\x2c\x01\xc8\0"s, "gif", 300, 200},
       {jpeg(1), "jpg", 300, 200},
+      {jpeg(4), "jpg", 300, 200},
+      {jpeg(5), "jpg", 200, 300},
       {jpeg(6), "jpg", 200, 300},
+      {jpeg(8), "jpg", 200, 300},
+      {jpeg(9), "jpg", 300, 200},
+      {jpeg(1, true), "jpg", 300, 200},
+      {jpeg(6, true), "jpg", 200, 300},
+      // Tables, and what is reserved, stand where a frame does not begin.
+      {"\xff\xd8\xff\xc4\0\x05\0\1\1\xff\xc8\0\x04\0\1\xff\xcc\0\x04\0\1\xff\xcf\0\x0b\x08\0\xc8\x01\x2c\1"s,
+       "jpg", 300, 200},
+      {"\xff\xd8\xff\xdb\0\1\xff\xc0\0\x0b\x08\0\xc8\x01\x2c\1\1\x11\0"s, "jpg", 0, 0},
+      {"\xff\xd8\xff\xdb\0\2\0\xc0\0\x0b\x08\0\xc8\x01\x2c\1\1\x11\0"s, "jpg", 0, 0},
+      {"GIF87a\x2c\x01\xc8\0"s, "gif", 300, 200},
+      {"BM\0\0\0\0\0\0\0\0\0\0\0\0\x0c\0\0\0\x2c\x01\xc8\0\0\0\0\0"s, "bmp", 300, 200},
+      {"BM\0\0\0\0\0\0\0\0\0\0\0\0\x0c\0\0\0\x2c\x01\xc8\0\0\0\0"s, "", 0, 0},
+      {"RIFF\0\0\0\0WEBPVP8?\0\0\0\0\0\0\0\x9d\x01\x2a\x2c\x01\xc8\0"s, "webp", 0, 0},
+      {"RIFF\0\0\0\0WAVEVP8 \0\0\0\0\0\0\0\x9d\x01\x2a\x2c\x01\xc8\0"s, "", 0, 0},
+      {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\xff\xff\0\0\xff\xff"s, "png", 65535, 65535},
+      {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\1\0\0\0\0\0\1"s, "png", 0, 0},
+      {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\0\1\0\1\0\0"s, "png", 0, 0},
+      {"\xef\xbb\xbf <svg stroke-width='7' width='300' height='200'>", "svg", 300, 200},
+      {"<svg width=300 height='200' viewBox='0 0 300 200'>", "svg", 300, 200},
+      {"<svg width='300", "svg", 0, 0},
+      {"x<svg width='300' height='200'>", "", 0, 0},
       {"\xff\xd8\xff\xff\xff\x01\xff\xd0\xff\xc0\0\x0b\x08\0\xc8\x01\x2c\1\1\x11\0"s, "jpg", 300, 200},
       {"BM\0\0\0\0\0\0\0\0\0\0\0\0\x28\0\0\0\x2c\x01\0\0\x38\xff\xff\xff"s, "bmp", 300, 200},
       {"RIFF\0\0\0\0WEBPVP8X\x0a\0\0\0\0\0\0\0\x2b\x01\0\xc7\0\0"s, "webp", 300, 200},
@@ -121,6 +193,17 @@ TEST(ImageSize, HeadersSayKindAndSize) {
     EXPECT_EQ(header ? header->pathExtension : ""sv, test.kind);
     const NSSize size = header && header->sizeInPixels ? *header->sizeInPixels : NSSize();
     EXPECT_EQ(size, (NSSize{test.width, test.height})) << test.kind;
+  }
+}
+
+TEST(ImageSize, DrawingsMeasureInAnyUnit) {
+  // Each of them is an inch, as 96 pixels are; six letters of 16 pixels are as wide.
+  for (const std::string_view inch : {"96", "96px", "72pt", "6pc", "1in", "2.54cm", "25.4MM", "6em"}) {
+    const std::string value(inch);
+    const auto header = imageHeader("<svg width='" + value + "' height='" + value + "'>");
+    ASSERT_TRUE(header && header->sizeInPixels) << inch;
+    EXPECT_NEAR(header->sizeInPixels->width, 96, 1e-9) << inch;
+    EXPECT_NEAR(header->sizeInPixels->height, 96, 1e-9) << inch;
   }
 }
 
@@ -174,13 +257,22 @@ TEST(PageImages, PicturesMayHaveNoSize) {
 TEST(PageImages, ParagraphsOfNothingButLostPicturesGo) {
   const PageText page = textOfHTML(u"<p>a<p><img src=x><p>b<table><tr><td><img src=y></table>");
   EXPECT_EQ(plainDump(textWithImages(page, {})), "a|b||");
+  for (const auto &[html, text] : std::initializer_list<std::pair<std::u16string_view, std::string_view>>{
+           {u"<img src=x><p>b", "b|"},
+           {u"<p>a<img src=x><p>b", "a|b|"},
+           {u"<p><img src=x>a<p>b", "a|b|"},
+           {u"<p>a<p><img src=x alt=y><p>b", "a|y|b|"},
+       })
+    EXPECT_EQ(plainDump(textWithImages(textOfHTML(html), {})), text)
+        << NSString::stringWithCharacters(html).UTF8String();
 }
 
 TEST(PageAttributes, HeadsSayWhatPagesAre) {
   HTMLDocument document = HTMLDocument::documentWithText(
       u"<title> A\n b </title><meta name=Author content=' Me '><meta name=keywords content='x, y z,,'>"
       u"<meta name=description content=d><meta name=description content=e><meta name=subject content=''>"
-      u"<meta name=subject content=s><meta name=COMPANY content=c><meta name=' copyright' content=r>");
+      u"<meta name=subject content=s><meta name=COMPANY content=c><meta name=' copyright' content=r>"
+      u"<meta name=keywords content=late><meta name=Author content=late>");
   const DocumentAttributes attributes = documentAttributesOfPage(document);
   EXPECT_EQ(attributes.title, u"A b"_ns);
   EXPECT_EQ(attributes.author, u"Me"_ns);

@@ -16,6 +16,10 @@ TEST(ParagraphFlow, DistancesAreThoseOfCollapsedMargins) {
       {u"<div>a</div><div style='margin:16px 0'></div><div>b</div>", "a|<before=12>b|"},
       {u"<div style='margin-top:16px;padding:8px 0'><div style='margin-top:4px'>a</div></div>b",
        "<before=21 after=6>a|b|"},
+      {u"<div style='padding-bottom:8px;margin-bottom:16px'>a</div><div style='margin-top:24px'>b</div>",
+       "<after=18>a|<before=6>b|"},
+      {u"<div style='margin-bottom:16px'>a</div><div style='margin-top:24px;padding-top:8px'>b</div>",
+       "<after=12>a|<before=12>b|"},
       {u"<body style='margin:50px;padding:9px'>a", "a|"},
       {u"<pre style='margin:8px 0'>a\nb</pre>", "<before=6>a|<after=6>b|"},
   });
@@ -28,6 +32,8 @@ TEST(ParagraphFlow, IndentsAlignmentAndLinesFollowBlocks) {
        "<head=30 tail=30>a|<head=24 tail=33>b|"},
       {u"<div style='text-align:end'>a</div><div dir=rtl style='text-align:end'>\u05d0</div>",
        "<right>a|<left rtl>\u05d0|"},
+      {u"<div dir=rtl style='text-align:right'>\u05d0</div><div align=right>b</div><div align=left>c</div>",
+       "<rtl>\u05d0|<right>b|c|"},
       {u"<div style='padding-left:10%'>a", "<head=96>a|"},
       {u"<dl style='margin:0'><dt>a<dd>b</dl>", "a|<head=30>b|"},
       {u"<div style='text-indent:16px'>a<p style='margin:0'>b</p>c</div>", "<first=12>a|<first=12>b|c|"},
@@ -77,6 +83,21 @@ TEST(ParagraphFlow, CharactersLookAsStylesSay) {
   });
 }
 
+TEST(ParagraphFlow, EndsOfParagraphsHaveNothingThatShows) {
+  for (const std::u16string_view html :
+       {u"<a href=u>x</a>", u"<b style='background:red'>x</b>", u"<u>x</u>", u"<s>x</s>", u"<sup>x</sup>",
+        u"<i style='color:red'>x</i>", u"<sub><a href=u style='background:red'><s><tt>x"}) {
+    const NSAttributedString text = textOfHTML(html).text;
+    ASSERT_EQ(text.length(), 2U);
+    const TextAttributes letter = *text.attributesAtIndex(0), end = *text.attributesAtIndex(1);
+    TextAttributes plain;
+    plain.font = letter.font;
+    plain.foregroundColor = letter.foregroundColor;
+    plain.paragraphStyle = letter.paragraphStyle;
+    EXPECT_EQ(end, plain) << NSString::stringWithCharacters(html).UTF8String();
+  }
+}
+
 TEST(ParagraphFlow, BackgroundsOfBlocksShowOnlyBehindLightText) {
   expectRuns({
       {u"<div style='background:#000080'>a<span style='color:white'>b</span></div>", "a{#ffffff on#000080}b|"},
@@ -84,6 +105,12 @@ TEST(ParagraphFlow, BackgroundsOfBlocksShowOnlyBehindLightText) {
        "{#ffffff on#000000}a{Courier New "
        "9.75 #ffffff on#ff0000}b|"},
       {u"<table bgcolor=black><tr><td style='color:white'>a</table>", "{#ffffff}a|"},
+      // Against white these have contrasts of 2.006 and 1.962, and the pure ones of 1.37, 4.0 and 8.6.
+      {u"<div style='background:#000080'><i style='color:#b7b7b7'>a</i><i style='color:#b9b9b9'>b</i></div>",
+       "{i #b7b7b7}a{i #b9b9b9 on#000080}b|"},
+      {u"<div style='background:#000080'><i style='color:lime'>a</i><i style='color:red'>b</i>"
+       u"<i style='color:blue'>c</i></div>",
+       "{i #00ff00 on#000080}a{i #ff0000}b{i #0000ff}c|"},
   });
 }
 
@@ -96,6 +123,13 @@ TEST(ParagraphFlow, LinksAreWhatTheResolverSays) {
   const NSAttributedString text = textOfHTML(u"<a href=b>1</a><a href='x:'>2</a>", options).text;
   EXPECT_EQ(text.attributesAtIndex(0)->link, u"http://a/b"_ns);
   EXPECT_FALSE(text.attributesAtIndex(1)->link);
+  const auto linkOf = [&](std::u16string_view html) {
+    return textOfHTML(html, options).text.attributesAtIndex(0)->link;
+  };
+  EXPECT_EQ(linkOf(u"<svg><a xlink:href=b><text>1</text></a></svg>"), u"http://a/b"_ns);
+  EXPECT_EQ(linkOf(u"<svg><a xlink:href=b href=c><text>1</text></a></svg>"), u"http://a/c"_ns);
+  EXPECT_FALSE(linkOf(u"<a xlink:href=b>1</a>"));
+  EXPECT_FALSE(linkOf(u"<area href=b><i href=b>1</i>"));
 }
 
 }  // namespace

@@ -85,6 +85,7 @@ TEST(TableFlow, CellsHoldBlocksListsAndTables) {
        "<cell 1:0,0/2 cell 2:0,0/2>a|<cell 1:0,0/2 cell 2:0,1/2>b|<cell 1:0,1/2>c|"},
       {u"<!doctype html>x<table><tr><td><p>a</table>y", "x|<before=12 after=12 cell 1:0,0/1>a|y|"},
       {u"<table style='margin:8px 0'><tr><td>a</table>b", "<cell 1:0,0/1>a|<before=6>b|"},
+      {u"x<table style='border:8px solid;padding:8px'><tr><td>a</table>y", "x|<cell 1:0,0/1>a|y|"},
       {u"<table><caption>c</caption><caption style='caption-side:bottom'>d</caption><tr><td>a</table>",
        "<center>c|<cell 1:0,0/1>a|<center>d|"},
   });
@@ -111,6 +112,12 @@ TEST(TableFlow, CellsLookAsStylesSay) {
       u"<table><tr><td style='border:solid;border-width:4px 8px 12px 16px;padding:20px 24px 28px 32px'>a");
   EXPECT_EQ(edges.borderWidths, (std::array<double, kRectEdges>{3, 12, 9, 6}));
   EXPECT_EQ(edges.padding, (std::array<double, kRectEdges>{15, 24, 21, 18}));
+  const NSTextTableBlock colors =
+      block(u"<table><tr><td style='border:1px solid;border-color:#010000 #020000 #030000 #040000'>a");
+  EXPECT_EQ(colors.borderColors[NSTopEdge], (NSColor{1, 0, 0}));
+  EXPECT_EQ(colors.borderColors[NSRightEdge], (NSColor{2, 0, 0}));
+  EXPECT_EQ(colors.borderColors[NSBottomEdge], (NSColor{3, 0, 0}));
+  EXPECT_EQ(colors.borderColors[NSLeftEdge], (NSColor{4, 0, 0}));
   EXPECT_EQ(block(u"<table width='50%'><tr><td>a").table->width.value, 50);
 }
 

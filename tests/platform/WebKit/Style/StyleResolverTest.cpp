@@ -59,6 +59,11 @@ std::string described(const ComputedStyle &style, std::string_view property) {
   if (property == "transform") return keyword(own.textTransform);
   if (property == "indent") return described(own.textIndent);
   if (property == "list") return described(own.listStyleType);
+  if (property == "list-position") return keyword(own.listStylePosition);
+  if (property == "collapse") return keyword(own.borderCollapse);
+  if (property == "caption") return keyword(own.captionSide);
+  if (property == "spacing") return described(own.letterSpacing);
+  if (property == "quotes") return described(own.quotes);
   if (property == "display") return keyword(style.display);
   if (property == "float") return keyword(style.floating);
   if (property == "background") return described(style.backgroundColor);
@@ -227,6 +232,8 @@ TEST(StyleResolver, HidesWhatHasNoBoxButNotWhatIsShownOfIt) {
       {u"<select><option id=x>a<option selected>b</select>", "unseen", "yes"},
       {u"<select><option disabled>a<optgroup><option id=x>b</select>", "unseen", "no"},
       {u"<select size=2><option>a<option id=x>b</select>", "unseen", "no"},
+      {u"<select size=1><option>a<option id=x>b</select>", "unseen", "yes"},
+      {u"<select multiple><option>a<option id=x>b</select>", "unseen", "no"},
       {u"<div style='content-visibility:hidden'><p id=x>a", "unseen", "yes"},
       {u"<p hidden=until-found id=x>a", "unseen", "yes"},
       {u"<p style='opacity:0' id=x>a", "unseen", "no"},
@@ -254,6 +261,10 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<p popover id=x>", "display", "none"},
       {u"<p bgcolor=#eee id=x>", "background", "0 0 0/0%"},
       {u"<table border=5 id=x>", "border", "5 5 5 5"},
+      {u"<table border=x id=x>", "border", "1 1 1 1"},
+      {u"<table border=x><tr><td id=x>", "border", "1 1 1 1"},
+      {u"<table rules=ROWS border=0><tr><th id=x>", "border", "1 0 1 0"},
+      {u"<table border=9><tr><td><table><tr><td id=x>", "border", "0 0 0 0"},
       {u"<table border><tr><td id=x>", "border", "1 1 1 1"},
       {u"<table border=0><tr><td id=x>", "border", "0 0 0 0"},
       {u"<table rules=rows><tr><td id=x>", "border", "1 0 1 0"},
@@ -276,6 +287,8 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
       {u"<div align=right><p align=middle id=x>", "align", "-webkit-right"},
       {u"<p align=left id=x>", "align", "left"},
       {u"<table><caption align=left id=x>", "align", "-webkit-left"},
+      {u"<table><caption align=BOTTOM id=x>", "caption", "bottom"},
+      {u"<table><caption align=top id=x>", "caption", "top"},
       {u"<img align=top id=x>", "vertical", "top"},
       {u"<img align=texttop id=x>", "vertical", "text-top"},
       {u"<img align=middle id=x>", "vertical", "middle"},
@@ -319,12 +332,37 @@ TEST(StyleResolver, ReadsPresentationalAttributesBelowTheAuthorsRules) {
        u"dir=ltr>d</p>\u05d0",
        "direction", "rtl"},
       {u"<p dir=rtl><bdi id=x>abc", "direction", "ltr"},
+      {u"<p dir=auto id=x><b>\u05d0</b>a", "direction", "rtl"},
+      {u"<p dir=auto id=x><b><i></i></b>a<b>\u05d0", "direction", "ltr"},
+      {u"<div dir=rtl><p dir=auto id=x>1", "direction", "ltr"},
       {u"<div dir=rtl><p style='text-align:match-parent' id=x>", "align", "right"},
   });
   for (const std::u16string start :
        {u"<table><td", u"<table><th", u"<table><col", u"<table><colgroup", u"<iframe", u"<object", u"<embed",
         u"<video", u"<applet", u"<input", u"<marquee"})
     expect({{start + u" width=30 id=x>", "width", "30"}});
+}
+
+/// By the first and the last letters of blocks, and what is none beside them.
+TEST(StyleResolver, TellsTheDirectionByTheFirstLetter) {
+  const auto direction = [](const std::u16string &text) {
+    Page page(u"<!DOCTYPE html><p dir=auto id=x>" + text);
+    return described(page.styleOf(page.elementWithId(u"x")), "direction");
+  };
+  for (const std::u16string letter :
+       {u"A",          u"z",      u"\u00c0", u"\u02b8", u"\u0370", u"\u0556",     u"\u0905",
+        u"\u1ffc",     u"\u2c00", u"\u2dde", u"\u3005", u"\ud7fb", u"\U00010000", u"\U0001d400",
+        u"\U00020000", u"\uf900", u"\ufb17", u"\uff21", u"\uffdc", u"\u200e"})
+    EXPECT_EQ(direction(u"1 " + letter + u" \u05d0"), "ltr") << utf8(letter);
+  for (const std::u16string letter :
+       {u"\u05be", u"\u05d0", u"\u08b4", u"\ufb1d", u"\ufdfb", u"\ufe70", u"\ufefc", u"\U00010800",
+        u"\U00010f30", u"\U0001e800", u"\U0001ee00", u"\u200f"})
+    EXPECT_EQ(direction(u"1 " + letter + u" a"), "rtl") << utf8(letter);
+  for (const std::u16string none : {u"@", u"[", u"`", u"{", u"\u00bf", u"\u02b9", u"\u2014", u"\u2bff",
+                                    u"\u2e00", u"\u3004", u"\ufe00", u"\uff20", u"\ufeff", u"\U0001f600"}) {
+    EXPECT_EQ(direction(none + u"a\u05d0"), "ltr") << utf8(none);
+    EXPECT_EQ(direction(none + u"\u05d0a"), "rtl") << utf8(none);
+  }
 }
 
 TEST(StyleResolver, TakesFromTheParentWhatIsSaidToBeInherited) {
@@ -374,6 +412,24 @@ TEST(StyleResolver, FollowsTheOrderOfTheCascade) {
       {u"<style>p{margin-inline-start:2px;margin-left:1px}</style><p id=x>", "margin", "16 0 16 1"},
       {u"<style>p{margin-inline-start:2px}</style><p dir=rtl id=x>", "margin", "16 2 16 0"},
       {u"<p style='margin:5px'><b style='margin:inherit' id=x>", "margin", "5 5 5 5"},
+      {u"<style>:root{--m:3px}@layer a{p{margin:var(--m)}}@layer b{p{margin:revert-layer}}</style><p id=x>",
+       "margin", "3 3 3 3"},
+      {u"<style>:root{--m:3px}@layer a{p{margin-inline:var(--m)}}@layer b{p{margin-left:revert-layer}}</style>"
+       u"<p id=x>",
+       "margin", "16 3 16 3"},
+      {u"<div style='letter-spacing:2px'><b style='letter-spacing:normal' id=x>", "spacing", "0"},
+      {u"<style>p{display:unset}</style><p id=x>", "display", "inline"},
+      {u"<style>p{margin:unset}</style><p id=x>", "margin", "0 0 0 0"},
+      {u"<style>p{float:left;float:unset}</style><p id=x>", "float", "none"},
+      {u"<pre><b style='white-space:unset' id=x>", "white-space", "pre"},
+      {u"<div style='text-align:right'><b style='text-align:unset' id=x>", "align", "right"},
+      {u"<div style='visibility:hidden'><b style='visibility:unset' id=x>", "visibility", "hidden"},
+      {u"<div style='visibility:hidden'><b style='visibility:initial' id=x>", "visibility", "visible"},
+      {u"<div style='text-indent:2px'><b style='text-indent:initial' id=x>", "indent", "0"},
+      {u"<ol><li style='list-style-type:initial' id=x>", "list", "disc"},
+      {u"<div dir=rtl><p style='direction:unset' id=x>", "direction", "rtl"},
+      {u"<div dir=rtl><p style='direction:initial' id=x>", "direction", "ltr"},
+      {u"<div dir=rtl><p style='all:initial' id=x>", "direction", "rtl"},
   });
 }
 
@@ -402,16 +458,29 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='font-size:1.2em'><code id=x>", "size", "15.6"},
       {u"<p style='font-size:1.2rem'><code id=x>", "size", "19.2"},
       {u"<p style='font-size:14px'><code id=x>", "size", "14"},
+      {u"<p style='font-size:100%'><code id=x>", "size", "13"},
+      {u"<p style='font-size:2ex'><code id=x>", "size", "13"},
+      {u"<p style='font-size:2ch'><code id=x>", "size", "13"},
+      {u"<p style='font-size:1ic'><code id=x>", "size", "13"},
+      {u"<p style='font-size:1cap'><code id=x>", "size", "9.1"},
+      {u"<p style='font-size:1lh'><code id=x>", "size", "19.2"},
+      {u"<p style='font-size:larger'><code id=x>", "size", "15.6"},
+      {u"<p style='font-size:smaller'><code id=x>", "size", "10.833"},
+      {u"<div style='line-height:20px'><p style='line-height:normal' id=x>", "line-height", "normal"},
+      {u"<div style='line-height:2'><p style='line-height:initial' id=x>", "line-height", "normal"},
+      {u"<div style='line-height:2'><p style='line-height:-1px' id=x>", "line-height", "32"},
       {u"<pre style='font-size:large'><b style='font-family:serif' id=x>", "size", "18"},
       {u"<html><pre style='font-size:small' id=x>", "size", "10"},
       {u"<p style='font-size:.1em'><b style='font-size:20em' id=x>", "size", "32"},
       {u"<p style='font-size:.1em' id=x>", "size", "6"},
+      {u"<p style='font-size:0em' id=x>", "size", "0"},
       {u"<p style='font-size:2px' id=x>", "size", "2"},
       {u"<p style='font-size:1e9px' id=x>", "size", "10000"},
       {u"<p style='line-height:2;font-size:10px'><b style='font-size:30px' id=x>", "line-height", "60"},
       {u"<p style='line-height:200%;font-size:10px'><b style='font-size:30px' id=x>", "line-height", "20"},
       {u"<p style='text-indent:2em;font-size:8px' id=x>", "indent", "16"},
       {u"<p style='width:calc(10% + 20%)' id=x>", "width", "30%"},
+      {u"<p style='width:calc(10% + 1px)' id=x>", "width", "auto"},
       {u"<p style='width:10vw' id=x>", "width", "128"},
       {u"<p style='width:10vh' id=x>", "width", "72"},
       {u"<p style='font-size:10px;vertical-align:50%;line-height:30px' id=x>", "vertical", "15"},
@@ -419,6 +488,34 @@ TEST(StyleResolver, WorksOutSizes) {
       {u"<p style='border:solid;border-left:none' id=x>", "border", "3 3 3 0"},
       {u"<p style='border:1px solid;color:lime' id=x>", "border-color", "0 255 0"},
   });
+}
+
+TEST(StyleResolver, KnowsTheSizesOfKeywords) {
+  const struct {
+    std::u16string keyword;
+    std::string usual, monospace, ofOldPages;
+  } cases[] = {{u"xx-small", "9", "9", "9"},    {u"x-small", "10", "10", "9"},   {u"small", "13", "12", "10"},
+               {u"medium", "16", "13", "13"},   {u"large", "18", "16", "16"},    {u"x-large", "24", "20", "20"},
+               {u"xx-large", "32", "26", "26"}, {u"xxx-large", "48", "39", "40"}};
+  for (const auto &[keyword, usual, monospace, ofOldPages] : cases)
+    expect({{u"<p style='font-size:" + keyword + u"' id=x>", "size", usual},
+            {u"<html><p style='font-size:" + keyword + u"' id=x>", "size", usual},
+            {u"<pre style='font-size:" + keyword + u"' id=x>", "size", monospace},
+            {u"<html><pre style='font-size:" + keyword + u"' id=x>", "size", ofOldPages}});
+}
+
+TEST(StyleResolver, WeighsByTheWeightAround) {
+  const struct {
+    std::u16string around;
+    std::string bolder, lighter;
+  } cases[] = {{u"1", "400", "1"},     {u"99", "400", "99"},   {u"100", "400", "100"},
+               {u"349", "400", "100"}, {u"350", "700", "100"}, {u"549", "700", "100"},
+               {u"550", "900", "400"}, {u"749", "900", "400"}, {u"750", "900", "700"},
+               {u"899", "900", "700"}, {u"900", "900", "700"}, {u"1000", "1000", "700"}};
+  for (const auto &[around, bolder, lighter] : cases)
+    expect(
+        {{u"<p style='font-weight:" + around + u"'><i style='font-weight:bolder' id=x>", "weight", bolder},
+         {u"<p style='font-weight:" + around + u"'><i style='font-weight:lighter' id=x>", "weight", lighter}});
 }
 
 TEST(StyleResolver, CarriesDecorationsIntoWhatFlows) {
@@ -556,6 +653,18 @@ TEST(StyleResolver, TellsInheritedStylesApart) {
       {"color", u"color:red", u"color:lime"},
       {"color", u"--a:red", u"--a:lime", u"color:var(--a)"},
       {"indent", u"text-indent:1px", u"text-indent:2px"},
+      {"spacing", u"letter-spacing:1px", u"letter-spacing:2px"},
+      {"list-position", u"list-style-position:inside", u"list-style-position:outside"},
+      {"collapse", u"border-collapse:collapse", u"border-collapse:separate"},
+      {"caption", u"caption-side:bottom", u"caption-side:top"},
+      {"quotes", u"quotes:none", u"quotes:auto"},
+      {"vertical", u"vertical-align:1px", u"vertical-align:2px", u"vertical-align:inherit"},
+      {"border", u"border:1px solid", u"border:2px solid", u"border:inherit"},
+      {"background", u"background:red", u"background:lime", u"background:inherit"},
+      {"margin", u"margin:1px", u"margin:2px", u"margin:inherit"},
+      {"padding", u"padding:1px", u"padding:2px", u"padding:inherit"},
+      {"width", u"width:1px", u"width:2px", u"width:inherit"},
+      {"float", u"float:left", u"float:right", u"float:inherit"},
       {"line-height", u"line-height:10px", u"line-height:20px"},
       {"line-height", u"line-height:1", u"line-height:2"},
       {"line-height", u"line-height:normal", u"line-height:2"},
