@@ -152,10 +152,16 @@ TEST(PageFacts, BaseTagsAreAddedSetAndRemoved) {
   expectEach({{u"<head><head x>a", "<head><head x><BASE href=\"http://e.org/?a&amp;b\"/>\na"},
               {u"<head><base target=x>", "<head><BASE href=\"http://e.org/?a&amp;b\"/>\n<base target=x>"},
               {u"<head><base href=x>", "<head><base href=x>"},
+              {u"<html><meta x><head><title>a",
+               "<html><meta x><head><BASE href=\"http://e.org/?a&amp;b\"/>\n<title>a"},
+              {u"<base target=x><head><base href=x>", "<base target=x><head><base href=x>"},
+              {u"<head></head><base href=x>", "<head></head><base href=x>"},
               {u"<header></head><body><head>", "<header></head><body><head>"}},
              add);
   expectEach({{u"1<base href=x>2<base href=y>", "1<BASE href=\"a\"/>\n2<base href=y>"},
               {u"<head>", "<head><BASE href=\"a\"/>\n"},
+              {u"<p><base target=x><base href=y>z", "<p><base target=x><BASE href=\"a\"/>\nz"},
+              {u"<body><base href=x>", "<body><base href=x>"},
               {u"<p>", "<p>"}},
              set);
   expectEach({{u"1<base href=x>2", "12"}, {u"<head>", "<head>"}}, clear);

@@ -103,6 +103,10 @@ TEST(PageLinks, FramesComeWithFacts) {
   EXPECT_EQ(revisit, u"3 days"_ns);
   EXPECT_TRUE(isFeed);
   EXPECT_FALSE(isSet);
+  const PageFacts facts = contentsOfPage(page).facts;
+  EXPECT_EQ(facts.robots, u"x,y"_ns);
+  EXPECT_EQ(facts.revisit, u"3 days"_ns);
+  EXPECT_TRUE(facts.isFeed);
   EXPECT_EQ(htmlLinksAndFramesBaseURL(page, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
   EXPECT_EQ(htmlFramesSet(page, nullptr, nullptr), (std::vector{u"a"_ns, u"b"_ns}));
   EXPECT_EQ(htmlLinksAndFramesSet(page, nullptr, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
