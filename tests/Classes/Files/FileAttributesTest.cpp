@@ -172,10 +172,17 @@ TEST(FileAttributes, ThatCannotBeChangedAreLogged) {
   };
   for (const Change &change : changes) {
     for (const NSString &path : {missing, NSString()})
-      EXPECT_NE(logOf([&] { EXPECT_FALSE(change(path)); }).find("\n"), std::string::npos) << &change - changes;
+      EXPECT_NE(logOf([&] { EXPECT_FALSE(change(path)); }).find("o such file"), std::string::npos)
+          << &change - changes;
   }
   EXPECT_FALSE(fs::exists(folder.path() / "missing"));
   EXPECT_FALSE(setFileCreationDate(NSDate::dateWithUTC(1900, 1, 1, 0, 0, 0), file));
+  // The first and the last second that file servers have, and those around them.
+  for (const int seconds : {52, 53})
+    EXPECT_EQ(setFileCreationDate(NSDate::dateWithUTC(1931, 12, 13, 20, 45, seconds), file), seconds == 53);
+  for (const int seconds : {7, 8})
+    EXPECT_EQ(setFileCreationDate(NSDate::dateWithUTC(2068, 1, 19, 3, 14, seconds), file), seconds == 7);
+  EXPECT_EQ(fileCreationDate(file), NSDate::dateWithUTC(2068, 1, 19, 3, 14, 7));
   EXPECT_FALSE(setFileModificationDate(NSDate{HUGE_VAL}, file));
   for (const int label : {-1, 8}) EXPECT_FALSE(setFinderLabel(label, file));
 }
