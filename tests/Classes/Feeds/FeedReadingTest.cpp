@@ -141,6 +141,7 @@ TEST(FeedReading, ReadsItems) {
        "c:b<script><![CDATA[c]]></script>|"},
       {"<enclosure length='1'/><enclosure url='a&amp;b'/>", "e:a&b|"},
       {"<fullitem>f</fullitem>", "c:f|"},
+      {"<g:condition_value>x</g:condition_value><a-name-longer-than-all/><title>t</title>", "t:t|"},
       {"<itunes:summary>d</itunes:summary><itunes:image href='m'/>", "d:d|m:m|"},
       {"<media:description>d</media:description><dc:author>a</dc:author>", "d:d|a:a|"},
       {"<dc:description>d</dc:description><lastmod>u</lastmod>", "d:d|w:u|u:u|"},

@@ -80,6 +80,7 @@ TEST(StringComparing, HasEnds) {
   EXPECT_EQ(initWithCharacter(u'a'), u"a"_ns);
   EXPECT_EQ(firstCharacter(u"ab"_ns), u'a');
   EXPECT_EQ(lastCharacter(u"ab"_ns), u'b');
+  EXPECT_EQ(firstCharacter(u"a"_ns) + lastCharacter(u"a"_ns), 2 * u'a');
   for (const NSString &nothing : {NSString(), NSString::string()}) {
     EXPECT_EQ(firstCharacter(nothing) + lastCharacter(nothing), 0);
     EXPECT_TRUE(isStringEmpty(nothing));
