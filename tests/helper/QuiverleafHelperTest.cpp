@@ -275,6 +275,19 @@ TEST_F(QuiverleafHelperTest, AnswersTheContractAndNothingElse) {
   EXPECT_EQ(helper.perform(u"attributed:stringWithPDF:"_ns,
                            {{u"attributed"_ns, 0}, {u"stringWithPDF"_ns, samplePDF("columns.pdf")}}),
             facts("columns.pdf"));
+  for (const id &yes : {id(true), id(1)})
+    EXPECT_EQ(helper.perform(u"attributed:stringWithPDF:"_ns,
+                             {{u"attributed"_ns, yes}, {u"stringWithPDF"_ns, samplePDF("columns.pdf")}}),
+              helper.attributedStringWithPDF(true, samplePDF("columns.pdf")));
+  const NSDictionary second = {{u"FirstPage"_ns, 2}};
+  EXPECT_EQ(helper.perform(u"stringWithPDF:options:"_ns,
+                           {{u"stringWithPDF"_ns, samplePDF("columns.pdf")}, {u"options"_ns, second}}),
+            helper.stringWithPDF(samplePDF("columns.pdf"), second));
+  const NSString archive = folder.write(
+      "a.webarchive", bytesOfList(listOfArchive(listOfResource("<body>words", u"http://a/"_ns))).view());
+  EXPECT_EQ(helper.perform(u"searchableTextOfWebArchive:"_ns, {{u"searchableTextOfWebArchive"_ns, archive}}),
+            helper.searchableTextOfWebArchive(archive));
+  EXPECT_THROW(helper.perform(u"metaDataForFile"_ns, NSDictionary()), NSException);
 }
 
 }  // namespace
