@@ -319,6 +319,7 @@ class CommandTest(CommandTestCase):
             ("page", "title.html", '{"Title":"a\ufffd2J\ufffd","NormalizedTitle":"a\ufffd2J\ufffd","IndexedTitle":"a\ufffd2J\ufffd","Feed":false,"MetaAttributes":{}}\n'),
         )
         self.assertEqual(self.run_command("text", "a\x9b2J\x1b\x80\x9f\xa0").stderr.decode(), "quiverleaf: a?2J???\xa0: there is no such file\n")
+        self.assertEqual(self.run_command("text", b"\xc2A\xc2").stderr, b"quiverleaf: \xc2A\xc2: there is no such file\n")
         for command, name, shown in shown_texts:
             raw = self.run_command(command, name).stdout
             self.assertRegex(raw, rb"\x1b|\x7f")
@@ -483,7 +484,7 @@ class CommandTest(CommandTestCase):
             ("-o needs --attributed", "pdf", "-o", "out.rtfd", "a"),
             ("-o needs --attributed and the name of a folder", "pdf", "--attributed", "-o", "", "a"),
             ("'--p' may be --pretty or --plist", "metadata", "--p", "a"),
-            *((f"'{pages}' names no pages", "pdf", "--pages", pages, "a") for pages in ("", "0", "-3", "1-x", "1--2", "99999999999")),
+            *((f"'{pages}' names no pages", "pdf", "--pages", pages, "a") for pages in ("", "0", "-3", "2x", "1-3x", "1-x", "1--2", "99999999999")),
             ("'3-2' ends before it begins", "pdf", "--pages", "3-2", "a"),
             ("exclude each other", "pdf", "--password", "x", "--password-file", "x", "a"),
             ("exclude each other", "pdf", "--text", "--attributed", "a"),

@@ -70,8 +70,9 @@ TEST(CharsetNames, AreReadAsPeopleWriteThem) {
       {kCFStringEncodingKSC_5601_87, {u"KS_C_5601-1987"}},
       {kCFStringEncodingKSC_5601_92_Johab, {u"ksc5601-92"}},
       {kCFStringEncodingInvalidId,
-       {u"", u"l1", u"--", u"foo", u"auto", u"latin", u"shift", u"e", u"x-mac-utf8", u"gb18030", u"885112",
-        u"885091", u"885401", u"iso-8859-99999999999", u"x-visual", u"ks_c_5601-1992", u"\u0661252"}},
+       {u"", u"l1", u"en", u"--", u"foo", u"auto", u"latin", u"shift", u"e", u"x-mac-utf8", u"gb18030",
+        u"885112", u"885091", u"885401", u"iso-8859-99999999999", u"x-visual", u"ks_c_5601-1992",
+        u"\u0661252"}},
   };
   for (const Case &test : cases) {
     for (const std::u16string &name : test.names) {

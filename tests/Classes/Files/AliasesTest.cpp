@@ -188,6 +188,12 @@ TEST(Aliases, BelieveNoOffset) {
     many.emptyTables = count;
     EXPECT_EQ(originalOfBookmark(dataOf(many.bookmark())).path, count == 15 ? u"/a"_ns : NSString());
   }
+  // Records that begin within the header.
+  const std::string header = "book" + little(80) + little(0x10040000) + little(12) + std::string(8, '\0');
+  const std::string records = little(24) + little(0xfffffffe) + little(1) + little(0) + little(1) +
+                              little(0x1004) + little(44) + little(0) + little(4) + little(0x601) + little(56) +
+                              little(1) + little(0x101) + "a\0\0\0"s;
+  EXPECT_FALSE(originalOfBookmark(dataOf(header + records)).path);
   // A table that follows itself.
   std::string circle = BookmarkBuilder().bookmark();
   circle.replace(circle.size() - 8, 4, little(4));

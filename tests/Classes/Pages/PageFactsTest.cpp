@@ -71,7 +71,8 @@ TEST(PageFacts, LinkTagsNameTheCanonicalURLAndTheIcon) {
        {u"<link rel='SHORTCUT ICON' href=a.ico>", "/a.ico"},
        {u"<link rel='x shortcut icons' href=../a.ico>", "../a.ico"},
        {u"<body><link rel='shortcut icon'><link rel='shortcut icon' href=http://e.org/a>", "http://e.org/a"},
-       {u"</link rel='shortcut icon' href=a>", nullptr}},
+       {u"</link rel='shortcut icon' href=a>", nullptr},
+       {u"<a rel='shortcut icon' href=a>", nullptr}},
       htmlFavIcon);
   constexpr std::u16string_view kTag = u"x<link rel='shortcut icon' href=a>";
   EXPECT_EQ(getFavIcon(kTag.data(), 2, 4, 1, static_cast<std::uint32_t>(kTag.size()) - 1), u"/a"_ns);

@@ -323,6 +323,7 @@ TEST(PlainText, RemovesJunkWhenAsked) {
            "x y z"},
           {"<body bgcolor=white><td bgcolor=navy style='color:white'>x", "x"},
           {"<body bgcolor=white><b style='background-image:url(a)'><i style='color:white'>x</i></b>", "x"},
+          {"<b style='position:absolute;left:auto;font-size:small'>x</b><b style='font-size:var(--0)'>y", "xy"},
           // The date of a feed's page is no junk.
           {"<font class=feed_date>x</font>y", "y"},
       });
