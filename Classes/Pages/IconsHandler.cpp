@@ -61,7 +61,6 @@ void endLink(IconsContext &context) {
   for (const NSString &title : {context.linkTitle, context.imageTitle})
     addTitleToIconsContext(context, stringByConvertingEntitiesToCharacters(title), context.link, false);
   context.link = context.linkTitle = context.imageTitle = NSString();
-  context.linkText.setLength(0);
 }
 
 NSString linkOfAnchor(const TagShape &tag, const IconsContext &context) {

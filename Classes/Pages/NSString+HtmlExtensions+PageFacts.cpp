@@ -21,7 +21,6 @@ constexpr const char *kName = "NAME", *kHeaderField = "HTTP-EQUIV";
 
 NSString metaAttribute(const NSString &page, const char *attribute, const NSString &first,
                        const NSString &second = {}) {
-  if (!first) return {};
   MetaAttributeContext context{attribute, first, second, {}};
   detail::scanWithHandler(page, RetrieveMetaAttributeHandler, context);
   return std::move(context.result).string();

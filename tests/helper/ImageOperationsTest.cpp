@@ -157,6 +157,18 @@ TEST_F(ImageOperationsTest, GivesPDFForms) {
   EXPECT_EQ(errorOf(folder.string("missing")), ErrorCode::noSuchFile);
 }
 
+TEST_F(ImageOperationsTest, TakesEachArgumentOfTheContract) {
+  const NSString path = sample("columns.pdf");
+  for (const auto &[isRead, isImporterAsked] : {std::pair(false, true), {true, false}, {true, true}})
+    EXPECT_EQ(helper.perform(u"imageWithContentsOfFile:stringFromPDF:canUseSpotlight:"_ns,
+                             {{u"imageWithContentsOfFile"_ns, path},
+                              {u"stringFromPDF"_ns, isRead},
+                              {u"canUseSpotlight"_ns, isImporterAsked}}),
+              image(path, isRead, isImporterAsked));
+  EXPECT_EQ(helper.perform(u"PDFImageRepOfFile:"_ns, {{u"PDFImageRepOfFile"_ns, path}}),
+            samplePDF("columns.pdf"));
+}
+
 TEST_F(ImageOperationsTest, SaysWhyThereIsNoPicture) {
   const auto errorOf = [&](const NSString &path) {
     EXPECT_EQ(keys(image(path, true)), "nil");

@@ -159,7 +159,10 @@ TEST_F(QuiverleafHelperTest, ReadsSomePagesAndWithAPassword) {
       {"locked.pdf", {{u"Password"_ns, u"x"_ns}}, "the PDF is locked by another password"},
       {"locked.pdf", {{u"FirstPage"_ns, 2}}, "the PDF is locked; its text needs a password"},
       {"locked.pdf", {{u"Password"_ns, u"user"_ns}, {u"FirstPage"_ns, 2}}, "there is no page 2: the PDF has 1"},
+      {"columns.pdf", {{u"LastPage"_ns, 2}}, ""},
+      {"columns.pdf", {{u"FirstPage"_ns, 3}}, "there is no page 3: the PDF has 2"},
       {"columns.pdf", {{u"LastPage"_ns, 3}}, "the PDF has no more than 2 pages"},
+      {"columns.pdf", {{u"LastPage"_ns, INT32_MAX}}, "the PDF has no more than 2 pages"},
       {"no-pages.pdf", {{u"LastPage"_ns, 3}}, "the PDF has no pages"},
   };
   for (const auto &[sample, options, reason] : reasons) {
@@ -170,7 +173,7 @@ TEST_F(QuiverleafHelperTest, ReadsSomePagesAndWithAPassword) {
   const NSDictionary wrong[] = {
       {{u"FirstPage"_ns, 0}},        {{u"FirstPage"_ns, 3}, {u"LastPage"_ns, 2}},   {{u"LastPage"_ns, u"1"_ns}},
       {{u"Password"_ns, 1}},         {{u"Attributed"_ns, true}, {u"ByPage"_ns, 1}}, {{u"Other"_ns, true}},
-      {{u"LastPage"_ns, 1LL << 32}},
+      {{u"LastPage"_ns, 1LL << 31}},
   };
   for (const NSDictionary &options : wrong) EXPECT_THROW(answer("columns.pdf", options), NSException);
 }
@@ -272,6 +275,19 @@ TEST_F(QuiverleafHelperTest, AnswersTheContractAndNothingElse) {
   EXPECT_EQ(helper.perform(u"attributed:stringWithPDF:"_ns,
                            {{u"attributed"_ns, 0}, {u"stringWithPDF"_ns, samplePDF("columns.pdf")}}),
             facts("columns.pdf"));
+  for (const id &yes : {id(true), id(1)})
+    EXPECT_EQ(helper.perform(u"attributed:stringWithPDF:"_ns,
+                             {{u"attributed"_ns, yes}, {u"stringWithPDF"_ns, samplePDF("columns.pdf")}}),
+              helper.attributedStringWithPDF(true, samplePDF("columns.pdf")));
+  const NSDictionary second = {{u"FirstPage"_ns, 2}};
+  EXPECT_EQ(helper.perform(u"stringWithPDF:options:"_ns,
+                           {{u"stringWithPDF"_ns, samplePDF("columns.pdf")}, {u"options"_ns, second}}),
+            helper.stringWithPDF(samplePDF("columns.pdf"), second));
+  const NSString archive = folder.write(
+      "a.webarchive", bytesOfList(listOfArchive(listOfResource("<body>words", u"http://a/"_ns))).view());
+  EXPECT_EQ(helper.perform(u"searchableTextOfWebArchive:"_ns, {{u"searchableTextOfWebArchive"_ns, archive}}),
+            helper.searchableTextOfWebArchive(archive));
+  EXPECT_THROW(helper.perform(u"metaDataForFile"_ns, NSDictionary()), NSException);
 }
 
 }  // namespace

@@ -162,6 +162,24 @@ TEST_F(RichTextOperationsTest, DocumentsOfEveryKindBecomeRichText) {
   EXPECT_EQ(shownDocument(NSString()), "nil");
 }
 
+TEST_F(RichTextOperationsTest, EachArgumentOfTheContractIsTaken) {
+  const NSString file = folder.write("a.txt", "words"), package = folder.string("out.rtfd");
+  const id document = helper.perform(u"attributedStringWithContentsOfFile:"_ns,
+                                     {{u"attributedStringWithContentsOfFile"_ns, file}});
+  const NSData rtfd = document.dictionary().objectForKey(u"Rtfd"_ns).data();
+  EXPECT_EQ(shown(rtfd), "words");
+  EXPECT_EQ(helper.perform(u"writeRTFDData:toFile:"_ns, {{u"writeRTFDData"_ns, rtfd}, {u"toFile"_ns, package}}),
+            id(true));
+  EXPECT_EQ(shownDocument(package), "words");
+  const NSData page = helper
+                          .perform(u"RTFDWithHTML:baseURL:allowRemoteRequest:"_ns,
+                                   {{u"RTFDWithHTML"_ns, bytes("<a href=x>y</a>")},
+                                    {u"baseURL"_ns, u"http://a.org/"_ns},
+                                    {u"allowRemoteRequest"_ns, true}})
+                          .data();
+  EXPECT_NE(page.view().find("HYPERLINK \"http://a.org/x\""), std::string_view::npos);
+}
+
 TEST_F(RichTextOperationsTest, PackagesReplaceOnlyPackages) {
   const NSData rtfd =
       helper.attributedStringWithContentsOfFile(folder.write("a.txt", "new")).objectForKey(u"Rtfd"_ns).data();

@@ -122,6 +122,12 @@ TEST_F(Importers, PartsOfDocuments) {
   ZipParts many = {{"content.xml", "<o><p>Blatt</p></o>"}};
   for (int i = 0; i < 0xffff; ++i) many.emplace_back(std::to_string(i), "");
   const std::string enough = storedZip(many);
+  // As many empty cells as are told from each other, and one more.
+  std::string cells = "<table-cell><p>a</p></table-cell>";
+  for (int i = 0; i < 63; ++i) cells += "<table-cell/>";
+  cells += "<table-cell><p>b</p></table-cell>";
+  for (int i = 0; i < 64; ++i) cells += "<table-cell/>";
+  cells += "<table-cell><p>c</p></table-cell>";
   many.emplace_back("more", "");
   const struct {
     const char *name;
@@ -151,6 +157,8 @@ TEST_F(Importers, PartsOfDocuments) {
                        "<Relationship Id='r1' TargetMode='External' Target='book.xml'/>"
                        "<Relationship Id='r2' Target='./sheet.xml'/>"),
        u"\tFALSE\noak"_ns},
+      {"wide.fodt", "<o><table-row>" + cells + "</table-row></o>",
+       NSString::stringWithUTF8String("a" + std::string(64, '\t') + "b" + std::string(64, '\t') + "c")},
       {"blanks.fodt",
        "<o><s/><tab/><p>a<s/>b<s c='3'/>c<s c='65'/>d<s c='0'/>e</p> between <p> \n f \t g<line-break/> "
        "h</p></o>",
@@ -195,6 +203,10 @@ TEST_F(Importers, PartsOfDocuments) {
       {"damaged.docx", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0'), NSString(),
        ErrorCode::damaged},
       {"locked.odt", storedZip({{"content.xml", "noise"}}, 1), NSString(), ErrorCode::locked},
+      {"manifest.odt",
+       storedZip({{"META-INF/manifest.xml", "<m><file-entry><encryption-data/></file-entry></m>"},
+                  {"content.xml", "noise"}}),
+       NSString(), ErrorCode::locked},
       {"enough.odt", enough, u"Blatt"_ns},
       {"many.odt", storedZip(many), u"Blatt"_ns, ErrorCode::incomplete},
       {"open.epub", book(chapter, "font.otf"), u"First\nSecond"_ns},
@@ -221,6 +233,19 @@ TEST_F(Importers, LongDocumentsAreCut) {
         folder.write("long.fodt", "<o><p>" + std::string(length - 2, 'x') + "</p><p>\xc3\xb6</p></o>"), &error);
     EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().length(), kMaximumLength);
     EXPECT_EQ(error.errorCode(), length == kMaximumLength ? ErrorCode::none : ErrorCode::incomplete);
+  }
+}
+
+TEST_F(Importers, DocumentsHaveALimitOfMemory) {
+  // A value is held as a whole, more than once.
+  for (const std::size_t megabytes : {4, 33}) {
+    NSError error;
+    const NSDictionary found = metaData(
+        folder.write("long.fodt", "<o><p>leaf</p><p a='" + std::string(megabytes << 20, 'x') + "'/></o>"),
+        &error);
+    EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns), id(u"leaf"_ns));
+    EXPECT_EQ(error.errorCode(), megabytes == 4 ? ErrorCode::none : ErrorCode::memoryLimit)
+        << error.localizedFailureReason.UTF8String();
   }
 }
 

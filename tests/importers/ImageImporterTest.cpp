@@ -47,7 +47,9 @@ TEST_F(Importers, Image) {
 
   const NSDictionary drawing = metaDataOfExample("leaf.png");
   expectAttributes(drawing, {{u"kMDItemHasAlphaChannel"_ns, true}, {u"kMDItemOrientation"_ns, 0}});
-  EXPECT_FALSE(drawing.objectForKey(u"kMDItemContentCreationDate"_ns));
+  for (const NSString &name : {u"kMDItemContentCreationDate"_ns, u"kMDItemLatitude"_ns, u"kMDItemLongitude"_ns,
+                               u"kMDItemAltitude"_ns, u"kMDItemISOSpeed"_ns, u"kMDItemFlashOnOff"_ns})
+    EXPECT_FALSE(drawing.objectForKey(name)) << name.UTF8String();
 }
 
 TEST_F(Importers, OtherPhotos) {

@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "platform/Foundation/NSException.hpp"
@@ -108,6 +109,21 @@ TEST(ImporterPlugIn, AttributesKeepTheirTypes) {
   EXPECT_EQ(dictionary.dictionary.objectForKey(u"odd elements"_ns), (NSArray{NSNull(), NSNull()}));
   dictionary.dictionary.removeObjectForKey(u"odd elements"_ns);
   EXPECT_EQ(dictionary.dictionary, wanted);
+}
+
+TEST(ImporterPlugIn, ArraysAreNestedAsDeepAsTheHelperTakesThem) {
+  for (const int depth : {16, 17}) {
+    std::vector<MDImporterValue> arrays(static_cast<std::size_t>(depth));
+    for (std::size_t i = 0; i < arrays.size(); ++i) {
+      arrays[i].kind = kMDImporterArray;
+      if (i > 0) arrays[i].value.list = {&arrays[i - 1], 1};
+    }
+    MDImporterAttributeDictionary dictionary;
+    const auto &outermost = arrays.back().value.list;
+    const auto *const elements = static_cast<const MDImporterValue *>(outermost.elements);
+    EXPECT_EQ(dictionary.functions->setArray(&dictionary, "deep", elements, outermost.count), depth == 16);
+    EXPECT_EQ(dictionary.dictionary.count(), depth == 16 ? 1u : 0u);
+  }
 }
 
 }  // namespace

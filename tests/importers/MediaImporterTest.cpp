@@ -75,6 +75,8 @@ TEST_F(Importers, TagsOfASong) {
        {u"kMDItemPublishers"_ns, NSArray{u"P"_ns}},
        {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns, u"quiver"_ns}},
        {u"kMDItemEncodingApplications"_ns, NSArray{u"E"_ns}}});
+  expectAttributes(metaDataOf("large.flac", taggedSound({"DATE=999999999", "TRACKNUMBER=-999999999"})),
+                   {{u"kMDItemRecordingYear"_ns, 999999999}, {u"kMDItemAudioTrackNumber"_ns, -999999999}});
   // Numbers that are none, and too large ones.
   expectAttributes(
       metaDataOf("odd.flac", taggedSound({"DATE=1e9", "TRACKNUMBER=A3", "BPM=nan", "DESCRIPTION=\t "})),

@@ -91,6 +91,13 @@ TEST_F(Importers, Pages) {
   }
   EXPECT_TRUE(contains(archived.objectForKey(u"kMDItemTextContent"_ns).string(), u"\n\nframe"));
   EXPECT_EQ(archived.objectForKey(u"kMDItemWhereFroms"_ns), id(NSArray{u"http://example.org/"_ns}));
+  // All words of the body are its text, whether readers and search engines are meant to see them or not.
+  const std::string markup = "<title>T</title><body>a\nb<b hidden> c</b><!--googleoff: all--> d";
+  expectAttributes(metaDataOf("hidden.html", markup), {{u"kMDItemTextContent"_ns, u"a b c d"_ns}});
+  expectAttributes(
+      metaDataOf("hidden.webarchive",
+                 bytesOfList(listOfArchive(listOfResource(markup, u"http://example.org/"_ns))).view()),
+      {{u"kMDItemTextContent"_ns, u"\n\na b c d"_ns}});
   for (const std::string name : {"author", "DC.creator", "dcterms.creator"})
     expectAttributes(metaDataOf("author.html", "<html><meta name=author content=' '><meta name=" + name +
                                                    " content=A><meta name=author content=B><p>text"),

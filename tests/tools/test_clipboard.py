@@ -162,6 +162,8 @@ class ClipboardTest(CommandTestCase):
         shown = "<i>i</i><u>u</u><s>s</s><sup>1</sup><sub>2</sub><b><i>bi</i></b>"
         for kind, content, form, expected in (
             ("text/rtf", looks, "html", f"{start}<p>{shown}</p>\n<p></p>\n<p>end</p>\n"),
+            ("text/rtf", rb"{\rtf1\outlinelevel1\b Head\par\pard\b0 text}", "html", f"{start}<h2>Head</h2>\n<p>text</p>\n"),
+            ("text/rtf", rb"{\rtf1\b x\par\par y}", "html", f"{start}<p><b>x</b></p>\n<p></p>\n<p><b>y</b></p>\n"),
             ("text/html", b"<p>a &amp; b<p>c", "text", "a & b\n\nc"),
             ("text/html", "\ufeff<p>\u00e9".encode("utf-16-le"), "html", "<p>\u00e9"),
             ("text/rtf", RTF, "text", "bold \u00e9 <link>\nsecond\nline"),
@@ -188,6 +190,7 @@ class ClipboardTest(CommandTestCase):
 
     def test_what_goes_wrong(self):
         self.file("text.txt", b"no picture")
+        self.file("empty.html", b"")
         self.offer("application/x-odd", b"?")
         kept = self.answer("paste", "--types")
         cases = [
@@ -200,6 +203,7 @@ class ClipboardTest(CommandTestCase):
             (1, "does nothing", "paste", "--types", "-o", "x"),
             (1, "does nothing", "paste", "--types", "--as", "text"),
             (1, "does nothing", "paste", "--pretty"),
+            (1, "does nothing", "paste", "--plist"),
             (1, "does nothing", "copy", "--wait", "3", "text"),
             (1, "does nothing", "copy", "--no-start", "--url", "http://a/"),
             (1, "one of", "copy", "text", "--url", "http://a/"),
@@ -212,10 +216,12 @@ class ClipboardTest(CommandTestCase):
             (7, "missing: there is no such file", "copy", "--image", "missing"),
             (8, "text.txt", "copy", "--image", "text.txt"),
             (2, "No helper is registered", "copy", "--no-start", "--html", "text.txt"),
+            (3, "empty.html: the file is empty", "copy", "--html", "empty.html"),
+            (3, "standard input: is no RTF", "copy", "--rtf", "-"),
         ]
         for code, message, *arguments in cases:
             with self.subTest(arguments):
-                self.assert_fails(code, message, *arguments)
+                self.assert_fails(code, message, *arguments, stdin=subprocess.DEVNULL)
         self.assertEqual(self.answer("paste", "--types"), kept, "what fails leaves the clipboard alone")
         self.assertFalse(list(pathlib.Path(self.folder).glob("out.*")))
         for name, why in (("", "DISPLAY"), (":12345", "")):

@@ -193,6 +193,13 @@ class CommandTest(CommandTestCase):
                  "CanonicalURL": "/?u=%26", "Author": "B &amp; C", "IndexedTitle": " caf\u00e9 &amp; ", "Feed": False,
                  "MetaAttributes": {"author": "B & C"}}
         self.assertEqual(self.answer("page", "page.html"), facts)
+        metas = {"date": "2006-12-24", "keywords": "k", "description": "d", "copyright": "c", "robots": "noindex",
+                 "revisit-after": "3 days", "indextitle": "x"}
+        all_metas = "".join(f"<meta name={name} content='{content}'>" for name, content in metas.items())
+        told = self.answer("page", "-", input=f"{all_metas}<meta http-equiv=refresh content=5><link rel='shortcut icon' href=i.ico><rss>".encode())
+        self.assertEqual(told, {"Title": "", "NormalizedTitle": "", "Date": "2006-12-24", "FavIcon": "/i.ico", "IndexTitle": "x",
+                                "Keywords": "k", "Description": "d", "Copyright": "c", "Refresh": "5", "Robots": "noindex",
+                                "RevisitAfter": "3 days", "Feed": True, "MetaAttributes": metas})
         links = {"BaseURL": "http://a.org/", "Links": ["?u=/%26", "x.rss"], "Frames": ["f"], "Images": ["a%20b.png"],
                  "StylesheetsAndScripts": ["s.js"], "EmbeddedObjects": ["e"]}
         self.assertEqual(self.answer("links", "-", input=page), links)
@@ -312,6 +319,7 @@ class CommandTest(CommandTestCase):
             ("page", "title.html", '{"Title":"a\ufffd2J\ufffd","NormalizedTitle":"a\ufffd2J\ufffd","IndexedTitle":"a\ufffd2J\ufffd","Feed":false,"MetaAttributes":{}}\n'),
         )
         self.assertEqual(self.run_command("text", "a\x9b2J\x1b\x80\x9f\xa0").stderr.decode(), "quiverleaf: a?2J???\xa0: there is no such file\n")
+        self.assertEqual(self.run_command("text", b"\xc2A\xc2").stderr, b"quiverleaf: \xc2A\xc2: there is no such file\n")
         for command, name, shown in shown_texts:
             raw = self.run_command(command, name).stdout
             self.assertRegex(raw, rb"\x1b|\x7f")
@@ -467,7 +475,6 @@ class CommandTest(CommandTestCase):
             ("unknown command 'frobnicate'", "frobnicate"),
             ("metadata needs FILE", "metadata"),
             *(("needs a file with a name, not standard input", command, "-") for command in ("metadata", "webarchive", "fork", "poster")),
-            ("does nothing for --text-only", "metadata", "--text-only", "--no-text", "a"),
             ("'b' is too much", "pdf", "a", "b"),
             ("empty", "pdf", ""),
             ("unknown option '--colour'", "pdf", "--colour", "a"),
@@ -477,7 +484,7 @@ class CommandTest(CommandTestCase):
             ("-o needs --attributed", "pdf", "-o", "out.rtfd", "a"),
             ("-o needs --attributed and the name of a folder", "pdf", "--attributed", "-o", "", "a"),
             ("'--p' may be --pretty or --plist", "metadata", "--p", "a"),
-            *((f"'{pages}' names no pages", "pdf", "--pages", pages, "a") for pages in ("", "0", "-3", "1-x", "1--2", "99999999999")),
+            *((f"'{pages}' names no pages", "pdf", "--pages", pages, "a") for pages in ("", "0", "-3", "2x", "1-3x", "1-x", "1--2", "99999999999")),
             ("'3-2' ends before it begins", "pdf", "--pages", "3-2", "a"),
             ("exclude each other", "pdf", "--password", "x", "--password-file", "x", "a"),
             ("exclude each other", "pdf", "--text", "--attributed", "a"),
@@ -497,22 +504,23 @@ class CommandTest(CommandTestCase):
             ("'x-mac-tibetan' after --default is an encoding that", "decode", "--default", "x-mac-tibetan", "a"),
             *(("is no absolute URL", *arguments, "a/b", "c") for arguments in (("url", "--base"), ("feed", "--url"), ("html2rtfd", "-o", "a", "--base"))),
             ("--spotlight needs --text", "image", "--spotlight", "a"),
-            *((f"'--{option}' does nothing for {mode}", *arguments) for option, mode, *arguments in (
-                ("plist", "text", "--plist", "text", "a"),
-                ("wait", "date", "date", "--wait=3", "1"),
-                ("timeout", "--create", "webarchive", "--timeout", "3", "--create", "-o", "a", "a"),
-                ("pretty", "--create", "location", "--create", "http://h/", "-o", "a", "--pretty"),
-                ("timeout", "--create", "location", "--create", "http://h/", "-o", "a", "--timeout", "3"),
-                ("no-start", "--cover", "poster", "--cover", "--no-start", "-o", "a.png", "a"),
-                ("pretty", "--cover", "poster", "--cover", "--pretty", "-o", "a.png", "a"),
-                ("pretty", "--extract", "fork", "--extract", "TEXT", "1", "-o", "a", "--pretty", "a"),
-                ("plist", "--opml", "feed", "--opml", "--plist", "a"),
-                ("pretty", "--html", "feed", "--html", "--pretty", "a"),
-                ("plist", "--text", "pdf", "--text", "--plist", "a"),
-                ("pretty", "-o", "pdf", "--attributed", "-o", "x", "--pretty", "a"),
-                ("pretty", "decode without --json", "decode", "--pretty", "a"),
-                ("pretty", "--plist", "page", "--plist", "--pretty", "a"),
-            )),
+            *((f"'--{option}' does nothing for {mode}", *arguments, f"--{option}", *(("3",) if option in ("timeout", "wait") else ()))
+              for options, mode, *arguments in (
+                  ("plist pretty", "text", "text", "a"),
+                  ("wait no-start", "date", "date", "1"),
+                  ("no-start timeout wait pretty plist", "--create", "webarchive", "--create", "-o", "a", "a"),
+                  ("timeout pretty plist", "--create", "location", "--create", "http://h/", "-o", "a"),
+                  ("no-start wait pretty plist", "--cover", "poster", "--cover", "-o", "a.png", "a"),
+                  ("pretty plist", "--extract", "fork", "--extract", "TEXT", "1", "-o", "a", "a"),
+                  ("pretty plist", "--opml", "feed", "--opml", "a"),
+                  ("pretty plist", "--html", "feed", "--html", "a"),
+                  ("pretty plist", "--text", "pdf", "--text", "a"),
+                  ("pretty plist", "-o", "pdf", "--attributed", "-o", "x", "a"),
+                  ("no-text file-facts pretty plist", "--text-only", "metadata", "--text-only", "a"),
+                  ("pretty", "decode without --json", "decode", "a"),
+                  ("pretty", "--plist", "page", "--plist", "a"),
+              ) for option in options.split()),
+            ("'--plist' does nothing for text", "--plist", "text", "a"),
             *(("not for --encode", "entities", "--encode", "high", option, "a") for option in ("--numeric", "--no-standard", "--non-umlauted")),
             *((f"'{value}' is no number", "ping", "--timeout", value) for value in ("0", "-1", "x", "1s", "nan", "1e9", "")),
         ]

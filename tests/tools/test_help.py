@@ -47,6 +47,7 @@ class HelpTest(unittest.TestCase):
                 self.assertEqual((done.returncode, done.stderr.partition(";")[0]),
                                  (1, f"quiverleaf: option '{option}' does nothing for {name}"))  # fmt: skip
             self.assertLessEqual({"--help", "--version"}, set(options))
+            self.assertNotRegex(output(COMMAND, "help", name), r"(?m) $")
             for arguments in ((name, "-h"), ("--help", name), (name, "--help", "--pretty", "x")):
                 self.assertEqual(output(COMMAND, *arguments), output(COMMAND, "help", name))
             self.assertEqual(output(COMMAND, name, "--version"), output(COMMAND, "version"))

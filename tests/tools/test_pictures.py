@@ -7,6 +7,7 @@ import os
 import pathlib
 import plistlib
 import shutil
+import struct
 import subprocess
 import unittest
 
@@ -81,6 +82,11 @@ class PicturesTest(CommandTestCase):
         self.ffmpeg("-f", "lavfi", "-i", "testsrc=size=320x180:rate=10:duration=3", "movie.mp4")
         facts = self.answer("poster", "movie.mp4")
         self.assertEqual((facts["Duration"], facts["Size"]), (3.0, "{320, 180}"))
+        # Tag 259 of the only picture says that it is compressed by LZW.
+        tiff = base64.b64decode(facts["Thumbnail"])
+        start = struct.unpack_from("<I", tiff, 4)[0]
+        tags = dict(struct.unpack_from("<H6xH2x", tiff, start + 2 + 12 * i) for i in range(struct.unpack_from("<H", tiff, start)[0]))
+        self.assertEqual(tags[259], 5)
         self.assertEqual(self.written("poster", "movie.mp4")[1], (320, 180))
         self.assertEqual(self.written("poster", "movie.mp4", "--size", "64")[1], (64, 36))
         cover = ("-i", "photo.png", "-map", "0:a", "-map", "1:v", "-c:v", "copy", "-disposition:v", "attached_pic")
@@ -97,7 +103,7 @@ class PicturesTest(CommandTestCase):
     def test_sheets_show_frames_and_covers(self):
         self.file("cover.png", png(300, 300, (30, 30, 200)))
         cover = ("-i", "cover.png", "-map", "0:a", "-map", "1:v", "-c:v", "copy", "-disposition:v", "attached_pic")
-        self.ffmpeg("-f", "lavfi", "-i", "sine=duration=1", *cover, "covered.mp3")
+        self.ffmpeg("-f", "lavfi", "-i", "sine=duration=0.5", *cover, "covered.mp3")
         self.ffmpeg("-f", "lavfi", "-i", "sine=duration=1", "bare.mp3")
         self.ffmpeg("-f", "lavfi", "-i", "color=c=0x1e1ec8:size=320x180:duration=1", "movie.mp4")
         self.file("damaged.mp4", (self.folder / "movie.mp4").read_bytes()[:100])

@@ -150,6 +150,8 @@ class RichTextTest(CommandTestCase):
             with self.subTest(arguments):
                 self.assert_fails(code, message, *arguments, input=bytes(range(1, 200, 3)))
         self.assertFalse((self.folder / "out").exists())
+        environment = {**self.environment, "TMPDIR": str(self.folder / "file")}
+        self.assert_fails(3, "standard input: no temporary folder can be made", "text", "-", input=b"{\\rtf1}", environment=environment)
 
 
 if __name__ == "__main__":

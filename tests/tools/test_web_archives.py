@@ -78,6 +78,37 @@ class WebArchiveTest(CommandTestCase):
         self.assertEqual(answer["Source"], PAGE)
         self.assertEqual([line.strip() for line in answer["String"].split("\n") if line], ["Gr\u00fc\u00dfeno", "In the frame", "inside"])
 
+    def test_pictures_stand_in_many_places(self):
+        for number in range(13):
+            self.file(f"{number}.png", b"image")
+        self.file("odd.css", b'@import screen "no.css"; p { content: "no.png"; background: URL( "12.png" ) }')
+        page = ("<table background=0.png><tr background=1.png><td background=2.png><th background=3.png><p background=no.png>"
+                "<img src=4.png style='background:url(5.png)'><img srcset=' ,6.png, 7.png 2x,8.png 3x , ,9.png'>"
+                "<input type=text src=no.png><source src=no.png srcset=10.png><STYLE>p { background: url('11.png') }</STYLE>"
+                "<link rel=sheet href=no.css><link rel='x&#9;StyleSheet' href=odd.css><link rel='x\tstylesheet' href=odd.css>"
+                "<a href=no.png><img src='#no.png'><img src=about:blank><img src=blob:x><img src=cid:x><iframe src=javascript:x></iframe>")
+        self.file("pictures.html", page.encode())
+        archive = self.create("pictures.html")
+        self.assertEqual(names(archive, self.folder), ("pictures.html", sorted([*(f"{number}.png" for number in range(13)), "odd.css"]), []))
+
+    def test_files_are_known_by_their_extensions(self):
+        types = {"png": "image/png", "apng": "image/apng", "jpg": "image/jpeg", "JPEG": "image/jpeg", "gif": "image/gif",
+                 "webp": "image/webp", "avif": "image/avif", "svg": "image/svg+xml", "bmp": "image/bmp",
+                 "ico": "image/vnd.microsoft.icon", "tif": "image/tiff", "tiff": "image/tiff", "heic": "image/heic",
+                 "woff": "font/woff", "woff2": "font/woff2", "ttf": "font/ttf", "otf": "font/otf",
+                 "css": "text/css", "css?v=2": "text/css", "html": "text/html", "htm": "text/html",
+                 "xht": "application/xhtml+xml", "xhtml": "application/xhtml+xml"}
+        page = ""
+        for extension, kind in types.items():
+            self.file(f"a.{extension}", b"")
+            form = "<link rel=stylesheet href={}>" if kind == "text/css" else "<img src={}>" if "html" not in kind else "<iframe src={}></iframe>"
+            page += form.format(f"a.{extension}".replace("?", "%3F"))
+        self.file("types.html", page.encode())
+        archive = self.create("types.html")
+        resources = [*archive["WebSubresources"], *(frame["WebMainResource"] for frame in archive["WebSubframeArchives"])]
+        found = {resource["WebResourceURL"].rpartition("/a.")[2].replace("%3F", "?"): resource["WebResourceMIMEType"] for resource in resources}
+        self.assertEqual(found, types)
+
     def test_nothing_but_what_pages_show_leaves_the_machine(self):
         self.file("secret", b"secret")
         self.file("secret.txt", b"secret")

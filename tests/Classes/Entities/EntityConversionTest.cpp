@@ -62,6 +62,11 @@ TEST(EntityConversion, DecodesWhatItCanAndCopiesTheRest) {
       {u"&pix", u"\u03c0x"},
       {u"&Dagger0", u"\u2021\x30"},
       {u"&Dagger00", u"&Dagger00"},
+      // The neighbours of digits and letters end a name.
+      {u"&pi/1234567&pi:1234567&pi@1234567&pi[1234567&pi`1234567&pi{1234567",
+       u"\u03c0/1234567\u03c0:1234567\u03c0@1234567\u03c0[1234567\u03c0`1234567\u03c0{1234567"},
+      {u"&frac12 1234567&frac12+1234567&AElig+1234567&zeta+1234567",
+       u"\u00bd 1234567\u00bd+1234567\u00c6+1234567\u03b6+1234567"},
       {u"&a", u"&a"},
   };
   for (const Case &one : cases) EXPECT_EQ(decoded(one.text), one.expected);

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <sstream>
 #include <string>
+#include <utility>
 
 #include "Classes/Dates/NSDateFormatter+NimboDateFormatterExtensions.hpp"
 #include "Classes/Feeds/AppendItem2Feed.hpp"
@@ -198,8 +200,46 @@ TEST(SafeMarkup, HasNothingThatRuns) {
       {"<scr<script>ipt>x", "ipt>x"},
       {"<a title='</a><script>x</script>'>b", "<a title=\"&lt;/a\">b</a>"},
       {"<p", "&lt;p"},
-      {"", ""}};
+      {"", ""},
+      {"<img src=data:image/webp,x><img src=data:image/jpeg;base64,x><img src=data:image/png>",
+       "<img src=\"data:image/webp,x\"><img src=\"data:image/jpeg;base64,x\"><img>"},
+      // Attributes of each element, those of others not.
+      {"<img alt='javascript:x' border=1 height=2 width=3 align=left start=4 href=a cite=b>",
+       "<img alt=\"javascript:x\" width=\"3\" height=\"2\" align=\"left\" border=\"1\">"},
+      {"<video src=a poster=b width=1 height=2 controls border=3>c</video>",
+       "<video src=\"a\" poster=\"b\" width=\"1\" height=\"2\" controls=\"\">c</video>"},
+      {"<audio src=a poster=b controls=c><source src=d type=e controls>",
+       "<audio src=\"a\" controls=\"c\"><source src=\"d\" type=\"e\"></audio>"},
+      {"<table border=1 width=2 height=3><tr valign=a align=b><td align=c valign=d colspan=4 rowspan=5 width=6 "
+       "border=7><th width=8 span=9>",
+       "<table width=\"2\" border=\"1\"><tr valign=\"a\"><td width=\"6\" align=\"c\" valign=\"d\" "
+       "colspan=\"4\" "
+       "rowspan=\"5\"><th width=\"8\"></table>"},
+      {"<colgroup span=2 width=3><col span=4 title=a>", "<colgroup span=\"2\"><col span=\"4\" title=\"a\">"},
+      {"<ol start=2 type=a><ul type=b start=3 lang=c dir=d>",
+       "<ol start=\"2\" type=\"a\"><ul type=\"b\" lang=\"c\" dir=\"d\"></ul></ol>"},
+      {"<font color=a><del cite=b datetime=c><q cite=javascript:x color=d><time datetime=e><p align=f type=g>",
+       "<font color=\"a\"><del cite=\"b\" datetime=\"c\"><q><time datetime=\"e\"><p align=\"f\">"
+       "</time></q></del></font>"}};
   for (const auto &[markup, safe] : cases) EXPECT_EQ(safeMarkup(string(markup)).UTF8String(), safe) << markup;
+  const std::pair<const char *, std::string> elements[] = {
+      {"a abbr acronym address article aside audio b bdi bdo big blockquote center cite code del details dfn "
+       "div dl "
+       "em figcaption figure font footer h1 h2 h3 h4 h5 h6 header i ins kbd main mark ol picture pre q ruby s "
+       "samp "
+       "section small span strike strong sub summary sup table time tt u ul var video",
+       "<@>x</@>"},
+      {"p li dt dd tr td th tbody thead tfoot colgroup caption rb rp rt rtc br hr img wbr col source", "<@>x"},
+      {"form input button select option object embed applet iframe base link meta svg math body html marquee",
+       "x"}};
+  for (const auto &[names, written] : elements) {
+    std::istringstream words(names);
+    for (std::string name; words >> name;) {
+      std::string expected = written;
+      for (std::size_t at; (at = expected.find('@')) != expected.npos;) expected.replace(at, 1, name);
+      EXPECT_EQ(safeMarkup(string("<" + name + ">x")).UTF8String(), expected);
+    }
+  }
   const NSURL base = NSURL::URLWithString(u"http://a/b/"_ns);
   EXPECT_EQ(safeMarkup(u"<a href='c'><img src=/d>"_ns, base),
             u"<a href=\"http://a/b/c\"><img src=\"http://a/d\"></a>"_ns);

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "Classes/Feeds/FeedReading.hpp"
@@ -83,6 +85,21 @@ TEST(FeedReading, KnowsNamespaces) {
       {"<html><rss><item/>", "no feed"},
       {"", "no feed"}};
   for (const auto &[text, items] : cases) EXPECT_EQ(shownItems(text), items) << text;
+  // Feeds of all versions, and what they are extended by.
+  for (const std::string uri :
+       {"http://www.w3.org/2005/Atom", "http://purl.org/atom/ns#", "http://purl.org/rss/1.0/",
+        "http://purl.org/net/rss1.1#", "http://my.netscape.com/rdf/simple/0.9/",
+        "http://channel.netscape.com/rdf/simple/0.9/", "http://backend.userland.com/rss2",
+        "http://blogs.law.harvard.edu/tech/rss"})
+    EXPECT_EQ(shownItems("<a:rss xmlns:a='" + uri + "'><a:item><a:title>t</a:title></a:item>"), "t:t|\n")
+        << uri;
+  const std::tuple<std::string, std::string, const char *> extensions[] = {
+      {"http://purl.org/dc/terms/", "<x:created>c</x:created>", "w:c|p:c|\n"},
+      {"http://www.itunes.com/dtds/podcast-1.0.dtd", "<x:author>a</x:author>", "a:a|\n"},
+      {"http://www.w3.org/1999/xhtml", "<x:body><p>b</p></x:body>", "c:<p>b</p>|\n"},
+      {"http://purl.org/rss/1.0/modules/syndication/", "<x:title>t</x:title>", "\n"}};
+  for (const auto &[uri, element, items] : extensions)
+    EXPECT_EQ(shownItems("<rss><item xmlns:x='" + uri + "'>" + element + "</item>"), items) << uri;
 }
 
 TEST(FeedReading, ReadsItems) {
@@ -124,6 +141,13 @@ TEST(FeedReading, ReadsItems) {
        "c:b<script><![CDATA[c]]></script>|"},
       {"<enclosure length='1'/><enclosure url='a&amp;b'/>", "e:a&b|"},
       {"<fullitem>f</fullitem>", "c:f|"},
+      {"<g:condition_value>x</g:condition_value><a-name-longer-than-all/><title>t</title>", "t:t|"},
+      {"<itunes:summary>d</itunes:summary><itunes:image href='m'/>", "d:d|m:m|"},
+      {"<media:description>d</media:description><dc:author>a</dc:author>", "d:d|a:a|"},
+      {"<dc:description>d</dc:description><lastmod>u</lastmod>", "d:d|w:u|u:u|"},
+      {"<published>p</published><updated>u</updated>", "w:p|p:p|u:u|"},
+      {"<dcterms:modified>u</dcterms:modified><dcterms:issued>p</dcterms:issued>", "w:p|p:p|u:u|"},
+      {"<dcterms:created>p</dcterms:created><dc:date>u</dc:date>", "w:u|p:p|u:u|"},
       {"<body xmlns='http://www.w3.org/1999/xhtml'><p>b</p></body>", "c:<p>b</p>|"},
       {"<title>t</title><summary>not ended", "t:t|d:not ended|"},
   };
@@ -158,6 +182,9 @@ TEST(FeedReading, ReadsWhatFeedsTellOfThemselves) {
   ASSERT_TRUE(atom);
   EXPECT_EQ(atom->format, FeedFormat::kAtom);
   EXPECT_EQ(atom->feedURL, u"s"_ns);
+  const auto old = readFeed(string("<feed><tagline>d</tagline><dc:language>de</dc:language>"));
+  ASSERT_TRUE(old);
+  EXPECT_EQ(shown(old->header) + old->language.UTF8String(), "d:d|de");
   EXPECT_EQ(shown(atom->header), "d:d|a:a|m:m|");
   EXPECT_EQ(
       OPMLOfFeed(*atom, NSURL()),
@@ -195,14 +222,17 @@ TEST(FeedReading, ReadsAndWritesJSONFeed) {
 
   const auto made =
       readFeed(string("<rss><item><title>a &amp;amp; &lt;b>c</title><description>&lt;p>d</description>"
-                      "<content:encoded>e</content:encoded><enclosure url='u' length='1 MB'/></item>"
+                      "<content:encoded>e</content:encoded><enclosure url='u' length='1 MB'/>"
+                      "<enclosure url='v' length='1' type='t'/><enclosure url='w' length='0'/></item>"
                       "<item><link>l</link><pubDate>never</pubDate></item><item/>"));
   ASSERT_TRUE(made);
-  EXPECT_EQ(id(JSONFeedOfFeed(*made).objectForKey(u"items"_ns)),
-            NSJSONSerialization::JSONObjectWithString(string(
-                R"([{"id":"a & c","title":"a & c","content_html":"e","summary":"d","attachments":[{"url":"u",)"
-                R"("mime_type":"application/octet-stream"}]},{"id":"l","url":"l","content_text":""},)"
-                R"({"id":"2","content_text":""}])")));
+  EXPECT_EQ(
+      id(JSONFeedOfFeed(*made).objectForKey(u"items"_ns)),
+      NSJSONSerialization::JSONObjectWithString(string(
+          R"([{"id":"a & c","title":"a & c","content_html":"e","summary":"d","attachments":[{"url":"u",)"
+          R"("mime_type":"application/octet-stream"},{"url":"v","mime_type":"t","size_in_bytes":1},)"
+          R"({"url":"w","mime_type":"application/octet-stream"}]},{"id":"l","url":"l","content_text":""},)"
+          R"({"id":"2","content_text":""}])")));
 }
 
 TEST(FeedReading, WritesPages) {

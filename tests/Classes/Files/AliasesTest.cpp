@@ -41,6 +41,8 @@ NSData dataOf(std::string_view bytes) {
 struct BookmarkBuilder {
   std::string records = little(0);
   std::vector<std::pair<std::uint32_t, std::uint32_t>> table;
+  /// How many tables without entries lead to the one with them.
+  std::uint32_t emptyTables = 0;
 
   std::uint32_t add(std::uint32_t type, std::string_view bytes) {
     const auto offset = static_cast<std::uint32_t>(records.size());
@@ -58,6 +60,8 @@ struct BookmarkBuilder {
   std::string body() const {
     std::string bytes = records;
     bytes.replace(0, 4, little(records.size()));
+    for (std::uint32_t i = 0; i < emptyTables; ++i)
+      bytes += little(12) + little(0xfffffffe) + little(1) + little(bytes.size() + 20) + little(0);
     bytes += little(12 * table.size() + 12) + little(0xfffffffe) + little(1) + little(0) + little(table.size());
     for (const auto &[key, offset] : table) bytes += little(key) + little(offset) + little(0);
     return bytes;
@@ -177,6 +181,19 @@ TEST(Aliases, BelieveNoOffset) {
     const NSString path = originalOfBookmark(dataOf(deep.bookmark())).path;
     EXPECT_EQ(path.length(), count == 4096 ? 2 * count : 0);
   }
+  // More tables than any bookmark has, and as many as one may have.
+  for (const std::uint32_t count : {15u, 16u}) {
+    BookmarkBuilder many;
+    many.addPath({"a"});
+    many.emptyTables = count;
+    EXPECT_EQ(originalOfBookmark(dataOf(many.bookmark())).path, count == 15 ? u"/a"_ns : NSString());
+  }
+  // Records that begin within the header.
+  const std::string header = "book" + little(80) + little(0x10040000) + little(12) + std::string(8, '\0');
+  const std::string records = little(24) + little(0xfffffffe) + little(1) + little(0) + little(1) +
+                              little(0x1004) + little(44) + little(0) + little(4) + little(0x601) + little(56) +
+                              little(1) + little(0x101) + "a\0\0\0"s;
+  EXPECT_FALSE(originalOfBookmark(dataOf(header + records)).path);
   // A table that follows itself.
   std::string circle = BookmarkBuilder().bookmark();
   circle.replace(circle.size() - 8, 4, little(4));

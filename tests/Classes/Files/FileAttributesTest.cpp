@@ -158,24 +158,40 @@ TEST(FileAttributes, ThatCannotBeChangedAreLogged) {
             }).find("setFileHFSCreatorCode:atPath: (codes):\n/\nIs a directory"),
             std::string::npos);
   using Change = bool (*)(const NSString &path);
-  const Change changes[] = {
-      [](const NSString &path) { return setFileCreationDate(NSDate::date(), path); },
-      [](const NSString &path) { return setFileModificationDate(NSDate::date(), path); },
-      [](const NSString &path) { return touchFile(path); },
-      [](const NSString &path) { return setFileHFSCreatorCode(kText, kText, path); },
-      [](const NSString &path) { return setFileExtensionHidden(true, path); },
-      [](const NSString &path) { return setFileImmutable(true, path); },
-      [](const NSString &path) { return setFileLocked(true, path); },
-      [](const NSString &path) { return setFinderComment(u"x"_ns, path); },
-      [](const NSString &path) { return setFinderLabel(1, path); },
-      [](const NSString &path) { return setExtendedAttributeNamed(NSData::data(), u"user.x"_ns, path); },
+  const std::pair<Change, std::string> changes[] = {
+      {[](const NSString &path) { return setFileCreationDate(NSDate::date(), path); },
+       "setFileCreationDate:atPath: (date)"},
+      {[](const NSString &path) { return setFileModificationDate(NSDate::date(), path); },
+       "setFileModificationDate:atPath: (date)"},
+      {[](const NSString &path) { return touchFile(path); }, "touchFile: (date)"},
+      {[](const NSString &path) { return setFileHFSCreatorCode(kText, kText, path); },
+       "setFileHFSCreatorCode:typeCode:atPath: (codes)"},
+      {[](const NSString &path) { return setFileExtensionHidden(true, path); },
+       "setFileExtensionHidden:atPath: (hidden extension)"},
+      {[](const NSString &path) { return setFileImmutable(true, path); },
+       "setFileImmutable:atPath: (immutable)"},
+      {[](const NSString &path) { return setFileLocked(true, path); }, "setFileLocked:atPath: (locked)"},
+      {[](const NSString &path) { return setFinderComment(u"x"_ns, path); },
+       "setFinderComment:atPath: (user.xdg.comment)"},
+      {[](const NSString &path) { return setFinderLabel(1, path); }, "setFinderLabel:atPath: (label)"},
+      {[](const NSString &path) { return setExtendedAttributeNamed(NSData::data(), u"user.x"_ns, path); },
+       "setExtendedAttribute:named:atPath: (user.x)"},
   };
-  for (const Change &change : changes) {
-    for (const NSString &path : {missing, NSString()})
-      EXPECT_NE(logOf([&] { EXPECT_FALSE(change(path)); }).find("\n"), std::string::npos) << &change - changes;
+  for (const auto &[change, what] : changes) {
+    for (const NSString &path : {missing, NSString()}) {
+      const std::string log = logOf([&] { EXPECT_FALSE(change(path)); });
+      EXPECT_TRUE(log.starts_with(what + ":\n" + (path ? path.UTF8String() : "(null)") + "\n")) << log;
+      EXPECT_NE(log.find("o such file"), std::string::npos) << log;
+    }
   }
   EXPECT_FALSE(fs::exists(folder.path() / "missing"));
   EXPECT_FALSE(setFileCreationDate(NSDate::dateWithUTC(1900, 1, 1, 0, 0, 0), file));
+  // The first and the last second that file servers have, and those around them.
+  for (const int seconds : {52, 53})
+    EXPECT_EQ(setFileCreationDate(NSDate::dateWithUTC(1931, 12, 13, 20, 45, seconds), file), seconds == 53);
+  for (const int seconds : {7, 8})
+    EXPECT_EQ(setFileCreationDate(NSDate::dateWithUTC(2068, 1, 19, 3, 14, seconds), file), seconds == 7);
+  EXPECT_EQ(fileCreationDate(file), NSDate::dateWithUTC(2068, 1, 19, 3, 14, 7));
   EXPECT_FALSE(setFileModificationDate(NSDate{HUGE_VAL}, file));
   for (const int label : {-1, 8}) EXPECT_FALSE(setFinderLabel(label, file));
 }

@@ -191,6 +191,9 @@ TEST(Moving, AsksWhatToDo) {
   EXPECT_TRUE(updatePath(a, b, false, true, handler));
   EXPECT_EQ(contentOf(b), "1");
   EXPECT_EQ(std::pair(questions, told), std::pair(2, 2));
+  EXPECT_TRUE(fileExtensionHidden(b));
+  EXPECT_TRUE(updatePath(b, c) && fileExtensionHidden(c));
+  EXPECT_TRUE(updatePath(c, b, false, false, {}) && !fileExtensionHidden(b));
 
   // The path's "~" is a name, and stands for no other folder.
   const fs::path working = fs::current_path();

@@ -11,7 +11,9 @@
 #include <utility>
 #include <vector>
 
+#include "Classes/Files/ResourceFork.hpp"
 #include "platform/Foundation/NSHFSFileTypes.hpp"
+#include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/System/FinderInfo.hpp"
 #include "tests/support/FileReaders.hpp"
 #include "tests/support/TemporaryFolder.hpp"
@@ -94,6 +96,18 @@ TEST(InternetLocations, AreReadInAllForms) {
     EXPECT_EQ(url, expected ? text(expected) : NSString()) << bytes << url.UTF8String();
     EXPECT_EQ(static_cast<bool>(error), !expected) << bytes;
   }
+  // What is no property list is told, not that it has no URL.
+  const std::string cut(kXML.substr(0, 250));
+  NSError error, reason;
+  EXPECT_FALSE(NSPropertyListSerialization::propertyListFromData(NSData::dataWithBytes(cut.data(), cut.size()),
+                                                                 nullptr, &reason));
+  EXPECT_FALSE(resolveInternetLocation(folder.write("location", cut), &error));
+  EXPECT_EQ(error, reason);
+  // Nor is there one in a fork without a URL.
+  const NSString other = folder.write("other", "");
+  auto fork = ResourceFork::resourceForkForWritingAtPath(other);
+  ASSERT_TRUE(fork && fork->addString(u"http://example.org/"_ns, 0x54455854, 256));
+  EXPECT_FALSE(resolveInternetLocation(other));
 }
 
 id URLAtPath(const NSString &path, NSError *error) {
@@ -136,6 +150,12 @@ TEST(InternetLocations, AreWrittenAsTheyAreRead) {
   EXPECT_TRUE(contents("2/a \\ b.desktop").starts_with("<?xml"));
   EXPECT_TRUE(contents("3/a \\ b.desktop").starts_with("bplist00"));
   EXPECT_EQ(contents("4/a \\ b.desktop"), "");
+  const auto fork = ResourceFork::resourceForkForReadingAtPath(folder.string("new/4/a \\ b.desktop"));
+  ASSERT_TRUE(fork);
+  EXPECT_EQ(fork->dataForType(0x75726c20, 256).view(), "vnc://b");  // 'url '
+  ASSERT_TRUE(createDesktopLink(url, folder.string("a\nb\rc\td")));
+  EXPECT_EQ(contentsOfFile((folder.path() / "a\nb\rc\td").native()),
+            "[Desktop Entry]\nVersion=1.0\nType=Link\nName=a\\nb\\rc\\td\nURL=" + whole.UTF8String() + "\n");
   // A fork takes the place of what was there.
   const NSString other = folder.string("new/1/a \\ b.desktop");
   ASSERT_TRUE(createInternetLocation(url, other, InternetLocationForm::resourceFork));
@@ -188,17 +208,24 @@ TEST(InternetLocations, AreKnownByExtensionsAndTypes) {
       isInternetLocationFile(folder.write("b.desktop", "[Desktop Entry]\nType=Application\nExec=a\n")));
   const NSString plain = folder.write("a.txt", "URL=http://a");
   EXPECT_FALSE(isInternetLocationFile(plain));
-  const NSURL url = NSURL::URLWithString(u"ftp://a/"_ns);
-  if (createInternetLocation(url, plain, InternetLocationForm::resourceFork) &&
-      finderField(plain, kFinderType) == NSHFSTypeCodeFromFileType(u"'ilft'"_ns)) {
-    EXPECT_TRUE(isInternetLocationFile(plain));
+  const std::pair<NSString, NSString> types[] = {
+      {u"http://a/"_ns, u"'ilht'"_ns},  {u"ftp://a/"_ns, u"'ilft'"_ns}, {u"file:///a"_ns, u"'ilfi'"_ns},
+      {u"mailto:a@b"_ns, u"'ilma'"_ns}, {u"news:a"_ns, u"'ilnw'"_ns},   {u"vnc://a"_ns, u"'ilvn'"_ns},
+      {u"ssh://a"_ns, u"'ilge'"_ns}};
+  for (const auto &[url, type] : types) {
+    ASSERT_TRUE(createInternetLocation(NSURL::URLWithString(url), plain, InternetLocationForm::resourceFork));
+    EXPECT_EQ(finderField(plain, kFinderType), NSHFSTypeCodeFromFileType(type)) << url.UTF8String();
+    EXPECT_TRUE(isInternetLocationFile(plain)) << url.UTF8String();
   }
   EXPECT_FALSE(isInternetLocationFile(folder.string("none.webloc")));
   std::filesystem::create_directory(folder.path() / "folder.webloc");
   EXPECT_FALSE(isInternetLocationFile(folder.string("folder.webloc")));
   EXPECT_FALSE(resolveInternetLocation(folder.string("folder.webloc")));
-  std::filesystem::resize_file(folder.path() / "a.webloc", (16u << 20) + 1);
+  std::filesystem::resize_file(folder.path() / "a.webloc", 16u << 20);
   NSError error;
+  EXPECT_FALSE(resolveInternetLocation(folder.string("a.webloc"), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+  std::filesystem::resize_file(folder.path() / "a.webloc", (16u << 20) + 1);
   EXPECT_FALSE(resolveInternetLocation(folder.string("a.webloc"), &error));
   EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
 }

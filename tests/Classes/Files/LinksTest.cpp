@@ -136,7 +136,8 @@ TEST_F(FileLinks, VolumesAreThoseBelowTheirFolder) {
                                              {u"Volumes/none"_ns, true},   {NSString(), true},
                                              {u"/Volumes/disk"_ns, true},  {u"/Volumes/disk/none"_ns, true},
                                              {u"/Volumes/none"_ns, false}, {u"/Volumes/none/disk"_ns, false},
-                                             {u"/Volumes/dis"_ns, false},  {u"/Volumes/file/"_ns, false}};
+                                             {u"/Volumes/dis"_ns, false},  {u"/Volumes/file/"_ns, false},
+                                             {u"/Volumes2/none"_ns, true}};
   folder_.write("Volumes/disk/file", "");
   folder_.write("Volumes/file", "");
   // The child has this test's folder for the root; it answers with the number of the first case that is wrong.

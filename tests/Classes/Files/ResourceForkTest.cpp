@@ -132,6 +132,10 @@ TEST(ResourceMap, IsWrittenByteByByte) {
   const auto again = ResourceMap::resourceMapWithData(map.data()).value();
   EXPECT_EQ(again.reserved, bytes(std::string(240, '\0')));
   EXPECT_EQ(ResourceMap::resourceMapWithData(again.data())->data(), again.data());
+  // What the system reserves stays as it is.
+  std::string used(again.data().view());
+  used.replace(16, 240, 240, 'r');
+  EXPECT_EQ(ResourceMap::resourceMapWithData(bytes(used)).value().data(), bytes(used));
 }
 
 TEST(ResourceMap, HasLimits) {

@@ -118,8 +118,11 @@ class BundleTest(unittest.TestCase):
         path, *lines = done.stdout.splitlines()
         self.assertEqual((path, lines[:6]), (str(self.bundle), names))
         self.assertEqual(sorted(lines[6:]), [f"{plugins}/a.bundle", f"{plugins}/b.bundle"])
-        self.information(CFBundleIdentifier="../x")
-        self.assertEqual(self.run_program().stdout.splitlines()[1:7], ["nil"] * 6)
+        # As long as the name of a file may be, and a byte longer.
+        longest = "\u00e9" * 125 + "x"
+        for identifier, log in ((longest, f"{self.folder}/Library/Logs/{longest}.log"), (longest + "x", "nil"), ("../x", "nil")):
+            self.information(CFBundleIdentifier=identifier)
+            self.assertEqual(self.run_program(LC_ALL="C.UTF-8").stdout.splitlines()[1:7], ["nil"] * 5 + [log])
 
     def test_new_versions_are_looked_for_on_a_server(self):
         served = self.folder / "served"

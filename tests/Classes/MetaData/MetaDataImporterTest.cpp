@@ -7,6 +7,7 @@
 #include "Classes/MetaData/MDImporterAttributeDictionary.hpp"
 #include "Classes/MetaData/MDImporterListing.hpp"
 #include "platform/Foundation/NSPathUtilities.hpp"
+#include "platform/Foundation/NSUserDefaults.hpp"
 #include "tests/support/EnvironmentSetting.hpp"
 #include "tests/support/ImporterBundle.hpp"
 
@@ -219,6 +220,53 @@ TEST_F(MetaDataImporterTest, SaysWhyThereIsNoneOrNotAll) {
     EXPECT_LE(told.size(), 1000u);
     EXPECT_FALSE(importer.textContentOfFileAtPath(path));
   }
+}
+
+TEST_F(MetaDataImporterTest, NamesAFewOfTheImportersThatCannotBeUsed) {
+  for (const int count : {3, 4}) {
+    for (int i = 0; i < count; ++i)
+      folder.write("home/" + std::to_string(i) + ".mdimporter/Contents/Info.plist", "<plist><dict>");
+    NSError error;
+    MetaDataImporter(locations).metaDataOfFileAtPath(folder.write("a.gif", ""), &error);
+    const std::string told = error.localizedFailureReason.UTF8String();
+    std::size_t named = 0;
+    for (std::size_t at = 0; (at = told.find("; not used: ", at)) != told.npos; ++at) ++named;
+    EXPECT_EQ(named, 3u) << told;
+  }
+}
+
+TEST_F(MetaDataImporterTest, HasItsPlacesBySettingsOfTheUser) {
+  const EnvironmentSetting home("HOME", "/h");
+  const std::pair<const char *, NSString> places[] = {{nullptr, u"/h/.local/share/quiverleaf/importers"_ns},
+                                                      {"", u"/h/.local/share/quiverleaf/importers"_ns},
+                                                      {"data", u"/h/.local/share/quiverleaf/importers"_ns},
+                                                      {"/data", u"/data/quiverleaf/importers"_ns}};
+  for (const auto &[data, place] : places) {
+    const EnvironmentSetting setting("XDG_DATA_HOME", data);
+    EXPECT_EQ(MetaDataImporterLocations::standardLocations().userImporterFolder, place);
+  }
+  const auto standard = MetaDataImporterLocations::standardLocations();
+  EXPECT_EQ(standard.importerTool, u"/usr/bin/mdimport"_ns);
+  EXPECT_EQ(standard.applicationFolders,
+            (std::vector{u"~/Applications"_ns, u"/Applications"_ns, u"/Developer/Applications"_ns}));
+  EXPECT_EQ(standard.importerFolders, (std::vector{u"/h/Library/Spotlight"_ns, u"/Library/Spotlight"_ns,
+                                                   u"/System/Library/Spotlight"_ns}));
+  EXPECT_TRUE(standard.shippedImporterFolder.view().ends_with(u"/importers"));
+
+  NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
+  const std::pair<NSString, id> settings[] = {{u"MDImporterTool"_ns, u"~/tool"_ns},
+                                              {u"MDImporterApplicationFolders"_ns, NSArray{u"~/a"_ns}},
+                                              {u"MDImporterFolders"_ns, NSArray{u"~/i"_ns, u"/j"_ns}},
+                                              {u"MDImporterUserFolder"_ns, u"~/u"_ns},
+                                              {u"MDImporterShippedFolder"_ns, u"/s"_ns}};
+  for (const auto &[key, value] : settings) defaults.setObject(value, key);
+  const auto own = MetaDataImporterLocations::standardLocations();
+  for (const auto &[key, value] : settings) defaults.removeObjectForKey(key);
+  EXPECT_EQ(own.importerTool, u"/h/tool"_ns);
+  EXPECT_EQ(own.applicationFolders, std::vector{u"~/a"_ns});
+  EXPECT_EQ(own.importerFolders, (std::vector{u"/h/i"_ns, u"/j"_ns}));
+  EXPECT_EQ(own.userImporterFolder, u"/h/u"_ns);
+  EXPECT_EQ(own.shippedImporterFolder, u"/s"_ns);
 }
 
 }  // namespace

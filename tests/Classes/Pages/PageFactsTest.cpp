@@ -71,7 +71,8 @@ TEST(PageFacts, LinkTagsNameTheCanonicalURLAndTheIcon) {
        {u"<link rel='SHORTCUT ICON' href=a.ico>", "/a.ico"},
        {u"<link rel='x shortcut icons' href=../a.ico>", "../a.ico"},
        {u"<body><link rel='shortcut icon'><link rel='shortcut icon' href=http://e.org/a>", "http://e.org/a"},
-       {u"</link rel='shortcut icon' href=a>", nullptr}},
+       {u"</link rel='shortcut icon' href=a>", nullptr},
+       {u"<a rel='shortcut icon' href=a>", nullptr}},
       htmlFavIcon);
   constexpr std::u16string_view kTag = u"x<link rel='shortcut icon' href=a>";
   EXPECT_EQ(getFavIcon(kTag.data(), 2, 4, 1, static_cast<std::uint32_t>(kTag.size()) - 1), u"/a"_ns);
@@ -152,10 +153,16 @@ TEST(PageFacts, BaseTagsAreAddedSetAndRemoved) {
   expectEach({{u"<head><head x>a", "<head><head x><BASE href=\"http://e.org/?a&amp;b\"/>\na"},
               {u"<head><base target=x>", "<head><BASE href=\"http://e.org/?a&amp;b\"/>\n<base target=x>"},
               {u"<head><base href=x>", "<head><base href=x>"},
+              {u"<html><meta x><head><title>a",
+               "<html><meta x><head><BASE href=\"http://e.org/?a&amp;b\"/>\n<title>a"},
+              {u"<base target=x><head><base href=x>", "<base target=x><head><base href=x>"},
+              {u"<head></head><base href=x>", "<head></head><base href=x>"},
               {u"<header></head><body><head>", "<header></head><body><head>"}},
              add);
   expectEach({{u"1<base href=x>2<base href=y>", "1<BASE href=\"a\"/>\n2<base href=y>"},
               {u"<head>", "<head><BASE href=\"a\"/>\n"},
+              {u"<p><base target=x><base href=y>z", "<p><base target=x><BASE href=\"a\"/>\nz"},
+              {u"<body><base href=x>", "<body><base href=x>"},
               {u"<p>", "<p>"}},
              set);
   expectEach({{u"1<base href=x>2", "12"}, {u"<head>", "<head>"}}, clear);

@@ -103,6 +103,10 @@ TEST(PageLinks, FramesComeWithFacts) {
   EXPECT_EQ(revisit, u"3 days"_ns);
   EXPECT_TRUE(isFeed);
   EXPECT_FALSE(isSet);
+  const PageFacts facts = contentsOfPage(page).facts;
+  EXPECT_EQ(facts.robots, u"x,y"_ns);
+  EXPECT_EQ(facts.revisit, u"3 days"_ns);
+  EXPECT_TRUE(facts.isFeed);
   EXPECT_EQ(htmlLinksAndFramesBaseURL(page, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
   EXPECT_EQ(htmlFramesSet(page, nullptr, nullptr), (std::vector{u"a"_ns, u"b"_ns}));
   EXPECT_EQ(htmlLinksAndFramesSet(page, nullptr, nullptr), (std::vector{u"a"_ns, u"b"_ns, u"c"_ns}));
@@ -134,6 +138,9 @@ TEST(PageContents, TellTextAndPlaceOfEachLink) {
   EXPECT_EQ(contentsOfPage(exactString(kPage)).linksBaseURL.absoluteString(), u"http://h/?u=&"_ns);
   for (const PageLink &link : contentsOfPage(exactString(kPage)).links) EXPECT_FALSE(link.text);
   EXPECT_TRUE(contentsOfPage(NSString()).links.empty());
+  EXPECT_TRUE(contentsOfPage(u"</a href=a></area href=b></frame src=c></img src=d></link rel=stylesheet href=e>"
+                             u"</embed href=f></object href=g></body background=h>"_ns)
+                  .links.empty());
   EXPECT_EQ(contentsOfPage(NSString()).facts.title, NSString::string());
 }
 
@@ -167,6 +174,9 @@ TEST(LinkThumbsAndTitles, AreThoseOfTheLinks) {
                                   {u"http://e.org/p/c.html"_ns, u"C"_ns}}));
   getLinkThumbs(u"<a href=a>x <img src=b.jpeg><img src=c.jpe>"_ns, &thumbs, nullptr, NSURL(), false);
   EXPECT_EQ(thumbs, (NSDictionary{{u"a"_ns, u"c.jpe"_ns}}));
+  getLinkThumbs(u"<a href=a>x</a href=b><img src=c.png></a><a href=d></img src=e.png></a>"_ns, &thumbs, nullptr,
+                NSURL(), false);
+  EXPECT_EQ(thumbs, NSDictionary::dictionary());
   getLinkThumbs(NSString(), &thumbs, &titles, base, false);
   EXPECT_EQ(titles, NSDictionary::dictionary());
 }

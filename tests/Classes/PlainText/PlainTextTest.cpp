@@ -116,6 +116,7 @@ TEST(PlainText, WritesEachTextOnce) {
           {"1 < 2 <script>if (a<b && c) d='<p>'</SCRIPT>3 < 4 <style>e</script>f</style>g", "1 < 2 3 < 4 g"},
           {"a<style>b<body>c", "ac"},
           {"a<noscript><p>b</noscript><noframes>c</noframes>d", "a d"},
+          {"a<noscript>b<noscript/>c</noscript>d", "a d"},
           {"a<img alt='b &amp; c'>d<img src=e.png><input type=image alt=f>", "a b & c d f"},
           {"<input value=a><input type=SUBMIT value=b><input type=hidden value=c><input type=password value=d>",
            "a b"},
@@ -128,6 +129,9 @@ TEST(PlainText, WritesEachTextOnce) {
           {"<marquee>a</marquee>b", "a\nb"},
           {"<img data-alt=x alt='a > b'><input data-value=x value=c><input data-type=hidden value=d>",
            "a > b c d"},
+          {"a</img alt=x>b</input value=x>c", "a b c"},
+          {"<select size=1><option>a<option>b</select>c", "a c"},
+          {"<select><option>a<option>b<option selected>c<option>d</select>e", "c e"},
       });
 }
 
@@ -144,6 +148,7 @@ TEST(PlainText, LeavesOutWhatNoBrowserShows) {
                    "ab"},
                   {"<div>a<video>x</div>b<ul><li><canvas>x</ul>c<iframe/>d", "\n\na\n\nb\n\n\nc d"},
                   {"<audio>x<body>b", "b"},
+                  {"a<template><img alt=x><input value=x></template>b", "ab"},
               });
 }
 
@@ -235,6 +240,7 @@ TEST(PlainText, Simplifies) {
            {"<html><head><title>T</title></head><body>a &amp; b</body></html>", " a & b"},
            {"<body>it&#146;s", " it’s"},
            {"<title>T</title>a<b>&lt</b>", " T a &lt"},
+           {"<b>&lt;</b>", " <"},
            {"<body>a\n  b<script>c</script><!--d-->e<noframes>f</noframes></body>g", " a\n  b e f"},
            {"<br>", "<br>"},
        })
@@ -267,6 +273,16 @@ TEST(PlainText, RemovesJunkWhenAsked) {
            {"<div hidden>x<body>y", "y"},
            {"<b style=font-size:3pt>x</b><b style=font-size:4px>x</b><b style=font-size:0>x</b>y", "y"},
            {"<b style='position:absolute;left:-100px'>x</b>y", "y"},
+           {"<b style='position:absolute;top:-100px'>x</b>y", "y"},
+           {"<b style=font-size:1pt>x<i>x</i><i style=font-size:9pt>y</i></b>", "y"},
+           {"<b hidden>x<i style=font-size:9pt>x</i></b>y", "y"},
+           {"<body bgcolor=white><font color=#fff>x</font>y", "y"},
+           {"<body bgcolor=white><b style='color:white'>x</b>y", "y"},
+           {"<body bgcolor=white><td bgcolor=navy>y<td style='color:white'>x", "y"},
+           {"<body bgcolor=white><b style='background:none'><i style='color:white'>x</i>y</b>", "y"},
+           {"<body bgcolor=white><b style='background:transparent'><i style='color:white'>x</i>y</b>", "y"},
+           {"<body bgcolor=white><b style='background-color:inherit'><i style='color:white'>x</i>y</b>", "y"},
+           {"<body bgcolor=white><b style='background:#FFFFFF'><i style='color:white'>x</i>y</b>", "y"},
            {"<b style='visibility:hidden;display:inline'>x</b>y", "y"},
            {"a<b>" + longer + "</b>", "a"},
            {"a<h1>" + prose + "word</h1>b", "a\n\n\n\nb"},
@@ -305,6 +321,11 @@ TEST(PlainText, RemovesJunkWhenAsked) {
           {"<body bgcolor=white><td bgcolor=navy><font color=white>x</font><td background=y.png><b "
            "style='color:#fff'>y</b><td style='background:#008; color:white'>z",
            "x y z"},
+          {"<body bgcolor=white><td bgcolor=navy style='color:white'>x", "x"},
+          {"<body bgcolor=white><b style='background-image:url(a)'><i style='color:white'>x</i></b>", "x"},
+          {"<b style='position:absolute;left:auto;font-size:small'>x</b><b style='font-size:var(--0)'>y", "xy"},
+          // The date of a feed's page is no junk.
+          {"<font class=feed_date>x</font>y", "y"},
       });
 }
 

@@ -100,6 +100,7 @@ TEST(Stripping, OfObjects) {
               {u"a<object title=text><param name=b value=c><p>d<object>e</object></object>f", u"a text f"},
               {u"a<object><embed src=b><p>c</p></object>d", u"a<p> c</p> d"},
               {u"a<object title=text><p>b<object></object>c", u"a text<p> b c"},
+              {u"a</object title=b>c</img alt=d>e", u"a c e"},
               {u"<video title=text/><p>a<iframe title=\"other\">b</iframe></video>", u" text/<p> a other"},
               {u"<p>a</p><objects>", kItself}},
              stripObjects);

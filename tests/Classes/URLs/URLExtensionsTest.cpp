@@ -443,6 +443,8 @@ TEST(Components, AreThoseOfTheURL) {
       {fileSystemPathPOSIXStyle(url("http://h/a")), "-"},
       {fileSystemPathHFSStyle(url("file:///a/b")), "Root:a:b"},
       {baseDirectory(url("mailto:a/b")), "-"},
+      {pathWithParamsAndQuery(url("mailto:a?b#c")), "-"},
+      {pathWithParamsAndQueryAndFragment(url("mailto:a?b#c")), "-"},
       {pathRelativeToDirectory(url("http://h/a/b/"), u"/a/c"_ns, false, u"index.html"_ns), "../b/index.html"},
   };
   for (const auto &[found, expected] : cases) EXPECT_EQ(shown(found), expected);
@@ -452,6 +454,9 @@ TEST(Components, AreThoseOfTheURL) {
   EXPECT_TRUE(isBaseDirectory(url("http://h")) && isBaseDirectory(url("http://h/a/")));
   EXPECT_FALSE(isBaseDirectory(url("http://h/a")) || isBaseDirectory(url("http://h/a/?b")) ||
                isBaseDirectory(NSURL()));
+  EXPECT_TRUE(isBaseDirectory(url("file:///a;b/")));
+  for (const auto string : {"http://h/a;b/", "http://h/a/#b", "file:///a", "mailto:a/"})
+    EXPECT_FALSE(isBaseDirectory(url(string))) << string;
 }
 
 TEST(FileReferences, FollowFiles) {
@@ -480,6 +485,11 @@ TEST(InvertedPaths, StayInTheirFolder) {
   EXPECT_EQ(inverted("http://h/a/b/c/d", {}, 3), "/d/h/a/b-c-d");
   EXPECT_EQ(inverted("http://h/abcdef/%F0%9F%98%80x", {}, 0, 1), "/d/h/a");
   EXPECT_EQ(inverted("mailto:a@b"), "-");
+  EXPECT_EQ(inverted("file:a"), "-");
+  EXPECT_EQ(shown(invertedPathRelativeToDirectory(url("http://H/A;jsessionid=1/B?C=d"), u"/d"_ns)),
+            "/d/h/A;jsessionid=1/B?C=d");
+  EXPECT_EQ(inverted("http://h/a/b/c", {}, 4), "/d/h/a/b/c");
+  EXPECT_EQ(inverted("http://h/abc", {}, 0, 3), "/d/h/abc");
   EXPECT_EQ(inverted("http:///a"), "-");
   for (const auto string : {"http://h/../../x", "http://h/%2e%2e/%2e%2e%2fx", "http://../a",
                             "http://h/a%2f..%2f..%2fx", "http://h/..?/../x"}) {

@@ -299,6 +299,10 @@ TEST(URLSimplifying, RemovesWhatNamesDo) {
                 {u"http://h/a;jsessionid=1/(S(x))/b?PHPSESSID=2&c=3", u"http://h/a/b?c=3"},
                 {u"h?PHPSESSID=1&a=2;CFID=3#f", u"h?a=2#f"},
                 {u"h?sid=c04d2ae81f6b97035e", u"h"},
+                // One letter less, one run of digits less.
+                {u"h?sid=1a2b3cdefghijklm&session=x1a2b3cdefghijkl", u"h"},
+                {u"h?sid=1a2b3cdefghijkl&session=1a2bcdefghijklmn&sid=1a2b3cdefghijklm-",
+                 u"h?sid=1a2b3cdefghijkl&session=1a2bcdefghijklmn&sid=1a2b3cdefghijklm-"},
                 {u"/a;sid=0BcD2ae81f6b97035e?session=123e4567-e89b-12d3-a456-426614174000", u"/a"},
                 {u"h?sid=1&session=keynote2024opening&sessionid=a1b2c3",
                  u"h?sid=1&session=keynote2024opening&sessionid=a1b2c3"},
