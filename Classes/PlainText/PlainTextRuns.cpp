@@ -87,6 +87,7 @@ void removeJunk(PlainTextConversion &conversion, const PlainTextWriter::Mark &be
 }  // namespace
 
 void writeTextRun(PlainTextConversion &conversion, TextRun run) {
+  if (run.units.empty()) return;
   if (run.isPreformatted) {
     const std::size_t length = run.units.size();
     run.units = conversion.preformatted.textBehindStartTag(run.units);

@@ -11,10 +11,10 @@
 
 namespace nimbo::detail {
 
-/// The values of a list, or another value as the only one.
+/// The values of a list, or a value that is no list as the only one.
 inline std::span<const CSSValue> valuesOf(const CSSValue &value NIMBO_LIFETIMEBOUND) {
   if (value.kind() == CSSValueKind::kList) return value.values();
-  return {&value, 1};
+  return {&value, value ? 1U : 0U};
 }
 
 /// A name of the author's own, even if it is a keyword elsewhere; empty for what is no name.
