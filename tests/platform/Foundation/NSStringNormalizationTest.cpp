@@ -70,6 +70,7 @@ TEST(NSStringNormalization, AgreesWithICUAtEverySplitPoint) {
           std::u16string text(150, filler);
           expectAsICU(text.insert(place, doubtful));
           expectAsICU(text.insert(text.size() / 2, doubtful));
+          expectAsICU(std::u16string(place, filler).append(doubtful).append(place % 20, filler));
           if (::testing::Test::HasFatalFailure()) return;
         }
       }
