@@ -218,15 +218,27 @@ TEST(StringEncodings, WhatWaitsIsClearedToo) {
 }
 
 TEST(StringEncodings, HalvesOfPairsHaveNoCode) {
-  // As a pair the second case would be the syllable U+AC00.
-  for (const std::u16string_view text : {u"\xdc00"sv, u"\xd800\x8800"sv, u"\xd800\xd800"sv}) {
+  // A character of two units, and another one that would be taken for its second half by its lower bits.
+  NSString pair;
+  for (int code = 0; pair.length() < 2 && code < 94 * 94; ++code)
+    pair = decode(std::string{static_cast<char>(0x21 + code / 94), static_cast<char>(0x21 + code % 94)},
+                  kCFStringEncodingCNS_11643_92_P3);
+  ASSERT_EQ(pair.length(), 2u);
+  const unichar high = pair.view()[0], low = pair.view()[1], other = 0x8800 | (low & 0x3ff);
+  const std::pair<std::u16string, OSStatus> cases[] = {{{high, low}, noErr},
+                                                       {{high, other}, kTECUnmappableElementErr},
+                                                       {{high, high}, kTECUnmappableElementErr},
+                                                       {{low}, kTECUnmappableElementErr},
+                                                       {{high}, kTECPartialCharErr}};
+  for (const auto &[text, status] : cases) {
     std::unique_ptr<TECConverter> converter;
-    ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingUnicode, kCFStringEncodingMacKorean), noErr);
+    ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingUnicode, kCFStringEncodingCNS_11643_92_P3), noErr);
     std::array<std::uint8_t, 8> output;
     const std::span input(reinterpret_cast<const std::uint8_t *>(text.data()), text.size() * sizeof text[0]);
     const TECResult result = converter->convertText(input, output);
-    EXPECT_EQ(result.status, kTECUnmappableElementErr) << text.size();
-    EXPECT_EQ(result.consumedBytes + result.writtenBytes, 0u) << text.size();
+    EXPECT_EQ(result.status, status);
+    EXPECT_EQ(result.consumedBytes, status == noErr ? 4u : 0u);
+    EXPECT_EQ(result.writtenBytes, status == noErr ? 2u : 0u);
   }
 }
 
