@@ -299,6 +299,22 @@ TEST(ResourceFork, SaysWhyThereIsNone) {
   EXPECT_FALSE(fork.dataForType(kText, 2));
 }
 
+TEST(ResourceFork, HasFinderInformationBesideItInAWholeStreamAlone) {
+  const TemporaryFolder folder;
+  const std::string info(32, 'i'), stream = "AFP\0\0\1\0\0\0\0\0\0\x80\0\0\0"s + info + std::string(12, '\0');
+  const std::pair<std::string, NSData> cases[] = {
+      {stream, bytes(info)},
+      {stream.substr(0, 59), NSData()},
+      {"AFQ" + stream.substr(3), NSData()},
+  };
+  for (const auto &[content, finderInfo] : cases) {
+    const NSString file = folder.write("file", "");
+    ASSERT_TRUE(setExtendedAttribute(file, u"user.DosStream.AFP_AfpInfo:$DATA"_ns, bytes(content), true));
+    EXPECT_EQ(metadataEntry(file, AppleDouble::kFinderInfo), finderInfo);
+    EXPECT_FALSE(metadataEntry(file, AppleDouble::kAFPFileInfo));
+  }
+}
+
 TEST(ResourceFork, OfNoBytesInTheCompanionIsNone) {
   const TemporaryFolder folder;
   const NSString file = folder.write("file", "");
