@@ -336,6 +336,8 @@ TEST(TextPropertyList, ReadsEveryNotation) {
   EXPECT_EQ(readAs(openStep, "\xef\xbb\xbf\"\xe2\x82\xac\n//\"").string(), u"\u20ac\n//"_ns);
   EXPECT_EQ(readAs(openStep, "http://host/path").string(), u"http://host/path"_ns);
   EXPECT_EQ(readAs(openStep, "/**/a /***/").string(), u"a"_ns);
+  EXPECT_EQ(readAs(openStep, "_$+/:.-azAZ09").string(), u"_$+/:.-azAZ09"_ns);
+  EXPECT_EQ(readAs(openStep, "(a\xe2\x80\xa8,\xe2\x80\xa9\t\v\f\r b)"), id(NSArray{u"a"_ns, u"b"_ns}));
   EXPECT_EQ(readAs(openStep, "'\\8\\9\\377'").string(), u"89\u00ff"_ns);
   EXPECT_EQ(readAs(openStep, "// A table\na = b; \"c\" = ();\n"),
             id(NSDictionary{{u"a"_ns, u"b"_ns}, {u"c"_ns, NSArray::array()}}));
@@ -345,6 +347,16 @@ TEST(TextPropertyList, ReadsEveryNotation) {
                    "1\0"
                    ">\0"s),
             id(dataOf("A")));
+}
+
+TEST(TextPropertyList, HasALimitOfValues) {
+  // The list, and the key, the value and its element of each pair.
+  constexpr std::uint32_t kPairs = (PropertyList::kMaximumObjects - 1) / 3;
+  static_assert(1 + 3 * kPairs == PropertyList::kMaximumObjects);
+  std::string text = "{";
+  for (std::uint32_t i = 1; i < kPairs; ++i) text += "a=(b);";
+  EXPECT_EQ(readAs(openStep, text + "a=(b);}"), id(NSDictionary{{u"a"_ns, NSArray{u"b"_ns}}}));
+  EXPECT_EQ(refusal(text + "a=(b,b);}"), "too many values");
 }
 
 TEST(TextPropertyList, RefusalsNameTheLine) {
