@@ -29,9 +29,8 @@ std::optional<std::string> NSDate::ISO8601String() const {
   constexpr double kYear0 = -62167219200.0;
   constexpr double kYear10000 = 253402300800.0;
   const double seconds = timeIntervalSince1970();
-  // What is rounded up to the year 10000 is in it.
-  constexpr double kHalfMicrosecond = 5e-7;
-  if (!(seconds >= kYear0 && seconds < kYear10000 - kHalfMicrosecond)) return std::nullopt;
+  // The last moment before the year 10000 is several microseconds before it, and so not rounded up to it.
+  if (!(seconds >= kYear0 && seconds < kYear10000)) return std::nullopt;
   const auto microsecondsSince1970 = static_cast<std::int64_t>(std::llround(seconds * 1e6));
   const sys_time<microseconds> moment{microseconds(microsecondsSince1970)};
   const auto midnight = floor<days>(moment);

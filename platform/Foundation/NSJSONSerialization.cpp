@@ -45,10 +45,10 @@ class Reader {
       ++at_;
   }
   unichar peek() const { return at_ < text_.size() ? text_[at_] : u'\0'; }
-  /// Whether the next unit is this one, which is then passed.
+  /// Whether the next unit is this one, which is not 0 and is then passed.
   bool take(unichar c) {
     skipWhiteSpace();
-    if (peek() != c || at_ == text_.size()) return false;
+    if (peek() != c) return false;
     ++at_;
     return true;
   }

@@ -51,6 +51,10 @@ std::string nameOfCompanion(const NSString &path) {
   return "the companion \"" + lastPathComponent(path).UTF8String() + "\"";
 }
 
+void setUnwritable(const NSString &path, NSError *error) {
+  setError(error, ErrorCode::unreadable, nameOfCompanion(path) + " cannot be written");
+}
+
 /// The companion's content; `*exists` gets whether there is something by its name.
 std::optional<AppleDouble> companionAtPath(const NSString &path, bool *exists, NSError *error) {
   std::uint64_t size = 0;
@@ -82,9 +86,11 @@ bool removeForkFromCompanion(const NSString &path, NSError *error) {
   if (!companion) return false;
   companion->setEntry(AppleDouble::kResourceFork, NSData::data());
   const NSData data = companion->data();
-  if (data == AppleDouble::companion().data())
-    return ::unlink(path.fileSystemRepresentation()->c_str()) == 0 || errno == ENOENT;
-  return writeDataToFile(data, path, true);
+  const bool isDone = data == AppleDouble::companion().data()
+                          ? ::unlink(path.fileSystemRepresentation()->c_str()) == 0 || errno == ENOENT
+                          : writeDataToFile(data, path, true);
+  if (!isDone) setUnwritable(path, error);
+  return isDone;
 }
 
 bool writeForkToCompanion(const NSData &fork, const NSString &path, NSError *error) {
@@ -94,7 +100,7 @@ bool writeForkToCompanion(const NSData &fork, const NSString &path, NSError *err
   if (!companion) companion = AppleDouble::companion();
   companion->setEntry(AppleDouble::kResourceFork, fork);
   if (writeDataToFile(companion->data(), path, true)) return true;
-  setError(error, ErrorCode::unreadable, nameOfCompanion(path) + " cannot be written");
+  setUnwritable(path, error);
   return false;
 }
 
@@ -145,9 +151,13 @@ bool setResourceForkData(const NSString &path, const NSData &data, NSError *erro
     if (error) *error = reason;
     return false;
   }
-  if (!(needsCompanion ? writeForkToCompanion(data, companion, error)
-                       : removeForkFromCompanion(companion, error)))
+  const bool isArranged = needsCompanion ? writeForkToCompanion(data, companion, &reason)
+                                         : removeForkFromCompanion(companion, &reason);
+  // Behind the attribute no companion is read, and so one that cannot be changed may stay.
+  if (!isArranged && !isSet) {
+    if (error) *error = reason;
     return false;
+  }
   for (const NSString &name : {forkAttribute(), forkStream()}) {
     if (isSet && name == forkAttribute()) continue;
     if (!setExtendedAttribute(path, name, NSData(), true, &reason) &&

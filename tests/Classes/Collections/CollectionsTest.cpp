@@ -219,6 +219,8 @@ TEST(Dictionaries, ConvertTheirValues) {
                                                         {u"18446744073709551616"_ns, kUnsignedMaximum},
                                                         {u"-1"_ns, kUnsignedMaximum},
                                                         {0x1p63, 1ULL << 63},
+                                                        {0x1.fffffffffffffp63, 0xfffffffffffff800},
+                                                        {0x1p64, kUnsignedMaximum},
                                                         {1e300, kUnsignedMaximum},
                                                         {std::nan(""), 0},
                                                         {true, 1},

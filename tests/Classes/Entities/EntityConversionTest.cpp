@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "Classes/Pages/NSString+HtmlExtensions.hpp"
+#include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
+#include "platform/Foundation/NSStringFormatting.hpp"
 #include "platform/Foundation/Unicode/CharacterReferences.hpp"
 #include "tests/Classes/Entities/PlainEntityDecoder.hpp"
 #include "tests/support/ExactBuffer.hpp"
@@ -191,6 +193,71 @@ TEST(EntityConversion, AnswersTheStringItselfWhenNothingIsDecoded) {
   EXPECT_EQ(stringByConvertingEntitiesToCharacters(u"&amp"_ns), u"&"_ns);
   EXPECT_EQ(stringByConvertingStandardEntitiesToCharacters(u"&lt;&amp;lt;&quot;&gt;&amp &apos;&#65;"_ns),
             u"<&lt;\">&amp &apos;&#65;"_ns);
+}
+
+TEST(CharacterReferences, EndWhereTheyCan) {
+  const struct {
+    std::u16string_view text, units;
+    /// In text, and in an attribute's value.
+    std::uint32_t length, lengthInAttribute;
+  } cases[] = {
+      {u"", u"", 0, 0},
+      {u"&", u"", 0, 0},
+      {u"&1;", u"", 0, 0},
+      {u"&nosuch;", u"", 0, 0},
+      {u"&copy", u"\u00a9", 5, 5},
+      {u"&copy;=", u"\u00a9", 6, 6},
+      {u"&copy-", u"\u00a9", 5, 5},
+      {u"&copy=", u"\u00a9", 5, 0},
+      {u"&copy2", u"\u00a9", 5, 0},
+      {u"&copyx", u"\u00a9", 5, 0},
+      {u"&notit;", u"\u00ac", 4, 0},
+      {u"&notin", u"\u00ac", 4, 0},
+      {u"&notin;", u"\u2209", 7, 7},
+      {u"&acE;", u"\u223e\u0333", 5, 5},
+      {u"&acE", u"", 0, 0},
+      {u"&Afr;", u"\U0001d504", 5, 5},
+      {u"&#", u"", 0, 0},
+      {u"&#;", u"", 0, 0},
+      {u"&#x", u"", 0, 0},
+      {u"&#xg;", u"", 0, 0},
+      {u"&#65", u"A", 4, 4},
+      {u"&#65;", u"A", 5, 5},
+      {u"&#65=", u"A", 4, 4},
+      {u"&#65a", u"A", 4, 4},
+      {u"&#x41g", u"A", 5, 5},
+      {u"&#X4a;", u"J", 6, 6},
+      {u"&#0;", u"\ufffd", 4, 4},
+      {u"&#xd7ff;", u"\ud7ff", 8, 8},
+      {u"&#xd800;", u"\ufffd", 8, 8},
+      {u"&#xdfff;", u"\ufffd", 8, 8},
+      {u"&#xe000;", u"\ue000", 8, 8},
+      {u"&#xffff;", u"\uffff", 8, 8},
+      {u"&#x10000;", u"\U00010000", 9, 9},
+      {u"&#x10ffff;", u"\U0010ffff", 10, 10},
+      {u"&#x110000;", u"\ufffd", 10, 10},
+      {u"&#4294967361;", u"\ufffd", 13, 13},
+  };
+  for (const auto &[text, units, length, lengthInAttribute] : cases) {
+    for (const bool isInAttribute : {false, true}) {
+      const std::uint32_t expected = isInAttribute ? lengthInAttribute : length;
+      const CharacterReference found = readCharacterReference(text, isInAttribute);
+      EXPECT_EQ(found.length, expected) << testing::PrintToString(text) << isInAttribute;
+      EXPECT_EQ(found.view(), expected > 0 ? units : u"") << testing::PrintToString(text) << isInAttribute;
+    }
+  }
+}
+
+TEST(CharacterReferences, OfControlsMeanWhatWindowsHasThere) {
+  for (int number = 0x7f; number <= 0xa0; ++number) {
+    const char byte = static_cast<char>(number);
+    const NSString inWindows = initWithData(NSData::dataWithBytes(&byte, 1), NSWindowsCP1252StringEncoding);
+    const bool isMeant = inWindows.length() == 1;
+    const std::u16string text = u"&#" + std::u16string(stringWithFormat(u"%d", number).view()) + u";";
+    EXPECT_EQ(readCharacterReference(text, false).view(),
+              isMeant ? std::u16string(inWindows.view()) : std::u16string(1, static_cast<unichar>(number)))
+        << number;
+  }
 }
 
 }  // namespace

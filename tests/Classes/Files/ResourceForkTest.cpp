@@ -7,11 +7,13 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "Classes/Files/ResourceMap.hpp"
 #include "platform/Foundation/System/AppleDouble.hpp"
 #include "platform/Foundation/System/ExtendedAttributes.hpp"
 #include "platform/Foundation/System/FinderInfo.hpp"
+#include "platform/Foundation/System/ForkStorage.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -231,6 +233,9 @@ TEST(ResourceFork, IsReadFromAllPlacesInTheirOrder) {
   ASSERT_TRUE(
       setExtendedAttribute(file, kForkStream, bytes(std::string(forkWith("stream").view()) + '\0'), true));
   EXPECT_EQ(found(), bytes("stream"));
+  EXPECT_EQ(resourceForkData(file), forkWith("stream"));
+  ASSERT_TRUE(setExtendedAttribute(file, kForkStream, bytes("without an end"), true));
+  EXPECT_EQ(resourceForkData(file), bytes("without an end"));
   AppleDouble companion = AppleDouble::companion();
   companion.setEntry(AppleDouble::kResourceFork, forkWith("beside"));
   folder.write("._file", companion.data().view());
@@ -296,6 +301,87 @@ TEST(ResourceFork, SaysWhyThereIsNone) {
   EXPECT_FALSE(fork.addData(bytes("x"), kText, 2, &reason));
   EXPECT_TRUE(reason);
   EXPECT_FALSE(fork.dataForType(kText, 2));
+}
+
+TEST(ResourceFork, HasFinderInformationBesideItInAWholeStreamAlone) {
+  const TemporaryFolder folder;
+  const std::string info(32, 'i'), stream = "AFP\0\0\1\0\0\0\0\0\0\x80\0\0\0"s + info + std::string(12, '\0');
+  const std::pair<std::string, NSData> cases[] = {
+      {stream, bytes(info)},
+      {stream.substr(0, 59), NSData()},
+      {"AFQ" + stream.substr(3), NSData()},
+  };
+  for (const auto &[content, finderInfo] : cases) {
+    const NSString file = folder.write("file", "");
+    ASSERT_TRUE(setExtendedAttribute(file, u"user.DosStream.AFP_AfpInfo:$DATA"_ns, bytes(content), true));
+    EXPECT_EQ(metadataEntry(file, AppleDouble::kFinderInfo), finderInfo);
+    EXPECT_FALSE(metadataEntry(file, AppleDouble::kAFPFileInfo));
+  }
+}
+
+TEST(ResourceFork, OfNoBytesInTheCompanionIsNone) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", "");
+  folder.write("._file", AppleDouble::companion().data().view());
+  NSError error;
+  EXPECT_FALSE(resourceForkData(file, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::noSuchFile);
+  ASSERT_TRUE(setExtendedAttribute(file, kForkStream, bytes("stream"), true));
+  EXPECT_EQ(resourceForkData(file), bytes("stream"));
+}
+
+TEST(ResourceFork, IsReadFromCompanionsUpToALength) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", "");
+  AppleDouble companion = AppleDouble::companion();
+  companion.setEntry(AppleDouble::kResourceFork, bytes("fork"));
+  folder.write("._file", companion.data().view());
+  fs::resize_file(folder.path() / "._file", kMaximumForkLength);
+  EXPECT_EQ(resourceForkData(file), bytes("fork"));
+  fs::resize_file(folder.path() / "._file", std::uintmax_t{kMaximumForkLength} + 1);
+  NSError error;
+  EXPECT_FALSE(resourceForkData(file, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
+}
+
+TEST(ResourceFork, LeavesAForeignCompanionAlone) {
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", ""), note = folder.write("._file", "a user's own note");
+  ASSERT_TRUE(setResourceForkData(file, bytes("small")));
+  EXPECT_EQ(resourceForkData(file), bytes("small"));
+  NSError error;
+  EXPECT_FALSE(setResourceForkData(file, bytes(std::string(200'000, 'x')), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+  EXPECT_EQ(resourceForkData(file), bytes("small"));
+  error = {};
+  EXPECT_FALSE(setResourceForkData(file, NSData(), &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::damaged);
+  EXPECT_EQ(resourceForkData(file), bytes("small"));
+  EXPECT_EQ(NSData::dataWithContentsOfFile(note).view(), "a user's own note");
+}
+
+TEST(ResourceFork, SaysWhyItCannotBeSet) {
+  if (::geteuid() != 0) GTEST_SKIP() << "Only root can become another user.";
+  const TemporaryFolder folder;
+  const NSString file = folder.write("file", ""), kept = folder.write("kept", "");
+  AppleDouble companion = AppleDouble::companion();
+  companion.setEntry(AppleDouble::kResourceFork, bytes("old"));
+  folder.write("._kept", companion.data().view());
+  fs::permissions(folder.path(), fs::perms(0755));
+  fs::permissions(folder.path() / "file", fs::perms(0644));
+  fs::permissions(folder.path() / "kept", fs::perms(0666));
+  const NSData large = bytes(std::string(200'000, 'x'));
+  const std::tuple<NSString, NSData> cases[] = {{file, bytes("x")}, {kept, large}, {kept, NSData()}};
+  for (const auto &[path, data] : cases) {
+    NSError error;
+    ASSERT_EQ(::seteuid(65534), 0);
+    const bool isSet = setResourceForkData(path, data, &error);
+    ASSERT_EQ(::seteuid(0), 0);
+    EXPECT_FALSE(isSet) << path.UTF8String() << data.length();
+    EXPECT_EQ(error.errorCode(), ErrorCode::unreadable) << path.UTF8String() << data.length();
+  }
+  EXPECT_FALSE(resourceForkData(file));
+  EXPECT_EQ(resourceForkData(kept), bytes("old"));
 }
 
 TEST(HFSFileTypes, AreFourCharactersInQuotes) {

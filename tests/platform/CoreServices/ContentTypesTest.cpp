@@ -136,6 +136,15 @@ std::string typeOfContainer(std::string_view content) {
   return containerMIMEType({file.get(), content.size()});
 }
 
+TEST(ContentTypes, TakesTheDeclaredTypeOfAPackageUpToALength) {
+  const std::string type = "application/" + std::string(244, 'x'), image = "image/x-own";
+  EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", type}})), type);
+  EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", type + 'x'}})), "application/zip");
+  EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", image + " \r\n"}})), image);
+  for (const char *const none : {"", "text/plain", "application/a b", "application/a\x7f"})
+    EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", none}})), "application/zip") << none;
+}
+
 TEST(ContentTypes, StopsAfterSoManyEntriesOfAnArchive) {
   // The first entry of the directory is repeated before the telling one.
   std::string many = container("docx.zip");
@@ -243,6 +252,51 @@ TEST(ContentTypes, LooksIntoLargeContainers) {
     content.replace(68, 4, "\xfe\xff\xff\xff");
     EXPECT_NE(typeOfContainer(content), "application/msword") << index;
   }
+}
+
+/// A compound file whose folder is its first sector, of 2^`shift` bytes: the root, a first entry, and on each
+/// side of that one more.
+std::string compoundFileWithNames(unsigned shift, std::string_view left, std::string_view right) {
+  const std::size_t sector = std::size_t{1} << shift;
+  std::string content(2 * sector, '\0');
+  const auto put = [&](std::size_t at, std::uint32_t number, std::size_t bytes = 4) {
+    for (std::size_t i = 0; i < bytes; ++i) content[at + i] = static_cast<char>(number >> 8 * i);
+  };
+  content.replace(0, 8, "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1");
+  put(30, shift, 2);
+  put(76, 0xffffffff);
+  put(sector + 76, 1);
+  const std::string_view names[] = {"first", left, right};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const std::size_t entry = sector + (i + 1) * 128;
+    for (std::size_t j = 0; j < names[i].size(); ++j)
+      put(entry + 2 * j, static_cast<unsigned char>(names[i][j]), 2);
+    put(entry + 64, static_cast<std::uint32_t>(2 * names[i].size() + 2), 2);
+    put(entry + 68, i == 0 ? 2 : 0xffffffff);
+    put(entry + 72, i == 0 ? 3 : 0xffffffff);
+  }
+  return content;
+}
+
+TEST(ContentTypes, KnowsCompoundFilesByTheNamesInThem) {
+  const std::string word = "application/msword", other = "application/x-ole-storage";
+  const struct {
+    unsigned shift;
+    std::string_view left, right;
+    std::string type;
+  } cases[] = {
+      {9, "WordDocument", "x", word},
+      {9, "x", "WORDDOCUMENT", word},
+      {12, "x", "WordDocument", word},
+      {9, "x", "WordDocument2", other},
+      {10, "x", "WordDocument", other},
+      {9, "Quill", "Book", "application/vnd.ms-excel"},
+      {9, "x", "\5HwpSummaryInformation", "application/x-hwp"},
+      {9, "x", "MatOST", "application/vnd.ms-works"},
+      {9, "VisioDocument", "x", "application/vnd.visio"},
+  };
+  for (const auto &[shift, left, right, type] : cases)
+    EXPECT_EQ(typeOfContainer(compoundFileWithNames(shift, left, right)), type) << shift << left << right;
 }
 
 /// Cut, with each byte changed, and with each four bytes leading back: it ends, and nothing is read outside.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -9,6 +11,7 @@
 #include "platform/Foundation/NSFileManager.hpp"
 #include "platform/Foundation/System/DataWriting.hpp"
 #include "platform/Foundation/System/RegularFile.hpp"
+#include "tests/support/Interruptions.hpp"
 #include "tests/support/TemporaryFolder.hpp"
 
 namespace nimbo {
@@ -125,6 +128,19 @@ TEST(RegularFile, IsReadUpToALimit) {
           << expected << " " << limit;
     }
   }
+}
+
+TEST(RegularFile, IsWaitedForNoLongerThanPatienceLasts) {
+  const Interruptions interruptions;
+  int ends[2];
+  ASSERT_EQ(::pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
+  NSError error;
+  EXPECT_FALSE(readData(ends[0], 0, 10, &error, 0.05));
+  EXPECT_EQ(error.errorCode(), ErrorCode::timeLimit);
+  ASSERT_EQ(::write(ends[1], "content", 7), 7);
+  ::close(ends[1]);
+  EXPECT_EQ(readData(ends[0], 0, 10, nullptr, 3600).view(), "content");
+  ::close(ends[0]);
 }
 
 }  // namespace

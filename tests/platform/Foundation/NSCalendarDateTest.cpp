@@ -193,6 +193,12 @@ TEST(NSCalendarDate, ReadsISO8601InTheZoneThatIsMeant) {
       {"2005-07-01", "Nowhere", ""},
       {"2005-13-01", "UTC", ""},
       {"2005-07-01 and more", "UTC", ""},
+      {"2005-7-01", "UTC", ""},
+      {"2005-07/01", "UTC", ""},
+      {"2005-07-01 12", "UTC", ""},
+      {"2005-07-01T12:", "UTC", ""},
+      {"2005-07-01T12:00:", "UTC", ""},
+      {"2005-07-01T12:00:Z", "UTC", ""},
   };
   for (const auto &[text, zone, moment] : cases)
     EXPECT_EQ(written(dateWithISO8601String(NSString::stringWithUTF8String(text),

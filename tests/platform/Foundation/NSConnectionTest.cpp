@@ -27,6 +27,8 @@
 #include "platform/Foundation/Connection/ConnectionName.hpp"
 #include "platform/Foundation/NSObject.hpp"
 #include "platform/Foundation/NSPropertyListSerialization.hpp"
+#include "platform/Foundation/NSRunLoop.hpp"
+#include "platform/Foundation/System/Deadline.hpp"
 #include "tests/clients/HelperFixture.hpp"
 
 namespace nimbo {
@@ -95,6 +97,11 @@ class RawClient {
     return ::poll(&state, 1, kWaitMilliseconds) == 1 && (state.revents & POLLHUP);
   }
   bool answers() { return send(request(u"nil"_ns)) && reply(); }
+  /// Whether nothing has come that was not read.
+  bool isSilent() {
+    pollfd state = {socket_.get(), POLLIN, 0};
+    return ::poll(&state, 1, 0) == 0;
+  }
   void close() { socket_.close(); }
 
  private:
@@ -154,12 +161,38 @@ TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
     EXPECT_EQ(copy.exceptionReason, reply.exceptionReason);
     EXPECT_EQ(copy.error, reply.error);
   }
-  for (const auto &[key, value] : {std::pair<NSString, id>{u"Reason"_ns, 1}, {u"Code"_ns, u"1"_ns}}) {
-    const NSDictionary message = {{u"Reply"_ns, 1}, {key, value}};
-    ConnectionAnswer reply;
-    EXPECT_FALSE(decodeMessage(
-        NSPropertyListSerialization::dataWithPropertyList(message, NSPropertyListFormat::binary), &reply));
+}
+
+TEST_F(NSConnectionTest, AReplyIsWholeOrNone) {
+  const auto read = [](const NSDictionary &message, ConnectionAnswer *answer) {
+    return decodeMessage(
+        NSPropertyListSerialization::dataWithPropertyList(message, NSPropertyListFormat::binary), answer);
+  };
+  const id name = u"Name"_ns, reason = u"reason"_ns;
+  const NSDictionary whole = {{u"Name"_ns, name}, {u"Reason"_ns, reason}};
+  for (const NSDictionary &bad : {NSDictionary{{u"Reply"_ns, u"1"_ns}},
+                                  {{u"Reply"_ns, 1}, {u"Reason"_ns, 1}},
+                                  {{u"Reply"_ns, 1}, {u"Code"_ns, u"1"_ns}},
+                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, name}},
+                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, NSDictionary{{u"Name"_ns, name}}}},
+                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, NSDictionary{{u"Reason"_ns, reason}}}},
+                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, whole}, {u"Result"_ns, 1}}}) {
+    ConnectionAnswer answer;
+    EXPECT_FALSE(read(bad, &answer)) << testing::PrintToString(
+        NSPropertyListSerialization::dataWithPropertyList(bad, NSPropertyListFormat::xml).view());
   }
+  ConnectionAnswer answer;
+  ASSERT_TRUE(read({{u"Reply"_ns, 1}, {u"Exception"_ns, whole}}, &answer));
+  EXPECT_EQ(std::get<ConnectionReply>(answer).exceptionReason, reason.string());
+  // A reason alone is one of no known kind, and a code may have no reason.
+  ASSERT_TRUE(read({{u"Reply"_ns, 1}, {u"Reason"_ns, reason}}, &answer));
+  EXPECT_EQ(std::get<ConnectionReply>(answer).error,
+            NSError::errorWithCode(ErrorCode::other, reason.string().UTF8String()));
+  ASSERT_TRUE(read({{u"Reply"_ns, 1}, {u"Code"_ns, 1234}}, &answer));
+  EXPECT_EQ(std::get<ConnectionReply>(answer).error, (NSError{NimboErrorDomain(), 1234}));
+  // What has neither name is of a later version.
+  ASSERT_TRUE(read({{u"News"_ns, 1}}, &answer));
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(answer));
 }
 
 TEST_F(NSConnectionTest, ObjectsDoNotCross) {
@@ -340,6 +373,7 @@ TEST_F(NSConnectionTest, ClientsBeyondTheLimitWaitWhileAllAreBusy) {
   RawClient late;
   ASSERT_TRUE(late.send(request(u"nil"_ns)));
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_TRUE(late.isSilent());
   busy.front()->close();
   EXPECT_TRUE(late.reply());
 }
@@ -430,6 +464,10 @@ TEST_F(NSConnectionTest, WritesDownWhatItDoes) {
 TEST_F(NSConnectionTest, ARecordIsReadWholeOrNotAtAll) {
   EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
   const ConnectionListener listener = listenOnConnectionName(name(), {.process = 1});
+  const auto first = readConnectionRecord(openConnectionRecord(name()));
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->process, 1);
+  EXPECT_FALSE(first->isWorking);
   ConnectionRecord written = {.process = 2, .isWorking = true, .selector = u"x"_ns};
   written.input = NSString::stringWithCharacters(std::u16string(100'000, u'y'));
   writeConnectionRecord(listener.record, written);
@@ -441,6 +479,14 @@ TEST_F(NSConnectionTest, ARecordIsReadWholeOrNotAtAll) {
   ASSERT_TRUE(record);
   EXPECT_EQ(record->process, 2);
   EXPECT_FALSE(record->isWorking);
+  // A byte of the text that somebody is about to write over.
+  {
+    std::fstream content(file(".record"), std::ios::in | std::ios::out | std::ios::binary);
+    content.seekp(2'000);
+    ASSERT_EQ(content.peek(), 'y');
+    content.put('z');
+  }
+  EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
   for (const std::uintmax_t size : {200u, 12u, 11u, 0u}) {
     std::filesystem::resize_file(file(".record"), size);
     EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name()))) << size;
@@ -466,6 +512,25 @@ TEST_F(NSConnectionTest, EndsWhenNobodyUsesItOrFindsIt) {
   endsBy("TEST_HELPER_LOOK_SECONDS", [this] { std::filesystem::remove(file()); });
   endsBy("TEST_HELPER_LOOK_SECONDS", [this] { std::filesystem::remove_all(folder); });
   EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(NSConnectionTest, EndsWhenNobodyHasEverAsked) {
+  for (const bool isIdle : {true, false}) {
+    NSConnection connection;
+    ASSERT_TRUE(connection.registerName(name()));
+    bool isOver = false;
+    connection.setInvalidationHandler([&isOver] { isOver = true; });
+    if (isIdle) {
+      connection.setIdleLimit(0.05);
+    } else {
+      std::filesystem::remove(file());
+      connection.setReachabilityInterval(0.05);
+    }
+    const Deadline deadline = Deadline::after(10);
+    while (!isOver && !deadline.isOver())
+      NSRunLoop::currentRunLoop().runUntilDate(NSDate{NSDate::date().timeIntervalSinceReferenceDate + 0.1});
+    EXPECT_TRUE(isOver) << isIdle;
+  }
 }
 
 TEST_F(NSConnectionTest, ATermSignalLetsTheRequestUnderWayEnd) {

@@ -176,12 +176,34 @@ TEST(NSFileManager, LeavesAllInPlaceWithoutPermission) {
   if (::geteuid() != 0) GTEST_SKIP() << "Only root can become another user.";
   const TemporaryFolder folder;
   const NSString file = folder.write("mine/file", "1"), other = folder.write("theirs/other", "2");
+  // Each could go but for a folder of another in it, or for its being one.
+  folder.write("theirs/closed/file", "3");
+  fs::create_directories(folder.path() / "theirs/empty inside/folder");
+  fs::create_directories(folder.path() / "theirs/deep inside/folder/deeper");
+  folder.write("theirs/full inside/folder/file", "4");
+  folder.write("theirs/secret inside/folder/file", "5");
+  fs::permissions(folder.path() / "theirs/secret inside/folder", fs::perms(0700));
+  for (const char *path : {"theirs/deep inside/folder", "theirs/full inside", "theirs/secret inside"})
+    fs::permissions(folder.path() / path, fs::perms(0777));
   fs::permissions(folder.path(), fs::perms(0755));
   fs::permissions(folder.path() / "theirs", fs::perms(0777));
   ASSERT_TRUE(asNobody([] { return true; }));
   const std::function<bool(NSError *)> operations[] = {
       [&](NSError *error) { return NSFileManager::removeItemAtPath(file, error); },
       [&](NSError *error) { return NSFileManager::removeItemAtPath(folder.string("mine"), error); },
+      [&](NSError *error) { return NSFileManager::removeItemAtPath(folder.string("theirs/closed"), error); },
+      [&](NSError *error) {
+        return NSFileManager::removeItemAtPath(folder.string("theirs/empty inside"), error);
+      },
+      [&](NSError *error) {
+        return NSFileManager::removeItemAtPath(folder.string("theirs/deep inside"), error);
+      },
+      [&](NSError *error) {
+        return NSFileManager::removeItemAtPath(folder.string("theirs/full inside"), error);
+      },
+      [&](NSError *error) {
+        return NSFileManager::removeItemAtPath(folder.string("theirs/secret inside"), error);
+      },
       [&](NSError *error) { return NSFileManager::moveItemAtPath(file, folder.string("theirs/file"), error); },
       [&](NSError *error) { return NSFileManager::replaceItemAtPath(file, other, error); },
       [&](NSError *error) { return NSFileManager::copyItemAtPath(other, folder.string("mine/x"), error); },
@@ -195,11 +217,18 @@ TEST(NSFileManager, LeavesAllInPlaceWithoutPermission) {
       return !operation(&error) &&
              error.localizedFailureReason == u"the file cannot be changed: permission denied"_ns;
     }));
-  EXPECT_EQ(entriesIn(folder.path() / "mine") + entriesIn(folder.path() / "theirs"), 2u);
+  EXPECT_EQ(entriesIn(folder.path() / "mine") + entriesIn(folder.path() / "theirs"), 7u);
+  for (const char *path : {"closed/file", "empty inside/folder", "deep inside/folder",
+                           "full inside/folder/file", "secret inside/folder/file"})
+    EXPECT_TRUE(fs::exists(folder.path() / "theirs" / path)) << path;
   // A folder that is closed to its reader is removed when nothing is in it.
-  fs::create_directories(folder.path() / "theirs/closed");
-  fs::permissions(folder.path() / "theirs/closed", fs::perms(0));
-  EXPECT_TRUE(asNobody([&] { return NSFileManager::removeItemAtPath(folder.string("theirs/closed")); }));
+  for (const char *path : {"theirs/unreadable", "theirs/unreadable inside/folder"}) {
+    fs::create_directories(folder.path() / path);
+    fs::permissions(folder.path() / path, fs::perms(0));
+  }
+  fs::permissions(folder.path() / "theirs/unreadable inside", fs::perms(0777));
+  for (const char *path : {"theirs/unreadable", "theirs/unreadable inside"})
+    EXPECT_TRUE(asNobody([&] { return NSFileManager::removeItemAtPath(folder.string(path)); })) << path;
 }
 
 }  // namespace

@@ -25,12 +25,18 @@ TEST(JSONSerialization, ReadsValues) {
       {"{\"a\":{},\"b\":[],\"a\":1}", NSDictionary{{u"a"_ns, 1}, {u"b"_ns, NSArray::array()}}},
       {"9223372036854775807", std::int64_t{9223372036854775807}},
       {"9223372036854775808", 9223372036854775808.0},
+      {"0.5", 0.5},
+      {"-0.5E+1", -5.0},
+      {"\t\n\r [ \t\n\r1 \t\n\r, 2 ] \t\n\r", NSArray{1, 2}},
+      {"\"a b\\\"\\\\\\/\\b\\f\\n\\r\\tz\"", u"a b\"\\/\b\f\n\r\tz"_ns},
       {"\ufeff0", 0}};
   for (const auto &[text, value] : values)
     EXPECT_EQ(NSJSONSerialization::JSONObjectWithString(string(text)), value) << text;
   for (const char *text :
-       {"{",   "[1,]", "{\"a\" 1}", "{a:1}",   "01",        "1.",  ".5",  "+1", "1e",   "1e999", "--1",
-        "nul", "\"",   "\"\n\"",    "\"\\x\"", "\"\\u12\"", "1 2", "'a'", "[",  "\"\\", "1.e5"}) {
+       {"{",   "[1,]",  "{\"a\" 1}", "{a:1}", "01",   "1.",          ".5",         "+1",
+        "1e",  "1e999", "--1",       "nul",   "\"",   "\"\n\"",      "\"\\x\"",    "\"\\u12\"",
+        "1 2", "'a'",   "[",         "\"\\",  "1.e5", "{a\":1}",     "{\"a\":1,}", "{\"a\":1",
+        "[1",  "-",     "-01",       "1-2",   "truE", "\"\\u12g4\"", "\"\\u0041"}) {
     NSError error;
     EXPECT_FALSE(NSJSONSerialization::JSONObjectWithString(string(text), &error)) << text;
     EXPECT_EQ(error.errorCode(), ErrorCode::damaged) << text;

@@ -65,11 +65,12 @@ TEST(NSStringNormalization, AgreesWithICUAtEverySplitPoint) {
   forEachVectorTarget([] {
     for (const std::u16string_view doubtful :
          {u"e\u0301", u"\u1112\u1161\u11ab", u"\u0323\u0302", u"\U0001d160"}) {
-      for (const unichar filler : {u'x', u'\u4e2d', u'\uac00', u'\u0627', u'\u0e48'}) {
+      for (const unichar filler : {u'x', u'\u4e2d', u'\uac00', u'\u0627', u'\u0e48', u'\u0e01'}) {
         for (std::size_t place = 0; place <= 150; ++place) {
           std::u16string text(150, filler);
           expectAsICU(text.insert(place, doubtful));
           expectAsICU(text.insert(text.size() / 2, doubtful));
+          expectAsICU(std::u16string(place, filler).append(doubtful).append(place % 20, filler));
           if (::testing::Test::HasFatalFailure()) return;
         }
       }

@@ -5,10 +5,12 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <filesystem>
 
+#include "platform/Foundation/System/FileDescriptor.hpp"
 #include "tests/support/Interruptions.hpp"
 
 namespace nimbo {
@@ -102,6 +104,29 @@ TEST(NSTask, MakesUpNoStatusThatTheSystemThrowsAway) {
         ::_exit(shell(u"exit 3").run(&error) || !error ? 1 : 7);
       },
       testing::ExitedWithCode(7), "");
+}
+
+TEST(NSTask, SaysThatDescriptorsHaveRunOut) {
+  NSTask task = shell(u"cat");
+  task.standardInput = NSData::dataWithBytes("in", 2);
+  task.standardOutput = task.standardError = NSTask::Output::collected;
+  rlimit before = {};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const std::ptrdiff_t open = openDescriptors();
+  const FileDescriptor next(::open("/", O_PATH | O_CLOEXEC));
+  // One for the input, two for each output, and one to see the program end.
+  for (rlim_t left = 0; left < 6; ++left) {
+    const rlimit few = {static_cast<rlim_t>(next.get()) + 1 + left, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    NSError error;
+    const bool isRun = task.run(&error).has_value();
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_FALSE(isRun) << left;
+    EXPECT_EQ(error.localizedFailureReason.UTF8String(), "the program cannot be run: Too many open files")
+        << left;
+    EXPECT_EQ(openDescriptors(), open + 1) << left;
+  }
+  EXPECT_EQ(task.run()->standardOutput.view(), "in");
 }
 
 TEST(NSTask, DoesNotWaitForWhatTheProgramLeavesRunning) {

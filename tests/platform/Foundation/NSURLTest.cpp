@@ -80,6 +80,7 @@ TEST(NSURL, TakesURLsApart) {
       {"file:///x/%C3%A4", {"file", "///x/%C3%A4", "-", "-", "-", "/x/\u00e4", "-", "-", "-"}},
       {"http://h/%e9", {"http", "//h/%e9", "-", "-", "h", "/%e9", "-", "-", "-"}},
       {"mailto:a@b?subject=x", {"mailto", "a@b?subject=x", "-", "-", "-", "-", "-", "subject=x", "-"}},
+      {"mailto:a;b", {"mailto", "a;b", "-", "-", "-", "-", "-", "-", "-"}},
       {"a/b?c", {"-", "a/b?c", "-", "-", "-", "a/b", "-", "c", "-"}},
       {"http://..../", {"http", "//..../", "-", "-", "....", "/", "-", "-", "-"}},
       {"x-1+.://@:/?/?@:%2f#", {"x-1+.", "//@:/?/?@:%2f#", "-", "-", "-", "/", "-", "/?@:%2f", ""}},
@@ -97,6 +98,8 @@ TEST(NSURL, TakesURLsApart) {
     EXPECT_EQ(one.port() ? *one.port() : -1, port) << string;
     EXPECT_EQ(one.absoluteString(), text(string));
   }
+  EXPECT_FALSE(NSURL().resourceSpecifier() || NSURL().user() || NSURL().password() || NSURL().host() ||
+               NSURL().parameterString() || NSURL().query() || NSURL().fragment() || NSURL().port());
   EXPECT_FALSE(NSURL().scheme() || NSURL().path() || NSURL().absoluteURL() || NSURL().isFileURL());
 }
 

@@ -27,6 +27,13 @@ TEST(NSUserDefaults, PrefersTheFileToWhatIsRegistered) {
   EXPECT_FALSE(defaults.stringForKey(u"b"_ns));
   EXPECT_EQ(defaults.stringArrayForKey(u"list"_ns), (std::vector<NSString>{u"x"_ns, u"y"_ns}));
   EXPECT_FALSE(defaults.stringArrayForKey(u"mixed"_ns));
+  // Null in the file is nothing there.
+  const NSData null = NSPropertyListSerialization::dataWithPropertyList(NSDictionary{{u"a"_ns, NSNull()}},
+                                                                        NSPropertyListFormat::binary);
+  NSUserDefaults other(folder.write("null.plist", null.view()));
+  EXPECT_FALSE(other.objectForKey(u"a"_ns));
+  other.registerDefaults({{u"a"_ns, u"registered"_ns}});
+  EXPECT_EQ(other.stringForKey(u"a"_ns), u"registered"_ns);
   for (const NSString &path :
        {folder.write("bad.plist", "{ a = "), folder.write("list", "(a)"), folder.string("no")})
     EXPECT_FALSE(NSUserDefaults(path).objectForKey(u"a"_ns));

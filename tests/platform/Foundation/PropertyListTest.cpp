@@ -6,6 +6,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/Foundation/NSObject.hpp"
@@ -17,6 +18,7 @@ namespace {
 using enum NSPropertyListFormat;
 using PropertyList = NSPropertyListSerialization;
 using namespace std::string_literals;
+using namespace std::string_view_literals;
 
 NSData dataOf(std::string_view bytes) {
   return NSData::dataWithBytes(bytes.data(), bytes.size());
@@ -115,6 +117,55 @@ TEST(PropertyList, RefusesToWriteWhatCannotBeRead) {
   EXPECT_EQ(refusalToWrite(NSDate{1e12}, xml), "a date outside the years 0 to 9999");
   for (const id &value : {id(1), object})
     EXPECT_EQ(refusalToWrite(value, openStep), "the old-style form is not written");
+}
+
+TEST(PropertyList, KeysCountAsValues) {
+  // The list, the dictionaries, and the key and the value of each.
+  constexpr std::uint32_t kDictionaries = (PropertyList::kMaximumObjects - 1) / 3;
+  static_assert(1 + 3 * kDictionaries == PropertyList::kMaximumObjects);
+  std::vector<id> most(kDictionaries, NSDictionary{{u"k"_ns, 1}});
+  std::vector<id> more = most;
+  more.emplace_back(1);
+  const id whole = NSArray(std::move(most)), tooMuch = NSArray(std::move(more));
+  for (const auto format : {binary, xml}) {
+    EXPECT_TRUE(PropertyList::dataWithPropertyList(whole, format));
+    EXPECT_EQ(refusalToWrite(tooMuch, format), "too many values");
+  }
+}
+
+TEST(BinaryPropertyList, WritesNumbersInTheFewestBytes) {
+  const std::pair<std::int64_t, std::string_view> cases[] = {
+      {0, "\x10\0"sv},
+      {0xff, "\x10\xff"},
+      {0x100, "\x11\1\0"sv},
+      {0xffff, "\x11\xff\xff"},
+      {0x10000, "\x12\0\1\0\0"sv},
+      {0xffffffff, "\x12\xff\xff\xff\xff"},
+      {0x100000000, "\x13\0\0\0\1\0\0\0\0"sv},
+      {-1, "\x13\xff\xff\xff\xff\xff\xff\xff\xff"},
+  };
+  for (const auto &[number, object] : cases)
+    EXPECT_EQ(PropertyList::dataWithPropertyList(number, binary).view(), binaryOf({std::string(object)}))
+        << number;
+  // The count of a string stands in its marker, or behind it.
+  EXPECT_EQ(PropertyList::dataWithPropertyList(u"14 characters."_ns, binary).view(),
+            binaryOf({"\x5e"s + "14 characters."}));
+  EXPECT_EQ(PropertyList::dataWithPropertyList(u"15 characters.."_ns, binary).view(),
+            binaryOf({"\x5f\x10\x0f"s + "15 characters.."}));
+}
+
+TEST(XMLPropertyList, BreaksDataIntoLines) {
+  // To column 76, tabs being 8 wide, but of 16 characters at least.
+  const std::pair<std::uint32_t, std::size_t> cases[] = {{0, 76}, {1, 68}, {7, 20}, {8, 16}, {9, 16}, {20, 16}};
+  for (const auto &[depth, length] : cases) {
+    id value = dataOf(std::string(length / 4 * 3 * 2, '\0') + '\0');
+    for (std::uint32_t i = 0; i < depth; ++i) value = NSArray{value};
+    const std::string tabs(depth, '\t'),
+        line = tabs + std::string(length, 'A') + "\n",
+        lines = tabs + "<data>\n" + line + line + tabs + "AA==\n" + tabs + "</data>\n";
+    EXPECT_NE(PropertyList::dataWithPropertyList(value, xml).view().find(lines), std::string_view::npos)
+        << depth;
+  }
 }
 
 TEST(BinaryPropertyList, DataSharesTheStorage) {
@@ -284,6 +335,9 @@ TEST(TextPropertyList, ReadsEveryNotation) {
                                            u"4\0\u20acud83dq\xd83d"_ns.view()));
   EXPECT_EQ(readAs(openStep, "\xef\xbb\xbf\"\xe2\x82\xac\n//\"").string(), u"\u20ac\n//"_ns);
   EXPECT_EQ(readAs(openStep, "http://host/path").string(), u"http://host/path"_ns);
+  EXPECT_EQ(readAs(openStep, "/**/a /***/").string(), u"a"_ns);
+  EXPECT_EQ(readAs(openStep, "_$+/:.-azAZ09").string(), u"_$+/:.-azAZ09"_ns);
+  EXPECT_EQ(readAs(openStep, "(a\xe2\x80\xa8,\xe2\x80\xa9\t\v\f\r b)"), id(NSArray{u"a"_ns, u"b"_ns}));
   EXPECT_EQ(readAs(openStep, "'\\8\\9\\377'").string(), u"89\u00ff"_ns);
   EXPECT_EQ(readAs(openStep, "// A table\na = b; \"c\" = ();\n"),
             id(NSDictionary{{u"a"_ns, u"b"_ns}, {u"c"_ns, NSArray::array()}}));
@@ -293,6 +347,16 @@ TEST(TextPropertyList, ReadsEveryNotation) {
                    "1\0"
                    ">\0"s),
             id(dataOf("A")));
+}
+
+TEST(TextPropertyList, HasALimitOfValues) {
+  // The list, and the key, the value and its element of each pair.
+  constexpr std::uint32_t kPairs = (PropertyList::kMaximumObjects - 1) / 3;
+  static_assert(1 + 3 * kPairs == PropertyList::kMaximumObjects);
+  std::string text = "{";
+  for (std::uint32_t i = 1; i < kPairs; ++i) text += "a=(b);";
+  EXPECT_EQ(readAs(openStep, text + "a=(b);}"), id(NSDictionary{{u"a"_ns, NSArray{u"b"_ns}}}));
+  EXPECT_EQ(refusal(text + "a=(b,b);}"), "too many values");
 }
 
 TEST(TextPropertyList, RefusalsNameTheLine) {

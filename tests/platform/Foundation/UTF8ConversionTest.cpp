@@ -3,13 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <memory>
 #include <optional>
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
+#include "platform/Foundation/Unicode/UTF16Text.hpp"
 #include "platform/Foundation/Unicode/UTF8.hpp"
 #include "tests/support/ExactBuffer.hpp"
 #include "tests/support/VectorTargets.hpp"
@@ -259,6 +263,30 @@ TEST(UTF8Conversion, LoneSurrogatesAreRefusedReplacedOrEscaped) {
       }
     }
   }
+}
+
+TEST(UTF16Text, GoesByItsMarkOrItsFirstCharacter) {
+  using enum std::endian;
+  const std::pair<std::string_view, std::optional<std::endian>> orders[] = {
+      {"", {}},          {"a", {}},         {"\0\0"sv, {}},       {"ab", {}},       {"\0a"sv, big},
+      {"a\0"sv, little}, {"\xfe\xff", big}, {"\xff\xfe", little}, {"\xfe\xfe", {}},
+  };
+  for (const auto &[bytes, order] : orders)
+    EXPECT_EQ(orderOfUTF16(bytes), order) << testing::PrintToString(bytes);
+  const std::tuple<std::string_view, std::endian, std::u16string_view> texts[] = {
+      {"", big, u""},
+      {"a", little, u""},
+      {"\0a"sv, big, u"a"},
+      {"\0ab"sv, big, u"a"},
+      {"a\0"sv, little, u"a"},
+      {"\xff\xfe", little, u""},
+      {"\xff\xfe\x61\0"sv, little, u"a"},
+      {"\xff\xfe\x61\0"sv, big, u"a"},
+      {"\xfe\xff\0a\xfe\xff"sv, big, u"a\ufeff"},
+      {"\xfe\xff\0a"sv, little, u"a"},
+  };
+  for (const auto &[bytes, order, text] : texts)
+    EXPECT_EQ(unitsOfUTF16(bytes, order), text) << testing::PrintToString(bytes);
 }
 
 }  // namespace

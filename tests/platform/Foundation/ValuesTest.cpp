@@ -204,6 +204,12 @@ TEST(NSDate, ConvertsToAndFromCalendarDates) {
   EXPECT_EQ(NSDate::dateWithTimeIntervalSince1970(-1).ISO8601String(), "1969-12-31T23:59:59Z");
   EXPECT_EQ(NSDate::dateWithUTC(9999, 12, 31, 23, 59, 59.5).ISO8601String(), "9999-12-31T23:59:59.5Z");
   EXPECT_EQ(NSDate::dateWithUTC(9999, 12, 31, 23, 59, 59.9999999).ISO8601String(), std::nullopt);
+  EXPECT_EQ(NSDate::dateWithUTC(10000, 1, 1, 0, 0, 0).ISO8601String(), std::nullopt);
+  const double last = std::nextafter(NSDate::dateWithUTC(10000, 1, 1, 0, 0, 0).timeIntervalSince1970(), 0);
+  EXPECT_TRUE(
+      NSDate::dateWithTimeIntervalSince1970(last).ISO8601String()->starts_with("9999-12-31T23:59:59.999"));
+  EXPECT_EQ(NSDate::dateWithUTC(0, 1, 1, 0, 0, 0).ISO8601String(), "0000-01-01T00:00:00Z");
+  EXPECT_EQ(NSDate::dateWithUTC(-1, 12, 31, 23, 59, 59).ISO8601String(), std::nullopt);
   EXPECT_EQ(NSDate{1e300}.ISO8601String(), std::nullopt);
   EXPECT_EQ(NSDate{std::nan("")}.ISO8601String(), std::nullopt);
 }

@@ -80,6 +80,8 @@ TEST(SCNetworkReachability, NamesGivenUpLeavePlacesForOthers) {
   }
   EXPECT_TRUE(SCNetworkCheckReachabilityByName("near.invalid", &flags, Deadline::after(5)));
   EXPECT_TRUE(flags & kSCNetworkFlagsIsLocalAddress);
+  // Each of these ends as soon as the answer is there.
+  for (int i = 0; i < 20; ++i) EXPECT_TRUE(SCNetworkCheckReachabilityByName("near.invalid", &flags));
 }
 
 }  // namespace

@@ -65,6 +65,7 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
             2, true),
        "UTF-16BE", u"𐐀𐐨𐐁𐐩𐐂𐐪𐐃𐐫𐐄𐐬𐐅𐐭."},
       {wide(line, 4, false), "UTF-32LE", u"Köcher, 2 Stück\r\n"},
+      {wide(U"leaf \ud7ff\ue000\U0010ffff", 4, true), "UTF-32BE", u"leaf \ud7ff\ue000\U0010ffff"},
       // UTF-8: short, cut, with a little damage.
       {"caf\xc3\xa9 \xe2\x82", "UTF-8", u"café ", false, true},
       {"cafe \xe2\x82", "UTF-8", u"cafe ", true},
@@ -129,15 +130,31 @@ TEST(NSStringEncodingDetection, BinaryDataIsNoText) {
   for (char &byte : noise) byte = static_cast<char>(random());
   for (const std::string &bytes :
        {std::string(1, '\0'), std::string(100, '\0'), "hello\0"s, noise, "\xff\xfe" + noise,
+        "\0\0\xfe\xff"s + noise,
         "\x7f"
         "ELF\2\1\1\0\0\0\0\0"s,
-        "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\1\0\0\0\1\0\x8\x6"s}) {
+        "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\1\0\0\0\1\0\x8\x6"s,
+        // Without a mark no half of a pair stands alone, and each number is one of a character.
+        wide(U"a" + std::u32string(200, U'x') + U'\xd83c' + std::u32string(200, U'y'), 2, false),
+        wide(U"a" + std::u32string(200, U'x') + U'\xdf43' + std::u32string(200, U'y'), 2, true),
+        wide(std::u32string(200, U'x') + U'\xd800' + std::u32string(200, U'y'), 4, false),
+        wide(std::u32string(200, U'x') + U'\xdfff' + std::u32string(200, U'y'), 4, false),
+        wide(std::u32string(200, U'x') + U'\x110000' + std::u32string(200, U'y'), 4, true)}) {
     SCOPED_TRACE(testing::PrintToString(bytes.substr(0, 20)));
     const DetectedString found = detect(bytes);
     EXPECT_FALSE(found.string);
     EXPECT_FALSE(found.encodingName);
   }
   EXPECT_TRUE(detect(std::string(200, 'x') + '\0').string);
+  // What is no character counts as a control, one in fifty.
+  for (const char32_t character : {U'\xfffd', U'\xfffe', U'\xffff'}) {
+    const auto nameOf = [=](std::size_t length) {
+      return detect("\xff\xfe" + wide(character + std::u32string(length - 1, U'\u00e4'), 2, false))
+          .encodingName;
+    };
+    EXPECT_EQ(nameOf(49) == u"UTF-16"_ns, character == 0xfffd);
+    EXPECT_EQ(nameOf(50), u"UTF-16"_ns);
+  }
   for (std::size_t i = 0; i < 59; ++i) {
     std::string text(60, 'x');
     text[i] = '\x7f';

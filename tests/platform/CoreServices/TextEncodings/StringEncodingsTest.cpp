@@ -106,6 +106,31 @@ TEST(StringEncodings, KnownTexts) {
   }
 }
 
+TEST(StringEncodings, CodesThatAreOnlyRead) {
+  // The virama before a half or a joined form, the nukta behind what it changes, and whole texts.
+  const Text cases[] = {
+      {kCFStringEncodingMacDevanagari, "\xe8\xe8\xe8\xe9\xe8", u"\u094d\u200c\u094d\u200d\u094d"},
+      {kCFStringEncodingMacDevanagari, "\xa1\xe9\xa6\xe9\xa7\xe9\xaa\xe9\xdb\xe9\xdc\xe9\xdf\xe9\xea\xe9",
+       u"\u0950\u090c\u0961\u0960\u0962\u0963\u0944\u093d"},
+      {kCFStringEncodingMacGujarati, "\xe8\xe8\xe8\xe9\xe8", u"\u0acd\u200c\u0acd\u200d\u0acd"},
+      {kCFStringEncodingMacGujarati, "\xa1\xe9\xaa\xe9\xdf\xe9", u"\u0ad0\u0ae0\u0ac4"},
+      {kCFStringEncodingMacGurmukhi, "\xe8\xe8\xe8\xe9\xe8", u"\u0a4d\u200c\u0a4d\u200d\u0a4d"},
+      {kCFStringEncodingMacGurmukhi, "\x90\x91\x92", u"\u0a71\u0a21\u0a3c\u0a73"},
+      {kCFStringEncodingMacHebrew, "\x81\xc0\xde", u"\u05f2\u05b7\u05dc\u05b9\u05b8"},
+      {kCFStringEncodingMacSymbol, "\xe2\xe3\xe4", u"\u00ae\u00a9\u2122"},
+      {kCFStringEncodingKOI8CS2, "\xc7\xe7", u"chCH"},
+      // Forms for vertical lines, and what is one sign there.
+      {kCFStringEncodingMacChineseSimp,
+       "\xa6\xd9\xa6\xda\xa6\xdb\xa6\xdc\xa6\xdd\xa6\xde\xa6\xdf\xa6\xec\xa6\xed", u"，。、：；！？〖〗"},
+      {kCFStringEncodingMacKorean, "\xa2\xe6\xa2\xe7\xa2\xe8", u"1\u20de2\u20de3\u20de"},
+      {kCFStringEncodingMacJapanese, "\x85\xab\x85\xac\x85\xad\x85\xbf\x85\xc0\x85\xc1", u"XIIIXIVXVxiiixivxv"},
+  };
+  for (const Text &each : cases)
+    EXPECT_EQ(decode(each.bytes, each.encoding).UTF8String(),
+              NSString::stringWithCharacters(each.text).UTF8String())
+        << nameOf(each.encoding);
+}
+
 /// Goes through the converter in steps of so many bytes into a buffer of so many units.
 NSString decodeInSteps(std::string_view bytes, CFStringEncoding encoding, std::size_t step, std::size_t units) {
   std::unique_ptr<TECConverter> converter;
@@ -158,6 +183,62 @@ TEST(StringEncodings, WhatIsClearedBeginsAnew) {
     convert(before);
     converter->clearContextInfo();
     EXPECT_EQ(convert(u"a"), bytes);
+  }
+}
+
+TEST(StringEncodings, FormsForVerticalLinesMeanWhatTheUsualOnesDo) {
+  for (const int usual :
+       {0x8141, 0x8142, 0x8150, 0x815b, 0x815d, 0x8160, 0x8161, 0x8162, 0x8163, 0x816d, 0x816e, 0x8181,
+        0x829f, 0x82a1, 0x82a3, 0x82a5, 0x82a7, 0x82c1, 0x82e1, 0x82e3, 0x82e5, 0x82ec, 0x8340, 0x8342,
+        0x8344, 0x8346, 0x8348, 0x8362, 0x8383, 0x8385, 0x8387, 0x838e, 0x8395, 0x8396}) {
+    const auto meaning = [](int code) {
+      return decode(std::string{static_cast<char>(code >> 8), static_cast<char>(code)},
+                    kCFStringEncodingMacJapanese);
+    };
+    EXPECT_EQ(meaning(usual).length(), 1u) << usual;
+    EXPECT_EQ(meaning(usual + 0x6a00).UTF8String(), meaning(usual).UTF8String()) << usual;
+  }
+}
+
+TEST(StringEncodings, WhatWaitsIsClearedToo) {
+  // A byte that another may follow, and a second unit that there was no room for.
+  for (const std::string_view before : {"\xe8"sv, "\xe8\xe8"sv}) {
+    std::unique_ptr<TECConverter> converter;
+    ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingMacDevanagari, kCFStringEncodingUnicode), noErr);
+    const auto convert = [&](std::string_view bytes) {
+      unichar unit = 0;
+      const std::span output(reinterpret_cast<std::uint8_t *>(&unit), sizeof unit);
+      const std::span input(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
+      return converter->convertText(input, output).writtenBytes == sizeof unit ? unit : u'\0';
+    };
+    EXPECT_EQ(convert(before), before.size() == 1 ? u'\0' : u'\u094d');
+    converter->clearContextInfo();
+    EXPECT_EQ(convert("a"), u'a');
+  }
+}
+
+TEST(StringEncodings, HalvesOfPairsHaveNoCode) {
+  // A character of two units, and another one that would be taken for its second half by its lower bits.
+  NSString pair;
+  for (int code = 0; pair.length() < 2 && code < 94 * 94; ++code)
+    pair = decode(std::string{static_cast<char>(0x21 + code / 94), static_cast<char>(0x21 + code % 94)},
+                  kCFStringEncodingCNS_11643_92_P3);
+  ASSERT_EQ(pair.length(), 2u);
+  const unichar high = pair.view()[0], low = pair.view()[1], other = 0x8800 | (low & 0x3ff);
+  const std::pair<std::u16string, OSStatus> cases[] = {{{high, low}, noErr},
+                                                       {{high, other}, kTECUnmappableElementErr},
+                                                       {{high, high}, kTECUnmappableElementErr},
+                                                       {{low}, kTECUnmappableElementErr},
+                                                       {{high}, kTECPartialCharErr}};
+  for (const auto &[text, status] : cases) {
+    std::unique_ptr<TECConverter> converter;
+    ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingUnicode, kCFStringEncodingCNS_11643_92_P3), noErr);
+    std::array<std::uint8_t, 8> output;
+    const std::span input(reinterpret_cast<const std::uint8_t *>(text.data()), text.size() * sizeof text[0]);
+    const TECResult result = converter->convertText(input, output);
+    EXPECT_EQ(result.status, status);
+    EXPECT_EQ(result.consumedBytes, status == noErr ? 4u : 0u);
+    EXPECT_EQ(result.writtenBytes, status == noErr ? 2u : 0u);
   }
 }
 

@@ -69,6 +69,7 @@ class FakeDesktop {
   bool hasActions = true;
   bool hasMarkup = true;
   bool leaves = false;
+  bool refuses = false;
   struct Signal {
     std::uint32_t offset;
     const char *action;
@@ -137,6 +138,8 @@ class FakeDesktop {
       g_dbus_method_invocation_return_value(call, g_variant_new("(o)", "/request"));
     } else if (name == "CloseNotification") {
       g_dbus_method_invocation_return_value(call, nullptr);
+    } else if (self.refuses) {
+      g_dbus_method_invocation_return_dbus_error(call, "org.freedesktop.Notifications.Error", "no");
     } else {
       // A quick person: the signals are there before the answer that names the notification.
       const std::uint32_t number = ++self.number_;
@@ -220,6 +223,11 @@ TEST_F(SessionDesktopTest, DoesNotWaitForEver) {
   EXPECT_EQ(fake.takeAsked(),
             "Notify('Quiverleaf', 0, '', 'News', '', [], {}, -1)\n"
             "Notify('Quiverleaf', 0, '', 'Title', 'a < \"b\"\\u001b\\nhttp://h/?a&b', [], {}, -1)\n");
+  fake.refuses = true;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(desktop.runAlert({.title = u"News"_ns}), std::nullopt);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "News\n");
+  fake.refuses = false;
   fake.hasActions = fake.leaves = true;
   EXPECT_EQ(desktop.runAlert(question), std::nullopt);
 }

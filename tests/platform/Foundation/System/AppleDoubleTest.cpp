@@ -86,6 +86,19 @@ TEST(AppleDouble, EmptyOnesHaveTheLayoutThatServersAskFor) {
   EXPECT_EQ(data.view().substr(122, 32), std::string(32, 'f'));
   EXPECT_EQ(data.view().substr(370, 4), "\0\0\1\xa0"sv);
   EXPECT_TRUE(AppleDouble::appleDoubleWithData(data));
+  // Finder information, comment, dates, the server's attributes, and its cache in four entries of its own.
+  EXPECT_EQ(data.view().substr(0, 122),
+            "\0\x05\x16\x07\0\x02\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\x08"
+            "\0\0\0\x09\0\0\0\x7a\0\0\0\x20"
+            "\0\0\0\x04\0\0\0\x9a\0\0\0\0"
+            "\0\0\0\x08\0\0\1\x62\0\0\0\x10"
+            "\0\0\0\x0e\0\0\1\x72\0\0\0\x04"
+            "\x80"
+            "DEV\0\0\1\x76\0\0\0\0"
+            "\x80INO\0\0\1\x7e\0\0\0\0"
+            "\x80SYN\0\0\1\x86\0\0\0\0"
+            "\x80SV~\0\0\1\x8e\0\0\0\0"sv);
+  EXPECT_EQ(data.view().substr(354, 16), "\x80\0\0\0\x80\0\0\0\x80\0\0\0\x80\0\0\0"sv);
 
   const NSData companion = AppleDouble::companion().data();
   EXPECT_EQ(companion.length(), 82u);

@@ -8,6 +8,7 @@
 #include <signal.h>
 #include <sys/file.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -414,6 +415,26 @@ TEST_F(ChildProcessTest, FailsWithAReasonAndKeepsNothing) {
   }
   EXPECT_EQ(openDescriptors(), before);
   EXPECT_EQ(ownChildren(), others) << "a supervisor is left";
+}
+
+TEST_F(ChildProcessTest, SaysThatDescriptorsHaveRunOut) {
+  rlimit before = {};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  const std::ptrdiff_t open = openDescriptors();
+  const FileDescriptor next(::open("/", O_PATH | O_CLOEXEC));
+  // A child needs five pairs of them.
+  for (rlim_t left = 0; left < 10; ++left) {
+    const rlimit few = {static_cast<rlim_t>(next.get()) + 1 + left, before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    NSError error;
+    const bool isStarted = ChildProcess::start(probe("serve"), confinement_, &error) != nullptr;
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    EXPECT_FALSE(isStarted) << left;
+    EXPECT_EQ(error.localizedFailureReason.UTF8String(),
+              "a child process cannot be set up: Too many open files")
+        << left;
+    EXPECT_EQ(openDescriptors(), open + 1) << left;
+  }
 }
 
 /// Run in a process of its own, which exits with the number of the first thing that is not as it should be.
