@@ -12,6 +12,7 @@
 #include "Classes/PlainText/PlainTextHandler.hpp"
 #include "Classes/PlainText/PlainTextKernels.hpp"
 #include "tests/support/ExactBuffer.hpp"
+#include "tests/support/Repeated.hpp"
 
 namespace nimbo {
 namespace {
@@ -23,12 +24,6 @@ struct Case {
 
 NSString stringOf(const std::string &bytes) {
   return NSString::stringWithUTF8String(bytes);
-}
-
-std::string repeated(std::string_view text, std::size_t times) {
-  std::string all;
-  while (times-- > 0) all += text;
-  return all;
 }
 
 void expectTexts(const PlainTextOptions &options, std::initializer_list<Case> cases) {

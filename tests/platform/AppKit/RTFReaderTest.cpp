@@ -6,6 +6,7 @@
 
 #include "platform/AppKit/NSAttributedStringRTF.hpp"
 #include "tests/platform/AppKit/RichTextDescription.hpp"
+#include "tests/support/Repeated.hpp"
 
 namespace nimbo {
 namespace {
@@ -553,12 +554,6 @@ TEST(RTFWriter, OnlyWideCellsAreMergedInARow) {
     for (std::size_t at = 0; (at = rtf.find("\\clmgf", at)) != rtf.npos; ++at) ++found;
     EXPECT_EQ(found, starts) << rtf;
   }
-}
-
-std::string repeated(std::string_view part, std::size_t times) {
-  std::string text;
-  for (std::size_t i = 0; i < times; ++i) text += part;
-  return text;
 }
 
 TEST(RTFReader, LimitsHold) {

@@ -11,6 +11,7 @@
 #include "platform/CSS/CSSSelectorReader.hpp"
 #include "tests/platform/CSS/CSSPage.hpp"
 #include "tests/support/GrowthRatio.hpp"
+#include "tests/support/Repeated.hpp"
 
 namespace nimbo {
 namespace {
@@ -30,12 +31,6 @@ std::string matchesOf(std::string_view selectors, const CSSPage &page, bool only
     for (const CSSSelector &selector : *list) isMatched = isMatched || matcher.matches(selector, i);
     if (isMatched) text += (text.empty() ? "" : " ") + std::to_string(i);
   }
-  return text;
-}
-
-std::string repeated(std::string_view part, std::size_t count) {
-  std::string text;
-  for (std::size_t i = 0; i < count; ++i) text += part;
   return text;
 }
 

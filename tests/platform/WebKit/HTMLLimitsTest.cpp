@@ -9,15 +9,10 @@
 #include "platform/WebKit/HTMLDocument.hpp"
 #include "tests/platform/WebKit/HTMLTreeCheck.hpp"
 #include "tests/support/GrowthRatio.hpp"
+#include "tests/support/Repeated.hpp"
 
 namespace nimbo {
 namespace {
-
-std::u16string repeated(std::u16string_view unit, std::size_t count) {
-  std::u16string text;
-  while (count-- > 0) text += unit;
-  return text;
-}
 
 /// All text of the page in order.
 std::u16string allText(const HTMLDocument &document) {
