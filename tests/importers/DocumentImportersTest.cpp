@@ -202,6 +202,7 @@ TEST_F(Importers, PartsOfDocuments) {
        NSString(), ErrorCode::locked},
       {"damaged.docx", "\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1"s + std::string(4096, '\0'), NSString(),
        ErrorCode::damaged},
+      {"noise.docx", "E\0n\0c\0r\0y\0p\0t\0e\0d\0P\0a\0c\0k\0a\0g\0e\0"s, NSString(), ErrorCode::damaged},
       {"locked.odt", storedZip({{"content.xml", "noise"}}, 1), NSString(), ErrorCode::locked},
       {"manifest.odt",
        storedZip({{"META-INF/manifest.xml", "<m><file-entry><encryption-data/></file-entry></m>"},
@@ -223,6 +224,12 @@ TEST_F(Importers, PartsOfDocuments) {
   }
   expectAttributes(metaDataOf("language.fodt", "<o><meta><language>de</language></meta><p>Blatt</p></o>"),
                    {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
+  constexpr std::size_t kLongestProperty = 64 << 10;
+  const NSString title = metaDataOf("title.fodt", "<o><meta><title>" + std::string(kLongestProperty + 1, 'x') +
+                                                      "</title></meta><p>Blatt</p></o>")
+                             .objectForKey(u"kMDItemTitle"_ns)
+                             .string();
+  EXPECT_EQ(title.length(), kLongestProperty);
 }
 
 TEST_F(Importers, LongDocumentsAreCut) {

@@ -417,6 +417,9 @@ TEST(RTFReader, Tables) {
                "\\cellx2000\\intbl a\\cell b\\cell\\row",
                "[a\\n] cell=1/2:0+1,0+1 border=2 bordercolor=255.0.0 border=0.75 width=50pt\n[b\\n] "
                "cell=1/2:0+1,1+1 width=50pt\n"},
+           Case{"\\trowd\\clbrdrt\\brdrs\\brdrw40\\brdrnone\\clbrdrl\\brdrw40\\brdrnil\\cellx1000\\intbl "
+                "a\\cell\\row",
+                "[a\\n] cell=1/1:0+1,0+1 width=50pt\n"},
            // Widths that are left to the table, and edges that are nearly the same and not.
            Case{"\\trowd\\clwWidth500\\clftsWidth1\\cellx1000\\clvertalb\\cellx2000\\intbl a\\cell "
                 "b\\cell\\row\\trowd\\taflags2\\cellx1020\\cellx2021\\intbl c\\cell d\\cell\\row",

@@ -133,6 +133,10 @@ TEST(ListFlow, ParagraphsSayTheirLists) {
   ASSERT_EQ(style.tabStops.size(), 2U);
   EXPECT_GT(style.tabStops[0].location, 0) << "a marker needs room even where its list has none";
   EXPECT_EQ(style.tabStops[1].location, style.headIndent);
+  // Markers of one list begin in one column.
+  const NSAttributedString deep = textOfHTML(u"<ul style='margin:0;padding:50px'><li>a</ul>").text;
+  const NSParagraphStyle &item = *deep.attributesAtIndex(0)->paragraphStyle;
+  EXPECT_EQ(item.tabStops[0].location, item.headIndent - 20);
 }
 
 TEST(ListFlow, ContentIsGenerated) {
