@@ -3,10 +3,13 @@
 """The helper's process as it is started, on the wire."""
 
 import contextlib
+import ctypes
 import os
 import pathlib
 import plistlib
+import re
 import resource
+import signal
 import socket
 import struct
 import subprocess
@@ -17,6 +20,9 @@ import unittest
 from quiverleaf import CONNECTION_NAME, ErrorCode, Helper, plist
 
 HELPER = os.environ["QUIVERLEAF_HELPER"]
+
+# Of <sys/ptrace.h>.
+PTRACE_TRACEME, PTRACE_SYSCALL = 0, 24
 
 
 @contextlib.contextmanager
@@ -111,6 +117,25 @@ class HelperProcessTest(unittest.TestCase):
                     for stream in range(3):
                         self.assertNotRegex(os.readlink(f"/proc/{process.pid}/fd/{stream}"), "eventfd|socket|Quiverleaf")
                     client.stop()
+
+    def test_heeds_the_signal_to_end_once_its_name_is_there(self):
+        self.helper.stop()
+        trace = ctypes.CDLL(None).ptrace
+        trace.argtypes = [ctypes.c_long, ctypes.c_int, ctypes.c_void_p, ctypes.c_void_p]
+
+        def be_traced():
+            if trace(PTRACE_TRACEME, 0, None, None) != 0:
+                raise PermissionError("no process can be traced here")
+
+        with started(HELPER, stdin=subprocess.DEVNULL, preexec_fn=be_traced) as process:
+            _, state = os.waitpid(process.pid, 0)
+            while os.WIFSTOPPED(state) and not (self.folder / CONNECTION_NAME).exists():
+                trace(PTRACE_SYSCALL, process.pid, None, None)
+                _, state = os.waitpid(process.pid, 0)
+            self.assertTrue(os.WIFSTOPPED(state))
+            status = pathlib.Path(f"/proc/{process.pid}/status").read_text("utf-8")
+            caught = int(re.search(r"SigCgt:\s*(\w+)", status).group(1), 16)
+            self.assertTrue(caught & 1 << signal.SIGTERM - 1, status)
 
     def test_its_command_line(self):
         cases = [
