@@ -1,208 +1,28 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/Foundation/NSConnection.hpp"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <poll.h>
 #include <sys/resource.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
-#include <variant>
 #include <vector>
 
-#include "platform/Foundation/Connection/ConnectionMessage.hpp"
-#include "platform/Foundation/Connection/ConnectionName.hpp"
-#include "platform/Foundation/NSObject.hpp"
-#include "platform/Foundation/NSPropertyListSerialization.hpp"
 #include "platform/Foundation/NSRunLoop.hpp"
 #include "platform/Foundation/System/Deadline.hpp"
-#include "tests/clients/HelperFixture.hpp"
+#include "tests/platform/Foundation/Connection/ConnectionClients.hpp"
 
 namespace nimbo {
 namespace {
 
-std::string joined(const std::vector<NSData> &pieces) {
-  std::string bytes;
-  for (const NSData &piece : pieces) bytes += piece.view();
-  return bytes;
-}
-
-NSData bodyOf(const std::vector<NSData> &pieces) {
-  const std::string bytes = joined(pieces).substr(kMessageLengthBytes);
-  return NSData::dataWithBytes(bytes.data(), bytes.size());
-}
-
-std::string message(const NSData &body) {
-  std::string bytes;
-  for (int shift = 24; shift >= 0; shift -= 8) bytes += static_cast<char>(body.length() >> shift);
-  return bytes.append(body.view());
-}
-
-std::string request(const NSString &selector, const NSDictionary &arguments = {}, std::int64_t serial = 1) {
-  return joined(encodeMessage(ConnectionRequest{serial, selector, arguments}));
-}
-
-std::string propertyList(const id &value) {
-  return message(NSPropertyListSerialization::dataWithPropertyList(value, NSPropertyListFormat::binary));
-}
-
-std::string note(int number, std::int64_t serial = 1) {
-  return request(u"note:"_ns, {{u"note"_ns, number}}, serial);
-}
-
-/// A client that writes what it likes.
-class RawClient {
- public:
-  static constexpr int kWaitMilliseconds = 20'000;
-
-  RawClient() : socket_(connectToConnectionName(NSString::stringWithCharacters(kHelperConnectionName))) {
-    ::fcntl(socket_.get(), F_SETFL, 0);
-  }
-
-  bool send(std::string_view bytes) {
-    return ::send(socket_.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
-           static_cast<ssize_t>(bytes.size());
-  }
-  /// The next message of a kind; others are passed over. Nothing when the connection ends first.
-  template <class Kind>
-  std::optional<Kind> next() {
-    for (;;) {
-      std::uint8_t length[kMessageLengthBytes];
-      if (!read(length, sizeof length)) return std::nullopt;
-      std::vector<std::uint8_t> bytes(decodeMessageLength(length));
-      ConnectionAnswer message;
-      if (!read(bytes.data(), bytes.size()) ||
-          !decodeMessage(NSData::dataWithBytes(bytes.data(), bytes.size()), &message))
-        return std::nullopt;
-      if (Kind *found = std::get_if<Kind>(&message)) return std::move(*found);
-    }
-  }
-  std::optional<ConnectionReply> reply() { return next<ConnectionReply>(); }
-  /// Waits until the other side closes. False when it still stands after a long time.
-  bool isEnded() {
-    pollfd state = {socket_.get(), 0, 0};
-    return ::poll(&state, 1, kWaitMilliseconds) == 1 && (state.revents & POLLHUP);
-  }
-  bool answers() { return send(request(u"nil"_ns)) && reply(); }
-  /// Whether nothing has come that was not read.
-  bool isSilent() {
-    pollfd state = {socket_.get(), POLLIN, 0};
-    return ::poll(&state, 1, 0) == 0;
-  }
-  void close() { socket_.close(); }
-
- private:
-  bool read(std::uint8_t *bytes, std::size_t count) {
-    for (std::size_t got = 0; got < count;) {
-      pollfd state = {socket_.get(), POLLIN, 0};
-      if (::poll(&state, 1, kWaitMilliseconds) != 1) return false;
-      const ssize_t part = ::recv(socket_.get(), bytes + got, count - got, 0);
-      if (part <= 0) return false;
-      got += static_cast<std::size_t>(part);
-    }
-    return true;
-  }
-
-  FileDescriptor socket_;
-};
-
-class NSConnectionTest : public HelperFixture {
- protected:
-  int startHelper(const char *timeout = "15") {
-    ::setenv("TEST_HELPER_TIMEOUT", timeout, 1);
-    return HelperClient().helperProcessIdentifier();
-  }
-};
-
-TEST_F(NSConnectionTest, MessagesKeepTheirContent) {
-  NSDictionary arguments = {{u"flag"_ns, true},
-                            {u"count"_ns, -7},
-                            {u"ratio"_ns, 0.5},
-                            {u"text"_ns, u"\xd800"_ns},
-                            {u"data"_ns, NSData::data()},
-                            {u"wrong"_ns, NSArray{NSNull(), NSDictionary{{u"deep"_ns, NSArray::array()}}}}};
-  // Large data, which is not copied into the message, among other values.
-  for (const NSString &key : {u"large"_ns, u"after"_ns, u"larger"_ns}) {
-    const std::string bytes(100'000u + key.length(), static_cast<char>(key.length()));
-    arguments.setObject(NSData::dataWithBytes(bytes.data(), bytes.size()), key);
-    arguments.setObject(key, key.substringWithRange({1, 3}));
-  }
-  ConnectionRequest decoded;
-  ASSERT_TRUE(
-      decodeMessage(bodyOf(encodeMessage(ConnectionRequest{INT64_MAX, u"a:b:"_ns, arguments})), &decoded));
-  EXPECT_EQ(decoded.serial, INT64_MAX);
-  EXPECT_EQ(decoded.selector, u"a:b:"_ns);
-  EXPECT_EQ(decoded.arguments, arguments);
-
-  for (const ConnectionReply &reply :
-       {ConnectionReply{1, id(), {}, {}}, ConnectionReply{-2, NSArray{NSNull()}, {}, {}},
-        ConnectionReply{3, id(), u"Name"_ns, NSString::string()},
-        ConnectionReply{4, id(), {}, {}, NSError::errorWithCode(ErrorCode::locked, "it is \xe2\x82\xac")},
-        ConnectionReply{5, true, {}, {}, {NimboErrorDomain(), 1234}}}) {
-    ConnectionAnswer answer;
-    ASSERT_TRUE(decodeMessage(bodyOf(encodeMessage(reply)), &answer));
-    const auto &copy = std::get<ConnectionReply>(answer);
-    EXPECT_EQ(copy.serial, reply.serial);
-    EXPECT_EQ(copy.result, reply.result);
-    EXPECT_EQ(copy.exceptionName, reply.exceptionName);
-    EXPECT_EQ(copy.exceptionReason, reply.exceptionReason);
-    EXPECT_EQ(copy.error, reply.error);
-  }
-}
-
-TEST_F(NSConnectionTest, AReplyIsWholeOrNone) {
-  const auto read = [](const NSDictionary &message, ConnectionAnswer *answer) {
-    return decodeMessage(
-        NSPropertyListSerialization::dataWithPropertyList(message, NSPropertyListFormat::binary), answer);
-  };
-  const id name = u"Name"_ns, reason = u"reason"_ns;
-  const NSDictionary whole = {{u"Name"_ns, name}, {u"Reason"_ns, reason}};
-  for (const NSDictionary &bad : {NSDictionary{{u"Reply"_ns, u"1"_ns}},
-                                  {{u"Reply"_ns, 1}, {u"Reason"_ns, 1}},
-                                  {{u"Reply"_ns, 1}, {u"Code"_ns, u"1"_ns}},
-                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, name}},
-                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, NSDictionary{{u"Name"_ns, name}}}},
-                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, NSDictionary{{u"Reason"_ns, reason}}}},
-                                  {{u"Reply"_ns, 1}, {u"Exception"_ns, whole}, {u"Result"_ns, 1}}}) {
-    ConnectionAnswer answer;
-    EXPECT_FALSE(read(bad, &answer)) << testing::PrintToString(
-        NSPropertyListSerialization::dataWithPropertyList(bad, NSPropertyListFormat::xml).view());
-  }
-  ConnectionAnswer answer;
-  ASSERT_TRUE(read({{u"Reply"_ns, 1}, {u"Exception"_ns, whole}}, &answer));
-  EXPECT_EQ(std::get<ConnectionReply>(answer).exceptionReason, reason.string());
-  // A reason alone is one of no known kind, and a code may have no reason.
-  ASSERT_TRUE(read({{u"Reply"_ns, 1}, {u"Reason"_ns, reason}}, &answer));
-  EXPECT_EQ(std::get<ConnectionReply>(answer).error,
-            NSError::errorWithCode(ErrorCode::other, reason.string().UTF8String()));
-  ASSERT_TRUE(read({{u"Reply"_ns, 1}, {u"Code"_ns, 1234}}, &answer));
-  EXPECT_EQ(std::get<ConnectionReply>(answer).error, (NSError{NimboErrorDomain(), 1234}));
-  // What has neither name is of a later version.
-  ASSERT_TRUE(read({{u"News"_ns, 1}}, &answer));
-  EXPECT_TRUE(std::holds_alternative<std::monostate>(answer));
-}
-
-TEST_F(NSConnectionTest, ObjectsDoNotCross) {
-  const id object = makeShared<NSObject>();
-  NSError error;
-  EXPECT_TRUE(encodeMessage(ConnectionRequest{1, u"a:"_ns, {{u"a"_ns, object}}}, &error).empty());
-  EXPECT_TRUE(error);
-  EXPECT_TRUE(encodeMessage(ConnectionReply{1, NSArray{object}, {}, {}}, &error).empty());
-  EXPECT_EQ(error.localizedFailureReason, u"an object is no property list"_ns);
-}
+using NSConnectionTest = ConnectionFixture;
 
 TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
   const std::string cases[] = {
@@ -440,62 +260,6 @@ TEST_F(NSConnectionTest, AMessageThatNeverEndsHoldsUpNoRequestForEver) {
   sender.join();
 }
 
-TEST_F(NSConnectionTest, WritesDownWhatItDoes) {
-  const int helper = startHelper();
-  RawClient first, second;
-  const NSString odd = u"/a\nb\xdcff"_ns;
-  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.1}}));
-  ASSERT_TRUE(first.next<ConnectionBegun>());
-  first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 30}, {u"file"_ns, odd}}));
-  second.send(request(u"nil"_ns));
-  ASSERT_TRUE(first.next<ConnectionBegun>());
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  const auto record = readConnectionRecord(openConnectionRecord(name()));
-  ASSERT_TRUE(record);
-  EXPECT_TRUE(record->isWorking);
-  EXPECT_EQ(record->process, helper);
-  EXPECT_EQ(record->client, ::getpid());
-  EXPECT_EQ(record->selector, u"sleep:"_ns);
-  EXPECT_EQ(record->input, odd);
-  EXPECT_EQ(record->server.version, u"1.2"_ns);
-  ::kill(helper, SIGKILL);
-}
-
-TEST_F(NSConnectionTest, ARecordIsReadWholeOrNotAtAll) {
-  EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
-  const ConnectionListener listener = listenOnConnectionName(name(), {.process = 1});
-  const auto first = readConnectionRecord(openConnectionRecord(name()));
-  ASSERT_TRUE(first);
-  EXPECT_EQ(first->process, 1);
-  EXPECT_FALSE(first->isWorking);
-  ConnectionRecord written = {.process = 2, .isWorking = true, .selector = u"x"_ns};
-  written.input = NSString::stringWithCharacters(std::u16string(100'000, u'y'));
-  writeConnectionRecord(listener.record, written);
-  auto record = readConnectionRecord(openConnectionRecord(name()));
-  ASSERT_TRUE(record && record->isWorking);
-  EXPECT_LT(record->input.length(), 10'000u);
-  writeConnectionRecordIsIdle(listener.record);
-  record = readConnectionRecord(openConnectionRecord(name()));
-  ASSERT_TRUE(record);
-  EXPECT_EQ(record->process, 2);
-  EXPECT_FALSE(record->isWorking);
-  // A byte of the text that somebody is about to write over.
-  {
-    std::fstream content(file(".record"), std::ios::in | std::ios::out | std::ios::binary);
-    content.seekp(2'000);
-    ASSERT_EQ(content.peek(), 'y');
-    content.put('z');
-  }
-  EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
-  for (const std::uintmax_t size : {200u, 12u, 11u, 0u}) {
-    std::filesystem::resize_file(file(".record"), size);
-    EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name()))) << size;
-  }
-  // What announces a length and ends there is not read behind its end.
-  std::ofstream(file(".record"), std::ios::binary) << std::string(4, '\0') << std::string(4, '\xff');
-  EXPECT_FALSE(readConnectionRecord(openConnectionRecord(name())));
-}
-
 TEST_F(NSConnectionTest, EndsWhenNobodyUsesItOrFindsIt) {
   const auto endsBy = [this](const char *setting, const std::function<void()> &event) {
     ::setenv(setting, "0.2", 1);
@@ -603,118 +367,6 @@ TEST_F(NSConnectionTest, CountsNoBytesOfRequestsThatAreDoneOrDropped) {
     leaving.close();
     cut.send(std::string_view(whole).substr(0, whole.size() - 1));
   }
-}
-
-TEST_F(NSConnectionTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
-  const int helper = startHelper();
-  NSConnection second;
-  EXPECT_FALSE(second.registerName(name()));
-  // Whoever listens is alive, even when somebody has removed its lock.
-  std::filesystem::remove(file(".lock"));
-  EXPECT_FALSE(second.registerName(name()));
-  EXPECT_TRUE(RawClient().answers());
-
-  ::kill(helper, SIGKILL);
-  ::waitpid(helper, nullptr, 0);
-  EXPECT_TRUE(std::filesystem::is_socket(file()));
-  EXPECT_FALSE(connectToConnectionName(name()));
-  EXPECT_TRUE(second.registerName(name()));
-  EXPECT_TRUE(second.registerName(name()));
-  EXPECT_TRUE(connectToConnectionName(name()));
-}
-
-TEST_F(NSConnectionTest, ACopyOfTheProcessListensUnderNoName) {
-  auto first = std::make_unique<NSConnection>();
-  NSConnection second;
-  ASSERT_TRUE(first->registerName(u"first"_ns) && second.registerName(u"second"_ns));
-  const auto countListeners = [] {
-    int count = 0;
-    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
-      int listens = 0;
-      socklen_t length = sizeof listens;
-      count += ::getsockopt(descriptor, SOL_SOCKET, SO_ACCEPTCONN, &listens, &length) == 0 && listens;
-    }
-    return count;
-  };
-  const auto listenersOfACopy = [&] {
-    const pid_t copy = ::fork();
-    if (copy == 0) ::_exit(countListeners());
-    int status = -1;
-    ::waitpid(copy, &status, 0);
-    return WEXITSTATUS(status);
-  };
-  EXPECT_EQ(countListeners(), 2);
-  EXPECT_EQ(listenersOfACopy(), 0);
-  first.reset();
-  EXPECT_EQ(countListeners(), 1);
-  EXPECT_EQ(listenersOfACopy(), 0);
-}
-
-TEST_F(NSConnectionTest, NamesAndFoldersThatCannotBeTrustedAreRefused) {
-  for (const NSString &bad : {NSString(), u""_ns, u"."_ns, u".."_ns, u"a/b"_ns, u"a\0b"_ns})
-    EXPECT_FALSE(listenOnConnectionName(bad, {}));
-  std::ofstream(file()) << "precious";
-  EXPECT_FALSE(listenOnConnectionName(name(), {}));
-  EXPECT_TRUE(std::filesystem::is_regular_file(file()));
-  std::filesystem::remove(file());
-
-  const ConnectionListener listener = listenOnConnectionName(name(), {});
-  struct stat info = {};
-  ASSERT_EQ(::stat(file().c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 07777, 0600u);
-  EXPECT_EQ(peerProcessIdentifier(connectToConnectionName(name())), ::getpid());
-  ::chmod(file().c_str(), 0666);
-  EXPECT_FALSE(connectToConnectionName(name()));
-  ::chmod(file().c_str(), 0600);
-  // Once the listener takes no more, a client waits no longer than its limit.
-  bool isBusy = false;
-  std::vector<FileDescriptor> waiting;
-  while (!isBusy && waiting.size() < 1000) {
-    waiting.push_back(connectToConnectionName(name(), 0.01, &isBusy));
-    ASSERT_EQ(isBusy, !waiting.back());
-  }
-  EXPECT_TRUE(isBusy);
-
-  ::chmod(folder.c_str(), 0777);
-  EXPECT_FALSE(openConnectionFolder());
-  ::chmod(folder.c_str(), 0700);
-  ::setenv("QUIVERLEAF_RUNTIME_DIR", "relative", 1);
-  EXPECT_FALSE(openConnectionFolder());
-  // Longer than a socket's address may be.
-  ::setenv("QUIVERLEAF_RUNTIME_DIR", (folder / std::string(150, 'x')).c_str(), 1);
-  const ConnectionListener deep = listenOnConnectionName(name(), {});
-  EXPECT_TRUE(deep);
-  EXPECT_TRUE(connectToConnectionName(name()));
-}
-
-TEST_F(NSConnectionTest, OtherUsersAreTurnedAway) {
-  if (::geteuid() != 0) GTEST_SKIP() << "only root can become another user";
-  startHelper();
-  ASSERT_EQ(::chown(folder.c_str(), 65534, 0), 0);
-  EXPECT_FALSE(openConnectionFolder());
-  ASSERT_EQ(::chown(folder.c_str(), 0, 0), 0);
-  ASSERT_EQ(::chown(file().c_str(), 65534, 0), 0);
-  EXPECT_FALSE(connectToConnectionName(name()));
-  ASSERT_EQ(::chown(file().c_str(), 0, 0), 0);
-  ::chmod(folder.c_str(), 0755);
-  const FileDescriptor place = openConnectionFolder();
-  ::chmod(file().c_str(), 0666);
-  const pid_t other = ::fork();
-  if (other == 0) {
-    sockaddr_un address = {AF_UNIX, {}};
-    const std::string path = "/proc/self/fd/" + std::to_string(place.get()) + "/" + name().UTF8String();
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    char byte;
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    if (::setuid(65534) != 0 || ::connect(socket, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0)
-      ::_exit(2);
-    ::_exit(::recv(socket, &byte, 1, 0) == 0 ? 0 : 1);
-  }
-  int status = 0;
-  ::waitpid(other, &status, 0);
-  EXPECT_EQ(WEXITSTATUS(status), 0);
-  ::chmod(file().c_str(), 0600);
-  EXPECT_TRUE(RawClient().answers());
 }
 
 }  // namespace
