@@ -34,10 +34,17 @@ WORD = re.compile(r"[\w./:=~-]*[\w./:=~-]")
 FAILURE = re.compile(r'[\s{]*(return( (nil|false|nullptr|[\w:]*nullopt|-1|\{\}|u?" *"\w*|\w+(\(\)|\{\})))?|throw [^;]*);')
 CALL = re.compile(r"^ +[^\s(]*[\w>]\([^{}]*\);$")
 ASSIGNMENT = re.compile(r"^ +[^\s(]+ [-+*|&]?= [^{}]*;$")
-# What a call or an assignment changes; a call of a function may change anything.
-CHANGED = re.compile(r" +([\w.>-]+?)(?:(?:\.|->)\w+(?:<[^(]*>)?\(| [-+*|&]?= )")
-NAME = re.compile(r"[A-Za-z_]\w*(?:(?:\.|->)[A-Za-z_]\w*)*")
+# The object that a call or an assignment changes.
+CHANGED = re.compile(r" +([\w.>-]+?)(?:\(\))?(?:(?:\.|->)\w+(?:<[^(]*>)?\(| [-+*|&]?= )")
+# A call of a C function, which changes its arguments and `errno` alone; one of a function of ours may change anything.
+C_CALL = re.compile(r" +(?:::|std::|[a-z]+_)\w+\((.*)\);$")
+# A name, but of a type or a constant, which nothing changes.
+NAME = re.compile(r"\b(?!(?:k[A-Z]\w*|[A-Z_\d]+|std|int|auto|sizeof|nullptr|\w+_(?:cast|t))\b)[A-Za-z_]\w*(?:(?:\.|->)[A-Za-z_]\w*)*")
 SETTER = re.compile(r" +([\w.>-]*?)\bset(?![a-z])\w*\(")
+# What stands in a member until it is set, so that nothing is undefined; most are always set.
+UNSET = re.compile(r"(?<= =) (?:0|false)(?=[,;])")
+# The length of an array that is declared: a longer one holds as much.
+ARRAY = re.compile(r"^ *(?!return\b)(?:[\w:<>]+ )+\w+\[(\w+)\](?= =|;)", re.M)
 
 
 def masked(text):
@@ -83,18 +90,31 @@ def conditions(code):
         yield "condition", end_of_operand(code, match.start(), -1, starts), match.end(), " "
 
 
+def is_member(code, at):
+    """Whether a declaration stands in a class, not in a function."""
+    start = end_of_operand(code, at, -1, ())
+    head = code[max(code.rfind(end, 0, start - 1) for end in ";{}") + 1 : start]
+    return re.search(r"\b(class|struct|union)\b", head) is not None
+
+
 def values(code, text):
+    unset = {match.start() + 1 for match in UNSET.finditer(code) if is_member(code, match.start())}
+    lengths = {match.start(1) for match in ARRAY.finditer(code)}
     for match in re.finditer(r"(?<= )([<>]=?|[=!]=)(?=\s)", code):
         yield "comparison", *match.span(), COMPARISONS[match[0]]
     for match in INTEGER.finditer(code):
+        if match.start() in unset:
+            continue
         number = int(match[1].replace("'", ""), 0) if match[1][1:2] in ("x", "X") else int(match[1].replace("'", ""))
         for kind, faulty in (("off by one", number + 1), ("off by one", number - 1), ("constant", 2 * number), ("constant", 0)):
-            if faulty not in (-1, number):
+            if faulty not in (-1, number) and not (match.start() in lengths and faulty > number):
                 yield kind, *match.span(), str(faulty)
     for match in INDEX.finditer(code):
-        yield from (("off by one", *match.span(), match[0] + step) for step in (" + 1", " - 1"))
+        for step in (" - 1",) if match.start() in lengths else (" + 1", " - 1"):
+            yield "off by one", *match.span(), match[0] + step
     for match in re.finditer(r"\b(true|false)\b", code):
-        yield "constant", *match.span(), "false" if match[0] == "true" else "true"
+        if match.start() not in unset:
+            yield "constant", *match.span(), "false" if match[0] == "true" else "true"
     for match in re.finditer(r"(['\"])( +)\1", code):
         inner = text[match.start(2) : match.end(2)]
         if match[1] == "'" and len(inner) == 1:
@@ -108,14 +128,27 @@ def are_ordered(first, second):
     setters = SETTER.match(first), SETTER.match(second)
     if all(setters) and setters[0][1] == setters[1][1]:
         return False
-    changed = CHANGED.match(first), CHANGED.match(second)
-    if not all(changed):
+    changed = changed_names(first), changed_names(second)
+    if None in changed:
         return True
     return any(
         f"{name}.".startswith(f"{one}.") or f"{one}.".startswith(f"{name}.")
-        for one, line in ((changed[0][1].replace("->", "."), second), (changed[1][1].replace("->", "."), first))
-        for name in (found[0].replace("->", ".") for found in NAME.finditer(line))
+        for ones, names in ((changed[0], names_in(second)), (changed[1], names_in(first)))
+        for one in ones
+        for name in names
     )
+
+
+def names_in(line):
+    return {found[0].replace("->", ".") for found in NAME.finditer(line)} | ({"errno"} if C_CALL.match(line) else set())
+
+
+def changed_names(line):
+    """What a statement on a line of its own changes; None when that cannot be told."""
+    call, changed = C_CALL.match(line), CHANGED.match(line)
+    if call:
+        return names_in(call[1]) or None
+    return {changed[1].replace("->", ".")} if changed else None
 
 
 def statements(code):
