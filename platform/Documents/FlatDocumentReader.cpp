@@ -212,7 +212,6 @@ void FlatDocumentReader::readShapes(const std::vector<pugi::xml_node> &shapes) {
 void FlatDocumentReader::readList(const pugi::xml_node &list) {
   lists_.enterList(list);
   for (const pugi::xml_node &item : list.children()) {
-    if (item.type() != pugi::node_element) continue;
     lists_.beginItem(item);
     readBlocks(item);
   }

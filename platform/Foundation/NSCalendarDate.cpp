@@ -56,7 +56,7 @@ class FormReader {
   }
 
   bool readCharacter(unichar expected) {
-    if (rest_.empty() || rest_[0] != expected) return false;
+    if (!rest_.starts_with(expected)) return false;
     rest_.remove_prefix(1);
     return true;
   }

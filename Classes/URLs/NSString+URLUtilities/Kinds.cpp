@@ -33,7 +33,7 @@ std::u16string_view lastComponentOfPath(std::u16string_view url) {
   const URLStringParts parts = partsOfURLString(url);
   if (!parts.isHierarchical) return {};
   std::u16string_view path = url.substr(parts.pathStart, parts.queryStart - parts.pathStart);
-  while (!path.empty() && path.back() == u'/') path.remove_suffix(1);
+  while (path.ends_with(u'/')) path.remove_suffix(1);
   return path.substr(path.rfind(u'/') + 1);
 }
 

@@ -40,7 +40,7 @@ NSString linkOfInstruction(std::u16string_view instruction) {
     return {};
   bool hasAddress = false;
   while (nextArgument(&instruction, &argument, &isQuoted)) {
-    if (isQuoted || argument.empty() || argument[0] != u'\\') {
+    if (isQuoted || !argument.starts_with(u'\\')) {
       if (!hasAddress) link.insert(0, argument);
       hasAddress = true;
     } else if (argument == u"\\l") {

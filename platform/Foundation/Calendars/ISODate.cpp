@@ -133,7 +133,7 @@ class ISOReader {
   bool readTime() {
     if (!readNumber(2, time_.hour)) return false;
     std::int32_t fractionUnitSeconds = 3600;
-    const bool isExtended = !rest_.empty() && rest_[0] == u':';
+    const bool isExtended = rest_.starts_with(u':');
     const auto readPart = [&](std::int32_t &number) {
       if (isExtended) return readCharacter(u':') && countDigits() == 2 && readNumber(2, number);
       return countDigits() >= 2 && readNumber(2, number);
@@ -141,7 +141,7 @@ class ISOReader {
     if (isExtended || countDigits() > 0) {
       if (!readPart(time_.minute)) return false;
       fractionUnitSeconds = 60;
-      const bool hasSecond = isExtended ? !rest_.empty() && rest_[0] == u':' : countDigits() > 0;
+      const bool hasSecond = isExtended ? rest_.starts_with(u':') : countDigits() > 0;
       std::int32_t second = 0;
       if (hasSecond && !readPart(second)) return false;
       time_.second = second;

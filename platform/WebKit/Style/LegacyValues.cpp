@@ -78,7 +78,7 @@ std::optional<CSSColor> legacyColor(std::u16string_view text) {
 
 CSSValue legacyDimension(std::u16string_view text) {
   skipSpaces(text);
-  if (!text.empty() && text.front() == u'+') text.remove_prefix(1);
+  if (text.starts_with(u'+')) text.remove_prefix(1);
   const std::optional<std::uint32_t> whole = takeDigits(text);
   if (!whole) return {};
   double number = *whole;
@@ -92,7 +92,7 @@ CSSValue legacyDimension(std::u16string_view text) {
 
 std::optional<std::uint32_t> legacyNonNegativeInteger(std::u16string_view text) {
   skipSpaces(text);
-  if (!text.empty() && text.front() == u'+') text.remove_prefix(1);
+  if (text.starts_with(u'+')) text.remove_prefix(1);
   return takeDigits(text);
 }
 
