@@ -49,7 +49,7 @@ bool isBare(unichar unit) {
 class Reader {
  public:
   explicit Reader(const NSString &text) : text_(text.view()) {
-    if (!text_.empty() && text_[0] == kByteOrderMark) at_ = 1;
+    if (text_.starts_with(kByteOrderMark)) at_ = 1;
   }
 
   id read() {

@@ -157,6 +157,7 @@ TEST(NaturalDates, ReadDistances) {
       {"vor 20 Minuten", "2005-03-31T16:00:00Z"},
       {"il y a un an 0:00 GMT", "2004-03-31T00:00:00Z"},
       {"a week ago 0:00 GMT", "2005-03-24T00:00:00Z"},
+      {"a week ago Europe/Berlin", "2005-03-24T17:20:00Z"},  // The clocks were set forward since.
       {"in 1 month 0:00 GMT", "2005-04-30T00:00:00Z"},
       {"last month 0:00 GMT", "2005-02-28T00:00:00Z"},
       {"this month 0:00 GMT", "2005-03-31T00:00:00Z"},

@@ -268,11 +268,14 @@ TEST(XMLPropertyList, ReadsEveryNotation) {
   std::string utf16 = "\xff\xfe";
   for (const char c : "<plist><true/></plist>"s) utf16 += {c, '\0'};
   for (const auto &[bytes, value] : std::vector<std::pair<std::string, id>>{
-           {xmlOf("<integer> -0x10 </integer>"), -16},
-           {xmlOf("<integer>+7</integer>"), 7},
+           {xmlOf("<integer>&#13;\t -0x10\n</integer>"), -16},
+           {xmlOf("<integer>+0X1f</integer>"), 31},
+           {xmlOf("<integer>-9223372036854775808</integer>"), INT64_MIN},
            {xmlOf("<real>+1e3</real>"), 1000.0},
            {xmlOf("<date>2001-01-01T00:00:01.5Z</date>"), NSDate{1.5}},
-           {xmlOf("<data>\n\t YW\tJj\n\tZA== </data>"), dataOf("abcd")},
+           {xmlOf("<date>2000-12-31T23:59:60Z</date>"), NSDate{0}},
+           {xmlOf("<data>\n\t YW\tJj\n\tZA=&#13;= </data>"), dataOf("abcd")},
+           {xmlOf("<data/>"), NSData::data()},
            {xmlOf("<string>a<![CDATA[<b>&amp;]]>&#x20ac;<!-- no -->\r\nc</string>"), u"a<b>&amp;\u20ac\nc"_ns},
            {xmlOf("<string/>"), NSString::string()},
            {xmlOf("<!-- c --><dict> <key>k</key> <array> </array> </dict>"),
@@ -299,8 +302,17 @@ TEST(XMLPropertyList, RefusesBadInput) {
            {xmlOf("<string>a<true/></string>"), "line 2: an element inside of text"},
            {xmlOf("<string>\xff</string>"), "line 2: invalid UTF-8"},
            {xmlOf("<integer>9223372036854775808</integer>"), "line 2: integer out of range"},
+           {xmlOf("<integer>-9223372036854775809</integer>"), "line 2: integer out of range"},
+           {xmlOf("<integer>18446744073709551616</integer>"), "line 2: integer out of range"},
            {xmlOf("<integer>-</integer>"), "line 2: not an integer"},
+           {xmlOf("<integer>0x</integer>"), "line 2: not an integer"},
            {xmlOf("<real>1,5</real>"), "line 2: not a real"},
+           {xmlOf("<real/>"), "line 2: not a real"},
+           {xmlOf("<date>-001-02-28T00:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28 00:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T-1:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T00:60:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02-28T00:00:61Z</date>"), "line 2: not a date"},
            {xmlOf("<date>2001-02-29T00:00:00Z</date>"), "line 2: not a date"},
            {xmlOf("<date>2001-02-28T24:00:00Z</date>"), "line 2: not a date"},
            {xmlOf("<date>2001-02-28T00:00:00</date>"), "line 2: not a date"},
@@ -309,6 +321,7 @@ TEST(XMLPropertyList, RefusesBadInput) {
            {xmlOf("<date>2001-02-28T00:00:00.5eZ</date>"), "line 2: not a date"},
            {xmlOf("<data>YWJ</data>"), "line 2: not base64"},
            {xmlOf("<data>YWI=YWI=</data>"), "line 2: not base64"},
+           {xmlOf("<data>Y===</data>"), "line 2: not base64"},
            {"<plist>" + deep, "line 1: Start-end tags mismatch"},
        })
     EXPECT_EQ(refusal(bytes), reason) << bytes;
@@ -375,7 +388,8 @@ TEST(TextPropertyList, RefusalsNameTheLine) {
            {"\"\\400\"", "line 1: an octal escape out of range"},
            {"<0f0>", "line 1: expected pairs of hexadecimal digits and '>' in data"},
            {"/* a", "line 1: a comment without an end"},
-           {"(a,\n\xc0)", "line 2: invalid UTF-8"},
+           {"\n(a,\n\xc0)", "line 3: invalid UTF-8"},
+           {"\xff\xfe", "line 1: unexpected end"},
            {deep, "nested too deeply"},
        })
     EXPECT_EQ(refusal(bytes), reason) << bytes;

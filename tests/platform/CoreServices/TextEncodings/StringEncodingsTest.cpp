@@ -61,7 +61,7 @@ constexpr Text kTexts[] = {
     {kCFStringEncodingKOI8CS2, "P\xd2\xc9li\xd3 \xdalu\xd4ou\xc3k\xd9 k\xca\xce", u"Příliš žluťoučký kůň"},
     {kCFStringEncodingMacDevanagari, "\xd8\xdb\xc6\xe8\xc4\xdc \xa1\xe9", u"हिन्दी ॐ"},
     {kCFStringEncodingMacSymbol, "a\xa3", u"α≤"},
-    {kCFStringEncodingMacJapanese, "\x93\xfa\x5c\x85\x40\xb1\x80", u"日¥①ｱ\\"},
+    {kCFStringEncodingMacJapanese, "\x93\xfa\x5c\x85\x40\x85\x7e\x85\x80\xb1\x80", u"日¥①❸❹ｱ\\"},
     {kCFStringEncodingMacChineseSimp, "\xd6\xd0\xa8\xbb\xfd", u"中ɑ©"},
     {kCFStringEncodingMacChineseTrad, "\xa4\xa4\xa2\x46\xff", u"中¢…"},
     {kCFStringEncodingMacKorean, "\xc7\xd1\x81", u"한₩"},
@@ -183,6 +183,20 @@ TEST(StringEncodings, WhatIsClearedBeginsAnew) {
     convert(before);
     converter->clearContextInfo();
     EXPECT_EQ(convert(u"a"), bytes);
+  }
+}
+
+TEST(StringEncodings, WhatCannotBeConvertedHasNoConverter) {
+  const std::tuple<CFStringEncoding, CFStringEncoding, OSStatus> cases[] = {
+      {kCFStringEncodingMacTibetan, kCFStringEncodingUnicode, kTextUnsupportedEncodingErr},
+      {kCFStringEncodingUnicode, kCFStringEncodingInvalidId, kTextUnsupportedEncodingErr},
+      {kCFStringEncodingUTF8, kCFStringEncodingMacRoman, kTECNoConversionPathErr},
+  };
+  for (const auto &[from, to, status] : cases) {
+    std::unique_ptr<TECConverter> converter;
+    ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingUTF8, kCFStringEncodingUnicode), noErr);
+    EXPECT_EQ(TECCreateConverter(converter, from, to), status);
+    EXPECT_FALSE(converter);
   }
 }
 
