@@ -85,6 +85,8 @@ TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
       {"sound.ogg", std::string("OggS\0\2\0\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\0\0\0\0\1\x1e\1vorbis", 35),
        "org.xiph.ogg-audio"},
   });
+  EXPECT_TRUE(beginsLikePDF(std::string(1019, '\n') + "%PDF-"));
+  EXPECT_FALSE(beginsLikePDF(std::string(1020, '\n') + "%PDF-"));
 }
 
 std::string inUTF16(std::string_view text, bool isBigEndian) {
@@ -144,6 +146,13 @@ TEST(ContentTypes, TakesTheDeclaredTypeOfAPackageUpToALength) {
   EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", image + " \r\n"}})), image);
   for (const char *const none : {"", "text/plain", "application/a b", "application/a\x7f"})
     EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", none}})), "application/zip") << none;
+  // Of a list of what is in a package the beginning is read.
+  const std::string entry = "<e media-type=\"image/x-own\" full-path=\"/\"";
+  for (const std::size_t beyond : {0, 1}) {
+    const std::string blanks((64 << 10) - entry.size() + beyond, ' ');
+    EXPECT_EQ(typeOfContainer(storedZip({{"META-INF/manifest.xml", blanks + entry}})),
+              beyond == 0 ? image : "application/zip");
+  }
 }
 
 TEST(ContentTypes, FindsTheEntriesOfAnArchiveByItsDirectory) {

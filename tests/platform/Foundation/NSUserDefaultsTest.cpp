@@ -26,7 +26,8 @@ TEST(NSUserDefaults, PrefersTheFileToWhatIsRegistered) {
   EXPECT_EQ(defaults.objectForKey(u"b"_ns), id(2));
   EXPECT_FALSE(defaults.stringForKey(u"b"_ns));
   EXPECT_EQ(defaults.stringArrayForKey(u"list"_ns), (std::vector<NSString>{u"x"_ns, u"y"_ns}));
-  EXPECT_FALSE(defaults.stringArrayForKey(u"mixed"_ns));
+  for (const NSString &key : {u"mixed"_ns, u"a"_ns, u"none"_ns})
+    EXPECT_FALSE(defaults.stringArrayForKey(key)) << key.UTF8String();
   // Null in the file is nothing there.
   const NSData null = NSPropertyListSerialization::dataWithPropertyList(NSDictionary{{u"a"_ns, NSNull()}},
                                                                         NSPropertyListFormat::binary);
