@@ -240,6 +240,8 @@ TEST(ContentTypes, TellsIWorkDocumentsByTheirParts) {
       {"template", storedZip({{"Index/Document.iwa", ""}, {"Index/TemplateSlide.iwa", ""}}), key},
       {"slide alone", storedZip({{"Index/Slide-1.iwa", ""}}), zip},
       {"older key", storedZip({{"presentation.apxl", ""}}), key},
+      {"late text", storedZip({{"index.xml", std::string(4084, ' ') + "<sl:document"}}), pages},
+      {"too late text", storedZip({{"index.xml", std::string(4085, ' ') + "<sl:document"}}), zip},
       {"other xml", storedZip({{"index.xml", "<document/>"}}), zip},
   });
 }

@@ -139,6 +139,8 @@ TEST(NSURL, RefusesWhatIsNoURL) {
   EXPECT_FALSE(url(std::string(1 << 20, '%')));
   EXPECT_FALSE(url("http://h/" + std::string(1 << 24, 'a')));
   EXPECT_FALSE(url("http://h/" + std::string(1 << 20, '/')));
+  const std::string half(1 << 23, 'a');
+  EXPECT_FALSE(NSURL::URLWithString(text(half), url("http://h/" + half + "/")));
   EXPECT_EQ(url("http://h/" + std::string(1 << 20, 'a')).path().length(), (1u << 20) + 1);
 }
 

@@ -56,6 +56,8 @@ TEST(NSUserDefaults, ChangesCountAtOnceAndStandInTheFileWhenInSync) {
   ASSERT_TRUE(other.synchronize());
   EXPECT_EQ(other.objectForKey(u"list"_ns), id(NSArray{1, u"x"_ns}));
   EXPECT_FALSE(defaults.objectForKey(u"other"_ns));
+  // What others have open of the file stays whole.
+  fs::create_hard_link(folder.path() / "new/folder/d.plist", folder.path() / "before");
   defaults.removeObjectForKey(u"a"_ns);
   EXPECT_EQ(defaults.stringForKey(u"a"_ns), u"registered"_ns);
   defaults.setObject(id(), u"list"_ns);
@@ -63,6 +65,7 @@ TEST(NSUserDefaults, ChangesCountAtOnceAndStandInTheFileWhenInSync) {
   EXPECT_EQ(defaults.objectForKey(u"other"_ns), id(true));
   ASSERT_TRUE(other.synchronize());
   EXPECT_FALSE(other.objectForKey(u"a"_ns) || other.objectForKey(u"list"_ns));
+  EXPECT_EQ(NSUserDefaults(folder.string("before")).stringForKey(u"a"_ns), u"set"_ns);
 }
 
 TEST(NSUserDefaults, KeepsTheFormOfTheFileAsFarAsItCanBeWritten) {
