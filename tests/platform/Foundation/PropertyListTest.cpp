@@ -310,6 +310,8 @@ TEST(XMLPropertyList, RefusesBadInput) {
            {xmlOf("<real>1,5</real>"), "line 2: not a real"},
            {xmlOf("<real/>"), "line 2: not a real"},
            {xmlOf("<date>-001-02-28T00:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-x2-28T00:00:00Z</date>"), "line 2: not a date"},
+           {xmlOf("<date>2001-02--8T00:00:00Z</date>"), "line 2: not a date"},
            {xmlOf("<date>2001-02-28 00:00:00Z</date>"), "line 2: not a date"},
            {xmlOf("<date>2001-02-28T-1:00:00Z</date>"), "line 2: not a date"},
            {xmlOf("<date>2001-02-28T00:60:00Z</date>"), "line 2: not a date"},

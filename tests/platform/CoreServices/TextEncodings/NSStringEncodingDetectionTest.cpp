@@ -177,6 +177,10 @@ TEST(NSStringEncodingDetection, CountsWhatSpeaksForUnicode) {
       // One in a hundred low bytes may be zero.
       {wide(std::u32string(99, U'a') + U'\x100', 2, false), u"UTF-16LE"_ns, true},
       {wide(std::u32string(98, U'a') + U'\x100', 2, false), u"UTF-16LE"_ns, false},
+      // Of one script there are twelve letters, and of others one in twenty.
+      {wide(U"一葉落ちて天下の秋を知", 2, false), u"UTF-16LE"_ns, false},
+      {wide(U"一ж" + std::u32string(18, U'葉'), 2, false), u"UTF-16LE"_ns, true},
+      {wide(U"一ж" + std::u32string(17, U'葉'), 2, false), u"UTF-16LE"_ns, false},
       // For each bad byte there are ten sequences.
       {text + "\xc3\xb6 \xe9.", u"UTF-8"_ns, true},
       {text + "\xe9.", u"UTF-8"_ns, false},
