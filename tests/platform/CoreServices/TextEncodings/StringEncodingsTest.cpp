@@ -186,16 +186,6 @@ TEST(StringEncodings, WhatIsClearedBeginsAnew) {
   }
 }
 
-TEST(StringEncodings, WhatCannotBeConvertedHasNoConverter) {
-  std::unique_ptr<TECConverter> converter;
-  ASSERT_EQ(TECCreateConverter(converter, kCFStringEncodingUTF8, kCFStringEncodingUnicode), noErr);
-  EXPECT_EQ(TECCreateConverter(converter, kCFStringEncodingUTF8, kCFStringEncodingMacRoman),
-            kTECNoConversionPathErr);
-  EXPECT_FALSE(converter);
-  EXPECT_EQ(TECCreateConverter(converter, kCFStringEncodingUnicode, kCFStringEncodingInvalidId),
-            kTextUnsupportedEncodingErr);
-}
-
 TEST(StringEncodings, FormsForVerticalLinesMeanWhatTheUsualOnesDo) {
   for (const int usual :
        {0x8141, 0x8142, 0x8150, 0x815b, 0x815d, 0x8160, 0x8161, 0x8162, 0x8163, 0x816d, 0x816e, 0x8181,
