@@ -85,9 +85,7 @@ class FormReader {
 
   bool readNumber(std::size_t fewest, std::size_t most, std::int32_t &number) {
     // A number without its leading zero may stand behind a blank in its place.
-    const auto isDigit = [this](std::size_t i) { return i < rest_.size() && isASCIIDigit(rest_[i]); };
-    if (fewest == 1 && most == 2 && rest_.starts_with(u' ') && isDigit(1) && !isDigit(2))
-      rest_.remove_prefix(1);
+    if (rest_.starts_with(u' ') && (rest_.size() < 3 || !isASCIIDigit(rest_[2]))) rest_.remove_prefix(1);
     std::size_t count = 0;
     for (number = 0; count < most && count < rest_.size() && isASCIIDigit(rest_[count]); ++count)
       number = number * 10 + static_cast<std::int32_t>(digitValue(rest_[count]));

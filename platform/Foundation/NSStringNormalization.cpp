@@ -48,7 +48,7 @@ const UNormalizer2 *decomposerOfForm(CFStringNormalizationForm form) {
 bool isNormal(const UNormalizer2 *normalizer, std::u16string_view units) {
   UErrorCode error = U_ZERO_ERROR;
   const auto length = static_cast<std::int32_t>(units.size());
-  return unorm2_spanQuickCheckYes(normalizer, units.data(), length, &error) == length && U_SUCCESS(error);
+  return unorm2_spanQuickCheckYes(normalizer, units.data(), length, &error) == length;
 }
 
 void appendNormalized(NSMutableString &string, const UNormalizer2 *normalizer, std::u16string_view units) {

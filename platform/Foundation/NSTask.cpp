@@ -125,7 +125,6 @@ int Child::start(const Launch &launch, const Streams &streams) {
   sigset_t all;
   ::sigemptyset(&none);
   ::sigfillset(&all);
-  ::posix_spawnattr_setpgroup(&attributes, 0);
   ::posix_spawnattr_setsigmask(&attributes, &none);
   ::posix_spawnattr_setsigdefault(&attributes, &all);
   ::posix_spawnattr_setflags(&attributes,

@@ -19,7 +19,6 @@ std::unique_ptr<TECConverter> makeNamedConverter(std::string_view name, Conversi
 OSStatus TECCreateConverter(std::unique_ptr<TECConverter> &converter, CFStringEncoding from,
                             CFStringEncoding to) {
   constexpr bool kIsLittle = std::endian::native == std::endian::little;
-  converter.reset();
   const std::string_view fromName = converterNameOfEncoding(from);
   const std::string_view toName = converterNameOfEncoding(to);
   if (fromName.empty() || toName.empty()) return kTextUnsupportedEncodingErr;

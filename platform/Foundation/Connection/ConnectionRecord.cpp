@@ -111,8 +111,7 @@ void writeConnectionRecord(const FileDescriptor &file, const ConnectionRecord &r
 
 void writeConnectionRecordIsIdle(const FileDescriptor &file) {
   const auto isWorking = bigEndian(0);
-  if (file) [[maybe_unused]]
-    const ssize_t written = ::pwrite(file.get(), isWorking.data(), isWorking.size(), 0);
+  [[maybe_unused]] const ssize_t written = ::pwrite(file.get(), isWorking.data(), isWorking.size(), 0);
 }
 
 std::optional<ConnectionRecord> readConnectionRecord(const FileDescriptor &file) {

@@ -285,7 +285,7 @@ TEST(Dictionaries, SpeakTheUsersLanguage) {
       {u"fr"_ns, u"maison"_ns}, {u"en"_ns, u"house"_ns}, {u"de"_ns, u"Haus"_ns}, {u"pt_BR"_ns, 1}};
   EXPECT_EQ(localized(house), u"Haus"_ns);
   EXPECT_EQ(localized(u"plain"_ns), u"plain"_ns);
-  for (const id &value : {id(NSDictionary{{u"fr"_ns, u"maison"_ns}}), id(1), id()})
+  for (const id &value : {id(NSDictionary{{u"fr"_ns, u"maison"_ns}, {u"C"_ns, u"house"_ns}}), id(1), id()})
     EXPECT_EQ(localized(value), none);
   ::unsetenv("LANGUAGE");
   ::setenv("LC_ALL", "C", 1);

@@ -56,7 +56,8 @@ TEST(CFPlugIn, LoadsOnlyWhatNobodyElseCanChange) {
   EXPECT_EQ(refusal(), ErrorCode::none);
   for (const char *path :
        {"", "Contents", "Contents/Info.plist", "Contents/Linux", "Contents/Linux/library.so"}) {
-    for (const fs::perms who : {fs::perms::group_write, fs::perms::others_write})
+    for (const fs::perms who :
+         {fs::perms::group_write, fs::perms::others_write, fs::perms::others_write | fs::perms::sticky_bit})
       EXPECT_EQ(refusal(path, [who](const fs::path &it) { fs::permissions(it, who, fs::perm_options::add); }),
                 ErrorCode::unreadable)
           << path;

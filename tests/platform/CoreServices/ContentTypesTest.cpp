@@ -85,6 +85,8 @@ TEST(ContentTypes, AsksTheContentWhenTheNameSaysNothing) {
       {"sound.ogg", std::string("OggS\0\2\0\0\0\0\0\0\0\0\1\0\0\0\0\0\0\0\0\0\0\0\1\x1e\1vorbis", 35),
        "org.xiph.ogg-audio"},
   });
+  EXPECT_TRUE(beginsLikePDF(std::string(1019, '\n') + "%PDF-"));
+  EXPECT_FALSE(beginsLikePDF(std::string(1020, '\n') + "%PDF-"));
 }
 
 std::string inUTF16(std::string_view text, bool isBigEndian) {
@@ -115,6 +117,7 @@ TEST(ContentTypes, SeesMarkupBehindCommentsAndInUTF16) {
       {"list with a page", "bplist00\xd1\1\2Sa_<html><p>text", "com.apple.binary-property-list"},
       {"web archive", "bplist00\xd1\1\2_\x10\x0fWebMainResource<html><p>text", "com.apple.webarchive"},
       {"drawing", declaration + "<!DOCTYPE svg [<!ENTITY a \"b\">]><s:svg xmlns:s=\"\"/>", "public.svg-image"},
+      {"comment about a drawing", "<!-- <svg>", "public.svg-image"},
       {"drawing behind a comment", comment + "<svg\n/>", "public.svg-image"},
       {"drawing in a page", "<!doctype p><p>A <svg></svg>", "public.html"},
       {"drawing in a page behind a comment", comment + "<title>A</title><svg></svg>", "public.html"},
@@ -143,6 +146,29 @@ TEST(ContentTypes, TakesTheDeclaredTypeOfAPackageUpToALength) {
   EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", image + " \r\n"}})), image);
   for (const char *const none : {"", "text/plain", "application/a b", "application/a\x7f"})
     EXPECT_EQ(typeOfContainer(storedZip({{"mimetype", none}})), "application/zip") << none;
+  // Of a list of what is in a package the beginning is read.
+  const std::string entry = "<e media-type=\"image/x-own\" full-path=\"/\"";
+  for (const std::size_t beyond : {0, 1}) {
+    const std::string blanks((64 << 10) - entry.size() + beyond, ' ');
+    EXPECT_EQ(typeOfContainer(storedZip({{"META-INF/manifest.xml", blanks + entry}})),
+              beyond == 0 ? image : "application/zip");
+  }
+}
+
+TEST(ContentTypes, FindsTheEntriesOfAnArchiveByItsDirectory) {
+  // The size of the first entry is not in front of it, and there are extra fields and comments.
+  std::string archive = storedZip({{"x", ""}, {"mimetype", "image/x-own"}});
+  archive[6] = 8;
+  archive[31 + 28] = 3;
+  archive.insert(31 + 30 + 8, "123");
+  const std::size_t directory = archive.find("PK\1\2");
+  archive[directory + 30] = 2;
+  archive[directory + 32] = 3;
+  archive.insert(directory + 46 + 1, "12345");
+  const std::size_t end = archive.find("PK\5\6");
+  archive[end + 12] = static_cast<char>(archive[end + 12] + 5);
+  archive[end + 20] = 7;
+  EXPECT_EQ(typeOfContainer(archive + "comment"), "image/x-own");
 }
 
 TEST(ContentTypes, StopsAfterSoManyEntriesOfAnArchive) {
@@ -189,7 +215,7 @@ TEST(ContentTypes, LooksIntoContainers) {
 TEST(ContentTypes, TellsIWorkDocumentsByTheirParts) {
   // A piece with the length of what it unpacks to, a run of bytes as they are, and the first object's number
   // and message.
-  const std::string header("\0\1\2\3\x85\1", 6), object = "\x09\x08\x81\x01\x12\x07\x08";
+  const std::string header("\0\1\2\3\x80\1", 6), object = "\x09\x08\x81\x01\x12\x07\x08";
   const std::string text = "\x90\x4e", table = "\1";
   const auto document = [](const std::string &stream) {
     return storedZip({{"Index/Document.iwa", stream}, {"Index/Other.iwa", ""}});
@@ -214,6 +240,8 @@ TEST(ContentTypes, TellsIWorkDocumentsByTheirParts) {
       {"template", storedZip({{"Index/Document.iwa", ""}, {"Index/TemplateSlide.iwa", ""}}), key},
       {"slide alone", storedZip({{"Index/Slide-1.iwa", ""}}), zip},
       {"older key", storedZip({{"presentation.apxl", ""}}), key},
+      {"late text", storedZip({{"index.xml", std::string(4084, ' ') + "<sl:document"}}), pages},
+      {"too late text", storedZip({{"index.xml", std::string(4085, ' ') + "<sl:document"}}), zip},
       {"other xml", storedZip({{"index.xml", "<document/>"}}), zip},
   });
 }

@@ -39,6 +39,7 @@ TEST(URLFileTypeMappings, AnswersExtensionsOfTypes) {
            {u"Image/JPEG; q=1"_ns, u"jpg"_ns},
            {u"image/pjpeg"_ns, u"jpg"_ns},                   // Another name of it.
            {u"application/x-compressed-tar"_ns, u"tgz"_ns},  // Not "tar.gz".
+           {u"text/x-makefile"_ns, u"mk"_ns},                // Not "makefile".
            {u"text/x-no-such-type"_ns, NSString()},
            {u"inode/directory"_ns, NSString()},  // A type without any.
            {u"packages/freedesktop.org"_ns, NSString()},

@@ -77,7 +77,7 @@ TEST(NSPathUtilities, ExpandsOnlyTheUsersOwnTilde) {
   const std::string home = NSHomeDirectory().UTF8String();
   EXPECT_EQ(stringByExpandingTildeInPath(u"~/x"_ns).UTF8String(), home + "/x");
   EXPECT_EQ(stringByExpandingTildeInPath(u"~"_ns).UTF8String(), home);
-  for (const NSString &path : {u"~somebody/x"_ns, u"/a/~/b"_ns, NSString::string()})
+  for (const NSString &path : {u"~somebody/x"_ns, u"~x"_ns, u"/a/~/b"_ns, NSString::string()})
     EXPECT_TRUE(stringByExpandingTildeInPath(path).identicalTo(path));
 }
 

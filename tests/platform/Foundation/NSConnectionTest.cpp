@@ -33,6 +33,7 @@ TEST_F(NSConnectionTest, ABadMessageEndsItsConnectionAndNoOther) {
       std::string("\0\0\0\x42", 4) + std::string("bplist00").append(58, '\xff'),
       message(NSPropertyListSerialization::dataWithPropertyList(
           NSDictionary{{u"Request"_ns, 1}, {u"Selector"_ns, u"nil"_ns}}, NSPropertyListFormat::xml)),
+      request(u"nil"_ns).replace(4, 8, "bplist01"),
       propertyList(NSArray{1}),
       propertyList(NSDictionary::dictionary()),
       propertyList(NSDictionary{{u"Request"_ns, 1}}),

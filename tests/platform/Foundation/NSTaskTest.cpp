@@ -38,7 +38,15 @@ TEST(NSTask, CollectsStandardErrorWhileTheProgramRuns) {
 }
 
 TEST(NSTask, GivesTheProgramAnEmptyInputAndPlainSignals) {
+  // Which this process may have blocked and ignore.
+  sigset_t pipe;
+  ::sigemptyset(&pipe);
+  ::sigaddset(&pipe, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+  const auto before = ::signal(SIGPIPE, SIG_IGN);
   const auto result = shell(u"cat >&2; kill -PIPE $$").run();
+  ::signal(SIGPIPE, before);
+  ::pthread_sigmask(SIG_UNBLOCK, &pipe, nullptr);
   ASSERT_TRUE(result);
   EXPECT_EQ(result->terminationStatus, 128 + 13);
   EXPECT_EQ(result->standardError, NSData::data());

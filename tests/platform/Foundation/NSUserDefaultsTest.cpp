@@ -26,7 +26,8 @@ TEST(NSUserDefaults, PrefersTheFileToWhatIsRegistered) {
   EXPECT_EQ(defaults.objectForKey(u"b"_ns), id(2));
   EXPECT_FALSE(defaults.stringForKey(u"b"_ns));
   EXPECT_EQ(defaults.stringArrayForKey(u"list"_ns), (std::vector<NSString>{u"x"_ns, u"y"_ns}));
-  EXPECT_FALSE(defaults.stringArrayForKey(u"mixed"_ns));
+  for (const NSString &key : {u"mixed"_ns, u"a"_ns, u"none"_ns})
+    EXPECT_FALSE(defaults.stringArrayForKey(key)) << key.UTF8String();
   // Null in the file is nothing there.
   const NSData null = NSPropertyListSerialization::dataWithPropertyList(NSDictionary{{u"a"_ns, NSNull()}},
                                                                         NSPropertyListFormat::binary);
@@ -55,6 +56,8 @@ TEST(NSUserDefaults, ChangesCountAtOnceAndStandInTheFileWhenInSync) {
   ASSERT_TRUE(other.synchronize());
   EXPECT_EQ(other.objectForKey(u"list"_ns), id(NSArray{1, u"x"_ns}));
   EXPECT_FALSE(defaults.objectForKey(u"other"_ns));
+  // What others have open of the file stays whole.
+  fs::create_hard_link(folder.path() / "new/folder/d.plist", folder.path() / "before");
   defaults.removeObjectForKey(u"a"_ns);
   EXPECT_EQ(defaults.stringForKey(u"a"_ns), u"registered"_ns);
   defaults.setObject(id(), u"list"_ns);
@@ -62,6 +65,7 @@ TEST(NSUserDefaults, ChangesCountAtOnceAndStandInTheFileWhenInSync) {
   EXPECT_EQ(defaults.objectForKey(u"other"_ns), id(true));
   ASSERT_TRUE(other.synchronize());
   EXPECT_FALSE(other.objectForKey(u"a"_ns) || other.objectForKey(u"list"_ns));
+  EXPECT_EQ(NSUserDefaults(folder.string("before")).stringForKey(u"a"_ns), u"set"_ns);
 }
 
 TEST(NSUserDefaults, KeepsTheFormOfTheFileAsFarAsItCanBeWritten) {

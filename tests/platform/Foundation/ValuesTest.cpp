@@ -24,7 +24,7 @@ namespace nimbo {
 namespace {
 
 TEST(NSDictionary, KeepsOrderSharesUntilChangedAndDropsNil) {
-  NSDictionary first{{u"b"_ns, 1}, {u"a"_ns, u"x"_ns}, {u"none"_ns, id()}, {u"b"_ns, 2}};
+  NSDictionary first{{u"b"_ns, 1}, {u"a"_ns, u"x"_ns}, {u"none"_ns, id()}, {NSString(), 3}, {u"b"_ns, 2}};
   EXPECT_EQ(first.allKeys(), (std::vector<NSString>{u"b"_ns, u"a"_ns}));
   NSDictionary second = first;
   second.setObject(true, u"c"_ns);

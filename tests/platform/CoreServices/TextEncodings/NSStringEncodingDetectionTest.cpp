@@ -6,6 +6,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "platform/CoreServices/TextEncodings/NSStringEncodings.hpp"
 
@@ -162,6 +163,30 @@ TEST(NSStringEncodingDetection, BinaryDataIsNoText) {
     text[59] = '\x06';
     EXPECT_FALSE(detect(text).string) << i;
   }
+}
+
+TEST(NSStringEncodingDetection, CountsWhatSpeaksForUnicode) {
+  const std::string text = "\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xc3\xa4\xc3\xb6\xc3\xbc\xc3\x9f\xc3\xa4 ";
+  const std::tuple<std::string, NSString, bool> cases[] = {
+      // Of the high bytes one in ten is zero, and of the low ones none.
+      {wide(U"葉落ちて 天下の秋を", 2, false), u"UTF-16LE"_ns, true},
+      {wide(U"葉落ちて 天下の秋を知", 2, false), u"UTF-16LE"_ns, false},
+      // All bytes are plain text: every second one.
+      {wide(U"a\x6261", 2, true), u"UTF-16BE"_ns, true},
+      {wide(U"a\x6261\x6261", 2, true), u"UTF-16BE"_ns, false},
+      // One in a hundred low bytes may be zero.
+      {wide(std::u32string(99, U'a') + U'\x100', 2, false), u"UTF-16LE"_ns, true},
+      {wide(std::u32string(98, U'a') + U'\x100', 2, false), u"UTF-16LE"_ns, false},
+      // Of one script there are twelve letters, and of others one in twenty.
+      {wide(U"一葉落ちて天下の秋を知", 2, false), u"UTF-16LE"_ns, false},
+      {wide(U"一ж" + std::u32string(18, U'葉'), 2, false), u"UTF-16LE"_ns, true},
+      {wide(U"一ж" + std::u32string(17, U'葉'), 2, false), u"UTF-16LE"_ns, false},
+      // For each bad byte there are ten sequences.
+      {text + "\xc3\xb6 \xe9.", u"UTF-8"_ns, true},
+      {text + "\xe9.", u"UTF-8"_ns, false},
+  };
+  for (const auto &[bytes, encoding, isSo] : cases)
+    EXPECT_EQ(detect(bytes).encodingName == encoding, isSo) << testing::PrintToString(bytes);
 }
 
 TEST(NSStringEncodingDetection, EveryCutOfTextKeepsItsEncoding) {

@@ -61,7 +61,7 @@ constexpr Text kTexts[] = {
     {kCFStringEncodingKOI8CS2, "P\xd2\xc9li\xd3 \xdalu\xd4ou\xc3k\xd9 k\xca\xce", u"Příliš žluťoučký kůň"},
     {kCFStringEncodingMacDevanagari, "\xd8\xdb\xc6\xe8\xc4\xdc \xa1\xe9", u"हिन्दी ॐ"},
     {kCFStringEncodingMacSymbol, "a\xa3", u"α≤"},
-    {kCFStringEncodingMacJapanese, "\x93\xfa\x5c\x85\x40\xb1\x80", u"日¥①ｱ\\"},
+    {kCFStringEncodingMacJapanese, "\x93\xfa\x5c\x85\x40\x85\x7e\x85\x80\xb1\x80", u"日¥①❸❹ｱ\\"},
     {kCFStringEncodingMacChineseSimp, "\xd6\xd0\xa8\xbb\xfd", u"中ɑ©"},
     {kCFStringEncodingMacChineseTrad, "\xa4\xa4\xa2\x46\xff", u"中¢…"},
     {kCFStringEncodingMacKorean, "\xc7\xd1\x81", u"한₩"},
@@ -389,6 +389,7 @@ TEST(StringEncodings, Smallest) {
                                                          {u"“é”"_ns, NSWindowsCP1252StringEncoding},
                                                          {u"Привет"_ns, NSWindowsCP1251StringEncoding},
                                                          {u"日本語"_ns, NSUnicodeStringEncoding},
+                                                         {u"日本語a"_ns, NSUTF8StringEncoding},
                                                          {u"日本 and much ASCII"_ns, NSUTF8StringEncoding},
                                                          {u"\xd800"_ns, NSUnicodeStringEncoding}};
   for (const auto &[text, encoding] : cases) {

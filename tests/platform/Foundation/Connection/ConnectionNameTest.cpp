@@ -38,7 +38,10 @@ TEST_F(ConnectionNameTest, ALivingOwnerKeepsItsNameAndADeadOneLosesIt) {
   EXPECT_FALSE(connectToConnectionName(name()));
   EXPECT_TRUE(second.registerName(name()));
   EXPECT_TRUE(second.registerName(name()));
+  EXPECT_FALSE(second.registerName(u".."_ns));
   EXPECT_TRUE(connectToConnectionName(name()));
+  EXPECT_TRUE(second.registerName(u"another"_ns) && connectToConnectionName(u"another"_ns));
+  EXPECT_FALSE(connectToConnectionName(name()));
 }
 
 TEST_F(ConnectionNameTest, ACopyOfTheProcessListensUnderNoName) {

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "tests/platform/Foundation/Connection/ConnectionClients.hpp"
 
@@ -21,6 +22,8 @@ TEST_F(ConnectionRecordTest, WritesDownWhatItDoes) {
   const int helper = startHelper();
   RawClient first, second;
   const NSString odd = u"/a\nb\xdcff"_ns;
+  // The connection is taken.
+  ASSERT_TRUE(second.next<ConnectionGreeting>());
   first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 0.1}}));
   ASSERT_TRUE(first.next<ConnectionBegun>());
   first.send(request(u"sleep:"_ns, {{u"sleep"_ns, 30}, {u"file"_ns, odd}}));
@@ -34,7 +37,11 @@ TEST_F(ConnectionRecordTest, WritesDownWhatItDoes) {
   EXPECT_EQ(record->client, ::getpid());
   EXPECT_EQ(record->selector, u"sleep:"_ns);
   EXPECT_EQ(record->input, odd);
+  EXPECT_EQ(record->waiting, std::vector<int>{::getpid()});
   EXPECT_EQ(record->server.version, u"1.2"_ns);
+  EXPECT_EQ(record->server.path.UTF8String(), TEST_HELPER);
+  for (const NSDate &moment : {record->server.since, record->begun})
+    EXPECT_LT(NSDate::date().timeIntervalSinceReferenceDate - moment.timeIntervalSinceReferenceDate, 60);
   ::kill(helper, SIGKILL);
 }
 

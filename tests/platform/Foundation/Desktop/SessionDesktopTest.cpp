@@ -236,11 +236,11 @@ TEST_F(SessionDesktopTest, OpensURLsByThePortalOrATool) {
   const NSURL url = NSURL::URLWithString(u"http://h/a%20b"_ns);
   {
     FakeDesktop fake(address());
+    EXPECT_FALSE(desktop.openURL(NSURL()));
     EXPECT_TRUE(desktop.openURL(url));
     EXPECT_EQ(fake.takeAsked(), "OpenURI('', 'http://h/a%20b', {})\n");
   }
   EXPECT_FALSE(desktop.openURL(url));
-  EXPECT_FALSE(desktop.openURL(NSURL()));
   const TemporaryFolder folder;
   const NSString tool =
       folder.write("browser", "#!/bin/sh\nread line <\"$0.fifo\"\necho \"$line $1\" >\"$0.opened\"\n");
@@ -333,13 +333,13 @@ TEST(SessionDesktop, TellsTheStandardErrorWithoutADesktop) {
   for (const char *address : {"", none.c_str(), "nonsense"}) {
     ::setenv("DBUS_SESSION_BUS_ADDRESS", address, 1);
     testing::internal::CaptureStderr();
-    EXPECT_EQ(desktop.runAlert({.title = u"T\x1b\n"_ns,
-                                .message = u"\u009b\u00e4m\u0085"_ns,
+    EXPECT_EQ(desktop.runAlert({.title = u"T\x1f\x7f"_ns,
+                                .message = u"\u009f\u00a0m\u0080"_ns,
                                 .buttons = {u"b"_ns},
                                 .address = url}),
               std::nullopt);
     EXPECT_FALSE(desktop.openURL(url));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "T  \n  \u00e4m   http://h/\nhttp://h/\n") << address;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "T  \n  \u00a0m   http://h/\nhttp://h/\n") << address;
   }
   ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
   ::unsetenv("XDG_RUNTIME_DIR");

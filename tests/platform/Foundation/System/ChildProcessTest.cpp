@@ -5,8 +5,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/file.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -182,6 +184,11 @@ TEST_F(ChildProcessTest, RefusesWhatTheProtectionsInForceForbid) {
     EXPECT_EQ(answer(probe("privileges")), "refused: Operation not permitted\n") << ways;
     EXPECT_TRUE(answer(probe("descriptors")).starts_with("refused")) << ways;
     EXPECT_TRUE(answer(probe("new-call")).starts_with("refused")) << ways;
+    // The kernel does not look at the upper half of the request.
+    for (const std::uint64_t request : {TIOCSTI, TIOCLINUX})
+      EXPECT_EQ(answer(probe("terminal", std::to_string(request | std::uint64_t{1} << 32))) ==
+                    "refused: Operation not permitted\n",
+                protections_.systemCalls);
   }
   // Without a confinement all that can be done is done, or this test could not fail.
   for (const auto &[what, where, by, named] : cases) {
@@ -215,6 +222,8 @@ TEST_F(ChildProcessTest, LetsAProgramDoItsWork) {
       {"read", outside_.string("own/readable").UTF8String()},
       {"read", "/etc/passwd"},
       {"read", "/proc/self/maps"},
+      {"read", "/proc/meminfo"},
+      {"read", "/proc/cpuinfo"},
       {"write", "/dev/null"},
       {"read", "/dev/urandom"},
       {"pair", ""},
@@ -271,6 +280,18 @@ TEST_F(ChildProcessTest, KeepsWithinItsLimits) {
   ASSERT_TRUE(complaint);
   EXPECT_EQ(complaint->standardError.length(), ChildProcess::kStandardErrorBytes);
   EXPECT_TRUE(complaint->standardError.UTF8String().ends_with("complaint 19999\n"));
+}
+
+TEST_F(ChildProcessTest, KeepsNoFileOfThisProcessOpen) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const auto child = ChildProcess::start(probe("serve"), confinement_);
+  ASSERT_TRUE(child);
+  ::close(ends[1]);
+  pollfd ended = {ends[0], POLLIN, 0};
+  EXPECT_EQ(::poll(&ended, 1, 10'000), 1);
+  EXPECT_EQ(child->exchange("one", kLong), "re: one");
+  ::close(ends[0]);
 }
 
 /// Whether a file that a left process has locked gets free: the process is gone then.

@@ -218,6 +218,11 @@ int main(int argc, char **argv) {
          constexpr int kMissingInAnyKernel = 511;
          return ::syscall(kMissingInAnyKernel) == 0;
        }},
+      {"terminal",
+       [&] {
+         const char byte = 'x';
+         return ::syscall(SYS_ioctl, STDIN_FILENO, std::strtoull(where.c_str(), nullptr, 10), &byte) == 0;
+       }},
       {"memory", [&] { return useMemory(std::size_t(number) << 20); }},
       {"large-file", [&] { return writeLargeFile(where, 8 << 20); }},
       {"files", [&] { return openManyFiles(number); }},

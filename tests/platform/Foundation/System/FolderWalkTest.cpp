@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/Foundation/System/FolderListing.hpp"
 #include "tests/support/DeepFolder.hpp"
 #include "tests/support/GrowthRatio.hpp"
 
@@ -142,6 +143,18 @@ TEST(FolderWalk, StaysInsideWhenFoldersAreMoved) {
     isMoved = true;
   }
   EXPECT_TRUE(isMoved);
+}
+
+TEST(FolderWalk, GoesUpToTheExpectedFolderAlone) {
+  const TemporaryFolder top;
+  fs::create_directories(top.path() / "outer/inner");
+  const FolderListing outer = openFolderAt(AT_FDCWD, (top.path() / "outer").c_str()),
+                      inner = openFolderAt(::dirfd(outer.get()), "inner");
+  const auto expected = identityOf(outer.get());
+  EXPECT_TRUE(openParent(inner.get(), *expected));
+  fs::rename(top.path() / "outer/inner", top.path() / "inner");
+  EXPECT_FALSE(openParent(inner.get(), *expected));
+  EXPECT_EQ(errno, ESTALE);
 }
 
 TEST(FolderWalk, DoesWithoutWhatIsNotThere) {
