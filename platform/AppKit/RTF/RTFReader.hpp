@@ -90,7 +90,7 @@ class RTFReader {
   void readBytes();
   void readControl();
   void readWord();
-  void readHexBytes();
+  void readHexByte();
   void readBinary(std::int64_t length);
   bool isEndOfDocument() const;
   void skipGroup();
