@@ -231,23 +231,6 @@ TEST(PDFPageText, HasTheTextGivenInPlaceOfGlyphs) {
   EXPECT_EQ(linesOfText(textOfPage(page("/N /N BDC (x) Tj", "/Annots [14 0 R]"))), "named\nnote\n");
 }
 
-TEST(PDFPageText, IsNotThatOfHiddenLayers) {
-  const auto line = [](const std::string &text, int y) {
-    return "BT /F 10 Tf 20 " + std::to_string(y) + " Td (" + text + ") Tj ET ";
-  };
-  const std::string content = line("on", 90) + "/OC /L BDC " + line("off", 70) + "/A BMC EMC " +
-                              line("off", 50) + "EMC " + line("on", 30);
-  EXPECT_EQ(linesOfText(textOfPage(PDFOfObjects(
-                {"<</Type /Catalog /Pages 2 0 R /OCProperties <</OCGs [6 0 R] /D <</OFF [6 0 R]>>>>>>",
-                 "<</Type /Pages /Kids [3 0 R] /Count 1>>",
-                 "<</Type /Page /Parent 2 0 R /MediaBox [0 0 400 400] /Contents 4 0 R /Resources <</Font <</F "
-                 "5 0 R>> "
-                 "/Properties <</L 6 0 R>>>>>>",
-                 PDFStream("", content), "<</Type /Font /Subtype /Type1 /BaseFont /Helvetica>>",
-                 "<</Type /OCG /Name (x)>>"}))),
-            "on\non\n");
-}
-
 TEST(PDFPageText, HasTheTextOfAnElementOnItsFirstPage) {
   const std::string page =
       "<</Type /Page /Parent 2 0 R /MediaBox [0 0 400 400] /Contents 5 0 R /StructParents 0 /Resources <</Font "
