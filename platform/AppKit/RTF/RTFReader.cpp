@@ -132,7 +132,7 @@ void RTFReader::readControl() {
   }
   const char c = at_[1];
   if (isASCIILetter(c)) return readWord();
-  if (c == '\'') return readHexByte();
+  if (c == '\'') return readHexBytes();
   at_ += 2;
   if (c == '*') {
     isStarred_ = true;
@@ -166,18 +166,20 @@ void RTFReader::readControl() {
   }
 }
 
-void RTFReader::readHexByte() {
+void RTFReader::readHexBytes() {
   isStarred_ = false;
-  if (end_ - at_ < 4 || !isASCIIHexDigit(at_[2]) || !isASCIIHexDigit(at_[3])) {
-    at_ += 2;
-    return;
+  while (end_ - at_ >= 4 && at_[0] == '\\' && at_[1] == '\'' && isASCIIHexDigit(at_[2]) &&
+         isASCIIHexDigit(at_[3])) {
+    const auto byte = static_cast<std::uint8_t>(hexDigitValue(at_[2]) << 4 | hexDigitValue(at_[3]));
+    at_ += 4;
+    if (charactersToSkip_ > 0)
+      --charactersToSkip_;
+    else if (takesBytes())
+      appendByte(byte);
+    // The most there is of any text is one byte after the other.
+    if (end_ - at_ < 4 || at_[0] != '\\' || at_[1] != '\'') return;
   }
-  const auto byte = static_cast<std::uint8_t>(hexDigitValue(at_[2]) << 4 | hexDigitValue(at_[3]));
-  at_ += 4;
-  if (charactersToSkip_ > 0)
-    --charactersToSkip_;
-  else if (takesBytes())
-    appendByte(byte);
+  at_ += std::min<std::ptrdiff_t>(2, end_ - at_);
 }
 
 void RTFReader::readWord() {

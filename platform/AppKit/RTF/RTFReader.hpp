@@ -90,7 +90,7 @@ class RTFReader {
   void readBytes();
   void readControl();
   void readWord();
-  void readHexByte();
+  void readHexBytes();
   void readBinary(std::int64_t length);
   bool isEndOfDocument() const;
   void skipGroup();
