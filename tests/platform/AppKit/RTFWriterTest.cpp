@@ -221,6 +221,18 @@ TEST(RTFWriter, RowsHaveNoMoreColumnsThanReadersTake) {
   EXPECT_EQ(count(wide, "\\clmrg"), kMost - 1);
 }
 
+TEST(RTFWriter, TablesStandInEachOtherToALimit) {
+  NSParagraphStyle style;
+  for (std::uint32_t table = 1; table <= 17; ++table) {
+    NSTextTableBlock block;
+    block.table = Interned(NSTextTable{table, 1, false, {}});
+    style.textBlocks.push_back(Interned(block));
+  }
+  const std::string rtf = written({{u"a\n", ofParagraph(style)}});
+  EXPECT_EQ(count(rtf, "\\nestrow}"), 15u);
+  EXPECT_EQ(count(rtf, "\\pard\\intbl\\itap16 \\plain"), 1u) << rtf;
+}
+
 TEST(RTFWriter, PicturesAreLinesOfDigits) {
   TextAttributes attributes;
   const std::string bytes = "\x89PNG\r\n\x1a\n" + std::string(57, '\0') + '\x1f';
