@@ -19,42 +19,19 @@ constexpr std::uint32_t kMaximumVisits = 20'000'000, kMaximumUnits = 50'000'000;
 constexpr std::uint32_t kHeaderLevels = 6;
 constexpr unichar kLineBreak = 0x2028, kPageBreak = u'\f', kParagraphEnd = u'\n';
 
+/// Of others that hold no text of the document there is none in a paragraph.
 constexpr std::string_view kNoText[] = {"office:forms",
                                         "office:annotation",
-                                        "office:annotation-end",
                                         "text:tracked-changes",
-                                        "text:sequence-decls",
-                                        "text:variable-decls",
-                                        "text:user-field-decls",
-                                        "text:dde-connection-decls",
                                         "text:script",
-                                        "text:alphabetical-index-auto-mark-file",
                                         "text:ruby-text",
-                                        "text:table-of-content-source",
-                                        "text:illustration-index-source",
-                                        "text:table-index-source",
-                                        "text:object-index-source",
-                                        "text:user-index-source",
-                                        "text:alphabetical-index-source",
-                                        "text:bibliography-source",
-                                        "text:meta-field-source",
                                         "table:shapes",
                                         "table:tracked-changes",
-                                        "table:named-expressions",
-                                        "table:database-ranges",
                                         "table:content-validations",
-                                        "table:calculation-settings",
-                                        "table:label-ranges",
                                         "table:dde-links",
                                         "presentation:notes",
-                                        "presentation:header-decl",
-                                        "presentation:footer-decl",
-                                        "presentation:date-time-decl",
-                                        "anim:par",
                                         "svg:title",
-                                        "svg:desc",
-                                        "draw:glue-point",
-                                        "draw:enhanced-geometry"};
+                                        "svg:desc"};
 
 /// How pictures begin that nobody but LibreOffice reads.
 constexpr std::string_view kOfficeMetafile = "VCLMTF";

@@ -35,11 +35,9 @@ bool isEmpty(const pugi::xml_node &cell) {
 
 /// "0.5pt solid #000000", or "none".
 void readBorder(std::string_view value, double *width, std::optional<NSColor> *borderColor) {
-  *width = 0;
-  borderColor->reset();
   const std::size_t first = value.find(' '), last = value.rfind(' ');
   *width = lengthInPoints(value.substr(0, first)).value_or(0);
-  if (last != std::string_view::npos) *borderColor = color(value.substr(last + 1));
+  *borderColor = last == std::string_view::npos ? std::nullopt : color(value.substr(last + 1));
 }
 
 void readCellProperties(const pugi::xml_node &properties, NSTextTableBlock &block) {

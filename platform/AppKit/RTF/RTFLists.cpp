@@ -44,80 +44,80 @@ std::u16string formatOfBullet(std::u16string_view bullet) {
 
 }  // namespace
 
-bool RTFLists::take(RTFWord word, std::int32_t parameter) {
+void RTFLists::take(RTFWord word, std::int32_t parameter) {
   Level *const level = lists_.empty() || lists_.back().levels.empty() ? nullptr : &lists_.back().levels.back();
   switch (word) {
     case RTFWord::listtable_:
       isInOverride_ = false;
-      return true;
+      return;
     case RTFWord::list_:
       if (lists_.size() < kMaximumLists) lists_.emplace_back();
-      return true;
+      return;
     case RTFWord::listlevel_:
       if (!isInOverride_ && !lists_.empty() && lists_.back().levels.size() < kMaximumLevels)
         lists_.back().levels.emplace_back();
-      return true;
+      return;
     case RTFWord::levelnfc_:
     case RTFWord::levelnfcn_:
       if (level && !isInOverride_) level->kind = parameter;
-      return true;
+      return;
     case RTFWord::levelstartat_:
       if (isInOverride_) {
         if (!override_.starts.empty()) override_.starts.back() = parameter;
       } else if (level) {
         level->start = parameter;
       }
-      return true;
+      return;
     case RTFWord::leveltemplateid_:
       if (level && !isInOverride_) level->templateNumber = parameter;
-      return true;
+      return;
     case RTFWord::listid_:
       if (isInOverride_)
         override_.list = parameter;
       else if (!lists_.empty())
         listsByNumber_.emplace(lists_.back().number = parameter, lists_.size() - 1);
-      return true;
+      return;
     case RTFWord::listoverridetable_:
     case RTFWord::listoverride_:
       isInOverride_ = true;
       override_ = Override();
-      return true;
+      return;
     case RTFWord::lfolevel_:
       if (override_.starts.size() < kMaximumLevels) override_.starts.emplace_back();
-      return true;
+      return;
     case RTFWord::ls_:
-      if (overrides_.size() == kMaximumLists) return true;
+      if (overrides_.size() == kMaximumLists) return;
       override_.order = static_cast<std::uint32_t>(overrides_.size() + 1);
       overrides_.emplace(parameter, override_);
-      return true;
+      return;
     case RTFWord::pn_:
       oldList_ = {u"{decimal}", 1};
-      return true;
+      return;
     case RTFWord::pnlvlblt_:
       oldList_.format = u"{disc}";
-      return true;
+      return;
     case RTFWord::pnlvlbody_:
     case RTFWord::pnlvl_:
     case RTFWord::pndec_:
       oldList_.format = u"{decimal}";
-      return true;
+      return;
     case RTFWord::pnlcltr_:
       oldList_.format = u"{lower-alpha}";
-      return true;
+      return;
     case RTFWord::pnucltr_:
       oldList_.format = u"{upper-alpha}";
-      return true;
+      return;
     case RTFWord::pnlcrm_:
       oldList_.format = u"{lower-roman}";
-      return true;
+      return;
     case RTFWord::pnucrm_:
       oldList_.format = u"{upper-roman}";
-      return true;
+      return;
     case RTFWord::pnstart_:
       oldList_.start = parameter;
-      return true;
+      return;
     default:
-      return false;
+      return;
   }
 }
 

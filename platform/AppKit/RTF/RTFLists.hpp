@@ -23,8 +23,8 @@ class RTFLists {
   /// How many levels a list has.
   static constexpr std::size_t kMaximumLevels = 9;
 
-  /// Takes a word of the list tables or of an old list; false when it is none.
-  bool take(RTFWord word, std::int32_t parameter);
+  /// Takes a word of the list tables or of an old list; others say nothing.
+  void take(RTFWord word, std::int32_t parameter);
   /// The text of a level, whose first unit is its length, units below that of the number of levels standing for
   /// their numbers.
   void setLevelText(std::u16string_view text);

@@ -53,28 +53,28 @@ const RTFPictureKind *pictureKindOfBytes(std::string_view bytes) {
   return nullptr;
 }
 
-bool RTFPicture::take(RTFWord word, std::int32_t parameter) {
+void RTFPicture::take(RTFWord word, std::int32_t parameter) {
   const auto *const kind =
       std::find_if(std::begin(kKinds), std::end(kKinds), [&](const auto &k) { return k.word == word; });
   if (kind != std::end(kKinds)) {
     kind_ = kind;
-    return true;
+    return;
   }
   switch (word) {
     case RTFWord::picwgoal_:
       width_ = std::clamp(parameter, 0, kMaximumTwips);
-      return true;
+      return;
     case RTFWord::pichgoal_:
       height_ = std::clamp(parameter, 0, kMaximumTwips);
-      return true;
+      return;
     case RTFWord::picscalex_:
       scaleX_ = std::clamp(parameter, 1, kMaximumScale);
-      return true;
+      return;
     case RTFWord::picscaley_:
       scaleY_ = std::clamp(parameter, 1, kMaximumScale);
-      return true;
+      return;
     default:
-      return false;
+      return;
   }
 }
 

@@ -26,8 +26,8 @@ const RTFPictureKind *pictureKindOfBytes(std::string_view bytes);
 /// A picture while it is read.
 class RTFPicture {
  public:
-  /// Takes a word of pictures; false when it is none.
-  bool take(RTFWord word, std::int32_t parameter);
+  /// Takes a word of pictures; others say nothing.
+  void take(RTFWord word, std::int32_t parameter);
   /// Takes hexadecimal digits; others do not count.
   void takeDigits(std::string_view digits);
   /// Takes bytes.

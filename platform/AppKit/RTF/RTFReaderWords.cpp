@@ -103,12 +103,12 @@ void RTFReader::takeWord(RTFWord word, Parameter parameter, bool isStarred) {
     case Destination::lists:
     case Destination::oldList:
     case Destination::levelText:
-      (void)lists_.take(word, number);
+      lists_.take(word, number);
       return;
     case Destination::date:
       return takeDateWord(word, number);
     case Destination::picture:
-      (void)picture_.take(word, number);
+      picture_.take(word, number);
       return;
     case Destination::graphic:
       if (word == RTFWord::width_) graphicSize_ = NSSize{pointsOfTwips(number), 0};
@@ -135,7 +135,7 @@ void RTFReader::takeWord(RTFWord word, Parameter parameter, bool isStarred) {
   if (takeTableWord(word) || takeDocumentWord(word, parameter)) return;
   const std::size_t depth = group_.isInnerRow ? std::max<std::size_t>(flow().tables().depth(), 2) : 1;
   if (rowDefinitions_.size() < depth) rowDefinitions_.resize(depth);
-  (void)rowDefinitions_[depth - 1].take(word, parameter);
+  rowDefinitions_[depth - 1].take(word, parameter);
 }
 
 bool RTFReader::takeTableWord(RTFWord word) {
@@ -208,14 +208,14 @@ bool RTFReader::takeDestination(RTFWord word) {
       return begin(Destination::expandedColors);
     case RTFWord::listtable_:
     case RTFWord::listoverridetable_:
-      (void)lists_.take(word, 0);
+      lists_.take(word, 0);
       return begin(Destination::lists);
     case RTFWord::leveltext_:
       return now == Destination::lists ? begin(Destination::levelText) : skip();
     case RTFWord::levelmarker_:
       return now == Destination::lists ? begin(Destination::levelMarker) : skip();
     case RTFWord::pn_:
-      (void)lists_.take(word, 0);
+      lists_.take(word, 0);
       return begin(Destination::oldList);
     case RTFWord::listtext_:
     case RTFWord::pntext_:

@@ -22,7 +22,6 @@ constexpr std::int32_t kDefaultShift = 6;
 /// What stands for the natural height of a line in "\sl".
 constexpr std::int32_t kSingleLine = 240;
 constexpr std::int32_t kMaximumHeaderLevel = 6;
-constexpr std::int32_t kMaximumTableDepth = 1000;
 
 std::int32_t scaled(std::int32_t number, std::int32_t scale) {
   return static_cast<std::int32_t>(
@@ -218,7 +217,7 @@ bool RTFParagraphState::take(RTFWord word, std::optional<std::int32_t> parameter
       isInTable = true;
       return true;
     case RTFWord::itap_:
-      tableDepth = static_cast<std::uint32_t>(std::clamp(number, 1, kMaximumTableDepth));
+      tableDepth = static_cast<std::uint32_t>(std::max(number, 1));
       isInTable = number > 0;
       return true;
     case RTFWord::tqr_:

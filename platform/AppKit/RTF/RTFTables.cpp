@@ -29,41 +29,41 @@ std::optional<NSTextBlockWidth> widthOf(std::int32_t number, std::optional<std::
 
 }  // namespace
 
-bool RTFRowDefinition::take(RTFWord word, std::optional<std::int32_t> parameter) {
+void RTFRowDefinition::take(RTFWord word, std::optional<std::int32_t> parameter) {
   const std::int32_t number = std::clamp(parameter.value_or(0), -kMaximumTwips, kMaximumTwips);
   switch (word) {
     case RTFWord::trleft_:
       left_ = number;
-      return true;
+      return;
     case RTFWord::trgaph_:
       gap_ = number;
-      return true;
+      return;
     case RTFWord::trwWidth_:
       widthNumber_ = number;
       width_ = widthOf(widthNumber_, widthUnit_).value_or(width_);
-      return true;
+      return;
     case RTFWord::trftsWidth_:
       widthUnit_ = number;
       width_ = widthOf(widthNumber_, widthUnit_).value_or(width_);
-      return true;
+      return;
     case RTFWord::taflags_:
       collapsesBorders_ = (number & 1) != 0;
-      return true;
+      return;
     case RTFWord::lastrow_:
       isLast_ = true;
-      return true;
+      return;
     case RTFWord::trpaddt_:
       padding_[NSTopEdge] = number;
-      return true;
+      return;
     case RTFWord::trpaddl_:
       padding_[NSLeftEdge] = number;
-      return true;
+      return;
     case RTFWord::trpaddb_:
       padding_[NSBottomEdge] = number;
-      return true;
+      return;
     case RTFWord::trpaddr_:
       padding_[NSRightEdge] = number;
-      return true;
+      return;
     case RTFWord::cellx_:
       next_.right = number;
       next_.width = widthOf(cellWidthNumber_, cellWidthUnit_);
@@ -71,64 +71,64 @@ bool RTFRowDefinition::take(RTFWord word, std::optional<std::int32_t> parameter)
       next_ = RTFCellDefinition();
       cellWidthUnit_.reset();
       edge_.reset();
-      return true;
+      return;
     case RTFWord::clmgf_:
       next_.startsHorizontally = true;
-      return true;
+      return;
     case RTFWord::clmrg_:
       next_.continuesHorizontally = true;
-      return true;
+      return;
     case RTFWord::clvmgf_:
       next_.startsVertically = true;
-      return true;
+      return;
     case RTFWord::clvmrg_:
       next_.continuesVertically = true;
-      return true;
+      return;
     case RTFWord::clgap_:
       next_.isGap = true;
-      return true;
+      return;
     case RTFWord::clwWidth_:
       cellWidthNumber_ = number;
-      return true;
+      return;
     case RTFWord::clftsWidth_:
       cellWidthUnit_ = number;
-      return true;
+      return;
     case RTFWord::clvertalt_:
       next_.verticalAlignment = NSTextBlockVerticalAlignment::top;
-      return true;
+      return;
     case RTFWord::clvertalc_:
       next_.verticalAlignment = NSTextBlockVerticalAlignment::middle;
-      return true;
+      return;
     case RTFWord::clvertalb_:
       next_.verticalAlignment = NSTextBlockVerticalAlignment::bottom;
-      return true;
+      return;
     case RTFWord::clcbpat_:
       next_.background = number;
-      return true;
+      return;
     case RTFWord::clpadt_:
       next_.padding[NSTopEdge] = number;
-      return true;
+      return;
     case RTFWord::clpadl_:
       next_.padding[NSLeftEdge] = number;
-      return true;
+      return;
     case RTFWord::clpadb_:
       next_.padding[NSBottomEdge] = number;
-      return true;
+      return;
     case RTFWord::clpadr_:
       next_.padding[NSRightEdge] = number;
-      return true;
+      return;
     case RTFWord::clbrdrt_:
       edge_ = NSTopEdge;
-      return true;
+      return;
     case RTFWord::clbrdrl_:
       edge_ = NSLeftEdge;
-      return true;
+      return;
     case RTFWord::clbrdrb_:
       edge_ = NSBottomEdge;
-      return true;
+      return;
     case RTFWord::clbrdrr_:
       edge_ = NSRightEdge;
-      return true;
+      return;
     case RTFWord::brdrt_:
     case RTFWord::brdrb_:
     case RTFWord::brdrl_:
@@ -146,7 +146,7 @@ bool RTFRowDefinition::take(RTFWord word, std::optional<std::int32_t> parameter)
     case RTFWord::cldgll_:
     case RTFWord::chbrdr_:
       edge_.reset();
-      return true;
+      return;
     case RTFWord::brdrs_:
     case RTFWord::brdrth_:
     case RTFWord::brdrdb_:
@@ -154,19 +154,19 @@ bool RTFRowDefinition::take(RTFWord word, std::optional<std::int32_t> parameter)
     case RTFWord::brdrdash_:
     case RTFWord::brdrhair_:
       if (edge_ && next_.borderWidths[*edge_] == 0) next_.borderWidths[*edge_] = kDefaultBorderTwips;
-      return true;
+      return;
     case RTFWord::brdrnone_:
     case RTFWord::brdrnil_:
       if (edge_) next_.borderWidths[*edge_] = 0;
-      return true;
+      return;
     case RTFWord::brdrw_:
       if (edge_) next_.borderWidths[*edge_] = std::max(number, 0);
-      return true;
+      return;
     case RTFWord::brdrcf_:
       if (edge_) next_.borderColors[*edge_] = number;
-      return true;
+      return;
     default:
-      return false;
+      return;
   }
 }
 

@@ -33,8 +33,8 @@ class RTFRowDefinition {
   /// How many cells a row may have.
   static constexpr std::size_t kMaximumCells = 4096;
 
-  /// Takes a word of rows, cells or borders; false when it is none.
-  bool take(RTFWord word, std::optional<std::int32_t> parameter);
+  /// Takes a word of rows, cells or borders; others say nothing.
+  void take(RTFWord word, std::optional<std::int32_t> parameter);
 
   const std::vector<RTFCellDefinition> &cells() const { return cells_; }
   std::int32_t left() const { return left_; }

@@ -6,6 +6,7 @@
 #include <bit>
 #include <charconv>
 
+#include "platform/AppKit/RTF/RTFRowPlan.hpp"
 #include "platform/AppKit/RTF/RTFUnits.hpp"
 
 namespace nimbo {
@@ -190,7 +191,8 @@ struct ParagraphTokens {
     appendWord(&output, "\\ilvl", static_cast<std::int64_t>(count - 1));
   }
   void operator()(ParagraphAttribute::TextBlocks, const std::vector<Interned<NSTextTableBlock>> &blocks) {
-    if (!blocks.empty()) appendWord(&output, "\\intbl\\itap", static_cast<std::int64_t>(blocks.size()));
+    const std::size_t depth = std::min(blocks.size(), RTFRowPlans::kMaximumDepth);
+    if (depth > 0) appendWord(&output, "\\intbl\\itap", static_cast<std::int64_t>(depth));
   }
 
  private:

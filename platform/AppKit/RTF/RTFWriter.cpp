@@ -309,10 +309,9 @@ void RTFWriter::beginCellParagraph(std::size_t level) {
   hasLastStyle_ = false;
 }
 
-void RTFWriter::writeFillers(std::size_t row, std::size_t end, std::size_t level) {
+void RTFWriter::writeFillers(std::size_t end, std::size_t level) {
   std::size_t &written = openRows_[level];
   for (; written < end; ++written) {
-    if (rows_.row(row).slots[written].isCell) continue;
     beginCellParagraph(level);
     output_ += level == 0 ? "\\cell\n" : "\\nestcell\n";
   }
@@ -325,14 +324,14 @@ void RTFWriter::writeRowStarts(std::size_t index) {
       openRows_[event.level] = 0;
       if (event.level == 0) writeRowDefinition(rows_.row(event.row));
     } else {
-      writeFillers(event.row, event.slot, event.level);
+      writeFillers(event.slot, event.level);
       openRows_[event.level] = event.slot + 1;
     }
   }
 }
 
 void RTFWriter::endRow(const RTFTableEvent &event) {
-  writeFillers(event.row, rows_.row(event.row).slots.size(), event.level);
+  writeFillers(rows_.row(event.row).slots.size(), event.level);
   hasLastStyle_ = false;
   if (event.level == 0) {
     output_ += "\\row\n";

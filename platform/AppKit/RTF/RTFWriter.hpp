@@ -51,7 +51,7 @@ class RTFWriter {
   void writeEnd(std::size_t index, bool hasLineFeed);
   void writeRowStarts(std::size_t index);
   void beginCellParagraph(std::size_t level);
-  void writeFillers(std::size_t row, std::size_t end, std::size_t level);
+  void writeFillers(std::size_t end, std::size_t level);
   void endRow(const RTFTableEvent &event);
   void writeRowDefinition(const RTFRowPlan &row);
   void writeAttachment(const NSTextAttachment &attachment);

@@ -161,6 +161,7 @@ TEST(AttributedString, NilEmptyAndPlainDiffer) {
   EXPECT_TRUE(empty);
   EXPECT_TRUE(NSMutableAttributedString().attributedString()) << "a builder is never nil";
   EXPECT_NE(empty, NSAttributedString());
+  EXPECT_EQ(NSAttributedString(), NSAttributedString());
   EXPECT_NE(plain, large);
   EXPECT_EQ(plain, NSAttributedString(u"a"_ns));
   EXPECT_EQ(large.attributedSubstringFromRange({1, 5}).length(), 0u);

@@ -46,6 +46,7 @@ TEST(RTFReader, Text) {
            Case{"\\f2\\'cf\\'f0\\f4\\'e1\\f0\\'e1", "\u041f\u0440\u03b1\u00e1"},
            Case{"\\f1\\'83A\\'83\\'5c\\'b1\x82\xa0\\'83{\\b x}", "\u30a2\u30bd\uff71\u3042\ufffdx"},
            Case{"\\f1\\'83\\\\x", "\u30bdx"},
+           Case{"\\f1\\'41\\'83A", "A\u30a2"},
            Case{"\\f1\\'82\\'20\\'83A\\'ff", "\ufffd \u30a2\ufffd"},
            Case{"\\f1\\'9f@\\'a0\\'e0@\\'fcK", "\u6a97\ufffd\u6f3e\u9ed1"},
            Case{"\\f5\\'c4\\'e3", "\u4f60"},
@@ -61,7 +62,7 @@ TEST(RTFReader, Text) {
                 "gone}a{\\object{\\*\\objdata 00}{\\result b}}",
                 "ab"},
            Case{"a{\\footnote note}b", "ab\nnote\n"},
-           Case{"a{\\shp{\\*\\shpinst gone{\\shptxt box\\par}}{\\shprslt gone}}b", "abox\nb"},
+           Case{"a{\\shp{\\*\\shpinst\\par gone\\cell{\\shptxt box\\par}}{\\shprslt gone}}b", "abox\nb"},
            Case{"a{\\upr{b?{\\b ?}}{\\*\\ud{b\\u8364 ?{\\b c}}}}d", "ab\u20accd"},
            Case{"{\\bin5 }}}}}a{\\*\\x\\bin3 }}}b}c", "ac"},
            Case{"a}b{\\b c}", "abc"},
@@ -72,7 +73,12 @@ TEST(RTFReader, Text) {
            Case{"\\'e4\\~'x", "\u00e4\u00a0'x"},
            Case{"a{\\ud gone}{\\*\\ud gone}b", "ab"},
            Case{"a{\\footnote b}c{\\footnote d\\par}\\par", "ac\nb\nd\n"},
-           Case{"{\\footnote note}", "note\n"},
+           Case{"{\\footnote {\\b no}te}", "note\n"},
+           Case{"a{\\leveltext gone}{\\*\\levelmarker gone}{\\alttext gone}{\\title gone}{\\creatim gone}{\\sn "
+                "gone}{\\info{\\listtext gone}}{\\listtext}b",
+                "ab"},
+           // A word has 32 letters at most.
+           Case{"\\aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa a\\aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab c", "ab c"},
            Case{"a{\\shp{\\*\\shpinst{\\sp{\\sn pib}{\\sv{\\pict\\pngblip 00}}}}}b", "a\ufffcb"},
            // A star counts for the word right behind it.
            Case{"{\\*x\\no y}{\\*\xe4\\no y}{\\*\\~\\no y}{\\*\\'e4\\no y}{\\*{\\no y}}{{\\*}\\no "
@@ -92,6 +98,7 @@ TEST(RTFReader, BytesWithoutACodePage) {
            Case{"\\mac \\'80\\'a5", "\u00c4\u2022"},
            Case{"\\pc \\'81\\'e0\\'9b", "\u00fc\u03b1\u00a2"},
            Case{"\\pca \\'81\\'e0\\'9b", "\u00fc\u00d3\u00f8"},
+           Case{"\\'e4\\ansicpg1 \\'e4\\ansicpg1251 \\'e4", "\u00e4\u00e4\u0434"},
        })
     EXPECT_EQ(initWithRTF(dataOf("{\\rtf1" + std::string(c.source) + "}")).string().UTF8String(), c.expected)
         << c.source;
@@ -159,7 +166,7 @@ TEST(RTFReader, Attributes) {
           Case{"\\fweight0 x\\fweight5000 y\\fsmilli-1 z",
                "[x] font=Times weight=-399\n[y] font=Times weight=600\n[z] font=Times size=-12 weight=600\n"},
           Case{"\\f9 x\\f1 y", "[x] font=Times\n[y] font=Arial\n"},
-          Case{"\\cf1\\highlight2 x\\cf9 y",
+          Case{"\\cf1\\highlight2 x\\cf99999999 y",
                "[x] font=Times color=255.0.0 background=0.0.255.128\n[y] font=Times background=0.0.255.128\n"},
           Case{"\\uldb\\ulc1 x\\ul0 y",
                "[x] font=Times underline=3 underlinecolor=255.0.0\n[y] font=Times underlinecolor=255.0.0\n"},
@@ -245,7 +252,8 @@ TEST(RTFReader, FontsAndColors) {
            Case{"{\\fonttbl{\\f0  A B ;}{\\f0 C;}{\\f1;}}x\\f1 y", "[x] font=A B\n[y]\n"},
            Case{"{\\fonttbl{\\f0 A}}x", "[x] font=A\n"},
            Case{"{\\fonttbl\\f0 A;\\f1 B;}\\deff1 x\\f0 y\\f9 z", "[x] font=B\n[y] font=A\n[z] font=B\n"},
-           Case{"{\\fonttbl{\\f1\\cpg1253\\fcharset204 G;}{\\f2\\fcharset204\\cpg1253 G;}}\\f1\\'e1\\f2\\'e1",
+           Case{"{\\fonttbl{\\f1\\cpg1253\\fcharset204 G;}{\\f2\\fcharset204\\cpg1253\\cpg1 "
+                "G;}}\\f1\\'e1\\f2\\'e1",
                 "[\u03b1\u03b1] font=G\n"},
            Case{"\\ansicpg1251{\\fonttbl{\\f1\\fcharset0 A;}{\\f2\\fcharset1 A;}}\\f1\\'e1\\f2\\'e1",
                 "[\u00e1\u0431] font=A\n"},
@@ -405,6 +413,13 @@ TEST(RTFReader, Tables) {
                "b\\cell\\row",
                "[a\\n] cell=1/2:0+1,0+1 padding=3 padding=1 width=50pt\n[b\\n] cell=1/2:0+1,1+1 padding=2 "
                "padding=3 width=50pt\n"},
+           Case{"\\trowd\\trgaph100\\trpaddt20\\trpaddl40\\trpaddb60\\trpaddr80\\cellx1000\\clpadt80\\clpadl60"
+                "\\clpadb40"
+                "\\clpadr20\\cellx2000\\intbl a\\cell b\\cell\\row\\trowd\\trgaph100\\cellx1000\\intbl "
+                "c\\cell\\row",
+                "[a\\n] cell=1/2:0+1,0+1 padding=1 padding=2 padding=3 padding=4 width=50pt\n[b\\n] "
+                "cell=1/2:0+1,1+1 padding=4 padding=3 padding=2 padding=1 width=50pt\n[c\\n] cell=1/2:1+1,0+1 "
+                "padding=5 padding=5 width=50pt\n"},
            // What belongs to the row's border or the paragraph's is none of the cell's.
            Case{"\\trowd\\clbrdrb\\brdrs\\brdrw40\\brdrt\\brdrw60\\clbrdrl\\brdrs\\brdrw40\\trbrdrv\\brdrnone\\"
                 "cellx1000"
@@ -430,6 +445,12 @@ TEST(RTFReader, Tables) {
            // Cells that go on with none, and look different.
            Case{"\\trowd\\clvmrg\\cellx1000\\clvmrg\\cellx2000\\cellx3000\\intbl{\\b\\cell}\\cell c\\cell\\row",
                 "[c\\n] cell=1/3:0+1,2+1 width=50pt\n"},
+           // Places that go on with nothing beside them, an inner row that ends where there is none, and no
+           // table.
+           Case{"\\trowd\\clmrg\\cellx1000\\clmgf\\cellx2000\\cellx3000\\clmrg\\cellx4000\\intbl "
+                "a\\cell\\nestrow b\\cell c\\cell d\\cell\\row\\itap0 e",
+                "[a\\n] cell=1/4:0+1,0+1 width=50pt\n[b\\n] cell=1/4:0+1,1+1 width=50pt\n[c\\n] "
+                "cell=1/4:0+1,2+1 width=50pt\n[d\\n] cell=1/4:0+1,3+1 width=50pt\n[e]\n"},
            // Cells without definitions, and a row without an end.
            Case{"\\intbl a\\cell b\\cell\\row\\intbl c",
                 "[a\\n] cell=1/2:0+1,0+1\n[b\\n] cell=1/2:0+1,1+1\n[c] cell=1/2:1+1,0+1\n"},
@@ -506,6 +527,20 @@ TEST(RTFReader, RTFDAttachments) {
   EXPECT_EQ(describe(initWithRTFD(folder.serializedRepresentation())), expected);
   // Beside the other it has another name in the folder.
   EXPECT_EQ(describe(initWithRTFDFileWrapper(folder)), expected + "[\ufffc] file=PIC.png bytes=5\n");
+  // Where nothing stands for a picture it comes before the end of the paragraph, the cell or the text.
+  const std::string pending =
+      "{\\rtf1{\\NeXTGraphic a.png \\height20}\\par\\trowd\\cellx1000\\intbl{\\NeXTGraphic "
+      "a.png}\\par\\itap2{\\NeXTGraphic "
+      "a.png}\\nestcell{\\*\\nesttableprops\\trowd\\cellx500\\lastrow\\nestrow}\\pard\\intbl{\\NeXTGraphic "
+      "a.png}\\cell\\row"
+      "\\pard{\\NeXTGraphic a.png}}";
+  const std::string outer = " cell=1/1:0+1,0+1 width=50pt", inner = outer + " cell=2/1:0+1,0+1 width=25pt";
+  std::string expectedPending;
+  for (const std::string &place : {std::string(), outer, inner, outer})
+    expectedPending += "[\ufffc]" + place + " file=a.png bytes=1\n[\\n]" + place + "\n";
+  EXPECT_EQ(describe(initWithRTFDFileWrapper(
+                NSFileWrapper::directoryWithFileWrappers({file("TXT.rtf", pending), file("a.png", "1")}))),
+            expectedPending + "[\ufffc] file=a.png bytes=1\n");
   NSError error;
   EXPECT_FALSE(
       initWithRTFDFileWrapper(NSFileWrapper::directoryWithFileWrappers({file("x", "y")}), nullptr, &error));
@@ -562,9 +597,13 @@ TEST(RTFWriter, OnlyWideCellsAreMergedInARow) {
 TEST(RTFReader, LimitsHold) {
   EXPECT_EQ(textOf(repeated("{\\b ", 100'000) + "x" + repeated("}", 100'000) + "y"), "xy");
   EXPECT_EQ(textOf(repeated("{\\field{\\*\\fldinst{HYPERLINK a}}{\\fldrslt ", 20'000) + "x"), "x");
-  EXPECT_EQ(read("\\trowd" + repeated("\\cellx5", 10'000) + "\\intbl " + repeated("x\\cell ", 10'000) + "\\row")
-                .length(),
-            20'000u);
+  const NSAttributedString wide =
+      read("\\trowd" + repeated("\\cellx5", 10'000) + "\\intbl " + repeated("x\\cell ", 10'000) + "\\row");
+  EXPECT_EQ(wide.length(), 20'000u);
+  EXPECT_EQ(wide.attributesAtIndex(0)->paragraphStyle->textBlocks.at(0)->table->numberOfColumns, 4096u);
+  EXPECT_EQ(describe(read("{\\colortbl" + repeated("\\red1;", 65'537) + "}\\cf65535 x\\cf65536 y")),
+            "[x] color=1.0.0\n[y]\n");
+  EXPECT_EQ(textOf("\\uc300\\u97 " + repeated("x", 256)), "ax");
   // A field beyond the limit leaves that around it as it is.
   EXPECT_EQ(describe(read(repeated("{\\field}", 65'535) +
                           "{\\field{\\*\\fldinst{HYPERLINK a}}{\\fldrslt x{\\field{\\*\\fldinst{HYPERLINK "

@@ -139,6 +139,32 @@ TEST(RTFWriter, ListsHaveNineLevels) {
   EXPECT_NE(rtf.find("\\ls1\\ilvl8 "), rtf.npos);
 }
 
+TEST(RTFWriter, TextsOfLevelsAreCut) {
+  const std::u16string many(201, u'x');
+  NSParagraphStyle style;
+  style.textLists = {{NSString::stringWithCharacters(many), 1, 1},
+                     {NSString::stringWithCharacters(many + u"{decimal}" + many), 1, 2}};
+  const std::string rtf = written({{u"x", ofParagraph(style)}}), x(100, 'x');
+  EXPECT_EQ(count(rtf, "\\leveltemplateid1\\'c8" + x + x + ";}{\\levelnumbers;}"), 1u) << rtf;
+  EXPECT_EQ(count(rtf, "\\leveltemplateid2\\'c9" + x + "\\'01" + x + ";}{\\levelnumbers\\'65;}"), 1u) << rtf;
+}
+
+TEST(RTFWriter, SaysWhatIsKnownOfTheDocument) {
+  DocumentAttributes facts;
+  facts.title = u"T"_ns;
+  facts.author = u"A"_ns;
+  facts.subject = u"S"_ns;
+  facts.keywords = {u"a"_ns, u"b"_ns};
+  facts.creationTime = facts.modificationTime = NSDate::dateWithUTC(2001, 2, 3, 4, 5, 6);
+  facts.paperSize = NSSize{612, 792};
+  facts.topMargin = 1;
+  facts.bottomMargin = 2;
+  const std::string time = "\\yr2001\\mo2\\dy3\\hr4\\min5\\sec6}";
+  EXPECT_EQ(RTFFromRange(NSAttributedString(u""_ns), {0, 0}, facts).view(),
+            kStart + ("{\\colortbl;}\n{\\info{\\title T}{\\author A}{\\subject S}{\\keywords a, b}{\\creatim" +
+                      time + "{\\revtim" + time + "}\n\\paperw12240\\paperh15840\\margt20\\margb40\n}\n"));
+}
+
 TEST(RTFWriter, RowsSayWhatTheirCellsAreLike) {
   TextAttributes first = ofCell(0, 1, {50, NSTextBlockWidth::Unit::points});
   NSTextTableBlock block = *first.paragraphStyle->textBlocks[0];
@@ -185,13 +211,26 @@ TEST(RTFWriter, CellsEndWhereTheirWidthsSay) {
 
 TEST(RTFWriter, RowsHaveNoMoreColumnsThanReadersTake) {
   constexpr std::uint32_t kMost = 2048;
-  const std::string late = written({{u"a\n", ofCell(kMost + 1, 9, {})}});
+  const std::string late = written({{u"a\n", ofCell(kMost + 1, 9, {50, NSTextBlockWidth::Unit::points})}});
   EXPECT_EQ(count(late, "\\clgap"), kMost);
   EXPECT_EQ(count(late, "\\cellx"), kMost + 1);
   EXPECT_EQ(count(late, "\\clmrg"), 0u);
+  EXPECT_EQ(count(late, "\\cellx123880\n"), 1u) << "behind columns of 60 twips";
   const std::string wide = written({{u"a\n", ofCell(0, UINT32_MAX, {})}});
   EXPECT_EQ(count(wide, "\\cellx"), kMost);
   EXPECT_EQ(count(wide, "\\clmrg"), kMost - 1);
+}
+
+TEST(RTFWriter, TablesStandInEachOtherToALimit) {
+  NSParagraphStyle style;
+  for (std::uint32_t table = 1; table <= 17; ++table) {
+    NSTextTableBlock block;
+    block.table = Interned(NSTextTable{table, 1, false, {}});
+    style.textBlocks.push_back(Interned(block));
+  }
+  const std::string rtf = written({{u"a\n", ofParagraph(style)}});
+  EXPECT_EQ(count(rtf, "\\nestrow}"), 15u);
+  EXPECT_EQ(count(rtf, "\\pard\\intbl\\itap16 \\plain"), 1u) << rtf;
 }
 
 TEST(RTFWriter, PicturesAreLinesOfDigits) {

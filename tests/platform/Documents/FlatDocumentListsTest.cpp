@@ -80,7 +80,7 @@ TEST(FlatDocumentLists, CountsLists) {
       "<text:list-style style:name='R'><text:list-level-style-number text:level='1' style:num-format='I' "
       "style:num-prefix='(' style:num-suffix=')' text:start-value='4'/><text:list-level-style-number "
       "text:level='2' style:num-format='A'/><text:list-level-style-number text:level='3' style:num-format='i' "
-      "text:display-levels='3'/></text:list-style>"
+      "text:display-levels='9'/></text:list-style>"
       "<text:list-style style:name='N'><text:list-level-style-number text:level='1' style:num-format=''/>"
       "<text:list-level-style-number text:level='2' style:num-format='1' text:display-levels='2'/>"
       "</text:list-style>";

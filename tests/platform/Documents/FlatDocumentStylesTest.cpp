@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/platform/Documents/FlatDocuments.hpp"
+#include "tests/support/Repeated.hpp"
 
 namespace nimbo {
 namespace {
@@ -202,6 +203,13 @@ TEST(FlatDocumentStyles, SetsParagraphs) {
                                     {NSTextTabType::center, 2},
                                     {NSTextTabType::right, 3},
                                     {NSTextTabType::decimal, 4}}));
+}
+
+TEST(FlatDocumentStyles, KeepsSoManyTabStops) {
+  const NSAttributedString text = styled(
+      "paragraph", "",
+      "<style:tab-stops>" + repeated("<style:tab-stop style:position='1pt'/>", 257) + "</style:tab-stops>");
+  EXPECT_EQ(text.attributesAtIndex(0)->paragraphStyle->tabStops.size(), 256u);
 }
 
 TEST(FlatDocumentStyles, KnowsFontsAndTabsOfTheWholeDocument) {

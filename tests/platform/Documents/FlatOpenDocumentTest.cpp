@@ -100,10 +100,11 @@ TEST(FlatOpenDocument, BreaksPagesWhereStylesSaySo) {
 
 TEST(FlatOpenDocument, LeavesOutWhatIsNoText) {
   for (const std::string name :
-       {"office:forms", "office:annotation", "text:tracked-changes", "text:table-index-source",
-        "presentation:notes", "svg:desc", "draw:enhanced-geometry"})
+       {"office:forms", "office:annotation", "text:tracked-changes", "table:shapes", "table:tracked-changes",
+        "table:content-validations", "table:dde-links", "presentation:notes"})
     EXPECT_EQ(plain(flat("<" + name + "><text:p>x</text:p></" + name + "><text:p>y</text:p>")), "y") << name;
-  for (const std::string name : {"svg:title", "text:hidden-text", "text:hidden-paragraph", "text:script"})
+  for (const std::string name :
+       {"svg:title", "svg:desc", "text:hidden-text", "text:hidden-paragraph", "text:script"})
     EXPECT_EQ(plain(flat("<text:p>a<" + name + ">x</" + name + ">b</text:p>")), "ab") << name;
 }
 
@@ -232,6 +233,11 @@ TEST(FlatOpenDocument, KnowsFactsOfTheDocument) {
       {"2001-02-03T-4:05:06", std::nullopt},
       {"2001-02-03T0x:05:06", std::nullopt},
       {"2001-2x-03", std::nullopt},
+      {"2001x02-03", std::nullopt},
+      {"2001-02x03", std::nullopt},
+      {"2001-02-03T04x05:06", std::nullopt},
+      {"2001-02-03T04:05x06", std::nullopt},
+      {"2001-00-03", std::nullopt},
       {"2001-13-03", std::nullopt},
       {"2001-12-00", std::nullopt},
       {"2001-12-32", std::nullopt},

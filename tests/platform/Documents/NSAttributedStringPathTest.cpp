@@ -41,6 +41,7 @@ TEST(NSAttributedStringPath, ReadsEachKindOfDocument) {
       {"a.webarchive", archive(page, empty), "saved\n", u"NSWebArchive"_ns},
       {"frames.webarchive", archive(WebResource(), page), "", NSString(), ErrorCode::damaged},
       {"none.webarchive", "plain", "", NSString(), ErrorCode::damaged},
+      {"a.dat", std::string("\1\2\0\3\4\0\5\6\0", 9), "", NSString(), ErrorCode::unsupportedType},
       {"a.zip", "PK\3\4", "", NSString(), ErrorCode::unsupportedType},
   };
   for (const auto &test : cases) {

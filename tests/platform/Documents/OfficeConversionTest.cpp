@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tests/support/Processes.hpp"
@@ -116,6 +117,34 @@ TEST_F(OfficeConversionTest, TellsWhichPartOfLibreOfficeIsMissing) {
   EXPECT_EQ(holds(content, "office:spreadsheet"), hasCalc) << content;
   EXPECT_EQ(error_.errorCode(), hasCalc ? ErrorCode::none : ErrorCode::unsupportedType) << content;
   EXPECT_EQ(holds(content, "LibreOffice Calc"), !hasCalc) << content;
+}
+
+TEST(OfficeConversion, TellsWhichPartIsNotBesideTheOthers) {
+  const TemporaryFolder folder;
+  OfficeOptions options;
+  options.programFolder = folder.string("");
+  options.childProgram = folder.string("nowhere");
+  folder.write("libsofficeapp.so", "");
+  const struct {
+    const char *document, *library, *part;
+  } cases[] = {{"a.ods", "libsclo.so", "LibreOffice Calc"},    {"a.xls", "libsclo.so", "LibreOffice Calc"},
+               {"a.odp", "libsdlo.so", "LibreOffice Impress"}, {"a.ppt", "libsdlo.so", "LibreOffice Impress"},
+               {"a.odg", "libsdlo.so", "LibreOffice Draw"},    {"a.odt", "libsdlo.so", ""}};
+  for (const auto &[document, library, part] : cases) {
+    const NSString path = folder.write(document, "x");
+    // Without a part of the writer's all are in one; then this one alone is missing, and then none.
+    for (const char *next : {"", "libswlo.so", library}) {
+      if (*next) folder.write(next, "");
+      const bool isMissing = next == std::string_view("libswlo.so") && *part;
+      NSError error;
+      EXPECT_FALSE(OfficeConversion(options).flatDocumentWithContentsOfFile(path, Deadline::after(60), &error));
+      EXPECT_EQ(error.errorCode(), isMissing ? ErrorCode::unsupportedType : ErrorCode::noSuchFile)
+          << document << next;
+      EXPECT_EQ(holds(error.localizedFailureReason.UTF8String(), part), isMissing || !*part)
+          << document << next;
+    }
+    for (const char *gone : {"libswlo.so", library}) std::filesystem::remove(folder.path() / gone);
+  }
 }
 
 TEST_F(OfficeConversionTest, IsReplacedWhenItDiesOrHasDoneEnough) {

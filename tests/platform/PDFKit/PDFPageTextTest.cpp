@@ -122,7 +122,7 @@ TEST(PDFPageText, IsOnThePage) {
 }
 
 TEST(PDFPageText, HasTheLettersThatFontsMean) {
-  const std::string content = "BT /F 10 Tf 20 100 Td (oABCDEFGH) Tj ET";
+  const std::string content = "BT /F 10 Tf 20 100 Td (oABCDEFGHIJ) Tj ET";
   const std::string longParts =
       "/Subtype /Type1 /BaseFont /Helvetica /Encoding <</Differences [65 /f_f_uni /f_" + std::string(120, 'x') +
       "]>>";
@@ -138,8 +138,11 @@ TEST(PDFPageText, HasTheLettersThatFontsMean) {
   } cases[] = {
       {"names of ligatures", content,
        "/Subtype /Type1 /BaseFont /Helvetica /Encoding <</Differences [65 /f_f_i /f_l /T_h /ffi /uniFB01 "
-       "/uni00660069 /f_f_i.alt /f_oo]>>",
-       "", "offiflThffifififfif\n"},
+       "/uni00660069 /f_f_i.alt /f_oo /uni004A006F /uni0066:069]>>",
+       "", "offiflThffifififfifJo\n"},
+      {"a map that a font brings", "BT /F 10 Tf 20 100 Td (A) Tj ET",
+       "/Subtype /Type1 /BaseFont /Helvetica /Encoding <</Differences [65 /f_f_i]>> /ToUnicode 6 0 R",
+       map + "1 beginbfchar <41> <0078> endbfchar endcmap", "x\n"},
       {"names with parts that are none", "BT /F 10 Tf 20 100 Td (oABo) Tj ET", longParts.c_str(), "", "offo\n"},
       {"codes of one and two bytes", "BT /F 10 Tf 20 100 Td <61d0b0d0b1> Tj ET",
        "/Subtype /Type0 /BaseFont /Odd /Encoding 6 0 R /ToUnicode 6 0 R /DescendantFonts [<</Type /Font "
@@ -205,7 +208,12 @@ TEST(PDFPageText, HasTheTextGivenInPlaceOfGlyphs) {
       {"among other marks", "/A BMC /N <</ActualText (a)>> BDC /B BMC (x) Tj EMC (x) Tj EMC EMC EMC (c) Tj",
        "ac\n"},
       {"properties by name", "/Span /N BDC (xx) Tj EMC (d) Tj", "namedd\n"},
-      {"no end", "/Span <</ActualText (a)>> BDC (xx) Tj ET BT /F 10 Tf 20 80 Td (b) Tj", "a\nb\n"},
+      {"no end", "EMC /Span <</ActualText (a)>> BDC (xx) Tj ET BT /F 10 Tf 20 80 Td (b) Tj", "a\nb\n"},
+      {"several texts in it",
+       "ET /N <</ActualText (a)>> BDC BT /F 10 Tf 20 60 Td (x) Tj ET BT /F 10 Tf 25 60 Td (x) Tj ET EMC BT /F "
+       "10 Tf "
+       "20 30 Td (c) Tj",
+       "a\nc\n"},
       {"no end in a form", "ET /X Do BT /F 10 Tf 20 30 Td (on) Tj", "open\non\n"},
       {"content behind a glyph that is drawn", "(x ) Tj /N /N BDC /T 10 Tf (a) Tj EMC /F 10 Tf ( y) Tj",
        "x named y\n"},
@@ -273,6 +281,8 @@ TEST(PDFPageText, HasWordsAsTheyAreMeant) {
       {"a larger word below", "(docu-) Tj /F 11.1 Tf 0 -12 Td (ment) Tj", "docu-\nment\n"},
       {"a short word", "(in-) Tj 0 -12 Td (to) Tj", "into\n"},
       {"three letters", "3 Tc (ABC) Tj", "A B C\n"},
+      {"a spaced word with a letter in place of glyphs",
+       "3 Tc (WI) Tj /S <</ActualText (D)>> BDC (xx) Tj EMC (E) Tj", "WIDE\n"},
       {"four letters", "3 Tc (ABCD) Tj", "ABCD\n"},
       {"the widest spacing", "5.4 Tc (HEADING) Tj", "HEADING\n"},
       {"letters farther from each other", "5.7 Tc (HEADING) Tj", "H E A D I N G\n"},

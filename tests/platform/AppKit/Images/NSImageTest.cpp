@@ -130,6 +130,9 @@ TEST(NSImage, IsWhatIsDrawnWithItsFocus) {
   EXPECT_EQ(cached->className(), u"NSCachedImageRep"_ns);
   EXPECT_EQ(pixelAt(cached->decodedImage(), 0, 1), kRedPixel);
   EXPECT_EQ(pixelAt(cached->decodedImage(), 1, 1), kBluePixel);
+  NSGraphicsContext again = contextOf(4, 2);
+  EXPECT_TRUE(image.drawInRect(again, {{0, 0}, {4, 2}}, {}, NSCompositingOperation::sourceOver, 1));
+  EXPECT_EQ(pixelAt(again.context.makeImage(), 0, 1), kRedPixel);
   EXPECT_EQ(before.representations().front()->representationClass(), NSImageRepClass::bitmap);
 }
 

@@ -55,6 +55,10 @@ TEST(NSPasteboard, HoldsWhatHasBeenDeclared) {
   EXPECT_EQ(errors[4].localizedFailureReason, u"there is no pasteboard"_ns);
   EXPECT_FALSE(pasteboard.availableTypeFromArray({}));
   EXPECT_EQ(pasteboard.changeCount(), 1);
+  ASSERT_TRUE(pasteboard.declareTypes({NSRTFPboardType, NSStringPboardType}));
+  ASSERT_TRUE(pasteboard.setString(u"b"_ns, NSStringPboardType));
+  ASSERT_TRUE(pasteboard.declareTypes({NSRTFPboardType}));
+  EXPECT_FALSE(pasteboard.dataForType(NSStringPboardType)) << "declared before";
 }
 
 TEST(NSPasteboard, HoldsPropertyLists) {
