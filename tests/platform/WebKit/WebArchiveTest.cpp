@@ -50,6 +50,29 @@ TEST(WebArchive, ReadsWhatItWrites) {
   EXPECT_FALSE(WebArchive().data());
 }
 
+TEST(WebArchive, IsEqualInAllItsParts) {
+  const WebArchive archive = archiveOfList(fullList());
+  const WebResource page = archive.subframeArchives()[0].mainResource();
+  const NSString x = u"x"_ns;
+  const auto like = [&](const NSData &data, const NSURL &url, const NSString &type, const NSString &encoding,
+                        const NSString &frame) {
+    return WebResource::resourceWithData(data, url, type, encoding, frame) == page;
+  };
+  const NSString type = page.MIMEType(), encoding = page.textEncodingName(), frame = page.frameName();
+  EXPECT_TRUE(like(page.data(), page.URL(), type, encoding, frame));
+  EXPECT_FALSE(like(NSData::dataWithBytes("x", 1), page.URL(), type, encoding, frame));
+  EXPECT_FALSE(like(page.data(), NSURL(), type, encoding, frame));
+  EXPECT_FALSE(like(page.data(), page.URL(), x, encoding, frame));
+  EXPECT_FALSE(like(page.data(), page.URL(), type, x, frame));
+  EXPECT_FALSE(like(page.data(), page.URL(), type, encoding, x));
+  const std::vector<WebResource> parts(archive.subresources().begin(), archive.subresources().end());
+  const std::vector<WebArchive> frames(archive.subframeArchives().begin(), archive.subframeArchives().end());
+  EXPECT_EQ(WebArchive::archiveWithMainResource(archive.mainResource(), parts, frames), archive);
+  EXPECT_FALSE(WebArchive::archiveWithMainResource(page, parts, frames) == archive);
+  EXPECT_FALSE(WebArchive::archiveWithMainResource(archive.mainResource(), {}, frames) == archive);
+  EXPECT_FALSE(WebArchive::archiveWithMainResource(archive.mainResource(), parts) == archive);
+}
+
 TEST(WebArchive, PassesOverWhatIsNone) {
   const NSDictionary page = listOfResource("x", kPage);
   NSDictionary withoutData = page, textAsData = page, oddParts = page;
