@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -565,6 +567,33 @@ TEST(CSSDeclaration, ReadsColors) {
     const std::string expected = test.declarations.empty() ? "" : "color: " + std::string(test.declarations);
     EXPECT_EQ(declarationsOf("color:" + std::string(test.style)), expected) << test.style;
   }
+}
+
+TEST(CSSDeclaration, KnowsColorsByName) {
+  std::istringstream names(
+      "aliceblue antiquewhite aqua aquamarine azure beige bisque black blanchedalmond blue blueviolet "
+      "brown burlywood cadetblue chartreuse chocolate coral cornflowerblue cornsilk crimson cyan darkblue "
+      "darkcyan darkgoldenrod darkgray darkgreen darkgrey darkkhaki darkmagenta darkolivegreen darkorange "
+      "darkorchid darkred darksalmon darkseagreen darkslateblue darkslategray darkslategrey darkturquoise "
+      "darkviolet deeppink deepskyblue dimgray dimgrey dodgerblue firebrick floralwhite forestgreen "
+      "fuchsia gainsboro ghostwhite gold goldenrod gray green greenyellow grey honeydew hotpink indianred "
+      "indigo ivory khaki lavender lavenderblush lawngreen lemonchiffon lightblue lightcoral lightcyan "
+      "lightgoldenrodyellow lightgray lightgreen lightgrey lightpink lightsalmon lightseagreen "
+      "lightskyblue lightslategray lightslategrey lightsteelblue lightyellow lime limegreen linen magenta "
+      "maroon mediumaquamarine mediumblue mediumorchid mediumpurple mediumseagreen mediumslateblue "
+      "mediumspringgreen mediumturquoise mediumvioletred midnightblue mintcream mistyrose moccasin "
+      "navajowhite navy oldlace olive olivedrab orange orangered orchid palegoldenrod palegreen "
+      "paleturquoise palevioletred papayawhip peachpuff peru pink plum powderblue purple rebeccapurple "
+      "red rosybrown royalblue saddlebrown salmon sandybrown seagreen seashell sienna silver skyblue "
+      "slateblue slategray slategrey snow springgreen steelblue tan teal thistle tomato turquoise violet "
+      "wheat white whitesmoke yellow yellowgreen");
+  std::uint32_t sum = 0;
+  for (std::string name; names >> name;) {
+    const CSSColor color = colorNamed(unitsOf(name)).value_or(CSSColor{1, 1, 1});
+    for (const std::uint8_t part : {color.red, color.green, color.blue}) sum = sum * 257 + part;
+  }
+  // Of the decimal numbers in the standard's table, in the same way.
+  EXPECT_EQ(sum, 0xea8bfb08U);
 }
 
 TEST(CSSDeclaration, KnowsOldNamesOfSystemColors) {

@@ -182,6 +182,7 @@ TEST(CSSMedium, KnowsWhatIsSupported) {
            "selector(a > b) and (color: var(--x))",
            "NOT (foo: bar)",
            "(foo: bar) or (foo: bar) or (color: red)",
+           "(color: red) and (color: red) and (color: red)",
            "(color: red) or (foo: bar)",
            "(color: red",
            "SELECTOR(a)",

@@ -142,15 +142,19 @@ TEST(CSSStyleSheet, ImportsNothingInWrongPlaces) {
 TEST(CSSStyleSheet, OrdersLayersOfSeveralSheets) {
   CSSNames names;
   const CSSPage page("<p></>", names);
-  const CSSStyleSheet outer = sheetOf("@layer b;@import 'x' layer(a);@layer b{p{float:left}}", names);
+  const CSSStyleSheet outer =
+      sheetOf("@layer b;@import 'x' layer(a);@import 'y';@layer d{p{top:0}}@layer b{p{float:left}}", names);
   const CSSStyleSheet inner = sheetOf("p{float:none}@layer c{p{float:right}}", names);
+  const CSSStyleSheet other = sheetOf("@layer e{p{top:1px}}", names);
   CSSRuleIndex index;
   const CSSImport &import = outer.imports()[0];
   index.addLayers(outer, import.precedingLayers);
   index.add(inner, index.addedLayer(outer, import.layer));
+  index.addLayers(outer, outer.imports()[1].precedingLayers);
+  index.add(other);
   index.add(outer);
   index.finish();
-  EXPECT_EQ(styleOf(index, page, 0), "float: left | float: right | float: none");
+  EXPECT_EQ(styleOf(index, page, 0), "float: left | float: right | float: none | top: 1px | top: 0px");
 }
 
 TEST(CSSStyleSheet, LeavesOutWhatThePageCannotHave) {
