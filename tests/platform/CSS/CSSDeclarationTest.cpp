@@ -358,8 +358,8 @@ TEST(CSSDeclaration, TakesShorthandsApart) {
             "font-style: italic; font-variant-caps: small-caps; font-variant-position: normal; font-weight: "
             "700; "
             "font-stretch: 100%; font-size: 12px; line-height: 1.5; font-family: [\"a\" serif]"},
-           {"font:normal normal 400 x-large serif",
-            "font-style: normal; font-variant-caps: normal; font-variant-position: normal; font-weight: 400; "
+           {"font:normal oblique 350 x-large serif",
+            "font-style: oblique; font-variant-caps: normal; font-variant-position: normal; font-weight: 350; "
             "font-stretch: 100%; font-size: x-large; line-height: normal; font-family: [serif]"},
            {"font:12px;font:bold serif;font:12px/x serif;font:bold bold 12px serif;font:math serif", ""},
            {"list-style:none", "list-style-type: none; list-style-position: outside; list-style-image: none"},
@@ -520,7 +520,7 @@ TEST(CSSDeclaration, ReadsColors) {
            {"color(srgb 1 0)", ""},
            {"color(srgb 1, 0, 0)", ""},
            {"color(oklab 1 0 0)", ""},
-           {"color(1 0 0)", ""},
+           {"color('srgb' 1 0 0)", ""},
            {"color(srgb-linear 0.002 0 0)", "#070000"},
            {"color(display-p3 0 1 0)", "#00ff00"},
            {"color(srgb-linear 0.5 0 0)", "#bc0000"},
@@ -594,6 +594,29 @@ TEST(CSSDeclaration, KnowsColorsByName) {
   }
   // Of the decimal numbers in the standard's table, in the same way.
   EXPECT_EQ(sum, 0xea8bfb08U);
+}
+
+TEST(CSSDeclaration, KnowsPropertiesByOtherNames) {
+  const auto expectSame = [](const std::string &name, const std::string &known) {
+    EXPECT_EQ(declarationsOf(name + ":inherit"), declarationsOf(known + ":inherit")) << name;
+  };
+  for (const auto &[end, side] : {std::pair<std::string, std::string>{"start", "top"}, {"end", "bottom"}}) {
+    for (const std::string part : {"", "-color", "-style", "-width"})
+      expectSame("border-block-" + end + part, "border-" + side + part);
+    for (const std::string distance : {"margin-", "padding-"}) {
+      expectSame(distance + "block-" + end, distance + side);
+      expectSame("-webkit-" + distance + end, distance + "inline-" + end);
+    }
+    expectSame("inset-block-" + end, side);
+  }
+  for (const std::string limit : {"", "min-", "max-"}) {
+    expectSame(limit + "inline-size", limit + "width");
+    expectSame(limit + "block-size", limit + "height");
+  }
+  for (const std::string name : {"box-sizing", "opacity", "text-decoration"})
+    expectSame("-webkit-" + name, name);
+  expectSame("overflow-inline", "overflow-x");
+  expectSame("overflow-block", "overflow-y");
 }
 
 TEST(CSSDeclaration, KnowsOldNamesOfSystemColors) {

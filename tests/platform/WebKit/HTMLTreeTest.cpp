@@ -120,7 +120,7 @@ TEST(HTMLTreeTest, readsCommentsAndText) {
       {"<pre><b>\na</b></pre>", "pre(b('\na'))"},
       {"<script>a<!--<script>b</script>c--></script>d", "script('a<!--<script>b</script>c-->') 'd'"},
       {"<script>a<!--<script>b--></script>c", "script('a<!--<script>b-->') 'c'"},
-      {"<script><!--></script>a", "script('<!-->') 'a'"},
+      {"<script><xscript><!--></script>a", "script('<xscript><!-->') 'a'"},
       {"<script><!--><script></script>a", "script('<!--><script>') 'a'"},
       {"<script><!---><script></script>a", "script('<!---><script>') 'a'"},
       {"<script><!->--<!--<script>-></script>--></script>a", "script('<!->--<!--<script>-></script>-->') 'a'"},
@@ -166,7 +166,7 @@ TEST(HTMLTreeTest, impliesEnds) {
       {"<p><b>a<plaintext>b", "p(b('a')) plaintext(b('b'))"},
       {"<form><template><form>a", "form(template<form('a')>)"},
       {"<template><form></template><form>a", "template<form> form('a')"},
-      {"<p>c<form>a</form><form>b", "p('c') form('a') form('b')"},
+      {"<p>c<form>a</form><li><form>b</form>d", "p('c') form('a') li(form('b') 'd')"},
   };
   for (const Case &one : cases)
     EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
@@ -250,8 +250,8 @@ TEST(HTMLTreeTest, keepsSVGAndMathML) {
       {"<svg><title><p>a</title>b", "svg:svg(svg:title(p('ab')))"},
       {"<svg><g></p>a", "svg:svg(svg:g) p 'a'"},
       {"<svg><![CDATA[<a>&amp;]]]]>b<![CDATA[c", "svg:svg('<a>&amp;]]bc')"},
-      {"<math definitionurl=1><mi><b>a</b><mglyph/></mi><mo>b",
-       "math:math[definitionURL=1](math:mi(b('a') math:mglyph) math:mo('b'))"},
+      {"<math definitionurl=1><mi><b>a</b><mglyph/><malignmark/></mi><mo>b",
+       "math:math[definitionURL=1](math:mi(b('a') math:mglyph math:malignmark) math:mo('b'))"},
       {"<math><annotation-xml><p>a", "math:math(math:annotation-xml) p('a')"},
       {"<math><annotation-xml encoding=TEXT/html><p>a",
        "math:math(math:annotation-xml[encoding=TEXT/html](p('a')))"},

@@ -52,25 +52,24 @@ TEST(WebArchive, ReadsWhatItWrites) {
 
 TEST(WebArchive, IsEqualInAllItsParts) {
   const WebArchive archive = archiveOfList(fullList());
-  const WebResource page = archive.subframeArchives()[0].mainResource();
-  const NSString x = u"x"_ns;
-  const auto like = [&](const NSData &data, const NSURL &url, const NSString &type, const NSString &encoding,
-                        const NSString &frame) {
-    return WebResource::resourceWithData(data, url, type, encoding, frame) == page;
-  };
-  const NSString type = page.MIMEType(), encoding = page.textEncodingName(), frame = page.frameName();
-  EXPECT_TRUE(like(page.data(), page.URL(), type, encoding, frame));
-  EXPECT_FALSE(like(NSData::dataWithBytes("x", 1), page.URL(), type, encoding, frame));
-  EXPECT_FALSE(like(page.data(), NSURL(), type, encoding, frame));
-  EXPECT_FALSE(like(page.data(), page.URL(), x, encoding, frame));
-  EXPECT_FALSE(like(page.data(), page.URL(), type, x, frame));
-  EXPECT_FALSE(like(page.data(), page.URL(), type, encoding, x));
+  const WebResource page = archive.mainResource();
+  const NSData data = page.data();
+  const NSURL url = page.URL();
+  const NSString type = page.MIMEType(), encoding = page.textEncodingName(), x = u"x"_ns;
+  const auto make = WebResource::resourceWithData;
+  EXPECT_EQ(make(data, url, type, encoding, NSString()), page);
+  for (const WebResource &other :
+       {make(NSData::dataWithBytes("x", 1), url, type, encoding, NSString()),
+        make(data, NSURL(), type, encoding, NSString()), make(data, url, x, encoding, NSString()),
+        make(data, url, type, x, NSString()), make(data, url, type, encoding, x)})
+    EXPECT_FALSE(other == page);
   const std::vector<WebResource> parts(archive.subresources().begin(), archive.subresources().end());
   const std::vector<WebArchive> frames(archive.subframeArchives().begin(), archive.subframeArchives().end());
-  EXPECT_EQ(WebArchive::archiveWithMainResource(archive.mainResource(), parts, frames), archive);
-  EXPECT_FALSE(WebArchive::archiveWithMainResource(page, parts, frames) == archive);
-  EXPECT_FALSE(WebArchive::archiveWithMainResource(archive.mainResource(), {}, frames) == archive);
-  EXPECT_FALSE(WebArchive::archiveWithMainResource(archive.mainResource(), parts) == archive);
+  EXPECT_EQ(WebArchive::archiveWithMainResource(page, parts, frames), archive);
+  for (const WebArchive &other : {WebArchive::archiveWithMainResource(parts[0], parts, frames),
+                                  WebArchive::archiveWithMainResource(page, {}, frames),
+                                  WebArchive::archiveWithMainResource(page, parts)})
+    EXPECT_FALSE(other == archive);
 }
 
 TEST(WebArchive, PassesOverWhatIsNone) {

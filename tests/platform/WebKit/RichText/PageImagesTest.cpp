@@ -32,7 +32,7 @@ TEST(PageImages, SourcesAreChosenForAScreenOfSingleDensity) {
       {u"b 2q, c -1x, d 0w", u"", u"a", u"a"},
       {u"data:image/png;base64,AA,BB 1x, c 2x", u"", u"", u"data:image/png;base64,AA,BB"},
       {u" ,, ", u"", u"", u""},
-      {u"b 1.5x, c 3x, d 0.9x", u"", u"", u"b"},
+      {u"c 3x, b 1.5x, e 2x, d 0.9x", u"", u"", u"b"},
       {u"b 0.4x, c 0.9x, d 0.5x", u"", u"", u"c"},
       {u"b, c, d 2x", u"", u"", u"b"},
       {u"b,, c 2x", u"", u"", u"b"},

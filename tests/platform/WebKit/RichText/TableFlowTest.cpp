@@ -69,6 +69,9 @@ TEST(TableFlow, PartsInheritFromThePartsAroundThem) {
        u"style='display:table-row'><div style='display:table-cell'>a</div></div></div><div "
        u"style='display:table-row'><div style='display:table-cell'>b</div></div></div>",
        "<cell 1:0,0/1>b|"},
+      {u"<style>tbody{counter-increment:n}td::before{content:counter(n)}</style><table><tbody bgcolor=red>"
+       u"<tr><td>a<tr><td>b<tbody bgcolor=lime><tr><td>c</table>",
+       "<cell 1:0,0/1 #ff0000>1a|<cell 1:1,0/1 #ff0000>1b|<cell 1:2,0/1 #00ff00>2c|"},
       {u"<table style='visibility:collapse'><tbody style='visibility:visible'><tr><td>a</table>",
        "<cell 1:0,0/1>a|"},
       {u"<div style='display:table;visibility:collapse'><div style='display:table-row;visibility:visible'>"
