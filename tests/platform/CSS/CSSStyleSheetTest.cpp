@@ -181,6 +181,9 @@ TEST(CSSStyleSheet, SharesNamesOfABaseTable) {
   EXPECT_EQ(names.find(u"p"), base.find(u"p"));
   EXPECT_EQ(names.text(names.intern(u"new")), u"new");
   EXPECT_EQ(base.find(u"new"), kNoCSSName);
+  const std::size_t before = names.size();
+  for (int i = 0; i < 2000; ++i) names.intern(unitsOf(std::to_string(i % 1000)));
+  EXPECT_EQ(names.size(), before + 1000);
 }
 
 TEST(CSSStyleSheet, LimitsTheDepthOfBlocksAndTheTokensOfPreludes) {

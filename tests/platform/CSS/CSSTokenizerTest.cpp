@@ -69,7 +69,7 @@ TEST(CSSTokenizer, ReadsTheTokensOfTheStandard) {
       {u"'a\\\nb' 'a\\\r\nb' 'a\\'b'", "'ab _ 'ab _ 'a'b"},
       {u"'a\\", "'a"},
       {u"\\61 b \\000061b \\g \\", "iab _ iab _ ig _ i\ufffd"},
-      {u"\\0 x \\d800 x \\110000 x", "i\ufffdx _ i\ufffdx _ i\ufffdx"},
+      {u"\\0 x \\d800 x \\110000 x \\10ffff x", "i\ufffdx _ i\ufffdx _ i\ufffdx _ i\U0010ffffx"},
       // The blank behind the digits, of which there are no more than six, belongs to the escape.
       {u"\\61(b \\61\tb \\61\r\nb \\0000611 b", "fa ib _ iab _ iab _ ia1 _ ib"},
       {u"@\\61 #\\61  -\\61 #\\\n", "aa ha _ i-a d# d\\ _"},

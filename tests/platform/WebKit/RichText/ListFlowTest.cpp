@@ -59,7 +59,8 @@ TEST(ListFlow, MarkersComeInAllStyles) {
        "a (c)|"},
       {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
       {u"<style>li::marker{color:red}</style><ol><li>a</ol>", "^1.^a|"},
-      {u"<style>.n::marker{content:none}</style><ol><li class=n>a<li>b</ol>", "a|^2.^b|"},
+      {u"<style>.n::marker{content:none}.m::marker{content:''}</style><ol><li class=n>a<li>b<li class=m>c</ol>",
+       "a|^2.^b|c|"},
       {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
       {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},
   });
@@ -171,6 +172,9 @@ TEST(ListFlow, ContentIsGenerated) {
        "a\ud7ff\uf900b|x|c|"},
       {u"<style>p{quotes:'<' '>' '[' ']'}i{quotes:none}</style><p><q>a<q>b<q>c</q></q></q><i><q>d</q></i>",
        "<a[b[c]]>d|"},
+      {u"<style>i::before{content:no-open-quote}i::after{content:no-close-quote}</style><i><q>a</q></i><q>b</"
+       u"q>",
+       "‘a’“b”|"},
       {u"<style>.c::after{content:'';display:table}</style><div class=c>a</div>b", "a|b|"},
   });
 }

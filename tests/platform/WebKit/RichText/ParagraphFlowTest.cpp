@@ -93,7 +93,7 @@ TEST(ParagraphFlow, CharactersLookAsStylesSay) {
 TEST(ParagraphFlow, EndsOfParagraphsHaveNothingThatShows) {
   for (const std::u16string_view html :
        {u"<a href=u>x</a>", u"<b style='background:red'>x</b>", u"<u>x</u>", u"<s>x</s>", u"<sup>x</sup>",
-        u"<i style='color:red'>x</i>", u"<sub><a href=u style='background:red'><s><tt>x"}) {
+        u"<p>x<b><br></b>", u"<i style='color:red'>x</i>", u"<sub><a href=u style='background:red'><s><tt>x"}) {
     const NSAttributedString text = textOfHTML(html).text;
     ASSERT_EQ(text.length(), 2U);
     const TextAttributes letter = *text.attributesAtIndex(0), end = *text.attributesAtIndex(1);

@@ -57,6 +57,10 @@ TEST(TableFlow, MissingPartsAreMadeUp) {
        u"<div style='display:table-cell'>a</div></div></div></div>",
        "<cell 1:0,0/1>a|"},
       {u"<div style='display:table-row'>a</div>b", "<cell 1:0,0/1>a|b|"},
+      // What has no group is in none of those around it.
+      {u"<div style='display:table'>x<div style='display:table-header-group'>h</div>y<div "
+       u"style='display:contents'><div style='display:table-footer-group'>f</div></div>z</div>",
+       "<cell 1:0,0/1>h|<cell 1:1,0/1>x|<cell 1:2,0/1>y|<cell 1:3,0/1>z|<cell 1:4,0/1>f|"},
       {u"<div style='display:table-caption'>a</div>b", "a|b|"},
       {u"<div style='display:table-column'>a</div><div style='display:table-column-group'>b</div>c", "c|"},
       {u"a<div style='display:inline-table'>b</div>", "a|<cell 1:0,0/1>b|"},
@@ -69,9 +73,9 @@ TEST(TableFlow, PartsInheritFromThePartsAroundThem) {
        u"style='display:table-row'><div style='display:table-cell'>a</div></div></div><div "
        u"style='display:table-row'><div style='display:table-cell'>b</div></div></div>",
        "<cell 1:0,0/1>b|"},
-      {u"<style>tbody{counter-increment:n}td::before{content:counter(n)}</style><table><tbody bgcolor=red>"
+      {u"<style>tbody,tr{counter-increment:n}td::before{content:counter(n)}</style><table><tbody bgcolor=red>"
        u"<tr><td>a<tr><td>b<tbody bgcolor=lime><tr><td>c</table>",
-       "<cell 1:0,0/1 #ff0000>1a|<cell 1:1,0/1 #ff0000>1b|<cell 1:2,0/1 #00ff00>2c|"},
+       "<cell 1:0,0/1 #ff0000>2a|<cell 1:1,0/1 #ff0000>3b|<cell 1:2,0/1 #00ff00>5c|"},
       {u"<table style='visibility:collapse'><tbody style='visibility:visible'><tr><td>a</table>",
        "<cell 1:0,0/1>a|"},
       {u"<div style='display:table;visibility:collapse'><div style='display:table-row;visibility:visible'>"
@@ -84,8 +88,9 @@ TEST(TableFlow, CellsHoldBlocksListsAndTables) {
   expectParagraphs({
       {u"<table><tr><td>a<br>b<td><ul style='margin:0'><li>c</ul></table>",
        "<cell 1:0,0/2>a|<cell 1:0,0/2>b|<first=0 head=30 list2={disc}1 cell 1:0,1/2>^•^c|"},
-      {u"<ul style='margin:0'><li>a<table><tr><td>b</table></ul>",
-       "<first=0 head=30 list2={disc}1>^•^a|<cell 1:0,0/1>b|"},
+      {u"<ul style='margin:0'><li>a<table><tr><td>b</table><li><table><tr><td>c</table></ul>",
+       "<first=0 head=30 list2={disc}1>^•^a|<cell 1:0,0/1>b|<first=0 head=30 list2={disc}1>^•^|<cell "
+       "2:0,0/1>c|"},
       {u"<table><tr><td><table><tr><td>a<td>b</table><td>c</table>",
        "<cell 1:0,0/2 cell 2:0,0/2>a|<cell 1:0,0/2 cell 2:0,1/2>b|<cell 1:0,1/2>c|"},
       {u"<!doctype html>x<table><tr><td><p>a</table>y", "x|<before=12 after=12 cell 1:0,0/1>a|y|"},
