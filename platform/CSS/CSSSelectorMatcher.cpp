@@ -67,7 +67,7 @@ bool containsAnyCase(std::u16string_view text, std::u16string_view part, bool ig
 
 bool containsWord(std::u16string_view text, std::u16string_view word, bool ignoresCase) {
   constexpr std::u16string_view kSpace = u" \t\n\r\f";
-  if (word.empty() || word.find_first_of(kSpace) != word.npos) return false;
+  if (word.empty()) return false;
   for (std::size_t i = 0; i < text.size();) {
     const std::size_t end = std::min(text.find_first_of(kSpace, i), text.size());
     if (isEqual(text.substr(i, end - i), word, ignoresCase)) return true;

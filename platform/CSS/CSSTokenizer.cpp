@@ -265,7 +265,6 @@ CSSTokenType CSSTokenizer::read(CSSToken &token) {
     case kHashSign:
       if (isPlainNameUnit(at(location_ + 1)) || isValidEscape(location_ + 1) ||
           (location_ + 1 < source_.size() && source_[location_ + 1] == 0)) {
-        if (location_ + 1 >= source_.size()) break;
         token.flag = startsIdentifier(location_ + 1);
         ++location_;
         readName(token);

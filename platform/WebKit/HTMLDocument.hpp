@@ -131,7 +131,7 @@ class HTMLDocument {
   HTMLQuirksMode quirksMode() const { return quirksMode_; }
   /// The `html` element.
   HTMLNodeIndex rootElement() const { return rootElement_; }
-  /// The `body` or `frameset` element; `kNoHTMLNode` when there is none.
+  /// The `body` or `frameset` element.
   HTMLNodeIndex body() const { return body_; }
   /// The first `title` element of HTML in the document; `kNoHTMLNode` when there is none.
   HTMLNodeIndex title() const { return title_; }

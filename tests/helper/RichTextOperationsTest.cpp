@@ -97,6 +97,11 @@ TEST_F(RichTextOperationsTest, PagesSayBrieflyWhatIsMissing) {
   helper.RTFDWithHTML(bytes("<img src=" + far + "><img src='http://[1'>"), NSString(), false, &error);
   EXPECT_EQ(reason(), "2 parts of the page were not loaded: " + far.substr(0, 200) +
                           "... (the request was refused); a reference (it is no URL)");
+  std::string pictures;
+  for (int i = 1; i <= 11; ++i) pictures += "<img src='none:" + std::to_string(i) + "'>";
+  helper.RTFDWithHTML(bytes(pictures), NSString(), false, &error);
+  EXPECT_TRUE(reason().starts_with("11 parts of the page were not loaded: none:1 (")) << reason();
+  EXPECT_EQ(std::ranges::count(reason(), ';'), 9) << "ten are named";
 }
 
 TEST_F(RichTextOperationsTest, BasesMayBeWrittenForPeople) {

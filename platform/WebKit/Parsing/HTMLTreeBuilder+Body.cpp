@@ -53,8 +53,7 @@ HTMLTreeBuilder::Outcome HTMLTreeBuilder::readStartTagInBody(HTMLToken &token) {
     case "title"_atom:
       return readInHead(token);
     case "body"_atom:
-      if (open_.size() < 2 || !OpenElements::isHTML(open_.at(2), "body"_atom) || open_.has("template"_atom))
-        break;
+      if (open_.has("template"_atom)) break;
       isFramesetOK_ = false;
       mergeAttributes(open_.at(2).node, token);
       break;
@@ -363,7 +362,7 @@ HTMLTreeBuilder::Outcome HTMLTreeBuilder::readEndTagInBody(HTMLToken &token) {
 
 /// A frameset takes the place of a body without content.
 void HTMLTreeBuilder::readFramesetInBody(const HTMLToken &token) {
-  if (open_.size() < 2 || !OpenElements::isHTML(open_.at(2), "body"_atom) || !isFramesetOK_) return;
+  if (!isFramesetOK_) return;
   remove(open_.at(2).node);
   open_.popThrough(2);
   document_.body_ = insertElement(token);

@@ -313,7 +313,7 @@ HTMLTreeBuilder::Outcome HTMLTreeBuilder::readInFrameset(HTMLToken &token) {
       if (token.name == "frame"_atom) insertEmptyElement(token);
       break;
     case HTMLTokenKind::endTag:
-      if (token.name != "frameset"_atom || open_.size() == 1) break;
+      if (token.name != "frameset"_atom) break;
       open_.pop();
       if (!open_.isCurrent("frameset"_atom)) mode_ = Mode::afterFrameset;
       break;

@@ -55,8 +55,7 @@ bool OpenElements::isInListItemScope(HTMLAtom html) const {
 }
 
 bool OpenElements::isInTableScope(HTMLAtom html) const {
-  const Position position = top(html);
-  return position != 0 && position >= std::max({top("html"_atom), top("table"_atom), top("template"_atom)});
+  return top(html) >= std::max({top("html"_atom), top("table"_atom), top("template"_atom)});
 }
 
 }  // namespace nimbo

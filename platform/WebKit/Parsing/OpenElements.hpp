@@ -70,7 +70,8 @@ class OpenElements {
   Position positionOf(HTMLNodeIndex node, HTMLAtom html) const;
   bool has(HTMLAtom html) const { return top(html) != 0; }
 
-  bool isInScope(Position position) const { return position != 0 && position >= current().scope; }
+  // These are asked when the root is open, which ends each scope.
+  bool isInScope(Position position) const { return position >= current().scope; }
   bool isInScope(HTMLAtom html) const { return isInScope(top(html)); }
   bool isInButtonScope(HTMLAtom html) const;
   bool isInListItemScope(HTMLAtom html) const;

@@ -53,7 +53,7 @@ bool isTurned(std::string_view exif) {
   const bool isLittle = exif.starts_with("II");
   const auto read16 = [&](std::size_t i) { return isLittle ? little16(exif, i) : big16(exif, i); };
   const std::size_t directory = isLittle ? little32(exif, 4) : big32(exif, 4);
-  const std::uint32_t count = directory < exif.size() ? read16(directory) : 0;
+  const std::uint32_t count = read16(directory);
   for (std::uint32_t i = 0; i < count && directory + 14 + 12 * std::size_t{i} <= exif.size(); ++i)
     if (const std::size_t entry = directory + 2 + 12 * std::size_t{i}; read16(entry) == kOrientation)
       return read16(entry + 8) >= 5 && read16(entry + 8) <= 8;

@@ -86,9 +86,10 @@ bool PageFlow::flowReplaced(const HTMLNode &node, CSSKeyword display) {
 /// An image, or the text of an input, as a box of its own if its style says so.
 void PageFlow::addObject(const HTMLNode &node, CSSKeyword display) {
   // Text flows around a picture that floats: it stays in its line.
+  static constexpr CSSKeyword kBlocks[] = {CSSKeyword::kBlock,    CSSKeyword::kFlex,  CSSKeyword::kFlowRoot,
+                                           CSSKeyword::kListItem, CSSKeyword::kTable, CSSKeyword::kGrid};
   const bool isBlock =
-      (display == CSSKeyword::kBlock || display == CSSKeyword::kFlex || display == CSSKeyword::kListItem) &&
-      top().style.floating == CSSKeyword::kNone;
+      std::ranges::find(kBlocks, display) != std::end(kBlocks) && top().style.floating == CSSKeyword::kNone;
   const auto attribute = [&](HTMLAtom name) { return document_.attribute(node, name); };
   if (isBlock) paragraphs_.openBlock(blockStyle());
   if (node.isHTML("img"_atom))

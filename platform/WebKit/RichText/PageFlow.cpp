@@ -9,15 +9,11 @@
 #include "platform/WebKit/RichText/CounterStyles.hpp"
 #include "platform/WebKit/RichText/FormControls.hpp"
 #include "platform/WebKit/RichText/TextTransform.hpp"
+#include "platform/WebKit/Style/BoxDisplay.hpp"
 
 namespace nimbo::detail {
 
 namespace {
-
-bool isFlexible(CSSKeyword display) {
-  return display == CSSKeyword::kFlex || display == CSSKeyword::kInlineFlex || display == CSSKeyword::kGrid ||
-         display == CSSKeyword::kInlineGrid;
-}
 
 bool isInlineBlock(CSSKeyword display) {
   return display == CSSKeyword::kInlineBlock || display == CSSKeyword::kInlineFlex ||
@@ -41,15 +37,6 @@ bool isInline(CSSKeyword display) {
   }
 }
 
-/// What a box of the display is as an item of a flexible one.
-CSSKeyword asBlock(CSSKeyword display) {
-  if (display == CSSKeyword::kInlineTable) return CSSKeyword::kTable;
-  if (display == CSSKeyword::kNone || display == CSSKeyword::kContents || display == CSSKeyword::kTable ||
-      display == CSSKeyword::kListItem || isFlexible(display))
-    return display;
-  return CSSKeyword::kBlock;
-}
-
 /// 1 to 6 for a heading, else 0.
 std::uint8_t headerLevelOf(const HTMLNode &node) {
   if (node.nameSpace != HTMLNamespace::html || node.name < "h1"_atom || node.name > "h6"_atom) return 0;
@@ -68,11 +55,9 @@ PageText textOfPage(const HTMLDocument &document, StyleResolver &styles, const P
 }
 
 PageText PageFlow::run() && {
-  if (document_.rootElement() != kNoHTMLNode) {
-    styles_.pushRoot();
-    if (top().style.display != CSSKeyword::kNone) flowElement(top().style.display);
-    leaveElement();
-  }
+  styles_.pushRoot();
+  if (top().style.display != CSSKeyword::kNone) flowElement(top().style.display);
+  leaveElement();
   return std::move(paragraphs_).finish();
 }
 
@@ -82,7 +67,7 @@ void PageFlow::flowSiblings(SiblingRange range) {
 
 HTMLNodeIndex PageFlow::flowNode(HTMLNodeIndex index, HTMLNodeIndex end) {
   const HTMLNode &node = document_.node(index);
-  const bool isItem = isFlexible(top().style.display);
+  const bool isItem = makesItems(top().style.display);
   if (node.kind == HTMLNodeKind::text) {
     const std::u16string_view text = document_.text(node);
     if (isItem) paragraphs_.endParagraph();
@@ -90,8 +75,7 @@ HTMLNodeIndex PageFlow::flowNode(HTMLNodeIndex index, HTMLNodeIndex end) {
     if (isItem) paragraphs_.endParagraph();
   } else if (node.isElement()) {
     styles_.push(index);
-    CSSKeyword display = displayOf(top());
-    if (isItem) display = asBlock(display);
+    const CSSKeyword display = displayOf(top());
     if (isTablePart(display) && paragraphs_.cellDepth() < kMaximumTables) {
       styles_.pop();
       const SiblingRange parts = TableReader(document_, styles_).partsOfTable({index, end});
@@ -108,8 +92,7 @@ HTMLNodeIndex PageFlow::flowNode(HTMLNodeIndex index, HTMLNodeIndex end) {
 /// one that can be seen, of which the option of a menu stands in the line.
 CSSKeyword PageFlow::displayOf(const Level &level) const {
   const CSSKeyword display = level.style.display;
-  if (display == CSSKeyword::kNone || styles_.size() < 2) return display;
-  if (!styles_.at(styles_.size() - 2).style.isUnseen) return display;
+  if (display == CSSKeyword::kNone || !styles_.at(styles_.size() - 2).style.isUnseen) return display;
   if (level.style.isUnseen) return CSSKeyword::kContents;
   return document_.node(level.node).isHTML("option"_atom) ? CSSKeyword::kInline : display;
 }
@@ -221,7 +204,6 @@ void PageFlow::flowPseudoElement(CSSPseudoElement kind) {
   {
     std::optional<ComputedStyle> style = resolver_.pseudoStyleOf(element.node, kind, element.style);
     if (!style || !style->content || style->display == CSSKeyword::kNone) return;
-    if (isFlexible(element.style.display)) style->display = asBlock(style->display);
     styles_.push(std::move(*style));
   }
   enterCounters();

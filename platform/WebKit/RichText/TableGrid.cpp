@@ -23,7 +23,7 @@ TableGrid::Place TableGrid::place(std::uint32_t columnSpan, std::uint32_t rowSpa
   place.isBeyond = column_ >= kMaximumColumns;
   if (place.isBeyond) return place;
   place.rowSpan = rowSpan == 0 ? rowsLeft_ : std::min({rowSpan, rowsLeft_, kMaximumRowSpan});
-  const std::uint32_t most = std::clamp(columnSpan, 1U, kMaximumColumns - column_);
+  const std::uint32_t most = std::min(columnSpan, kMaximumColumns - column_);
   place.columnSpan = 1;
   while (place.columnSpan < most && isFree(column_ + place.columnSpan)) ++place.columnSpan;
 

@@ -22,10 +22,10 @@ bool isColumn(CSSKeyword display) {
   return display == CSSKeyword::kTableColumn || display == CSSKeyword::kTableColumnGroup;
 }
 
-/// What a claim of an attribute is, at least `least`.
-std::uint32_t spanOf(std::optional<std::u16string_view> value, std::int32_t least) {
+/// What a claim of an attribute is, which is not negative.
+std::uint32_t spanOf(std::optional<std::u16string_view> value) {
   const std::int32_t span = integerOfAttribute(value).value_or(1);
-  return static_cast<std::uint32_t>(span < least ? 1 : span);
+  return static_cast<std::uint32_t>(span < 0 ? 1 : span);
 }
 
 }  // namespace
@@ -161,8 +161,8 @@ void TableReader::addCell(SiblingRange content, bool isElement) {
   TableCell cell{content, isElement, {}};
   if (isElement) {
     const HTMLNode &node = document_.node(content.first);
-    cell.place.columnSpan = spanOf(document_.attribute(node, "colspan"_atom), 1);
-    cell.place.rowSpan = spanOf(document_.attribute(node, "rowspan"_atom), 0);
+    cell.place.columnSpan = spanOf(document_.attribute(node, "colspan"_atom));
+    cell.place.rowSpan = spanOf(document_.attribute(node, "rowspan"_atom));
   }
   cells_.push_back(cell);
 }

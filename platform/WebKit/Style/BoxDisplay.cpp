@@ -21,6 +21,7 @@ CSSKeyword blockOf(CSSKeyword display) {
     case CSSKeyword::kInline:
     case CSSKeyword::kInlineBlock:
     case CSSKeyword::kRunIn:
+    case CSSKeyword::kMath:
     case CSSKeyword::kRuby:
     case CSSKeyword::kRubyBase:
     case CSSKeyword::kRubyText:

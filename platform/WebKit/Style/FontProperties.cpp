@@ -115,7 +115,6 @@ void applyWeight(const CSSValue &value, const InheritedStyle &parent, const Styl
   if (value.is(CSSKeyword::kInitial)) style.fontWeight = 400;
   if (value.is(CSSKeyword::kBolder)) style.fontWeight = bolder(parent.fontWeight);
   if (value.is(CSSKeyword::kLighter)) style.fontWeight = lighter(parent.fontWeight);
-  if (value.kind() != CSSValueKind::kNumber && value.kind() != CSSValueKind::kExpression) return;
   if (const std::optional<double> weight = resolvedNumber(value, context.lengths(parent)))
     style.fontWeight = static_cast<std::uint16_t>(std::clamp(*weight, 1.0, 1000.0));
 }

@@ -59,7 +59,7 @@ std::optional<CSSColor> legacyColor(std::u16string_view text) {
   if (text.starts_with(u'#')) text.remove_prefix(1);
   // A character outside of the Basic Multilingual Plane is two units here, and two zeros.
   for (const char16_t c : text) digits += isASCIIHexDigit(c) ? c : u'0';
-  while (digits.empty() || digits.size() % 3 != 0) digits += u'0';
+  while (digits.size() % 3 != 0) digits += u'0';
   std::size_t length = digits.size() / 3;
   std::array<std::u16string_view, 3> parts;
   for (std::size_t i = 0; i < parts.size(); ++i)

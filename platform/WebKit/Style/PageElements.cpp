@@ -6,7 +6,6 @@ namespace nimbo::detail {
 PageElements::PageElements(const HTMLDocument &document, CSSNames &names, CSSMode mode)
     : elements_(names, mode), indices_(document.nodeCount(), kNoCSSElement) {
   const HTMLNodeIndex root = document.rootElement();
-  if (root == kNoHTMLNode) return;
   std::vector<CSSAttribute> attributes;
   HTMLNodeIndex current = root;
   for (;;) {

@@ -144,7 +144,6 @@ PresentationalHints::PresentationalHints(const HTMLDocument &document, Declarati
   bottomMargin_ = atoms.existingAtomOf(u"bottommargin");
   marginWidth_ = atoms.existingAtomOf(u"marginwidth");
   marginHeight_ = atoms.existingAtomOf(u"marginheight");
-  if (document.body() == kNoHTMLNode) return;
   if (const auto link = document.attribute(document.node(document.body()), "link"_atom)) {
     if (const std::optional<CSSColor> color = legacyColor(*link)) linkColor_ = CSSValue::color(*color);
   }

@@ -65,7 +65,6 @@ double StyleBuilder::length(const CSSValue &value, double otherwise) const {
 }
 
 BoxLength StyleBuilder::boxLength(const CSSValue &value) const {
-  if (value.kind() == CSSValueKind::kKeyword || !value) return {};
   const bool isPercent = value.unit() == CSSUnit::kPercent;
   const std::optional<double> number = resolvedNumber(
       value, context_.lengths(style_.inherited, isPercent ? std::optional(100.0) : std::nullopt));

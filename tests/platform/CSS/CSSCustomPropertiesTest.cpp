@@ -84,8 +84,11 @@ TEST_F(CSSCustomPropertiesTest, SharesWhatIsInherited) {
   EXPECT_FALSE(make("--a: 2", root) == root);
   // However deep the page is, what the root says is found.
   SharedPointer<CSSCustomProperties> element = root;
-  for (int i = 0; i < 1000; ++i) element = make("--c: " + std::to_string(i), element);
-  EXPECT_EQ(replaced("var(--a) var(--c)", element), "|1| |999|");
+  for (int i = 0; i < 1000; ++i) {
+    const std::string number = std::to_string(i);
+    element = make("--c: " + number + (i < 500 ? "; --d: " + number : ""), element);
+  }
+  EXPECT_EQ(replaced("var(--a) var(--b) var(--c) var(--d)", element), "|1| |2| |999| |499|");
 }
 
 TEST_F(CSSCustomPropertiesTest, BoundsWhatGrows) {
@@ -101,9 +104,20 @@ TEST_F(CSSCustomPropertiesTest, BoundsWhatGrows) {
   const auto plain = make("--a:" + longest + ";--b:y" + longest);
   EXPECT_TRUE(plain->value(u"--a"));
   EXPECT_FALSE(plain->value(u"--b"));
-  std::string deep;
-  for (int i = 0; i < 5000; ++i) deep += "var(--none,";
-  EXPECT_EQ(replaced(deep, properties), "invalid");
+  // What stands around a replaced value counts, too.
+  const std::string room = longest.substr(std::string_view("/**//**/").size());
+  EXPECT_NE(replaced("var(--a)", make("--a:" + room)), "invalid");
+  EXPECT_EQ(replaced("var(--a)", make("--a:" + room + "x")), "invalid");
+  for (const std::size_t depth : {CSSCustomProperties::kMaximumDepth, CSSCustomProperties::kMaximumDepth + 1}) {
+    std::string fallbacks, chain;
+    for (std::size_t i = 0; i < depth; ++i) {
+      fallbacks += "var(--none,";
+      chain += "--v" + std::to_string(100 + i) + ":var(--v" + std::to_string(101 + i) + ");";
+    }
+    const bool isTooDeep = depth > CSSCustomProperties::kMaximumDepth;
+    EXPECT_EQ(replaced(fallbacks, properties) == "invalid", isTooDeep);
+    EXPECT_EQ(!make(chain + "--v" + std::to_string(100 + depth) + ":x")->value(u"--v100"), isTooDeep);
+  }
   budget_.remaining = 10;
   EXPECT_EQ(replaced("var(--v4)", properties), "invalid");
   EXPECT_EQ(budget_.remaining, 0u);

@@ -142,15 +142,19 @@ TEST(CSSStyleSheet, ImportsNothingInWrongPlaces) {
 TEST(CSSStyleSheet, OrdersLayersOfSeveralSheets) {
   CSSNames names;
   const CSSPage page("<p></>", names);
-  const CSSStyleSheet outer = sheetOf("@layer b;@import 'x' layer(a);@layer b{p{float:left}}", names);
+  const CSSStyleSheet outer =
+      sheetOf("@layer b;@import 'x' layer(a);@import 'y';@layer d{p{top:0}}@layer b{p{float:left}}", names);
   const CSSStyleSheet inner = sheetOf("p{float:none}@layer c{p{float:right}}", names);
+  const CSSStyleSheet other = sheetOf("@layer e{p{top:1px}}", names);
   CSSRuleIndex index;
   const CSSImport &import = outer.imports()[0];
   index.addLayers(outer, import.precedingLayers);
   index.add(inner, index.addedLayer(outer, import.layer));
+  index.addLayers(outer, outer.imports()[1].precedingLayers);
+  index.add(other);
   index.add(outer);
   index.finish();
-  EXPECT_EQ(styleOf(index, page, 0), "float: left | float: right | float: none");
+  EXPECT_EQ(styleOf(index, page, 0), "float: left | float: right | float: none | top: 1px | top: 0px");
 }
 
 TEST(CSSStyleSheet, LeavesOutWhatThePageCannotHave) {
@@ -177,6 +181,9 @@ TEST(CSSStyleSheet, SharesNamesOfABaseTable) {
   EXPECT_EQ(names.find(u"p"), base.find(u"p"));
   EXPECT_EQ(names.text(names.intern(u"new")), u"new");
   EXPECT_EQ(base.find(u"new"), kNoCSSName);
+  const std::size_t before = names.size();
+  for (int i = 0; i < 2000; ++i) names.intern(unitsOf(std::to_string(i % 1000)));
+  EXPECT_EQ(names.size(), before + 1000);
 }
 
 TEST(CSSStyleSheet, LimitsTheDepthOfBlocksAndTheTokensOfPreludes) {

@@ -60,7 +60,8 @@ std::string shortTree(std::string_view page, bool isWhole) {
 
 TEST(HTMLTreeTest, readsTagsAndAttributes) {
   const Case cases[] = {
-      {"<DIV Class=a ID='b' TITLE=\"c\">x</dIv >", "div[class=a][id=b][title=c]('x')"},
+      {"<DIV Class=a ID='b' TITLE=\"c\" SIZE=d @AZ[=e>x</dIv >",
+       "div[class=a][id=b][title=c][size=d][@az[=e]('x')"},
       {"<p a a=1 =b c=d=e / f=g/h/>", "p[a=][=b=][c=d=e][f=g/h/]"},
       {"<p a='&amp;&lt=&ltx&gt;&#65' b=&amp;c>", "p[a=&&lt=&ltx>A][b=&c]"},
       {"<p a =1 b\n=\t2 c= '3' d = \"4\">", "p[a=1][b=2][c=3][d=4]"},
@@ -119,7 +120,7 @@ TEST(HTMLTreeTest, readsCommentsAndText) {
       {"<pre><b>\na</b></pre>", "pre(b('\na'))"},
       {"<script>a<!--<script>b</script>c--></script>d", "script('a<!--<script>b</script>c-->') 'd'"},
       {"<script>a<!--<script>b--></script>c", "script('a<!--<script>b-->') 'c'"},
-      {"<script><!--></script>a", "script('<!-->') 'a'"},
+      {"<script><xscript><!--></script>a", "script('<xscript><!-->') 'a'"},
       {"<script><!--><script></script>a", "script('<!--><script>') 'a'"},
       {"<script><!---><script></script>a", "script('<!---><script>') 'a'"},
       {"<script><!->--<!--<script>-></script>--></script>a", "script('<!->--<!--<script>-></script>-->') 'a'"},
@@ -165,7 +166,7 @@ TEST(HTMLTreeTest, impliesEnds) {
       {"<p><b>a<plaintext>b", "p(b('a')) plaintext(b('b'))"},
       {"<form><template><form>a", "form(template<form('a')>)"},
       {"<template><form></template><form>a", "template<form> form('a')"},
-      {"<form>a</form><form>b", "form('a') form('b')"},
+      {"<p>c<form>a</form><li><form>b</form>d", "p('c') form('a') li(form('b') 'd')"},
   };
   for (const Case &one : cases)
     EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
@@ -230,6 +231,8 @@ TEST(HTMLTreeTest, completesTables) {
       {"<table><!doctype a><caption></body></html></td>b</caption>", "table(caption('b'))"},
       {"<table><colgroup><!--a--><!doctype b></col> <col>", "table(colgroup({a} ' ' col))"},
       {"<table><td>a</td></tbody><tr></thead><td>b", "table(tbody(tr(td('a'))) tbody(tr(td('b'))))"},
+      {"<form><table><form><td>a</table></form><template><table><form></template>",
+       "form(table(tbody(tr(td('a'))))) template<table>"},
       {"<table>a&amp;<td>b&lt;<tr>c&gt;<td>d&amp;", "'a&c>' table(tbody(tr(td('b<')) tr(td('d&'))))"},
   };
   for (const Case &one : cases)
@@ -247,8 +250,8 @@ TEST(HTMLTreeTest, keepsSVGAndMathML) {
       {"<svg><title><p>a</title>b", "svg:svg(svg:title(p('ab')))"},
       {"<svg><g></p>a", "svg:svg(svg:g) p 'a'"},
       {"<svg><![CDATA[<a>&amp;]]]]>b<![CDATA[c", "svg:svg('<a>&amp;]]bc')"},
-      {"<math definitionurl=1><mi><b>a</b><mglyph/></mi><mo>b",
-       "math:math[definitionURL=1](math:mi(b('a') math:mglyph) math:mo('b'))"},
+      {"<math definitionurl=1><mi><b>a</b><mglyph/><malignmark/></mi><mo>b",
+       "math:math[definitionURL=1](math:mi(b('a') math:mglyph math:malignmark) math:mo('b'))"},
       {"<math><annotation-xml><p>a", "math:math(math:annotation-xml) p('a')"},
       {"<math><annotation-xml encoding=TEXT/html><p>a",
        "math:math(math:annotation-xml[encoding=TEXT/html](p('a')))"},
@@ -259,7 +262,12 @@ TEST(HTMLTreeTest, keepsSVGAndMathML) {
        "svg:svg('a\ufffd"
        "b')"},
       {"<div><svg></div>a", "div(svg:svg) 'a'"},
-      {"<svg><!doctype a>b", "svg:svg('b')"},
+      {"<svg><!doctype a><!--c-->b", "svg:svg({c} 'b')"},
+      {"<svg><font face=a>b<svg><font color=c>d", "svg:svg font[face=a]('b' svg:svg font[color=c]('d'))"},
+      {"<math><annotation-xml encoding=application/XHTML+xml><p>a",
+       "math:math(math:annotation-xml[encoding=application/XHTML+xml](p('a')))"},
+      // What SVG calls as HTML does is no cell.
+      {"<table><td><svg><td><desc><b></td>a", "'a' table(tbody(tr(td(svg:svg(svg:td(svg:desc(b)))))))"},
   };
   for (const Case &one : cases)
     EXPECT_EQ(shortTree("<!DOCTYPE html><body>" + std::string(one.page), false), one.tree) << one.page;
@@ -285,6 +293,9 @@ TEST(HTMLTreeTest, framesPages) {
       {"<input type=HIDDEN><frameset>", "html(head frameset)"},
       {"<input><frameset>", "html(head body(input))"},
       {"<hr><frameset>", "html(head body(hr))"},
+      {"<svg>a</svg><frameset>", "html(head body(svg:svg('a')))"},
+      {"<svg> </svg><frameset>", "html(head frameset)"},
+      {"<body a=1><template><body b=2><html c=3>d", "html(head body[a=1](template<'d'>))"},
       {"<select><frameset>", "html(head body(select))"},
       {"</br><frameset>", "html(head body(br))"},
       {"<frameset><!--a--></frameset><!--b--></html><!--c-->", "html(head frameset({a}) {b}) {c}"},

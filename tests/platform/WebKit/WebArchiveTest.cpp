@@ -50,6 +50,28 @@ TEST(WebArchive, ReadsWhatItWrites) {
   EXPECT_FALSE(WebArchive().data());
 }
 
+TEST(WebArchive, IsEqualInAllItsParts) {
+  const WebArchive archive = archiveOfList(fullList());
+  const WebResource page = archive.mainResource();
+  const NSData data = page.data();
+  const NSURL url = page.URL();
+  const NSString type = page.MIMEType(), encoding = page.textEncodingName(), x = u"x"_ns;
+  const auto make = WebResource::resourceWithData;
+  EXPECT_EQ(make(data, url, type, encoding, NSString()), page);
+  for (const WebResource &other :
+       {make(NSData::dataWithBytes("x", 1), url, type, encoding, NSString()),
+        make(data, NSURL(), type, encoding, NSString()), make(data, url, x, encoding, NSString()),
+        make(data, url, type, x, NSString()), make(data, url, type, encoding, x)})
+    EXPECT_FALSE(other == page);
+  const std::vector<WebResource> parts(archive.subresources().begin(), archive.subresources().end());
+  const std::vector<WebArchive> frames(archive.subframeArchives().begin(), archive.subframeArchives().end());
+  EXPECT_EQ(WebArchive::archiveWithMainResource(page, parts, frames), archive);
+  for (const WebArchive &other : {WebArchive::archiveWithMainResource(parts[0], parts, frames),
+                                  WebArchive::archiveWithMainResource(page, {}, frames),
+                                  WebArchive::archiveWithMainResource(page, parts)})
+    EXPECT_FALSE(other == archive);
+}
+
 TEST(WebArchive, PassesOverWhatIsNone) {
   const NSDictionary page = listOfResource("x", kPage);
   NSDictionary withoutData = page, textAsData = page, oddParts = page;

@@ -62,7 +62,7 @@ TEST(DataURL, HoldsTypeAndBytes) {
       {"data:;base64;x=y,aGFsbG8", "text/plain", "-", "aGFsbG8"},
       {"data:base64,aGFsbG8", "text/plain", "-", "aGFsbG8"},
       {"data:text;x=y;CharSet='z';charset=w,a", "text/plain", "z", "a"},
-      {"data:text/html;charset=;charset=%22z,a", "text/html", "\"z", "a"},
+      {"data:text/html;charset=;charset=%22%22;charset=%22z,a", "text/html", "\"z", "a"},
       {"data:text/html;charset=%22,a,b", "text/html", "\"", "a,b"},
   };
   for (const auto &[string, type, charset, bytes] : cases) {

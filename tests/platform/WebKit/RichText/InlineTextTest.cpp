@@ -52,7 +52,8 @@ TEST(InlineText, LinesAndParagraphsEndWhereABrowserEndsThem) {
       {u"<div><div></div><span></span><div> </div></div>", ""},
       {u"<b>a<div>b</div>c</b>", "a|b|c|"},
       {u"<h1>a<br>b</h1>", "a/b|"},
-      {u"<div style='display:flex'>a<span>b</span> <span>c</span></div>", "a|b|c|"},
+      {u"<div style='display:flex'>a<span>b</span> <span>c</span><i style='display:math'>d</i>e</div>",
+       "a|b|c|d|e|"},
       {u"<div style='display:flex;white-space:pre'><i>a</i> <i>b</i></div>", "a|b|"},
       {u"<div style='display:contents'>a</div>b", "ab|"},
       {u"<p>a<i style='display:inline-block'></i>b<i style='display:inline-flex'></i>c"
@@ -109,7 +110,7 @@ TEST(InlineText, QuotesFollowLanguageAndDepth) {
     std::u16string_view languages, marks;
   } cases[] = {
       {u"en del pt zh en-GB da", u"“”‘’"},
-      {u"de cs sk sl DE-AT", u"„“‚‘"},
+      {u"de cs sk sl DE-AT hr is", u"„“‚‘"},
       {u"de-CH de-LI fr-CH fa", u"«»‹›"},
       {u"es ca el it pt-PT", u"«»“”"},
       {u"ja zh-Hant zh-TW zh-HK zh-Hant-TW", u"「」『』"},
@@ -144,7 +145,7 @@ TEST(InlineText, FormControlsShowTheirText) {
        u"<input type=range value=d>e",
        "e|"},
       {u"<select><option label=''> b</select>", "b|"},
-      {u"<select><option>a<option selected> b  c<option>d</select>", "b c|"},
+      {u"e<select style='display:inline-flex'><option>a<option selected> b  c<option>d</select>f", "eb cf|"},
       {u"<select><option disabled>a<option label=L>b</select>", "L|"},
       {u"<select size=3><option>a<optgroup label=G><option>b</select>", "a|G|b|"},
       {u"<textarea>a  b\nc</textarea>", "a  b|c|"},

@@ -26,7 +26,10 @@ TEST(ListFlow, MarkersCountAsListsSay) {
       {u"<ol><li>a<p>b</p><li><p>c", "^1.^a|b|^2.^c|"},
       {u"<ol><li><li>b<li><ul><li>c</ul></ol>", "^1.^|^2.^b|^3.^|^◦^c|"},
       {u"<ol><li hidden>a<li>b<div style='display:list-item'>c</div></ol>", "^1.^b|^2.^c|"},
+      {u"<ol start=99999999999><li>a</ol>", "^2147483647.^a|"},
       {u"<ul style='list-style:none'><li>a</ul>", "a|"},
+      // A list that has ended says nothing of items behind it, but its counter goes on.
+      {u"<ol reversed><li>a<li>b</ol><p style='display:list-item;list-style:decimal'>c", "^2.^a|^1.^b|^2.^c|"},
       {u"<ul><li style='visibility:hidden'>a<li>b</ul>", "^•^b|"},
   });
 }
@@ -56,6 +59,8 @@ TEST(ListFlow, MarkersComeInAllStyles) {
        "a (c)|"},
       {u"<ol style='list-style:unheard-of'><li>a</ol>", "^1.^a|"},
       {u"<style>li::marker{color:red}</style><ol><li>a</ol>", "^1.^a|"},
+      {u"<style>.n::marker{content:none}.m::marker{content:''}</style><ol><li class=n>a<li>b<li class=m>c</ol>",
+       "a|^2.^b|c|"},
       {u"<ul style='list-style:\"→ \"'><li>a</ul>", "^→^a|"},
       {u"<style>li::marker{content:'(' counter(list-item, upper-roman) ') '}</style><ol><li>a</ol>", "^(I)^a|"},
   });
@@ -154,15 +159,22 @@ TEST(ListFlow, ContentIsGenerated) {
        u"upper-roman)}</style><ul><li>a<ul><li>b<li>c</ul></ul>",
        "Ia|I-Ib|I-IIc|"},
       {u"<style>p{counter-increment:n 2}p::before{content:counter(n,lower-roman)}</style><p>a<p>b", "iia|ivb|"},
+      {u"<style>p{counter-increment:n 2147483647 m -2147483648}p::before{content:counter(n) counter(m)}</style>"
+       u"<p>a<p>b",
+       "2147483647-2147483648a|2147483647-2147483648b|"},
       {u"<style>div{counter-reset:n 4}i{counter-increment:n}b{counter-set:n "
        u"9}i::after,b::after{content:counter(n)}"
        u"</style><div><i></i><b></b><i></i></div>",
        "5910|"},
-      {u"<style>i::before{content:'\\e001 \\f8ff'}b::before{content:none}s::before{display:block;content:'x'}"
+      {u"<style>i::before{content:'\\d7ff \\e000 \\f8ff "
+       u"\\f900'}b::before{content:none}s::before{display:block;content:'x'}"
        u"</style>a<i></i><b>b</b><s>c</s>",
-       "ab|x|c|"},
+       "a\ud7ff\uf900b|x|c|"},
       {u"<style>p{quotes:'<' '>' '[' ']'}i{quotes:none}</style><p><q>a<q>b<q>c</q></q></q><i><q>d</q></i>",
        "<a[b[c]]>d|"},
+      {u"<style>i::before{content:no-open-quote}i::after{content:no-close-quote}</style><i><q>a</q></i><q>b</"
+       u"q>",
+       "‘a’“b”|"},
       {u"<style>.c::after{content:'';display:table}</style><div class=c>a</div>b", "a|b|"},
   });
 }

@@ -32,7 +32,7 @@ TEST(PageImages, SourcesAreChosenForAScreenOfSingleDensity) {
       {u"b 2q, c -1x, d 0w", u"", u"a", u"a"},
       {u"data:image/png;base64,AA,BB 1x, c 2x", u"", u"", u"data:image/png;base64,AA,BB"},
       {u" ,, ", u"", u"", u""},
-      {u"b 1.5x, c 3x, d 0.9x", u"", u"", u"b"},
+      {u"c 3x, b 1.5x, e 2x, d 0.9x", u"", u"", u"b"},
       {u"b 0.4x, c 0.9x, d 0.5x", u"", u"", u"c"},
       {u"b, c, d 2x", u"", u"", u"b"},
       {u"b,, c 2x", u"", u"", u"b"},
@@ -43,6 +43,11 @@ TEST(PageImages, SourcesAreChosenForAScreenOfSingleDensity) {
   for (const auto &test : cases)
     EXPECT_EQ(chosenSource(test.srcset, test.sizes, test.src), test.expected)
         << NSString::stringWithCharacters(test.srcset).UTF8String();
+  // Numbers are read of 64 units.
+  for (const std::size_t zeros : {63, 64}) {
+    const std::u16string srcset = u"b " + std::u16string(zeros, u'0') + u"2x";
+    EXPECT_EQ(chosenSource(srcset, u"", u""), zeros == 63 ? u"b" : u"");
+  }
   // The page is 1280 pixels wide and 720 high.
   for (const auto &[sizes, expected] :
        std::initializer_list<std::pair<std::u16string_view, std::u16string_view>>{
@@ -81,7 +86,7 @@ TEST(PageImages, PagesSayWhatStandsWhere) {
     std::string_view text, images;
   } cases[] = {
       {u"<p>a <img src=x alt=y> b", "a * b|", "2:x 'y';"},
-      {u"a<img src=x style='display:block'>b", "a|*|b|", "2:x;"},
+      {u"a<img src=x style='display:block'>b<img src=y style='display:grid'>c", "a|*|b|*|c|", "2:x;6:y;"},
       {u"a <img src=x style='float:left'> b", "a * b|", "2:x;"},
       {u"<img src=x width=40 height='30px'><img src=y width='50%' style='height:2em'>", "**|",
        "0:x w40 h30;1:y h32;"},
@@ -126,12 +131,12 @@ TEST(PageImages, SourcesOfShownTypesAreChosen) {
 
 /// The beginning of a JPEG picture of 300 by 200 pixels whose Exif has the orientation, and its bytes in either
 /// order.
-std::string jpeg(char orientation, bool isLittle = false) {
+std::string jpeg(char orientation, bool isLittle = false, char entries = 1) {
   const std::string value(1, orientation);
   return "\xff\xd8\xff\xe1\x00\x22"
          "Exif\0\0"s +
          (isLittle ? "II\x2a\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0"s + value + "\0"s
-                   : "MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0"s + value) +
+                   : "MM\0\x2a\0\0\0\x08\0"s + entries + "\x01\x12\0\x03\0\0\0\x01\0"s + value) +
          "\0\0\0\0\0\0"s + "\xff\xc0\x00\x11\x08\x00\xc8\x01\x2c\x03\x01\x22\x00"s;
 }
 
@@ -149,10 +154,11 @@ TEST(ImageSize, HeadersSayKindAndSize) {
       {jpeg(6), "jpg", 200, 300},
       {jpeg(8), "jpg", 200, 300},
       {jpeg(9), "jpg", 300, 200},
+      {jpeg(6, false, 0), "jpg", 300, 200},
       {jpeg(1, true), "jpg", 300, 200},
       {jpeg(6, true), "jpg", 200, 300},
       // Tables, and what is reserved, stand where a frame does not begin.
-      {"\xff\xd8\xff\xc4\0\x05\0\1\1\xff\xc8\0\x04\0\1\xff\xcc\0\x04\0\1\xff\xcf\0\x0b\x08\0\xc8\x01\x2c\1"s,
+      {"\xff\xd8\xff\xbf\0\x04\0\1\xff\xc4\0\x05\0\1\1\xff\xc8\0\x04\0\1\xff\xcc\0\x04\0\1\xff\xcf\0\x0b\x08\0\xc8\x01\x2c\1"s,
        "jpg", 300, 200},
       {"\xff\xd8\xff\xdb\0\1\xff\xc0\0\x0b\x08\0\xc8\x01\x2c\1\1\x11\0"s, "jpg", 0, 0},
       {"\xff\xd8\xff\xdb\0\2\0\xc0\0\x0b\x08\0\xc8\x01\x2c\1\1\x11\0"s, "jpg", 0, 0},
@@ -181,6 +187,10 @@ TEST(ImageSize, HeadersSayKindAndSize) {
       {"<svg viewBox='0 0 10'>", "svg", 0, 0},
       {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\x7f\xff\xff\xff\0\0\0\xc8"s, "png", 0, 0},
       {"\x89PNG\r\n\x1a\n"s, "png", 0, 0},
+      {"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR\0\0\x01\x2c\0\0\0"s, "png", 0, 0},
+      // No more than the first 65536 bytes are looked at.
+      {"<" + std::string(65510, ' ') + "<svg width='3' height='2'>", "svg", 3, 2},
+      {"<" + std::string(65511, ' ') + "<svg width='3' height='2'>", "svg", 0, 0},
       {"\xff\xd8\xff\xe1\xff\xff"s, "jpg", 0, 0},
       {"<svg>", "svg", 0, 0},
       {"<html>", "", 0, 0},
@@ -207,8 +217,7 @@ TEST(ImageSize, DrawingsMeasureInAnyUnit) {
   }
 }
 
-WebResource pictureAt(const NSString &url) {
-  const std::string bytes = "GIF89a\x2c\x01\xc8\0"s;
+WebResource pictureAt(const NSString &url, const std::string &bytes = "GIF89a\x2c\x01\xc8\0"s) {
   return WebResource::resourceWithData(NSData::dataWithBytes(bytes.data(), bytes.size()),
                                        NSURL::URLWithString(url), u"image/gif"_ns);
 }
@@ -237,6 +246,23 @@ TEST(PageImages, LoadedPicturesBecomeAttachments) {
   EXPECT_FALSE(attachment(2));
   EXPECT_EQ(attachment(7).sizeInPoints(), (NSSize{30, 30}));
   EXPECT_EQ(attachment(7).fileWrapper().preferredFilename(), u"x.gif"_ns);
+}
+
+TEST(PageImages, PicturesAreNamedByTheirAddresses) {
+  const struct {
+    NSString url;
+    std::string bytes;
+    NSString name;
+  } cases[] = {{u"http://a/b/c.jpeg"_ns, jpeg(1), u"c.jpeg"_ns},
+               {u"http://a/c.jpg"_ns, jpeg(1), u"c.jpg"_ns},
+               {u"http://a/c.d.jpe"_ns, jpeg(1), u"c.d.jpg"_ns},
+               {u"http://a/c.jpeg"_ns, "<svg>", u"c.svg"_ns},
+               {u"data:image/x,b/c.jpg"_ns, jpeg(1), u"image.jpg"_ns}};
+  for (const auto &[url, bytes, name] : cases) {
+    const WebResource loaded = pictureAt(url, bytes);
+    const NSAttributedString text = textWithImages(textOfHTML(u"<img src=1>"), {&loaded, 1});
+    EXPECT_EQ(text.attributesAtIndex(0)->attachment.fileWrapper().preferredFilename(), name);
+  }
 }
 
 TEST(PageImages, PicturesMayHaveNoSize) {

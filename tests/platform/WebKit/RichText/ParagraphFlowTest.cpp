@@ -35,6 +35,7 @@ TEST(ParagraphFlow, IndentsAlignmentAndLinesFollowBlocks) {
       {u"<div dir=rtl style='text-align:right'>\u05d0</div><div align=right>b</div><div align=left>c</div>",
        "<rtl>\u05d0|<right>b|c|"},
       {u"<div style='padding-left:10%'>a", "<head=96>a|"},
+      {u"<div style='padding-left:1e7px'>a<p style='margin:0 0 0 -1e7px'>b", "<head=750000>a|b|"},
       {u"<dl style='margin:0'><dt>a<dd>b</dl>", "a|<head=30>b|"},
       {u"<div style='text-indent:16px'>a<p style='margin:0'>b</p>c</div>", "<first=12>a|<first=12>b|c|"},
       {u"<center>a<div style='text-align:right'>b</div></center><p style='margin:0;text-align:justify'>c",
@@ -78,6 +79,12 @@ TEST(ParagraphFlow, CharactersLookAsStylesSay) {
        "{Arial b}a{Comic Sans MS i}b{Impact b}c|"},
       {u"x<sup>2<sub>i</sub></sup><span style='vertical-align:4px;letter-spacing:2px'>y",
        "x{10 super=1}2{8.33}i{up=3 kern=1.5}y|"},
+      {u"<p style='font:italic small-caps 300 20px Georgia'>a<button style='font:inherit'>b",
+       "{Georgia 15 weight=300 i caps}ab|"},
+      {u"<b style='background:red'>a<div style='background:#000080'>b</div>c",
+       "{b on#ff0000}a{b}|b|{b on#ff0000}c|"},
+      {u"<i style='letter-spacing:1e7px'>a</i><i style='letter-spacing:-1e7px'>b",
+       "{i kern=750000}a{i kern=-750000}b|"},
       {u"<a href=u>l<b>m</b></a> n<a>o</a>", "{#0000ee u ->u}l{b #0000ee u ->u}m{} no|"},
       {u"<a href=u><div>l</div></a>", "{#0000ee u ->u}l|"},
   });
@@ -86,7 +93,7 @@ TEST(ParagraphFlow, CharactersLookAsStylesSay) {
 TEST(ParagraphFlow, EndsOfParagraphsHaveNothingThatShows) {
   for (const std::u16string_view html :
        {u"<a href=u>x</a>", u"<b style='background:red'>x</b>", u"<u>x</u>", u"<s>x</s>", u"<sup>x</sup>",
-        u"<i style='color:red'>x</i>", u"<sub><a href=u style='background:red'><s><tt>x"}) {
+        u"<p>x<b><br></b>", u"<i style='color:red'>x</i>", u"<sub><a href=u style='background:red'><s><tt>x"}) {
     const NSAttributedString text = textOfHTML(html).text;
     ASSERT_EQ(text.length(), 2U);
     const TextAttributes letter = *text.attributesAtIndex(0), end = *text.attributesAtIndex(1);

@@ -29,6 +29,8 @@ TEST(TableFlow, CellsStandWhereABrowserPutsThem) {
        "<cell 1:0,0+1x2/2>a|<cell 1:1,0/2>b|<cell 1:1,1/2>c|"},
       {u"<table><tr><td style='display:none'>a<td>b<tr hidden><td>c</table>", "<cell 1:0,0/1>b|"},
       {u"<table><tr hidden><td>a<script></script><tr><td>b</table>", "<cell 1:0,0/1>b|"},
+      {u"<table><tr><td rowspan=-1 colspan=-2>a<td colspan=0>b<tr><td>c<td>d</table>",
+       "<cell 1:0,0/2>a|<cell 1:0,1/2>b|<cell 1:1,0/2>c|<cell 1:1,1/2>d|"},
       {u"<table></table>a", "a|"},
       {u"<table><tr style='visibility:collapse'><td>a<tr><td>b</table>", "<cell 1:0,0/1>b|"},
       {u"<table><tbody style='visibility:collapse'><tr><td>a<tbody><tr><td>b</table>", "<cell 1:0,0/1>b|"},
@@ -55,6 +57,10 @@ TEST(TableFlow, MissingPartsAreMadeUp) {
        u"<div style='display:table-cell'>a</div></div></div></div>",
        "<cell 1:0,0/1>a|"},
       {u"<div style='display:table-row'>a</div>b", "<cell 1:0,0/1>a|b|"},
+      // What has no group is in none of those around it.
+      {u"<div style='display:table'>x<div style='display:table-header-group'>h</div>y<div "
+       u"style='display:contents'><div style='display:table-footer-group'>f</div></div>z</div>",
+       "<cell 1:0,0/1>h|<cell 1:1,0/1>x|<cell 1:2,0/1>y|<cell 1:3,0/1>z|<cell 1:4,0/1>f|"},
       {u"<div style='display:table-caption'>a</div>b", "a|b|"},
       {u"<div style='display:table-column'>a</div><div style='display:table-column-group'>b</div>c", "c|"},
       {u"a<div style='display:inline-table'>b</div>", "a|<cell 1:0,0/1>b|"},
@@ -67,6 +73,9 @@ TEST(TableFlow, PartsInheritFromThePartsAroundThem) {
        u"style='display:table-row'><div style='display:table-cell'>a</div></div></div><div "
        u"style='display:table-row'><div style='display:table-cell'>b</div></div></div>",
        "<cell 1:0,0/1>b|"},
+      {u"<style>tbody,tr{counter-increment:n}td::before{content:counter(n)}</style><table><tbody bgcolor=red>"
+       u"<tr><td>a<tr><td>b<tbody bgcolor=lime><tr><td>c</table>",
+       "<cell 1:0,0/1 #ff0000>2a|<cell 1:1,0/1 #ff0000>3b|<cell 1:2,0/1 #00ff00>5c|"},
       {u"<table style='visibility:collapse'><tbody style='visibility:visible'><tr><td>a</table>",
        "<cell 1:0,0/1>a|"},
       {u"<div style='display:table;visibility:collapse'><div style='display:table-row;visibility:visible'>"
@@ -79,8 +88,9 @@ TEST(TableFlow, CellsHoldBlocksListsAndTables) {
   expectParagraphs({
       {u"<table><tr><td>a<br>b<td><ul style='margin:0'><li>c</ul></table>",
        "<cell 1:0,0/2>a|<cell 1:0,0/2>b|<first=0 head=30 list2={disc}1 cell 1:0,1/2>^•^c|"},
-      {u"<ul style='margin:0'><li>a<table><tr><td>b</table></ul>",
-       "<first=0 head=30 list2={disc}1>^•^a|<cell 1:0,0/1>b|"},
+      {u"<ul style='margin:0'><li>a<table><tr><td>b</table><li><table><tr><td>c</table></ul>",
+       "<first=0 head=30 list2={disc}1>^•^a|<cell 1:0,0/1>b|<first=0 head=30 list2={disc}1>^•^|<cell "
+       "2:0,0/1>c|"},
       {u"<table><tr><td><table><tr><td>a<td>b</table><td>c</table>",
        "<cell 1:0,0/2 cell 2:0,0/2>a|<cell 1:0,0/2 cell 2:0,1/2>b|<cell 1:0,1/2>c|"},
       {u"<!doctype html>x<table><tr><td><p>a</table>y", "x|<before=12 after=12 cell 1:0,0/1>a|y|"},
@@ -112,6 +122,8 @@ TEST(TableFlow, CellsLookAsStylesSay) {
       u"<table><tr><td style='border:solid;border-width:4px 8px 12px 16px;padding:20px 24px 28px 32px'>a");
   EXPECT_EQ(edges.borderWidths, (std::array<double, kRectEdges>{3, 12, 9, 6}));
   EXPECT_EQ(edges.padding, (std::array<double, kRectEdges>{15, 24, 21, 18}));
+  EXPECT_EQ(block(u"<table><tr><td style='padding:8px 10% 16px 24px'>a").padding,
+            (std::array<double, kRectEdges>{6, 18, 12, 0}));
   const NSTextTableBlock colors =
       block(u"<table><tr><td style='border:1px solid;border-color:#010000 #020000 #030000 #040000'>a");
   EXPECT_EQ(colors.borderColors[NSTopEdge], (NSColor{1, 0, 0}));
@@ -129,12 +141,14 @@ TEST(TableFlow, LimitsHold) {
   const NSTextTableBlock &last = *row.attributesAtIndex(row.length() - 1)->paragraphStyle->textBlocks.at(0);
   EXPECT_EQ(last.startingColumn, TableGrid::kMaximumColumns - 1);
 
-  std::u16string deep;
-  for (int i = 0; i < 100; ++i) deep += u"<table><tr><td>a";
-  const NSAttributedString nested = textOfHTML(deep).text;
-  EXPECT_EQ(std::ranges::count(nested.string().view(), u'a'), 100);
-  EXPECT_EQ(nested.attributesAtIndex(nested.length() - 1)->paragraphStyle->textBlocks.size(),
-            PageFlow::kMaximumTables);
+  for (const std::u16string_view unit : {u"<table><tr><td>a", u"<div style='display:table-cell'>a<hr>"}) {
+    std::u16string deep;
+    for (int i = 0; i < 100; ++i) deep += unit;
+    const NSAttributedString nested = textOfHTML(deep).text;
+    EXPECT_EQ(std::ranges::count(nested.string().view(), u'a'), 100);
+    EXPECT_EQ(nested.attributesAtIndex(nested.length() - 1)->paragraphStyle->textBlocks.size(),
+              PageFlow::kMaximumTables);
+  }
 }
 
 /// Cells as they claim to be, against a table of single slots.

@@ -30,6 +30,9 @@ TEST(LegacyValues, TakesNearlyAnyTextAsAColor) {
       {u"00000000a0000000000b0000000000c0", CSSColor{0xa0, 0xb0, 0xc0}},
       {u"6db6ec49efd278cd0bc92d1e5e072d68", CSSColor{0x6e, 0xcd, 0xe0}},
       {std::u16string(1000, u'f'), CSSColor{255, 255, 255}},
+      // Nothing behind the first 128 units counts.
+      {std::u16string(127, u'0') + u'f', CSSColor{0, 0, 0xf0}},
+      {std::u16string(128, u'0') + u'f', CSSColor{0, 0, 0}},
       {u"", {}},
       {u"transparent", {}},
       {u" ", CSSColor{0, 0, 0}},
