@@ -13,7 +13,7 @@ constexpr std::uint32_t kMaximumTabs = 64;
 }  // namespace
 
 void DocumentText::append(std::string_view text) {
-  if (text.empty() || budget_->isSpent()) return;
+  if (text.empty()) return;
   const std::uint32_t before = text_.length();
   separate();
   text_.append(text);
@@ -21,7 +21,7 @@ void DocumentText::append(std::string_view text) {
 }
 
 void DocumentText::append(std::u16string_view text) {
-  if (text.empty() || budget_->isSpent()) return;
+  if (text.empty()) return;
   const std::uint32_t before = text_.length();
   separate();
   text_.append(text);

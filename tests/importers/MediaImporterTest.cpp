@@ -2,8 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <iterator>
+#include <string>
+#include <utility>
 
 #include "tests/importers/ShippedImporters.hpp"
+#include "tests/support/MovieBoxes.hpp"
 
 namespace nimbo {
 namespace {
@@ -95,9 +99,88 @@ TEST_F(Importers, Movies) {
                            {u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}}});
   EXPECT_FALSE(found.objectForKey(u"kMDItemAudioChannelCount"_ns));
   EXPECT_FALSE(found.objectForKey(u"kMDItemLanguages"_ns));
+  // What is known of no track and no time is not told.
+  expectAttributes(metaDataOf("untimed.mp4", contentsOfSample("movies/untimed.h264")),
+                   {{u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}},
+                    {u"kMDItemTotalBitRate"_ns, id()},
+                    {u"kMDItemVideoBitRate"_ns, id()}});
   NSError error;
   EXPECT_EQ(metaData(folder.write("none.mp4", "no movie"), &error).count(), 0u);
   EXPECT_EQ(error.errorCode(), ErrorCode::unsupportedType);
+}
+
+TEST_F(Importers, TagsOfAMovie) {
+  const std::pair<std::string, std::string> texts[] = {{"Title", "T"},
+                                                       {"artist", "A"},
+                                                       {"album", "Q"},
+                                                       {"composer", "C"},
+                                                       {"lyricist", "L"},
+                                                       {"genre", "Folk"},
+                                                       {"date", "2004-10-31"},
+                                                       {"track", "3/12"},
+                                                       {"bpm", "92.5"},
+                                                       {"initialkey", "Am"},
+                                                       {"comment", "N"},
+                                                       {"description", "D"},
+                                                       {"copyright", "R"},
+                                                       {"publisher", "P"},
+                                                       {"keywords", "leaf"},
+                                                       {"encoder", "E"},
+                                                       {"lyrics", "Leaf by leaf"},
+                                                       {"creation_time", "2001-01-02T00:00:00Z"}};
+  // The names and texts of an array, in a tag in front of the movie's own.
+  std::string array = "\2" + number(10, 2) + "onMetaData\x08" + number(std::size(texts), 4);
+  for (const auto &[name, text] : texts)
+    array += number(name.size(), 2) + name + "\2" + number(text.size(), 2) + text;
+  array += number(9, 3);
+  const std::string tag = "\x12" + number(array.size(), 3) + number(0, 7) + array;
+  expectAttributes(
+      metaDataOf("tagged.flv",
+                 contentsOfSample("movies/late-pictures.flv").insert(9 + 4, tag + number(tag.size(), 4))),
+      {{u"kMDItemTitle"_ns, u"T"_ns},
+       {u"kMDItemAuthors"_ns, NSArray{u"A"_ns}},
+       {u"kMDItemAlbum"_ns, u"Q"_ns},
+       {u"kMDItemComposer"_ns, u"C"_ns},
+       {u"kMDItemLyricist"_ns, u"L"_ns},
+       {u"kMDItemMusicalGenre"_ns, u"Folk"_ns},
+       {u"kMDItemRecordingYear"_ns, 2004},
+       {u"kMDItemAudioTrackNumber"_ns, 3},
+       {u"kMDItemTempo"_ns, 92.5},
+       {u"kMDItemKeySignature"_ns, u"Am"_ns},
+       {u"kMDItemComment"_ns, u"N"_ns},
+       {u"kMDItemDescription"_ns, u"D"_ns},
+       {u"kMDItemCopyright"_ns, u"R"_ns},
+       {u"kMDItemPublishers"_ns, NSArray{u"P"_ns}},
+       {u"kMDItemKeywords"_ns, NSArray{u"leaf"_ns}},
+       {u"kMDItemEncodingApplications"_ns, NSArray{u"E"_ns}},
+       {u"kMDItemTextContent"_ns, u"Leaf by leaf"_ns},
+       {u"kMDItemContentCreationDate"_ns, NSDate{86400}}});
+}
+
+TEST_F(Importers, TracksOfAMovie) {
+  constexpr int kGerman = 4 << 10 | 5 << 5 | 21;
+  constexpr std::uint32_t kBytes = kWidth * 8 * 2;
+  const auto sound = [](std::uint64_t channels, std::uint64_t rate) {
+    return box("sowt", std::string(6, '\0') + number(1, 2) + number(0, 8) + number(channels, 2) +
+                           number(16, 2) + number(0, 4) + number(rate << 16, 4));
+  };
+  const std::string text = box("text", std::string(6, '\0') + number(1, 2) + std::string(43, '\0'));
+  const NSDictionary found =
+      metaDataOf("tracks.mov", madeMovie(std::string(kBytes, '\x80'),
+                                         track(1, "vide", pictures(8, ""), kBytes, 8) +
+                                             track(2, "vide", pictures(4, ""), kBytes / 2, 4) +
+                                             track(3, "soun", sound(2, 8000), 4, 0, kEnabled, kGerman) +
+                                             track(4, "soun", sound(1, 16000), 2, 0, kEnabled, kUndetermined) +
+                                             track(5, "text", text, 2, 0)));
+  expectAttributes(found, {{u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns, u"Sound"_ns, u"Text"_ns}},
+                           {u"kMDItemLanguages"_ns, NSArray{u"eng"_ns, u"deu"_ns}},
+                           {u"kMDItemPixelHeight"_ns, 8},
+                           {u"kMDItemVideoBitRate"_ns, kBytes * 8},
+                           {u"kMDItemAudioSampleRate"_ns, 8000.0},
+                           {u"kMDItemAudioChannelCount"_ns, 2}});
+  EXPECT_EQ(found.objectForKey(u"kMDItemCodecs"_ns).array().count(), 2u);
+  EXPECT_GT(found.objectForKey(u"kMDItemTotalBitRate"_ns).integer().value_or(0), 0);
+  EXPECT_GT(found.objectForKey(u"kMDItemAudioBitRate"_ns).integer().value_or(0), 0);
 }
 
 }  // namespace
