@@ -41,11 +41,12 @@ TEST_F(Importers, SourcesListsAndFeeds) {
   for (const char *name : {"a.plist", "a.bplist", "nameless"})
     expectAttributes(metaDataOf(name, list.view()),
                      {{u"kMDItemTextContent"_ns, u"Name\nB\u00e4r\nOf\nx\n"_ns}});
-  // A string that stands once in the file, and comes up so often that its text would be too long.
-  const std::string array = "\xaf\x11\x01\x2c"s + std::string(300, '\1');
+  // A string that stands once in the file, and comes up so often in a dictionary's array that its text would be
+  // too long.
+  const std::string array = "\xd1\2\1\xaf\x11\x01\x2c"s + std::string(300, '\2');
   const std::string string = "\x5f\x12\0\1\0\0"s + std::string(1 << 16, 'x');
-  const std::string many = "bplist00" + array + string + "\0\0\0\x08\0\0\x01\x38"s + "\0\0\0\0\0\0\4\1"s +
-                           "\0\0\0\0\0\0\0\2\0\0\0\0\0\0\0\0\0\0\0\0\0\1\1\x3e"s;
+  const std::string many = "bplist00" + array + string + "\0\0\0\x08\0\0\0\x0b\0\0\x01\x3b"s +
+                           "\0\0\0\0\0\0\4\1"s + "\0\0\0\0\0\0\0\3\0\0\0\0\0\0\0\0\0\0\0\0\0\1\1\x41"s;
   for (const std::string &content : {many, "bplist00" + std::string(17u << 20, 'x')}) {
     NSError error;
     EXPECT_EQ(metaData(folder.write("many.plist", content), &error).count(), 0u);
