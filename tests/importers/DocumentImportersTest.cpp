@@ -82,10 +82,10 @@ TEST_F(Importers, Documents) {
   }
 }
 
-using OpenXMLParts = std::vector<std::tuple<std::string, const char *, std::string>>;
+using OpenXMLParts = std::vector<std::tuple<std::string, std::string, std::string>>;
 
 /// A document of `parts`, each with the end of its content type; the first is the main one.
-std::string openXMLDocument(const OpenXMLParts &parts, const char *references = "") {
+std::string openXMLDocument(const OpenXMLParts &parts, const std::string &references = "") {
   std::string types = "<Types>";
   ZipParts all;
   for (const auto &[name, type, content] : parts) {
@@ -97,7 +97,7 @@ std::string openXMLDocument(const OpenXMLParts &parts, const char *references = 
   all.emplace_back("[Content_Types].xml", types + "</Types>");
   all.emplace_back("_rels/.rels",
                    "<Relationships><Relationship Id='r1' Target='" + main + "'/></Relationships>");
-  all.emplace_back("_rels/" + main + ".rels", "<Relationships>"s + references + "</Relationships>");
+  all.emplace_back("_rels/" + main + ".rels", "<Relationships>" + references + "</Relationships>");
   return storedZip(all);
 }
 
@@ -264,8 +264,6 @@ TEST_F(Importers, PartsOfDocuments) {
     EXPECT_EQ(error.errorCode(), code) << error.localizedFailureReason.UTF8String();
     EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns).string().UTF8String(), text.UTF8String());
   }
-  expectAttributes(metaDataOf("language.fodt", "<o><meta><language>de</language></meta><p>Blatt</p></o>"),
-                   {{u"kMDItemLanguages"_ns, NSArray{u"de"_ns}}});
 }
 
 TEST_F(Importers, LongDocumentsAreCut) {
@@ -283,11 +281,8 @@ TEST(DocumentBudget, IsSpentOnce) {
   DocumentBudget budget;
   EXPECT_TRUE(budget.spendBytes((std::uint64_t{512} << 20) - 1));
   EXPECT_TRUE(budget.spendBytes(1));
-  EXPECT_TRUE(budget.checkTime());
-  EXPECT_FALSE(budget.error());
   EXPECT_FALSE(budget.spendBytes(1));
   EXPECT_FALSE(budget.spendBytes(0));
-  EXPECT_TRUE(budget.isSpent());
   budget.fail(ErrorCode::damaged, "later");
   EXPECT_EQ(budget.error().errorCode(), ErrorCode::incomplete);
 }
@@ -306,58 +301,49 @@ TEST_F(Importers, DocumentsHaveALimitOfMemory) {
 }
 
 TEST_F(Importers, EveryKindOfPart) {
-  const char *const text = "<d><p><t>Blatt</t></p></d>";
-  const char *const reference = "<Relationship Id='r2' Target='b.xml'/>";
-  for (const char *type : {"wordprocessingml.document.main", "wordprocessingml.template.main",
+  const std::string text = "<d><p><t>Blatt</t></p></d>", gone = "<d><p><t>gone</t></p></d>";
+  const std::string reference = "<Relationship Id='r2' Target='b.xml'/>";
+  for (const char *kind : {"wordprocessingml.document.main", "wordprocessingml.template.main",
                            "ms-word.document.macroEnabled.main", "ms-word.template.macroEnabledTemplate.main"})
-    EXPECT_EQ(
-        metaDataOf("a.docx", openXMLDocument({{"a.xml", type, text}})).objectForKey(u"kMDItemTextContent"_ns),
-        id(u"Blatt"_ns))
-        << type;
-  for (const char *type : {"presentationml.presentation.main", "ms-powerpoint.presentation.macroEnabled.main",
+    EXPECT_EQ(textOf("a.docx", openXMLDocument({{"a.xml", kind, text}})), u"Blatt"_ns) << kind;
+  const std::string slides = "<p><sldId id='256' r:id='r2'/></p>";
+  for (const char *kind : {"presentationml.presentation.main", "ms-powerpoint.presentation.macroEnabled.main",
                            "presentationml.slideshow.main", "ms-powerpoint.slideshow.macroEnabled.main",
                            "presentationml.template.main", "ms-powerpoint.template.macroEnabled.main",
                            "ms-powerpoint.addin.macroEnabled.main"})
-    EXPECT_EQ(metaDataOf("a.pptx", openXMLDocument({{"a.xml", type, "<p><sldId id='256' r:id='r2'/></p>"},
-                                                    {"b.xml", "presentationml.slide", text}},
-                                                   reference))
-                  .objectForKey(u"kMDItemTextContent"_ns),
-              id(u"Blatt"_ns))
-        << type;
-  for (const char *type :
+    EXPECT_EQ(
+        textOf("a.pptx",
+               openXMLDocument({{"a.xml", kind, slides}, {"b.xml", "presentationml.slide", text}}, reference)),
+        u"Blatt"_ns)
+        << kind;
+  const std::string sheets = "<w><sheet name='' r:id='r2'/></w>";
+  const std::string sheet = "<s><row><c><v>Blatt</v></c></row></s>";
+  for (const char *kind :
        {"spreadsheetml.sheet.main", "ms-excel.sheet.macroEnabled.main", "spreadsheetml.template.main",
         "ms-excel.template.macroEnabled.main", "ms-excel.addin.macroEnabled.main"})
-    EXPECT_EQ(metaDataOf("a.xlsx", openXMLDocument({{"a.xml", type, "<w><sheet name='' r:id='r2'/></w>"},
-                                                    {"b.xml", "spreadsheetml.worksheet",
-                                                     "<s><row><c><v>Blatt</v></c></row></s>"}},
-                                                   reference))
-                  .objectForKey(u"kMDItemTextContent"_ns),
-              id(u"Blatt"_ns))
-        << type;
-  // What a part refers to follows it, what stands on every page last; other parts are no text.
-  EXPECT_EQ(
-      metaDataOf("parts.docx",
-                 openXMLDocument({{"a.xml", "wordprocessingml.document.main", text},
-                                  {"b.xml", "wordprocessingml.footer", "<d><p><t>footer</t></p></d>"},
-                                  {"c.xml", "wordprocessingml.header", "<d><p><t>header</t></p></d>"},
-                                  {"d.xml", "wordprocessingml.comments", "<d><p><t>comment</t></p></d>"},
-                                  {"e.xml", "wordprocessingml.endnotes", "<d><p><t>endnote</t></p></d>"},
-                                  {"f.xml", "wordprocessingml.footnotes", "<d><p><t>footnote</t></p></d>"},
-                                  {"g.xml", "drawingml.chart", "<d><p><t>chart</t></p></d>"},
-                                  {"h.xml", "drawingml.diagramData", "<d><p><t>diagram</t></p></d>"},
-                                  {"i.xml", "drawing", "<d><p><t>drawing</t></p></d>"},
-                                  {"j.xml", "wordprocessingml.styles", "<d><p><t>gone</t></p></d>"},
-                                  {"_rels/j.xml.rels", "", "<r><Relationship Id='1' Target='k.xml'/></r>"},
-                                  {"k.xml", "wordprocessingml.header", "<d><p><t>gone</t></p></d>"}},
-                                 "<Relationship Id='1' Target='b.xml'/><Relationship Id='2' Target='c.xml'/>"
-                                 "<Relationship Id='3' Target='d.xml'/><Relationship Id='4' Target='e.xml'/>"
-                                 "<Relationship Id='5' Target='f.xml'/><Relationship Id='6' Target='g.xml'/>"
-                                 "<Relationship Id='7' Target='h.xml'/><Relationship Id='8' Target='i.xml'/>"
-                                 "<Relationship Id='9' Target='j.xml'/><Relationship Id='10' Target='a.xml'/>"
-                                 "<Relationship Id='11' TargetMode='External' Target='k.xml'/>"
-                                 "<Relationship Id='12' Target='c.xml'/>"))
-          .objectForKey(u"kMDItemTextContent"_ns),
-      id(u"Blatt\ndrawing\ndiagram\nchart\nfootnote\nendnote\ncomment\nheader\nfooter"_ns));
+    EXPECT_EQ(
+        textOf("a.xlsx", openXMLDocument({{"a.xml", kind, sheets}, {"b.xml", "spreadsheetml.worksheet", sheet}},
+                                         reference)),
+        u"Blatt"_ns)
+        << kind;
+  // What a part refers to follows it, once; what stands on every page is last, and other parts are no text.
+  OpenXMLParts parts = {{"a.xml", "wordprocessingml.document.main", text},
+                        {"b.xml", "wordprocessingml.styles", gone},
+                        {"_rels/b.xml.rels", "", "<r><Relationship Id='1' Target='c.xml'/></r>"},
+                        {"c.xml", "wordprocessingml.header", gone}};
+  std::string references =
+      "<Relationship Id='1' Target='header.xml'/><Relationship Id='2' Target='a.xml'/>"
+      "<Relationship Id='3' Target='b.xml'/><Relationship Id='4' TargetMode='External' Target='c.xml'/>";
+  for (const std::string kind :
+       {"wordprocessingml.footer", "wordprocessingml.header", "wordprocessingml.comments",
+        "wordprocessingml.endnotes", "wordprocessingml.footnotes", "drawingml.chart", "drawingml.diagramData",
+        "drawing"}) {
+    const std::string name = kind.substr(kind.find('.') + 1);
+    parts.emplace_back(name + ".xml", kind, "<d><p><t>" + name + "</t></p></d>");
+    references += "<Relationship Id='" + name + "' Target='" + name + ".xml'/>";
+  }
+  EXPECT_EQ(textOf("parts.docx", openXMLDocument(parts, references)),
+            u"Blatt\ndrawing\ndiagramData\nchart\nfootnotes\nendnotes\ncomments\nheader\nfooter"_ns);
 }
 
 TEST_F(Importers, PropertiesOfDocuments) {
@@ -480,9 +466,7 @@ TEST_F(Importers, RichText) {
                                               {u"kMDItemTextContent"_ns, u"caf\u00e9\nnext\n"_ns}});
     EXPECT_FALSE(error);
   }
-  const NSString letter = metaDataOf("letter.rtf", contentsOfSample("documents/letter.rtf"))
-                              .objectForKey(u"kMDItemTextContent"_ns)
-                              .string();
+  const NSString letter = textOf("letter.rtf", contentsOfSample("documents/letter.rtf"));
   for (const std::u16string_view part :
        {u"The quiver and the leaf\n", u"Gr\u00fc\u00dfe & \u9280\u674f fall.\tTab   blanks\nnext line\n",
         u"A footnote"})
