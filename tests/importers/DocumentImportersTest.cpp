@@ -186,15 +186,16 @@ TEST_F(Importers, PartsOfDocuments) {
        "h</p></o>",
        NSString::stringWithUTF8String("a b   c" + std::string(64, ' ') + "d e\nf g\nh")},
       {"elements.docx",
-       openXMLDocument({{"a.xml", kDocument,
-                         "<d><p><pPr><tab/><t>gone</t></pPr>out<r><t>a</t><tab/><t>b<t/></t><ptab/><t>c</t><br/"
-                         "><t>d</t><cr/>"
-                         "<t>e</t></r><Fallback><p><t>gone</t></p><tr/></Fallback><moveFrom><t>gone</t></"
-                         "moveFrom><ruby><rt><t>gone</t></rt>"
-                         "<t>f</t></ruby><fld><t>gone</t></fld></p><tr><tc><p><t>g</t></p></tc><tc><p><t>h</"
-                         "t></p></tc></tr>"
-                         "<tr><tc><p/></tc><tc><p><t>i</t></p></tc></tr><v>gone</v></d>"}}),
-       u"a\tb\tc\nd\nef\ng\th\n\ti"_ns},
+       openXMLDocument(
+           {{"a.xml", kDocument,
+             "<d><p><pPr><tab/><t>gone</t></pPr>out<r><t>a</t><tab/><t>b<t/></t><ptab/><t>c</t><br/"
+             "><t>d</t><cr/>"
+             "<t>e</t></r><Fallback><p><t>gone</t></p><tr/></Fallback><moveFrom><t>gone</t></"
+             "moveFrom><ruby><rt><t>gone</t></rt>"
+             "<t>f</t></ruby><fld><t>gone</t></fld></p><tr><tc><p><t>g</t></p></tc><tc><p><t>h</"
+             "t></p></tc></tr>"
+             "<tr><tc><p/></tc><tc><p><t>i</t></p></tc></tr><v>gone</v><text>j</text><text>k</text></d>"}}),
+       u"a\tb\tc\nd\nef\ng\th\n\ti\nj\nk"_ns},
       {"elements.fodt",
        "<o>gone<p>a" + gone +
            "b</p><table name='gone'><table-row><table-cell><p>c</p></table-cell>"

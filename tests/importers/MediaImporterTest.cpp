@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -113,13 +114,16 @@ TEST_F(Importers, TagsOfSongsAndMovies) {
 }
 
 TEST_F(Importers, TagsHaveTheirLimits) {
-  for (const std::size_t count : {999, 1000}) {
-    std::vector<std::string> entries;
-    for (std::size_t i = 0; i < count; ++i) entries.push_back("A" + std::to_string(1000 + i) + "=x");
-    entries.emplace_back("TITLE=T");
-    EXPECT_EQ(metaDataOf("many.flac", taggedSound(entries)).objectForKey(u"kMDItemTitle"_ns),
-              count == 999 ? id(u"T"_ns) : id());
-  }
+  for (const auto &[name, tagged, limit] :
+       {std::tuple("many.flac", &taggedSound, 1000), {"many.flv", &taggedMovie, 200}})
+    for (const int count : {limit - 1, limit}) {
+      std::vector<std::string> entries;
+      for (int i = 0; i < count; ++i) entries.push_back("A" + std::to_string(1000 + i) + "=x");
+      entries.emplace_back("TITLE=T");
+      EXPECT_EQ(metaDataOf(name, tagged(entries)).objectForKey(u"kMDItemTitle"_ns),
+                count < limit ? id(u"T"_ns) : id())
+          << name;
+    }
   std::vector<std::string> entries(1001, "ARTIST=A");
   entries.push_back("LYRICS=" + std::string((1 << 20) + 1, 'x'));
   const NSDictionary found = metaDataOf("long.flac", taggedSound(entries));
