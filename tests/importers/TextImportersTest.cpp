@@ -64,7 +64,7 @@ TEST_F(Importers, SourcesListsAndFeeds) {
 constexpr std::string_view kPage =
     "<!DOCTYPE html><html lang=de><head><title>\n A \r\f\v <page> &amp; more </title><meta name=Author "
     "content='Rowan F.'>"
-    "<meta name=GENERATOR content='Quill &amp; Co'>"
+    "<meta name=GENERATOR content='Quill &amp; Co'><meta name=robots content=index>"
     "<meta content='leaf, quiver;oak' name=keywords><meta name=description content='a &amp; b'>"
     "<title>Other</title>"
     "</head><body><svg><title>Drawing</title></svg><meta name=description content=gone><p>Gr\xc3\xbc\xc3\x9f"
