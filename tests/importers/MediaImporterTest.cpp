@@ -140,7 +140,7 @@ TEST_F(Importers, Movies) {
                            {u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}}});
   EXPECT_FALSE(found.objectForKey(u"kMDItemAudioChannelCount"_ns));
   EXPECT_FALSE(found.objectForKey(u"kMDItemLanguages"_ns));
-  // What is known of no track and no time is not told.
+  // Without times nobody knows how many bits there are in a second.
   expectAttributes(metaDataOf("untimed.mp4", contentsOfSample("movies/untimed.h264")),
                    {{u"kMDItemMediaTypes"_ns, NSArray{u"Video"_ns}},
                     {u"kMDItemTotalBitRate"_ns, id()},
