@@ -129,13 +129,11 @@ NSString encode(const NSString &string) {
 }  // namespace
 
 NSString stringByConvertingCharactersToEntities(const NSString &string, Flag high) {
-  if (string.length() == 0) return string;
   return high ? encode<NumericEncoding>(string) : encode<MarkupEncoding>(string);
 }
 
 NSString stringByConvertingCharactersToNamedEntities(const NSString &string) {
-  return string.length() == 0 || string.length() > kMaxNamedEntitiesLength ? string
-                                                                           : encode<NamedEncoding>(string);
+  return string.length() > kMaxNamedEntitiesLength ? string : encode<NamedEncoding>(string);
 }
 
 }  // namespace nimbo

@@ -81,7 +81,7 @@ bool isTemporaryPath(const NSString &path) {
     if (units.starts_with(u"/tmp") || units.starts_with(u"/var/tmp/") ||
         units.starts_with(NSTemporaryDirectory().view()))
       return true;
-    return units.find(u"/Library/Mail/") != units.npos && units.find(u".mimeattach") != units.npos &&
+    return units.find(u".mimeattach") != units.npos &&
            stringByAbbreviatingWithTildeInPath(path).view().starts_with(u"~/Library/Mail/");
   });
 }

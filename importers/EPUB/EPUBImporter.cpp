@@ -34,12 +34,10 @@ class ContainerHandler final : public XMLHandler {
  public:
   explicit ContainerHandler(std::string &book) noexcept : book_(book) {}
 
-  void startElement(std::string_view name, const XMLAttributes &attributes) override {
-    if (name == "rootfile" && book_.empty())
-      book_ = Package::nameOfPart(attributes.value("full-path").value_or(""));
+  /// Only files have a path; the first one counts.
+  void startElement(std::string_view, const XMLAttributes &attributes) override {
+    if (book_.empty()) book_ = Package::nameOfPart(attributes.value("full-path").value_or(""));
   }
-  void endElement(std::string_view) override {}
-  void characters(std::string_view) override {}
 
  private:
   std::string &book_;
@@ -54,8 +52,6 @@ class EncryptionHandler final : public XMLHandler {
     if (name == "CipherReference" && files_.size() < kMaximumItems)
       files_.insert(Package::nameOfPart(attributes.value("URI").value_or("")));
   }
-  void endElement(std::string_view) override {}
-  void characters(std::string_view) override {}
 
  private:
   std::set<std::string> &files_;

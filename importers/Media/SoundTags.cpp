@@ -49,7 +49,7 @@ NSDictionary tagsOfSoundFile(FileDescriptor file, const NSString &name, const De
   if (!file) return {};
   BoundedStream stream(std::move(file), name.UTF8String(), deadline);
   const TagLib::FileRef reference(&stream, false);
-  if (reference.isNull() || !reference.file()) return {};
+  if (reference.isNull()) return {};
   NSDictionary tags;
   for (const auto &[tag, texts] : reference.file()->properties())
     if (tags.count() < kMaximumTexts)

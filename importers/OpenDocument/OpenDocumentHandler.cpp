@@ -52,7 +52,6 @@ void OpenDocumentHandler::startElement(std::string_view name, const XMLAttribute
   } else if (name == "table" && isSpreadsheet_) {
     text().endLine();
     text().append(attributes.value("name").value_or(""));
-    text().endLine();
   } else if (name == "table-row") {
     text().endRow();
   } else if (paragraphs_ > 0 && name == "s") {
@@ -76,7 +75,7 @@ void OpenDocumentHandler::endElement(std::string_view name) {
     return endProperty(name);
   }
   if (isOneOf(name, {"p", "h"})) {
-    if (paragraphs_ > 0) --paragraphs_;
+    --paragraphs_;
     text().endLine();
   } else if (isOneOf(name, {"table-cell", "covered-table-cell"})) {
     text().endCell();

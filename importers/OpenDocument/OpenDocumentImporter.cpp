@@ -22,8 +22,6 @@ class ManifestHandler final : public XMLHandler {
   void startElement(std::string_view name, const XMLAttributes &) override {
     if (name == "encryption-data") isEncrypted_ = true;
   }
-  void endElement(std::string_view) override {}
-  void characters(std::string_view) override {}
 
  private:
   bool &isEncrypted_;

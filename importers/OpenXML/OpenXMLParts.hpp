@@ -38,8 +38,6 @@ enum class OpenXMLRole {
 class ContentTypesHandler final : public XMLHandler {
  public:
   void startElement(std::string_view name, const XMLAttributes &attributes) override;
-  void endElement(std::string_view) override {}
-  void characters(std::string_view) override {}
 
   /// What the part of this name is.
   OpenXMLRole role(const std::string &part) const;
@@ -58,8 +56,6 @@ class RelationshipsHandler final : public XMLHandler {
   RelationshipsHandler(const std::string &list, Relationships &relationships);
 
   void startElement(std::string_view name, const XMLAttributes &attributes) override;
-  void endElement(std::string_view) override {}
-  void characters(std::string_view) override {}
 
   /// The part whose list this is, "word/document.xml"; empty for the list of the whole document.
   static std::string partOfList(std::string_view list);
@@ -79,8 +75,6 @@ class OrderHandler final : public XMLHandler {
   };
 
   void startElement(std::string_view name, const XMLAttributes &attributes) override;
-  void endElement(std::string_view) override {}
-  void characters(std::string_view) override {}
 
   const std::vector<Item> &items() const noexcept { return items_; }
 

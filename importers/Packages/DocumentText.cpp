@@ -12,20 +12,21 @@ constexpr std::uint32_t kMaximumTabs = 64;
 
 }  // namespace
 
-void DocumentText::append(std::string_view text) {
-  if (text.empty() || budget_->isSpent()) return;
+template <class Text>
+void DocumentText::appendCounted(Text text) {
+  if (text.empty()) return;
   const std::uint32_t before = text_.length();
   separate();
   text_.append(text);
   text_.setLength(before + budget_->spendText(text_.length() - before));
 }
 
+void DocumentText::append(std::string_view text) {
+  appendCounted(text);
+}
+
 void DocumentText::append(std::u16string_view text) {
-  if (text.empty() || budget_->isSpent()) return;
-  const std::uint32_t before = text_.length();
-  separate();
-  text_.append(text);
-  text_.setLength(before + budget_->spendText(text_.length() - before));
+  appendCounted(text);
 }
 
 void DocumentText::endLine() noexcept {

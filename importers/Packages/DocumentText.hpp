@@ -35,6 +35,8 @@ class DocumentText {
   NSString string() &&;
 
  private:
+  template <class Text>
+  void appendCounted(Text text);
   void separate();
 
   DocumentBudget *budget_;

@@ -19,8 +19,7 @@ constexpr std::size_t kHeaderBytes = alignof(std::max_align_t);
 void *reallocate(void *block, std::size_t size) {
   auto *const old = block ? static_cast<std::byte *>(block) - kHeaderBytes : nullptr;
   const std::size_t oldSize = old ? *reinterpret_cast<std::size_t *>(old) : 0;
-  if (size > XMLStream::kMaximumMemoryBytes || heldBytes - oldSize + size > XMLStream::kMaximumMemoryBytes)
-    return nullptr;
+  if (size > XMLStream::kMaximumMemoryBytes - (heldBytes - oldSize)) return nullptr;
   auto *const made = static_cast<std::byte *>(std::realloc(old, size + kHeaderBytes));
   if (!made) return nullptr;
   heldBytes += size - oldSize;
@@ -120,16 +119,11 @@ XMLStream::~XMLStream() {
 bool XMLStream::read(std::string_view bytes) {
   if (XML_Parse(parser_, bytes.data(), static_cast<int>(bytes.size()), bytes.empty()) == XML_STATUS_OK)
     return true;
-  switch (XML_GetErrorCode(parser_)) {
-    case XML_ERROR_ABORTED:
-    case XML_ERROR_FINISHED:
-      break;
-    case XML_ERROR_NO_MEMORY:
-      budget_.fail(ErrorCode::memoryLimit, "the document's XML needs too much memory");
-      break;
-    default:
-      budget_.fail(ErrorCode::damaged, "a part of the document is damaged");
-  }
+  // Whoever stopped the parser has said why.
+  if (XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY)
+    budget_.fail(ErrorCode::memoryLimit, "the document's XML needs too much memory");
+  else
+    budget_.fail(ErrorCode::damaged, "a part of the document is damaged");
   return false;
 }
 

@@ -35,8 +35,8 @@ class XMLHandler {
   virtual ~XMLHandler() = default;
 
   virtual void startElement(std::string_view name, const XMLAttributes &attributes) = 0;
-  virtual void endElement(std::string_view name) = 0;
-  virtual void characters(std::string_view text) = 0;
+  virtual void endElement(std::string_view) {}
+  virtual void characters(std::string_view) {}
 };
 
 /// Reads XML piece by piece, in little memory however long and deep it is. XML that declares entities is read

@@ -159,7 +159,7 @@ TEST_F(QuiverleafHelperTest, ReadsSomePagesAndWithAPassword) {
       {"locked.pdf", {{u"Password"_ns, u"x"_ns}}, "the PDF is locked by another password"},
       {"locked.pdf", {{u"FirstPage"_ns, 2}}, "the PDF is locked; its text needs a password"},
       {"locked.pdf", {{u"Password"_ns, u"user"_ns}, {u"FirstPage"_ns, 2}}, "there is no page 2: the PDF has 1"},
-      {"columns.pdf", {{u"LastPage"_ns, 2}}, ""},
+      {"columns.pdf", {{u"FirstPage"_ns, 2}, {u"LastPage"_ns, 2}}, ""},
       {"columns.pdf", {{u"FirstPage"_ns, 3}}, "there is no page 3: the PDF has 2"},
       {"columns.pdf", {{u"LastPage"_ns, 3}}, "the PDF has no more than 2 pages"},
       {"columns.pdf", {{u"LastPage"_ns, INT32_MAX}}, "the PDF has no more than 2 pages"},
@@ -196,6 +196,10 @@ TEST_F(QuiverleafHelperTest, AsksTheImporterFirstUnlessGhostscriptMadeThePDF) {
   EXPECT_TRUE(text("columns.pdf", folder.write("no.importer", "x")).view().starts_with(u"A catalogue"));
   EXPECT_EQ(facts("metadata.pdf").objectForKey(u"Producer"_ns).string(), u"Ghostscript 9.99"_ns);
   EXPECT_EQ(text("metadata.pdf", path), NSString::string());
+  NSUserDefaults &defaults = NSUserDefaults::standardUserDefaults();
+  defaults.setObject(true, u"IgnoresPDFProducer"_ns);
+  EXPECT_EQ(text("metadata.pdf", path).view(), kImporterText);
+  defaults.removeObjectForKey(u"IgnoresPDFProducer"_ns);
 }
 
 TEST_F(QuiverleafHelperTest, WebArchivesAnswerWhatIsKnown) {

@@ -23,6 +23,7 @@ TEST_F(Importers, Image) {
       {u"kMDItemColorSpace"_ns, u"RGB"_ns},
       {u"kMDItemHasAlphaChannel"_ns, false},
       {u"kMDItemResolutionWidthDPI"_ns, 300.0},
+      {u"kMDItemResolutionHeightDPI"_ns, 300.0},
       {u"kMDItemProfileName"_ns, u"sRGB"_ns},
       {u"kMDItemAcquisitionMake"_ns, u"Fletcher Optical"_ns},
       {u"kMDItemAcquisitionModel"_ns, u"Quiver 25"_ns},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/importers/ShippedImporters.hpp"
+#include "tests/support/PDFSamples.hpp"
 
 namespace nimbo {
 namespace {
@@ -36,6 +37,13 @@ TEST_F(Importers, LockedPDF) {
                    {{u"kMDItemSecurityMethod"_ns, u"Password Encrypted"_ns}, {u"kMDItemNumberOfPages"_ns, 2}});
   EXPECT_FALSE(locked.objectForKey(u"kMDItemTextContent"_ns));
   EXPECT_FALSE(locked.objectForKey(u"kMDItemTitle"_ns));
+}
+
+TEST_F(Importers, PDFWithoutPages) {
+  expectAttributes(metaDataOf("none.pdf", samplePDF("no-pages.pdf").view()),
+                   {{u"kMDItemSecurityMethod"_ns, u"None"_ns},
+                    {u"kMDItemNumberOfPages"_ns, id()},
+                    {u"kMDItemPageWidth"_ns, id()}});
 }
 
 TEST_F(Importers, PagesAreMeasuredAsTheyAreShownAndFactsKeptApart) {

@@ -32,6 +32,10 @@ class Importers : public testing::Test {
     return metaData(folder.write(name, bytes));
   }
 
+  NSString textOf(const std::string &name, std::string_view bytes) const {
+    return metaDataOf(name, bytes).objectForKey(u"kMDItemTextContent"_ns).string();
+  }
+
   static void expectAttributes(const NSDictionary &found, const NSDictionary &wanted) {
     for (const auto &[name, value] : wanted) EXPECT_EQ(found.objectForKey(name), value) << name.UTF8String();
   }

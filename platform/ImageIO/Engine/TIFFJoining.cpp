@@ -18,7 +18,6 @@ static_assert(std::endian::native == std::endian::little, "libtiff writes in the
 constexpr std::size_t kOffsetOfFirstDirectory = 4;
 constexpr std::size_t kEntryLength = 12;
 constexpr std::uint16_t kStripOffsets = 273;
-constexpr std::uint16_t kTileOffsets = 324;
 
 /// The sizes of the types of values by their numbers.
 constexpr std::uint32_t kTypeSizes[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8};
@@ -48,7 +47,7 @@ bool moveEntry(std::vector<std::uint8_t> &bytes, std::size_t entry, std::size_t 
     add<std::uint32_t>(bytes, values, base);
     values = numberAt<std::uint32_t>(bytes, values);
   }
-  if (tag != kStripOffsets && tag != kTileOffsets) return true;
+  if (tag != kStripOffsets) return true;
   // Short ones would not hold what they become.
   if (size != 4) return base == 0;
   for (std::size_t i = 0; i < count; ++i) add<std::uint32_t>(bytes, values + i * size, base);

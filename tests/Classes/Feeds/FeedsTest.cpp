@@ -182,6 +182,7 @@ TEST(Feeds, HaveDatesAndLinks) {
   const NSURL url = NSURL::URLWithString(u"http://example.org/a/feed"_ns);
   const std::pair<const char *, const char *> cases[] = {
       {"/b", "http://example.org/b"},
+      {"/", "http://example.org/"},
       {"//example.com/b", "http://example.com/b"},
       {"b", "b"},
       {"HTTP://News.example.com/news/url?sa=T&amp;url=http://a.example/?b&amp;cid=0&amp;c",

@@ -91,16 +91,19 @@ TEST(PageFacts, MetaTagsOfOneNameAreJoined) {
   const NSString page =
       u"<meta http-equiv=Refresh content='5; url=a'><meta name=author content=b>"
       u"<meta name=dc.rights content=c><meta name=INDEXTITLE content=d>"
-      u"<meta name=date content=e><meta name=title content=f><meta name=x content=g>"_ns;
+      u"<meta name=date content=e><meta name=title content=f><meta name=x content=g>"
+      u"<meta name=dc.author content=h><meta name=copyright content=i><meta name=dc.date content=j>"
+      u"<meta name=dc.title content=k>"_ns;
   EXPECT_EQ(htmlMetaRefresh(page), u"5; url=a"_ns);
   EXPECT_EQ(htmlMetaHTTPEquiv(page, u"REFRESH"_ns), u"5; url=a"_ns);
-  EXPECT_EQ(htmlMetaAuthor(page), u"b"_ns);
-  EXPECT_EQ(htmlMetaCopyright(page), u"c"_ns);
+  EXPECT_EQ(htmlMetaAuthor(page), u"b h"_ns);
+  EXPECT_EQ(htmlMetaCopyright(page), u"c i"_ns);
   EXPECT_EQ(htmlMetaIndexTitle(page), u"d"_ns);
-  EXPECT_EQ(htmlMetaDate(page), u"e"_ns);
-  EXPECT_EQ(htmlMetaTitle(page), u"f"_ns);
+  EXPECT_EQ(htmlMetaDate(page), u"e j"_ns);
+  EXPECT_EQ(htmlMetaTitle(page), u"f k"_ns);
   EXPECT_EQ(htmlMetaAttributeWithName(page, u"X"_ns), u"g"_ns);
   EXPECT_FALSE(htmlMetaKeywords(page));
+  EXPECT_EQ(htmlMetaKeywords(u"<meta name=DC.Keywords content=a><meta name=keywords content=b>"_ns), u"a b"_ns);
   EXPECT_FALSE(htmlMetaAttributeWithName(page, NSString()));
   EXPECT_FALSE(htmlMetaHTTPEquiv(page, NSString()));
 }

@@ -81,7 +81,8 @@ TEST(CGPSConverter, ConvertsPagesAndPictures) {
   EXPECT_EQ(convert(picture("(atend)", figure + "%%BoundingBox: " + inner + "\n" + figure)),
             "1: " + box + ": picture");
   EXPECT_EQ(convert(picture("", "%%BoundingBox: " + inner + "\n")), "1: " + box + ": picture");
-  // A box without area is none.
+  // A box without area is none, nor is one whose numbers end early.
+  EXPECT_EQ(convert(picture("-9 -9 x", "")), "1: {612, 792}: picture");
   EXPECT_EQ(convert(picture("0 0 0 0", "")), "1: {612, 792}: picture");
 }
 

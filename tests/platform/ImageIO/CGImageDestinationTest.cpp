@@ -41,10 +41,10 @@ TEST(CGImageDestination, WritesWhatIsReadAgain) {
       const auto source = CGImageSource::sourceWithData(data, &error);
       ASSERT_TRUE(source) << c.type.UTF8String() << ": " << error.localizedFailureReason.UTF8String();
       EXPECT_EQ(source->type(), c.type);
-      if (c.keepsResolution) {
-        EXPECT_NEAR(source->properties().objectForKey(u"DPIWidth"_ns).real().value_or(0), 144, 0.5)
+      for (const NSString &name : {u"DPIWidth"_ns, u"DPIHeight"_ns})
+        EXPECT_NEAR(source->properties().objectForKey(name).real().value_or(0), c.keepsResolution ? 144 : 72,
+                    0.5)
             << c.type.UTF8String();
-      }
       const CGImage image = source->createImageAtIndex(0, {}, &error);
       EXPECT_EQ(image.width(), 67u) << c.type.UTF8String();
       EXPECT_EQ(image.height(), 149u) << c.type.UTF8String();

@@ -58,6 +58,7 @@ TEST(MadeImages, UndoesThePackingOfRowsInPhotoshop) {
       {"\7\x10\x80"s, {0x10, 0x80, 0, 0}},
       {"\x82\x70"s, {0x70, 0x70, 0x70, 0x70}},
       {"\1\x10\x80\xff"s, {0x10, 0x80, 0, 0}},
+      {std::string(100, '\x80') + "\xfd\x40", {0x40, 0x40, 0x40, 0x40}},
   };
   for (const auto &c : cases) {
     const std::string behind =

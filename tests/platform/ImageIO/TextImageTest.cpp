@@ -71,7 +71,9 @@ TEST(TextImage, SaysWhenThereIsNothing) {
     EXPECT_FALSE(imageWithText(text, size, 200, {}, &error)) << text.UTF8String() << size;
     EXPECT_TRUE(error);
   }
-  EXPECT_FALSE(imageWithText(u"abc"_ns, 14, 2, {}));
+  NSError error;
+  EXPECT_FALSE(imageWithText(u"abc"_ns, 14, 2, {}, &error));
+  EXPECT_EQ(error.errorCode(), ErrorCode::incomplete);
 }
 
 }  // namespace
