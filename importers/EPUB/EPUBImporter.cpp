@@ -34,9 +34,9 @@ class ContainerHandler final : public XMLHandler {
  public:
   explicit ContainerHandler(std::string &book) noexcept : book_(book) {}
 
-  /// Only files have a path; the first one counts.
-  void startElement(std::string_view, const XMLAttributes &attributes) override {
-    if (book_.empty()) book_ = Package::nameOfPart(attributes.value("full-path").value_or(""));
+  void startElement(std::string_view name, const XMLAttributes &attributes) override {
+    if (name == "rootfile" && book_.empty())
+      book_ = Package::nameOfPart(attributes.value("full-path").value_or(""));
   }
 
  private:

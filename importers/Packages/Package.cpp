@@ -90,7 +90,10 @@ Package::Package(const NSString &path, DocumentBudget &budget) : budget_(budget)
 
 bool Package::read(const std::function<PartReader(const std::string &)> &readerOf) {
   if (!file_ || budget_.isSpent()) return false;
-  ::lseek(file_.get(), 0, SEEK_SET);
+  if (::lseek(file_.get(), 0, SEEK_SET) != 0) {
+    budget_.fail(ErrorCode::unreadable, "the file cannot be read");
+    return false;
+  }
   const NamesInUTF8 names;
   const std::unique_ptr<struct archive, ReadFree> archive(archive_read_new());
   const auto source = std::make_unique<Source>(Source{file_.get(), budget_, {}});
