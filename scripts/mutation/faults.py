@@ -160,7 +160,7 @@ def statements(code):
         if is_call and before.rstrip().endswith((";", "{", "}", ")", "else", ":")):
             yield "dropped", start + len(line) - len(line.lstrip()), end, ";"
         is_pair = re.match(" *", line)[0] == re.match(" *", following)[0]
-        if is_pair and before.rstrip().endswith((";", "{", "}")):
+        if is_pair and ".reserve(" not in line + following and before.rstrip().endswith((";", "{", "}")):
             kinds = [bool(CALL.match(one)) + 2 * bool(ASSIGNMENT.match(one)) for one in (line, following)]
             if all(kinds) and 1 in kinds and are_ordered(line, following):
                 yield "swapped", start, end + 1 + len(following), None

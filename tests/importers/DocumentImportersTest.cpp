@@ -415,6 +415,7 @@ TEST_F(Importers, PropertiesOfDocuments) {
     const NSDictionary found = metaDataOf(name, bytes);
     expectAttributes(found, attributes);
     EXPECT_EQ(found.objectForKey(u"kMDItemTextContent"_ns), id(u"Blatt"_ns));
+    EXPECT_EQ(found.allKeys().back(), u"kMDItemTextContent"_ns) << "the longest last";
   }
 }
 

@@ -27,6 +27,9 @@ TEST_F(Importers, PDF) {
   for (const std::u16string_view part :
        {u"affidavits", u"certificates", u"inefficient", u"what the fire spared"})
     EXPECT_TRUE(contains(text, part)) << NSString::stringWithCharacters(part).UTF8String();
+  // Pages end with a line feed of their own behind that of their last line.
+  EXPECT_FALSE(text.view().starts_with(u'\n'));
+  EXPECT_TRUE(text.view().ends_with(u"\n\n"));
 
   EXPECT_TRUE(metaDataOfExample("leaflet").objectForKey(u"kMDItemTextContent"_ns));
 }

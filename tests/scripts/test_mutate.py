@@ -31,6 +31,7 @@ KINDS = (
     ("swapped", "::f(&a);\n  f_g(b, a);", {"f_g(b, a);\n  ::f(&a);"}),
     ("swapped", "::f(a);\n  errno = b;", {"errno = b;\n  ::f(a);"}),
     ("swapped", "f_g();\n  h_g();", {"h_g();\n  f_g();"}),
+    ("swapped", "a.reserve(8);\n  f(a);", set()),
     ("swapped", "a.setX(b);\n  a.set(c);", set()),
     ("constant", "struct A { bool a = false, b = true; int c = 0; };", {"struct A { bool a = false, b = false; int c = 0; };"}),
     ("off by one", "for (int i = 0; a;) b;", {"for (int i = 1; a;) b;"}),

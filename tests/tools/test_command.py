@@ -155,8 +155,9 @@ class CommandTest(CommandTestCase):
                 self.assertEqual((done.returncode, done.stdout.decode(), done.stderr), (0, expected + "\n", b""))
         done = self.run_command("strip", "-", input="<meta charset=koi8-r>\u041f".encode("koi8-r"))
         self.assertEqual(done.stdout.decode(), " \u041f\n")
-        done = self.run_command("strip", "page.html", "--except", "h1", "div")
-        self.assertEqual(done.stdout.decode(), "<h1>caf\u00e9</h1>\n<div>e</div>\n\n")
+        for option, stripped in ("--except", "<h1>caf\u00e9</h1>\n<div>e</div>\n"), ("--bodies", page[page.index("<p") : page.index("<div>")]):
+            done = self.run_command("strip", "page.html", option, "h1", "div")
+            self.assertEqual(done.stdout.decode(), stripped + "\n")
         self.assert_fails(1, "'h1' is too much for strip", "strip", "page.html", "--tag=div", "h1")
         self.assert_fails(3, "page.html: has no such element", "strip", "--except", "td", "page.html")
         self.assert_fails(7, "missing: there is no such file", "strip", "missing")

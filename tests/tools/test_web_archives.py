@@ -15,7 +15,7 @@ PAGE = """<!DOCTYPE html><title>Page</title><link rel="alternate STYLESHEET" hre
 <img src=sub%20dir/e.png#x srcset="f.png 1x, g.jpg, http://example.org/h.png 2x"><img src="data:image/gif;base64,R0">
 <picture><source srcset="caf\u00e9.webp 100w"></picture><input type=IMAGE src=what%3Fnow.png><video poster=poster.avif></video>
 <iframe name="a &amp; b" src=frame.html></iframe><iframe src=page.html></iframe><script src=code.js></script>
-<svg><image href=badge.png /></svg><link rel="shortcut ICON" href=icon.ico>"""
+<svg><image href=badge.png /></svg></td background=code.js><!-- style="background:url(code.js)" --><link rel="shortcut ICON" href=icon.ico>"""
 FILES = {
     "badge.png": "image b",
     "icon.ico": "image i",

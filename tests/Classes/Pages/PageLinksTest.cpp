@@ -162,7 +162,8 @@ TEST(LinkThumbsAndTitles, AreThoseOfTheLinks) {
   const NSURL base = NSURL::URLWithString(u"http://e.org/p/q"_ns);
   const NSString page =
       u"<link rel='shortcut icon' href=i.ico><a href=a.html title='A tooltip'>An &amp;\n <b>article</b>"
-      u"<img src=a.jpg alt=x><img src=b.png></a> no title <a href=b.html><img src=c.svg alt='The image'></a>"
+      u"<img src=a.jpg alt=x><img src=b.png></a> no title <img alt=No><a href=b.html><img src=c.svg alt='The "
+      u"image'></a>"
       u"<a href=a.html>More</a><a href=\"javascript:open('c.html')\" title=C><table background='d.gif?1'></a>"
       u"<a href='#t'>here</a><a href=d.html>***</a>"_ns;
   getLinkThumbs(page, &thumbs, &titles, base, false);

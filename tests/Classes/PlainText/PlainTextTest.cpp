@@ -52,6 +52,7 @@ TEST(PlainText, BreaksByTags) {
                       {"a<img src=b.png>c<meter>d</meter>e<datalist><option>f</datalist>g", "a c d e g"},
                       {"a<SPAN style='DISPLAY: Block'>b<span>c</span>d</SPAN>e<i style='display:inline'>f</i>g",
                        "a\nbcd\nefg"},
+                      {"a<span class=\"abc\" style=display:flex>b</span>c", "a\nb\nc"},
                       {"<b style=display:flex>a<i style='display:grid'>b</i><s>c</b>d<body>e", "a\nb\nc\nde"},
                       {"<p style='display:block'>a</p><li style='display:table'>b</li>c", "\n\na\n\n\nb\nc"},
                       {"a<b data-style='display:block'>b</b>c<img style='display:block' src=x>d", "abc d"},

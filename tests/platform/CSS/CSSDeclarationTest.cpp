@@ -23,6 +23,7 @@ TEST(CSSDeclaration, DropsWhatIsInvalidAndGoesOn) {
   for (const Case &test : std::initializer_list<Case>{
            {"", ""},
            {"color:red", "color: #ff0000"},
+           {"foo color:red", ""},
            {"COLOR : RED ! Important ; float:left", "color: #ff0000 !; float: left"},
            {"color:red!", ""},
            {"color:red!\\69mportant", "color: #ff0000 !"},

@@ -103,6 +103,18 @@ TEST(ImageDecoding, ShowsTheSamePictureOfEveryFormat) {
   }
 }
 
+TEST(ImageDecoding, DrawsDrawingsAtTheSizeThatIsWanted) {
+  // Two areas meet in the middle of a pixel at half the size: half of what each leaves is left.
+  const CGImage small =
+      thumbnail(dataWithBytes("<svg xmlns='http://www.w3.org/2000/svg' width='32' height='32'>"
+                              "<rect width='15' height='32'/><rect x='15' width='17' "
+                              "height='32'/></svg>"),
+                kThumbnail);
+  ASSERT_EQ(small.width(), 16u);
+  EXPECT_EQ(pixelAt(small, 6, 8).alpha, 255);
+  EXPECT_NEAR(pixelAt(small, 7, 8).alpha, 191, 8);
+}
+
 TEST(ImageDecoding, ReadsFilesAsItReadsData) {
   const TemporaryFolder folder;
   for (const char *name : {"plain.dng", "plain.qoi", "icon.ico", "plain.svg", "plain.psd"}) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <variant>
 
@@ -80,6 +81,21 @@ TEST_F(ConnectionMessageTest, AReplyIsWholeOrNone) {
   // What has neither name is of a later version.
   ASSERT_TRUE(read({{u"News"_ns, 1}}, &answer));
   EXPECT_TRUE(std::holds_alternative<std::monostate>(answer));
+}
+
+TEST_F(ConnectionMessageTest, MessagesAreAtMostAsLongAsTheyMayBe) {
+  const auto encoded = [](std::size_t length, NSError *error) {
+    // Nobody touches these bytes, which take no memory.
+    const NSData data = NSData::dataWithMallocedBytes(std::calloc(length, 1), length);
+    return lengthOfPieces(encodeMessage(ConnectionRequest{1, u"a:"_ns, {{u"a"_ns, data}}}, error));
+  };
+  constexpr std::size_t kNearly = kMaximumMessageBytes - 1000;
+  NSError error;
+  const std::size_t longest = kMaximumMessageBytes - (encoded(kNearly, &error) - kMessageLengthBytes - kNearly);
+  EXPECT_EQ(encoded(longest, &error), kMaximumMessageBytes + kMessageLengthBytes);
+  EXPECT_FALSE(error);
+  EXPECT_EQ(encoded(longest + 1, &error), 0u);
+  EXPECT_EQ(error.errorCode(), ErrorCode::tooLarge);
 }
 
 TEST_F(ConnectionMessageTest, ObjectsDoNotCross) {
