@@ -1,15 +1,19 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Choices that are the same with every Python, and words."""
+"""Choices that are the same with every Python, and words.
+
+Of all methods of random.Random this module calls the only one whose answers are promised to stay.
+"""
 
 import random
 
 RANDOM = random.Random()
 
 WORDS = "leaf quiver arrow 42 Größe œuvre 銀杏 שלום ﬁne naïve A.B. x e.g. UPPER İstanbul straße".split()
+ENTITIES = ["&amp;", "&nbsp;", "&eacute;x", "&#x201c;q&#8221;", "&lt;t>", "&#150;", "&notanentity;", "&shy;"]
 
 
 def number(least, most):
-    """A number in these bounds, from the one method whose answers stay."""
+    """One of these bounds, or between them."""
     return least + int(RANDOM.random() * (most - least + 1))
 
 
@@ -27,5 +31,5 @@ def chance(share):
 
 
 def words(most=5):
-    made = pick(["", " ", "\n"]) + " ".join(pick(WORDS) for _ in range(number(1, most))) + pick(["", " ", "\n  ", ". "])
-    return made + (pick(["&amp;", "&nbsp;", "&eacute;x", "&#x201c;q&#8221;", "&lt;t>", "&#150;", "&notanentity;", "&shy;"]) if chance(0.2) else "")
+    made = pick(["", " ", "\n"]) + " ".join(several(WORDS, number(1, most))) + pick(["", " ", "\n  ", ". "])
+    return made + (pick(ENTITIES) if chance(0.2) else "")
