@@ -17,7 +17,7 @@ double secondsFromText(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
   if (error != std::errc() || end != text.data() + text.size() || !(seconds > 0) ||
       seconds > kMaximumTimeoutSeconds)
-    throw UsageError("'" + std::string(text) + "' is no number of seconds between 0 and " +
+    throw UsageError("'" + std::string(text) + "' is no number of seconds above 0 and up to " +
                      std::to_string(static_cast<int>(kMaximumTimeoutSeconds)));
   return seconds;
 }

@@ -34,7 +34,9 @@ bool beginsAsText(const std::string &path) {
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   char head[kHeadBytes];
   const ssize_t count = file ? ::read(file.get(), head, sizeof head) : 0;
-  const std::string_view bytes(head, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  std::string_view bytes(head, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  // A text may be filled up with zeros at its end.
+  if (bytes.size() < kHeadBytes) bytes = bytes.substr(0, bytes.find_last_not_of('\0') + 1);
   const auto isOfText = [&](char c) {
     return static_cast<unsigned char>(c) >= ' ' || kControlsOfText.find(c) != kControlsOfText.npos;
   };
@@ -80,6 +82,8 @@ std::vector<TypedPath> RegularInput::readings() {
   const std::unique_ptr<char, decltype(&std::free)> target(::realpath(file->c_str(), nullptr), &std::free);
   if (!target || ::symlink(target.get(), link.fileSystemRepresentation()->c_str()) != 0) return {byName};
   const TypedPath byContent{link, typeOfPath(link)};
+  if (isText && byName.type == u"public.data"_ns && byContent.type == byName.type)
+    return {{path_, u"public.plain-text"_ns}};
   if (byContent.type == byName.type || byContent.type == u"public.folder"_ns) return {byName};
   if (isText) return {byName, byContent};
   if (isReadHere(byName.type))

@@ -30,8 +30,8 @@ void OpenDocumentHandler::startElement(std::string_view name, const XMLAttribute
   ++depth_;
   if (skippedDepth_ > 0) return;
   if (propertiesDepth_ > 0) return startProperty(name, attributes);
-  if (isOneOf(name, {"tracked-changes", "forms", "scripts", "binary-data", "note-citation", "ruby-text",
-                     "title", "desc", "event-listeners", "page-number"}) ||
+  if (isOneOf(name, {"tracked-changes", "forms", "scripts", "script", "binary-data", "note-citation",
+                     "ruby-text", "title", "desc", "event-listeners", "page-number"}) ||
       (commentDepth_ > 0 && isOneOf(name, {"creator", "date", "date-string", "sender-initials"}))) {
     skippedDepth_ = depth_;
   } else if (name == "meta") {

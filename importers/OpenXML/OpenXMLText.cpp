@@ -40,10 +40,10 @@ void appendUpTo(std::size_t maximumBytes, std::string &value, std::string_view t
 void OpenXMLTextHandler::startElement(std::string_view name, const XMLAttributes &) {
   ++depth_;
   if (skippedDepth_ > 0 || textDepth_ > 0) return;
-  // "Fallback" repeats the drawing beside it, "moveFrom" the text at its new place, and "rt" tells how text is
-  // pronounced. Properties of paragraphs have the places of tabs, and a field on a slide is its number or the
-  // date.
-  if (isOneOf(name, {"Fallback", "moveFrom", "rt", "pPr", "fld"}))
+  // "Fallback" repeats the drawing beside it, "moveFrom" the text at its new place, "del" holds what was taken
+  // out, and "rt" tells how text is pronounced. Properties of paragraphs have the places of tabs, and a field
+  // on a slide is its number or the date.
+  if (isOneOf(name, {"Fallback", "moveFrom", "del", "rt", "pPr", "fld"}))
     skippedDepth_ = depth_;
   else if (isOneOf(name, {"t", "text"}) || (name == "v" && chartTextDepth_ > 0))
     textDepth_ = depth_;

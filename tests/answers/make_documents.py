@@ -10,10 +10,11 @@ from makers.feeds import feed, json_feed
 from makers.packages import open_document, open_xml
 from makers.pages import page
 from makers.rich_text import rtf
-from makers.strings import date, encoded, url
+from makers.strings import date, encoded, header_date, url
 
 MAKERS = {"html": page, "rtf": rtf, "xml": feed, "json": json_feed, "docx": open_xml, "odt": open_document, "htm": encoded,
-          "dates": lambda: "".join(date() + "\n" for _ in range(200)), "urls": lambda: "".join(url() + "\n" for _ in range(100))}  # fmt: skip
+          "dates": lambda: "".join(date() + "\n" for _ in range(200)),
+          "header-dates": lambda: "".join(header_date() + "\n" for _ in range(60)), "urls": lambda: "".join(url() + "\n" for _ in range(100))}  # fmt: skip
 
 extension, seed, count = sys.argv[1:]
 RANDOM.seed(f"{extension} {seed}")

@@ -20,10 +20,16 @@ HERE = pathlib.Path(__file__).resolve().parent
 
 
 class AnswersTest(CommandTestCase):
-    def answer_of(self, command):
+    def setUp(self):
+        super().setUp()
+        for name in ("DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE"):
+            self.environment.pop(name, None)
         places = f"{HERE}:{pathlib.Path(COMMAND).parent}:{self.environment['PATH']}"
-        environment = {**self.environment, "PATH": places, "TZ": "Europe/Berlin", "LC_ALL": "C.UTF-8", "PYTHONDONTWRITEBYTECODE": "1"}
-        done = subprocess.run(["sh", "-c", command], cwd=self.folder, env=environment, capture_output=True, timeout=280, check=False)
+        self.environment.update(PATH=places, TZ="CET-1CEST,M3.5.0,M10.5.0/3", LC_ALL="C.UTF-8", PYTHONDONTWRITEBYTECODE="1",
+                                QUIVERLEAF_DEFAULTS=str(self.folder / "defaults.plist"))  # fmt: skip
+
+    def answer_of(self, command):
+        done = subprocess.run(["sh", "-c", command], cwd=self.folder, env=self.environment, capture_output=True, timeout=280, check=False)
         said = done.stderr.replace(bytes(self.folder), b"HERE")
         return b"".join([done.stdout, *(b"! " + line for line in said.splitlines(keepends=True))])
 

@@ -120,8 +120,9 @@ TEST_F(Importers, PartsOfDocuments) {
   constexpr const char *kDocument = "wordprocessingml.document.main";
   const std::string chapter = "<html><body><p>Second</p></body></html>";
   std::string gone, headers;
-  for (const std::string name : {"tracked-changes", "forms", "scripts", "binary-data", "note-citation",
-                                 "ruby-text", "title", "desc", "event-listeners", "page-number"})
+  for (const std::string name :
+       {"tracked-changes", "forms", "scripts", "script", "binary-data", "note-citation", "ruby-text", "title",
+        "desc", "event-listeners", "page-number"})
     gone += "<" + name + "><p>gone</p></" + name + ">";
   int number = 0;
   for (const std::string name :
@@ -191,7 +192,7 @@ TEST_F(Importers, PartsOfDocuments) {
              "<d><p><pPr><tab/><t>gone</t></pPr>out<r><t>a</t><tab/><t>b<t/></t><ptab/><t>c</t><br/"
              "><t>d</t><cr/>"
              "<t>e</t></r><Fallback><p><t>gone</t></p><tr/></Fallback><moveFrom><t>gone</t></"
-             "moveFrom><ruby><rt><t>gone</t></rt>"
+             "moveFrom><del><t>gone</t><tab/></del><ruby><rt><t>gone</t></rt>"
              "<t>f</t></ruby><fld><t>gone</t></fld></p><tr><tc><p><t>g</t></p></tc><tc><p><t>h</"
              "t></p></tc></tr>"
              "<tr><tc><p/></tc><tc><p><t>i</t></p></tc></tr><v>gone</v><text>j</text><text>k</text></d>"}}),

@@ -334,7 +334,11 @@ void RTFReader::endPendingBytes() {
 void RTFReader::appendUnits(std::u16string_view units) {
   endPendingBytes();
   if (!isBody()) return takeNameUnits(units);
-  if (group_.characters.isHidden || units.empty()) return;
+  if (units.empty()) return;
+  if (group_.characters.isHidden) {
+    isGraphicPending_ = false;
+    return;
+  }
   if (isGraphicPending_) {
     appendAttachment(pendingGraphic_);
     units.remove_prefix(1);

@@ -15,6 +15,8 @@ namespace {
 constexpr std::int32_t kAlphaParts = 100'000;
 constexpr std::int32_t kSymbolCharacterSet = 2;
 constexpr std::int32_t kWesternCharacterSet = 0;
+/// The paper of a document that names one side of it only.
+constexpr NSSize kStandardPaper = {612, 792};
 
 /// The character that a word stands for; 0 when it stands for none.
 char16_t characterOf(RTFWord word) {
@@ -309,6 +311,12 @@ bool RTFReader::takeDestination(RTFWord word) {
     case RTFWord::footerl_:
     case RTFWord::footerr_:
     case RTFWord::footerf_:
+    case RTFWord::ftnsep_:
+    case RTFWord::ftnsepc_:
+    case RTFWord::ftncn_:
+    case RTFWord::aftnsep_:
+    case RTFWord::aftnsepc_:
+    case RTFWord::aftncn_:
     case RTFWord::nonesttables_:
     case RTFWord::xe_:
     case RTFWord::tc_:
@@ -345,10 +353,10 @@ bool RTFReader::takeDocumentWord(RTFWord word, Parameter parameter) {
       defaultFontNumber_ = number;
       return true;
     case RTFWord::paperw_:
-      document_.paperSize = NSSize{points, document_.paperSize.value_or(NSSize()).height};
+      document_.paperSize = NSSize{points, document_.paperSize.value_or(kStandardPaper).height};
       return true;
     case RTFWord::paperh_:
-      document_.paperSize = NSSize{document_.paperSize.value_or(NSSize()).width, points};
+      document_.paperSize = NSSize{document_.paperSize.value_or(kStandardPaper).width, points};
       return true;
     case RTFWord::margl_:
       document_.leftMargin = points;
@@ -532,7 +540,7 @@ void RTFReader::endPicture() {
   const NSTextAttachment attachment = picture_.attachment(pictures_ + 1);
   const std::size_t length = picture_.length();
   picture_ = RTFPicture();
-  if (!attachment) return;
+  if (!attachment || group_.characters.isHidden) return;
   ++pictures_;
   pictureBytesLeft_ -= std::min(pictureBytesLeft_, length);
   appendAttachment(attachment);

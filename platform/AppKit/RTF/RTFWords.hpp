@@ -57,6 +57,7 @@ namespace nimbo {
   WORD(sn) WORD(sv) WORD(object) WORD(objdata) WORD(result) WORD(NeXTGraphic) WORD(width) WORD(height) \
   WORD(alttext) WORD(stylesheet) WORD(filetbl) WORD(header) WORD(headerl) WORD(headerr) WORD(headerf) \
   WORD(footer) WORD(footerl) WORD(footerr) WORD(footerf) WORD(footnote) WORD(nesttableprops) \
+  WORD(ftnsep) WORD(ftnsepc) WORD(ftncn) WORD(aftnsep) WORD(aftnsepc) WORD(aftncn) \
   WORD(nonesttables) WORD(upr) WORD(ud) WORD(xe) WORD(tc) WORD(private1) WORD(do) WORD(docvar)
 // clang-format on
 

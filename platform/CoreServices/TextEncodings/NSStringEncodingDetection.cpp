@@ -310,10 +310,18 @@ DetectedString stringWithKoreanShifts(std::string_view bytes, bool isCut) {
   return isTooMuch(static_cast<std::size_t>(controls), korean.string.length()) ? DetectedString{} : korean;
 }
 
+/// Without the zero bytes that fill up text of one byte a character at its end. That of a line's end is not one
+/// of them: UTF-16 of a script without spaces has no other.
+std::string_view withoutPadding(std::string_view bytes) {
+  using namespace std::literals;
+  if (bytes.size() % 2 == 0 && bytes.ends_with("\n\0"sv)) return bytes;
+  return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+}
+
 /// UTF-16 and UTF-32 without a mark.
 DetectedString stringWithZeroPattern(std::string_view bytes, bool isCut) {
   const std::string_view sample = bytes.substr(0, kSampleLengthInBytes);
-  if (sample.find('\0') == sample.npos) return {};
+  if (withoutPadding(sample).find('\0') == sample.npos) return {};
   std::array<std::size_t, 4> zeros{};
   for (std::size_t i = 0; i < sample.size(); ++i) zeros[i % 4] += sample[i] == 0;
   const std::size_t even = zeros[0] + zeros[2];
@@ -351,7 +359,9 @@ DetectedString stringWithDetectedEncoding(std::string_view bytes, Flag isCut) {
   const std::size_t escape = bytes.find('\x1b');
   if (escape != bytes.npos)
     if (DetectedString korean = stringWithKoreanShifts(bytes, isCut); korean.string) return korean;
-  if (isTooMuch(countStrayControls(bytes), bytes.size())) return {};
+  const std::string_view unpadded = withoutPadding(bytes);
+  if (unpadded.empty() && !bytes.empty()) return {};
+  if (isTooMuch(countStrayControls(unpadded), unpadded.size())) return {};
   if (NSString string = NSString::stringWithUTF8String(bytes)) {
     const bool isASCII = string.length() == bytes.size();
     // ISO-2022 hides its characters behind escape sequences.

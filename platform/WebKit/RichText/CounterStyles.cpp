@@ -41,6 +41,20 @@ constexpr Additive kHebrew[] = {{400, u"ת"}, {300, u"ש"}, {200, u"ר"}, {100, 
                                 {6, u"ו"},   {5, u"ה"},   {4, u"ד"},   {3, u"ג"},   {2, u"ב"},  {1, u"א"}};
 constexpr std::int32_t kLargestHebrew = 999;
 
+/// The letters of 1 to 9, 10 to 90 and so on follow each other.
+constexpr char16_t kArmenianCapital = 0x531;
+constexpr char16_t kArmenianSmall = 0x561;
+constexpr std::int32_t kLargestArmenian = 9999;
+
+constexpr Additive kGeorgian[] = {
+    {10000, u"ჵ"}, {9000, u"ჰ"}, {8000, u"ჯ"}, {7000, u"ჴ"}, {6000, u"ხ"}, {5000, u"ჭ"}, {4000, u"წ"},
+    {3000, u"ძ"},  {2000, u"ც"}, {1000, u"ჩ"}, {900, u"შ"},  {800, u"ყ"},  {700, u"ღ"},  {600, u"ქ"},
+    {500, u"ფ"},   {400, u"ჳ"},  {300, u"ტ"},  {200, u"ს"},  {100, u"რ"},  {90, u"ჟ"},   {80, u"პ"},
+    {70, u"ო"},    {60, u"ჲ"},   {50, u"ნ"},   {40, u"მ"},   {30, u"ლ"},   {20, u"კ"},   {10, u"ი"},
+    {9, u"თ"},     {8, u"ჱ"},    {7, u"ზ"},    {6, u"ვ"},    {5, u"ე"},    {4, u"დ"},    {3, u"გ"},
+    {2, u"ბ"},     {1, u"ა"}};
+constexpr std::int32_t kLargestGeorgian = 19999;
+
 std::u16string decimal(std::int32_t number, char16_t zero) {
   std::u16string text;
   for (std::int64_t rest = std::abs(std::int64_t{number}); rest > 0 || text.empty(); rest /= 10)
@@ -66,6 +80,15 @@ std::u16string additive(std::int32_t number, std::span<const Additive> parts) {
   return text;
 }
 
+std::u16string armenian(std::int32_t number, char16_t first) {
+  std::u16string text;
+  for (std::int32_t place = 0; number > 0; number /= 10, ++place)
+    if (const std::int32_t digit = number % 10; digit > 0)
+      text += static_cast<char16_t>(first + 9 * place + digit - 1);
+  std::ranges::reverse(text);
+  return text;
+}
+
 std::u16string latin(std::int32_t number, char16_t first) {
   return letters(number, 26, [=](std::int32_t i) { return static_cast<char16_t>(first + i); });
 }
@@ -79,6 +102,10 @@ std::u16string roman(std::int32_t number, bool isUpper) {
 
 std::u16string ofIdentifier(std::int32_t number, std::u16string_view name) {
   if (name == u"hebrew" && number > 0 && number <= kLargestHebrew) return additive(number, kHebrew);
+  if (name == u"georgian" && number > 0 && number <= kLargestGeorgian) return additive(number, kGeorgian);
+  if (const bool isSmall = name == u"lower-armenian";
+      (isSmall || name == u"armenian" || name == u"upper-armenian") && number > 0 && number <= kLargestArmenian)
+    return armenian(number, isSmall ? kArmenianSmall : kArmenianCapital);
   const auto *const digits = std::ranges::find(kDigits, name, [](const auto &style) { return style.name; });
   return decimal(number, digits == std::end(kDigits) ? u'0' : digits->zero);
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "platform/WebKit/RichText/ListMarkers.hpp"
 
+#include <algorithm>
+
+#include "platform/WebKit/RichText/CSSTexts.hpp"
 #include "platform/WebKit/RichText/CounterStyles.hpp"
 #include "platform/WebKit/RichText/Numbers.hpp"
 
@@ -20,6 +23,12 @@ std::int32_t countItems(const HTMLDocument &document, const HTMLNode &list) {
   return count;
 }
 
+/// Whether a style sheet says itself how far items count.
+bool namesItems(const CSSValue &increments) {
+  return std::ranges::any_of(valuesOf(increments),
+                             [](const CSSValue &value) { return nameOf(value) == kListItemCounter; });
+}
+
 }  // namespace
 
 void ListMarkers::begin(const HTMLDocument &document, const HTMLNode &list, std::uint32_t depth,
@@ -34,11 +43,12 @@ void ListMarkers::begin(const HTMLDocument &document, const HTMLNode &list, std:
   counters->increment(kListItemCounter, isReversed ? 1 : -1, depth);
 }
 
-void ListMarkers::enter(const HTMLDocument &document, const HTMLNode &element, bool isItem, std::uint32_t depth,
-                        Counters *counters) {
+void ListMarkers::enter(const HTMLDocument &document, const HTMLNode &element, const ComputedStyle &style,
+                        std::uint32_t depth, Counters *counters) {
   if (isList(element)) begin(document, element, depth, counters);
-  if (!isItem) return;
-  counters->increment(kListItemCounter, lists_.back().isReversed ? -1 : 1, depth);
+  if (style.display != CSSKeyword::kListItem) return;
+  if (!namesItems(style.counterIncrement))
+    counters->increment(kListItemCounter, lists_.back().isReversed ? -1 : 1, depth);
   if (!element.isHTML("li"_atom)) return;
   if (const auto value = integerOfAttribute(document.attribute(element, "value"_atom)))
     counters->set(kListItemCounter, *value, depth);

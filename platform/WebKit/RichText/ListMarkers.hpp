@@ -9,6 +9,7 @@
 #include "platform/AppKit/NSParagraphStyle.hpp"
 #include "platform/WebKit/HTMLDocument.hpp"
 #include "platform/WebKit/RichText/Counters.hpp"
+#include "platform/WebKit/Style/ComputedStyle.hpp"
 
 namespace nimbo::detail {
 
@@ -17,8 +18,8 @@ class ListMarkers {
  public:
   /// Does to the counter of items what a list or item asks for with its attributes, behind what style sheets
   /// ask for.
-  void enter(const HTMLDocument &document, const HTMLNode &element, bool isItem, std::uint32_t depth,
-             Counters *counters);
+  void enter(const HTMLDocument &document, const HTMLNode &element, const ComputedStyle &style,
+             std::uint32_t depth, Counters *counters);
   /// Ends what the element at `depth` began.
   void leave(std::uint32_t depth);
 

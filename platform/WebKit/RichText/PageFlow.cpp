@@ -67,12 +67,16 @@ void PageFlow::flowSiblings(SiblingRange range) {
 
 HTMLNodeIndex PageFlow::flowNode(HTMLNodeIndex index, HTMLNodeIndex end) {
   const HTMLNode &node = document_.node(index);
-  const bool isItem = makesItems(top().style.display);
   if (node.kind == HTMLNodeKind::text) {
+    const CSSKeyword outer = top().style.display;
     const std::u16string_view text = document_.text(node);
-    if (isItem) paragraphs_.endParagraph();
+    const bool isItem = makesItems(outer);
+    // The only item of a box in a line is in that line.
+    const bool isApart = isItem && !(isInlineBlock(outer) && document_.node(node.parent).firstChild == index &&
+                                     node.nextSibling == kNoHTMLNode);
+    if (isApart) paragraphs_.endParagraph();
     if (top().showsText && !(isItem && isBlank(text))) addText(text);
-    if (isItem) paragraphs_.endParagraph();
+    if (isApart) paragraphs_.endParagraph();
   } else if (node.isElement()) {
     styles_.push(index);
     const CSSKeyword display = displayOf(top());
@@ -103,8 +107,7 @@ void PageFlow::enterCounters() {
   if (style.counterReset || style.counterIncrement || style.counterSet)
     counters_.apply(style.counterReset, style.counterIncrement, style.counterSet, depth());
   if (level.node != kNoHTMLNode)
-    lists_.enter(document_, document_.node(level.node), style.display == CSSKeyword::kListItem, depth(),
-                 &counters_);
+    lists_.enter(document_, document_.node(level.node), style, depth(), &counters_);
 }
 
 void PageFlow::leaveElement() {

@@ -54,13 +54,17 @@ CSSValue alignmentInLine(std::u16string_view value) {
   return {};
 }
 
-/// The style of a list's numbers; case counts for letters.
-CSSValue listStyle(std::u16string_view value) {
+/// How items are numbered; case counts for letters.
+CSSValue numberStyle(std::u16string_view value) {
   if (value == u"1") return CSSKeyword::kDecimal;
   if (value == u"a") return CSSKeyword::kLowerAlpha;
   if (value == u"A") return CSSKeyword::kUpperAlpha;
   if (value == u"i") return CSSKeyword::kLowerRoman;
   if (value == u"I") return CSSKeyword::kUpperRoman;
+  return {};
+}
+
+CSSValue bulletStyle(std::u16string_view value) {
   if (equalsASCIINoCase(value, "none")) return CSSKeyword::kNone;
   if (equalsASCIINoCase(value, "disc")) return CSSKeyword::kDisc;
   if (equalsASCIINoCase(value, "circle")) return CSSKeyword::kCircle;
@@ -192,8 +196,8 @@ void PresentationalHints::appendOfAttribute(const HTMLNode &element, HTMLAtom na
   } else if (name == "height"_atom) {
     if (hasWidth(type) || isTablePart(type)) hints.set(CSSProperty::kHeight, legacyDimension(value));
   } else if (name == "type"_atom) {
-    if (type == "ul"_atom || type == "ol"_atom || type == "li"_atom)
-      hints.set(CSSProperty::kListStyleType, listStyle(value));
+    if (type == "ol"_atom || type == "li"_atom) hints.set(CSSProperty::kListStyleType, numberStyle(value));
+    if (type == "ul"_atom || type == "li"_atom) hints.set(CSSProperty::kListStyleType, bulletStyle(value));
   } else if (name == "hspace"_atom) {
     if (isReplaced(type))
       hints.set({CSSProperty::kMarginLeft, CSSProperty::kMarginRight}, legacyDimension(value));

@@ -26,9 +26,17 @@ def date():
     made = pick([
         f"{day} {name} {year} {clock} {zone}", f"{year}-{month:02}-{day:02}T{clock}{zone}", f"{month}/{day}/{year} {clock}", f"{day}.{month}.{year}",
         f"{pick(['Sun', 'Tuesday', 'Do', 'lun.'])}, {day}-{name}-{year % 100:02} {clock} {zone}", f"{year}{month:02}{day:02}", f"{name} {day}, {year}",
-        f"{year}-W{month:02}-{day % 8}", f"{year}-{day * 10:03}", f"{name} {year}", f"Thu {name} {day} {clock} {zone} {year}", f"{clock} {day}/{month}/{year}",
+        f"{year}-W{month:02}-{day % 8}", f"{year}-{day * 10:03}", f"{name} {year}", f"Thu {name} {day} {clock} {pick(ZONES[:-1])} {year}", f"{clock} {day}/{month}/{year}",
     ])  # fmt: skip
     return made.strip()
+
+
+def header_date():
+    """In a form of HTTP, but for one in four."""
+    day, name, year = number(1, 28), pick(["Jan", "Feb", "Sep", "Dec"]), number(1950, 2049)
+    clock = f"{number(0, 24):02}:{number(0, 59):02}:{number(0, 60):02}"
+    return pick([f"Sun, {day:02} {name} {year} {clock} GMT", f"Sunday, {day:02}-{name}-{year % 100:02} {clock} GMT", f"Sun {name} {day:2} {clock} {year}",
+                 f"{pick(['Sun', 'x'])}, {day} {name} {year} {clock} {pick(ZONES)}"])  # fmt: skip
 
 
 def whole_date():

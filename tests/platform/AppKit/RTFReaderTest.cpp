@@ -57,7 +57,8 @@ TEST(RTFReader, Text) {
            Case{"\\u97\\par\\u98{x}y", "a\nbxy"},
            Case{"\\u97 \\bullet b", "ab"},
            Case{"a{\\*\\unknown gone {\\b gone}}b{\\unknown kept}\\unknown1 c", "abkeptc"},
-           Case{"a{\\v gone}{\\deleted gone}b\\v1 gone\\v0 c", "abc"},
+           Case{"a{\\v gone{\\pict\\pngblip 00}}{\\deleted gone}b\\v1 gone\\v0 c", "abc"},
+           Case{"a{\\*\\ftnsep gone}{\\*\\aftnsepc gone}{\\ftncn gone}b", "ab"},
            Case{"{\\header gone}{\\footerl gone}{\\stylesheet{\\s0 gone;}}{\\*\\annotation "
                 "gone}a{\\object{\\*\\objdata 00}{\\result b}}",
                 "ab"},
@@ -480,6 +481,12 @@ TEST(RTFReader, DocumentAttributes) {
   EXPECT_EQ(attributes.leftMargin, 72);
   EXPECT_EQ(attributes.rightMargin, 0);
   EXPECT_FALSE(attributes.topMargin);
+  for (const auto &[source, size] :
+       {std::pair{"{\\rtf1\\paperw200 a}", NSSize{10, 792}}, {"{\\rtf1\\paperh200 a}", {612, 10}}}) {
+    DocumentAttributes of;
+    ASSERT_TRUE(initWithRTF(dataOf(source), &of));
+    EXPECT_EQ(of.paperSize, size);
+  }
 }
 
 TEST(RTFReader, DatesAndKeywords) {

@@ -42,6 +42,12 @@ TEST(NSStringEncodingDetection, NamesAndDecodes) {
   const Case cases[] = {
       {"", "US-ASCII", u""},
       {"plain\r\ntext\f\x1b[1mbold\x1a", "US-ASCII", u"plain\r\ntext\f\x1b[1mbold\x1a"},
+      // Zeros fill up an end.
+      {"Köcher\0\0"s, "UTF-8", u"Köcher\0\0"sv},
+      {"K\xf6"
+       "cher\0"s,
+       "ISO-8859-1", u"Köcher\0"sv},
+      {"hello\0"s, "US-ASCII", u"hello\0"sv},
       // Marks.
       {"\xef\xbb\xbfK\xc3\xb6\xff.", "UTF-8", u"Kö�.", false, true},
       {"\xfe\xff" + wide(line, 2, true) + "x", "UTF-16", u"Köcher, 2 Stück\r\n", false, true},
@@ -130,7 +136,7 @@ TEST(NSStringEncodingDetection, BinaryDataIsNoText) {
   std::string noise(4096, '\0');
   for (char &byte : noise) byte = static_cast<char>(random());
   for (const std::string &bytes :
-       {std::string(1, '\0'), std::string(100, '\0'), "hello\0"s, noise, "\xff\xfe" + noise,
+       {std::string(1, '\0'), std::string(100, '\0'), "hell\0o"s, noise, "\xff\xfe" + noise,
         "\0\0\xfe\xff"s + noise,
         "\x7f"
         "ELF\2\1\1\0\0\0\0\0"s,

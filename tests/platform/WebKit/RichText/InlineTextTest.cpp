@@ -59,6 +59,7 @@ TEST(InlineText, LinesAndParagraphsEndWhereABrowserEndsThem) {
       {u"<p>a<i style='display:inline-block'></i>b<i style='display:inline-flex'></i>c"
        u"<i style='display:inline-grid'></i>d",
        "abcd|"},
+      {u"<p>a<i style='display:inline-flex'>b</i>c<i style='display:inline-grid'>d<b></b></i>", "abc|d|"},
       {u"", ""},
   });
 }

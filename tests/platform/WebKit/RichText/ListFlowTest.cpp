@@ -47,6 +47,13 @@ TEST(ListFlow, MarkersComeInAllStyles) {
       {u"<ol style='list-style:upper-latin' start=0><li>a</ol>", "^0.^a|"},
       {u"<ol style='list-style:arabic-indic' start=12><li>a</ol>", "^١٢.^a|"},
       {u"<ol style='list-style:hebrew' start=15><li>a</ol>", "^טו.^a|"},
+      {u"<ol style='list-style:armenian' start=9999><li>a<li>b</ol>", "^ՔՋՂԹ.^a|^10000.^b|"},
+      {u"<ol style='list-style:upper-armenian' start=-1><li>a<li>b<li>c</ol>", "^-1.^a|^0.^b|^Ա.^c|"},
+      {u"<ol style='list-style:lower-armenian' start=1020><li>a</ol>", "^ռի.^a|"},
+      {u"<ol style='list-style:georgian' start=19999><li>a<li>b</ol>", "^ჵჰშჟთ.^a|^20000.^b|"},
+      {u"<ul type=A><li>a</ul><ol type=disc><li>b</ol><ul><li type=A>c<li type=circle>d</ul>",
+       "^•^a|^1.^b|^A.^c|^◦^d|"},
+      {u"<style>li{counter-increment:x list-item 3}</style><ol><li>a<li>b</ol>", "^3.^a|^6.^b|"},
       {u"<ol style='list-style:disclosure-open'><li>a</ol><ol style='list-style:disclosure-closed'><li>b</ol>",
        "a|b|"},
       {u"<style>li::before{content:counter(i,disclosure-open) counter(i,disclosure-closed)}</style><li "
