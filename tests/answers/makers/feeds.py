@@ -15,7 +15,7 @@ FIELDS = [
 ]  # fmt: skip
 STARTS = ["<rss version='2.0'><channel>", "<feed xmlns='http://www.w3.org/2005/Atom'>", "<rdf:RDF>", "<?xml version='1.0'?><rss><channel>"]
 TEXTS = ["&lt;p&gt;x&amp;amp;y", "<div xmlns='http://www.w3.org/1999/xhtml'><p>a <b>b</b><br/><a href='/c'>c</a></p></div>", "a &lt; b &amp; c", "",
-         "&lt;script&gt;x&lt;/script&gt;&lt;img src='i.png' onerror='x'&gt;", "<b>a</b> b", "<![CDATA[a < b]]>", "2004-09-20T10:30:00Z"]  # fmt: skip
+         "&lt;script&gt;x&lt;/script&gt;&lt;img src='i.png' onerror='x'&gt;", "<b>a</b> b", "a <title>b</title> <link>c</link> d", "<![CDATA[a < b]]>", "2004-09-20T10:30:00Z"]  # fmt: skip
 JSON_FIELDS = """id url title content_html content_text summary image banner_image author authors tags language external_url
 attachments""".split()
 
