@@ -36,7 +36,7 @@ constexpr std::size_t kSampleLengthInBytes = std::size_t{64} << 10;
 /// ICU's confidence, of 100, from which its answer counts.
 constexpr std::int32_t kMinimumConfidence = 20;
 /// How much of Cyrillic text is so at least.
-constexpr double kLeastCyrillicShare = 0.8;
+constexpr double kLeastCyrillicShare = 0.75;
 
 /// A control character that plain text has no use for. Besides white space, text has escape sequences,
 /// backspaces and the end mark of old systems.

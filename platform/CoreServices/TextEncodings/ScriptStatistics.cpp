@@ -26,6 +26,9 @@ constexpr std::size_t kConsonantsPerThaiMark = 6, kConsonantsPerThaiMistake = 25
 /// Text of one script has at most one letter of others in so many.
 constexpr std::size_t kLettersPerForeignLetter = 20;
 
+/// Text of capitals is more often Hebrew in truth.
+constexpr double kWorthOfCapitals = 0.93;
+
 constexpr std::size_t kCyrillicLetters = 49;
 /// For each letter from U+0430 to U+045F, and for U+0491, those that often follow it: the pairs that make up 93
 /// % of those in prose of Russian, Ukrainian, Belarusian, Bulgarian, Serbian or Macedonian.
@@ -52,6 +55,12 @@ std::optional<CyrillicLetter> cyrillicLetter(unichar unit) {
   if (unit >= 0x400 && unit <= 0x40f) return CyrillicLetter{unit - 0x400u + 0x20u, true};
   if (unit == 0x490 || unit == 0x491) return CyrillicLetter{kCyrillicLetters - 1, unit == 0x490};
   return std::nullopt;
+}
+
+/// Whether this can stand beside a word in any encoding: where one has capitals, others have quotation marks
+/// and dashes.
+bool isSurelyBesideWord(unichar unit) {
+  return unit == 0xa0 || (unit < 0x80 && !isASCIILetter(unit));
 }
 
 /// What may stand beside a word: ASCII but for letters, spaces, quotation marks, dashes and the like.
@@ -108,21 +117,24 @@ UScriptCode groupOf(char32_t character) {
 }  // namespace
 
 double shareOfCyrillicText(std::u16string_view text) {
-  std::size_t letters = 0, good = 0, bad = 0;
+  std::size_t letters = 0, capitals = 0, good = 0, bad = 0;
   std::optional<CyrillicLetter> last;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const std::optional<CyrillicLetter> letter = cyrillicLetter(text[i]);
     letters += letter.has_value();
+    capitals += letter && letter->isCapital;
     if (last && letter) {
       const bool isCommon = kCommonPairs[last->index] >> letter->index & 1;
       ++(isCommon && (last->isCapital || !letter->isCapital) ? good : bad);
     } else if (letter || last) {
       const unichar other = letter ? (i > 0 ? text[i - 1] : u' ') : text[i];
-      bad += !canBeBesideWord(other);
+      bad += !isSurelyBesideWord(other);
     }
     last = letter;
   }
-  return letters < kFewestLetters ? 0 : static_cast<double>(good) / static_cast<double>(good + bad + 1);
+  if (letters < kFewestLetters) return 0;
+  const double share = static_cast<double>(good) / static_cast<double>(good + bad + 1);
+  return 2 * capitals > letters ? share * kWorthOfCapitals : share;
 }
 
 bool isThaiText(std::u16string_view text) {
