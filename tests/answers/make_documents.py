@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""make_documents.py EXTENSION SEED COUNT: documents of random content in this folder, COUNT files SEED-NUMBER.EXTENSION."""
+"""Makes documents of random content in this folder, the files SEED-NUMBER.EXTENSION; the same each time."""
 
+import argparse
 import pathlib
-import sys
 
 from makers.chance import RANDOM
 from makers.feeds import feed, json_feed
@@ -16,8 +16,12 @@ MAKERS = {"html": page, "rtf": rtf, "xml": feed, "json": json_feed, "docx": open
           "dates": lambda: "".join(date() + "\n" for _ in range(200)),
           "header-dates": lambda: "".join(header_date() + "\n" for _ in range(60)), "urls": lambda: "".join(url() + "\n" for _ in range(100))}  # fmt: skip
 
-extension, seed, count = sys.argv[1:]
-RANDOM.seed(f"{extension} {seed}")
-for number in range(int(count)):
-    data = MAKERS[extension]()
-    pathlib.Path(f"{seed}-{number}.{extension}").write_bytes(data if isinstance(data, bytes) else data.encode())
+parser = argparse.ArgumentParser(description=__doc__)
+parser.add_argument("extension", metavar="EXTENSION", choices=MAKERS, help=", ".join(MAKERS))
+parser.add_argument("seed", metavar="SEED", help="what the choices start from")
+parser.add_argument("count", metavar="COUNT", type=int, help="how many files are made")
+options = parser.parse_args()
+RANDOM.seed(f"{options.extension} {options.seed}")
+for number in range(options.count):
+    data = MAKERS[options.extension]()
+    pathlib.Path(f"{options.seed}-{number}.{options.extension}").write_bytes(data if isinstance(data, bytes) else data.encode())
