@@ -537,10 +537,11 @@ void RTFReader::endGraphic() {
 }
 
 void RTFReader::endPicture() {
-  const NSTextAttachment attachment = picture_.attachment(pictures_ + 1);
+  const NSTextAttachment attachment =
+      group_.characters.isHidden ? NSTextAttachment() : picture_.attachment(pictures_ + 1);
   const std::size_t length = picture_.length();
   picture_ = RTFPicture();
-  if (!attachment || group_.characters.isHidden) return;
+  if (!attachment) return;
   ++pictures_;
   pictureBytesLeft_ -= std::min(pictureBytesLeft_, length);
   appendAttachment(attachment);

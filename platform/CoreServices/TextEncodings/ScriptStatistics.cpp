@@ -65,8 +65,8 @@ bool isSurelyBesideWord(unichar unit) {
 
 /// What may stand beside a word: ASCII but for letters, spaces, quotation marks, dashes and the like.
 bool canBeBesideWord(unichar unit) {
-  if (unit < 0x80) return !isASCIILetter(unit);
-  return unit == 0xa0 || unit == 0xab || unit == 0xbb || (unit >= 0x2010 && unit <= 0x203a) || unit == 0x2116;
+  return isSurelyBesideWord(unit) || unit == 0xab || unit == 0xbb || (unit >= 0x2010 && unit <= 0x203a) ||
+         unit == 0x2116;
 }
 
 /// What each character from U+0E01 on is: a consonant "c", a vowel that is written in front of its consonant

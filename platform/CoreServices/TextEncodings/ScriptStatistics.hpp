@@ -6,8 +6,8 @@
 namespace nimbo {
 
 /// How much of what stands beside Cyrillic letters is as in real text, from 0 to 1: pairs of letters that are
-/// common in Slavic languages, in which no capital follows a small letter, and no letter of another script or
-/// sign of drawings. 0 when there is too little to tell.
+/// common in Slavic languages, in which no capital follows a small letter, and no letter of another script nor
+/// any sign beyond ASCII. Less for text of capitals; 0 when there is too little to tell.
 double shareOfCyrillicText(std::u16string_view text);
 
 /// Whether the text is Thai: vowels and tones stand where they can stand, and are as frequent as they are.

@@ -103,9 +103,10 @@ std::u16string roman(std::int32_t number, bool isUpper) {
 std::u16string ofIdentifier(std::int32_t number, std::u16string_view name) {
   if (name == u"hebrew" && number > 0 && number <= kLargestHebrew) return additive(number, kHebrew);
   if (name == u"georgian" && number > 0 && number <= kLargestGeorgian) return additive(number, kGeorgian);
-  if (const bool isSmall = name == u"lower-armenian";
-      (isSmall || name == u"armenian" || name == u"upper-armenian") && number > 0 && number <= kLargestArmenian)
-    return armenian(number, isSmall ? kArmenianSmall : kArmenianCapital);
+  if (number > 0 && number <= kLargestArmenian) {
+    if (name == u"armenian" || name == u"upper-armenian") return armenian(number, kArmenianCapital);
+    if (name == u"lower-armenian") return armenian(number, kArmenianSmall);
+  }
   const auto *const digits = std::ranges::find(kDigits, name, [](const auto &style) { return style.name; });
   return decimal(number, digits == std::end(kDigits) ? u'0' : digits->zero);
 }

@@ -525,7 +525,8 @@ TEST(RTFReader, RTFDAttachments) {
   };
   const NSFileWrapper folder = NSFileWrapper::directoryWithFileWrappers(
       {file("TXT.rtf",
-            "{\\rtf1\\ansi a{{\\NeXTGraphic pic.png \\width200 \\height100 \\noorient\n}\\'ac}b{{\\NeXTGraphic "
+            "{\\rtf1\\ansi a{{\\NeXTGraphic pic.png \\width200 \\height100 \\noorient\n}\\'ac}"
+            "{\\v{{\\NeXTGraphic PIC.png}\\'ac}}b{{\\NeXTGraphic "
             "link \\width0 "
             "\\height0}\\'ac}{{\\NeXTGraphic ../pic.png}\\'ac}c{{\\NeXTGraphic PIC.png}\\'ac}}"),
        file("pic.png", "1234"), file("PIC.png", "12345"),
